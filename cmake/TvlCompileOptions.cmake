@@ -1,0 +1,27 @@
+# Warnings, sanitizers and Qt defines that every target of this project is built with.
+add_library(TvlCompileOptions INTERFACE)
+target_compile_options(TvlCompileOptions INTERFACE -Wall -Wextra -Wpedantic)
+if(TVL_WERROR)
+    target_compile_options(TvlCompileOptions INTERFACE -Werror)
+endif()
+target_compile_definitions(TvlCompileOptions INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_FOREACH
+    QT_NO_KEYWORDS
+    QT_DEPRECATED_WARNINGS)
+
+# A fuzz build instruments the library for coverage; the fuzz targets themselves add the driver.
+if(TVL_BUILD_FUZZ)
+    target_compile_options(TvlCompileOptions INTERFACE -fsanitize=fuzzer-no-link)
+    target_link_options(TvlCompileOptions INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(TVL_SANITIZE)
+    target_compile_options(TvlCompileOptions INTERFACE
+        -fsanitize=${TVL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    # Clang needs the vptr check off: it wants type information that Qt's libraries don't export.
+    target_compile_options(TvlCompileOptions INTERFACE -fno-sanitize=vptr)
+    target_link_options(TvlCompileOptions INTERFACE -fsanitize=${TVL_SANITIZE})
+    target_compile_definitions(TvlCompileOptions INTERFACE QT_FORCE_ASSERTS)
+endif()

@@ -1,0 +1,4 @@
+#include "TVLBinderProject.h"
+
+TVLBinderProject::TVLBinderProject() = default;
+TVLBinderProject::~TVLBinderProject() = default;

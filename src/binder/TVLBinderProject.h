@@ -1,0 +1,71 @@
+#pragma once
+
+#include "TVLCollectionMetaData.h"
+#include "TVLLabel.h"
+#include "TVLProjectInfo.h"
+#include "TVLStatusItem.h"
+
+#include <QList>
+#include <QString>
+#include <QUuid>
+
+class TVLProjectNode;
+
+/**
+ * What the binder's reader and writer know of a project: the writer asks it, the reader fills it.
+ *
+ * TVLProjectModel implements it.
+ */
+class TVL_EXPORT TVLBinderProject
+{
+public:
+    TVLBinderProject();
+    virtual ~TVLBinderProject();
+    Q_DISABLE_COPY_MOVE(TVLBinderProject)
+
+    /** The hidden root of the tree. */
+    [[nodiscard]] virtual TVLProjectNode *binderRoot() const = 0;
+
+    /** Whether this is the mobile copy of a project, whose binder says less. */
+    [[nodiscard]] virtual bool isMobileProject() const = 0;
+    [[nodiscard]] virtual TVL::FormatVersion formatVersion() const = 0;
+    [[nodiscard]] virtual QString deviceName() const = 0;
+    [[nodiscard]] virtual TVLProjectInfo info() const = 0;
+
+    [[nodiscard]] virtual QString labelTitle() const = 0;
+    [[nodiscard]] virtual int defaultLabelIdentity() const = 0;
+    [[nodiscard]] virtual QList<TVLLabel> labels() const = 0;
+    [[nodiscard]] virtual QString statusTitle() const = 0;
+    [[nodiscard]] virtual int defaultStatusIdentity() const = 0;
+    [[nodiscard]] virtual QList<TVLStatusItem> statusItems() const = 0;
+
+    /** Uuid of the template folder; null when there is none in the tree. */
+    [[nodiscard]] virtual QUuid templateFolderUuid() const = 0;
+    [[nodiscard]] virtual QList<TVLCollectionMetaData> collections() const = 0;
+
+    /** The part of the binder that is kept as raw text, with its tags; empty for none. */
+    [[nodiscard]] virtual QString userProjectData() const = 0;
+
+    /** A read begins: changes don't count as the user's, and the node maps become empty. */
+    virtual void beginBinderRead() = 0;
+    /** The read is over, successful or not. */
+    virtual void endBinderRead() = 0;
+
+    virtual void setInfo(const TVLProjectInfo &info) = 0;
+
+    /** Enters a node that the reader made in the maps by uuid and, if it has one, by id. */
+    virtual void enterNode(TVLProjectNode *node) = 0;
+
+    virtual void setLabels(const QList<TVLLabel> &labels) = 0;
+    virtual void setDefaultLabelIdentity(int id) = 0;
+    virtual void setLabelTitle(const QString &title) = 0;
+    virtual void setStatusItems(const QList<TVLStatusItem> &items) = 0;
+    virtual void setDefaultStatusIdentity(int id) = 0;
+    virtual void setStatusTitle(const QString &title) = 0;
+
+    /** The item becomes the template folder; ignored when no item has the uuid. */
+    virtual void adoptTemplateFolder(const QUuid &uuid) = 0;
+    /** The same by id, as older binders name it. */
+    virtual void adoptTemplateFolder(int id) = 0;
+    virtual void setCollections(const QList<TVLCollectionMetaData> &collections) = 0;
+};

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "TVLBinderProject.h"
+#include "TVLReference.h"
+
+#include <QMap>
+#include <QXmlStreamReader>
+
+class TVLProjectNodeProperties;
+
+/**
+ * Reads a binder: the XML file that holds a project's tree and its project-level sections.
+ *
+ * - The tree is read without recursion, so its depth is bounded by memory alone.
+ * - Elements that aren't known are skipped at every level, except among items, where anything but
+ *   an item is an error.
+ * - A read that fails leaves the nodes made so far in the tree; what to do with them is the
+ *   caller's decision. The error is in errorString() and in the debug output.
+ *
+ * One object reads one binder, on one thread.
+ */
+class TVL_EXPORT TVLBinderReader : public QXmlStreamReader
+{
+public:
+    TVLBinderReader();
+    /** Reads from @p device, which stays the caller's and must be open. */
+    explicit TVLBinderReader(QIODevice *device);
+    Q_DISABLE_COPY_MOVE(TVLBinderReader)
+
+    /** Reads a whole binder into @p project, its items below @p root. */
+    [[nodiscard]] bool readProject(TVLBinderProject *project, TVLProjectNode *root);
+
+    /** What the root element says; steps to it if the reading hasn't begun. */
+    [[nodiscard]] TVLProjectInfo readProjectInfo();
+
+    /** The same for a file; an empty record when it doesn't exist or can't be opened. */
+    [[nodiscard]] static TVLProjectInfo readProjectInfo(const QString &filePath);
+
+    /** Reads the root element and hands it to @p project, if given. False without a version. */
+    [[nodiscard]] bool readStartDocument(TVLBinderProject *project);
+
+    /** Reads the element `Binder` at the current position; its items become children of @p root. */
+    [[nodiscard]] bool readNodeList(TVLProjectNode *root);
+
+    /** Reads the `BinderItem` at the current position with all below it, as last child of @p
+     * parent. */
+    [[nodiscard]] bool readNode(TVLProjectNode *parent);
+
+    /** Reads `CustomMetaData`; ask hasError() whether it went well. */
+    [[nodiscard]] QMap<QString, QString> readCustomMetaData();
+    [[nodiscard]] bool readKeywords(TVLProjectNode *node);
+    [[nodiscard]] bool readReferences(TVLProjectNode *node);
+    [[nodiscard]] bool readCorkboardAndOutliner(TVLProjectNode *node);
+    [[nodiscard]] bool readCorkboardSettings(TVLProjectNode *node);
+
+    /** Reads `Collections`, appending to @p collections in file order. */
+    [[nodiscard]] bool readCollections(QList<TVLCollectionMetaData> *collections);
+
+    /** The grammar's version: NoBinderVersion until the root element was read. */
+    [[nodiscard]] TVL::BinderVersion binderVersion() const { return mBinderVersion; }
+
+    /** The grammar's version as the root element says it. */
+    [[nodiscard]] QString versionText() const { return mVersionText; }
+
+    /** Ends the reading with an error, which is logged with the line of the source that found it.
+     */
+    void raiseError(const QString &message, int sourceLine);
+    /** The error for an element that stands where another was expected. */
+    void raiseIncorrectTagError(const QString &expected, const QString &actual, int sourceLine);
+
+private:
+    using SectionReader = bool (TVLBinderReader::*)();
+    struct Section;
+
+    [[nodiscard]] bool readProjectPrivate(TVLProjectNode *root);
+    [[nodiscard]] bool expectElement(const QString &tag, int sourceLine);
+    [[nodiscard]] bool readYes();
+    void readNumber(int *number);
+
+    // Items
+    [[nodiscard]] TVLProjectNode *startNode(TVLProjectNode *parent);
+    [[nodiscard]] bool readItemElement(TVLProjectNode *node);
+    [[nodiscard]] bool readMetaData(TVLProjectNode *node);
+    void readMetaDataField(TVLProjectNodeProperties *properties);
+    void readTextSettings(TVLProjectNode *node);
+    void readMediaSettings(TVLProjectNode *node);
+    void readTarget(TVLProjectNode *node);
+    void readSelection(QPair<int, int> *selection);
+    void readDefaultChildTemplateId(TVLProjectNode *node);
+    void readFreeformPosition(TVLProjectNode *node);
+    [[nodiscard]] QList<TVLReference> readReferenceList();
+
+    // Project sections
+    [[nodiscard]] bool readLabels();
+    [[nodiscard]] bool readLabelList(QList<TVLLabel> *labels);
+    [[nodiscard]] bool readStatusItems();
+    [[nodiscard]] bool readStatusItemList(QList<TVLStatusItem> *items);
+    [[nodiscard]] bool readTemplateFolderUuid();
+    [[nodiscard]] bool readTemplateFolderId();
+    [[nodiscard]] bool readProjectCollections();
+    [[nodiscard]] bool readUserProjectData();
+    [[nodiscard]] TVLCollectionMetaData readCollection();
+    void readSearchSettings(TVLCollectionMetaData *collection);
+    void readCollectionIds(QList<int> *ids);
+
+    TVLBinderProject *mProject = nullptr;
+    TVL::BinderVersion mBinderVersion = TVL::NoBinderVersion;
+    QString mVersionText;
+};

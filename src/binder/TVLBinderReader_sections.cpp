@@ -1,0 +1,192 @@
+#include "TVLBinderReader.h"
+
+#include "TVLBinderTags_p.h"
+#include "TVLBinderWords_p.h"
+
+#include <cstdlib>
+
+using namespace TVLBinderTags;
+namespace Attribute = TVLBinderAttributes;
+namespace Words = TVLBinderWords;
+
+namespace {
+
+int idAttribute(const QXmlStreamAttributes &attributes)
+{
+    bool ok = false;
+    const int id = attributes.value(Attribute::ID).toInt(&ok);
+    return ok ? id : -1;
+}
+
+} // namespace
+
+bool TVLBinderReader::readLabels()
+{
+    QString title;
+    int defaultId = -1;
+    QList<TVLLabel> labels;
+    while (readNextStartElement()) {
+        if (name() == Title)
+            title = readElementText();
+        else if (name() == DefaultLabelID)
+            readNumber(&defaultId);
+        else if (name() != Labels)
+            skipCurrentElement();
+        else if (!readLabelList(&labels))
+            return false;
+    }
+    if (hasError())
+        return false;
+    mProject->setLabels(labels);
+    mProject->setDefaultLabelIdentity(defaultId);
+    mProject->setLabelTitle(title);
+    return true;
+}
+
+bool TVLBinderReader::readLabelList(QList<TVLLabel> *labels)
+{
+    while (readNextStartElement()) {
+        if (!expectElement(Label, __LINE__))
+            return false;
+        TVLLabel label;
+        label.mId = idAttribute(attributes());
+        label.mColor = TVL::floatStringToColor(attributes().value(Attribute::Color));
+        if (!label.mColor.isValid() && label.mId != -1)
+            label.mColor = QColor(QRgb(std::rand() % 16777215));
+        label.mTitle = readElementText();
+        labels->append(label);
+    }
+    return !hasError();
+}
+
+bool TVLBinderReader::readStatusItems()
+{
+    QString title;
+    int defaultId = -1;
+    QList<TVLStatusItem> items;
+    while (readNextStartElement()) {
+        if (name() == Title)
+            title = readElementText();
+        else if (name() == DefaultStatusID)
+            readNumber(&defaultId);
+        else if (name() != StatusItems)
+            skipCurrentElement();
+        else if (!readStatusItemList(&items))
+            return false;
+    }
+    if (hasError())
+        return false;
+    mProject->setStatusItems(items);
+    mProject->setDefaultStatusIdentity(defaultId);
+    mProject->setStatusTitle(title);
+    return true;
+}
+
+bool TVLBinderReader::readStatusItemList(QList<TVLStatusItem> *items)
+{
+    while (readNextStartElement()) {
+        if (!expectElement(Status, __LINE__))
+            return false;
+        TVLStatusItem item;
+        item.mId = idAttribute(attributes());
+        item.mTitle = readElementText();
+        items->append(item);
+    }
+    return !hasError();
+}
+
+bool TVLBinderReader::readTemplateFolderUuid()
+{
+    mProject->adoptTemplateFolder(QUuid::fromString(readElementText()));
+    return !hasError();
+}
+
+bool TVLBinderReader::readTemplateFolderId()
+{
+    int id = -1;
+    readNumber(&id);
+    mProject->adoptTemplateFolder(id);
+    return !hasError();
+}
+
+bool TVLBinderReader::readUserProjectData()
+{
+    // Kept as raw text: it is cut from the file, not parsed.
+    skipCurrentElement();
+    return !hasError();
+}
+
+bool TVLBinderReader::readProjectCollections()
+{
+    QList<TVLCollectionMetaData> collections;
+    if (!readCollections(&collections))
+        return false;
+    mProject->setCollections(collections);
+    return true;
+}
+
+bool TVLBinderReader::readCollections(QList<TVLCollectionMetaData> *collections)
+{
+    if (!expectElement(Collections, __LINE__))
+        return false;
+    while (readNextStartElement()) {
+        if (name() == Collection)
+            collections->append(readCollection());
+        else
+            skipCurrentElement();
+    }
+    return !hasError();
+}
+
+TVLCollectionMetaData TVLBinderReader::readCollection()
+{
+    const QXmlStreamAttributes attributes = this->attributes();
+    TVLCollectionMetaData collection;
+    collection.mType =
+        tvlValueOf(Words::CollectionTypes, attributes.value(Attribute::Type), collection.mType);
+    collection.mId = attributes.hasAttribute(Attribute::ID)
+        ? attributes.value(Attribute::ID).toString()
+        : TVLCollectionMetaData::generateIdentity();
+    collection.mColor = TVL::floatStringToColor(attributes.value(Attribute::Color));
+    if (!collection.mColor.isValid())
+        collection.mColor = TVLCollectionMetaData::randomColor();
+    while (readNextStartElement()) {
+        if (name() == Title)
+            collection.mTitle = readElementText();
+        else if (name() == SearchSettings)
+            readSearchSettings(&collection);
+        else if (name() == BinderIDs)
+            readCollectionIds(&collection.mIds);
+        else
+            skipCurrentElement();
+    }
+    return collection;
+}
+
+void TVLBinderReader::readSearchSettings(TVLCollectionMetaData *collection)
+{
+    const QXmlStreamAttributes attributes = this->attributes();
+    const auto read = [&attributes](const auto &table, const QString &attribute, auto *value) {
+        *value = tvlValueOf(table, attributes.value(attribute), *value);
+    };
+    read(Words::SearchOperators, Attribute::Operator, &collection->mSearchOperator);
+    read(Words::SearchProperties, Attribute::Type, &collection->mSearchProperty);
+    read(Words::SearchScopes, Attribute::Scope, &collection->mSearchScope);
+    read(Words::SearchCompiles, Attribute::CompileSetting, &collection->mSearchCompile);
+    read(Words::CaseSensitivities, Attribute::CaseSensitive, &collection->mCaseSensitivity);
+    collection->mSearchText = readElementText();
+}
+
+void TVLBinderReader::readCollectionIds(QList<int> *ids)
+{
+    while (readNextStartElement()) {
+        if (name() != BinderID) {
+            skipCurrentElement();
+            continue;
+        }
+        bool ok = false;
+        const int id = readElementText().toInt(&ok);
+        if (ok)
+            ids->append(id);
+    }
+}

@@ -1,0 +1,114 @@
+#include "TVLBinderText.h"
+
+#include "TCoreType.h"
+
+#include <QDebug>
+
+namespace {
+
+/*
+ * QDateTime's own parser and formatter interpret the pattern on every call, which would make dates
+ * the dearest part of a binder. The form is fixed, so the digits are read and written in place.
+ */
+constexpr QStringView PatternInText = u"dddd-dd-dd dd:dd:dd";
+constexpr QStringView PatternInFileName = u"dddd-dd-dd-dd-dd-dd";
+constexpr int StampLength = 19;
+constexpr int ZoneLength = 5;
+constexpr int MinutesPerHour = 60;
+constexpr qint64 SecondsPerMinute = 60;
+constexpr int LastYear = 9999;
+
+bool matches(QStringView text, QStringView pattern)
+{
+    for (int i = 0; i < pattern.size(); ++i) {
+        const bool fits = pattern.at(i) == u'd' ? (text.at(i) >= u'0' && text.at(i) <= u'9')
+                                                : text.at(i) == pattern.at(i);
+        if (!fits)
+            return false;
+    }
+    return true;
+}
+
+int numberAt(QStringView text, int position, int digits)
+{
+    int number = 0;
+    for (int i = position; i < position + digits; ++i)
+        number = number * 10 + (text.at(i).unicode() - u'0');
+    return number;
+}
+
+QDateTime parseStamp(QStringView text, bool isFileName)
+{
+    if (!matches(text, isFileName ? PatternInFileName : PatternInText))
+        return {};
+    const QDate date(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
+    const QTime time(numberAt(text, 11, 2), numberAt(text, 14, 2), numberAt(text, 17, 2));
+    return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
+}
+
+QDateTime parse(QStringView text, bool isFileName)
+{
+    if (text.size() != StampLength + ZoneLength + (isFileName ? 0 : 1))
+        return {};
+    QDateTime stamp = parseStamp(text.first(StampLength), isFileName);
+    const QStringView zone = text.last(ZoneLength);
+    if (zone == u"+0000" || !stamp.isValid())
+        return stamp;
+    bool hoursOk = false;
+    bool minutesOk = false;
+    const int hours = zone.sliced(1, 2).toInt(&hoursOk);
+    const int minutes = zone.sliced(3, 2).toInt(&minutesOk) + hours * MinutesPerHour;
+    if (!hoursOk || !minutesOk)
+        return {};
+    return stamp.addSecs(SecondsPerMinute * (zone.front() == u'-' ? -minutes : minutes));
+}
+
+void putNumber(QString &text, int position, int digits, int number)
+{
+    for (int i = position + digits - 1; i >= position; --i) {
+        text[i] = QChar(u'0' + number % 10);
+        number /= 10;
+    }
+}
+
+} // namespace
+
+QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName)
+{
+    if (!dateTime.isValid())
+        return {};
+    const QDateTime utc = dateTime.toUTC();
+    const QDate date = utc.date();
+    const QTime time = utc.time();
+    if (date.year() < 0 || date.year() > LastYear)
+        return {};
+    QString text = isFileName ? u"yyyy-MM-dd-hh-mm-ss+0000"_qs : u"yyyy-MM-dd hh:mm:ss +0000"_qs;
+    putNumber(text, 0, 4, date.year());
+    putNumber(text, 5, 2, date.month());
+    putNumber(text, 8, 2, date.day());
+    putNumber(text, 11, 2, time.hour());
+    putNumber(text, 14, 2, time.minute());
+    putNumber(text, 17, 2, time.second());
+    return text;
+}
+
+QDateTime tvlStringToDateTime(QStringView text, bool isFileName)
+{
+    const QDateTime dateTime = parse(text, isFileName);
+    if (!dateTime.isValid()) {
+        qDebug() << "Failed to parse date time(was file name=" << isFileName
+                 << "):" << text.toString();
+        return {};
+    }
+    return dateTime.toLocalTime();
+}
+
+QString tvlPointFToString(const QPointF &point)
+{
+    return TCoreType::toString(point, 6);
+}
+
+QPointF tvlStringToPointF(QStringView text, bool *ok)
+{
+    return TCoreType::toPointF(text, ok);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TvlExport.h"
+
+#include <QDateTime>
+#include <QPointF>
+#include <QString>
+
+/**
+ * A date as project files keep it: `yyyy-MM-dd hh:mm:ss +0000`, or `yyyy-MM-dd-hh-mm-ss+0000` as
+ * part of a file name. The time is converted to UTC first. Empty for an invalid date
+ * and for a year that four digits can't hold.
+ */
+[[nodiscard]] TVL_EXPORT QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName);
+
+/**
+ * Reads such a date, as local time. A zone other than `+0000` is added to the time and not taken
+ * from it: that sense is the format's. A text of any other form gives an invalid date and a debug
+ * line.
+ */
+[[nodiscard]] TVL_EXPORT QDateTime tvlStringToDateTime(QStringView text, bool isFileName);
+
+/** A point as project files keep it. */
+[[nodiscard]] TVL_EXPORT QString tvlPointFToString(const QPointF &point);
+
+/** Reads such a point; a zero point and false in @p ok for another text. */
+[[nodiscard]] TVL_EXPORT QPointF tvlStringToPointF(QStringView text, bool *ok = nullptr);

@@ -1,0 +1,391 @@
+#include "TVLBinderWriter.h"
+
+#include "TVLBinderFields_p.h"
+#include "TVLBinderText.h"
+#include "TVLBinderWords_p.h"
+#include "TVLProjectNode.h"
+
+#include "TCoreType.h"
+#include "TUuid.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+using namespace TVLBinderTags;
+namespace Attribute = TVLBinderAttributes;
+namespace Words = TVLBinderWords;
+
+namespace {
+
+// Below this depth items stand unformatted: indenting them would make a deeply nested binder, and
+// the time that it takes, grow with the square of its depth.
+constexpr int DeepestIndentedItem = 100;
+
+QString yesOrNo(bool flag)
+{
+    return (flag ? Words::Yes : Words::No).toString();
+}
+
+QString uuidText(const QUuid &uuid)
+{
+    return TUuid::toStringNoBraces(uuid, true);
+}
+
+bool isDroppedControl(char16_t unit)
+{
+    return unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r';
+}
+
+/** The text as XML can hold it; the text itself, unshared, in all but the rarest cases. */
+QString xmlText(const QString &text)
+{
+    const auto needsCare = [](QChar ch) {
+        return isDroppedControl(ch.unicode()) || ch.isSurrogate() || ch.unicode() >= 0xfffe;
+    };
+    if (std::none_of(text.cbegin(), text.cend(), needsCare))
+        return text;
+
+    QString clean;
+    clean.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar ch = text.at(i);
+        if (ch.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            clean.append(ch);
+            clean.append(text.at(++i));
+        } else if (ch.isSurrogate() || ch.unicode() >= 0xfffe) {
+            clean.append(QChar::ReplacementCharacter);
+        } else if (!isDroppedControl(ch.unicode())) {
+            clean.append(ch);
+        }
+    }
+    return clean;
+}
+
+} // namespace
+
+TVLBinderWriter::TVLBinderWriter()
+{
+    setAutoFormatting(true);
+}
+
+TVLBinderWriter::TVLBinderWriter(QIODevice *device)
+    : QXmlStreamWriter(device)
+{
+    setAutoFormatting(true);
+}
+
+void TVLBinderWriter::writeCharacters(const QString &text)
+{
+    QXmlStreamWriter::writeCharacters(xmlText(text));
+}
+
+void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
+{
+    QXmlStreamWriter::writeTextElement(name, xmlText(text));
+}
+
+void TVLBinderWriter::writeAttribute(const QString &name, const QString &value)
+{
+    QXmlStreamWriter::writeAttribute(name, xmlText(value));
+}
+
+void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLProjectNode *root)
+{
+    const TVL::BinderVersion version = project->info().mBinderVersion;
+    mBinderVersion = version == TVL::NoBinderVersion ? TVL::BinderVersion2 : version;
+    if (project->formatVersion() == TVL::FormatVersion23)
+        mBinderVersion = TVL::BinderVersion3;
+
+    const bool mobile = project->isMobileProject();
+    writeStartTavelinorProjectTag(project, false);
+    writeNodeList(root, mobile);
+    writeLabels(project->labelTitle(), project->defaultLabelIdentity(), project->labels());
+    writeStatusItems(project->statusTitle(), project->defaultStatusIdentity(),
+                     project->statusItems());
+    writeTemplateFolderId(project);
+    if (!mobile) {
+        writeCollections(project->collections());
+        writeUserProjectData(project->userProjectData());
+    }
+    writeEndTavelinorProjectTag();
+}
+
+void TVLBinderWriter::writeStartTavelinorProjectTag(const TVLBinderProject *project,
+                                                    bool isTemplate)
+{
+    const TVLProjectInfo info = project->info();
+    writeStartDocument();
+    writeStartElement(TavelinorProject);
+    writeAttribute(Attribute::Template, yesOrNo(isTemplate));
+    writeAttribute(Attribute::Version, TVL::toString(mBinderVersion));
+    writeAttribute(Attribute::Creator, u"TVLLIN-%1"_qs.arg(QCoreApplication::applicationVersion()));
+    writeAttribute(Attribute::Device, project->deviceName());
+    writeAttribute(Attribute::Modified, tvlDateTimeToString(info.mModified, false));
+    if (project->isMobileProject()) {
+        writeUuidAttribute(Attribute::SyncID, info.mSyncId);
+        writeUuidAttribute(Attribute::Checksums, info.mChecksumsId);
+    } else {
+        writeUuidAttribute(Attribute::ModID, info.mModId);
+    }
+}
+
+void TVLBinderWriter::writeEndTavelinorProjectTag()
+{
+    writeEndElement();
+    writeEndDocument();
+}
+
+void TVLBinderWriter::writeUuidAttribute(const QString &name, const QUuid &uuid)
+{
+    if (!uuid.isNull())
+        writeAttribute(name, uuidText(uuid));
+}
+
+void TVLBinderWriter::writeNodeList(const TVLProjectNode *root, bool mobile)
+{
+    writeStartElement(Binder);
+    for (const TVLProjectNode *node : root->mChildren)
+        writeNode(node, mobile);
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeNode(const TVLProjectNode *top, bool mobile)
+{
+    const TVLProjectNode *node = top;
+    int depth = 0;
+    for (;;) {
+        writeItemStart(node, mobile);
+        if (!node->mChildren.isEmpty()) {
+            writeStartElement(Children);
+            node = node->mChildren.constFirst();
+            if (++depth == DeepestIndentedItem)
+                setAutoFormatting(false);
+            continue;
+        }
+        writeEndElement();
+        while (node != top && node == node->mParent->mChildren.constLast()) {
+            node = node->mParent;
+            if (depth-- == DeepestIndentedItem)
+                setAutoFormatting(true);
+            writeEndElement();
+            writeEndElement();
+        }
+        if (node == top)
+            return;
+        node = node->mParent->mChildren.at(node->row() + 1);
+    }
+}
+
+void TVLBinderWriter::writeItemStart(const TVLProjectNode *node, bool mobile)
+{
+    writeStartElement(BinderItem);
+    if (node->mId >= 0)
+        writeAttribute(Attribute::ID, QString::number(node->mId));
+    writeAttribute(Attribute::UUID,
+                   uuidText(node->mUuid.isNull() ? QUuid::createUuid() : node->mUuid));
+    writeAttribute(Attribute::Created, tvlDateTimeToString(node->mCreated, false));
+    writeAttribute(Attribute::Modified, tvlDateTimeToString(node->mModified, false));
+    writeAttribute(Attribute::Type, TVL::toString(node->mNodeType));
+
+    writeTextElement(Title, node->mTitle);
+    writeMetaData(*node, mobile);
+    switch (node->mNodeType) {
+    case TVL::Folder:
+    case TVL::Text:
+        writeTextSettings(*node);
+        break;
+    case TVL::Image:
+    case TVL::PDF:
+    case TVL::WebArchive:
+        writeMediaSettings(*node);
+        break;
+    default:
+        break;
+    }
+    writeCorkboardAndOutliner(node);
+    writeKeywords(node);
+    if (!node->mReferences.isEmpty()) {
+        writeStartElement(References);
+        writeReferences(node->mReferences);
+        writeEndElement();
+    }
+    if (node->mDefaultChildTemplateId >= 0)
+        writeTextElement(DefaultChildTemplateID, QString::number(node->mDefaultChildTemplateId));
+}
+
+void TVLBinderWriter::writeMetaData(const TVLProjectNodeProperties &properties, bool mobile)
+{
+    writeStartElement(MetaData);
+    for (const TVLBinderField &field : tvlMetaDataFields()) {
+        if (mobile && field.scope == TVLBinderScope::DesktopOnly)
+            continue;
+        if (const auto *id = std::get_if<TVLBinderField::Id>(&field.member)) {
+            if (properties.**id != -1)
+                writeTextElement(field.tag, QString::number(properties.**id));
+        } else if (const auto *flag = std::get_if<TVLBinderField::Flag>(&field.member)) {
+            writeYes(field.tag, properties.**flag);
+        } else if (const auto *text = std::get_if<TVLBinderField::Text>(&field.member)) {
+            writeTextUnlessEmpty(field.tag, properties.**text);
+        } else if (const auto *selection = std::get_if<TVLBinderField::Selection>(&field.member)) {
+            writeSelection(field.tag, properties.**selection);
+        }
+    }
+    if (!mobile && !properties.mCustomMetaData.isEmpty())
+        writeCustomMetaData(properties.mCustomMetaData);
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeYes(const QString &tag, bool flag)
+{
+    if (flag)
+        writeTextElement(tag, yesOrNo(true));
+}
+
+void TVLBinderWriter::writeTextUnlessEmpty(const QString &tag, const QString &text)
+{
+    if (!text.isEmpty())
+        writeTextElement(tag, text);
+}
+
+void TVLBinderWriter::writeSelection(const QString &tag, const QPair<int, int> &selection)
+{
+    if (selection != QPair<int, int>(0, 0))
+        writeTextElement(tag, u"%1,%2"_qs.arg(selection.first).arg(selection.second));
+}
+
+void TVLBinderWriter::writeCustomMetaData(const QMap<QString, QString> &values)
+{
+    writeStartElement(CustomMetaData);
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        // A field without a key is an error to the reader and would cost the whole binder.
+        const QString key = xmlText(value.key());
+        if (key.isEmpty())
+            continue;
+        writeStartElement(MetaDataItem);
+        writeTextElement(FieldID, key);
+        writeTextElement(Value, value.value());
+        writeEndElement();
+    }
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeTextSettings(const TVLProjectNodeProperties &properties)
+{
+    writeStartElement(TextSettings);
+    writeTextUnlessEmpty(TextMode, properties.mTextMode);
+    writeSelection(TextSelection, properties.mTextSelection);
+    if (!properties.mTypingAttributes.isEmpty())
+        writeTextElement(TypingAttributesRTFData,
+                         QString::fromLatin1(properties.mTypingAttributes.toHex()));
+    writeTarget(properties);
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeTarget(const TVLProjectNodeProperties &properties)
+{
+    writeStartElement(Target);
+    writeAttribute(Attribute::Type,
+                   tvlWordOf(Words::TargetTypes, properties.mTargetType, u"Words").toString());
+    if (properties.mTargetNotify)
+        writeAttribute(Attribute::Notify, yesOrNo(true));
+    if (properties.mTargetAllowOver)
+        writeAttribute(Attribute::AllowOver, yesOrNo(true));
+    if (properties.mTargetBuffer > 0)
+        writeAttribute(Attribute::Buffer, QString::number(properties.mTargetBuffer));
+    writeCharacters(QString::number(properties.mTarget));
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeMediaSettings(const TVLProjectNodeProperties &properties)
+{
+    writeStartElement(MediaSettings);
+    if (properties.mNodeType == TVL::Image) {
+        if (!tvlFuzzyCompare(properties.mImageScaleFactor, 1.0))
+            writeTextElement(ImageScaleFactor,
+                             QString::number(properties.mImageScaleFactor, 'g', 6));
+        const QStringView rotation =
+            tvlWordOf(Words::ImageRotations, properties.mImageRotation, {});
+        if (!rotation.isEmpty())
+            writeTextElement(ImageRotation, rotation.toString());
+        writeTextElement(ImageScalesProportionally, yesOrNo(properties.mImageScalesProportionally));
+    } else if (properties.mNodeType == TVL::PDF) {
+        writeTextElement(CurrentPDFPage, QString::number(properties.mCurrentPdfPage));
+    }
+    if (properties.mNodeType == TVL::WebArchive)
+        writeTextElement(OriginalURL, properties.mOriginalUrl);
+    else
+        writeTextUnlessEmpty(OriginalURL, properties.mOriginalUrl);
+    writeYes(IsAlias, properties.mIsAlias);
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeCorkboardAndOutliner(const TVLProjectNode *node)
+{
+    if (!node->mFreeformMode && node->mFreeformPositions.isEmpty()
+        && node->mSelectedSubdocumentIds.isEmpty())
+        return;
+
+    const QList<int> childIds = node->childIDs();
+    const QSet<int> selected =
+        QSet<int>(childIds.begin(), childIds.end()).intersect(node->mSelectedSubdocumentIds);
+    if (!node->mFreeformMode && node->mFreeformPositions.isEmpty() && selected.isEmpty())
+        return;
+
+    writeStartElement(CorkboardAndOutliner);
+    if (!selected.isEmpty())
+        writeTextElement(SelectedSubdocumentIDs, TCoreType::toString(selected));
+    writeStartElement(CorkboardSettings);
+    writeYes(FreeformMode, node->mFreeformMode);
+    if (!node->mFreeformPositions.isEmpty())
+        writeFreeformDocuments(node);
+    writeEndElement();
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeFreeformDocuments(const TVLProjectNode *node)
+{
+    // Children without a stored position are laid out on a diagonal, so that no card hides another.
+    qreal nextDefault = 1.0;
+    writeStartElement(FreeformCorkboardDocuments);
+    for (const TVLProjectNode *child : node->mChildren) {
+        TVLFreeformPositionInfo info;
+        const auto stored = node->mFreeformPositions.constFind(child->mId);
+        if (stored != node->mFreeformPositions.cend()) {
+            info = *stored;
+        } else {
+            info.mPosition = QPointF(nextDefault, nextDefault);
+            info.mTimeStamp = tvlDateTimeToString(QDateTime::currentDateTimeUtc(), false);
+            nextDefault += 0.2;
+        }
+        writeStartElement(IndexCardBinderID);
+        writeAttribute(Attribute::Position, tvlPointFToString(info.mPosition));
+        writeAttribute(Attribute::TimeStamp, info.mTimeStamp);
+        writeCharacters(QString::number(child->mId));
+        writeEndElement();
+    }
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeKeywords(const TVLProjectNode *node)
+{
+    if (node->mKeywords.isEmpty())
+        return;
+    writeStartElement(Keywords);
+    for (const int id : node->mKeywords)
+        writeTextElement(KeywordID, QString::number(id));
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeReferences(const QList<TVLReference> &references)
+{
+    for (const TVLReference &reference : references) {
+        writeStartElement(Reference);
+        if (reference.isInternal())
+            writeAttribute(Attribute::BinderID, QString::number(reference.mInternalLink));
+        else
+            writeAttribute(Attribute::Destination, QString::fromUtf8(reference.mUrl.toEncoded()));
+        writeCharacters(reference.mTitle);
+        writeEndElement();
+    }
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "TVLBinderProject.h"
+#include "TVLReference.h"
+
+#include <QMap>
+#include <QXmlStreamWriter>
+
+class TVLProjectNodeProperties;
+
+/**
+ * Writes a binder. The same project gives the same bytes, except for what has no lasting value of
+ * its own: a node without a uuid gets a fresh one on the page at each write.
+ *
+ * The writer has no error path of its own: give it a device whose failures you can see, such as a
+ * buffer.
+ */
+class TVL_EXPORT TVLBinderWriter : public QXmlStreamWriter
+{
+public:
+    TVLBinderWriter();
+    /** Writes to @p device, which stays the caller's and must be open. */
+    explicit TVLBinderWriter(QIODevice *device);
+    Q_DISABLE_COPY_MOVE(TVLBinderWriter)
+
+    /**
+     * The three ways of writing text, hiding those of the base class: a character that XML can't
+     * hold would leave a file that nothing can read again. Control characters are dropped, half
+     * surrogate pairs and noncharacters become U+FFFD.
+     */
+    void writeCharacters(const QString &text);
+    void writeTextElement(const QString &name, const QString &text);
+    void writeAttribute(const QString &name, const QString &value);
+
+    /** Writes the whole document; @p root stands for the tree and has no element of its own. */
+    void writeProject(const TVLBinderProject *project, const TVLProjectNode *root);
+
+    /** Writes the document's start and the root element with its attributes. */
+    void writeStartTavelinorProjectTag(const TVLBinderProject *project, bool isTemplate);
+    void writeEndTavelinorProjectTag();
+
+    void writeNodeList(const TVLProjectNode *root, bool mobile);
+    /** Writes an item and all below it. */
+    void writeNode(const TVLProjectNode *node, bool mobile);
+
+    void writeCorkboardAndOutliner(const TVLProjectNode *node);
+    void writeKeywords(const TVLProjectNode *node);
+    void writeReferences(const QList<TVLReference> &references);
+    void writeCustomMetaData(const QMap<QString, QString> &values);
+
+    void writeLabels(const QString &title, int defaultId, const QList<TVLLabel> &labels);
+    void writeStatusItems(const QString &title, int defaultId, const QList<TVLStatusItem> &items);
+    void writeTemplateFolderId(const TVLBinderProject *project);
+    void writeCollections(const QList<TVLCollectionMetaData> &collections);
+    /** Writes the raw text of the user's data past the XML, straight to the device. */
+    void writeUserProjectData(const QString &text);
+
+private:
+    void writeItemStart(const TVLProjectNode *node, bool mobile);
+    void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
+    void writeTextSettings(const TVLProjectNodeProperties &properties);
+    void writeTarget(const TVLProjectNodeProperties &properties);
+    void writeMediaSettings(const TVLProjectNodeProperties &properties);
+    void writeFreeformDocuments(const TVLProjectNode *node);
+    void writeCollection(const TVLCollectionMetaData &collection);
+    void writeUuidAttribute(const QString &name, const QUuid &uuid);
+    void writeYes(const QString &tag, bool flag);
+    void writeTextUnlessEmpty(const QString &tag, const QString &text);
+    void writeSelection(const QString &tag, const QPair<int, int> &selection);
+
+    TVL::BinderVersion mBinderVersion = TVL::BinderVersion2;
+};

@@ -1,0 +1,106 @@
+#include "TVLBinderWriter.h"
+
+#include "TVLBinderTags_p.h"
+#include "TVLBinderWords_p.h"
+
+#include "TUuid.h"
+
+#include <QIODevice>
+
+using namespace TVLBinderTags;
+namespace Attribute = TVLBinderAttributes;
+namespace Words = TVLBinderWords;
+
+void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
+                                  const QList<TVLLabel> &labels)
+{
+    writeStartElement(LabelSettings);
+    writeTextElement(Title, title);
+    writeTextElement(DefaultLabelID, QString::number(defaultId));
+    writeStartElement(Labels);
+    for (const TVLLabel &label : labels) {
+        writeStartElement(Label);
+        writeAttribute(Attribute::ID, QString::number(label.mId));
+        if (label.mColor.isValid())
+            writeAttribute(Attribute::Color, TVL::colorToFloatString(label.mColor));
+        writeCharacters(label.mTitle);
+        writeEndElement();
+    }
+    writeEndElement();
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeStatusItems(const QString &title, int defaultId,
+                                       const QList<TVLStatusItem> &items)
+{
+    writeStartElement(StatusSettings);
+    writeTextElement(Title, title);
+    writeTextElement(DefaultStatusID, QString::number(defaultId));
+    writeStartElement(StatusItems);
+    for (const TVLStatusItem &item : items) {
+        writeStartElement(Status);
+        writeAttribute(Attribute::ID, QString::number(item.mId));
+        writeCharacters(item.mTitle);
+        writeEndElement();
+    }
+    writeEndElement();
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeTemplateFolderId(const TVLBinderProject *project)
+{
+    const QUuid uuid = project->templateFolderUuid();
+    if (!uuid.isNull())
+        writeTextElement(TemplateFolderUUID, TUuid::toStringNoBraces(uuid, true));
+}
+
+void TVLBinderWriter::writeCollections(const QList<TVLCollectionMetaData> &collections)
+{
+    writeStartElement(Collections);
+    for (const TVLCollectionMetaData &collection : collections)
+        writeCollection(collection);
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
+{
+    const auto writeWord = [this](const QString &attribute, QStringView word) {
+        writeAttribute(attribute, word.toString());
+    };
+
+    writeStartElement(Collection);
+    writeWord(Attribute::Type, tvlWordOf(Words::CollectionTypes, collection.mType, u"Arbitrary"));
+    writeAttribute(Attribute::ID, collection.mId);
+    writeAttribute(Attribute::Color, TVL::colorToFloatString(collection.color()));
+    writeTextElement(Title, collection.mTitle);
+    if (collection.mType == TVL::RecentSearchCollection
+        || collection.mType == TVL::SavedSearchCollection) {
+        writeStartElement(SearchSettings);
+        writeWord(Attribute::Operator,
+                  tvlWordOf(Words::SearchOperators, collection.mSearchOperator, u"Exact"));
+        writeWord(Attribute::Type,
+                  tvlWordOf(Words::SearchProperties, collection.mSearchProperty, u"All"));
+        writeWord(Attribute::Scope,
+                  tvlWordOf(Words::SearchScopes, collection.mSearchScope, u"All"));
+        writeWord(Attribute::CompileSetting,
+                  tvlWordOf(Words::SearchCompiles, collection.mSearchCompile, u"All"));
+        writeWord(Attribute::CaseSensitive,
+                  tvlWordOf(Words::CaseSensitivities, collection.mCaseSensitivity, Words::No));
+        writeCharacters(collection.mSearchText);
+        writeEndElement();
+    } else if (collection.mType == TVL::ArbitraryCollection && !collection.mIds.isEmpty()) {
+        writeStartElement(BinderIDs);
+        for (const int id : collection.mIds)
+            writeTextElement(BinderID, QString::number(id));
+        writeEndElement();
+    }
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeUserProjectData(const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    device()->write("\n    ");
+    device()->write(text.toUtf8());
+}

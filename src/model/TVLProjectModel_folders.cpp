@@ -1,0 +1,232 @@
+#include "TVLProjectModel.h"
+
+#include "TVLProjectNode.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+template <typename Predicate>
+QModelIndex TVLProjectModel::findTopLevel(Predicate predicate) const
+{
+    const QList<TVLProjectNode *> &nodes = mRootNode->mChildren;
+    const auto found = std::find_if(nodes.begin(), nodes.end(), predicate);
+    return found == nodes.end() ? QModelIndex() : createIndex(*found);
+}
+
+QModelIndex TVLProjectModel::findSystemFolder(TVL::NodeType type) const
+{
+    return findTopLevel([type](const TVLProjectNode *node) { return node->mNodeType == type; });
+}
+
+bool TVLProjectModel::isSystemFolder(const QModelIndex &index) const
+{
+    return index.isValid() && type(index) <= TVL::TrashFolder;
+}
+
+bool TVLProjectModel::isDraftFolder(const QModelIndex &index) const
+{
+    return type(index) == TVL::DraftFolder;
+}
+
+bool TVLProjectModel::isResearchFolder(const QModelIndex &index) const
+{
+    return type(index) == TVL::ResearchFolder;
+}
+
+bool TVLProjectModel::isTrashFolder(const QModelIndex &index) const
+{
+    return type(index) == TVL::TrashFolder;
+}
+
+bool TVLProjectModel::isFolder(const QModelIndex &index) const
+{
+    return type(index) <= TVL::Folder;
+}
+
+bool TVLProjectModel::isFolderOrText(const QModelIndex &index) const
+{
+    return type(index) <= TVL::Text;
+}
+
+bool TVLProjectModel::canHaveText(const QModelIndex &index) const
+{
+    const TVL::NodeType nodeType = type(index);
+    return nodeType == TVL::Folder || nodeType == TVL::Text;
+}
+
+bool TVLProjectModel::treatAsFolder(const QModelIndex &index) const
+{
+    return isFolder(index) || (mTreatTextWithChildrenAsFolder && hasChildren(index));
+}
+
+bool TVLProjectModel::draftContains(const QModelIndex &index) const
+{
+    return parent(index).isValid() && rootParentType(index) == TVL::DraftFolder;
+}
+
+bool TVLProjectModel::researchContains(const QModelIndex &index) const
+{
+    return parent(index).isValid() && rootParentType(index) == TVL::ResearchFolder;
+}
+
+bool TVLProjectModel::trashContains(const QModelIndex &index) const
+{
+    return parent(index).isValid() && rootParentType(index) == TVL::TrashFolder;
+}
+
+bool TVLProjectModel::isDraftChild(const QModelIndex &index) const
+{
+    return isDraftFolder(index) || draftContains(index);
+}
+
+bool TVLProjectModel::isTrashChild(const QModelIndex &index) const
+{
+    return isTrashFolder(index) || trashContains(index);
+}
+
+QModelIndex TVLProjectModel::findSyncConflictsFolder() const
+{
+    return findTopLevel([title = tr("Sync Conflicts")](const TVLProjectNode *node) {
+        return node->mTitle == title;
+    });
+}
+
+QModelIndex TVLProjectModel::syncConflictsFolder()
+{
+    const QModelIndex found = findSyncConflictsFolder();
+    return found.isValid() ? found : createSyncConflictsFolder();
+}
+
+QModelIndex TVLProjectModel::createSyncConflictsFolder()
+{
+    const QModelIndex research = researchFolder();
+    const QModelIndex folder = insertUserFolder(research.isValid() ? research.row() + 1 : -1,
+                                                rootIndex(), tr("Sync Conflicts"));
+    setCustomIcon(folder, u"Warning.tiff"_qs);
+    return folder;
+}
+
+QModelIndex TVLProjectModel::findSyncConflictsSubFolder(const QString &name) const
+{
+    const QModelIndex folder = findSyncConflictsFolder();
+    return folder.isValid() ? findViaTitle(name, folder) : QModelIndex();
+}
+
+QModelIndex TVLProjectModel::syncConflictsSubFolder(const QString &name)
+{
+    const QModelIndex found = findSyncConflictsSubFolder(name);
+    return found.isValid() ? found : createSyncConflictsSubFolder(name);
+}
+
+QModelIndex TVLProjectModel::createSyncConflictsSubFolder(const QString &name)
+{
+    return insertUserFolder(-1, syncConflictsFolder(), name);
+}
+
+QModelIndex TVLProjectModel::syncConflictsSubFolderDevice(const QString &device,
+                                                          const QDateTime &date)
+{
+    return syncConflictsSubFolder(syncConflictsSubfolderNameFromDeviceName(device, date));
+}
+
+QModelIndex TVLProjectModel::syncConflictsSubFolderDevice()
+{
+    return syncConflictsSubFolderDevice(deviceName(), mInfo.mModified);
+}
+
+QString TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(const QString &device,
+                                                                  const QDateTime &date)
+{
+    return tr("%1 (%2)").arg(device.isEmpty() ? tr("Mobile Device Conflicts") : device,
+                             QLocale::system().toString(date, QLocale::ShortFormat));
+}
+
+QString TVLProjectModel::frontMatterFolderName()
+{
+    return tr("Front Matter");
+}
+
+QModelIndex TVLProjectModel::frontMatterFolder() const
+{
+    const QString name = frontMatterFolderName();
+    const TVLProjectNode *root = mRootNode.get();
+    for (const TVLProjectNode *node = root->nextInPreOrder(root); node;
+         node = node->nextInPreOrder(root)) {
+        if (node->mNodeType != TVL::Folder || node->mTitle != name)
+            continue;
+        const QModelIndex index = createIndex(node);
+        if (rootParentType(index) != TVL::DraftFolder)
+            return index;
+    }
+    return {};
+}
+
+QModelIndex TVLProjectModel::findTemplateFolder() const
+{
+    const TVLProjectNode *node =
+        mTemplateFolderUuid.isNull() ? nullptr : mUuidMap.value(mTemplateFolderUuid);
+    return createIndex(node);
+}
+
+QUuid TVLProjectModel::templateFolderUuid() const
+{
+    return templateFolder().isValid() ? mTemplateFolderUuid : QUuid();
+}
+
+void TVLProjectModel::setTemplateFolder(const QModelIndex &index)
+{
+    const QModelIndex oldIndex = templateFolder();
+    const QModelIndex newIndex = index.isValid() ? index : QModelIndex();
+    if (newIndex == oldIndex || !projectNode(newIndex))
+        return;
+    if (oldIndex.isValid())
+        markTemplateFolder(oldIndex, false);
+    if (newIndex.isValid())
+        markTemplateFolder(newIndex, true);
+    markProjectAsModified(true);
+    Q_EMIT templateFolderChanged(newIndex, oldIndex);
+}
+
+void TVLProjectModel::clearTemplateFolder()
+{
+    setTemplateFolder(QModelIndex());
+}
+
+void TVLProjectModel::markTemplateFolder(const QModelIndex &index, bool isTemplateFolder)
+{
+    TVLProjectNode *node = projectNode(index);
+    node->mIsTemplateFolder = isTemplateFolder;
+    mTemplateFolderUuid = isTemplateFolder ? node->mUuid : QUuid();
+    node->updateModified();
+    // The icons of all below it show that they belong to the template folder.
+    announceSubtree(index);
+}
+
+void TVLProjectModel::announceSubtree(const QModelIndex &index)
+{
+    announceChange(index);
+    tvlForEachNode(projectNode(index),
+                   [this](const TVLProjectNode *node) { announceChange(createIndex(node)); });
+}
+
+bool TVLProjectModel::templatesContain(const QModelIndex &index) const
+{
+    const QList<TVLProjectNode *> ancestors = TVLProjectNode::ancestors(projectNode(index));
+    return std::any_of(ancestors.begin(), ancestors.end(),
+                       [](const TVLProjectNode *node) { return node->mIsTemplateFolder; });
+}
+
+void TVLProjectModel::adoptTemplateFolder(const QUuid &uuid)
+{
+    TVLProjectNode *node = findNodeByUuid(uuid);
+    if (node == mRootNode.get())
+        return;
+    node->mIsTemplateFolder = true;
+    mTemplateFolderUuid = node->mUuid;
+}
+
+void TVLProjectModel::adoptTemplateFolder(int id)
+{
+    adoptTemplateFolder(findNodeUuidById(id));
+}

@@ -1,0 +1,340 @@
+#include "TVLProjectModel.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLGuiUtil.h"
+#include "TVLOptions.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QScopedValueRollback>
+#include <QTextDocument>
+#include <QTimerEvent>
+
+namespace {
+
+constexpr int DefaultProjectNoteId = 10;
+
+struct SystemFolderRow
+{
+    TVL::NodeType type;
+    const char *title;
+};
+
+constexpr SystemFolderRow SystemFolderRows[] = {
+    {TVL::DraftFolder, QT_TRANSLATE_NOOP("TVLProjectModel", "Draft")},
+    {TVL::ResearchFolder, QT_TRANSLATE_NOOP("TVLProjectModel", "Research")},
+    {TVL::TrashFolder, QT_TRANSLATE_NOOP("TVLProjectModel", "Trash")},
+};
+
+struct LabelRow
+{
+    int id;
+    const char *title;
+    QRgb color; ///< 0 for none.
+};
+
+constexpr LabelRow LabelRows[] = {
+    {-1, QT_TRANSLATE_NOOP("TVLProjectModel", "No Label"), 0},
+    {0, QT_TRANSLATE_NOOP("TVLProjectModel", "Concept"), qRgb(192, 192, 255)},
+    {1, QT_TRANSLATE_NOOP("TVLProjectModel", "Chapter"), qRgb(255, 192, 192)},
+};
+
+struct StatusRow
+{
+    int id;
+    const char *title;
+};
+
+constexpr StatusRow StatusRows[] = {
+    {-1, QT_TRANSLATE_NOOP("TVLProjectModel", "No Status")},
+    {0, QT_TRANSLATE_NOOP("TVLProjectModel", "N/A")},
+    {1, QT_TRANSLATE_NOOP("TVLProjectModel", "To Do")},
+    {2, QT_TRANSLATE_NOOP("TVLProjectModel", "First Draft")},
+    {3, QT_TRANSLATE_NOOP("TVLProjectModel", "Revised Draft")},
+    {4, QT_TRANSLATE_NOOP("TVLProjectModel", "Final Draft")},
+    {5, QT_TRANSLATE_NOOP("TVLProjectModel", "Done")},
+};
+
+} // namespace
+
+// --- Coming to life
+
+TVLProjectModel *TVLProjectModel::createBlankProjectInMemory(const QString &path, QObject *parent)
+{
+    auto *model = new TVLProjectModel(path, parent, false, TVL::FormatVersion18);
+    model->initBlankProject();
+    return model;
+}
+
+void TVLProjectModel::createBlankProjectOnHdd(const QString &path, QObject *parent)
+{
+    const std::unique_ptr<TVLProjectModel> model(createBlankProjectInMemory(path, parent));
+    model->saveAll(true);
+}
+
+void TVLProjectModel::initBlankProject()
+{
+    if (!mRootNode->mChildren.isEmpty())
+        return;
+    const QScopedValueRollback suspend(mSuspendModified, true);
+
+    // The format decides whether the first items get ids, so it comes first.
+    setFolderFormatVersion(TVL::FormatVersion18);
+    beginInsertRows(QModelIndex(), 0, int(std::size(SystemFolderRows)) - 1);
+    for (const SystemFolderRow &row : SystemFolderRows) {
+        TVLProjectNode *node = createProjectNode(mRootNode.get(), -1, QUuid(), -1);
+        node->mTitle = tr(row.title);
+        node->mNodeType = row.type;
+    }
+    endInsertRows();
+    insertRows(0, 1, draftFolder());
+
+    mLabelTitle = tr("Label");
+    mStatusTitle = tr("Status");
+    addDefaultLabelsAndStatusItems();
+    addDefaultProjectNotesAndCollections();
+    ensureProperProjectNotes();
+}
+
+void TVLProjectModel::addDefaultLabelsAndStatusItems()
+{
+    // A binder without items may have brought lists of its own; those stay.
+    if (mSearchIndex->labels().isEmpty()) {
+        for (const LabelRow &row : LabelRows)
+            mSearchIndex->addLabel(row.id, tr(row.title), row.color ? QColor(row.color) : QColor());
+    }
+    if (mSearchIndex->statusItems().isEmpty()) {
+        for (const StatusRow &row : StatusRows)
+            mSearchIndex->addStatusItem(row.id, tr(row.title));
+    }
+}
+
+void TVLProjectModel::initProject(QStringList *errors)
+{
+    Q_UNUSED(errors)
+    if (mRootNode->mChildren.isEmpty()) {
+        initBlankProject();
+        return;
+    }
+    updateHasSnapshots();
+    addDefaultProjectNotesAndCollections();
+    ensureProperProjectNotes();
+}
+
+void TVLProjectModel::updateHasSnapshots()
+{
+    // Few items of a large project have snapshots, so the folder is listed once and only what it
+    // names is looked into.
+    const QDir directory(TVLProjectFolderFormat::snapshotsPath(mPath));
+    const QStringList names =
+        directory.entryList({u"*.snapshots"_qs}, QDir::Dirs | QDir::NoDotAndDotDot);
+    const QSet<QString> present(names.begin(), names.end());
+    tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
+        node->mHasSnapshots = !present.isEmpty()
+            && present.contains(u"%1.snapshots"_qs.arg(node->mId))
+            && TVLProjectFolderFormat::hasSnapshotsViaSnapshotsDir(directory, node->mId);
+    });
+}
+
+void TVLProjectModel::addDefaultProjectNotesAndCollections()
+{
+    addDefaultProjectNotes();
+    addDefaultCollections();
+}
+
+void TVLProjectModel::addDefaultProjectNotes()
+{
+    if (!mProjectNotes.isEmpty())
+        return;
+    const QScopedValueRollback suspend(mSuspendModified, true);
+    auto *document = new QTextDocument(this);
+    document->setMetaInformation(QTextDocument::DocumentTitle, tr("General"));
+    mProjectNotes.mNotes.append({DefaultProjectNoteId, document});
+}
+
+void TVLProjectModel::ensureProperProjectNotes()
+{
+    for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes)) {
+        document->setParent(this);
+        document->setModified(false);
+        connect(document, &QTextDocument::modificationChanged, this,
+                &TVLProjectModel::onProjectNoteModifiedChanged, Qt::UniqueConnection);
+    }
+}
+
+void TVLProjectModel::onProjectNoteModifiedChanged(bool modified)
+{
+    markProjectAsModified(modified);
+}
+
+void TVLProjectModel::loadOptions()
+{
+    mTreatTextWithChildrenAsFolder = tvlOptions()->value(TVLOptions::TreatTextWithChildrenAsFolder);
+    mAutoSaveSeconds = tvlOptions()->value(TVLOptions::AutoSaveSeconds);
+}
+
+void TVLProjectModel::onOptionsChanged(const QStringList &groups)
+{
+    if (groups.contains(u"Navigation") || groups.contains(u"General"))
+        loadOptions();
+}
+
+// --- Saving
+
+void TVLProjectModel::markProjectAsModified(bool set)
+{
+    if (!set || mSuspendModified)
+        return;
+    const bool wasSaved = mSaved;
+    mSaved = false;
+    if (wasSaved)
+        Q_EMIT modifiedChanged(true);
+    stopAutoSaveTimer();
+    mAutoSaveTimer = startTimer(mAutoSaveSeconds * 1000);
+}
+
+void TVLProjectModel::stopAutoSaveTimer()
+{
+    if (mAutoSaveTimer != -1)
+        killTimer(mAutoSaveTimer);
+    mAutoSaveTimer = -1;
+}
+
+void TVLProjectModel::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != mAutoSaveTimer) {
+        QAbstractItemModel::timerEvent(event);
+        return;
+    }
+    stopAutoSaveTimer();
+    save(false);
+}
+
+void TVLProjectModel::setExcludeFromBackup(bool exclude)
+{
+    mBackupIncluded = !exclude;
+    markProjectAsModified(true);
+}
+
+bool TVLProjectModel::save(bool force)
+{
+    const QList<TVLProjectNode *> loadedNodes = mLoadedNodes;
+    for (const TVLProjectNode *node : loadedNodes)
+        Q_EMIT aboutToSave(createIndex(node));
+    stopAutoSaveTimer();
+    if (mSaved && !force)
+        return true;
+    const bool result = saveChanges(nullptr);
+    // Also after a failure: the user has seen the error, and the next change asks again.
+    mSaved = true;
+    Q_EMIT modifiedChanged(false);
+    return result;
+}
+
+bool TVLProjectModel::saveChanges(QStringList *errors) const
+{
+    if (mPath.isEmpty()
+        || !TVLGuiUtil::CanWriteLocation(mPath, true, true, QApplication::activeWindow()))
+        return false;
+
+    mInfo.mModId = QUuid::createUuid();
+    mInfo.mModified = QDateTime::currentDateTimeUtc();
+    mInfo.mDevice = platformDeviceName();
+    if (!QFileInfo::exists(TVLProjectFolderFormat::versionFilePath(mPath)))
+        TVLProjectFolderFormat::writeFormatVersion(mPath, formatVersion());
+
+    QStringList failures;
+    QString error;
+    if (!TVLProjectFolderFormat::writeBinder(mPath, this, &error))
+        failures.append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
+
+    if (!failures.isEmpty())
+        showSaveErrors(failures);
+    if (errors)
+        *errors = failures;
+    return failures.isEmpty();
+}
+
+void TVLProjectModel::showSaveErrors(const QStringList &errors) const
+{
+    QMessageBox box(QMessageBox::Critical, u"Project Writer"_qs,
+                    tr("The following errors occurred while saving your project."), QMessageBox::Ok,
+                    QApplication::activeWindow());
+    box.setInformativeText(
+        errors.join(u"\n--------------------\n")
+        + tr("\n\nTo avoid losing your latest changes, make sure you have enough space and write "
+             "access "
+             "on your storage device.\nYou can create a copy of your project into another location "
+             "using the menu File > SaveAs.\nYou might also try to Compile and Save to RTF or DOC "
+             "format to avoid losing your latest changes."));
+    box.exec();
+}
+
+void TVLProjectModel::saveAll(bool force)
+{
+    save(force);
+}
+
+bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)
+{
+    if (path.isEmpty())
+        return false;
+    const QString target = TVLProjectFolderFormat::calcEnclosingPath(path);
+    const QString source = TVLProjectFolderFormat::calcEnclosingPath(mPath);
+    // Clearing the way for the copy must never take the project itself.
+    if (TVLCoreUtil::IsSameOrInside(target, source) || TVLCoreUtil::IsSameOrInside(source, target))
+        return false;
+    if (QFileInfo::exists(target) && !TVLCoreUtil::DeleteFolderAndFiles(target))
+        return false;
+    if (!TVLProjectFolderFormat::copyProjectProgress(source, target, false, false, false,
+                                                     showProgress, QApplication::activeWindow()))
+        return false;
+
+    if (removeOldLock)
+        TVLProjectFolderFormat::removeLock(mPath);
+    // A lock that was copied along still names the old folder.
+    TVLProjectFolderFormat::removeLock(target);
+    mPath = target;
+    mFolderFormat->setProjectPath(target);
+    mName = TVLProjectFolderFormat::projectPathToProjectName(target);
+    TVLProjectFolderFormat::addLock(target);
+    save(false);
+    return true;
+}
+
+// --- Ending
+
+void TVLProjectModel::prepareToDestroy()
+{
+    saveAll(false);
+    TVLProjectFolderFormat::removeLock(mPath);
+    cleanDragAndDrop();
+    mExistingModels.removeAll(this);
+}
+
+TVLProjectModel *TVLProjectModel::findProjectModelViaPath(const QString &path)
+{
+    const QString canonicalPath = TVLProjectFolderFormat::canonicalPath(path);
+    for (const QPointer<TVLProjectModel> &model : std::as_const(mExistingModels)) {
+        if (model && model->mPath == canonicalPath)
+            return model;
+    }
+    return nullptr;
+}
+
+QString TVLProjectModel::dragAndDropPath()
+{
+    return QDir::toNativeSeparators(
+        QFileInfo(QDir::tempPath() + u"/Tavelinor/DnD"_qs).absoluteFilePath());
+}
+
+void TVLProjectModel::cleanDragAndDrop()
+{
+    if (QFileInfo::exists(dragAndDropPath()))
+        TVLCoreUtil::DeleteFolderAndFiles(dragAndDropPath());
+}

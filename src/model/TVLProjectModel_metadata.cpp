@@ -1,0 +1,144 @@
+#include "TVLProjectModel.h"
+
+#include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
+
+#include <algorithm>
+
+namespace {
+
+/** Drops items whose id came before, and makes sure of one with a negative id, in front. */
+template <typename Item>
+QMap<int, Item> tidyItems(QList<Item> *items, const Item &noneItem)
+{
+    QMap<int, Item> byId;
+    items->removeIf([&byId](const Item &item) {
+        if (byId.contains(item.mId))
+            return true;
+        byId.insert(item.mId, item);
+        return false;
+    });
+    if (byId.isEmpty() || byId.firstKey() >= 0) {
+        items->prepend(noneItem);
+        byId.insert(noneItem.mId, noneItem);
+    }
+    return byId;
+}
+
+template <typename Item>
+bool containsId(const QList<Item> &items, int id)
+{
+    return std::any_of(items.begin(), items.end(),
+                       [id](const Item &item) { return item.mId == id; });
+}
+
+} // namespace
+
+/*
+ * Replaces the labels or the status items. Every item must be left pointing at something real, and
+ * every item that shows a row which went or looks different now has to be drawn anew.
+ */
+template <typename Item, typename SetItems>
+void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItems,
+                                   const Item &noneItem, int TVLProjectNodeProperties::*member,
+                                   int *defaultId, SetItems setItems)
+{
+    const QMap<int, Item> byId = tidyItems(&items, noneItem);
+    QSet<int> changedIds;
+    for (const Item &old : oldItems) {
+        const auto current = byId.constFind(old.mId);
+        if (current == byId.cend() || *current != old)
+            changedIds.insert(old.mId);
+    }
+    QList<TVLProjectNode *> touched;
+    if (!changedIds.isEmpty()) {
+        tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
+            if (changedIds.contains(node->*member))
+                touched.append(node);
+        });
+    }
+    if (!byId.contains(*defaultId))
+        *defaultId = -1;
+    setItems(items);
+    for (TVLProjectNode *node : std::as_const(touched)) {
+        if (!byId.contains(node->*member))
+            node->*member = -1;
+        node->updateModified();
+        announceChange(createIndex(node));
+    }
+}
+
+QList<TVLLabel> TVLProjectModel::labels() const
+{
+    return mSearchIndex->labels();
+}
+
+void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
+{
+    replaceItems(labels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
+                 &TVLProjectNodeProperties::mLabelId, &mDefaultLabelId,
+                 [this](const QList<TVLLabel> &items) { mSearchIndex->setLabels(items); });
+    Q_EMIT labelsChanged();
+    markProjectAsModified(true);
+}
+
+void TVLProjectModel::setLabelTitle(const QString &title)
+{
+    if (title == mLabelTitle)
+        return;
+    markProjectAsModified(true);
+    mLabelTitle = title;
+    Q_EMIT labelTitleChanged(title);
+    Q_EMIT metaDataChanged();
+}
+
+void TVLProjectModel::setDefaultLabelIdentity(int id)
+{
+    if (id == mDefaultLabelId)
+        return;
+    if (containsId(labels(), id)) {
+        markProjectAsModified(true);
+        mDefaultLabelId = id;
+    }
+    Q_EMIT metaDataChanged();
+}
+
+QList<TVLStatusItem> TVLProjectModel::statusItems() const
+{
+    return mSearchIndex->statusItems();
+}
+
+void TVLProjectModel::setStatusItems(const QList<TVLStatusItem> &items)
+{
+    replaceItems(items, statusItems(), TVLStatusItem{-1, tr("No Status")},
+                 &TVLProjectNodeProperties::mStatusId, &mDefaultStatusId,
+                 [this](const QList<TVLStatusItem> &tidy) { mSearchIndex->setStatusItems(tidy); });
+    Q_EMIT statusItemsChanged();
+    markProjectAsModified(true);
+}
+
+void TVLProjectModel::setStatusTitle(const QString &title)
+{
+    if (title == mStatusTitle)
+        return;
+    markProjectAsModified(true);
+    mStatusTitle = title;
+    Q_EMIT statusTitleChanged(title);
+    Q_EMIT metaDataChanged();
+}
+
+void TVLProjectModel::setDefaultStatusIdentity(int id)
+{
+    if (id == mDefaultStatusId)
+        return;
+    if (containsId(statusItems(), id)) {
+        markProjectAsModified(true);
+        mDefaultStatusId = id;
+    }
+    Q_EMIT metaDataChanged();
+}
+
+int TVLProjectModel::maxOutlineColumns() const
+{
+    return TVL::FirstCustomColumn + int(mCustomMetaDataSettings.size());
+}

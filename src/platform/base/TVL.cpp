@@ -1,0 +1,137 @@
+#include "TVL.h"
+
+#include "TVLWordTable.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr TVLWord<TVL::NodeType> NodeTypeWords[] = {
+    {TVL::DraftFolder, u"DraftFolder"},
+    {TVL::ResearchFolder, u"ResearchFolder"},
+    {TVL::TrashFolder, u"TrashFolder"},
+    {TVL::Folder, u"Folder"},
+    {TVL::Text, u"Text"},
+    {TVL::Image, u"Image"},
+    {TVL::PDF, u"PDF"},
+    {TVL::Media, u"Media"},
+    {TVL::WebArchive, u"WebArchive"},
+    {TVL::Other, u"Other"},
+};
+static_assert(std::size(NodeTypeWords) == TVL::Other + 1, "every node type has a word");
+
+constexpr TVLWord<TVL::BinderVersion> BinderVersionTexts[] = {
+    {TVL::BinderVersion1, u"1.0"},
+    {TVL::BinderVersion2, u"1.5"},
+    {TVL::BinderVersion3, u"2.0"},
+};
+
+struct VersionPair
+{
+    TVL::FormatVersion format;
+    TVL::BinderVersion binder;
+};
+
+constexpr VersionPair VersionPairs[] = {
+    {TVL::FormatVersion16, TVL::BinderVersion1},
+    {TVL::FormatVersion18, TVL::BinderVersion2},
+    {TVL::FormatVersion23, TVL::BinderVersion3},
+};
+
+QString channelText(int channel)
+{
+    return QString::number(channel / 255.0, 'f', 3);
+}
+
+} // namespace
+
+QString TVL::toString(NodeType type)
+{
+    return tvlWordOf(NodeTypeWords, type, u"Text").toString();
+}
+
+TVL::NodeType TVL::toNodeType(QStringView word)
+{
+    return tvlValueOf(NodeTypeWords, word, TVL::Text);
+}
+
+QString TVL::toString(BinderVersion version)
+{
+    return tvlWordOf(BinderVersionTexts, version, QStringView()).toString();
+}
+
+TVL::BinderVersion TVL::toBinderVersion(QStringView text)
+{
+    return tvlValueOf(BinderVersionTexts, text, TVL::NoBinderVersion);
+}
+
+TVL::BinderVersion TVL::toBinderVersion(FormatVersion version)
+{
+    for (const VersionPair &pair : VersionPairs) {
+        if (pair.format == version)
+            return pair.binder;
+    }
+    return NoBinderVersion;
+}
+
+bool TVL::isValidFormatVersion(int version)
+{
+    return toBinderVersion(FormatVersion(version)) != NoBinderVersion;
+}
+
+QString TVL::colorToFloatString(const QColor &color)
+{
+    if (!color.isValid())
+        return {};
+    const QRgb rgb = color.rgb();
+    return channelText(qRed(rgb)) + u' ' + channelText(qGreen(rgb)) + u' '
+        + channelText(qBlue(rgb));
+}
+
+QColor TVL::floatStringToColor(QStringView text)
+{
+    const QList<QStringView> parts = text.split(u' ', Qt::SkipEmptyParts);
+    if (parts.size() != 3)
+        return {};
+    int channels[3];
+    for (int i = 0; i < 3; ++i) {
+        bool ok = false;
+        const double value = parts.at(i).toDouble(&ok);
+        if (!ok || !(value >= 0.0 && value <= 1.0))
+            return {};
+        channels[i] = int(std::lround(value * 255.0));
+    }
+    return QColor(channels[0], channels[1], channels[2]);
+}
+
+QString TVL::cleanFileName(const QString &name)
+{
+    static constexpr QStringView Refused = u"<>:\"/\\|?*";
+    QString clean = name;
+    for (QChar &ch : clean) {
+        if (ch.category() == QChar::Other_Control || Refused.contains(ch))
+            ch = u'_';
+    }
+    while (clean.endsWith(u'.') || clean.endsWith(u' '))
+        clean.chop(1);
+    return clean;
+}
+
+QString TVL::toHtmlTooltipFormat(const QString &plainText)
+{
+    if (plainText.isEmpty())
+        return {};
+    QString html = plainText.toHtmlEscaped();
+    html.replace(u"\r\n"_qs, u"\n"_qs);
+    html.replace(u'\n', u"<br/>"_qs);
+    return u"<p>"_qs + html + u"</p>"_qs;
+}
+
+bool tvlFuzzyCompare(double a, double b)
+{
+    // Relative for ordinary values, absolute near zero, where a relative test never holds.
+    return std::abs(a - b) <= 1e-12 * std::max({1.0, std::abs(a), std::abs(b)});
+}

@@ -1,0 +1,334 @@
+#include "TVLOptions.h"
+
+#include <QCoreApplication>
+#include <QSettings>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace {
+
+template <typename Option, typename Value>
+struct OptionRow
+{
+    Option option;
+    QStringView key;
+    Value defaultValue;
+};
+
+/** A default that is only known when the application runs. */
+using FontDefault = QFont (*)();
+
+QFont applicationFont()
+{
+    return QFont();
+}
+
+constexpr OptionRow<TVLOptions::Flag, bool> FlagRows[] = {
+    {TVLOptions::PreviousExitedNormally, u"General/PreviousExitedNormally", true},
+    {TVLOptions::ImportHtmlAsText, u"ImportExport/ImportHtmlAsText", false},
+    {TVLOptions::OnlyDisplayableFormats, u"ImportExport/OnlyDisplayableFormats", false},
+    {TVLOptions::RemoveInvalidRtfCharacters, u"ImportExport/RemoveInvalidRtfCharacters", false},
+    {TVLOptions::SplitFirstLineOfNotes, u"ImportExport/SplitFirstLineOfNotes", true},
+    {TVLOptions::TreatTextWithChildrenAsFolder, u"Navigation/TreatTextWithChildrenAsFolder", true},
+    {TVLOptions::DropOnItemsInLists, u"Navigation/DropOnItemsInLists", false},
+};
+
+constexpr OptionRow<TVLOptions::Int, int> IntRows[] = {
+    {TVLOptions::AutoSaveSeconds, u"General/AutoSaveSeconds", 10},
+};
+
+constexpr OptionRow<TVLOptions::Font, FontDefault> FontRows[] = {
+    {TVLOptions::DefaultFont, u"TextEditing/DefaultFont", applicationFont},
+};
+
+// The compiler demands that a switch names every enumerator, and the assertions below demand a row
+// for whatever a switch names. So no option can be added without its key and default.
+
+constexpr bool isOption(TVLOptions::Flag flag)
+{
+    switch (flag) {
+    case TVLOptions::PreviousExitedNormally:
+    case TVLOptions::ImportHtmlAsText:
+    case TVLOptions::OnlyDisplayableFormats:
+    case TVLOptions::RemoveInvalidRtfCharacters:
+    case TVLOptions::SplitFirstLineOfNotes:
+    case TVLOptions::TreatTextWithChildrenAsFolder:
+    case TVLOptions::DropOnItemsInLists:
+        return true;
+    }
+    return false;
+}
+
+constexpr bool isOption(TVLOptions::Int number)
+{
+    switch (number) {
+    case TVLOptions::AutoSaveSeconds:
+        return true;
+    }
+    return false;
+}
+
+constexpr bool isOption(TVLOptions::Font font)
+{
+    switch (font) {
+    case TVLOptions::DefaultFont:
+        return true;
+    }
+    return false;
+}
+
+/** Whether every option stands in a table once, and nothing else does. */
+template <typename Option, typename Value, std::size_t Size>
+constexpr bool isComplete(const OptionRow<Option, Value> (&table)[Size])
+{
+    constexpr int HighestNumber = 255;
+    for (const OptionRow<Option, Value> &row : table) {
+        if (row.option < 0 || row.option > HighestNumber)
+            return false;
+    }
+    for (int number = 0; number <= HighestNumber; ++number) {
+        const Option option = Option(number);
+        const auto rows = std::count_if(std::begin(table), std::end(table),
+                                        [=](const auto &row) { return row.option == option; });
+        if (rows != (isOption(option) ? 1 : 0))
+            return false;
+    }
+    return true;
+}
+
+static_assert(isComplete(FlagRows), "every flag has one key and default");
+static_assert(isComplete(IntRows), "every number has one key and default");
+static_assert(isComplete(FontRows), "every font has one key and default");
+
+template <typename Option, typename Value, std::size_t Size>
+const OptionRow<Option, Value> &rowOf(const OptionRow<Option, Value> (&table)[Size], Option option)
+{
+    const auto row = std::find_if(std::begin(table), std::end(table),
+                                  [=](const auto &each) { return each.option == option; });
+    Q_ASSERT_X(row != std::end(table), "TVLOptions", "no such option");
+    return *row;
+}
+
+QString groupOf(const QString &key)
+{
+    return key.section(u'/', 0, 0);
+}
+
+template <typename Option, typename Value, std::size_t Size>
+QStringList groupsOf(const OptionRow<Option, Value> (&table)[Size])
+{
+    QStringList groups;
+    for (const OptionRow<Option, Value> &row : table)
+        groups += groupOf(row.key.toString());
+    return groups;
+}
+
+QStringList groupsOf(const QSettings &settings)
+{
+    QStringList groups;
+    const QStringList keys = settings.allKeys();
+    for (const QString &key : keys)
+        groups += groupOf(key);
+    return groups;
+}
+
+// An ini file has texts only. Taking the text also of values that weren't through the file yet
+// makes them read the same before and after.
+
+std::optional<bool> toFlag(const QVariant &stored)
+{
+    const QString text = stored.toString();
+    if (text.compare(u"true", Qt::CaseInsensitive) == 0)
+        return true;
+    if (text.compare(u"false", Qt::CaseInsensitive) == 0)
+        return false;
+    return std::nullopt;
+}
+
+std::optional<int> toInt(const QVariant &stored)
+{
+    bool ok = false;
+    const int number = stored.toString().toInt(&ok);
+    return ok ? std::optional(number) : std::nullopt;
+}
+
+std::optional<QFont> toFont(const QVariant &stored)
+{
+    // Not by conversion, which takes any text for the name of a font.
+    return stored.typeId() == QMetaType::QFont ? std::optional(stored.value<QFont>())
+                                               : std::nullopt;
+}
+
+/** Whether a stored value, which may have become a text on its way through the file, is @p value.
+ */
+bool isSameValue(QVariant stored, const QVariant &value)
+{
+    if (stored.metaType() != value.metaType() && !stored.convert(value.metaType()))
+        return false;
+    return stored == value;
+}
+
+std::unique_ptr<QSettings> openSettings(const QString &path)
+{
+    if (path.isEmpty()) {
+        return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                           u"Tavelinor"_qs, u"Tavelinor"_qs);
+    }
+    return std::make_unique<QSettings>(path, QSettings::IniFormat);
+}
+
+std::unique_ptr<TVLOptions> &applicationOptions()
+{
+    static std::unique_ptr<TVLOptions> options;
+    return options;
+}
+
+} // namespace
+
+TVLOptions::ChangeBatch::ChangeBatch(TVLOptions *options)
+    : mOptions(options)
+{
+    ++mOptions->mBatchDepth;
+}
+
+TVLOptions::ChangeBatch::~ChangeBatch()
+{
+    if (--mOptions->mBatchDepth == 0)
+        mOptions->announcePendingGroups();
+}
+
+TVLOptions::TVLOptions()
+    : mSettings(openSettings({}))
+{
+}
+
+TVLOptions::~TVLOptions() = default;
+
+bool TVLOptions::value(Flag flag) const
+{
+    return toFlag(mSettings->value(keyText(flag))).value_or(defaultValue(flag));
+}
+
+int TVLOptions::value(Int number) const
+{
+    return toInt(mSettings->value(keyText(number))).value_or(defaultValue(number));
+}
+
+QFont TVLOptions::value(Font font) const
+{
+    return toFont(mSettings->value(keyText(font))).value_or(defaultValue(font));
+}
+
+void TVLOptions::setValue(Flag flag, bool value)
+{
+    store(keyText(flag), value, this->value(flag) != value);
+}
+
+void TVLOptions::setValue(Int number, int value)
+{
+    store(keyText(number), value, this->value(number) != value);
+}
+
+void TVLOptions::setValue(Font font, const QFont &value)
+{
+    store(keyText(font), value, this->value(font) != value);
+}
+
+bool TVLOptions::defaultValue(Flag flag)
+{
+    return rowOf(FlagRows, flag).defaultValue;
+}
+
+int TVLOptions::defaultValue(Int number)
+{
+    return rowOf(IntRows, number).defaultValue;
+}
+
+QFont TVLOptions::defaultValue(Font font)
+{
+    return rowOf(FontRows, font).defaultValue();
+}
+
+QString TVLOptions::keyText(Flag flag)
+{
+    return rowOf(FlagRows, flag).key.toString();
+}
+
+QString TVLOptions::keyText(Int number)
+{
+    return rowOf(IntRows, number).key.toString();
+}
+
+QString TVLOptions::keyText(Font font)
+{
+    return rowOf(FontRows, font).key.toString();
+}
+
+QVariant TVLOptions::value(const QString &key, const QVariant &defaultValue) const
+{
+    return mSettings->value(key, defaultValue);
+}
+
+void TVLOptions::setValue(const QString &key, const QVariant &value)
+{
+    store(key, value, !mSettings->contains(key) || !isSameValue(mSettings->value(key), value));
+}
+
+QString TVLOptions::filePath() const
+{
+    return mSettings->fileName();
+}
+
+void TVLOptions::setFilePath(const QString &path)
+{
+    QStringList groups =
+        groupsOf(FlagRows) + groupsOf(IntRows) + groupsOf(FontRows) + groupsOf(*mSettings);
+    mSettings = openSettings(path);
+    groups += groupsOf(*mSettings);
+    announce(groups);
+}
+
+bool TVLOptions::sync()
+{
+    mSettings->sync();
+    return mSettings->status() == QSettings::NoError;
+}
+
+void TVLOptions::store(const QString &key, const QVariant &value, bool hasChanged)
+{
+    // Stored even if unchanged: a default becomes the user's choice, a value of a wrong kind goes.
+    mSettings->setValue(key, value);
+    if (hasChanged)
+        announce({groupOf(key)});
+}
+
+void TVLOptions::announce(const QStringList &groups)
+{
+    for (const QString &group : groups) {
+        if (!mPendingGroups.contains(group))
+            mPendingGroups += group;
+    }
+    if (mBatchDepth == 0)
+        announcePendingGroups();
+}
+
+void TVLOptions::announcePendingGroups()
+{
+    // Taken first: a receiver may change options itself.
+    const QStringList groups = std::exchange(mPendingGroups, {});
+    if (!groups.isEmpty())
+        Q_EMIT groupsChanged(groups);
+}
+
+TVLOptions *tvlOptions()
+{
+    std::unique_ptr<TVLOptions> &options = applicationOptions();
+    if (!options) {
+        options.reset(new TVLOptions);
+        qAddPostRoutine([] { applicationOptions().reset(); });
+    }
+    return options.get();
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "TvlExport.h"
+
+#include <QString>
+#include <QUuid>
+
+/** Texts of uuids. */
+class TVL_EXPORT TUuid
+{
+public:
+    /**
+     * A uuid as 36 characters without braces, its hexadecimal digits in upper or lower case.
+     * QUuid reads both forms. Cheap enough to be called for every item of a file.
+     */
+    [[nodiscard]] static QString toStringNoBraces(const QUuid &uuid, bool upperCase);
+};

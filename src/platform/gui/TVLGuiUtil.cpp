@@ -1,0 +1,69 @@
+#include "TVLGuiUtil.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace {
+
+/** What the file system says at this moment. */
+QFileInfo freshInfo(const QString &path)
+{
+    QFileInfo info(path);
+    info.setCaching(false);
+    return info;
+}
+
+bool canWriteFolder(const QString &path)
+{
+    QFileInfo info = freshInfo(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    // A link that leads nowhere takes up its name, so nothing can be made under it.
+    while (!info.exists() && !info.isSymbolicLink() && !info.isRoot())
+        info = freshInfo(info.absolutePath());
+    return info.isDir() && info.isWritable();
+}
+
+bool canWriteFile(const QString &path)
+{
+    const QFileInfo info = freshInfo(path);
+    return info.exists() ? info.isFile() && info.isWritable() : canWriteFolder(info.absolutePath());
+}
+
+void showError(const QString &title, const QString &text, const QString &advice, QWidget *parent)
+{
+    QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Ok, parent);
+    // A path may look like markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(advice);
+    box.exec();
+}
+
+} // namespace
+
+bool TVLGuiUtil::CanWriteLocation(const QString &path, bool isFolder, bool notifyUser,
+                                  QWidget *parent)
+{
+    const bool canWrite = !path.isEmpty() && (isFolder ? canWriteFolder(path) : canWriteFile(path));
+    if (!canWrite && notifyUser) {
+        showError(tr("Write Error"),
+                  tr("Cannot write to the location: '%1'").arg(QDir::toNativeSeparators(path)),
+                  tr("Check that the disk is connected and isn't write-protected and that you have "
+                     "permission to write there, or choose another location."),
+                  parent);
+    }
+    return canWrite;
+}
+
+bool TVLGuiUtil::CanReadLocation(const QString &path, bool notifyUser, QWidget *parent)
+{
+    const QFileInfo info = freshInfo(path);
+    const bool canRead = !path.isEmpty() && info.exists() && info.isReadable();
+    if (!canRead && notifyUser) {
+        showError(tr("Read Error"),
+                  tr("Cannot read the location: '%1'").arg(QDir::toNativeSeparators(path)),
+                  tr("Check that the disk is connected, that nothing there was moved or renamed, "
+                     "and that you have permission to read it."),
+                  parent);
+    }
+    return canRead;
+}

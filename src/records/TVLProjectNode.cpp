@@ -1,0 +1,152 @@
+#include "TVLProjectNode.h"
+
+#include "TVLTextDocument.h"
+
+#include <algorithm>
+#include <utility>
+
+TVLProjectNode::TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent)
+    : TVLProjectNode(identity, parent, parent ? int(parent->mChildren.size()) : 0)
+{
+}
+
+TVLProjectNode::TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent, int row)
+    : mParent(parent)
+    , mRowHint(row)
+{
+    mId = identity.first;
+    mUuid = identity.second;
+    mCreated = QDateTime::currentDateTime();
+    mModified = mCreated;
+    if (parent)
+        parent->mChildren.insert(row, this);
+}
+
+TVLProjectNode::~TVLProjectNode()
+{
+    // The descendants are lined up first: a tree that nests deeply must not exhaust the stack.
+    QList<TVLProjectNode *> descendants = std::exchange(mChildren, {});
+    for (qsizetype i = 0; i < descendants.size(); ++i) {
+        const QList<TVLProjectNode *> children = std::exchange(descendants.at(i)->mChildren, {});
+        descendants.append(children);
+    }
+    qDeleteAll(descendants.crbegin(), descendants.crend());
+
+    for (TVLTextDocument *document : {mTextDocument, mSynopsisDocument, mNotesDocument}) {
+        if (document)
+            document->detach();
+    }
+}
+
+QSize TVLProjectNode::defaultIndexCardSize()
+{
+    return QSize(640, 480);
+}
+
+void TVLProjectNode::setIndexCardPixmap(const QPixmap &pixmap)
+{
+    const QSize limit = defaultIndexCardSize();
+    const bool fits =
+        pixmap.isNull() || (pixmap.width() <= limit.width() && pixmap.height() <= limit.height());
+    mIndexCardPixmap = std::make_unique<QPixmap>(
+        fits ? pixmap : pixmap.scaled(limit, Qt::KeepAspectRatio, Qt::FastTransformation));
+}
+
+QPixmap TVLProjectNode::indexCardPixmap() const
+{
+    return mIndexCardPixmap ? *mIndexCardPixmap : QPixmap();
+}
+
+void TVLProjectNode::clearIndexCardPixmap()
+{
+    mIndexCardPixmap.reset();
+}
+
+int TVLProjectNode::childLevel(const TVLProjectNode *node)
+{
+    int level = 0;
+    for (; node && node->mParent; node = node->mParent)
+        ++level;
+    return level;
+}
+
+QList<TVLProjectNode *> TVLProjectNode::ancestors(const TVLProjectNode *node)
+{
+    QList<TVLProjectNode *> ancestors;
+    for (; node && node->mParent; node = node->mParent)
+        ancestors.append(node->mParent);
+    return ancestors;
+}
+
+QList<int> TVLProjectNode::parentRowPositions() const
+{
+    QList<int> rows;
+    for (const TVLProjectNode *node = this; node->mParent; node = node->mParent)
+        rows.append(node->row());
+    std::reverse(rows.begin(), rows.end());
+    return rows;
+}
+
+TVLProjectNode *TVLProjectNode::findNodeViaRowPositions(const QList<int> &rows)
+{
+    if (rows.isEmpty())
+        return nullptr;
+    TVLProjectNode *node = this;
+    for (const int row : rows) {
+        if (row < 0 || row >= node->mChildren.size())
+            return nullptr;
+        node = node->mChildren.at(row);
+    }
+    return node;
+}
+
+QList<int> TVLProjectNode::childIDs() const
+{
+    QList<int> ids;
+    ids.reserve(mChildren.size());
+    for (const TVLProjectNode *child : mChildren)
+        ids.append(child->mId);
+    return ids;
+}
+
+int TVLProjectNode::row() const
+{
+    if (!mParent)
+        return -1;
+    const QList<TVLProjectNode *> &siblings = mParent->mChildren;
+    const auto hintHolds = [&] {
+        return mRowHint < siblings.size() && siblings.at(mRowHint) == this;
+    };
+    if (hintHolds())
+        return mRowHint;
+    for (int row = 0; row < siblings.size(); ++row)
+        siblings.at(row)->mRowHint = row;
+    return hintHolds() ? mRowHint : -1;
+}
+
+TVLProjectNode *TVLProjectNode::nextSibling() const
+{
+    const int ownRow = row();
+    if (ownRow < 0 || ownRow + 1 >= mParent->mChildren.size())
+        return nullptr;
+    return mParent->mChildren.at(ownRow + 1);
+}
+
+TVLProjectNode *TVLProjectNode::nextInPreOrder(const TVLProjectNode *top) const
+{
+    if (!mChildren.isEmpty())
+        return mChildren.constFirst();
+    for (const TVLProjectNode *node = this; node && node != top; node = node->mParent) {
+        if (TVLProjectNode *sibling = node->nextSibling())
+            return sibling;
+    }
+    return nullptr;
+}
+
+TVLProjectNode *TVLProjectNode::lastInPreOrder()
+{
+    TVLProjectNode *node = this;
+    while (!node->mChildren.isEmpty())
+        node = node->mChildren.constLast();
+    return node;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "TvlExport.h"
+
+#include <QString>
+#include <QUrl>
+
+/** A reference of an item or of the project: to another item, or to an address outside. */
+class TVL_EXPORT TVLReference
+{
+public:
+    int mInternalLink = -1; ///< Id of the item referred to; -1 for an address.
+    QUrl mUrl; ///< The address of an external reference.
+    QString mTitle;
+
+    [[nodiscard]] bool isInternal() const { return mInternalLink != -1; }
+
+    /** Makes this a reference to an item; an address that it had is dropped. */
+    void setInternalLink(int id);
+
+    /** Makes this a reference to an address; the item that it led to is dropped. */
+    void setUrl(const QUrl &url);
+
+    friend bool operator==(const TVLReference &, const TVLReference &) = default;
+};

@@ -1,0 +1,263 @@
+#include "TVLSearchIndex.h"
+
+#include <QDebug>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUuid>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace {
+
+namespace Statement {
+
+const QString CreateTables[] = {
+    u"CREATE TABLE DocumentSearchProperties (identity INT, type INT, propertyValue TEXT, confirmed BOOLEAN, UNIQUE(identity, type))"_qs,
+    u"CREATE TABLE ProjectKeywords (identity INT, title TEXT, UNIQUE(identity))"_qs,
+    u"CREATE TABLE ProjectLabels (identity INT, title TEXT, color TEXT, ordinal INT, UNIQUE(identity), UNIQUE(ordinal))"_qs,
+    u"CREATE TABLE ProjectStatusItems (identity INT, title TEXT, ordinal INT, UNIQUE (identity) UNIQUE (ordinal))"_qs,
+    u"CREATE TABLE DocumentIntProperties (identity INT, type INT, propertyValue INT)"_qs,
+    u"CREATE INDEX dspIndex ON DocumentSearchProperties (identity, type)"_qs,
+};
+
+const QString InsertLabel =
+    u"INSERT INTO ProjectLabels (identity, title, color, ordinal) VALUES (:i, :t, :c, (SELECT max(ordinal) +1 FROM ProjectLabels))"_qs;
+const QString SelectLabel =
+    u"SELECT identity, title, color FROM ProjectLabels WHERE identity = :i"_qs;
+const QString SelectLabels =
+    u"SELECT identity, title, color FROM ProjectLabels ORDER BY ordinal"_qs;
+const QString SelectLabelIds = u"SELECT identity FROM ProjectLabels"_qs;
+const QString DeleteLabels = u"DELETE FROM ProjectLabels"_qs;
+
+// The ordinal comes from the labels on purpose; with none there it is NULL and the order of
+// insertion decides.
+const QString InsertStatusItem =
+    u"INSERT INTO ProjectStatusItems (identity, title, ordinal) VALUES(:i, :t, (SELECT max(ordinal) +1 FROM ProjectLabels))"_qs;
+const QString SelectStatusItem =
+    u"SELECT identity, title FROM ProjectStatusItems WHERE identity = :i"_qs;
+const QString SelectStatusItems =
+    u"SELECT identity, title FROM ProjectStatusItems ORDER BY ordinal"_qs;
+const QString SelectStatusIds = u"SELECT identity FROM ProjectStatusItems"_qs;
+const QString DeleteStatusItems = u"DELETE FROM ProjectStatusItems"_qs;
+
+} // namespace Statement
+
+bool succeeded(const QSqlQuery &query, bool result, int line)
+{
+    if (!result)
+        qCritical() << "sql error" << query.lastQuery() << query.lastError().text() << line;
+    return result;
+}
+
+bool prepare(QSqlQuery *query, const QString &statement, int line)
+{
+    return succeeded(*query, query->prepare(statement), line);
+}
+
+bool run(QSqlQuery *query, const QString &statement, int line)
+{
+    return succeeded(*query, query->exec(statement), line);
+}
+
+/** A null string for an invalid colour: the column then holds NULL. */
+QVariant colorValue(const QColor &color)
+{
+    return color.isValid() ? QVariant(color.name()) : QVariant(QString());
+}
+
+TVLLabel labelOf(const QSqlQuery &row)
+{
+    TVLLabel label;
+    label.mId = row.value(0).toInt();
+    label.mTitle = row.value(1).toString();
+    if (!row.value(2).isNull())
+        label.mColor = QColor(row.value(2).toString());
+    return label;
+}
+
+TVLStatusItem statusItemOf(const QSqlQuery &row)
+{
+    return {row.value(0).toInt(), row.value(1).toString()};
+}
+
+/** All rows of a statement, each made into a record. */
+template <typename Record>
+QList<Record> selectRows(const QSqlDatabase &database, const QString &statement,
+                         Record (*recordOf)(const QSqlQuery &), int line)
+{
+    QList<Record> found;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!run(&query, statement, line))
+        return found;
+    while (query.next())
+        found.append(recordOf(query));
+    return found;
+}
+
+/** The row of an id; a default record and false in @p ok when there is none. */
+template <typename Record>
+Record selectRow(const QSqlDatabase &database, const QString &statement, int id,
+                 Record (*recordOf)(const QSqlQuery &), bool *ok, int line)
+{
+    QSqlQuery query(database);
+    const bool prepared = prepare(&query, statement, line);
+    query.bindValue(u":i"_qs, id);
+    const bool found = prepared && succeeded(query, query.exec(), line) && query.next();
+    if (ok)
+        *ok = found;
+    return found ? recordOf(query) : Record();
+}
+
+} // namespace
+
+TVLSearchIndex::TVLSearchIndex()
+    : QSqlDatabase(QSqlDatabase::addDatabase(u"QSQLITE"_qs, QUuid::createUuid().toString()))
+{
+    // Without a name the driver opens a private temporary database that vanishes when it is closed.
+    setDatabaseName(QString());
+    if (!open()) {
+        qCritical() << "could not open QSQLITE connection" << lastError().text();
+        return;
+    }
+    (void)createTables();
+}
+
+TVLSearchIndex::~TVLSearchIndex()
+{
+    const QString name = connectionName();
+    close();
+    // The registry holds on to the name until no handle to the connection is left.
+    static_cast<QSqlDatabase &>(*this) = QSqlDatabase();
+    removeDatabase(name);
+}
+
+bool TVLSearchIndex::createTables()
+{
+    QSqlQuery query(*this);
+    for (const QString &statement : Statement::CreateTables) {
+        if (!query.exec(statement)) {
+            qCritical() << "could not create schema:" << query.lastError().text();
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TVLSearchIndex::addLabel(int id, const QString &title, const QColor &color)
+{
+    QSqlQuery query(*this);
+    if (!prepare(&query, Statement::InsertLabel, __LINE__))
+        return false;
+    query.bindValue(u":i"_qs, id);
+    query.bindValue(u":t"_qs, title);
+    query.bindValue(u":c"_qs, colorValue(color));
+    if (!succeeded(query, query.exec(), __LINE__))
+        return false;
+    mIsModified = true;
+    return true;
+}
+
+TVLLabel TVLSearchIndex::label(int id, bool *ok) const
+{
+    return selectRow(*this, Statement::SelectLabel, id, labelOf, ok, __LINE__);
+}
+
+bool TVLSearchIndex::hasLabel(int id) const
+{
+    bool ok = false;
+    (void)label(id, &ok);
+    return ok;
+}
+
+QList<TVLLabel> TVLSearchIndex::labels() const
+{
+    return selectRows(*this, Statement::SelectLabels, labelOf, __LINE__);
+}
+
+bool TVLSearchIndex::setLabels(const QList<TVLLabel> &labels)
+{
+    return replaceRows(Statement::DeleteLabels, labels, [this](const TVLLabel &label) {
+        return addLabel(label.mId, label.mTitle, label.mColor);
+    });
+}
+
+QSet<int> TVLSearchIndex::labelsIDs() const
+{
+    return identities(Statement::SelectLabelIds);
+}
+
+bool TVLSearchIndex::addStatusItem(int id, const QString &title)
+{
+    QSqlQuery query(*this);
+    if (!prepare(&query, Statement::InsertStatusItem, __LINE__))
+        return false;
+    query.bindValue(u":i"_qs, id);
+    query.bindValue(u":t"_qs, title);
+    if (!succeeded(query, query.exec(), __LINE__))
+        return false;
+    mIsModified = true;
+    return true;
+}
+
+TVLStatusItem TVLSearchIndex::statusItem(int id, bool *ok) const
+{
+    return selectRow(*this, Statement::SelectStatusItem, id, statusItemOf, ok, __LINE__);
+}
+
+bool TVLSearchIndex::hasStatusItem(int id) const
+{
+    bool ok = false;
+    (void)statusItem(id, &ok);
+    return ok;
+}
+
+QList<TVLStatusItem> TVLSearchIndex::statusItems() const
+{
+    return selectRows(*this, Statement::SelectStatusItems, statusItemOf, __LINE__);
+}
+
+bool TVLSearchIndex::setStatusItems(const QList<TVLStatusItem> &items)
+{
+    return replaceRows(Statement::DeleteStatusItems, items, [this](const TVLStatusItem &item) {
+        return addStatusItem(item.mId, item.mTitle);
+    });
+}
+
+QSet<int> TVLSearchIndex::statusIDs() const
+{
+    return identities(Statement::SelectStatusIds);
+}
+
+QSet<int> TVLSearchIndex::identities(const QString &statement) const
+{
+    QSet<int> ids;
+    QSqlQuery query(*this);
+    query.setForwardOnly(true);
+    if (!run(&query, statement, __LINE__))
+        return ids;
+    while (query.next())
+        ids.insert(query.value(0).toInt());
+    return ids;
+}
+
+template <typename Row, typename Add>
+bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row> &rows, Add add)
+{
+    if (!transaction()) {
+        qCritical() << "sql error" << lastError().text() << __LINE__;
+        return false;
+    }
+    const bool wasModified = mIsModified;
+    QSqlQuery query(*this);
+    const bool replaced =
+        run(&query, deleteStatement, __LINE__) && std::all_of(rows.begin(), rows.end(), add);
+    if (replaced && commit()) {
+        mIsModified = true;
+        return true;
+    }
+    rollback();
+    mIsModified = wasModified;
+    return false;
+}

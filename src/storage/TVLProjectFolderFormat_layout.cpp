@@ -1,0 +1,318 @@
+#include "TVLProjectFolderFormat.h"
+
+#include "TUuid.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+
+namespace {
+
+constexpr QStringView BinderSuffix = u".tavelx";
+
+// A path such as "." or one that ends in a slash has no name in its text.
+QFileInfo absoluteInfo(const QString &path)
+{
+    return QFileInfo(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+}
+
+QString uuidName(const QUuid &uuid)
+{
+    return TUuid::toStringNoBraces(uuid, true);
+}
+
+bool setOk(bool *ok, bool value)
+{
+    if (ok)
+        *ok = value;
+    return value;
+}
+
+/** Enters a subfolder, which is made if it is missing. */
+bool enterSubdirectory(QDir *directory, const QString &name)
+{
+    if (!directory->exists(name) && !directory->mkdir(name))
+        return false;
+    return directory->cd(name);
+}
+
+/** A subfolder of the project's folder; both are made if missing. */
+QDir projectSubdirectory(const QString &path, const QString &name, bool *ok)
+{
+    QDir directory = TVLProjectFolderFormat::enclosingDirectory(path);
+    const bool exists = directory.exists() || QDir::root().mkpath(directory.absolutePath());
+    setOk(ok, exists && enterSubdirectory(&directory, name));
+    return directory;
+}
+
+} // namespace
+
+QString TVLProjectFolderFormat::filesPath(const QString &path)
+{
+    return path + u"/Files"_qs;
+}
+
+QString TVLProjectFolderFormat::filesDocsPath(const QString &path)
+{
+    return filesPath(path) + u"/Docs"_qs;
+}
+
+QString TVLProjectFolderFormat::filesDataPath(const QString &path)
+{
+    return filesPath(path) + u"/Data"_qs;
+}
+
+QString TVLProjectFolderFormat::filesDataNodePath(const QString &path, const QUuid &uuid)
+{
+    return filesDataPath(path) + u'/' + uuidName(uuid);
+}
+
+QString TVLProjectFolderFormat::settingsPath(const QString &path)
+{
+    return path + u"/Settings"_qs;
+}
+
+QString TVLProjectFolderFormat::searchIndexesFilePath(const QString &path)
+{
+    return filesPath(path) + u"/search.indexes"_qs;
+}
+
+QString TVLProjectFolderFormat::projectChecksumFilePathId(const QString &path)
+{
+    return filesDocsPath(path) + u"/docs.checksum"_qs;
+}
+
+QString TVLProjectFolderFormat::projectChecksumFilePath(const QString &path)
+{
+    return filesDataPath(path) + u"/docs.checksum"_qs;
+}
+
+QString TVLProjectFolderFormat::filesMobileScriptsChecksumsFilePath(const QString &path)
+{
+    return filesPath(path) + u"/mobilescripts.checksums"_qs;
+}
+
+QString TVLProjectFolderFormat::snapshotsPath(const QString &path)
+{
+    return path + u"/Snapshots"_qs;
+}
+
+QString TVLProjectFolderFormat::snapshotsNodePath(const QString &path, const QUuid &uuid)
+{
+    return snapshotsPath(path) + u'/' + uuidName(uuid);
+}
+
+QString TVLProjectFolderFormat::mobilePath(const QString &path)
+{
+    return path + u"/Mobile"_qs;
+}
+
+QString TVLProjectFolderFormat::mobileDataPath(const QString &path)
+{
+    return mobilePath(path) + u"/Data"_qs;
+}
+
+QString TVLProjectFolderFormat::mobileDataNodePath(const QString &path, const QUuid &uuid)
+{
+    return mobileDataPath(path) + u'/' + uuidName(uuid);
+}
+
+QString TVLProjectFolderFormat::mobileBinderSyncFilePath(const QString &path)
+{
+    return mobilePath(path) + u"/binder.sync"_qs;
+}
+
+QString TVLProjectFolderFormat::mobileSearchIndexesFilePath(const QString &path)
+{
+    return mobilePath(path) + u"/search.indexes"_qs;
+}
+
+QString TVLProjectFolderFormat::mobileDataScriptsChecksumsFilePath(const QString &path)
+{
+    return mobileDataPath(path) + u"/scripts.checksums"_qs;
+}
+
+QString TVLProjectFolderFormat::mobileDataUuidChecksumsFilePath(const QString &path,
+                                                                const QUuid &uuid)
+{
+    return mobileDataNodePath(path, uuid) + u".checksums"_qs;
+}
+
+QString TVLProjectFolderFormat::settingsScriptsMobFilePath(const QString &path)
+{
+    return settingsPath(path) + u"/scripts.mob"_qs;
+}
+
+QString TVLProjectFolderFormat::externalFolderSyncFilePath(const QString &path)
+{
+    return settingsPath(path) + u"/User/folder-sync-win.ini"_qs;
+}
+
+QString TVLProjectFolderFormat::binderAutosaveFilePath(const QString &path)
+{
+    return filesPath(path) + u"/binder.autosave"_qs;
+}
+
+QString TVLProjectFolderFormat::binderBackupFilePath(const QString &path)
+{
+    return filesPath(path) + u"/binder.backup"_qs;
+}
+
+bool TVLProjectFolderFormat::filesDataNodePathExists(const QString &path, const QUuid &uuid)
+{
+    return QFileInfo::exists(filesDataNodePath(path, uuid));
+}
+
+bool TVLProjectFolderFormat::mobileBinderSyncFilePathExists(const QString &path)
+{
+    return QFileInfo::exists(mobileBinderSyncFilePath(path));
+}
+
+bool TVLProjectFolderFormat::mobileDataNodePathExists(const QString &path, const QUuid &uuid)
+{
+    return QFileInfo::exists(mobileDataNodePath(path, uuid));
+}
+
+bool TVLProjectFolderFormat::externalFolderSyncFilePathExists(const QString &path)
+{
+    return QFileInfo::exists(externalFolderSyncFilePath(path));
+}
+
+QDir TVLProjectFolderFormat::filesDirectory(const QString &path, bool *ok)
+{
+    return projectSubdirectory(path, u"Files"_qs, ok);
+}
+
+QDir TVLProjectFolderFormat::iconsDirectory(const QString &path, bool *ok)
+{
+    return projectSubdirectory(path, u"Icons"_qs, ok);
+}
+
+QDir TVLProjectFolderFormat::docsDirectory(const QString &path, bool *ok)
+{
+    bool filesOk = false;
+    QDir directory = filesDirectory(path, &filesOk);
+    setOk(ok, filesOk && enterSubdirectory(&directory, u"Docs"_qs));
+    return directory;
+}
+
+QDir TVLProjectFolderFormat::settingsDirectory(const QString &path, bool *ok)
+{
+    return projectSubdirectory(path, u"Settings"_qs, ok);
+}
+
+QDir TVLProjectFolderFormat::snapshotsDirectory(const QString &path, bool *ok)
+{
+    return projectSubdirectory(path, u"Snapshots"_qs, ok);
+}
+
+QDir TVLProjectFolderFormat::mobileDirectory(const QString &path, bool *ok)
+{
+    return ensurePathExists(mobilePath(calcEnclosingPath(path)), ok);
+}
+
+QDir TVLProjectFolderFormat::mobileDataDirectory(const QString &path, bool *ok)
+{
+    return ensurePathExists(mobileDataPath(calcEnclosingPath(path)), ok);
+}
+
+QDir TVLProjectFolderFormat::ensurePathExists(const QString &path, bool *ok, QStringList *errors)
+{
+    const QDir directory(path);
+    if (!setOk(ok, directory.exists() || QDir::root().mkpath(directory.absolutePath())) && errors)
+        errors->append(tr("Could not create directory: '%1'").arg(path));
+    return directory;
+}
+
+QString TVLProjectFolderFormat::versionFilePath(const QString &path)
+{
+    return filesDirectory(path).filePath(u"version.txt"_qs);
+}
+
+QString TVLProjectFolderFormat::settingsUiFilePath(const QString &path)
+{
+    return settingsDirectory(path).filePath(u"ui.ini"_qs);
+}
+
+QString TVLProjectFolderFormat::scriptformatXmlFilePath(const QString &path)
+{
+    return settingsDirectory(path).filePath(u"scriptformat.xml"_qs);
+}
+
+QString TVLProjectFolderFormat::templateInfoXmlFilePath(const QString &path)
+{
+    return settingsDirectory(path).filePath(u"templateinfo.xml"_qs);
+}
+
+QString TVLProjectFolderFormat::calcEnclosingPath(const QString &path)
+{
+    const QFileInfo info = absoluteInfo(path);
+    return path.endsWith(BinderSuffix) ? info.absolutePath() : info.absoluteFilePath();
+}
+
+QString TVLProjectFolderFormat::canonicalPath(const QString &path)
+{
+    return calcEnclosingPath(path);
+}
+
+QDir TVLProjectFolderFormat::enclosingDirectory(const QString &path)
+{
+    return QDir(calcEnclosingPath(path));
+}
+
+QString TVLProjectFolderFormat::directoryName(const QString &path)
+{
+    return QFileInfo(calcEnclosingPath(path)).completeBaseName();
+}
+
+QString TVLProjectFolderFormat::projectPathToProjectName(const QString &path)
+{
+    return directoryName(path);
+}
+
+QString TVLProjectFolderFormat::nameFilter()
+{
+    return tr("Tavelinor Folder (*.tavel)");
+}
+
+bool TVLProjectFolderFormat::ensureProjectPathExists(const QString &path, QString *error)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    if (QDir::root().mkpath(projectPath))
+        return true;
+    if (error)
+        *error = tr("Could not create project directory: %1").arg(projectPath);
+    return false;
+}
+
+QString TVLProjectFolderFormat::defaultBinderFilePath(const QString &path)
+{
+    const QString name = absoluteInfo(path).completeBaseName();
+    return enclosingDirectory(path).filePath(name + BinderSuffix.toString());
+}
+
+QString TVLProjectFolderFormat::binderFilePathProjectTavelx(const QString &path)
+{
+    return enclosingDirectory(path).filePath(u"project.tavelx"_qs);
+}
+
+QString TVLProjectFolderFormat::findNewestBinderFilePath(const QString &path)
+{
+    const QFileInfoList files =
+        enclosingDirectory(path).entryInfoList({u"*.tavelx"_qs}, QDir::Files, QDir::Time);
+    return files.isEmpty() ? QString() : files.constFirst().absoluteFilePath();
+}
+
+QString TVLProjectFolderFormat::findOpenBinderFilePath(const QString &path)
+{
+    const QString defaultPath = defaultBinderFilePath(path);
+    if (!QFileInfo::exists(path) || QFileInfo::exists(defaultPath))
+        return defaultPath;
+
+    const QString olderPath = binderFilePathProjectTavelx(path);
+    const QString foundPath =
+        QFileInfo::exists(olderPath) ? olderPath : findNewestBinderFilePath(path);
+    if (foundPath.isEmpty() || foundPath == defaultPath)
+        return defaultPath;
+    return QFile::rename(foundPath, defaultPath) ? defaultPath : foundPath;
+}

@@ -1,0 +1,116 @@
+#include "TVLProjectFolderFormat.h"
+
+#include "TvlCore.h"
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QHostInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QUuid>
+
+namespace {
+
+// The word that every platform writes, so that a lock can be compared on any.
+constexpr QStringView LockPlatform = u"win";
+
+QString lockFilePath(const QString &path)
+{
+    return TVLProjectFolderFormat::filesPath(TVLProjectFolderFormat::calcEnclosingPath(path))
+        + u"/user.lock"_qs;
+}
+
+QUuid readOrMakeUserLockId()
+{
+    const QDir directory(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    QFile file(directory.filePath(u"userlock.id"_qs));
+    QUuid id;
+    if (!file.exists()) {
+        QDir::root().mkpath(directory.absolutePath());
+        if (file.open(QIODevice::WriteOnly)) {
+            id = QUuid::createUuid();
+            QDataStream stream(&file);
+            stream << id;
+            return id;
+        }
+    } else if (file.open(QIODevice::ReadOnly)) {
+        QDataStream stream(&file);
+        stream >> id;
+        return id;
+    }
+    qDebug() << "Could not open userlock.id file:" << file.fileName();
+    return id;
+}
+
+void setText(QString *target, const QString &text)
+{
+    if (target)
+        *target = text;
+}
+
+} // namespace
+
+bool TVLProjectFolderFormat::lockExists(const QString &path)
+{
+    return QFileInfo::exists(lockFilePath(path));
+}
+
+bool TVLProjectFolderFormat::addLock(const QString &path)
+{
+    bool ok = false;
+    if (lockExists(path))
+        return false;
+    filesDirectory(path, &ok);
+    if (!ok)
+        return false;
+    QSettings lock(lockFilePath(path), QSettings::IniFormat);
+    lock.setValue(u"platform"_qs, LockPlatform.toString());
+    lock.setValue(u"host"_qs, QHostInfo::localHostName());
+    lock.setValue(u"user"_qs, TvlCore::systemUsernameEnv());
+    lock.setValue(u"uuid"_qs, userLockId().toString());
+    lock.setValue(u"project_path"_qs, enclosingDirectory(path).path());
+    lock.setValue(u"app_path"_qs, QCoreApplication::applicationFilePath());
+    lock.sync();
+    return lock.status() == QSettings::NoError;
+}
+
+bool TVLProjectFolderFormat::removeLock(const QString &path)
+{
+    return !lockExists(path) || QFile::remove(lockFilePath(path));
+}
+
+int TVLProjectFolderFormat::compareLockFile(const QString &path, QString *host, QString *user,
+                                            QString *appPath)
+{
+    if (!lockExists(path))
+        return NotLocked;
+    const QSettings lock(lockFilePath(path), QSettings::IniFormat);
+    const QString ownUser = TvlCore::systemUsernameEnv();
+    const QString lockHost = lock.value(u"host"_qs).toString();
+    const QString lockUser = lock.value(u"user"_qs, ownUser).toString();
+    const QString lockAppPath = lock.value(u"app_path"_qs).toString();
+    setText(host, lockHost);
+    setText(user, lockUser);
+    setText(appPath, lockAppPath);
+
+    const bool isOwn = lock.value(u"platform"_qs).toString() == LockPlatform
+        && lockHost == QHostInfo::localHostName()
+        && lock.value(u"uuid"_qs).toString() == userLockId().toString() && lockUser == ownUser;
+    if (!isOwn)
+        return LockedByOther;
+    if (lock.value(u"project_path"_qs).toString() != enclosingDirectory(path).path())
+        return LockedElsewhere;
+    return lockAppPath == QCoreApplication::applicationFilePath() ? LockedHere
+                                                                  : LockedByOtherProgram;
+}
+
+QUuid TVLProjectFolderFormat::userLockId()
+{
+    static QUuid id;
+    if (id.isNull())
+        id = readOrMakeUserLockId();
+    return id;
+}

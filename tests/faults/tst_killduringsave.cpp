@@ -1,0 +1,103 @@
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include "TVLProjectFolderFormat.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QTest>
+
+/** A process that is killed while it saves must leave a project that opens as of a whole save. */
+class TstKillDuringSave : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aKilledSaveLeavesTheLastCompletedOneOrALaterOne();
+};
+
+namespace {
+
+constexpr int Items = 1500;
+constexpr int Kills = 200;
+constexpr int LongestLifeMs = 150;
+
+void makeProject(const TestProject &project)
+{
+    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const QModelIndex draft = model->draftFolder();
+    QVERIFY(model->insertRows(0, Items - model->rowCount(draft), draft));
+    for (int row = 0; row < Items; ++row)
+        model->setTitle(model->index(row, 0, draft), u"Save 0"_qs);
+    QVERIFY(model->save(true));
+    model->prepareToDestroy();
+}
+
+/** Runs the victim for a random while and kills it; the number of the last save that it announced.
+ */
+int saveUntilKilled(const QString &path, QRandomGenerator *random)
+{
+    QProcess victim;
+    victim.setProgram(QStringLiteral(FAULT_SAVER));
+    victim.setArguments({path});
+    victim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    victim.start();
+    while (!victim.canReadLine()) {
+        if (!victim.waitForReadyRead(60'000))
+            return -1;
+    }
+    if (victim.readLine() != "ready\n")
+        return -1;
+
+    QElapsedTimer life;
+    life.start();
+    const qint64 length = random->bounded(qint64(LongestLifeMs) * 1'000'000);
+    while (life.nsecsElapsed() < length)
+        victim.waitForReadyRead(1);
+    victim.kill();
+    victim.waitForFinished();
+
+    int last = 0;
+    const QList<QByteArray> lines = victim.readAllStandardOutput().split('\n');
+    for (const QByteArray &line : lines)
+        last = qMax(last, line.toInt());
+    return last;
+}
+
+} // namespace
+
+void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
+{
+    const TestProject project;
+    makeProject(project);
+    QRandomGenerator random(20);
+    int completed = 0;
+    int fallbacks = 0;
+    for (int kill = 0; kill < Kills; ++kill) {
+        const int announced = saveUntilKilled(project.path(), &random);
+        QVERIFY2(announced >= 0, "the saving process did not start");
+        completed = qMax(completed, announced);
+
+        const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+        fallbacks += binder.trimmed().endsWith("</TavelinorProject>") ? 0 : 1;
+        const std::unique_ptr<TVLProjectModel> model = project.open();
+        QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
+        const QModelIndex draft = model->draftFolder();
+        QCOMPARE(model->rowCount(draft), Items);
+        QSet<QString> titles;
+        for (int row = 0; row < Items; ++row)
+            titles.insert(model->title(model->index(row, 0, draft)));
+        QCOMPARE(titles.size(), 1);
+        const int found = titles.constBegin()->section(u' ', 1).toInt();
+        QVERIFY2(found == completed || found == completed + 1,
+                 qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(completed)));
+        completed = found;
+    }
+    QVERIFY2(completed > Kills / 4, "too few saves took place for the kills to mean anything");
+    qInfo("%d kills over %d saves; %d left the binder cut off", Kills, completed, fallbacks);
+}
+
+TVL_TEST_MAIN(TstKillDuringSave)
+#include "tst_killduringsave.moc"

@@ -1,0 +1,164 @@
+#include "ModelChecks.h"
+
+#include <algorithm>
+
+namespace {
+
+const QDateTime LongAgo = QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6));
+// Ids are tried one by one up to here; only a made-up id is larger.
+constexpr int LargestTriedId = 5000;
+
+} // namespace
+
+std::unique_ptr<TVLProjectModel> emptyModel(TVL::FormatVersion version, bool mobile)
+{
+    return std::make_unique<TVLProjectModel>(u"/nowhere/Novel.tavel"_qs, nullptr, mobile, version);
+}
+
+std::unique_ptr<TVLProjectModel> blankModel()
+{
+    return std::unique_ptr<TVLProjectModel>(
+        TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+}
+
+QModelIndex firstText(const TVLProjectModel *model)
+{
+    return model->index(0, 0, model->draftFolder());
+}
+
+QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
+                    const QString &title)
+{
+    return model->createIndex(model->insertNode(-1, parent, type, QString(), title));
+}
+
+void growRandomTree(TVLProjectModel *model, int nodes, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    QList<TVLProjectNode *> parents = {model->binderRoot()};
+    for (int i = 0; i < nodes; ++i) {
+        TVLProjectNode *parent = parents.at(random.bounded(int(parents.size())));
+        const int row = random.bounded(-1, int(parent->mChildren.size()) + 1);
+        parents.append(model->insertNode(row, model->createIndex(parent),
+                                         TVL::NodeType(random.bounded(10)), QString(),
+                                         u"Item %1"_qs.arg(i)));
+    }
+}
+
+QModelIndexList recursiveWalk(const QAbstractItemModel *model, const QModelIndex &parent)
+{
+    QModelIndexList found;
+    for (int row = 0; row < model->rowCount(parent); ++row) {
+        const QModelIndex child = model->index(row, 0, parent);
+        found.append(child);
+        found.append(recursiveWalk(model, child));
+    }
+    return found;
+}
+
+QString mapsOutOfStep(const TVLProjectModel *model)
+{
+    QSet<QUuid> uuids;
+    QSet<int> ids;
+    QString wrong;
+    int count = 0;
+    tvlForEachNode(model->binderRoot(), [&](TVLProjectNode *node) {
+        ++count;
+        uuids.insert(node->mUuid);
+        const bool uuidLeads = model->hasNodeUuid(node->mUuid)
+            && model->findNodeByUuid(node->mUuid) == node
+            && model->findNodeIdByUuid(node->mUuid) == node->mId;
+        if (!uuidLeads)
+            wrong = u"uuid of '%1'"_qs.arg(node->mTitle);
+        if (node->mId < 0)
+            return;
+        ids.insert(node->mId);
+        const bool idLeads = model->hasNodeId(node->mId)
+            && model->findNodeUuidById(node->mId) == node->mUuid
+            && model->findNode(node->mId) == node;
+        if (!idLeads)
+            wrong = u"id %1 of '%2'"_qs.arg(node->mId).arg(node->mTitle);
+    });
+    if (!wrong.isEmpty())
+        return wrong;
+    if (uuids.size() != count)
+        return u"a uuid twice in the tree"_qs;
+    if (model->uniqueUuids() != uuids)
+        return u"map by uuid has %1 entries, the tree %2 items"_qs.arg(model->uniqueUuids().size())
+            .arg(count);
+    const int biggest = ids.isEmpty() ? -1 : *std::max_element(ids.begin(), ids.end());
+    if (model->findBiggestNodeId() != biggest)
+        return u"biggest id %1 instead of %2"_qs.arg(model->findBiggestNodeId()).arg(biggest);
+    for (int id = -1; id <= qMin(biggest, LargestTriedId); ++id) {
+        if (model->hasNodeId(id) != ids.contains(id))
+            return u"entry of id %1"_qs.arg(id);
+    }
+    return {};
+}
+
+void makeOld(const TVLProjectModel *model, const QModelIndex &index)
+{
+    model->projectNode(index)->mModified = LongAgo;
+}
+
+void makeAllOld(const TVLProjectModel *model)
+{
+    tvlForEachNode(model->binderRoot(), [](TVLProjectNode *node) { node->mModified = LongAgo; });
+}
+
+bool isTouched(const TVLProjectModel *model, const QModelIndex &index)
+{
+    return model->projectNode(index)->mModified != LongAgo;
+}
+
+QList<int> touchedIds(const TVLProjectModel *model)
+{
+    QList<int> ids;
+    tvlForEachNode(model->binderRoot(), [&ids](const TVLProjectNode *node) {
+        if (node->mModified != LongAgo)
+            ids.append(node->mId);
+    });
+    return ids;
+}
+
+SignalLog::SignalLog(const TVLProjectModel *model)
+{
+    const auto log = [this](const QString &line) { mLines.append(line); };
+    const auto idOf = [model](const QModelIndex &index) { return model->nodeIdentity(index); };
+    QObject *context = &mContext;
+    QObject::connect(model, &TVLProjectModel::dataChanged, context,
+                     [=](const QModelIndex &first, const QModelIndex &last) {
+                         log(first == last ? u"data %1"_qs.arg(idOf(first))
+                                           : u"data of several"_qs);
+                     });
+    QObject::connect(model, &TVLProjectModel::modifiedChanged, context,
+                     [=](bool modified) { log(modified ? u"modified"_qs : u"saved"_qs); });
+    QObject::connect(model, &TVLProjectModel::aboutToSave, context, [=](const QModelIndex &index) {
+        log(u"about to save %1"_qs.arg(idOf(index)));
+    });
+    QObject::connect(model, &TVLProjectModel::labelsChanged, context, [=] { log(u"labels"_qs); });
+    QObject::connect(model, &TVLProjectModel::statusItemsChanged, context,
+                     [=] { log(u"status items"_qs); });
+    QObject::connect(model, &TVLProjectModel::labelTitleChanged, context,
+                     [=](const QString &title) { log(u"label title "_qs + title); });
+    QObject::connect(model, &TVLProjectModel::statusTitleChanged, context,
+                     [=](const QString &title) { log(u"status title "_qs + title); });
+    QObject::connect(model, &TVLProjectModel::metaDataChanged, context,
+                     [=] { log(u"meta data"_qs); });
+    QObject::connect(
+        model, &TVLProjectModel::templateFolderChanged, context,
+        [=](const QModelIndex &newIndex, const QModelIndex &oldIndex) {
+            log(u"template folder %1 for %2"_qs.arg(idOf(newIndex)).arg(idOf(oldIndex)));
+        });
+    QObject::connect(model, qOverload<>(&TVLProjectModel::collectionChanged), context,
+                     [=] { log(u"collections"_qs); });
+    QObject::connect(
+        model, &TVLProjectModel::rowsAboutToBeInserted, context,
+        [=](const QModelIndex &parent, int first, int last) {
+            log(u"rows %1-%2 below %3 to come"_qs.arg(first).arg(last).arg(idOf(parent)));
+        });
+    QObject::connect(model, &TVLProjectModel::rowsInserted, context,
+                     [=](const QModelIndex &parent, int first, int last) {
+                         log(u"rows %1-%2 below %3"_qs.arg(first).arg(last).arg(idOf(parent)));
+                     });
+}

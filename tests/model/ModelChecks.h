@@ -1,0 +1,56 @@
+#pragma once
+
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+
+#include <QObject>
+#include <QRandomGenerator>
+#include <QStringList>
+
+#include <memory>
+
+/** An empty model of a format; its path need not exist. */
+[[nodiscard]] std::unique_ptr<TVLProjectModel>
+emptyModel(TVL::FormatVersion version = TVL::FormatVersion18, bool mobile = false);
+
+/** A blank project in memory. */
+[[nodiscard]] std::unique_ptr<TVLProjectModel> blankModel();
+
+/** The index of the only item inside the Draft of a blank project. */
+[[nodiscard]] QModelIndex firstText(const TVLProjectModel *model);
+
+/** Adds an item at the end of its parent. */
+QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
+                    const QString &title = u"Item"_qs);
+
+/** Adds random items of every type at random places. The same seed gives the same tree. */
+void growRandomTree(TVLProjectModel *model, int nodes, quint32 seed);
+
+/** All items below an index in pre-order, by the plainest of recursions. */
+[[nodiscard]] QModelIndexList recursiveWalk(const QAbstractItemModel *model,
+                                            const QModelIndex &parent);
+
+/** What is wrong between the tree and the maps by id and uuid; empty when they agree. */
+[[nodiscard]] QString mapsOutOfStep(const TVLProjectModel *model);
+
+/** Sets an item's modification time to a day long gone, so that any touch shows. */
+void makeOld(const TVLProjectModel *model, const QModelIndex &index);
+void makeAllOld(const TVLProjectModel *model);
+[[nodiscard]] bool isTouched(const TVLProjectModel *model, const QModelIndex &index);
+
+/** The items whose modification time isn't the one that makeAllOld() set, by id. */
+[[nodiscard]] QList<int> touchedIds(const TVLProjectModel *model);
+
+/** Writes down the signals of a model in the order in which they come, one line for each. */
+class SignalLog
+{
+public:
+    explicit SignalLog(const TVLProjectModel *model);
+
+    [[nodiscard]] QStringList lines() const { return mLines; }
+    void clear() { mLines.clear(); }
+
+private:
+    QObject mContext;
+    QStringList mLines;
+};

@@ -1,0 +1,461 @@
+#include "ModelChecks.h"
+#include "ModelTester.h"
+#include "TestMain.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+const QColor Blue = QColor(192, 192, 255);
+const QColor Red = QColor(255, 192, 192);
+const QColor Green = QColor(0, 255, 0);
+
+const TVLLabel NoLabel = {-1, u"No Label"_qs, QColor()};
+const TVLLabel Concept = {0, u"Concept"_qs, Blue};
+const TVLLabel Chapter = {1, u"Chapter"_qs, Red};
+const TVLStatusItem NoStatus = {-1, u"No Status"_qs};
+
+using Ids = QList<int>;
+
+/**
+ * A blank project whose Draft holds the items 3 to 7: 3 and 4 with label and status 0, 5 and 6
+ * with 1, and 7 without. Its labels and status items are one of none and the ids 0 and 1.
+ */
+std::unique_ptr<TVLProjectModel> labelledModel()
+{
+    auto model = blankModel();
+    model->insertRows(0, 4, model->draftFolder());
+    model->setStatusItems({NoStatus, {0, u"To Do"_qs}, {1, u"Done"_qs}});
+    const int used[] = {0, 0, 1, 1, -1};
+    for (int i = 0; i < 5; ++i) {
+        TVLProjectNode *node = model->findNode(3 + i);
+        node->mLabelId = used[i];
+        node->mStatusId = used[i];
+    }
+    makeAllOld(model.get());
+    return model;
+}
+
+Ids labelIds(const TVLProjectModel *model)
+{
+    Ids ids;
+    for (int id = 3; id <= 7; ++id)
+        ids.append(model->labelIdentity(model->index(id)));
+    return ids;
+}
+
+Ids statusIds(const TVLProjectModel *model)
+{
+    Ids ids;
+    for (int id = 3; id <= 7; ++id)
+        ids.append(model->statusIdentity(model->index(id)));
+    return ids;
+}
+
+QStringList dataLines(const Ids &ids)
+{
+    QStringList lines;
+    for (const int id : ids)
+        lines.append(u"data %1"_qs.arg(id));
+    return lines;
+}
+
+Ids sorted(Ids ids)
+{
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+} // namespace
+
+class TstModelLabels : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void settingLabelsTidiesTheList_data();
+    void settingLabelsTidiesTheList();
+    void settingStatusItemsTidiesTheList_data();
+    void settingStatusItemsTidiesTheList();
+    void settingLabelsTouchesTheUsersOfWhatChanged_data();
+    void settingLabelsTouchesTheUsersOfWhatChanged();
+    void settingStatusItemsTouchesTheUsersOfWhatChanged_data();
+    void settingStatusItemsTouchesTheUsersOfWhatChanged();
+    void removingTheDefaultLabelResetsIt();
+    void removingTheDefaultStatusItemResetsIt();
+    void usersOfANegativeIdOtherThanMinusOneAreReset();
+    void staleIdsStayUntilTheirLabelGoes();
+    void labelsAndStatusItemsDoNotMeddle();
+    void labelsAreStoredBeforeTheUsersAreAnnounced();
+    void theOrderOfSignalsIsUsersListModified();
+    void settingTheSameLabelsStillMarksAndAnnounces();
+    void theDefaultLabelIsGivenToNewItems();
+    void theDefaultLabelIsSet_data();
+    void theDefaultLabelIsSet();
+    void theDefaultStatusItemIsSet_data();
+    void theDefaultStatusItemIsSet();
+    void theTitleOfLabelsIsSet();
+    void theTitleOfStatusItemsIsSet();
+    void keywordsOfAnItemAreSet();
+};
+
+void TstModelLabels::settingLabelsTidiesTheList_data()
+{
+    QTest::addColumn<QList<TVLLabel>>("given");
+    QTest::addColumn<QList<TVLLabel>>("kept");
+    const TVLLabel other = {3, u"Other"_qs, Green};
+    const TVLLabel again = {3, u"Again"_qs, Blue};
+    const TVLLabel noneByAnotherName = {-1, u"Nothing"_qs, QColor()};
+    const TVLLabel noneByAnotherId = {-7, u"Nothing"_qs, QColor()};
+    using List = QList<TVLLabel>;
+    QTest::newRow("empty") << List() << List({NoLabel});
+    QTest::newRow("complete") << List({NoLabel, Chapter, other}) << List({NoLabel, Chapter, other});
+    QTest::newRow("out of order") << List({other, Chapter, NoLabel})
+                                  << List({other, Chapter, NoLabel});
+    QTest::newRow("without none") << List({other, Chapter}) << List({NoLabel, other, Chapter});
+    QTest::newRow("an id twice") << List({NoLabel, other, again}) << List({NoLabel, other});
+    QTest::newRow("an id twice, without none")
+        << List({other, again, Chapter, again}) << List({NoLabel, other, Chapter});
+    QTest::newRow("none by another name")
+        << List({Chapter, noneByAnotherName}) << List({Chapter, noneByAnotherName});
+    QTest::newRow("none by another id")
+        << List({Chapter, noneByAnotherId}) << List({Chapter, noneByAnotherId});
+    QTest::newRow("none twice") << List({NoLabel, noneByAnotherName}) << List({NoLabel});
+    QTest::newRow("equal titles") << List({NoLabel, {5, u"x"_qs, Red}, {6, u"x"_qs, Red}})
+                                  << List({NoLabel, {5, u"x"_qs, Red}, {6, u"x"_qs, Red}});
+}
+
+void TstModelLabels::settingLabelsTidiesTheList()
+{
+    QFETCH(const QList<TVLLabel>, given);
+    QFETCH(const QList<TVLLabel>, kept);
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setLabels(given);
+    QCOMPARE(model->labels(), kept);
+}
+
+void TstModelLabels::settingStatusItemsTidiesTheList_data()
+{
+    QTest::addColumn<QList<TVLStatusItem>>("given");
+    QTest::addColumn<QList<TVLStatusItem>>("kept");
+    const TVLStatusItem done = {1, u"Done"_qs};
+    const TVLStatusItem other = {3, u"Other"_qs};
+    const TVLStatusItem again = {3, u"Again"_qs};
+    const TVLStatusItem noneByAnotherName = {-1, u"Nothing"_qs};
+    using List = QList<TVLStatusItem>;
+    QTest::newRow("empty") << List() << List({NoStatus});
+    QTest::newRow("complete") << List({NoStatus, done, other}) << List({NoStatus, done, other});
+    QTest::newRow("out of order") << List({other, done, NoStatus}) << List({other, done, NoStatus});
+    QTest::newRow("without none") << List({other, done}) << List({NoStatus, other, done});
+    QTest::newRow("an id twice") << List({NoStatus, other, again}) << List({NoStatus, other});
+    QTest::newRow("none by another name")
+        << List({done, noneByAnotherName}) << List({done, noneByAnotherName});
+    QTest::newRow("none twice") << List({NoStatus, noneByAnotherName}) << List({NoStatus});
+}
+
+void TstModelLabels::settingStatusItemsTidiesTheList()
+{
+    QFETCH(const QList<TVLStatusItem>, given);
+    QFETCH(const QList<TVLStatusItem>, kept);
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setStatusItems(given);
+    QCOMPARE(model->statusItems(), kept);
+}
+
+void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged_data()
+{
+    QTest::addColumn<QList<TVLLabel>>("given");
+    QTest::addColumn<Ids>("idsAfter");
+    QTest::addColumn<Ids>("touched");
+    using List = QList<TVLLabel>;
+    const Ids before = {0, 0, 1, 1, -1};
+    QTest::newRow("same") << List({NoLabel, Concept, Chapter}) << before << Ids();
+    QTest::newRow("another order") << List({Chapter, NoLabel, Concept}) << before << Ids();
+    QTest::newRow("one more") << List({NoLabel, Concept, Chapter, {2, u"x"_qs, Red}}) << before
+                              << Ids();
+    QTest::newRow("one renamed") << List({NoLabel, Concept, {1, u"Scene"_qs, Red}}) << before
+                                 << Ids({5, 6});
+    QTest::newRow("one recoloured")
+        << List({NoLabel, {0, u"Concept"_qs, Green}, Chapter}) << before << Ids({3, 4});
+    QTest::newRow("one without colour")
+        << List({NoLabel, {0, u"Concept"_qs, QColor()}, Chapter}) << before << Ids({3, 4});
+    QTest::newRow("one removed") << List({NoLabel, Chapter}) << Ids({-1, -1, 1, 1, -1})
+                                 << Ids({3, 4});
+    QTest::newRow("one removed, one renamed")
+        << List({NoLabel, {1, u"Scene"_qs, Red}}) << Ids({-1, -1, 1, 1, -1}) << Ids({3, 4, 5, 6});
+    QTest::newRow("all removed") << List() << Ids({-1, -1, -1, -1, -1}) << Ids({3, 4, 5, 6});
+    // Also 0 to 2, the system folders, have no label.
+    QTest::newRow("none renamed") << List({{-1, u"Nothing"_qs, QColor()}, Concept, Chapter})
+                                  << before << Ids({0, 1, 2, 7});
+    QTest::newRow("a later double doesn't count")
+        << List({NoLabel, Concept, Chapter, {1, u"Scene"_qs, Green}}) << before << Ids();
+}
+
+void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged()
+{
+    QFETCH(const QList<TVLLabel>, given);
+    QFETCH(const Ids, idsAfter);
+    QFETCH(const Ids, touched);
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
+    model->setLabels(given);
+    QCOMPARE(labelIds(model.get()), idsAfter);
+    QCOMPARE(sorted(touchedIds(model.get())), touched);
+    Ids announced;
+    for (const QList<QVariant> &arguments : changed) {
+        QCOMPARE(arguments.at(0), arguments.at(1));
+        announced.append(model->nodeIdentity(arguments.at(0).toModelIndex()));
+    }
+    QCOMPARE(sorted(announced), touched);
+    QCOMPARE(statusIds(model.get()), Ids({0, 0, 1, 1, -1}));
+}
+
+void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged_data()
+{
+    QTest::addColumn<QList<TVLStatusItem>>("given");
+    QTest::addColumn<Ids>("idsAfter");
+    QTest::addColumn<Ids>("touched");
+    using List = QList<TVLStatusItem>;
+    const TVLStatusItem toDo = {0, u"To Do"_qs};
+    const TVLStatusItem done = {1, u"Done"_qs};
+    const Ids before = {0, 0, 1, 1, -1};
+    QTest::newRow("same") << List({NoStatus, toDo, done}) << before << Ids();
+    QTest::newRow("another order") << List({done, toDo, NoStatus}) << before << Ids();
+    QTest::newRow("one more") << List({NoStatus, toDo, done, {2, u"x"_qs}}) << before << Ids();
+    QTest::newRow("one renamed") << List({NoStatus, toDo, {1, u"Over"_qs}}) << before
+                                 << Ids({5, 6});
+    QTest::newRow("one removed") << List({NoStatus, done}) << Ids({-1, -1, 1, 1, -1})
+                                 << Ids({3, 4});
+    QTest::newRow("all removed") << List() << Ids({-1, -1, -1, -1, -1}) << Ids({3, 4, 5, 6});
+    QTest::newRow("none renamed") << List({{-1, u"Nothing"_qs}, toDo, done}) << before
+                                  << Ids({0, 1, 2, 7});
+}
+
+void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
+{
+    QFETCH(const QList<TVLStatusItem>, given);
+    QFETCH(const Ids, idsAfter);
+    QFETCH(const Ids, touched);
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
+    model->setStatusItems(given);
+    QCOMPARE(statusIds(model.get()), idsAfter);
+    QCOMPARE(sorted(touchedIds(model.get())), touched);
+    QCOMPARE(changed.count(), touched.size());
+    QCOMPARE(labelIds(model.get()), Ids({0, 0, 1, 1, -1}));
+}
+
+void TstModelLabels::removingTheDefaultLabelResetsIt()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setDefaultLabelIdentity(1);
+    model->setLabels({NoLabel, Chapter});
+    QCOMPARE(model->defaultLabelIdentity(), 1);
+    model->setLabels({NoLabel, {1, u"Renamed"_qs, Green}});
+    QCOMPARE(model->defaultLabelIdentity(), 1);
+    model->setLabels({NoLabel, Concept});
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+}
+
+void TstModelLabels::removingTheDefaultStatusItemResetsIt()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setDefaultStatusIdentity(5);
+    model->setStatusItems({NoStatus, {5, u"Renamed"_qs}});
+    QCOMPARE(model->defaultStatusIdentity(), 5);
+    model->setStatusItems({NoStatus, {4, u"x"_qs}});
+    QCOMPARE(model->defaultStatusIdentity(), -1);
+}
+
+void TstModelLabels::usersOfANegativeIdOtherThanMinusOneAreReset()
+{
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    model->setLabels({NoLabel, {-5, u"Odd"_qs, Red}});
+    model->findNode(7)->mLabelId = -5;
+    makeAllOld(model.get());
+    model->setLabels({NoLabel});
+    QCOMPARE(model->labelIdentity(model->index(7)), -1);
+    QVERIFY(isTouched(model.get(), model->index(7)));
+}
+
+void TstModelLabels::staleIdsStayUntilTheirLabelGoes()
+{
+    // An id that never had a label is none of the changed ones.
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    model->findNode(7)->mLabelId = 99;
+    model->setLabels({NoLabel, Concept, Chapter});
+    QCOMPARE(model->labelIdentity(model->index(7)), 99);
+    QVERIFY(!isTouched(model.get(), model->index(7)));
+}
+
+void TstModelLabels::labelsAndStatusItemsDoNotMeddle()
+{
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    const QList<TVLStatusItem> items = model->statusItems();
+    model->setLabels({});
+    QCOMPARE(model->statusItems(), items);
+    model->setLabels({NoLabel, Concept, Chapter, {7, u"x"_qs, Red}});
+    model->setStatusItems({});
+    QCOMPARE(model->labels().size(), 4);
+}
+
+void TstModelLabels::labelsAreStoredBeforeTheUsersAreAnnounced()
+{
+    const auto model = labelledModel();
+    const ModelTester tester(model.get());
+    const QList<TVLLabel> expected = {NoLabel, {0, u"Renamed"_qs, Blue}};
+    int calls = 0;
+    connect(model.get(), &TVLProjectModel::dataChanged, this, [&] {
+        ++calls;
+        QCOMPARE(model->labels(), expected);
+    });
+    model->setLabels(expected);
+    QCOMPARE(calls, 4);
+}
+
+void TstModelLabels::theOrderOfSignalsIsUsersListModified()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->projectNode(firstText(model.get()))->mLabelId = 1;
+    model->projectNode(model->researchFolder())->mLabelId = 1;
+    model->projectNode(firstText(model.get()))->mStatusId = 5;
+
+    SignalLog log(model.get());
+    model->setLabels({NoLabel, Concept});
+    QCOMPARE(log.lines(), dataLines({3, 1}) + QStringList({u"labels"_qs, u"modified"_qs}));
+    log.clear();
+    model->setStatusItems({NoStatus});
+    QCOMPARE(log.lines(), dataLines({3}) + QStringList({u"status items"_qs}));
+}
+
+void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setLabels(model->labels());
+    model->setStatusItems(model->statusItems());
+    QCOMPARE(log.lines(), QStringList({u"labels"_qs, u"modified"_qs, u"status items"_qs}));
+}
+
+void TstModelLabels::theDefaultLabelIsGivenToNewItems()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setDefaultLabelIdentity(1);
+    model->setDefaultStatusIdentity(2);
+    QVERIFY(model->insertRows(0, 1));
+    QCOMPARE(model->labelIdentity(model->index(0, 0)), 1);
+    QCOMPARE(model->statusIdentity(model->index(0, 0)), 2);
+}
+
+namespace {
+
+void addDefaultIds()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<int>("expected");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("known") << 1 << 1 << QStringList({u"modified"_qs, u"meta data"_qs});
+    QTest::newRow("equal") << -1 << -1 << QStringList();
+    QTest::newRow("unknown") << 77 << -1 << QStringList({u"meta data"_qs});
+    QTest::newRow("unknown and negative") << -2 << -1 << QStringList({u"meta data"_qs});
+}
+
+} // namespace
+
+void TstModelLabels::theDefaultLabelIsSet_data()
+{
+    addDefaultIds();
+}
+
+void TstModelLabels::theDefaultLabelIsSet()
+{
+    QFETCH(const int, id);
+    QFETCH(const int, expected);
+    QFETCH(const QStringList, lines);
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setDefaultLabelIdentity(id);
+    QCOMPARE(model->defaultLabelIdentity(), expected);
+    QCOMPARE(log.lines(), lines);
+    QCOMPARE(model->defaultStatusIdentity(), -1);
+}
+
+void TstModelLabels::theDefaultStatusItemIsSet_data()
+{
+    addDefaultIds();
+}
+
+void TstModelLabels::theDefaultStatusItemIsSet()
+{
+    QFETCH(const int, id);
+    QFETCH(const int, expected);
+    QFETCH(const QStringList, lines);
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setDefaultStatusIdentity(id);
+    QCOMPARE(model->defaultStatusIdentity(), expected);
+    QCOMPARE(log.lines(), lines);
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+}
+
+void TstModelLabels::theTitleOfLabelsIsSet()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setLabelTitle(u"Label"_qs);
+    QCOMPARE(log.lines(), QStringList());
+    model->setLabelTitle(u"Colour"_qs);
+    QCOMPARE(model->labelTitle(), u"Colour"_qs);
+    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"label title Colour"_qs, u"meta data"_qs}));
+}
+
+void TstModelLabels::theTitleOfStatusItemsIsSet()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setStatusTitle(u"Status"_qs);
+    QCOMPARE(log.lines(), QStringList());
+    model->setStatusTitle(u"Stage"_qs);
+    QCOMPARE(model->statusTitle(), u"Stage"_qs);
+    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"status title Stage"_qs, u"meta data"_qs}));
+}
+
+void TstModelLabels::keywordsOfAnItemAreSet()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const QModelIndex index = firstText(model.get());
+    makeAllOld(model.get());
+    const SignalLog log(model.get());
+    QVERIFY(model->setKeywordIds(index, {}));
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(model->setKeywordIds(index, {8, 2, 5}));
+    QCOMPARE(model->keywordIds(index), QList<int>({8, 2, 5}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(touchedIds(model.get()), QList<int>({3}));
+    // Another order is another list.
+    QVERIFY(model->setKeywordIds(index, {2, 8, 5}));
+    QCOMPARE(model->keywordIds(index), QList<int>({2, 8, 5}));
+}
+
+TVL_TEST_MAIN(TstModelLabels)
+#include "tst_modellabels.moc"

@@ -1,0 +1,27 @@
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+set(prefix "${WORK_DIR}/prefix")
+file(REMOVE_RECURSE "${WORK_DIR}")
+file(MAKE_DIRECTORY "${WORK_DIR}")
+run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
+
+# Through the CMake package, from a tree that was moved after it was installed.
+file(RENAME "${prefix}" "${WORK_DIR}/moved")
+set(prefix "${WORK_DIR}/moved")
+run(${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${WORK_DIR}/build" -G Ninja
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${CXX_FLAGS}
+    -DCMAKE_BUILD_TYPE=${BUILD_TYPE})
+run(${CMAKE_COMMAND} --build "${WORK_DIR}/build")
+run("${WORK_DIR}/build/outside" "${WORK_DIR}/Through CMake.tavel")
+
+# Through pkg-config.
+find_program(pkg_config pkg-config REQUIRED)
+set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
+execute_process(COMMAND ${pkg_config} --cflags --libs TvlProject
+    OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+separate_arguments(flags UNIX_COMMAND "${flags} ${CXX_FLAGS}")
+run(${CXX} -std=c++20 -fPIC "${SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/through_pkg_config" ${flags}
+    "-Wl,-rpath,${prefix}/${LIBDIR}")
+run("${WORK_DIR}/through_pkg_config" "${WORK_DIR}/Through pkg-config.tavel")

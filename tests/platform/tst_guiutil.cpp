@@ -1,0 +1,221 @@
+#include "TestMain.h"
+
+#include "TVLGuiUtil.h"
+#include "TVLUnattendedMessageBoxes.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+
+#include <memory>
+
+// What can't be written or read is made by wrong kinds of entries and not by permissions, which
+// don't stop the superuser.
+class TstGuiUtil : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void aLocationIsWritable_data();
+    void aLocationIsWritable();
+    void aLocationIsReadable_data();
+    void aLocationIsReadable();
+    void theAnswerFollowsTheFileSystem();
+    void permissionsCount();
+    void aRefusalIsShownOnRequest_data();
+    void aRefusalIsShownOnRequest();
+    void nothingIsShownWhenAllIsWell();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const
+    {
+        return name.isEmpty() ? QString() : mFolder->filePath(name);
+    }
+    [[nodiscard]] QStringList entries() const;
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<TVLUnattendedMessageBoxes> mMessageBoxes;
+};
+
+void TstGuiUtil::init()
+{
+    mFolder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir(mFolder->path()).mkpath(u"folder/inner"_qs));
+    QFile file(path(u"file"_qs));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(QFile::link(path(u"folder"_qs), path(u"link to folder"_qs)));
+    QVERIFY(QFile::link(path(u"file"_qs), path(u"link to file"_qs)));
+    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"dead link"_qs)));
+    mMessageBoxes = std::make_unique<TVLUnattendedMessageBoxes>();
+}
+
+void TstGuiUtil::cleanup()
+{
+    mMessageBoxes.reset();
+    mFolder.reset();
+}
+
+QStringList TstGuiUtil::entries() const
+{
+    QStringList paths;
+    QDirIterator all(mFolder->path(), QDir::AllEntries | QDir::Hidden | QDir::System,
+                     QDirIterator::Subdirectories);
+    while (all.hasNext())
+        paths += all.next();
+    paths.sort();
+    return paths;
+}
+
+void TstGuiUtil::aLocationIsWritable_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("asFolder");
+    QTest::addColumn<bool>("asFile");
+
+    QTest::newRow("empty") << QString() << false << false;
+    QTest::newRow("folder") << u"folder"_qs << true << false;
+    QTest::newRow("folder with slash") << u"folder/"_qs << true << false;
+    QTest::newRow("file") << u"file"_qs << false << true;
+    QTest::newRow("link to a folder") << u"link to folder"_qs << true << false;
+    QTest::newRow("link to a file") << u"link to file"_qs << false << true;
+    QTest::newRow("dead link") << u"dead link"_qs << false << true;
+    QTest::newRow("in a folder") << u"folder/new"_qs << true << true;
+    QTest::newRow("far below a folder") << u"folder/a/b/c"_qs << true << true;
+    QTest::newRow("beside a folder that doesn't exist") << u"folder/a/../b"_qs << true << true;
+    QTest::newRow("below a file") << u"file/new"_qs << false << false;
+    QTest::newRow("far below a file") << u"file/a/b/c"_qs << false << false;
+    QTest::newRow("below a dead link") << u"dead link/new"_qs << false << false;
+}
+
+void TstGuiUtil::aLocationIsWritable()
+{
+    QFETCH(QString, name);
+    const QStringList before = entries();
+    QTEST(TVLGuiUtil::CanWriteLocation(path(name), true, false, nullptr), "asFolder");
+    QTEST(TVLGuiUtil::CanWriteLocation(path(name), false, false, nullptr), "asFile");
+    QCOMPARE(entries(), before);
+    QVERIFY(mMessageBoxes->boxes().isEmpty());
+}
+
+void TstGuiUtil::aLocationIsReadable_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isReadable");
+
+    QTest::newRow("empty") << QString() << false;
+    QTest::newRow("folder") << u"folder"_qs << true;
+    QTest::newRow("file") << u"file"_qs << true;
+    QTest::newRow("link to a folder") << u"link to folder"_qs << true;
+    QTest::newRow("link to a file") << u"link to file"_qs << true;
+    QTest::newRow("dead link") << u"dead link"_qs << false;
+    QTest::newRow("nothing") << u"folder/new"_qs << false;
+    QTest::newRow("below a file") << u"file/new"_qs << false;
+}
+
+void TstGuiUtil::aLocationIsReadable()
+{
+    QFETCH(QString, name);
+    QTEST(TVLGuiUtil::CanReadLocation(path(name), false, nullptr), "isReadable");
+    QVERIFY(mMessageBoxes->boxes().isEmpty());
+}
+
+void TstGuiUtil::theAnswerFollowsTheFileSystem()
+{
+    const QString inner = path(u"folder/inner"_qs);
+    QVERIFY(TVLGuiUtil::CanReadLocation(inner, false, nullptr));
+    QVERIFY(TVLGuiUtil::CanWriteLocation(inner, true, false, nullptr));
+
+    QVERIFY(QDir().rmdir(inner));
+    QVERIFY(!TVLGuiUtil::CanReadLocation(inner, false, nullptr));
+
+    QFile file(inner);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(TVLGuiUtil::CanReadLocation(inner, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(inner, true, false, nullptr));
+}
+
+void TstGuiUtil::permissionsCount()
+{
+    const QString folder = path(u"folder"_qs);
+    const QString file = path(u"file"_qs);
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    QFile probe(file);
+    if (probe.open(QIODevice::ReadWrite))
+        QSKIP("This user may write to everything.");
+
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder, true, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_qs, true, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_qs, false, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(file, false, false, nullptr));
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+void TstGuiUtil::aRefusalIsShownOnRequest_data()
+{
+    QTest::addColumn<bool>("isWrite");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("text");
+
+    const QString writeTitle = u"Write Error"_qs;
+    const QString writeText = u"Cannot write to the location: '%1'"_qs;
+    const QString readTitle = u"Read Error"_qs;
+    const QString readText = u"Cannot read the location: '%1'"_qs;
+    QTest::newRow("write") << true << u"file/new"_qs << writeTitle << writeText;
+    QTest::newRow("write to an empty path") << true << QString() << writeTitle << writeText;
+    QTest::newRow("read") << false << u"missing"_qs << readTitle << readText;
+    QTest::newRow("read an empty path") << false << QString() << readTitle << readText;
+    QTest::newRow("read what looks like markup")
+        << false << u"<b>bold</b>"_qs << readTitle << readText;
+    QTest::newRow("read what looks like a place") << false << u"%1 %2"_qs << readTitle << readText;
+}
+
+void TstGuiUtil::aRefusalIsShownOnRequest()
+{
+    QFETCH(bool, isWrite);
+    QFETCH(QString, name);
+    QFETCH(QString, title);
+    QFETCH(QString, text);
+    const QString location = path(name);
+    QWidget window;
+    bool isModal = false;
+    Qt::TextFormat format = Qt::AutoText;
+    connect(mMessageBoxes.get(), &TVLUnattendedMessageBoxes::answered, &window, [&] {
+        if (const auto *box = window.findChild<QMessageBox *>()) {
+            isModal = box->isModal();
+            format = box->textFormat();
+        }
+    });
+
+    const bool result = isWrite ? TVLGuiUtil::CanWriteLocation(location, true, true, &window)
+                                : TVLGuiUtil::CanReadLocation(location, true, &window);
+    QVERIFY(!result);
+    const auto boxes = mMessageBoxes->takeBoxes();
+    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes.constFirst().title, title);
+    QCOMPARE(boxes.constFirst().text, text.arg(location));
+    QVERIFY(!boxes.constFirst().informativeText.isEmpty());
+    QCOMPARE(boxes.constFirst().icon, QMessageBox::Critical);
+    QVERIFY(isModal);
+    QCOMPARE(format, Qt::PlainText);
+}
+
+void TstGuiUtil::nothingIsShownWhenAllIsWell()
+{
+    const QString folder = path(u"folder"_qs);
+    QVERIFY(TVLGuiUtil::CanWriteLocation(folder, true, true, nullptr));
+    QVERIFY(TVLGuiUtil::CanWriteLocation(path(u"file"_qs), false, true, nullptr));
+    QVERIFY(TVLGuiUtil::CanReadLocation(folder, true, nullptr));
+    QVERIFY(mMessageBoxes->boxes().isEmpty());
+}
+
+TVL_TEST_MAIN(TstGuiUtil)
+
+#include "tst_guiutil.moc"

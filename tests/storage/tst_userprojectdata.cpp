@@ -1,0 +1,166 @@
+#include "StorageFixtures.h"
+#include "TVLProjectFolderFormat.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QTest>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+QByteArray binderWith(const QByteArray &userData)
+{
+    return binderXml(itemXml(0, "DraftFolder", "Draft"), userData);
+}
+
+} // namespace
+
+class TstUserProjectData : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rawTextIsCutFromStartToEndTag_data();
+    void rawTextIsCutFromStartToEndTag();
+    void rawTextOfAFileThatCannotBeReadIsEmpty();
+    void rawTextSurvivesOpenAndSaveByteForByte_data();
+    void rawTextSurvivesOpenAndSaveByteForByte();
+    void rawTextWithoutItsExactTagsIsLostOnSaving_data();
+    void rawTextWithoutItsExactTagsIsLostOnSaving();
+    void aBinderWhoseRawTextNeverEndsIsNotRead();
+    void aFallbackHasNoRawText();
+};
+
+void TstUserProjectData::rawTextIsCutFromStartToEndTag_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("data");
+
+    const QString plain = u"<UserProjectData>x</UserProjectData>"_qs;
+    QTest::newRow("in a binder") << binderWith(plain.toUtf8()) << plain;
+    QTest::newRow("nothing else") << plain.toUtf8() << plain;
+    QTest::newRow("not even XML") << QByteArray("<<< & ") + plain.toUtf8() + " >" << plain;
+    QTest::newRow("empty element") << QByteArray("<UserProjectData></UserProjectData>")
+                                   << u"<UserProjectData></UserProjectData>"_qs;
+    QTest::newRow("first end tag")
+        << QByteArray("<UserProjectData>a</UserProjectData>b</UserProjectData>")
+        << u"<UserProjectData>a</UserProjectData>"_qs;
+    QTest::newRow("first start tag")
+        << QByteArray("<UserProjectData>a<UserProjectData>b</UserProjectData>")
+        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_qs;
+    QTest::newRow("Unicode") << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_qs.toUtf8()
+                             << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_qs;
+    QTest::newRow("none") << binderWith({}) << QString();
+    QTest::newRow("no end tag") << QByteArray("<UserProjectData>x") << QString();
+    QTest::newRow("no start tag") << QByteArray("x</UserProjectData>") << QString();
+    QTest::newRow("end tag in front")
+        << QByteArray("</UserProjectData><UserProjectData>") << QString();
+    QTest::newRow("start tag with an attribute")
+        << QByteArray("<UserProjectData a=\"b\">x</UserProjectData>") << QString();
+    QTest::newRow("closed at once") << QByteArray("<UserProjectData/>") << QString();
+    QTest::newRow("other case") << QByteArray("<userprojectdata>x</userprojectdata>") << QString();
+}
+
+void TstUserProjectData::rawTextIsCutFromStartToEndTag()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, data);
+
+    const TestProject project;
+    project.writeFile(u"Novel.tavelx"_qs, content);
+    QCOMPARE(Format::readUserProjectData(project.binderPath()), data);
+}
+
+void TstUserProjectData::rawTextOfAFileThatCannotBeReadIsEmpty()
+{
+    const TestProject project;
+    QCOMPARE(Format::readUserProjectData(project.binderPath()), QString());
+    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
+    QCOMPARE(Format::readUserProjectData(project.binderPath()), QString());
+}
+
+void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte_data()
+{
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow("text") << QByteArray("some text");
+    QTest::newRow("nothing") << QByteArray("");
+    QTest::newRow("comments") << QByteArray("<!-- one --><a/><!-- two > & -->");
+    QTest::newRow("odd markup") << QByteArray(
+        "<a  x = '1'\n y=\"2\" ></a ><b/><b />\t&#65;&amp;&lt;");
+    QTest::newRow("raw section") << QByteArray("<![CDATA[<not> & parsed]]>");
+    QTest::newRow("instruction") << QByteArray("<?do this?>");
+    QTest::newRow("white space") << QByteArray("\n\n      \t  \r\n  x \r");
+    QTest::newRow("namespaces") << QByteArray("<n:a xmlns:n=\"urn:x\"><n:b/></n:a>");
+    QTest::newRow("Unicode") << u"\u6f22\U0001d11e\u00e9\u200d"_qs.toUtf8();
+    QTest::newRow("words of a binder")
+        << QByteArray("<Binder><BinderItem/></Binder><LabelSettings/>");
+    QTest::newRow("long") << QByteArray("<line>text &amp; more</line>\n").repeated(20000);
+}
+
+void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte()
+{
+    QFETCH(QByteArray, content);
+
+    const QByteArray data = "<UserProjectData>" + content + "</UserProjectData>";
+    const TestProject project;
+    project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
+    for (int pass = 0; pass < 3; ++pass) {
+        const std::unique_ptr<TVLProjectModel> model = project.open();
+        QVERIFY(model);
+        QCOMPARE(model->userProjectData(), QString::fromUtf8(data));
+        QVERIFY(model->save(true));
+        const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+        QCOMPARE(binder.count("<UserProjectData>"), 1);
+        QVERIFY(binder.contains("\n    " + data));
+    }
+}
+
+void TstUserProjectData::rawTextWithoutItsExactTagsIsLostOnSaving_data()
+{
+    QTest::addColumn<QByteArray>("data");
+
+    QTest::newRow("end tag with a blank") << QByteArray("<UserProjectData>x</UserProjectData >");
+    QTest::newRow("start tag with an attribute")
+        << QByteArray("<UserProjectData a=\"b\">x</UserProjectData>");
+    QTest::newRow("closed at once") << QByteArray("<UserProjectData/>");
+}
+
+void TstUserProjectData::rawTextWithoutItsExactTagsIsLostOnSaving()
+{
+    QFETCH(QByteArray, data);
+
+    const TestProject project;
+    project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    QVERIFY(model);
+    QCOMPARE(model->userProjectData(), QString());
+    QVERIFY(model->save(true));
+    QVERIFY(!project.readFile(u"Novel.tavelx"_qs).contains("UserProjectData"));
+    QCOMPARE(outlineOf(model.get()), QStringList(u"0 Draft"_qs));
+}
+
+void TstUserProjectData::aBinderWhoseRawTextNeverEndsIsNotRead()
+{
+    const TestProject project;
+    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Novel.tavelx"_qs, binderWith("<UserProjectData>x"));
+    const auto before = project.files();
+    QVERIFY(!project.open());
+    QCOMPARE(project.files(), before);
+}
+
+void TstUserProjectData::aFallbackHasNoRawText()
+{
+    const TestProject project;
+    project.writeFile(
+        u"Files/binder.autosave"_qs,
+        zipOf(u"Novel.tavelx"_qs, binderWith("<UserProjectData>x</UserProjectData>")));
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    QVERIFY(model);
+    QCOMPARE(model->userProjectData(), QString());
+}
+
+TVL_TEST_MAIN(TstUserProjectData)
+#include "tst_userprojectdata.moc"

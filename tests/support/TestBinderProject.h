@@ -1,0 +1,71 @@
+#pragma once
+
+#include "TVLBinderProject.h"
+#include "TVLProjectNode.h"
+
+#include <QMap>
+
+#include <memory>
+
+/** A project that is nothing but what a binder says: the reader's and writer's plainest partner. */
+class TestBinderProject : public TVLBinderProject
+{
+public:
+    TestBinderProject();
+    explicit TestBinderProject(std::unique_ptr<TVLProjectNode> root);
+    ~TestBinderProject() override;
+
+    [[nodiscard]] TVLProjectNode *binderRoot() const override { return mRoot.get(); }
+    [[nodiscard]] bool isMobileProject() const override { return mIsMobile; }
+    [[nodiscard]] TVL::FormatVersion formatVersion() const override { return mFormatVersion; }
+    [[nodiscard]] QString deviceName() const override { return mInfo.mDevice; }
+    [[nodiscard]] TVLProjectInfo info() const override { return mInfo; }
+    [[nodiscard]] QString labelTitle() const override { return mLabelTitle; }
+    [[nodiscard]] int defaultLabelIdentity() const override { return mDefaultLabelId; }
+    [[nodiscard]] QList<TVLLabel> labels() const override { return mLabels; }
+    [[nodiscard]] QString statusTitle() const override { return mStatusTitle; }
+    [[nodiscard]] int defaultStatusIdentity() const override { return mDefaultStatusId; }
+    [[nodiscard]] QList<TVLStatusItem> statusItems() const override { return mStatusItems; }
+    [[nodiscard]] QUuid templateFolderUuid() const override { return mTemplateFolderUuid; }
+    [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
+    [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
+
+    void beginBinderRead() override;
+    void endBinderRead() override { mIsReading = false; }
+    void setInfo(const TVLProjectInfo &info) override { mInfo = info; }
+    void enterNode(TVLProjectNode *node) override;
+    void setLabels(const QList<TVLLabel> &labels) override { mLabels = labels; }
+    void setDefaultLabelIdentity(int id) override { mDefaultLabelId = id; }
+    void setLabelTitle(const QString &title) override { mLabelTitle = title; }
+    void setStatusItems(const QList<TVLStatusItem> &items) override { mStatusItems = items; }
+    void setDefaultStatusIdentity(int id) override { mDefaultStatusId = id; }
+    void setStatusTitle(const QString &title) override { mStatusTitle = title; }
+    void adoptTemplateFolder(const QUuid &uuid) override;
+    void adoptTemplateFolder(int id) override;
+    void setCollections(const QList<TVLCollectionMetaData> &collections) override
+    {
+        mCollections = collections;
+    }
+
+    /** Writes the binder. */
+    [[nodiscard]] QByteArray write() const;
+    /** Reads a binder; @p error gets the reader's error text. */
+    [[nodiscard]] bool read(const QByteArray &binder, QString *error = nullptr);
+
+    std::unique_ptr<TVLProjectNode> mRoot;
+    bool mIsMobile = false;
+    bool mIsReading = false;
+    TVL::FormatVersion mFormatVersion = TVL::FormatVersion18;
+    TVLProjectInfo mInfo;
+    QString mLabelTitle;
+    int mDefaultLabelId = -1;
+    QList<TVLLabel> mLabels;
+    QString mStatusTitle;
+    int mDefaultStatusId = -1;
+    QList<TVLStatusItem> mStatusItems;
+    QUuid mTemplateFolderUuid;
+    QList<TVLCollectionMetaData> mCollections;
+    QString mUserProjectData;
+    QMap<int, QUuid> mIdMap;
+    QMap<QUuid, TVLProjectNode *> mUuidMap;
+};

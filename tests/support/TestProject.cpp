@@ -1,0 +1,62 @@
+#include "TestProject.h"
+
+#include "TVLProjectFolderFormat.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+TestProject::TestProject(const QString &name)
+    : mPath(mDirectory.filePath(name + u".tavel"_qs))
+{
+}
+
+QString TestProject::binderPath() const
+{
+    return path(QFileInfo(mPath).completeBaseName() + u".tavelx"_qs);
+}
+
+void TestProject::writeFile(const QString &relativePath, const QByteArray &content) const
+{
+    const QString filePath = path(relativePath);
+    QDir().mkpath(QFileInfo(filePath).absolutePath());
+    QFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("could not write %s", qPrintable(filePath));
+}
+
+QByteArray TestProject::readFile(const QString &relativePath) const
+{
+    QFile file(path(relativePath));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+std::unique_ptr<TVLProjectModel> TestProject::create() const
+{
+    std::unique_ptr<TVLProjectModel> model(TVLProjectModel::createBlankProjectInMemory(mPath));
+    model->saveAll(true);
+    return model;
+}
+
+std::unique_ptr<TVLProjectModel> TestProject::open() const
+{
+    return std::unique_ptr<TVLProjectModel>(TVLProjectFolderFormat::openProject(mPath));
+}
+
+QMap<QString, QByteArray> TestProject::files() const
+{
+    QMap<QString, QByteArray> contents;
+    QDirIterator files(mPath, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    const QDir directory(mPath);
+    while (files.hasNext()) {
+        const QString relativePath = directory.relativeFilePath(files.next());
+        contents.insert(relativePath, readFile(relativePath));
+    }
+    return contents;
+}
+
+QByteArray binderXml(const QByteArray &items, const QByteArray &sections, const QByteArray &version)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<TavelinorProject Version=\"" + version
+        + "\"><Binder>" + items + "</Binder>" + sections + "</TavelinorProject>\n";
+}

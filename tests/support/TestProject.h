@@ -1,0 +1,62 @@
+#pragma once
+
+#include "TVLProjectModel.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+/** Access to what a project model keeps to itself. */
+class TVLProjectModelTestAccess
+{
+public:
+    static QList<TVLProjectNode *> &loadedNodes(TVLProjectModel *model)
+    {
+        return model->mLoadedNodes;
+    }
+    static void markModified(TVLProjectModel *model, bool set = true)
+    {
+        model->markProjectAsModified(set);
+    }
+    static TVLProjectNotes &projectNotes(TVLProjectModel *model) { return model->mProjectNotes; }
+};
+
+/** A folder for one project, gone with the object. */
+class TestProject
+{
+public:
+    /** Names the project, without making anything. */
+    explicit TestProject(const QString &name = u"Novel"_qs);
+
+    /** The project's folder, `<name>.tavel`. */
+    [[nodiscard]] QString path() const { return mPath; }
+    /** A path below the project's folder. */
+    [[nodiscard]] QString path(const QString &relativePath) const
+    {
+        return mPath + u'/' + relativePath;
+    }
+    /** The folder that holds the project's folder. */
+    [[nodiscard]] QString enclosingPath() const { return mDirectory.path(); }
+    /** The binder under its default name. */
+    [[nodiscard]] QString binderPath() const;
+
+    /** Makes the project's folder and writes a file in it, with the folders that it needs. */
+    void writeFile(const QString &relativePath, const QByteArray &content) const;
+    [[nodiscard]] QByteArray readFile(const QString &relativePath) const;
+
+    /** A blank project, saved and open. */
+    [[nodiscard]] std::unique_ptr<TVLProjectModel> create() const;
+    /** Opens the project; null when it can't be. */
+    [[nodiscard]] std::unique_ptr<TVLProjectModel> open() const;
+
+    /** Every file below the project's folder with its content, for comparing before and after. */
+    [[nodiscard]] QMap<QString, QByteArray> files() const;
+
+private:
+    QTemporaryDir mDirectory;
+    QString mPath;
+};
+
+/** The smallest binder of grammar 1.5, holding the given XML inside `Binder` and behind it. */
+[[nodiscard]] QByteArray binderXml(const QByteArray &items, const QByteArray &sections = {},
+                                   const QByteArray &version = "1.5");

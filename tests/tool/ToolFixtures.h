@@ -1,0 +1,87 @@
+#pragma once
+
+#include "TestProject.h"
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QMap>
+#include <QProcessEnvironment>
+#include <QStringList>
+
+/** What a program that ran to its end has left. */
+struct ProgramResult
+{
+    bool crashed = true;
+    int status = -1;
+    QByteArray output; ///< Standard output.
+    QByteArray errors; ///< Standard error.
+
+    /** Standard error's lines, without the empty one behind the last line break. */
+    [[nodiscard]] QList<QByteArray> errorLines() const;
+    /** Standard output as JSON; a null document when it isn't JSON alone. */
+    [[nodiscard]] QJsonDocument json() const;
+};
+
+/** Where and how a program is run. */
+struct ProgramPlace
+{
+    QString workingDirectory;
+    QString outputFile; ///< Takes standard output instead of the result.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+};
+
+[[nodiscard]] ProgramResult runProgram(const QString &program, const QStringList &arguments,
+                                       const ProgramPlace &place = {});
+/** Runs the tool. */
+[[nodiscard]] ProgramResult runTool(const QStringList &arguments, const ProgramPlace &place = {});
+
+/**
+ * Everything below a folder: each file with its content and its time of modification, each folder
+ * with nothing.
+ */
+[[nodiscard]] QMap<QString, QByteArray> everythingBelow(const QString &path);
+
+/** Writes a file anywhere, with the folders that it needs. */
+void writeFileAt(const QString &path, const QByteArray &content);
+
+/** The uuid that item() gives an item. */
+[[nodiscard]] QByteArray uuidOf(int id);
+
+/** What an item of a test's binder is like where it isn't ordinary. */
+struct ItemXml
+{
+    QByteArray attributes; ///< In place of the ordinary ones, the type excepted.
+    QByteArray metaData;
+    QByteArray children;
+};
+
+/** A binder's item with id, uuid and dates, all made from its id. */
+[[nodiscard]] QByteArray item(int id, const QByteArray &type, const QByteArray &title,
+                              const ItemXml &xml = {});
+/** The attributes that item() gives an item. */
+[[nodiscard]] QByteArray itemAttributes(int id);
+
+/** The three system folders, with items in the Draft. */
+[[nodiscard]] QByteArray systemFolders(const QByteArray &draftItems);
+
+/** Labels 1 "Chapter" and 7 "Idea", status items 2 "First Draft" and 3 "Done". */
+[[nodiscard]] QByteArray labelAndStatusSections();
+
+/** The items of a sound project's Draft: a folder with two texts, 3 to 5. */
+[[nodiscard]] QByteArray soundDraftItems();
+
+/** Collections, one of them with these ids. */
+[[nodiscard]] QByteArray collectionsSection(const QByteArray &memberIds);
+
+/** The binder of a sound project. */
+[[nodiscard]] QByteArray soundBinder();
+
+/** Writes a project with nothing wrong: binder, version file, texts, snapshots, checksums. */
+void writeSoundProject(const TestProject &project);
+
+/** Writes a binder into a project that has nothing yet but that and its format version. */
+void writeProject(const TestProject &project, const QByteArray &binder,
+                  const QByteArray &formatVersion = "18");
+
+/** Zips the binder as it stands into one of the copies that an opening falls back on. */
+void zipBinder(const TestProject &project, const QString &zipName);

@@ -1,0 +1,511 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSet>
+#include <QTest>
+
+#include <functional>
+
+/** Does something bad to a sound project. */
+using Damage = std::function<void(const TestProject &project)>;
+Q_DECLARE_METATYPE(Damage)
+
+/** `tavel check`. */
+class TstToolCheck : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aSoundProjectHasNoProblems_data();
+    void aSoundProjectHasNoProblems();
+    void damageIsFound_data();
+    void damageIsFound();
+    void everyKindOfProblemHasARow();
+    void theKeysAreStable();
+    void theXmlErrorIsToldWithItsLine_data();
+    void theXmlErrorIsToldWithItsLine();
+    void theItemsOfAFallbackAreChecked();
+    void aTextIsOneLineWhateverTheTitle();
+    void whatIsNoProjectIsAFailure_data();
+    void whatIsNoProjectIsAFailure();
+    void aVeryDeepTreeIsChecked();
+};
+
+namespace {
+
+const QString Binder = u"Novel.tavelx"_qs;
+const QString Autosave = u"Files/binder.autosave"_qs;
+const QString Backup = u"Files/binder.backup"_qs;
+const QString VersionFile = u"Files/version.txt"_qs;
+
+/** Replaces a text in the binder, which must be there once. */
+Damage inBinder(const QByteArray &from, const QByteArray &to)
+{
+    return [from, to](const TestProject &project) {
+        QByteArray binder = project.readFile(Binder);
+        if (binder.count(from) != 1)
+            qFatal("'%s' is not in the binder once", from.constData());
+        project.writeFile(Binder, binder.replace(from, to));
+    };
+}
+
+Damage writing(const QString &relativePath, const QByteArray &content)
+{
+    return [relativePath, content](const TestProject &project) {
+        project.writeFile(relativePath, content);
+    };
+}
+
+Damage removing(const QString &relativePath)
+{
+    return [relativePath](const TestProject &project) {
+        if (!QFile::remove(project.path(relativePath)))
+            qFatal("could not remove %s", qPrintable(relativePath));
+    };
+}
+
+Damage renamingBinder(const QString &name)
+{
+    return [name](const TestProject &project) {
+        if (!QFile::rename(project.binderPath(), project.path(name)))
+            qFatal("could not rename the binder");
+    };
+}
+
+Damage zipping(const QString &zipName)
+{
+    return [zipName](const TestProject &project) { zipBinder(project, zipName); };
+}
+
+Damage all(const QList<Damage> &damages)
+{
+    return [damages](const TestProject &project) {
+        for (const Damage &damage : damages)
+            damage(project);
+    };
+}
+
+/** A project of the form with an id or a uuid alone, in which nothing is wrong but what is told. */
+Damage formed(const QByteArray &versionText, const QByteArray &formatVersion,
+              const QByteArray &items)
+{
+    return [=](const TestProject &project) {
+        QDir(project.path()).removeRecursively();
+        writeProject(project, binderXml(items, {}, versionText), formatVersion);
+    };
+}
+
+struct DamageRow
+{
+    const char *name;
+    Damage damage;
+    QStringList problems; ///< Each as its kind, a blank and its place.
+};
+
+QString uuidText(int id)
+{
+    return QString::fromLatin1(uuidOf(id));
+}
+
+QList<DamageRow> damageRows()
+{
+    const Damage cutOff = [](const TestProject &project) {
+        project.writeFile(Binder, soundBinder().first(soundBinder().size() / 2));
+    };
+    const QByteArray fifth = itemAttributes(5);
+    const QByteArray fifthUuid = "UUID=\"" + uuidOf(5) + '"';
+    const auto fifthWith = [fifth](const char *from, const char *to) {
+        return QByteArray(fifth).replace(from, to);
+    };
+    const QByteArray trash = item(2, "TrashFolder", "Trash");
+    const QByteArray research = item(1, "ResearchFolder", "Research");
+
+    return {
+        // The binder
+        {"no binder", removing(Binder), {u"noBinder Novel.tavelx"_qs}},
+        {"no binder, an autosave",
+         all({zipping(u"binder.autosave"_qs), removing(Binder)}),
+         {u"noBinder Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
+        {"a binder that is cut off", cutOff, {u"binderUnreadable Novel.tavelx"_qs}},
+        {"a binder that is cut off, an autosave",
+         all({zipping(u"binder.autosave"_qs), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
+        {"a binder that is cut off, a backup",
+         all({zipping(u"binder.backup"_qs), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Backup}},
+        {"a binder that is cut off, both copies",
+         all({zipping(u"binder.autosave"_qs), zipping(u"binder.backup"_qs), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
+        {"a binder that is cut off, an autosave that isn't a zip, a backup",
+         all({writing(Autosave, "no zip"), zipping(u"binder.backup"_qs), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_qs, u"autosaveUnreadable "_qs + Autosave,
+          u"fallback "_qs + Backup}},
+        {"nothing readable",
+         all({writing(Autosave, "no zip"), writing(Backup, {}), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_qs, u"autosaveUnreadable "_qs + Autosave,
+          u"backupUnreadable "_qs + Backup}},
+        {"a good binder, an autosave that isn't a zip",
+         writing(Autosave, "no zip"),
+         {u"autosaveUnreadable "_qs + Autosave}},
+        {"a good binder, a backup of a binder that is cut off",
+         all({cutOff, zipping(u"binder.backup"_qs), writing(Binder, soundBinder())}),
+         {u"backupUnreadable "_qs + Backup}},
+        {"a folder in the binder's place",
+         all({removing(Binder),
+              [](const TestProject &project) { QDir().mkpath(project.binderPath()); }}),
+         {u"binderUnreadable Novel.tavelx"_qs}},
+        {"a renamed binder", renamingBinder(u"Story.tavelx"_qs), {u"binderName Story.tavelx"_qs}},
+        {"the binder's older name",
+         renamingBinder(u"project.tavelx"_qs),
+         {u"binderName project.tavelx"_qs}},
+        {"a second binder",
+         writing(u"Copy.tavelx"_qs, soundBinder()),
+         {u"severalBinders Copy.tavelx"_qs}},
+        {"the older name beside a stranger",
+         all({renamingBinder(u"project.tavelx"_qs), writing(u"Zebra.tavelx"_qs, "x")}),
+         {u"binderName project.tavelx"_qs, u"severalBinders Zebra.tavelx"_qs}},
+
+        // Versions
+        {"no version file", removing(VersionFile), {u"formatVersionMissing "_qs + VersionFile}},
+        {"an empty version file",
+         writing(VersionFile, {}),
+         {u"formatVersionInvalid "_qs + VersionFile}},
+        {"a version that doesn't exist",
+         writing(VersionFile, "17"),
+         {u"formatVersionInvalid "_qs + VersionFile}},
+        {"another version than the binder's",
+         writing(VersionFile, "23"),
+         {u"formatVersionMismatch "_qs + VersionFile}},
+        {"an unknown binder version",
+         formed("9.9", "18", systemFolders({})),
+         {u"binderVersionUnknown Novel.tavelx"_qs,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs}},
+
+        // Identities
+        {"an id used twice",
+         inBinder("ID=\"5\" U", "ID=\"4\" U"),
+         {u"duplicateId #4"_qs, u"unknownCollectionMember Picks"_qs,
+          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+        {"a uuid used twice",
+         inBinder(fifthUuid, "UUID=\"" + uuidOf(4) + '"'),
+         {u"duplicateUuid "_qs + uuidText(4)}},
+        {"a null uuid",
+         inBinder(fifthUuid, "UUID=\"00000000-0000-0000-0000-000000000000\""),
+         {u"nullUuid #5"_qs}},
+        {"no uuid", inBinder(fifthUuid, {}), {u"nullUuid #5"_qs}},
+        {"no id",
+         inBinder("ID=\"5\" U", "U"),
+         {u"missingId "_qs + uuidText(5), u"unknownCollectionMember Picks"_qs,
+          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+        {"an id that is no number",
+         inBinder("ID=\"5\" U", "ID=\"five\" U"),
+         {u"missingId "_qs + uuidText(5), u"unknownCollectionMember Picks"_qs,
+          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+        {"a uuid used twice where there are no ids",
+         formed("2.0", "23", systemFolders(item(3, "Text", "One") + item(3, "Text", "Two"))),
+         {u"duplicateUuid "_qs + uuidText(3)}},
+
+        // Dates
+        {"a creation date of another form",
+         inBinder(fifth, fifthWith("Created=\"2026", "Created=\"26")),
+         {u"invalidDate #5"_qs}},
+        {"a day that doesn't exist",
+         inBinder(fifth, fifthWith("03-02", "02-30")),
+         {u"invalidDate #5"_qs}},
+        {"no dates",
+         inBinder(fifth, fifth.first(fifth.indexOf(" Created"))),
+         {u"invalidDate #5"_qs, u"invalidDate #5"_qs}},
+
+        // System folders
+        {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
+        {"two Trash folders",
+         inBinder(trash, trash + item(8, "TrashFolder", "Bin")),
+         {u"doubledSystemFolder TrashFolder"_qs}},
+        {"a system folder further down",
+         inBinder(
+             research,
+             item(8, "Folder", "Shelf", {.attributes = {}, .metaData = {}, .children = research})),
+         {u"missingSystemFolder ResearchFolder"_qs}},
+        {"a second Draft further down",
+         inBinder(
+             research,
+             item(1, "ResearchFolder", "Research",
+                  {.attributes = {}, .metaData = {}, .children = item(8, "DraftFolder", "Old")})),
+         {u"doubledSystemFolder DraftFolder"_qs}},
+        {"no items at all",
+         formed("1.5", "18", {}),
+         {u"missingSystemFolder DraftFolder"_qs, u"missingSystemFolder ResearchFolder"_qs,
+          u"missingSystemFolder TrashFolder"_qs}},
+
+        // What refers to something
+        {"a label that doesn't exist",
+         inBinder("<LabelID>1</LabelID>", "<LabelID>99</LabelID>"),
+         {u"unknownLabel #4"_qs}},
+        {"a status that doesn't exist",
+         inBinder("<StatusID>3</StatusID>", "<StatusID>-7</StatusID>"),
+         {u"unknownStatus #5"_qs}},
+        {"a collection member that doesn't exist",
+         inBinder("<BinderID>5</BinderID>", "<BinderID>55</BinderID>"),
+         {u"unknownCollectionMember Picks"_qs}},
+        {"files of no item",
+         all({writing(u"Files/Docs/9.rtf"_qs, "x"), writing(u"Files/Docs/9_notes.rtf"_qs, "x"),
+              writing(u"Files/Docs/99999999999.pdf"_qs, "x"),
+              writing(u"Files/Docs/cover.png"_qs, "x")}),
+         {u"orphanedFile Files/Docs/9.rtf"_qs, u"orphanedFile Files/Docs/99999999999.pdf"_qs,
+          u"orphanedFile Files/Docs/9_notes.rtf"_qs}},
+        {"snapshots of no item",
+         all({writing(u"Snapshots/9.snapshots/index.xml"_qs, "x"),
+              writing(u"Snapshots/other/index.xml"_qs, "x"),
+              writing(u"Snapshots/"_qs + uuidText(4) + u"/index.xml"_qs, "x"),
+              writing(u"Snapshots/"_qs + uuidText(77) + u"/index.xml"_qs, "x")}),
+         {u"orphanedSnapshots Snapshots/"_qs + uuidText(77),
+          u"orphanedSnapshots Snapshots/9.snapshots"_qs}},
+    };
+}
+
+/** The problems that the tool told, each as its kind, a blank and its place. */
+QStringList problemsOf(const QJsonObject &report)
+{
+    QStringList problems;
+    const QJsonArray array = report[u"problems"].toArray();
+    for (const QJsonValue &problem : array)
+        problems.append(problem[u"kind"].toString() + u' ' + problem[u"where"].toString());
+    return problems;
+}
+
+} // namespace
+
+void TstToolCheck::aSoundProjectHasNoProblems_data()
+{
+    QTest::addColumn<Damage>("make");
+    QTest::newRow("a project of format 18") << Damage(writeSoundProject);
+    QTest::newRow("with both copies of its binder")
+        << all({writeSoundProject, zipping(u"binder.autosave"_qs), zipping(u"binder.backup"_qs)});
+    QTest::newRow("of format 16") << formed(
+        "1.0", "16",
+        systemFolders(soundDraftItems())
+            .replace("<LabelID>1</LabelID><StatusID>2</StatusID>", {})
+            .replace("<StatusID>3</StatusID>", {}));
+    QTest::newRow("of format 23") << formed("2.0", "23", systemFolders({}));
+    QTest::newRow("as the tool makes it") << Damage([](const TestProject &project) {
+        if (runTool({u"new"_qs, project.path()}).status != 0)
+            qFatal("could not make a project");
+    });
+}
+
+void TstToolCheck::aSoundProjectHasNoProblems()
+{
+    QFETCH(const Damage, make);
+    const TestProject project;
+    make(project);
+    const auto before = everythingBelow(project.enclosingPath());
+
+    const ProgramResult json = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    QVERIFY2(json.status == 0, json.output);
+    QCOMPARE(json.errors, QByteArray());
+    QCOMPARE(json.json().object(),
+             QJsonObject(
+                 {{u"path"_qs, project.path()}, {u"ok"_qs, true}, {u"problems"_qs, QJsonArray()}}));
+    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    QCOMPARE(text.status, 0);
+    QCOMPARE(text.errors, QByteArray());
+    QCOMPARE(text.output, u"No problems in %1\n"_qs.arg(project.path()).toUtf8());
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+void TstToolCheck::damageIsFound_data()
+{
+    QTest::addColumn<Damage>("damage");
+    QTest::addColumn<QStringList>("problems");
+    const QList<DamageRow> rows = damageRows();
+    for (const DamageRow &row : rows)
+        QTest::newRow(row.name) << row.damage << row.problems;
+}
+
+void TstToolCheck::damageIsFound()
+{
+    QFETCH(const Damage, damage);
+    QFETCH(const QStringList, problems);
+    const TestProject project;
+    writeSoundProject(project);
+    damage(project);
+    const auto before = everythingBelow(project.enclosingPath());
+
+    const ProgramResult json = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    QVERIFY(!json.crashed);
+    const QJsonObject report = json.json().object();
+    QCOMPARE(problemsOf(report), problems);
+    QCOMPARE(report[u"ok"], QJsonValue(false));
+    QCOMPARE(json.status, 1);
+    const QByteArray summary = problems.size() == 1
+        ? u"tavel: 1 problem in '%1'\n"_qs.arg(project.path()).toUtf8()
+        : u"tavel: %1 problems in '%2'\n"_qs.arg(problems.size()).arg(project.path()).toUtf8();
+    QCOMPARE(json.errors, summary);
+
+    QByteArray lines;
+    const QJsonArray array = report[u"problems"].toArray();
+    for (const QJsonValue &problem : array) {
+        QVERIFY(!problem[u"text"].toString().isEmpty());
+        lines += u"%1: %2: %3\n"_qs
+                     .arg(problem[u"kind"].toString(), problem[u"where"].toString(),
+                          problem[u"text"].toString())
+                     .toUtf8();
+    }
+    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    QCOMPARE(text.status, 1);
+    QCOMPARE(text.output, lines);
+    QCOMPARE(text.errors, summary);
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+void TstToolCheck::everyKindOfProblemHasARow()
+{
+    const QStringList kinds{u"noBinder"_qs,
+                            u"binderUnreadable"_qs,
+                            u"autosaveUnreadable"_qs,
+                            u"backupUnreadable"_qs,
+                            u"fallback"_qs,
+                            u"binderName"_qs,
+                            u"severalBinders"_qs,
+                            u"binderVersionUnknown"_qs,
+                            u"formatVersionMissing"_qs,
+                            u"formatVersionInvalid"_qs,
+                            u"formatVersionMismatch"_qs,
+                            u"missingId"_qs,
+                            u"duplicateId"_qs,
+                            u"nullUuid"_qs,
+                            u"duplicateUuid"_qs,
+                            u"invalidDate"_qs,
+                            u"unknownLabel"_qs,
+                            u"unknownStatus"_qs,
+                            u"missingSystemFolder"_qs,
+                            u"doubledSystemFolder"_qs,
+                            u"unknownCollectionMember"_qs,
+                            u"orphanedFile"_qs,
+                            u"orphanedSnapshots"_qs};
+    QSet<QString> tested;
+    const QList<DamageRow> rows = damageRows();
+    for (const DamageRow &row : rows) {
+        for (const QString &problem : row.problems)
+            tested.insert(problem.section(u' ', 0, 0));
+    }
+    QCOMPARE(tested, QSet<QString>(kinds.begin(), kinds.end()));
+}
+
+void TstToolCheck::theKeysAreStable()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    removing(VersionFile)(project);
+    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
+    QCOMPARE(report.keys(), QStringList({u"ok"_qs, u"path"_qs, u"problems"_qs}));
+    QCOMPARE(report[u"path"], QJsonValue(project.path()));
+    QCOMPARE(report[u"problems"][0].toObject().keys(),
+             QStringList({u"kind"_qs, u"text"_qs, u"where"_qs}));
+}
+
+void TstToolCheck::theXmlErrorIsToldWithItsLine_data()
+{
+    QTest::addColumn<QByteArray>("binder");
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("end");
+    const QByteArray head = "<?xml version=\"1.0\"?>\n<TavelinorProject Version=\"1.5\">\n";
+    QTest::newRow("markup that is wrong") << QByteArray(head + "<Binder>\n<BinderItem></Binder>")
+                                          << u"line 4, column "_qs << QString();
+    QTest::newRow("an element that doesn't belong there")
+        << QByteArray(head + "<Binder><Foo/></Binder></TavelinorProject>") << u"line 3, column "_qs
+        << u"Unexpected tag Foo on line 3.  Expected tag BinderItem"_qs;
+    QTest::newRow("no version") << QByteArray("<TavelinorProject>\n</TavelinorProject>")
+                                << u"line 1, column "_qs << u": the root element has no version"_qs;
+    QTest::newRow("an empty file") << QByteArray() << u"line 1, column 0: "_qs << QString();
+}
+
+void TstToolCheck::theXmlErrorIsToldWithItsLine()
+{
+    QFETCH(const QByteArray, binder);
+    QFETCH(const QString, start);
+    QFETCH(const QString, end);
+    const TestProject project;
+    writeProject(project, binder);
+    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
+    QCOMPARE(problemsOf(report), QStringList(u"binderUnreadable Novel.tavelx"_qs));
+    const QString text = report[u"problems"][0][u"text"].toString();
+    QVERIFY2(text.startsWith(start), qPrintable(text));
+    QVERIFY2(text.endsWith(end), qPrintable(text));
+    QVERIFY2(text.size() > start.size(), qPrintable(text));
+}
+
+void TstToolCheck::theItemsOfAFallbackAreChecked()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    inBinder("<StatusID>3</StatusID>", "<StatusID>33</StatusID>")(project);
+    all({zipping(u"binder.backup"_qs), removing(Binder)})(project);
+    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
+    QCOMPARE(problemsOf(report),
+             QStringList(
+                 {u"noBinder Novel.tavelx"_qs, u"fallback "_qs + Backup, u"unknownStatus #5"_qs}));
+}
+
+void TstToolCheck::aTextIsOneLineWhateverTheTitle()
+{
+    const TestProject project;
+    writeProject(project,
+                 binderXml(systemFolders(item(
+                     3, "Text", "One&#10;two",
+                     {.attributes = {}, .metaData = "<LabelID>9</LabelID>", .children = {}}))));
+    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    QCOMPARE(result.output,
+             QByteArray("unknownLabel: #3: 'One two' has the label 9, which doesn't exist\n"));
+}
+
+void TstToolCheck::whatIsNoProjectIsAFailure_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("nothing") << u"Nothing.tavel"_qs;
+    QTest::newRow("no path") << QString();
+    QTest::newRow("a file") << u"Novel.tavel/Files/version.txt"_qs;
+    QTest::newRow("a binder that isn't there") << u"Novel.tavel/Other.tavelx"_qs;
+}
+
+void TstToolCheck::whatIsNoProjectIsAFailure()
+{
+    QFETCH(const QString, path);
+    const TestProject project;
+    writeSoundProject(project);
+    ProgramPlace place;
+    place.workingDirectory = project.enclosingPath();
+    const auto before = everythingBelow(project.enclosingPath());
+    const ProgramResult result = runTool({u"check"_qs, u"--json"_qs, path}, place);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errors, u"tavel: there is no project at '%1'\n"_qs.arg(path).toUtf8());
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+void TstToolCheck::aVeryDeepTreeIsChecked()
+{
+    constexpr int Depth = 5000;
+    const TestProject project;
+    QByteArray items;
+    for (int id = 3; id < Depth + 3; ++id)
+        items += "<Children><BinderItem " + itemAttributes(id) + " Type=\"Folder\">";
+    items += QByteArray("</BinderItem></Children>").repeated(Depth);
+    const QByteArray draft =
+        "<BinderItem " + itemAttributes(0) + " Type=\"DraftFolder\">" + items + "</BinderItem>";
+    writeProject(
+        project,
+        binderXml(draft + item(1, "ResearchFolder", "Research") + item(2, "TrashFolder", "Trash")));
+    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    QVERIFY(!result.crashed);
+    QVERIFY2(result.status == 0, result.output);
+}
+
+TVL_TEST_MAIN(TstToolCheck)
+#include "tst_toolcheck.moc"

@@ -1,0 +1,174 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include "TVLProjectFolderFormat.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTest>
+
+/** `tavel new`. */
+class TstToolNew : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aBlankProjectLiesOnDiskAndItsPlaceIsTold();
+    void theProjectIsNotLockedAfterwards();
+    void aPathMayNameTheProjectInOtherWays_data();
+    void aPathMayNameTheProjectInOtherWays();
+    void anEmptyFolderIsFilled();
+    void foldersOnTheWayAreMade();
+    void aPlaceThatIsTakenIsRefused_data();
+    void aPlaceThatIsTakenIsRefused();
+    void aBadNameIsWrongUse_data();
+    void aBadNameIsWrongUse();
+    void aMessageBoxGoesToStandardErrorAndIsNotWaitedFor();
+};
+
+void TstToolNew::aBlankProjectLiesOnDiskAndItsPlaceIsTold()
+{
+    const TestProject project;
+    const ProgramResult result = runTool({u"new"_qs, project.path()});
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, u"Created %1\n"_qs.arg(project.path()).toUtf8());
+    QCOMPARE(result.errors, QByteArray());
+
+    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
+    QVERIFY(QFileInfo::exists(project.path(u"Files/binder.autosave"_qs)));
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    QVERIFY(model);
+    QCOMPARE(model->rowCount(), 3);
+    QCOMPARE(model->title(model->draftFolder()), u"Draft"_qs);
+    QCOMPARE(model->title(model->researchFolder()), u"Research"_qs);
+    QCOMPARE(model->title(model->trashFolder()), u"Trash"_qs);
+    QCOMPARE(model->totalNodesCount(), 4);
+    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+}
+
+void TstToolNew::theProjectIsNotLockedAfterwards()
+{
+    const TestProject project;
+    QCOMPARE(runTool({u"new"_qs, project.path()}).status, 0);
+    QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
+}
+
+void TstToolNew::aPathMayNameTheProjectInOtherWays_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("relative") << u"Novel.tavel"_qs;
+    QTest::newRow("with a closing slash") << u"Novel.tavel/"_qs;
+    QTest::newRow("with dots") << u"./Other/../Novel.tavel"_qs;
+    QTest::newRow("by its binder") << u"Novel.tavel/Novel.tavelx"_qs;
+}
+
+void TstToolNew::aPathMayNameTheProjectInOtherWays()
+{
+    QFETCH(const QString, path);
+    const TestProject project;
+    ProgramPlace place;
+    place.workingDirectory = project.enclosingPath();
+    const ProgramResult result = runTool({u"new"_qs, path}, place);
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, u"Created %1\n"_qs.arg(project.path()).toUtf8());
+    QVERIFY(QFileInfo::exists(project.binderPath()));
+}
+
+void TstToolNew::anEmptyFolderIsFilled()
+{
+    const TestProject project;
+    QVERIFY(QDir().mkpath(project.path()));
+    QCOMPARE(runTool({u"new"_qs, project.path()}).status, 0);
+    QVERIFY(QFileInfo::exists(project.binderPath()));
+}
+
+void TstToolNew::foldersOnTheWayAreMade()
+{
+    const TestProject project;
+    const QString path = project.enclosingPath() + u"/shelf/row/Novel.tavel"_qs;
+    QCOMPARE(runTool({u"new"_qs, path}).status, 0);
+    QVERIFY(QFileInfo::exists(path + u"/Novel.tavelx"_qs));
+}
+
+void TstToolNew::aPlaceThatIsTakenIsRefused_data()
+{
+    QTest::addColumn<QString>("takenBy");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("a project") << u"Novel.tavel/Novel.tavelx"_qs
+                               << u"the folder '%1' isn't empty"_qs;
+    QTest::newRow("something else")
+        << u"Novel.tavel/notes.txt"_qs << u"the folder '%1' isn't empty"_qs;
+    QTest::newRow("a hidden file")
+        << u"Novel.tavel/.hidden"_qs << u"the folder '%1' isn't empty"_qs;
+    QTest::newRow("a folder") << u"Novel.tavel/Files/x"_qs << u"the folder '%1' isn't empty"_qs;
+    QTest::newRow("a file in its place") << u"Novel.tavel"_qs << u"there is a file at '%1'"_qs;
+}
+
+void TstToolNew::aPlaceThatIsTakenIsRefused()
+{
+    QFETCH(const QString, takenBy);
+    QFETCH(const QString, reason);
+    const TestProject project;
+    writeFileAt(project.enclosingPath() + u'/' + takenBy, "content");
+    const auto before = everythingBelow(project.enclosingPath());
+
+    const ProgramResult result = runTool({u"new"_qs, project.path()});
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(reason.arg(project.path())).toUtf8());
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+void TstToolNew::aBadNameIsWrongUse_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("reason");
+    const QString extension = u"the path of a project must end in .tavel or .tavelx: '%1'"_qs;
+    QTest::newRow("no extension") << u"Novel"_qs << extension;
+    QTest::newRow("another extension") << u"Novel.txt"_qs << extension;
+    QTest::newRow("in capitals") << u"Novel.TAVEL"_qs << extension;
+    QTest::newRow("extension alone")
+        << u".tavel"_qs << u"the path has no name in front of its extension: '%1'"_qs;
+    QTest::newRow("binder of another name")
+        << u"Novel.tavel/Other.tavelx"_qs
+        << u"the binder must bear the name of its folder: '%1'"_qs;
+}
+
+void TstToolNew::aBadNameIsWrongUse()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QString, reason);
+    const TestProject project;
+    ProgramPlace place;
+    place.workingDirectory = project.enclosingPath();
+    const bool isBinder = path.endsWith(u".tavelx");
+    const QString named = isBinder ? project.binderPath() : project.enclosingPath() + u'/' + path;
+
+    const ProgramResult result = runTool({u"new"_qs, path}, place);
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(reason.arg(named)).toUtf8());
+    QVERIFY(everythingBelow(project.enclosingPath()).isEmpty());
+}
+
+void TstToolNew::aMessageBoxGoesToStandardErrorAndIsNotWaitedFor()
+{
+    const TestProject project;
+    writeFileAt(project.enclosingPath() + u"/shelf"_qs, "not a folder");
+    const QString path = project.enclosingPath() + u"/shelf/Novel.tavel"_qs;
+    const auto before = everythingBelow(project.enclosingPath());
+
+    const ProgramResult result = runTool({u"new"_qs, path});
+    QVERIFY(!result.crashed);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errorLines().size(), 2);
+    QVERIFY(result.errorLines().constFirst().startsWith(
+        u"tavel: Write Error: Cannot write to the location: '%1'"_qs.arg(path).toUtf8()));
+    QCOMPARE(result.errorLines().constLast(),
+             u"tavel: the project could not be saved: '%1'"_qs.arg(path).toUtf8());
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+TVL_TEST_MAIN(TstToolNew)
+#include "tst_toolnew.moc"

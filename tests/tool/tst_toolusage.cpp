@@ -1,0 +1,174 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include <QFileInfo>
+#include <QTest>
+
+/** What all of the tool's commands have in common. */
+class TstToolUsage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wrongUseGivesStatusTwoAndOneLine_data();
+    void wrongUseGivesStatusTwoAndOneLine();
+    void helpGoesToStandardOutput_data();
+    void helpGoesToStandardOutput();
+    void theHelpListsEveryCommand();
+    void theVersionIsThatOfTheProject();
+    void optionsMayStandOnEitherSideOfThePath();
+    void thereNeedBeNoDisplay();
+    void aPlatformThatWasChosenIsKept();
+    void anOutputThatCannotBeWrittenIsAFailure();
+    void diagnosticsAppearOnlyWhenAskedFor();
+};
+
+void TstToolUsage::wrongUseGivesStatusTwoAndOneLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("no command") << QStringList()
+                                << QByteArray("tavel: no command given; see 'tavel --help'");
+    QTest::newRow("unknown command")
+        << QStringList(u"fly"_qs) << QByteArray("tavel: unknown command 'fly'; see 'tavel --help'");
+    QTest::newRow("unknown option")
+        << QStringList(u"--fly"_qs)
+        << QByteArray("tavel: Unknown option 'fly'; see 'tavel --help'");
+    QTest::newRow("new takes no --json")
+        << QStringList{u"new"_qs, u"--json"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: Unknown option 'json'; see 'tavel new --help'");
+    for (const char *command : {"new", "info", "outline", "check"}) {
+        const QString name = QString::fromLatin1(command);
+        const QByteArray hint = QByteArray("; see 'tavel ") + command + " --help'";
+        QTest::addRow("%s without a path", command)
+            << QStringList(name) << "tavel: PATH is missing" + hint;
+        QTest::addRow("%s with two paths", command)
+            << QStringList{name, u"a.tavel"_qs, u"b.tavel"_qs}
+            << "tavel: one argument too many: 'b.tavel'" + hint;
+        QTest::addRow("%s with an unknown option", command)
+            << QStringList{name, u"a.tavel"_qs, u"--fly"_qs}
+            << "tavel: Unknown option 'fly'" + hint;
+    }
+}
+
+void TstToolUsage::wrongUseGivesStatusTwoAndOneLine()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, line);
+
+    const ProgramResult result = runTool(arguments);
+    QVERIFY(!result.crashed);
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errors, line + '\n');
+}
+
+void TstToolUsage::helpGoesToStandardOutput_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("usage");
+
+    QTest::newRow("the tool") << QStringList(u"--help"_qs) << QByteArray(" [options] COMMAND\n");
+    QTest::newRow("in short") << QStringList(u"-h"_qs) << QByteArray(" [options] COMMAND\n");
+    for (const char *command : {"new", "info", "outline", "check"}) {
+        const QByteArray usage = ' ' + QByteArray(command) + " [options] PATH\n";
+        QTest::newRow(command) << QStringList{QString::fromLatin1(command), u"--help"_qs} << usage;
+        QTest::addRow("%s with a path", command)
+            << QStringList{QString::fromLatin1(command), u"a.tavel"_qs, u"-h"_qs} << usage;
+    }
+}
+
+void TstToolUsage::helpGoesToStandardOutput()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, usage);
+
+    const ProgramResult result = runTool(arguments);
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.errors, QByteArray());
+    QVERIFY(result.output.startsWith("Usage: "));
+    QVERIFY2(result.output.contains(usage), result.output);
+}
+
+void TstToolUsage::theHelpListsEveryCommand()
+{
+    const QByteArray help = runTool({u"--help"_qs}).output;
+    for (const char *command : {"new", "info", "outline", "check"})
+        QVERIFY2(help.contains(QByteArray("\n  ") + command + ' '), command);
+}
+
+void TstToolUsage::theVersionIsThatOfTheProject()
+{
+    for (const QString &option : {u"--version"_qs, u"-v"_qs}) {
+        const ProgramResult result = runTool({option});
+        QCOMPARE(result.status, 0);
+        QCOMPARE(result.output, QByteArray("tavel " TAVEL_VERSION "\n"));
+        QCOMPARE(result.errors, QByteArray());
+    }
+}
+
+void TstToolUsage::optionsMayStandOnEitherSideOfThePath()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const ProgramResult before = runTool({u"outline"_qs, u"--json"_qs, project.path()});
+    const ProgramResult behind = runTool({u"outline"_qs, project.path(), u"--json"_qs});
+    QVERIFY(before.json().isArray());
+    QCOMPARE(behind.output, before.output);
+}
+
+void TstToolUsage::thereNeedBeNoDisplay()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    ProgramPlace place;
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        place.environment.remove(QString::fromLatin1(variable));
+    const ProgramResult result = runTool({u"outline"_qs, project.path()}, place);
+    QVERIFY(!result.crashed);
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.errors, QByteArray());
+}
+
+void TstToolUsage::aPlatformThatWasChosenIsKept()
+{
+    ProgramPlace place;
+    place.environment.insert(u"QT_QPA_PLATFORM"_qs, u"nosuchplatform"_qs);
+    const ProgramResult result = runTool({u"--version"_qs}, place);
+    QVERIFY(result.crashed || result.status != 0);
+    QVERIFY2(result.errors.contains("no Qt platform plugin"), result.errors);
+}
+
+void TstToolUsage::anOutputThatCannotBeWrittenIsAFailure()
+{
+    const QString fullDevice = u"/dev/full"_qs;
+    QVERIFY(QFileInfo::exists(fullDevice));
+    const TestProject project;
+    writeSoundProject(project);
+    ProgramPlace place;
+    place.outputFile = fullDevice;
+    for (const QString &command : {u"info"_qs, u"outline"_qs, u"check"_qs}) {
+        const ProgramResult result = runTool({command, project.path(), u"--json"_qs}, place);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tavel: standard output can't be written\n"));
+    }
+}
+
+void TstToolUsage::diagnosticsAppearOnlyWhenAskedFor()
+{
+    const TestProject project;
+    const QByteArray unheardOf = "<Unheard/>";
+    writeProject(project, binderXml(systemFolders({}), unheardOf));
+    const QStringList arguments{u"outline"_qs, project.path()};
+    QCOMPARE(runTool(arguments).errors, QByteArray());
+
+    ProgramPlace place;
+    place.environment.insert(u"QT_LOGGING_RULES"_qs, u"default.debug=true"_qs);
+    const ProgramResult result = runTool(arguments, place);
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.errors.contains("Skipped Binder XML tag:"), result.errors);
+}
+
+TVL_TEST_MAIN(TstToolUsage)
+#include "tst_toolusage.moc"

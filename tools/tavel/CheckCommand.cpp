@@ -1,0 +1,60 @@
+#include "Command.h"
+#include "ProjectCheck.h"
+#include "ProjectOpener.h"
+
+#include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+QJsonObject toJson(const QString &projectPath, const QList<Problem> &problems)
+{
+    QJsonArray array;
+    for (const Problem &problem : problems)
+        array.append(QJsonObject{
+            {u"kind"_qs, problem.kind}, {u"where"_qs, problem.where}, {u"text"_qs, problem.text}});
+    return {{u"path"_qs, projectPath}, {u"ok"_qs, problems.isEmpty()}, {u"problems"_qs, array}};
+}
+
+void writeText(const QString &projectPath, const QList<Problem> &problems, Console *console)
+{
+    for (const Problem &problem : problems)
+        console->writeLine(
+            oneLine(u"%1: %2: %3"_qs.arg(problem.kind, problem.where, problem.text)));
+    if (problems.isEmpty())
+        console->writeLine(u"No problems in %1"_qs.arg(oneLine(projectPath)));
+}
+
+ExitStatus run(const QCommandLineParser &parser, Console *console)
+{
+    QString error;
+    const std::optional<BinderFiles> files =
+        findBinderFiles(parser.positionalArguments().last(), &error);
+    if (!files)
+        return console->fail(error);
+
+    const QList<Problem> problems = ProjectCheck(*files).run();
+    if (wantsJson(parser))
+        console->write(QJsonDocument(toJson(files->projectPath, problems)).toJson());
+    else
+        writeText(files->projectPath, problems, console);
+    if (problems.isEmpty())
+        return ExitStatus::Done;
+    return console->fail(
+        problems.size() == 1
+            ? u"1 problem in '%1'"_qs.arg(files->projectPath)
+            : u"%1 problems in '%2'"_qs.arg(problems.size()).arg(files->projectPath));
+}
+
+} // namespace
+
+Command checkCommand()
+{
+    return {u"check"_qs,
+            u"Reports what is wrong with a project; changes nothing."_qs,
+            {projectArgument()},
+            {jsonOption()},
+            run};
+}

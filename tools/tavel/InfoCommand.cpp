@@ -1,0 +1,154 @@
+#include "Command.h"
+#include "ItemTexts.h"
+#include "ProjectOpener.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+#include "TVLWordTable.h"
+
+#include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <array>
+
+namespace {
+
+constexpr TVLWord<TVL::CollectionType> CollectionKinds[] = {
+    {TVL::BinderCollection, u"Binder"},
+    {TVL::RecentSearchCollection, u"RecentSearch"},
+    {TVL::SavedSearchCollection, u"SavedSearch"},
+    {TVL::ArbitraryCollection, u"Arbitrary"},
+};
+
+constexpr int TypeCount = TVL::Other + 1;
+using TypeCounts = std::array<int, TypeCount>;
+
+TypeCounts countTypes(const TVLProjectModel &model)
+{
+    TypeCounts counts{};
+    tvlForEachNode(model.binderRoot(), [&counts](const TVLProjectNode *node) {
+        ++counts.at(std::size_t(node->mNodeType));
+    });
+    return counts;
+}
+
+QString kindOf(const TVLCollectionMetaData &collection)
+{
+    return tvlWordOf(CollectionKinds, collection.mType, u"Arbitrary").toString();
+}
+
+QString colorName(const TVLLabel &label)
+{
+    return label.mColor.isValid() ? label.mColor.name() : QString();
+}
+
+QString projectPath(const TVLProjectModel &model)
+{
+    return model.path().absolutePath();
+}
+
+QJsonObject toJson(const TVLProjectModel &model)
+{
+    QJsonObject counts;
+    const TypeCounts typeCounts = countTypes(model);
+    for (int type = 0; type < TypeCount; ++type)
+        counts.insert(TVL::toString(TVL::NodeType(type)), typeCounts.at(std::size_t(type)));
+
+    QJsonArray labels;
+    for (const TVLLabel &label : model.labels())
+        labels.append(QJsonObject{{u"id"_qs, label.mId},
+                                  {u"title"_qs, label.mTitle},
+                                  {u"color"_qs, textOrNull(colorName(label))}});
+    QJsonArray statusItems;
+    for (const TVLStatusItem &item : model.statusItems())
+        statusItems.append(QJsonObject{{u"id"_qs, item.mId}, {u"title"_qs, item.mTitle}});
+    QJsonArray collections;
+    for (const TVLCollectionMetaData &collection : model.collections())
+        collections.append(
+            QJsonObject{{u"title"_qs, collection.mTitle}, {u"kind"_qs, kindOf(collection)}});
+
+    const TVLProjectInfo info = model.info();
+    return {
+        {u"name"_qs, model.name()},
+        {u"path"_qs, projectPath(model)},
+        {u"formatVersion"_qs, int(model.formatVersion())},
+        {u"binderVersion"_qs, int(info.mBinderVersion)},
+        {u"binderVersionText"_qs, info.mVersion},
+        {u"items"_qs, model.totalNodesCount()},
+        {u"counts"_qs, counts},
+        {u"labels"_qs, labels},
+        {u"statusItems"_qs, statusItems},
+        {u"collections"_qs, collections},
+        {u"save"_qs,
+         QJsonObject{{u"device"_qs, textOrNull(info.mDevice)},
+                     {u"time"_qs, ::toJson(info.mModified)},
+                     {u"id"_qs, ::toJson(info.mModId)}}},
+        {u"locked"_qs, TVLProjectFolderFormat::lockExists(projectPath(model))},
+    };
+}
+
+QString toText(const QJsonValue &value)
+{
+    return value.isNull() ? u"unknown"_qs : value.toString();
+}
+
+/** The lines of the text form: what is told, and what is told of it. */
+QList<QPair<QString, QString>> toLines(const TVLProjectModel &model)
+{
+    const TVLProjectInfo info = model.info();
+    QList<QPair<QString, QString>> lines{
+        {u"Name"_qs, model.name()},
+        {u"Path"_qs, projectPath(model)},
+        {u"Format version"_qs, QString::number(model.formatVersion())},
+        {u"Binder version"_qs, u"%1 (%2)"_qs.arg(info.mBinderVersion).arg(info.mVersion)},
+        {u"Items"_qs, QString::number(model.totalNodesCount())},
+    };
+    const TypeCounts counts = countTypes(model);
+    for (int type = 0; type < TypeCount; ++type) {
+        if (const int count = counts.at(std::size_t(type)))
+            lines.append({u"  "_qs + TVL::toString(TVL::NodeType(type)), QString::number(count)});
+    }
+    for (const TVLLabel &label : model.labels())
+        lines.append({u"Label %1"_qs.arg(label.mId),
+                      u"%1 %2"_qs.arg(label.mTitle, colorName(label)).trimmed()});
+    for (const TVLStatusItem &item : model.statusItems())
+        lines.append({u"Status %1"_qs.arg(item.mId), item.mTitle});
+    for (const TVLCollectionMetaData &collection : model.collections())
+        lines.append({u"Collection"_qs, u"%1 (%2)"_qs.arg(collection.mTitle, kindOf(collection))});
+    lines.append({u"Saved by"_qs, toText(textOrNull(info.mDevice))});
+    lines.append({u"Saved at"_qs, toText(::toJson(info.mModified))});
+    lines.append({u"Save"_qs, toText(::toJson(info.mModId))});
+    const bool isLocked = TVLProjectFolderFormat::lockExists(projectPath(model));
+    lines.append({u"Locked"_qs, isLocked ? u"yes"_qs : u"no"_qs});
+    return lines;
+}
+
+ExitStatus run(const QCommandLineParser &parser, Console *console)
+{
+    QString error;
+    const std::unique_ptr<TVLProjectModel> model =
+        openProject(parser.positionalArguments().last(), &error);
+    if (!model)
+        return console->fail(error);
+    if (wantsJson(parser)) {
+        console->write(QJsonDocument(toJson(*model)).toJson());
+        return ExitStatus::Done;
+    }
+    for (const auto &[what, text] : toLines(*model))
+        console->writeLine(u"%1 %2"_qs.arg(what + u':', -17).arg(oneLine(text)));
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+Command infoCommand()
+{
+    return {u"info"_qs,
+            u"Tells what a project is made of."_qs,
+            {projectArgument()},
+            {jsonOption()},
+            run};
+}

@@ -1,0 +1,23 @@
+#include "ItemTexts.h"
+
+#include "TUuid.h"
+
+QJsonValue toJson(const QUuid &uuid)
+{
+    return uuid.isNull() ? QJsonValue() : QJsonValue(TUuid::toStringNoBraces(uuid, true));
+}
+
+QJsonValue toJson(const QDateTime &dateTime)
+{
+    return dateTime.isValid() ? QJsonValue(dateTime.toUTC().toString(Qt::ISODate)) : QJsonValue();
+}
+
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+QJsonValue idOrNull(int id)
+{
+    return id < 0 ? QJsonValue() : QJsonValue(id);
+}

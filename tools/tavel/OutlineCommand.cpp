@@ -1,0 +1,168 @@
+#include "Command.h"
+#include "ItemTexts.h"
+#include "ProjectOpener.h"
+
+#include "TUuid.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+
+#include <QCommandLineParser>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+/**
+ * Walks over all items, calling @p enter before and @p leave behind the children of each, with its
+ * depth: 0 at the top. It doesn't recurse, so that a tree may be of any depth.
+ */
+template <typename Enter, typename Leave>
+void walk(const TVLProjectNode *root, Enter enter, Leave leave)
+{
+    struct Step
+    {
+        const TVLProjectNode *node;
+        qsizetype nextChild;
+    };
+    QList<Step> way{{root, 0}};
+    while (!way.isEmpty()) {
+        Step &step = way.last();
+        const qsizetype depth = way.size() - 1;
+        if (step.nextChild < step.node->mChildren.size()) {
+            const TVLProjectNode *child = step.node->mChildren.at(step.nextChild);
+            ++step.nextChild;
+            enter(child, depth);
+            way.append({child, 0});
+        } else {
+            if (depth > 0)
+                leave(step.node, depth - 1);
+            way.removeLast();
+        }
+    }
+}
+
+/** The indentation of an item in JSON; from some depth on it grows no further. */
+QByteArray indent(qsizetype depth)
+{
+    constexpr int Deepest = 32;
+    return QByteArray(2 * (1 + qMin<qsizetype>(depth, Deepest)), ' ');
+}
+
+/** Writes the outline of one project. */
+class OutlineWriter
+{
+public:
+    OutlineWriter(const TVLProjectModel &model, Console *console);
+
+    void writeText();
+    void writeJson();
+
+private:
+    [[nodiscard]] QString textOf(const TVLProjectNode *node) const;
+    [[nodiscard]] QByteArray jsonOf(const TVLProjectNode *node) const;
+
+    const TVLProjectModel &mModel;
+    Console *mConsole;
+    QHash<int, QString> mLabels;
+    QHash<int, QString> mStatusItems;
+};
+
+OutlineWriter::OutlineWriter(const TVLProjectModel &model, Console *console)
+    : mModel(model)
+    , mConsole(console)
+    , mLabels(titlesById(model.labels()))
+    , mStatusItems(titlesById(model.statusItems()))
+{
+}
+
+QString OutlineWriter::textOf(const TVLProjectNode *node) const
+{
+    const QString title =
+        node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
+    const QString identity = node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true)
+                                           : u'#' + QString::number(node->mId);
+    QString text =
+        u'[' + TVL::toString(node->mNodeType) + u"] "_qs + title + u" ("_qs + identity + u')';
+    if (mLabels.contains(node->mLabelId))
+        text += u" [label: "_qs + mLabels.value(node->mLabelId) + u']';
+    if (mStatusItems.contains(node->mStatusId))
+        text += u" [status: "_qs + mStatusItems.value(node->mStatusId) + u']';
+    return oneLine(text);
+}
+
+void OutlineWriter::writeText()
+{
+    walk(
+        mModel.binderRoot(),
+        [this](const TVLProjectNode *node, qsizetype depth) {
+            mConsole->writeLine(QString(2 * depth, u' ') + textOf(node));
+        },
+        [](const TVLProjectNode *, qsizetype) {});
+}
+
+QByteArray OutlineWriter::jsonOf(const TVLProjectNode *node) const
+{
+    const QJsonObject object{
+        {u"id"_qs, idOrNull(node->mId)},
+        {u"uuid"_qs, toJson(node->mUuid)},
+        {u"type"_qs, TVL::toString(node->mNodeType)},
+        {u"title"_qs, node->mTitle},
+        {u"label"_qs, textOrNull(mLabels.value(node->mLabelId))},
+        {u"status"_qs, textOrNull(mStatusItems.value(node->mStatusId))},
+        // Counting means to load every text, which nothing does yet.
+        {u"words"_qs, QJsonValue()},
+    };
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+/*
+ * QJsonDocument writes nested values by recursion, and indents each level further, so a deep tree
+ * would exhaust the stack or the disk. Here it writes one item at a time, and the nesting is added
+ * around it.
+ */
+void OutlineWriter::writeJson()
+{
+    // Whether the last thing written was the beginning of a list.
+    bool isFirst = true;
+    mConsole->write("[");
+    walk(
+        mModel.binderRoot(),
+        [&](const TVLProjectNode *node, qsizetype depth) {
+            QByteArray item = jsonOf(node);
+            item.chop(1);
+            mConsole->write((isFirst ? "\n" : ",\n") + indent(depth) + item + ",\"children\":[");
+            isFirst = true;
+        },
+        [&](const TVLProjectNode *node, qsizetype depth) {
+            mConsole->write(node->mChildren.isEmpty() ? QByteArray("]}")
+                                                      : '\n' + indent(depth) + "]}");
+            isFirst = false;
+        });
+    mConsole->write("\n]\n");
+}
+
+ExitStatus run(const QCommandLineParser &parser, Console *console)
+{
+    QString error;
+    const std::unique_ptr<TVLProjectModel> model =
+        openProject(parser.positionalArguments().last(), &error);
+    if (!model)
+        return console->fail(error);
+    OutlineWriter writer(*model, console);
+    if (wantsJson(parser))
+        writer.writeJson();
+    else
+        writer.writeText();
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+Command outlineCommand()
+{
+    return {u"outline"_qs,
+            u"Shows the tree of a project's items."_qs,
+            {projectArgument()},
+            {jsonOption()},
+            run};
+}

@@ -1,0 +1,294 @@
+#include "ProjectCheck.h"
+
+#include "ItemTexts.h"
+
+#include "TUuid.h"
+#include "TVLBinderReader.h"
+#include "TVLCoreUtil.h"
+#include "TVLProjectFolderFormat.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <array>
+
+namespace {
+
+QString identityOf(const TVLProjectNode *node)
+{
+    return node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true) : u"#%1"_qs.arg(node->mId);
+}
+
+/** How many ASCII digits a name begins with. */
+qsizetype leadingDigits(const QString &name)
+{
+    qsizetype count = 0;
+    while (count < name.size() && name.at(count) >= u'0' && name.at(count) <= u'9')
+        ++count;
+    return count;
+}
+
+/** The number that a name begins with; -1 when it is larger than any id. */
+int leadingNumber(const QString &name)
+{
+    bool ok = false;
+    const int number = name.first(leadingDigits(name)).toInt(&ok);
+    return ok ? number : -1;
+}
+
+/** Reads a binder; on failure the result says why and where. */
+QString readBinderFile(const QString &path, ReadOnlyProject *project)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return file.errorString();
+    TVLBinderReader reader(&file);
+    if (reader.readProject(project, project->binderRoot()))
+        return {};
+    const QString error =
+        reader.hasError() ? reader.errorString() : u"the root element has no version"_qs;
+    return u"line %1, column %2: %3"_qs.arg(reader.lineNumber())
+        .arg(reader.columnNumber())
+        .arg(error);
+}
+
+} // namespace
+
+ProjectCheck::ProjectCheck(const BinderFiles &files)
+    : mFiles(files)
+{
+}
+
+QList<Problem> ProjectCheck::run()
+{
+    readBinder();
+    checkBinderNames();
+    checkVersions();
+    if (mProject) {
+        checkItems();
+        checkSystemFolders();
+        checkCollections();
+        checkDocs();
+        checkSnapshots();
+    }
+    return mProblems;
+}
+
+void ProjectCheck::add(const QString &kind, const QString &where, const QString &text)
+{
+    mProblems.append({kind, where, text});
+}
+
+QString ProjectCheck::relative(const QString &path) const
+{
+    return QDir(mFiles.projectPath).relativeFilePath(path);
+}
+
+// --- The binder
+
+void ProjectCheck::readBinder()
+{
+    readPlainBinder();
+    readZippedBinder(mFiles.autosave, u"autosaveUnreadable"_qs);
+    readZippedBinder(mFiles.backup, u"backupUnreadable"_qs);
+}
+
+void ProjectCheck::readPlainBinder()
+{
+    if (mFiles.binder.isEmpty()) {
+        const QString expected = TVLProjectFolderFormat::defaultBinderFilePath(mFiles.projectPath);
+        add(u"noBinder"_qs, relative(expected), u"there is no binder file"_qs);
+        return;
+    }
+    auto project = std::make_unique<ReadOnlyProject>();
+    const QString error = readBinderFile(mFiles.binder, project.get());
+    if (error.isEmpty())
+        take(std::move(project), mFiles.binder);
+    else
+        add(u"binderUnreadable"_qs, relative(mFiles.binder), error);
+}
+
+void ProjectCheck::readZippedBinder(const QString &path, const QString &unreadableKind)
+{
+    if (path.isEmpty())
+        return;
+    auto project = std::make_unique<ReadOnlyProject>();
+    if (!TVLProjectFolderFormat::readZippedBinderFilePath(path, project.get())) {
+        add(unreadableKind, relative(path), u"the zipped copy of the binder can't be read"_qs);
+    } else if (!mProject) {
+        add(u"fallback"_qs, relative(path), u"an opening falls back on this copy of the binder"_qs);
+        take(std::move(project), path);
+    }
+}
+
+void ProjectCheck::take(std::unique_ptr<ReadOnlyProject> project, const QString &source)
+{
+    mProject = std::move(project);
+    mProjectSource = source;
+    const TVL::BinderVersion version = mProject->info().mBinderVersion;
+    mHasIds = version == TVL::BinderVersion1 || version == TVL::BinderVersion2;
+}
+
+void ProjectCheck::checkBinderNames()
+{
+    if (mFiles.binder.isEmpty())
+        return;
+    const QString chosen = QFileInfo(mFiles.binder).fileName();
+    const QString expected =
+        QFileInfo(TVLProjectFolderFormat::defaultBinderFilePath(mFiles.projectPath)).fileName();
+    if (chosen != expected)
+        add(u"binderName"_qs, chosen,
+            u"the binder's name is not the folder's: '%1'"_qs.arg(expected));
+    for (const QString &name : std::as_const(mFiles.allBinders)) {
+        if (name != chosen)
+            add(u"severalBinders"_qs, name,
+                u"a binder beside '%1', which is the one in use"_qs.arg(chosen));
+    }
+}
+
+void ProjectCheck::checkVersions()
+{
+    const TVLProjectInfo info = mProject ? mProject->info() : TVLProjectInfo();
+    if (mProject && info.mBinderVersion == TVL::NoBinderVersion)
+        add(u"binderVersionUnknown"_qs, relative(mProjectSource),
+            u"the binder's version '%1' is unknown"_qs.arg(info.mVersion));
+
+    const QString where = u"Files/version.txt"_qs;
+    const QString filePath =
+        TVLProjectFolderFormat::filesPath(mFiles.projectPath) + u"/version.txt"_qs;
+    if (!QFileInfo::exists(filePath)) {
+        add(u"formatVersionMissing"_qs, where, u"there is no version file"_qs);
+        return;
+    }
+    const int version = TVLProjectFolderFormat::extractVersionNumber(
+        TVLCoreUtil::ReadUnicodeTextFile(filePath, nullptr));
+    if (!TVL::isValidFormatVersion(version))
+        add(u"formatVersionInvalid"_qs, where, u"%1 is not a format version"_qs.arg(version));
+    else if (info.mBinderVersion != TVL::NoBinderVersion
+             && TVL::toBinderVersion(TVL::FormatVersion(version)) != info.mBinderVersion)
+        add(u"formatVersionMismatch"_qs, where,
+            u"the format version is %1, but the binder's version is '%2'"_qs.arg(version).arg(
+                info.mVersion));
+}
+
+// --- Items
+
+void ProjectCheck::checkItems()
+{
+    const QHash<int, QString> labels = titlesById(mProject->labels());
+    const QHash<int, QString> statusItems = titlesById(mProject->statusItems());
+    tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
+        checkIdentity(node);
+        checkDate(node, node->mCreated, u"creation"_qs);
+        checkDate(node, node->mModified, u"modification"_qs);
+        if (node->mLabelId != -1 && !labels.contains(node->mLabelId))
+            add(u"unknownLabel"_qs, identityOf(node),
+                u"'%1' has the label %2, which doesn't exist"_qs.arg(node->mTitle)
+                    .arg(node->mLabelId));
+        if (node->mStatusId != -1 && !statusItems.contains(node->mStatusId))
+            add(u"unknownStatus"_qs, identityOf(node),
+                u"'%1' has the status %2, which doesn't exist"_qs.arg(node->mTitle)
+                    .arg(node->mStatusId));
+    });
+}
+
+void ProjectCheck::checkIdentity(const TVLProjectNode *node)
+{
+    if (node->mId >= 0) {
+        const TVLProjectNode *&first = mById[node->mId];
+        if (first)
+            add(u"duplicateId"_qs, identityOf(node),
+                u"'%1' has the same id as '%2'"_qs.arg(node->mTitle, first->mTitle));
+        else
+            first = node;
+    } else if (mHasIds) {
+        add(u"missingId"_qs, identityOf(node), u"'%1' has no id"_qs.arg(node->mTitle));
+    }
+
+    if (node->mUuid.isNull()) {
+        add(u"nullUuid"_qs, identityOf(node), u"'%1' has no uuid"_qs.arg(node->mTitle));
+        return;
+    }
+    const TVLProjectNode *&first = mByUuid[node->mUuid];
+    if (first)
+        add(u"duplicateUuid"_qs, TUuid::toStringNoBraces(node->mUuid, true),
+            u"'%1' has the same uuid as '%2'"_qs.arg(node->mTitle, first->mTitle));
+    else
+        first = node;
+}
+
+void ProjectCheck::checkDate(const TVLProjectNode *node, const QDateTime &date, const QString &what)
+{
+    if (!date.isValid())
+        add(u"invalidDate"_qs, identityOf(node),
+            u"'%1' has no valid %2 date"_qs.arg(node->mTitle, what));
+}
+
+void ProjectCheck::checkSystemFolders()
+{
+    // Only a folder at top level is found as a system folder, but a second one is wrong anywhere.
+    constexpr int SystemFolderCount = TVL::TrashFolder + 1;
+    std::array<int, SystemFolderCount> all{};
+    std::array<int, SystemFolderCount> top{};
+    tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
+        if (node->mNodeType >= SystemFolderCount)
+            return;
+        const auto type = std::size_t(node->mNodeType);
+        ++all.at(type);
+        if (node->mParent == mProject->binderRoot())
+            ++top.at(type);
+    });
+    for (int i = 0; i < SystemFolderCount; ++i) {
+        const QString word = TVL::toString(TVL::NodeType(i));
+        if (top.at(std::size_t(i)) == 0)
+            add(u"missingSystemFolder"_qs, word, u"no item at top level is the %1"_qs.arg(word));
+        if (all.at(std::size_t(i)) > 1)
+            add(u"doubledSystemFolder"_qs, word,
+                u"%1 items are of the type %2"_qs.arg(all.at(std::size_t(i))).arg(word));
+    }
+}
+
+// --- What refers to items
+
+void ProjectCheck::checkCollections()
+{
+    for (const TVLCollectionMetaData &collection : mProject->collections()) {
+        for (const int id : collection.mIds) {
+            if (!mById.contains(id))
+                add(u"unknownCollectionMember"_qs, collection.mTitle,
+                    u"the collection holds the id %1, which no item has"_qs.arg(id));
+        }
+    }
+}
+
+void ProjectCheck::checkDocs()
+{
+    if (!mHasIds)
+        return;
+    const QDir directory(TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath));
+    const QStringList names = directory.entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    for (const QString &name : names) {
+        if (leadingDigits(name) > 0 && !mById.contains(leadingNumber(name)))
+            add(u"orphanedFile"_qs, relative(directory.filePath(name)),
+                u"the file belongs to no item"_qs);
+    }
+}
+
+void ProjectCheck::checkSnapshots()
+{
+    const QString suffix = u".snapshots"_qs;
+    const QDir directory(TVLProjectFolderFormat::snapshotsPath(mFiles.projectPath));
+    const QStringList names =
+        directory.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
+        const qsizetype digits = leadingDigits(name);
+        const bool isNumbered = digits > 0 && QStringView(name).sliced(digits) == suffix;
+        const QUuid uuid = QUuid::fromString(name);
+        const bool isOrphan = isNumbered ? !mById.contains(leadingNumber(name))
+                                         : !uuid.isNull() && !mByUuid.contains(uuid);
+        if (isOrphan)
+            add(u"orphanedSnapshots"_qs, relative(directory.filePath(name)),
+                u"the snapshots belong to no item"_qs);
+    }
+}

@@ -1,0 +1,69 @@
+#include "ProjectOpener.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+QString ifExists(const QString &path)
+{
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+/** The binder that an opening takes. */
+QString chosenBinder(const QString &path)
+{
+    for (const QString &candidate : {TVLProjectFolderFormat::defaultBinderFilePath(path),
+                                     TVLProjectFolderFormat::binderFilePathProjectTavelx(path)}) {
+        if (QFileInfo::exists(candidate))
+            return candidate;
+    }
+    return TVLProjectFolderFormat::findNewestBinderFilePath(path);
+}
+
+} // namespace
+
+bool BinderFiles::isEmpty() const
+{
+    return binder.isEmpty() && autosave.isEmpty() && backup.isEmpty();
+}
+
+QString normalizedPath(const QString &path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error)
+{
+    const QString fullPath = normalizedPath(path);
+    BinderFiles files;
+    files.projectPath = TVLProjectFolderFormat::calcEnclosingPath(fullPath);
+    if (path.isEmpty() || !QFileInfo::exists(fullPath) || !QFileInfo(files.projectPath).isDir()) {
+        *error = u"there is no project at '%1'"_qs.arg(path);
+        return std::nullopt;
+    }
+    files.binder = chosenBinder(fullPath);
+    files.allBinders = QDir(files.projectPath).entryList({u"*.tavelx"_qs}, QDir::Files, QDir::Name);
+    files.autosave = ifExists(TVLProjectFolderFormat::binderAutosaveFilePath(files.projectPath));
+    files.backup = ifExists(TVLProjectFolderFormat::binderBackupFilePath(files.projectPath));
+    return files;
+}
+
+std::unique_ptr<TVLProjectModel> openProject(const QString &path, QString *error)
+{
+    const std::optional<BinderFiles> files = findBinderFiles(path, error);
+    if (!files)
+        return nullptr;
+    if (files->isEmpty()) {
+        *error = u"there is no project in the folder '%1'"_qs.arg(path);
+        return nullptr;
+    }
+    std::unique_ptr<TVLProjectModel> model(
+        TVLProjectFolderFormat::openProject(normalizedPath(path)));
+    if (!model)
+        *error = u"the project can't be read: '%1'; 'tavel check' tells more"_qs.arg(path);
+    return model;
+}
