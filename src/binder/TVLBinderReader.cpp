@@ -11,6 +11,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
@@ -23,11 +24,16 @@ struct TVLBinderReader::Section
     SectionReader read;
 };
 
-TVLBinderReader::TVLBinderReader() = default;
+TVLBinderReader::TVLBinderReader()
+{
+    // No binder declares entities, and a few lines of them can stand for any amount of text.
+    setEntityExpansionLimit(0);
+}
 
 TVLBinderReader::TVLBinderReader(QIODevice *device)
-    : QXmlStreamReader(device)
+    : TVLBinderReader()
 {
+    setDevice(device);
 }
 
 bool TVLBinderReader::readProject(TVLBinderProject *project, TVLProjectNode *root)
@@ -117,15 +123,20 @@ bool TVLBinderReader::expectElement(const QString &tag, int sourceLine)
     return false;
 }
 
+QString TVLBinderReader::readText()
+{
+    return readElementText(SkipChildElements);
+}
+
 bool TVLBinderReader::readYes()
 {
-    return readElementText() == Words::Yes;
+    return readText() == Words::Yes;
 }
 
 void TVLBinderReader::readNumber(int *number)
 {
     bool ok = false;
-    const int value = readElementText().toInt(&ok);
+    const int value = readText().toInt(&ok);
     if (ok)
         *number = value;
 }
@@ -137,6 +148,14 @@ bool TVLBinderReader::readNodeList(TVLProjectNode *root)
         raiseIncorrectTagError(TavelinorProject, name().toString(), __LINE__);
         return false;
     }
+    const bool ok = readNodes(root);
+    if (mProject)
+        mProject->enterNodes(std::exchange(mNewNodes, {}));
+    return ok;
+}
+
+bool TVLBinderReader::readNodes(TVLProjectNode *root)
+{
     while (readNextStartElement()) {
         if (!expectElement(BinderItem, __LINE__) || !readNode(root))
             return false;
@@ -195,11 +214,14 @@ TVLProjectNode *TVLBinderReader::startNode(TVLProjectNode *parent)
     else if (mBinderVersion != TVL::NoBinderVersion)
         uuid = QUuid::fromString(attributes.value(Attribute::UUID));
 
-    auto *node = new TVLProjectNode({id, uuid}, parent);
+    TVLProjectNode *node = TVLProjectNode::appendUndated({id, uuid}, parent);
     if (mProject)
-        mProject->enterNode(node);
-    node->mCreated = tvlStringToDateTime(attributes.value(Attribute::Created), false);
-    node->mModified = tvlStringToDateTime(attributes.value(Attribute::Modified), false);
+        mNewNodes.append(node);
+    const QStringView created = attributes.value(Attribute::Created);
+    const QStringView modified = attributes.value(Attribute::Modified);
+    node->mCreated = tvlStringToDateTime(created, false);
+    // Many items were never changed, and finding the local time is the dearest part of a date.
+    node->mModified = modified == created ? node->mCreated : tvlStringToDateTime(modified, false);
     node->mNodeType = TVL::toNodeType(attributes.value(Attribute::Type));
     // In a file the flag is true only where it is written.
     node->mIncludeInCompile = false;
@@ -210,7 +232,7 @@ bool TVLBinderReader::readItemElement(TVLProjectNode *node)
 {
     const QStringView tag = name();
     if (tag == Title) {
-        node->mTitle = readElementText();
+        node->mTitle = readText();
     } else if (tag == MetaData) {
         return readMetaData(node);
     } else if (tag == TextSettings) {
@@ -257,7 +279,7 @@ void TVLBinderReader::readMetaDataField(TVLProjectNodeProperties *properties)
         else if (const auto *flag = std::get_if<TVLBinderField::Flag>(&field.member))
             properties->**flag = readYes();
         else if (const auto *text = std::get_if<TVLBinderField::Text>(&field.member))
-            properties->**text = readElementText();
+            properties->**text = readText();
         else if (const auto *selection = std::get_if<TVLBinderField::Selection>(&field.member))
             readSelection(&(properties->**selection));
         return;
@@ -279,9 +301,9 @@ QMap<QString, QString> TVLBinderReader::readCustomMetaData()
         QString value;
         while (readNextStartElement()) {
             if (name() == FieldID)
-                key = readElementText();
+                key = readText();
             else if (name() == Value)
-                value = readElementText();
+                value = readText();
             else
                 skipCurrentElement();
         }
@@ -298,7 +320,7 @@ QMap<QString, QString> TVLBinderReader::readCustomMetaData()
 
 void TVLBinderReader::readSelection(QPair<int, int> *selection)
 {
-    const QString text = readElementText();
+    const QString text = readText();
     const qsizetype comma = text.indexOf(u',');
     if (comma < 0)
         return;
@@ -315,13 +337,13 @@ void TVLBinderReader::readTextSettings(TVLProjectNode *node)
     while (readNextStartElement()) {
         const QStringView tag = name();
         if (tag == TextMode) {
-            const QString mode = readElementText();
+            const QString mode = readText();
             if (mode != Words::GeneralTextMode)
                 node->mTextMode = mode;
         } else if (tag == TextSelection) {
             readSelection(&node->mTextSelection);
         } else if (tag == TypingAttributesRTFData) {
-            node->mTypingAttributes = QByteArray::fromHex(readElementText().toLatin1());
+            node->mTypingAttributes = QByteArray::fromHex(readText().toLatin1());
         } else if (tag == Target) {
             readTarget(node);
         } else {
@@ -340,7 +362,7 @@ void TVLBinderReader::readTarget(TVLProjectNode *node)
         node->mTargetAllowOver = attributes.value(Attribute::AllowOver) == Words::Yes;
     if (attributes.hasAttribute(Attribute::Buffer))
         node->mTargetBuffer = attributes.value(Attribute::Buffer).toInt();
-    node->mTarget = readElementText().toInt();
+    node->mTarget = readText().toInt();
 }
 
 void TVLBinderReader::readMediaSettings(TVLProjectNode *node)
@@ -349,14 +371,14 @@ void TVLBinderReader::readMediaSettings(TVLProjectNode *node)
         const QStringView tag = name();
         if (tag == ImageScaleFactor) {
             bool ok = false;
-            const double factor = readElementText().toDouble(&ok);
+            const double factor = readText().toDouble(&ok);
             node->mImageScaleFactor = ok && qIsFinite(factor) ? factor : 1.0;
         } else if (tag == ImageRotation) {
-            node->mImageRotation = tvlValueOf(Words::ImageRotations, readElementText(), 0);
+            node->mImageRotation = tvlValueOf(Words::ImageRotations, readText(), 0);
         } else if (tag == ImageScalesProportionally) {
             node->mImageScalesProportionally = readYes();
         } else if (tag == OriginalURL) {
-            node->mOriginalUrl = readElementText();
+            node->mOriginalUrl = readText();
         } else if (tag == IsAlias) {
             node->mIsAlias = readYes();
         } else if (tag == CurrentPDFPage) {
@@ -377,7 +399,7 @@ bool TVLBinderReader::readKeywords(TVLProjectNode *node)
             continue;
         }
         bool ok = false;
-        const int id = readElementText().toInt(&ok);
+        const int id = readText().toInt(&ok);
         if (hasError())
             return false;
         if (!ok) {
@@ -413,7 +435,7 @@ QList<TVLReference> TVLBinderReader::readReferenceList()
         const int id = attributes.value(Attribute::BinderID).toInt(&ok);
         if (ok)
             reference.setInternalLink(id);
-        reference.mTitle = readElementText();
+        reference.mTitle = readText();
         references.append(reference);
     }
     return references;
@@ -431,7 +453,7 @@ bool TVLBinderReader::readCorkboardAndOutliner(TVLProjectNode *node)
 {
     while (readNextStartElement()) {
         if (name() == SelectedSubdocumentIDs)
-            node->mSelectedSubdocumentIds = TCoreType::splitToIds(readElementText());
+            node->mSelectedSubdocumentIds = TCoreType::splitToIds(readText());
         else if (name() != CorkboardSettings)
             skipCurrentElement();
         else if (!readCorkboardSettings(node))
@@ -470,7 +492,7 @@ void TVLBinderReader::readFreeformPosition(TVLProjectNode *node)
     info.mTimeStamp = attributes.hasAttribute(Attribute::TimeStamp)
         ? attributes.value(Attribute::TimeStamp).toString()
         : tvlDateTimeToString(QDateTime::currentDateTimeUtc(), false);
-    info.mId = readElementText().toInt();
+    info.mId = readText().toInt();
     node->mFreeformPositions.insert(info.mId, info);
 }
 

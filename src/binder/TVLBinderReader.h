@@ -74,10 +74,13 @@ private:
 
     [[nodiscard]] bool readProjectPrivate(TVLProjectNode *root);
     [[nodiscard]] bool expectElement(const QString &tag, int sourceLine);
+    /** The text of the element, without that of elements in it. */
+    [[nodiscard]] QString readText();
     [[nodiscard]] bool readYes();
     void readNumber(int *number);
 
     // Items
+    [[nodiscard]] bool readNodes(TVLProjectNode *root);
     [[nodiscard]] TVLProjectNode *startNode(TVLProjectNode *parent);
     [[nodiscard]] bool readItemElement(TVLProjectNode *node);
     [[nodiscard]] bool readMetaData(TVLProjectNode *node);
@@ -104,6 +107,7 @@ private:
     void readCollectionIds(QList<int> *ids);
 
     TVLBinderProject *mProject = nullptr;
+    QList<TVLProjectNode *> mNewNodes; ///< Read but not yet entered in the project's maps.
     TVL::BinderVersion mBinderVersion = TVL::NoBinderVersion;
     QString mVersionText;
 };

@@ -27,7 +27,7 @@ bool TVLBinderReader::readLabels()
     QList<TVLLabel> labels;
     while (readNextStartElement()) {
         if (name() == Title)
-            title = readElementText();
+            title = readText();
         else if (name() == DefaultLabelID)
             readNumber(&defaultId);
         else if (name() != Labels)
@@ -53,7 +53,7 @@ bool TVLBinderReader::readLabelList(QList<TVLLabel> *labels)
         label.mColor = TVL::floatStringToColor(attributes().value(Attribute::Color));
         if (!label.mColor.isValid() && label.mId != -1)
             label.mColor = QColor(QRgb(std::rand() % 16777215));
-        label.mTitle = readElementText();
+        label.mTitle = readText();
         labels->append(label);
     }
     return !hasError();
@@ -66,7 +66,7 @@ bool TVLBinderReader::readStatusItems()
     QList<TVLStatusItem> items;
     while (readNextStartElement()) {
         if (name() == Title)
-            title = readElementText();
+            title = readText();
         else if (name() == DefaultStatusID)
             readNumber(&defaultId);
         else if (name() != StatusItems)
@@ -89,7 +89,7 @@ bool TVLBinderReader::readStatusItemList(QList<TVLStatusItem> *items)
             return false;
         TVLStatusItem item;
         item.mId = idAttribute(attributes());
-        item.mTitle = readElementText();
+        item.mTitle = readText();
         items->append(item);
     }
     return !hasError();
@@ -97,7 +97,7 @@ bool TVLBinderReader::readStatusItemList(QList<TVLStatusItem> *items)
 
 bool TVLBinderReader::readTemplateFolderUuid()
 {
-    mProject->adoptTemplateFolder(QUuid::fromString(readElementText()));
+    mProject->adoptTemplateFolder(QUuid::fromString(readText()));
     return !hasError();
 }
 
@@ -152,7 +152,7 @@ TVLCollectionMetaData TVLBinderReader::readCollection()
         collection.mColor = TVLCollectionMetaData::randomColor();
     while (readNextStartElement()) {
         if (name() == Title)
-            collection.mTitle = readElementText();
+            collection.mTitle = readText();
         else if (name() == SearchSettings)
             readSearchSettings(&collection);
         else if (name() == BinderIDs)
@@ -174,7 +174,7 @@ void TVLBinderReader::readSearchSettings(TVLCollectionMetaData *collection)
     read(Words::SearchScopes, Attribute::Scope, &collection->mSearchScope);
     read(Words::SearchCompiles, Attribute::CompileSetting, &collection->mSearchCompile);
     read(Words::CaseSensitivities, Attribute::CaseSensitive, &collection->mCaseSensitivity);
-    collection->mSearchText = readElementText();
+    collection->mSearchText = readText();
 }
 
 void TVLBinderReader::readCollectionIds(QList<int> *ids)
@@ -185,7 +185,7 @@ void TVLBinderReader::readCollectionIds(QList<int> *ids)
             continue;
         }
         bool ok = false;
-        const int id = readElementText().toInt(&ok);
+        const int id = readText().toInt(&ok);
         if (ok)
             ids->append(id);
     }

@@ -71,13 +71,8 @@ void putNumber(QString &text, int position, int digits, int number)
     }
 }
 
-} // namespace
-
-QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName)
+QString utcText(const QDateTime &utc, bool isFileName)
 {
-    if (!dateTime.isValid())
-        return {};
-    const QDateTime utc = dateTime.toUTC();
     const QDate date = utc.date();
     const QTime time = utc.time();
     if (date.year() < 0 || date.year() > LastYear)
@@ -90,6 +85,35 @@ QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName)
     putNumber(text, 14, 2, time.minute());
     putNumber(text, 17, 2, time.second());
     return text;
+}
+
+} // namespace
+
+QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName)
+{
+    return dateTime.isValid() ? utcText(dateTime.toUTC(), isFileName) : QString();
+}
+
+QString TVLDateFormatter::toString(const QDateTime &dateTime)
+{
+    if (!dateTime.isValid() || dateTime.timeSpec() != Qt::LocalTime)
+        return tvlDateTimeToString(dateTime, false);
+    const QDate date = dateTime.date();
+    const qint64 fortnight = date.toJulianDay() / DaysPerFortnight;
+    auto offset = mOffsets.constFind(fortnight);
+    if (offset == mOffsets.cend())
+        offset = mOffsets.insert(fortnight, offsetOfFortnight(fortnight));
+    if (!offset->has_value())
+        return tvlDateTimeToString(dateTime, false);
+    return utcText(QDateTime(date, dateTime.time(), Qt::UTC).addSecs(-**offset), false);
+}
+
+std::optional<int> TVLDateFormatter::offsetOfFortnight(qint64 fortnight)
+{
+    const QDate first = QDate::fromJulianDay(fortnight * DaysPerFortnight);
+    const int before = QDateTime(first.addDays(-1), QTime(0, 0)).offsetFromUtc();
+    const int after = QDateTime(first.addDays(DaysPerFortnight + 1), QTime(0, 0)).offsetFromUtc();
+    return before == after ? std::optional(before) : std::nullopt;
 }
 
 QDateTime tvlStringToDateTime(QStringView text, bool isFileName)

@@ -1,7 +1,6 @@
 #include "TVLBinderWriter.h"
 
 #include "TVLBinderFields_p.h"
-#include "TVLBinderText.h"
 #include "TVLBinderWords_p.h"
 #include "TVLProjectNode.h"
 
@@ -77,12 +76,22 @@ TVLBinderWriter::TVLBinderWriter(QIODevice *device)
 
 void TVLBinderWriter::writeCharacters(const QString &text)
 {
-    QXmlStreamWriter::writeCharacters(xmlText(text));
+    const QString clean = xmlText(text);
+    qsizetype start = 0;
+    // A carriage return as it stands would be read as a line feed.
+    for (qsizetype end = clean.indexOf(u'\r'); end >= 0; end = clean.indexOf(u'\r', start)) {
+        QXmlStreamWriter::writeCharacters(clean.sliced(start, end - start));
+        writeEntityReference(u"#13"_qs);
+        start = end + 1;
+    }
+    QXmlStreamWriter::writeCharacters(start == 0 ? clean : clean.sliced(start));
 }
 
 void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
 {
-    QXmlStreamWriter::writeTextElement(name, xmlText(text));
+    writeStartElement(name);
+    writeCharacters(text);
+    writeEndElement();
 }
 
 void TVLBinderWriter::writeAttribute(const QString &name, const QString &value)
@@ -184,8 +193,8 @@ void TVLBinderWriter::writeItemStart(const TVLProjectNode *node, bool mobile)
         writeAttribute(Attribute::ID, QString::number(node->mId));
     writeAttribute(Attribute::UUID,
                    uuidText(node->mUuid.isNull() ? QUuid::createUuid() : node->mUuid));
-    writeAttribute(Attribute::Created, tvlDateTimeToString(node->mCreated, false));
-    writeAttribute(Attribute::Modified, tvlDateTimeToString(node->mModified, false));
+    writeAttribute(Attribute::Created, mDates.toString(node->mCreated));
+    writeAttribute(Attribute::Modified, mDates.toString(node->mModified));
     writeAttribute(Attribute::Type, TVL::toString(node->mNodeType));
 
     writeTextElement(Title, node->mTitle);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TVLBinderProject.h"
+#include "TVLBinderText.h"
 #include "TVLReference.h"
 
 #include <QMap>
@@ -52,7 +53,10 @@ public:
     void writeStatusItems(const QString &title, int defaultId, const QList<TVLStatusItem> &items);
     void writeTemplateFolderId(const TVLBinderProject *project);
     void writeCollections(const QList<TVLCollectionMetaData> &collections);
-    /** Writes the raw text of the user's data past the XML, straight to the device. */
+    /**
+     * Writes the raw text of the user's data past the XML, straight to the device. Text that isn't
+     * one whole element by itself is left out.
+     */
     void writeUserProjectData(const QString &text);
 
 private:
@@ -69,4 +73,5 @@ private:
     void writeSelection(const QString &tag, const QPair<int, int> &selection);
 
     TVL::BinderVersion mBinderVersion = TVL::BinderVersion2;
+    TVLDateFormatter mDates;
 };

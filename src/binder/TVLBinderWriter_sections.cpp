@@ -6,10 +6,25 @@
 #include "TUuid.h"
 
 #include <QIODevice>
+#include <QXmlStreamReader>
 
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
+
+namespace {
+
+/** Whether raw text can stand in a binder: half an element would make all of it unreadable. */
+bool isWholeElement(const QByteArray &bytes)
+{
+    QXmlStreamReader reader(bytes);
+    reader.setEntityExpansionLimit(0);
+    while (!reader.atEnd())
+        reader.readNext();
+    return !reader.hasError();
+}
+
+} // namespace
 
 void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
                                   const QList<TVLLabel> &labels)
@@ -99,8 +114,9 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
 
 void TVLBinderWriter::writeUserProjectData(const QString &text)
 {
-    if (text.isEmpty())
+    const QByteArray bytes = text.toUtf8();
+    if (bytes.isEmpty() || !isWholeElement(bytes))
         return;
     device()->write("\n    ");
-    device()->write(text.toUtf8());
+    device()->write(bytes);
 }

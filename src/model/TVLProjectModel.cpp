@@ -515,9 +515,7 @@ void TVLProjectModel::endBinderRead()
     endResetModel();
 }
 
-void TVLProjectModel::enterNode(TVLProjectNode *node)
+void TVLProjectModel::enterNodes(const QList<TVLProjectNode *> &nodes)
 {
-    if (node->mId >= 0)
-        mIdMap.insert(node->mId, node->mUuid);
-    mUuidMap.insert(node->mUuid, node);
+    tvlEnterNodes(nodes, &mIdMap, &mUuidMap);
 }

@@ -428,7 +428,7 @@ private:
 
     void beginBinderRead() override;
     void endBinderRead() override;
-    void enterNode(TVLProjectNode *node) override;
+    void enterNodes(const QList<TVLProjectNode *> &nodes) override;
 
     void setFolderFormatVersion(TVL::FormatVersion version);
     void addDefaultLabelsAndStatusItems();

@@ -27,6 +27,13 @@ public:
     /** The same, inserted at @p row of the parent. */
     TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent, int row);
 
+    /**
+     * Makes a node without dates as last child of @p parent, for a caller that knows them, such as
+     * the reader of a binder: asking for the local time costs more than all else about a node.
+     */
+    [[nodiscard]] static TVLProjectNode *appendUndated(const QPair<int, QUuid> &identity,
+                                                       TVLProjectNode *parent);
+
     ~TVLProjectNode();
     Q_DISABLE_COPY_MOVE(TVLProjectNode)
 
@@ -80,6 +87,8 @@ public:
     [[nodiscard]] TVLProjectNode *lastInPreOrder();
 
 private:
+    /** Takes the place in the parent and nothing else. */
+    TVLProjectNode(TVLProjectNode *parent, int row, const QPair<int, QUuid> &identity);
     [[nodiscard]] TVLProjectNode *nextSibling() const;
 
     std::unique_ptr<QPixmap> mIndexCardPixmap;

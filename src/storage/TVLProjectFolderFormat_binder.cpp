@@ -34,12 +34,13 @@ void setError(QString *error, const QString &text)
         *error = text;
 }
 
-bool isWholeXml(const QString &filePath)
+bool isWholeXmlFile(const QString &filePath)
 {
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     QXmlStreamReader reader(&file);
+    reader.setEntityExpansionLimit(0);
     while (!reader.atEnd())
         reader.readNext();
     return !reader.hasError();
@@ -57,7 +58,7 @@ void refreshStaleAutosave(const QString &path, const QString &binderFile)
     const QFileInfo autosave(TVLProjectFolderFormat::binderAutosaveFilePath(
         TVLProjectFolderFormat::calcEnclosingPath(path)));
     if (binder.exists() && autosave.exists() && autosave.lastModified() < binder.lastModified()
-        && isWholeXml(binderFile))
+        && isWholeXmlFile(binderFile))
         TVLProjectFolderFormat::compressBinder(path, autosave.fileName(), binderFile);
 }
 

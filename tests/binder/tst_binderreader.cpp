@@ -34,11 +34,12 @@ public:
         mCalls.append(u"info"_qs);
         TestBinderProject::setInfo(info);
     }
-    void enterNode(TVLProjectNode *node) override
+    void enterNodes(const QList<TVLProjectNode *> &nodes) override
     {
-        mCalls.append(u"node %1"_qs.arg(node->mId));
+        for (const TVLProjectNode *node : nodes)
+            mCalls.append(u"node %1"_qs.arg(node->mId));
         mWasReading = mIsReading;
-        TestBinderProject::enterNode(node);
+        TestBinderProject::enterNodes(nodes);
     }
 
     QStringList mCalls;
@@ -133,6 +134,8 @@ class TstBinderReader : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void anElementInATextIsSkipped();
+    void entitiesOfAFileAreNotExpanded();
     // Document
     void theVersionTextDecidesTheGrammar_data();
     void theVersionTextDecidesTheGrammar();
@@ -1314,6 +1317,25 @@ void TstBinderReader::theTagErrorNamesFoundAndExpected()
             u"^\\[5\\] \"Unexpected tag Left on line 1\\.  Expected tag Right\" @ 1:\\d+$"_qs));
     reader.raiseIncorrectTagError(u"Right"_qs, u"Left"_qs, 5);
     QCOMPARE(reader.errorString(), u"Unexpected tag Left on line 1.  Expected tag Right"_qs);
+}
+
+void TstBinderReader::anElementInATextIsSkipped()
+{
+    TestBinderProject project;
+    QVERIFY(project.read(binderXml("<BinderItem ID=\"1\" UUID=\"" + sampleUuid().toByteArray()
+                                   + "\"><Title>One<Odd>no</Odd> morning</Title></BinderItem>")));
+    QCOMPARE(project.mRoot->mChildren.constFirst()->mTitle, u"One morning"_qs);
+}
+
+void TstBinderReader::entitiesOfAFileAreNotExpanded()
+{
+    TestBinderProject project;
+    const QByteArray binder = "<!DOCTYPE x [<!ENTITY a \"" + QByteArray(10'000, 'a')
+        + "\">]><TavelinorProject Version=\"1.5\"><Binder><BinderItem><Title>"
+        + QByteArray("&a;").repeated(100) + "</Title></BinderItem></Binder></TavelinorProject>";
+    QVERIFY(!project.read(binder));
+    QVERIFY(project.read(binderXml("<BinderItem><Title>&lt;&amp;&#13;</Title></BinderItem>")));
+    QCOMPARE(project.mRoot->mChildren.constLast()->mTitle, u"<&\r"_qs);
 }
 
 TVL_TEST_MAIN(TstBinderReader)

@@ -190,6 +190,8 @@ private Q_SLOTS:
     // User data
     void userDataIsWrittenByteForByte();
     void noUserDataIsWrittenAsNothing();
+    void rawTextThatCannotStandAloneIsLeftOut_data();
+    void rawTextThatCannotStandAloneIsLeftOut();
     void userDataIsSkippedOnReading();
 };
 
@@ -727,6 +729,27 @@ void TstBinderSections::userDataIsSkippedOnReading()
     QVERIFY(project.mLabelTitle.isEmpty());
     QVERIFY(project.mUserProjectData.isEmpty());
     QCOMPARE(log.lines(), QStringList());
+}
+
+void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nested tags, cut at the first end")
+        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_qs;
+    QTest::newRow("undeclared entity") << u"<UserProjectData>&who;</UserProjectData>"_qs;
+    QTest::newRow("undeclared prefix") << u"<UserProjectData><a:b/></UserProjectData>"_qs;
+    QTest::newRow("text behind it") << u"<UserProjectData/>more"_qs;
+}
+
+void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut()
+{
+    QFETCH(const QString, text);
+    TestBinderProject project;
+    project.mUserProjectData = text;
+    const QByteArray binder = project.write();
+    QVERIFY(!binder.contains("UserProjectData"));
+    TestBinderProject reread;
+    QVERIFY(reread.read(binder));
 }
 
 TVL_TEST_MAIN(TstBinderSections)

@@ -224,12 +224,15 @@ void TstBinderText::everyHourOfAYearSurvivesInEveryZone()
     QFETCH(QByteArray, zone);
     const LocalZone local(zone);
     QDateTime date = utc(2021, 1, 1, 0, 30);
+    TVLDateFormatter formatter;
     for (int hour = 0; hour < 365 * 24; ++hour, date = date.addSecs(3600)) {
         for (const bool isFileName : {false, true}) {
             const QString text = tvlDateTimeToString(date, isFileName);
             const QDateTime read = tvlStringToDateTime(text, isFileName);
             QCOMPARE(read.toUTC(), date);
             QCOMPARE(tvlDateTimeToString(read, isFileName), text);
+            if (!isFileName)
+                QCOMPARE(formatter.toString(read), text);
         }
     }
 }

@@ -391,7 +391,7 @@ void TstModelIndex::readingABinderResetsTheModel()
     QSignalSpy reset(model.get(), &TVLProjectModel::modelReset);
     TVLBinderProject *const binder = model.get();
     binder->beginBinderRead();
-    binder->enterNode(new TVLProjectNode({3, QUuid::createUuid()}, model->binderRoot()));
+    binder->enterNodes({new TVLProjectNode({3, QUuid::createUuid()}, model->binderRoot())});
     QCOMPARE(aboutToReset.count(), 1);
     QCOMPARE(reset.count(), 0);
     binder->endBinderRead();

@@ -25,11 +25,9 @@ void TestBinderProject::beginBinderRead()
     mUuidMap.clear();
 }
 
-void TestBinderProject::enterNode(TVLProjectNode *node)
+void TestBinderProject::enterNodes(const QList<TVLProjectNode *> &nodes)
 {
-    if (node->mId >= 0)
-        mIdMap.insert(node->mId, node->mUuid);
-    mUuidMap.insert(node->mUuid, node);
+    tvlEnterNodes(nodes, &mIdMap, &mUuidMap);
 }
 
 void TestBinderProject::adoptTemplateFolder(const QUuid &uuid)

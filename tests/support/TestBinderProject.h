@@ -33,7 +33,7 @@ public:
     void beginBinderRead() override;
     void endBinderRead() override { mIsReading = false; }
     void setInfo(const TVLProjectInfo &info) override { mInfo = info; }
-    void enterNode(TVLProjectNode *node) override;
+    void enterNodes(const QList<TVLProjectNode *> &nodes) override;
     void setLabels(const QList<TVLLabel> &labels) override { mLabels = labels; }
     void setDefaultLabelIdentity(int id) override { mDefaultLabelId = id; }
     void setLabelTitle(const QString &title) override { mLabelTitle = title; }

@@ -33,7 +33,7 @@ public:
 
     void beginBinderRead() override { }
     void endBinderRead() override { }
-    void enterNode(TVLProjectNode *node) override { Q_UNUSED(node) }
+    void enterNodes(const QList<TVLProjectNode *> &nodes) override { Q_UNUSED(nodes) }
     void setInfo(const TVLProjectInfo &info) override { mInfo = info; }
     void setLabels(const QList<TVLLabel> &labels) override { mLabels = labels; }
     void setDefaultLabelIdentity(int id) override { mDefaultLabelId = id; }
