@@ -184,7 +184,7 @@ int main(int argc, char **argv)
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     // Nobody watches this program: a box that says what went wrong must not wait for an answer.
     const TVLUnattendedMessageBoxes boxes;
     QObject::connect(&boxes, &TVLUnattendedMessageBoxes::answered,
@@ -198,7 +198,7 @@ int main(int argc, char **argv)
     parser.addOption(jsonOption);
     parser.addPositionalArgument(u"TARGET"_qs, u"The project to make, ending in .tavel."_qs);
     parser.addPositionalArgument(u"TITLES_FILE"_qs, u"A title a line."_qs, u"[TITLES_FILE]"_qs);
-    if (!parser.parse(application.arguments()))
+    if (!parser.parse(QCoreApplication::arguments()))
         return end(WrongUse, parser.errorText());
     if (parser.isSet(u"help"_qs))
         parser.showHelp();

@@ -33,16 +33,16 @@ int main(int argc, char **argv)
     // The environment variable QT_LOGGING_RULES brings them back.
     QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false"_qs);
     choosePlatform();
-    QApplication application(argc, argv);
-    application.setApplicationName(u"tavel"_qs);
-    application.setApplicationVersion(QStringLiteral(TAVEL_VERSION));
+    const QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(u"tavel"_qs);
+    QCoreApplication::setApplicationVersion(QStringLiteral(TAVEL_VERSION));
 
     Console console;
     const TVLUnattendedMessageBoxes boxes;
     QObject::connect(&boxes, &TVLUnattendedMessageBoxes::answered,
                      [&console](const auto &box) { console.complain(lineOf(box)); });
 
-    ExitStatus status = runCommandLine(application.arguments(), &console);
+    ExitStatus status = runCommandLine(QCoreApplication::arguments(), &console);
     if (!console.finish() && status == ExitStatus::Done)
         status = console.fail(u"standard output can't be written"_qs);
     return int(status);
