@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QStringConverter>
 
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 
@@ -116,17 +117,32 @@ std::optional<QByteArray> readFile(const QString &path, QString *error)
     return bytes;
 }
 
-/** Replaces a file's content. Unbuffered, so that a full disk shows in the write itself. */
-bool writeFile(const QString &path, const QByteArray &bytes, QString *error)
+/**
+ * Whether a disk has room for a file's new content. To open a file for writing empties it, so what
+ * is known to fail must not begin. A file system that can't tell how large it is has room.
+ */
+bool hasRoom(const QString &path, qint64 size)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return fail(error, file.errorString());
-    const bool isWritten = file.write(bytes) == bytes.size() && file.flush();
-    if (!isWritten)
-        return fail(error, file.errorString());
-    file.close();
-    return file.error() == QFileDevice::NoError || fail(error, file.errorString());
+    const QFileInfo info(path);
+    const qint64 oldSize = info.exists() ? info.size() : 0;
+    if (size <= oldSize || (info.exists() && !info.isFile()))
+        return true;
+    std::error_code failure;
+    const std::filesystem::space_info space = std::filesystem::space(
+        std::filesystem::path(info.absolutePath().toStdU16String()), failure);
+    return failure || space.capacity == 0 || std::uintmax_t(size - oldSize) <= space.available;
+}
+
+/** Writes all bytes. Whoever takes fewer has no error yet; the attempt to write the rest has. */
+bool writeAll(QFile *file, const QByteArray &bytes)
+{
+    for (qsizetype done = 0; done < bytes.size();) {
+        const qint64 written = file->write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return file->flush();
 }
 
 QString unknownEncodingText(const char *codecName)
@@ -269,6 +285,26 @@ QString TVLCoreUtil::ReadUnicodeTextFile(const QString &path, QString *error, co
     return decoder(*bytes);
 }
 
+bool TVLCoreUtil::WriteBinaryFile(const QByteArray &bytes, const QString &path, QString *error,
+                                  bool *couldOpen)
+{
+    if (couldOpen)
+        *couldOpen = true;
+    if (!hasRoom(path, bytes.size()))
+        return fail(error, qt_error_string(ENOSPC));
+    QFile file(path);
+    // Unbuffered, so that a full disk shows in the write itself.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        if (couldOpen)
+            *couldOpen = false;
+        return fail(error, file.errorString());
+    }
+    if (!writeAll(&file, bytes))
+        return fail(error, file.errorString());
+    file.close();
+    return file.error() == QFileDevice::NoError || fail(error, file.errorString());
+}
+
 bool TVLCoreUtil::WriteUnicodeTextFile(const QString &text, const QString &path, QString *error,
                                        const char *codecName)
 {
@@ -276,7 +312,7 @@ bool TVLCoreUtil::WriteUnicodeTextFile(const QString &text, const QString &path,
     if (!encoder.isValid())
         return fail(error, unknownEncodingText(codecName));
     const QByteArray bytes = encoder(text);
-    return writeFile(path, bytes, error);
+    return WriteBinaryFile(bytes, path, error);
 }
 
 QByteArray TVLCoreUtil::ReadBinaryFile(const QString &path, bool *ok)

@@ -109,6 +109,14 @@ public:
     [[nodiscard]] static bool WriteUnicodeTextFile(const QString &text, const QString &path,
                                                    QString *error, const char *codecName = "UTF-8");
 
+    /**
+     * Replaces a file's content, in place. When the disk is known to have no room for it, the file
+     * stays as it was; when a write fails on the way it may be cut off. @p error, if given, gets
+     * the reason; @p couldOpen, if given, whether something other than the opening failed.
+     */
+    [[nodiscard]] static bool WriteBinaryFile(const QByteArray &bytes, const QString &path,
+                                              QString *error, bool *couldOpen = nullptr);
+
     /** The bytes of a file; empty, with @p ok false, if it can't be read to its end. */
     [[nodiscard]] static QByteArray ReadBinaryFile(const QString &path, bool *ok = nullptr);
 

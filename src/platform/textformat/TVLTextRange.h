@@ -8,5 +8,7 @@ struct TVLTextRange
     int mLocation = 0;
     int mLength = 0;
 
+    // The linter takes the comparison with 0 behind this for one of a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     friend auto operator<=>(const TVLTextRange &, const TVLTextRange &) = default;
 };

@@ -1,0 +1,202 @@
+#include "TVLRtfParser_p.h"
+
+#include <QTextListFormat>
+
+namespace {
+
+constexpr int MaximumLevels = 9;
+
+struct NumberingRow
+{
+    int number;
+    int style;
+};
+
+constexpr NumberingRow NumberingRows[] = {
+    {0, QTextListFormat::ListDecimal},    {1, QTextListFormat::ListUpperRoman},
+    {2, QTextListFormat::ListLowerRoman}, {3, QTextListFormat::ListUpperAlpha},
+    {4, QTextListFormat::ListLowerAlpha}, {22, QTextListFormat::ListDecimal},
+    {23, QTextListFormat::ListDisc},      {255, QTextListFormat::ListStyleUndefined},
+};
+
+int styleOfNumbering(int number)
+{
+    for (const NumberingRow &row : NumberingRows) {
+        if (row.number == number)
+            return row.style;
+    }
+    return QTextListFormat::ListDecimal;
+}
+
+/** The style of a bullet by its character, which may come from a font of symbols. */
+int styleOfBullet(QStringView text)
+{
+    if (text.contains(u'o') || text.contains(QChar(0x25e6)) || text.contains(QChar(0x25cb)))
+        return QTextListFormat::ListCircle;
+    if (text.contains(QChar(0x25a0)) || text.contains(QChar(0x25aa)) || text.contains(QChar(0xa7))
+        || text.contains(QChar(0xf0a7)))
+        return QTextListFormat::ListSquare;
+    return QTextListFormat::ListDisc;
+}
+
+bool isBullet(int style)
+{
+    return style == QTextListFormat::ListDisc || style == QTextListFormat::ListCircle
+        || style == QTextListFormat::ListSquare;
+}
+
+/** What stands before and behind a level's number in its text: a length, then the text, in which
+ * a character below 9 is the number of the level with that place. */
+QPair<QString, QString> textAroundNumber(const QString &levelText)
+{
+    QString text = levelText.mid(1);
+    if (text.endsWith(u';'))
+        text.chop(1);
+    const auto isNumber = [](QChar c) { return c.unicode() < MaximumLevels; };
+    const auto first = std::find_if(text.cbegin(), text.cend(), isNumber);
+    if (first == text.cend())
+        return {};
+    const auto last = std::find_if(text.crbegin(), text.crend(), isNumber).base();
+    return {QString(text.cbegin(), first - text.cbegin()), QString(last, text.cend() - last)};
+}
+
+QTextListFormat listFormat(int style, int indent, const QString &before, const QString &after)
+{
+    QTextListFormat format;
+    format.setStyle(static_cast<QTextListFormat::Style>(style));
+    format.setIndent(indent);
+    if (isBullet(style))
+        return format;
+    if (!before.isEmpty())
+        format.setNumberPrefix(before);
+    if (after != u".")
+        format.setNumberSuffix(after);
+    return format;
+}
+
+} // namespace
+
+void TVLRtfParser::applyListWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+{
+    switch (keyword.action) {
+    case TVLRtfAction::ListId:
+        if (mGroup.mDestination == Destination::ListOverride)
+            mOverride.mId = token.mParameter;
+        else
+            mList.mId = token.mParameter;
+        break;
+    case TVLRtfAction::ListRestart:
+        mOverride.mRestarts = true;
+        break;
+    case TVLRtfAction::LevelNumbering:
+        mListLevel.mStyle = styleOfNumbering(token.mParameter);
+        break;
+    case TVLRtfAction::LevelIndent:
+        mListLevel.mIndent = qBound(0, token.mParameter, 1000);
+        mListLevel.mIsExact = true;
+        break;
+    case TVLRtfAction::OldListLevel:
+        mOldList.mLevel =
+            qBound(0, (keyword.argument < 0 ? token.mParameter : 1) - 1, MaximumLevels - 1);
+        break;
+    case TVLRtfAction::OldListStyle:
+        mOldList.mStyle = keyword.argument;
+        break;
+    default:
+        break;
+    }
+}
+
+void TVLRtfParser::finishListLevel()
+{
+    if (mListLevel.mStyle == QTextListFormat::ListDisc)
+        mListLevel.mStyle =
+            styleOfBullet(QStringView(mListLevel.mText).mid(mListLevel.mText.isEmpty() ? 0 : 1));
+    if (mList.mLevels.size() < MaximumLevels)
+        mList.mLevels.push_back(mListLevel);
+}
+
+void TVLRtfParser::finishOldList()
+{
+    if (mOldList.mStyle == 0)
+        return;
+    if (mOldList.mStyle == QTextListFormat::ListDisc)
+        mOldList.mStyle = styleOfBullet(mOldList.mBefore);
+    if (mOldLists.empty() || mOldLists.back() != mOldList)
+        mOldLists.push_back(mOldList);
+    mGroup.mParagraph.mOldList = int(mOldLists.size()) - 1;
+}
+
+const TVLRtfParser::ListLevel *TVLRtfParser::listLevel(int number, int level) const
+{
+    const auto list = mLists.constFind(mOverrides.value(number).mId);
+    if (list == mLists.cend() || list->mLevels.empty())
+        return nullptr;
+    return &list->mLevels[qMin(size_t(level), list->mLevels.size() - 1)];
+}
+
+int TVLRtfParser::paragraphList(int *left, int *first)
+{
+    const TVLRtfParagraphState &paragraph = mGroup.mParagraph;
+    if (paragraph.mList > 0)
+        return newStyleList(left, first);
+    if (paragraph.mOldList >= 0)
+        return oldStyleList(left, first);
+    mOpenOldLists.clear();
+    return -1;
+}
+
+/** What a paragraph's list counts with: others of the same list, unless it counts for itself. */
+qint64 TVLRtfParser::counterOfList(int number) const
+{
+    constexpr qint64 OfItself = qint64(1) << 32;
+    const auto known = mOverrides.constFind(number);
+    return known == mOverrides.cend() || known->mRestarts ? OfItself + number : known->mId;
+}
+
+int TVLRtfParser::newStyleList(int *left, int *first)
+{
+    const TVLRtfParagraphState &paragraph = mGroup.mParagraph;
+    const qint64 counter = counterOfList(paragraph.mList);
+    const int level = paragraph.mListLevel;
+    // A list inside an item ends with the item; the next one there counts from the start.
+    for (int deeper = level + 1; deeper < MaximumLevels; ++deeper)
+        mOpenLists.remove({counter, deeper});
+    const ListLevel *properties = listLevel(paragraph.mList, level);
+    if (properties && properties->mStyle == QTextListFormat::ListStyleUndefined)
+        return -1;
+    *left = properties ? properties->mLeft : paragraph.mLeftIndent.value_or(0);
+    *first = properties ? properties->mFirst : paragraph.mFirstIndent.value_or(0);
+    // What hangs over in front is the marker, wherever the program wants it; the text behind it
+    // starts where the other lines do.
+    if (properties && !properties->mIsExact)
+        *first = qMin(paragraph.mFirstIndent.value_or(*first), 0);
+    const auto open = mOpenLists.constFind({counter, level});
+    if (open != mOpenLists.cend())
+        return *open;
+    return *mOpenLists.insert({counter, level},
+                              mBuilder.addList(newStyleFormat(properties, level)));
+}
+
+QTextListFormat TVLRtfParser::newStyleFormat(const ListLevel *properties, int level) const
+{
+    if (!properties)
+        return listFormat(QTextListFormat::ListDisc, level + 1, {}, {});
+    const auto [before, after] = textAroundNumber(properties->mText);
+    return listFormat(properties->mStyle, properties->mIndent > 0 ? properties->mIndent : level + 1,
+                      before, after);
+}
+
+int TVLRtfParser::oldStyleList(int *left, int *first)
+{
+    const TVLRtfParagraphState &paragraph = mGroup.mParagraph;
+    *left = paragraph.mLeftIndent.value_or(0);
+    *first = paragraph.mFirstIndent.value_or(0);
+    const auto open = mOpenOldLists.constFind(paragraph.mOldList);
+    if (open != mOpenOldLists.cend())
+        return *open;
+    const OldList &list = mOldLists[size_t(paragraph.mOldList)];
+    const QTextListFormat format =
+        listFormat(list.mStyle, list.mLevel + 1, list.mBefore, list.mAfter);
+    return *mOpenOldLists.insert(paragraph.mOldList, mBuilder.addList(format));
+}

@@ -1,0 +1,44 @@
+#include "TVLTextRtfReader.h"
+
+#include "TVLRtfParser_p.h"
+
+#include <QIODevice>
+#include <QTextDocument>
+
+TVLTextRtfReader::TVLTextRtfReader(QTextDocument *document)
+    : mDocument(document)
+{
+}
+
+TVLTextRtfReader::~TVLTextRtfReader() = default;
+
+bool TVLTextRtfReader::read(QIODevice *device)
+{
+    const QByteArray rtf = device->readAll();
+    if (device->isSequential() || device->atEnd())
+        return read(rtf);
+    mErrorString = device->errorString();
+    return false;
+}
+
+bool TVLTextRtfReader::read(const QByteArray &rtf)
+{
+    const bool undoEnabled = mDocument->isUndoRedoEnabled();
+    mDocument->setUndoRedoEnabled(false);
+    constexpr QByteArrayView ByteOrderMark = "\xef\xbb\xbf";
+    QByteArrayView input = rtf;
+    if (input.startsWith(ByteOrderMark))
+        input = input.sliced(ByteOrderMark.size());
+    while (!input.isEmpty() && (input.front() == ' ' || input.front() == '\t'))
+        input = input.sliced(1);
+    QString title;
+    {
+        TVLRtfParser parser(input, mDocument);
+        mErrorString = parser.parse();
+        title = parser.title();
+    }
+    if (!title.isEmpty())
+        mDocument->setMetaInformation(QTextDocument::DocumentTitle, title);
+    mDocument->setUndoRedoEnabled(undoEnabled);
+    return mErrorString.isEmpty();
+}

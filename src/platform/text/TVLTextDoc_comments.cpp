@@ -1,0 +1,116 @@
+#include "TVLTextDoc.h"
+
+#include "TUuid.h"
+#include "TVLTextEdits_p.h"
+#include "TVLTextFormat.h"
+#include "TVLTextRtf.h"
+#include "TVLTextRuns_p.h"
+
+#include <QHash>
+#include <QSet>
+#include <QTextBlock>
+#include <QTextDocument>
+
+#include <algorithm>
+
+QList<TVLTextCommentLink> TVLTextDoc::comments(const QTextDocument *document, int from, int to)
+{
+    return commentsMap(document, from, to).values();
+}
+
+QMap<int, TVLTextCommentLink> TVLTextDoc::commentsMap(const QTextDocument *document, int from,
+                                                      int to)
+{
+    QMap<int, TVLTextCommentLink> comments;
+    if (!document)
+        return comments;
+    const int end = to < 0 ? document->characterCount() : to;
+    QSet<QString> known;
+    for (const TVLMarkedRun &run :
+         tvlMarkedRuns(document, tvlCommentMark, TVLRunEnd::AtOtherText)) {
+        if (std::max(run.mStart, from) >= std::min(run.mEnd, end) || known.contains(run.mMark))
+            continue;
+        known.insert(run.mMark);
+        comments.insert(run.mStart, TVLTextFormat::comment(run.mFirstFormat));
+    }
+    return comments;
+}
+
+void TVLTextDoc::setComments(QTextDocument *document, const QList<TVLTextCommentLink> &comments)
+{
+    if (!document || comments.isEmpty())
+        return;
+    QHash<QString, TVLTextCommentLink> byIdentity;
+    byIdentity.reserve(comments.size());
+    for (const TVLTextCommentLink &comment : comments)
+        byIdentity.insert(comment.mIdentity, comment);
+    tvlChangeFormats(document, [&byIdentity](QTextCharFormat *format) {
+        const QString identity = tvlCommentMark(*format);
+        const auto comment = byIdentity.constFind(identity);
+        if (identity.isEmpty() || comment == byIdentity.cend())
+            return false;
+        TVLTextFormat::setComment(format, *comment);
+        return true;
+    });
+}
+
+bool TVLTextDoc::hasCommentsWithUuids(const QTextDocument *document)
+{
+    return document && tvlHasFormat(document, [](const QTextFormat &format) {
+               const QString identity = tvlCommentMark(format);
+               return !identity.isEmpty() && !QUuid::fromString(identity).isNull();
+           });
+}
+
+void TVLTextDoc::setComment(QTextDocument *document, const TVLTextRange &range,
+                            const TVLTextCommentLink &comment)
+{
+    if (!document)
+        return;
+    TVLTextCommentLink named = comment;
+    if (named.mIdentity.isEmpty())
+        named.mIdentity = TUuid::toStringNoBraces(QUuid::createUuid(), true);
+    const qint64 end =
+        std::min(qint64(range.mLocation) + range.mLength, qint64(tvlEndOf(document)));
+    TVLTextEdits edits;
+    tvlVisitFragments(
+        document, std::max(range.mLocation, 0), int(end), [&](const QTextFragment &fragment) {
+            const int start = std::max(fragment.position(), range.mLocation);
+            const int stop = std::min(fragment.position() + fragment.length(), int(end));
+            QTextCharFormat format = fragment.charFormat();
+            TVLTextFormat::setComment(&format, named);
+            edits.setCharFormat(start, stop - start, format);
+            return true;
+        });
+    edits.apply(document);
+}
+
+void TVLTextDoc::removeComment(const QTextCursor &cursor)
+{
+    if (!cursor.hasSelection())
+        return;
+    TVLTextEdits edits;
+    tvlChangeFormats(
+        cursor.document(), cursor.selectionStart(), cursor.selectionEnd(),
+        [](QTextCharFormat *format) {
+            if (!TVLTextFormat::hasComment(*format))
+                return false;
+            TVLTextFormat::clearComment(format);
+            return true;
+        },
+        &edits);
+    edits.apply(cursor.document());
+}
+
+bool TVLTextDoc::hasInspectorCommentsOrFootnotes(const QTextDocument *document)
+{
+    return document && tvlHasFormat(document, &TVLTextFormat::hasComment);
+}
+
+QStringList TVLTextDoc::inspectorNotesToPlainText(const QTextDocument *document)
+{
+    QStringList texts;
+    for (const TVLTextCommentLink &comment : comments(document, -1, -1))
+        texts.append(TVLTextRtf::rtfToPlainText(comment.mRtf));
+    return texts;
+}

@@ -1,0 +1,87 @@
+#include "DocumentDescription.h"
+#include "TestMain.h"
+
+#include "TVLTextRtfReader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <QTextDocument>
+
+namespace {
+
+QDir casesDirectory()
+{
+    return QDir(QStringLiteral(TVL_RTF_CASES));
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+/** The first line that differs, with its number; empty when all are equal. */
+QString firstDifference(const QString &actual, const QString &expected)
+{
+    const QStringList actualLines = actual.split(u'\n');
+    const QStringList expectedLines = expected.split(u'\n');
+    for (qsizetype i = 0; i < qMax(actualLines.size(), expectedLines.size()); ++i) {
+        if (actualLines.value(i) != expectedLines.value(i))
+            return u"line %1\nexpected: %2\nactual:   %3"_qs.arg(i + 1).arg(expectedLines.value(i),
+                                                                            actualLines.value(i));
+    }
+    return {};
+}
+
+} // namespace
+
+/** Each file in the folder of cases is read and compared with the description beside it. */
+class tst_RtfCases : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFileHasADescription();
+    void aFileReadsAsItsDescriptionSays_data();
+    void aFileReadsAsItsDescriptionSays();
+};
+
+void tst_RtfCases::everyFileHasADescription()
+{
+    const auto baseNames = [](const QString &filter) {
+        QStringList names;
+        for (const QFileInfo &file : casesDirectory().entryInfoList({filter}, QDir::Files))
+            names.append(file.completeBaseName());
+        return names;
+    };
+    QCOMPARE(baseNames(u"*.rtf"_qs), baseNames(u"*.expected"_qs));
+    QVERIFY(!baseNames(u"*.rtf"_qs).isEmpty());
+}
+
+void tst_RtfCases::aFileReadsAsItsDescriptionSays_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QFileInfo &file : casesDirectory().entryInfoList({u"*.rtf"_qs}, QDir::Files))
+        QTest::newRow(qPrintable(file.completeBaseName())) << file.completeBaseName();
+}
+
+void tst_RtfCases::aFileReadsAsItsDescriptionSays()
+{
+    QFETCH(QString, name);
+    QFile file(casesDirectory().filePath(name + u".rtf"_qs));
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
+    QTextDocument document;
+    TVLTextRtfReader reader(&document);
+    QVERIFY2(reader.read(&file), qPrintable(reader.errorString()));
+    const QString actual = describeDocument(document);
+    const QString expected =
+        QString::fromUtf8(readFile(casesDirectory().filePath(name + u".expected"_qs)));
+    QVERIFY2(actual == expected,
+             qPrintable(firstDifference(actual, expected) + u"\n\n"_qs + actual));
+}
+
+TVL_TEST_MAIN(tst_RtfCases)
+#include "tst_rtfcases.moc"
