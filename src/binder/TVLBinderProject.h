@@ -47,6 +47,9 @@ public:
     /** The part of the binder that is kept as raw text, with its tags; empty for none. */
     [[nodiscard]] virtual QString userProjectData() const = 0;
 
+    /** Which item an id stands for; only items that have an id are in it. */
+    [[nodiscard]] virtual QMap<int, QUuid> idToUuid() const = 0;
+
     /** A read begins: changes don't count as the user's, and the node maps become empty. */
     virtual void beginBinderRead() = 0;
     /** The read is over, successful or not. */

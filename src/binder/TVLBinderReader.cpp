@@ -320,14 +320,18 @@ QMap<QString, QString> TVLBinderReader::readCustomMetaData()
 
 void TVLBinderReader::readSelection(QPair<int, int> *selection)
 {
-    const QString text = readText();
+    parseSelection(readText(), selection);
+}
+
+void TVLBinderReader::parseSelection(QStringView text, QPair<int, int> *selection)
+{
     const qsizetype comma = text.indexOf(u',');
     if (comma < 0)
         return;
     bool locationOk = false;
     bool lengthOk = false;
-    const int location = QStringView(text).first(comma).toInt(&locationOk);
-    const int length = QStringView(text).sliced(comma + 1).toInt(&lengthOk);
+    const int location = text.first(comma).toInt(&locationOk);
+    const int length = text.sliced(comma + 1).toInt(&lengthOk);
     if (locationOk && lengthOk)
         *selection = {location, length};
 }

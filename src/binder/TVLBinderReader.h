@@ -2,6 +2,7 @@
 
 #include "TVLBinderProject.h"
 #include "TVLReference.h"
+#include "TVLSnapshotInfo.h"
 
 #include <QMap>
 #include <QXmlStreamReader>
@@ -9,7 +10,8 @@
 class TVLProjectNodeProperties;
 
 /**
- * Reads a binder: the XML file that holds a project's tree and its project-level sections.
+ * Reads a binder: the XML file that holds a project's tree and its project-level sections. Reads
+ * the small XML files beside it as well.
  *
  * - The tree is read without recursion, so its depth is bounded by memory alone.
  * - Elements that aren't known are skipped at every level, except among items, where anything but
@@ -56,6 +58,30 @@ public:
     /** Reads `Collections`, appending to @p collections in file order. */
     [[nodiscard]] bool readCollections(QList<TVLCollectionMetaData> *collections);
 
+    /**
+     * @name Files beside the binder
+     * Each of these begins with the element at the current position, or with the file's first one
+     * if the reading hasn't begun. What is not known in them is skipped. After an error the results
+     * hold what came before it.
+     * @{
+     */
+    /** Reads `Comments`, appending to @p comments. */
+    [[nodiscard]] bool readComments(QList<TVLTextCommentLink> *comments);
+    /**
+     * Reads `Links`, in which older projects keep an item's links and comments. The links are added
+     * to the maps, the comments appended. A link without a target or without a range that makes
+     * sense is left out.
+     */
+    [[nodiscard]] bool readLinks(TVLTextInternalLinkMap *textLinks,
+                                 TVLTextInternalLinkMap *noteLinks,
+                                 QList<TVLTextCommentLink> *comments);
+    /** Reads the index of an item's snapshots, appending to @p snapshots. */
+    [[nodiscard]] bool readSnapshots(QList<TVLSnapshotInfo> *snapshots);
+    /** Reads the index of the project's notes, appending each note's id and its links of old. One
+     * without an id is left out. */
+    [[nodiscard]] bool readProjectNotes(QList<QPair<int, TVLTextInternalLinkMap>> *notes);
+    /** @} */
+
     /** The grammar's version: NoBinderVersion until the root element was read. */
     [[nodiscard]] TVL::BinderVersion binderVersion() const { return mBinderVersion; }
 
@@ -88,6 +114,8 @@ private:
     void readTextSettings(TVLProjectNode *node);
     void readMediaSettings(TVLProjectNode *node);
     void readTarget(TVLProjectNode *node);
+    /** Reads `location,length`; leaves @p selection alone for any other text. */
+    static void parseSelection(QStringView text, QPair<int, int> *selection);
     void readSelection(QPair<int, int> *selection);
     void readDefaultChildTemplateId(TVLProjectNode *node);
     void readFreeformPosition(TVLProjectNode *node);
@@ -105,6 +133,17 @@ private:
     [[nodiscard]] TVLCollectionMetaData readCollection();
     void readSearchSettings(TVLCollectionMetaData *collection);
     void readCollectionIds(QList<int> *ids);
+
+    // Files beside the binder
+    [[nodiscard]] bool expectFirstElement(const QString &tag, int sourceLine);
+    [[nodiscard]] QByteArray readRtf();
+    void readCommentList(TVLTextCommentLink (TVLBinderReader::*readOne)(),
+                         QList<TVLTextCommentLink> *comments);
+    [[nodiscard]] TVLTextCommentLink readComment();
+    void readLinksTextNote(TVLTextInternalLinkMap *links);
+    [[nodiscard]] TVLTextCommentLink readLinksComment();
+    [[nodiscard]] bool readSnapshot(TVLSnapshotInfo *snapshot);
+    [[nodiscard]] bool readProjectNote(QPair<int, TVLTextInternalLinkMap> *note);
 
     TVLBinderProject *mProject = nullptr;
     QList<TVLProjectNode *> mNewNodes; ///< Read but not yet entered in the project's maps.

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/** Names of the binder's elements. */
+/** Names of the elements of the binder and of the files beside it. */
 namespace TVLBinderTags {
 
 inline const QString TavelinorProject = u"TavelinorProject"_qs;
@@ -74,6 +74,22 @@ inline const QString SearchSettings = u"SearchSettings"_qs;
 inline const QString BinderIDs = u"BinderIDs"_qs;
 inline const QString BinderID = u"BinderID"_qs;
 inline const QString UserProjectData = u"UserProjectData"_qs;
+
+inline const QString Comments = u"Comments"_qs;
+inline const QString Comment = u"Comment"_qs;
+inline const QString Links = u"Links"_qs;
+inline const QString TavelinorLinks = u"TavelinorLinks"_qs;
+inline const QString TextLinks = u"TextLinks"_qs;
+inline const QString NotesLinks = u"NotesLinks"_qs;
+inline const QString LinkID = u"LinkID"_qs;
+inline const QString CommentsAndFootnotes = u"CommentsAndFootnotes"_qs;
+inline const QString Color = u"Color"_qs;
+inline const QString RTF = u"RTF"_qs;
+inline const QString Snapshots = u"Snapshots"_qs;
+inline const QString Snapshot = u"Snapshot"_qs;
+inline const QString Date = u"Date"_qs;
+inline const QString ProjectNotes = u"ProjectNotes"_qs;
+inline const QString Note = u"Note"_qs;
 } // namespace TVLBinderTags
 
 /** Names of their attributes. */
@@ -104,5 +120,11 @@ inline const QString Operator = u"Operator"_qs;
 inline const QString Scope = u"Scope"_qs;
 inline const QString CompileSetting = u"CompileSetting"_qs;
 inline const QString CaseSensitive = u"CaseSensitive"_qs;
+inline const QString Footnote = u"Footnote"_qs;
+inline const QString IsFootnote = u"IsFootnote"_qs;
+inline const QString FootnoteNumber = u"FootnoteNumber"_qs;
+inline const QString Number = u"Number"_qs;
+inline const QString Collapsed = u"Collapsed"_qs;
+inline const QString Range = u"Range"_qs;
 
 } // namespace TVLBinderAttributes

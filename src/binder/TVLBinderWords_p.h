@@ -9,6 +9,11 @@ namespace TVLBinderWords {
 inline constexpr QStringView Yes = u"Yes";
 inline constexpr QStringView No = u"No";
 
+inline QString yesOrNo(bool flag)
+{
+    return (flag ? Yes : No).toString();
+}
+
 /** Text mode that is the default and so is never kept. */
 inline constexpr QStringView GeneralTextMode = u"General";
 

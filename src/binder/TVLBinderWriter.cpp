@@ -21,11 +21,6 @@ namespace {
 // the time that it takes, grow with the square of its depth.
 constexpr int DeepestIndentedItem = 100;
 
-QString yesOrNo(bool flag)
-{
-    return (flag ? Words::Yes : Words::No).toString();
-}
-
 QString uuidText(const QUuid &uuid)
 {
     return TUuid::toStringNoBraces(uuid, true);
@@ -99,6 +94,11 @@ void TVLBinderWriter::writeAttribute(const QString &name, const QString &value)
     QXmlStreamWriter::writeAttribute(name, xmlText(value));
 }
 
+void TVLBinderWriter::writeCDATA(const QString &text)
+{
+    QXmlStreamWriter::writeCDATA(xmlText(text));
+}
+
 void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLProjectNode *root)
 {
     const TVL::BinderVersion version = project->info().mBinderVersion;
@@ -126,7 +126,7 @@ void TVLBinderWriter::writeStartTavelinorProjectTag(const TVLBinderProject *proj
     const TVLProjectInfo info = project->info();
     writeStartDocument();
     writeStartElement(TavelinorProject);
-    writeAttribute(Attribute::Template, yesOrNo(isTemplate));
+    writeAttribute(Attribute::Template, Words::yesOrNo(isTemplate));
     writeAttribute(Attribute::Version, TVL::toString(mBinderVersion));
     writeAttribute(Attribute::Creator, u"TVLLIN-%1"_qs.arg(QCoreApplication::applicationVersion()));
     writeAttribute(Attribute::Device, project->deviceName());
@@ -248,7 +248,7 @@ void TVLBinderWriter::writeMetaData(const TVLProjectNodeProperties &properties, 
 void TVLBinderWriter::writeYes(const QString &tag, bool flag)
 {
     if (flag)
-        writeTextElement(tag, yesOrNo(true));
+        writeTextElement(tag, Words::yesOrNo(true));
 }
 
 void TVLBinderWriter::writeTextUnlessEmpty(const QString &tag, const QString &text)
@@ -297,9 +297,9 @@ void TVLBinderWriter::writeTarget(const TVLProjectNodeProperties &properties)
     writeAttribute(Attribute::Type,
                    tvlWordOf(Words::TargetTypes, properties.mTargetType, u"Words").toString());
     if (properties.mTargetNotify)
-        writeAttribute(Attribute::Notify, yesOrNo(true));
+        writeAttribute(Attribute::Notify, Words::yesOrNo(true));
     if (properties.mTargetAllowOver)
-        writeAttribute(Attribute::AllowOver, yesOrNo(true));
+        writeAttribute(Attribute::AllowOver, Words::yesOrNo(true));
     if (properties.mTargetBuffer > 0)
         writeAttribute(Attribute::Buffer, QString::number(properties.mTargetBuffer));
     writeCharacters(QString::number(properties.mTarget));
@@ -317,7 +317,8 @@ void TVLBinderWriter::writeMediaSettings(const TVLProjectNodeProperties &propert
             tvlWordOf(Words::ImageRotations, properties.mImageRotation, {});
         if (!rotation.isEmpty())
             writeTextElement(ImageRotation, rotation.toString());
-        writeTextElement(ImageScalesProportionally, yesOrNo(properties.mImageScalesProportionally));
+        writeTextElement(ImageScalesProportionally,
+                         Words::yesOrNo(properties.mImageScalesProportionally));
     } else if (properties.mNodeType == TVL::PDF) {
         writeTextElement(CurrentPDFPage, QString::number(properties.mCurrentPdfPage));
     }

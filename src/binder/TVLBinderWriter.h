@@ -3,15 +3,18 @@
 #include "TVLBinderProject.h"
 #include "TVLBinderText.h"
 #include "TVLReference.h"
+#include "TVLSnapshotInfo.h"
 
 #include <QMap>
 #include <QXmlStreamWriter>
 
+class QTextDocument;
 class TVLProjectNodeProperties;
 
 /**
- * Writes a binder. The same project gives the same bytes, except for what has no lasting value of
- * its own: a node without a uuid gets a fresh one on the page at each write.
+ * Writes a binder, and the small XML files that lie beside it. The same project gives the same
+ * bytes, except for what has no lasting value of its own: a node without a uuid gets a fresh one on
+ * the page at each write.
  *
  * The writer has no error path of its own: give it a device whose failures you can see, such as a
  * buffer.
@@ -25,13 +28,14 @@ public:
     Q_DISABLE_COPY_MOVE(TVLBinderWriter)
 
     /**
-     * The three ways of writing text, hiding those of the base class: a character that XML can't
-     * hold would leave a file that nothing can read again. Control characters are dropped, half
+     * The ways of writing text, hiding those of the base class: a character that XML can't hold
+     * would leave a file that nothing can read again. Control characters are dropped, half
      * surrogate pairs and noncharacters become U+FFFD.
      */
     void writeCharacters(const QString &text);
     void writeTextElement(const QString &name, const QString &text);
     void writeAttribute(const QString &name, const QString &value);
+    void writeCDATA(const QString &text);
 
     /** Writes the whole document; @p root stands for the tree and has no element of its own. */
     void writeProject(const TVLBinderProject *project, const TVLProjectNode *root);
@@ -59,6 +63,18 @@ public:
      */
     void writeUserProjectData(const QString &text);
 
+    /** @name Files beside the binder @{ */
+    /**
+     * Writes `Comments`, or nothing for an empty list. The element alone: a @p standalone one,
+     * which has a version, needs the document's start and end around it.
+     */
+    void writeComments(const QList<TVLTextCommentLink> &comments, bool standalone);
+    /** Writes the index of an item's snapshots, a whole document. */
+    void writeSnapshots(const QList<TVLSnapshotInfo> &snapshots);
+    /** Writes the index of the project's notes, a whole document: each note's id and title. */
+    void writeProjectNotes(const QList<QPair<int, QTextDocument *>> &notes);
+    /** @} */
+
 private:
     void writeItemStart(const TVLProjectNode *node, bool mobile);
     void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
@@ -67,6 +83,9 @@ private:
     void writeMediaSettings(const TVLProjectNodeProperties &properties);
     void writeFreeformDocuments(const TVLProjectNode *node);
     void writeCollection(const TVLCollectionMetaData &collection);
+    void writeComment(const TVLTextCommentLink &comment);
+    void writeStartIndex(const QString &tag);
+    void writeEndIndex();
     void writeUuidAttribute(const QString &name, const QUuid &uuid);
     void writeYes(const QString &tag, bool flag);
     void writeTextUnlessEmpty(const QString &tag, const QString &text);

@@ -2,29 +2,15 @@
 
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
+#include "TVLWholeXml_p.h"
 
 #include "TUuid.h"
 
-#include <QIODevice>
-#include <QXmlStreamReader>
+#include <QBuffer>
 
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
-
-namespace {
-
-/** Whether raw text can stand in a binder: half an element would make all of it unreadable. */
-bool isWholeElement(const QByteArray &bytes)
-{
-    QXmlStreamReader reader(bytes);
-    reader.setEntityExpansionLimit(0);
-    while (!reader.atEnd())
-        reader.readNext();
-    return !reader.hasError();
-}
-
-} // namespace
 
 void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
                                   const QList<TVLLabel> &labels)
@@ -114,8 +100,13 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
 
 void TVLBinderWriter::writeUserProjectData(const QString &text)
 {
-    const QByteArray bytes = text.toUtf8();
-    if (bytes.isEmpty() || !isWholeElement(bytes))
+    QByteArray bytes = text.toUtf8();
+    if (bytes.isEmpty())
+        return;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    // Half an element would make all of the binder unreadable.
+    if (!tvlIsWholeXml(&buffer))
         return;
     device()->write("\n    ");
     device()->write(bytes);

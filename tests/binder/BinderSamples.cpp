@@ -210,14 +210,19 @@ QByteArray richBinder()
     return upToUserData + richUserProjectData().toUtf8() + "\n</TavelinorProject>\n";
 }
 
-QByteArray writtenItem(const TVLProjectNode *node, bool mobile)
+QByteArray written(const std::function<void(TVLBinderWriter *)> &write)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     TVLBinderWriter writer(&buffer);
     writer.setAutoFormatting(false);
-    writer.writeNode(node, mobile);
+    write(&writer);
     return buffer.data();
+}
+
+QByteArray writtenItem(const TVLProjectNode *node, bool mobile)
+{
+    return written([=](TVLBinderWriter *writer) { writer->writeNode(node, mobile); });
 }
 
 QByteArray writtenContent(const TVLProjectNode *node, bool mobile)

@@ -6,6 +6,9 @@
 #include <QStringList>
 #include <QUuid>
 
+#include <functional>
+
+class TVLBinderWriter;
 class TVLProjectNode;
 
 /** The uuid of sampleItem(). */
@@ -30,6 +33,9 @@ class TVLProjectNode;
 
 /** The user's data in richBinder(), which the reader leaves to others. */
 [[nodiscard]] QString richUserProjectData();
+
+/** What a function of the writer writes, without indentation. */
+[[nodiscard]] QByteArray written(const std::function<void(TVLBinderWriter *)> &write);
 
 /** An item as the writer writes it, without indentation. */
 [[nodiscard]] QByteArray writtenItem(const TVLProjectNode *node, bool mobile = false);

@@ -6,7 +6,6 @@
 
 #include "TestMain.h"
 
-#include <QBuffer>
 #include <QTest>
 
 #include <functional>
@@ -14,17 +13,6 @@
 namespace {
 
 using Collection = TVLCollectionMetaData;
-
-/** What a function of the writer writes, without indentation. */
-QByteArray written(const std::function<void(TVLBinderWriter *)> &write)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    TVLBinderWriter writer(&buffer);
-    writer.setAutoFormatting(false);
-    write(&writer);
-    return buffer.data();
-}
 
 QByteArray writtenCollection(const Collection &collection)
 {

@@ -29,6 +29,7 @@ public:
     [[nodiscard]] QUuid templateFolderUuid() const override { return mTemplateFolderUuid; }
     [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
     [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
+    [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
 
     void beginBinderRead() override;
     void endBinderRead() override { mIsReading = false; }

@@ -10,10 +10,6 @@
 class TVLProjectModelTestAccess
 {
 public:
-    static QList<TVLProjectNode *> &loadedNodes(TVLProjectModel *model)
-    {
-        return model->mLoadedNodes;
-    }
     static void markModified(TVLProjectModel *model, bool set = true)
     {
         model->markProjectAsModified(set);
