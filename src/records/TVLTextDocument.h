@@ -3,6 +3,7 @@
 #include "TVL.h"
 
 #include <QPersistentModelIndex>
+#include <QStringList>
 #include <QTextDocument>
 
 class TVLProjectModel;
@@ -13,6 +14,9 @@ class TVLProjectNode;
  *
  * Neither the model nor the node is owned; both become null when the document outlives its node,
  * which an editor that still shows it has to expect.
+ *
+ * The document has a layout from the start, so that it tells of each edit what was changed even if
+ * nobody looks. That layout shows nothing; an editor sets its own.
  */
 class TVL_EXPORT TVLTextDocument : public QTextDocument
 {
@@ -27,8 +31,9 @@ public:
     [[nodiscard]] TVLProjectNode *node() const { return mNode; }
     [[nodiscard]] TVL::DocumentType documentType() const { return mDocumentType; }
 
-    /** The item's index in the model; invalid for a document without one. */
-    [[nodiscard]] QModelIndex index() const { return mIndex; }
+    /** The item's index in the model; for a document that belongs to no item, the one it was given.
+     */
+    [[nodiscard]] QModelIndex index() const;
     void setIndex(const QModelIndex &index) { mIndex = index; }
 
     /** Cuts the document loose from model and node; it lives on as a plain text. */
@@ -46,7 +51,27 @@ public:
     [[nodiscard]] bool isReadOnly() const { return mReadOnly; }
     void setReadOnly(bool readOnly) { mReadOnly = readOnly; }
 
+    /** Set when the file of the text's comments could not be read; it is never written over. */
+    [[nodiscard]] bool areCommentsReadOnly() const { return mCommentsReadOnly; }
+    void setCommentsReadOnly(bool readOnly) { mCommentsReadOnly = readOnly; }
+
+    /**
+     * Whether a contentsChange() with these arguments only tells that the text has got another
+     * layout. To be asked once for each such signal.
+     */
+    [[nodiscard]] bool isChangeOfLayout(int position, int charsRemoved, int charsAdded);
+
+    /** Gives the whole text the formats that new text has. */
+    void convertTextToDefaultFormat();
+    /** Takes over the options that say how texts without formats of their own look. The text isn't
+     * changed by it. */
+    void updateEditorLayout();
+    /** updateEditorLayout() if options of the texts are among those that changed. */
+    void reflectSettings(const QStringList &groups);
+
 private:
+    void init();
+
     TVLProjectModel *mModel = nullptr;
     TVLProjectNode *mNode = nullptr;
     QPersistentModelIndex mIndex;
@@ -54,4 +79,6 @@ private:
     int mReferenceCount = 0;
     bool mIsSaved = true;
     bool mReadOnly = false;
+    bool mCommentsReadOnly = false;
+    int mNewLayouts = 0; ///< Those that a contentsChange() is still to come for.
 };

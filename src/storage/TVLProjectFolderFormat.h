@@ -2,20 +2,27 @@
 
 #include "TVL.h"
 #include "TVLProjectInfo.h"
+#include "TVLProjectLinksAndComments.h"
 
 #include <QDir>
 #include <QIODevice>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
 class QDateTime;
+class QFile;
 class QPointF;
 class QProgressDialog;
+class QTextDocument;
 class QUuid;
 class QWidget;
 class TVLBinderProject;
 class TVLProjectModel;
+class TVLProjectNode;
+class TVLProjectNodeProperties;
+class TVLTextDocument;
 
 /**
  * All that is known of a project's folder: what is called what, where it lies, which of several
@@ -205,6 +212,157 @@ public:
     static bool ensureMobileBinderSyncFileName(const QString &path);
     /** @} */
 
+    /**
+     * @name Names of an item's files
+     * Older projects number the files of all items in one folder; newer ones, and the mobile copy
+     * of any, give each item a folder. A type that has no name in a layout has an empty path there.
+     * @{
+     */
+    /** The name of a numbered file. */
+    [[nodiscard]] static QString documentFileNameId(int id, TVL::DocumentType type);
+    /** The name of a file in the item's own folder. */
+    [[nodiscard]] static QString docTypeToFileName(TVL::DocumentType type);
+    /** What the user calls a text: document, notes or synopsis; empty for other files. */
+    [[nodiscard]] static QString docTypeDescr(TVL::DocumentType type);
+    /** The type of a numbered file by its name; -1 for a file that is none of an item's. */
+    [[nodiscard]] static int findDocumentTypeId(const QString &fileName);
+    /** The same for a file in an item's own folder. */
+    [[nodiscard]] static int findDocumentTypeUuid(const QString &fileName);
+    /** Whether such a file is one of the item's texts, or a main file of another kind. */
+    [[nodiscard]] static bool isNodeDocumentUuid(const QString &fileName);
+
+    [[nodiscard]] static QString filesDocsNodeTypeFilePath(const QString &path, int id,
+                                                           TVL::DocumentType type);
+    [[nodiscard]] static QString docsNodeTypeFilePath(const QString &path, int id,
+                                                      TVL::DocumentType type);
+    [[nodiscard]] static bool docsDocumentExists(const QString &path, int id,
+                                                 TVL::DocumentType type);
+
+    /** The folder's name and the file's. */
+    [[nodiscard]] static QString nodeTypeFileName(const QUuid &uuid, TVL::DocumentType type,
+                                                  bool upperCase);
+    [[nodiscard]] static QString filesDataNodeTypeFilePath(const QString &path, const QUuid &uuid,
+                                                           TVL::DocumentType type);
+    [[nodiscard]] static QString dataNodeTypeFilePath(const QString &path, const QUuid &uuid,
+                                                      TVL::DocumentType type);
+    [[nodiscard]] static QString writeDataNodeTypeFilePath(const QString &path, const QUuid &uuid,
+                                                           TVL::DocumentType type);
+    /** Sets @p platform, if given, to the desktop: it is the one that is read from. */
+    [[nodiscard]] static QString readDataNodeTypeFilePath(const QString &path, const QUuid &uuid,
+                                                          TVL::DocumentType type,
+                                                          TVL::Platform *platform);
+    [[nodiscard]] static QString writeDataNodePath(const QString &path, const QUuid &uuid);
+    [[nodiscard]] static QString mobileDataNodeTypeFilePath(const QString &path, const QUuid &uuid,
+                                                            TVL::DocumentType type);
+    [[nodiscard]] static bool dataDocumentExists(const QString &path, const QUuid &uuid,
+                                                 TVL::DocumentType type);
+    [[nodiscard]] static bool mobileDocumentExists(const QString &path, const QUuid &uuid,
+                                                   TVL::DocumentType type);
+    [[nodiscard]] static bool dataDocumentFolderExists(const QString &path, const QUuid &uuid);
+    [[nodiscard]] static bool mobileDocumentFolderExists(const QString &path, const QUuid &uuid);
+    /** @} */
+
+    /** @name Hashes
+     * SHA-1 of a file's content, whatever the names say; empty for a file that can't be read.
+     * @{ */
+    [[nodiscard]] static QByteArray md5(const QString &path, int id, TVL::DocumentType type);
+    [[nodiscard]] static QByteArray md5Data(const QString &path, const QUuid &uuid,
+                                            TVL::DocumentType type);
+    [[nodiscard]] static QByteArray md5Mobile(const QString &path, const QUuid &uuid,
+                                              TVL::DocumentType type);
+    [[nodiscard]] static QByteArray calcChecksum(const QString &filePath);
+    /** @} */
+
+    /** @name Finding an item's files @{ */
+    /** Names of the files in the item's folder of the mobile copy, in no order. */
+    [[nodiscard]] static QStringList mobileDataNodePathFiles(const QString &path,
+                                                             const QUuid &uuid);
+    /** The main file in an item's own folder, whatever its extension; empty for none. */
+    [[nodiscard]] static QString findContentDocument(const QString &folderPath);
+    [[nodiscard]] static QString findDesktopContentDocument(const QString &path, const QUuid &uuid);
+    [[nodiscard]] static QString findMobileContentDocument(const QString &path, const QUuid &uuid);
+    /** The path of a numbered main file; the extension, `rtf` if empty, may have its dot. */
+    [[nodiscard]] static QString constructMainNodeFilePath(const QString &path, int id,
+                                                           const QString &extension);
+    /** The numbered main file: the RTF one, else the first with the item's number; empty for none.
+     */
+    [[nodiscard]] static QString findMainNodeFilePathHdd(const QString &path, int id);
+    /** The extension of the numbered main file; empty for none. */
+    [[nodiscard]] static QString findExtension(const QString &path, int id);
+
+    /** The numbered files that an item may have beside its main one. */
+    [[nodiscard]] static QStringList supportingNodeFilePaths(const QString &path, int id);
+    /** The main one and those. */
+    [[nodiscard]] static QStringList nodeFilePaths(const QString &path, int id,
+                                                   const QString &extension);
+    /** Those of them that exist. */
+    [[nodiscard]] static QStringList existingNodeFilePaths(const QString &path, int id,
+                                                           const QString &extension);
+    /** The files that exist in the item's own folder, of those that it may have. */
+    [[nodiscard]] static QStringList existingNodeFilePaths(const QString &path, const QUuid &uuid,
+                                                           const QString &extension);
+    /** Which of the two it is depends on the version; none for versions other than 18 and 23. */
+    [[nodiscard]] static QStringList
+    existingNodeFilePaths(const QString &path, const TVLProjectNodeProperties &properties,
+                          TVL::FormatVersion version);
+    [[nodiscard]] QStringList
+    existingNodeFilePaths(const TVLProjectNodeProperties &properties) const;
+    /** Whether an item with a text has numbered files. */
+    [[nodiscard]] static bool hasFiles(const QString &path, int id);
+    /** Whether an item has a folder of its own. */
+    [[nodiscard]] static bool hasFiles(const QString &path, const QUuid &uuid);
+    /** @} */
+
+    /**
+     * @name Reading and writing an item's texts
+     * These work on the numbered files. A text is written in place, after its whole content is in
+     * memory; an empty text has no file.
+     * @{
+     */
+    /**
+     * Reads a document's file, if there is one. On failure the document becomes read-only, so that
+     * nothing is ever written over what could not be read.
+     */
+    [[nodiscard]] static bool readDocument(const QString &path, const TVLProjectNode *node,
+                                           TVLTextDocument *document, QString *error);
+    /** Writes a document's file, or removes it for an empty document; false for null. */
+    [[nodiscard]] static bool writeDocument(const QString &path, const TVLProjectNode *node,
+                                            const TVLTextDocument *document, QString *error);
+    /** Writes the comments of a main text, or removes their file when there are none; false for
+     * null. */
+    [[nodiscard]] static bool writeComments(const QString &path, const TVLProjectNode *node,
+                                            const QTextDocument *document, QString *error);
+    [[nodiscard]] static bool writeCommentsFile(const QString &filePath,
+                                                const QList<TVLTextCommentLink> &comments,
+                                                QString *error);
+    /**
+     * Reads the comments file of an item or, only when there is none, the links file that older
+     * projects have. True when there is neither. After an error @p result holds what came before
+     * it.
+     */
+    [[nodiscard]] static bool parseLinksAndComments(const QString &path, const TVLProjectNode *node,
+                                                    TVLProjectLinksAndComments *result,
+                                                    QStringList *errors);
+    /** The addresses that links by id lead to; links to an id that isn't in the map are left out.
+     */
+    [[nodiscard]] static QMap<TVLTextRange, QString>
+    toTavelinorLinkMap(const TVLTextInternalLinkMap &links, const QMap<int, QUuid> &idToUuid);
+
+    /**
+     * Reads those of an item's documents that the node holds, with links and comments. Links of
+     * older projects need a @p model, which tells whom an id means. Goes on after a failure; each
+     * appends to @p errors, if given.
+     */
+    [[nodiscard]] bool readDocuments(TVLProjectNode *node, const TVLBinderProject *model,
+                                     QStringList *errors) const;
+    /**
+     * Writes those of an item's documents that are unsaved and not read-only. Goes on after a
+     * failure, which leaves the document unsaved; @p errors, if given and if there was anything to
+     * write, becomes the list of failures.
+     */
+    [[nodiscard]] bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
+    /** @} */
+
     /** Whether an item has snapshots by what lies in the folder `Snapshots`. */
     [[nodiscard]] static bool hasSnapshotsViaSnapshotsDir(const QDir &snapshotsDir, int id);
 
@@ -258,6 +416,19 @@ public:
     /** @} */
 
 private:
+    // Each of these returns what went wrong, as a text for the user; empty when nothing did.
+    [[nodiscard]] static QString openForReading(QFile *file, const TVLTextDocument *document);
+    [[nodiscard]] static QString openFailure(const QFile &file, const TVLTextDocument *document);
+    [[nodiscard]] static QString readSynopsisFile(QFile *file, TVLTextDocument *document);
+    [[nodiscard]] static QString readRtfFile(QFile *file, TVLTextDocument *document);
+
+    [[nodiscard]] static bool parseCommentsFile(const QString &filePath,
+                                                TVLProjectLinksAndComments *result,
+                                                QStringList *errors);
+    [[nodiscard]] static bool parseLinksFile(const QString &filePath,
+                                             TVLProjectLinksAndComments *result,
+                                             QStringList *errors);
+
     QString mProjectPath;
     TVL::FormatVersion mFormatVersion;
 };

@@ -2,13 +2,14 @@
 
 #include "TVLBinderReader.h"
 #include "TVLBinderWriter.h"
+#include "TVLCoreUtil.h"
+#include "TVLWholeXml_p.h"
 #include "TVLZipReader.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
-#include <QXmlStreamReader>
 
 #include <private/qzipwriter_p.h>
 
@@ -37,13 +38,7 @@ void setError(QString *error, const QString &text)
 bool isWholeXmlFile(const QString &filePath)
 {
     QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    QXmlStreamReader reader(&file);
-    reader.setEntityExpansionLimit(0);
-    while (!reader.atEnd())
-        reader.readNext();
-    return !reader.hasError();
+    return file.open(QIODevice::ReadOnly) && tvlIsWholeXml(&file);
 }
 
 /*
@@ -60,12 +55,6 @@ void refreshStaleAutosave(const QString &path, const QString &binderFile)
     if (binder.exists() && autosave.exists() && autosave.lastModified() < binder.lastModified()
         && isWholeXmlFile(binderFile))
         TVLProjectFolderFormat::compressBinder(path, autosave.fileName(), binderFile);
-}
-
-/** Writes a file at once; the file isn't opened before all of its content is there. */
-bool writeWholeFile(QFile *file, const QByteArray &content)
-{
-    return file->write(content) == content.size() && file->flush();
 }
 
 } // namespace
@@ -164,18 +153,12 @@ bool TVLProjectFolderFormat::writeBinderFile(const QString &filePath,
     buffer.open(QIODevice::WriteOnly);
     TVLBinderWriter(&buffer).writeProject(project, project->binderRoot());
 
-    QFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        setError(error, tr("Could not open binder file."));
-        return false;
-    }
     // A disk that is full cuts the file off; saying so keeps the zipped copy of the last good one.
-    if (!writeWholeFile(&file, buffer.data())) {
-        setError(error, file.errorString());
-        return false;
-    }
-    file.close();
-    return true;
+    bool couldOpen = false;
+    const bool isWritten = TVLCoreUtil::WriteBinaryFile(buffer.data(), filePath, error, &couldOpen);
+    if (!couldOpen)
+        setError(error, tr("Could not open binder file."));
+    return isWritten;
 }
 
 bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &zipName,
@@ -196,8 +179,7 @@ bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &
     zip.addFile(QFileInfo(binderFile).fileName(), binder.readAll());
     zip.close();
 
-    QFile file(directory.filePath(zipName));
-    return file.open(QIODevice::WriteOnly) && writeWholeFile(&file, buffer.data());
+    return TVLCoreUtil::WriteBinaryFile(buffer.data(), directory.filePath(zipName), nullptr);
 }
 
 bool TVLProjectFolderFormat::isNewMobileProjectTavelxContents(const QString &path)

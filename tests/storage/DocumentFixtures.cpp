@@ -1,0 +1,105 @@
+#include "DocumentFixtures.h"
+
+#include "StorageFixtures.h"
+#include "TVLProjectFolderFormat.h"
+#include "TestProject.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTextCursor>
+
+#include <cerrno>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+void linkInProject(const TestProject &project, const QString &relativePath, const QString &target)
+{
+    const QString path = project.path(relativePath);
+    QFile::remove(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !QFile::link(target, path))
+        qFatal("could not make the link %s", qPrintable(path));
+}
+
+} // namespace
+
+LoadedItem::LoadedItem(int id)
+    : mNode({id, uuidOf(id)}, nullptr)
+{
+    for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText})
+        mDocuments[type] = std::make_unique<TVLTextDocument>(nullptr, nullptr, &mNode, type);
+    mNode.mTextDocument = mDocuments[TVL::MainText].get();
+    mNode.mNotesDocument = mDocuments[TVL::NotesText].get();
+    mNode.mSynopsisDocument = mDocuments[TVL::SynopsisText].get();
+}
+
+TVLTextDocument *LoadedItem::document(TVL::DocumentType type)
+{
+    return mDocuments[type].get();
+}
+
+void LoadedItem::edit(TVL::DocumentType type, const QString &text)
+{
+    QTextCursor cursor(document(type));
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+    document(type)->setSaved(false);
+}
+
+UnopenableFile::UnopenableFile()
+    : mSocket(::socket(AF_UNIX, SOCK_STREAM, 0))
+{
+    if (mSocket < 0)
+        qFatal("could not make a socket");
+}
+
+UnopenableFile::~UnopenableFile()
+{
+    ::close(mSocket);
+}
+
+void UnopenableFile::linkTo(const TestProject &project, const QString &relativePath) const
+{
+    linkInProject(project, relativePath, u"/proc/self/fd/%1"_qs.arg(mSocket));
+}
+
+QString UnopenableFile::errorText()
+{
+    return qt_error_string(ENXIO);
+}
+
+void linkToUnreadableFile(const TestProject &project, const QString &relativePath)
+{
+    // The memory at its beginning belongs to no one.
+    linkInProject(project, relativePath, u"/proc/self/mem"_qs);
+}
+
+void linkToFullDisk(const TestProject &project, const QString &relativePath)
+{
+    linkInProject(project, relativePath, u"/dev/full"_qs);
+}
+
+QString fullDiskText()
+{
+    return qt_error_string(ENOSPC);
+}
+
+QByteArray rtfOf(const QByteArray &text)
+{
+    return "{\\rtf1\\ansi " + text + '}';
+}
+
+QString docsPath(TVL::DocumentType type, int id)
+{
+    return u"Files/Docs/"_qs + TVLProjectFolderFormat::documentFileNameId(id, type);
+}
+
+TVLTextCommentLink numberedComment(int number)
+{
+    const QByteArray text = QByteArray::number(number);
+    return TVLTextCommentLink(uuidOf(number).toString(QUuid::WithoutBraces).toUpper(),
+                              rtfOf("Comment " + text));
+}

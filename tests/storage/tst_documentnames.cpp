@@ -1,0 +1,269 @@
+#include "StorageFixtures.h"
+#include "TVLProjectFolderFormat.h"
+#include "TestMain.h"
+
+#include <QTest>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+const QString Path = u"/projects/Novel.tavel"_qs;
+
+/** Numbers that are no document type, beside the one whose file is found by its extension. */
+const QList<int> NamelessTypes = {-1, 5, 6, 9, 10, 1000};
+
+} // namespace
+
+class TstDocumentNames : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theNamesOfAType_data();
+    void theNamesOfAType();
+    void aTypeWithoutAFileHasNoNames();
+    void aNumberedNameHoldsAnyId();
+    void theTypeOfANumberedFile_data();
+    void theTypeOfANumberedFile();
+    void theTypeOfAFileInAnItemsFolder_data();
+    void theTypeOfAFileInAnItemsFolder();
+    void whatIsADocumentInAnItemsFolder_data();
+    void whatIsADocumentInAnItemsFolder();
+    void everyNumberedNameLeadsBackToItsType();
+    void everyNameInAnItemsFolderLeadsBackToItsType();
+
+    void thePathsOfAType_data();
+    void thePathsOfAType();
+    void aTypeWithoutAFileHasNoPath();
+    void theUuidOfAFileNameIsInEitherCase();
+    void filesAreReadFromTheDesktop();
+};
+
+void TstDocumentNames::theNamesOfAType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("docsName");
+    QTest::addColumn<QString>("dataName");
+    QTest::addColumn<QString>("description");
+
+    QTest::newRow("main text") << 0 << u"12.rtf"_qs << u"content.rtf"_qs << u"document"_qs;
+    QTest::newRow("notes") << 1 << u"12_notes.rtf"_qs << u"notes.rtf"_qs << u"notes"_qs;
+    QTest::newRow("synopsis") << 2 << u"12_synopsis.txt"_qs << u"synopsis.txt"_qs << u"synopsis"_qs;
+    QTest::newRow("links") << 3 << u"12.links"_qs << u"content.links"_qs << QString();
+    QTest::newRow("comments") << 4 << u"12.comments"_qs << u"content.comments"_qs << QString();
+    QTest::newRow("styles of the text")
+        << 7 << u"12.styles"_qs << u"content.styles"_qs << QString();
+    QTest::newRow("styles of the notes")
+        << 8 << u"12_notes.styles"_qs << u"note.styles"_qs << QString();
+}
+
+void TstDocumentNames::theNamesOfAType()
+{
+    QFETCH(int, type);
+    QFETCH(QString, docsName);
+    QFETCH(QString, dataName);
+    QFETCH(QString, description);
+
+    const auto documentType = TVL::DocumentType(type);
+    QCOMPARE(Format::documentFileNameId(12, documentType), docsName);
+    QCOMPARE(Format::docTypeToFileName(documentType), dataName);
+    QCOMPARE(Format::docTypeDescr(documentType), description);
+}
+
+void TstDocumentNames::aTypeWithoutAFileHasNoNames()
+{
+    for (const int type : NamelessTypes) {
+        const auto documentType = TVL::DocumentType(type);
+        QCOMPARE(Format::documentFileNameId(12, documentType), QString());
+        QCOMPARE(Format::docTypeToFileName(documentType), QString());
+        QCOMPARE(Format::docTypeDescr(documentType), QString());
+    }
+}
+
+void TstDocumentNames::aNumberedNameHoldsAnyId()
+{
+    QCOMPARE(Format::documentFileNameId(0, TVL::MainText), u"0.rtf"_qs);
+    QCOMPARE(Format::documentFileNameId(2147483647, TVL::NotesText), u"2147483647_notes.rtf"_qs);
+}
+
+void TstDocumentNames::theTypeOfANumberedFile_data()
+{
+    QTest::addColumn<int>("type");
+
+    const auto add = [](const char *fileName, int type) { QTest::newRow(fileName) << type; };
+    add("12.rtf", 0);
+    add("12.RTF", 0);
+    add("0.rtf", 0);
+    add("12.draft.rtf", 0);
+    add("12_notes.rtf", 1);
+    add("_notes.rtf", 1);
+    add("abc_notes.rtf", 1);
+    add("12_synopsis.txt", 2);
+    add("12.links", 3);
+    add("abc.links", 3);
+    add("12.comments", 4);
+    add("12.styles", 9);
+    add("12.pdf", 9);
+    add("12.png", 9);
+    add("12", 9);
+    add("12.rtf.pdf", 9);
+    add("12.LINKS", 9);
+    add("12_notes.styles", -1);
+    add("12_notes.RTF", -1);
+    add("12_Synopsis.txt", -1);
+    add("abc.rtf", -1);
+    add("-12.rtf", -1);
+    add("12x.rtf", -1);
+    add("99999999999.rtf", -1);
+    add(".rtf", -1);
+    add("docs.checksum", -1);
+}
+
+void TstDocumentNames::theTypeOfANumberedFile()
+{
+    QFETCH(int, type);
+
+    QCOMPARE(Format::findDocumentTypeId(QString::fromLatin1(QTest::currentDataTag())), type);
+    QCOMPARE(Format::findDocumentTypeId(QString()), -1);
+}
+
+void TstDocumentNames::theTypeOfAFileInAnItemsFolder_data()
+{
+    QTest::addColumn<int>("type");
+
+    const auto add = [](const char *fileName, int type) { QTest::newRow(fileName) << type; };
+    add("content.rtf", 0);
+    add("notes.rtf", 1);
+    add("synopsis.txt", 2);
+    add("content.links", 3);
+    add("content.comments", 4);
+    add("content.styles", 7);
+    add("note.styles", 8);
+    add("content.pdf", 9);
+    add("content.RTF", 9);
+    add("content.tar.gz", 9);
+    add("content", 9);
+    add("notes.styles", -1);
+    add("Content.rtf", -1);
+    add("NOTES.rtf", -1);
+    add("contents.rtf", -1);
+    add("12.rtf", -1);
+    add("docs.checksum", -1);
+}
+
+void TstDocumentNames::theTypeOfAFileInAnItemsFolder()
+{
+    QFETCH(int, type);
+
+    QCOMPARE(Format::findDocumentTypeUuid(QString::fromLatin1(QTest::currentDataTag())), type);
+    QCOMPARE(Format::findDocumentTypeUuid(QString()), -1);
+}
+
+void TstDocumentNames::whatIsADocumentInAnItemsFolder_data()
+{
+    QTest::addColumn<bool>("isDocument");
+
+    const auto add = [](const char *fileName, bool is) { QTest::newRow(fileName) << is; };
+    add("content.rtf", true);
+    add("notes.rtf", true);
+    add("synopsis.txt", true);
+    add("content.pdf", true);
+    add("content.tar.gz", true);
+    add("content.Styles", true);
+    add("content.comments", false);
+    add("content.styles", false);
+    add("content.links", false);
+    add("note.styles", false);
+    add("notes.styles", false);
+    add("content", false);
+    add("Content.rtf", false);
+    add("Notes.rtf", false);
+    add("synopsis.rtf", false);
+    add("my content.rtf", false);
+}
+
+void TstDocumentNames::whatIsADocumentInAnItemsFolder()
+{
+    QFETCH(bool, isDocument);
+
+    QCOMPARE(Format::isNodeDocumentUuid(QString::fromLatin1(QTest::currentDataTag())), isDocument);
+    QVERIFY(!Format::isNodeDocumentUuid(QString()));
+}
+
+void TstDocumentNames::everyNumberedNameLeadsBackToItsType()
+{
+    for (const TVL::DocumentType type :
+         {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::LinksFile, TVL::CommentsFile}) {
+        QCOMPARE(Format::findDocumentTypeId(Format::documentFileNameId(12, type)), int(type));
+    }
+}
+
+void TstDocumentNames::everyNameInAnItemsFolderLeadsBackToItsType()
+{
+    for (const TVL::DocumentType type :
+         {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::LinksFile, TVL::CommentsFile,
+          TVL::TextStyles, TVL::NotesStyles}) {
+        QCOMPARE(Format::findDocumentTypeUuid(Format::docTypeToFileName(type)), int(type));
+    }
+}
+
+void TstDocumentNames::thePathsOfAType_data()
+{
+    theNamesOfAType_data();
+}
+
+void TstDocumentNames::thePathsOfAType()
+{
+    QFETCH(int, type);
+    QFETCH(QString, docsName);
+    QFETCH(QString, dataName);
+
+    const auto documentType = TVL::DocumentType(type);
+    const QUuid uuid = uuidOf(12);
+    const QString folder = u'/' + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
+    QCOMPARE(Format::filesDocsNodeTypeFilePath(Path, 12, documentType),
+             Path + u"/Files/Docs/"_qs + docsName);
+    QCOMPARE(Format::docsNodeTypeFilePath(Path, 12, documentType),
+             Path + u"/Files/Docs/"_qs + docsName);
+    const QString dataPath = Path + u"/Files/Data"_qs + folder + dataName;
+    QCOMPARE(Format::filesDataNodeTypeFilePath(Path, uuid, documentType), dataPath);
+    QCOMPARE(Format::dataNodeTypeFilePath(Path, uuid, documentType), dataPath);
+    QCOMPARE(Format::writeDataNodeTypeFilePath(Path, uuid, documentType), dataPath);
+    QCOMPARE(Format::readDataNodeTypeFilePath(Path, uuid, documentType, nullptr), dataPath);
+    QCOMPARE(Format::mobileDataNodeTypeFilePath(Path, uuid, documentType),
+             Path + u"/Mobile/Data"_qs + folder + dataName);
+    QCOMPARE(Format::nodeTypeFileName(uuid, documentType, true), folder.mid(1) + dataName);
+}
+
+void TstDocumentNames::aTypeWithoutAFileHasNoPath()
+{
+    // Else the folder would pass for the file.
+    for (const int type : NamelessTypes) {
+        const auto documentType = TVL::DocumentType(type);
+        QCOMPARE(Format::filesDocsNodeTypeFilePath(Path, 12, documentType), QString());
+        QCOMPARE(Format::filesDataNodeTypeFilePath(Path, uuidOf(12), documentType), QString());
+        QCOMPARE(Format::mobileDataNodeTypeFilePath(Path, uuidOf(12), documentType), QString());
+    }
+}
+
+void TstDocumentNames::theUuidOfAFileNameIsInEitherCase()
+{
+    const QUuid uuid(u"abcdefab-cdef-4abc-8def-abcdefabcdef"_qs);
+    QCOMPARE(Format::nodeTypeFileName(uuid, TVL::NotesText, true),
+             u"ABCDEFAB-CDEF-4ABC-8DEF-ABCDEFABCDEF/notes.rtf"_qs);
+    QCOMPARE(Format::nodeTypeFileName(uuid, TVL::NotesText, false),
+             u"abcdefab-cdef-4abc-8def-abcdefabcdef/notes.rtf"_qs);
+}
+
+void TstDocumentNames::filesAreReadFromTheDesktop()
+{
+    TVL::Platform platform = TVL::MobilePlatform;
+    (void)Format::readDataNodeTypeFilePath(Path, uuidOf(12), TVL::MainText, &platform);
+    QCOMPARE(int(platform), 1);
+    QCOMPARE(Format::writeDataNodePath(Path, uuidOf(12)),
+             Format::filesDataNodePath(Path, uuidOf(12)));
+}
+
+TVL_TEST_MAIN(TstDocumentNames)
+#include "tst_documentnames.moc"

@@ -1,0 +1,444 @@
+#include "StorageFixtures.h"
+#include "TVLFileUtil.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNodeProperties.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+const QString Docs = u"Files/Docs/"_qs;
+
+QString dataFolder(const QUuid &uuid)
+{
+    return u"Files/Data/"_qs + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
+}
+
+QString mobileFolder(const QUuid &uuid)
+{
+    return u"Mobile/Data/"_qs + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
+}
+
+/** Makes files in a folder of a project and returns their paths. */
+QStringList writeFiles(const TestProject &project, const QString &folder, const QStringList &names)
+{
+    QStringList paths;
+    for (const QString &name : names) {
+        project.writeFile(folder + name, "content");
+        paths.append(project.path(folder + name));
+    }
+    return paths;
+}
+
+/** The forms in which operations without `Path` in their name take a project. */
+QStringList namesOf(const TestProject &project)
+{
+    return {project.path(), project.path() + u'/', project.binderPath()};
+}
+
+TVLProjectNodeProperties propertiesOf(int id, const QString &extension)
+{
+    TVLProjectNodeProperties properties;
+    properties.mId = id;
+    properties.mUuid = uuidOf(id);
+    properties.mFileExtension = extension;
+    return properties;
+}
+
+const QByteArray Sha1OfNothing = QByteArray::fromHex("da39a3ee5e6b4b0d3255bfef95601890afd80709");
+const QByteArray Sha1OfAbc = QByteArray::fromHex("a9993e364706816aba3e25717850c26c9cd0d89d");
+
+} // namespace
+
+class TstDocumentPaths : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Existence
+    void numberedDocumentsAreFound();
+    void documentsInAnItemsFolderAreFound();
+    void aTypeWithoutAFileDoesNotExist();
+    void foldersOfItemsAreFound();
+    void anItemHasFiles_data();
+    void anItemHasFiles();
+    void anItemWithAFolderHasFiles();
+
+    // Main files
+    void theMainFileOfAnItemsFolder_data();
+    void theMainFileOfAnItemsFolder();
+    void theMainFileIsSearchedOnBothSides();
+    void theFilesOfAMobileItem();
+    void theNumberedMainFileHasTheExtension_data();
+    void theNumberedMainFileHasTheExtension();
+    void theRtfIsTheMainFileWhenItIsThere();
+    void theExtensionOfANumberedItem_data();
+    void theExtensionOfANumberedItem();
+
+    // Enumerations
+    void theNumberedFilesBesideTheMainOne();
+    void allNumberedFiles();
+    void theNumberedFilesThatExist();
+    void theFilesThatExistInAnItemsFolder();
+    void theVersionDecidesWhichFilesAreMeant_data();
+    void theVersionDecidesWhichFilesAreMeant();
+
+    // Hashes
+    void aHashIsTheRawSha1OfTheContent_data();
+    void aHashIsTheRawSha1OfTheContent();
+    void theHashesOfAnItemsFiles();
+    void whatCannotBeReadHasNoHash();
+    void otherAlgorithmsCanBeAskedFor();
+};
+
+void TstDocumentPaths::numberedDocumentsAreFound()
+{
+    const TestProject project;
+    writeFiles(project, Docs, {u"12.rtf"_qs, u"13_notes.rtf"_qs});
+    for (const QString &path : namesOf(project)) {
+        QVERIFY(Format::docsDocumentExists(path, 12, TVL::MainText));
+        QVERIFY(!Format::docsDocumentExists(path, 12, TVL::NotesText));
+        QVERIFY(Format::docsDocumentExists(path, 13, TVL::NotesText));
+        QVERIFY(!Format::docsDocumentExists(path, 13, TVL::MainText));
+        QVERIFY(!Format::docsDocumentExists(path, 14, TVL::MainText));
+    }
+}
+
+void TstDocumentPaths::documentsInAnItemsFolderAreFound()
+{
+    const TestProject project;
+    writeFiles(project, dataFolder(uuidOf(1)), {u"content.rtf"_qs});
+    writeFiles(project, mobileFolder(uuidOf(1)), {u"notes.rtf"_qs});
+    for (const QString &path : namesOf(project)) {
+        QVERIFY(Format::dataDocumentExists(path, uuidOf(1), TVL::MainText));
+        QVERIFY(!Format::dataDocumentExists(path, uuidOf(1), TVL::NotesText));
+        QVERIFY(!Format::dataDocumentExists(path, uuidOf(2), TVL::MainText));
+        QVERIFY(Format::mobileDocumentExists(path, uuidOf(1), TVL::NotesText));
+        QVERIFY(!Format::mobileDocumentExists(path, uuidOf(1), TVL::MainText));
+    }
+}
+
+void TstDocumentPaths::aTypeWithoutAFileDoesNotExist()
+{
+    const TestProject project;
+    writeFiles(project, Docs, {u"12.pdf"_qs});
+    writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_qs});
+    QVERIFY(!Format::docsDocumentExists(project.path(), 12, TVL::ForeignFile));
+    QVERIFY(!Format::dataDocumentExists(project.path(), uuidOf(1), TVL::ForeignFile));
+    QVERIFY(!Format::mobileDocumentExists(project.path(), uuidOf(1), TVL::ForeignFile));
+    QVERIFY(Format::md5(project.path(), 12, TVL::ForeignFile).isEmpty());
+}
+
+void TstDocumentPaths::foldersOfItemsAreFound()
+{
+    const TestProject project;
+    writeFiles(project, dataFolder(uuidOf(1)), {u"x"_qs});
+    writeFiles(project, mobileFolder(uuidOf(2)), {u"x"_qs});
+    for (const QString &path : namesOf(project)) {
+        QVERIFY(Format::dataDocumentFolderExists(path, uuidOf(1)));
+        QVERIFY(!Format::dataDocumentFolderExists(path, uuidOf(2)));
+        QVERIFY(!Format::mobileDocumentFolderExists(path, uuidOf(1)));
+        QVERIFY(Format::mobileDocumentFolderExists(path, uuidOf(2)));
+    }
+}
+
+void TstDocumentPaths::anItemHasFiles_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<bool>("expected");
+
+    for (const char *name : {"12.rtf", "12.styles", "12.comments", "12_notes.rtf",
+                             "12_notes.styles", "12_synopsis.txt"})
+        QTest::newRow(name) << QString::fromLatin1(name) << true;
+    for (const char *name : {"12.pdf", "12.links", "13.rtf", "112.rtf", "-1.rtf"})
+        QTest::newRow(name) << QString::fromLatin1(name) << false;
+}
+
+void TstDocumentPaths::anItemHasFiles()
+{
+    QFETCH(QString, fileName);
+    QFETCH(bool, expected);
+
+    const TestProject project;
+    writeFiles(project, Docs, {fileName});
+    for (const QString &path : namesOf(project)) {
+        QCOMPARE(Format::hasFiles(path, 12), expected);
+        QVERIFY(!Format::hasFiles(path, -1));
+    }
+}
+
+void TstDocumentPaths::anItemWithAFolderHasFiles()
+{
+    const TestProject project;
+    QVERIFY(!Format::hasFiles(project.path(), uuidOf(1)));
+    QVERIFY(QDir().mkpath(project.path(dataFolder(uuidOf(1)))));
+    for (const QString &path : namesOf(project))
+        QVERIFY(Format::hasFiles(path, uuidOf(1)));
+}
+
+void TstDocumentPaths::theMainFileOfAnItemsFolder_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("none") << QStringList{u"x"_qs} << QString();
+    QTest::newRow("text") << QStringList{u"content.rtf"_qs} << u"content.rtf"_qs;
+    QTest::newRow("PDF beside all others")
+        << QStringList{u"content.comments"_qs, u"content.pdf"_qs,  u"content.styles"_qs,
+                       u"content.links"_qs,    u"notes.rtf"_qs,    u"synopsis.txt"_qs,
+                       u"notes.styles"_qs,     u"content2.jpg"_qs, u"Content.jpg"_qs}
+        << u"content.pdf"_qs;
+    QTest::newRow("only others") << QStringList{u"content.comments"_qs, u"content.styles"_qs,
+                                                u"content.links"_qs}
+                                 << QString();
+    QTest::newRow("no extension") << QStringList{u"content"_qs} << u"content"_qs;
+    QTest::newRow("two extensions") << QStringList{u"content.tar.gz"_qs} << u"content.tar.gz"_qs;
+    QTest::newRow("folder") << QStringList{u"content.rtf/file"_qs} << QString();
+}
+
+void TstDocumentPaths::theMainFileOfAnItemsFolder()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, expected);
+
+    const TestProject project;
+    writeFiles(project, u"folder/"_qs, names);
+    QCOMPARE(Format::findContentDocument(project.path(u"folder"_qs)),
+             expected.isEmpty() ? QString() : project.path(u"folder/"_qs + expected));
+    QCOMPARE(Format::findContentDocument(project.path(u"nowhere"_qs)), QString());
+}
+
+void TstDocumentPaths::theMainFileIsSearchedOnBothSides()
+{
+    const TestProject project;
+    const QStringList desktop = writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_qs});
+    const QStringList mobile = writeFiles(project, mobileFolder(uuidOf(1)), {u"content.rtf"_qs});
+    for (const QString &path : namesOf(project)) {
+        QCOMPARE(Format::findDesktopContentDocument(path, uuidOf(1)), desktop.constFirst());
+        QCOMPARE(Format::findMobileContentDocument(path, uuidOf(1)), mobile.constFirst());
+        QCOMPARE(Format::findDesktopContentDocument(path, uuidOf(2)), QString());
+        QCOMPARE(Format::findMobileContentDocument(path, uuidOf(2)), QString());
+    }
+}
+
+void TstDocumentPaths::theFilesOfAMobileItem()
+{
+    const TestProject project;
+    writeFiles(project, mobileFolder(uuidOf(1)),
+               {u"content.rtf"_qs, u"notes.rtf"_qs, u"folder/file"_qs});
+    QStringList names = Format::mobileDataNodePathFiles(project.path(), uuidOf(1));
+    names.sort();
+    QCOMPARE(names, (QStringList{u"content.rtf"_qs, u"notes.rtf"_qs}));
+    QVERIFY(Format::mobileDataNodePathFiles(project.path(), uuidOf(2)).isEmpty());
+}
+
+void TstDocumentPaths::theNumberedMainFileHasTheExtension_data()
+{
+    QTest::addColumn<QString>("extension");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("none") << QString() << u"12.rtf"_qs;
+    QTest::newRow("without a dot") << u"pdf"_qs << u"12.pdf"_qs;
+    QTest::newRow("with a dot") << u".pdf"_qs << u"12.pdf"_qs;
+    QTest::newRow("two") << u"tar.gz"_qs << u"12.tar.gz"_qs;
+}
+
+void TstDocumentPaths::theNumberedMainFileHasTheExtension()
+{
+    QFETCH(QString, extension);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Format::constructMainNodeFilePath(u"/P.tavel"_qs, 12, extension),
+             u"/P.tavel/Files/Docs/"_qs + expected);
+}
+
+void TstDocumentPaths::theRtfIsTheMainFileWhenItIsThere()
+{
+    const TestProject project;
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), QString());
+    writeFiles(project, Docs, {u"112.pdf"_qs, u"12_notes.rtf"_qs, u"2.pdf"_qs});
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), QString());
+    writeFiles(project, Docs, {u"12.pdf"_qs});
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12),
+             project.path(Docs + u"12.pdf"_qs));
+    writeFiles(project, Docs, {u"12.rtf"_qs, u"12.avi"_qs});
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12),
+             project.path(Docs + u"12.rtf"_qs));
+}
+
+void TstDocumentPaths::theExtensionOfANumberedItem_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("none") << QStringList{u"13.rtf"_qs, u"12_notes.rtf"_qs} << QString();
+    QTest::newRow("text") << QStringList{u"12.rtf"_qs} << u"rtf"_qs;
+    QTest::newRow("PDF beside others")
+        << QStringList{u"12.comments"_qs, u"12.links"_qs, u"12.pdf"_qs, u"12.styles"_qs}
+        << u"pdf"_qs;
+    QTest::newRow("only others") << QStringList{u"12.comments"_qs, u"12.links"_qs, u"12.styles"_qs}
+                                 << QString();
+    QTest::newRow("two extensions") << QStringList{u"12.tar.gz"_qs} << u"gz"_qs;
+    QTest::newRow("folder") << QStringList{u"12.rtfd/file"_qs} << QString();
+    QTest::newRow("case") << QStringList{u"12.PDF"_qs} << u"PDF"_qs;
+}
+
+void TstDocumentPaths::theExtensionOfANumberedItem()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, expected);
+
+    const TestProject project;
+    writeFiles(project, Docs, names);
+    for (const QString &path : namesOf(project))
+        QCOMPARE(Format::findExtension(path, 12), expected);
+}
+
+void TstDocumentPaths::theNumberedFilesBesideTheMainOne()
+{
+    QCOMPARE(Format::supportingNodeFilePaths(u"/P"_qs, 12),
+             (QStringList{u"/P/Files/Docs/12.styles"_qs, u"/P/Files/Docs/12.comments"_qs,
+                          u"/P/Files/Docs/12_notes.rtf"_qs, u"/P/Files/Docs/12_notes.styles"_qs,
+                          u"/P/Files/Docs/12_synopsis.txt"_qs}));
+}
+
+void TstDocumentPaths::allNumberedFiles()
+{
+    for (const QString &extension : {u"pdf"_qs, u".pdf"_qs}) {
+        QCOMPARE(Format::nodeFilePaths(u"/P"_qs, 12, extension),
+                 QStringList(u"/P/Files/Docs/12.pdf"_qs)
+                     + Format::supportingNodeFilePaths(u"/P"_qs, 12));
+    }
+}
+
+void TstDocumentPaths::theNumberedFilesThatExist()
+{
+    const TestProject project;
+    QVERIFY(Format::existingNodeFilePaths(project.path(), 12, {}).isEmpty());
+    const QStringList some = writeFiles(project, Docs, {u"12_notes.rtf"_qs, u"12_synopsis.txt"_qs});
+    writeFiles(project, Docs, {u"12.links"_qs, u"13.rtf"_qs, u"12.pdf"_qs});
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), 12, {}), some);
+    const QStringList all =
+        writeFiles(project, Docs,
+                   {u"12.rtf"_qs, u"12.styles"_qs, u"12.comments"_qs, u"12_notes.rtf"_qs,
+                    u"12_notes.styles"_qs, u"12_synopsis.txt"_qs});
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), 12, u"rtf"_qs), all);
+}
+
+void TstDocumentPaths::theFilesThatExistInAnItemsFolder()
+{
+    const TestProject project;
+    const QString folder = dataFolder(uuidOf(1));
+    QVERIFY(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}).isEmpty());
+    const QStringList all =
+        writeFiles(project, folder,
+                   {u"content.rtf"_qs, u"content.styles"_qs, u"content.comments"_qs,
+                    u"notes.rtf"_qs, u"notes.styles"_qs, u"synopsis.txt"_qs});
+    // The name by which the styles of the notes are looked up is another one.
+    writeFiles(project, folder, {u"note.styles"_qs, u"content.links"_qs, u"content.pdf"_qs});
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}), all);
+    QStringList ofPdf = all;
+    ofPdf[0] = project.path(folder + u"content.pdf"_qs);
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u"pdf"_qs), ofPdf);
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u".pdf"_qs), ofPdf);
+    QVERIFY(QFile::remove(all.at(2)));
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}),
+             all.mid(0, 2) + all.mid(3));
+}
+
+void TstDocumentPaths::theVersionDecidesWhichFilesAreMeant_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("unknown") << 0 << QString();
+    QTest::newRow("16") << 16 << QString();
+    QTest::newRow("18") << 18 << Docs + u"12.pdf"_qs;
+    QTest::newRow("23") << 23 << dataFolder(uuidOf(12)) + u"content.pdf"_qs;
+    QTest::newRow("24") << 24 << QString();
+}
+
+void TstDocumentPaths::theVersionDecidesWhichFilesAreMeant()
+{
+    QFETCH(int, version);
+    QFETCH(QString, expected);
+
+    const TestProject project;
+    writeFiles(project, Docs, {u"12.pdf"_qs});
+    writeFiles(project, dataFolder(uuidOf(12)), {u"content.pdf"_qs});
+    const auto formatVersion = TVL::FormatVersion(version);
+    const TVLProjectNodeProperties properties = propertiesOf(12, u"pdf"_qs);
+    const QStringList paths =
+        expected.isEmpty() ? QStringList() : QStringList(project.path(expected));
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), properties, formatVersion), paths);
+    const Format format(project.path(), formatVersion);
+    QCOMPARE(format.existingNodeFilePaths(properties), paths);
+}
+
+void TstDocumentPaths::aHashIsTheRawSha1OfTheContent_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("hash");
+
+    QTest::newRow("nothing") << QByteArray("") << Sha1OfNothing;
+    QTest::newRow("abc") << QByteArray("abc") << Sha1OfAbc;
+    QTest::newRow("a million letters")
+        << QByteArray(1'000'000, 'a')
+        << QByteArray::fromHex("34aa973cd4c4daa4f61eeb2bdbad27316534016f");
+}
+
+void TstDocumentPaths::aHashIsTheRawSha1OfTheContent()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, hash);
+
+    const TestProject project;
+    project.writeFile(u"file"_qs, content);
+    QCOMPARE(Format::calcChecksum(project.path(u"file"_qs)), hash);
+}
+
+void TstDocumentPaths::theHashesOfAnItemsFiles()
+{
+    const TestProject project;
+    project.writeFile(Docs + u"12.comments"_qs, "abc");
+    project.writeFile(dataFolder(uuidOf(1)) + u"notes.rtf"_qs, "abc");
+    project.writeFile(mobileFolder(uuidOf(1)) + u"synopsis.txt"_qs, "abc");
+    for (const QString &path : namesOf(project)) {
+        QCOMPARE(Format::md5(path, 12, TVL::CommentsFile), Sha1OfAbc);
+        QCOMPARE(Format::md5(path, 12, TVL::MainText), QByteArray());
+        QCOMPARE(Format::md5Data(path, uuidOf(1), TVL::NotesText), Sha1OfAbc);
+        QCOMPARE(Format::md5Data(path, uuidOf(1), TVL::SynopsisText), QByteArray());
+        QCOMPARE(Format::md5Mobile(path, uuidOf(1), TVL::SynopsisText), Sha1OfAbc);
+        QCOMPARE(Format::md5Mobile(path, uuidOf(1), TVL::NotesText), QByteArray());
+    }
+}
+
+void TstDocumentPaths::whatCannotBeReadHasNoHash()
+{
+    const TestProject project;
+    project.writeFile(u"folder/file"_qs, "abc");
+    QVERIFY(Format::calcChecksum(project.path(u"folder"_qs)).isEmpty());
+    QVERIFY(Format::calcChecksum(project.path(u"nowhere"_qs)).isEmpty());
+    QVERIFY(Format::calcChecksum(QString()).isEmpty());
+    // It opens, and then can't be read.
+    QVERIFY(Format::calcChecksum(u"/proc/self/mem"_qs).isEmpty());
+}
+
+void TstDocumentPaths::otherAlgorithmsCanBeAskedFor()
+{
+    const TestProject project;
+    project.writeFile(u"file"_qs, "abc");
+    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_qs), QCryptographicHash::Md5),
+             QByteArray::fromHex("900150983cd24fb0d6963f7d28e17f72"));
+    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_qs), QCryptographicHash::Sha1),
+             Sha1OfAbc);
+}
+
+TVL_TEST_MAIN(TstDocumentPaths)
+#include "tst_documentpaths.moc"

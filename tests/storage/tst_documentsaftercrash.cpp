@@ -1,0 +1,118 @@
+#include "DocumentFixtures.h"
+#include "TVLOptions.h"
+#include "TVLProjectFolderFormat.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QTest>
+
+using Format = TVLProjectFolderFormat;
+
+/** Reading in a run that follows one that came to no regular end. */
+class TstDocumentsAfterCrash : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void aTextIsLookedAtBeforeItIsOpened_data();
+    void aTextIsLookedAtBeforeItIsOpened();
+    void aSynopsisIsNot();
+    void aTextThatIsWholeIsRead();
+    void aMissingTextIsNoError();
+    void aFolderIsStillReportedAsOne();
+    void theOptionIsAskedForOnce();
+};
+
+void TstDocumentsAfterCrash::initTestCase()
+{
+    tvlOptions()->setValue(TVLOptions::PreviousExitedNormally, false);
+}
+
+void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("word");
+
+    QTest::newRow("main text") << int(TVL::MainText) << u"document"_qs;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"notes"_qs;
+}
+
+void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened()
+{
+    QFETCH(int, type);
+    QFETCH(QString, word);
+
+    const TestProject project;
+    const UnopenableFile unopenable;
+    const QString filePath = docsPath(TVL::DocumentType(type));
+    unopenable.linkTo(project, filePath);
+    LoadedItem item;
+    TVLTextDocument *document = item.document(TVL::DocumentType(type));
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), document, &error));
+    QCOMPARE(error,
+             u"RTF Inspector could not read %1 location: '%2'\nError: %3"_qs.arg(
+                 word, project.path(filePath), UnopenableFile::errorText()));
+    QVERIFY(document->isReadOnly());
+}
+
+void TstDocumentsAfterCrash::aSynopsisIsNot()
+{
+    const TestProject project;
+    const UnopenableFile unopenable;
+    unopenable.linkTo(project, docsPath(TVL::SynopsisText));
+    LoadedItem item;
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.synopsis(), &error));
+    QCOMPARE(error,
+             u"Could not open synopsis file for reading: '%1'\nError: %2"_qs.arg(
+                 project.path(docsPath(TVL::SynopsisText)), UnopenableFile::errorText()));
+    QVERIFY(item.synopsis()->isReadOnly());
+}
+
+void TstDocumentsAfterCrash::aTextThatIsWholeIsRead()
+{
+    const TestProject project;
+    project.writeFile(docsPath(TVL::MainText), rtfOf("Once"));
+    LoadedItem item;
+    QVERIFY(Format::readDocument(project.path(), item.node(), item.text(), nullptr));
+    QCOMPARE(item.text()->toPlainText(), u"Once"_qs);
+    QVERIFY(!item.text()->isReadOnly());
+}
+
+void TstDocumentsAfterCrash::aMissingTextIsNoError()
+{
+    const TestProject project;
+    LoadedItem item;
+    QVERIFY(Format::readDocument(project.path(), item.node(), item.text(), nullptr));
+    QVERIFY(!item.text()->isReadOnly());
+}
+
+void TstDocumentsAfterCrash::aFolderIsStillReportedAsOne()
+{
+    const TestProject project;
+    project.writeFile(docsPath(TVL::MainText) + u"/file"_qs, {});
+    LoadedItem item;
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
+    QCOMPARE(error,
+             u"Error: Trying to read directory as a file: '%1'"_qs.arg(
+                 project.path(docsPath(TVL::MainText))));
+}
+
+void TstDocumentsAfterCrash::theOptionIsAskedForOnce()
+{
+    // By now the option tells of this run.
+    tvlOptions()->setValue(TVLOptions::PreviousExitedNormally, true);
+    const TestProject project;
+    const UnopenableFile unopenable;
+    unopenable.linkTo(project, docsPath(TVL::MainText));
+    LoadedItem item;
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
+    QVERIFY2(error.startsWith(u"RTF Inspector could not read"), qPrintable(error));
+}
+
+TVL_TEST_MAIN(TstDocumentsAfterCrash)
+#include "tst_documentsaftercrash.moc"
