@@ -495,8 +495,11 @@ void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *oth
 
 void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)
 {
-    mLoadedNodes.removeIf(
-        [&uuids](const TVLProjectNode *node) { return uuids.contains(node->mUuid); });
+    const QList<TVLProjectNode *> nodes = loadedNodes();
+    for (const TVLProjectNode *node : nodes) {
+        if (uuids.contains(node->mUuid))
+            leaveLoadedNodes(node);
+    }
 }
 
 // --- Binder reading

@@ -7,8 +7,10 @@
 
 #include <QAbstractItemModel>
 #include <QDir>
+#include <QHash>
 #include <QIcon>
 #include <QMap>
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QSet>
 #include <QUuid>
@@ -20,6 +22,9 @@ class TVLProjectFolderFormat;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
 class TVLSearchIndex;
+class TVLTextCommentLink;
+class TVLTextDocument;
+struct TVLTextRange;
 
 /**
  * One open project: an item model over its binder, with all that is asked of it and done to it.
@@ -37,6 +42,17 @@ class TVLSearchIndex;
  * **Saving.** A change marks the project modified and starts a countdown; after
  * tvlOptions()' number of idle seconds the project saves itself. Each save writes the binder, then
  * what else has changed. A step that fails is reported and the others go on.
+ *
+ * **Documents.** An item's main text, notes and synopsis come into memory together, with the first
+ * reference to one of them or the first question that only they can answer. Whoever shows or edits
+ * a document takes a reference with referenceItem() and gives it back with dereferenceItem(). A
+ * document leaves memory in a save that has written it, if nobody holds any of the item's three
+ * and the main text has nothing to undo or redo; until then it stays, however long nobody wants it.
+ * Items without a main text keep their documents.
+ *
+ * An edit makes the document unsaved at once and marks the project modified. It is followed by
+ * documentContentsChange() and documentContentsChanged() at once and by one dataChanged() of the
+ * item within a second.
  *
  * All of it runs on the application's main thread.
  */
@@ -95,6 +111,10 @@ public:
 
     /** The error box of a failed save is shown here, and the errors go to @p errors if given. */
     bool saveChanges(QStringList *errors) const;
+    /** Saves the documents of one item; false without one, for the root, and on a failure. */
+    bool save(const QModelIndex &index);
+    /** Does nothing; it is there to keep a document from being taken for a flag. */
+    void save(TVLTextDocument *document);
     /** save(), and all that is saved apart from it. */
     void saveAll(bool force);
     /**
@@ -135,7 +155,6 @@ public:
     /** The part of the binder that is kept as raw text. */
     [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
     void setUserProjectData(const QString &data) { mUserProjectData = data; }
-    [[nodiscard]] const TVLProjectNotes &projectNotes() const { return mProjectNotes; }
     /** @} */
 
     /** @name The item model @{ */
@@ -183,6 +202,8 @@ public:
     [[nodiscard]] int findNodeIdByUuid(const QUuid &uuid) const;
     [[nodiscard]] bool hasNodeId(int id) const { return mIdMap.contains(id); }
     [[nodiscard]] bool hasNodeUuid(const QUuid &uuid) const { return mUuidMap.contains(uuid); }
+    /** The uuids of all items that have an id, by that. */
+    [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
     /** The largest id in use; -1 for none. */
     [[nodiscard]] int findBiggestNodeId() const;
     /** An id for a new node: above all in use, or the first gap when the largest int is used. */
@@ -300,6 +321,157 @@ public:
     void reloadCachedUuids(const QSet<QUuid> &uuids);
     /** @} */
 
+    /** @name Documents in memory @{ */
+    /**
+     * A counted reference to one of an item's documents, which come into memory if they aren't
+     * there. Each is given back with dereferenceItem() exactly once.
+     *
+     * The document belongs to the model. A holder may use it until it gives the reference back, as
+     * long as the model lives; when its item is removed or its files are, the document loses model
+     * and node and may go as soon as the event loop runs, so long-time holders keep a QPointer.
+     *
+     * Null, with nothing to give back, for an index of another model, for a system folder, for a
+     * @p type that is neither main text, notes nor synopsis, and for the main text of an item that
+     * can't have one. A file that can't be read is told in a box; its document is empty then, and
+     * never written.
+     */
+    TVLTextDocument *referenceItem(const QModelIndex &index, TVL::DocumentType type) const;
+    TVLTextDocument *referenceText(const QModelIndex &index) const;
+    TVLTextDocument *referenceNote(const QModelIndex &index) const;
+    TVLTextDocument *referenceSynopsis(const QModelIndex &index) const;
+    /** Gives a reference back; null and a document that has lost its item are passed over. The
+     * document stays in memory: only a save lets go of it. */
+    void dereferenceItem(TVLTextDocument *document) const;
+
+    /** Brings an item's documents into memory without a reference; nothing if they are there. */
+    void loadDocuments(TVLProjectNode *node) const;
+    /**
+     * Writes an item's documents if one of them is unsaved, and then lets go of all three if they
+     * may go, or in any case with @p forceRelease. With nothing to write it does neither. True when
+     * all was written; else @p errors, if given, says what wasn't.
+     */
+    bool saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors) const;
+    /** The items that saves go through for documents, in the order of their first load. */
+    [[nodiscard]] QList<TVLProjectNode *> loadedNodes() const;
+
+    /** Has the whole text laid out anew; null is allowed. */
+    static void markDocumentContentsDirty(QTextDocument *document);
+    /** Sees to one dataChanged() of the item within a second, however often it is called. */
+    void scheduleDocTextChange(const QModelIndex &index);
+    /** @} */
+
+    /** @name Texts of items
+     * The texts come into memory for each of these. Without one, texts are empty.
+     * @{ */
+    [[nodiscard]] QString synopsis(const QModelIndex &index) const;
+    /** Replaces the synopsis, without a way to undo it; false without one. */
+    bool setSynopsis(const QModelIndex &index, const QString &text);
+    [[nodiscard]] QString documentNoteAsPlainText(const QModelIndex &index) const;
+    [[nodiscard]] bool isDocumentNoteEmpty(const QModelIndex &index) const;
+    /** The main text; with the flag, blanks stand in place of pictures and other objects. */
+    [[nodiscard]] QString documentPlainText(const QModelIndex &index, bool replaceObjects) const;
+    /** Puts a copy of @p document in place of the main text; false for null. An item that can't
+     * have a text stays as it is. */
+    bool overwriteText(const QModelIndex &index, const QTextDocument *document);
+
+    [[nodiscard]] bool hasInspectorNotes(const QModelIndex &index) const;
+    /** The inspector's comments and footnotes in the order of the text. */
+    [[nodiscard]] QStringList inspectorNotesToPlainText(const QModelIndex &index) const;
+    /** Hangs a comment or footnote on a run of the main text; false without one. */
+    bool setInspectorNote(const QModelIndex &index, const TVLTextRange &range,
+                          const TVLTextCommentLink &link);
+    /** Takes those off that start at the positions; false only for an invalid index. */
+    bool removeInspectorNotes(const QModelIndex &index, const QList<int> &positions);
+    bool removeInspectorNote(const QModelIndex &index, int position);
+
+    /**
+     * A title made of the words that the text begins with: the first paragraph with words gives as
+     * many as fit in 50 characters. Without @p force only for a text that isn't a title itself, by
+     * its length or its lines. @p ellipsis adds "..." when words were left over.
+     */
+    [[nodiscard]] static QString calcTitleFromText(const QTextDocument *document, bool force,
+                                                   bool ellipsis);
+    /** The same of the main text, forced and without an ellipsis. */
+    [[nodiscard]] QString calcTitleFromText(const QModelIndex &index) const;
+    /** The first 20 words of the first paragraph that has any. */
+    [[nodiscard]] QString autoGenerateSynopsisText(const QModelIndex &index) const;
+    /** The items, other than system folders, with @p text in a synopsis that is in memory; others
+     * aren't looked into. The case matters. */
+    [[nodiscard]] QList<QModelIndex> searchInSynopsis(const QString &text, bool regExp) const;
+    /** @} */
+
+    /** @name Counts
+     * Counts of an item are kept until its documents change; the first brings them into memory. The
+     * two flags go to TVLTextDoc::wordCount() as they are; a count that is kept doesn't remember
+     * them.
+     * @{ */
+    [[nodiscard]] int wordCount(const QModelIndex &index, bool withAnnotations,
+                                bool withFootnotes) const;
+    [[nodiscard]] int characterCount(const QModelIndex &index) const;
+    /** The count of the item and of all below it. */
+    [[nodiscard]] int totalWordCount(const QModelIndex &index, bool withAnnotations,
+                                     bool withFootnotes) const;
+    [[nodiscard]] int totalCharacterCount(const QModelIndex &index) const;
+    /** What was written since the session began; below 0 when text was deleted. */
+    [[nodiscard]] int sessionWordCount(const QModelIndex &index, bool withAnnotations,
+                                       bool withFootnotes) const;
+    [[nodiscard]] int sessionCharacterCount(const QModelIndex &index) const;
+    /** The count that the item's target is about. */
+    [[nodiscard]] int countActual(const QModelIndex &index, bool withAnnotations,
+                                  bool withFootnotes) const;
+    /** The part of the target that is reached, 1.0 for all of it; 0.0 without a target. */
+    [[nodiscard]] double progress(const QModelIndex &index, bool withAnnotations,
+                                  bool withFootnotes) const;
+    [[nodiscard]] double progressPercent(const QModelIndex &index) const;
+
+    /** Sums over a project. */
+    struct WordCharSessionCount
+    {
+        int mDraftWords = 0;
+        int mDraftCharacters = 0;
+        int mSessionWords = 0;
+        int mSessionCharacters = 0;
+
+        friend bool operator==(const WordCharSessionCount &,
+                               const WordCharSessionCount &) = default;
+    };
+    /**
+     * Sums up a project; all are 0 for null.
+     * @param draft        whether to count what lies inside the Draft
+     * @param session      whether to sum up the session's counts, inside the Draft or not
+     * @param compileOnly  whether only items that take part in compiling count in the Draft
+     */
+    [[nodiscard]] static WordCharSessionCount
+    wordCharSessionCount(const TVLProjectModel *model, bool draft, bool session, bool compileOnly);
+    [[nodiscard]] WordCharSessionCount wordCharSessionCount(bool draft, bool session,
+                                                            bool compileOnly) const;
+    /** A line for a status bar; a target of 0 is none. */
+    [[nodiscard]] static QString statisticsText(int words, int characters, int target,
+                                                TVL::TargetType type);
+    /** @} */
+
+    /** @name Project notes
+     * A note's document belongs to the model and lives until the note is removed.
+     * @{ */
+    [[nodiscard]] const TVLProjectNotes &projectNotes() const { return mProjectNotes; }
+    /** The ids in the order of the notes; that of the first default note when there are none. */
+    [[nodiscard]] QList<int> projectNoteIdentities() const;
+    [[nodiscard]] bool hasProjectNoteId(int id) const { return mProjectNotes.hasId(id); }
+    /** A note's text, never null: an unknown id gives the first note, which is made if there is
+     * none. */
+    QTextDocument *projectNote(int id);
+    /** The title of what projectNote() gives. */
+    QString projectNoteTitle(int id);
+    /** Appends a note and returns its id. */
+    int addProjectNote(const QString &title);
+    /** False for an unknown id. */
+    bool renameProjectNote(int id, const QString &title);
+    /** Moves a note from one position to another; false when they are equal or out of range. */
+    bool moveProjectNote(int from, int to);
+    /** True also for an unknown id. */
+    bool removeProjectNote(int id, QStringList *errors);
+    /** @} */
+
     /** @name Attributes of items @{ */
     /** The type; TVL::Other for an index of another model. */
     [[nodiscard]] TVL::NodeType type(const QModelIndex &index) const;
@@ -312,8 +484,6 @@ public:
     [[nodiscard]] int labelIdentity(const QModelIndex &index) const;
     [[nodiscard]] int statusIdentity(const QModelIndex &index) const;
     [[nodiscard]] bool isFavorite(const QModelIndex &index) const;
-    /** The synopsis as plain text; empty when it isn't in memory. */
-    [[nodiscard]] QString synopsis(const QModelIndex &index) const;
     /** The icon; null without an icon set. */
     [[nodiscard]] QIcon icon(const QModelIndex &index) const;
 
@@ -373,13 +543,19 @@ public Q_SLOTS:
      * result is false: the user has seen the error.
      */
     bool save(bool force = false);
+    /** Begins a new writing session for every item that has taken part in this one. Emits
+     * metaDataChanged(). */
+    void resetSessionCounts();
     /** Keeps the project out of backups or not; marks the project modified in any case. */
     void setExcludeFromBackup(bool exclude);
 
 Q_SIGNALS:
+    /** The item's documents are about to be looked through for what to write. */
     void aboutToSave(QModelIndex index);
+    /** A document was edited: at a position, so many characters went and so many came. */
     void documentContentsChange(QModelIndex index, TVL::DocumentType docType, int position,
                                 int charsRemoved, int charsAdded);
+    /** Follows documentContentsChange(), once for each edit block. */
     void documentContentsChanged(QModelIndex index, TVL::DocumentType docType);
     void labelsChanged();
     void statusItemsChanged();
@@ -416,6 +592,8 @@ protected:
 private Q_SLOTS:
     void onOptionsChanged(const QStringList &groups);
     void onProjectNoteModifiedChanged(bool modified);
+    void onDocumentContentsChange(int position, int charsRemoved, int charsAdded);
+    void onDocumentContentsChanged();
     void cleanDragAndDrop();
     void markProjectAsModified(bool set = true);
     [[nodiscard]] QModelIndex findTemplateFolder() const;
@@ -438,7 +616,33 @@ private:
     void ensureProperProjectNotes();
     void updateHasSnapshots();
     void stopAutoSaveTimer();
+    void askEditorsBeforeSave();
+    void saveBinder(QStringList *failures) const;
+    void saveLoadedDocuments(QStringList *failures) const;
+    void saveProjectNotes() const;
     void showSaveErrors(const QStringList &errors) const;
+
+    void createDocuments(TVLProjectNode *node) const;
+    void startDocument(TVLTextDocument *document) const;
+    void releaseDocuments(TVLProjectNode *node) const;
+    void enterLoadedNodes(TVLProjectNode *node) const;
+    void leaveLoadedNodes(const TVLProjectNode *node) const;
+    void showLoadErrors(const QString &title, const QStringList &errors) const;
+    void announceDocTextChanges();
+    static void takeSessionCounts(TVLProjectNode *node);
+    [[nodiscard]] int wordCountOf(TVLProjectNode *node, bool withAnnotations,
+                                  bool withFootnotes) const;
+    [[nodiscard]] int characterCountOf(TVLProjectNode *node) const;
+    [[nodiscard]] int sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
+                                         bool withFootnotes) const;
+    [[nodiscard]] int sessionCharacterCountOf(TVLProjectNode *node) const;
+    template <typename Count>
+    [[nodiscard]] int totalCount(const QModelIndex &index, Count count) const;
+    void addCounts(TVLProjectNode *node, bool draft, bool session, bool compileOnly,
+                   WordCharSessionCount *sums) const;
+    [[nodiscard]] QTextDocument *newProjectNote(const QString &title);
+    void markProjectNotesAsModified();
+
     [[nodiscard]] QModelIndex beginInsertParent(const QModelIndex &parent) const;
     void announceChange(const QModelIndex &index);
     void announceSubtree(const QModelIndex &index);
@@ -459,6 +663,8 @@ private:
     bool mMobileProject;
     bool mTintIcons = false;
     int mAutoSaveTimer = -1;
+    int mDocTextChangeTimer = -1;
+    QSet<QPersistentModelIndex> mDocTextChanges; ///< Waiting for dataChanged().
     int mDefaultLabelId = -1;
     int mDefaultStatusId = -1;
     QString mLabelTitle;
@@ -470,8 +676,11 @@ private:
     std::unique_ptr<TVLProjectNode> mRootNode;
     QList<int> mFavorites;
     QUuid mTemplateFolderUuid;
-    QList<TVLProjectNode *> mLoadedNodes; ///< Not owned; in order of first load.
-    TVLProjectNotes mProjectNotes;
+    // Documents come and go behind a project that stays the same to its callers.
+    /** Not owned; in order of first load, with null in place of those that have left. */
+    mutable QList<TVLProjectNode *> mLoadedNodes;
+    mutable QHash<const TVLProjectNode *, qsizetype> mLoadedPositions; ///< In mLoadedNodes.
+    mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
     TVLProjectFolderFormat *mFolderFormat; ///< Child object.
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
     int mAutoSaveSeconds = 10;

@@ -2,7 +2,6 @@
 
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
-#include "TVLTextDocument.h"
 
 namespace {
 
@@ -86,12 +85,6 @@ bool TVLProjectModel::isFavorite(const QModelIndex &index) const
 QList<int> TVLProjectModel::keywordIds(const QModelIndex &index) const
 {
     return propertyOf(projectNode(index), &TVLProjectNode::mKeywords, QList<int>());
-}
-
-QString TVLProjectModel::synopsis(const QModelIndex &index) const
-{
-    const TVLProjectNode *node = projectNode(index);
-    return node && node->mSynopsisDocument ? node->mSynopsisDocument->toPlainText() : QString();
 }
 
 QIcon TVLProjectModel::icon(const QModelIndex &index) const

@@ -6,18 +6,16 @@
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
+#include "TVLTextDocument.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QScopedValueRollback>
-#include <QTextDocument>
 #include <QTimerEvent>
 
 namespace {
-
-constexpr int DefaultProjectNoteId = 10;
 
 struct SystemFolderRow
 {
@@ -147,31 +145,6 @@ void TVLProjectModel::addDefaultProjectNotesAndCollections()
     addDefaultCollections();
 }
 
-void TVLProjectModel::addDefaultProjectNotes()
-{
-    if (!mProjectNotes.isEmpty())
-        return;
-    const QScopedValueRollback suspend(mSuspendModified, true);
-    auto *document = new QTextDocument(this);
-    document->setMetaInformation(QTextDocument::DocumentTitle, tr("General"));
-    mProjectNotes.mNotes.append({DefaultProjectNoteId, document});
-}
-
-void TVLProjectModel::ensureProperProjectNotes()
-{
-    for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes)) {
-        document->setParent(this);
-        document->setModified(false);
-        connect(document, &QTextDocument::modificationChanged, this,
-                &TVLProjectModel::onProjectNoteModifiedChanged, Qt::UniqueConnection);
-    }
-}
-
-void TVLProjectModel::onProjectNoteModifiedChanged(bool modified)
-{
-    markProjectAsModified(modified);
-}
-
 void TVLProjectModel::loadOptions()
 {
     mTreatTextWithChildrenAsFolder = tvlOptions()->value(TVLOptions::TreatTextWithChildrenAsFolder);
@@ -182,6 +155,11 @@ void TVLProjectModel::onOptionsChanged(const QStringList &groups)
 {
     if (groups.contains(u"Navigation") || groups.contains(u"General"))
         loadOptions();
+    // Passed on from here, so that thousands of documents need no connection of their own.
+    const QList<TVLTextDocument *> documents =
+        findChildren<TVLTextDocument *>(QString(), Qt::FindDirectChildrenOnly);
+    for (TVLTextDocument *document : documents)
+        document->reflectSettings(groups);
 }
 
 // --- Saving
@@ -207,12 +185,14 @@ void TVLProjectModel::stopAutoSaveTimer()
 
 void TVLProjectModel::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() != mAutoSaveTimer) {
+    if (event->timerId() == mAutoSaveTimer) {
+        stopAutoSaveTimer();
+        save(false);
+    } else if (event->timerId() == mDocTextChangeTimer) {
+        announceDocTextChanges();
+    } else {
         QAbstractItemModel::timerEvent(event);
-        return;
     }
-    stopAutoSaveTimer();
-    save(false);
 }
 
 void TVLProjectModel::setExcludeFromBackup(bool exclude)
@@ -223,9 +203,7 @@ void TVLProjectModel::setExcludeFromBackup(bool exclude)
 
 bool TVLProjectModel::save(bool force)
 {
-    const QList<TVLProjectNode *> loadedNodes = mLoadedNodes;
-    for (const TVLProjectNode *node : loadedNodes)
-        Q_EMIT aboutToSave(createIndex(node));
+    askEditorsBeforeSave();
     stopAutoSaveTimer();
     if (mSaved && !force)
         return true;
@@ -234,6 +212,20 @@ bool TVLProjectModel::save(bool force)
     mSaved = true;
     Q_EMIT modifiedChanged(false);
     return result;
+}
+
+void TVLProjectModel::askEditorsBeforeSave()
+{
+    // What an editor does now may load and remove items.
+    QList<QPersistentModelIndex> indexes;
+    const QList<TVLProjectNode *> nodes = loadedNodes();
+    indexes.reserve(nodes.size());
+    for (const TVLProjectNode *node : nodes)
+        indexes.append(createIndex(node));
+    for (const QPersistentModelIndex &index : std::as_const(indexes)) {
+        if (index.isValid())
+            Q_EMIT aboutToSave(index);
+    }
 }
 
 bool TVLProjectModel::saveChanges(QStringList *errors) const
@@ -249,15 +241,34 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
         TVLProjectFolderFormat::writeFormatVersion(mPath, formatVersion());
 
     QStringList failures;
-    QString error;
-    if (!TVLProjectFolderFormat::writeBinder(mPath, this, &error))
-        failures.append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
+    saveBinder(&failures);
+    saveLoadedDocuments(&failures);
+    saveProjectNotes();
 
     if (!failures.isEmpty())
         showSaveErrors(failures);
     if (errors)
         *errors = failures;
     return failures.isEmpty();
+}
+
+void TVLProjectModel::saveBinder(QStringList *failures) const
+{
+    QString error;
+    if (!TVLProjectFolderFormat::writeBinder(mPath, this, &error))
+        failures->append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
+}
+
+void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
+{
+    const QList<TVLProjectNode *> nodes = loadedNodes();
+    for (TVLProjectNode *node : nodes) {
+        const QString title = node->mTitle;
+        QStringList errors;
+        if (!saveDocuments(node, false, &errors))
+            failures->append(
+                tr("Could not save project document '%1'\n%2").arg(title, errors.join(u'\n')));
+    }
 }
 
 void TVLProjectModel::showSaveErrors(const QStringList &errors) const

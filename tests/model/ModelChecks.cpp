@@ -1,5 +1,11 @@
 #include "ModelChecks.h"
 
+#include "TVLTextDocument.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTextCursor>
+
 #include <algorithm>
 
 namespace {
@@ -10,15 +16,21 @@ constexpr int LargestTriedId = 5000;
 
 } // namespace
 
+QString unsavedProjectPath()
+{
+    static const QTemporaryDir directory;
+    return directory.filePath(u"Novel.tavel"_qs);
+}
+
 std::unique_ptr<TVLProjectModel> emptyModel(TVL::FormatVersion version, bool mobile)
 {
-    return std::make_unique<TVLProjectModel>(u"/nowhere/Novel.tavel"_qs, nullptr, mobile, version);
+    return std::make_unique<TVLProjectModel>(unsavedProjectPath(), nullptr, mobile, version);
 }
 
 std::unique_ptr<TVLProjectModel> blankModel()
 {
     return std::unique_ptr<TVLProjectModel>(
-        TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+        TVLProjectModel::createBlankProjectInMemory(unsavedProjectPath()));
 }
 
 QModelIndex firstText(const TVLProjectModel *model)
@@ -121,6 +133,30 @@ QList<int> touchedIds(const TVLProjectModel *model)
     return ids;
 }
 
+void typeText(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
+              TVL::DocumentType type)
+{
+    TVLTextDocument *document = model->referenceItem(index, type);
+    if (!document)
+        qFatal("the item has no such document");
+    QTextCursor(document).insertText(text);
+    model->dereferenceItem(document);
+}
+
+void typeTextForGood(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
+                     TVL::DocumentType type)
+{
+    TVLTextDocument *document = model->referenceItem(index, type);
+    typeText(model, index, text, type);
+    document->clearUndoRedoStacks();
+    model->dereferenceItem(document);
+}
+
+void deleteReleasedObjects()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 SignalLog::SignalLog(const TVLProjectModel *model)
 {
     const auto log = [this](const QString &line) { mLines.append(line); };
@@ -136,6 +172,35 @@ SignalLog::SignalLog(const TVLProjectModel *model)
     QObject::connect(model, &TVLProjectModel::aboutToSave, context, [=](const QModelIndex &index) {
         log(u"about to save %1"_qs.arg(idOf(index)));
     });
+    QObject::connect(model, &TVLProjectModel::documentContentsChange, context,
+                     [=](const QModelIndex &index, TVL::DocumentType type, int position,
+                         int charsRemoved, int charsAdded) {
+                         log(u"edit of %1.%2 at %3: -%4 +%5"_qs.arg(idOf(index))
+                                 .arg(type)
+                                 .arg(position)
+                                 .arg(charsRemoved)
+                                 .arg(charsAdded));
+                     });
+    QObject::connect(model, &TVLProjectModel::documentContentsChanged, context,
+                     [=](const QModelIndex &index, TVL::DocumentType type) {
+                         log(u"edited %1.%2"_qs.arg(idOf(index)).arg(type));
+                     });
+    QObject::connect(model, &TVLProjectModel::projectNoteAboutToBeAdded, context,
+                     [=](int id) { log(u"note %1 to come"_qs.arg(id)); });
+    QObject::connect(model, &TVLProjectModel::projectNoteAdded, context,
+                     [=](int id) { log(u"note %1 came"_qs.arg(id)); });
+    QObject::connect(model, &TVLProjectModel::projectNoteAboutToBeRemoved, context,
+                     [=](int id) { log(u"note %1 to go"_qs.arg(id)); });
+    QObject::connect(model, &TVLProjectModel::projectNoteRemoved, context,
+                     [=](int id) { log(u"note %1 gone"_qs.arg(id)); });
+    QObject::connect(
+        model, &TVLProjectModel::projectNoteAboutToBeMoved, context,
+        [=](int from, int to) { log(u"note at %1 to move to %2"_qs.arg(from).arg(to)); });
+    QObject::connect(model, &TVLProjectModel::projectNoteMoved, context, [=](int from, int to) {
+        log(u"note at %1 moved to %2"_qs.arg(from).arg(to));
+    });
+    QObject::connect(model, &TVLProjectModel::projectNoteRenamed, context,
+                     [=](int id) { log(u"note %1 renamed"_qs.arg(id)); });
     QObject::connect(model, &TVLProjectModel::labelsChanged, context, [=] { log(u"labels"_qs); });
     QObject::connect(model, &TVLProjectModel::statusItemsChanged, context,
                      [=] { log(u"status items"_qs); });

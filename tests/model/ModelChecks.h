@@ -9,7 +9,10 @@
 
 #include <memory>
 
-/** An empty model of a format; its path need not exist. */
+/** The path of the models below. Nobody saves there, but reading a text may make a folder. */
+[[nodiscard]] QString unsavedProjectPath();
+
+/** An empty model of a format. */
 [[nodiscard]] std::unique_ptr<TVLProjectModel>
 emptyModel(TVL::FormatVersion version = TVL::FormatVersion18, bool mobile = false);
 
@@ -40,6 +43,18 @@ void makeAllOld(const TVLProjectModel *model);
 
 /** The items whose modification time isn't the one that makeAllOld() set, by id. */
 [[nodiscard]] QList<int> touchedIds(const TVLProjectModel *model);
+
+/** Inserts a text at the start of one of an item's documents as an editor would; it can be undone.
+ */
+void typeText(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
+              TVL::DocumentType type = TVL::MainText);
+
+/** The same, and takes the history of the document away, so that a save may let go of it. */
+void typeTextForGood(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
+                     TVL::DocumentType type = TVL::MainText);
+
+/** Has the objects deleted that wait for it. */
+void deleteReleasedObjects();
 
 /** Writes down the signals of a model in the order in which they come, one line for each. */
 class SignalLog

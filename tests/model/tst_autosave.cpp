@@ -128,10 +128,9 @@ void TstAutosave::savingStopsTheTimer()
     const ModelTester tester(model.get());
     TVLProjectModelTestAccess::markModified(model.get());
     QVERIFY(model->save(false));
-    TVLProjectModelTestAccess::loadedNodes(model.get()) = {model->findNode(3)};
+    model->loadDocuments(model->findNode(3));
     QSignalSpy asked(model.get(), &TVLProjectModel::aboutToSave);
     QVERIFY(!asked.wait(LongerThanASaveMs));
-    TVLProjectModelTestAccess::loadedNodes(model.get()).clear();
 }
 
 void TstAutosave::aSaveThatFindsNothingToDoStopsTheTimer()
@@ -139,12 +138,11 @@ void TstAutosave::aSaveThatFindsNothingToDoStopsTheTimer()
     const TestProject project;
     const auto model = project.create();
     const ModelTester tester(model.get());
-    TVLProjectModelTestAccess::loadedNodes(model.get()) = {model->findNode(3)};
+    model->loadDocuments(model->findNode(3));
     QSignalSpy asked(model.get(), &TVLProjectModel::aboutToSave);
     QVERIFY(model->save(false));
     QCOMPARE(asked.count(), 1);
     QVERIFY(!asked.wait(LongerThanASaveMs));
-    TVLProjectModelTestAccess::loadedNodes(model.get()).clear();
 }
 
 void TstAutosave::anUnchangedProjectIsNotSaved()
@@ -162,7 +160,8 @@ void TstAutosave::editorsAreAskedByAnAutomaticSaveToo()
     const TestProject project;
     const auto model = project.create();
     const ModelTester tester(model.get());
-    TVLProjectModelTestAccess::loadedNodes(model.get()) = {model->findNode(3), model->findNode(0)};
+    model->loadDocuments(model->findNode(3));
+    model->loadDocuments(model->findNode(0));
     SignalLog log(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get());
@@ -170,7 +169,6 @@ void TstAutosave::editorsAreAskedByAnAutomaticSaveToo()
     QCOMPARE(
         log.lines(),
         QStringList({u"modified"_qs, u"about to save 3"_qs, u"about to save 0"_qs, u"saved"_qs}));
-    TVLProjectModelTestAccess::loadedNodes(model.get()).clear();
 }
 
 void TstAutosave::aChangedIdleTimeCountsFromTheNextChange()

@@ -543,7 +543,8 @@ void TstLifecycle::anUnforcedSaveOfASavedProjectWritesNothingButAsksTheEditors()
     const TestProject project;
     const auto model = project.create();
     const ModelTester tester(model.get());
-    TVLProjectModelTestAccess::loadedNodes(model.get()) = {model->findNode(3), model->findNode(1)};
+    model->loadDocuments(model->findNode(3));
+    model->loadDocuments(model->findNode(1));
     const auto before = project.files();
     const SignalLog log(model.get());
     QVERIFY(model->save(false));
@@ -551,7 +552,6 @@ void TstLifecycle::anUnforcedSaveOfASavedProjectWritesNothingButAsksTheEditors()
     QVERIFY(model->save());
     QCOMPARE(project.files(), before);
     QVERIFY(model->isSaved());
-    TVLProjectModelTestAccess::loadedNodes(model.get()).clear();
 }
 
 void TstLifecycle::editorsAreAskedBeforeTheBinderIsWritten()
@@ -560,7 +560,8 @@ void TstLifecycle::editorsAreAskedBeforeTheBinderIsWritten()
     const auto model = project.create();
     const ModelTester tester(model.get());
     const QList<TVLProjectNode *> nodes = {model->findNode(3), model->findNode(1)};
-    TVLProjectModelTestAccess::loadedNodes(model.get()) = nodes;
+    for (TVLProjectNode *node : nodes)
+        model->loadDocuments(node);
     const QByteArray before = project.readFile(u"Novel.tavelx"_qs);
     int calls = 0;
     connect(model.get(), &TVLProjectModel::aboutToSave, this, [&](const QModelIndex &index) {
@@ -569,7 +570,7 @@ void TstLifecycle::editorsAreAskedBeforeTheBinderIsWritten()
         ++calls;
         // What an editor does now still gets into this save, and the list may change meanwhile.
         QVERIFY(model->setTitle(index, u"pushed %1"_qs.arg(calls)));
-        TVLProjectModelTestAccess::loadedNodes(model.get()).clear();
+        model->reloadCachedUuids(model->uniqueUuids());
     });
     QVERIFY(model->save(false));
     QCOMPARE(calls, 2);

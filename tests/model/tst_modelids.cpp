@@ -425,16 +425,17 @@ void TstModelIds::mapsStayInStepThroughRandomChanges()
 
 void TstModelIds::reloadedUuidsLeaveTheListOfLoadedItems()
 {
-    const auto model = blankModel();
-    QList<TVLProjectNode *> &loaded = TVLProjectModelTestAccess::loadedNodes(model.get());
+    const TestProject project;
+    const auto model = project.create();
     const QList<TVLProjectNode *> nodes = model->binderRoot()->mChildren;
-    loaded = nodes;
+    for (TVLProjectNode *node : nodes)
+        model->loadDocuments(node);
     model->reloadCachedUuids({});
-    QCOMPARE(loaded, nodes);
+    QCOMPARE(model->loadedNodes(), nodes);
     model->reloadCachedUuids({nodes.at(0)->mUuid, nodes.at(2)->mUuid, QUuid::createUuid()});
-    QCOMPARE(loaded, QList<TVLProjectNode *>({nodes.at(1)}));
+    QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({nodes.at(1)}));
     model->reloadCachedUuids(model->uniqueUuids());
-    QCOMPARE(loaded, QList<TVLProjectNode *>());
+    QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>());
 }
 
 TVL_TEST_MAIN(TstModelIds)

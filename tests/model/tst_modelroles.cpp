@@ -1,8 +1,7 @@
 #include "ModelChecks.h"
 #include "ModelTester.h"
 #include "TestMain.h"
-
-#include "TVLTextDocument.h"
+#include "TestProject.h"
 
 #include <QColor>
 #include <QIcon>
@@ -45,7 +44,9 @@ private Q_SLOTS:
     void everyRoleOfANewItemGivesItsDefault_data();
     void everyRoleOfANewItemGivesItsDefault();
     void anEmptyTitleIsShownAsUntitledAndEditedAsEmpty();
-    void theToolTipIsTheSynopsisInMemory();
+    void theToolTipIsTheSynopsis();
+    void theToolTipReadsTheSynopsisFromItsFile();
+    void theToolTipOfASystemFolderIsEmpty();
     void theDecorationIsAnIcon();
     void otherRolesGiveNothing_data();
     void otherRolesGiveNothing();
@@ -128,7 +129,8 @@ void TstModelRoles::everyRoleOfANewItemGivesItsDefault()
 {
     QFETCH(const int, role);
     QFETCH(const QVariant, expected);
-    const auto model = blankModel();
+    const TestProject project;
+    const auto model = project.create();
     const QVariant value = model->data(firstText(model.get()), role);
     QCOMPARE(value, expected);
     QCOMPARE(value.typeId(), expected.typeId());
@@ -147,17 +149,37 @@ void TstModelRoles::anEmptyTitleIsShownAsUntitledAndEditedAsEmpty()
     QCOMPARE(model->data(index, Qt::EditRole), QVariant(QString()));
 }
 
-void TstModelRoles::theToolTipIsTheSynopsisInMemory()
+void TstModelRoles::theToolTipIsTheSynopsis()
 {
-    const auto model = blankModel();
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
-    TVLProjectNode *node = model->projectNode(index);
-    TVLTextDocument synopsis(nullptr, model.get(), node, TVL::SynopsisText);
-    synopsis.setPlainText(u"a < b\nand c"_qs);
-    node->mSynopsisDocument = &synopsis;
+    QVERIFY(model->setSynopsis(index, u"a < b\nand c"_qs));
     QCOMPARE(model->data(index, Qt::ToolTipRole),
              QVariant(TVL::toHtmlTooltipFormat(u"a < b\nand c"_qs)));
-    node->mSynopsisDocument = nullptr;
+}
+
+void TstModelRoles::theToolTipReadsTheSynopsisFromItsFile()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "from the file");
+    const QModelIndex index = firstText(model.get());
+    QCOMPARE(model->data(index, Qt::ToolTipRole),
+             QVariant(TVL::toHtmlTooltipFormat(u"from the file"_qs)));
+    QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->findNode(3)}));
+    QVERIFY(model->isSaved());
+}
+
+void TstModelRoles::theToolTipOfASystemFolderIsEmpty()
+{
+    const TestProject project;
+    const auto model = project.create();
+    project.writeFile(u"Files/Docs/0_synopsis.txt"_qs, "never shown");
+    QCOMPARE(model->data(model->draftFolder(), Qt::ToolTipRole), QVariant(QString()));
+    QVERIFY(model->loadedNodes().isEmpty());
 }
 
 void TstModelRoles::theDecorationIsAnIcon()
@@ -571,7 +593,7 @@ void TstModelRoles::theModelHasItsNameAndPathAsProperties()
 {
     const auto model = blankModel();
     QCOMPARE(model->property("name"), QVariant(u"Novel"_qs));
-    QCOMPARE(model->property("path").value<QDir>(), QDir(u"/nowhere/Novel.tavel"_qs));
+    QCOMPARE(model->property("path").value<QDir>(), QDir(unsavedProjectPath()));
     QCOMPARE(model->property("path").value<QDir>(), model->path());
     const QMetaObject *meta = model->metaObject();
     QVERIFY(!meta->property(meta->indexOfProperty("path")).isWritable());

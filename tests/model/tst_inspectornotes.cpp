@@ -1,0 +1,128 @@
+#include "ModelChecks.h"
+#include "ModelTester.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include "TVLTextCommentLink.h"
+#include "TVLTextDocument.h"
+#include "TVLTextRange.h"
+
+#include <QTest>
+
+namespace {
+
+TVLTextCommentLink comment(const QString &text)
+{
+    return TVLTextCommentLink(QUuid::createUuid().toString(QUuid::WithoutBraces),
+                              "{\\rtf1 " + text.toLatin1() + "}");
+}
+
+} // namespace
+
+class TstInspectorNotes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNoteIsSet();
+    void aSetNoteMarksAllThatWasChanged();
+    void notesComeInTheOrderOfTheText();
+    void notesAreRemovedByWhereTheyStart();
+    void noteRemovalsWithoutNoteChangeNothing();
+    void itemsWithoutTextHaveNoNotes();
+};
+
+void TstInspectorNotes::aNoteIsSet()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    QVERIFY(!model->hasInspectorNotes(index));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
+    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"which"_qs)));
+    QVERIFY(model->hasInspectorNotes(index));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_qs}));
+    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_qs);
+    QCOMPARE(model->projectNode(index)->mTextDocument->referenceCount(), 0);
+}
+
+void TstInspectorNotes::aSetNoteMarksAllThatWasChanged()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    TVLTextDocument *text = model->referenceText(index);
+    QVERIFY(model->save());
+    text->setModified(false);
+    makeAllOld(model.get());
+    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"whose"_qs)));
+    QVERIFY(text->isModified());
+    QVERIFY(!text->isSaved());
+    QVERIFY(isTouched(model.get(), index));
+    QVERIFY(model->isModified());
+}
+
+void TstInspectorNotes::notesComeInTheOrderOfTheText()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    QVERIFY(model->setInspectorNote(index, {14, 4}, comment(u"last"_qs)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"first"_qs)));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"last"_qs}));
+}
+
+void TstInspectorNotes::notesAreRemovedByWhereTheyStart()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"first"_qs)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"second"_qs)));
+    QVERIFY(model->setInspectorNote(index, {14, 4}, comment(u"third"_qs)));
+    QVERIFY(model->removeInspectorNote(index, 5));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"third"_qs}));
+    QVERIFY(model->removeInspectorNotes(index, {14, 0}));
+    QVERIFY(!model->hasInspectorNotes(index));
+    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_qs);
+    QCOMPARE(model->projectNode(index)->mTextDocument->referenceCount(), 0);
+}
+
+void TstInspectorNotes::noteRemovalsWithoutNoteChangeNothing()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"which"_qs)));
+    QVERIFY(model->save());
+    QVERIFY(model->removeInspectorNotes(index, {}));
+    QVERIFY(model->removeInspectorNotes(index, {0, 14, -1, 1000}));
+    QVERIFY(model->isSaved());
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_qs}));
+}
+
+void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex image = addItem(model.get(), model->draftFolder(), TVL::Image);
+    for (const QModelIndex &index : {image, model->draftFolder()}) {
+        QVERIFY(!model->setInspectorNote(index, {0, 1}, comment(u"x"_qs)));
+        QVERIFY(!model->hasInspectorNotes(index));
+        QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
+        QVERIFY(model->removeInspectorNotes(index, {0}));
+        QVERIFY(model->removeInspectorNote(index, 0));
+    }
+    QVERIFY(!model->removeInspectorNotes(QModelIndex(), {0}));
+    QVERIFY(!model->removeInspectorNote(model->rootIndex(), 0));
+    QVERIFY(model->isSaved());
+}
+
+TVL_TEST_MAIN(TstInspectorNotes)
+#include "tst_inspectornotes.moc"
