@@ -1,15 +1,17 @@
 /*
- * Builds a project whose binder is a book:
+ * Builds a project of a book, with its text:
  *
  *     example_book TARGET.tavel [TITLES_FILE]
  *     example_book TARGET.tavel --json-dir DIR
  *
  * The chapters' titles come from a text file with one title a line, from a folder with the files
- * chapter_1.json, chapter_2.json and so on, each an object with a `title`, or, with neither, from a
- * list that lies in the program itself. They go into five parts under the Draft, in order.
+ * chapter_1.json, chapter_2.json and so on, each an object with a `title` and a `text`, or, with
+ * neither, from a list that lies in the program itself. Chapters without a text of their own get a
+ * passage that lies there too. They go into five parts under the Draft, in order.
  */
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
+#include "TVLTextDocument.h"
 #include "TVLUnattendedMessageBoxes.h"
 
 #include <QApplication>
@@ -21,6 +23,7 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QRegularExpression>
+#include <QTextCursor>
 #include <QTextStream>
 
 #include <memory>
@@ -47,51 +50,58 @@ int end(ExitStatus status, const QString &text)
     return status;
 }
 
-// --- Titles
+// --- Chapters
 
-QStringList titlesFromTextFile(const QString &filePath, QString *error)
+struct Chapter
+{
+    QString title;
+    QString text; ///< Paragraphs with an empty line between them.
+};
+
+/** The content of a text file; nothing, and the reason in @p error, when it can't be read. */
+QString readTextFile(const QString &filePath, QString *error)
 {
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly)) {
         *error = u"'%1': %2"_qs.arg(filePath, file.errorString());
         return {};
     }
-    QStringList titles;
-    QTextStream stream(&file);
-    for (QString line; stream.readLineInto(&line);) {
-        if (const QString title = line.trimmed(); !title.isEmpty())
-            titles.append(title);
-    }
-    return titles;
+    return QString::fromUtf8(file.readAll());
 }
 
-QString titleFromJsonFile(const QString &filePath)
+QList<Chapter> chaptersFromTitles(const QString &filePath, QString *error)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.readAll()).object().value(u"title").toString();
+    const QString passage = readTextFile(u":/passage.txt"_qs, error);
+    QList<Chapter> chapters;
+    const QStringList lines = readTextFile(filePath, error).split(u'\n');
+    for (const QString &line : lines) {
+        if (const QString title = line.trimmed(); !title.isEmpty())
+            chapters.append({title, passage});
+    }
+    return chapters;
 }
 
-/** The titles in the order of the chapters' numbers, which isn't that of the file names. */
-QStringList titlesFromJsonDirectory(const QString &path, QString *error)
+/** The chapters in the order of their numbers, which isn't that of the file names. */
+QList<Chapter> chaptersFromJsonDirectory(const QString &path, QString *error)
 {
     static const QRegularExpression fileName(u"^chapter_([0-9]+)\\.json$"_qs);
     const QDir directory(path);
-    QMap<int, QString> titles;
+    QMap<int, Chapter> chapters;
     const QStringList names = directory.entryList(QDir::Files);
     for (const QString &name : names) {
         const QRegularExpressionMatch match = fileName.match(name);
         if (!match.hasMatch())
             continue;
-        const QString title = titleFromJsonFile(directory.filePath(name));
+        const QByteArray json = readTextFile(directory.filePath(name), error).toUtf8();
+        const QJsonObject chapter = QJsonDocument::fromJson(json).object();
+        const QString title = chapter.value(u"title").toString();
         if (title.isEmpty()) {
             *error = u"'%1' holds no title"_qs.arg(directory.filePath(name));
             return {};
         }
-        titles.insert(match.capturedView(1).toInt(), title);
+        chapters.insert(match.capturedView(1).toInt(), {title, chapter.value(u"text").toString()});
     }
-    return titles.values();
+    return chapters.values();
 }
 
 // --- The book
@@ -119,26 +129,47 @@ QModelIndex addPart(TVLProjectModel *model, int part)
     return index;
 }
 
-void addChapters(TVLProjectModel *model, const QModelIndex &part, const QStringList &titles)
+/** Writes a chapter's text into its document; the project saves it with all else. */
+void setText(TVLProjectModel *model, const QModelIndex &index, const QString &text)
+{
+    static const QRegularExpression emptyLines(u"\\n\\s*\\n"_qs);
+    TVLTextDocument *document = model->referenceText(index);
+    QTextCursor cursor(document);
+    cursor.beginEditBlock();
+    const QStringList paragraphs = text.trimmed().split(emptyLines);
+    for (qsizetype i = 0; i < paragraphs.size(); ++i) {
+        if (i > 0)
+            cursor.insertBlock();
+        // Lines within a paragraph end where a page of the printed book was full.
+        cursor.insertText(paragraphs.at(i).simplified());
+    }
+    cursor.endEditBlock();
+    document->clearUndoRedoStacks();
+    // With nobody holding it and nothing to undo, the next save lets the text go from memory.
+    model->dereferenceItem(document);
+}
+
+void addChapters(TVLProjectModel *model, const QModelIndex &part, const QList<Chapter> &chapters)
 {
     const int firstDraft = identityOf(model->statusItems(), u"First Draft"_qs);
     const int atEnd = -1;
-    for (const QString &title : titles) {
-        const QModelIndex chapter =
-            model->createIndex(model->insertNode(atEnd, part, TVL::Text, QString(), title));
-        model->setStatusIdentity(chapter, firstDraft);
+    for (const Chapter &chapter : chapters) {
+        const QModelIndex index =
+            model->createIndex(model->insertNode(atEnd, part, TVL::Text, QString(), chapter.title));
+        model->setStatusIdentity(index, firstDraft);
+        setText(model, index, chapter.text);
     }
-    if (titles.isEmpty())
+    if (chapters.isEmpty())
         return;
     const int done = identityOf(model->statusItems(), u"Done"_qs);
     const QModelIndex first = model->index(0, 0, part);
     model->setLabelIdentity(first, Opening);
     model->setStatusIdentity(first, done);
-    if (titles.size() > 1)
-        model->setLabelIdentity(model->index(int(titles.size()) - 1, 0, part), Closing);
+    if (chapters.size() > 1)
+        model->setLabelIdentity(model->index(int(chapters.size()) - 1, 0, part), Closing);
 }
 
-void addBook(TVLProjectModel *model, const QStringList &titles)
+void addBook(TVLProjectModel *model, const QList<Chapter> &chapters)
 {
     model->setLabels({
         {-1, u"No Label"_qs, QColor()},
@@ -149,13 +180,13 @@ void addBook(TVLProjectModel *model, const QStringList &titles)
     qsizetype begin = 0;
     for (int part = 0; part < PartCount; ++part) {
         const qsizetype count =
-            titles.size() / PartCount + (part < titles.size() % PartCount ? 1 : 0);
-        addChapters(model, addPart(model, part), titles.mid(begin, count));
+            chapters.size() / PartCount + (part < chapters.size() % PartCount ? 1 : 0);
+        addChapters(model, addPart(model, part), chapters.mid(begin, count));
         begin += count;
     }
 }
 
-int makeBook(const QString &path, const QStringList &titles)
+int makeBook(const QString &path, const QList<Chapter> &chapters)
 {
     if (!TVLProjectFolderFormat::isCompatible(QIODevice::WriteOnly, path))
         return end(WrongUse, u"the target must end in .tavel: '%1'"_qs.arg(path));
@@ -168,7 +199,7 @@ int makeBook(const QString &path, const QStringList &titles)
     // From here on the folder exists, and nobody else should open it.
     if (!TVLProjectFolderFormat::addLock(projectPath))
         return end(Failed, u"'%1' can't be locked"_qs.arg(projectPath));
-    addBook(model.get(), titles);
+    addBook(model.get(), chapters);
     const bool saved = model->save(true);
     // Removes the lock, among other things.
     model->prepareToDestroy();
@@ -191,9 +222,9 @@ int main(int argc, char **argv)
                      [](const auto &box) { QTextStream(stderr) << box.text << Qt::endl; });
 
     const QCommandLineOption jsonOption(
-        u"json-dir"_qs, u"Takes the titles from chapter_1.json and so on."_qs, u"DIR"_qs);
+        u"json-dir"_qs, u"Takes the chapters from chapter_1.json and so on."_qs, u"DIR"_qs);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Builds a project whose binder is a book."_qs);
+    parser.setApplicationDescription(u"Builds a project of a book, with its text."_qs);
     parser.addHelpOption();
     parser.addOption(jsonOption);
     parser.addPositionalArgument(u"TARGET"_qs, u"The project to make, ending in .tavel."_qs);
@@ -208,10 +239,10 @@ int main(int argc, char **argv)
         return end(WrongUse, u"give a target, and a file of titles or --json-dir"_qs);
 
     QString error;
-    const QStringList titles = fromJson
-        ? titlesFromJsonDirectory(parser.value(jsonOption), &error)
-        : titlesFromTextFile(arguments.value(1, u":/titles.txt"_qs), &error);
-    if (titles.isEmpty())
+    const QList<Chapter> chapters = fromJson
+        ? chaptersFromJsonDirectory(parser.value(jsonOption), &error)
+        : chaptersFromTitles(arguments.value(1, u":/titles.txt"_qs), &error);
+    if (chapters.isEmpty())
         return end(Failed, error.isEmpty() ? u"there are no titles"_qs : error);
-    return makeBook(arguments.constFirst(), titles);
+    return makeBook(arguments.constFirst(), chapters);
 }

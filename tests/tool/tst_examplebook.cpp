@@ -19,6 +19,8 @@ private Q_SLOTS:
     void theBookIsSoundAndNotLocked();
     void withoutAListTheBookHasItsOwnTitles();
     void titlesComeFromJsonFilesInNumericOrder();
+    void chaptersHaveTheirTexts();
+    void withoutATextOfItsOwnAChapterHasThePassage();
     void unevenTitlesFillTheFirstPartsMore();
     void whatCannotBeMadeIsRefused_data();
     void whatCannotBeMadeIsRefused();
@@ -140,6 +142,30 @@ void TstExampleBook::titlesComeFromJsonFilesInNumericOrder()
     QCOMPARE(chaptersOf(partsOf(project)),
              QStringList({u"No. 1"_qs, u"No. 2"_qs, u"No. 3"_qs, u"No. 9"_qs, u"No. 10"_qs,
                           u"No. 11"_qs, u"No. 100"_qs}));
+}
+
+void TstExampleBook::chaptersHaveTheirTexts()
+{
+    const TestProject project;
+    const QString data = writeChapters(project, {1, 2});
+    writeFileAt(
+        data + u"/chapter_2.json"_qs,
+        "{\"title\": \"Storm\", \"text\": \"One\\nline.\\n\\nTwo \u2014 \\u201cx\\u201d.\\n\"}");
+    QCOMPARE(runExample({project.path(), u"--json-dir"_qs, data}).status, 0);
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/Part 1/No. 1"_qs}).output,
+             QByteArray("Sea.\n"));
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/Part 2/Storm"_qs}).output,
+             u"One line.\nTwo \u2014 \u201cx\u201d.\n"_qs.toUtf8());
+}
+
+void TstExampleBook::withoutATextOfItsOwnAChapterHasThePassage()
+{
+    const TestProject project;
+    QCOMPARE(runExample({project.path()}).status, 0);
+    const QString chapter = u"Draft/Part 5/"_qs + titlesInFile().constLast();
+    const QByteArray text = runTool({u"cat"_qs, project.path(), chapter}).output;
+    QCOMPARE(text.count('\n'), 3);
+    QVERIFY(text.startsWith("The rain had stopped"));
 }
 
 void TstExampleBook::unevenTitlesFillTheFirstPartsMore()

@@ -222,6 +222,21 @@ QList<DamageRow> damageRows()
          inBinder(fifth, fifth.first(fifth.indexOf(" Created"))),
          {u"invalidDate #5"_qs, u"invalidDate #5"_qs}},
 
+        // Texts
+        {"texts that are damaged",
+         all({writing(u"Files/Docs/3.rtf"_qs, "no rich text"),
+              writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Cut off"),
+              writing(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Cut off"),
+              writing(u"Files/Docs/5_synopsis.txt/file"_qs, "in a folder")}),
+         {u"unreadableDocument Files/Docs/3.rtf"_qs, u"unreadableDocument Files/Docs/4.rtf"_qs,
+          u"unreadableDocument Files/Docs/5_notes.rtf"_qs,
+          u"unreadableDocument Files/Docs/5_synopsis.txt"_qs}},
+        {"comments that are damaged",
+         all({writing(u"Files/Docs/4.comments"_qs, "<Comments><Comment"),
+              writing(u"Files/Docs/5.links"_qs, "<Links><TavelinorLinks>")}),
+         {u"unreadableComments Files/Docs/4.comments"_qs,
+          u"unreadableComments Files/Docs/5.links"_qs}},
+
         // System folders
         {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
         {"two Trash folders",
@@ -386,6 +401,8 @@ void TstToolCheck::everyKindOfProblemHasARow()
                             u"unknownStatus"_qs,
                             u"missingSystemFolder"_qs,
                             u"doubledSystemFolder"_qs,
+                            u"unreadableDocument"_qs,
+                            u"unreadableComments"_qs,
                             u"unknownCollectionMember"_qs,
                             u"orphanedFile"_qs,
                             u"orphanedSnapshots"_qs};

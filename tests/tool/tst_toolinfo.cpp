@@ -18,6 +18,8 @@ private Q_SLOTS:
     void theKeysAreStable();
     void theValuesAreTheProjects();
     void countsAreByType();
+    void wordsAndCharactersAreThoseOfAllTexts();
+    void aTextThatCannotBeReadIsCountedApart();
     void labelsStatusItemsAndCollectionsAreListed();
     void aSaveStampThatIsMissingIsNull();
     void aLockIsToldAndKept();
@@ -57,8 +59,10 @@ void TstToolInfo::theKeysAreStable()
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(keysOf(info),
              QSet<QString>({u"name"_qs, u"path"_qs, u"formatVersion"_qs, u"binderVersion"_qs,
-                            u"binderVersionText"_qs, u"items"_qs, u"counts"_qs, u"labels"_qs,
-                            u"statusItems"_qs, u"collections"_qs, u"save"_qs, u"locked"_qs}));
+                            u"binderVersionText"_qs, u"items"_qs, u"counts"_qs, u"words"_qs,
+                            u"characters"_qs, u"draftWords"_qs, u"draftCharacters"_qs,
+                            u"unreadableTexts"_qs, u"labels"_qs, u"statusItems"_qs,
+                            u"collections"_qs, u"save"_qs, u"locked"_qs}));
     QCOMPARE(keysOf(info[u"counts"]),
              QSet<QString>({u"DraftFolder"_qs, u"ResearchFolder"_qs, u"TrashFolder"_qs,
                             u"Folder"_qs, u"Text"_qs, u"Image"_qs, u"PDF"_qs, u"Media"_qs,
@@ -106,6 +110,37 @@ void TstToolInfo::countsAreByType()
                                     {u"Media"_qs, 1},
                                     {u"WebArchive"_qs, 1},
                                     {u"Other"_qs, 1}}));
+}
+
+void TstToolInfo::wordsAndCharactersAreThoseOfAllTexts()
+{
+    const TestProject project;
+    const QByteArray research = item(1, "ResearchFolder", "Research");
+    QByteArray items = systemFolders(item(3, "Folder", "Part") + item(4, "Text", "One"));
+    items.replace(research,
+                  item(1, "ResearchFolder", "Research",
+                       {.attributes = {}, .metaData = {}, .children = item(5, "Text", "Notes")}));
+    writeProject(project, binderXml(items));
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Two words}");
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Three more\\par words}");
+    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Aside}");
+    const QJsonObject info = infoOf(project.path());
+    QCOMPARE(info[u"words"], QJsonValue(6));
+    QCOMPARE(info[u"characters"], QJsonValue(9 + 16 + 5));
+    QCOMPARE(info[u"draftWords"], QJsonValue(5));
+    QCOMPARE(info[u"draftCharacters"], QJsonValue(9 + 16));
+    QCOMPARE(info[u"unreadableTexts"], QJsonValue(0));
+}
+
+void TstToolInfo::aTextThatCannotBeReadIsCountedApart()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Cut off");
+    const QJsonObject info = infoOf(project.path());
+    QCOMPARE(info[u"words"], QJsonValue(1));
+    QCOMPARE(info[u"unreadableTexts"], QJsonValue(1));
+    QVERIFY(runTool({u"info"_qs, project.path()}).output.contains("\nUnreadable texts: 1\n"));
 }
 
 void TstToolInfo::labelsStatusItemsAndCollectionsAreListed()
@@ -194,6 +229,8 @@ void TstToolInfo::theTextFormSaysTheSame()
           "  TrashFolder:    1\n"
           "  Folder:         1\n"
           "  Text:           2\n"
+          "Words:            1, 1 of them in the draft\n"
+          "Characters:       6, 6 of them in the draft\n"
           "Label -1:         No Label\n"
           "Label 1:          Chapter #ffc080\n"
           "Label 7:          Idea #0000ff\n"

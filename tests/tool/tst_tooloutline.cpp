@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aVeryDeepTreeIsShownAsText();
     void aVeryDeepTreeIsShownAsJson();
     void manySiblingsAreShown();
+    void wordsAreCountedInEachText();
 };
 
 namespace {
@@ -43,15 +44,16 @@ QJsonArray jsonOutlineOf(const TestProject &project)
 }
 
 QJsonObject itemJson(int id, const char *type, const QString &title, const QJsonValue &label = {},
-                     const QJsonValue &status = {}, const QJsonArray &children = {})
+                     const QJsonValue &status = {}, const QJsonArray &children = {}, int words = 0)
 {
+    const bool hasText = qstrcmp(type, "Text") == 0 || qstrcmp(type, "Folder") == 0;
     return {{u"id"_qs, id},
             {u"uuid"_qs, QString::fromLatin1(uuidOf(id))},
             {u"type"_qs, QString::fromLatin1(type)},
             {u"title"_qs, title},
             {u"label"_qs, label},
             {u"status"_qs, status},
-            {u"words"_qs, QJsonValue()},
+            {u"words"_qs, hasText ? QJsonValue(words) : QJsonValue()},
             {u"children"_qs, children}};
 }
 
@@ -75,13 +77,14 @@ void TstToolOutline::theTextFormIsIndentedByLevel()
     const ProgramResult result = outlineOf(project);
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors, QByteArray());
-    QCOMPARE(result.output,
-             QByteArray("[DraftFolder] Draft (#0)\n"
-                        "  [Folder] Part 1 (#3)\n"
-                        "    [Text] The Harbour (#4) [label: Chapter] [status: First Draft]\n"
-                        "    [Text] First Watch (#5) [status: Done]\n"
-                        "[ResearchFolder] Research (#1)\n"
-                        "[TrashFolder] Trash (#2)\n"));
+    QCOMPARE(
+        result.output,
+        QByteArray("[DraftFolder] Draft (#0)\n"
+                   "  [Folder] Part 1 (#3)\n"
+                   "    [Text] The Harbour (#4) [label: Chapter] [status: First Draft] [words: 1]\n"
+                   "    [Text] First Watch (#5) [status: Done]\n"
+                   "[ResearchFolder] Research (#1)\n"
+                   "[TrashFolder] Trash (#2)\n"));
 }
 
 void TstToolOutline::anItemWithoutATitleIsShownAsUntitled()
@@ -120,8 +123,9 @@ void TstToolOutline::theJsonFormIsATreeOfItems()
 {
     const TestProject project;
     writeSoundProject(project);
-    const QJsonArray texts{itemJson(4, "Text", u"The Harbour"_qs, u"Chapter"_qs, u"First Draft"_qs),
-                           itemJson(5, "Text", u"First Watch"_qs, QJsonValue(), u"Done"_qs)};
+    const QJsonArray texts{
+        itemJson(4, "Text", u"The Harbour"_qs, u"Chapter"_qs, u"First Draft"_qs, {}, 1),
+        itemJson(5, "Text", u"First Watch"_qs, QJsonValue(), u"Done"_qs)};
     const QJsonArray parts{itemJson(3, "Folder", u"Part 1"_qs, QJsonValue(), QJsonValue(), texts)};
     const QJsonArray expected{
         itemJson(0, "DraftFolder", u"Draft"_qs, QJsonValue(), QJsonValue(), parts),
@@ -228,6 +232,23 @@ void TstToolOutline::manySiblingsAreShown()
     const QJsonArray children = jsonOutlineOf(project)[0][u"children"].toArray();
     QCOMPARE(children.size(), Count);
     QCOMPARE(children.last()[u"id"], QJsonValue(Count + 2));
+}
+
+void TstToolOutline::wordsAreCountedInEachText()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 A word\\par on the part}");
+    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Cut off");
+    const QByteArray text = outlineOf(project).output;
+    QVERIFY(text.contains("Part 1 (#3) [words: 5]\n"));
+    QVERIFY(text.contains("First Watch (#5) [status: Done]\n"));
+
+    const QJsonValue part = jsonOutlineOf(project)[0][u"children"][0];
+    QCOMPARE(part[u"words"], QJsonValue(5));
+    QCOMPARE(part[u"children"][0][u"words"], QJsonValue(1));
+    // Nobody knows how many there are in a text that can't be read.
+    QCOMPARE(part[u"children"][1][u"words"], QJsonValue());
 }
 
 TVL_TEST_MAIN(TstToolOutline)

@@ -77,7 +77,8 @@ ExitStatus runCommand(const Command &command, const QStringList &arguments, Cons
 
 ExitStatus runCommandLine(const QStringList &arguments, Console *console)
 {
-    const QList<Command> commands{newCommand(), infoCommand(), outlineCommand(), checkCommand()};
+    const QList<Command> commands{newCommand(), infoCommand(), outlineCommand(), catCommand(),
+                                  checkCommand()};
 
     QCommandLineParser parser;
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);

@@ -31,6 +31,7 @@ struct Command
 [[nodiscard]] Command newCommand();
 [[nodiscard]] Command infoCommand();
 [[nodiscard]] Command outlineCommand();
+[[nodiscard]] Command catCommand();
 [[nodiscard]] Command checkCommand();
 
 /** Runs what the command line asks for; @p arguments begin with the program's name. */

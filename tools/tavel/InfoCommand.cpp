@@ -1,10 +1,12 @@
 #include "Command.h"
+#include "ItemDocuments.h"
 #include "ItemTexts.h"
 #include "ProjectOpener.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
 #include "TVLWordTable.h"
 
 #include <QCommandLineParser>
@@ -35,6 +37,40 @@ TypeCounts countTypes(const TVLProjectModel &model)
     return counts;
 }
 
+QString projectPath(const TVLProjectModel &model)
+{
+    return model.path().absolutePath();
+}
+
+/** The texts of a project taken together. */
+struct TextCounts
+{
+    TextLength all;
+    TextLength draft; ///< Of what lies in the Draft folder.
+    int unreadable = 0; ///< Texts that can't be read and so aren't counted.
+};
+
+TextCounts countTexts(const TVLProjectModel &model)
+{
+    TextCounts counts;
+    const QString path = projectPath(model);
+    tvlForEachNode(model.binderRoot(), [&](TVLProjectNode *node) {
+        if (!hasMainText(node))
+            return;
+        QString error;
+        const auto document = readItemText(path, node, TVL::MainText, &error);
+        if (!document) {
+            ++counts.unreadable;
+            return;
+        }
+        const TextLength length = lengthOf(*document);
+        counts.all += length;
+        if (model.draftContains(model.createIndex(node)))
+            counts.draft += length;
+    });
+    return counts;
+}
+
 QString kindOf(const TVLCollectionMetaData &collection)
 {
     return tvlWordOf(CollectionKinds, collection.mType, u"Arbitrary").toString();
@@ -43,11 +79,6 @@ QString kindOf(const TVLCollectionMetaData &collection)
 QString colorName(const TVLLabel &label)
 {
     return label.mColor.isValid() ? label.mColor.name() : QString();
-}
-
-QString projectPath(const TVLProjectModel &model)
-{
-    return model.path().absolutePath();
 }
 
 QJsonObject toJson(const TVLProjectModel &model)
@@ -70,6 +101,7 @@ QJsonObject toJson(const TVLProjectModel &model)
         collections.append(
             QJsonObject{{u"title"_qs, collection.mTitle}, {u"kind"_qs, kindOf(collection)}});
 
+    const TextCounts texts = countTexts(model);
     const TVLProjectInfo info = model.info();
     return {
         {u"name"_qs, model.name()},
@@ -79,6 +111,11 @@ QJsonObject toJson(const TVLProjectModel &model)
         {u"binderVersionText"_qs, info.mVersion},
         {u"items"_qs, model.totalNodesCount()},
         {u"counts"_qs, counts},
+        {u"words"_qs, texts.all.words},
+        {u"characters"_qs, texts.all.characters},
+        {u"draftWords"_qs, texts.draft.words},
+        {u"draftCharacters"_qs, texts.draft.characters},
+        {u"unreadableTexts"_qs, texts.unreadable},
         {u"labels"_qs, labels},
         {u"statusItems"_qs, statusItems},
         {u"collections"_qs, collections},
@@ -93,6 +130,11 @@ QJsonObject toJson(const TVLProjectModel &model)
 QString toText(const QJsonValue &value)
 {
     return value.isNull() ? u"unknown"_qs : value.toString();
+}
+
+QString inAllAndDraft(qint64 all, qint64 draft)
+{
+    return u"%1, %2 of them in the draft"_qs.arg(all).arg(draft);
 }
 
 /** The lines of the text form: what is told, and what is told of it. */
@@ -111,6 +153,11 @@ QList<QPair<QString, QString>> toLines(const TVLProjectModel &model)
         if (const int count = counts.at(std::size_t(type)))
             lines.append({u"  "_qs + TVL::toString(TVL::NodeType(type)), QString::number(count)});
     }
+    const TextCounts texts = countTexts(model);
+    lines.append({u"Words"_qs, inAllAndDraft(texts.all.words, texts.draft.words)});
+    lines.append({u"Characters"_qs, inAllAndDraft(texts.all.characters, texts.draft.characters)});
+    if (texts.unreadable > 0)
+        lines.append({u"Unreadable texts"_qs, QString::number(texts.unreadable)});
     for (const TVLLabel &label : model.labels())
         lines.append({u"Label %1"_qs.arg(label.mId),
                       u"%1 %2"_qs.arg(label.mTitle, colorName(label)).trimmed()});

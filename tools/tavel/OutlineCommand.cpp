@@ -1,14 +1,18 @@
 #include "Command.h"
+#include "ItemDocuments.h"
 #include "ItemTexts.h"
 #include "ProjectOpener.h"
 
 #include "TUuid.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
 
 #include <QCommandLineParser>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <optional>
 
 namespace {
 
@@ -17,11 +21,11 @@ namespace {
  * depth: 0 at the top. It doesn't recurse, so that a tree may be of any depth.
  */
 template <typename Enter, typename Leave>
-void walk(const TVLProjectNode *root, Enter enter, Leave leave)
+void walk(TVLProjectNode *root, Enter enter, Leave leave)
 {
     struct Step
     {
-        const TVLProjectNode *node;
+        TVLProjectNode *node;
         qsizetype nextChild;
     };
     QList<Step> way{{root, 0}};
@@ -29,7 +33,7 @@ void walk(const TVLProjectNode *root, Enter enter, Leave leave)
         Step &step = way.last();
         const qsizetype depth = way.size() - 1;
         if (step.nextChild < step.node->mChildren.size()) {
-            const TVLProjectNode *child = step.node->mChildren.at(step.nextChild);
+            TVLProjectNode *child = step.node->mChildren.at(step.nextChild);
             ++step.nextChild;
             enter(child, depth);
             way.append({child, 0});
@@ -58,10 +62,12 @@ public:
     void writeJson();
 
 private:
-    [[nodiscard]] QString textOf(const TVLProjectNode *node) const;
-    [[nodiscard]] QByteArray jsonOf(const TVLProjectNode *node) const;
+    [[nodiscard]] QString textOf(TVLProjectNode *node) const;
+    [[nodiscard]] QByteArray jsonOf(TVLProjectNode *node) const;
+    [[nodiscard]] std::optional<qint64> wordsOf(TVLProjectNode *node) const;
 
     const TVLProjectModel &mModel;
+    QString mProjectPath;
     Console *mConsole;
     QHash<int, QString> mLabels;
     QHash<int, QString> mStatusItems;
@@ -69,13 +75,23 @@ private:
 
 OutlineWriter::OutlineWriter(const TVLProjectModel &model, Console *console)
     : mModel(model)
+    , mProjectPath(model.path().absolutePath())
     , mConsole(console)
     , mLabels(titlesById(model.labels()))
     , mStatusItems(titlesById(model.statusItems()))
 {
 }
 
-QString OutlineWriter::textOf(const TVLProjectNode *node) const
+/** The words of an item's text; none for an item without one, or with one that can't be read. */
+std::optional<qint64> OutlineWriter::wordsOf(TVLProjectNode *node) const
+{
+    QString error;
+    const auto document =
+        hasMainText(node) ? readItemText(mProjectPath, node, TVL::MainText, &error) : nullptr;
+    return document ? std::optional(lengthOf(*document).words) : std::nullopt;
+}
+
+QString OutlineWriter::textOf(TVLProjectNode *node) const
 {
     const QString title =
         node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
@@ -87,6 +103,8 @@ QString OutlineWriter::textOf(const TVLProjectNode *node) const
         text += u" [label: "_qs + mLabels.value(node->mLabelId) + u']';
     if (mStatusItems.contains(node->mStatusId))
         text += u" [status: "_qs + mStatusItems.value(node->mStatusId) + u']';
+    if (const qint64 words = wordsOf(node).value_or(0); words > 0)
+        text += u" [words: "_qs + QString::number(words) + u']';
     return oneLine(text);
 }
 
@@ -94,14 +112,15 @@ void OutlineWriter::writeText()
 {
     walk(
         mModel.binderRoot(),
-        [this](const TVLProjectNode *node, qsizetype depth) {
+        [this](TVLProjectNode *node, qsizetype depth) {
             mConsole->writeLine(QString(2 * depth, u' ') + textOf(node));
         },
         [](const TVLProjectNode *, qsizetype) {});
 }
 
-QByteArray OutlineWriter::jsonOf(const TVLProjectNode *node) const
+QByteArray OutlineWriter::jsonOf(TVLProjectNode *node) const
 {
+    const std::optional<qint64> words = wordsOf(node);
     const QJsonObject object{
         {u"id"_qs, idOrNull(node->mId)},
         {u"uuid"_qs, toJson(node->mUuid)},
@@ -109,8 +128,7 @@ QByteArray OutlineWriter::jsonOf(const TVLProjectNode *node) const
         {u"title"_qs, node->mTitle},
         {u"label"_qs, textOrNull(mLabels.value(node->mLabelId))},
         {u"status"_qs, textOrNull(mStatusItems.value(node->mStatusId))},
-        // Counting means to load every text, which nothing does yet.
-        {u"words"_qs, QJsonValue()},
+        {u"words"_qs, words ? QJsonValue(*words) : QJsonValue()},
     };
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -127,7 +145,7 @@ void OutlineWriter::writeJson()
     mConsole->write("[");
     walk(
         mModel.binderRoot(),
-        [&](const TVLProjectNode *node, qsizetype depth) {
+        [&](TVLProjectNode *node, qsizetype depth) {
             QByteArray item = jsonOf(node);
             item.chop(1);
             mConsole->write((isFirst ? "\n" : ",\n") + indent(depth) + item + ",\"children\":[");

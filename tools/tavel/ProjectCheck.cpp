@@ -1,11 +1,14 @@
 #include "ProjectCheck.h"
 
+#include "Console.h"
+#include "ItemDocuments.h"
 #include "ItemTexts.h"
 
 #include "TUuid.h"
 #include "TVLBinderReader.h"
 #include "TVLCoreUtil.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLTextDocument.h"
 
 #include <QDir>
 #include <QFile>
@@ -70,6 +73,7 @@ QList<Problem> ProjectCheck::run()
         checkSystemFolders();
         checkCollections();
         checkDocs();
+        checkTexts();
         checkSnapshots();
     }
     return mProblems;
@@ -273,6 +277,42 @@ void ProjectCheck::checkDocs()
             add(u"orphanedFile"_qs, relative(directory.filePath(name)),
                 u"the file belongs to no item"_qs);
     }
+}
+
+void ProjectCheck::checkTexts()
+{
+    const bool isFolderThere =
+        QDir(TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath)).exists();
+    tvlForEachNode(mProject->binderRoot(), [&](TVLProjectNode *node) {
+        if (node->mId < 0 || !isFolderThere)
+            return;
+        if (hasMainText(node))
+            checkText(node, TVL::MainText);
+        checkText(node, TVL::NotesText);
+        checkText(node, TVL::SynopsisText);
+        TVLProjectLinksAndComments extras;
+        if (!TVLProjectFolderFormat::parseLinksAndComments(mFiles.projectPath, node, &extras,
+                                                           nullptr)) {
+            const bool hasComments = TVLProjectFolderFormat::docsDocumentExists(
+                mFiles.projectPath, node->mId, TVL::CommentsFile);
+            const TVL::DocumentType type = hasComments ? TVL::CommentsFile : TVL::LinksFile;
+            add(u"unreadableComments"_qs, filePathOf(node, type),
+                u"the comments of '%1' can't be read"_qs.arg(node->mTitle));
+        }
+    });
+}
+
+void ProjectCheck::checkText(TVLProjectNode *node, TVL::DocumentType type)
+{
+    QString error;
+    if (!readItemText(mFiles.projectPath, node, type, &error))
+        add(u"unreadableDocument"_qs, filePathOf(node, type), oneLine(error));
+}
+
+QString ProjectCheck::filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const
+{
+    return relative(
+        TVLProjectFolderFormat::filesDocsNodeTypeFilePath(mFiles.projectPath, node->mId, type));
 }
 
 void ProjectCheck::checkSnapshots()

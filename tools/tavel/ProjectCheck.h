@@ -29,6 +29,7 @@ struct Problem
  *   `formatVersionMismatch`
  * - items: `missingId`, `duplicateId`, `nullUuid`, `duplicateUuid`, `invalidDate`, `unknownLabel`,
  *   `unknownStatus`, `missingSystemFolder`, `doubledSystemFolder`
+ * - texts: `unreadableDocument` (a main text, notes or a synopsis), `unreadableComments`
  * - what refers to items: `unknownCollectionMember`, `orphanedFile`, `orphanedSnapshots`
  *
  * When a zipped copy is what an opening would take, its items are the ones that are checked.
@@ -56,6 +57,9 @@ private:
     void checkSystemFolders();
     void checkCollections();
     void checkDocs();
+    void checkTexts();
+    void checkText(TVLProjectNode *node, TVL::DocumentType type);
+    [[nodiscard]] QString filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const;
     void checkSnapshots();
 
     BinderFiles mFiles;

@@ -31,6 +31,8 @@ public:
     [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
     [[nodiscard]] QString userProjectData() const override { return {}; }
 
+    [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return {}; }
+
     void beginBinderRead() override { }
     void endBinderRead() override { }
     void enterNodes(const QList<TVLProjectNode *> &nodes) override { Q_UNUSED(nodes) }

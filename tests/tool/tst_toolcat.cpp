@@ -1,0 +1,171 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include <QTest>
+
+/** `tavel cat`. */
+class TstToolCat : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anItemIsNamedInSeveralWays_data();
+    void anItemIsNamedInSeveralWays();
+    void theFirstItemOfAPathCounts();
+    void titlesMayHoldSlashes();
+    void notesAndSynopsisAreWrittenWhenAskedFor();
+    void paragraphsAndLinesEndWithLineFeeds();
+    void everyCharacterIsWrittenInUtf8();
+    void anItemWithoutAFileHasAnEmptyText();
+    void whatCannotBeShownIsAFailure_data();
+    void whatCannotBeShownIsAFailure();
+    void notesAndSynopsisAtOnceAreRefused();
+    void aDamagedTextIsToldInOneLine();
+    void onlyTheBackupIsWritten();
+};
+
+namespace {
+
+ProgramResult cat(const TestProject &project, const QString &item, const QStringList &options = {})
+{
+    return runTool(QStringList{u"cat"_qs, project.path(), item} + options);
+}
+
+} // namespace
+
+void TstToolCat::anItemIsNamedInSeveralWays_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("by its id") << u"4"_qs;
+    QTest::newRow("by its uuid") << QString::fromLatin1(uuidOf(4));
+    QTest::newRow("by its uuid in braces") << u'{' + QString::fromLatin1(uuidOf(4)) + u'}';
+    QTest::newRow("by titles") << u"Draft/Part 1/The Harbour"_qs;
+}
+
+void TstToolCat::anItemIsNamedInSeveralWays()
+{
+    QFETCH(const QString, name);
+    const TestProject project;
+    writeSoundProject(project);
+    const ProgramResult result = cat(project, name);
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, QByteArray("Gulls.\n"));
+}
+
+void TstToolCat::theFirstItemOfAPathCounts()
+{
+    const TestProject project;
+    writeProject(project,
+                 binderXml(systemFolders(item(3, "Text", "Twin") + item(4, "Text", "Twin"))));
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 The first.}");
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 The second.}");
+    QCOMPARE(cat(project, u"Draft/Twin"_qs).output, QByteArray("The first.\n"));
+    QCOMPARE(cat(project, u"4"_qs).output, QByteArray("The second.\n"));
+}
+
+void TstToolCat::titlesMayHoldSlashes()
+{
+    const TestProject project;
+    const QByteArray child = item(4, "Text", "c/d");
+    writeProject(
+        project,
+        binderXml(systemFolders(
+            item(3, "Folder", "a")
+            + item(5, "Folder", "a/b", {.attributes = {}, .metaData = {}, .children = child}))));
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Found.}");
+    QCOMPARE(cat(project, u"Draft/a/b/c/d"_qs).output, QByteArray("Found.\n"));
+}
+
+void TstToolCat::notesAndSynopsisAreWrittenWhenAskedFor()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/4_notes.rtf"_qs, "{\\rtf1 Ask the {\\b keeper}.}");
+    QCOMPARE(cat(project, u"4"_qs, {u"--notes"_qs}).output, QByteArray("Ask the keeper.\n"));
+    QCOMPARE(cat(project, u"4"_qs, {u"--synopsis"_qs}).output, QByteArray("Gulls\n"));
+}
+
+void TstToolCat::paragraphsAndLinesEndWithLineFeeds()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 One\\line two\\par three\\par}");
+    QCOMPARE(cat(project, u"4"_qs).output, QByteArray("One\ntwo\nthree\n"));
+}
+
+void TstToolCat::everyCharacterIsWrittenInUtf8()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/4.rtf"_qs,
+                      "{\\rtf1\\ansi na\\'efve \\u8212? \\u-10180?\\u-8435?}");
+    QCOMPARE(cat(project, u"4"_qs).output, u"na\u00efve \u2014 \U0001f30d\n"_qs.toUtf8());
+}
+
+void TstToolCat::anItemWithoutAFileHasAnEmptyText()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const ProgramResult result = cat(project, u"5"_qs);
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, QByteArray());
+}
+
+void TstToolCat::whatCannotBeShownIsAFailure_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("an id of no item") << u"77"_qs << QByteArray("tavel: there is no item '77'");
+    QTest::newRow("a path to no item")
+        << u"Draft/Nowhere"_qs << QByteArray("tavel: there is no item 'Draft/Nowhere'");
+    QTest::newRow("nothing") << QString() << QByteArray("tavel: there is no item ''");
+    QTest::newRow("a system folder")
+        << u"Draft"_qs << QByteArray("tavel: 'Draft' has no text of its own");
+}
+
+void TstToolCat::whatCannotBeShownIsAFailure()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, error);
+    const TestProject project;
+    writeSoundProject(project);
+    const ProgramResult result = cat(project, name);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errorLines(), QList<QByteArray>{error});
+}
+
+void TstToolCat::notesAndSynopsisAtOnceAreRefused()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    QCOMPARE(cat(project, u"4"_qs, {u"--notes"_qs, u"--synopsis"_qs}).status, 2);
+    QCOMPARE(runTool({u"cat"_qs, project.path()}).status, 2);
+}
+
+void TstToolCat::aDamagedTextIsToldInOneLine()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Cut off");
+    const ProgramResult result = cat(project, u"4"_qs);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errorLines().size(), 1);
+    QVERIFY(result.errors.startsWith("tavel: RTF Reader failed loading document file: '"));
+    QCOMPARE(project.readFile(u"Files/Docs/4.rtf"_qs), QByteArray("{\\rtf1 Cut off"));
+}
+
+void TstToolCat::onlyTheBackupIsWritten()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    auto before = everythingBelow(project.path());
+    QCOMPARE(cat(project, u"4"_qs).status, 0);
+    auto after = everythingBelow(project.path());
+    after.remove(u"Files/binder.backup"_qs);
+    QCOMPARE(after, before);
+}
+
+TVL_TEST_MAIN(TstToolCat)
+#include "tst_toolcat.moc"

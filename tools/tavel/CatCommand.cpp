@@ -1,0 +1,70 @@
+#include "Command.h"
+#include "ItemDocuments.h"
+#include "ItemFinder.h"
+#include "ProjectOpener.h"
+
+#include "TTextDoc.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
+
+#include <QCommandLineParser>
+
+namespace {
+
+QCommandLineOption notesOption()
+{
+    return QCommandLineOption(u"notes"_qs, u"The item's notes instead of its text."_qs);
+}
+
+QCommandLineOption synopsisOption()
+{
+    return QCommandLineOption(u"synopsis"_qs, u"The item's synopsis instead of its text."_qs);
+}
+
+TVL::DocumentType wantedText(const QCommandLineParser &parser)
+{
+    if (parser.isSet(notesOption()))
+        return TVL::NotesText;
+    return parser.isSet(synopsisOption()) ? TVL::SynopsisText : TVL::MainText;
+}
+
+ExitStatus run(const QCommandLineParser &parser, Console *console)
+{
+    const QStringList arguments = parser.positionalArguments();
+    const QString &name = arguments.last();
+    const QString &path = arguments.at(arguments.size() - 2);
+    if (parser.isSet(notesOption()) && parser.isSet(synopsisOption()))
+        return console->refuse(u"give --notes or --synopsis, not both"_qs);
+
+    QString error;
+    const std::unique_ptr<TVLProjectModel> model = openProject(path, &error);
+    if (!model)
+        return console->fail(error);
+    TVLProjectNode *node = findItem(*model, name);
+    if (!node)
+        return console->fail(u"there is no item '%1'"_qs.arg(name));
+    const TVL::DocumentType type = wantedText(parser);
+    if (type == TVL::MainText && !hasMainText(node))
+        return console->fail(u"'%1' has no text of its own"_qs.arg(node->mTitle));
+
+    const auto document = readItemText(model->path().absolutePath(), node, type, &error);
+    if (!document)
+        return console->fail(oneLine(error));
+    console->write(TTextDoc::toPlainText(document.get()).toUtf8());
+    if (!document->isEmpty())
+        console->write("\n");
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+Command catCommand()
+{
+    return {u"cat"_qs,
+            u"Writes an item's text as plain text."_qs,
+            {projectArgument(),
+             {u"ITEM"_qs, u"An id, a uuid, or titles such as 'Draft/Chapter One'."_qs}},
+            {notesOption(), synopsisOption()},
+            run};
+}

@@ -1,0 +1,38 @@
+#include "ItemDocuments.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDoc.h"
+#include "TVLTextDocument.h"
+
+#include <QDir>
+
+bool hasMainText(const TVLProjectNode *node)
+{
+    return node->mNodeType == TVL::Folder || node->mNodeType == TVL::Text;
+}
+
+std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLProjectNode *node,
+                                              TVL::DocumentType type, QString *error)
+{
+    auto document = std::make_unique<TVLTextDocument>(nullptr, nullptr, node, type);
+    document->setUndoRedoEnabled(false);
+    // Reading a document makes the folder of documents when there is none.
+    const bool isThere =
+        node->mId >= 0 && QDir(TVLProjectFolderFormat::filesDocsPath(projectPath)).exists();
+    if (isThere && !TVLProjectFolderFormat::readDocument(projectPath, node, document.get(), error))
+        return nullptr;
+    return document;
+}
+
+TextLength &TextLength::operator+=(const TextLength &other)
+{
+    words += other.words;
+    characters += other.characters;
+    return *this;
+}
+
+TextLength lengthOf(const TVLTextDocument &document)
+{
+    return {TVLTextDoc::wordCount(&document, false, false), document.characterCount() - 1};
+}

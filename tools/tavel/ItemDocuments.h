@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TVL.h"
+
+#include <QString>
+
+#include <memory>
+
+class TVLProjectNode;
+class TVLTextDocument;
+
+/** Whether an item has a main text; every item can have notes and a synopsis. */
+[[nodiscard]] bool hasMainText(const TVLProjectNode *node);
+
+/**
+ * Reads one of an item's texts from its file, past the model: a tool that looks at each text once
+ * needs none of them to stay in memory. An item without such a file has an empty text. Null when
+ * the file can't be read; @p error says why. Nothing on disk is changed.
+ */
+[[nodiscard]] std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath,
+                                                            TVLProjectNode *node,
+                                                            TVL::DocumentType type, QString *error);
+
+/** How long a text is. */
+struct TextLength
+{
+    qint64 words = 0;
+    qint64 characters = 0; ///< In UTF-16 units, line ends among them.
+
+    TextLength &operator+=(const TextLength &other);
+};
+
+[[nodiscard]] TextLength lengthOf(const TVLTextDocument &document);
