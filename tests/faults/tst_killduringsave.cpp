@@ -2,6 +2,8 @@
 #include "TestProject.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -16,6 +18,7 @@ class TstKillDuringSave : public QObject
 
 private Q_SLOTS:
     void aKilledSaveLeavesTheLastCompletedOneOrALaterOne();
+    void aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff();
 };
 
 namespace {
@@ -24,12 +27,13 @@ constexpr int Items = 1500;
 constexpr int Kills = 200;
 constexpr int LongestLifeMs = 150;
 
-void makeProject(const TestProject &project)
+void makeProject(const TestProject &project, int items = Items)
 {
     const std::unique_ptr<TVLProjectModel> model = project.create();
     const QModelIndex draft = model->draftFolder();
-    QVERIFY(model->insertRows(0, Items - model->rowCount(draft), draft));
-    for (int row = 0; row < Items; ++row)
+    if (items > model->rowCount(draft))
+        QVERIFY(model->insertRows(0, items - model->rowCount(draft), draft));
+    for (int row = 0; row < items; ++row)
         model->setTitle(model->index(row, 0, draft), u"Save 0"_qs);
     QVERIFY(model->save(true));
     model->prepareToDestroy();
@@ -37,11 +41,11 @@ void makeProject(const TestProject &project)
 
 /** Runs the victim for a random while and kills it; the number of the last save that it announced.
  */
-int saveUntilKilled(const QString &path, QRandomGenerator *random)
+int saveUntilKilled(const QStringList &arguments, QRandomGenerator *random)
 {
     QProcess victim;
     victim.setProgram(QStringLiteral(FAULT_SAVER));
-    victim.setArguments({path});
+    victim.setArguments(arguments);
     victim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     victim.start();
     while (!victim.canReadLine()) {
@@ -76,7 +80,7 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
     int completed = 0;
     int fallbacks = 0;
     for (int kill = 0; kill < Kills; ++kill) {
-        const int announced = saveUntilKilled(project.path(), &random);
+        const int announced = saveUntilKilled({project.path()}, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         completed = qMax(completed, announced);
 
@@ -97,6 +101,43 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
     }
     QVERIFY2(completed > Kills / 4, "too few saves took place for the kills to mean anything");
     qInfo("%d kills over %d saves; %d left the binder cut off", Kills, completed, fallbacks);
+}
+
+void TstKillDuringSave::aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff()
+{
+    const TestProject project;
+    makeProject(project, 1);
+    QRandomGenerator random(21);
+    int completed = 0;
+    int cutOff = 0;
+    for (int kill = 0; kill < Kills; ++kill) {
+        const int announced = saveUntilKilled({project.path(), u"texts"_qs}, &random);
+        QVERIFY2(announced >= 0, "the saving process did not start");
+        const std::unique_ptr<TVLProjectModel> model = project.open();
+        QVERIFY(model);
+        const QModelIndex index = model->index(0, 0, model->draftFolder());
+        TVLTextDocument document(nullptr, model.get(), model->projectNode(index), TVL::MainText);
+        QString error;
+        if (!TVLProjectFolderFormat::readDocument(project.path(), document.node(), &document,
+                                                  &error)) {
+            ++cutOff;
+            QVERIFY(document.isReadOnly());
+            // As a writer would put a copy of the file from elsewhere in its place.
+            QVERIFY(QFile::remove(TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
+                project.path(), document.node()->mId, TVL::MainText)));
+        } else if (!document.isEmpty()) {
+            const QStringList lines = document.toPlainText().split(u'\n');
+            QCOMPARE(QSet<QString>(lines.begin(), lines.end()).size(), 1);
+            const int found = lines.constFirst().section(u' ', 1).toInt();
+            QVERIFY2(announced == 0 || found == announced || found == announced + 1,
+                     qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(announced)));
+        }
+        completed = qMax(completed, announced);
+    }
+    QVERIFY2(completed > Kills / 4, "too few saves took place for the kills to mean anything");
+    // The file is open for one write only, a small part of what a save takes.
+    QVERIFY2(cutOff <= Kills / 10, qPrintable(QString::number(cutOff)));
+    qInfo("%d kills over %d saves; %d left the text cut off", Kills, completed, cutOff);
 }
 
 TVL_TEST_MAIN(TstKillDuringSave)
