@@ -179,14 +179,11 @@ void TVLRtfBuilder::insertParagraph(const TVLRtfParagraph &paragraph)
 void TVLRtfBuilder::insertRuns(const TVLRtfParagraph &paragraph)
 {
     const QList<QTextCharFormat> &formats = mFormats->charFormats();
-    if (paragraph.mRuns.size() == 1) {
-        mCursor.insertText(paragraph.mText, formats.at(paragraph.mRuns.front().mFormat));
-        return;
-    }
-    qsizetype position = 0;
+    const QChar *text = paragraph.mText.constData();
     for (const TVLRtfParagraph::Run &run : paragraph.mRuns) {
-        mCursor.insertText(paragraph.mText.mid(position, run.mLength), formats.at(run.mFormat));
-        position += run.mLength;
+        // The document has a copy of its own; there is no need for one on the way.
+        mCursor.insertText(QString::fromRawData(text, run.mLength), formats.at(run.mFormat));
+        text += run.mLength;
     }
 }
 

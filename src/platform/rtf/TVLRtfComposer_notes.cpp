@@ -74,12 +74,13 @@ void TVLRtfComposer::openNote(NoteTarget target)
         if (target == NoteTarget::Endnote)
             mBody.append("\\ftnalt");
         mBody.append("\\pard\\plain{\\super\\chftn}");
-        mBody.append(mOptions.mFootnotesWithLeadingSpace ? "  " : " ");
+        if (mOptions.mFootnotesWithLeadingSpace)
+            mBody.append(' ');
         mCharWords.clear();
         break;
     case NoteTarget::Comment:
         mBody.append("{\\*\\atnid A}{\\*\\atnauthor Author}\\chatn{\\*\\annotation\\pard\\plain"
-                     "{\\chatn} ");
+                     "{\\chatn}");
         mCharWords.clear();
         break;
     case NoteTarget::InText:

@@ -64,10 +64,13 @@ int TVLRtfFormats::addCharFormat(const QTextCharFormat &format)
     return int(mCharFormats.size()) - 1;
 }
 
-TVLRtfFont TVLRtfFormats::font(int number) const
+const TVLRtfFont &TVLRtfFormats::font(int number) const
 {
-    const auto known = mFonts.constFind(number);
-    return known != mFonts.cend() ? *known : mFonts.value(mDefaultFont);
+    static const TVLRtfFont none;
+    auto known = mFonts.constFind(number);
+    if (known == mFonts.cend())
+        known = mFonts.constFind(mDefaultFont);
+    return known != mFonts.cend() ? *known : none;
 }
 
 QTextCharFormat TVLRtfFormats::charFormat(const TVLRtfCharState &state) const
@@ -83,7 +86,7 @@ void TVLRtfFormats::applyFont(const TVLRtfCharState &state, QTextCharFormat *for
 {
     // A file that names a default font leaves nothing open; one that doesn't leaves the choice of
     // font and size to whoever shows the text.
-    const TVLRtfFont font = this->font(state.mFont);
+    const TVLRtfFont &font = this->font(state.mFont);
     if (!font.mName.isEmpty())
         format->setFontFamilies(QStringList(font.mName) + font.mAlternatives);
     const int halfPoints =

@@ -45,7 +45,7 @@ public:
     int mDefaultFont = -1; ///< -1 when the file names none.
 
     /** A font by its number; the default one for a number that isn't in the table. */
-    [[nodiscard]] TVLRtfFont font(int number) const;
+    [[nodiscard]] const TVLRtfFont &font(int number) const;
     /** The place of a state's format in formats(). */
     [[nodiscard]] int charFormatIndex(const TVLRtfCharState &state);
     [[nodiscard]] const QList<QTextCharFormat> &charFormats() const { return mCharFormats; }

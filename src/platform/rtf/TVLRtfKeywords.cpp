@@ -5,8 +5,7 @@
 #include <QTextListFormat>
 #include <QTextOption>
 
-#include <string_view>
-#include <unordered_map>
+#include <array>
 
 namespace {
 
@@ -348,17 +347,60 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"fname", A::Destination, n(D::Skipped)},
 };
 
+/**
+ * The keywords by their names. Every second token of a file is looked up here, so it is an open
+ * table with a hash that costs next to nothing; the names were chosen for people, and differ
+ * enough.
+ */
+class KeywordTable
+{
+public:
+    KeywordTable()
+    {
+        for (const TVLRtfKeyword &keyword : Keywords) {
+            const QByteArrayView name(keyword.name);
+            size_t slot = slotOf(name);
+            while (mSlots[slot].keyword)
+                slot = (slot + 1) % SlotCount;
+            mSlots[slot] = {name, &keyword};
+        }
+    }
+
+    [[nodiscard]] const TVLRtfKeyword *find(QByteArrayView name) const
+    {
+        for (size_t slot = slotOf(name); mSlots[slot].keyword; slot = (slot + 1) % SlotCount) {
+            if (mSlots[slot].name == name)
+                return mSlots[slot].keyword;
+        }
+        return nullptr;
+    }
+
+private:
+    struct Slot
+    {
+        QByteArrayView name;
+        const TVLRtfKeyword *keyword = nullptr;
+    };
+
+    static constexpr size_t SlotCount = 2048;
+    static_assert(std::size(Keywords) < SlotCount / 4);
+
+    /** Names aren't empty. */
+    [[nodiscard]] static size_t slotOf(QByteArrayView name)
+    {
+        size_t hash = size_t(name.size());
+        for (const char c : name)
+            hash = hash * 31 + static_cast<unsigned char>(c);
+        return hash % SlotCount;
+    }
+
+    std::array<Slot, SlotCount> mSlots{};
+};
+
 } // namespace
 
 const TVLRtfKeyword *tvlRtfKeyword(QByteArrayView name)
 {
-    static const auto byName = [] {
-        std::unordered_map<std::string_view, const TVLRtfKeyword *> map;
-        map.reserve(std::size(Keywords));
-        for (const TVLRtfKeyword &keyword : Keywords)
-            map.emplace(keyword.name, &keyword);
-        return map;
-    }();
-    const auto found = byName.find(std::string_view(name.data(), static_cast<size_t>(name.size())));
-    return found == byName.end() ? nullptr : found->second;
+    static const KeywordTable table;
+    return table.find(name);
 }

@@ -4,10 +4,11 @@
 
 namespace {
 
-bool isAscii(QByteArrayView bytes)
+/** Whether bytes are characters of ASCII that text has, so in nearly every code page. */
+bool isPlainAscii(QByteArrayView bytes)
 {
     return std::all_of(bytes.begin(), bytes.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+                       [](char c) { return (c >= 0x20 && c < 0x7f) || c == '\t'; });
 }
 
 /** Characters that a document takes for the structure of its own. */
@@ -41,11 +42,10 @@ void TVLRtfParser::bytes(QByteArrayView bytes)
     if (bytes.isEmpty())
         return;
     const TVLRtfCodePage *page = pageOfText();
-    if (mPending.isEmpty() && !page->isSymbol() && isAscii(bytes)) {
+    if (mPending.isEmpty() && !page->isSymbol() && isPlainAscii(bytes)) {
         // By far the most of any file: no string is made of it on the way.
         const QLatin1StringView ascii(bytes);
-        if (mGroup.mDestination == Destination::Body && !mNoteStarts && !bytes.contains('\r')
-            && !bytes.contains('\n') && !bytes.contains(char(0)))
+        if (mGroup.mDestination == Destination::Body && !mNoteStarts)
             return appendToBody(ascii);
         return text(ascii);
     }

@@ -47,16 +47,20 @@ struct TVLRtfCharState
     }
 };
 
+/** Asked for once per run of text, so it is as cheap as can be. */
 inline size_t qHash(const TVLRtfCharState &state, size_t seed = 0)
 {
     const int flags = state.mItalic | state.mStrikeOut << 1 | state.mOverline << 2
         | state.mDoubleUnderline << 3 | state.mHidden << 4 | state.mAnnotation << 5
         | state.mFootnote << 6 | state.mUnderline << 8 | state.mVerticalAlignment << 12
         | state.mCapitalization << 16;
-    return qHashMulti(seed, state.mFont, state.mHalfPoints, state.mForeground, state.mBackground,
-                      state.mHighlight, state.mUnderlineColor, state.mWeight, state.mLetterSpacing,
-                      state.mStretch, state.mPreset, state.mLink, state.mComment, state.mBookmarks,
-                      flags);
+    size_t hash = seed;
+    for (const int value :
+         {state.mFont, state.mHalfPoints, state.mForeground, state.mBackground, state.mHighlight,
+          state.mUnderlineColor, state.mWeight, state.mLetterSpacing, state.mStretch, state.mPreset,
+          state.mLink, state.mComment, state.mBookmarks, flags})
+        hash = hash * 0x9e3779b97f4a7c15 + static_cast<size_t>(value);
+    return hash ^ hash >> 32;
 }
 
 /** What RTF says of a paragraph, in twentieths of a point unless noted. */

@@ -1,0 +1,379 @@
+#include "DocumentDescription.h"
+#include "TestMain.h"
+
+#include "TVLTextFormat.h"
+#include "TVLTextRtf.h"
+#include "TVLTextRtfReader.h"
+#include "TVLTextRtfWriter.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextTable>
+#include <QUrl>
+
+namespace {
+
+enum Note { Annotation, Footnote, InspectorComment, InspectorFootnote };
+
+/** A format on which a note of some kind hangs, or that makes its run one. */
+QTextCharFormat noteFormat(Note note)
+{
+    QTextCharFormat format;
+    if (note == Annotation)
+        format.setProperty(TVLTextFormat::InlineAnnotation, true);
+    if (note == Footnote)
+        format.setProperty(TVLTextFormat::InlineFootnote, true);
+    if (note == InspectorComment || note == InspectorFootnote) {
+        QTextDocument text;
+        text.setPlainText(u"note"_qs);
+        TVLTextCommentLink comment(u"ID"_qs, TVLTextRtf::toRtfCData(&text));
+        comment.mIsFootnote = note == InspectorFootnote;
+        TVLTextFormat::setComment(&format, comment);
+    }
+    return format;
+}
+
+/** A paragraph "Text note more", in which "note" is a note or a note hangs on "Text". */
+std::unique_ptr<QTextDocument> makeDocument(Note note)
+{
+    auto document = std::make_unique<QTextDocument>();
+    QTextCursor cursor(document.get());
+    const bool isInline = note == Annotation || note == Footnote;
+    cursor.insertText(u"Text"_qs, isInline ? QTextCharFormat() : noteFormat(note));
+    if (isInline)
+        cursor.insertText(u"note"_qs, noteFormat(note));
+    cursor.insertText(u" more"_qs, QTextCharFormat());
+    return document;
+}
+
+TVLTextRtfWriter makeWriter()
+{
+    TVLTextRtfWriter writer(nullptr);
+    writer.setExportingMode(true);
+    return writer;
+}
+
+/** What another reader that knows nothing of this application sees, without fonts. */
+QString describeExport(const QByteArray &rtf)
+{
+    QTextDocument document;
+    TVLTextRtfReader reader(&document);
+    if (!reader.read(rtf))
+        return reader.errorString();
+    QString text = describeDocument(document);
+    const QString font = u"font %1, size %2"_qs.arg(QTextDocument().defaultFont().family())
+                             .arg(QTextDocument().defaultFont().pointSizeF());
+    text.replace(u": "_qs + font + u'\n', u"\n"_qs);
+    return text.replace(font, u"*"_qs);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Note)
+
+class tst_RtfExport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void notesGoWhereTheyShall_data();
+    void notesGoWhereTheyShall();
+    void notesKeepTheirFormats();
+    void aNoteOverTwoParagraphsBecomesTwo();
+    void aDamagedInspectorNoteLosesNothingElse();
+    void footnotesStartWithABlankWhenAsked();
+    void anEmptyInspectorCommentIsStillThere();
+    void backgroundsBecomeHighlightsWhenAsked_data();
+    void backgroundsBecomeHighlightsWhenAsked();
+    void linksAreDecoratedWhenAsked_data();
+    void linksAreDecoratedWhenAsked();
+    void defaultFontsAreSpelledOut();
+    void commentLinksAndMarksStayAtHome();
+    void picturesBecomeOnesThatOthersKnow();
+    void everyPlaceOfAPictureHasItsBytes();
+    void textFromRightToLeftSaysWhereItStarts();
+    void theNormalModeKeepsNotesAsMarks();
+    void aFileIsWrittenAndAFailureTold();
+};
+
+void tst_RtfExport::notesGoWhereTheyShall_data()
+{
+    QTest::addColumn<Note>("note");
+    QTest::addColumn<int>("destination");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QByteArray>("words");
+
+    const QString none = u"paragraph\n  \"Text more\"\n"_qs;
+    const QString footnote = u"paragraph\n  \"Text\"\n  \"note\": *, footnote\n  \" more\"\n"_qs;
+    const QString annotation =
+        u"paragraph\n  \"Text\"\n  \"note\": *, annotation\n  \" more\"\n"_qs;
+    const QString inText = u"paragraph\n  \"Text[note] more\"\n"_qs;
+    const QByteArray footnoteWords = "{\\footnote\\pard";
+    const QByteArray endnoteWords = "{\\footnote\\ftnalt\\pard";
+    const QByteArray annotationWords = "{\\*\\annotation";
+    const auto rows = [](const char *kind, Note note, int destination, const QString &expected,
+                         const QByteArray &words) {
+        QTest::addRow("%s %d", kind, destination) << note << destination << expected << words;
+    };
+    for (const Note note : {Footnote, InspectorFootnote}) {
+        const char *kind = note == Footnote ? "inline footnote to" : "inspector footnote to";
+        rows(kind, note, TVLTextRtfWriter::FootnotesDropped, none, {});
+        rows(kind, note, TVLTextRtfWriter::FootnotesAtPageEnd, footnote, footnoteWords);
+        rows(kind, note, TVLTextRtfWriter::FootnotesAtDocumentEnd, footnote, endnoteWords);
+    }
+    for (const Note note : {Annotation, InspectorComment}) {
+        const char *kind = note == Annotation ? "inline annotation to" : "inspector comment to";
+        rows(kind, note, TVLTextRtfWriter::AnnotationsAsComments, annotation, annotationWords);
+        rows(kind, note, TVLTextRtfWriter::AnnotationsAsFootnotes, footnote, footnoteWords);
+        rows(kind, note, TVLTextRtfWriter::AnnotationsInText, inText, "[");
+        rows(kind, note, TVLTextRtfWriter::AnnotationsDropped, none, {});
+    }
+}
+
+void tst_RtfExport::notesGoWhereTheyShall()
+{
+    QFETCH(Note, note);
+    QFETCH(int, destination);
+    QFETCH(QString, expected);
+    QFETCH(QByteArray, words);
+    TVLTextRtfWriter writer = makeWriter();
+    writer.setFootnoteDestination(note == Footnote || note == InspectorFootnote ? destination : 0);
+    writer.setAnnotationDestination(note == Footnote || note == InspectorFootnote ? 3
+                                                                                  : destination);
+    const QByteArray rtf = writer.toRtf(makeDocument(note).get(), false);
+    QCOMPARE(describeExport(rtf), expected);
+    QVERIFY2(rtf.contains(words), rtf);
+    QCOMPARE(rtf.contains("\\footnote"), words.contains("\\footnote"));
+    QCOMPARE(rtf.contains("\\annotation"), words.contains("\\annotation"));
+}
+
+void tst_RtfExport::notesKeepTheirFormats()
+{
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    cursor.insertText(u"Text"_qs, QTextCharFormat());
+    QTextCharFormat format = noteFormat(Footnote);
+    cursor.insertText(u"plain "_qs, format);
+    format.setFontItalic(true);
+    TVLTextFormat::setLink(&format, u"http://example.org/"_qs);
+    cursor.insertText(u"slanted link"_qs, format);
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    cursor.insertText(u" bold"_qs, bold);
+    QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
+             u"paragraph\n  \"Text\"\n  \"plain \": *, footnote\n"
+             "  \"slanted link\": *, italic, footnote, link http://example.org/\n"
+             "  \" bold\": *, bold\n"_qs);
+}
+
+void tst_RtfExport::aNoteOverTwoParagraphsBecomesTwo()
+{
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    cursor.insertText(u"one\ntwo"_qs, noteFormat(Footnote));
+    QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
+             u"paragraph\n  \"one\": *, footnote\nparagraph\n  \"two\": *, footnote\n"_qs);
+}
+
+void tst_RtfExport::aDamagedInspectorNoteLosesNothingElse()
+{
+    QTextDocument document;
+    QTextCharFormat format;
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, "{\\rtf1 saved\\par {\\b par"));
+    QTextCursor(&document).insertText(u"Text"_qs, format);
+    QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
+             u"paragraph\n  \"Text\"\n  \"saved<line>\": *, annotation\n"
+             "  \"par\": *, bold, annotation\n"_qs);
+}
+
+void tst_RtfExport::footnotesStartWithABlankWhenAsked()
+{
+    const auto document = makeDocument(Footnote);
+    TVLTextRtfWriter writer = makeWriter();
+    QVERIFY(writer.toRtf(document.get(), false).contains("{\\super\\chftn}\\plain"));
+    writer.setFootnotesWithLeadingSpace(true);
+    QVERIFY(writer.toRtf(document.get(), false).contains("{\\super\\chftn} \\plain"));
+}
+
+void tst_RtfExport::anEmptyInspectorCommentIsStillThere()
+{
+    QTextDocument document;
+    QTextCharFormat format;
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, {}));
+    QTextCursor(&document).insertText(u"Text"_qs, format);
+    const QByteArray rtf = makeWriter().toRtf(&document, false);
+    QVERIFY2(rtf.contains("{\\*\\annotation\\pard\\plain{\\chatn}}"), rtf);
+    QCOMPARE(describeExport(rtf), u"paragraph\n  \"Text\"\n"_qs);
+}
+
+void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked_data()
+{
+    QTest::addColumn<QColor>("background");
+    QTest::addColumn<QColor>("highlight");
+
+    QTest::newRow("one of the sixteen") << QColor(0xffff00) << QColor(0xffff00);
+    QTest::newRow("near yellow") << QColor(0xf8f030) << QColor(0xffff00);
+    QTest::newRow("near a dark one") << QColor(0x100078) << QColor(0x000080);
+    QTest::newRow("light grey") << QColor(0xc8c8c8) << QColor(0xc0c0c0);
+    QTest::newRow("white") << QColor(0xffffff) << QColor(0xffffff);
+}
+
+void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked()
+{
+    QFETCH(QColor, background);
+    QFETCH(QColor, highlight);
+    QTextDocument document;
+    QTextCharFormat format;
+    format.setBackground(background);
+    QTextCursor(&document).insertText(u"Text"_qs, format);
+
+    TVLTextRtfWriter writer = makeWriter();
+    QVERIFY(!writer.toRtf(&document, false).contains("\\highlight"));
+    writer.setHightlightForMsWord(true);
+    QByteArray rtf = writer.toRtf(&document, false);
+    // The shading keeps the exact colour for those who prefer it.
+    QCOMPARE(describeExport(rtf),
+             u"paragraph\n  \"Text\": *, background %1\n"_qs.arg(background.name()));
+    rtf.replace("\\cb", "\\unknown").replace("\\chcbpat", "\\unknown");
+    QCOMPARE(describeExport(rtf),
+             u"paragraph\n  \"Text\": *, background %1\n"_qs.arg(highlight.name()));
+}
+
+void tst_RtfExport::linksAreDecoratedWhenAsked_data()
+{
+    QTest::addColumn<bool>("decorate");
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<int>("underline");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("not asked") << false << QColor() << 0 << u""_qs;
+    QTest::newRow("plain") << true << QColor() << 0 << u", underlined, colour #0000ff"_qs;
+    QTest::newRow("with a colour of its own")
+        << true << QColor(0xff0000) << 0 << u", underlined, colour #ff0000"_qs;
+    QTest::newRow("with a line of its own")
+        << true << QColor() << int(QTextCharFormat::WaveUnderline)
+        << u", underlined with a wave, colour #0000ff"_qs;
+}
+
+void tst_RtfExport::linksAreDecoratedWhenAsked()
+{
+    QFETCH(bool, decorate);
+    QFETCH(QColor, color);
+    QFETCH(int, underline);
+    QFETCH(QString, expected);
+    QTextDocument document;
+    QTextCharFormat format;
+    TVLTextFormat::setLink(&format, u"http://example.org/"_qs);
+    if (color.isValid())
+        format.setForeground(color);
+    if (underline)
+        format.setUnderlineStyle(static_cast<QTextCharFormat::UnderlineStyle>(underline));
+    QTextCursor cursor(&document);
+    cursor.insertText(u"link"_qs, format);
+    cursor.insertText(u" text"_qs, QTextCharFormat());
+    TVLTextRtfWriter writer = makeWriter();
+    writer.setDecorateHyperlinks(decorate);
+    QCOMPARE(
+        describeExport(writer.toRtf(&document, false)),
+        u"paragraph\n  \"link\": *%1, link http://example.org/\n  \" text\"\n"_qs.arg(expected));
+}
+
+void tst_RtfExport::defaultFontsAreSpelledOut()
+{
+    QTextDocument document;
+    document.setDefaultFont(QFont(u"Some Serif"_qs, 13));
+    QTextCursor cursor(&document);
+    QTextCharFormat sized;
+    sized.setFontPointSize(20);
+    cursor.insertText(u"plain"_qs, QTextCharFormat());
+    cursor.insertText(u"large"_qs, sized);
+    const QByteArray rtf = makeWriter().toRtf(&document, false);
+    QVERIFY2(rtf.startsWith("{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0\n{\\fonttbl\n{\\f0"), rtf);
+    QCOMPARE(describeExport(rtf),
+             u"paragraph\n  \"plain\": font Some Serif, size 13\n"
+             "  \"large\": font Some Serif, size 20\n"_qs);
+    QVERIFY(!TVLTextRtfWriter(nullptr).toRtf(&document, false).contains("\\fonttbl"));
+}
+
+void tst_RtfExport::commentLinksAndMarksStayAtHome()
+{
+    for (const Note note : {Annotation, Footnote, InspectorComment, InspectorFootnote}) {
+        const QByteArray rtf = makeWriter().toRtf(makeDocument(note).get(), false);
+        QVERIFY2(!rtf.contains("tavelcmt"), rtf);
+        QVERIFY2(!rtf.contains("annotation|") && !rtf.contains("footnote|"), rtf);
+    }
+}
+
+void tst_RtfExport::picturesBecomeOnesThatOthersKnow()
+{
+    QImage image(3, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bitmap;
+    QBuffer buffer(&bitmap);
+    QVERIFY(image.save(&buffer, "BMP"));
+    for (const QVariant &resource : {QVariant(bitmap), QVariant(image)}) {
+        QTextDocument document;
+        document.addResource(QTextDocument::ImageResource, QUrl(u"red"_qs), resource);
+        QTextCursor(&document).insertImage(u"red"_qs);
+        const QByteArray rtf = makeWriter().toRtf(&document, false);
+        QVERIFY2(rtf.contains("\\pngblip\\picw3\\pich2"), rtf);
+        QVERIFY2(!rtf.contains("tvlname"), rtf);
+    }
+}
+
+void tst_RtfExport::everyPlaceOfAPictureHasItsBytes()
+{
+    QTextDocument document;
+    document.addResource(QTextDocument::ImageResource, QUrl(u"a"_qs), QByteArray("\xff\xd8\xff"));
+    QTextCursor cursor(&document);
+    cursor.insertImage(u"a"_qs);
+    cursor.insertImage(u"a"_qs);
+    QCOMPARE(makeWriter().toRtf(&document, false).count("ffd8ff"), 2);
+    QCOMPARE(TVLTextRtfWriter(nullptr).toRtf(&document, false).count("ffd8ff"), 1);
+}
+
+void tst_RtfExport::textFromRightToLeftSaysWhereItStarts()
+{
+    QTextDocument document;
+    QTextBlockFormat format;
+    format.setLayoutDirection(Qt::RightToLeft);
+    QTextCursor cursor(&document);
+    cursor.setBlockFormat(format);
+    cursor.insertText(u"\u05d0"_qs);
+    QVERIFY(makeWriter().toRtf(&document, false).contains("\\qr\\rtlpar"));
+    format.setAlignment(Qt::AlignRight);
+    cursor.setBlockFormat(format);
+    QVERIFY(makeWriter().toRtf(&document, false).contains("\\ql\\rtlpar"));
+}
+
+void tst_RtfExport::theNormalModeKeepsNotesAsMarks()
+{
+    const TVLTextRtfWriter writer(nullptr);
+    QVERIFY(writer.toRtf(makeDocument(Footnote).get(), false).contains("\\{footnote|"));
+    QVERIFY(
+        writer.toRtf(makeDocument(InspectorComment).get(), false).contains("\"tavelcmt://ID\""));
+}
+
+void tst_RtfExport::aFileIsWrittenAndAFailureTold()
+{
+    const QTemporaryDir directory;
+    const auto document = makeDocument(Footnote);
+    const QString path = directory.filePath(u"text.rtf"_qs);
+    QString error;
+    QVERIFY2(TVLTextRtf::toRtfFile(path, document.get(), &error, false, true), qPrintable(error));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), makeWriter().toRtf(document.get(), false));
+    const QString nowhere = directory.filePath(u"missing/text.rtf"_qs);
+    QVERIFY(!TVLTextRtf::toRtfFile(nowhere, document.get(), &error, false, false));
+    QCOMPARE(error, u"No such file or directory"_qs);
+    QVERIFY(!TVLTextRtf::toRtfFile(nowhere, document.get(), nullptr, false, false));
+}
+
+TVL_TEST_MAIN(tst_RtfExport)
+#include "tst_rtfexport.moc"
