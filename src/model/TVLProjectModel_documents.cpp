@@ -36,7 +36,7 @@ TVLTextDocument *documentOf(const TVLProjectNode *node, TVL::DocumentType type)
 
 bool isDirty(const TVLTextDocument *document)
 {
-    return document && !document->isReadOnly() && !document->isSaved();
+    return document && document->isDirty();
 }
 
 bool hasDirtyDocument(const TVLProjectNode *node)

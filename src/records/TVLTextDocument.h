@@ -51,6 +51,9 @@ public:
     [[nodiscard]] bool isReadOnly() const { return mReadOnly; }
     void setReadOnly(bool readOnly) { mReadOnly = readOnly; }
 
+    /** Whether a save has to write the document. */
+    [[nodiscard]] bool isDirty() const { return !mReadOnly && !mIsSaved; }
+
     /** Set when the file of the text's comments could not be read; it is never written over. */
     [[nodiscard]] bool areCommentsReadOnly() const { return mCommentsReadOnly; }
     void setCommentsReadOnly(bool readOnly) { mCommentsReadOnly = readOnly; }

@@ -68,7 +68,7 @@ bool removeIfThere(QFile *file)
 
 bool isUnsaved(const TVLTextDocument *document)
 {
-    return document && !document->isReadOnly() && !document->isSaved();
+    return document && document->isDirty();
 }
 
 void setLinks(QTextDocument *document, const TVLTextInternalLinkMap &links,

@@ -128,6 +128,8 @@ private Q_SLOTS:
     void writingTextFails();
     void writingToAFullDiskFails();
     void anUnknownEncodingLeavesTheFileAsItWas();
+    void bytesReplaceThoseOfAFile();
+    void whetherAFileCouldBeOpenedIsToldApart();
     void writingReplacesALongerText();
 
     void bytesAreReadAsTheyAre();
@@ -860,6 +862,28 @@ void TstCoreUtil::writingToAFullDiskFails()
     QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"a"_qs, fullDisk, &error));
     QVERIFY(!error.isEmpty());
     QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(QString(1'000'000, u'a'), fullDisk, nullptr));
+}
+
+void TstCoreUtil::bytesReplaceThoseOfAFile()
+{
+    makeFile(u"file"_qs, "a longer content");
+    const QByteArray bytes("a\0b\xff", 4);
+    bool couldOpen = false;
+    QString error;
+    QVERIFY(TVLCoreUtil::WriteBinaryFile(bytes, path(u"file"_qs), &error, &couldOpen));
+    QVERIFY(couldOpen);
+    QVERIFY(error.isEmpty());
+    QCOMPARE(contentOf(u"file"_qs), bytes);
+}
+
+void TstCoreUtil::whetherAFileCouldBeOpenedIsToldApart()
+{
+    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    bool couldOpen = true;
+    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", path(u"folder"_qs), nullptr, &couldOpen));
+    QVERIFY(!couldOpen);
+    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", u"/dev/full"_qs, nullptr, &couldOpen));
+    QVERIFY(couldOpen);
 }
 
 void TstCoreUtil::anUnknownEncodingLeavesTheFileAsItWas()

@@ -60,7 +60,7 @@ private Q_SLOTS:
     void identitiesTieCommentsToTheText();
     void commentsThatNoTextNamesAreLeftOut();
     void whatIsSetComesBack();
-    void aCommentMayHangInAnEmptyListOfOthers();
+    void anEmptyListOfCommentsChangesNothing();
     void uuidsAreRecognised_data();
     void uuidsAreRecognised();
     void aCommentIsHungOnARange_data();
@@ -181,7 +181,7 @@ void TstTextComments::whatIsSetComesBack()
     }
 }
 
-void TstTextComments::aCommentMayHangInAnEmptyListOfOthers()
+void TstTextComments::anEmptyListOfCommentsChangesNothing()
 {
     const auto document = makeText(u"<c1:b>"_qs);
     TVLTextDoc::setComments(document.get(), {});
