@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr double TwipsPerPoint = 20;
 /** Above this product of merges and cells a hostile table would take minutes. */
 constexpr qint64 MaximumMergeWork = 40'000'000;
 

@@ -88,12 +88,6 @@ int halfPoints(const QTextCharFormat &format)
     return qRound(points * 2);
 }
 
-/** A brush's colour; none for patterns, gradients and no brush. */
-QColor solidColor(const QBrush &brush)
-{
-    return brush.style() == Qt::SolidPattern ? brush.color() : QColor();
-}
-
 } // namespace
 
 TVLRtfComposer::TVLRtfComposer(const QTextDocument *document, const TVLRtfOptions &options)
@@ -233,7 +227,7 @@ QByteArray TVLRtfComposer::blockFormatWords(const QTextBlock &block)
         words.append(TabWords[tab.type]);
         tvlAppendRtfWord(&words, "tx", tvlToTwips(tab.position));
     }
-    if (const QColor background = solidColor(format.background()); background.isValid())
+    if (const QColor background = tvlSolidColor(format.background()); background.isValid())
         tvlAppendRtfWord(&words, "cbpat", mHeader.color(background));
     if (format.headingLevel() > 0 && format.headingLevel() <= LevelHeadings)
         tvlAppendRtfWord(&words, "outlinelevel", format.headingLevel() - 1);
@@ -375,7 +369,7 @@ void TVLRtfComposer::fontWords(const QTextCharFormat &format, QByteArray *words)
 
 void TVLRtfComposer::colorWords(const QTextCharFormat &format, QByteArray *words)
 {
-    const QColor foreground = solidColor(format.foreground());
+    const QColor foreground = tvlSolidColor(format.foreground());
     const bool isLink =
         mOptions.mExporting && mOptions.mDecorateHyperlinks && !format.anchorHref().isEmpty();
     if (foreground.isValid())
@@ -384,7 +378,7 @@ void TVLRtfComposer::colorWords(const QTextCharFormat &format, QByteArray *words
         tvlAppendRtfWord(words, "cf", mHeader.color(Qt::blue));
     if (isLink && format.underlineStyle() == QTextCharFormat::NoUnderline)
         words->append("\\ul");
-    if (const QColor background = solidColor(format.background()); background.isValid()) {
+    if (const QColor background = tvlSolidColor(format.background()); background.isValid()) {
         if (mOptions.mExporting && mOptions.mHighlightForMsWord)
             tvlAppendRtfWord(words, "highlight", wordHighlight(background));
         const int number = mHeader.color(background);

@@ -7,11 +7,6 @@ namespace {
 constexpr int TableTwips = 9000;
 constexpr int MinimumColumnTwips = 40;
 
-QColor solidColor(const QBrush &brush)
-{
-    return brush.style() == Qt::SolidPattern ? brush.color() : QColor();
-}
-
 } // namespace
 
 QList<int> TVLRtfComposer::columnEdges(const QTextTable *table) const
@@ -80,12 +75,12 @@ void TVLRtfComposer::tableProperties(const QTextTable *table)
     tvlAppendRtfWord(&mBody, "tvlborder", tvlToTwips(format.border()));
     if (format.hasProperty(QTextFormat::FrameBorderStyle))
         tvlAppendRtfWord(&mBody, "tvlborderstyle", format.borderStyle());
-    if (const QColor color = solidColor(format.borderBrush()); color.isValid())
+    if (const QColor color = tvlSolidColor(format.borderBrush()); color.isValid())
         tvlAppendRtfWord(&mBody, "tvlbordercolor", mHeader.color(color));
     if (format.hasProperty(QTextFormat::TableCellPadding))
         tvlAppendRtfWord(&mBody, "tvlpadding", tvlToTwips(format.cellPadding()));
     tvlAppendRtfWord(&mBody, "tvlspacing", tvlToTwips(format.cellSpacing()));
-    if (const QColor color = solidColor(format.background()); color.isValid())
+    if (const QColor color = tvlSolidColor(format.background()); color.isValid())
         tvlAppendRtfWord(&mBody, "tvltablebg", mHeader.color(color));
     if (format.hasProperty(QTextFormat::FrameWidth)) {
         tvlAppendRtfWord(&mBody, "tvlwidthtype", format.width().type());
@@ -120,7 +115,7 @@ void TVLRtfComposer::cellProperties(QTextTable *table, int row, int column, int 
             tvlAppendRtfWord(&mBody, "brdrw", qMin(tvlToTwips(border), 75));
         }
     }
-    if (const QColor color = solidColor(format.background()); color.isValid())
+    if (const QColor color = tvlSolidColor(format.background()); color.isValid())
         tvlAppendRtfWord(&mBody, "clcbpat", mHeader.color(color));
     tvlAppendRtfWord(&mBody, "cellx", edge);
 }

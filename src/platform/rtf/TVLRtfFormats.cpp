@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr double TwipsPerPoint = 20;
 constexpr int DefaultHalfPoints = 24;
 
 double points(int twips)

@@ -131,6 +131,11 @@ void appendLevel(QByteArray *rtf, const QTextListFormat &format, int level, bool
 
 } // namespace
 
+QColor tvlSolidColor(const QBrush &brush)
+{
+    return brush.style() == Qt::SolidPattern ? brush.color() : QColor();
+}
+
 int tvlToTwips(double points)
 {
     constexpr double Limit = 1'000'000;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBrush>
 #include <QByteArray>
 #include <QColor>
 #include <QHash>
@@ -13,6 +14,8 @@ class QTextList;
 void tvlAppendRtfText(QByteArray *rtf, QStringView text);
 /** Appends a control word with a number. */
 void tvlAppendRtfWord(QByteArray *rtf, const char *word, int number);
+/** A brush's colour; none for patterns, gradients and no brush. */
+QColor tvlSolidColor(const QBrush &brush);
 /** The number of twentieths of a point. */
 int tvlToTwips(double points);
 

@@ -7,14 +7,6 @@ namespace {
 /** As many as word processors take. */
 constexpr int MaximumTabs = 64;
 constexpr int MaximumIndentLevel = 1000;
-/** Distances are cut off here, far beyond any page, so that sums of them stay in range. */
-constexpr int MaximumTwips = 1'000'000;
-constexpr double TwipsPerPoint = 20;
-
-int boundedTwips(int twips)
-{
-    return qBound(-MaximumTwips, twips, MaximumTwips);
-}
 
 /** Whether a word that switches something switches it on. */
 bool isOn(const TVLRtfToken &token)

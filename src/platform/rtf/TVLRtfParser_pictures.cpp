@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr double TwipsPerPoint = 20;
-
 int hexDigit(char c)
 {
     if (c >= '0' && c <= '9')

@@ -4,7 +4,6 @@ namespace {
 
 /** Deeper tables are read as if they stood this deep. */
 constexpr int MaximumTableDepth = 32;
-constexpr int MaximumTwips = 1'000'000;
 
 } // namespace
 
@@ -106,7 +105,7 @@ void TVLRtfParser::setRowNumber(TVLRtfRowNumber number, int value)
         row.mHeader = value != 0;
         break;
     case TVLRtfRowNumber::Left:
-        row.mLeft = qBound(-MaximumTwips, value, MaximumTwips);
+        row.mLeft = boundedTwips(value);
         break;
     case TVLRtfRowNumber::Border:
         row.mBorder = value;

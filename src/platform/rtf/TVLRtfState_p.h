@@ -7,6 +7,16 @@
 
 #include <optional>
 
+/** Distances are in twentieths of a point. */
+constexpr double TwipsPerPoint = 20;
+/** Distances are cut off here, far beyond any page, so that sums of them stay in range. */
+constexpr int MaximumTwips = 1'000'000;
+
+inline int boundedTwips(int twips)
+{
+    return qBound(-MaximumTwips, twips, MaximumTwips);
+}
+
 /** What RTF says of characters at one place, in RTF's units; -1 where nothing was said. */
 struct TVLRtfCharState
 {
