@@ -88,6 +88,32 @@ int halfPoints(const QTextCharFormat &format)
     return qRound(points * 2);
 }
 
+void weightWords(const QTextCharFormat &format, QByteArray *words)
+{
+    if (format.hasProperty(QTextFormat::FontWeight) && format.fontWeight() != QFont::Normal) {
+        if (format.fontWeight() >= QFont::DemiBold)
+            words->append("\\b");
+        if (format.fontWeight() != QFont::Bold)
+            tvlAppendRtfWord(words, "tvlweight", format.fontWeight());
+    }
+}
+
+void verticalAlignmentWords(const QTextCharFormat &format, QByteArray *words)
+{
+    switch (format.verticalAlignment()) {
+    case QTextCharFormat::AlignNormal:
+        break;
+    case QTextCharFormat::AlignSuperScript:
+        words->append("\\super");
+        break;
+    case QTextCharFormat::AlignSubScript:
+        words->append("\\sub");
+        break;
+    default:
+        tvlAppendRtfWord(words, "tvlvalign", format.verticalAlignment());
+    }
+}
+
 } // namespace
 
 TVLRtfComposer::TVLRtfComposer(const QTextDocument *document, const TVLRtfOptions &options)
@@ -101,7 +127,7 @@ QByteArray TVLRtfComposer::compose()
     QByteArray start = "{\\rtf1\\ansi\\ansicpg1252\\uc1";
     if (mOptions.mExporting)
         tvlAppendRtfWord(&start, "deff", mHeader.font({mDocument->defaultFont().family()}));
-    mBody.reserve(mDocument->characterCount() * 2);
+    mBody.reserve(qsizetype(mDocument->characterCount()) * 2);
     frame(mDocument->rootFrame()->begin(), 0, "\\par\n");
     start.append('\n').append(mHeader.tables());
     if (const QString title = mDocument->metaInformation(QTextDocument::DocumentTitle);
@@ -324,12 +350,7 @@ void TVLRtfComposer::fontWords(const QTextCharFormat &format, QByteArray *words)
         tvlAppendRtfWord(words, "f", mHeader.font(names));
     if (size > 0)
         tvlAppendRtfWord(words, "fs", size);
-    if (format.hasProperty(QTextFormat::FontWeight) && format.fontWeight() != QFont::Normal) {
-        if (format.fontWeight() >= QFont::DemiBold)
-            words->append("\\b");
-        if (format.fontWeight() != QFont::Bold)
-            tvlAppendRtfWord(words, "tvlweight", format.fontWeight());
-    }
+    weightWords(format, words);
     if (format.fontItalic())
         words->append("\\i");
     if (format.boolProperty(TVLTextFormat::DoubleUnderline)) {
@@ -344,18 +365,7 @@ void TVLRtfComposer::fontWords(const QTextCharFormat &format, QByteArray *words)
         words->append("\\strike");
     if (format.fontOverline())
         words->append("\\tvlover");
-    switch (format.verticalAlignment()) {
-    case QTextCharFormat::AlignNormal:
-        break;
-    case QTextCharFormat::AlignSuperScript:
-        words->append("\\super");
-        break;
-    case QTextCharFormat::AlignSubScript:
-        words->append("\\sub");
-        break;
-    default:
-        tvlAppendRtfWord(words, "tvlvalign", format.verticalAlignment());
-    }
+    verticalAlignmentWords(format, words);
     for (const CapitalizationRow &row : CapitalizationRows) {
         if (row.capitalization == format.fontCapitalization())
             words->append(row.word);

@@ -145,7 +145,7 @@ int TVLTextDoc::wordCount(const QTextDocument *document, bool withAnnotations, b
 
 // --- Text of other documents
 
-void TVLTextDoc::appendDocument(QTextCursor cursor, const QTextDocument *document)
+void TVLTextDoc::appendDocument(const QTextCursor &cursor, const QTextDocument *document)
 {
     if (cursor.isNull() || !document || document->isEmpty())
         return;

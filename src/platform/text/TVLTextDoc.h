@@ -116,5 +116,5 @@ public:
      * is selected; an empty document changes nothing. The first paragraph becomes part of the
      * cursor's, unless that is empty and takes its format over.
      */
-    static void appendDocument(QTextCursor cursor, const QTextDocument *document);
+    static void appendDocument(const QTextCursor &cursor, const QTextDocument *document);
 };

@@ -44,8 +44,8 @@ constexpr WordClass asciiClass(char16_t character)
 
 constexpr auto AsciiClasses = [] {
     std::array<WordClass, 0x80> classes{};
-    for (char16_t character = 0; character < classes.size(); ++character)
-        classes[character] = asciiClass(character);
+    for (size_t character = 0; character < classes.size(); ++character)
+        classes[character] = asciiClass(static_cast<char16_t>(character));
     return classes;
 }();
 

@@ -69,6 +69,8 @@ void TVLTextEdits::apply(QTextDocument *document) const
             break;
         }
     }
+    // clang 14 can't compile the view that the linter asks for.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (auto change = mTexts.rbegin(); change != mTexts.rend(); ++change) {
         cursor.setPosition(change->mPosition);
         cursor.setPosition(change->mPosition + change->mRemoved, QTextCursor::KeepAnchor);
