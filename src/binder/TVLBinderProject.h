@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TVLBinderKeyword.h"
 #include "TVLCollectionMetaData.h"
 #include "TVLLabel.h"
 #include "TVLProjectInfo.h"
@@ -43,6 +44,8 @@ public:
     /** Uuid of the template folder; null when there is none in the tree. */
     [[nodiscard]] virtual QUuid templateFolderUuid() const = 0;
     [[nodiscard]] virtual QList<TVLCollectionMetaData> collections() const = 0;
+    /** All keywords, each behind the one that it is part of. */
+    [[nodiscard]] virtual QList<TVLBinderKeyword> projectKeywords() const = 0;
 
     /** The part of the binder that is kept as raw text, with its tags; empty for none. */
     [[nodiscard]] virtual QString userProjectData() const = 0;
@@ -75,6 +78,9 @@ public:
     /** The same by id, as older binders name it. */
     virtual void adoptTemplateFolder(int id) = 0;
     virtual void setCollections(const QList<TVLCollectionMetaData> &collections) = 0;
+    /** Adds keywords, each behind the one that it is part of. Of those with the same identity the
+     * last counts. */
+    virtual void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) = 0;
 };
 
 /**

@@ -91,6 +91,7 @@ bool TVLBinderReader::readProjectPrivate(TVLProjectNode *root)
         {TemplateFolderUUID, &TVLBinderReader::readTemplateFolderUuid},
         {TemplateFolderID, &TVLBinderReader::readTemplateFolderId},
         {Collections, &TVLBinderReader::readProjectCollections},
+        {Keywords, &TVLBinderReader::readProjectKeywords},
         {UserProjectData, &TVLBinderReader::readUserProjectData},
     };
 

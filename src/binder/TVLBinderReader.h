@@ -129,6 +129,10 @@ private:
     [[nodiscard]] bool readTemplateFolderUuid();
     [[nodiscard]] bool readTemplateFolderId();
     [[nodiscard]] bool readProjectCollections();
+    [[nodiscard]] bool readProjectKeywords();
+    [[nodiscard]] bool readKeywordTree(QList<TVLBinderKeyword> *keywords);
+    [[nodiscard]] bool readKeywordId(int *id);
+    void readKeywordElement(TVLBinderKeyword *keyword);
     [[nodiscard]] bool readUserProjectData();
     [[nodiscard]] TVLCollectionMetaData readCollection();
     void readSearchSettings(TVLCollectionMetaData *collection);

@@ -142,8 +142,7 @@ TVLCollectionMetaData TVLBinderReader::readCollection()
 {
     const QXmlStreamAttributes attributes = this->attributes();
     TVLCollectionMetaData collection;
-    collection.mType =
-        tvlValueOf(Words::CollectionTypes, attributes.value(Attribute::Type), collection.mType);
+    collection.mType = TVL::toCollectionType(attributes.value(Attribute::Type), collection.mType);
     collection.mId = attributes.hasAttribute(Attribute::ID)
         ? attributes.value(Attribute::ID).toString()
         : TVLCollectionMetaData::generateIdentity();
@@ -189,4 +188,70 @@ void TVLBinderReader::readCollectionIds(QList<int> *ids)
         if (ok)
             ids->append(id);
     }
+}
+
+bool TVLBinderReader::readProjectKeywords()
+{
+    QList<TVLBinderKeyword> keywords;
+    if (!readKeywordTree(&keywords))
+        return false;
+    mProject->addProjectKeywords(keywords);
+    return true;
+}
+
+bool TVLBinderReader::readKeywordTree(QList<TVLBinderKeyword> *keywords)
+{
+    // The keywords that the position is in, and whether it is in a list of keywords.
+    QList<qsizetype> open;
+    bool inList = true;
+    for (;;) {
+        if (readNextStartElement()) {
+            if (!inList && name() == Children) {
+                inList = true;
+            } else if (!inList) {
+                readKeywordElement(&(*keywords)[open.constLast()]);
+            } else if (name() != Keyword) {
+                skipCurrentElement();
+            } else {
+                TVLBinderKeyword keyword;
+                if (!readKeywordId(&keyword.mId))
+                    return false;
+                if (!open.isEmpty())
+                    keyword.mParentId = keywords->at(open.constLast()).mId;
+                open.append(keywords->size());
+                keywords->append(keyword);
+                inList = false;
+            }
+        } else if (hasError()) {
+            return false;
+        } else if (!inList) {
+            open.removeLast();
+            inList = true;
+        } else if (!open.isEmpty()) {
+            inList = false;
+        } else {
+            return true;
+        }
+    }
+}
+
+bool TVLBinderReader::readKeywordId(int *id)
+{
+    const QString text = attributes().value(Attribute::ID).toString();
+    bool ok = false;
+    *id = text.toInt(&ok);
+    if (ok && *id >= 0)
+        return true;
+    raiseError(u"Invalid keyword identity read: %1"_qs.arg(text), __LINE__);
+    return false;
+}
+
+void TVLBinderReader::readKeywordElement(TVLBinderKeyword *keyword)
+{
+    if (name() == Title)
+        keyword->mTitle = readText();
+    else if (name() == Color)
+        keyword->mColor = TVL::floatStringToColor(readText());
+    else
+        skipCurrentElement();
 }

@@ -73,6 +73,7 @@ inline const QString Collection = u"Collection"_qs;
 inline const QString SearchSettings = u"SearchSettings"_qs;
 inline const QString BinderIDs = u"BinderIDs"_qs;
 inline const QString BinderID = u"BinderID"_qs;
+inline const QString Keyword = u"Keyword"_qs;
 inline const QString UserProjectData = u"UserProjectData"_qs;
 
 inline const QString Comments = u"Comments"_qs;

@@ -28,13 +28,6 @@ inline constexpr TVLWord<int> ImageRotations[] = {
     {3, u"90CCW"},
 };
 
-inline constexpr TVLWord<TVL::CollectionType> CollectionTypes[] = {
-    {TVL::BinderCollection, u"Binder"},
-    {TVL::RecentSearchCollection, u"RecentSearch"},
-    {TVL::SavedSearchCollection, u"SavedSearch"},
-    {TVL::ArbitraryCollection, u"Arbitrary"},
-};
-
 inline constexpr TVLWord<TVL::SearchOperator> SearchOperators[] = {
     {TVL::ExactOperator, u"Exact"},   {TVL::AllOperator, u"All"},
     {TVL::AnyOperator, u"Any"},       {TVL::WholeWordOperator, u"WholeWord"},

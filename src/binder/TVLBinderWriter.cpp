@@ -17,10 +17,6 @@ namespace Words = TVLBinderWords;
 
 namespace {
 
-// Below this depth items stand unformatted: indenting them would make a deeply nested binder, and
-// the time that it takes, grow with the square of its depth.
-constexpr int DeepestIndentedItem = 100;
-
 QString uuidText(const QUuid &uuid)
 {
     return TUuid::toStringNoBraces(uuid, true);
@@ -115,6 +111,7 @@ void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLPro
     writeTemplateFolderId(project);
     if (!mobile) {
         writeCollections(project->collections());
+        writeKeywords(project->projectKeywords());
         writeUserProjectData(project->userProjectData());
     }
     writeEndTavelinorProjectTag();

@@ -56,6 +56,8 @@ public:
     void writeLabels(const QString &title, int defaultId, const QList<TVLLabel> &labels);
     void writeStatusItems(const QString &title, int defaultId, const QList<TVLStatusItem> &items);
     void writeTemplateFolderId(const TVLBinderProject *project);
+    /** Writes the tree of all keywords, which come as TVLBinderProject::projectKeywords() tells. */
+    void writeKeywords(const QList<TVLBinderKeyword> &keywords);
     void writeCollections(const QList<TVLCollectionMetaData> &collections);
     /**
      * Writes the raw text of the user's data past the XML, straight to the device. Text that isn't
@@ -76,6 +78,10 @@ public:
     /** @} */
 
 private:
+    // Below this depth items stand unformatted: indenting them would make a deeply nested binder,
+    // and the time that it takes, grow with the square of its depth.
+    static constexpr int DeepestIndentedItem = 100;
+
     void writeItemStart(const TVLProjectNode *node, bool mobile);
     void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
     void writeTextSettings(const TVLProjectNodeProperties &properties);

@@ -70,7 +70,7 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
     };
 
     writeStartElement(Collection);
-    writeWord(Attribute::Type, tvlWordOf(Words::CollectionTypes, collection.mType, u"Arbitrary"));
+    writeAttribute(Attribute::Type, TVL::toString(collection.mType));
     writeAttribute(Attribute::ID, collection.mId);
     writeAttribute(Attribute::Color, TVL::colorToFloatString(collection.color()));
     writeTextElement(Title, collection.mTitle);
@@ -94,6 +94,47 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
         for (const int id : collection.mIds)
             writeTextElement(BinderID, QString::number(id));
         writeEndElement();
+    }
+    writeEndElement();
+}
+
+void TVLBinderWriter::writeKeywords(const QList<TVLBinderKeyword> &keywords)
+{
+    // The keywords whose elements are not closed yet, each inside the one before.
+    QList<int> open;
+    const auto closeLast = [&] {
+        open.removeLast();
+        if (open.size() == DeepestIndentedItem)
+            setAutoFormatting(true);
+        writeEndElement();
+    };
+
+    writeStartElement(Keywords);
+    bool hasChildren = false; // The last keyword of the open ones.
+    for (const TVLBinderKeyword &keyword : keywords) {
+        while (!open.isEmpty() && open.constLast() != keyword.mParentId) {
+            if (hasChildren)
+                writeEndElement();
+            closeLast();
+            hasChildren = true;
+        }
+        if (!open.isEmpty() && !hasChildren)
+            writeStartElement(Children);
+        writeStartElement(Keyword);
+        writeAttribute(Attribute::ID, QString::number(keyword.mId));
+        writeTextElement(Title, keyword.mTitle);
+        if (keyword.mColor.isValid())
+            writeTextElement(Color, TVL::colorToFloatString(keyword.mColor));
+        open.append(keyword.mId);
+        hasChildren = false;
+        if (open.size() == DeepestIndentedItem + 1)
+            setAutoFormatting(false);
+    }
+    while (!open.isEmpty()) {
+        if (hasChildren)
+            writeEndElement();
+        closeLast();
+        hasChildren = true;
     }
     writeEndElement();
 }

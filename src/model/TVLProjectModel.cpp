@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLKeywordModel.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -7,6 +8,7 @@
 
 #include <QFileInfo>
 #include <QHostInfo>
+#include <QPrinter>
 #include <QTimer>
 
 #include <algorithm>
@@ -73,7 +75,14 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     mSearchIndex = std::make_unique<TVLSearchIndex>();
     mRootNode =
         std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid::createUuid()), nullptr);
+    mKeywordModel = new TVLKeywordModel(mSearchIndex.get(), this);
     loadOptions();
+    connect(mKeywordModel, &TVLKeywordModel::keywordsAboutToBeRemoved, this,
+            &TVLProjectModel::removeKeywordsFromDocuments);
+    connect(mKeywordModel, &TVLKeywordModel::dataChanged, this,
+            &TVLProjectModel::updateKeywordsForDocuments);
+    connect(mKeywordModel, &TVLKeywordModel::modelChanged, this,
+            [this] { markProjectAsModified(); });
     connect(tvlOptions(), &TVLOptions::groupsChanged, this, &TVLProjectModel::onOptionsChanged);
     if (QFileInfo::exists(dragAndDropPath()))
         QTimer::singleShot(0, this, &TVLProjectModel::cleanDragAndDrop);
@@ -81,6 +90,7 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
 
 TVLProjectModel::~TVLProjectModel()
 {
+    delete mKeywordModel; // It holds on to the search index.
     mSearchIndex.reset();
     mRootNode.reset();
 }
@@ -469,6 +479,7 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
     if (!node)
         return;
     mIdMap.remove(node->mId);
+    (void)mSearchIndex->removeDocument(node->mId);
     node->mId = -1;
 }
 
@@ -480,6 +491,7 @@ void TVLProjectModel::populateMissingIDs()
         node->mId = findNextNodeId();
         mIdMap.insert(node->mId, node->mUuid);
     });
+    enterDocumentKeywords();
 }
 
 void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *other)
@@ -491,6 +503,7 @@ void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *oth
         node->mId = freeIds.take();
         mIdMap.insert(node->mId, node->mUuid);
     });
+    enterDocumentKeywords();
 }
 
 void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "TVLBasicNodeInfo.h"
 #include "TVLBinderProject.h"
 #include "TVLMetaDataField.h"
 #include "TVLProjectNotes.h"
 #include "TVLReference.h"
+#include "TVLScriptMode.h"
+#include "TVLSnapshotInfo.h"
+#include "TVLTargets.h"
 
 #include <QAbstractItemModel>
 #include <QDir>
@@ -15,9 +19,15 @@
 #include <QSet>
 #include <QUuid>
 
+#include <initializer_list>
 #include <memory>
 
+class QImage;
+class QPrinter;
 class QTextDocument;
+class QUrl;
+class TVLKeywordModel;
+class TVLNumberedFiles;
 class TVLProjectFolderFormat;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
@@ -149,7 +159,6 @@ public:
     void setDeviceName(const QString &name) { mInfo.mDevice = name; }
     /** Name of this device. */
     [[nodiscard]] static QString platformDeviceName();
-    [[nodiscard]] bool tintIcons() const { return mTintIcons; }
     [[nodiscard]] bool backupIncluded() const { return mBackupIncluded; }
     [[nodiscard]] int autoSaveSeconds() const { return mAutoSaveSeconds; }
     /** The part of the binder that is kept as raw text. */
@@ -298,16 +307,239 @@ public:
     void adoptTemplateFolder(int id) override;
     /** @} */
 
-    /** @name Making items @{ */
+    /** @name Making items
+     * Every new item gets the default label and status item. A row of -1 is the end of the parent.
+     * The functions that insert a single item with a given content don't mark the project modified:
+     * what follows does, or the caller. Those that insert rows do.
+     * @{ */
+    /** What insertRowsAndClone() copies and asks. */
+    enum CloneFlag {
+        NoCloneFlag = 0,
+        SkipCloneRules = 1, ///< Clone without asking canClone().
+        CloneChildren = 2, ///< The source's descendants come along, with snapshots and files.
+        CloneSnapshots = 4,
+        CloneWithoutFiles = 8, ///< Copy nothing of the source itself.
+    };
+    Q_DECLARE_FLAGS(CloneFlags, CloneFlag)
+    Q_FLAG(CloneFlags)
+
     /**
      * Makes a node at @p row of @p parent, or at its end for a negative row, and gives it its id
      * and uuid. A uuid or id that is taken is replaced silently. Emits nothing.
      */
     TVLProjectNode *createProjectNode(TVLProjectNode *parent, int row, QUuid uuid, int id);
-    /** Makes an item. The project isn't marked modified: the caller does that. */
+    /** Makes an item, with its documents in memory. An empty title gives "Untitled". */
     TVLProjectNode *insertNode(int row, const QModelIndex &parent, TVL::NodeType type,
                                const QString &extension, const QString &title);
+    /** Makes a text item with its texts; an empty text leaves its document alone. */
+    QModelIndex insertTextNode(int row, const QModelIndex &parent, const QString &title,
+                               const QString &text, const QString &synopsis, const QString &notes);
+    /** Makes an image item; the image, unless it is null, is written as its PNG file at once. */
+    QModelIndex insertImageNode(int row, const QModelIndex &parent, const QString &title,
+                                const QImage &image, const QString &synopsis, const QString &notes);
     QModelIndex insertUserFolder(int row, const QModelIndex &parent, const QString &title);
+    /** Makes items side by side, in their order; one for a @p count below 1. */
+    QList<TVLProjectNode *> insertMultipleNodes(int row, const QModelIndex &parent,
+                                                TVL::NodeType type, const QString &extension,
+                                                const QString &title, int count);
+    /** The same with text items called "Untitled". */
+    QList<QModelIndex> insertMultipleTextNodes(int row, const QModelIndex &parent, int count);
+    /** Makes an item out of a record, of which it takes the uuid and id too unless they are taken.
+     */
+    TVLProjectNode *insertNodeWithProperties(int row, const QModelIndex &parent,
+                                             const TVLProjectNodeProperties &properties);
+    QModelIndex insertRowWithProperties(int row, const QModelIndex &parent,
+                                        const TVLProjectNodeProperties &properties);
+    /**
+     * Makes text items without titles, each a clone of @p source if that is valid. False, with
+     * nothing done, for a row out of range, a @p count below 1 and a parent in the Trash.
+     */
+    bool insertRowsAndClone(int row, int count, const QModelIndex &parent,
+                            const QModelIndex &source, CloneFlags flags);
+    /** The same for one item, whose uuid may be given; a default index when it is refused. */
+    QModelIndex insertRowAndClone(int row, const QModelIndex &parent, const QModelIndex &source,
+                                  CloneFlags flags, const QUuid &uuid = QUuid());
+    QModelIndex createNewItem(int row, const QModelIndex &parent);
+    QModelIndex createNewFolder(int row, const QModelIndex &parent);
+    /** A new text with the text mode of @p sibling, if that is valid. */
+    QModelIndex createNewText(int row, const QModelIndex &parent, const QModelIndex &sibling);
+    /** A new item with a given uuid, if @p uuid isn't null, cloned from @p source, if that isn't. */
+    QModelIndex createNewProjectIndex(int row, const QModelIndex &parent, const QString &title,
+                                      const QUuid *uuid, const QModelIndex *source);
+    /** The same at the end of a folder inside that for what a merge could not settle. */
+    QModelIndex createNewItemInConflictsFolder(const QUuid *uuid, const QString &title,
+                                               const QString &subfolder, const QModelIndex *source);
+    /** Makes a web page that is shown from its address. */
+    TVLProjectNode *createUrlNode(const QUrl &url, int row, const QModelIndex &parent);
+    /** @} */
+
+    /** @name Moving and removing items
+     * A move that is refused for one item is refused for all, and nothing moves:
+     *
+     * | Item | Target | |
+     * |---|---|---|
+     * | system folder | anywhere but the top level | refused |
+     * | folder or text with only such below it | anything | allowed |
+     * | folder or text with another kind of item below it | in the Draft | refused |
+     * | any other kind of item | in the Draft | refused |
+     * | any other kind of item | outside the Draft | allowed |
+     *
+     * Moved items keep their identity, their files and their modification time. Removing deletes
+     * an item's files and snapshots at once, before the binder is saved.
+     * @{ */
+    /** Moves items to a row of a folder, -1 for its end, in the order of the list. Those below
+     * another one of the list move along with it. */
+    bool moveToFolder(const QModelIndex &folder, const QModelIndexList &indexes, int row);
+    /**
+     * The same for nodes that don't lie in one another. An item that stands right at the
+     * destination already stays, and the next ones follow one row further down.
+     */
+    bool moveToFolder(TVLProjectNode *target, int row, const QList<TVLProjectNode *> &nodes);
+    /** Nothing is deleted by this. False if one of the items is in the Trash already. */
+    bool moveToTrash(const QModelIndexList &indexes);
+    /** Removes an item with its files and saves the project. Items below it go too, but leave
+     * their files; false for an invalid index. */
+    bool removeIndex(const QModelIndex &index);
+    /** The same without saving, and without looking after what refers to the item. */
+    void removeIndexFromModel(const QModelIndex &index);
+    /** Removes all below an item, with their files. */
+    void removeChildrenForIndex(const QModelIndex &index);
+    /** Takes a node out of the maps and deletes its files; the node stays in the tree. */
+    bool removeFilesForNode(TVLProjectNode *node);
+    /** Takes items out of collections, favorites and the like, before they are removed. */
+    void removeIndexesFromDependentStructures(const QModelIndexList &indexes);
+    /** Items that made their new children from one of these no longer do. */
+    void removeNodeIdsFromDefaultTemplateId(const QList<int> &ids);
+    /** Takes ids out of the fixed collections, without a signal. */
+    void removeNodeIdsFromCollections(const QList<int> &ids);
+    /** @} */
+
+    /** @name Copying items, also between two models @{ */
+    /**
+     * Whether an item may be copied onto another: not into the Trash, nothing but folders and texts
+     * into the Draft, and no system folder within a project.
+     */
+    [[nodiscard]] bool canClone(const QModelIndex &source, const QModelIndex &target) const;
+    /**
+     * Makes @p target, which is an index of this model, a copy of @p source, which may be one of
+     * another: its files, snapshots if asked for, attributes, keywords, references, label and
+     * status item, those of another project by their titles. The source is saved first. Documents
+     * of the target that are in memory are let go. Equal indexes are a success without effect.
+     * @param recursive  copies of the source's descendants are inserted below the target
+     * @param checkRules whether canClone() is asked
+     * @param files      without it, nothing of the source itself is copied
+     * @return false when it is refused, or when files couldn't be copied; what was copied until
+     *         then stays
+     */
+    bool clone(const QModelIndex &source, const QModelIndex &target, bool recursive,
+               bool checkRules, bool snapshots, bool files);
+    /** Only the files of clone(). */
+    bool cloneProjectFiles(const QModelIndex &source, const QModelIndex &target, bool snapshots);
+    [[nodiscard]] static bool cloneProjectFilesNode(bool mobile, const QString &sourcePath,
+                                                    const TVLProjectNode *source,
+                                                    const QString &targetPath,
+                                                    const TVLProjectNode *target);
+    /** The attributes of a desktop item, its snapshots if asked for, and none of its other files. */
+    bool cloneDesktopProperties(const QModelIndex &source, const QModelIndex &target,
+                                bool snapshots);
+    bool cloneKeywordsAndReferences(const QModelIndex &source, const QModelIndex &target);
+    /** Between projects by title; one that the target doesn't have is added to it. */
+    bool cloneLabelsAndStatusItems(const QModelIndex &source, const QModelIndex &target);
+    /**
+     * Copies items into the parent of the topmost of them, right below the last of those there,
+     * under unique titles. With @p withChildren all below them comes along. Nothing happens, and
+     * the list is empty, when one of them is a system folder.
+     */
+    QModelIndexList duplicate(const QModelIndexList &indexes, bool withChildren);
+    /** The same at a given place, which may not be in the Trash. */
+    QModelIndexList duplicate(const QModelIndexList &indexes, int row, const QModelIndex &parent,
+                              bool withChildren, bool checkRules);
+    QModelIndex duplicate(const QModelIndex &index, int row, const QModelIndex &parent,
+                          bool withChildren, bool checkRules);
+    /** @} */
+
+    /** @name Arranging items @{ */
+    /** Puts items below a new text at the place of the first; its index, or an invalid one. When
+     * the move is refused the new text stays. */
+    QModelIndex groupIndexes(const QModelIndexList &indexes);
+    /** Puts the children of each item behind it; false when none has children. */
+    bool ungroupIndexes(const QModelIndexList &indexes);
+    /**
+     * Joins texts into the first of the list, with their notes, synopses, keywords, references and
+     * snapshots, and removes the others; their children move up to their place. The joined text is
+     * on disk before a file is deleted; when it can't be written, no file is. An invalid index,
+     * with nothing changed, unless all are folders or texts.
+     */
+    QModelIndex mergeIndexes(const QModelIndexList &indexes);
+    /**
+     * Sorts a list of items of one model, stably; the tree stays as it is. What isn't in memory
+     * isn't counted for it, and synopses are compared by where they are in memory. Columns beyond
+     * ProgressColumn give the order of the binder, whatever the @p order.
+     */
+    [[nodiscard]] static QModelIndexList sort(const QModelIndexList &indexes, TVL::Columns column,
+                                              Qt::SortOrder order);
+    /** Sorted into the order of the binder. */
+    [[nodiscard]] static QModelIndexList sortIndexes(const QModelIndexList &indexes);
+    [[nodiscard]] static QModelIndexList sortIndexesStable(const QModelIndexList &indexes);
+    /** The same with one walk over the binder, for long lists; an item comes out once. */
+    [[nodiscard]] QModelIndexList sortIndexesHash(const QModelIndexList &indexes) const;
+    [[nodiscard]] static QModelIndexList shuffle(const QModelIndexList &indexes);
+    /** Whether @p a comes before @p b in the order of the binder. */
+    [[nodiscard]] static bool lessThanIndex(const QModelIndex &a, const QModelIndex &b);
+    /** Makes all items top-level ones, without a signal: only for a model that no view shows. */
+    void flatten();
+    /** Counts those that hold others or could, and those that are no system folders. */
+    void countFilesAndFolders(const QModelIndexList &indexes, int *groups, int *items) const;
+    [[nodiscard]] QList<int> nodeIdentityList(const QModelIndexList &indexes) const;
+    [[nodiscard]] QList<QUuid> nodeUuidList(const QModelIndexList &indexes) const;
+    [[nodiscard]] QStringList titles(const QModelIndexList &indexes) const;
+    /** Whether another child of the item's parent has exactly that title. */
+    [[nodiscard]] bool hasSiblingWithTitle(const QModelIndex &index, const QString &title) const;
+    /** The title, or one made of it with a number that no sibling has. */
+    [[nodiscard]] QString findUniqueTitle(const QString &title, const QModelIndex &index) const;
+    /** @} */
+
+    /** @name Taking over what a merge decides @{ */
+    /** A copy of an item's record; a default one without an item. */
+    [[nodiscard]] TVLProjectNodeProperties nodeProperties(const QModelIndex &index) const;
+    bool applyMobileAttributes(const QModelIndex &index,
+                               const TVLProjectNodeProperties &properties);
+    bool applyDesktopAttributes(const QModelIndex &index,
+                                const TVLProjectNodeProperties &properties);
+    /** The source may be an item of another model. */
+    bool applyMobileAttributesFromIndex(const QModelIndex &source, const QModelIndex &target);
+    bool applyDesktopAttributesFromIndex(const QModelIndex &source, const QModelIndex &target);
+    /** @} */
+
+    /** @name Snapshots
+     * Only folders and texts have snapshots, which are copies of their main texts; other items are
+     * refused by all of these but the two that are given the document.
+     * @{ */
+    [[nodiscard]] QList<TVLSnapshotInfo> snapshots(const QModelIndex &index) const;
+    /**
+     * Makes a snapshot of the main text. A failure is told in a box; the reference to the main text
+     * is kept then, so that it stays in memory.
+     */
+    bool addSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info);
+    /** The same with that title and the present time. */
+    bool addSnapshot(const QModelIndex &index, const QString &title);
+    /** Makes a snapshot of a text given by the caller, of the item's main text as a rule. */
+    bool addSnapshotWithDocument(const QModelIndex &index, const TVLSnapshotInfo &info,
+                                 const QTextDocument *document, QString *error);
+    bool addSnapshotWithExternalDocument(const QModelIndex &index, const TVLSnapshotInfo &info,
+                                         const QTextDocument *document, QString *error);
+    /** Reads a snapshot in place of what a document holds, which the caller owns. */
+    [[nodiscard]] bool loadSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info,
+                                    QTextDocument *document) const;
+    /**
+     * Puts a snapshot in place of the main text, as one edit that can be undone; the item knows
+     * the snapshot's date until its next edit. When the snapshot can't be read, or when the main
+     * text is read-only, it is false and the main text stays as it was.
+     */
+    bool loadSnapshotIntoMainText(const QModelIndex &index, const TVLSnapshotInfo &info);
+    bool setSnapshotTitle(const QModelIndex &index, const QDateTime &date, const QString &title);
+    /** Emits dataChanged(), and not snapshotsChanged(). */
+    bool removeSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info);
     /** @} */
 
     /** @name Ids and uuids @{ */
@@ -472,36 +704,252 @@ public:
     bool removeProjectNote(int id, QStringList *errors);
     /** @} */
 
-    /** @name Attributes of items @{ */
-    /** The type; TVL::Other for an index of another model. */
-    [[nodiscard]] TVL::NodeType type(const QModelIndex &index) const;
+    /** @name Attributes of items
+     * An index of another model gets what is in brackets; where nothing is, false, 0 or an empty or
+     * null value.
+     * @{ */
+    [[nodiscard]] TVL::NodeType type(const QModelIndex &index) const; ///< [TVL::Other]
     /** The title; with the flag, "Untitled" in place of an empty one. */
     [[nodiscard]] QString title(const QModelIndex &index, bool substituteUntitled = false) const;
     /** "Untitled", translated. */
     [[nodiscard]] static QString trUntitledTitle();
-    [[nodiscard]] int nodeIdentity(const QModelIndex &index) const;
+    [[nodiscard]] QString extension(const QModelIndex &index) const; ///< Of the main file.
+    [[nodiscard]] QPair<int, int> selection(const QModelIndex &index) const; ///< Place and length.
+    [[nodiscard]] QDateTime created(const QModelIndex &index) const;
+    [[nodiscard]] QDateTime lastModified(const QModelIndex &index) const;
+    /** The date of the snapshot that the text was taken back to and not edited since. */
+    [[nodiscard]] QDateTime currentSnapshot(const QModelIndex &index) const;
+    [[nodiscard]] int nodeIdentity(const QModelIndex &index) const; ///< [-1]
     [[nodiscard]] QUuid nodeUuid(const QModelIndex &index) const;
-    [[nodiscard]] int labelIdentity(const QModelIndex &index) const;
-    [[nodiscard]] int statusIdentity(const QModelIndex &index) const;
+    [[nodiscard]] int labelIdentity(const QModelIndex &index) const; ///< [-1]
+    [[nodiscard]] int statusIdentity(const QModelIndex &index) const; ///< [-1]
+    [[nodiscard]] TVLLabel label(const QModelIndex &index) const;
+    [[nodiscard]] TVLStatusItem statusItem(const QModelIndex &index) const;
+    [[nodiscard]] bool isTemplateFolder(const QModelIndex &index) const;
     [[nodiscard]] bool isFavorite(const QModelIndex &index) const;
-    /** The icon; null without an icon set. */
-    [[nodiscard]] QIcon icon(const QModelIndex &index) const;
+    [[nodiscard]] bool hasSnapshots(const QModelIndex &index) const;
+    [[nodiscard]] bool includeInCompile(const QModelIndex &index) const;
+    [[nodiscard]] bool pageBreakBefore(const QModelIndex &index) const;
+    [[nodiscard]] bool preserveFormatting(const QModelIndex &index) const;
+    /** Whether the index card shows its image instead of the synopsis. */
+    [[nodiscard]] bool showIndexCardImage(const QModelIndex &index) const;
+    [[nodiscard]] double scaleFactor(const QModelIndex &index) const; ///< [1.0]
+    [[nodiscard]] bool scaleToFit(const QModelIndex &index) const; ///< [true]
+    [[nodiscard]] int rotation(const QModelIndex &index) const; ///< Quarter turns clockwise.
+    [[nodiscard]] int countTarget(const QModelIndex &index) const; ///< 0 for none.
+    [[nodiscard]] TVL::TargetType targetType(const QModelIndex &index) const;
+    /** The text mode; [GeneralFormatMode], for which an empty one stands too. */
+    [[nodiscard]] QString textMode(const QModelIndex &index) const;
+    [[nodiscard]] bool isScriptMode(const QModelIndex &index) const;
+    /** Where a web page or an imported file came from. */
+    [[nodiscard]] QUrl webUrl(const QModelIndex &index) const;
+    /** Whether the item has a text; one that isn't in memory is judged by when it last was. */
+    [[nodiscard]] bool hasText(const QModelIndex &index) const;
+    [[nodiscard]] bool hasDocumentNote(const QModelIndex &index) const;
+    [[nodiscard]] bool hasSynopsis(const QModelIndex &index) const;
+    /** Whether some custom field of the item isn't empty. */
+    [[nodiscard]] bool hasCustomMetaData(const QModelIndex &index) const;
+    /** Whether a document of the item is in memory; false for system folders. */
+    [[nodiscard]] bool referenced(const QModelIndex &index) const;
+    /** Whether the document is in memory and can't be written; false for system folders. */
+    [[nodiscard]] bool isReadOnly(const QModelIndex &index, TVL::DocumentType type) const;
+    /** Hashes of the texts as they are on disk; empty for one without a file. */
+    [[nodiscard]] QByteArray textMd5(const QModelIndex &index) const;
+    [[nodiscard]] QByteArray noteMd5(const QModelIndex &index) const;
+    [[nodiscard]] QByteArray synopsisMd5(const QModelIndex &index) const;
+    /** Titles from the top level down to the item, with slashes between them. */
+    [[nodiscard]] QString rootPathTitle(const QModelIndex &index) const;
+    /** Whether the node is in this model's tree. */
+    [[nodiscard]] bool isLocalNode(const TVLProjectNode *node) const;
 
-    /*
-     * The setters return false without an item and true without effect for an equal value.
-     * Otherwise they store it, mark the project modified, set the item's modification time and
-     * emit dataChanged().
-     */
+    /** What the item is shown from: a web page's address, else its file; empty for neither. */
+    [[nodiscard]] QUrl url(const TVLProjectNode *node) const;
+    /** The same. With @p search, an item without an extension that has an RTF file gets it. */
+    [[nodiscard]] QUrl nodeUrl(const QModelIndex &index, bool search);
+    /** Whether the item is a web page that is shown from its address. */
+    [[nodiscard]] static bool isDynamicWebNode(const TVLProjectNode *node);
+    /** Whether the item is a web page that was stored as a file. */
+    [[nodiscard]] bool isHtmlWebNode(const QModelIndex &index) const;
+    /** @} */
+
+    /** @name Changing attributes of items
+     * Each is false without an item and true, without effect, for a value that the item has.
+     * Otherwise it stores the value, marks the project modified, sets the item's modification time
+     * and emits dataChanged().
+     * @{ */
     bool setTitle(const QModelIndex &index, const QString &title);
     bool setType(const QModelIndex &index, TVL::NodeType type);
+    bool setTargetType(const QModelIndex &index, TVL::TargetType type);
+    bool setWebUrl(const QModelIndex &index, const QUrl &url);
     /** The name of a custom icon; empty for the icon of the type. */
     bool setCustomIcon(const QModelIndex &index, const QString &name);
-    /** An equal id counts as such only if there is a label of that id. */
+    /** Shows an image in its own size: scale 1.0, not scaled to fit. */
+    bool setActualSize(const QModelIndex &index);
+    /** Turns scaling to fit off as well. */
+    bool setScaleFactor(const QModelIndex &index, double factor);
+    /** An id that the item has counts as such only if there is a label of it. */
     bool setLabelIdentity(const QModelIndex &index, int id);
-    /** An equal id counts as such only if there is a status item of that id. */
     bool setStatusIdentity(const QModelIndex &index, int id);
+    bool setIncludeInCompile(const QModelIndex &index, bool include);
+    bool setPageBreakBefore(const QModelIndex &index, bool pageBreak);
+    bool setPreserveFormatting(const QModelIndex &index, bool preserve);
+    bool setShowIndexCardImage(const QModelIndex &index, bool show);
+    /** Emits formatModeChanged() before dataChanged(). */
+    bool setTextMode(const QModelIndex &index, const QString &mode);
+    /** These leave the modification time alone. */
+    bool setRotation(const QModelIndex &index, int quarterTurns);
+    bool setScaleToFit(const QModelIndex &index, bool fit);
+    bool setCountTarget(const QModelIndex &index, int target);
+    /** Sets the modification time itself. */
+    bool setLastModified(const QModelIndex &index, const QDateTime &dateTime);
+    /** Neither sets the modification time nor emits dataChanged(). */
+    bool setSelection(const QModelIndex &index, const QPair<int, int> &selection);
+    /** Sets both ids, or -1 in place of one that there is no label or status item of. */
+    bool verifyLabelStatusIdentity(const QModelIndex &index, int label, int status);
+    /** The same with a record; whether there are both. */
+    bool verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const;
+    /** @} */
+
+    /** @name Keywords @{ */
+    [[nodiscard]] TVLKeywordModel *keywordModel() const { return mKeywordModel; }
     [[nodiscard]] QList<int> keywordIds(const QModelIndex &index) const;
+    /** As the other setters of attributes. */
     bool setKeywordIds(const QModelIndex &index, const QList<int> &ids);
+    /** Titles of the item's keywords, in order; an empty one for a keyword that is gone. */
+    [[nodiscard]] QStringList keywords(const QModelIndex &index) const;
+    /** Makes the keywords that aren't there yet, on top of the list. */
+    bool setKeywords(const QModelIndex &index, const QStringList &titles);
+    [[nodiscard]] QList<QColor> keywordColors(const QModelIndex &index) const;
+    [[nodiscard]] QList<QPair<QString, QColor>> keywordsWithColor(const QModelIndex &index) const;
+    /** Empty for an unknown identity. */
+    [[nodiscard]] QString keywordTitle(int id) const;
+    /** The first items below @p parent with one of the keywords, in pre-order, @p hits at most. */
+    [[nodiscard]] QModelIndexList matchKeywords(const QSet<int> &keywords, int hits,
+                                                const QModelIndex &parent) const;
+    /** Whether an item below @p parent has one of the keywords. */
+    [[nodiscard]] bool containsKeywords(const QSet<int> &keywords, const QModelIndex &parent) const;
+    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override;
+    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override;
+    /** @} */
+
+    /** @name Images and icons
+     * Images of items without an id have no file, and so no place.
+     * @{ */
+    /** The custom icon that the project holds, else the one of the item's kind of file. */
+    [[nodiscard]] QIcon icon(const QModelIndex &index) const;
+    [[nodiscard]] QStringList customIconNames() const;
+    [[nodiscard]] QPixmap customIcon(const QString &name) const; ///< Null for an unknown name.
+    bool addCustomIcon(const QString &name, const QImage &image);
+    /** Renames or removes an icon, for the items that have it too; false, with no item changed,
+     * when its file can't be. */
+    bool renameCustomIcon(const QString &oldName, const QString &newName);
+    bool removeCustomIcon(const QString &name);
+    [[nodiscard]] bool tintIcons() const { return mTintIcons; }
+    /** Whether icons take the colour of the label. Emits dataChanged() for every item. */
+    void setTintIcons(bool tint);
+
+    [[nodiscard]] bool hasIndexCardImage(const QModelIndex &index) const;
+    /** The index card's image in its full size, else the item's own file as an image. */
+    [[nodiscard]] QImage rawDataImage(const QModelIndex &index) const;
+    /** The same no larger than TVLProjectNode::defaultIndexCardSize(), kept from the first call. */
+    [[nodiscard]] QPixmap indexCardPixmap(const QModelIndex &index) const;
+    /** Writes the image at once, or removes it for a null one; then as the other setters. False,
+     * with the item as it was, when it can't be written. */
+    bool setIndexCardImage(const QModelIndex &index, const QImage &image);
+    /** Whether the index card or the item itself has a file that is an image by its name. */
+    [[nodiscard]] bool isImage(const TVLProjectNode *node) const;
+    /** Whether the item's own file can be read as an image, by its name. */
+    [[nodiscard]] bool canDisplayAsImage(const QModelIndex &index) const;
+    /** @} */
+
+    /** @name Asking about subtrees
+     * About what lies below an index, itself not among it, in the order of the binder.
+     * @{ */
+    /** Whether something else than ordinary folders and texts is there. */
+    [[nodiscard]] bool containsNonTextChildren(const QModelIndex &index) const;
+    /** Whether there are only folders, system folders too, and texts. */
+    [[nodiscard]] bool containsFoldersAndTextOnly(const QModelIndex &index) const;
+    [[nodiscard]] bool containsDynamicWebNode(const QModelIndex &index) const;
+    [[nodiscard]] QModelIndexList imageIndexes(const QModelIndex &index) const;
+    [[nodiscard]] QModelIndexList scriptIndexes(const QModelIndex &index) const;
+    [[nodiscard]] QModelIndexList indexesViaType(TVL::NodeType type,
+                                                 const QModelIndex &index) const;
+    /** All items of the project that can have a text. */
+    [[nodiscard]] QModelIndexList textIndexes() const;
+    /** Those of them that aren't in the Draft. */
+    [[nodiscard]] QModelIndexList nonDraftTextChildrenAndSubChildren() const;
+    /** All items but the Draft folder and what is in it. */
+    [[nodiscard]] QModelIndexList nonDraftChildrenAndSubChildren() const;
+    /**
+     * A list of items to choose from.
+     * @param foldersAndGroupsOnly leaves out what isn't a folder and holds nothing
+     * @param indent whether titles are indented by @p indentText, once per level below the top
+     */
+    [[nodiscard]] QList<TVLBasicNodeInfo> findBasicNodeInfo(bool foldersAndGroupsOnly,
+                                                            bool includeTrash, bool indent,
+                                                            const QString &indentText) const;
+    /** @} */
+
+    /** @name Values of the project
+     * Setters that don't say otherwise store the value and mark the project modified, unless it has
+     * the value already.
+     * @{ */
+    [[nodiscard]] QString directoryName() const;
+    [[nodiscard]] bool hasProjectNotes() const { return !mProjectNotes.isEmpty(); }
+    /** Changes the format of folder and binder, in the version file too if there is one; nothing is
+     * converted. False when that file couldn't be written, as when it names a higher version. */
+    bool setFormatVersion(TVL::FormatVersion version);
+
+    [[nodiscard]] QString defaultProjectTitle() const { return mName; }
+    [[nodiscard]] QString defaultProjectAbbreviatedTitle() const { return mName; }
+    [[nodiscard]] static QString defaultAuthorFullName();
+    [[nodiscard]] static QString defaultAuthorSurname() { return {}; }
+    [[nodiscard]] static QString defaultAuthorForename() { return {}; }
+    // These are dynamic properties of the object, named by the binder's tags.
+    [[nodiscard]] QString projectTitle() const;
+    void setProjectTitle(const QString &title);
+    [[nodiscard]] QString projectAbbreviatedTitle() const;
+    void setProjectAbbreviatedTitle(const QString &title);
+    [[nodiscard]] QString authorFullName() const;
+    void setAuthorFullName(const QString &name);
+    [[nodiscard]] QString authorSurname() const;
+    void setAuthorSurname(const QString &name);
+    [[nodiscard]] QString authorForename() const;
+    void setAuthorForename(const QString &name);
+
+    /** The page set-up, never null. It is made on the first call, which takes its time. */
+    [[nodiscard]] QPrinter *printer() const;
+    /** Takes ownership and deletes the old one; null has the default made anew. Marks nothing. */
+    void setPrinter(QPrinter *printer);
+    [[nodiscard]] QRectF printerPageRect() const; ///< The page within its margins, in points.
+    [[nodiscard]] QSizeF printerPageSize() const; ///< Its size; never empty.
+
+    /** What is behind the text in full screen: an int, the id of an item, or a text, the path of an
+     * image; invalid for nothing. */
+    [[nodiscard]] QVariant fullScreenBackdrop() const { return mFullScreenBackdrop; }
+    void setFullScreenBackdrop(const QVariant &backdrop);
+    void setFullScreenBackdrop(const QString &filePath);
+    void setFullScreenBackdrop(int nodeId);
+    void clearFullScreenBackdrop();
+    [[nodiscard]] bool fullScreenBackdropIsNodeId() const;
+    [[nodiscard]] int fullScreenBackdropNodeId() const; ///< -1 when it isn't an item.
+    [[nodiscard]] QPixmap fullScreenBackdropPixmap() const;
+
+    [[nodiscard]] TVLDraftTarget draftTarget() const { return mDraftTarget; }
+    [[nodiscard]] TVLSessionTarget sessionTarget() const { return mSessionTarget; }
+    /** These mark the project in any case. */
+    void setDraftTarget(const TVLDraftTarget &target);
+    void setSessionTarget(const TVLSessionTarget &target);
+
+    [[nodiscard]] TVLScriptMode scriptMode() const { return mScriptMode; }
+    /** Writes the mode's file at once and emits scriptModeChanged() and metaDataChanged(), in any
+     * case. False when the file couldn't be written. */
+    bool setScriptMode(const TVLScriptMode &mode);
+    /** @} */
+
+    /** @name References of items @{ */
+    [[nodiscard]] QList<TVLReference> references(const QModelIndex &index) const;
+    bool setReferences(const QModelIndex &index, const QList<TVLReference> &references);
     /** @} */
 
     /** @name Labels and status items @{ */
@@ -548,6 +996,8 @@ public Q_SLOTS:
     void resetSessionCounts();
     /** Keeps the project out of backups or not; marks the project modified in any case. */
     void setExcludeFromBackup(bool exclude);
+    /** Removes all in the Trash, with its files, and saves the project. */
+    bool emptyTrash();
 
 Q_SIGNALS:
     /** The item's documents are about to be looked through for what to write. */
@@ -563,6 +1013,7 @@ Q_SIGNALS:
     void templateFolderChanged(QModelIndex newIndex, QModelIndex oldIndex);
     void labelTitleChanged(QString title);
     void statusTitleChanged(QString title);
+    void scriptModeChanged(TVLScriptMode mode);
     void formatModeChanged(QModelIndex index, QString mode);
     void modifiedChanged(bool modified);
     void externallyModified(QString path);
@@ -595,14 +1046,20 @@ private Q_SLOTS:
     void onDocumentContentsChange(int position, int charsRemoved, int charsAdded);
     void onDocumentContentsChanged();
     void cleanDragAndDrop();
+    void removeKeywordsFromDocuments(const QSet<int> &ids);
+    void updateKeywordsForDocuments(const QModelIndex &topLeft, const QModelIndex &bottomRight);
     void markProjectAsModified(bool set = true);
     [[nodiscard]] QModelIndex findTemplateFolder() const;
 
 private:
     friend class TVLProjectModelTestAccess;
 
-    /** Whether a change sets an item's modification time. */
-    enum class Touch { Yes, No };
+    /** What a change of an item brings with it, beside the project's being modified. */
+    enum class Effects {
+        TouchAndAnnounce, ///< The modification time is set, and dataChanged() emitted.
+        Announce,
+        None,
+    };
 
     void beginBinderRead() override;
     void endBinderRead() override;
@@ -623,6 +1080,7 @@ private:
     void showSaveErrors(const QStringList &errors) const;
 
     void createDocuments(TVLProjectNode *node) const;
+    bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
     void startDocument(TVLTextDocument *document) const;
     void releaseDocuments(TVLProjectNode *node) const;
     void enterLoadedNodes(TVLProjectNode *node) const;
@@ -643,13 +1101,96 @@ private:
     [[nodiscard]] QTextDocument *newProjectNote(const QString &title);
     void markProjectNotesAsModified();
 
-    [[nodiscard]] QModelIndex beginInsertParent(const QModelIndex &parent) const;
+    /** Where new items go: a row that is there, of a node that is. */
+    struct InsertPlace
+    {
+        TVLProjectNode *parent;
+        int row;
+    };
+    struct CloneSource;
+    struct CloneOptions;
+    struct MergedTexts;
+
+    [[nodiscard]] QModelIndex rowSignalParent(const TVLProjectNode *parent) const;
+    /** Persistent indexes of top-level items, if the root is one of the parents. */
+    [[nodiscard]] QModelIndexList
+    topLevelPersistents(std::initializer_list<const TVLProjectNode *> parents) const;
+    void followRows(const QModelIndexList &indexes);
+    void dropPersistents(const TVLProjectNode *node);
+    [[nodiscard]] InsertPlace insertPlace(const QModelIndex &parent, int row) const;
+    [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
+    template <typename Insert>
+    auto insertBetweenSignals(TVLProjectNode *parent, int row, int count, Insert insert);
+    TVLProjectNode *createDefaultNode(TVLProjectNode *parent, int row, const QUuid &uuid);
+    TVLProjectNode *insertDefaultNode(TVLProjectNode *parent, int row);
+    QList<TVLProjectNode *> insertClones(const InsertPlace &place, int count,
+                                         const QModelIndex &source, CloneFlags flags,
+                                         const QUuid &uuid);
+    void insertTextInto(const QModelIndex &index, TVL::DocumentType type, const QString &text);
+    void startAsScript(const QModelIndex &index);
+
+    /** The nodes of a list of items; empty if one isn't an item of this model. */
+    [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
+    [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
+                                     const TVLProjectNode *target) const;
+    bool moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row);
+    bool moveChildrenBehind(TVLProjectNode *node);
+    void announceSearchesWithoutTrash();
+    void removeNodeIdsFromFavorites(const QList<int> &ids);
+    void removeNodeIdsFromDependentStructures(QList<int> ids);
+    void unloadDocuments(TVLProjectNode *node);
+    void forgetNode(TVLProjectNode *node);
+    bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
+    void removeLeaves(TVLProjectNode *parent, const TVLNumberedFiles &files);
+    void removeRow(TVLProjectNode *node);
+
+    [[nodiscard]] static CloneSource cloneSource(const QModelIndex &source);
+    bool clone(const CloneSource &from, const QModelIndex &source, const QModelIndex &target,
+               const CloneOptions &options);
+    bool cloneNode(const CloneSource &from, TVLProjectNode *source, TVLProjectNode *target,
+                   const CloneOptions &options);
+    bool cloneFiles(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target);
+    void adoptKeyword(const TVLKeywordModel &from, int id);
+    int adoptLabel(const TVLSearchIndex &from, int id);
+    int adoptStatusItem(const TVLSearchIndex &from, int id);
+
+    [[nodiscard]] bool canMerge(const QList<TVLProjectNode *> &nodes) const;
+    void gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTexts *merged);
+    [[nodiscard]] bool takeMergedTexts(TVLProjectNode *survivor, const MergedTexts &merged);
+    void removeMerged(const QList<TVLProjectNode *> &nodes, bool withFiles);
+    [[nodiscard]] bool mergeSnapshots(int id, const QList<int> &sourceIds);
+    bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
+                         void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
+
+    /** Stores an item's keywords, for its caller to announce. */
+    void setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids);
+    void enterDocumentKeywords();
+    [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
+
     void announceChange(const QModelIndex &index);
     void announceSubtree(const QModelIndex &index);
     void markTemplateFolder(const QModelIndex &index, bool isTemplateFolder);
+    void followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects);
+    template <typename Store>
+    bool changeNode(const QModelIndex &index, Effects effects, Store store);
     template <typename Value>
     bool setNodeValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
-                      const Value &value, bool equalCounts = true, Touch touch = Touch::Yes);
+                      const Value &value, Effects effects = Effects::TouchAndAnnounce,
+                      bool equalCounts = true);
+    [[nodiscard]] static TVLTextDocument *documentOf(const TVLProjectNode *node,
+                                                     TVL::DocumentType type);
+    [[nodiscard]] QByteArray storedMd5(const QModelIndex &index, TVL::DocumentType type) const;
+    [[nodiscard]] static bool containsNonTextChildren(const TVLProjectNode *node);
+    template <typename Predicate>
+    [[nodiscard]] bool hasBelow(const QModelIndex &index, Predicate predicate) const;
+    template <typename Predicate>
+    [[nodiscard]] QModelIndexList indexesBelow(const QModelIndex &index, Predicate predicate) const;
+    template <typename Visit>
+    void forEachNodeOutside(TVL::NodeType topLevelType, Visit visit) const;
+    [[nodiscard]] QString indexCardImagePath(const TVLProjectNode *node) const;
+    void replaceCustomIcon(const QString &oldName, const QString &newName);
+    [[nodiscard]] QString projectProperty(const QString &tag) const;
+    void setProjectProperty(const QString &tag, const QString &value);
     template <typename Predicate>
     [[nodiscard]] QModelIndex findTopLevel(Predicate predicate) const;
     template <typename Item, typename SetItems>
@@ -662,6 +1203,7 @@ private:
     bool mSuspendModified = false;
     bool mMobileProject;
     bool mTintIcons = false;
+    QVariant mFullScreenBackdrop;
     int mAutoSaveTimer = -1;
     int mDocTextChangeTimer = -1;
     QSet<QPersistentModelIndex> mDocTextChanges; ///< Waiting for dataChanged().
@@ -673,6 +1215,8 @@ private:
     QMap<QUuid, TVLProjectNode *> mUuidMap;
     QList<TVLCollectionMetaData> mCollections;
     TVLCustomMetaDataSettings mCustomMetaDataSettings;
+    TVLDraftTarget mDraftTarget;
+    TVLSessionTarget mSessionTarget;
     std::unique_ptr<TVLProjectNode> mRootNode;
     QList<int> mFavorites;
     QUuid mTemplateFolderUuid;
@@ -681,8 +1225,12 @@ private:
     mutable QList<TVLProjectNode *> mLoadedNodes;
     mutable QHash<const TVLProjectNode *, qsizetype> mLoadedPositions; ///< In mLoadedNodes.
     mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
+    TVLScriptMode mScriptMode = TVLScriptMode::factoryDefaults();
     TVLProjectFolderFormat *mFolderFormat; ///< Child object.
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
+    TVLKeywordModel *mKeywordModel; ///< Child object.
+    mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
+    mutable QHash<QString, QPixmap> mCustomIcons; ///< Those that were asked for and found.
     int mAutoSaveSeconds = 10;
     bool mTreatTextWithChildrenAsFolder = true;
     bool mBackupIncluded = true;
@@ -693,3 +1241,5 @@ private:
      * null. */
     static QList<QPointer<TVLProjectModel>> mExistingModels;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(TVLProjectModel::CloneFlags)

@@ -1,43 +1,40 @@
 #include "TVLProjectModel.h"
 
+#include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
+#include "TVLTextDocument.h"
+
+#include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
 /** A property of a node, or @p fallback without one. */
 template <typename Value>
 Value propertyOf(const TVLProjectNode *node, Value TVLProjectNodeProperties::*member,
-                 Value fallback)
+                 Value fallback = Value())
 {
     return node ? node->*member : fallback;
 }
 
+/** A cached flag, refreshed from the document while that is in memory. */
+bool refreshedFlag(TVLProjectNode *node, bool TVLProjectNodeProperties::*flag,
+                   const TVLTextDocument *document)
+{
+    if (document)
+        node->*flag = !document->isEmpty();
+    return node->*flag;
+}
+
+/** The text mode with its name, which an item of the general mode may be without. */
+QString namedMode(const QString &mode)
+{
+    return mode.isEmpty() ? TVLProjectModel::GeneralFormatMode : mode;
+}
+
 } // namespace
-
-void TVLProjectModel::announceChange(const QModelIndex &index)
-{
-    if (index.isValid())
-        Q_EMIT dataChanged(index, index);
-}
-
-template <typename Value>
-bool TVLProjectModel::setNodeValue(const QModelIndex &index,
-                                   Value TVLProjectNodeProperties::*member, const Value &value,
-                                   bool equalCounts, Touch touch)
-{
-    TVLProjectNode *node = projectNode(index);
-    if (!node)
-        return false;
-    if (equalCounts && node->*member == value)
-        return true;
-    node->*member = value;
-    markProjectAsModified(true);
-    if (touch == Touch::Yes)
-        node->updateModified();
-    announceChange(index);
-    return true;
-}
 
 TVL::NodeType TVLProjectModel::type(const QModelIndex &index) const
 {
@@ -57,6 +54,31 @@ QString TVLProjectModel::trUntitledTitle()
     return tr("Untitled");
 }
 
+QString TVLProjectModel::extension(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mFileExtension);
+}
+
+QPair<int, int> TVLProjectModel::selection(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mTextSelection);
+}
+
+QDateTime TVLProjectModel::created(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mCreated);
+}
+
+QDateTime TVLProjectModel::lastModified(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mModified);
+}
+
+QDateTime TVLProjectModel::currentSnapshot(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mRestoredSnapshotDate);
+}
+
 int TVLProjectModel::nodeIdentity(const QModelIndex &index) const
 {
     return propertyOf(projectNode(index), &TVLProjectNode::mId, -1);
@@ -64,7 +86,7 @@ int TVLProjectModel::nodeIdentity(const QModelIndex &index) const
 
 QUuid TVLProjectModel::nodeUuid(const QModelIndex &index) const
 {
-    return propertyOf(projectNode(index), &TVLProjectNode::mUuid, QUuid());
+    return propertyOf(projectNode(index), &TVLProjectNode::mUuid);
 }
 
 int TVLProjectModel::labelIdentity(const QModelIndex &index) const
@@ -77,49 +99,327 @@ int TVLProjectModel::statusIdentity(const QModelIndex &index) const
     return propertyOf(projectNode(index), &TVLProjectNode::mStatusId, -1);
 }
 
+TVLLabel TVLProjectModel::label(const QModelIndex &index) const
+{
+    return mSearchIndex->label(labelIdentity(index));
+}
+
+TVLStatusItem TVLProjectModel::statusItem(const QModelIndex &index) const
+{
+    return mSearchIndex->statusItem(statusIdentity(index));
+}
+
+bool TVLProjectModel::isTemplateFolder(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mIsTemplateFolder);
+}
+
 bool TVLProjectModel::isFavorite(const QModelIndex &index) const
 {
-    return propertyOf(projectNode(index), &TVLProjectNode::mIsFavorite, false);
+    return propertyOf(projectNode(index), &TVLProjectNode::mIsFavorite);
 }
 
-QList<int> TVLProjectModel::keywordIds(const QModelIndex &index) const
+bool TVLProjectModel::hasSnapshots(const QModelIndex &index) const
 {
-    return propertyOf(projectNode(index), &TVLProjectNode::mKeywords, QList<int>());
+    return propertyOf(projectNode(index), &TVLProjectNode::mHasSnapshots);
 }
 
-QIcon TVLProjectModel::icon(const QModelIndex &index) const
+bool TVLProjectModel::includeInCompile(const QModelIndex &index) const
 {
-    Q_UNUSED(index)
-    return {};
+    return propertyOf(projectNode(index), &TVLProjectNode::mIncludeInCompile);
+}
+
+bool TVLProjectModel::pageBreakBefore(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mPageBreakBefore);
+}
+
+bool TVLProjectModel::preserveFormatting(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mCompileAsIs);
+}
+
+bool TVLProjectModel::showIndexCardImage(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mShowSynopsisImage);
+}
+
+double TVLProjectModel::scaleFactor(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mImageScaleFactor, 1.0);
+}
+
+bool TVLProjectModel::scaleToFit(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mImageScalesProportionally, true);
+}
+
+int TVLProjectModel::rotation(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mImageRotation);
+}
+
+int TVLProjectModel::countTarget(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mTarget);
+}
+
+TVL::TargetType TVLProjectModel::targetType(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mTargetType);
+}
+
+QString TVLProjectModel::textMode(const QModelIndex &index) const
+{
+    return propertyOf(projectNode(index), &TVLProjectNode::mTextMode, GeneralFormatMode);
+}
+
+bool TVLProjectModel::isScriptMode(const QModelIndex &index) const
+{
+    return textMode(index) == ScriptFormatMode;
+}
+
+QUrl TVLProjectModel::webUrl(const QModelIndex &index) const
+{
+    return QUrl(propertyOf(projectNode(index), &TVLProjectNode::mOriginalUrl));
+}
+
+bool TVLProjectModel::hasText(const QModelIndex &index) const
+{
+    TVLProjectNode *node = projectNode(index);
+    return node && refreshedFlag(node, &TVLProjectNode::mHasText, node->mTextDocument);
+}
+
+bool TVLProjectModel::hasDocumentNote(const QModelIndex &index) const
+{
+    TVLProjectNode *node = projectNode(index);
+    return node && refreshedFlag(node, &TVLProjectNode::mHasDocumentNote, node->mNotesDocument);
+}
+
+bool TVLProjectModel::hasSynopsis(const QModelIndex &index) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    if (node && node->mSynopsisDocument)
+        return !node->mSynopsisDocument->isEmpty();
+    return propertyOf(node, &TVLProjectNode::mHasSynopsis);
+}
+
+bool TVLProjectModel::hasCustomMetaData(const QModelIndex &index) const
+{
+    const auto values = propertyOf(projectNode(index), &TVLProjectNode::mCustomMetaData);
+    return std::any_of(values.begin(), values.end(),
+                       [](const QString &value) { return !value.isEmpty(); });
+}
+
+bool TVLProjectModel::referenced(const QModelIndex &index) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    return node && !isSystemFolder(index)
+        && (node->mTextDocument || node->mNotesDocument || node->mSynopsisDocument);
+}
+
+bool TVLProjectModel::isReadOnly(const QModelIndex &index, TVL::DocumentType type) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    const TVLTextDocument *document =
+        node && !isSystemFolder(index) ? documentOf(node, type) : nullptr;
+    return document && document->isReadOnly();
+}
+
+QByteArray TVLProjectModel::storedMd5(const QModelIndex &index, TVL::DocumentType type) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    return node ? TVLProjectFolderFormat::md5(mPath, node->mId, type) : QByteArray();
+}
+
+QByteArray TVLProjectModel::textMd5(const QModelIndex &index) const
+{
+    return storedMd5(index, TVL::MainText);
+}
+
+QByteArray TVLProjectModel::noteMd5(const QModelIndex &index) const
+{
+    return storedMd5(index, TVL::NotesText);
+}
+
+QByteArray TVLProjectModel::synopsisMd5(const QModelIndex &index) const
+{
+    return storedMd5(index, TVL::SynopsisText);
+}
+
+// --- Changing
+
+void TVLProjectModel::announceChange(const QModelIndex &index)
+{
+    if (index.isValid())
+        Q_EMIT dataChanged(index, index);
+}
+
+void TVLProjectModel::followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects)
+{
+    markProjectAsModified(true);
+    if (effects == Effects::TouchAndAnnounce)
+        node->updateModified();
+    if (effects != Effects::None)
+        announceChange(index);
+}
+
+/** @p store is false, having changed nothing, for a node that has the value already. */
+template <typename Store>
+bool TVLProjectModel::changeNode(const QModelIndex &index, Effects effects, Store store)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node)
+        return false;
+    if (store(node))
+        followChange(node, index, effects);
+    return true;
+}
+
+template <typename Value>
+bool TVLProjectModel::setNodeValue(const QModelIndex &index,
+                                   Value TVLProjectNodeProperties::*member, const Value &value,
+                                   Effects effects, bool equalCounts)
+{
+    return changeNode(index, effects, [&](TVLProjectNode *node) {
+        if (equalCounts && node->*member == value)
+            return false;
+        node->*member = value;
+        return true;
+    });
 }
 
 bool TVLProjectModel::setTitle(const QModelIndex &index, const QString &title)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mTitle, title);
+    return setNodeValue(index, &TVLProjectNode::mTitle, title);
 }
 
 bool TVLProjectModel::setType(const QModelIndex &index, TVL::NodeType type)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mNodeType, type);
+    return setNodeValue(index, &TVLProjectNode::mNodeType, type);
+}
+
+bool TVLProjectModel::setTargetType(const QModelIndex &index, TVL::TargetType type)
+{
+    return setNodeValue(index, &TVLProjectNode::mTargetType, type);
 }
 
 bool TVLProjectModel::setCustomIcon(const QModelIndex &index, const QString &name)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mIconFileName, name);
+    return setNodeValue(index, &TVLProjectNode::mIconFileName, name);
+}
+
+bool TVLProjectModel::setIncludeInCompile(const QModelIndex &index, bool include)
+{
+    return setNodeValue(index, &TVLProjectNode::mIncludeInCompile, include);
+}
+
+bool TVLProjectModel::setPageBreakBefore(const QModelIndex &index, bool pageBreak)
+{
+    return setNodeValue(index, &TVLProjectNode::mPageBreakBefore, pageBreak);
+}
+
+bool TVLProjectModel::setPreserveFormatting(const QModelIndex &index, bool preserve)
+{
+    return setNodeValue(index, &TVLProjectNode::mCompileAsIs, preserve);
+}
+
+bool TVLProjectModel::setShowIndexCardImage(const QModelIndex &index, bool show)
+{
+    return setNodeValue(index, &TVLProjectNode::mShowSynopsisImage, show);
 }
 
 bool TVLProjectModel::setLabelIdentity(const QModelIndex &index, int id)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mLabelId, id, mSearchIndex->hasLabel(id));
+    return setNodeValue(index, &TVLProjectNode::mLabelId, id, Effects::TouchAndAnnounce,
+                        mSearchIndex->hasLabel(id));
 }
 
 bool TVLProjectModel::setStatusIdentity(const QModelIndex &index, int id)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mStatusId, id,
+    return setNodeValue(index, &TVLProjectNode::mStatusId, id, Effects::TouchAndAnnounce,
                         mSearchIndex->hasStatusItem(id));
 }
 
-bool TVLProjectModel::setKeywordIds(const QModelIndex &index, const QList<int> &ids)
+bool TVLProjectModel::setWebUrl(const QModelIndex &index, const QUrl &url)
 {
-    return setNodeValue(index, &TVLProjectNodeProperties::mKeywords, ids);
+    return changeNode(index, Effects::TouchAndAnnounce, [&url](TVLProjectNode *node) {
+        if (QUrl(node->mOriginalUrl) == url)
+            return false;
+        node->mOriginalUrl = url.toString();
+        return true;
+    });
+}
+
+bool TVLProjectModel::setActualSize(const QModelIndex &index)
+{
+    return setScaleFactor(index, 1.0);
+}
+
+bool TVLProjectModel::setScaleFactor(const QModelIndex &index, double factor)
+{
+    return changeNode(index, Effects::TouchAndAnnounce, [factor](TVLProjectNode *node) {
+        if (tvlFuzzyCompare(node->mImageScaleFactor, factor) && !node->mImageScalesProportionally)
+            return false;
+        node->mImageScaleFactor = factor;
+        node->mImageScalesProportionally = false;
+        return true;
+    });
+}
+
+bool TVLProjectModel::setTextMode(const QModelIndex &index, const QString &mode)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node)
+        return false;
+    if (namedMode(node->mTextMode) == namedMode(mode))
+        return true;
+    node->mTextMode = mode;
+    markProjectAsModified(true);
+    node->updateModified();
+    Q_EMIT formatModeChanged(index, mode);
+    announceChange(index);
+    return true;
+}
+
+bool TVLProjectModel::setRotation(const QModelIndex &index, int quarterTurns)
+{
+    return setNodeValue(index, &TVLProjectNode::mImageRotation, quarterTurns, Effects::Announce);
+}
+
+bool TVLProjectModel::setScaleToFit(const QModelIndex &index, bool fit)
+{
+    return setNodeValue(index, &TVLProjectNode::mImageScalesProportionally, fit, Effects::Announce);
+}
+
+bool TVLProjectModel::setCountTarget(const QModelIndex &index, int target)
+{
+    return setNodeValue(index, &TVLProjectNode::mTarget, target, Effects::Announce);
+}
+
+bool TVLProjectModel::setLastModified(const QModelIndex &index, const QDateTime &dateTime)
+{
+    return setNodeValue(index, &TVLProjectNode::mModified, dateTime, Effects::Announce);
+}
+
+bool TVLProjectModel::setSelection(const QModelIndex &index, const QPair<int, int> &selection)
+{
+    return setNodeValue(index, &TVLProjectNode::mTextSelection, selection, Effects::None);
+}
+
+bool TVLProjectModel::verifyLabelStatusIdentity(const QModelIndex &index, int label, int status)
+{
+    const bool hasItem = setLabelIdentity(index, mSearchIndex->hasLabel(label) ? label : -1);
+    return setStatusIdentity(index, mSearchIndex->hasStatusItem(status) ? status : -1) && hasItem;
+}
+
+bool TVLProjectModel::verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const
+{
+    const bool isLabelKnown = mSearchIndex->hasLabel(properties->mLabelId);
+    const bool isStatusKnown = mSearchIndex->hasStatusItem(properties->mStatusId);
+    if (!isLabelKnown)
+        properties->mLabelId = -1;
+    if (!isStatusKnown)
+        properties->mStatusId = -1;
+    return isLabelKnown && isStatusKnown;
 }

@@ -20,20 +20,6 @@ constexpr int DocTextChangeMs = 1000;
 // Below this many entries a list of loaded nodes isn't worth tidying.
 constexpr qsizetype FewLoadedNodes = 32;
 
-TVLTextDocument *documentOf(const TVLProjectNode *node, TVL::DocumentType type)
-{
-    switch (type) {
-    case TVL::MainText:
-        return node->mTextDocument;
-    case TVL::NotesText:
-        return node->mNotesDocument;
-    case TVL::SynopsisText:
-        return node->mSynopsisDocument;
-    default:
-        return nullptr;
-    }
-}
-
 bool isDirty(const TVLTextDocument *document)
 {
     return document && document->isDirty();
@@ -84,6 +70,20 @@ QString loadErrorLine(const QString &error)
 } // namespace
 
 // --- References
+
+TVLTextDocument *TVLProjectModel::documentOf(const TVLProjectNode *node, TVL::DocumentType type)
+{
+    switch (type) {
+    case TVL::MainText:
+        return node->mTextDocument;
+    case TVL::NotesText:
+        return node->mNotesDocument;
+    case TVL::SynopsisText:
+        return node->mSynopsisDocument;
+    default:
+        return nullptr;
+    }
+}
 
 TVLTextDocument *TVLProjectModel::referenceItem(const QModelIndex &index,
                                                 TVL::DocumentType type) const
@@ -154,7 +154,7 @@ void TVLProjectModel::createDocuments(TVLProjectNode *node) const
         document->updateEditorLayout();
         return document;
     };
-    if (node->mNodeType == TVL::Folder || node->mNodeType == TVL::Text)
+    if (node->canHaveText())
         node->mTextDocument = create(TVL::MainText);
     node->mNotesDocument = create(TVL::NotesText);
     node->mSynopsisDocument = create(TVL::SynopsisText);
@@ -243,10 +243,16 @@ bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease,
 {
     if (!node || !hasDirtyDocument(node))
         return true;
-    const bool result = mFolderFormat->writeDocuments(node, errors);
-    updateHasFlags(node);
+    const bool result = writeDocuments(node, errors);
     if (forceRelease || !areDocumentsWanted(node))
         releaseDocuments(node);
+    return result;
+}
+
+bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors) const
+{
+    const bool result = mFolderFormat->writeDocuments(node, errors);
+    updateHasFlags(node);
     return result;
 }
 

@@ -51,8 +51,8 @@ bool TVLProjectModel::isFolderOrText(const QModelIndex &index) const
 
 bool TVLProjectModel::canHaveText(const QModelIndex &index) const
 {
-    const TVL::NodeType nodeType = type(index);
-    return nodeType == TVL::Folder || nodeType == TVL::Text;
+    const TVLProjectNode *node = projectNode(index);
+    return node && node->canHaveText();
 }
 
 bool TVLProjectModel::treatAsFolder(const QModelIndex &index) const

@@ -119,7 +119,13 @@ void TVLProjectModel::initProject(QStringList *errors)
         initBlankProject();
         return;
     }
+    // Damaged, the file is left alone until the user chooses another mode.
+    QString error;
+    if (!TVLProjectFolderFormat::readScriptSettings(mPath, &mScriptMode, &error))
+        qWarning("Could not read the script mode of '%ls': %ls", qUtf16Printable(mPath),
+                 qUtf16Printable(error));
     updateHasSnapshots();
+    enterDocumentKeywords();
     addDefaultProjectNotesAndCollections();
     ensureProperProjectNotes();
 }
@@ -323,6 +329,8 @@ bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool remove
 void TVLProjectModel::prepareToDestroy()
 {
     saveAll(false);
+    // Until the project is opened again, others may change what lies in its folder.
+    TVLProjectFolderFormat::clearSnapshotsCache(mPath);
     TVLProjectFolderFormat::removeLock(mPath);
     cleanDragAndDrop();
     mExistingModels.removeAll(this);

@@ -142,3 +142,26 @@ int TVLProjectModel::maxOutlineColumns() const
 {
     return TVL::FirstCustomColumn + int(mCustomMetaDataSettings.size());
 }
+
+// --- References
+
+QList<TVLReference> TVLProjectModel::references(const QModelIndex &index) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    return node ? node->mReferences : QList<TVLReference>();
+}
+
+bool TVLProjectModel::setReferences(const QModelIndex &index,
+                                    const QList<TVLReference> &references)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node)
+        return false;
+    if (node->mReferences == references)
+        return true;
+    node->mReferences = references;
+    markProjectAsModified(true);
+    node->updateModified();
+    announceChange(index);
+    return true;
+}

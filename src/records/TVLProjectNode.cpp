@@ -131,14 +131,37 @@ int TVLProjectNode::row() const
     if (!mParent)
         return -1;
     const QList<TVLProjectNode *> &siblings = mParent->mChildren;
-    const auto hintHolds = [&] {
-        return mRowHint < siblings.size() && siblings.at(mRowHint) == this;
-    };
-    if (hintHolds())
+    const int count = int(siblings.size());
+    if (mRowHint < count && siblings.at(mRowHint) == this)
         return mRowHint;
-    for (int row = 0; row < siblings.size(); ++row)
-        siblings.at(row)->mRowHint = row;
-    return hintHolds() ? mRowHint : -1;
+    // A row shifts by as much as was inserted and removed before it, which mostly isn't much.
+    const int start = std::min(mRowHint, count);
+    for (int distance = 1; distance <= std::max(start, count - start); ++distance) {
+        for (const int row : {start - distance, start + distance}) {
+            if (row < 0 || row >= count || siblings.at(row) != this)
+                continue;
+            // Those around it have shifted likewise, and are asked next as a rule.
+            const int end = std::min(row + distance, count - 1);
+            for (int near = std::max(row - distance, 0); near <= end; ++near)
+                siblings.at(near)->mRowHint = near;
+            return row;
+        }
+    }
+    return -1;
+}
+
+std::unique_ptr<TVLProjectNode> TVLProjectNode::takeChild(int row)
+{
+    std::unique_ptr<TVLProjectNode> child(mChildren.takeAt(row));
+    child->mParent = nullptr;
+    return child;
+}
+
+void TVLProjectNode::insertChild(int row, std::unique_ptr<TVLProjectNode> child)
+{
+    child->mParent = this;
+    child->mRowHint = row;
+    mChildren.insert(row, child.release());
 }
 
 TVLProjectNode *TVLProjectNode::nextSibling() const

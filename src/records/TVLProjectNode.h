@@ -73,9 +73,15 @@ public:
 
     /**
      * The position in the parent's list, -1 without a parent. The answer is kept as a hint that is
-     * verified on each call, so asking all siblings in turn costs one pass over them.
+     * verified on each call: a node whose row has shifted is looked for from there outwards, and
+     * asking all siblings in turn costs a few passes over them at most.
      */
     [[nodiscard]] int row() const;
+
+    /** Takes a child out of the list, into the hands of the caller. */
+    [[nodiscard]] std::unique_ptr<TVLProjectNode> takeChild(int row);
+    /** Takes a node without parent into the list, at @p row. */
+    void insertChild(int row, std::unique_ptr<TVLProjectNode> child);
 
     /**
      * The node that follows in pre-order within the subtree of @p top, which is this node or an

@@ -77,6 +77,12 @@ public:
     /** Whether the record names an item: an id of 0 or more, and a uuid. */
     [[nodiscard]] bool isValid() const { return mId >= 0 && !mUuid.isNull(); }
 
+    /** Whether the item has a main text of its own: an ordinary folder or a text. */
+    [[nodiscard]] bool canHaveText() const
+    {
+        return mNodeType == TVL::Folder || mNodeType == TVL::Text;
+    }
+
     /** Sets the modification time to now. */
     void updateModified();
 

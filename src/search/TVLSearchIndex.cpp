@@ -1,10 +1,10 @@
 #include "TVLSearchIndex.h"
 
+#include "TVL.h"
+
 #include <QDebug>
 #include <QSqlError>
-#include <QSqlQuery>
 #include <QUuid>
-#include <QVariant>
 
 #include <algorithm>
 
@@ -19,6 +19,13 @@ const QString CreateTables[] = {
     u"CREATE TABLE ProjectStatusItems (identity INT, title TEXT, ordinal INT, UNIQUE (identity) UNIQUE (ordinal))"_qs,
     u"CREATE TABLE DocumentIntProperties (identity INT, type INT, propertyValue INT)"_qs,
     u"CREATE INDEX dspIndex ON DocumentSearchProperties (identity, type)"_qs,
+};
+
+// Without these the keywords of one document, and the documents of one keyword, could only be found
+// by looking at all rows. They are made when there are rows, as many at once cost less without.
+const QString CreateDocumentIndexes[] = {
+    u"CREATE INDEX dipDocumentIndex ON DocumentIntProperties (identity, type)"_qs,
+    u"CREATE INDEX dipValueIndex ON DocumentIntProperties (type, propertyValue)"_qs,
 };
 
 const QString InsertLabel =
@@ -40,6 +47,23 @@ const QString SelectStatusItems =
     u"SELECT identity, title FROM ProjectStatusItems ORDER BY ordinal"_qs;
 const QString SelectStatusIds = u"SELECT identity FROM ProjectStatusItems"_qs;
 const QString DeleteStatusItems = u"DELETE FROM ProjectStatusItems"_qs;
+
+const QString InsertKeyword = u"INSERT INTO ProjectKeywords (identity, title) VALUES (:i, :t)"_qs;
+const QString UpdateKeyword = u"UPDATE ProjectKeywords SET title = :t WHERE identity = :i"_qs;
+const QString DeleteKeyword = u"DELETE FROM ProjectKeywords WHERE identity = :i"_qs;
+const QString DeleteKeywordOfDocuments =
+    u"DELETE FROM DocumentIntProperties WHERE propertyValue = :i AND type = :t"_qs;
+
+const QString InsertDocumentInt =
+    u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_qs;
+const QString DeleteDocumentKeyword =
+    u"DELETE FROM DocumentIntProperties WHERE identity = :i AND propertyValue = :v AND type = :t"_qs;
+const QString DeleteDocumentKeywords =
+    u"DELETE FROM DocumentIntProperties WHERE identity = :i AND type = :t"_qs;
+const QString DeleteAllDocumentKeywords = u"DELETE FROM DocumentIntProperties WHERE type = %1"_qs;
+const QString SelectKeywordDocuments =
+    u"SELECT DISTINCT identity FROM DocumentIntProperties WHERE type = :t AND propertyValue = :v"_qs;
+const QString DeleteDocumentInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_qs;
 
 } // namespace Statement
 
@@ -127,6 +151,7 @@ TVLSearchIndex::TVLSearchIndex()
 TVLSearchIndex::~TVLSearchIndex()
 {
     const QString name = connectionName();
+    mQueries.clear();
     close();
     // The registry holds on to the name until no handle to the connection is left.
     static_cast<QSqlDatabase &>(*this) = QSqlDatabase();
@@ -229,6 +254,123 @@ QSet<int> TVLSearchIndex::statusIDs() const
 {
     return identities(Statement::SelectStatusIds);
 }
+
+// --- Keywords
+
+QSqlQuery *TVLSearchIndex::execute(const QString &statement, Bindings bindings, int line) const
+{
+    auto known = mQueries.find(statement);
+    if (known == mQueries.end()) {
+        QSqlQuery query(*this);
+        query.setForwardOnly(true);
+        if (!prepare(&query, statement, line))
+            return nullptr;
+        known = mQueries.emplace(statement, std::move(query)).first;
+    }
+    QSqlQuery *query = &known->second;
+    for (const auto &[placeholder, value] : bindings)
+        query->bindValue(placeholder, value);
+    return succeeded(*query, query->exec(), line) ? query : nullptr;
+}
+
+bool TVLSearchIndex::change(const QString &statement, Bindings bindings, int line)
+{
+    QSqlQuery *query = execute(statement, bindings, line);
+    if (!query)
+        return false;
+    query->finish();
+    mIsModified = true;
+    return true;
+}
+
+bool TVLSearchIndex::addKeyword(int id, const QString &title)
+{
+    return change(Statement::InsertKeyword, {{u":i"_qs, id}, {u":t"_qs, title}}, __LINE__);
+}
+
+bool TVLSearchIndex::removeKeyword(int id)
+{
+    const bool removed = change(Statement::DeleteKeywordOfDocuments,
+                                {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}}, __LINE__);
+    return change(Statement::DeleteKeyword, {{u":i"_qs, id}}, __LINE__) && removed;
+}
+
+bool TVLSearchIndex::updateKeyword(int id, const QString &title)
+{
+    return change(Statement::UpdateKeyword, {{u":t"_qs, title}, {u":i"_qs, id}}, __LINE__);
+}
+
+void TVLSearchIndex::createDocumentIndexes()
+{
+    if (mHasDocumentIndexes)
+        return;
+    mHasDocumentIndexes = true;
+    QSqlQuery query(*this);
+    for (const QString &statement : Statement::CreateDocumentIndexes)
+        run(&query, statement, __LINE__);
+}
+
+bool TVLSearchIndex::addDocumentKeyword(int id, int keywordId)
+{
+    createDocumentIndexes();
+    return change(Statement::InsertDocumentInt,
+                  {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}, {u":v"_qs, keywordId}},
+                  __LINE__);
+}
+
+bool TVLSearchIndex::removeDocumentKeyword(int id, int keywordId)
+{
+    return change(Statement::DeleteDocumentKeyword,
+                  {{u":i"_qs, id}, {u":v"_qs, keywordId}, {u":t"_qs, int(TVL::KeywordsProperty)}},
+                  __LINE__);
+}
+
+bool TVLSearchIndex::setDocumentKeywords(int id, const QList<int> &keywordIds)
+{
+    return change(Statement::DeleteDocumentKeywords,
+                  {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}}, __LINE__)
+        && std::all_of(keywordIds.begin(), keywordIds.end(),
+                       [&](int keywordId) { return addDocumentKeyword(id, keywordId); });
+}
+
+bool TVLSearchIndex::setAllDocumentKeywords(const QList<std::pair<int, int>> &rows)
+{
+    QSqlQuery insert(*this);
+    if (!prepare(&insert, Statement::InsertDocumentInt, __LINE__))
+        return false;
+    insert.bindValue(u":t"_qs, int(TVL::KeywordsProperty));
+    const bool replaced =
+        replaceRows(Statement::DeleteAllDocumentKeywords.arg(int(TVL::KeywordsProperty)), rows,
+                    [&insert](const std::pair<int, int> &row) {
+                        insert.bindValue(u":i"_qs, row.first);
+                        insert.bindValue(u":v"_qs, row.second);
+                        return succeeded(insert, insert.exec(), __LINE__);
+                    });
+    if (!rows.isEmpty())
+        createDocumentIndexes();
+    return replaced;
+}
+
+QSet<int> TVLSearchIndex::affectedDocuments(int keywordId) const
+{
+    QSet<int> ids;
+    QSqlQuery *query =
+        execute(Statement::SelectKeywordDocuments,
+                {{u":t"_qs, int(TVL::KeywordsProperty)}, {u":v"_qs, keywordId}}, __LINE__);
+    if (!query)
+        return ids;
+    while (query->next())
+        ids.insert(query->value(0).toInt());
+    query->finish();
+    return ids;
+}
+
+bool TVLSearchIndex::removeDocument(int id)
+{
+    return change(Statement::DeleteDocumentInts, {{u":i"_qs, id}}, __LINE__);
+}
+
+// --- All tables
 
 QSet<int> TVLSearchIndex::identities(const QString &statement) const
 {

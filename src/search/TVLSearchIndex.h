@@ -7,10 +7,17 @@
 #include <QList>
 #include <QSet>
 #include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <initializer_list>
+#include <unordered_map>
+#include <utility>
 
 /**
- * The store of a project's labels and status items, and the ground of its search index: a private
- * SQLite database that lives only as long as the object.
+ * The store of a project's labels and status items, of its keywords' titles and of which item
+ * carries which keyword, and the ground of its search index: a private SQLite database that lives
+ * only as long as the object.
  *
  * The object is the connection. Every project has one of its own, under a random name.
  *
@@ -52,11 +59,41 @@ public:
     bool setStatusItems(const QList<TVLStatusItem> &items);
     [[nodiscard]] QSet<int> statusIDs() const;
 
+    /** Adds a keyword; false when its identity is taken. */
+    bool addKeyword(int id, const QString &title);
+    /** Removes a keyword, from the documents that carry it as well. */
+    bool removeKeyword(int id);
+    /** Gives a keyword another title. One that isn't there changes nothing, without error. */
+    bool updateKeyword(int id, const QString &title);
+
+    /** @name Keywords of documents, which are known by their node id @{ */
+    bool addDocumentKeyword(int id, int keywordId);
+    bool removeDocumentKeyword(int id, int keywordId);
+    /** Replaces the keywords of a document; what comes behind a failure is missing then. */
+    bool setDocumentKeywords(int id, const QList<int> &keywordIds);
+    /** Replaces the keywords of all documents by pairs of document and keyword, or none of them on
+     * a failure. */
+    bool setAllDocumentKeywords(const QList<std::pair<int, int>> &rows);
+    /** The documents that carry a keyword. */
+    [[nodiscard]] QSet<int> affectedDocuments(int keywordId) const;
+    /** @} */
+
+    /** Forgets a document's keywords, label and status. Its texts stay. */
+    bool removeDocument(int id);
+
 private:
+    using Bindings = std::initializer_list<std::pair<QString, QVariant>>;
+
     [[nodiscard]] bool createTables();
+    [[nodiscard]] QSqlQuery *execute(const QString &statement, Bindings bindings, int line) const;
+    bool change(const QString &statement, Bindings bindings, int line);
+    void createDocumentIndexes();
     [[nodiscard]] QSet<int> identities(const QString &statement) const;
     template <typename Row, typename Add>
     bool replaceRows(const QString &deleteStatement, const QList<Row> &rows, Add add);
 
     bool mIsModified = false;
+    bool mHasDocumentIndexes = false;
+    /** Those statements that run for item after item, each prepared once. */
+    mutable std::unordered_map<QString, QSqlQuery> mQueries;
 };

@@ -3,25 +3,36 @@
 #include "TVL.h"
 #include "TVLProjectInfo.h"
 #include "TVLProjectLinksAndComments.h"
+#include "TVLSnapshotInfo.h"
 
 #include <QDir>
+#include <QHash>
 #include <QIODevice>
+#include <QList>
 #include <QMap>
 #include <QObject>
+#include <QPair>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 class QDateTime;
 class QFile;
+class QFileInfo;
+class QImage;
+class QPixmap;
 class QPointF;
 class QProgressDialog;
 class QTextDocument;
+class QUrl;
 class QUuid;
 class QWidget;
 class TVLBinderProject;
+class TVLNumberedFiles;
 class TVLProjectModel;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
+class TVLScriptMode;
 class TVLTextDocument;
 
 /**
@@ -363,8 +374,185 @@ public:
     [[nodiscard]] bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
     /** @} */
 
-    /** Whether an item has snapshots by what lies in the folder `Snapshots`. */
+    /**
+     * @name Snapshots of items
+     * An item's snapshots lie in a folder of their own: the text of each in a file that is named by
+     * its date, and an index of titles, dates and comments. Dates within one second of each other
+     * have the same file, so an item has one snapshot a second at most. An index that can't be read
+     * is never written over or removed by any of these but writeSnapshots() itself.
+     *
+     * What an index says is kept in memory for all projects, until it is written or
+     * clearSnapshotsCache() is called.
+     * @{
+     */
+    /** The file of a snapshot's text, in the item's folder, which is made when missing; empty when
+     * it can't be. */
+    [[nodiscard]] static QString snapshotFilePath(const QString &path, int id,
+                                                  const QDateTime &date);
+    [[nodiscard]] static bool hasSnapshots(const QString &path, int id);
+    /** The same by what lies in the folder `Snapshots`. */
     [[nodiscard]] static bool hasSnapshotsViaSnapshotsDir(const QDir &snapshotsDir, int id);
+    /** Sets @p snapshots to what the index says; an item without one leaves it as it is. False,
+     * with @p snapshots left alone, for an index that can't be read. */
+    [[nodiscard]] static bool readSnapshots(const QString &path, int id,
+                                            QList<TVLSnapshotInfo> *snapshots);
+    /** Writes the index. An empty list removes the item's folder of snapshots, with all in it. */
+    [[nodiscard]] static bool writeSnapshots(const QString &path, int id,
+                                             const QList<TVLSnapshotInfo> &snapshots);
+    /** Forgets what the indexes of a project say; the next questions go to the disk. */
+    static void clearSnapshotsCache(const QString &path);
+
+    /**
+     * Reads a snapshot in place of what @p document holds, with its comments, and its links by the
+     * map. After a failure the document holds what could be read.
+     */
+    [[nodiscard]] static bool readSnapshot(const QString &path, int id,
+                                           const TVLSnapshotInfo &snapshot, QTextDocument *document,
+                                           const QMap<int, QUuid> &idToUuid);
+    /** Writes a snapshot's text. A file that is there already is never replaced. */
+    [[nodiscard]] static bool writeSnapshotDocument(const QString &path, int id,
+                                                    const TVLSnapshotInfo &snapshot,
+                                                    const QTextDocument *document, QString *error);
+    /**
+     * Writes a text as a snapshot and enters it in the index, with the text's links and comments in
+     * place of those in @p snapshot. When only the index can't be written, the text stays on disk.
+     */
+    [[nodiscard]] static bool addSnapshot(const QString &path, int id,
+                                          const TVLSnapshotInfo &snapshot,
+                                          const QTextDocument *document, QString *error);
+    /** Removes the first snapshot with that title and date; false when there is none. */
+    [[nodiscard]] static bool removeSnapshot(const QString &path, int id,
+                                             const TVLSnapshotInfo &snapshot);
+    [[nodiscard]] static bool setSnapshotTitle(const QString &path, int id, const QDateTime &date,
+                                               const QString &title);
+    /**
+     * Copies the snapshots of other items to an item. One that can't be copied, such as one of the
+     * same second as another, is passed over. False when an index could not be read or written, or
+     * when the disk didn't take a copy; the sources are complete in any case.
+     */
+    [[nodiscard]] static bool mergeSnapshots(const QString &path, int id,
+                                             const QList<int> &sourceIds);
+    /**
+     * Gives an item the snapshots of another. Files of the same second are replaced; true, with
+     * nothing done, when the source has none.
+     */
+    [[nodiscard]] static bool cloneSnapshots(const QString &sourcePath, int sourceId,
+                                             const QString &targetPath, int targetId);
+    /** Brings index and file names of an item's snapshots into their present form, once a run. */
+    static void fixSnapshotFileNames(const QString &path, int id);
+    /** @} */
+
+    /**
+     * @name An item's numbered files
+     * A numbered file is replaced by removing the old one first. Copies can be written to, whatever
+     * the source was. Extensions come without their dot.
+     * @{
+     */
+    /** Copies a file into the project as an item's main file, which must not be there yet. */
+    [[nodiscard]] static bool importProjectFile(const QString &path, const QFileInfo &source,
+                                                int id);
+    [[nodiscard]] static bool writeImageFile(const QString &path, int id, const QString &extension,
+                                             const QImage &image, int quality = -1);
+    /** Copies a file into the project as one of an item's, in place of one that is there. */
+    [[nodiscard]] static bool copyFile(const QString &path, int id, const QString &extension,
+                                       const QString &sourceFile);
+    [[nodiscard]] static QUrl url(const QString &path, int id, const QString &extension);
+
+    /**
+     * Deletes an item's files and its snapshots. True when none is left.
+     *
+     * To remove many items, list the folder once and pass the listing. It need not be up to date:
+     * the files that any text may have are looked for in any case, and files that have gone since
+     * are passed over.
+     */
+    static bool removeProjectFiles(const QString &path, int id);
+    static bool removeProjectFiles(const QString &path, int id, const TVLNumberedFiles &files);
+    /** Deletes an item's own folder, and that of its snapshots. */
+    static bool removeProjectFiles(const QString &path, const QUuid &uuid);
+    static bool removeProjectFilesMobile(const QString &path, const QUuid &uuid);
+    /** Deletes the mobile copy, with what is known of its scripts. */
+    static bool deleteAllMobileFiles(const QString &path);
+
+    /**
+     * Gives an item copies of another's files, in place of its own of the same names, and of the
+     * other's snapshots. Goes on after a failure. A listing of the source project's folder as for
+     * removeProjectFiles().
+     */
+    [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                                const QString &targetPath, int targetId);
+    [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                                const TVLNumberedFiles &sourceFiles,
+                                                const QString &targetPath, int targetId);
+    /** The same within a project. */
+    [[nodiscard]] static bool cloneDesktopV18(const QString &path, int sourceId, int targetId);
+    /** Copies an item's folder of the mobile copy; true when there is none. */
+    [[nodiscard]] static bool cloneMobileProjectFiles(const QString &path, const QUuid &sourceUuid,
+                                                      const QString &targetPath,
+                                                      const QUuid &targetUuid);
+    /** @} */
+
+    /** @name An item's files between the layouts and the mobile copy @{ */
+    [[nodiscard]] static bool copyDesktopToMobileV23(const QString &path, const QUuid &desktopUuid,
+                                                     const QUuid &mobileUuid);
+    [[nodiscard]] static bool copyMobileToMobile(const QString &path, const QUuid &sourceUuid,
+                                                 const QUuid &targetUuid);
+    /** Puts the files of an item's mobile folder in place of those in its desktop folder; false,
+     * with nothing done, when there is no mobile one. */
+    [[nodiscard]] static bool copyMobileToDesktopV23(const QString &path, const QUuid &uuid);
+    /** The same, but true without a mobile folder. */
+    [[nodiscard]] static bool syncMobileToDesktopV23(const QString &path, const QUuid &uuid);
+    [[nodiscard]] static bool moveMobileToDesktopV23(const QString &path, const QUuid &uuid);
+    /** Copies an item's numbered files into a folder, under the names that they have in a folder of
+     * the item's own; a file without such a name is left out. */
+    [[nodiscard]] static bool copyDesktopV18ToPath(const QString &path, int id,
+                                                   const QString &targetFolder);
+    [[nodiscard]] static bool copyDesktopV18ToDesktopV23(const QString &path, int id,
+                                                         const QUuid &uuid);
+    [[nodiscard]] static bool copyDesktopToMobileV18(const QString &path, int id,
+                                                     const QUuid &uuid);
+    /** The uuids that sub-folders of a folder are named by. */
+    [[nodiscard]] static QList<QUuid> folderUUIDs(const QString &path);
+    /** @} */
+
+    /** @name Index card images and custom icons @{ */
+    [[nodiscard]] static QString indexCardImagePath(const QString &path, int id,
+                                                    const QString &extension);
+    /** Null when there is none. */
+    [[nodiscard]] static QImage indexCardImage(const QString &path, int id,
+                                               const QString &extension);
+    [[nodiscard]] static QPixmap indexCardPixmap(const QString &path, int id,
+                                                 const QString &extension);
+    /** Writes the image's file, or removes it for a null image. */
+    [[nodiscard]] static bool setIndexCardImage(const QString &path, int id,
+                                                const QString &extension, const QImage &image);
+    [[nodiscard]] static bool setIndexCardPixmap(const QString &path, int id,
+                                                 const QString &extension, const QPixmap &pixmap);
+    /** An icon is named by its file; a name that leads out of the folder is no icon's. */
+    [[nodiscard]] static QPixmap icon(const QString &path, const QString &name);
+    [[nodiscard]] static bool addIcon(const QString &path, const QString &name,
+                                      const QImage &image);
+    [[nodiscard]] static bool removeIcon(const QString &path, const QString &name);
+    [[nodiscard]] static bool renameIcon(const QString &path, const QString &oldName,
+                                         const QString &newName);
+    [[nodiscard]] static QStringList icons(const QString &path);
+    /** @} */
+
+    /** @name Settings of the project @{ */
+    // Names of elements of the binder and of the model's dynamic properties.
+    static const QString ProjectTitleTag;
+    static const QString AbbreviatedTitleTag;
+    static const QString FullNameTag;
+    static const QString LastNameTag;
+    static const QString FirstNameTag;
+
+    /** Reads the project's script mode; a project without its file leaves @p mode as it is. False,
+     * with @p mode as it was, for a file that can't be read. */
+    [[nodiscard]] static bool readScriptSettings(const QString &path, TVLScriptMode *mode,
+                                                 QString *error = nullptr);
+    /** Writes the script mode's file, after its whole content is in memory. */
+    [[nodiscard]] static bool writeScriptSettings(const QString &path, const TVLScriptMode &mode,
+                                                  QString *error = nullptr);
+    /** @} */
 
     /** @name The lock: a file that says who has the project open @{ */
     [[nodiscard]] static bool lockExists(const QString &path);
@@ -428,6 +616,21 @@ private:
     [[nodiscard]] static bool parseLinksFile(const QString &filePath,
                                              TVLProjectLinksAndComments *result,
                                              QStringList *errors);
+
+    /** Copies a file in place of another, or does nothing if they are the same one. */
+    [[nodiscard]] static bool replaceFile(const QString &source, const QString &target);
+
+    /** A project's path and an item's id. */
+    using SnapshotsKey = QPair<QString, int>;
+    [[nodiscard]] static SnapshotsKey snapshotsKey(const QString &path, int id);
+    /** The items whose snapshots have their present form. */
+    [[nodiscard]] static QSet<SnapshotsKey> &fixedSnapshots();
+    /** Forgets all about an item's snapshots: its files went, and its id may come to another. */
+    static void forgetSnapshots(const QString &path, int id);
+    /** The same for a whole project. */
+    static void forgetSnapshots(const QString &path);
+
+    static QHash<SnapshotsKey, QList<TVLSnapshotInfo>> mCachedSnapshotInfo;
 
     QString mProjectPath;
     TVL::FormatVersion mFormatVersion;

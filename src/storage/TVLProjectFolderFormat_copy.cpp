@@ -48,13 +48,15 @@ bool TVLProjectFolderFormat::copyProject(const QString &sourcePath, const QStrin
 {
     const QString source = calcEnclosingPath(sourcePath);
     const QString target = calcEnclosingPath(targetPath);
+    forgetSnapshots(target);
     if (replaceTarget && QFileInfo::exists(target)) {
         // Making room for the copy must not take what is to be copied.
         if (TVLCoreUtil::IsSameOrInside(source, target)
             || !TVLCoreUtil::DeleteFolderAndFiles(target))
             return false;
     }
-    if (withSeparator(target).startsWith(withSeparator(source)))
+    if (withSeparator(target).startsWith(withSeparator(source))
+        || TVLCoreUtil::IsSameOrInside(target, source))
         return false;
 
     QWidget *window = QApplication::activeWindow();
@@ -93,5 +95,6 @@ bool TVLProjectFolderFormat::removeDirectory(const QDir &directory)
 
 bool TVLProjectFolderFormat::removeProject(const QString &path)
 {
+    forgetSnapshots(path);
     return removeDirectory(enclosingDirectory(path));
 }

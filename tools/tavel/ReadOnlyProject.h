@@ -15,6 +15,9 @@ public:
     ReadOnlyProject();
     ~ReadOnlyProject() override;
 
+    /** Reads a binder file; empty, or what is wrong with it and where. */
+    [[nodiscard]] QString read(const QString &filePath);
+
     [[nodiscard]] TVLProjectNode *binderRoot() const override { return mRoot.get(); }
     [[nodiscard]] bool isMobileProject() const override { return false; }
     [[nodiscard]] TVL::FormatVersion formatVersion() const override { return TVL::NoFormatVersion; }
@@ -29,6 +32,7 @@ public:
     [[nodiscard]] QList<TVLStatusItem> statusItems() const override { return mStatusItems; }
     [[nodiscard]] QUuid templateFolderUuid() const override { return {}; }
     [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
+    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override { return mKeywords; }
     [[nodiscard]] QString userProjectData() const override { return {}; }
 
     [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return {}; }
@@ -49,6 +53,10 @@ public:
     {
         mCollections = collections;
     }
+    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override
+    {
+        mKeywords += keywords;
+    }
 
 private:
     std::unique_ptr<TVLProjectNode> mRoot;
@@ -60,4 +68,5 @@ private:
     int mDefaultStatusId = -1;
     QList<TVLStatusItem> mStatusItems;
     QList<TVLCollectionMetaData> mCollections;
+    QList<TVLBinderKeyword> mKeywords;
 };

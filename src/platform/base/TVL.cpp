@@ -23,6 +23,13 @@ constexpr TVLWord<TVL::NodeType> NodeTypeWords[] = {
 };
 static_assert(std::size(NodeTypeWords) == TVL::Other + 1, "every node type has a word");
 
+constexpr TVLWord<TVL::CollectionType> CollectionTypeWords[] = {
+    {TVL::BinderCollection, u"Binder"},
+    {TVL::RecentSearchCollection, u"RecentSearch"},
+    {TVL::SavedSearchCollection, u"SavedSearch"},
+    {TVL::ArbitraryCollection, u"Arbitrary"},
+};
+
 constexpr TVLWord<TVL::BinderVersion> BinderVersionTexts[] = {
     {TVL::BinderVersion1, u"1.0"},
     {TVL::BinderVersion2, u"1.5"},
@@ -48,6 +55,8 @@ QString channelText(int channel)
 
 } // namespace
 
+const QString TVL::KeywordsMimeType = u"application/x-tavelinor-keywords"_qs;
+
 QString TVL::toString(NodeType type)
 {
     return tvlWordOf(NodeTypeWords, type, u"Text").toString();
@@ -56,6 +65,16 @@ QString TVL::toString(NodeType type)
 TVL::NodeType TVL::toNodeType(QStringView word)
 {
     return tvlValueOf(NodeTypeWords, word, TVL::Text);
+}
+
+QString TVL::toString(CollectionType type)
+{
+    return tvlWordOf(CollectionTypeWords, type, u"Arbitrary").toString();
+}
+
+TVL::CollectionType TVL::toCollectionType(QStringView word, CollectionType fallback)
+{
+    return tvlValueOf(CollectionTypeWords, word, fallback);
 }
 
 QString TVL::toString(BinderVersion version)
@@ -118,6 +137,28 @@ QString TVL::cleanFileName(const QString &name)
     while (clean.endsWith(u'.') || clean.endsWith(u' '))
         clean.chop(1);
     return clean;
+}
+
+QString TVL::stripAutoNumberEnding(const QString &title, int *number)
+{
+    constexpr qsizetype MostDigits = 9;
+    qsizetype digits = 0;
+    const auto isDigit = [](QChar ch) { return ch >= u'0' && ch <= u'9'; };
+    while (digits < title.size() && isDigit(title.at(title.size() - 1 - digits)))
+        ++digits;
+    const qsizetype stem = title.size() - digits - 1;
+    const bool isNumbered =
+        digits > 0 && digits <= MostDigits && stem >= 0 && title.at(stem) == u'-';
+    *number = isNumbered ? QStringView(title).last(digits).toInt() : 0;
+    return isNumbered ? title.left(stem) : title;
+}
+
+QStringList TVL::displayImageFormats()
+{
+    static const QStringList extensions = {
+        u"bmp"_qs, u"gif"_qs, u"jpeg"_qs, u"jpg"_qs, u"png"_qs, u"tif"_qs, u"tiff"_qs,
+    };
+    return extensions;
 }
 
 QString TVL::toHtmlTooltipFormat(const QString &plainText)

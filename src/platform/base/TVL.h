@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 /**
  * Vocabulary that the whole library shares: the enumerations that reach files, item roles and the
@@ -151,11 +152,20 @@ enum SearchCompile : int {
 };
 Q_ENUM_NS(SearchCompile)
 
+/** Titles of keywords in a drag: UTF-8 text with U+2028 between them. */
+TVL_EXPORT extern const QString KeywordsMimeType;
+
 /** The binder's word for a node type; `Text` for a value outside the enumeration. */
 [[nodiscard]] TVL_EXPORT QString toString(NodeType type);
 
 /** The node type of a binder word, case-sensitive; Text for an unknown one. */
 [[nodiscard]] TVL_EXPORT NodeType toNodeType(QStringView word);
+
+/** The binder's word for a kind of collection; `Arbitrary` for one that isn't in a binder. */
+[[nodiscard]] TVL_EXPORT QString toString(CollectionType type);
+
+/** The kind of collection of a binder word, case-sensitive; @p fallback for an unknown one. */
+[[nodiscard]] TVL_EXPORT CollectionType toCollectionType(QStringView word, CollectionType fallback);
 
 /** The `Version` text of a binder version; empty for an unknown version. */
 [[nodiscard]] TVL_EXPORT QString toString(BinderVersion version);
@@ -184,6 +194,17 @@ Q_ENUM_NS(SearchCompile)
  * `<>:"/\|?*` become `_`, trailing dots and blanks go.
  */
 [[nodiscard]] TVL_EXPORT QString cleanFileName(const QString &name);
+
+/**
+ * A title without the number that was put behind it to make it unique: digits behind a hyphen. Sets
+ * @p number to it, or to 0 for a title without one, which comes back as it is. What has more than
+ * nine digits is no such number.
+ */
+[[nodiscard]] TVL_EXPORT QString stripAutoNumberEnding(const QString &title, int *number);
+
+/** The extensions, in lower case and without a dot, of files that are shown as images, whether or
+ * not this machine can read all of them. */
+[[nodiscard]] TVL_EXPORT QStringList displayImageFormats();
 
 /** Plain text as rich text for a tool tip, with its line breaks kept; empty for an empty text. */
 [[nodiscard]] TVL_EXPORT QString toHtmlTooltipFormat(const QString &plainText);

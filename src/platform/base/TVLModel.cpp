@@ -15,6 +15,15 @@ void appendChildren(const QModelIndex &parent, QModelIndexList *indexes)
         indexes->append(model->index(row, 0, parent));
 }
 
+/** The index's ancestors from the top down, and the index itself. */
+QModelIndexList pathTo(const QModelIndex &index)
+{
+    QModelIndexList path = TVLModel::parents(index);
+    std::reverse(path.begin(), path.end());
+    path.append(index);
+    return path;
+}
+
 } // namespace
 
 QModelIndexList TVLModel::directChildren(const QModelIndex &parent)
@@ -54,4 +63,17 @@ bool TVLModel::parentsContain(const QModelIndex &index, const QModelIndex &paren
             return true;
     }
     return false;
+}
+
+bool TVLModel::lessThanIndex(const QModelIndex &a, const QModelIndex &b)
+{
+    if (a.parent() == b.parent())
+        return a.row() != b.row() ? a.row() < b.row() : a.column() < b.column();
+    const QModelIndexList pathToA = pathTo(a);
+    const QModelIndexList pathToB = pathTo(b);
+    const auto [linkOfA, linkOfB] =
+        std::mismatch(pathToA.begin(), pathToA.end(), pathToB.begin(), pathToB.end());
+    if (linkOfA == pathToA.end() || linkOfB == pathToB.end())
+        return pathToA.size() < pathToB.size();
+    return linkOfA->row() < linkOfB->row();
 }

@@ -20,4 +20,10 @@ public:
 
     /** Whether @p parent is an ancestor of @p index. */
     [[nodiscard]] static bool parentsContain(const QModelIndex &index, const QModelIndex &parent);
+
+    /**
+     * Whether @p a comes before @p b when the tree is read from top to bottom: an ancestor before
+     * what lies in it, siblings by row and then by column.
+     */
+    [[nodiscard]] static bool lessThanIndex(const QModelIndex &a, const QModelIndex &b);
 };

@@ -1,7 +1,10 @@
 #include "TVLGuiUtil.h"
 
+#include "TVLModel.h"
+
 #include <QDir>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QMessageBox>
 
 namespace {
@@ -66,4 +69,30 @@ bool TVLGuiUtil::CanReadLocation(const QString &path, bool notifyUser, QWidget *
                   parent);
     }
     return canRead;
+}
+
+bool TVLGuiUtil::allowMove(const QModelIndex &source, const QModelIndex &sourceParent,
+                           const QModelIndex &targetParent, int row, Qt::DropAction action)
+{
+    if (!source.isValid())
+        return false;
+    if (action != Qt::MoveAction)
+        return true;
+    if (targetParent == source || TVLModel::parentsContain(targetParent, source))
+        return false;
+    const int targetRow = row < 0 ? source.model()->rowCount(targetParent) : row;
+    const bool staysThere = targetRow == source.row() || targetRow == source.row() + 1;
+    return targetParent != sourceParent || !staysThere;
+}
+
+QStringList TVLGuiUtil::readImageFormats()
+{
+    static const QStringList extensions = [] {
+        QStringList formats;
+        const QList<QByteArray> supported = QImageReader::supportedImageFormats();
+        for (const QByteArray &format : supported)
+            formats.append(QString::fromLatin1(format).toLower());
+        return formats;
+    }();
+    return extensions;
 }

@@ -4,10 +4,12 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 
+class QModelIndex;
 class QWidget;
 
-/** Checks of places on disk that tell the user what is wrong. */
+/** Checks of places on disk that tell the user what is wrong, and of moves in a view. */
 class TVL_EXPORT TVLGuiUtil
 {
     Q_DECLARE_TR_FUNCTIONS(TVLGuiUtil)
@@ -32,4 +34,16 @@ public:
      */
     [[nodiscard]] static bool CanReadLocation(const QString &path, bool notifyUser,
                                               QWidget *parent);
+
+    /** The extensions, in lower case and without a dot, of the images that can be read here. */
+    [[nodiscard]] static QStringList readImageFormats();
+
+    /**
+     * Whether an index may be dropped before a row of a parent, behind the last for a negative row:
+     * a move must not end up where the index is, on it or below it. Other actions leave the index
+     * where it is, so they may.
+     */
+    [[nodiscard]] static bool allowMove(const QModelIndex &source, const QModelIndex &sourceParent,
+                                        const QModelIndex &targetParent, int row,
+                                        Qt::DropAction action);
 };

@@ -1,0 +1,207 @@
+#include "TVLProjectModel.h"
+
+#include "TVLKeywordModel.h"
+#include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
+
+#include <algorithm>
+
+namespace {
+
+bool hasAnyKeyword(const TVLProjectNode *node, const QSet<int> &ids)
+{
+    return std::any_of(node->mKeywords.begin(), node->mKeywords.end(),
+                       [&ids](int id) { return ids.contains(id); });
+}
+
+} // namespace
+
+// --- Keywords of an item
+
+QList<int> TVLProjectModel::keywordIds(const QModelIndex &index) const
+{
+    const TVLProjectNode *node = projectNode(index);
+    return node ? node->mKeywords : QList<int>();
+}
+
+void TVLProjectModel::setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids)
+{
+    node->mKeywords = ids;
+    if (node->mId >= 0)
+        mSearchIndex->setDocumentKeywords(node->mId, ids);
+    node->updateModified();
+}
+
+bool TVLProjectModel::setKeywordIds(const QModelIndex &index, const QList<int> &ids)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node)
+        return false;
+    if (node->mKeywords == ids)
+        return true;
+    setKeywordIdsPrivate(node, ids);
+    markProjectAsModified(true);
+    announceChange(index);
+    return true;
+}
+
+QString TVLProjectModel::keywordTitle(int id) const
+{
+    return mKeywordModel->title(mKeywordModel->index(id));
+}
+
+QStringList TVLProjectModel::keywords(const QModelIndex &index) const
+{
+    QStringList titles;
+    const QList<int> ids = keywordIds(index);
+    for (const int id : ids)
+        titles.append(keywordTitle(id));
+    return titles;
+}
+
+QList<QColor> TVLProjectModel::keywordColors(const QModelIndex &index) const
+{
+    QList<QColor> colors;
+    const QList<int> ids = keywordIds(index);
+    for (const int id : ids)
+        colors.append(mKeywordModel->color(mKeywordModel->index(id)));
+    return colors;
+}
+
+QList<QPair<QString, QColor>> TVLProjectModel::keywordsWithColor(const QModelIndex &index) const
+{
+    QList<QPair<QString, QColor>> keywords;
+    const QList<int> ids = keywordIds(index);
+    for (const int id : ids) {
+        const QModelIndex keyword = mKeywordModel->index(id);
+        keywords.append({mKeywordModel->title(keyword), mKeywordModel->color(keyword)});
+    }
+    return keywords;
+}
+
+bool TVLProjectModel::setKeywords(const QModelIndex &index, const QStringList &titles)
+{
+    if (!projectNode(index))
+        return false;
+    QList<int> ids;
+    QSet<int> taken;
+    for (const QString &title : titles) {
+        QModelIndex keyword = mKeywordModel->findTitle(title);
+        if (!keyword.isValid() && mKeywordModel->insertItem(0, QModelIndex(), title))
+            keyword = mKeywordModel->index(0, 0);
+        const int id = keyword.isValid() ? int(keyword.internalId()) : -1;
+        if (!keyword.isValid() || taken.contains(id))
+            continue;
+        taken.insert(id);
+        ids.append(id);
+    }
+    return setKeywordIds(index, ids);
+}
+
+// --- Items of a keyword
+
+QModelIndexList TVLProjectModel::matchKeywords(const QSet<int> &keywords, int hits,
+                                               const QModelIndex &parent) const
+{
+    QModelIndexList found;
+    const TVLProjectNode *top = projectNode(parent);
+    if (!top || keywords.isEmpty() || hits == 0)
+        return found;
+    for (const TVLProjectNode *node = top->nextInPreOrder(top); node && found.size() != hits;
+         node = node->nextInPreOrder(top)) {
+        if (hasAnyKeyword(node, keywords))
+            found.append(createIndex(node));
+    }
+    return found;
+}
+
+bool TVLProjectModel::containsKeywords(const QSet<int> &keywords, const QModelIndex &parent) const
+{
+    return !matchKeywords(keywords, 1, parent).isEmpty();
+}
+
+QList<TVLProjectNode *> TVLProjectModel::nodesWithKeywords(const QSet<int> &ids) const
+{
+    QList<TVLProjectNode *> nodes;
+    const auto take = [&](TVLProjectNode *node) {
+        if (node && hasAnyKeyword(node, ids))
+            nodes.append(node);
+    };
+    // The search index knows documents by id, so it can answer only when each item has its own.
+    if (mIdMap.size() != mUuidMap.size()) {
+        tvlForEachNode(mRootNode.get(), take);
+        return nodes;
+    }
+    QSet<int> documents;
+    for (const int id : ids)
+        documents.unite(mSearchIndex->affectedDocuments(id));
+    for (const int id : std::as_const(documents))
+        take(findNode(id));
+    return nodes;
+}
+
+void TVLProjectModel::removeKeywordsFromDocuments(const QSet<int> &ids)
+{
+    const QList<TVLProjectNode *> nodes = nodesWithKeywords(ids);
+    for (TVLProjectNode *node : nodes) {
+        node->mKeywords.removeIf([&ids](int id) { return ids.contains(id); });
+        announceChange(createIndex(node));
+    }
+    markProjectAsModified(true);
+}
+
+void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
+                                                 const QModelIndex &bottomRight)
+{
+    // While a binder is read nobody has seen an item yet.
+    if (mSuspendModified)
+        return;
+    QSet<int> ids;
+    for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
+        ids.insert(int(topLeft.siblingAtRow(row).internalId()));
+    const QList<TVLProjectNode *> nodes = nodesWithKeywords(ids);
+    for (const TVLProjectNode *node : nodes)
+        announceChange(createIndex(node));
+}
+
+void TVLProjectModel::enterDocumentKeywords()
+{
+    QList<std::pair<int, int>> rows;
+    tvlForEachNode(mRootNode.get(), [&rows](const TVLProjectNode *node) {
+        if (node->mId < 0)
+            return;
+        for (const int id : node->mKeywords)
+            rows.append({node->mId, id});
+    });
+    mSearchIndex->setAllDocumentKeywords(rows);
+}
+
+// --- The binder's section
+
+QList<TVLBinderKeyword> TVLProjectModel::projectKeywords() const
+{
+    QList<TVLBinderKeyword> keywords;
+    const QList<int> ids = mKeywordModel->orderedIds();
+    keywords.reserve(ids.size());
+    for (const int id : ids) {
+        const QModelIndex index = mKeywordModel->index(id);
+        const QModelIndex parent = index.parent();
+        keywords.append({id, parent.isValid() ? int(parent.internalId()) : -1,
+                         mKeywordModel->title(index), mKeywordModel->color(index)});
+    }
+    return keywords;
+}
+
+void TVLProjectModel::addProjectKeywords(const QList<TVLBinderKeyword> &keywords)
+{
+    // Only quicker: each row stands for itself.
+    const bool isBundled = mSearchIndex->transaction();
+    for (const TVLBinderKeyword &keyword : keywords) {
+        const QModelIndex index = mKeywordModel->addChild(keyword.mId, keyword.mParentId);
+        mKeywordModel->setTitle(index, keyword.mTitle);
+        if (keyword.mColor.isValid())
+            mKeywordModel->setColor(index, keyword.mColor);
+    }
+    if (isBundled)
+        mSearchIndex->commit();
+}

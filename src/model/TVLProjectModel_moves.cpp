@@ -1,0 +1,306 @@
+#include "TVLProjectModel.h"
+
+#include "TVLModel.h"
+#include "TVLNumberedFiles_p.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
+#include "TVLTextDocument.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+QSet<int> toSet(const QList<int> &ids)
+{
+    return QSet<int>(ids.begin(), ids.end());
+}
+
+/** Without those that lie in another one of the list: they move along with it. */
+QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes)
+{
+    const QSet<const TVLProjectNode *> all(nodes.begin(), nodes.end());
+    nodes.removeIf([&all](const TVLProjectNode *node) {
+        for (const TVLProjectNode *ancestor = node->mParent; ancestor;
+             ancestor = ancestor->mParent) {
+            if (all.contains(ancestor))
+                return true;
+        }
+        return false;
+    });
+    return nodes;
+}
+
+/** The node and all below it that have children, in post-order. */
+QList<TVLProjectNode *> parentsDeepestFirst(TVLProjectNode *top)
+{
+    QList<TVLProjectNode *> pending = {top};
+    QList<TVLProjectNode *> parents;
+    while (!pending.isEmpty()) {
+        TVLProjectNode *node = pending.takeLast();
+        if (node->mChildren.isEmpty())
+            continue;
+        parents.append(node);
+        pending.append(node->mChildren);
+    }
+    std::reverse(parents.begin(), parents.end());
+    return parents;
+}
+
+} // namespace
+
+// --- Moving
+
+QList<TVLProjectNode *> TVLProjectModel::itemNodes(const QModelIndexList &indexes) const
+{
+    QList<TVLProjectNode *> nodes;
+    nodes.reserve(indexes.size());
+    for (const QModelIndex &index : indexes) {
+        TVLProjectNode *node = projectNode(index);
+        if (!node || node == mRootNode.get())
+            return {};
+        nodes.append(node);
+    }
+    return nodes;
+}
+
+bool TVLProjectModel::isMoveRefused(const TVLProjectNode *node, const TVLProjectNode *target) const
+{
+    if (node->mNodeType < TVL::Folder)
+        return target != mRootNode.get();
+    if (!isDraftChild(createIndex(target)))
+        return false;
+    return !node->canHaveText() || containsNonTextChildren(node);
+}
+
+bool TVLProjectModel::moveToFolder(const QModelIndex &folder, const QModelIndexList &indexes,
+                                   int row)
+{
+    if (indexes.isEmpty())
+        return true;
+    TVLProjectNode *target = projectNode(folder);
+    const QList<TVLProjectNode *> nodes = withoutDescendants(itemNodes(indexes));
+    return target && !nodes.isEmpty() && moveToFolder(target, row, nodes);
+}
+
+bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
+                                   const QList<TVLProjectNode *> &nodes)
+{
+    if (std::any_of(nodes.begin(), nodes.end(), [this, target](const TVLProjectNode *node) {
+            return isMoveRefused(node, target);
+        }))
+        return false;
+    const int count = int(target->mChildren.size());
+    if (row < 0 || row > count)
+        row = count;
+    bool isMoved = false;
+    for (TVLProjectNode *node : nodes)
+        isMoved = moveNode(node, target, &row) || isMoved;
+    if (isMoved)
+        markProjectAsModified(true);
+    return true;
+}
+
+bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row)
+{
+    TVLProjectNode *source = node->mParent;
+    const int oldRow = node->row();
+    const int count = int(target->mChildren.size());
+    if (source == target && (oldRow == *row || oldRow == *row - 1)) {
+        *row = std::min(*row + 1, count);
+        return false;
+    }
+    const bool isFromBefore = source == target && oldRow < *row;
+    const int position = std::clamp(isFromBefore ? *row - 1 : *row, 0, count);
+    // Qt refuses to move an item into itself.
+    if (!beginMoveRows(rowSignalParent(source), oldRow, oldRow, rowSignalParent(target), *row)) {
+        *row = position;
+        return false;
+    }
+    const QModelIndexList topLevel = topLevelPersistents({source, target});
+    target->insertChild(position, source->takeChild(oldRow));
+    followRows(topLevel);
+    endMoveRows();
+    *row = position + 1;
+    return true;
+}
+
+bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
+{
+    const QModelIndex trash = trashFolder();
+    const auto isInTrash = [this](const QModelIndex &index) {
+        return rootParentType(index) == TVL::TrashFolder;
+    };
+    if (!trash.isValid() || std::any_of(indexes.begin(), indexes.end(), isInTrash))
+        return false;
+    if (!moveToFolder(trash, indexes, -1))
+        return false;
+    announceSearchesWithoutTrash();
+    return true;
+}
+
+void TVLProjectModel::announceSearchesWithoutTrash()
+{
+    const QList<TVLCollectionMetaData> collections = mCollections;
+    for (qsizetype position = 0; position < collections.size(); ++position) {
+        const TVLCollectionMetaData &collection = collections.at(position);
+        const bool isSearch = collection.mType == TVL::RecentSearchCollection
+            || collection.mType == TVL::SavedSearchCollection;
+        if (!isSearch || !(collection.mSearchScope & TVL::ExcludeTrashScope))
+            continue;
+        Q_EMIT collectionChanged(int(position), collection);
+        Q_EMIT collectionChanged();
+    }
+}
+
+// --- Removing
+
+void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
+{
+    const QSet<int> removed = toSet(ids);
+    for (TVLCollectionMetaData &collection : mCollections) {
+        if (collection.mType == TVL::ArbitraryCollection)
+            collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
+    }
+}
+
+void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
+{
+    const QSet<int> removed = toSet(ids);
+    tvlForEachNode(mRootNode.get(), [&removed](TVLProjectNode *node) {
+        if (removed.contains(node->mDefaultChildTemplateId))
+            node->mDefaultChildTemplateId = -1;
+    });
+}
+
+void TVLProjectModel::removeNodeIdsFromFavorites(const QList<int> &ids)
+{
+    const QSet<int> removed = toSet(ids);
+    mFavorites.removeIf([&removed](int id) { return removed.contains(id); });
+}
+
+void TVLProjectModel::removeNodeIdsFromDependentStructures(QList<int> ids)
+{
+    // Items of newer formats have no ids, and -1 stands for "none" wherever an id does.
+    ids.removeAll(-1);
+    if (ids.isEmpty())
+        return;
+    removeNodeIdsFromCollections(ids);
+    removeNodeIdsFromDefaultTemplateId(ids);
+    removeNodeIdsFromFavorites(ids);
+}
+
+void TVLProjectModel::removeIndexesFromDependentStructures(const QModelIndexList &indexes)
+{
+    removeNodeIdsFromDependentStructures(nodeIdentityList(indexes));
+}
+
+void TVLProjectModel::unloadDocuments(TVLProjectNode *node)
+{
+    for (TVLTextDocument *document :
+         {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
+        if (document)
+            document->setModified(false);
+    }
+    (void)saveDocuments(node, true, nullptr);
+    // Saving lets go only of what it had to write.
+    releaseDocuments(node);
+}
+
+void TVLProjectModel::forgetNode(TVLProjectNode *node)
+{
+    unloadDocuments(node);
+    if (mIdMap.value(node->mId) == node->mUuid)
+        mIdMap.remove(node->mId);
+    if (mUuidMap.value(node->mUuid) == node)
+        mUuidMap.remove(node->mUuid);
+    (void)mSearchIndex->removeDocument(node->mId);
+}
+
+bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
+{
+    return node && removeFilesForNode(node, TVLNumberedFiles(mPath));
+}
+
+bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
+{
+    forgetNode(node);
+    return TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
+}
+
+void TVLProjectModel::removeChildrenForIndex(const QModelIndex &index)
+{
+    TVLProjectNode *top = projectNode(index);
+    // Not the whole binder on account of an index that just isn't valid.
+    if (!top || top == mRootNode.get() || top->mChildren.isEmpty())
+        return;
+    const TVLNumberedFiles files(mPath);
+    const QList<TVLProjectNode *> parents = parentsDeepestFirst(top);
+    for (TVLProjectNode *parent : parents)
+        removeLeaves(parent, files);
+}
+
+void TVLProjectModel::removeLeaves(TVLProjectNode *parent, const TVLNumberedFiles &files)
+{
+    beginRemoveRows(rowSignalParent(parent), 0, int(parent->mChildren.size()) - 1);
+    for (TVLProjectNode *child : std::as_const(parent->mChildren))
+        (void)removeFilesForNode(child, files);
+    qDeleteAll(std::exchange(parent->mChildren, {}));
+    endRemoveRows();
+}
+
+void TVLProjectModel::removeRow(TVLProjectNode *node)
+{
+    // Those below go with it; their texts stay on disk, the latest words with them.
+    QList<int> ids;
+    tvlForEachNode(node, [this, &ids](TVLProjectNode *descendant) {
+        forgetNode(descendant);
+        ids.append(descendant->mId);
+    });
+    removeNodeIdsFromDependentStructures(ids);
+    TVLProjectNode *parent = node->mParent;
+    if (parent == mRootNode.get())
+        dropPersistents(node);
+    const QModelIndexList topLevel = topLevelPersistents({parent});
+    const std::unique_ptr<TVLProjectNode> removed = parent->takeChild(node->row());
+    followRows(topLevel);
+}
+
+void TVLProjectModel::removeIndexFromModel(const QModelIndex &index)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node || node == mRootNode.get())
+        return;
+    beginRemoveRows(rowSignalParent(node->mParent), index.row(), index.row());
+    (void)removeFilesForNode(node);
+    removeRow(node);
+    endRemoveRows();
+}
+
+bool TVLProjectModel::removeIndex(const QModelIndex &index)
+{
+    if (!index.isValid() || !projectNode(index))
+        return false;
+    removeIndexesFromDependentStructures({index});
+    removeIndexFromModel(index);
+    markProjectAsModified(true);
+    save(false);
+    return true;
+}
+
+bool TVLProjectModel::emptyTrash()
+{
+    const QPersistentModelIndex trash = trashFolder();
+    if (!trash.isValid() || !hasChildren(trash))
+        return true;
+    TVLProjectNode *node = projectNode(trash);
+    node->mSelectedSubdocumentIds.clear();
+    node->mFreeformPositions.clear();
+    removeIndexesFromDependentStructures(TVLModel::childrenAndSubChildren(trash));
+    removeChildrenForIndex(trash);
+    markProjectAsModified(true);
+    save(false);
+    announceChange(trash);
+    return true;
+}

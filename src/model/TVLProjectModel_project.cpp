@@ -1,0 +1,198 @@
+#include "TVLProjectModel.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TvlCore.h"
+
+#include <QFileInfo>
+#include <QImage>
+#include <QPixmap>
+#include <QPrinter>
+
+namespace {
+
+// A4 less what rounding to hundredths of an inch takes off.
+constexpr QSizeF FallbackPageSize(594.72, 841.68);
+
+} // namespace
+
+QString TVLProjectModel::directoryName() const
+{
+    return TVLProjectFolderFormat::directoryName(mPath);
+}
+
+bool TVLProjectModel::setFormatVersion(TVL::FormatVersion version)
+{
+    if (version == formatVersion())
+        return true;
+    setFolderFormatVersion(version);
+    // Asking for the version file's path would make a folder for a project that has none yet.
+    if (mMobileProject || !QFileInfo::exists(mPath)
+        || !QFileInfo::exists(TVLProjectFolderFormat::versionFilePath(mPath)))
+        return true;
+    return TVLProjectFolderFormat::writeFormatVersion(mPath, version);
+}
+
+// --- Titles and authors
+
+QString TVLProjectModel::defaultAuthorFullName()
+{
+    return TvlCore::systemUsername();
+}
+
+QString TVLProjectModel::projectProperty(const QString &tag) const
+{
+    return property(tag.toLatin1().constData()).toString();
+}
+
+void TVLProjectModel::setProjectProperty(const QString &tag, const QString &value)
+{
+    if (projectProperty(tag) == value)
+        return;
+    setProperty(tag.toLatin1().constData(), value);
+    markProjectAsModified(true);
+}
+
+QString TVLProjectModel::projectTitle() const
+{
+    return projectProperty(TVLProjectFolderFormat::ProjectTitleTag);
+}
+
+void TVLProjectModel::setProjectTitle(const QString &title)
+{
+    setProjectProperty(TVLProjectFolderFormat::ProjectTitleTag, title);
+}
+
+QString TVLProjectModel::projectAbbreviatedTitle() const
+{
+    return projectProperty(TVLProjectFolderFormat::AbbreviatedTitleTag);
+}
+
+void TVLProjectModel::setProjectAbbreviatedTitle(const QString &title)
+{
+    setProjectProperty(TVLProjectFolderFormat::AbbreviatedTitleTag, title);
+}
+
+QString TVLProjectModel::authorFullName() const
+{
+    return projectProperty(TVLProjectFolderFormat::FullNameTag);
+}
+
+void TVLProjectModel::setAuthorFullName(const QString &name)
+{
+    setProjectProperty(TVLProjectFolderFormat::FullNameTag, name);
+}
+
+QString TVLProjectModel::authorSurname() const
+{
+    return projectProperty(TVLProjectFolderFormat::LastNameTag);
+}
+
+void TVLProjectModel::setAuthorSurname(const QString &name)
+{
+    setProjectProperty(TVLProjectFolderFormat::LastNameTag, name);
+}
+
+QString TVLProjectModel::authorForename() const
+{
+    return projectProperty(TVLProjectFolderFormat::FirstNameTag);
+}
+
+void TVLProjectModel::setAuthorForename(const QString &name)
+{
+    setProjectProperty(TVLProjectFolderFormat::FirstNameTag, name);
+}
+
+// --- The page
+
+QPrinter *TVLProjectModel::printer() const
+{
+    if (!mPrinter)
+        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+    return mPrinter.get();
+}
+
+void TVLProjectModel::setPrinter(QPrinter *printer)
+{
+    if (printer != mPrinter.get())
+        mPrinter.reset(printer);
+}
+
+QRectF TVLProjectModel::printerPageRect() const
+{
+    return printer()->pageRect(QPrinter::Point);
+}
+
+QSizeF TVLProjectModel::printerPageSize() const
+{
+    const QRectF page = printerPageRect();
+    return page.isEmpty() ? FallbackPageSize : page.size();
+}
+
+// --- The backdrop of full screen
+
+void TVLProjectModel::setFullScreenBackdrop(const QVariant &backdrop)
+{
+    // A number and its text count as equal otherwise.
+    if (mFullScreenBackdrop.metaType() == backdrop.metaType() && mFullScreenBackdrop == backdrop)
+        return;
+    mFullScreenBackdrop = backdrop;
+    markProjectAsModified(true);
+}
+
+void TVLProjectModel::setFullScreenBackdrop(const QString &filePath)
+{
+    setFullScreenBackdrop(filePath.isEmpty() ? QVariant() : QVariant(filePath));
+}
+
+void TVLProjectModel::setFullScreenBackdrop(int nodeId)
+{
+    setFullScreenBackdrop(nodeId < 0 ? QVariant() : QVariant(nodeId));
+}
+
+void TVLProjectModel::clearFullScreenBackdrop()
+{
+    setFullScreenBackdrop(QVariant());
+}
+
+bool TVLProjectModel::fullScreenBackdropIsNodeId() const
+{
+    return mFullScreenBackdrop.typeId() == QMetaType::Int;
+}
+
+int TVLProjectModel::fullScreenBackdropNodeId() const
+{
+    return fullScreenBackdropIsNodeId() ? mFullScreenBackdrop.toInt() : -1;
+}
+
+QPixmap TVLProjectModel::fullScreenBackdropPixmap() const
+{
+    if (fullScreenBackdropIsNodeId())
+        return QPixmap::fromImage(rawDataImage(index(fullScreenBackdropNodeId())));
+    const QString filePath = mFullScreenBackdrop.toString();
+    return QFileInfo::exists(filePath) ? QPixmap(filePath) : QPixmap();
+}
+
+// --- Targets and scripts
+
+void TVLProjectModel::setDraftTarget(const TVLDraftTarget &target)
+{
+    mDraftTarget = target;
+    markProjectAsModified(true);
+}
+
+void TVLProjectModel::setSessionTarget(const TVLSessionTarget &target)
+{
+    mSessionTarget = target;
+    markProjectAsModified(true);
+}
+
+bool TVLProjectModel::setScriptMode(const TVLScriptMode &mode)
+{
+    mScriptMode = mode;
+    const bool isWritten = TVLProjectFolderFormat::writeScriptSettings(mPath, mode);
+    markProjectAsModified(true);
+    Q_EMIT scriptModeChanged(mode);
+    Q_EMIT metaDataChanged();
+    return isWritten;
+}

@@ -1,0 +1,189 @@
+#include "TVLProjectModel.h"
+
+#include "TVLHeldDocument_p.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDoc.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QSet>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <QTextList>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/** Puts a text in place of a document's, as one edit. */
+void replaceText(QTextDocument *document, const QTextDocument *text)
+{
+    QTextCursor cursor(document);
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    cursor.removeSelectedText();
+    // What is left of the old text is an empty paragraph with its formats, and it may stay one.
+    const QTextBlock first = text->begin();
+    QTextBlockFormat format = first.blockFormat();
+    format.clearProperty(QTextFormat::ObjectIndex);
+    cursor.setBlockFormat(format);
+    cursor.setBlockCharFormat(first.charFormat());
+    if (text->isEmpty() && first.textList())
+        cursor.createList(first.textList()->format());
+    TVLTextDoc::appendDocument(cursor, text);
+    cursor.endEditBlock();
+    document->setMetaInformation(QTextDocument::DocumentTitle,
+                                 text->metaInformation(QTextDocument::DocumentTitle));
+}
+
+/** A second after a snapshot's own of which there is none yet; dates are exact to the second. */
+QDateTime freeSecond(QDateTime date, const QSet<qint64> &taken)
+{
+    while (taken.contains(date.toSecsSinceEpoch()))
+        date = date.addSecs(1);
+    return date;
+}
+
+} // namespace
+
+QList<TVLSnapshotInfo> TVLProjectModel::snapshots(const QModelIndex &index) const
+{
+    QList<TVLSnapshotInfo> snapshots;
+    if (index.isValid() && canHaveText(index))
+        (void)TVLProjectFolderFormat::readSnapshots(mPath, nodeIdentity(index), &snapshots);
+    return snapshots;
+}
+
+bool TVLProjectModel::addSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info)
+{
+    if (!index.isValid() || !canHaveText(index))
+        return false;
+    TVLTextDocument *text = referenceText(index);
+    QString error;
+    if (addSnapshotWithDocument(index, info, text, &error)) {
+        dereferenceItem(text);
+        return true;
+    }
+    QMessageBox(QMessageBox::Critical, tr("Snapshot Writer"), error, QMessageBox::Ok,
+                QApplication::activeWindow())
+        .exec();
+    return false;
+}
+
+bool TVLProjectModel::addSnapshot(const QModelIndex &index, const QString &title)
+{
+    TVLSnapshotInfo info;
+    info.mTitle = title;
+    info.mDate = QDateTime::currentDateTime();
+    return addSnapshot(index, info);
+}
+
+bool TVLProjectModel::addSnapshotWithDocument(const QModelIndex &index, const TVLSnapshotInfo &info,
+                                              const QTextDocument *document, QString *error)
+{
+    TVLProjectNode *node = index.isValid() ? projectNode(index) : nullptr;
+    if (!node || !TVLProjectFolderFormat::addSnapshot(mPath, node->mId, info, document, error))
+        return false;
+    node->mHasSnapshots = true;
+    Q_EMIT snapshotsChanged(index, index);
+    announceChange(index);
+    return true;
+}
+
+bool TVLProjectModel::addSnapshotWithExternalDocument(const QModelIndex &index,
+                                                      const TVLSnapshotInfo &info,
+                                                      const QTextDocument *document, QString *error)
+{
+    return addSnapshotWithDocument(index, info, document, error);
+}
+
+bool TVLProjectModel::loadSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info,
+                                   QTextDocument *document) const
+{
+    if (!index.isValid() || !canHaveText(index))
+        return false;
+    const bool isRead =
+        TVLProjectFolderFormat::readSnapshot(mPath, nodeIdentity(index), info, document, mIdMap);
+    markDocumentContentsDirty(document);
+    return isRead;
+}
+
+bool TVLProjectModel::loadSnapshotIntoMainText(const QModelIndex &index,
+                                               const TVLSnapshotInfo &info)
+{
+    if (!index.isValid() || !canHaveText(index))
+        return false;
+    // The reader can't take back what it did to a text when the file turns out to be damaged.
+    QTextDocument snapshot;
+    snapshot.setUndoRedoEnabled(false);
+    const TVLHeldDocument text(this, index, TVL::MainText);
+    if (!text || text->isReadOnly()
+        || !TVLProjectFolderFormat::readSnapshot(mPath, nodeIdentity(index), info, &snapshot,
+                                                 mIdMap))
+        return false;
+    replaceText(text.get(), &snapshot);
+    projectNode(index)->mRestoredSnapshotDate = info.mDate;
+    markDocumentContentsDirty(text.get());
+    return true;
+}
+
+bool TVLProjectModel::setSnapshotTitle(const QModelIndex &index, const QDateTime &date,
+                                       const QString &title)
+{
+    if (!index.isValid() || !canHaveText(index)
+        || !TVLProjectFolderFormat::setSnapshotTitle(mPath, nodeIdentity(index), date, title))
+        return false;
+    Q_EMIT snapshotsChanged(index, index);
+    announceChange(index);
+    return true;
+}
+
+bool TVLProjectModel::removeSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info)
+{
+    if (!index.isValid() || !canHaveText(index)
+        || !TVLProjectFolderFormat::removeSnapshot(mPath, nodeIdentity(index), info))
+        return false;
+    projectNode(index)->mHasSnapshots = !snapshots(index).isEmpty();
+    announceChange(index);
+    return true;
+}
+
+/**
+ * Gives an item the snapshots of others. Those that were taken in one and the same second, as when
+ * all of a selection get one, are given the next seconds that are free.
+ */
+bool TVLProjectModel::mergeSnapshots(int id, const QList<int> &sourceIds)
+{
+    QSet<qint64> taken;
+    QList<std::pair<int, TVLSnapshotInfo>> crowded;
+    const auto gather = [&](int itemId) {
+        QList<TVLSnapshotInfo> snapshots;
+        if (!TVLProjectFolderFormat::readSnapshots(mPath, itemId, &snapshots))
+            return false;
+        for (const TVLSnapshotInfo &snapshot : std::as_const(snapshots)) {
+            const qint64 second = snapshot.mDate.toSecsSinceEpoch();
+            if (taken.contains(second))
+                crowded.append({itemId, snapshot});
+            taken.insert(second);
+        }
+        return true;
+    };
+    if (!gather(id) || !std::all_of(sourceIds.begin(), sourceIds.end(), gather)
+        || !TVLProjectFolderFormat::mergeSnapshots(mPath, id, sourceIds))
+        return false;
+
+    for (const auto &[sourceId, snapshot] : std::as_const(crowded)) {
+        QTextDocument text;
+        text.setUndoRedoEnabled(false);
+        TVLSnapshotInfo moved = snapshot;
+        moved.mDate = freeSecond(snapshot.mDate, taken);
+        taken.insert(moved.mDate.toSecsSinceEpoch());
+        if (!TVLProjectFolderFormat::readSnapshot(mPath, sourceId, snapshot, &text, mIdMap)
+            || !TVLProjectFolderFormat::addSnapshot(mPath, id, moved, &text, nullptr))
+            return false;
+    }
+    return true;
+}

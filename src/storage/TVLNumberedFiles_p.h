@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/**
+ * Which of a project's numbered files belong to which item, by one listing of their folder. It is
+ * made with the first question, and doesn't know what comes and goes later.
+ */
+class TVLNumberedFiles
+{
+public:
+    /** The path names the project by its folder or its binder. */
+    explicit TVLNumberedFiles(const QString &projectPath);
+
+    /** The names of all files of an item, in no order. */
+    [[nodiscard]] QStringList fileNames(int id) const;
+
+private:
+    [[nodiscard]] QHash<int, QStringList> list() const;
+
+    QString mProjectPath;
+    mutable std::optional<QHash<int, QStringList>> mFileNames;
+};

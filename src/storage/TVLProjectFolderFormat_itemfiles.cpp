@@ -1,0 +1,268 @@
+#include "TVLProjectFolderFormat.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLNumberedFiles_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+#include <QUuid>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+QString numberedFilePath(const QString &path, int id, const QString &extension)
+{
+    return Format::filesDocsPath(Format::calcEnclosingPath(path))
+        + u"/%1.%2"_qs.arg(QString::number(id), extension);
+}
+
+/**
+ * The names of an item's files: those of a listing, and those that any text may have, because a
+ * text may have been written since.
+ */
+QStringList fileNames(const QString &path, int id, const TVLNumberedFiles &files)
+{
+    QStringList names = files.fileNames(id);
+    const QStringList textFiles = Format::nodeFilePaths(path, id, QString());
+    for (const QString &filePath : textFiles) {
+        const QString name = QFileInfo(filePath).fileName();
+        if (!names.contains(name))
+            names.append(name);
+    }
+    return names;
+}
+
+/** The name of an item's file in a folder of the item's own; empty for none. */
+QString nameInOwnFolder(const QString &fileName)
+{
+    const int type = Format::findDocumentTypeId(fileName);
+    // Of a main file of another kind the extension is what says so.
+    if (type == TVL::ForeignFile)
+        return u"content."_qs + QFileInfo(fileName).suffix();
+    return Format::docTypeToFileName(TVL::DocumentType(type));
+}
+
+/** Copies a file to where none is. The copy can be written to, whatever the source was. */
+bool copyAsWritable(const QString &source, const QString &target)
+{
+    return QFile::copy(source, target)
+        && QFile::setPermissions(target,
+                                 QFile::permissions(target) | QFileDevice::WriteOwner
+                                     | QFileDevice::WriteUser);
+}
+
+/** Makes a folder, or takes out all that is in it. */
+bool ensureEmptyFolder(const QString &path)
+{
+    if (QFileInfo::exists(path))
+        return TVLCoreUtil::DeleteFolderContents(path);
+    bool ok = false;
+    Format::ensurePathExists(path, &ok);
+    return ok;
+}
+
+} // namespace
+
+bool TVLProjectFolderFormat::replaceFile(const QString &source, const QString &target)
+{
+    // Making room for the copy must not take what is to be copied.
+    if (TVLCoreUtil::IsSameOrInside(target, source))
+        return QFileInfo(source).isFile();
+    if (!QFileInfo(source).isFile() || !TVLCoreUtil::IsReadable(source, nullptr))
+        return false;
+    return TVLCoreUtil::DeleteFile(target) && copyAsWritable(source, target);
+}
+
+// --- Into the project
+
+bool TVLProjectFolderFormat::importProjectFile(const QString &path, const QFileInfo &source, int id)
+{
+    bool ok = false;
+    docsDirectory(path, &ok);
+    return ok && source.isFile()
+        && copyAsWritable(source.absoluteFilePath(), numberedFilePath(path, id, source.suffix()));
+}
+
+bool TVLProjectFolderFormat::copyFile(const QString &path, int id, const QString &extension,
+                                      const QString &sourceFile)
+{
+    bool ok = false;
+    docsDirectory(path, &ok);
+    return ok && replaceFile(sourceFile, numberedFilePath(path, id, extension));
+}
+
+QUrl TVLProjectFolderFormat::url(const QString &path, int id, const QString &extension)
+{
+    return QUrl::fromLocalFile(numberedFilePath(path, id, extension));
+}
+
+// --- Removing
+
+bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, int id)
+{
+    return removeProjectFiles(path, id, TVLNumberedFiles(path));
+}
+
+bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, int id,
+                                                const TVLNumberedFiles &files)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    bool areGone = true;
+    const QStringList names = fileNames(projectPath, id, files);
+    for (const QString &name : names)
+        areGone = TVLCoreUtil::DeleteFile(filesDocsPath(projectPath) + u'/' + name) && areGone;
+    forgetSnapshots(projectPath, id);
+    return removeDirectory(QDir(snapshotsPath(projectPath) + u"/%1.snapshots"_qs.arg(id)))
+        && areGone;
+}
+
+bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, const QUuid &uuid)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    const bool areGone = TVLCoreUtil::DeleteFolderAndFiles(filesDataNodePath(projectPath, uuid));
+    return TVLCoreUtil::DeleteFolderAndFiles(snapshotsNodePath(projectPath, uuid)) && areGone;
+}
+
+bool TVLProjectFolderFormat::removeProjectFilesMobile(const QString &path, const QUuid &uuid)
+{
+    return TVLCoreUtil::DeleteFolderAndFiles(mobileDataNodePath(calcEnclosingPath(path), uuid));
+}
+
+bool TVLProjectFolderFormat::deleteAllMobileFiles(const QString &path)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    const bool isGone = TVLCoreUtil::DeleteFolderAndFiles(mobilePath(projectPath));
+    return TVLCoreUtil::DeleteFile(filesMobileScriptsChecksumsFilePath(projectPath)) && isGone;
+}
+
+// --- Cloning
+
+bool TVLProjectFolderFormat::cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                               const QString &targetPath, int targetId)
+{
+    return cloneProjectFiles(sourcePath, sourceId, TVLNumberedFiles(sourcePath), targetPath,
+                             targetId);
+}
+
+bool TVLProjectFolderFormat::cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                               const TVLNumberedFiles &sourceFiles,
+                                               const QString &targetPath, int targetId)
+{
+    bool ok = false;
+    const QDir target = docsDirectory(targetPath, &ok);
+    if (!ok)
+        return false;
+    const QString sourceProject = calcEnclosingPath(sourcePath);
+    const QDir source(filesDocsPath(sourceProject));
+    const qsizetype idLength = QString::number(sourceId).size();
+    const QStringList names = fileNames(sourceProject, sourceId, sourceFiles);
+    for (const QString &name : names) {
+        const QString targetName = QString::number(targetId) + name.sliced(idLength);
+        if (source.exists(name))
+            ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
+    }
+    return cloneSnapshots(sourcePath, sourceId, targetPath, targetId) && ok;
+}
+
+bool TVLProjectFolderFormat::cloneDesktopV18(const QString &path, int sourceId, int targetId)
+{
+    return cloneProjectFiles(path, sourceId, path, targetId);
+}
+
+bool TVLProjectFolderFormat::cloneMobileProjectFiles(const QString &path, const QUuid &sourceUuid,
+                                                     const QString &targetPath,
+                                                     const QUuid &targetUuid)
+{
+    const QString source = mobileDataNodePath(calcEnclosingPath(path), sourceUuid);
+    return !QFileInfo::exists(source)
+        || TVLCoreUtil::CopyDirectory(
+            source, mobileDataNodePath(calcEnclosingPath(targetPath), targetUuid));
+}
+
+// --- Between the layouts and the mobile copy
+
+bool TVLProjectFolderFormat::copyDesktopToMobileV23(const QString &path, const QUuid &desktopUuid,
+                                                    const QUuid &mobileUuid)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    return TVLCoreUtil::CopyDirectory(filesDataNodePath(projectPath, desktopUuid),
+                                      mobileDataNodePath(projectPath, mobileUuid));
+}
+
+bool TVLProjectFolderFormat::copyMobileToMobile(const QString &path, const QUuid &sourceUuid,
+                                                const QUuid &targetUuid)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    return TVLCoreUtil::CopyDirectory(mobileDataNodePath(projectPath, sourceUuid),
+                                      mobileDataNodePath(projectPath, targetUuid));
+}
+
+bool TVLProjectFolderFormat::copyMobileToDesktopV23(const QString &path, const QUuid &uuid)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    const QString source = mobileDataNodePath(projectPath, uuid);
+    const QString target = filesDataNodePath(projectPath, uuid);
+    // Nothing to copy is no reason to take away what there is.
+    return QFileInfo(source).isDir() && ensureEmptyFolder(target)
+        && TVLCoreUtil::CopyDirectory(source, target);
+}
+
+bool TVLProjectFolderFormat::syncMobileToDesktopV23(const QString &path, const QUuid &uuid)
+{
+    return !mobileDataNodePathExists(calcEnclosingPath(path), uuid)
+        || copyMobileToDesktopV23(path, uuid);
+}
+
+bool TVLProjectFolderFormat::moveMobileToDesktopV23(const QString &path, const QUuid &uuid)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    if (!mobileDataNodePathExists(projectPath, uuid))
+        return true;
+    const QString source = mobileDataNodePath(projectPath, uuid);
+    const QString target = filesDataNodePath(projectPath, uuid);
+    return QFileInfo(source).isDir() && ensureEmptyFolder(target)
+        && TVLCoreUtil::MoveDirectoryQuick(source, target);
+}
+
+bool TVLProjectFolderFormat::copyDesktopV18ToPath(const QString &path, int id,
+                                                  const QString &targetFolder)
+{
+    bool ok = false;
+    const QDir target = ensurePathExists(targetFolder, &ok);
+    if (!ok)
+        return false;
+    const QString projectPath = calcEnclosingPath(path);
+    const QDir source(filesDocsPath(projectPath));
+    const QStringList names = fileNames(projectPath, id, TVLNumberedFiles(projectPath));
+    for (const QString &name : names) {
+        const QString targetName = nameInOwnFolder(name);
+        if (!targetName.isEmpty() && source.exists(name))
+            ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
+    }
+    return ok;
+}
+
+bool TVLProjectFolderFormat::copyDesktopV18ToDesktopV23(const QString &path, int id,
+                                                        const QUuid &uuid)
+{
+    return copyDesktopV18ToPath(path, id, filesDataNodePath(calcEnclosingPath(path), uuid));
+}
+
+bool TVLProjectFolderFormat::copyDesktopToMobileV18(const QString &path, int id, const QUuid &uuid)
+{
+    return copyDesktopV18ToPath(path, id, mobileDataNodePath(calcEnclosingPath(path), uuid));
+}
+
+QList<QUuid> TVLProjectFolderFormat::folderUUIDs(const QString &path)
+{
+    QList<QUuid> uuids;
+    const QStringList names = QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        const QUuid uuid(name);
+        if (!uuid.isNull())
+            uuids.append(uuid);
+    }
+    return uuids;
+}

@@ -1,0 +1,41 @@
+#include "TVLProjectFolderFormat.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLScriptMode.h"
+
+#include <QFileInfo>
+
+const QString TVLProjectFolderFormat::ProjectTitleTag = u"ProjectTitle"_qs;
+const QString TVLProjectFolderFormat::AbbreviatedTitleTag = u"AbbreviatedTitle"_qs;
+const QString TVLProjectFolderFormat::FullNameTag = u"FullName"_qs;
+const QString TVLProjectFolderFormat::LastNameTag = u"LastName"_qs;
+const QString TVLProjectFolderFormat::FirstNameTag = u"FirstName"_qs;
+
+bool TVLProjectFolderFormat::readScriptSettings(const QString &path, TVLScriptMode *mode,
+                                                QString *error)
+{
+    // Asking for the file's path would make the folder.
+    if (!QFileInfo::exists(settingsPath(calcEnclosingPath(path))))
+        return true;
+    const QString filePath = scriptformatXmlFilePath(path);
+    return !QFileInfo::exists(filePath) || mode->load(filePath, error);
+}
+
+bool TVLProjectFolderFormat::writeScriptSettings(const QString &path, const TVLScriptMode &mode,
+                                                 QString *error)
+{
+    const auto fail = [error](const QString &text) {
+        if (error)
+            *error = text;
+        return false;
+    };
+    const QByteArray xml = mode.toXml();
+    if (xml.isEmpty())
+        return fail(tr("The script mode has names that can't be stored."));
+    bool hasFolder = false;
+    QStringList errors;
+    ensurePathExists(settingsPath(calcEnclosingPath(path)), &hasFolder, &errors);
+    if (!hasFolder)
+        return fail(errors.join(u'\n'));
+    return TVLCoreUtil::WriteBinaryFile(xml, scriptformatXmlFilePath(path), error);
+}
