@@ -206,6 +206,24 @@ QByteArray richBinder()
             <Title>Empty</Title>
         </Collection>
     </Collections>
+    <Keywords>
+        <Keyword ID="1">
+            <Title>Places</Title>
+            <Color>1.000 0.502 0.000</Color>
+            <Children>
+                <Keyword ID="7">
+                    <Title>Station &amp; square</Title>
+                    <Color>0.000 0.000 0.000</Color>
+                </Keyword>
+                <Keyword ID="2">
+                    <Title>Harbour</Title>
+                </Keyword>
+            </Children>
+        </Keyword>
+        <Keyword ID="3">
+            <Title></Title>
+        </Keyword>
+    </Keywords>
     )xml";
     return upToUserData + richUserProjectData().toUtf8() + "\n</TavelinorProject>\n";
 }

@@ -452,6 +452,7 @@ void TstBinderReader::aSectionThatIsAbsentLeavesTheProjectAlone()
     project.mStatusItems = {TVLStatusItem{2, u"Two"_qs}};
     project.mDefaultStatusId = 2;
     project.mCollections = {TVLCollectionMetaData()};
+    project.mKeywords = {TVLBinderKeyword()};
     QVERIFY(project.read("<TavelinorProject Version='1.5'/>"));
     QVERIFY(project.mRoot->mChildren.isEmpty());
     QCOMPARE(project.mLabelTitle, u"L"_qs);

@@ -113,6 +113,7 @@ bool holdsText(const Tokens &tokens, int start)
                                            u"CorkboardSettings"_qs,
                                            u"FreeformCorkboardDocuments"_qs,
                                            u"Keywords"_qs,
+                                           u"Keyword"_qs,
                                            u"References"_qs,
                                            u"Children"_qs,
                                            u"LabelSettings"_qs,
@@ -128,8 +129,10 @@ bool holdsText(const Tokens &tokens, int start)
 }
 
 /** Whether an element may hold only one kind of element. */
-bool isStrictList(const QString &name)
+bool isStrictList(const QString &name, const QStringList &parents)
 {
+    if (parents.contains(u"Keyword"))
+        return false;
     static const QStringList lists = {u"Binder"_qs, u"Children"_qs, u"Labels"_qs,
                                       u"StatusItems"_qs};
     return lists.contains(name);
@@ -185,6 +188,9 @@ void fillSections(TestBinderProject *project, QRandomGenerator *random)
     collection.mColor = Qt::darkCyan;
     collection.mIds = {3, 1, 2};
     project->mCollections = {collection};
+    for (int id = 0; id < 30; ++id)
+        project->mKeywords.append(
+            {id, id % 3 == 0 ? -1 : id - 1, randomText(random, 20), QColor(id, 2 * id, 7)});
 }
 
 } // namespace
@@ -201,8 +207,8 @@ private Q_SLOTS:
     void theRichBinderSurvives();
     void aBinderSurvivesWithoutItsIndentation();
 
-    void onlyTheVersionIsAnAttributeThatMustBeThere();
-    void attributesWithoutSenseAreNoError();
+    void onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeThere();
+    void attributesWithoutSenseAreNoErrorExceptInKeywords();
     void unknownAttributesAreIgnored();
     void onlyTheFieldOfCustomMetaDataIsAnElementThatMustBeThere();
     void anElementUnderAnotherNameIsSkippedExceptInListsOfOneKind();
@@ -260,6 +266,7 @@ void TstBinderRoundTrip::aRandomTreeSurvives()
     QCOMPARE(reread.mLabels, project.mLabels);
     QCOMPARE(reread.mStatusItems, project.mStatusItems);
     QCOMPARE(reread.mCollections, project.mCollections);
+    QCOMPARE(reread.mKeywords, project.mKeywords);
     QVERIFY(reread.write() == binder);
 }
 
@@ -316,7 +323,7 @@ void TstBinderRoundTrip::aBinderSurvivesWithoutItsIndentation()
     QCOMPARE(project.write(), richBinder());
 }
 
-void TstBinderRoundTrip::onlyTheVersionIsAnAttributeThatMustBeThere()
+void TstBinderRoundTrip::onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeThere()
 {
     const DebugLog log;
     int removed = 0;
@@ -324,7 +331,7 @@ void TstBinderRoundTrip::onlyTheVersionIsAnAttributeThatMustBeThere()
         for (int i = 0; i < tokens.at(element).attributes.size(); ++i) {
             Tokens changed = tokens;
             const QString name = changed[element].attributes.takeAt(i).first;
-            const bool expected = name != u"Version";
+            const bool expected = name != u"Version" && tokens.at(element).text != u"Keyword";
             QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
             ++removed;
         }
@@ -332,7 +339,7 @@ void TstBinderRoundTrip::onlyTheVersionIsAnAttributeThatMustBeThere()
     QVERIFY(removed > 90);
 }
 
-void TstBinderRoundTrip::attributesWithoutSenseAreNoError()
+void TstBinderRoundTrip::attributesWithoutSenseAreNoErrorExceptInKeywords()
 {
     const DebugLog log;
     for (const QString &value :
@@ -341,8 +348,9 @@ void TstBinderRoundTrip::attributesWithoutSenseAreNoError()
             for (int i = 0; i < tokens.at(element).attributes.size(); ++i) {
                 Tokens changed = tokens;
                 changed[element].attributes[i].second = value;
+                const bool isVersion = tokens.at(element).attributes.at(i).first == u"Version";
                 const bool expected =
-                    !value.isEmpty() || tokens.at(element).attributes.at(i).first != u"Version";
+                    !(isVersion && value.isEmpty()) && tokens.at(element).text != u"Keyword";
                 QCOMPARE(outcomeOf(xmlOf(changed)), survivesIf(expected));
             }
         });
@@ -387,7 +395,7 @@ void TstBinderRoundTrip::anElementUnderAnotherNameIsSkippedExceptInListsOfOneKin
         const QString name = tokens.at(element).text;
         const QStringList parents = enclosing(tokens, element);
         const bool expected =
-            !parents.isEmpty() && name != u"FieldID" && !isStrictList(parents.constLast());
+            !parents.isEmpty() && name != u"FieldID" && !isStrictList(parents.constLast(), parents);
         QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
     });
 }
@@ -407,7 +415,7 @@ void TstBinderRoundTrip::anUnknownElementIsSkippedExceptInListsOfOneKind()
             TestBinderProject project;
             const bool ok = project.read(xmlOf(changed));
             const QString name = tokens.at(element).text;
-            QVERIFY2(ok != isStrictList(name), qPrintable(name));
+            QVERIFY2(ok != isStrictList(name, enclosing(tokens, element)), qPrintable(name));
             if (ok) {
                 project.mUserProjectData = richUserProjectData();
                 QCOMPARE(project.write(), richBinder());

@@ -7,6 +7,7 @@
 #include <QTextCursor>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -41,7 +42,68 @@ QModelIndex firstText(const TVLProjectModel *model)
 QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
                     const QString &title)
 {
-    return model->createIndex(model->insertNode(-1, parent, type, QString(), title));
+    TVLProjectNodeProperties record;
+    record.mNodeType = type;
+    record.mTitle = title.isEmpty() ? TVLProjectModel::trUntitledTitle() : title;
+    record.mCreated = QDateTime::currentDateTime();
+    record.mModified = record.mCreated;
+    return model->insertRowWithProperties(-1, parent, record);
+}
+
+void addTree(TVLProjectModel *model, const QModelIndex &parent, const QString &notation)
+{
+    QList<QPersistentModelIndex> parents = {parent};
+    QPersistentModelIndex last;
+    const auto addItemOf = [&](const QString &word) {
+        if (word.isEmpty())
+            return;
+        const QStringList parts = word.split(u':');
+        const int type = parts.size() > 1 ? parts.at(1).toInt() : int(TVL::Text);
+        last = addItem(model, parents.constLast(), TVL::NodeType(type), parts.constFirst());
+    };
+    QString word;
+    for (const QChar ch : notation) {
+        if (ch != u' ' && ch != u'(' && ch != u')') {
+            word.append(ch);
+            continue;
+        }
+        addItemOf(std::exchange(word, QString()));
+        if (ch == u'(')
+            parents.append(last);
+        else if (ch == u')')
+            parents.removeLast();
+    }
+    addItemOf(word);
+}
+
+QString treeText(const TVLProjectModel *model, const QModelIndex &parent)
+{
+    QStringList items;
+    for (int row = 0; row < model->rowCount(parent); ++row) {
+        const QModelIndex index = model->index(row, 0, parent);
+        const QString below = treeText(model, index);
+        items.append(model->title(index) + (below.isEmpty() ? below : u'(' + below + u')'));
+    }
+    return items.join(u' ');
+}
+
+QModelIndex itemTitled(const TVLProjectModel *model, const QString &title)
+{
+    const QModelIndexList indexes = recursiveWalk(model, model->rootIndex());
+    for (const QModelIndex &index : indexes) {
+        if (model->title(index) == title)
+            return index;
+    }
+    return {};
+}
+
+QModelIndexList itemsTitled(const TVLProjectModel *model, const QString &titles)
+{
+    QModelIndexList indexes;
+    const QStringList words = titles.split(u' ', Qt::SkipEmptyParts);
+    for (const QString &title : words)
+        indexes.append(itemTitled(model, title));
+    return indexes;
 }
 
 void growRandomTree(TVLProjectModel *model, int nodes, quint32 seed)

@@ -22,9 +22,24 @@ emptyModel(TVL::FormatVersion version = TVL::FormatVersion18, bool mobile = fals
 /** The index of the only item inside the Draft of a blank project. */
 [[nodiscard]] QModelIndex firstText(const TVLProjectModel *model);
 
-/** Adds an item at the end of its parent. */
+/** Adds an item at the end of its parent, with none of its documents in memory. */
 QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
                     const QString &title = u"Item"_qs);
+
+/**
+ * Adds items at the end of a parent in a notation such as `a b(c d:5)`: titles, for another type
+ * than text the number of the type, and what lies in an item in parentheses.
+ */
+void addTree(TVLProjectModel *model, const QModelIndex &parent, const QString &notation);
+
+/** What lies below an index in that notation, without types. */
+[[nodiscard]] QString treeText(const TVLProjectModel *model, const QModelIndex &parent);
+
+/** The first item of a title in the order of the binder; an invalid index for none. */
+[[nodiscard]] QModelIndex itemTitled(const TVLProjectModel *model, const QString &title);
+
+/** The same for several titles, with blanks between them. */
+[[nodiscard]] QModelIndexList itemsTitled(const TVLProjectModel *model, const QString &titles);
 
 /** Adds random items of every type at random places. The same seed gives the same tree. */
 void growRandomTree(TVLProjectModel *model, int nodes, quint32 seed);

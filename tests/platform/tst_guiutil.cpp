@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
@@ -31,6 +32,10 @@ private Q_SLOTS:
     void aRefusalIsShownOnRequest_data();
     void aRefusalIsShownOnRequest();
     void nothingIsShownWhenAllIsWell();
+    void aMoveIsAllowedWhereItChangesSomething_data();
+    void aMoveIsAllowedWhereItChangesSomething();
+    void otherActionsThanMovesAreAllowedAnywhere();
+    void nothingThatIsNoIndexMayBeMoved();
 
 private:
     [[nodiscard]] QString path(const QString &name) const
@@ -214,6 +219,86 @@ void TstGuiUtil::nothingIsShownWhenAllIsWell()
     QVERIFY(TVLGuiUtil::CanWriteLocation(path(u"file"_qs), false, true, nullptr));
     QVERIFY(TVLGuiUtil::CanReadLocation(folder, true, nullptr));
     QVERIFY(mMessageBoxes->boxes().isEmpty());
+}
+
+void TstGuiUtil::aMoveIsAllowedWhereItChangesSomething_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("isAllowed");
+    // The tree is a b(c d(e)) f, and an empty target is the top level.
+    QTest::newRow("on itself") << u"b"_qs << u"b"_qs << -1 << false;
+    QTest::newRow("into itself") << u"b"_qs << u"b"_qs << 1 << false;
+    QTest::newRow("into its child") << u"b"_qs << u"d"_qs << 0 << false;
+    QTest::newRow("far below itself") << u"b"_qs << u"e"_qs << 0 << false;
+    QTest::newRow("before itself") << u"b"_qs << QString() << 1 << false;
+    QTest::newRow("behind itself") << u"b"_qs << QString() << 2 << false;
+    QTest::newRow("before itself below another") << u"d"_qs << u"b"_qs << 1 << false;
+    QTest::newRow("the last to the end") << u"f"_qs << QString() << -1 << false;
+    QTest::newRow("the last of another to the end") << u"d"_qs << u"b"_qs << -1 << false;
+    QTest::newRow("up") << u"b"_qs << QString() << 0 << true;
+    QTest::newRow("down") << u"b"_qs << QString() << 3 << true;
+    QTest::newRow("to the end") << u"a"_qs << QString() << -1 << true;
+    QTest::newRow("up in another") << u"d"_qs << u"b"_qs << 0 << true;
+    QTest::newRow("to the end of another") << u"c"_qs << u"b"_qs << -1 << true;
+    QTest::newRow("to its own row elsewhere") << u"c"_qs << QString() << 0 << true;
+    QTest::newRow("into its grandparent") << u"e"_qs << u"b"_qs << 1 << true;
+    QTest::newRow("into a sibling") << u"a"_qs << u"f"_qs << 0 << true;
+    QTest::newRow("out to the top") << u"e"_qs << QString() << 1 << true;
+}
+
+namespace {
+
+/** The tree a b(c d(e)) f. */
+std::unique_ptr<QStandardItemModel> smallTree()
+{
+    auto model = std::make_unique<QStandardItemModel>();
+    auto *const b = new QStandardItem(u"b"_qs);
+    auto *const d = new QStandardItem(u"d"_qs);
+    model->appendRow(new QStandardItem(u"a"_qs));
+    model->appendRow(b);
+    model->appendRow(new QStandardItem(u"f"_qs));
+    b->appendRow(new QStandardItem(u"c"_qs));
+    b->appendRow(d);
+    d->appendRow(new QStandardItem(u"e"_qs));
+    return model;
+}
+
+QModelIndex titled(const QStandardItemModel &model, const QString &title)
+{
+    const QList<QStandardItem *> found =
+        model.findItems(title, Qt::MatchExactly | Qt::MatchRecursive);
+    return found.isEmpty() ? QModelIndex() : found.constFirst()->index();
+}
+
+} // namespace
+
+void TstGuiUtil::aMoveIsAllowedWhereItChangesSomething()
+{
+    QFETCH(const QString, source);
+    QFETCH(const QString, target);
+    QFETCH(const int, row);
+    const auto model = smallTree();
+    const QModelIndex index = titled(*model, source);
+    QTEST(TVLGuiUtil::allowMove(index, index.parent(), titled(*model, target), row, Qt::MoveAction),
+          "isAllowed");
+}
+
+void TstGuiUtil::otherActionsThanMovesAreAllowedAnywhere()
+{
+    const auto model = smallTree();
+    const QModelIndex b = titled(*model, u"b"_qs);
+    for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
+        QVERIFY(TVLGuiUtil::allowMove(b, b.parent(), b, 0, action));
+        QVERIFY(TVLGuiUtil::allowMove(b, b.parent(), QModelIndex(), 1, action));
+    }
+}
+
+void TstGuiUtil::nothingThatIsNoIndexMayBeMoved()
+{
+    for (const Qt::DropAction action : {Qt::CopyAction, Qt::MoveAction})
+        QVERIFY(!TVLGuiUtil::allowMove(QModelIndex(), QModelIndex(), QModelIndex(), 0, action));
 }
 
 TVL_TEST_MAIN(TstGuiUtil)

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void aNodeTypeHasAWord_data();
     void aNodeTypeHasAWord();
     void everyNodeTypeIsTested();
+    void aKindOfCollectionHasAWord();
     void otherWordsAreTextNodes_data();
     void otherWordsAreTextNodes();
 
@@ -38,6 +39,8 @@ private Q_SLOTS:
 
     void fileNamesAreCleaned_data();
     void fileNamesAreCleaned();
+    void autoNumbersAreStripped_data();
+    void autoNumbersAreStripped();
     void toolTipsAreEscaped_data();
     void toolTipsAreEscaped();
     void numbersAreComparedFuzzily_data();
@@ -74,6 +77,22 @@ void TstTvl::aNodeTypeHasAWord()
 void TstTvl::everyNodeTypeIsTested()
 {
     QCOMPARE(QMetaEnum::fromType<TVL::NodeType>().keyCount(), 10);
+}
+
+void TstTvl::aKindOfCollectionHasAWord()
+{
+    const std::pair<TVL::CollectionType, QString> rows[] = {
+        {TVL::BinderCollection, u"Binder"_qs},
+        {TVL::RecentSearchCollection, u"RecentSearch"_qs},
+        {TVL::SavedSearchCollection, u"SavedSearch"_qs},
+        {TVL::ArbitraryCollection, u"Arbitrary"_qs},
+    };
+    for (const auto &[type, word] : rows) {
+        QCOMPARE(TVL::toString(type), word);
+        QCOMPARE(int(TVL::toCollectionType(word, TVL::NoCollection)), int(type));
+    }
+    QCOMPARE(TVL::toString(TVL::NoCollection), u"Arbitrary"_qs);
+    QCOMPARE(int(TVL::toCollectionType(u"binder", TVL::NoCollection)), int(TVL::NoCollection));
 }
 
 void TstTvl::otherWordsAreTextNodes_data()
@@ -233,6 +252,40 @@ void TstTvl::fileNamesAreCleaned()
     const QString clean = TVL::cleanFileName(name);
     QTEST(clean, "clean");
     QCOMPARE(TVL::cleanFileName(clean), clean);
+}
+
+void TstTvl::autoNumbersAreStripped_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("stem");
+    QTest::addColumn<int>("number");
+    const auto row = [](const QString &title, const QString &stem, int number) {
+        QTest::newRow(qPrintable(u'"' + title + u'"')) << title << stem << number;
+    };
+    row(u"Harbour-3"_qs, u"Harbour"_qs, 3);
+    row(u"Harbour-10-12"_qs, u"Harbour-10"_qs, 12);
+    row(u"Harbour-007"_qs, u"Harbour"_qs, 7);
+    row(u"-5"_qs, u""_qs, 5);
+    row(u"Harbour"_qs, u"Harbour"_qs, 0);
+    row(u"Harbour 3"_qs, u"Harbour 3"_qs, 0);
+    row(u"Harbour3"_qs, u"Harbour3"_qs, 0);
+    row(u"Harbour-"_qs, u"Harbour-"_qs, 0);
+    row(u"Harbour-3a"_qs, u"Harbour-3a"_qs, 0);
+    row(u"12"_qs, u"12"_qs, 0);
+    row(u""_qs, u""_qs, 0);
+    row(u"Harbour-999999999"_qs, u"Harbour"_qs, 999999999);
+    row(u"Harbour-1234567890"_qs, u"Harbour-1234567890"_qs, 0);
+    row(u"Harbour-\u0663"_qs, u"Harbour-\u0663"_qs, 0);
+}
+
+void TstTvl::autoNumbersAreStripped()
+{
+    QFETCH(const QString, title);
+    QFETCH(const QString, stem);
+    QFETCH(const int, number);
+    int found = -1;
+    QCOMPARE(TVL::stripAutoNumberEnding(title, &found), stem);
+    QCOMPARE(found, number);
 }
 
 void TstTvl::toolTipsAreEscaped_data()

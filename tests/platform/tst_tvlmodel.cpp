@@ -41,6 +41,8 @@ private Q_SLOTS:
     void parentsComeNearestFirst();
     void aTopLevelItemHasNoValidParent();
     void parentsContainAncestorsAndNothingElse();
+    void indexesAreComparedInPreOrder();
+    void siblingsInOneRowAreComparedByColumn();
 };
 
 void TstTvlModel::directChildrenComeInOrder()
@@ -167,6 +169,31 @@ void TstTvlModel::parentsContainAncestorsAndNothingElse()
     QVERIFY(!TVLModel::parentsContain(middle->index(), leaf->index()));
     QVERIFY(!TVLModel::parentsContain(leaf->index(), QModelIndex()));
     QVERIFY(!TVLModel::parentsContain(top->index(), QModelIndex()));
+}
+
+void TstTvlModel::indexesAreComparedInPreOrder()
+{
+    QStandardItemModel model;
+    QList<QStandardItem *> items = {model.invisibleRootItem()};
+    QRandomGenerator random(17);
+    for (int i = 0; i < 60; ++i) {
+        auto *item = new QStandardItem;
+        items.at(random.bounded(int(items.size())))->appendRow(item);
+        items.append(item);
+    }
+    const QModelIndexList walk = recursiveWalk(model.invisibleRootItem());
+    for (qsizetype a = 0; a < walk.size(); ++a) {
+        for (qsizetype b = 0; b < walk.size(); ++b)
+            QCOMPARE(TVLModel::lessThanIndex(walk.at(a), walk.at(b)), a < b);
+    }
+}
+
+void TstTvlModel::siblingsInOneRowAreComparedByColumn()
+{
+    const QStandardItemModel model(2, 2);
+    QVERIFY(TVLModel::lessThanIndex(model.index(0, 0), model.index(0, 1)));
+    QVERIFY(!TVLModel::lessThanIndex(model.index(0, 1), model.index(0, 0)));
+    QVERIFY(TVLModel::lessThanIndex(model.index(0, 1), model.index(1, 0)));
 }
 
 TVL_TEST_MAIN(TstTvlModel)

@@ -122,6 +122,9 @@ private Q_SLOTS:
     void rowStaysRightThroughRandomChanges_data();
     void rowStaysRightThroughRandomChanges();
     void rowIsRightInANewParent();
+    void rowStaysRightHoweverFarItHasShifted_data();
+    void rowStaysRightHoweverFarItHasShifted();
+    void aChildIsTakenAndInserted();
     void askingAllOfManySiblingsForTheirRowsIsQuick();
 
     // Walks
@@ -371,6 +374,52 @@ void TstProjectNode::rowStaysRightThroughRandomChanges()
         if (step % 50 == 0)
             QVERIFY(rowsAreRight(root.get()));
     }
+}
+
+void TstProjectNode::rowStaysRightHoweverFarItHasShifted_data()
+{
+    QTest::addColumn<int>("inserted");
+    QTest::addColumn<int>("removed");
+    QTest::newRow("by one") << 1 << 0;
+    QTest::newRow("back by one") << 0 << 1;
+    QTest::newRow("by most of the list") << 5000 << 0;
+    QTest::newRow("back by most of the list") << 0 << 900;
+}
+
+void TstProjectNode::rowStaysRightHoweverFarItHasShifted()
+{
+    QFETCH(const int, inserted);
+    QFETCH(const int, removed);
+    const auto root = makeRoot();
+    for (int i = 0; i < 1000; ++i)
+        (void)TVLProjectNode::appendUndated({i, QUuid::createUuid()}, root.get());
+    QVERIFY(rowsAreRight(root.get()));
+    for (int i = 0; i < inserted; ++i)
+        new TVLProjectNode({2000 + i, QUuid::createUuid()}, root.get(), 0);
+    for (int i = 0; i < removed; ++i)
+        (void)root->takeChild(0);
+    const QList<TVLProjectNode *> &children = root->mChildren;
+    QCOMPARE(children.constLast()->row(), int(children.size()) - 1);
+    QCOMPARE(children.at(children.size() / 2)->row(), int(children.size()) / 2);
+    QVERIFY(rowsAreRight(root.get()));
+}
+
+void TstProjectNode::aChildIsTakenAndInserted()
+{
+    const auto root = makeRoot();
+    auto *a = new TVLProjectNode({1, QUuid::createUuid()}, root.get());
+    auto *b = new TVLProjectNode({2, QUuid::createUuid()}, root.get());
+    std::unique_ptr<TVLProjectNode> taken = root->takeChild(0);
+    QCOMPARE(taken.get(), a);
+    QVERIFY(!a->mParent);
+    QCOMPARE(a->row(), -1);
+    QCOMPARE(root->childIDs(), QList<int>({2}));
+    b->insertChild(0, std::move(taken));
+    QCOMPARE(a->mParent, b);
+    QCOMPARE(a->row(), 0);
+    root->insertChild(1, b->takeChild(0));
+    QCOMPARE(root->childIDs(), QList<int>({2, 1}));
+    QCOMPARE(a->row(), 1);
 }
 
 void TstProjectNode::rowIsRightInANewParent()

@@ -71,6 +71,12 @@ private Q_SLOTS:
     // Small records
     void aLabelStartsWithoutIdTitleAndColor();
     void aStatusItemStartsWithoutIdAndTitle();
+    void aLabelIsFoundByItsExactTitle();
+    void aLabelIsFoundById();
+    void aStatusItemIsFoundByItsExactTitle();
+    void aStatusItemIsFoundById();
+    void theNextIdIsTheLowestFreeOne_data();
+    void theNextIdIsTheLowestFreeOne();
     void aReferenceStartsAsNeitherInternalNorAddress();
     void aReferenceIsInternalWhenItHasATarget();
     void aReferenceIsEitherInternalOrAnAddress();
@@ -132,6 +138,65 @@ void TstRecords::aStatusItemStartsWithoutIdAndTitle()
     const TVLStatusItem item;
     QCOMPARE(item.mId, -1);
     QVERIFY(item.mTitle.isEmpty());
+}
+
+void TstRecords::aLabelIsFoundByItsExactTitle()
+{
+    const QList<TVLLabel> labels = {
+        {-1, u"None"_qs, {}}, {4, u"Red"_qs, Qt::red}, {2, u"Red"_qs, Qt::blue}};
+    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_qs, labels), labels.at(1));
+    for (const QString &title : {u"red"_qs, u"Red "_qs, QString()})
+        QCOMPARE(TVLLabel::findLabelTitle(title, labels), TVLLabel());
+    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_qs, {}), TVLLabel());
+}
+
+void TstRecords::aLabelIsFoundById()
+{
+    const QList<TVLLabel> labels = {{-1, u"None"_qs, {}}, {4, u"Red"_qs, Qt::red}};
+    QCOMPARE(TVLLabel::findLabelId(4, labels), labels.at(1));
+    QCOMPARE(TVLLabel::findLabelId(-1, labels), labels.at(0));
+    QCOMPARE(TVLLabel::findLabelId(0, labels), TVLLabel());
+}
+
+void TstRecords::aStatusItemIsFoundByItsExactTitle()
+{
+    const QList<TVLStatusItem> items = {{-1, u"None"_qs}, {4, u"Done"_qs}, {2, u"Done"_qs}};
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_qs, items), items.at(1));
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"done"_qs, items), TVLStatusItem());
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_qs, {}), TVLStatusItem());
+}
+
+void TstRecords::aStatusItemIsFoundById()
+{
+    const QList<TVLStatusItem> items = {{-1, u"None"_qs}, {4, u"Done"_qs}};
+    QCOMPARE(TVLStatusItem::findStatusId(4, items), items.at(1));
+    QCOMPARE(TVLStatusItem::findStatusId(3, items), TVLStatusItem());
+}
+
+void TstRecords::theNextIdIsTheLowestFreeOne_data()
+{
+    QTest::addColumn<QList<int>>("ids");
+    QTest::addColumn<int>("next");
+    QTest::newRow("empty") << QList<int>() << 0;
+    QTest::newRow("only none") << QList<int>{-1} << 0;
+    QTest::newRow("a gap") << QList<int>{0, 1, 3} << 2;
+    QTest::newRow("no gap") << QList<int>{-1, 0, 1, 2} << 3;
+    QTest::newRow("in any order") << QList<int>{4, 0, 2, 1} << 3;
+    QTest::newRow("doubled") << QList<int>{0, 0, 1} << 2;
+    QTest::newRow("none is zero") << QList<int>{5, 1} << 0;
+}
+
+void TstRecords::theNextIdIsTheLowestFreeOne()
+{
+    QFETCH(const QList<int>, ids);
+    QList<TVLLabel> labels;
+    QList<TVLStatusItem> items;
+    for (const int id : ids) {
+        labels.append(TVLLabel{id, QString(), QColor()});
+        items.append(TVLStatusItem{id, QString()});
+    }
+    QTEST(TVLLabel::findNextLabelId(labels), "next");
+    QTEST(TVLStatusItem::findNextStatusId(items), "next");
 }
 
 void TstRecords::aReferenceStartsAsNeitherInternalNorAddress()

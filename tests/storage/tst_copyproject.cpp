@@ -116,6 +116,7 @@ private Q_SLOTS:
     void anExistingTargetIsAddedToOtherwise();
     void aProjectIsNotCopiedIntoItself_data();
     void aProjectIsNotCopiedIntoItself();
+    void aLinkIntoTheProjectIsNoWayAround();
     void replacingATargetInsideTheProjectDeletesItFirst();
     void replacingNeverDeletesWhatIsToBeCopied_data();
     void replacingNeverDeletesWhatIsToBeCopied();
@@ -356,6 +357,17 @@ void TstCopyProject::aProjectIsNotCopiedIntoItself()
     QCOMPARE(boxes.boxes().size(), 0);
     QCOMPARE(mSource->files(), before);
     QCOMPARE(QDir(mSource->path()).entryList(), entries);
+}
+
+void TstCopyProject::aLinkIntoTheProjectIsNoWayAround()
+{
+    const QString link = mSource->enclosingPath() + u"/link"_qs;
+    QVERIFY(QFile::link(mSource->path(u"Files"_qs), link));
+    const Files before = mSource->files();
+    QVERIFY(!Format::copyProject(mSource->path(), link + u"/Copy.tavel"_qs, true, nullptr, true,
+                                 false));
+    QVERIFY(!QFileInfo::exists(link + u"/Copy.tavel"_qs));
+    QCOMPARE(mSource->files(), before);
 }
 
 void TstCopyProject::replacingATargetInsideTheProjectDeletesItFirst()

@@ -28,6 +28,7 @@ public:
     [[nodiscard]] QList<TVLStatusItem> statusItems() const override { return mStatusItems; }
     [[nodiscard]] QUuid templateFolderUuid() const override { return mTemplateFolderUuid; }
     [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
+    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override { return mKeywords; }
     [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
     [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
 
@@ -46,6 +47,10 @@ public:
     void setCollections(const QList<TVLCollectionMetaData> &collections) override
     {
         mCollections = collections;
+    }
+    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override
+    {
+        mKeywords += keywords;
     }
 
     /** Writes the binder. */
@@ -66,6 +71,7 @@ public:
     QList<TVLStatusItem> mStatusItems;
     QUuid mTemplateFolderUuid;
     QList<TVLCollectionMetaData> mCollections;
+    QList<TVLBinderKeyword> mKeywords;
     QString mUserProjectData;
     QMap<int, QUuid> mIdMap;
     QMap<QUuid, TVLProjectNode *> mUuidMap;

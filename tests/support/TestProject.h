@@ -14,6 +14,12 @@ public:
     {
         model->markProjectAsModified(set);
     }
+    /** As after a save, without one. */
+    static void setSaved(TVLProjectModel *model) { model->mSaved = true; }
+    static const TVLSearchIndex &searchIndex(const TVLProjectModel *model)
+    {
+        return *model->mSearchIndex;
+    }
     static TVLProjectNotes &projectNotes(TVLProjectModel *model) { return model->mProjectNotes; }
 };
 

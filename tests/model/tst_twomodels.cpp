@@ -1,0 +1,235 @@
+#include "ModelChecks.h"
+#include "ModelTester.h"
+#include "TVLKeywordModel.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QTest>
+
+/** Two projects open at once; the first gives to the second. */
+class TstTwoModels : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aCloneBringsItsFilesAndSnapshots();
+    void aCloneBringsAllBelowIt();
+    void labelsAndStatusItemsAreFoundByTitle();
+    void unknownLabelsAndStatusItemsAreAdded();
+    void aLabelWithoutColorGetsOne();
+    void noLabelStaysNoLabel();
+    void aLabelThatIsNoMoreBecomesNone();
+    void keywordsAreFoundByTitle();
+    void unknownKeywordsAreAddedWithTheirColor();
+    void referencesComeAlong();
+    void theSourceStaysAsItIs();
+    void picturesStayOutOfTheDraft();
+    void nothingIsClonedIntoTheTrash();
+    void attributesAreAppliedFromTheOtherProject();
+
+private:
+    std::unique_ptr<TestProject> mSourceProject;
+    std::unique_ptr<TestProject> mTargetProject;
+    std::unique_ptr<TVLProjectModel> mFrom;
+    std::unique_ptr<TVLProjectModel> mTo;
+    std::unique_ptr<ModelTester> mTester;
+    QPersistentModelIndex mSource;
+
+    [[nodiscard]] QModelIndex cloneToResearch(const QModelIndex &source)
+    {
+        return mTo->insertRowAndClone(-1, mTo->researchFolder(), source,
+                                      TVLProjectModel::CloneChildren
+                                          | TVLProjectModel::CloneSnapshots);
+    }
+};
+
+void TstTwoModels::init()
+{
+    mSourceProject = std::make_unique<TestProject>(u"Giver"_qs);
+    mTargetProject = std::make_unique<TestProject>(u"Taker"_qs);
+    mFrom = mSourceProject->create();
+    mTo = mTargetProject->create();
+    mTester = std::make_unique<ModelTester>(mTo.get());
+    mSource = mFrom->insertTextNode(-1, mFrom->researchFolder(), u"a"_qs, u"a text"_qs,
+                                    u"a card"_qs, u"a note"_qs);
+}
+
+void TstTwoModels::cleanup()
+{
+    mTester.reset();
+    mSource = QModelIndex();
+    mFrom.reset();
+    mTo.reset();
+}
+
+void TstTwoModels::aCloneBringsItsFilesAndSnapshots()
+{
+    QVERIFY(mFrom->addSnapshot(mSource, u"first"_qs));
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->title(copy), u"a"_qs);
+    QCOMPARE(mTo->documentPlainText(copy, false), u"a text"_qs);
+    QCOMPARE(mTo->synopsis(copy), u"a card"_qs);
+    QCOMPARE(mTo->documentNoteAsPlainText(copy), u"a note"_qs);
+    QVERIFY(mTo->hasSnapshots(copy));
+    QCOMPARE(mTo->snapshots(copy).constFirst().mTitle, u"first"_qs);
+    QVERIFY(mTo->nodeUuid(copy) != mFrom->nodeUuid(mSource));
+}
+
+void TstTwoModels::aCloneBringsAllBelowIt()
+{
+    const QModelIndex child = mFrom->insertTextNode(-1, mSource, u"b"_qs, u"b text"_qs, {}, {});
+    QVERIFY(mFrom->addSnapshot(child, u"second"_qs));
+    addTree(mFrom.get(), mSource, u"c(d)"_qs);
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(treeText(mTo.get(), mTo->researchFolder()), u"a(b c(d))"_qs);
+    const QModelIndex copiedChild = mTo->index(0, 0, copy);
+    QCOMPARE(mTo->documentPlainText(copiedChild, false), u"b text"_qs);
+    QCOMPARE(mTo->snapshots(copiedChild).size(), 1);
+    QCOMPARE(mapsOutOfStep(mTo.get()), QString());
+}
+
+void TstTwoModels::labelsAndStatusItemsAreFoundByTitle()
+{
+    mFrom->setLabels({{7, u"Chapter"_qs, Qt::black}});
+    mFrom->setStatusItems({{9, u"Done"_qs}});
+    mFrom->setLabelIdentity(mSource, 7);
+    mFrom->setStatusIdentity(mSource, 9);
+    const QList<TVLLabel> labels = mTo->labels();
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->labelIdentity(copy), 1);
+    QCOMPARE(mTo->statusIdentity(copy), 5);
+    QCOMPARE(mTo->labels(), labels);
+}
+
+void TstTwoModels::unknownLabelsAndStatusItemsAreAdded()
+{
+    mFrom->setLabels({{7, u"Harbour"_qs, QColor(1, 2, 3)}});
+    mFrom->setStatusItems({{9, u"Sunk"_qs}});
+    mFrom->setLabelIdentity(mSource, 7);
+    mFrom->setStatusIdentity(mSource, 9);
+    addTree(mFrom.get(), mSource, u"b"_qs);
+    mFrom->setLabelIdentity(itemTitled(mFrom.get(), u"b"_qs), 7);
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->labelIdentity(copy), 2);
+    QCOMPARE(mTo->statusIdentity(copy), 6);
+    QVERIFY(mTo->labels().constLast() == (TVLLabel{2, u"Harbour"_qs, QColor(1, 2, 3)}));
+    QVERIFY(mTo->statusItems().constLast() == (TVLStatusItem{6, u"Sunk"_qs}));
+    QCOMPARE(mTo->labels().size(), 4);
+    QCOMPARE(mTo->labelIdentity(mTo->index(0, 0, copy)), 2);
+}
+
+void TstTwoModels::aLabelWithoutColorGetsOne()
+{
+    mFrom->setLabels({{7, u"Harbour"_qs, QColor()}});
+    mFrom->setLabelIdentity(mSource, 7);
+    (void)cloneToResearch(mSource);
+    QVERIFY(mTo->labels().constLast().mColor.isValid());
+}
+
+void TstTwoModels::noLabelStaysNoLabel()
+{
+    mTo->setDefaultLabelIdentity(1);
+    mTo->setDefaultStatusIdentity(1);
+    mFrom->setLabelIdentity(mSource, -1);
+    mFrom->setStatusIdentity(mSource, -1);
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->labelIdentity(copy), -1);
+    QCOMPARE(mTo->statusIdentity(copy), -1);
+}
+
+void TstTwoModels::aLabelThatIsNoMoreBecomesNone()
+{
+    mFrom->projectNode(mSource)->mLabelId = 77;
+    mFrom->projectNode(mSource)->mStatusId = 77;
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->labelIdentity(copy), -1);
+    QCOMPARE(mTo->statusIdentity(copy), -1);
+    QCOMPARE(mTo->labels().size(), 3);
+}
+
+void TstTwoModels::keywordsAreFoundByTitle()
+{
+    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"Whale"_qs));
+    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"sea"_qs));
+    const QColor color = mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_qs));
+    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_qs, u"Whale"_qs}));
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->keywords(copy), QStringList({u"sea"_qs, u"Whale"_qs}));
+    QCOMPARE(mTo->keywordModel()->rowCount(QModelIndex()), 2);
+    QCOMPARE(mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_qs)), color);
+}
+
+void TstTwoModels::unknownKeywordsAreAddedWithTheirColor()
+{
+    TVLKeywordModel *keywords = mFrom->keywordModel();
+    QVERIFY(keywords->insertItem(0, QModelIndex(), u"Sea"_qs));
+    QVERIFY(keywords->insertItem(0, keywords->findTitle(u"Sea"_qs), u"Storm"_qs));
+    keywords->setColor(keywords->findTitle(u"Storm"_qs), QColor(4, 5, 6));
+    QVERIFY(mFrom->setKeywords(mSource, {u"Storm"_qs, u"Sea"_qs}));
+    const QModelIndex copy = cloneToResearch(mSource);
+    QCOMPARE(mTo->keywords(copy), QStringList({u"Storm"_qs, u"Sea"_qs}));
+    const TVLKeywordModel *own = mTo->keywordModel();
+    QCOMPARE(own->rowCount(QModelIndex()), 2);
+    QCOMPARE(own->color(own->findTitle(u"Storm"_qs)), QColor(4, 5, 6));
+}
+
+void TstTwoModels::referencesComeAlong()
+{
+    TVLReference reference;
+    reference.setUrl(QUrl(u"https://example.org"_qs));
+    reference.mTitle = u"Home"_qs;
+    QVERIFY(mFrom->setReferences(mSource, {reference}));
+    QCOMPARE(mTo->references(cloneToResearch(mSource)), QList<TVLReference>({reference}));
+}
+
+void TstTwoModels::theSourceStaysAsItIs()
+{
+    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_qs}));
+    QVERIFY(mFrom->save(true));
+    const TVLProjectNodeProperties record = mFrom->nodeProperties(mSource);
+    const auto files = mSourceProject->files();
+    (void)cloneToResearch(mSource);
+    QVERIFY(mFrom->nodeProperties(mSource) == record);
+    QCOMPARE(mSourceProject->files(), files);
+    QVERIFY(mFrom->isSaved());
+}
+
+void TstTwoModels::picturesStayOutOfTheDraft()
+{
+    const QModelIndex picture = addItem(mFrom.get(), mFrom->researchFolder(), TVL::Image);
+    const QModelIndex text = firstText(mTo.get());
+    QVERIFY(!mTo->canClone(picture, text));
+    QVERIFY(!mTo->clone(picture, text, false, true, true, true));
+    QVERIFY(mTo->canClone(mSource, text));
+}
+
+void TstTwoModels::nothingIsClonedIntoTheTrash()
+{
+    const QModelIndex trashed = addItem(mTo.get(), mTo->trashFolder(), TVL::Text);
+    QVERIFY(!mTo->canClone(mSource, trashed));
+    QVERIFY(!mTo->clone(mSource, trashed, true, true, true, true));
+}
+
+void TstTwoModels::attributesAreAppliedFromTheOtherProject()
+{
+    const QModelIndex target = firstText(mTo.get());
+    const QUuid uuid = mTo->nodeUuid(target);
+    mFrom->setLabelIdentity(mSource, 1);
+    mFrom->projectNode(mSource)->mTarget = 99;
+    QVERIFY(mTo->applyMobileAttributesFromIndex(mSource, target));
+    QCOMPARE(mTo->title(target), u"a"_qs);
+    QCOMPARE(mTo->labelIdentity(target), 1);
+    QCOMPARE(mTo->projectNode(target)->mTarget, 0);
+    QVERIFY(mTo->applyDesktopAttributesFromIndex(mSource, target));
+    QCOMPARE(mTo->projectNode(target)->mTarget, 99);
+    QCOMPARE(mTo->nodeUuid(target), uuid);
+    QVERIFY(mTo->isModified());
+    QVERIFY(!mTo->applyMobileAttributesFromIndex(QModelIndex(), target));
+    QVERIFY(!mTo->applyMobileAttributes(mSource, TVLProjectNodeProperties()));
+    QVERIFY(mTo->nodeProperties(mSource) == TVLProjectNodeProperties());
+}
+
+TVL_TEST_MAIN(TstTwoModels)
+#include "tst_twomodels.moc"

@@ -1,0 +1,309 @@
+#include "TVLSearchIndex.h"
+#include "TestMain.h"
+
+#include <QElapsedTimer>
+#include <QRegularExpression>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+/** The rows of a statement, each with blanks between its values. */
+QStringList rowsOf(const TVLSearchIndex &index, const QString &statement)
+{
+    QSqlQuery query(index);
+    if (!query.exec(statement))
+        qFatal("%s", qPrintable(query.lastError().text()));
+    QStringList rows;
+    while (query.next()) {
+        QStringList values;
+        for (int i = 0; query.value(i).isValid(); ++i)
+            values.append(query.value(i).toString());
+        rows.append(values.join(u' '));
+    }
+    return rows;
+}
+
+QStringList keywordRows(const TVLSearchIndex &index)
+{
+    return rowsOf(index, u"SELECT identity, title FROM ProjectKeywords ORDER BY identity"_qs);
+}
+
+/** Document, type and value of each row. */
+QStringList documentRows(const TVLSearchIndex &index)
+{
+    return rowsOf(index,
+                  u"SELECT identity, type, propertyValue FROM DocumentIntProperties "
+                  "ORDER BY identity, type, rowid"_qs);
+}
+
+void execute(const TVLSearchIndex &index, const QString &statement)
+{
+    QSqlQuery query(index);
+    if (!query.exec(statement))
+        qFatal("%s", qPrintable(query.lastError().text()));
+}
+
+void ignoreSqlErrors(const QString &text, int times = 1)
+{
+    for (int i = 0; i < times; ++i)
+        QTest::ignoreMessage(
+            QtCriticalMsg, QRegularExpression(u"^sql error \".*\" \".*%1.*\" \\d+$"_qs.arg(text)));
+}
+
+} // namespace
+
+class TstKeywordRows : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { mIndex = std::make_unique<TVLSearchIndex>(); }
+    void cleanup() { mIndex.reset(); }
+
+    void aKeywordIsAdded();
+    void aKeywordOfATakenIdIsRefusedAndLogged();
+    void aKeywordIsRenamed();
+    void renamingAnUnknownKeywordChangesNothing();
+    void aKeywordIsRemovedWithItsDocuments();
+    void onlyRowsOfKeywordsGoWithAKeyword();
+    void documentsGetKeywords();
+    void aKeywordOfADocumentIsRemoved();
+    void keywordsOfADocumentAreReplaced();
+    void keywordsOfAllDocumentsAreReplaced();
+    void aDocumentIsAffectedOnce();
+    void aRemovedDocumentKeepsItsTexts();
+    void aNewStoreHasNothingBeyondItsTables();
+    void successMarksTheStoreAsModified();
+    void aFailureIsLoggedAndTheStoreWorksOn();
+    void aFailedReplacementOfAllLeavesThemAsTheyWere();
+    void statementsWorkInsideATransaction();
+    void manyDocumentsAndKeywords();
+
+private:
+    std::unique_ptr<TVLSearchIndex> mIndex;
+};
+
+void TstKeywordRows::aKeywordIsAdded()
+{
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
+    QVERIFY(mIndex->addKeyword(1, QString()));
+    QVERIFY(mIndex->addKeyword(2, u"x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_qs));
+    QCOMPARE(keywordRows(*mIndex),
+             QStringList(
+                 {u"1 "_qs, u"2 x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_qs, u"3 Sea"_qs}));
+}
+
+void TstKeywordRows::aKeywordOfATakenIdIsRefusedAndLogged()
+{
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
+    ignoreSqlErrors(u"UNIQUE constraint failed: ProjectKeywords.identity"_qs);
+    QVERIFY(!mIndex->addKeyword(3, u"Land"_qs));
+    QCOMPARE(keywordRows(*mIndex), QStringList{u"3 Sea"_qs});
+    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
+}
+
+void TstKeywordRows::aKeywordIsRenamed()
+{
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
+    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
+    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_qs));
+    QCOMPARE(keywordRows(*mIndex), QStringList({u"3 Ocean"_qs, u"4 Land"_qs}));
+}
+
+void TstKeywordRows::renamingAnUnknownKeywordChangesNothing()
+{
+    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_qs));
+    QCOMPARE(keywordRows(*mIndex), QStringList());
+}
+
+void TstKeywordRows::aKeywordIsRemovedWithItsDocuments()
+{
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
+    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    QVERIFY(mIndex->setDocumentKeywords(11, {3}));
+    QVERIFY(mIndex->removeKeyword(3));
+    QCOMPARE(keywordRows(*mIndex), QStringList{u"4 Land"_qs});
+    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 4"_qs});
+    QVERIFY(mIndex->removeKeyword(77));
+}
+
+void TstKeywordRows::onlyRowsOfKeywordsGoWithAKeyword()
+{
+    // A label and a status of the keyword's number.
+    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 3), (10, 7, 3)"_qs);
+    QVERIFY(mIndex->addDocumentKeyword(10, 3));
+    QCOMPARE(mIndex->affectedDocuments(3), QSet<int>{10});
+    QVERIFY(mIndex->removeDocumentKeyword(10, 3));
+    QVERIFY(mIndex->removeKeyword(3));
+    QVERIFY(mIndex->setDocumentKeywords(10, {}));
+    QVERIFY(mIndex->setAllDocumentKeywords({}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 6 3"_qs, u"10 7 3"_qs}));
+    QVERIFY(mIndex->affectedDocuments(3).isEmpty());
+}
+
+void TstKeywordRows::documentsGetKeywords()
+{
+    QVERIFY(mIndex->addDocumentKeyword(10, 3));
+    QVERIFY(mIndex->addDocumentKeyword(10, 1));
+    QVERIFY(mIndex->addDocumentKeyword(0, 3));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"0 5 3"_qs, u"10 5 3"_qs, u"10 5 1"_qs}));
+    QCOMPARE(mIndex->affectedDocuments(3), QSet<int>({0, 10}));
+    QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{10});
+    QVERIFY(mIndex->affectedDocuments(2).isEmpty());
+}
+
+void TstKeywordRows::aKeywordOfADocumentIsRemoved()
+{
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    QVERIFY(mIndex->setDocumentKeywords(11, {3}));
+    QVERIFY(mIndex->removeDocumentKeyword(10, 3));
+    QVERIFY(mIndex->removeDocumentKeyword(11, 4));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 4"_qs, u"11 5 3"_qs}));
+}
+
+void TstKeywordRows::keywordsOfADocumentAreReplaced()
+{
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    QVERIFY(mIndex->setDocumentKeywords(11, {3}));
+    QVERIFY(mIndex->setDocumentKeywords(10, {7, 3}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 7"_qs, u"10 5 3"_qs, u"11 5 3"_qs}));
+    QVERIFY(mIndex->setDocumentKeywords(10, {}));
+    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
+}
+
+void TstKeywordRows::keywordsOfAllDocumentsAreReplaced()
+{
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    QVERIFY(mIndex->setAllDocumentKeywords({{11, 3}, {12, 9}, {11, 1}}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"11 5 3"_qs, u"11 5 1"_qs, u"12 5 9"_qs}));
+    QVERIFY(mIndex->setAllDocumentKeywords({}));
+    QCOMPARE(documentRows(*mIndex), QStringList());
+}
+
+void TstKeywordRows::aDocumentIsAffectedOnce()
+{
+    QVERIFY(mIndex->addDocumentKeyword(10, 3));
+    QVERIFY(mIndex->addDocumentKeyword(10, 3));
+    QCOMPARE(documentRows(*mIndex).size(), 2);
+    QCOMPARE(mIndex->affectedDocuments(3), QSet<int>{10});
+}
+
+void TstKeywordRows::aRemovedDocumentKeepsItsTexts()
+{
+    execute(*mIndex,
+            u"INSERT INTO DocumentSearchProperties VALUES (10, 1, 'Title', 1), (10, 2, 'x', 0)"_qs);
+    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 1), (10, 7, 2)"_qs);
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    QVERIFY(mIndex->setDocumentKeywords(11, {3}));
+    QVERIFY(mIndex->removeDocument(10));
+    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
+    QCOMPARE(rowsOf(*mIndex, u"SELECT count(*) FROM DocumentSearchProperties"_qs),
+             QStringList{u"2"_qs});
+    QVERIFY(mIndex->removeDocument(99));
+}
+
+void TstKeywordRows::aNewStoreHasNothingBeyondItsTables()
+{
+    const QString objects = u"SELECT count(*) FROM sqlite_master WHERE sql IS NOT NULL"_qs;
+    QVERIFY(mIndex->affectedDocuments(1).isEmpty());
+    QCOMPARE(rowsOf(*mIndex, objects), QStringList{u"6"_qs});
+}
+
+void TstKeywordRows::successMarksTheStoreAsModified()
+{
+    QVERIFY(mIndex->affectedDocuments(1).isEmpty());
+    QVERIFY(!mIndex->isModified());
+    const QList<std::function<bool(TVLSearchIndex *)>> changes = {
+        [](TVLSearchIndex *index) { return index->addKeyword(1, u"a"_qs); },
+        [](TVLSearchIndex *index) { return index->updateKeyword(1, u"b"_qs); },
+        [](TVLSearchIndex *index) { return index->removeKeyword(1); },
+        [](TVLSearchIndex *index) { return index->addDocumentKeyword(1, 1); },
+        [](TVLSearchIndex *index) { return index->removeDocumentKeyword(1, 1); },
+        [](TVLSearchIndex *index) { return index->setDocumentKeywords(1, {1}); },
+    };
+    for (const auto &change : changes) {
+        TVLSearchIndex index;
+        QVERIFY(change(&index));
+        QVERIFY(index.isModified());
+    }
+}
+
+void TstKeywordRows::aFailureIsLoggedAndTheStoreWorksOn()
+{
+    execute(*mIndex, u"ALTER TABLE ProjectKeywords RENAME TO Away"_qs);
+    execute(*mIndex, u"ALTER TABLE DocumentIntProperties RENAME TO AwayToo"_qs);
+    ignoreSqlErrors(u"no such table: ProjectKeywords"_qs, 3);
+    ignoreSqlErrors(u"no such table: .*DocumentIntProperties"_qs, 8);
+    QVERIFY(!mIndex->addKeyword(1, u"a"_qs));
+    QVERIFY(!mIndex->updateKeyword(1, u"a"_qs));
+    QVERIFY(!mIndex->removeKeyword(1));
+    QVERIFY(!mIndex->addDocumentKeyword(1, 1));
+    QVERIFY(!mIndex->removeDocumentKeyword(1, 1));
+    QVERIFY(!mIndex->setDocumentKeywords(1, {1}));
+    QVERIFY(mIndex->affectedDocuments(1).isEmpty());
+    QVERIFY(!mIndex->removeDocument(1));
+    QVERIFY(!mIndex->isModified());
+
+    execute(*mIndex, u"ALTER TABLE Away RENAME TO ProjectKeywords"_qs);
+    execute(*mIndex, u"ALTER TABLE AwayToo RENAME TO DocumentIntProperties"_qs);
+    QVERIFY(mIndex->addKeyword(1, u"a"_qs));
+    QVERIFY(mIndex->setDocumentKeywords(1, {1}));
+    QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{1});
+}
+
+void TstKeywordRows::aFailedReplacementOfAllLeavesThemAsTheyWere()
+{
+    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
+    execute(*mIndex,
+            u"CREATE TRIGGER refuse BEFORE INSERT ON DocumentIntProperties "
+            "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs);
+    ignoreSqlErrors(u"refused"_qs, 2);
+    QVERIFY(!mIndex->setAllDocumentKeywords({{11, 3}, {11, 9}, {11, 4}}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 3"_qs, u"10 5 4"_qs}));
+    // The keywords of one document stop at the first that fails.
+    QVERIFY(!mIndex->setDocumentKeywords(10, {1, 9, 2}));
+    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 1"_qs});
+}
+
+void TstKeywordRows::statementsWorkInsideATransaction()
+{
+    QVERIFY(mIndex->transaction());
+    QVERIFY(mIndex->addKeyword(1, u"a"_qs));
+    QVERIFY(mIndex->setDocumentKeywords(5, {1}));
+    QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{5});
+    QVERIFY(mIndex->rollback());
+    QCOMPARE(keywordRows(*mIndex), QStringList());
+    QVERIFY(mIndex->affectedDocuments(1).isEmpty());
+    QVERIFY(mIndex->addKeyword(1, u"b"_qs));
+}
+
+void TstKeywordRows::manyDocumentsAndKeywords()
+{
+    constexpr int Count = 100000;
+    QElapsedTimer timer;
+    timer.start();
+    QList<std::pair<int, int>> rows;
+    for (int id = 0; id < Count; ++id)
+        rows.append({id, id % 5000});
+    QVERIFY(mIndex->setAllDocumentKeywords(rows));
+    qInfo("%d rows entered in %lld ms", Count, timer.restart());
+    // Each of these would look at all rows if it were left to the tables alone.
+    for (int id = 0; id < 5000; ++id) {
+        QCOMPARE(mIndex->affectedDocuments(id).size(), Count / 5000);
+        QVERIFY(mIndex->setDocumentKeywords(id, {id, 6000}));
+    }
+    for (int id = 0; id < 5000; ++id)
+        QVERIFY(mIndex->removeKeyword(id));
+    qInfo("asked, replaced and removed in %lld ms", timer.elapsed());
+    QCOMPARE(rowsOf(*mIndex, u"SELECT count(*) FROM DocumentIntProperties"_qs),
+             QStringList{u"5000"_qs});
+}
+
+TVL_TEST_MAIN(TstKeywordRows)
+#include "tst_keywordrows.moc"

@@ -1,0 +1,276 @@
+#include "StorageFixtures.h"
+#include "TVLProjectFolderFormat.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+using Files = QMap<QString, QByteArray>;
+
+const QUuid One = uuidOf(1);
+const QUuid Two = uuidOf(2);
+
+QString desktop(const QUuid &uuid, const QString &name)
+{
+    return Format::filesDataNodePath(QString(), uuid).mid(1) + u'/' + name;
+}
+
+QString mobile(const QUuid &uuid, const QString &name)
+{
+    return Format::mobileDataNodePath(QString(), uuid).mid(1) + u'/' + name;
+}
+
+/** The files of a folder, with what they hold. */
+Files filesIn(const TestProject &project, const QString &folder)
+{
+    Files found;
+    const QString start = folder.endsWith(u'/') ? folder : folder + u'/';
+    const Files all = project.files();
+    for (auto file = all.cbegin(); file != all.cend(); ++file) {
+        if (file.key().startsWith(start))
+            found.insert(file.key().mid(start.size()), file.value());
+    }
+    return found;
+}
+
+Files desktopFiles(const TestProject &project, const QUuid &uuid)
+{
+    return filesIn(project, desktop(uuid, QString()));
+}
+
+Files mobileFiles(const TestProject &project, const QUuid &uuid)
+{
+    return filesIn(project, mobile(uuid, QString()));
+}
+
+const Files Texts = {{u"content.rtf"_qs, "text"}, {u"synopsis.txt"_qs, "synopsis"}};
+
+void writeMobile(const TestProject &project, const QUuid &uuid)
+{
+    for (auto file = Texts.cbegin(); file != Texts.cend(); ++file)
+        project.writeFile(mobile(uuid, file.key()), file.value());
+}
+
+void writeDesktop(const TestProject &project, const QUuid &uuid)
+{
+    for (auto file = Texts.cbegin(); file != Texts.cend(); ++file)
+        project.writeFile(desktop(uuid, file.key()), file.value());
+}
+
+} // namespace
+
+class TstItemLayouts : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aDesktopItemIsCopiedToTheMobileCopy();
+    void aMobileItemIsCopiedToAnother();
+    void copiesReplaceNothing();
+    void copiesNeedASource();
+
+    void aMobileItemTakesTheDesktopItemsPlace_data();
+    void aMobileItemTakesTheDesktopItemsPlace();
+    void withoutAMobileFolderTheDesktopItemStays();
+    void aFolderThatCannotBeEmptiedIsAFailure();
+
+    void numberedFilesGetTheNamesOfAnItemsFolder_data();
+    void numberedFilesGetTheNamesOfAnItemsFolder();
+    void numberedFilesReplaceThoseInTheFolder();
+    void numberedFilesGoToEitherFolder();
+    void aFolderThatCannotBeMadeIsAFailure();
+
+    void foldersAreListedByTheirUuids();
+};
+
+void TstItemLayouts::aDesktopItemIsCopiedToTheMobileCopy()
+{
+    const TestProject project;
+    writeDesktop(project, One);
+    QVERIFY(Format::copyDesktopToMobileV23(project.binderPath(), One, Two));
+    QCOMPARE(mobileFiles(project, Two), Texts);
+    QCOMPARE(desktopFiles(project, One), Texts);
+}
+
+void TstItemLayouts::aMobileItemIsCopiedToAnother()
+{
+    const TestProject project;
+    writeMobile(project, One);
+    QVERIFY(Format::copyMobileToMobile(project.binderPath(), One, Two));
+    QCOMPARE(mobileFiles(project, Two), Texts);
+    QCOMPARE(mobileFiles(project, One), Texts);
+}
+
+void TstItemLayouts::copiesReplaceNothing()
+{
+    const TestProject project;
+    writeDesktop(project, One);
+    writeMobile(project, One);
+    project.writeFile(mobile(Two, u"content.rtf"_qs), "mine");
+    QVERIFY(!Format::copyDesktopToMobileV23(project.path(), One, Two));
+    QVERIFY(!Format::copyMobileToMobile(project.path(), One, Two));
+    QCOMPARE(project.readFile(mobile(Two, u"content.rtf"_qs)), "mine");
+}
+
+void TstItemLayouts::copiesNeedASource()
+{
+    const TestProject project;
+    QVERIFY(!Format::copyDesktopToMobileV23(project.path(), One, Two));
+    QVERIFY(!Format::copyMobileToMobile(project.path(), One, Two));
+    QVERIFY(!QFileInfo::exists(project.path()));
+}
+
+void TstItemLayouts::aMobileItemTakesTheDesktopItemsPlace_data()
+{
+    QTest::addColumn<int>("form");
+    QTest::addColumn<bool>("isThere");
+    for (const bool isThere : {false, true}) {
+        const char *target = isThere ? "old" : "new";
+        QTest::addRow("copy to a %s folder", target) << 0 << isThere;
+        QTest::addRow("sync to a %s folder", target) << 1 << isThere;
+        QTest::addRow("move to a %s folder", target) << 2 << isThere;
+    }
+}
+
+void TstItemLayouts::aMobileItemTakesTheDesktopItemsPlace()
+{
+    QFETCH(const int, form);
+    QFETCH(const bool, isThere);
+    const TestProject project;
+    writeMobile(project, One);
+    writeDesktop(project, Two);
+    if (isThere) {
+        project.writeFile(desktop(One, u"content.rtf"_qs), "old");
+        project.writeFile(desktop(One, u"notes.rtf"_qs), "old");
+        project.writeFile(desktop(One, u"folder/.hidden"_qs), "old");
+    }
+    if (form == 0)
+        QVERIFY(Format::copyMobileToDesktopV23(project.binderPath(), One));
+    else if (form == 1)
+        QVERIFY(Format::syncMobileToDesktopV23(project.binderPath(), One));
+    else
+        QVERIFY(Format::moveMobileToDesktopV23(project.binderPath(), One));
+    QCOMPARE(desktopFiles(project, One), Texts);
+    QCOMPARE(desktopFiles(project, Two), Texts);
+    QCOMPARE(mobileFiles(project, One), form == 2 ? Files() : Texts);
+    QCOMPARE(QFileInfo::exists(project.path(mobile(One, QString()))), form != 2);
+}
+
+void TstItemLayouts::withoutAMobileFolderTheDesktopItemStays()
+{
+    const TestProject project;
+    writeDesktop(project, One);
+    QVERIFY(!Format::copyMobileToDesktopV23(project.path(), One));
+    QVERIFY(Format::syncMobileToDesktopV23(project.path(), One));
+    QVERIFY(Format::moveMobileToDesktopV23(project.path(), One));
+    QCOMPARE(desktopFiles(project, One), Texts);
+}
+
+void TstItemLayouts::aFolderThatCannotBeEmptiedIsAFailure()
+{
+    const TestProject project;
+    writeMobile(project, One);
+    project.writeFile(desktop(One, QString()).chopped(1), "a file");
+    QVERIFY(!Format::copyMobileToDesktopV23(project.path(), One));
+    QVERIFY(!Format::syncMobileToDesktopV23(project.path(), One));
+    QVERIFY(!Format::moveMobileToDesktopV23(project.path(), One));
+    QCOMPARE(mobileFiles(project, One), Texts);
+}
+
+void TstItemLayouts::numberedFilesGetTheNamesOfAnItemsFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("copy");
+    QTest::newRow("main text") << u"12.rtf"_qs << u"content.rtf"_qs;
+    QTest::newRow("notes") << u"12_notes.rtf"_qs << u"notes.rtf"_qs;
+    QTest::newRow("synopsis") << u"12_synopsis.txt"_qs << u"synopsis.txt"_qs;
+    QTest::newRow("links") << u"12.links"_qs << u"content.links"_qs;
+    QTest::newRow("comments") << u"12.comments"_qs << u"content.comments"_qs;
+    QTest::newRow("styles") << u"12.styles"_qs << u"content.styles"_qs;
+    QTest::newRow("main file of another kind") << u"12.pdf"_qs << u"content.pdf"_qs;
+    QTest::newRow("upper case") << u"12.PDF"_qs << u"content.PDF"_qs;
+    // These have no type by their numbered names.
+    QTest::newRow("styles of the notes") << u"12_notes.styles"_qs << QString();
+    QTest::newRow("index card image") << u"12_icImage.png"_qs << QString();
+    QTest::newRow("another item") << u"123.rtf"_qs << QString();
+}
+
+void TstItemLayouts::numberedFilesGetTheNamesOfAnItemsFolder()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QString, copy);
+    const TestProject project;
+    project.writeFile(u"Files/Docs/"_qs + name, "content");
+    QVERIFY(Format::copyDesktopV18ToPath(project.binderPath(), 12, project.path(u"a/b"_qs)));
+    QCOMPARE(filesIn(project, u"a/b"_qs), copy.isEmpty() ? Files() : Files({{copy, "content"}}));
+    QCOMPARE(project.readFile(u"Files/Docs/"_qs + name), "content");
+}
+
+void TstItemLayouts::numberedFilesReplaceThoseInTheFolder()
+{
+    const TestProject project;
+    project.writeFile(u"Files/Docs/12.rtf"_qs, "new");
+    QVERIFY(QFile::setPermissions(project.path(u"Files/Docs/12.rtf"_qs), QFileDevice::ReadOwner));
+    project.writeFile(u"Files/Docs/12_notes.rtf"_qs, "new notes");
+    project.writeFile(u"target/content.rtf"_qs, "old");
+    project.writeFile(u"target/content.comments"_qs, "old");
+    QVERIFY(Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"target"_qs)));
+    QCOMPARE(filesIn(project, u"target"_qs),
+             (Files{{u"content.rtf"_qs, "new"},
+                    {u"content.comments"_qs, "old"},
+                    {u"notes.rtf"_qs, "new notes"}}));
+    QVERIFY(QFile::permissions(project.path(u"target/content.rtf"_qs))
+                .testFlag(QFileDevice::WriteOwner));
+    // One that can't be replaced doesn't keep the others back.
+    project.writeFile(u"blocked/notes.rtf/file"_qs, "in its place");
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"blocked"_qs)));
+    QCOMPARE(project.readFile(u"blocked/content.rtf"_qs), "new");
+}
+
+void TstItemLayouts::numberedFilesGoToEitherFolder()
+{
+    const TestProject project;
+    project.writeFile(u"Files/Docs/12.rtf"_qs, "text");
+    project.writeFile(u"Files/Docs/12_synopsis.txt"_qs, "synopsis");
+    QVERIFY(Format::copyDesktopV18ToDesktopV23(project.binderPath(), 12, One));
+    QCOMPARE(desktopFiles(project, One), Texts);
+    QVERIFY(mobileFiles(project, One).isEmpty());
+    QVERIFY(Format::copyDesktopToMobileV18(project.binderPath(), 12, Two));
+    QCOMPARE(mobileFiles(project, Two), Texts);
+    QVERIFY(desktopFiles(project, Two).isEmpty());
+}
+
+void TstItemLayouts::aFolderThatCannotBeMadeIsAFailure()
+{
+    const TestProject project;
+    project.writeFile(u"Files/Docs/12.rtf"_qs, "text");
+    project.writeFile(u"file"_qs, "a file");
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file/folder"_qs)));
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file"_qs)));
+    QCOMPARE(project.readFile(u"file"_qs), "a file");
+}
+
+void TstItemLayouts::foldersAreListedByTheirUuids()
+{
+    const TestProject project;
+    writeDesktop(project, One);
+    writeDesktop(project, Two);
+    project.writeFile(u"Files/Data/docs.checksum"_qs, "checksums");
+    project.writeFile(u"Files/Data/no uuid/file"_qs, "file");
+    project.writeFile(desktop(QUuid(), u"content.rtf"_qs), "text");
+    project.writeFile(desktop(uuidOf(3), QString()).chopped(1), "a file");
+    QList<QUuid> uuids = Format::folderUUIDs(Format::filesDataPath(project.path()));
+    std::sort(uuids.begin(), uuids.end());
+    QCOMPARE(uuids, (QList{One, Two}));
+    QCOMPARE(Format::folderUUIDs(project.path(u"missing"_qs)), QList<QUuid>());
+}
+
+TVL_TEST_MAIN(TstItemLayouts)
+#include "tst_itemlayouts.moc"
