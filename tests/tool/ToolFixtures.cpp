@@ -31,6 +31,8 @@ ProgramResult runProgram(const QString &program, const QStringList &arguments,
     process.setWorkingDirectory(place.workingDirectory);
     if (!place.outputFile.isEmpty())
         process.setStandardOutputFile(place.outputFile);
+    if (!place.errorFile.isEmpty())
+        process.setStandardErrorFile(place.errorFile);
     process.start(program, arguments);
     if (!process.waitForFinished(Patience))
         return {};
@@ -156,7 +158,7 @@ void writeSoundProject(const TestProject &project)
     project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Gulls.}");
     project.writeFile(u"Files/Docs/4_synopsis.txt"_qs, "Gulls");
     project.writeFile(u"Files/Docs/docs.checksum"_qs, "4.rtf=0");
-    project.writeFile(u"Snapshots/5.snapshots/index.xml"_qs, "<SnapshotIndexes/>");
+    project.writeFile(u"Snapshots/5.snapshots/index.xml"_qs, "<Snapshots/>");
 }
 
 void zipBinder(const TestProject &project, const QString &zipName)

@@ -27,6 +27,7 @@ struct ProgramPlace
 {
     QString workingDirectory;
     QString outputFile; ///< Takes standard output instead of the result.
+    QString errorFile; ///< Takes standard error instead of the result.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 };
 

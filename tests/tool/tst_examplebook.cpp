@@ -3,221 +3,158 @@
 
 #include "TVLProjectFolderFormat.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonObject>
 #include <QTest>
 
-/** The example program that makes a book, and what the tool says of it. */
+/** The example program that works on a book, and what the tool says of it afterwards. */
 class TstExampleBook : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aBookHasItsChaptersInFiveParts();
-    void someChaptersHaveLabelsAndEveryOneAStatus();
+    void theLastChaptersMoveToAFolderOfTheirOwn_data();
+    void theLastChaptersMoveToAFolderOfTheirOwn();
+    void theLastChapterHasASnapshotAndANewLine();
     void theBookIsSoundAndNotLocked();
-    void withoutAListTheBookHasItsOwnTitles();
-    void titlesComeFromJsonFilesInNumericOrder();
-    void chaptersHaveTheirTexts();
-    void withoutATextOfItsOwnAChapterHasThePassage();
-    void unevenTitlesFillTheFirstPartsMore();
-    void whatCannotBeMadeIsRefused_data();
-    void whatCannotBeMadeIsRefused();
+    void whatCannotBeWorkedOnStaysAsItIs_data();
+    void whatCannotBeWorkedOnStaysAsItIs();
+    void aTextThatCannotBeReadIsLeftAlone();
 };
 
 namespace {
-
-const QString TitlesFile = QStringLiteral(EXAMPLE_TITLES);
 
 ProgramResult runExample(const QStringList &arguments)
 {
     return runProgram(QStringLiteral(EXAMPLE_BOOK), arguments);
 }
 
-QStringList titlesInFile()
+/** A book whose last part has chapters with these ids. */
+void writeBook(const TestProject &project, const QList<int> &ids)
 {
-    QFile file(TitlesFile);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("could not read the titles");
-    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    QByteArray chapters;
+    for (const int id : ids) {
+        chapters += item(id, "Text", "Chapter " + QByteArray::number(id));
+        project.writeFile(u"Files/Docs/%1.rtf"_qs.arg(id),
+                          "{\\rtf1 Text " + QByteArray::number(id) + "}");
+    }
+    writeProject(
+        project,
+        binderXml(systemFolders(
+            item(3, "Folder", "Part 1")
+            + item(4, "Folder", "Part 2", {.attributes = {}, .metaData = {}, .children = chapters})
+            + item(5, "Text", "Epilogue"))));
 }
 
-/** The parts of a book, as the tool tells them. */
-QJsonArray partsOf(const TestProject &project)
+/** The items of the Draft with their children in parentheses. */
+QString draftTreeOf(const TestProject &project)
 {
     const QJsonArray items = runTool({u"outline"_qs, u"--json"_qs, project.path()}).json().array();
-    if (items.size() != 3 || items[0][u"type"] != u"DraftFolder"_qs)
-        return {};
-    return items[0][u"children"].toArray();
-}
-
-QStringList titlesOf(const QJsonArray &items)
-{
     QStringList titles;
-    for (const QJsonValue &item : items)
-        titles.append(item[u"title"].toString());
-    return titles;
-}
-
-QStringList chaptersOf(const QJsonArray &parts)
-{
-    QStringList titles;
-    for (const QJsonValue &part : parts)
-        titles += titlesOf(part[u"children"].toArray());
-    return titles;
-}
-
-/** A folder of chapters with these numbers, each with its number in its title. */
-QString writeChapters(const TestProject &project, const QList<int> &numbers)
-{
-    const QString path = project.enclosingPath() + u"/data"_qs;
-    for (const int number : numbers)
-        writeFileAt(path + u"/chapter_%1.json"_qs.arg(number),
-                    "{\"title\": \"No. " + QByteArray::number(number) + "\", \"text\": \"Sea.\"}");
-    return path;
+    for (const QJsonValue &item : items[0][u"children"].toArray()) {
+        QStringList children;
+        for (const QJsonValue &child : item[u"children"].toArray())
+            children.append(child[u"title"].toString());
+        titles.append(item[u"title"].toString() + u'(' + children.join(u", ") + u')');
+    }
+    return titles.join(u' ');
 }
 
 } // namespace
 
-void TstExampleBook::aBookHasItsChaptersInFiveParts()
+void TstExampleBook::theLastChaptersMoveToAFolderOfTheirOwn_data()
 {
-    const TestProject project;
-    const ProgramResult made = runExample({project.path(), TitlesFile});
-    QVERIFY2(made.status == 0, made.errors);
-    QCOMPARE(made.output, project.path().toUtf8() + '\n');
-
-    const QJsonArray parts = partsOf(project);
-    QCOMPARE(titlesOf(parts),
-             QStringList({u"Part 1"_qs, u"Part 2"_qs, u"Part 3"_qs, u"Part 4"_qs, u"Part 5"_qs}));
-    for (const QJsonValue &part : parts) {
-        QCOMPARE(part[u"type"], QJsonValue(u"Folder"_qs));
-        const QJsonArray chapters = part[u"children"].toArray();
-        QCOMPARE(chapters.size(), 27);
-        for (const QJsonValue &chapter : chapters)
-            QCOMPARE(chapter[u"type"], QJsonValue(u"Text"_qs));
-    }
-    QCOMPARE(titlesInFile().size(), 135);
-    QCOMPARE(chaptersOf(parts), titlesInFile());
+    QTest::addColumn<QList<int>>("ids");
+    QTest::addColumn<QString>("tree");
+    QTest::newRow("of many")
+        << QList<int>{10, 11, 12, 13, 14}
+        << u"Part 1() Part 2(Chapter 10, Chapter 11) Epilogue() The End(Chapter 12, Chapter 13, "
+           "Chapter 14)"_qs;
+    QTest::newRow("of two") << QList<int>{10, 11}
+                            << u"Part 1() Part 2() Epilogue() The End(Chapter 10, Chapter 11)"_qs;
 }
 
-void TstExampleBook::someChaptersHaveLabelsAndEveryOneAStatus()
+void TstExampleBook::theLastChaptersMoveToAFolderOfTheirOwn()
+{
+    QFETCH(const QList<int>, ids);
+    QFETCH(const QString, tree);
+    const TestProject project;
+    writeBook(project, ids);
+    const ProgramResult result = runExample({project.path()});
+    QVERIFY2(result.status == 0, result.errors);
+    QCOMPARE(draftTreeOf(project), tree);
+}
+
+void TstExampleBook::theLastChapterHasASnapshotAndANewLine()
 {
     const TestProject project;
-    QCOMPARE(runExample({project.path(), TitlesFile}).status, 0);
-    const QJsonArray parts = partsOf(project);
-    QCOMPARE(parts.size(), 5);
-    for (const QJsonValue &part : parts) {
-        const QJsonArray chapters = part[u"children"].toArray();
-        QCOMPARE(chapters.first()[u"label"], QJsonValue(u"Opening"_qs));
-        QCOMPARE(chapters.first()[u"status"], QJsonValue(u"Done"_qs));
-        QCOMPARE(chapters.at(1)[u"label"], QJsonValue());
-        QCOMPARE(chapters.at(1)[u"status"], QJsonValue(u"First Draft"_qs));
-        QCOMPARE(chapters.last()[u"label"], QJsonValue(u"Closing"_qs));
-    }
+    writeBook(project, {10, 11, 12, 13});
+    QCOMPARE(runExample({project.path()}).status, 0);
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"13"_qs}).output,
+             QByteArray("Text 13\nTHE END\n"));
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"12"_qs}).output, QByteArray("Text 12\n"));
+    QCOMPARE(
+        runTool({u"snapshot"_qs, u"show"_qs, project.path(), u"13"_qs, u"Before the last line"_qs})
+            .output,
+        QByteArray("Text 13\n"));
 }
 
 void TstExampleBook::theBookIsSoundAndNotLocked()
 {
     const TestProject project;
-    QCOMPARE(runExample({project.path(), TitlesFile}).status, 0);
+    writeBook(project, {10, 11, 12, 13});
+    QCOMPARE(runExample({project.path()}).status, 0);
     const ProgramResult check = runTool({u"check"_qs, project.path()});
     QVERIFY2(check.status == 0, check.output);
     QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
 }
 
-void TstExampleBook::withoutAListTheBookHasItsOwnTitles()
+void TstExampleBook::whatCannotBeWorkedOnStaysAsItIs_data()
 {
-    const TestProject project;
-    QCOMPARE(runExample({project.path()}).status, 0);
-    QCOMPARE(chaptersOf(partsOf(project)), titlesInFile());
+    QTest::addColumn<QString>("project"); // of the folder of the test; empty for none named
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("nothing named") << QString() << QByteArray("give a project that exists");
+    QTest::newRow("nothing there") << u"None.tavel"_qs << QByteArray("give a project that exists");
+    QTest::newRow("no chapters") << u"Novel.tavel"_qs
+                                 << QByteArray("the Draft has no folder with chapters");
+    QTest::newRow("locked") << u"Locked.tavel"_qs << QByteArray("is locked or can't be");
+    QTest::newRow("damaged") << u"Damaged.tavel"_qs << QByteArray("can't be read");
 }
 
-void TstExampleBook::titlesComeFromJsonFilesInNumericOrder()
+void TstExampleBook::whatCannotBeWorkedOnStaysAsItIs()
 {
-    const TestProject project;
-    const QString data = writeChapters(project, {1, 2, 3, 9, 10, 11, 100});
-    writeFileAt(data + u"/index.json"_qs, "{}");
-    QCOMPARE(runExample({project.path(), u"--json-dir"_qs, data}).status, 0);
-    QCOMPARE(chaptersOf(partsOf(project)),
-             QStringList({u"No. 1"_qs, u"No. 2"_qs, u"No. 3"_qs, u"No. 9"_qs, u"No. 10"_qs,
-                          u"No. 11"_qs, u"No. 100"_qs}));
-}
+    QFETCH(const QString, project);
+    QFETCH(const QByteArray, error);
+    const TestProject novel;
+    writeBook(novel, {});
+    const QString folder = novel.enclosingPath();
+    writeFileAt(folder + u"/Locked.tavel/Files/user.lock"_qs, "host=elsewhere");
+    writeFileAt(folder + u"/Damaged.tavel/Damaged.tavelx"_qs, "<Tavel");
+    writeFileAt(folder + u"/Damaged.tavel/Files/version.txt"_qs, "18");
+    auto before = everythingBelow(folder);
 
-void TstExampleBook::chaptersHaveTheirTexts()
-{
-    const TestProject project;
-    const QString data = writeChapters(project, {1, 2});
-    writeFileAt(
-        data + u"/chapter_2.json"_qs,
-        "{\"title\": \"Storm\", \"text\": \"One\\nline.\\n\\nTwo \u2014 \\u201cx\\u201d.\\n\"}");
-    QCOMPARE(runExample({project.path(), u"--json-dir"_qs, data}).status, 0);
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/Part 1/No. 1"_qs}).output,
-             QByteArray("Sea.\n"));
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/Part 2/Storm"_qs}).output,
-             u"One line.\nTwo \u2014 \u201cx\u201d.\n"_qs.toUtf8());
-}
-
-void TstExampleBook::withoutATextOfItsOwnAChapterHasThePassage()
-{
-    const TestProject project;
-    QCOMPARE(runExample({project.path()}).status, 0);
-    const QString chapter = u"Draft/Part 5/"_qs + titlesInFile().constLast();
-    const QByteArray text = runTool({u"cat"_qs, project.path(), chapter}).output;
-    QCOMPARE(text.count('\n'), 3);
-    QVERIFY(text.startsWith("The rain had stopped"));
-}
-
-void TstExampleBook::unevenTitlesFillTheFirstPartsMore()
-{
-    const TestProject project;
-    const QString data = writeChapters(project, {1, 2, 3, 4, 5, 6, 7});
-    QCOMPARE(runExample({project.path(), u"--json-dir"_qs, data}).status, 0);
-    QList<qsizetype> sizes;
-    const QJsonArray parts = partsOf(project);
-    for (const QJsonValue &part : parts)
-        sizes.append(part[u"children"].toArray().size());
-    QCOMPARE(sizes, QList<qsizetype>({2, 2, 1, 1, 1}));
-}
-
-void TstExampleBook::whatCannotBeMadeIsRefused_data()
-{
-    QTest::addColumn<QStringList>("arguments"); // %1 stands for the folder of the test
-    QTest::addColumn<int>("status");
-    QTest::newRow("nothing asked for") << QStringList() << 2;
-    QTest::newRow("no extension") << QStringList(u"%1/Novel"_qs) << 2;
-    QTest::newRow("unknown option") << QStringList{u"%1/Novel.tavel"_qs, u"--fly"_qs} << 2;
-    QTest::newRow("titles from two places")
-        << QStringList{u"%1/Novel.tavel"_qs, u"%1/titles.txt"_qs, u"--json-dir"_qs, u"%1"_qs} << 2;
-    QTest::newRow("no list of titles") << QStringList{u"%1/Novel.tavel"_qs, u"%1/none.txt"_qs} << 1;
-    QTest::newRow("no titles in the list")
-        << QStringList{u"%1/Novel.tavel"_qs, u"%1/empty.txt"_qs} << 1;
-    QTest::newRow("no chapters in the folder")
-        << QStringList{u"%1/Novel.tavel"_qs, u"--json-dir"_qs, u"%1"_qs} << 1;
-    QTest::newRow("a chapter without a title")
-        << QStringList{u"%1/Novel.tavel"_qs, u"--json-dir"_qs, u"%1/data"_qs} << 1;
-    QTest::newRow("a target that exists") << QStringList(u"%1/Taken.tavel"_qs) << 1;
-    QTest::newRow("a file on the way") << QStringList(u"%1/empty.txt/Novel.tavel"_qs) << 1;
-}
-
-void TstExampleBook::whatCannotBeMadeIsRefused()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(const int, status);
-    const TestProject project;
-    const QString folder = project.enclosingPath();
-    writeFileAt(folder + u"/empty.txt"_qs, "\n \n");
-    writeFileAt(folder + u"/data/chapter_1.json"_qs, "{\"text\": \"Sea.\"}");
-    writeFileAt(folder + u"/Taken.tavel/notes.txt"_qs, "mine");
-    arguments.replaceInStrings(u"%1"_qs, folder);
-    const auto before = everythingBelow(folder);
-
-    const ProgramResult result = runExample(arguments);
+    const ProgramResult result =
+        runExample(project.isEmpty() ? QStringList() : QStringList(folder + u'/' + project));
     QVERIFY(!result.crashed);
-    QCOMPARE(result.status, status);
-    QCOMPARE(result.output, QByteArray());
-    QVERIFY2(result.errors.contains("example_book: "), result.errors);
-    QCOMPARE(everythingBelow(folder), before);
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.errors.startsWith("example_book: ") && result.errors.contains(error),
+             result.errors);
+    auto after = everythingBelow(folder);
+    // What an opening writes.
+    for (auto *files : {&before, &after})
+        files->removeIf([](const auto &file) { return file.key().endsWith(u"binder.backup"); });
+    QCOMPARE(after, before);
+}
+
+void TstExampleBook::aTextThatCannotBeReadIsLeftAlone()
+{
+    const TestProject project;
+    writeBook(project, {10, 11, 12, 13});
+    const QByteArray damaged = "{\\rtf1 Half a";
+    project.writeFile(u"Files/Docs/13.rtf"_qs, damaged);
+    const ProgramResult result = runExample({project.path()});
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.errors.contains("the chapter can't be written"), result.errors);
+    QCOMPARE(project.readFile(u"Files/Docs/13.rtf"_qs), damaged);
 }
 
 TVL_TEST_MAIN(TstExampleBook)

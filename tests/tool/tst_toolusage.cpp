@@ -38,6 +38,30 @@ void TstToolUsage::wrongUseGivesStatusTwoAndOneLine_data()
     QTest::newRow("new takes no --json")
         << QStringList{u"new"_qs, u"--json"_qs, u"a.tavel"_qs}
         << QByteArray("tavel: Unknown option 'json'; see 'tavel new --help'");
+    QTest::newRow("cat without an item")
+        << QStringList{u"cat"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: ITEM is missing; see 'tavel cat --help'");
+    QTest::newRow("import without a file")
+        << QStringList{u"import"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: FILE is missing; see 'tavel import --help'");
+    QTest::newRow("an empty separator")
+        << QStringList{u"import"_qs, u"a.tavel"_qs, u"a.txt"_qs, u"--split"_qs, QString()}
+        << QByteArray("tavel: the text of --split is empty");
+    QTest::newRow("snapshot alone")
+        << QStringList(u"snapshot"_qs)
+        << QByteArray("tavel: it isn't said what to do; see 'tavel snapshot --help'");
+    QTest::newRow("snapshot with an unknown word")
+        << QStringList{u"snapshot"_qs, u"fly"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: unknown command 'snapshot fly'; see 'tavel snapshot --help'");
+    QTest::newRow("snapshot add without an item")
+        << QStringList{u"snapshot"_qs, u"add"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: ITEM is missing; see 'tavel snapshot add --help'");
+    QTest::newRow("snapshot add with two titles")
+        << QStringList{u"snapshot"_qs, u"add"_qs, u"a.tavel"_qs, u"4"_qs, u"A"_qs, u"B"_qs}
+        << QByteArray("tavel: one argument too many: 'B'; see 'tavel snapshot add --help'");
+    QTest::newRow("snapshot restore without which")
+        << QStringList{u"snapshot"_qs, u"restore"_qs, u"a.tavel"_qs, u"4"_qs}
+        << QByteArray("tavel: WHICH is missing; see 'tavel snapshot restore --help'");
     for (const char *command : {"new", "info", "outline", "check"}) {
         const QString name = QString::fromLatin1(command);
         const QByteArray hint = QByteArray("; see 'tavel ") + command + " --help'";
@@ -71,6 +95,12 @@ void TstToolUsage::helpGoesToStandardOutput_data()
 
     QTest::newRow("the tool") << QStringList(u"--help"_qs) << QByteArray(" [options] COMMAND\n");
     QTest::newRow("in short") << QStringList(u"-h"_qs) << QByteArray(" [options] COMMAND\n");
+    QTest::newRow("import") << QStringList{u"import"_qs, u"--help"_qs}
+                            << QByteArray(" import [options] PATH FILE...\n");
+    QTest::newRow("snapshot") << QStringList{u"snapshot"_qs, u"--help"_qs}
+                              << QByteArray("tavel snapshot COMMAND\n");
+    QTest::newRow("snapshot add") << QStringList{u"snapshot"_qs, u"add"_qs, u"-h"_qs}
+                                  << QByteArray(" snapshot add [options] PATH ITEM [TITLE]\n");
     for (const char *command : {"new", "info", "outline", "check"}) {
         const QByteArray usage = ' ' + QByteArray(command) + " [options] PATH\n";
         QTest::newRow(command) << QStringList{QString::fromLatin1(command), u"--help"_qs} << usage;
@@ -94,7 +124,8 @@ void TstToolUsage::helpGoesToStandardOutput()
 void TstToolUsage::theHelpListsEveryCommand()
 {
     const QByteArray help = runTool({u"--help"_qs}).output;
-    for (const char *command : {"new", "info", "outline", "check"})
+    for (const char *command : {"new", "info", "outline", "cat", "import", "snapshot add",
+                                "snapshot list", "snapshot show", "snapshot restore", "check"})
         QVERIFY2(help.contains(QByteArray("\n  ") + command + ' '), command);
 }
 

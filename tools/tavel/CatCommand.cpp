@@ -3,7 +3,6 @@
 #include "ItemFinder.h"
 #include "ProjectOpener.h"
 
-#include "TTextDoc.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDocument.h"
@@ -51,9 +50,7 @@ ExitStatus run(const QCommandLineParser &parser, Console *console)
     const auto document = readItemText(model->path().absolutePath(), node, type, &error);
     if (!document)
         return console->fail(oneLine(error));
-    console->write(TTextDoc::toPlainText(document.get()).toUtf8());
-    if (!document->isEmpty())
-        console->write("\n");
+    console->write(plainTextOf(*document));
     return ExitStatus::Done;
 }
 
@@ -63,8 +60,7 @@ Command catCommand()
 {
     return {u"cat"_qs,
             u"Writes an item's text as plain text."_qs,
-            {projectArgument(),
-             {u"ITEM"_qs, u"An id, a uuid, or titles such as 'Draft/Chapter One'."_qs}},
+            {projectArgument(), itemArgument()},
             {notesOption(), synopsisOption()},
             run};
 }

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -25,13 +26,25 @@ ExitStatus refuseUse(QString text, const QString &helpCommand, Console *console)
     return console->refuse(u"%1; see '%2 --help'"_qs.arg(text, helpCommand));
 }
 
-QString commandList(const QList<Command> &commands)
+QString listOf(const QList<Command> &commands)
 {
-    QStringList lines{u"Works on writing projects.\n\nCommands:"_qs};
+    QStringList lines;
     for (const Command &command : commands)
-        lines.append(u"  %1 %2"_qs.arg(command.name, -9).arg(command.summary));
-    lines.append(u"\nExit status: 0 done, 1 the operation failed, 2 wrong use."_qs);
+        lines.append(u"  %1 %2"_qs.arg(command.name, -16).arg(command.summary));
     return lines.join(u'\n');
+}
+
+/** How the argument stands in the line that shows the use. */
+QString syntaxOf(const CommandArgument &argument)
+{
+    switch (argument.count) {
+    case CommandArgument::AtMostOnce:
+        return u"[%1]"_qs.arg(argument.name);
+    case CommandArgument::OnceOrMore:
+        return argument.name + u"..."_qs;
+    default:
+        return argument.name;
+    }
 }
 
 void setUp(QCommandLineParser *parser, const Command &command)
@@ -39,17 +52,32 @@ void setUp(QCommandLineParser *parser, const Command &command)
     parser->setApplicationDescription(command.summary);
     parser->addOption(helpOption());
     parser->addOptions(command.options);
-    parser->addPositionalArgument(command.name, u"This command."_qs);
     for (const CommandArgument &argument : command.arguments)
-        parser->addPositionalArgument(argument.name, argument.description);
+        parser->addPositionalArgument(argument.name, argument.description, syntaxOf(argument));
 }
 
-/** The help of a command. The parser knows no commands and would put the options before them. */
+/** The help of a command. The parser knows nothing of commands, whose names come first. */
 QString commandHelp(const QCommandLineParser &parser, const QString &name)
 {
-    return parser.helpText().replace(u"[options] %1"_qs.arg(name), u"%1 [options]"_qs.arg(name));
+    QString help = parser.helpText();
+    const qsizetype place = help.indexOf(u" [options]"_qs);
+    return place < 0 ? help : help.insert(place, u' ' + name);
 }
 
+/** What is wrong with the number of arguments; empty when nothing is. */
+QString argumentsError(const Command &command, const QStringList &given)
+{
+    const CommandArgument::Count lastCount = command.arguments.constLast().count;
+    const qsizetype known = command.arguments.size();
+    const qsizetype least = lastCount == CommandArgument::AtMostOnce ? known - 1 : known;
+    if (given.size() < least)
+        return u"%1 is missing"_qs.arg(command.arguments.at(given.size()).name);
+    if (given.size() > known && lastCount != CommandArgument::OnceOrMore)
+        return u"one argument too many: '%1'"_qs.arg(given.at(known));
+    return {};
+}
+
+/** Runs a command; @p arguments begin with the program's name, the command isn't among them. */
 ExitStatus runCommand(const Command &command, const QStringList &arguments, Console *console)
 {
     QCommandLineParser parser;
@@ -62,27 +90,53 @@ ExitStatus runCommand(const Command &command, const QStringList &arguments, Cons
     const QString self = u"tavel "_qs + command.name;
     if (!parsed)
         return refuseUse(parser.errorText(), self, console);
-    // The first one is the command itself.
-    const QStringList given = parser.positionalArguments().mid(1);
-    const qsizetype wanted = command.arguments.size();
-    if (given.size() < wanted)
-        return refuseUse(u"%1 is missing"_qs.arg(command.arguments.at(given.size()).name), self,
-                         console);
-    if (given.size() > wanted)
-        return refuseUse(u"one argument too many: '%1'"_qs.arg(given.at(wanted)), self, console);
+    if (const QString error = argumentsError(command, parser.positionalArguments());
+        !error.isEmpty())
+        return refuseUse(error, self, console);
     return command.run(parser, console);
+}
+
+/** The commands whose names begin with a word and have another one. */
+QList<Command> commandsAbout(const QString &word, const QList<Command> &commands)
+{
+    QList<Command> found;
+    std::copy_if(commands.begin(), commands.end(), std::back_inserter(found),
+                 [&word](const Command &command) { return command.name.startsWith(word + u' '); });
+    return found;
+}
+
+/** Deals with the first word of a command line that names no command with what follows it. */
+ExitStatus answerWithoutCommand(const QStringList &given, const QList<Command> &commands,
+                                Console *console)
+{
+    const QString &word = given.constFirst();
+    const QList<Command> related = commandsAbout(word, commands);
+    if (related.isEmpty())
+        return refuseUse(u"unknown command '%1'"_qs.arg(word), u"tavel"_qs, console);
+    const QString self = u"tavel "_qs + word;
+    if (given.size() == 1)
+        return refuseUse(u"it isn't said what to do"_qs, self, console);
+    const QString &second = given.at(1);
+    if (second != u"--help" && second != u"-h")
+        return refuseUse(u"unknown command '%1 %2'"_qs.arg(word, second), self, console);
+    console->writeLine(u"Usage: %1 COMMAND\n\nCommands:\n%2\n\nSee '%1 COMMAND --help'."_qs.arg(
+        self, listOf(related)));
+    return ExitStatus::Done;
 }
 
 } // namespace
 
 ExitStatus runCommandLine(const QStringList &arguments, Console *console)
 {
-    const QList<Command> commands{newCommand(), infoCommand(), outlineCommand(), catCommand(),
-                                  checkCommand()};
+    const QList<Command> commands =
+        QList<Command>{newCommand(), infoCommand(), outlineCommand(), catCommand(), importCommand()}
+        + snapshotCommands() + QList<Command>{checkCommand()};
 
     QCommandLineParser parser;
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    parser.setApplicationDescription(commandList(commands));
+    parser.setApplicationDescription(
+        u"Works on writing projects.\n\nCommands:\n%1\n\n"
+        "Exit status: 0 done, 1 the operation failed, 2 wrong use."_qs.arg(listOf(commands)));
     parser.addOption(helpOption());
     parser.addOption({{u"v"_qs, VersionName}, u"Shows the version."_qs});
     parser.addPositionalArgument(u"COMMAND"_qs, u"See 'tavel COMMAND --help'."_qs);
@@ -101,17 +155,22 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
     const QStringList given = parser.positionalArguments();
     if (given.isEmpty())
         return refuseUse(u"no command given"_qs, self, console);
-    const auto command =
-        std::find_if(commands.begin(), commands.end(),
-                     [&given](const Command &row) { return row.name == given.constFirst(); });
-    if (command == commands.end())
-        return refuseUse(u"unknown command '%1'"_qs.arg(given.constFirst()), self, console);
-    return runCommand(*command, arguments.first(1) + given, console);
+    for (const Command &command : commands) {
+        const QStringList words = command.name.split(u' ');
+        if (given.mid(0, words.size()) == words)
+            return runCommand(command, arguments.first(1) + given.mid(words.size()), console);
+    }
+    return answerWithoutCommand(given, commands, console);
 }
 
 CommandArgument projectArgument()
 {
     return {u"PATH"_qs, u"The project: its folder, or the binder file in it."_qs};
+}
+
+CommandArgument itemArgument()
+{
+    return {u"ITEM"_qs, u"An id, a uuid, or titles such as 'Draft/Chapter One'."_qs};
 }
 
 QCommandLineOption jsonOption()

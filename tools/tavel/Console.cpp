@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 QString oneLine(const QString &text)
 {
     QString line = text;
@@ -14,6 +16,7 @@ QString oneLine(const QString &text)
 }
 
 Console::Console()
+    : mIsTerminal(isatty(fileno(stderr)) == 1)
 {
     mOutput.open(fileno(stdout), QIODevice::WriteOnly);
     mErrors.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered);
@@ -21,6 +24,7 @@ Console::Console()
 
 void Console::write(const QByteArray &text)
 {
+    removeProgress();
     mOutput.write(text);
 }
 
@@ -31,7 +35,33 @@ void Console::writeLine(const QString &line)
 
 void Console::complain(const QString &text)
 {
+    removeProgress();
     mErrors.write(u"tavel: %1\n"_qs.arg(oneLine(text)).toUtf8());
+}
+
+void Console::showProgress(qsizetype done, qsizetype total)
+{
+    if (!mIsTerminal || total <= 0)
+        return;
+    const int percent = int(done * 100 / total);
+    if (done >= total) {
+        removeProgress();
+    } else if (percent != mShownPercent) {
+        constexpr int Width = 40;
+        const int filled = percent * Width / 100;
+        mErrors.write("\r[" + QByteArray(filled, '#') + QByteArray(Width - filled, ' ') + "] "
+                      + QByteArray::number(percent).rightJustified(3) + " %");
+        mShownPercent = percent;
+    }
+}
+
+void Console::removeProgress()
+{
+    if (mShownPercent < 0)
+        return;
+    // Back to the first column, and the line is empty.
+    mErrors.write("\r\x1b[K");
+    mShownPercent = -1;
 }
 
 ExitStatus Console::fail(const QString &text)

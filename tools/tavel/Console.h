@@ -29,6 +29,12 @@ public:
     /** Writes a line to standard error, under the tool's name. */
     void complain(const QString &text);
 
+    /**
+     * Shows how much of a long work is done, as a bar at the foot of the terminal; nothing when
+     * standard error isn't one. The bar goes with the last step, and before anything else is said.
+     */
+    void showProgress(qsizetype done, qsizetype total);
+
     /** Complains and gives the status to end with. */
     [[nodiscard]] ExitStatus fail(const QString &text);
     [[nodiscard]] ExitStatus refuse(const QString &text);
@@ -37,6 +43,10 @@ public:
     [[nodiscard]] bool finish();
 
 private:
+    void removeProgress();
+
     QFile mOutput;
     QFile mErrors;
+    bool mIsTerminal; ///< Whether somebody watches standard error.
+    int mShownPercent = -1; ///< Of the bar that is on the terminal; -1 for no bar.
 };

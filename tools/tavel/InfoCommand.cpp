@@ -7,7 +7,6 @@
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDocument.h"
-#include "TVLWordTable.h"
 
 #include <QCommandLineParser>
 #include <QJsonArray>
@@ -17,13 +16,6 @@
 #include <array>
 
 namespace {
-
-constexpr TVLWord<TVL::CollectionType> CollectionKinds[] = {
-    {TVL::BinderCollection, u"Binder"},
-    {TVL::RecentSearchCollection, u"RecentSearch"},
-    {TVL::SavedSearchCollection, u"SavedSearch"},
-    {TVL::ArbitraryCollection, u"Arbitrary"},
-};
 
 constexpr int TypeCount = TVL::Other + 1;
 using TypeCounts = std::array<int, TypeCount>;
@@ -71,11 +63,6 @@ TextCounts countTexts(const TVLProjectModel &model)
     return counts;
 }
 
-QString kindOf(const TVLCollectionMetaData &collection)
-{
-    return tvlWordOf(CollectionKinds, collection.mType, u"Arbitrary").toString();
-}
-
 QString colorName(const TVLLabel &label)
 {
     return label.mColor.isValid() ? label.mColor.name() : QString();
@@ -98,8 +85,8 @@ QJsonObject toJson(const TVLProjectModel &model)
         statusItems.append(QJsonObject{{u"id"_qs, item.mId}, {u"title"_qs, item.mTitle}});
     QJsonArray collections;
     for (const TVLCollectionMetaData &collection : model.collections())
-        collections.append(
-            QJsonObject{{u"title"_qs, collection.mTitle}, {u"kind"_qs, kindOf(collection)}});
+        collections.append(QJsonObject{{u"title"_qs, collection.mTitle},
+                                       {u"kind"_qs, TVL::toString(collection.mType)}});
 
     const TextCounts texts = countTexts(model);
     const TVLProjectInfo info = model.info();
@@ -164,7 +151,8 @@ QList<QPair<QString, QString>> toLines(const TVLProjectModel &model)
     for (const TVLStatusItem &item : model.statusItems())
         lines.append({u"Status %1"_qs.arg(item.mId), item.mTitle});
     for (const TVLCollectionMetaData &collection : model.collections())
-        lines.append({u"Collection"_qs, u"%1 (%2)"_qs.arg(collection.mTitle, kindOf(collection))});
+        lines.append({u"Collection"_qs,
+                      u"%1 (%2)"_qs.arg(collection.mTitle, TVL::toString(collection.mType))});
     lines.append({u"Saved by"_qs, toText(textOrNull(info.mDevice))});
     lines.append({u"Saved at"_qs, toText(::toJson(info.mModified))});
     lines.append({u"Save"_qs, toText(::toJson(info.mModId))});

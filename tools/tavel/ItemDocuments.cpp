@@ -1,5 +1,6 @@
 #include "ItemDocuments.h"
 
+#include "TTextDoc.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDoc.h"
@@ -9,7 +10,7 @@
 
 bool hasMainText(const TVLProjectNode *node)
 {
-    return node->mNodeType == TVL::Folder || node->mNodeType == TVL::Text;
+    return node->canHaveText();
 }
 
 std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLProjectNode *node,
@@ -23,6 +24,14 @@ std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLPro
     if (isThere && !TVLProjectFolderFormat::readDocument(projectPath, node, document.get(), error))
         return nullptr;
     return document;
+}
+
+QByteArray plainTextOf(const QTextDocument &document)
+{
+    QByteArray text = TTextDoc::toPlainText(&document).toUtf8();
+    if (!document.isEmpty())
+        text += '\n';
+    return text;
 }
 
 TextLength &TextLength::operator+=(const TextLength &other)

@@ -2,10 +2,12 @@
 
 #include "TVL.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
 
+class QTextDocument;
 class TVLProjectNode;
 class TVLTextDocument;
 
@@ -20,6 +22,9 @@ class TVLTextDocument;
 [[nodiscard]] std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath,
                                                             TVLProjectNode *node,
                                                             TVL::DocumentType type, QString *error);
+
+/** A text as the tool writes it out: in UTF-8, with a line end behind each paragraph. */
+[[nodiscard]] QByteArray plainTextOf(const QTextDocument &document);
 
 /** How long a text is. */
 struct TextLength

@@ -5,13 +5,11 @@
 #include "ItemTexts.h"
 
 #include "TUuid.h"
-#include "TVLBinderReader.h"
 #include "TVLCoreUtil.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLTextDocument.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <array>
@@ -38,22 +36,6 @@ int leadingNumber(const QString &name)
     bool ok = false;
     const int number = name.first(leadingDigits(name)).toInt(&ok);
     return ok ? number : -1;
-}
-
-/** Reads a binder; on failure the result says why and where. */
-QString readBinderFile(const QString &path, ReadOnlyProject *project)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    TVLBinderReader reader(&file);
-    if (reader.readProject(project, project->binderRoot()))
-        return {};
-    const QString error =
-        reader.hasError() ? reader.errorString() : u"the root element has no version"_qs;
-    return u"line %1, column %2: %3"_qs.arg(reader.lineNumber())
-        .arg(reader.columnNumber())
-        .arg(error);
 }
 
 } // namespace
@@ -106,7 +88,7 @@ void ProjectCheck::readPlainBinder()
         return;
     }
     auto project = std::make_unique<ReadOnlyProject>();
-    const QString error = readBinderFile(mFiles.binder, project.get());
+    const QString error = project->read(mFiles.binder);
     if (error.isEmpty())
         take(std::move(project), mFiles.binder);
     else

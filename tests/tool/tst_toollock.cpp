@@ -1,0 +1,294 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TvlCore.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QSysInfo>
+#include <QTest>
+
+/** What the commands that change a project make of locks and of damaged binders. */
+class TstToolLock : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void aProjectOfSomeoneElseIsNotChanged_data();
+    void aProjectOfSomeoneElseIsNotChanged();
+    void aLockThatIsInNobodysWayGivesPlace_data();
+    void aLockThatIsInNobodysWayGivesPlace();
+    void aLockByAnotherWayToTheProjectHolds();
+    void onlyOneOfTwoRunsAtOnceChangesAProject();
+    void aDamagedBinderIsLeftAlone();
+    void aBinderThatIsGoneIsMadeAnewFromItsCopy();
+    void aProjectOfALaterFormatIsNotChanged();
+    void whatASaveWouldDropIsLeftAlone();
+    void whereThereIsNoProjectNothingIsMade_data();
+    void whereThereIsNoProjectNothingIsMade();
+
+private:
+    QUuid mUserId; ///< The tool's user.
+};
+
+namespace {
+
+const QString LockName = u"Files/user.lock"_qs;
+
+/** A command of each kind that changes a project. */
+QList<QStringList> changesOf(const TestProject &project)
+{
+    const QString file = project.enclosingPath() + u"/a.txt"_qs;
+    writeFileAt(file, "Ants.");
+    return {{u"import"_qs, project.path(), file},
+            {u"snapshot"_qs, u"add"_qs, project.path(), u"4"_qs},
+            {u"snapshot"_qs, u"restore"_qs, project.path(), u"4"_qs, u"1"_qs}};
+}
+
+/** What a lock says of who has a project. */
+struct Lock
+{
+    QString host = QSysInfo::machineHostName();
+    QString user = TvlCore::systemUsernameEnv();
+    QUuid userId;
+    QString projectPath;
+    QString program = QStringLiteral(TAVEL_EXECUTABLE);
+};
+
+void writeLock(const TestProject &project, const Lock &lock)
+{
+    const QString text = u"[General]\nplatform=win\nhost=%1\nuser=%2\nuuid=%3\nproject_path=%4\n"
+                         "app_path=%5\n"_qs.arg(lock.host, lock.user, lock.userId.toString(),
+                                                lock.projectPath, lock.program);
+    project.writeFile(LockName, text.toUtf8());
+}
+
+} // namespace
+
+void TstToolLock::initTestCase()
+{
+    qputenv("USER", "berta");
+    mUserId = QUuid::createUuid();
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << mUserId;
+    writeFileAt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+                    + u"/tavel/userlock.id"_qs,
+                bytes);
+}
+
+void TstToolLock::aProjectOfSomeoneElseIsNotChanged_data()
+{
+    QTest::addColumn<Lock>("lock");
+    QTest::addColumn<QString>("who");
+    Lock lock;
+    lock.host = u"attic"_qs;
+    lock.user = u"anna"_qs;
+    lock.program = u"/opt/writer"_qs;
+    QTest::newRow("someone else") << lock << u"user anna on host attic, program /opt/writer"_qs;
+    lock = {};
+    lock.userId = mUserId;
+    lock.program = u"/opt/writer"_qs;
+    QTest::newRow("another program of the same user")
+        << lock
+        << u"user %1 on host %2, program /opt/writer"_qs.arg(TvlCore::systemUsernameEnv(),
+                                                             QSysInfo::machineHostName());
+    lock = {};
+    lock.host.clear();
+    lock.user.clear();
+    lock.program.clear();
+    QTest::newRow("a lock that was cut off")
+        << lock << u"user unknown on host unknown, program unknown"_qs;
+}
+
+void TstToolLock::aProjectOfSomeoneElseIsNotChanged()
+{
+    QFETCH(Lock, lock);
+    QFETCH(const QString, who);
+    const TestProject project;
+    writeSoundProject(project);
+    lock.projectPath = project.path();
+    writeLock(project, lock);
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.errors,
+                 u"tavel: '%1' is locked by %2; if nobody has it open, delete Files/user.lock in "
+                 "it\n"_qs.arg(project.path(), who)
+                     .toUtf8());
+        QCOMPARE(everythingBelow(project.path()), before);
+    }
+}
+
+void TstToolLock::aLockThatIsInNobodysWayGivesPlace_data()
+{
+    QTest::addColumn<QString>("projectPath"); // nothing for the project's own
+    QTest::newRow("of a run that was killed") << QString();
+    QTest::newRow("of the project that this one is a copy of") << u"/elsewhere/Novel.tavel"_qs;
+}
+
+void TstToolLock::aLockThatIsInNobodysWayGivesPlace()
+{
+    QFETCH(const QString, projectPath);
+    const TestProject project;
+    writeSoundProject(project);
+    Lock lock;
+    lock.userId = mUserId;
+    lock.projectPath = projectPath.isEmpty() ? project.path() : projectPath;
+    for (const QStringList &change : changesOf(project)) {
+        writeLock(project, lock);
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
+    }
+}
+
+void TstToolLock::aLockByAnotherWayToTheProjectHolds()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const QString link = project.enclosingPath() + u"/Link.tavel"_qs;
+    QVERIFY(QFile::link(project.path(), link));
+    Lock lock;
+    lock.userId = mUserId;
+    lock.projectPath = link;
+    writeLock(project, lock);
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        QCOMPARE(runTool(change).status, 1);
+        QCOMPARE(everythingBelow(project.path()), before);
+    }
+}
+
+void TstToolLock::onlyOneOfTwoRunsAtOnceChangesAProject()
+{
+    constexpr int Runs = 8;
+    const TestProject project;
+    writeSoundProject(project);
+    const QStringList import = changesOf(project).constFirst();
+    std::vector<std::unique_ptr<QProcess>> runs;
+    for (int i = 0; i < Runs; ++i) {
+        runs.push_back(std::make_unique<QProcess>());
+        runs.back()->start(QStringLiteral(TAVEL_EXECUTABLE), import);
+    }
+    int imports = 0;
+    for (const auto &run : runs) {
+        QVERIFY(run->waitForFinished());
+        const QByteArray errors = run->readAllStandardError();
+        if (run->exitCode() == 0)
+            ++imports;
+        else
+            QCOMPARE(errors,
+                     u"tavel: another run of tavel is at work on '%1'\n"_qs.arg(project.path())
+                         .toUtf8());
+    }
+    QVERIFY(imports > 0);
+    const QByteArray outline = runTool({u"outline"_qs, project.path()}).output;
+    QCOMPARE(outline.count("[Text] a "), imports);
+    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+}
+
+void TstToolLock::aDamagedBinderIsLeftAlone()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    zipBinder(project, u"binder.autosave"_qs);
+    project.writeFile(u"Novel.tavelx"_qs, soundBinder().chopped(100));
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
+                 "more\n"_qs.arg(project.path())
+                     .toUtf8());
+        QCOMPARE(everythingBelow(project.path()), before);
+    }
+}
+
+void TstToolLock::aBinderThatIsGoneIsMadeAnewFromItsCopy()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    zipBinder(project, u"binder.autosave"_qs);
+    QVERIFY(QFile::remove(project.binderPath()));
+    QCOMPARE(runTool(changesOf(project).constFirst()).status, 0);
+    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"4"_qs}).output, QByteArray("Gulls.\n"));
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/a"_qs}).output, QByteArray("Ants.\n"));
+}
+
+void TstToolLock::aProjectOfALaterFormatIsNotChanged()
+{
+    const TestProject project;
+    QByteArray items = systemFolders(::item(4, "Text", "The Harbour"));
+    for (int id = 0; id <= 4; ++id)
+        items.replace("ID=\"" + QByteArray::number(id) + "\" UUID", "UUID");
+    writeProject(project, binderXml(items, {}, "2.0"), "23");
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 u"tavel: projects of format version 23 can't be changed yet: '%1'\n"_qs
+                     .arg(project.path())
+                     .toUtf8());
+        QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+        QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
+    }
+}
+
+void TstToolLock::whatASaveWouldDropIsLeftAlone()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    QByteArray binder = soundBinder();
+    binder.replace("</Binder>",
+                   "</Binder><Unheard><Word/></Unheard><Of Width=\"1\"/><Text>x</Text><Nothing/>"
+                   "<Blank>\n</Blank><TemplateFolderID>99</TemplateFolderID>");
+    project.writeFile(u"Novel.tavelx"_qs, binder);
+    const QList<QStringList> changes = changesOf(project);
+    QCOMPARE(runTool(changes.at(1)).status, 0); // A snapshot takes no save.
+    for (const QStringList &change : {changes.at(0), changes.at(2)}) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 u"tavel: a save by this version would drop parts of '%1': Unheard, Of, Text\n"_qs
+                     .arg(project.path())
+                     .toUtf8());
+        QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    }
+}
+
+void TstToolLock::whereThereIsNoProjectNothingIsMade_data()
+{
+    QTest::addColumn<bool>("isFolder");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("nothing") << false << u"there is no project at '%1'"_qs;
+    QTest::newRow("an empty folder") << true << u"there is no project in the folder '%1'"_qs;
+}
+
+void TstToolLock::whereThereIsNoProjectNothingIsMade()
+{
+    QFETCH(const bool, isFolder);
+    QFETCH(const QString, error);
+    const TestProject project;
+    if (isFolder)
+        QVERIFY(QDir().mkpath(project.path()));
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(error.arg(project.path())).toUtf8());
+        QCOMPARE(everythingBelow(project.path()).size(), 0);
+    }
+}
+
+TVL_TEST_MAIN(TstToolLock)
+#include "tst_toollock.moc"

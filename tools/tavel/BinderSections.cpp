@@ -1,0 +1,67 @@
+#include "BinderSections.h"
+
+#include "TVLBinderWriter.h"
+#include "TVLProjectModel.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QXmlStreamReader>
+
+namespace {
+
+/** Reads over an element; whether it holds anything. */
+bool skipElement(QXmlStreamReader *reader)
+{
+    bool holdsSomething = !reader->attributes().isEmpty();
+    while (!reader->atEnd()) {
+        reader->readNext();
+        if (reader->isEndElement())
+            break;
+        if (reader->isStartElement()) {
+            holdsSomething = true;
+            reader->skipCurrentElement();
+        } else if (reader->isCharacters() && !reader->isWhitespace()) {
+            holdsSomething = true;
+        }
+    }
+    return holdsSomething;
+}
+
+/** The names of the elements right below the root that hold something. */
+QStringList filledSections(QIODevice *binder)
+{
+    QStringList names;
+    QXmlStreamReader reader(binder);
+    reader.readNextStartElement();
+    while (reader.readNextStartElement()) {
+        const QString name = reader.name().toString();
+        if (skipElement(&reader))
+            names.append(name);
+    }
+    return names;
+}
+
+QStringList sectionsOfSave(const TVLProjectModel &model)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::ReadWrite);
+    TVLBinderWriter(&buffer).writeProject(&model, model.binderRoot());
+    buffer.seek(0);
+    return filledSections(&buffer);
+}
+
+} // namespace
+
+QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectModel &model)
+{
+    QFile file(binderPath);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lost = filledSections(&file);
+    const QStringList kept = sectionsOfSave(model);
+    lost.removeIf([&kept](const QString &name) {
+        // A template folder that there is no item for is known all the same.
+        return kept.contains(name) || name.startsWith(u"TemplateFolder");
+    });
+    return lost;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class TVLProjectModel;
+
+/**
+ * The parts of a binder file that a save of the project would drop, because this version of the
+ * library doesn't know them; those that hold nothing aren't among them.
+ */
+[[nodiscard]] QStringList sectionsLostBySaving(const QString &binderPath,
+                                               const TVLProjectModel &model);

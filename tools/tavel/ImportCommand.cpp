@@ -1,0 +1,132 @@
+#include "Command.h"
+#include "Importer.h"
+#include "ItemFinder.h"
+#include "ProjectOpener.h"
+#include "WritableProject.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+
+#include <QCommandLineParser>
+
+namespace {
+
+QCommandLineOption intoOption()
+{
+    return QCommandLineOption(u"into"_qs, u"The item to put them in, the Draft if not given."_qs,
+                              u"ITEM"_qs);
+}
+
+QCommandLineOption splitOption()
+{
+    return QCommandLineOption(
+        u"split"_qs,
+        u"Makes an item of each part of a file between two of these texts. A \\n in it is the end "
+        "of a line, a \\\\ a backslash."_qs,
+        u"TEXT"_qs);
+}
+
+/** A text in which a backslash and a letter stand for what can't be typed on a command line. */
+QString unescaped(const QString &text)
+{
+    QString plain;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar next = i + 1 < text.size() ? text.at(i + 1) : QChar();
+        const bool isEscape = text.at(i) == u'\\' && (next == u'n' || next == u'\\');
+        plain += isEscape ? (next == u'n' ? QChar(u'\n') : next) : text.at(i);
+        i += isEscape ? 1 : 0;
+    }
+    return plain;
+}
+
+/** The item that takes the new ones. Null, and a line in @p error, if there is none that does. */
+TVLProjectNode *findTarget(const TVLProjectModel &model, const QCommandLineParser &parser,
+                           QString *error)
+{
+    if (!parser.isSet(intoOption())) {
+        const QModelIndex draft = model.draftFolder();
+        if (draft.isValid())
+            return model.projectNode(draft);
+        *error = u"the project has no Draft folder; say with --into where to put the files"_qs;
+        return nullptr;
+    }
+    const QString name = parser.value(intoOption());
+    TVLProjectNode *node = findItem(model, name);
+    const QModelIndex index = model.createIndex(node);
+    if (!node)
+        *error = u"there is no item '%1'"_qs.arg(name);
+    else if (model.isTrashFolder(index) || model.trashContains(index))
+        *error = u"nothing can be imported into the Trash: '%1'"_qs.arg(name);
+    else
+        return node;
+    return nullptr;
+}
+
+QString counted(int count, const QString &thing)
+{
+    return u"%1 %2%3"_qs.arg(count).arg(thing, count == 1 ? QString() : u"s"_qs);
+}
+
+/** Imports a whole plan, and tells of each file that it can't; whether there is none. */
+bool importAll(const QList<ImportEntry> &plan, Importer *importer, Console *console)
+{
+    bool isComplete = true;
+    for (qsizetype i = 0; i < plan.size(); ++i) {
+        console->showProgress(i, plan.size());
+        const ImportEntry &entry = plan.at(i);
+        if (QString error; !importer->import(entry, &error)) {
+            console->complain(u"'%1' is not imported: %2"_qs.arg(entry.path, error));
+            isComplete = false;
+        }
+    }
+    console->showProgress(plan.size(), plan.size());
+    return isComplete;
+}
+
+ExitStatus run(const QCommandLineParser &parser, Console *console)
+{
+    const QStringList arguments = parser.positionalArguments();
+    const QString &path = arguments.constFirst();
+    const QString separator = unescaped(parser.value(splitOption()));
+    if (parser.isSet(splitOption()) && separator.isEmpty())
+        return console->refuse(u"the text of --split is empty"_qs);
+
+    // Before the project is touched.
+    QString error;
+    const auto plan = planImport(
+        arguments.mid(1), TVLProjectFolderFormat::calcEnclosingPath(normalizedPath(path)), &error);
+    if (!plan)
+        return console->fail(error);
+    const auto project = WritableProject::open(path, &error);
+    if (!project)
+        return console->fail(error);
+    if (!project->canSave(&error))
+        return console->fail(error);
+    TVLProjectNode *target = findTarget(*project->model(), parser, &error);
+    if (!target)
+        return console->fail(error);
+
+    Importer importer(project->model(), target, separator);
+    const bool isComplete = importAll(*plan, &importer, console);
+    const bool isChanged = importer.textCount() + importer.folderCount() > 0;
+    if (isChanged && !project->save(&error))
+        return console->fail(error);
+    console->writeLine(oneLine(u"Imported %1 and %2 into '%3'"_qs.arg(
+        counted(importer.textCount(), u"text"_qs), counted(importer.folderCount(), u"folder"_qs),
+        target->mTitle)));
+    return isComplete ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+} // namespace
+
+Command importCommand()
+{
+    return {u"import"_qs,
+            u"Puts text files, and folders of them, into a project as new items."_qs,
+            {projectArgument(),
+             {u"FILE"_qs, u"Plain text (.txt), rich text (.rtf), or a folder of such files."_qs,
+              CommandArgument::OnceOrMore}},
+            {intoOption(), splitOption()},
+            run};
+}

@@ -1,0 +1,156 @@
+#include "Importer.h"
+
+#include "TextFile.h"
+
+#include "TTextDoc.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+/** The largest number that a name in a folder begins with; -1 for none. */
+int largestNumber(const QString &folderPath)
+{
+    int largest = -1;
+    const QStringList names = QDir(folderPath).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        const auto isNoDigit = [](QChar ch) { return ch < u'0' || ch > u'9'; };
+        const auto end = std::find_if(name.begin(), name.end(), isNoDigit);
+        bool ok = false;
+        const int number = QStringView(name.begin(), end).toInt(&ok);
+        if (ok)
+            largest = std::max(largest, number);
+    }
+    return largest;
+}
+
+/**
+ * An id that no item has, and no file that an item has left behind: a new item would take that for
+ * its own text, and the import would write over it.
+ */
+int firstFreeId(const TVLProjectModel &model)
+{
+    const QString path = model.path().absolutePath();
+    const int leftBehind = std::max(largestNumber(TVLProjectFolderFormat::filesDocsPath(path)),
+                                    largestNumber(TVLProjectFolderFormat::snapshotsPath(path)));
+    return leftBehind < std::numeric_limits<int>::max()
+        ? std::max(model.findNextNodeId(), leftBehind + 1)
+        : model.findNextNodeId();
+}
+
+/** What an event loop would do between two files: timers, and the end of what was let go of. */
+void letEventsPass()
+{
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+
+Importer::Importer(TVLProjectModel *model, TVLProjectNode *target, const QString &separator)
+    : mModel(model)
+    , mWay{target}
+    , mSeparator(separator)
+    , mFirstId(firstFreeId(*model))
+{
+}
+
+bool Importer::import(const ImportEntry &entry, QString *error)
+{
+    // Behind a folder its entries come, and behind these what stands beside it.
+    mWay.resize(entry.depth + 1);
+    if (entry.kind == ImportKind::Folder) {
+        importFolder(entry);
+        return true;
+    }
+    const bool isImported = importText(entry, error);
+    letEventsPass();
+    return isImported;
+}
+
+void Importer::importFolder(const ImportEntry &entry)
+{
+    mWay.append(makeItem(TVL::Folder, entry.title));
+    ++mFolderCount;
+}
+
+bool Importer::importText(const ImportEntry &entry, QString *error)
+{
+    auto document = entry.kind == ImportKind::PlainText ? readPlainTextFile(entry.path, error)
+                                                        : readRichTextFile(entry.path, error);
+    if (!document)
+        return false;
+    QList<TVLProjectNode *> nodes;
+    for (const Part &part : partsOf(entry, std::move(document))) {
+        nodes.append(makeItem(TVL::Text, part.title));
+        *error = writeText(nodes.constLast(), *part.document);
+        if (!error->isEmpty()) {
+            removeItems(nodes);
+            return false;
+        }
+    }
+    mTextCount += int(nodes.size());
+    return true;
+}
+
+std::vector<Importer::Part> Importer::partsOf(const ImportEntry &entry,
+                                              std::unique_ptr<QTextDocument> document) const
+{
+    std::vector<Part> parts;
+    if (mSeparator.isEmpty()) {
+        parts.push_back({entry.title, std::move(document)});
+        return parts;
+    }
+    for (auto &part : TTextDoc::split(document.get(), mSeparator, Qt::SkipEmptyParts)) {
+        QString title = TVLProjectModel::calcTitleFromText(part.get(), true, true);
+        if (title.isEmpty())
+            title = u"%1 %2"_qs.arg(entry.title).arg(parts.size() + 1);
+        parts.push_back({title, std::move(part)});
+    }
+    return parts;
+}
+
+TVLProjectNode *Importer::makeItem(TVL::NodeType type, const QString &title)
+{
+    TVLProjectNodeProperties properties;
+    properties.mId = std::max(mFirstId, mModel->findNextNodeId());
+    properties.mNodeType = type;
+    properties.mTitle = title.isEmpty() ? TVLProjectModel::trUntitledTitle() : title;
+    properties.mFileExtension = type == TVL::Text ? u"rtf"_qs : QString();
+    properties.mLabelId = mModel->defaultLabelIdentity();
+    properties.mStatusId = mModel->defaultStatusIdentity();
+    properties.mCreated = QDateTime::currentDateTime();
+    properties.mModified = properties.mCreated;
+    const int atEnd = -1;
+    return mModel->insertNodeWithProperties(atEnd, mModel->createIndex(mWay.constLast()),
+                                            properties);
+}
+
+/** Writes an item's text to its file; empty, or what went wrong. */
+QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
+{
+    if (document.isEmpty())
+        return {};
+    const QModelIndex index = mModel->createIndex(node);
+    mModel->overwriteText(index, &document);
+    TVLTextDocument *text = mModel->referenceText(index);
+    // With nobody holding it and nothing to undo, the text goes from memory when it is written.
+    text->clearUndoRedoStacks();
+    mModel->dereferenceItem(text);
+    QStringList errors;
+    return mModel->saveDocuments(node, false, &errors) ? QString() : errors.join(u' ');
+}
+
+void Importer::removeItems(const QList<TVLProjectNode *> &nodes)
+{
+    for (auto node = nodes.crbegin(); node != nodes.crend(); ++node)
+        mModel->removeIndexFromModel(mModel->createIndex(*node));
+}

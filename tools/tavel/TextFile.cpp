@@ -1,0 +1,87 @@
+#include "TextFile.h"
+
+#include "TVLTextDoc.h"
+#include "TVLTextRtfReader.h"
+
+#include <QFile>
+#include <QStringDecoder>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <optional>
+
+namespace {
+
+std::unique_ptr<QTextDocument> emptyDocument()
+{
+    auto document = std::make_unique<QTextDocument>();
+    document->setUndoRedoEnabled(false);
+    return document;
+}
+
+std::optional<QByteArray> readBytes(const QString &path, QString *error)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        QByteArray bytes = file.readAll();
+        if (file.error() == QFileDevice::NoError)
+            return bytes;
+    }
+    *error = file.errorString();
+    return std::nullopt;
+}
+
+/** The text of bytes; nothing if some of them mean nothing. */
+std::optional<QString> decode(const QByteArray &bytes)
+{
+    const QStringConverter::Encoding encoding =
+        QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8);
+    // A decoder with a state would wait for the rest of a character that is cut off at the end.
+    QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
+    QString text = decoder(bytes);
+    // A null character is that of another encoding, or of a file that isn't text at all.
+    if (decoder.hasError() || text.contains(QChar::Null))
+        return std::nullopt;
+    return text;
+}
+
+void unifyLineEnds(QString *text)
+{
+    text->replace(u"\r\n"_qs, u"\n"_qs);
+    text->replace(u'\r', u'\n');
+    if (text->endsWith(u'\n'))
+        text->chop(1);
+}
+
+} // namespace
+
+std::unique_ptr<QTextDocument> readPlainTextFile(const QString &path, QString *error)
+{
+    const std::optional<QByteArray> bytes = readBytes(path, error);
+    if (!bytes)
+        return nullptr;
+    std::optional<QString> text = decode(*bytes);
+    if (!text) {
+        *error = u"it isn't text in UTF-8, nor in another encoding with a byte order mark"_qs;
+        return nullptr;
+    }
+    unifyLineEnds(&*text);
+    std::unique_ptr<QTextDocument> document = emptyDocument();
+    QTextCursor(document.get()).insertText(*text);
+    return document;
+}
+
+std::unique_ptr<QTextDocument> readRichTextFile(const QString &path, QString *error)
+{
+    const std::optional<QByteArray> bytes = readBytes(path, error);
+    if (!bytes)
+        return nullptr;
+    std::unique_ptr<QTextDocument> document = emptyDocument();
+    TVLTextRtfReader reader(document.get());
+    if (!reader.read(*bytes)) {
+        *error = reader.errorString();
+        return nullptr;
+    }
+    TVLTextDoc::fromInlineMarkup(document.get());
+    return document;
+}

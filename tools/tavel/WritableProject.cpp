@@ -1,0 +1,147 @@
+#include "WritableProject.h"
+
+#include "BinderSections.h"
+#include "ProjectOpener.h"
+#include "ReadOnlyProject.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+/** A file outside the project that stands for a run of this tool on it. */
+QString runFilePath(const QString &projectPath)
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QByteArray hash = QCryptographicHash::hash(
+        QFileInfo(projectPath).canonicalFilePath().toUtf8(), QCryptographicHash::Sha1);
+    return (folder.isEmpty() ? QDir::tempPath() : folder)
+        + u"/tavel-%1.lock"_qs.arg(QString::fromLatin1(hash.toHex()));
+}
+
+/** Whether a lock that names another folder came with a copy, and not by another way to this one.
+ */
+bool isLockOfAnotherFolder(const QString &projectPath)
+{
+    const QSettings lock(TVLProjectFolderFormat::filesPath(projectPath) + u"/user.lock"_qs,
+                         QSettings::IniFormat);
+    const QString lockedPath = lock.value(u"project_path"_qs).toString();
+    return QFileInfo(lockedPath).canonicalFilePath() != QFileInfo(projectPath).canonicalFilePath();
+}
+
+QString orUnknown(const QString &text)
+{
+    return text.isEmpty() ? u"unknown"_qs : text;
+}
+
+/** Who has the project open; empty when nobody has. */
+QString lockError(const QString &projectPath)
+{
+    QString host;
+    QString user;
+    QString program;
+    switch (TVLProjectFolderFormat::compareLockFile(projectPath, &host, &user, &program)) {
+    case TVLProjectFolderFormat::NotLocked:
+    case TVLProjectFolderFormat::LockedHere: // By a run that has ended.
+        return {};
+    case TVLProjectFolderFormat::LockedElsewhere:
+        if (isLockOfAnotherFolder(projectPath))
+            return {};
+        break;
+    default:
+        break;
+    }
+    return u"'%1' is locked by user %2 on host %3, program %4; if nobody has it open, delete "
+           "Files/user.lock in it"_qs.arg(projectPath, orUnknown(user), orUnknown(host),
+                                          orUnknown(program));
+}
+
+} // namespace
+
+WritableProject::WritableProject(const BinderFiles &files)
+    : mPath(files.projectPath)
+    , mRun(runFilePath(files.projectPath))
+{
+    // However long a run takes, it is no stale one as long as its process lives.
+    mRun.setStaleLockTime(0);
+}
+
+WritableProject::~WritableProject()
+{
+    if (mModel)
+        mModel->prepareToDestroy();
+    if (mIsLocked)
+        TVLProjectFolderFormat::removeLock(mPath);
+}
+
+std::unique_ptr<WritableProject> WritableProject::open(const QString &path, QString *error)
+{
+    const std::optional<BinderFiles> files = findBinderFiles(path, error);
+    if (!files)
+        return nullptr;
+    if (files->isEmpty()) {
+        *error = u"there is no project in the folder '%1'"_qs.arg(path);
+        return nullptr;
+    }
+    std::unique_ptr<WritableProject> project(new WritableProject(*files));
+    *error = project->lock();
+    if (error->isEmpty())
+        *error = project->read(path, files->binder);
+    return error->isEmpty() ? std::move(project) : nullptr;
+}
+
+QString WritableProject::lock()
+{
+    if (!mRun.tryLock(0))
+        return mRun.error() == QLockFile::LockFailedError
+            ? u"another run of tavel is at work on '%1'"_qs.arg(mPath)
+            : u"'%1' can't be locked: there is no way to make '%2'"_qs.arg(mPath, mRun.fileName());
+    if (const QString error = lockError(mPath); !error.isEmpty())
+        return error;
+    TVLProjectFolderFormat::removeLock(mPath);
+    mIsLocked = TVLProjectFolderFormat::addLock(mPath);
+    return mIsLocked ? QString() : u"'%1' can't be locked"_qs.arg(mPath);
+}
+
+QString WritableProject::read(const QString &path, const QString &binderPath)
+{
+    if (!binderPath.isEmpty() && !ReadOnlyProject().read(binderPath).isEmpty())
+        return u"the binder of '%1' is damaged and so is left alone; 'tavel check' tells more"_qs
+            .arg(path);
+    QString error;
+    mModel = openProject(path, &error);
+    if (mModel && mModel->formatVersion() > TVL::FormatVersion18) {
+        mModel.reset();
+        error = u"projects of format version 23 can't be changed yet: '%1'"_qs.arg(path);
+    }
+    return error;
+}
+
+QString WritableProject::path() const
+{
+    return mModel->path().absolutePath();
+}
+
+bool WritableProject::canSave(QString *error) const
+{
+    const QStringList lost =
+        sectionsLostBySaving(TVLProjectFolderFormat::findOpenBinderFilePath(mPath), *mModel);
+    if (lost.isEmpty())
+        return true;
+    *error =
+        u"a save by this version would drop parts of '%1': %2"_qs.arg(mPath, lost.join(u", "_qs));
+    return false;
+}
+
+bool WritableProject::save(QString *error)
+{
+    if (mModel->save(true))
+        return true;
+    *error = u"the project could not be saved: '%1'"_qs.arg(mPath);
+    return false;
+}

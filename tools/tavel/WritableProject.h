@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+
+#include <memory>
+
+class TVLProjectModel;
+struct BinderFiles;
+
+/** A project that is open to be changed, and locked as long as this object lives. */
+class WritableProject
+{
+public:
+    /**
+     * Opens a project and locks it. Null, with the project as it was and a line in @p error, when
+     * there is none, when it can't be read or locked, and when it is locked already. Two locks are
+     * in nobody's way and give place: that of a run of this tool that was killed, and that which a
+     * copied project has brought along from where it was copied.
+     *
+     * A project whose binder is damaged isn't opened, though there may be a copy of the binder: a
+     * save would write over what is left of it.
+     */
+    [[nodiscard]] static std::unique_ptr<WritableProject> open(const QString &path, QString *error);
+    ~WritableProject();
+    Q_DISABLE_COPY_MOVE(WritableProject)
+
+    [[nodiscard]] TVLProjectModel *model() const { return mModel.get(); }
+    [[nodiscard]] QString path() const;
+
+    /** Whether a save keeps all that the binder holds; if not, @p error gets a line. */
+    [[nodiscard]] bool canSave(QString *error) const;
+    /** Saves the project; on failure, which is also told in a box, @p error gets a line. */
+    [[nodiscard]] bool save(QString *error);
+
+private:
+    explicit WritableProject(const BinderFiles &files);
+
+    [[nodiscard]] QString lock();
+    [[nodiscard]] QString read(const QString &path, const QString &binderPath);
+
+    QString mPath;
+    /**
+     * Keeps other runs of this tool out. The project's own lock names a program, not a run of it,
+     * and so can't tell one that is at work from one that was killed.
+     */
+    QLockFile mRun;
+    bool mIsLocked = false;
+    std::unique_ptr<TVLProjectModel> mModel;
+};
