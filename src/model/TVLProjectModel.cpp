@@ -84,6 +84,9 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     connect(mKeywordModel, &TVLKeywordModel::modelChanged, this,
             [this] { markProjectAsModified(); });
     connect(tvlOptions(), &TVLOptions::groupsChanged, this, &TVLProjectModel::onOptionsChanged);
+    // Before anybody else connects; see beginMoveRow().
+    connect(this, &QAbstractItemModel::rowsAboutToBeMoved, this,
+            [this] { mIsRootIndexPlain = false; });
     if (QFileInfo::exists(dragAndDropPath()))
         QTimer::singleShot(0, this, &TVLProjectModel::cleanDragAndDrop);
 }
@@ -158,7 +161,9 @@ QModelIndex TVLProjectModel::index(int row, int column, const QModelIndex &paren
 QModelIndex TVLProjectModel::parent(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    return node ? createIndex(node->mParent) : QModelIndex();
+    if (!node || (mIsRootIndexPlain && node->mParent == mRootNode.get()))
+        return {};
+    return createIndex(node->mParent);
 }
 
 int TVLProjectModel::rowCount(const QModelIndex &parent) const
@@ -523,6 +528,7 @@ void TVLProjectModel::beginBinderRead()
     mSuspendModified = true;
     mIdMap.clear();
     mUuidMap.clear();
+    mDocTextChanges.clear();
 }
 
 void TVLProjectModel::endBinderRead()

@@ -1133,6 +1133,8 @@ private:
     [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
     [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
                                      const TVLProjectNode *target) const;
+    bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,
+                      int targetRow);
     bool moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row);
     bool moveChildrenBehind(TVLProjectNode *node);
     void announceSearchesWithoutTrash();
@@ -1201,12 +1203,13 @@ private:
     QString mPath;
     bool mSaved = true;
     bool mSuspendModified = false;
+    bool mIsRootIndexPlain = false; ///< parent() gives a default index in place of rootIndex().
     bool mMobileProject;
     bool mTintIcons = false;
     QVariant mFullScreenBackdrop;
     int mAutoSaveTimer = -1;
     int mDocTextChangeTimer = -1;
-    QSet<QPersistentModelIndex> mDocTextChanges; ///< Waiting for dataChanged().
+    QSet<TVLProjectNode *> mDocTextChanges; ///< Waiting for dataChanged(); not owned.
     int mDefaultLabelId = -1;
     int mDefaultStatusId = -1;
     QString mLabelTitle;

@@ -315,9 +315,10 @@ void TVLProjectModel::onDocumentContentsChanged()
 
 void TVLProjectModel::scheduleDocTextChange(const QModelIndex &index)
 {
-    if (!index.isValid() || !projectNode(index))
+    TVLProjectNode *node = projectNode(index);
+    if (!index.isValid() || !node)
         return;
-    mDocTextChanges.insert(index);
+    mDocTextChanges.insert(node);
     if (mDocTextChangeTimer == -1)
         mDocTextChangeTimer = startTimer(DocTextChangeMs);
 }
@@ -326,8 +327,12 @@ void TVLProjectModel::announceDocTextChanges()
 {
     killTimer(mDocTextChangeTimer);
     mDocTextChangeTimer = -1;
-    const QSet<QPersistentModelIndex> changes = std::exchange(mDocTextChanges, {});
-    for (const QPersistentModelIndex &index : changes)
+    // Views may remove items and schedule others meanwhile.
+    QList<QPersistentModelIndex> indexes;
+    const QSet<TVLProjectNode *> changes = std::exchange(mDocTextChanges, {});
+    for (const TVLProjectNode *node : changes)
+        indexes.append(createIndex(node));
+    for (const QPersistentModelIndex &index : std::as_const(indexes))
         announceChange(index);
 }
 

@@ -102,6 +102,21 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
     return true;
 }
 
+/**
+ * Qt refuses to move an item into itself, and tells afterwards of parents whose own rows the move
+ * has shifted. For both it compares parents with those that it is given, so the top level must be a
+ * default index to it until it has done so; the first slot to hear of the move ends that.
+ */
+bool TVLProjectModel::beginMoveRow(const TVLProjectNode *source, int row,
+                                   const TVLProjectNode *target, int targetRow)
+{
+    mIsRootIndexPlain = true;
+    const bool isAllowed =
+        beginMoveRows(rowSignalParent(source), row, row, rowSignalParent(target), targetRow);
+    mIsRootIndexPlain = false;
+    return isAllowed;
+}
+
 bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row)
 {
     TVLProjectNode *source = node->mParent;
@@ -113,8 +128,7 @@ bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLProjectNode *target, int
     }
     const bool isFromBefore = source == target && oldRow < *row;
     const int position = std::clamp(isFromBefore ? *row - 1 : *row, 0, count);
-    // Qt refuses to move an item into itself.
-    if (!beginMoveRows(rowSignalParent(source), oldRow, oldRow, rowSignalParent(target), *row)) {
+    if (!beginMoveRow(source, oldRow, target, *row)) {
         *row = position;
         return false;
     }
@@ -211,6 +225,7 @@ void TVLProjectModel::unloadDocuments(TVLProjectNode *node)
 void TVLProjectModel::forgetNode(TVLProjectNode *node)
 {
     unloadDocuments(node);
+    mDocTextChanges.remove(node);
     if (mIdMap.value(node->mId) == node->mUuid)
         mIdMap.remove(node->mId);
     if (mUuidMap.value(node->mUuid) == node)
