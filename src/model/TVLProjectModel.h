@@ -1131,6 +1131,9 @@ private:
 
     /** The nodes of a list of items; empty if one isn't an item of this model. */
     [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
+    /** Without those that lie in another one of the list: what befalls that befalls them. */
+    [[nodiscard]] static QList<TVLProjectNode *>
+    withoutDescendants(QList<TVLProjectNode *> nodes);
     [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
                                      const TVLProjectNode *target) const;
     bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,

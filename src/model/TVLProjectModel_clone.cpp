@@ -4,13 +4,14 @@
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLRecordList_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLSiblingTitles_p.h"
 
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 namespace {
 
@@ -42,6 +43,23 @@ void copyHasFlags(const TVLProjectNodeProperties &source, TVLProjectNode *target
     target->mHasText = source.mHasText;
     target->mHasSynopsis = source.mHasSynopsis;
     target->mHasDocumentNote = source.mHasDocumentNote;
+}
+
+/**
+ * The id under which a project has the title of another one's label or status item. One that it
+ * doesn't have it gets, under a free id.
+ */
+template <typename Item, typename SetItems>
+int adoptByTitle(Item item, QList<Item> ownItems, SetItems setItems)
+{
+    for (const Item &own : std::as_const(ownItems)) {
+        if (own.mTitle == item.mTitle)
+            return own.mId;
+    }
+    item.mId = tvlLowestFreeId(ownItems);
+    ownItems.append(item);
+    setItems(ownItems);
+    return item.mId;
 }
 
 /** All below a node but another one and what lies in that. */
@@ -276,64 +294,44 @@ int TVLProjectModel::adoptLabel(const TVLSearchIndex &from, int id)
     TVLLabel label = from.label(id, &isKnown);
     if (id < 0 || !isKnown)
         return -1;
-    QList<TVLLabel> ownLabels = labels();
-    const TVLLabel own = TVLLabel::findLabelTitle(label.mTitle, ownLabels);
-    if (own.mTitle == label.mTitle && own.mId >= 0)
-        return own.mId;
-    label.mId = TVLLabel::findNextLabelId(ownLabels);
     if (!label.mColor.isValid())
         label.mColor = randomColor();
-    ownLabels.append(label);
-    setLabels(ownLabels);
-    return label.mId;
+    return adoptByTitle(label, labels(),
+                        [this](const QList<TVLLabel> &items) { setLabels(items); });
 }
 
 int TVLProjectModel::adoptStatusItem(const TVLSearchIndex &from, int id)
 {
     bool isKnown = false;
-    TVLStatusItem item = from.statusItem(id, &isKnown);
+    const TVLStatusItem item = from.statusItem(id, &isKnown);
     if (id < 0 || !isKnown)
         return -1;
-    QList<TVLStatusItem> ownItems = statusItems();
-    const TVLStatusItem own = TVLStatusItem::findStatusTitle(item.mTitle, ownItems);
-    if (own.mTitle == item.mTitle && own.mId >= 0)
-        return own.mId;
-    item.mId = TVLStatusItem::findNextStatusId(ownItems);
-    ownItems.append(item);
-    setStatusItems(ownItems);
-    return item.mId;
+    return adoptByTitle(item, statusItems(),
+                        [this](const QList<TVLStatusItem> &items) { setStatusItems(items); });
 }
 
 // --- Duplicates
 
 QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, bool withChildren)
 {
-    QModelIndexList sources = sortIndexes(indexes);
-    for (const QModelIndex &index : std::as_const(sources)) {
-        if (!index.isValid() || index.model() != this || isSystemFolder(index))
-            return {};
-    }
-    if (withChildren) {
-        const QSet<QModelIndex> all(sources.begin(), sources.end());
-        sources.removeIf([&all](const QModelIndex &index) {
-            for (QModelIndex ancestor = index.parent(); ancestor.isValid();
-                 ancestor = ancestor.parent()) {
-                if (all.contains(ancestor))
-                    return true;
-            }
-            return false;
-        });
-    }
-    if (sources.isEmpty())
+    QList<TVLProjectNode *> sources = itemNodes(sortIndexes(indexes));
+    const auto isSystem = [](const TVLProjectNode *node) { return node->mNodeType < TVL::Folder; };
+    if (sources.isEmpty() || std::any_of(sources.begin(), sources.end(), isSystem))
         return {};
+    if (withChildren)
+        sources = withoutDescendants(sources);
     // Of the topmost ones that with the largest row.
-    const auto comesFirst = [this](const QModelIndex &a, const QModelIndex &b) {
-        const int depthOfA = indexDepth(a);
-        const int depthOfB = indexDepth(b);
-        return depthOfA != depthOfB ? depthOfA < depthOfB : a.row() > b.row();
+    const auto comesFirst = [](const TVLProjectNode *a, const TVLProjectNode *b) {
+        const int depthOfA = TVLProjectNode::childLevel(a);
+        const int depthOfB = TVLProjectNode::childLevel(b);
+        return depthOfA != depthOfB ? depthOfA < depthOfB : a->row() > b->row();
     };
-    const QModelIndex anchor = *std::min_element(sources.begin(), sources.end(), comesFirst);
-    return duplicate(sources, anchor.row() + 1, anchor.parent(), withChildren, true);
+    const TVLProjectNode *anchor = *std::min_element(sources.begin(), sources.end(), comesFirst);
+    QModelIndexList sourceIndexes;
+    for (const TVLProjectNode *source : std::as_const(sources))
+        sourceIndexes.append(createIndex(source));
+    return duplicate(sourceIndexes, anchor->row() + 1, createIndex(anchor->mParent), withChildren,
+                     true);
 }
 
 QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, int row,

@@ -17,21 +17,6 @@ QSet<int> toSet(const QList<int> &ids)
     return QSet<int>(ids.begin(), ids.end());
 }
 
-/** Without those that lie in another one of the list: they move along with it. */
-QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes)
-{
-    const QSet<const TVLProjectNode *> all(nodes.begin(), nodes.end());
-    nodes.removeIf([&all](const TVLProjectNode *node) {
-        for (const TVLProjectNode *ancestor = node->mParent; ancestor;
-             ancestor = ancestor->mParent) {
-            if (all.contains(ancestor))
-                return true;
-        }
-        return false;
-    });
-    return nodes;
-}
-
 /** The node and all below it that have children, in post-order. */
 QList<TVLProjectNode *> parentsDeepestFirst(TVLProjectNode *top)
 {
@@ -62,6 +47,20 @@ QList<TVLProjectNode *> TVLProjectModel::itemNodes(const QModelIndexList &indexe
             return {};
         nodes.append(node);
     }
+    return nodes;
+}
+
+QList<TVLProjectNode *> TVLProjectModel::withoutDescendants(QList<TVLProjectNode *> nodes)
+{
+    const QSet<const TVLProjectNode *> all(nodes.begin(), nodes.end());
+    nodes.removeIf([&all](const TVLProjectNode *node) {
+        for (const TVLProjectNode *ancestor = node->mParent; ancestor;
+             ancestor = ancestor->mParent) {
+            if (all.contains(ancestor))
+                return true;
+        }
+        return false;
+    });
     return nodes;
 }
 

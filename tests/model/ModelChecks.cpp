@@ -50,6 +50,12 @@ QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::Node
     return model->insertRowWithProperties(-1, parent, record);
 }
 
+QModelIndex addTextItem(TVLProjectModel *model, const QModelIndex &parent, const QString &title)
+{
+    return model->insertTextNode(-1, parent, title, title + u" text"_qs, title + u" card"_qs,
+                                 title + u" note"_qs);
+}
+
 void addTree(TVLProjectModel *model, const QModelIndex &parent, const QString &notation)
 {
     QList<QPersistentModelIndex> parents = {parent};

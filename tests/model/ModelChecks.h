@@ -26,6 +26,10 @@ emptyModel(TVL::FormatVersion version = TVL::FormatVersion18, bool mobile = fals
 QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
                     const QString &title = u"Item"_qs);
 
+/** Adds a text at the end of its parent, with texts of its own: for `a` these are `a text`,
+ * `a card` as its synopsis and `a note`. */
+QModelIndex addTextItem(TVLProjectModel *model, const QModelIndex &parent, const QString &title);
+
 /**
  * Adds items at the end of a parent in a notation such as `a b(c d:5)`: titles, for another type
  * than text the number of the type, and what lies in an item in parentheses.

@@ -10,16 +10,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
-
-QModelIndex addText(TVLProjectModel *model, const QModelIndex &parent, const QString &title)
-{
-    return model->insertTextNode(-1, parent, title, title + u" text"_qs, title + u" card"_qs,
-                                 title + u" note"_qs);
-}
-
-} // namespace
-
 class TstItemCloning : public QObject
 {
     Q_OBJECT
@@ -192,7 +182,7 @@ void TstItemCloning::unsavedWordsAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     typeText(model.get(), source, u"new "_qs);
     const QModelIndex copy = model->insertRowAndClone(-1, model->researchFolder(), source, {});
     QCOMPARE(model->documentPlainText(copy, false), u"new a text"_qs);
@@ -203,7 +193,7 @@ void TstItemCloning::aClonedFileCanBeEdited()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     QVERIFY(model->save(true));
     const QString sourceFile =
         project.path(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(source)));
@@ -236,8 +226,8 @@ void TstItemCloning::aCloneTakesTheTargetsDocumentsOutOfMemory()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addText(model.get(), model->researchFolder(), u"b"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
     QVERIFY(model->save(true));
     const QPointer<TVLTextDocument> held = model->referenceText(target);
     typeText(model.get(), target, u"unsaved "_qs);
@@ -252,7 +242,7 @@ void TstItemCloning::snapshotsComeAlongWhenAskedFor()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     QVERIFY(model->addSnapshot(source, u"first"_qs));
     const QModelIndex with = model->insertRowAndClone(-1, model->researchFolder(), source,
                                                       TVLProjectModel::CloneSnapshots);
@@ -266,8 +256,8 @@ void TstItemCloning::withoutFilesNothingIsCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addText(model.get(), model->researchFolder(), u"b"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
     QVERIFY(model->clone(source, target, false, true, true, false));
     QCOMPARE(model->title(target), u"b"_qs);
     QCOMPARE(model->documentPlainText(target, false), u"b text"_qs);
@@ -331,7 +321,7 @@ void TstItemCloning::onlyTheFilesAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     const QPersistentModelIndex target =
         model->insertTextNode(-1, model->researchFolder(), u"b"_qs, {}, {}, {});
     QVERIFY(model->addSnapshot(source, u"first"_qs));
@@ -349,8 +339,8 @@ void TstItemCloning::onlyTheAttributesAreCloned()
     const TestProject project;
     const auto model = project.create();
     const ModelTester tester(model.get());
-    const QPersistentModelIndex source = addText(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addText(model.get(), model->researchFolder(), u"b"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
     QVERIFY(model->addSnapshot(source, u"first"_qs));
     model->setLabelIdentity(source, 1);
     const QSignalSpy changed(model.get(), &QAbstractItemModel::dataChanged);
@@ -421,8 +411,8 @@ void TstItemCloning::duplicatesCarryTextsAndChildren()
 {
     const TestProject project;
     auto model = project.create();
-    const QPersistentModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
-    addText(model.get(), a, u"b"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    addTextItem(model.get(), a, u"b"_qs);
     QVERIFY(model->addSnapshot(a, u"first"_qs));
     model->duplicate({a}, true);
     model->prepareToDestroy();

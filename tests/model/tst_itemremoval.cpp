@@ -16,12 +16,6 @@ QStringList docFiles(const TestProject &project)
     return QDir(project.path(u"Files/Docs"_qs)).entryList(QDir::Files, QDir::Name);
 }
 
-QModelIndex addText(TVLProjectModel *model, const QModelIndex &parent, const QString &title)
-{
-    return model->insertTextNode(-1, parent, title, title + u" text"_qs, title + u" card"_qs,
-                                 title + u" note"_qs);
-}
-
 } // namespace
 
 class TstItemRemoval : public QObject
@@ -54,9 +48,9 @@ void TstItemRemoval::removingAnItemTakesItsFilesAndSaves()
     const TestProject project;
     auto model = project.create();
     const ModelTester tester(model.get());
-    const QModelIndex keep = addText(model.get(), model->draftFolder(), u"keep"_qs);
+    const QModelIndex keep = addTextItem(model.get(), model->draftFolder(), u"keep"_qs);
     const QString keptId = QString::number(model->nodeIdentity(keep));
-    const QPersistentModelIndex gone = addText(model.get(), model->draftFolder(), u"gone"_qs);
+    const QPersistentModelIndex gone = addTextItem(model.get(), model->draftFolder(), u"gone"_qs);
     const int goneId = model->nodeIdentity(gone);
     const QUuid goneUuid = model->nodeUuid(gone);
     QVERIFY(model->save(true));
@@ -104,8 +98,8 @@ void TstItemRemoval::unsavedTextsBelowStayOnDisk()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
-    const int id = model->nodeIdentity(addText(model.get(), a, u"b"_qs));
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const int id = model->nodeIdentity(addTextItem(model.get(), a, u"b"_qs));
     QVERIFY(model->removeIndex(a));
     QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_qs.arg(id)).contains("b text"));
 }
@@ -174,10 +168,10 @@ void TstItemRemoval::childrenAreRemovedWithTheirFiles()
     const TestProject project;
     const auto model = project.create();
     const ModelTester tester(model.get());
-    const QPersistentModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex b = addText(model.get(), a, u"b"_qs);
-    addText(model.get(), b, u"c"_qs);
-    addText(model.get(), a, u"d"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex b = addTextItem(model.get(), a, u"b"_qs);
+    addTextItem(model.get(), b, u"c"_qs);
+    addTextItem(model.get(), a, u"d"_qs);
     QVERIFY(model->save(true));
     model->removeChildrenForIndex(a);
     QCOMPARE(treeText(model.get(), model->researchFolder()), u"a"_qs);
@@ -199,9 +193,9 @@ void TstItemRemoval::emptyingTheTrashRemovesAllInIt()
     const TestProject project;
     auto model = project.create();
     const ModelTester tester(model.get());
-    const QPersistentModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
-    addText(model.get(), a, u"b"_qs);
-    const QModelIndex c = addText(model.get(), model->researchFolder(), u"c"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    addTextItem(model.get(), a, u"b"_qs);
+    const QModelIndex c = addTextItem(model.get(), model->researchFolder(), u"c"_qs);
     const int cId = model->nodeIdentity(c);
     QVERIFY(model->moveToTrash({a}));
     QVERIFY(model->save(true));
@@ -261,7 +255,7 @@ void TstItemRemoval::aDirtyTextDoesNotComeBack()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     typeText(model.get(), a, u"more "_qs);
     QVERIFY(model->removeIndex(a));
     QVERIFY(model->save(true));
@@ -272,7 +266,7 @@ void TstItemRemoval::aHeldDocumentLosesItsItem()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     QVERIFY(model->save(true));
     const QPointer<TVLTextDocument> document = model->referenceText(a);
     QVERIFY(model->removeIndex(a));
@@ -288,7 +282,7 @@ void TstItemRemoval::anIdIsFreeAgain()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addText(model.get(), model->researchFolder(), u"a"_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     const int id = model->nodeIdentity(a);
     QVERIFY(model->removeIndex(a));
     const QModelIndex b = model->insertTextNode(-1, model->researchFolder(), u"b"_qs, {}, {}, {});

@@ -52,8 +52,7 @@ void TstTwoModels::init()
     mFrom = mSourceProject->create();
     mTo = mTargetProject->create();
     mTester = std::make_unique<ModelTester>(mTo.get());
-    mSource = mFrom->insertTextNode(-1, mFrom->researchFolder(), u"a"_qs, u"a text"_qs,
-                                    u"a card"_qs, u"a note"_qs);
+    mSource = addTextItem(mFrom.get(), mFrom->researchFolder(), u"a"_qs);
 }
 
 void TstTwoModels::cleanup()
