@@ -468,7 +468,7 @@ public:
      * Joins texts into the first of the list, with their notes, synopses, keywords, references and
      * snapshots, and removes the others; their children move up to their place. The joined text is
      * on disk before a file is deleted; when it can't be written, no file is. An invalid index,
-     * with nothing changed, unless all are folders or texts.
+     * with nothing changed, unless all are texts or folders and can be read.
      */
     QModelIndex mergeIndexes(const QModelIndexList &indexes);
     /**
