@@ -347,7 +347,7 @@ void registerBenchmarks()
         int rounds;
     };
     constexpr int Rounds = 11;
-    constexpr int RoundsWithFiles = 5;
+    constexpr int RoundsWithFiles = 3;
     const auto moveOf = [](MoveForm form) {
         return [form](benchmark::State &state, int items, Target target) {
             moveItems(state, form, items, target);
@@ -357,8 +357,8 @@ void registerBenchmarks()
     const Row rows[] = {
         {"moveToFolder_nodes", moveOf(MoveForm::Nodes), allSizes, 3, Rounds},
         {"moveToFolder_indexes", moveOf(MoveForm::Indexes), allSizes, 3, Rounds},
-        {"duplicate_folder", duplicateFolder, {1'000, 10'000}, 2, RoundsWithFiles},
-        {"emptyTrash", emptyTrash, {1'000, 10'000}, 8, RoundsWithFiles},
+        {"duplicate_folder", duplicateFolder, {1'000, 10'000}, 5, RoundsWithFiles},
+        {"emptyTrash", emptyTrash, {1'000, 10'000}, 13, RoundsWithFiles},
         {"mergeIndexes", mergeTexts, {100, 1'000}, 10, RoundsWithFiles},
         {"findUniqueTitle", findUniqueTitle, allSizes, 4, Rounds},
         {"duplicate_growth", duplicateOneTitle, {10'000, 100'000}, GrowthTarget, RoundsWithFiles},

@@ -747,7 +747,8 @@ QString RandomEdits::reopen()
     mTester.reset();
     mSignals.reset();
     mWatched.clear();
-    expect(mModel->save(), u"the project could not be saved"_qs);
+    // Two ways of removing items leave it to their caller to have that saved.
+    expect(mModel->save(true), u"the project could not be saved"_qs);
     mModel->prepareToDestroy();
     mModel = mProject.open();
     if (!mModel)
