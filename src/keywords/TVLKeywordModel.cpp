@@ -165,12 +165,14 @@ TVLKeywordModel::TVLKeywordItem *TVLKeywordModel::findItem(int id)
 
 const QList<int> &TVLKeywordModel::childIds(int parentId) const
 {
-    return parentId == NoId ? mRootItems : findItem(parentId)->children;
+    const TVLKeywordItem *item = findItem(parentId);
+    return item ? item->children : mRootItems;
 }
 
 QList<int> &TVLKeywordModel::childIds(int parentId)
 {
-    return parentId == NoId ? mRootItems : findItem(parentId)->children;
+    TVLKeywordItem *item = findItem(parentId);
+    return item ? item->children : mRootItems;
 }
 
 int TVLKeywordModel::rowOf(const TVLKeywordItem &item) const
@@ -285,7 +287,7 @@ void TVLKeywordModel::insertNew(int row, TVLKeywordItem item)
     childIds(item.parentId).insert(row, id);
     enterTitle(item);
     mFreedIds.erase(id);
-    const TVLKeywordItem &inserted = *mItems.insert(id, std::move(item));
+    const TVLKeywordItem &inserted = *mItems.insert(id, item);
     endInsertRows();
     if (mSearchIndex)
         mSearchIndex->addKeyword(id, inserted.title);

@@ -39,8 +39,6 @@ constexpr int LargestCopy = 30;
 constexpr int LastSystemFolderId = 2; ///< Of those that every project has.
 constexpr int WatchedItems = 5;
 constexpr int OperationsPerComparison = 10;
-constexpr int OperationsPerTesterCycle = 500;
-constexpr int OperationsUnderTester = 30;
 
 /** A project and what its tree must look like, and random edits of both. */
 class RandomEdits
@@ -152,14 +150,11 @@ RandomEdits::RandomEdits(quint32 seed)
     adoptNewItems();
     compareTrees();
     mWatched.resize(WatchedItems);
+    mTester.emplace(mModel.get());
 }
 
 QString RandomEdits::step(int number)
 {
-    if (number % OperationsPerTesterCycle == 0)
-        mTester.emplace(mModel.get());
-    else if (number % OperationsPerTesterCycle == OperationsUnderTester)
-        mTester.reset();
     watch(mRandom.bounded(WatchedItems * 10));
 
     const Operation &operation = chooseOperation();

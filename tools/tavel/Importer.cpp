@@ -149,8 +149,8 @@ QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
     return mModel->saveDocuments(node, false, &errors) ? QString() : errors.join(u' ');
 }
 
-void Importer::removeItems(const QList<TVLProjectNode *> &nodes)
+void Importer::removeItems(QList<TVLProjectNode *> nodes)
 {
-    for (auto node = nodes.crbegin(); node != nodes.crend(); ++node)
-        mModel->removeIndexFromModel(mModel->createIndex(*node));
+    while (!nodes.isEmpty())
+        mModel->removeIndexFromModel(mModel->createIndex(nodes.takeLast()));
 }

@@ -43,7 +43,7 @@ private:
                                             std::unique_ptr<QTextDocument> document) const;
     [[nodiscard]] TVLProjectNode *makeItem(TVL::NodeType type, const QString &title);
     [[nodiscard]] QString writeText(TVLProjectNode *node, const QTextDocument &document);
-    void removeItems(const QList<TVLProjectNode *> &nodes);
+    void removeItems(QList<TVLProjectNode *> nodes);
 
     TVLProjectModel *mModel;
     QList<TVLProjectNode *> mWay; ///< The items around the next entry, the outermost first.
