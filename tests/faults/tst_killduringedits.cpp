@@ -1,3 +1,4 @@
+#include "KillCount.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -26,18 +27,10 @@ private Q_SLOTS:
 
 namespace {
 
-constexpr int UsualKills = 100;
+const int Kills = killCount(100);
 constexpr int LinesPerText = 40;
 constexpr int SnapshotEvery = 15; ///< So many chapters for one that has one.
 constexpr TVL::DocumentType TextTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText};
-
-/** How often each edit is killed: fewer where a process takes many times as long to come up. */
-int killsFromEnvironment()
-{
-    const int kills = qEnvironmentVariableIntValue("TVL_KILLS");
-    return kills > 0 ? kills : UsualKills;
-}
-const int Kills = killsFromEnvironment();
 
 /** The words of one document of an item; they are in no other. */
 QString wordsOf(const QString &title, TVL::DocumentType type)
