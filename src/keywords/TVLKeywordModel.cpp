@@ -4,6 +4,7 @@
 #include "TVLGuiUtil.h"
 #include "TVLIcon.h"
 #include "TVLModel.h"
+#include "TVLNearestPosition_p.h"
 #include "TVLSearchIndex.h"
 
 #include <QMimeData>
@@ -178,17 +179,13 @@ QList<int> &TVLKeywordModel::childIds(int parentId)
 int TVLKeywordModel::rowOf(const TVLKeywordItem &item) const
 {
     const QList<int> &siblings = childIds(item.parentId);
-    const int count = int(siblings.size());
-    const int hint = std::clamp(item.rowHint, 0, std::max(0, count - 1));
-    for (int distance = 0; distance < count; ++distance) {
-        for (const int row : {hint - distance, hint + distance}) {
-            if (row >= 0 && row < count && siblings.at(row) == item.id) {
-                item.rowHint = row;
-                return row;
-            }
-        }
-    }
-    return -1; // It is being removed.
+    const int row = tvlNearestPosition(int(siblings.size()), item.rowHint, [&](int position) {
+        return siblings.at(position) == item.id;
+    });
+    // Without one it is being removed.
+    if (row >= 0)
+        item.rowHint = row;
+    return row;
 }
 
 QModelIndex TVLKeywordModel::index(int id) const

@@ -1,8 +1,10 @@
 #include "TVLProjectNode.h"
 
+#include "TVLNearestPosition_p.h"
 #include "TVLTextDocument.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -135,19 +137,16 @@ int TVLProjectNode::row() const
     if (mRowHint < count && siblings.at(mRowHint) == this)
         return mRowHint;
     // A row shifts by as much as was inserted and removed before it, which mostly isn't much.
-    const int start = std::min(mRowHint, count);
-    for (int distance = 1; distance <= std::max(start, count - start); ++distance) {
-        for (const int row : {start - distance, start + distance}) {
-            if (row < 0 || row >= count || siblings.at(row) != this)
-                continue;
-            // Those around it have shifted likewise, and are asked next as a rule.
-            const int end = std::min(row + distance, count - 1);
-            for (int near = std::max(row - distance, 0); near <= end; ++near)
-                siblings.at(near)->mRowHint = near;
-            return row;
-        }
-    }
-    return -1;
+    const int row = tvlNearestPosition(count, mRowHint,
+                                       [&](int position) { return siblings.at(position) == this; });
+    if (row < 0)
+        return -1;
+    // Those around it have shifted likewise, and are asked next as a rule.
+    const int shift = std::abs(row - mRowHint);
+    const int end = std::min(row + shift, count - 1);
+    for (int near = std::max(row - shift, 0); near <= end; ++near)
+        siblings.at(near)->mRowHint = near;
+    return row;
 }
 
 std::unique_ptr<TVLProjectNode> TVLProjectNode::takeChild(int row)

@@ -44,7 +44,7 @@ ExitStatus run(const QCommandLineParser &parser, Console *console)
     if (!node)
         return console->fail(u"there is no item '%1'"_qs.arg(name));
     const TVL::DocumentType type = wantedText(parser);
-    if (type == TVL::MainText && !hasMainText(node))
+    if (type == TVL::MainText && !node->canHaveText())
         return console->fail(u"'%1' has no text of its own"_qs.arg(node->mTitle));
 
     const auto document = readItemText(model->path().absolutePath(), node, type, &error);

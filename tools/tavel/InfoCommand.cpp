@@ -47,7 +47,7 @@ TextCounts countTexts(const TVLProjectModel &model)
     TextCounts counts;
     const QString path = projectPath(model);
     tvlForEachNode(model.binderRoot(), [&](TVLProjectNode *node) {
-        if (!hasMainText(node))
+        if (!node->canHaveText())
             return;
         QString error;
         const auto document = readItemText(path, node, TVL::MainText, &error);

@@ -8,11 +8,6 @@
 
 #include <QDir>
 
-bool hasMainText(const TVLProjectNode *node)
-{
-    return node->canHaveText();
-}
-
 std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLProjectNode *node,
                                               TVL::DocumentType type, QString *error)
 {

@@ -11,9 +11,6 @@ class QTextDocument;
 class TVLProjectNode;
 class TVLTextDocument;
 
-/** Whether an item has a main text; every item can have notes and a synopsis. */
-[[nodiscard]] bool hasMainText(const TVLProjectNode *node);
-
 /**
  * Reads one of an item's texts from its file, past the model: a tool that looks at each text once
  * needs none of them to stay in memory. An item without such a file has an empty text. Null when

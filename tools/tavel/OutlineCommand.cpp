@@ -87,7 +87,7 @@ std::optional<qint64> OutlineWriter::wordsOf(TVLProjectNode *node) const
 {
     QString error;
     const auto document =
-        hasMainText(node) ? readItemText(mProjectPath, node, TVL::MainText, &error) : nullptr;
+        node->canHaveText() ? readItemText(mProjectPath, node, TVL::MainText, &error) : nullptr;
     return document ? std::optional(lengthOf(*document).words) : std::nullopt;
 }
 

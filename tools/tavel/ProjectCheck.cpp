@@ -268,7 +268,7 @@ void ProjectCheck::checkTexts()
     tvlForEachNode(mProject->binderRoot(), [&](TVLProjectNode *node) {
         if (node->mId < 0 || !isFolderThere)
             return;
-        if (hasMainText(node))
+        if (node->canHaveText())
             checkText(node, TVL::MainText);
         checkText(node, TVL::NotesText);
         checkText(node, TVL::SynopsisText);

@@ -50,7 +50,7 @@ std::optional<ItemSnapshots> findItemSnapshots(const TVLProjectModel &model, con
     TVLProjectNode *node = findItem(model, name);
     if (!node)
         *error = u"there is no item '%1'"_qs.arg(name);
-    else if (!hasMainText(node))
+    else if (!node->canHaveText())
         *error = u"'%1' has no text of its own"_qs.arg(node->mTitle);
     else if (auto snapshots = readSnapshotList(projectPath(model), node->mId, error))
         return ItemSnapshots{node, *snapshots};
