@@ -36,6 +36,19 @@ constexpr TVLWord<TVL::BinderVersion> BinderVersionTexts[] = {
     {TVL::BinderVersion3, u"2.0"},
 };
 
+struct SearchableDocument
+{
+    TVL::DocumentProperty property;
+    TVL::DocumentType document;
+};
+
+constexpr SearchableDocument SearchableDocuments[] = {
+    {TVL::TextProperty, TVL::MainText},
+    {TVL::NotesProperty, TVL::NotesText},
+    {TVL::SynopsisProperty, TVL::SynopsisText},
+    {TVL::CommentsProperty, TVL::CommentsFile},
+};
+
 struct VersionPair
 {
     TVL::FormatVersion format;
@@ -75,6 +88,30 @@ QString TVL::toString(CollectionType type)
 TVL::CollectionType TVL::toCollectionType(QStringView word, CollectionType fallback)
 {
     return tvlValueOf(CollectionTypeWords, word, fallback);
+}
+
+bool TVL::canConvertToDocType(DocumentProperty property)
+{
+    return std::any_of(std::begin(SearchableDocuments), std::end(SearchableDocuments),
+                       [=](const SearchableDocument &row) { return row.property == property; });
+}
+
+TVL::DocumentType TVL::toDocumentType(DocumentProperty property)
+{
+    for (const SearchableDocument &row : SearchableDocuments) {
+        if (row.property == property)
+            return row.document;
+    }
+    return MainText;
+}
+
+TVL::DocumentProperty TVL::toDocumentProperty(DocumentType type)
+{
+    for (const SearchableDocument &row : SearchableDocuments) {
+        if (row.document == type)
+            return row.property;
+    }
+    return AllProperties;
 }
 
 QString TVL::toString(BinderVersion version)

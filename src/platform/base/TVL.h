@@ -152,6 +152,18 @@ enum SearchCompile : int {
 };
 Q_ENUM_NS(SearchCompile)
 
+/** Which views the binder's selection acts on. The application's windows give the other numbers. */
+enum AffectType : int {
+    DefaultAffect = 0,
+};
+Q_ENUM_NS(AffectType)
+
+/** A page of the inspector. The application's windows give the other numbers. */
+enum InspectorMode : int {
+    DefaultInspectorMode = 0,
+};
+Q_ENUM_NS(InspectorMode)
+
 /** Titles of keywords in a drag: UTF-8 text with U+2028 between them. */
 TVL_EXPORT extern const QString KeywordsMimeType;
 
@@ -166,6 +178,15 @@ TVL_EXPORT extern const QString KeywordsMimeType;
 
 /** The kind of collection of a binder word, case-sensitive; @p fallback for an unknown one. */
 [[nodiscard]] TVL_EXPORT CollectionType toCollectionType(QStringView word, CollectionType fallback);
+
+/** Whether a searchable property is what a document file of its own holds. */
+[[nodiscard]] TVL_EXPORT bool canConvertToDocType(DocumentProperty property);
+
+/** The document file that holds a property; MainText for a property that has none. */
+[[nodiscard]] TVL_EXPORT DocumentType toDocumentType(DocumentProperty property);
+
+/** The searchable property that a document file holds; AllProperties for a file with none. */
+[[nodiscard]] TVL_EXPORT DocumentProperty toDocumentProperty(DocumentType type);
 
 /** The `Version` text of a binder version; empty for an unknown version. */
 [[nodiscard]] TVL_EXPORT QString toString(BinderVersion version);

@@ -1,22 +1,15 @@
 #include "TVLOptions.h"
 
+#include "TVLStoredValue_p.h"
+
 #include <QCoreApplication>
 #include <QSettings>
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 #include <utility>
 
 namespace {
-
-template <typename Option, typename Value>
-struct OptionRow
-{
-    Option option;
-    QStringView key;
-    Value defaultValue;
-};
 
 /** A default that is only known when the application runs. */
 using FontDefault = QFont (*)();
@@ -26,7 +19,7 @@ QFont applicationFont()
     return QFont();
 }
 
-constexpr OptionRow<TVLOptions::Flag, bool> FlagRows[] = {
+constexpr TVLSettingRow<TVLOptions::Flag, bool> FlagRows[] = {
     {TVLOptions::PreviousExitedNormally, u"General/PreviousExitedNormally", true},
     {TVLOptions::ImportHtmlAsText, u"ImportExport/ImportHtmlAsText", false},
     {TVLOptions::OnlyDisplayableFormats, u"ImportExport/OnlyDisplayableFormats", false},
@@ -36,11 +29,11 @@ constexpr OptionRow<TVLOptions::Flag, bool> FlagRows[] = {
     {TVLOptions::DropOnItemsInLists, u"Navigation/DropOnItemsInLists", false},
 };
 
-constexpr OptionRow<TVLOptions::Int, int> IntRows[] = {
+constexpr TVLSettingRow<TVLOptions::Int, int> IntRows[] = {
     {TVLOptions::AutoSaveSeconds, u"General/AutoSaveSeconds", 10},
 };
 
-constexpr OptionRow<TVLOptions::Font, FontDefault> FontRows[] = {
+constexpr TVLSettingRow<TVLOptions::Font, FontDefault> FontRows[] = {
     {TVLOptions::DefaultFont, u"TextEditing/DefaultFont", applicationFont},
 };
 
@@ -82,17 +75,17 @@ constexpr bool isOption(TVLOptions::Font font)
 
 /** Whether every option stands in a table once, and nothing else does. */
 template <typename Option, typename Value, std::size_t Size>
-constexpr bool isComplete(const OptionRow<Option, Value> (&table)[Size])
+constexpr bool isComplete(const TVLSettingRow<Option, Value> (&table)[Size])
 {
     constexpr int HighestNumber = 255;
-    for (const OptionRow<Option, Value> &row : table) {
-        if (row.option < 0 || row.option > HighestNumber)
+    for (const TVLSettingRow<Option, Value> &row : table) {
+        if (row.setting < 0 || row.setting > HighestNumber)
             return false;
     }
     for (int number = 0; number <= HighestNumber; ++number) {
         const Option option = Option(number);
         const auto rows = std::count_if(std::begin(table), std::end(table),
-                                        [=](const auto &row) { return row.option == option; });
+                                        [=](const auto &row) { return row.setting == option; });
         if (rows != (isOption(option) ? 1 : 0))
             return false;
     }
@@ -104,11 +97,11 @@ static_assert(isComplete(IntRows), "every number has one key and default");
 static_assert(isComplete(FontRows), "every font has one key and default");
 
 template <typename Option, typename Value, std::size_t Size>
-const OptionRow<Option, Value> &rowOf(const OptionRow<Option, Value> (&table)[Size], Option option)
+const TVLSettingRow<Option, Value> &rowOf(const TVLSettingRow<Option, Value> (&table)[Size],
+                                          Option option)
 {
-    const auto row = std::find_if(std::begin(table), std::end(table),
-                                  [=](const auto &each) { return each.option == option; });
-    Q_ASSERT_X(row != std::end(table), "TVLOptions", "no such option");
+    const TVLSettingRow<Option, Value> *row = tvlFindSetting(table, option);
+    Q_ASSERT_X(row, "TVLOptions", "no such option");
     return *row;
 }
 
@@ -118,10 +111,10 @@ QString groupOf(const QString &key)
 }
 
 template <typename Option, typename Value, std::size_t Size>
-QStringList groupsOf(const OptionRow<Option, Value> (&table)[Size])
+QStringList groupsOf(const TVLSettingRow<Option, Value> (&table)[Size])
 {
     QStringList groups;
-    for (const OptionRow<Option, Value> &row : table)
+    for (const TVLSettingRow<Option, Value> &row : table)
         groups += groupOf(row.key.toString());
     return groups;
 }
@@ -133,33 +126,6 @@ QStringList groupsOf(const QSettings &settings)
     for (const QString &key : keys)
         groups += groupOf(key);
     return groups;
-}
-
-// An ini file has texts only. Taking the text also of values that weren't through the file yet
-// makes them read the same before and after.
-
-std::optional<bool> toFlag(const QVariant &stored)
-{
-    const QString text = stored.toString();
-    if (text.compare(u"true", Qt::CaseInsensitive) == 0)
-        return true;
-    if (text.compare(u"false", Qt::CaseInsensitive) == 0)
-        return false;
-    return std::nullopt;
-}
-
-std::optional<int> toInt(const QVariant &stored)
-{
-    bool ok = false;
-    const int number = stored.toString().toInt(&ok);
-    return ok ? std::optional(number) : std::nullopt;
-}
-
-std::optional<QFont> toFont(const QVariant &stored)
-{
-    // Not by conversion, which takes any text for the name of a font.
-    return stored.typeId() == QMetaType::QFont ? std::optional(stored.value<QFont>())
-                                               : std::nullopt;
 }
 
 /** Whether a stored value, which may have become a text on its way through the file, is @p value.
@@ -209,17 +175,17 @@ TVLOptions::~TVLOptions() = default;
 
 bool TVLOptions::value(Flag flag) const
 {
-    return toFlag(mSettings->value(keyText(flag))).value_or(defaultValue(flag));
+    return tvlStoredOr(*mSettings, keyText(flag), tvlStoredFlag, defaultValue(flag));
 }
 
 int TVLOptions::value(Int number) const
 {
-    return toInt(mSettings->value(keyText(number))).value_or(defaultValue(number));
+    return tvlStoredOr(*mSettings, keyText(number), tvlStoredInt, defaultValue(number));
 }
 
 QFont TVLOptions::value(Font font) const
 {
-    return toFont(mSettings->value(keyText(font))).value_or(defaultValue(font));
+    return tvlStoredOr(*mSettings, keyText(font), tvlStoredExactly<QFont>, defaultValue(font));
 }
 
 void TVLOptions::setValue(Flag flag, bool value)

@@ -1,0 +1,406 @@
+#include "SettingsFile.h"
+#include "TestMain.h"
+
+#include "TVLProjectSettings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <functional>
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/** Asks for everything that has a number or an accessor. */
+void readAll(const TVLProjectSettings &settings)
+{
+    for (int number = -1; number <= 120; ++number) {
+        static_cast<void>(settings.value(TVLSettings::FlagSetting(number)));
+        static_cast<void>(settings.value(TVLSettings::IntSetting(number)));
+        static_cast<void>(settings.value(TVLSettings::StringSetting(number)));
+        static_cast<void>(settings.value(TVLSettings::StringListSetting(number)));
+        static_cast<void>(settings.value(TVLSettings::IntListSetting(number)));
+        static_cast<void>(settings.value(TVLSettings::ByteArraySetting(number)));
+    }
+    static_cast<void>(settings.name());
+    static_cast<void>(settings.preview());
+    static_cast<void>(settings.windowGeometry(nullptr));
+    static_cast<void>(settings.windowMaximized(nullptr));
+    static_cast<void>(settings.visibilityFlags(nullptr));
+    static_cast<void>(settings.binderAffectsType());
+    static_cast<void>(settings.inspectorMode());
+    static_cast<void>(settings.editorSplitterState());
+    static_cast<void>(settings.ignoreList());
+    static_cast<void>(settings.binderHistory());
+}
+
+/** A file with one entry of many kinds, to be damaged. */
+QByteArray wholeFile()
+{
+    const SettingsFile file;
+    {
+        TVLProjectSettings settings(file.path());
+        settings.setName(u"M\u00fcller"_qs);
+        settings.setPreview(QImage(3, 3, QImage::Format_Mono));
+        settings.setWindowPosition(QPoint(1, 2));
+        settings.setWindowSize(QSize(3, 4), true);
+        settings.setIgnoreList({u"one"_qs, u"two"_qs});
+        settings.setBinderHistory(QByteArray(40, '\xf0'));
+        settings.setValue(TVLSettings::ExpandedBinderItems, {1, 2, 3});
+        settings.setValue(TVLSettings::CardSize, 5);
+        settings.setValue(TVLSettings::GhostNotes, true);
+    }
+    return file.content();
+}
+
+} // namespace
+
+class TstSettingsFiles : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void openingAndReadingMakesNoFile();
+    void readingADamagedFileTouchesNothing_data();
+    void readingADamagedFileTouchesNothing();
+    void aDamagedFileIsKeptBeforeTheFirstChange_data();
+    void aDamagedFileIsKeptBeforeTheFirstChange();
+    void aWholeFileIsNotKept_data();
+    void aWholeFileIsNotKept();
+    void everyWayOfChangingKeepsADamagedFile();
+    void theSecondObjectOnADamagedFileKeepsItToo();
+    void aDamagedFileIsKeptOnceForTheSameContent();
+    void anotherDamagedFileDoesNotReplaceTheFirst();
+    void aDamagedFileThatCannotBeKeptIsNotWritten();
+    void whatCanBeReadOfADamagedFileIsRead();
+    void junkBreaksNothing();
+    void aCutFileBreaksNothing();
+    void aFileWithOneWrongByteBreaksNothing();
+    void aHugeFileIsRead();
+    void aFileThatCannotBeWrittenLosesNothing_data();
+    void aFileThatCannotBeWrittenLosesNothing();
+};
+
+void TstSettingsFiles::openingAndReadingMakesNoFile()
+{
+    const SettingsFile file(u"Folder/ui.ini"_qs);
+    readAll(TVLProjectSettings(file.path()));
+    QVERIFY(!QFile::exists(file.pathBeside(u"Folder"_qs)));
+}
+
+void TstSettingsFiles::readingADamagedFileTouchesNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow("no entries") << QByteArray("a writer's words\nand more\n");
+    QTest::newRow("open group") << QByteArray("[General\nlayoutName=x\n");
+    QTest::newRow("a line without a value") << QByteArray("[General]\nlayoutName=x\nword\n");
+    QTest::newRow("in another group") << QByteArray("[General]\na=1\n[Compile]\nword\n");
+    QTest::newRow("not UTF-8") << QByteArray("[General]\nlayoutName=M\xfcller\n");
+    QTest::newRow("NUL") << QByteArray("[General]\nlayoutName=a\0b\n", 26);
+    QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0G\0]\0\n\0a\0=\0"
+                                          "1\0\n\0",
+                                          18);
+    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf[General]\nlayoutName=x\n");
+    QTest::newRow("only NULs") << QByteArray(4096, '\0');
+    QTest::newRow("zip") << QByteArray("PK\3\4\x14\0\0\0\xff=\xfe\n", 12);
+}
+
+void TstSettingsFiles::readingADamagedFileTouchesNothing()
+{
+    QFETCH(QByteArray, content);
+    const SettingsFile file;
+    file.write(content);
+    {
+        TVLProjectSettings settings(file.path());
+        readAll(settings);
+        settings.sync();
+    }
+    QCOMPARE(file.content(), content);
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+}
+
+void TstSettingsFiles::aDamagedFileIsKeptBeforeTheFirstChange_data()
+{
+    readingADamagedFileTouchesNothing_data();
+}
+
+void TstSettingsFiles::aDamagedFileIsKeptBeforeTheFirstChange()
+{
+    QFETCH(QByteArray, content);
+    const SettingsFile file;
+    file.write(content);
+    {
+        TVLProjectSettings settings(file.path());
+        readAll(settings);
+        settings.setValue(TVLSettings::CardSize, 5);
+        settings.setValue(TVLSettings::CardRatio, 6);
+    }
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), content);
+    QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
+    QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardRatio), 6);
+
+    // What was written can be read, so nothing more is kept.
+    TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 7);
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+}
+
+void TstSettingsFiles::aWholeFileIsNotKept_data()
+{
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("blank lines") << QByteArray("\n\r\n  \n");
+    QTest::newRow("comment") << QByteArray("; a word\n[General]\nlayoutName=x\n");
+    QTest::newRow("line ends of Windows") << QByteArray("[General]\r\nlayoutName=x\r\n");
+    QTest::newRow("no group") << QByteArray("layoutName=x\n");
+    QTest::newRow("no line end") << QByteArray("[General]\nlayoutName=x");
+    QTest::newRow("wrong kinds") << QByteArray("[General]\nwindowSize=x\nbinderAffects=y\n");
+    QTest::newRow("whole") << wholeFile();
+}
+
+void TstSettingsFiles::aWholeFileIsNotKept()
+{
+    QFETCH(QByteArray, content);
+    const SettingsFile file;
+    file.write(content);
+    TVLProjectSettings(file.path()).setValue(TVLSettings::CardRatio, 6);
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    const auto settings = file.open<TVLProjectSettings>();
+    QCOMPARE(settings->value(TVLSettings::CardRatio), 6);
+    if (content.contains("layoutName=x"))
+        QCOMPARE(settings->name(), u"x"_qs);
+}
+
+void TstSettingsFiles::everyWayOfChangingKeepsADamagedFile()
+{
+    using Change = std::function<void(TVLProjectSettings &)>;
+    const Change changes[] = {
+        [](TVLProjectSettings &settings) { settings.setValue(u"key"_qs, 1); },
+        [](TVLProjectSettings &settings) { settings.setValue(TVLSettings::GhostNotes, true); },
+        [](TVLProjectSettings &settings) {
+            settings.setPreview(QImage(1, 1, QImage::Format_Mono));
+        },
+        [](TVLProjectSettings &settings) { settings.setIgnoreList({}); },
+        [](TVLProjectSettings &settings) { settings.remove(u"layoutName"_qs); },
+        [](TVLProjectSettings &settings) { settings.clear(); },
+        [](TVLProjectSettings &settings) { QVERIFY(settings.saveToFile(settings.fileName())); },
+    };
+    for (const Change &change : changes) {
+        const QByteArray damaged = "[General]\nlayoutName=x\nword\n";
+        const SettingsFile file;
+        file.write(damaged);
+        {
+            TVLProjectSettings settings(file.path());
+            change(settings);
+        }
+        QVERIFY(file.content() != damaged);
+        QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), damaged);
+    }
+}
+
+void TstSettingsFiles::theSecondObjectOnADamagedFileKeepsItToo()
+{
+    const QByteArray damaged = "[General]\nlayoutName=x\nword\n";
+    const SettingsFile file;
+    file.write(damaged);
+    // Only the first object on a file is told that it can't be read.
+    readAll(TVLProjectSettings(file.path()));
+    const TVLProjectSettings open(file.path());
+    readAll(open);
+    TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 5);
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), damaged);
+}
+
+void TstSettingsFiles::aDamagedFileIsKeptOnceForTheSameContent()
+{
+    const QByteArray damaged = "[General]\nlayoutName=x\nword\n";
+    const SettingsFile file;
+    for (int time = 0; time < 3; ++time) {
+        file.write(damaged);
+        TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, time);
+    }
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+}
+
+void TstSettingsFiles::anotherDamagedFileDoesNotReplaceTheFirst()
+{
+    const SettingsFile file;
+    for (const QByteArray &damaged : {QByteArray("one"), QByteArray("two"), QByteArray("three")}) {
+        file.write(damaged);
+        TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 5);
+    }
+    QCOMPARE(file.names(),
+             QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs, u"ui.ini.damaged-2"_qs,
+                          u"ui.ini.damaged-3"_qs}));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), QByteArray("one"));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-2"_qs)), QByteArray("two"));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-3"_qs)), QByteArray("three"));
+}
+
+void TstSettingsFiles::aDamagedFileThatCannotBeKeptIsNotWritten()
+{
+    // There is room for the names that writing needs, but not for the copy's.
+    const QString name = QString(248, u'n');
+    {
+        const SettingsFile whole(name);
+        TVLProjectSettings(whole.path()).setValue(TVLSettings::CardSize, 5);
+        QCOMPARE(whole.content(), iniText(u"IndexCard/Size"_qs, "5"));
+    }
+    const QByteArray damaged = "[IndexCard]\nSize=9\nword\n";
+    const SettingsFile file(name);
+    file.write(damaged);
+    {
+        TVLProjectSettings settings(file.path());
+        settings.setValue(TVLSettings::CardSize, 5);
+        settings.setPreview(QImage(1, 1, QImage::Format_Mono));
+        settings.remove(u"IndexCard/Size"_qs);
+        settings.clear();
+        QCOMPARE(settings.value(TVLSettings::CardSize), 9);
+        QVERIFY(!settings.saveToFile(settings.fileName()));
+    }
+    const SettingsFile source;
+    QVERIFY(!TVLProjectSettings(source.path()).saveToFile(file.path()));
+    QCOMPARE(file.content(), damaged);
+    QCOMPARE(file.names(), QStringList(name));
+}
+
+void TstSettingsFiles::whatCanBeReadOfADamagedFileIsRead()
+{
+    const SettingsFile file;
+    file.write("[General]\nlayoutName=x\nword\n[IndexCard]\nSize=9\n");
+    {
+        TVLProjectSettings settings(file.path());
+        QCOMPARE(settings.name(), u"x"_qs);
+        QCOMPARE(settings.value(TVLSettings::CardSize), 9);
+        settings.setValue(TVLSettings::CardRatio, 1);
+    }
+    const auto settings = file.open<TVLProjectSettings>();
+    QCOMPARE(settings->name(), u"x"_qs);
+    QCOMPARE(settings->value(TVLSettings::CardSize), 9);
+    QCOMPARE(settings->value(TVLSettings::CardRatio), 1);
+}
+
+void TstSettingsFiles::junkBreaksNothing()
+{
+    QRandomGenerator random(4711);
+    for (int time = 0; time < 50; ++time) {
+        QByteArray junk(int(random.bounded(2000)) + 1, '\0');
+        for (char &byte : junk)
+            byte = char(random.bounded(256));
+        const SettingsFile file;
+        file.write(junk);
+        {
+            TVLProjectSettings settings(file.path());
+            readAll(settings);
+            settings.setValue(TVLSettings::CardSize, 5);
+        }
+        QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
+        const QString kept = file.pathBeside(u"ui.ini.damaged"_qs);
+        // Only the shortest junk can happen to be a whole file.
+        QVERIFY(contentOf(kept) == junk || (junk.size() < 20 && !QFile::exists(kept)));
+    }
+}
+
+void TstSettingsFiles::aCutFileBreaksNothing()
+{
+    const QByteArray whole = wholeFile();
+    for (int size = 0; size < whole.size(); size += 5) {
+        const SettingsFile file;
+        file.write(whole.first(size));
+        TVLProjectSettings settings(file.path());
+        readAll(settings);
+        settings.setValue(TVLSettings::PageCountTarget, 5);
+        settings.sync();
+        QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::PageCountTarget), 5);
+    }
+}
+
+void TstSettingsFiles::aFileWithOneWrongByteBreaksNothing()
+{
+    const QByteArray whole = wholeFile();
+    QRandomGenerator random(42);
+    for (int position = 0; position < whole.size(); ++position) {
+        QByteArray wrong = whole;
+        wrong[position] = char(random.bounded(256));
+        const SettingsFile file;
+        file.write(wrong);
+        readAll(TVLProjectSettings(file.path()));
+        QCOMPARE(file.content(), wrong);
+    }
+}
+
+void TstSettingsFiles::aHugeFileIsRead()
+{
+    constexpr int KeyCount = 100'000;
+    QByteArray content = "[Many]\n";
+    for (int i = 0; i < KeyCount; ++i)
+        content += "key" + QByteArray::number(i) + '=' + QByteArray::number(i) + '\n';
+    content += "[General]\nlayoutName=" + QByteArray(5'000'000, 'x') + '\n';
+    content += "[Outliner]\nFirst\\ColumnWidths=1" + QByteArray(", 1").repeated(KeyCount) + '\n';
+    const SettingsFile file;
+    file.write(content);
+    {
+        TVLProjectSettings settings(file.path());
+        QCOMPARE(settings.name().size(), 5'000'000);
+        QCOMPARE(settings.value(TVLSettings::FirstOutlinerColumnWidths).size(), KeyCount + 1);
+        settings.setValue(TVLSettings::CardSize, 5);
+    }
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    const auto settings = file.open<TVLProjectSettings>();
+    QCOMPARE(settings->allKeys().size(), KeyCount + 3);
+    QCOMPARE(settings->value(u"Many/key99999"_qs).toInt(), 99999);
+    QCOMPARE(settings->value(TVLSettings::CardSize), 5);
+}
+
+void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing_data()
+{
+    // Such as stops also the superuser.
+    QTest::addColumn<bool>("isFolder");
+    QTest::newRow("a folder is in the file's place") << true;
+    QTest::newRow("a file is in the folder's place") << false;
+}
+
+void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing()
+{
+    QFETCH(bool, isFolder);
+    const SettingsFile inTheWay;
+    if (isFolder)
+        QVERIFY(QDir().mkpath(inTheWay.path() + u"/inner"_qs));
+    else
+        inTheWay.write("words");
+    const SettingsFile elsewhere;
+    {
+        TVLProjectSettings settings(isFolder ? inTheWay.path() : inTheWay.path() + u"/ui.ini"_qs);
+        QCOMPARE(settings.value(TVLSettings::CardSize), 220);
+        settings.setValue(TVLSettings::CardSize, 5);
+        settings.setIgnoreList({u"word"_qs});
+        settings.sync();
+        QCOMPARE(settings.status(), QSettings::AccessError);
+        // They stay in memory, and can be saved where there is room for them.
+        QCOMPARE(settings.value(TVLSettings::CardSize), 5);
+        QVERIFY(settings.saveToFile(elsewhere.path()));
+        QVERIFY(!settings.saveToFile(settings.fileName()));
+        QCOMPARE(settings.value(TVLSettings::CardSize), 5);
+        QCOMPARE(settings.ignoreList(), QStringList(u"word"_qs));
+    }
+    QCOMPARE(elsewhere.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
+    QCOMPARE(elsewhere.open<TVLProjectSettings>()->ignoreList(), QStringList(u"word"_qs));
+    if (isFolder)
+        QCOMPARE(QDir(inTheWay.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList(u"inner"_qs));
+    else
+        QCOMPARE(inTheWay.content(), QByteArray("words"));
+}
+
+TVL_TEST_MAIN(TstSettingsFiles)
+
+#include "tst_settingsfiles.moc"
