@@ -1,5 +1,6 @@
 #include "FuzzSupport.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,6 +25,11 @@ QByteArray lineAt(const QByteArray &text, qsizetype position)
 void tvlInitFuzzing()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    // A page set-up needs an application.
+    static int argumentCount = 1;
+    static char name[] = "fuzz";
+    static char *arguments[] = {name, nullptr};
+    static const QCoreApplication application(argumentCount, arguments);
     // Spelt out, so that no time zone files are needed.
     qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
 }

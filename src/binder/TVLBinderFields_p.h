@@ -3,6 +3,8 @@
 #include "TVLBinderTags_p.h"
 #include "TVLProjectNodeProperties.h"
 
+#include <QStringList>
+
 #include <array>
 #include <variant>
 
@@ -52,4 +54,13 @@ inline const std::array<TVLBinderField, 12> &tvlMetaDataFields()
          TVLBinderScope::DesktopOnly},
     }};
     return fields;
+}
+
+/** The elements of `ProjectProperties` in writing order, which are also the properties' names. */
+inline const QStringList &tvlProjectPropertyTags()
+{
+    namespace T = TVLBinderTags;
+    static const QStringList tags = {T::ProjectTitle, T::AbbreviatedTitle, T::FullName, T::LastName,
+                                     T::FirstName};
+    return tags;
 }

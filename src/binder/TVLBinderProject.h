@@ -1,16 +1,22 @@
 #pragma once
 
+#include "TVLAutoCompleteItem.h"
 #include "TVLBinderKeyword.h"
 #include "TVLCollectionMetaData.h"
 #include "TVLLabel.h"
+#include "TVLMetaDataField.h"
 #include "TVLProjectInfo.h"
+#include "TVLReference.h"
 #include "TVLStatusItem.h"
+#include "TVLTargets.h"
 
 #include <QList>
 #include <QMap>
 #include <QString>
 #include <QUuid>
+#include <QVariant>
 
+class QPrinter;
 class TVLProjectNode;
 
 /**
@@ -47,6 +53,24 @@ public:
     /** All keywords, each behind the one that it is part of. */
     [[nodiscard]] virtual QList<TVLBinderKeyword> projectKeywords() const = 0;
 
+    [[nodiscard]] virtual TVLCustomMetaDataSettings customMetaDataSettings() const = 0;
+    /** What the project says under one of the tags of `ProjectProperties`; empty for nothing. */
+    [[nodiscard]] virtual QString projectProperty(const QString &tag) const = 0;
+    [[nodiscard]] virtual TVLDraftTarget draftTarget() const = 0;
+    [[nodiscard]] virtual TVLSessionTarget sessionTarget() const = 0;
+    /** Whether the user is told when a target is reached. */
+    [[nodiscard]] virtual bool notifyTargets() const = 0;
+    /** Ids of the favorite items in their order; only of items that are there. */
+    [[nodiscard]] virtual QList<int> favoriteIds() const = 0;
+    [[nodiscard]] virtual QList<TVLAutoCompleteItem> autoCompleteList() const = 0;
+    /** Whether automatic backups take the project. */
+    [[nodiscard]] virtual bool backupIncluded() const = 0;
+    /** An int, the id of an item, or a QString, the path of an image; invalid for nothing. */
+    [[nodiscard]] virtual QVariant fullScreenBackdrop() const = 0;
+    [[nodiscard]] virtual QList<TVLReference> projectReferences() const = 0;
+    /** The page set-up, never null; the project's own. */
+    [[nodiscard]] virtual QPrinter *printer() const = 0;
+
     /** The part of the binder that is kept as raw text, with its tags; empty for none. */
     [[nodiscard]] virtual QString userProjectData() const = 0;
 
@@ -81,6 +105,22 @@ public:
     /** Adds keywords, each behind the one that it is part of. Of those with the same identity the
      * last counts. */
     virtual void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) = 0;
+
+    virtual void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) = 0;
+    virtual void setProjectProperty(const QString &tag, const QString &value) = 0;
+    virtual void setDraftTarget(const TVLDraftTarget &target) = 0;
+    virtual void setSessionTarget(const TVLSessionTarget &target) = 0;
+    virtual void setNotifyTargets(bool notify) = 0;
+    /** Makes an item the last favorite; false when no item has the id. */
+    [[nodiscard]] virtual bool addFavorite(int id) = 0;
+    virtual void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) = 0;
+    /** Takes over what a binder says of backups; the project counts as modified after the read. */
+    virtual void adoptBackupIncluded(bool included) = 0;
+    virtual void setFullScreenBackdrop(int nodeId) = 0;
+    virtual void setFullScreenBackdrop(const QString &filePath) = 0;
+    virtual void setProjectReferences(const QList<TVLReference> &references) = 0;
+    /** Takes ownership of @p printer. */
+    virtual void setPrinter(QPrinter *printer) = 0;
 };
 
 /**

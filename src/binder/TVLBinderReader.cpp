@@ -92,6 +92,15 @@ bool TVLBinderReader::readProjectPrivate(TVLProjectNode *root)
         {TemplateFolderID, &TVLBinderReader::readTemplateFolderId},
         {Collections, &TVLBinderReader::readProjectCollections},
         {Keywords, &TVLBinderReader::readProjectKeywords},
+        {CustomMetaDataSettings, &TVLBinderReader::readCustomMetaDataSettings},
+        {ProjectProperties, &TVLBinderReader::readProjectProperties},
+        {ProjectTargets, &TVLBinderReader::readProjectTargets},
+        {Favorites, &TVLBinderReader::readFavorites},
+        {AutoCompleteList, &TVLBinderReader::readAutoCompleteList},
+        {BackupSettings, &TVLBinderReader::readBackupSettings},
+        {FullScreenBackdrop, &TVLBinderReader::readFullScreenBackdrop},
+        {ProjectReferences, &TVLBinderReader::readReferencesOfProject},
+        {PrintSettings, &TVLBinderReader::readPrintSettings},
         {UserProjectData, &TVLBinderReader::readUserProjectData},
     };
 
@@ -113,7 +122,7 @@ bool TVLBinderReader::readProjectPrivate(TVLProjectNode *root)
             return false;
         }
     }
-    return !hasError();
+    return !hasError() && settleSections();
 }
 
 bool TVLBinderReader::expectElement(const QString &tag, int sourceLine)

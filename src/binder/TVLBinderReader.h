@@ -7,6 +7,9 @@
 #include <QMap>
 #include <QXmlStreamReader>
 
+#include <optional>
+#include <variant>
+
 class TVLProjectNodeProperties;
 
 /**
@@ -16,6 +19,8 @@ class TVLProjectNodeProperties;
  * - The tree is read without recursion, so its depth is bounded by memory alone.
  * - Elements that aren't known are skipped at every level, except among items, where anything but
  *   an item is an error.
+ * - The sections may stand in any order, also before the items. Of one that is there more than once
+ *   the last counts.
  * - A read that fails leaves the nodes made so far in the tree; what to do with them is the
  *   caller's decision. The error is in errorString() and in the debug output.
  *
@@ -58,6 +63,9 @@ public:
     /** Reads `Collections`, appending to @p collections in file order. */
     [[nodiscard]] bool readCollections(QList<TVLCollectionMetaData> *collections);
 
+    /** Reads `ProjectReferences`, appending to @p references. */
+    [[nodiscard]] bool readProjectReferences(QList<TVLReference> *references);
+
     /**
      * @name Files beside the binder
      * Each of these begins with the element at the current position, or with the file's first one
@@ -97,6 +105,7 @@ public:
 private:
     using SectionReader = bool (TVLBinderReader::*)();
     struct Section;
+    struct PageSetup;
 
     [[nodiscard]] bool readProjectPrivate(TVLProjectNode *root);
     [[nodiscard]] bool expectElement(const QString &tag, int sourceLine);
@@ -133,7 +142,21 @@ private:
     [[nodiscard]] bool readKeywordTree(QList<TVLBinderKeyword> *keywords);
     [[nodiscard]] bool readKeywordId(int *id);
     void readKeywordElement(TVLBinderKeyword *keyword);
+    [[nodiscard]] bool readCustomMetaDataSettings();
+    [[nodiscard]] bool readProjectProperties();
+    [[nodiscard]] bool readProjectTargets();
+    [[nodiscard]] TVLDraftTarget readDraftTarget();
+    [[nodiscard]] TVLSessionTarget readSessionTarget();
+    [[nodiscard]] bool readFavorites();
+    [[nodiscard]] bool readAutoCompleteList();
+    [[nodiscard]] bool readBackupSettings();
+    [[nodiscard]] bool readFullScreenBackdrop();
+    [[nodiscard]] bool readReferencesOfProject();
+    [[nodiscard]] bool readPrintSettings();
+    void readPageSetupElement(PageSetup *setup);
     [[nodiscard]] bool readUserProjectData();
+    /** Does what had to wait for all items. */
+    [[nodiscard]] bool settleSections();
     [[nodiscard]] TVLCollectionMetaData readCollection();
     void readSearchSettings(TVLCollectionMetaData *collection);
     void readCollectionIds(QList<int> *ids);
@@ -149,7 +172,16 @@ private:
     [[nodiscard]] bool readSnapshot(TVLSnapshotInfo *snapshot);
     [[nodiscard]] bool readProjectNote(QPair<int, TVLTextInternalLinkMap> *note);
 
+    // A template folder as the binder names it.
+    using ItemName = std::variant<QUuid, int>;
+
     TVLBinderProject *mProject = nullptr;
+    // What refers to items waits for all of them.
+    QList<ItemName> mTemplateFolders;
+    std::optional<QList<TVLCollectionMetaData>> mCollections;
+    std::optional<TVLCustomMetaDataSettings> mCustomMetaDataSettings;
+    QList<int> mFavorites;
+    std::optional<bool> mBackupIncluded;
     QList<TVLProjectNode *> mNewNodes; ///< Read but not yet entered in the project's maps.
     TVL::BinderVersion mBinderVersion = TVL::NoBinderVersion;
     QString mVersionText;

@@ -97,7 +97,7 @@ bool TVLBinderReader::readStatusItemList(QList<TVLStatusItem> *items)
 
 bool TVLBinderReader::readTemplateFolderUuid()
 {
-    mProject->adoptTemplateFolder(QUuid::fromString(readText()));
+    mTemplateFolders.append(QUuid::fromString(readText()));
     return !hasError();
 }
 
@@ -105,7 +105,7 @@ bool TVLBinderReader::readTemplateFolderId()
 {
     int id = -1;
     readNumber(&id);
-    mProject->adoptTemplateFolder(id);
+    mTemplateFolders.append(id);
     return !hasError();
 }
 
@@ -121,7 +121,7 @@ bool TVLBinderReader::readProjectCollections()
     QList<TVLCollectionMetaData> collections;
     if (!readCollections(&collections))
         return false;
-    mProject->setCollections(collections);
+    mCollections = collections;
     return true;
 }
 

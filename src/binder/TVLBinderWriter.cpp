@@ -27,8 +27,20 @@ bool isDroppedControl(char16_t unit)
     return unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r';
 }
 
-/** The text as XML can hold it; the text itself, unshared, in all but the rarest cases. */
-QString xmlText(const QString &text)
+} // namespace
+
+TVLBinderWriter::TVLBinderWriter()
+{
+    setAutoFormatting(true);
+}
+
+TVLBinderWriter::TVLBinderWriter(QIODevice *device)
+    : QXmlStreamWriter(device)
+{
+    setAutoFormatting(true);
+}
+
+QString TVLBinderWriter::xmlText(const QString &text)
 {
     const auto needsCare = [](QChar ch) {
         return isDroppedControl(ch.unicode()) || ch.isSurrogate() || ch.unicode() >= 0xfffe;
@@ -50,19 +62,6 @@ QString xmlText(const QString &text)
         }
     }
     return clean;
-}
-
-} // namespace
-
-TVLBinderWriter::TVLBinderWriter()
-{
-    setAutoFormatting(true);
-}
-
-TVLBinderWriter::TVLBinderWriter(QIODevice *device)
-    : QXmlStreamWriter(device)
-{
-    setAutoFormatting(true);
 }
 
 void TVLBinderWriter::writeCharacters(const QString &text)
@@ -112,6 +111,16 @@ void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLPro
     if (!mobile) {
         writeCollections(project->collections());
         writeKeywords(project->projectKeywords());
+        writeCustomMetaDataSettings(project->customMetaDataSettings());
+        writeProjectProperties(project);
+        writeProjectTargets(project->draftTarget(), project->sessionTarget(),
+                            project->notifyTargets());
+        writeFavorites(project);
+        writeAutoCompleteList(project->autoCompleteList());
+        writeBackupSettings(project->backupIncluded());
+        writeFullScreenBackdrop(project->fullScreenBackdrop());
+        writeProjectReferences(project->projectReferences());
+        writePrintSettings(project->printer());
         writeUserProjectData(project->userProjectData());
     }
     writeEndTavelinorProjectTag();

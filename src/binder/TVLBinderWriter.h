@@ -59,6 +59,22 @@ public:
     /** Writes the tree of all keywords, which come as TVLBinderProject::projectKeywords() tells. */
     void writeKeywords(const QList<TVLBinderKeyword> &keywords);
     void writeCollections(const QList<TVLCollectionMetaData> &collections);
+    void writeCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings);
+    /** Writes what the project says of its title and author; nothing when it says nothing. */
+    void writeProjectProperties(const TVLBinderProject *project);
+    void writeProjectTargets(const TVLDraftTarget &draft, const TVLSessionTarget &session,
+                             bool notify);
+    /** Writes the ids of the favorites, or nothing when there are none. An id that no item would
+     * have for the reader is left out: it would cost the whole binder. */
+    void writeFavorites(const TVLBinderProject *project);
+    void writeAutoCompleteList(const QList<TVLAutoCompleteItem> &items);
+    void writeBackupSettings(bool included);
+    /** Writes the id of an item, an int, or the path of an image, a QString; nothing for all else,
+     * and nothing for a negative id or an empty path. */
+    void writeFullScreenBackdrop(const QVariant &value);
+    void writeProjectReferences(const QList<TVLReference> &references);
+    /** Writes the page set-up. */
+    void writePrintSettings(const QPrinter *printer);
     /**
      * Writes the raw text of the user's data past the XML, straight to the device. Text that isn't
      * one whole element by itself is left out.
@@ -82,6 +98,9 @@ private:
     // and the time that it takes, grow with the square of its depth.
     static constexpr int DeepestIndentedItem = 100;
 
+    /** The text as XML can hold it; the text itself, unshared, in all but the rarest cases. */
+    [[nodiscard]] static QString xmlText(const QString &text);
+
     void writeItemStart(const TVLProjectNode *node, bool mobile);
     void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
     void writeTextSettings(const TVLProjectNodeProperties &properties);
@@ -89,11 +108,15 @@ private:
     void writeMediaSettings(const TVLProjectNodeProperties &properties);
     void writeFreeformDocuments(const TVLProjectNode *node);
     void writeCollection(const TVLCollectionMetaData &collection);
+    void writeDraftTarget(const TVLDraftTarget &target);
+    void writeSessionTarget(const TVLSessionTarget &target);
     void writeComment(const TVLTextCommentLink &comment);
     void writeStartIndex(const QString &tag);
     void writeEndIndex();
     void writeUuidAttribute(const QString &name, const QUuid &uuid);
     void writeYes(const QString &tag, bool flag);
+    void writeFlagAttribute(const QString &name, bool flag);
+    void writeCountTypeAttribute(int type);
     void writeTextUnlessEmpty(const QString &tag, const QString &text);
     void writeSelection(const QString &tag, const QPair<int, int> &selection);
 

@@ -38,6 +38,16 @@ void showErrors(const QStringList &errors)
         QMessageBox::Ok);
 }
 
+/** Completes a model whose binder was read; the caller owns it. */
+TVLProjectModel *initialized(std::unique_ptr<TVLProjectModel> model)
+{
+    QStringList errors;
+    model->initProject(&errors);
+    if (!errors.isEmpty())
+        showErrors(errors);
+    return model.release();
+}
+
 } // namespace
 
 TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
@@ -67,17 +77,11 @@ TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
         model->setUserProjectData(readUserProjectData(source.filePath));
         if (source.filePath == binderPath)
             compressBinder(path, u"binder.backup"_qs, binderPath);
-        QStringList errors;
-        model->initProject(&errors);
-        if (!errors.isEmpty())
-            showErrors(errors);
-        return model.release();
+        return initialized(std::move(model));
     }
-    if (foundBinder)
-        return nullptr;
-    auto model = std::make_unique<TVLProjectModel>(projectPath, parent);
-    model->initBlankProject();
-    return model.release();
+    // Without any binder the project is a blank one.
+    return foundBinder ? nullptr
+                       : initialized(std::make_unique<TVLProjectModel>(projectPath, parent));
 }
 
 TVLProjectModel *TVLProjectFolderFormat::openMobileSyncProject(const QString &path, QObject *parent,

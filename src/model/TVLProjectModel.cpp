@@ -3,7 +3,9 @@
 #include "TVLKeywordModel.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectFolderMonitor.h"
 #include "TVLProjectNode.h"
+#include "TVLProjectSettings.h"
 #include "TVLSearchIndex.h"
 
 #include <QFileInfo>
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -72,6 +75,11 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     if (version == TVL::NoFormatVersion)
         version = TVLProjectFolderFormat::projectFormatVersion(path);
     mFolderFormat = new TVLProjectFolderFormat(path, version, this);
+    if (!mobileProject) {
+        mFolderMonitor = new TVLProjectFolderMonitor(path, this);
+        connect(mFolderMonitor, &TVLProjectFolderMonitor::externallyModified, this,
+                &TVLProjectModel::externallyModified);
+    }
     mSearchIndex = std::make_unique<TVLSearchIndex>();
     mRootNode =
         std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid::createUuid()), nullptr);
@@ -89,6 +97,9 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
             [this] { mIsRootIndexPlain = false; });
     if (QFileInfo::exists(dragAndDropPath()))
         QTimer::singleShot(0, this, &TVLProjectModel::cleanDragAndDrop);
+    mSettings = newSettings();
+    if (QFileInfo::exists(mSettings->fileName()))
+        loadProjectSettings();
 }
 
 TVLProjectModel::~TVLProjectModel()
@@ -526,6 +537,7 @@ void TVLProjectModel::beginBinderRead()
 {
     beginResetModel();
     mSuspendModified = true;
+    mIsReadingBinder = true;
     mIdMap.clear();
     mUuidMap.clear();
     mDocTextChanges.clear();
@@ -534,7 +546,9 @@ void TVLProjectModel::beginBinderRead()
 void TVLProjectModel::endBinderRead()
 {
     mSuspendModified = false;
+    mIsReadingBinder = false;
     endResetModel();
+    markProjectAsModified(std::exchange(mIsModifiedByRead, false));
 }
 
 void TVLProjectModel::enterNodes(const QList<TVLProjectNode *> &nodes)

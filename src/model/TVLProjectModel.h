@@ -29,8 +29,10 @@ class QUrl;
 class TVLKeywordModel;
 class TVLNumberedFiles;
 class TVLProjectFolderFormat;
+class TVLProjectFolderMonitor;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
+class TVLProjectSettings;
 class TVLSearchIndex;
 class TVLTextCommentLink;
 class TVLTextDocument;
@@ -118,6 +120,8 @@ public:
     void initProject(QStringList *errors);
     /** Takes over the application's options. */
     void loadOptions();
+    /** Takes over what the file of settings() says of the project. */
+    void loadProjectSettings();
 
     /** The error box of a failed save is shown here, and the errors go to @p errors if given. */
     bool saveChanges(QStringList *errors) const;
@@ -159,7 +163,11 @@ public:
     void setDeviceName(const QString &name) { mInfo.mDevice = name; }
     /** Name of this device. */
     [[nodiscard]] static QString platformDeviceName();
-    [[nodiscard]] bool backupIncluded() const { return mBackupIncluded; }
+    [[nodiscard]] bool backupIncluded() const override { return mBackupIncluded; }
+    void adoptBackupIncluded(bool included) override;
+    /** State of the project's user interface, in a file of its own; never null. It belongs to the
+     * model, and saveAs() replaces it. */
+    [[nodiscard]] TVLProjectSettings *settings() const { return mSettings; }
     [[nodiscard]] int autoSaveSeconds() const { return mAutoSaveSeconds; }
     /** The part of the binder that is kept as raw text. */
     [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
@@ -906,6 +914,8 @@ public:
     [[nodiscard]] static QString defaultAuthorSurname() { return {}; }
     [[nodiscard]] static QString defaultAuthorForename() { return {}; }
     // These are dynamic properties of the object, named by the binder's tags.
+    [[nodiscard]] QString projectProperty(const QString &tag) const override;
+    void setProjectProperty(const QString &tag, const QString &value) override;
     [[nodiscard]] QString projectTitle() const;
     void setProjectTitle(const QString &title);
     [[nodiscard]] QString projectAbbreviatedTitle() const;
@@ -918,28 +928,32 @@ public:
     void setAuthorForename(const QString &name);
 
     /** The page set-up, never null. It is made on the first call, which takes its time. */
-    [[nodiscard]] QPrinter *printer() const;
+    [[nodiscard]] QPrinter *printer() const override;
     /** Takes ownership and deletes the old one; null has the default made anew. Marks nothing. */
-    void setPrinter(QPrinter *printer);
+    void setPrinter(QPrinter *printer) override;
     [[nodiscard]] QRectF printerPageRect() const; ///< The page within its margins, in points.
     [[nodiscard]] QSizeF printerPageSize() const; ///< Its size; never empty.
 
     /** What is behind the text in full screen: an int, the id of an item, or a text, the path of an
      * image; invalid for nothing. */
-    [[nodiscard]] QVariant fullScreenBackdrop() const { return mFullScreenBackdrop; }
+    [[nodiscard]] QVariant fullScreenBackdrop() const override { return mFullScreenBackdrop; }
     void setFullScreenBackdrop(const QVariant &backdrop);
-    void setFullScreenBackdrop(const QString &filePath);
-    void setFullScreenBackdrop(int nodeId);
+    void setFullScreenBackdrop(const QString &filePath) override;
+    void setFullScreenBackdrop(int nodeId) override;
     void clearFullScreenBackdrop();
     [[nodiscard]] bool fullScreenBackdropIsNodeId() const;
     [[nodiscard]] int fullScreenBackdropNodeId() const; ///< -1 when it isn't an item.
     [[nodiscard]] QPixmap fullScreenBackdropPixmap() const;
 
-    [[nodiscard]] TVLDraftTarget draftTarget() const { return mDraftTarget; }
-    [[nodiscard]] TVLSessionTarget sessionTarget() const { return mSessionTarget; }
+    [[nodiscard]] TVLDraftTarget draftTarget() const override { return mDraftTarget; }
+    [[nodiscard]] TVLSessionTarget sessionTarget() const override { return mSessionTarget; }
     /** These mark the project in any case. */
-    void setDraftTarget(const TVLDraftTarget &target);
-    void setSessionTarget(const TVLSessionTarget &target);
+    void setDraftTarget(const TVLDraftTarget &target) override;
+    void setSessionTarget(const TVLSessionTarget &target) override;
+    /** Whether the user is told when one of them is reached; a dynamic property of the object,
+     * `notifyTargets`. */
+    [[nodiscard]] bool notifyTargets() const override;
+    void setNotifyTargets(bool notify) override;
 
     [[nodiscard]] TVLScriptMode scriptMode() const { return mScriptMode; }
     /** Writes the mode's file at once and emits scriptModeChanged() and metaDataChanged(), in any
@@ -947,9 +961,63 @@ public:
     bool setScriptMode(const TVLScriptMode &mode);
     /** @} */
 
-    /** @name References of items @{ */
+    /** @name References
+     * To other items or to addresses, of an item or of the project as a whole.
+     * @{ */
     [[nodiscard]] QList<TVLReference> references(const QModelIndex &index) const;
+    /** As the other setters of attributes. */
     bool setReferences(const QModelIndex &index, const QList<TVLReference> &references);
+    /** Appends a reference unless the item has it; false for an invalid index. */
+    bool addReference(const QModelIndex &index, const TVLReference &reference);
+    [[nodiscard]] QList<TVLReference> projectReferences() const override
+    {
+        return mProjectReferences;
+    }
+    [[nodiscard]] bool hasProjectReferences() const { return !mProjectReferences.isEmpty(); }
+    /** Emits referencesChanged() and marks the project modified, unless it has the list already. */
+    void setProjectReferences(const QList<TVLReference> &references) override;
+    /** The same with one more, unless it is there with its title, type and address. */
+    void addProjectReference(const TVLReference &reference);
+    /** @} */
+
+    /** @name Custom meta-data
+     * Fields that the writer defined for the items of the project. A field that an item has nothing
+     * in is empty.
+     * @{ */
+    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const override
+    {
+        return mCustomMetaDataSettings;
+    }
+    /**
+     * Replaces the fields. What items hold in fields that went is removed. Emits
+     * customMetaDataSettingsAboutToBeChanged() after that and before the change, and
+     * customMetaDataSettingsChanged() after it.
+     */
+    void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) override;
+    /** Values of an item by the ids of their fields. */
+    [[nodiscard]] QMap<QString, QString> customMetaData(const QModelIndex &index) const;
+    [[nodiscard]] QString customMetaData(const QModelIndex &index, const QString &id) const;
+    /** As the other setters of attributes, and emits customMetaDataChanged(); false for an invalid
+     * index and for an empty id. */
+    bool setCustomMetaData(const QModelIndex &index, const QString &id, const QString &value);
+    /** The project's fields in their order with what the item holds in them. */
+    [[nodiscard]] QList<TVLCustomMetaDataInfo> customMetaDataInfo(const QModelIndex &index,
+                                                                  bool includeEmpty) const;
+    /** Empties a field of all items. Emits customMetaDataChanged() for each that had it. */
+    void removeCustomMetaDataFromNodes(const QString &id);
+    /** @} */
+
+    /** @name Completion list
+     * Words of the project that are offered while typing. Changes emit autoCompleteListChanged().
+     * @{ */
+    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const override
+    {
+        return mAutoCompleteList;
+    }
+    void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) override;
+    /** Appends a word, unless it is there in any scope. @p id is that of a script's element. */
+    void addToAutoCompleteList(const QString &text, TVLAutoCompleteItem::Scope scope, int id);
+    [[nodiscard]] QStringList autoCompleteStrings() const;
     /** @} */
 
     /** @name Labels and status items @{ */
@@ -982,6 +1050,10 @@ public:
     bool setFavorite(const QModelIndex &index, bool favorite, bool atEnd);
     bool addToFavorites(const QModelIndex &index, bool atEnd);
     bool removeFromFavorites(const QModelIndex &index);
+    /** The favorites in their order. */
+    [[nodiscard]] QModelIndexList favorites() const;
+    [[nodiscard]] QList<int> favoriteIds() const override;
+    [[nodiscard]] bool addFavorite(int id) override;
     /** @} */
 
 public Q_SLOTS:
@@ -1072,11 +1144,14 @@ private:
     void addDefaultCollections();
     void ensureProperProjectNotes();
     void updateHasSnapshots();
+    [[nodiscard]] TVLProjectSettings *newSettings();
+    void takeSettingsAlong();
     void stopAutoSaveTimer();
     void askEditorsBeforeSave();
     void saveBinder(QStringList *failures) const;
     void saveLoadedDocuments(QStringList *failures) const;
-    void saveProjectNotes() const;
+    void saveProjectNotes(QStringList *failures) const;
+    void readProjectNotes(QStringList *errors);
     void showSaveErrors(const QStringList &errors) const;
 
     void createDocuments(TVLProjectNode *node) const;
@@ -1194,8 +1269,6 @@ private:
     void forEachNodeOutside(TVL::NodeType topLevelType, Visit visit) const;
     [[nodiscard]] QString indexCardImagePath(const TVLProjectNode *node) const;
     void replaceCustomIcon(const QString &oldName, const QString &newName);
-    [[nodiscard]] QString projectProperty(const QString &tag) const;
-    void setProjectProperty(const QString &tag, const QString &value);
     template <typename Predicate>
     [[nodiscard]] QModelIndex findTopLevel(Predicate predicate) const;
     template <typename Item, typename SetItems>
@@ -1206,6 +1279,8 @@ private:
     QString mPath;
     bool mSaved = true;
     bool mSuspendModified = false;
+    bool mIsReadingBinder = false;
+    bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.
     bool mIsRootIndexPlain = false; ///< parent() gives a default index in place of rootIndex().
     bool mMobileProject;
     bool mTintIcons = false;
@@ -1221,6 +1296,8 @@ private:
     QMap<QUuid, TVLProjectNode *> mUuidMap;
     QList<TVLCollectionMetaData> mCollections;
     TVLCustomMetaDataSettings mCustomMetaDataSettings;
+    QList<TVLAutoCompleteItem> mAutoCompleteList;
+    QList<TVLReference> mProjectReferences;
     TVLDraftTarget mDraftTarget;
     TVLSessionTarget mSessionTarget;
     std::unique_ptr<TVLProjectNode> mRootNode;
@@ -1233,6 +1310,8 @@ private:
     mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
     TVLScriptMode mScriptMode = TVLScriptMode::factoryDefaults();
     TVLProjectFolderFormat *mFolderFormat; ///< Child object.
+    TVLProjectFolderMonitor *mFolderMonitor = nullptr; ///< Child object; null in a mobile project.
+    TVLProjectSettings *mSettings = nullptr; ///< Child object.
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.

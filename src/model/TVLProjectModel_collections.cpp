@@ -2,6 +2,8 @@
 
 #include "TVLProjectNode.h"
 
+#include <utility>
+
 namespace {
 
 TVLCollectionMetaData newCollection(TVL::CollectionType type, const QString &title)
@@ -57,6 +59,38 @@ bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool 
         mFavorites.insert(atEnd ? mFavorites.size() : 0, node->mId);
     markProjectAsModified(true);
     announceChange(index);
+    return true;
+}
+
+QModelIndexList TVLProjectModel::favorites() const
+{
+    QModelIndexList indexes;
+    const QList<int> ids = favoriteIds();
+    indexes.reserve(ids.size());
+    for (const int id : ids)
+        indexes.append(index(id));
+    return indexes;
+}
+
+QList<int> TVLProjectModel::favoriteIds() const
+{
+    QList<int> ids = mFavorites;
+    ids.removeIf([this](int id) { return !hasNodeId(id) || !findNode(id)->mIsFavorite; });
+    return ids;
+}
+
+bool TVLProjectModel::addFavorite(int id)
+{
+    const QModelIndex item = index(id);
+    if (!item.isValid())
+        return false;
+    if (!mIsReadingBinder)
+        return addToFavorites(item, true);
+    // Opening a project changes none of its items.
+    TVLProjectNode *node = projectNode(item);
+    if (std::exchange(node->mIsFavorite, true))
+        mFavorites.removeAll(id);
+    mFavorites.append(id);
     return true;
 }
 

@@ -222,6 +222,8 @@ void TVLProjectModel::adoptTemplateFolder(const QUuid &uuid)
     TVLProjectNode *node = findNodeByUuid(uuid);
     if (node == mRootNode.get())
         return;
+    // There is one, whatever a binder says.
+    findNodeByUuid(mTemplateFolderUuid)->mIsTemplateFolder = false;
     node->mIsTemplateFolder = true;
     mTemplateFolderUuid = node->mUuid;
 }

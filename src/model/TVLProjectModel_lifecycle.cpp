@@ -4,7 +4,9 @@
 #include "TVLGuiUtil.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectFolderMonitor.h"
 #include "TVLProjectNode.h"
+#include "TVLProjectSettings.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
@@ -114,7 +116,8 @@ void TVLProjectModel::addDefaultLabelsAndStatusItems()
 
 void TVLProjectModel::initProject(QStringList *errors)
 {
-    Q_UNUSED(errors)
+    // Also when the binder gave nothing: a project that has lost its binder may have its notes.
+    readProjectNotes(errors);
     if (mRootNode->mChildren.isEmpty()) {
         initBlankProject();
         return;
@@ -155,6 +158,22 @@ void TVLProjectModel::loadOptions()
 {
     mTreatTextWithChildrenAsFolder = tvlOptions()->value(TVLOptions::TreatTextWithChildrenAsFolder);
     mAutoSaveSeconds = tvlOptions()->value(TVLOptions::AutoSaveSeconds);
+}
+
+TVLProjectSettings *TVLProjectModel::newSettings()
+{
+    // Put together here, because asking for the file's path would make a folder for a project that
+    // has none yet.
+    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_qs,
+                                  this);
+}
+
+void TVLProjectModel::loadProjectSettings()
+{
+    mTintIcons = mSettings->value(TVLSettings::TintBinderIcons);
+    // Only older projects have it there.
+    if (mSettings->contains(mSettings->keyText(TVLSettings::ExcludeFromBackups)))
+        mBackupIncluded = !mSettings->value(TVLSettings::ExcludeFromBackups);
 }
 
 void TVLProjectModel::onOptionsChanged(const QStringList &groups)
@@ -249,7 +268,7 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
     QStringList failures;
     saveBinder(&failures);
     saveLoadedDocuments(&failures);
-    saveProjectNotes();
+    saveProjectNotes(&failures);
 
     if (!failures.isEmpty())
         showSaveErrors(failures);
@@ -261,8 +280,12 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
 void TVLProjectModel::saveBinder(QStringList *failures) const
 {
     QString error;
-    if (!TVLProjectFolderFormat::writeBinder(mPath, this, &error))
-        failures->append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
+    if (TVLProjectFolderFormat::writeBinder(mPath, this, &error)) {
+        // The binder has it now.
+        mSettings->remove(mSettings->keyText(TVLSettings::ExcludeFromBackups));
+        return;
+    }
+    failures->append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
 }
 
 void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
@@ -312,6 +335,8 @@ bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool remove
                                                      showProgress, QApplication::activeWindow()))
         return false;
 
+    if (mFolderMonitor)
+        mFolderMonitor->stopMonitor();
     if (removeOldLock)
         TVLProjectFolderFormat::removeLock(mPath);
     // A lock that was copied along still names the old folder.
@@ -320,8 +345,22 @@ bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool remove
     mFolderFormat->setProjectPath(target);
     mName = TVLProjectFolderFormat::projectPathToProjectName(target);
     TVLProjectFolderFormat::addLock(target);
+    takeSettingsAlong();
     save(false);
+    if (mFolderMonitor)
+        mFolderMonitor->startMonitor(target);
     return true;
+}
+
+void TVLProjectModel::takeSettingsAlong()
+{
+    TVLProjectSettings *old = mSettings;
+    // The copy of the project may have an older state of the file. What can't be kept of it is how
+    // the windows look, no reason for the project to stay where it was.
+    if (!old->saveToFile(TVLProjectFolderFormat::settingsUiFilePath(mPath)))
+        qWarning("Could not take the settings along to '%ls'", qUtf16Printable(mPath));
+    mSettings = newSettings();
+    old->deleteLater();
 }
 
 // --- Ending

@@ -51,7 +51,8 @@ void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItem
             changedIds.insert(old.mId);
     }
     QList<TVLProjectNode *> touched;
-    if (!changedIds.isEmpty()) {
+    // What a binder says of items stays as it stands, whatever else it says.
+    if (!changedIds.isEmpty() && !mIsReadingBinder) {
         tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
             if (changedIds.contains(node->*member))
                 touched.append(node);
@@ -75,7 +76,13 @@ QList<TVLLabel> TVLProjectModel::labels() const
 
 void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
 {
-    replaceItems(labels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
+    QList<TVLLabel> plainLabels = labels;
+    for (TVLLabel &label : plainLabels) {
+        // As it is stored; the same colour in another notation is no change.
+        if (label.mColor.isValid())
+            label.mColor = QColor(label.mColor.rgb());
+    }
+    replaceItems(plainLabels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
                  &TVLProjectNodeProperties::mLabelId, &mDefaultLabelId,
                  [this](const QList<TVLLabel> &items) { mSearchIndex->setLabels(items); });
     Q_EMIT labelsChanged();
@@ -141,27 +148,4 @@ void TVLProjectModel::setDefaultStatusIdentity(int id)
 int TVLProjectModel::maxOutlineColumns() const
 {
     return TVL::FirstCustomColumn + int(mCustomMetaDataSettings.size());
-}
-
-// --- References
-
-QList<TVLReference> TVLProjectModel::references(const QModelIndex &index) const
-{
-    const TVLProjectNode *node = projectNode(index);
-    return node ? node->mReferences : QList<TVLReference>();
-}
-
-bool TVLProjectModel::setReferences(const QModelIndex &index,
-                                    const QList<TVLReference> &references)
-{
-    TVLProjectNode *node = projectNode(index);
-    if (!node)
-        return false;
-    if (node->mReferences == references)
-        return true;
-    node->mReferences = references;
-    markProjectAsModified(true);
-    node->updateModified();
-    announceChange(index);
-    return true;
 }

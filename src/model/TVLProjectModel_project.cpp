@@ -14,6 +14,8 @@ namespace {
 // A4 less what rounding to hundredths of an inch takes off.
 constexpr QSizeF FallbackPageSize(594.72, 841.68);
 
+constexpr char NotifyTargetsProperty[] = "notifyTargets";
+
 } // namespace
 
 QString TVLProjectModel::directoryName() const
@@ -173,7 +175,27 @@ QPixmap TVLProjectModel::fullScreenBackdropPixmap() const
     return QFileInfo::exists(filePath) ? QPixmap(filePath) : QPixmap();
 }
 
-// --- Targets and scripts
+// --- Backups, targets and scripts
+
+void TVLProjectModel::adoptBackupIncluded(bool included)
+{
+    mBackupIncluded = included;
+    // Projects count as modified after opening since this stands in binders.
+    mIsModifiedByRead = true;
+}
+
+bool TVLProjectModel::notifyTargets() const
+{
+    return property(NotifyTargetsProperty).toBool();
+}
+
+void TVLProjectModel::setNotifyTargets(bool notify)
+{
+    if (notify == notifyTargets())
+        return;
+    setProperty(NotifyTargetsProperty, notify);
+    markProjectAsModified(true);
+}
 
 void TVLProjectModel::setDraftTarget(const TVLDraftTarget &target)
 {

@@ -1,8 +1,12 @@
 #include "TVLProjectModel.h"
 
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNoteFiles_p.h"
+
 #include "TVLTextFormat.h"
 
 #include <QScopedValueRollback>
+#include <QSet>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -16,6 +20,36 @@ QString titleOf(const QTextDocument *note)
     return note->metaInformation(QTextDocument::DocumentTitle);
 }
 
+/** The lowest id that neither a note has nor a file that the list doesn't know of. */
+int freeNoteId(const QString &path, const TVLProjectNotes &notes)
+{
+    QSet<int> ids;
+    for (const auto &[id, document] : notes.mNotes)
+        ids.insert(id);
+    int id = FirstProjectNoteId;
+    while (ids.contains(id) || TVLProjectNoteFiles::exists(TVLProjectNoteFiles::filePath(path, id)))
+        ++id;
+    return id;
+}
+
+/** Has a new note keep off its file if that may be there unseen. */
+void keepOffUnseenFile(QTextDocument *note, const QString &filePath, const TVLProjectNotes &notes)
+{
+    if (!TVLProjectNoteFiles::isMissing(filePath))
+        TVLProjectNotes::setReadError(note, notes.mIndexError);
+}
+
+bool writeNotes(const QString &path, const TVLProjectNotes &notes, QStringList *errors)
+{
+    if (notes.mIndexError.isEmpty())
+        return TVLProjectFolderFormat::writeProjectNotes(path, notes.mNotes, errors);
+    // The list that could not be read knows of notes that this one doesn't, so it stays. The new
+    // notes have files of their own.
+    errors->append(notes.mIndexError);
+    (void)TVLProjectNoteFiles::write(path, notes.mNotes, errors);
+    return false;
+}
+
 } // namespace
 
 // --- What a project can't be without
@@ -25,7 +59,10 @@ void TVLProjectModel::addDefaultProjectNotes()
     if (!mProjectNotes.isEmpty())
         return;
     const QScopedValueRollback suspend(mSuspendModified, true);
-    mProjectNotes.mNotes.append({FirstProjectNoteId, newProjectNote(tr("General"))});
+    const int id = freeNoteId(mPath, mProjectNotes);
+    QTextDocument *document = newProjectNote(tr("General"));
+    keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(mPath, id), mProjectNotes);
+    mProjectNotes.mNotes.append({id, document});
 }
 
 QTextDocument *TVLProjectModel::newProjectNote(const QString &title)
@@ -52,10 +89,27 @@ void TVLProjectModel::onProjectNoteModifiedChanged(bool modified)
     markProjectAsModified(modified);
 }
 
-void TVLProjectModel::saveProjectNotes() const
+void TVLProjectModel::readProjectNotes(QStringList *errors)
+{
+    const QScopedValueRollback suspend(mSuspendModified, true);
+    QStringList failures;
+    const bool isRead =
+        TVLProjectFolderFormat::readProjectNotes(mPath, &mProjectNotes.mNotes, this, &failures);
+    // A note that can't be read is in the list all the same.
+    if (!isRead && mProjectNotes.isEmpty())
+        mProjectNotes.mIndexError = failures.join(u'\n');
+    if (errors)
+        errors->append(failures);
+}
+
+void TVLProjectModel::saveProjectNotes(QStringList *failures) const
 {
     if (!mProjectNotes.isModified())
         return;
+    QStringList errors;
+    if (!writeNotes(mPath, mProjectNotes, &errors))
+        failures->append(tr("Could not save project notes.\n%1").arg(errors.join(u'\n')));
+    // Also after a failure: the user has seen the error, and the next change asks again.
     for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes))
         document->setModified(false);
     mProjectNotes.setModified(false);
@@ -93,11 +147,10 @@ QString TVLProjectModel::projectNoteTitle(int id)
 
 int TVLProjectModel::addProjectNote(const QString &title)
 {
-    int id = FirstProjectNoteId;
-    while (hasProjectNoteId(id))
-        ++id;
+    const int id = freeNoteId(mPath, mProjectNotes);
     Q_EMIT projectNoteAboutToBeAdded(id);
     QTextDocument *document = newProjectNote(title);
+    keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(mPath, id), mProjectNotes);
     connect(document, &QTextDocument::modificationChanged, this,
             &TVLProjectModel::onProjectNoteModifiedChanged);
     document->setModified(true);
@@ -137,9 +190,10 @@ bool TVLProjectModel::moveProjectNote(int from, int to)
 
 bool TVLProjectModel::removeProjectNote(int id, QStringList *errors)
 {
-    Q_UNUSED(errors)
     if (!hasProjectNoteId(id))
         return true;
+    if (!TVLProjectFolderFormat::removeProjectNote(mPath, id, errors))
+        return false;
     Q_EMIT projectNoteAboutToBeRemoved(id);
     QTextDocument *document = projectNote(id);
     mProjectNotes.mNotes.removeIf([id](const auto &note) { return note.first == id; });

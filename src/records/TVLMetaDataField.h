@@ -22,6 +22,15 @@ public:
     friend bool operator==(const TVLMetaDataField &, const TVLMetaDataField &) = default;
 };
 
+/** A custom field together with what an item holds in it. */
+class TVLCustomMetaDataInfo : public TVLMetaDataField
+{
+public:
+    QString mValue;
+
+    friend bool operator==(const TVLCustomMetaDataInfo &, const TVLCustomMetaDataInfo &) = default;
+};
+
 /** The custom meta-data fields of a project, in their order. */
 class TVL_EXPORT TVLCustomMetaDataSettings : public QList<TVLMetaDataField>
 {

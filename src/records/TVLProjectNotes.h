@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QPair>
+#include <QString>
 
 class QTextDocument;
 
@@ -17,6 +18,9 @@ class TVL_EXPORT TVLProjectNotes
 {
 public:
     QList<QPair<int, QTextDocument *>> mNotes; ///< Id and text of each note.
+    /** Why the file of the list could not be read; empty when it could. Such a file is never
+     * written over. */
+    QString mIndexError;
 
     [[nodiscard]] bool isEmpty() const { return mNotes.isEmpty(); }
     [[nodiscard]] bool hasId(int id) const;
@@ -29,6 +33,11 @@ public:
 
     /** Whether any note's text has changed. */
     [[nodiscard]] bool notesModified() const;
+
+    /** Why a note's file could not be read; empty when it could. Such a file is never written
+     * over. */
+    [[nodiscard]] static QString readError(const QTextDocument *note);
+    static void setReadError(QTextDocument *note, const QString &error);
 
 private:
     bool mModified = false;

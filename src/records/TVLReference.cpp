@@ -11,3 +11,8 @@ void TVLReference::setUrl(const QUrl &url)
     mUrl = url;
     mInternalLink = -1;
 }
+
+bool TVLReference::contains(const TVLReference &reference, const QList<TVLReference> &references)
+{
+    return references.contains(reference);
+}

@@ -2,6 +2,7 @@
 
 #include "TvlExport.h"
 
+#include <QList>
 #include <QString>
 #include <QUrl>
 
@@ -20,6 +21,10 @@ public:
 
     /** Makes this a reference to an address; the item that it led to is dropped. */
     void setUrl(const QUrl &url);
+
+    /** Whether a reference with the same title, to the same item or address, is in a list. */
+    [[nodiscard]] static bool contains(const TVLReference &reference,
+                                       const QList<TVLReference> &references);
 
     friend bool operator==(const TVLReference &, const TVLReference &) = default;
 };

@@ -577,6 +577,34 @@ public:
     [[nodiscard]] static QUuid userLockId();
     /** @} */
 
+    /** @name Notes of the project
+     * Text pages that belong to the project as a whole: a folder with an index and one RTF file for
+     * each note.
+     * @{ */
+    /** The folder, made if it is missing; a failure goes to @p errors. */
+    [[nodiscard]] static QDir projectNotesDirectory(const QString &path, bool *ok,
+                                                    QStringList *errors);
+    /**
+     * Writes the index and all notes. One that can't be written is told in @p errors, and the
+     * others are written all the same.
+     */
+    [[nodiscard]] static bool writeProjectNotes(const QString &path,
+                                                const QList<QPair<int, QTextDocument *>> &notes,
+                                                QStringList *errors);
+    /**
+     * Appends the project's notes to @p notes. The caller owns the documents; the links of older
+     * projects are given the uuids that @p model knows. A note without a file is empty; false, with
+     * @p errors, when something couldn't be read.
+     */
+    [[nodiscard]] static bool readProjectNotes(const QString &path,
+                                               QList<QPair<int, QTextDocument *>> *notes,
+                                               const TVLBinderProject *model, QStringList *errors);
+    /** Deletes the file of a note; the index loses it with the next write. */
+    static bool removeProjectNote(const QString &path, int id, QStringList *errors);
+    /** Whether the first link to an item in a file names it by its uuid. */
+    [[nodiscard]] static bool hasLinksInSyncFileFormat(const QString &filePath);
+    /** @} */
+
     /** @name Copying and removing whole projects @{ */
     /** Copies what a folder holds; false at the first failure or when @p progress is cancelled. */
     [[nodiscard]] static bool copyDirectory(const QDir &source, const QDir &target,

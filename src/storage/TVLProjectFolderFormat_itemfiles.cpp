@@ -2,6 +2,7 @@
 
 #include "TVLCoreUtil.h"
 #include "TVLNumberedFiles_p.h"
+#include "TUuid.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -261,7 +262,8 @@ QList<QUuid> TVLProjectFolderFormat::folderUUIDs(const QString &path)
     const QStringList names = QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
         const QUuid uuid(name);
-        if (!uuid.isNull())
+        // What begins with a uuid would be taken for one, such as a copy that some service made.
+        if (!uuid.isNull() && name.size() == TUuid::toStringNoBraces(uuid, true).size())
             uuids.append(uuid);
     }
     return uuids;

@@ -1,15 +1,16 @@
 #include "TVLProjectFolderFormat.h"
 
+#include "TVLBinderTags_p.h"
 #include "TVLCoreUtil.h"
 #include "TVLScriptMode.h"
 
 #include <QFileInfo>
 
-const QString TVLProjectFolderFormat::ProjectTitleTag = u"ProjectTitle"_qs;
-const QString TVLProjectFolderFormat::AbbreviatedTitleTag = u"AbbreviatedTitle"_qs;
-const QString TVLProjectFolderFormat::FullNameTag = u"FullName"_qs;
-const QString TVLProjectFolderFormat::LastNameTag = u"LastName"_qs;
-const QString TVLProjectFolderFormat::FirstNameTag = u"FirstName"_qs;
+const QString TVLProjectFolderFormat::ProjectTitleTag = TVLBinderTags::ProjectTitle;
+const QString TVLProjectFolderFormat::AbbreviatedTitleTag = TVLBinderTags::AbbreviatedTitle;
+const QString TVLProjectFolderFormat::FullNameTag = TVLBinderTags::FullName;
+const QString TVLProjectFolderFormat::LastNameTag = TVLBinderTags::LastName;
+const QString TVLProjectFolderFormat::FirstNameTag = TVLBinderTags::FirstName;
 
 bool TVLProjectFolderFormat::readScriptSettings(const QString &path, TVLScriptMode *mode,
                                                 QString *error)

@@ -224,6 +224,48 @@ QByteArray richBinder()
             <Title></Title>
         </Keyword>
     </Keywords>
+    <CustomMetaDataSettings>
+        <MetaDataField ID="pov" Wraps="No" Color="0.200 0.400 0.600">Who &amp; where</MetaDataField>
+        <MetaDataField ID="day" Wraps="Yes">Day</MetaDataField>
+    </CustomMetaDataSettings>
+    <ProjectProperties>
+        <ProjectTitle>The &lt;long&gt; way</ProjectTitle>
+        <AbbreviatedTitle>Way</AbbreviatedTitle>
+        <FullName>Ann Lee</FullName>
+        <LastName>Lee</LastName>
+        <FirstName>Ann</FirstName>
+    </ProjectProperties>
+    <ProjectTargets Notify="Yes">
+        <DraftTarget Type="Pages" CountIncludedOnly="Yes" CurrentCompileGroupOnly="Yes" ShowOverrun="Yes" Buffer="25" Deadline="2030-01-31 00:00:00 +0000" IgnoreDeadline="Yes">300</DraftTarget>
+        <SessionTarget Type="Characters" CountDraftOnly="Yes" AllowNegatives="Yes" ResetType="NextDay" DeterminedFromDeadline="Yes" CanWriteOnDeadlineDate="Yes" WritingDays="1,3,5">500</SessionTarget>
+    </ProjectTargets>
+    <Favorites>
+        <BinderID>5</BinderID>
+        <BinderID>3</BinderID>
+    </Favorites>
+    <AutoCompleteList>
+        <Completion Scope="-2">Harbour &amp; square</Completion>
+        <Completion Scope="-1">Ann</Completion>
+        <Completion Scope="4">INT.</Completion>
+    </AutoCompleteList>
+    <BackupSettings>
+        <Exclude>Yes</Exclude>
+    </BackupSettings>
+    <FullScreenBackdrop Type="BinderID">6</FullScreenBackdrop>
+    <ProjectReferences>
+        <Reference BinderID="6">The map</Reference>
+        <Reference Destination="https://example.org/?a=1&amp;b=2">The page</Reference>
+    </ProjectReferences>
+    <PrintSettings>
+        <PaperType>Letter</PaperType>
+        <LeftMargin>72</LeftMargin>
+        <RightMargin>28.3465</RightMargin>
+        <TopMargin>0</TopMargin>
+        <BottomMargin>36.5</BottomMargin>
+        <Orientation>Landscape</Orientation>
+        <Collates>No</Collates>
+        <ReverseOrder>Yes</ReverseOrder>
+    </PrintSettings>
     )xml";
     return upToUserData + richUserProjectData().toUtf8() + "\n</TavelinorProject>\n";
 }

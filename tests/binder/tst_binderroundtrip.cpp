@@ -1,4 +1,5 @@
 #include "BinderSamples.h"
+#include "RandomSections.h"
 #include "RandomTree.h"
 #include "TestBinderProject.h"
 #include "TestProject.h"
@@ -10,6 +11,7 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -123,9 +125,31 @@ bool holdsText(const Tokens &tokens, int start)
                                            u"Collections"_qs,
                                            u"Collection"_qs,
                                            u"BinderIDs"_qs,
+                                           u"CustomMetaDataSettings"_qs,
+                                           u"ProjectProperties"_qs,
+                                           u"ProjectTargets"_qs,
+                                           u"Favorites"_qs,
+                                           u"AutoCompleteList"_qs,
+                                           u"BackupSettings"_qs,
+                                           u"ProjectReferences"_qs,
+                                           u"PrintSettings"_qs,
                                            u"UserProjectData"_qs,
                                            u"Odd"_qs};
     return !containers.contains(tokens.at(start).text);
+}
+
+bool isFavorite(const Token &token)
+{
+    static const QStringList favorites = {u"3"_qs, u"5"_qs};
+    return token.type == QXmlStreamReader::StartElement && token.text == u"BinderItem"
+        && favorites.contains(token.attributes.value(0).second);
+}
+
+/** Whether an element is or holds an item that a favorite of the rich binder names. */
+bool holdsFavorite(const Tokens &tokens, int start)
+{
+    const auto begin = tokens.cbegin();
+    return std::any_of(begin + start, begin + endOf(tokens, start), isFavorite);
 }
 
 /** Whether an element may hold only one kind of element. */
@@ -167,32 +191,6 @@ Outcome survivesIf(bool survives)
     return survives ? Survives : Fails;
 }
 
-void fillSections(TestBinderProject *project, QRandomGenerator *random)
-{
-    project->mInfo.mModified = sampleModified();
-    project->mInfo.mDevice = randomText(random, 20);
-    project->mInfo.mModId = QUuid::createUuid();
-    project->mLabelTitle = randomText(random, 20);
-    project->mStatusTitle = randomText(random, 20);
-    for (int id = 0; id < 30; ++id) {
-        project->mLabels.append(
-            {id, randomText(random, 20), QColor(random->generate() | 0xff000000)});
-        project->mStatusItems.append({id, randomText(random, 20)});
-    }
-    project->mDefaultLabelId = 3;
-    project->mDefaultStatusId = 4;
-    TVLCollectionMetaData collection;
-    collection.mType = TVL::ArbitraryCollection;
-    collection.mId = randomText(random, 20);
-    collection.mTitle = randomText(random, 20);
-    collection.mColor = Qt::darkCyan;
-    collection.mIds = {3, 1, 2};
-    project->mCollections = {collection};
-    for (int id = 0; id < 30; ++id)
-        project->mKeywords.append(
-            {id, id % 3 == 0 ? -1 : id - 1, randomText(random, 20), QColor(id, 2 * id, 7)});
-}
-
 } // namespace
 
 class TstBinderRoundTrip : public QObject
@@ -202,19 +200,22 @@ class TstBinderRoundTrip : public QObject
 private Q_SLOTS:
     void aRandomTreeSurvives_data();
     void aRandomTreeSurvives();
+    void everySectionSurvives_data();
+    void everySectionSurvives();
     void aRandomTreeOfAMobileProjectIsStable();
+    void aMobileBinderHoldsNoneOfTheLaterSections();
     void theFirstGrammarKeepsAllButTheUuids();
     void theRichBinderSurvives();
     void aBinderSurvivesWithoutItsIndentation();
 
-    void onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeThere();
-    void attributesWithoutSenseAreNoErrorExceptInKeywords();
+    void onlyTheVersionAndIdsThatAreNeededAreAttributesThatMustBeThere();
+    void attributesWithoutSenseAreNoErrorExceptInIdentities();
     void unknownAttributesAreIgnored();
-    void onlyTheFieldOfCustomMetaDataIsAnElementThatMustBeThere();
-    void anElementUnderAnotherNameIsSkippedExceptInListsOfOneKind();
+    void onlyTheFieldOfCustomMetaDataAndFavoriteItemsAreElementsThatMustBeThere();
+    void anElementUnderAnotherNameIsSkippedUnlessItIsNeeded();
     void anUnknownElementIsSkippedExceptInListsOfOneKind();
     void anElementInsideATextNeverCrashesTheReader();
-    void textsWithoutSenseAreNoErrorExceptInKeywords();
+    void textsWithoutSenseAreNoErrorExceptInIdentities();
     void commentsAndInstructionsChangeNothing();
     void elementsInAnotherOrderAreNoError();
 
@@ -249,9 +250,10 @@ void TstBinderRoundTrip::aRandomTreeSurvives()
     QFETCH(int, deepest);
     TestBinderProject project(
         makeRandomTree({.nodes = 5000, .deepest = deepest, .seed = seed, .withIds = withIds}));
-    QRandomGenerator random(seed);
-    fillSections(&project, &random);
     project.mFormatVersion = TVL::FormatVersion(formatVersion);
+    project.enterTree();
+    QRandomGenerator random(seed);
+    fillRandomSections(&project, &random);
     const QByteArray binder = project.write();
 
     TestBinderProject reread;
@@ -263,11 +265,45 @@ void TstBinderRoundTrip::aRandomTreeSurvives()
     QVERIFY2(equalTrees(project.mRoot.get(), reread.mRoot.get(), &where), qPrintable(where));
     QCOMPARE(reread.mUuidMap.size(), 5000);
     QCOMPARE(reread.mIdMap.size(), withIds ? 5000 : 0);
-    QCOMPARE(reread.mLabels, project.mLabels);
-    QCOMPARE(reread.mStatusItems, project.mStatusItems);
-    QCOMPARE(reread.mCollections, project.mCollections);
-    QCOMPARE(reread.mKeywords, project.mKeywords);
+    QCOMPARE(differingSection(project, reread), QString());
     QVERIFY(reread.write() == binder);
+}
+
+void TstBinderRoundTrip::everySectionSurvives_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("formatVersion");
+    QTest::addColumn<bool>("mobile");
+    for (quint32 seed = 1; seed <= 150; ++seed) {
+        QTest::addRow("desktop, %u", seed) << seed << 18 << false;
+        QTest::addRow("without ids, %u", seed) << seed << 23 << false;
+        QTest::addRow("mobile, %u", seed) << seed << 18 << true;
+    }
+}
+
+void TstBinderRoundTrip::everySectionSurvives()
+{
+    QFETCH(quint32, seed);
+    QFETCH(int, formatVersion);
+    QFETCH(bool, mobile);
+    const bool withIds = formatVersion == TVL::FormatVersion18;
+    TestBinderProject project(
+        makeRandomTree({.nodes = 12, .deepest = 4, .seed = seed, .withIds = withIds}));
+    project.mFormatVersion = TVL::FormatVersion(formatVersion);
+    project.mIsMobile = mobile;
+    project.enterTree();
+    QRandomGenerator random(seed);
+    fillRandomSections(&project, &random);
+    const QByteArray binder = project.write();
+
+    TestBinderProject reread;
+    reread.mFormatVersion = project.mFormatVersion;
+    reread.mIsMobile = mobile;
+    QString error;
+    QVERIFY2(reread.read(binder, &error), qPrintable(error));
+    if (!mobile)
+        QCOMPARE(differingSection(project, reread), QString());
+    QCOMPARE(reread.write(), binder);
 }
 
 void TstBinderRoundTrip::aRandomTreeOfAMobileProjectIsStable()
@@ -283,6 +319,22 @@ void TstBinderRoundTrip::aRandomTreeOfAMobileProjectIsStable()
     QVERIFY(reread.read(binder));
     QCOMPARE(reread.mUuidMap.size(), 2000);
     QVERIFY(reread.write() == binder);
+}
+
+void TstBinderRoundTrip::aMobileBinderHoldsNoneOfTheLaterSections()
+{
+    TestBinderProject project;
+    QVERIFY(project.read(richBinder()));
+    project.mIsMobile = true;
+    QStringList sections;
+    const Tokens tokens = tokensOf(project.write());
+    for (int i = 0; i < tokens.size(); ++i) {
+        if (tokens.at(i).type == QXmlStreamReader::StartElement && enclosing(tokens, i).size() == 1)
+            sections.append(tokens.at(i).text);
+    }
+    QCOMPARE(sections,
+             QStringList({u"Binder"_qs, u"LabelSettings"_qs, u"StatusSettings"_qs,
+                          u"TemplateFolderUUID"_qs}));
 }
 
 void TstBinderRoundTrip::theFirstGrammarKeepsAllButTheUuids()
@@ -323,7 +375,7 @@ void TstBinderRoundTrip::aBinderSurvivesWithoutItsIndentation()
     QCOMPARE(project.write(), richBinder());
 }
 
-void TstBinderRoundTrip::onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeThere()
+void TstBinderRoundTrip::onlyTheVersionAndIdsThatAreNeededAreAttributesThatMustBeThere()
 {
     const DebugLog log;
     int removed = 0;
@@ -331,7 +383,9 @@ void TstBinderRoundTrip::onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeTh
         for (int i = 0; i < tokens.at(element).attributes.size(); ++i) {
             Tokens changed = tokens;
             const QString name = changed[element].attributes.takeAt(i).first;
-            const bool expected = name != u"Version" && tokens.at(element).text != u"Keyword";
+            const bool names = tokens.at(element).text == u"Keyword"
+                || (isFavorite(tokens.at(element)) && name == u"ID");
+            const bool expected = name != u"Version" && !names;
             QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
             ++removed;
         }
@@ -339,7 +393,7 @@ void TstBinderRoundTrip::onlyTheVersionAndIdsOfKeywordsAreAttributesThatMustBeTh
     QVERIFY(removed > 90);
 }
 
-void TstBinderRoundTrip::attributesWithoutSenseAreNoErrorExceptInKeywords()
+void TstBinderRoundTrip::attributesWithoutSenseAreNoErrorExceptInIdentities()
 {
     const DebugLog log;
     for (const QString &value :
@@ -348,10 +402,11 @@ void TstBinderRoundTrip::attributesWithoutSenseAreNoErrorExceptInKeywords()
             for (int i = 0; i < tokens.at(element).attributes.size(); ++i) {
                 Tokens changed = tokens;
                 changed[element].attributes[i].second = value;
-                const bool isVersion = tokens.at(element).attributes.at(i).first == u"Version";
-                const bool expected =
-                    !(isVersion && value.isEmpty()) && tokens.at(element).text != u"Keyword";
-                QCOMPARE(outcomeOf(xmlOf(changed)), survivesIf(expected));
+                // Without a version no item has an id, so that the favorites name none.
+                const QString name = tokens.at(element).attributes.at(i).first;
+                const bool expected = name != u"Version" && tokens.at(element).text != u"Keyword"
+                    && !(isFavorite(tokens.at(element)) && name == u"ID");
+                QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
             }
         });
     }
@@ -370,7 +425,7 @@ void TstBinderRoundTrip::unknownAttributesAreIgnored()
     QCOMPARE(project.write(), richBinder());
 }
 
-void TstBinderRoundTrip::onlyTheFieldOfCustomMetaDataIsAnElementThatMustBeThere()
+void TstBinderRoundTrip::onlyTheFieldOfCustomMetaDataAndFavoriteItemsAreElementsThatMustBeThere()
 {
     const DebugLog log;
     int removed = 0;
@@ -379,14 +434,15 @@ void TstBinderRoundTrip::onlyTheFieldOfCustomMetaDataIsAnElementThatMustBeThere(
         const int end = endOf(tokens, element);
         changed.remove(element, end - element + 1);
         const QString name = tokens.at(element).text;
-        const bool expected = name != u"TavelinorProject" && name != u"FieldID";
+        const bool expected =
+            name != u"TavelinorProject" && name != u"FieldID" && !holdsFavorite(tokens, element);
         QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
         ++removed;
     });
     QVERIFY(removed > 100);
 }
 
-void TstBinderRoundTrip::anElementUnderAnotherNameIsSkippedExceptInListsOfOneKind()
+void TstBinderRoundTrip::anElementUnderAnotherNameIsSkippedUnlessItIsNeeded()
 {
     const DebugLog log;
     forEachElement([](const Tokens &tokens, int element) {
@@ -394,8 +450,8 @@ void TstBinderRoundTrip::anElementUnderAnotherNameIsSkippedExceptInListsOfOneKin
         changed[element].text = u"Unknown"_qs;
         const QString name = tokens.at(element).text;
         const QStringList parents = enclosing(tokens, element);
-        const bool expected =
-            !parents.isEmpty() && name != u"FieldID" && !isStrictList(parents.constLast(), parents);
+        const bool expected = !parents.isEmpty() && name != u"FieldID"
+            && !isStrictList(parents.constLast(), parents) && !holdsFavorite(tokens, element);
         QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
     });
 }
@@ -441,7 +497,7 @@ void TstBinderRoundTrip::anElementInsideATextNeverCrashesTheReader()
     });
 }
 
-void TstBinderRoundTrip::textsWithoutSenseAreNoErrorExceptInKeywords()
+void TstBinderRoundTrip::textsWithoutSenseAreNoErrorExceptInIdentities()
 {
     const DebugLog log;
     for (const QString &text : {u"?"_qs, u"-99999999999999999999"_qs, QString(5000, u'x')}) {
@@ -452,8 +508,9 @@ void TstBinderRoundTrip::textsWithoutSenseAreNoErrorExceptInKeywords()
             const Tokens changed =
                 tokens.first(element + 1) + characters + tokens.sliced(endOf(tokens, element));
             const QString name = tokens.at(element).text;
-            QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(name != u"KeywordID"),
-                     qPrintable(name));
+            const bool isFavorite = enclosing(tokens, element).constLast() == u"Favorites";
+            const bool expected = name != u"KeywordID" && !isFavorite;
+            QVERIFY2(outcomeOf(xmlOf(changed)) == survivesIf(expected), qPrintable(name));
         });
     }
 }

@@ -283,6 +283,21 @@ SignalLog::SignalLog(const TVLProjectModel *model)
         [=](const QModelIndex &newIndex, const QModelIndex &oldIndex) {
             log(u"template folder %1 for %2"_qs.arg(idOf(newIndex)).arg(idOf(oldIndex)));
         });
+    QObject::connect(model, &TVLProjectModel::referencesChanged, context,
+                     [=] { log(u"references"_qs); });
+    QObject::connect(model, &TVLProjectModel::autoCompleteListChanged, context,
+                     [=] { log(u"completions"_qs); });
+    QObject::connect(model, &TVLProjectModel::customMetaDataChanged, context,
+                     [=](const QModelIndex &index) { log(u"fields of %1"_qs.arg(idOf(index))); });
+    QObject::connect(
+        model, &TVLProjectModel::customMetaDataSettingsAboutToBeChanged, context,
+        [=](const QStringList &oldIds, const QStringList &newIds) {
+            log(u"fields %1 to become %2"_qs.arg(oldIds.join(u','), newIds.join(u',')));
+        });
+    QObject::connect(model, &TVLProjectModel::customMetaDataSettingsChanged, context,
+                     [=](const QStringList &oldIds, const QStringList &newIds) {
+                         log(u"fields %1 became %2"_qs.arg(oldIds.join(u','), newIds.join(u',')));
+                     });
     QObject::connect(model, qOverload<>(&TVLProjectModel::collectionChanged), context,
                      [=] { log(u"collections"_qs); });
     QObject::connect(

@@ -305,6 +305,7 @@ void TstItemMerging::anUnreadableTextIsNotMerged()
     mTester.reset();
     mProject->writeFile(u"Files/Docs/%1.rtf"_qs.arg(b), "no rich text");
     mModel = mProject->open();
+    QVERIFY(mModel->save(true));
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!merge(u"a b"_qs).isValid());
     QVERIFY(!merge(u"b a"_qs).isValid());

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -80,11 +81,15 @@ private Q_SLOTS:
     void itemsAreMatched_data();
     void itemsAreMatched();
     void itemsAreMatchedBelowTheirParentOnly();
+    void itemsAreMatchedInTheOrderOfTheBinder();
 
     void aRenamedKeywordIsAnnouncedOncePerItem();
     void aRecoloredKeywordIsAnnounced();
     void severalChangedKeywordsAreAnnouncedTogether();
+    void changedKeywordsAreARangeOfSiblings_data();
+    void changedKeywordsAreARangeOfSiblings();
     void aRemovedKeywordLeavesAllItems();
+    void aRemovedKeywordIsGoneFromAnItemThatIsAnnounced();
     void removingAKeywordOfNoItemMarksTheProject();
     void everyChangeOfAKeywordMarksTheProject();
     void aReusedIdentityIsOnNoItem();
@@ -261,6 +266,23 @@ void TstModelKeywords::itemsAreMatchedBelowTheirParentOnly()
     QVERIFY(!model->containsKeywords({1}, model->trashFolder()));
 }
 
+void TstModelKeywords::itemsAreMatchedInTheOrderOfTheBinder()
+{
+    const auto model = modelWithKeywords();
+    // Added last, and deeper than those behind it.
+    addTree(model.get(), model->index(3), u"deep(er)"_qs);
+    const QModelIndex deep = itemTitled(model.get(), u"er"_qs);
+    for (const QModelIndex &index :
+         {model->index(6), deep, model->trashFolder(), model->index(4), model->draftFolder()})
+        QVERIFY(model->setKeywordIds(index, {1}));
+    const QModelIndexList all = {model->draftFolder(), deep, model->index(4), model->index(6),
+                                 model->trashFolder()};
+    for (int hits = 1; hits <= 7; ++hits)
+        QCOMPARE(model->matchKeywords({1}, hits, QModelIndex()), all.first(std::min(hits, 5)));
+    QCOMPARE(model->matchKeywords({1}, 2, model->draftFolder()), all.mid(1, 2));
+    QCOMPARE(model->matchKeywords({1}, 9, model->rootIndex()), all);
+}
+
 // --- Changes of keywords
 
 void TstModelKeywords::aRenamedKeywordIsAnnouncedOncePerItem()
@@ -304,6 +326,43 @@ void TstModelKeywords::severalChangedKeywordsAreAnnouncedTogether()
     QCOMPARE(log.lines(), dataLines({4}));
 }
 
+void TstModelKeywords::changedKeywordsAreARangeOfSiblings_data()
+{
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("last");
+    QTest::addColumn<Ids>("announced");
+    QTest::newRow("one") << 5 << 5 << Ids{4};
+    QTest::newRow("some of their parent's") << 5 << 6 << Ids({4, 5});
+    QTest::newRow("all of their parent's") << 3 << 6 << Ids({3, 4, 5});
+    // Those that lie in b are none of its siblings.
+    QTest::newRow("the parent") << 2 << 2 << Ids{6};
+    QTest::newRow("the parent and its siblings") << 1 << 4 << Ids{6};
+}
+
+void TstModelKeywords::changedKeywordsAreARangeOfSiblings()
+{
+    QFETCH(const int, first);
+    QFETCH(const int, last);
+    QFETCH(const Ids, announced);
+    const auto model = modelWithKeywords();
+    TVLKeywordModel *keywords = model->keywordModel();
+    QVERIFY(keywords->insertItem(1, keywords->index(2), u"e"_qs));
+    QVERIFY(keywords->insertItem(2, keywords->index(2), u"f"_qs));
+    QVERIFY(model->setKeywordIds(model->index(3), {3}));
+    QVERIFY(model->setKeywordIds(model->index(4), {5, 3}));
+    QVERIFY(model->setKeywordIds(model->index(5), {6, 5, 3}));
+    QVERIFY(model->setKeywordIds(model->index(6), {2, 4}));
+    QVERIFY(model->setKeywordIds(model->index(5), {6}));
+    makeAllOld(model.get());
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog log(model.get());
+    Q_EMIT keywords->dataChanged(keywords->index(first), keywords->index(last));
+    QStringList lines = log.lines();
+    lines.sort();
+    QCOMPARE(lines, dataLines(announced));
+    QCOMPARE(touchedIds(model.get()), Ids());
+}
+
 void TstModelKeywords::aRemovedKeywordLeavesAllItems()
 {
     const auto model = modelWithKeywords();
@@ -324,6 +383,19 @@ void TstModelKeywords::aRemovedKeywordLeavesAllItems()
     QCOMPARE(lines, dataLines({4, 5}));
     QCOMPARE(touchedIds(model.get()), Ids());
     QCOMPARE(documentsOutOfStep(model.get()), QString());
+}
+
+void TstModelKeywords::aRemovedKeywordIsGoneFromAnItemThatIsAnnounced()
+{
+    const auto model = modelWithKeywords();
+    QVERIFY(model->setKeywordIds(model->index(4), {2, 3, 4}));
+    int calls = 0;
+    connect(model.get(), &TVLProjectModel::dataChanged, this, [&](const QModelIndex &index) {
+        ++calls;
+        QCOMPARE(model->keywordIds(index), Ids{4});
+    });
+    QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->index(2)));
+    QCOMPARE(calls, 1);
 }
 
 void TstModelKeywords::removingAKeywordOfNoItemMarksTheProject()
@@ -456,6 +528,7 @@ void TstModelKeywords::itemsOfAnOpenedProjectAreFound()
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(documentsOutOfStep(model.get()), QString());
+    TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->findTitle(u"a"_qs)));
     QCOMPARE(model->keywords(firstText(model.get())), QStringList{u"b"_qs});
@@ -470,6 +543,13 @@ void TstModelKeywords::openingDoesNotMarkTheProject()
         QVERIFY(model->setKeywords(firstText(model.get()), {u"a"_qs}));
         QVERIFY(model->save(true));
     }
+    // What the binder says of backups marks it in any case.
+    QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray endTag = "</BackupSettings>";
+    const qsizetype start = binder.indexOf("<BackupSettings>");
+    QVERIFY(start > 0);
+    binder.remove(start, binder.indexOf(endTag) + endTag.size() - start);
+    project.writeFile(u"Novel.tavelx"_qs, binder);
     const auto model = project.open();
     QVERIFY(model && model->isSaved());
     const QMap<QString, QByteArray> before = project.files();

@@ -1,6 +1,7 @@
 #include "ModelChecks.h"
 #include "ModelTester.h"
 #include "TestMain.h"
+#include "TestProject.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -90,16 +91,23 @@ private Q_SLOTS:
     void staleIdsStayUntilTheirLabelGoes();
     void labelsAndStatusItemsDoNotMeddle();
     void labelsAreStoredBeforeTheUsersAreAnnounced();
+    void usersAreInPlaceWhenTheyAreAnnounced();
+    void usersOfAStatusItemAreInPlaceWhenTheyAreAnnounced();
+    void itemsWithoutIdsAreUsersToo();
+    void aDefaultOutsideTheNewListIsReset();
     void theOrderOfSignalsIsUsersListModified();
     void settingTheSameLabelsStillMarksAndAnnounces();
     void theDefaultLabelIsGivenToNewItems();
     void theDefaultLabelIsSet_data();
     void theDefaultLabelIsSet();
+    void theDefaultIsTakenBack();
     void theDefaultStatusItemIsSet_data();
     void theDefaultStatusItemIsSet();
     void theTitleOfLabelsIsSet();
     void theTitleOfStatusItemsIsSet();
     void keywordsOfAnItemAreSet();
+    void theSameColorInAnotherNotationIsNoChange_data();
+    void theSameColorInAnotherNotationIsNoChange();
 };
 
 void TstModelLabels::settingLabelsTidiesTheList_data()
@@ -152,8 +160,12 @@ void TstModelLabels::settingStatusItemsTidiesTheList_data()
     QTest::newRow("out of order") << List({other, done, NoStatus}) << List({other, done, NoStatus});
     QTest::newRow("without none") << List({other, done}) << List({NoStatus, other, done});
     QTest::newRow("an id twice") << List({NoStatus, other, again}) << List({NoStatus, other});
+    QTest::newRow("an id twice, without none")
+        << List({other, again, done, again}) << List({NoStatus, other, done});
     QTest::newRow("none by another name")
         << List({done, noneByAnotherName}) << List({done, noneByAnotherName});
+    QTest::newRow("none by another id")
+        << List({done, {-7, u"Nothing"_qs}}) << List({done, {-7, u"Nothing"_qs}});
     QTest::newRow("none twice") << List({NoStatus, noneByAnotherName}) << List({NoStatus});
 }
 
@@ -194,6 +206,17 @@ void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged_data()
                                   << before << Ids({0, 1, 2, 7});
     QTest::newRow("a later double doesn't count")
         << List({NoLabel, Concept, Chapter, {1, u"Scene"_qs, Green}}) << before << Ids();
+    QTest::newRow("an earlier double counts")
+        << List({NoLabel, Concept, {1, u"Scene"_qs, Green}, Chapter}) << before << Ids({5, 6});
+    QTest::newRow("titles exchanged")
+        << List({NoLabel, {0, u"Chapter"_qs, Blue}, {1, u"Concept"_qs, Red}}) << before
+        << Ids({3, 4, 5, 6});
+    QTest::newRow("ids exchanged")
+        << List({NoLabel, {1, u"Concept"_qs, Blue}, {0, u"Chapter"_qs, Red}}) << before
+        << Ids({3, 4, 5, 6});
+    QTest::newRow("none removed") << List({Concept, Chapter}) << before << Ids();
+    QTest::newRow("none with another id")
+        << List({{-7, u"Nothing"_qs, QColor()}, Concept, Chapter}) << before << Ids({0, 1, 2, 7});
 }
 
 void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged()
@@ -235,6 +258,12 @@ void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged_data()
     QTest::newRow("all removed") << List() << Ids({-1, -1, -1, -1, -1}) << Ids({3, 4, 5, 6});
     QTest::newRow("none renamed") << List({{-1, u"Nothing"_qs}, toDo, done}) << before
                                   << Ids({0, 1, 2, 7});
+    QTest::newRow("a later double doesn't count")
+        << List({NoStatus, toDo, done, {1, u"Over"_qs}}) << before << Ids();
+    QTest::newRow("titles exchanged")
+        << List({NoStatus, {0, u"Done"_qs}, {1, u"To Do"_qs}}) << before << Ids({3, 4, 5, 6});
+    QTest::newRow("none with another id")
+        << List({{-7, u"Nothing"_qs}, toDo, done}) << before << Ids({0, 1, 2, 7});
 }
 
 void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
@@ -325,6 +354,84 @@ void TstModelLabels::labelsAreStoredBeforeTheUsersAreAnnounced()
     QCOMPARE(calls, 4);
 }
 
+void TstModelLabels::usersAreInPlaceWhenTheyAreAnnounced()
+{
+    const auto model = labelledModel();
+    model->setDefaultLabelIdentity(0);
+    int users = 0;
+    connect(model.get(), &TVLProjectModel::dataChanged, this, [&](const QModelIndex &index) {
+        ++users;
+        QCOMPARE(model->labelIdentity(index), -1);
+        QVERIFY(isTouched(model.get(), index));
+        QCOMPARE(model->defaultLabelIdentity(), -1);
+    });
+    int lists = 0;
+    connect(model.get(), &TVLProjectModel::labelsChanged, this, [&] {
+        ++lists;
+        QCOMPARE(users, 2);
+        QCOMPARE(labelIds(model.get()), Ids({-1, -1, 1, 1, -1}));
+    });
+    model->setLabels({NoLabel, Chapter});
+    QCOMPARE(lists, 1);
+}
+
+void TstModelLabels::usersOfAStatusItemAreInPlaceWhenTheyAreAnnounced()
+{
+    const auto model = labelledModel();
+    model->setDefaultStatusIdentity(0);
+    const QList<TVLStatusItem> expected = {NoStatus, {1, u"Done"_qs}};
+    int users = 0;
+    connect(model.get(), &TVLProjectModel::dataChanged, this, [&](const QModelIndex &index) {
+        ++users;
+        QCOMPARE(model->statusItems(), expected);
+        QCOMPARE(model->statusIdentity(index), -1);
+        QVERIFY(isTouched(model.get(), index));
+        QCOMPARE(model->defaultStatusIdentity(), -1);
+    });
+    int lists = 0;
+    connect(model.get(), &TVLProjectModel::statusItemsChanged, this, [&] {
+        ++lists;
+        QCOMPARE(users, 2);
+        QCOMPARE(statusIds(model.get()), Ids({-1, -1, 1, 1, -1}));
+    });
+    model->setStatusItems(expected);
+    QCOMPARE(lists, 1);
+}
+
+void TstModelLabels::itemsWithoutIdsAreUsersToo()
+{
+    const auto model = emptyModel(TVL::FormatVersion23);
+    const ModelTester tester(model.get());
+    model->setLabels({NoLabel, Concept, Chapter});
+    const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::Text);
+    const QModelIndex second = addItem(model.get(), first, TVL::Text);
+    QCOMPARE(model->nodeIdentity(first), -1);
+    QVERIFY(model->setLabelIdentity(first, 0));
+    QVERIFY(model->setLabelIdentity(second, 1));
+    const QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
+    model->setLabels({NoLabel, Concept});
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.at(0).at(0).toModelIndex(), second);
+    QCOMPARE(model->labelIdentity(first), 0);
+    QCOMPARE(model->labelIdentity(second), -1);
+}
+
+void TstModelLabels::aDefaultOutsideTheNewListIsReset()
+{
+    const auto model = labelledModel();
+    const SignalLog log(model.get());
+    model->setDefaultLabelIdentity(1);
+    model->setLabels({});
+    // Nobody is told of the default but by the labels' own signal.
+    QVERIFY(!log.lines().mid(2).contains(u"meta data"_qs));
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+    model->setDefaultLabelIdentity(1);
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+    // Also none of another id leaves the default at -1.
+    model->setLabels({{-7, u"Nothing"_qs, QColor()}});
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+}
+
 void TstModelLabels::theOrderOfSignalsIsUsersListModified()
 {
     const auto model = blankModel();
@@ -396,6 +503,20 @@ void TstModelLabels::theDefaultLabelIsSet()
     QCOMPARE(model->defaultStatusIdentity(), -1);
 }
 
+void TstModelLabels::theDefaultIsTakenBack()
+{
+    const auto model = blankModel();
+    model->setDefaultLabelIdentity(1);
+    model->setDefaultStatusIdentity(2);
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog log(model.get());
+    model->setDefaultLabelIdentity(-1);
+    model->setDefaultStatusIdentity(-1);
+    QCOMPARE(model->defaultLabelIdentity(), -1);
+    QCOMPARE(model->defaultStatusIdentity(), -1);
+    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"meta data"_qs, u"meta data"_qs}));
+}
+
 void TstModelLabels::theDefaultStatusItemIsSet_data()
 {
     addDefaultIds();
@@ -455,6 +576,26 @@ void TstModelLabels::keywordsOfAnItemAreSet()
     // Another order is another list.
     QVERIFY(model->setKeywordIds(index, {2, 8, 5}));
     QCOMPARE(model->keywordIds(index), QList<int>({2, 8, 5}));
+}
+
+void TstModelLabels::theSameColorInAnotherNotationIsNoChange_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::newRow("by hue") << QColor(255, 0, 0).toHsv();
+    QTest::newRow("by fractions") << QColor::fromRgbF(0.3f, 0.6f, 0.7f);
+    QTest::newRow("translucent") << QColor(1, 2, 3, 100);
+}
+
+void TstModelLabels::theSameColorInAnotherNotationIsNoChange()
+{
+    QFETCH(const QColor, color);
+    const auto model = blankModel();
+    const QList<TVLLabel> labels = {{-1, u"No Label"_qs, QColor()}, {0, u"Concept"_qs, color}};
+    model->setLabels(labels);
+    model->findNode(3)->mLabelId = 0;
+    makeAllOld(model.get());
+    model->setLabels(labels);
+    QCOMPARE(touchedIds(model.get()), Ids());
 }
 
 TVL_TEST_MAIN(TstModelLabels)

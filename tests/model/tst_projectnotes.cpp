@@ -1,14 +1,88 @@
+#include "DocumentFixtures.h"
 #include "ModelChecks.h"
 #include "ModelTester.h"
+#include "OrdinaryRights.h"
+#include "ProjectNoteFixtures.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
 #include "TVLOptions.h"
+#include "TVLTextDoc.h"
+#include "TVLTextFormat.h"
+#include "TVLUnattendedMessageBoxes.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QPointer>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QUuid>
+
+#include <functional>
+
+namespace {
+
+void writeInNote(TVLProjectModel *model, int id, const QString &text)
+{
+    QTextCursor(model->projectNote(id)).insertText(text);
+}
+
+/** A saved project whose note 10 says `general`, and which has a note 11, `Places`, that says
+ * `places`. */
+void makeTwoNotes(const TestProject &project)
+{
+    const auto model = project.create();
+    writeInNote(model.get(), 10, u"general"_qs);
+    writeInNote(model.get(), model->addProjectNote(u"Places"_qs), u"places"_qs);
+    if (!model->save())
+        qFatal("could not save the notes");
+}
+
+/** `id title: text` of each note. */
+QStringList noteLines(TVLProjectModel *model)
+{
+    QStringList lines;
+    const QList<int> ids = model->projectNoteIdentities();
+    for (const int id : ids)
+        lines.append(u"%1 %2: %3"_qs.arg(QString::number(id), model->projectNoteTitle(id),
+                                         model->projectNote(id)->toPlainText()));
+    return lines;
+}
+
+/** Opens a project as if what its binder says didn't leave it modified. */
+std::unique_ptr<TVLProjectModel> openUnmodified(const TestProject &project)
+{
+    std::unique_ptr<TVLProjectModel> model = project.open();
+    if (model)
+        TVLProjectModelTestAccess::setSaved(model.get());
+    return model;
+}
+
+/** Opens a project and takes the text of the one box that tells of errors. */
+std::unique_ptr<TVLProjectModel> openWithErrors(const TestProject &project, QString *text)
+{
+    TVLUnattendedMessageBoxes boxes;
+    std::unique_ptr<TVLProjectModel> model = project.open();
+    const QList<TVLUnattendedMessageBoxes::Box> shown = boxes.takeBoxes();
+    if (!model || shown.size() != 1 || shown.constFirst().title != u"Project Loader")
+        qFatal("there should be a project and one box");
+    *text = shown.constFirst().text;
+    return model;
+}
+
+/** The errors of a save, which shows them in a box. */
+QStringList saveErrors(const TVLProjectModel *model)
+{
+    const TVLUnattendedMessageBoxes boxes;
+    QStringList errors;
+    if (model->saveChanges(&errors) != errors.isEmpty()
+        || boxes.boxes().size() != (errors.isEmpty() ? 0 : 1))
+        qFatal("the result of the save and its errors don't agree");
+    return errors;
+}
+
+} // namespace
 
 class TstProjectNotes : public QObject
 {
@@ -32,6 +106,30 @@ private Q_SLOTS:
     void theLastNoteMayBeRemoved();
     void anEditedNoteMarksTheProject();
     void aSaveLeavesNoNoteModified();
+
+    // On disk
+    void notesAreSavedAndReadAgain();
+    void aReadNoteBelongsToTheModel();
+    void anUntouchedNoteHasNoFile();
+    void openingMakesNoFolderForNotes();
+    void aReadOnlyProjectWithoutNotesOpensWithoutErrors();
+    void notesThatHaveNotChangedAreNotWritten();
+    void aMoveARenameAndARemovalAreSaved();
+    void aRemovedNoteHasNoFileAtOnce();
+    void aNoteWhoseFileCannotBeRemovedStays();
+    void aFailedSaveIsReportedAndLeavesNoNoteModified();
+    void aNoteThatCouldNotBeSavedIsSavedWithTheNextChange();
+    void linksOfOldAreSetOnOpening();
+
+    // What could not be read
+    void anUnreadNoteIsKeptAndTheOthersAreSaved();
+    void anUnreadNoteCanBeRemoved();
+    void anUnreadListIsKeptWithAllItsNotes();
+    void anUnreadListThatIsNotTouchedIsNoErrorOfASave();
+    void aListThatCanBeReadAgainComesBack();
+    void anUnseenFolderIsKeptWithAllItsNotes();
+    void aNewNoteKeepsOffFilesThatTheListDoesNotKnow();
+    void theFirstNoteKeepsOffAFileWithoutAList();
 };
 
 void TstProjectNotes::withoutNotesTheFirstIsMadeOnDemand()
@@ -270,5 +368,394 @@ void TstProjectNotes::aSaveLeavesNoNoteModified()
     QVERIFY(model->isSaved());
 }
 
-TVL_TEST_MAIN(TstProjectNotes)
+// --- On disk
+
+void TstProjectNotes::notesAreSavedAndReadAgain()
+{
+    const TestProject project;
+    QStringList expected;
+    {
+        const auto model = project.create();
+        model->addProjectNote(u"Places \u6f22 <&> {\\par}"_qs);
+        model->addProjectNote(QString());
+        for (const int id : {10, 11, 12})
+            writeInNote(model.get(), id, u"text of %1\nand more \U0001d11e"_qs.arg(id));
+        QVERIFY(model->moveProjectNote(2, 0));
+        QVERIFY(model->save());
+        expected = noteLines(model.get());
+    }
+    const auto model = project.open();
+    QVERIFY(model);
+    QCOMPARE(noteLines(model.get()), expected);
+    QCOMPARE(model->projectNoteIdentities(), QList<int>({12, 10, 11}));
+    QVERIFY(!model->projectNotes().isModified());
+}
+
+void TstProjectNotes::aReadNoteBelongsToTheModel()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    auto model = openUnmodified(project);
+    QVERIFY(model);
+    const ModelTester tester(model.get());
+    const QPointer<QTextDocument> note(model->projectNote(11));
+    QCOMPARE(note->parent(), model.get());
+    QCOMPARE(note->defaultFont(), tvlOptions()->value(TVLOptions::DefaultFont));
+    const SignalLog log(model.get());
+    writeInNote(model.get(), 11, u"more "_qs);
+    QCOMPARE(log.lines(), QStringList(u"modified"_qs));
+    QVERIFY(model->isModified());
+    QVERIFY(model->save());
+}
+
+void TstProjectNotes::anUntouchedNoteHasNoFile()
+{
+    const TestProject project;
+    const auto model = project.create();
+    QVERIFY(model->projectNote(10));
+    QVERIFY(model->save(true));
+    QVERIFY(!QFileInfo::exists(project.path(NotesFolder)));
+}
+
+void TstProjectNotes::openingMakesNoFolderForNotes()
+{
+    const TestProject project;
+    QVERIFY(project.create() != nullptr);
+    const auto model = project.open();
+    QVERIFY(model);
+    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_qs));
+    QVERIFY(!model->projectNotes().isModified());
+    QVERIFY(!QFileInfo::exists(project.path(NotesFolder)));
+}
+
+void TstProjectNotes::aReadOnlyProjectWithoutNotesOpensWithoutErrors()
+{
+    const TestProject project;
+    QVERIFY(project.create() != nullptr);
+    const ReducedPermissions reducedFiles(project.path(u"Files"_qs), ReducedPermissions::ReadOnly);
+    const ReducedPermissions reduced(project.path(), ReducedPermissions::ReadOnly);
+    const TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    QVERIFY(model);
+    QCOMPARE(boxes.boxes().size(), 0);
+    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_qs));
+}
+
+void TstProjectNotes::notesThatHaveNotChangedAreNotWritten()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto model = project.open();
+    QVERIFY(model);
+    QVERIFY(QFile::remove(project.path(noteFile(10))));
+    QVERIFY(QFile::remove(project.path(NotesIndex)));
+    QVERIFY(model->save(true));
+    QVERIFY(!QFileInfo::exists(project.path(noteFile(10))));
+    QVERIFY(!QFileInfo::exists(project.path(NotesIndex)));
+    writeInNote(model.get(), 11, u"more "_qs);
+    QVERIFY(model->save());
+    QVERIFY(QFileInfo::exists(project.path(noteFile(10))));
+    QVERIFY(QFileInfo::exists(project.path(NotesIndex)));
+}
+
+void TstProjectNotes::aMoveARenameAndARemovalAreSaved()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto changed = [&](const std::function<bool(TVLProjectModel *)> &change) {
+        const auto model = project.open();
+        if (!change(model.get()) || !model->save())
+            return QStringList(u"failed"_qs);
+        return noteLines(project.open().get());
+    };
+    QCOMPARE(changed([](TVLProjectModel *model) { return model->moveProjectNote(0, 1); }),
+             QStringList({u"11 Places: places"_qs, u"10 General: general"_qs}));
+    QCOMPARE(
+        changed([](TVLProjectModel *model) { return model->renameProjectNote(11, u"Persons"_qs); }),
+        QStringList({u"11 Persons: places"_qs, u"10 General: general"_qs}));
+    QCOMPARE(changed([](TVLProjectModel *model) { return model->removeProjectNote(11, nullptr); }),
+             QStringList(u"10 General: general"_qs));
+}
+
+void TstProjectNotes::aRemovedNoteHasNoFileAtOnce()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto model = project.open();
+    QVERIFY(model);
+    const QByteArray index = project.readFile(NotesIndex);
+    QStringList errors;
+    QVERIFY(model->removeProjectNote(11, &errors));
+    QCOMPARE(errors, QStringList());
+    QVERIFY(!QFileInfo::exists(project.path(noteFile(11))));
+    QVERIFY(QFileInfo::exists(project.path(noteFile(10))));
+    QCOMPARE(project.readFile(NotesIndex), index);
+    QVERIFY(model->save());
+    QVERIFY(!project.readFile(NotesIndex).contains("Places"));
+}
+
+void TstProjectNotes::aNoteWhoseFileCannotBeRemovedStays()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto model = openUnmodified(project);
+    QVERIFY(model);
+    const SignalLog log(model.get());
+    const QStringList before = noteLines(model.get());
+    QStringList errors;
+    {
+        const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::ReadOnly);
+        QVERIFY(!model->removeProjectNote(11, &errors));
+    }
+    QCOMPARE(errors,
+             QStringList(
+                 u"Could not delete project notes file: '%1'"_qs.arg(project.path(noteFile(11)))));
+    QCOMPARE(noteLines(model.get()), before);
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(model->isSaved());
+    QVERIFY(!model->projectNotes().isModified());
+    QVERIFY(model->removeProjectNote(11, nullptr));
+}
+
+void TstProjectNotes::aFailedSaveIsReportedAndLeavesNoNoteModified()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto model = project.open();
+    QVERIFY(model);
+    const int id = model->addProjectNote(u"Persons"_qs);
+    linkToFullDisk(project, noteFile(11));
+    for (const int each : {10, 11, id})
+        writeInNote(model.get(), each, u"more "_qs);
+    {
+        const TVLUnattendedMessageBoxes boxes;
+        QVERIFY(!model->save());
+        QCOMPARE(boxes.boxes().size(), 1);
+        QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_qs);
+        QVERIFY(boxes.boxes().constFirst().informativeText.startsWith(
+            u"Could not save project notes.\nCould not generate project notes file\nError: '%1'\n"_qs
+                .arg(fullDiskText())));
+    }
+    QVERIFY(project.readFile(noteFile(10)).contains("more general"));
+    QVERIFY(project.readFile(noteFile(id)).contains("more "));
+    QVERIFY(!model->projectNotes().isModified());
+    QVERIFY(!model->projectNote(11)->isModified());
+    QVERIFY(model->isSaved());
+    QCOMPARE(saveErrors(model.get()), QStringList());
+}
+
+void TstProjectNotes::aNoteThatCouldNotBeSavedIsSavedWithTheNextChange()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto model = project.open();
+    QVERIFY(model);
+    linkToFullDisk(project, noteFile(11));
+    writeInNote(model.get(), 11, u"more "_qs);
+    QCOMPARE(saveErrors(model.get()).size(), 1);
+    QVERIFY(QFile::remove(project.path(noteFile(11))));
+    writeInNote(model.get(), 10, u"another "_qs);
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    QCOMPARE(noteLines(project.open().get()),
+             QStringList({u"10 General: another general"_qs, u"11 Places: more places"_qs}));
+}
+
+void TstProjectNotes::linksOfOldAreSetOnOpening()
+{
+    const TestProject project;
+    QUuid uuid;
+    {
+        const auto model = project.create();
+        const QModelIndex text = firstText(model.get());
+        uuid = model->nodeUuid(text);
+        project.writeFile(
+            NotesIndex,
+            noteIndexXml(noteXml(10,
+                                 "<Links><TavelinorLinks><TextLinks><LinkID Range=\"5,4\">"
+                                     + QByteArray::number(model->nodeIdentity(text))
+                                     + "</LinkID></TextLinks></TavelinorLinks></Links>")));
+        project.writeFile(noteFile(10), rtfOf("Once upon a time"));
+    }
+    const auto model = project.open();
+    QVERIFY(model);
+    const QMap<TVLTextRange, QString> expected = {
+        {{5, 4}, TVLTextFormat::internalLinkAddress(uuid)}};
+    QCOMPARE(TVLTextDoc::internalLinks(model->projectNote(10)), expected);
+    QVERIFY(!model->projectNotes().isModified());
+    writeInNote(model.get(), 10, u"x"_qs);
+    QVERIFY(model->save());
+    QCOMPARE(TVLTextDoc::internalLinks(project.open()->projectNote(10)).values(),
+             expected.values());
+}
+
+// --- What could not be read
+
+void TstProjectNotes::anUnreadNoteIsKeptAndTheOthersAreSaved()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const QByteArray damaged = project.readFile(noteFile(11)).chopped(5);
+    project.writeFile(noteFile(11), damaged);
+    QString text;
+    const auto model = openWithErrors(project, &text);
+    const QString readError =
+        u"Could not open project notes file: '%1'\nError: "_qs.arg(project.path(noteFile(11)));
+    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_qs + readError), qPrintable(text));
+    QCOMPARE(model->projectNoteTitle(11), u"Places"_qs);
+
+    writeInNote(model.get(), 10, u"more "_qs);
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    QCOMPARE(project.readFile(noteFile(11)), damaged);
+    QVERIFY(project.readFile(noteFile(10)).contains("more general"));
+
+    writeInNote(model.get(), 11, u"lost "_qs);
+    writeInNote(model.get(), 10, u"even "_qs);
+    const QStringList errors = saveErrors(model.get());
+    QCOMPARE(errors.size(), 1);
+    QVERIFY2(
+        errors.constFirst().startsWith(
+            u"Could not save project notes.\nCould not generate project notes file\nError: '"_qs
+            + readError),
+        qPrintable(errors.constFirst()));
+    QCOMPARE(project.readFile(noteFile(11)), damaged);
+    QVERIFY(project.readFile(noteFile(10)).contains("even more general"));
+}
+
+void TstProjectNotes::anUnreadNoteCanBeRemoved()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    project.writeFile(noteFile(11), {});
+    QString text;
+    const auto model = openWithErrors(project, &text);
+    QVERIFY(model->removeProjectNote(11, nullptr));
+    QCOMPARE(model->addProjectNote(u"New"_qs), 11);
+    writeInNote(model.get(), 11, u"words"_qs);
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    QCOMPARE(noteLines(project.open().get()),
+             QStringList({u"10 General: general"_qs, u"11 New: words"_qs}));
+}
+
+void TstProjectNotes::anUnreadListIsKeptWithAllItsNotes()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const QByteArray damaged = project.readFile(NotesIndex).chopped(5);
+    project.writeFile(NotesIndex, damaged);
+    const auto before = project.files();
+    QString text;
+    const auto model = openWithErrors(project, &text);
+    const QString readError = u"Error reading project notes inside 'index.xml'.\nError: "_qs;
+    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_qs + readError), qPrintable(text));
+    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_qs));
+    QCOMPARE(model->projectNote(10), model->projectNote(12));
+
+    writeInNote(model.get(), 12, u"new words"_qs);
+    QCOMPARE(model->addProjectNote(u"Another"_qs), 13);
+    for (int save = 0; save < 2; ++save) {
+        writeInNote(model.get(), 13, u"more "_qs);
+        const QStringList errors = saveErrors(model.get());
+        QCOMPARE(errors.size(), 1);
+        QVERIFY2(errors.constFirst().startsWith(u"Could not save project notes.\n"_qs + readError),
+                 qPrintable(errors.constFirst()));
+        for (const QString &file : {NotesIndex, noteFile(10), noteFile(11)})
+            QCOMPARE(project.readFile(file), before.value(file));
+    }
+    QVERIFY(project.readFile(noteFile(12)).contains("new words"));
+    QVERIFY(project.readFile(noteFile(13)).contains("more more "));
+}
+
+void TstProjectNotes::anUnreadListThatIsNotTouchedIsNoErrorOfASave()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    project.writeFile(NotesIndex, {});
+    QString text;
+    const auto model = openWithErrors(project, &text);
+    QVERIFY(!model->projectNotes().isModified());
+    QVERIFY(model->setTitle(firstText(model.get()), u"Another"_qs));
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    QCOMPARE(project.readFile(NotesIndex), QByteArray());
+}
+
+void TstProjectNotes::aListThatCanBeReadAgainComesBack()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    {
+        const ReducedPermissions reduced(project.path(NotesIndex), ReducedPermissions::None);
+        QString text;
+        const auto model = openWithErrors(project, &text);
+        QVERIFY(text.startsWith(
+            u"Errors reading project.\nError: Failed to open project notes file: '%1'\nError: "_qs
+                .arg(project.path(NotesIndex))));
+        writeInNote(model.get(), 10, u"new words"_qs);
+        QCOMPARE(saveErrors(model.get()).size(), 1);
+    }
+    QCOMPARE(noteLines(project.open().get()),
+             QStringList({u"10 General: general"_qs, u"11 Places: places"_qs}));
+}
+
+void TstProjectNotes::anUnseenFolderIsKeptWithAllItsNotes()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    const auto before = project.files();
+    std::unique_ptr<TVLProjectModel> model;
+    {
+        const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::None);
+        QString text;
+        model = openWithErrors(project, &text);
+        QCOMPARE(
+            text,
+            u"Errors reading project.\nError: Could not enter project notes directory: '%1'"_qs.arg(
+                project.path(NotesFolder)));
+        QCOMPARE(model->projectNoteIdentities(), QList<int>({10}));
+        QCOMPARE(model->addProjectNote(u"New"_qs), 11);
+    }
+    // Now that they can be seen they are still not those that the model has.
+    writeInNote(model.get(), 10, u"new words"_qs);
+    QCOMPARE(saveErrors(model.get()).size(), 1);
+    for (const QString &file : {NotesIndex, noteFile(10), noteFile(11)})
+        QCOMPARE(project.readFile(file), before.value(file));
+    QCOMPARE(model->addProjectNote(u"Another"_qs), 12);
+    QCOMPARE(saveErrors(model.get()).size(), 1);
+    QVERIFY(QFileInfo::exists(project.path(noteFile(12))));
+}
+
+void TstProjectNotes::aNewNoteKeepsOffFilesThatTheListDoesNotKnow()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    project.writeFile(noteFile(12), rtfOf("Forgotten"));
+    QVERIFY(QFile::link(project.path(u"missing"_qs), project.path(noteFile(13))));
+    const auto model = project.open();
+    QVERIFY(model);
+    QCOMPARE(model->addProjectNote(u"New"_qs), 14);
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    QCOMPARE(project.readFile(noteFile(12)), rtfOf("Forgotten"));
+    QVERIFY(!QFileInfo::exists(project.path(u"missing"_qs)));
+}
+
+void TstProjectNotes::theFirstNoteKeepsOffAFileWithoutAList()
+{
+    const TestProject project;
+    makeTwoNotes(project);
+    QVERIFY(QFile::remove(project.path(NotesIndex)));
+    const auto before = project.files();
+    const auto model = project.open();
+    QVERIFY(model);
+    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_qs));
+    writeInNote(model.get(), 12, u"new words"_qs);
+    QCOMPARE(saveErrors(model.get()), QStringList());
+    for (const QString &file : {noteFile(10), noteFile(11)})
+        QCOMPARE(project.readFile(file), before.value(file));
+    QVERIFY(project.readFile(NotesIndex).contains("General"));
+}
+
+int main(int argc, char **argv)
+{
+    dropRightsOfTheSuperuser();
+    return tvlRunTest(argc, argv, [] { return std::make_unique<TstProjectNotes>(); });
+}
 #include "tst_projectnotes.moc"

@@ -18,6 +18,7 @@
 #include <QTextCursor>
 #include <QTranslator>
 
+#include <climits>
 #include <utility>
 
 namespace {
@@ -80,12 +81,20 @@ private Q_SLOTS:
     void aReferenceStartsAsNeitherInternalNorAddress();
     void aReferenceIsInternalWhenItHasATarget();
     void aReferenceIsEitherInternalOrAnAddress();
+    void aReferenceIsFoundByAllItsFields_data();
+    void aReferenceIsFoundByAllItsFields();
     void aMetaDataFieldStartsEmpty();
     void theReservedIdsAreThoseOfColumnsAndSearch();
     void emptySettingsHaveNoId();
     void settingsKnowTheirIdsInOrder();
     void idsOfFieldsAreCaseSensitive();
+    void anInfoIsAFieldWithAValue();
     void anAutoCompleteItemStartsWithScopeMinusTwo();
+    void aCompletionScopeHasItsNumber_data();
+    void aCompletionScopeHasItsNumber();
+    void aCompletionIsFoundByItsExactText_data();
+    void aCompletionIsFoundByItsExactText();
+    void completionsAreListedByTheirTexts();
     void aSnapshotStartsWithoutDate();
     void projectInfoStartsEmpty();
 
@@ -236,6 +245,31 @@ void TstRecords::aReferenceIsEitherInternalOrAnAddress()
     QCOMPARE(reference.mTitle, u"Title"_qs);
 }
 
+void TstRecords::aReferenceIsFoundByAllItsFields_data()
+{
+    QTest::addColumn<TVLReference>("reference");
+    QTest::addColumn<bool>("found");
+    const QUrl url(u"https://example.org/a?b=c"_qs);
+    QTest::newRow("address") << TVLReference{-1, url, u"Map"_qs} << true;
+    QTest::newRow("item") << TVLReference{5, QUrl(), u"Diary"_qs} << true;
+    QTest::newRow("another title") << TVLReference{-1, url, u"map"_qs} << false;
+    QTest::newRow("another address")
+        << TVLReference{-1, QUrl(u"https://example.org/a"_qs), u"Map"_qs} << false;
+    QTest::newRow("another item") << TVLReference{6, QUrl(), u"Diary"_qs} << false;
+    QTest::newRow("another type, internal") << TVLReference{5, url, u"Map"_qs} << false;
+    QTest::newRow("another type, external") << TVLReference{-1, QUrl(), u"Diary"_qs} << false;
+    QTest::newRow("nothing") << TVLReference() << false;
+}
+
+void TstRecords::aReferenceIsFoundByAllItsFields()
+{
+    QFETCH(const TVLReference, reference);
+    const QList<TVLReference> references = {{-1, QUrl(u"https://example.org/a?b=c"_qs), u"Map"_qs},
+                                            {5, QUrl(), u"Diary"_qs}};
+    QTEST(TVLReference::contains(reference, references), "found");
+    QVERIFY(!TVLReference::contains(reference, {}));
+}
+
 void TstRecords::aMetaDataFieldStartsEmpty()
 {
     const TVLMetaDataField field;
@@ -280,11 +314,79 @@ void TstRecords::idsOfFieldsAreCaseSensitive()
     QVERIFY(!settings.hasId(u"POV"_qs));
 }
 
+void TstRecords::anInfoIsAFieldWithAValue()
+{
+    TVLCustomMetaDataInfo info;
+    QVERIFY(info.mId.isEmpty() && info.mTitle.isEmpty() && info.mValue.isEmpty());
+    QVERIFY(!info.mWraps && !info.mColor.isValid());
+
+    info = {{u"pov"_qs, u"Point of view"_qs, true, Qt::red}, u"Ann"_qs};
+    TVLCustomMetaDataInfo other = info;
+    QCOMPARE(other, info);
+    other.mValue = u"Ben"_qs;
+    QVERIFY(other != info);
+    other = info;
+    other.mTitle = u"Narrator"_qs;
+    QVERIFY(other != info);
+}
+
 void TstRecords::anAutoCompleteItemStartsWithScopeMinusTwo()
 {
     const TVLAutoCompleteItem item;
     QCOMPARE(item.mScope, -2);
     QVERIFY(item.mText.isEmpty());
+}
+
+void TstRecords::aCompletionScopeHasItsNumber_data()
+{
+    QTest::addColumn<int>("scope");
+    QTest::addColumn<int>("id");
+    QTest::addColumn<int>("number");
+    QTest::newRow("everywhere") << 0 << -1 << -2;
+    QTest::newRow("everywhere, with an id") << 0 << 7 << -2;
+    QTest::newRow("general text") << 1 << -1 << -1;
+    QTest::newRow("general text, with an id") << 1 << 7 << -1;
+    QTest::newRow("an element") << 2 << 7 << 7;
+    QTest::newRow("the first element") << 2 << 0 << 0;
+    QTest::newRow("no element") << 2 << -1 << -2;
+    QTest::newRow("far below") << 2 << -100 << -2;
+    QTest::newRow("the largest id") << 2 << INT_MAX << INT_MAX;
+}
+
+void TstRecords::aCompletionScopeHasItsNumber()
+{
+    QFETCH(const int, scope);
+    QFETCH(const int, id);
+    QTEST(TVLAutoCompleteItem::scopeId(TVLAutoCompleteItem::Scope(scope), id), "number");
+}
+
+void TstRecords::aCompletionIsFoundByItsExactText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("position");
+    QTest::newRow("the first") << u"Ann"_qs << 0;
+    QTest::newRow("the first of several") << u"Ben"_qs << 1;
+    QTest::newRow("the last") << u"Zoe"_qs << 3;
+    QTest::newRow("another case") << u"ann"_qs << -1;
+    QTest::newRow("a part") << u"An"_qs << -1;
+    QTest::newRow("with a blank") << u"Ann "_qs << -1;
+    QTest::newRow("empty") << QString() << -1;
+}
+
+void TstRecords::aCompletionIsFoundByItsExactText()
+{
+    QFETCH(const QString, text);
+    const QList<TVLAutoCompleteItem> items = {
+        {-2, u"Ann"_qs}, {3, u"Ben"_qs}, {-1, u"Ben"_qs}, {0, u"Zoe"_qs}};
+    QTEST(int(TVLAutoCompleteItem::indexOf(text, items)), "position");
+    QCOMPARE(TVLAutoCompleteItem::indexOf(text, {}), -1);
+}
+
+void TstRecords::completionsAreListedByTheirTexts()
+{
+    QCOMPARE(TVLAutoCompleteItem::toStringList({}), QStringList());
+    QCOMPARE(TVLAutoCompleteItem::toStringList({{3, u"z"_qs}, {-1, u"a"_qs}, {-2, u"z"_qs}}),
+             QStringList({u"z"_qs, u"a"_qs, u"z"_qs}));
 }
 
 void TstRecords::aSnapshotStartsWithoutDate()

@@ -266,6 +266,7 @@ void TstItemLayouts::foldersAreListedByTheirUuids()
     project.writeFile(u"Files/Data/no uuid/file"_qs, "file");
     project.writeFile(desktop(QUuid(), u"content.rtf"_qs), "text");
     project.writeFile(desktop(uuidOf(3), QString()).chopped(1), "a file");
+    project.writeFile(desktop(One, QString()).chopped(1) + u" (2)/content.rtf"_qs, "a copy");
     QList<QUuid> uuids = Format::folderUUIDs(Format::filesDataPath(project.path()));
     std::sort(uuids.begin(), uuids.end());
     QCOMPARE(uuids, (QList{One, Two}));

@@ -4,6 +4,7 @@
 #include "TVLBinderWriter.h"
 
 #include <QBuffer>
+#include <QPrinter>
 
 TestBinderProject::TestBinderProject()
     : TestBinderProject(
@@ -32,15 +33,62 @@ void TestBinderProject::enterNodes(const QList<TVLProjectNode *> &nodes)
 
 void TestBinderProject::adoptTemplateFolder(const QUuid &uuid)
 {
-    if (TVLProjectNode *node = mUuidMap.value(uuid)) {
-        node->mIsTemplateFolder = true;
-        mTemplateFolderUuid = uuid;
-    }
+    TVLProjectNode *node = mUuidMap.value(uuid);
+    if (!node)
+        return;
+    if (TVLProjectNode *before = mUuidMap.value(mTemplateFolderUuid))
+        before->mIsTemplateFolder = false;
+    node->mIsTemplateFolder = true;
+    mTemplateFolderUuid = uuid;
 }
 
 void TestBinderProject::adoptTemplateFolder(int id)
 {
-    adoptTemplateFolder(mIdMap.value(id));
+    if (const TVLProjectNode *node = nodeOf(id))
+        adoptTemplateFolder(node->mUuid);
+}
+
+TVLProjectNode *TestBinderProject::nodeOf(int id) const
+{
+    // An item may well have a null uuid.
+    const auto uuid = mIdMap.constFind(id);
+    return uuid == mIdMap.cend() ? nullptr : mUuidMap.value(*uuid);
+}
+
+bool TestBinderProject::addFavorite(int id)
+{
+    TVLProjectNode *node = nodeOf(id);
+    if (!node)
+        return false;
+    node->mIsFavorite = true;
+    mFavorites.removeAll(id);
+    mFavorites.append(id);
+    return true;
+}
+
+void TestBinderProject::adoptBackupIncluded(bool included)
+{
+    mBackupIncluded = included;
+    mIsModified = true;
+}
+
+QPrinter *TestBinderProject::printer() const
+{
+    if (!mPrinter)
+        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+    return mPrinter.get();
+}
+
+void TestBinderProject::setPrinter(QPrinter *printer)
+{
+    mPrinter.reset(printer);
+}
+
+void TestBinderProject::enterTree()
+{
+    QList<TVLProjectNode *> nodes;
+    tvlForEachNode(mRoot.get(), [&nodes](TVLProjectNode *node) { nodes.append(node); });
+    enterNodes(nodes);
 }
 
 QByteArray TestBinderProject::write() const

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+
+class QTextDocument;
+
+/** The RTF files of a project's notes, apart from the index that lists them. */
+namespace TVLProjectNoteFiles {
+
+/** The folder that they lie in, as text. */
+[[nodiscard]] QString folderPath(const QString &path);
+/** The file of a note, as text. */
+[[nodiscard]] QString filePath(const QString &path, int id);
+
+/** Whether there is anything at a path, be it a link that leads nowhere. */
+[[nodiscard]] bool exists(const QString &filePath);
+/** Whether there is certainly nothing at a path: what can't be looked into may hold it. */
+[[nodiscard]] bool isMissing(const QString &filePath);
+
+/** Writes a file, unless it holds these very bytes: each writing in place is a risk. */
+[[nodiscard]] bool writeIfDifferent(const QByteArray &bytes, const QString &filePath,
+                                    QString *error);
+
+/**
+ * Writes notes into a folder that is there. One whose file could not be read is left out, which is
+ * an error if there is something new in it. An error doesn't stop the others.
+ */
+[[nodiscard]] bool write(const QString &path, const QList<QPair<int, QTextDocument *>> &notes,
+                         QStringList *errors);
+
+} // namespace TVLProjectNoteFiles

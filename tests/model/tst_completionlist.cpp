@@ -1,0 +1,187 @@
+#include "ModelChecks.h"
+#include "ModelTester.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QTest>
+
+namespace {
+
+using Item = TVLAutoCompleteItem;
+using Items = QList<TVLAutoCompleteItem>;
+
+} // namespace
+
+class TstCompletionList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNewProjectHasNoCompletions();
+    void theListIsSet();
+    void anEqualListHasNoEffect();
+    void aListThatDiffersIsTaken_data();
+    void aListThatDiffersIsTaken();
+    void aWordIsAppendedInItsScope_data();
+    void aWordIsAppendedInItsScope();
+    void aWordThatIsThereIsNotAddedAgain_data();
+    void aWordThatIsThereIsNotAddedAgain();
+    void wordsAreComparedExactly();
+    void theTextsComeInTheOrderOfTheList();
+    void theListIsInPlaceWhenItIsAnnounced();
+    void itemsAreNotTouched();
+};
+
+void TstCompletionList::aNewProjectHasNoCompletions()
+{
+    const auto model = blankModel();
+    QCOMPARE(model->autoCompleteList(), Items());
+    QCOMPARE(model->autoCompleteStrings(), QStringList());
+}
+
+void TstCompletionList::theListIsSet()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const SignalLog log(model.get());
+    model->setAutoCompleteList({{-2, u"Ann"_qs}, {3, u"INT."_qs}});
+    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
+    QCOMPARE(model->autoCompleteList(), Items({{-2, u"Ann"_qs}, {3, u"INT."_qs}}));
+    model->setAutoCompleteList({});
+    QCOMPARE(model->autoCompleteList(), Items());
+    QCOMPARE(log.lines().mid(2), QStringList{u"completions"_qs});
+}
+
+void TstCompletionList::anEqualListHasNoEffect()
+{
+    const auto model = blankModel();
+    const SignalLog log(model.get());
+    model->setAutoCompleteList({});
+    QCOMPARE(log.lines(), QStringList());
+    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog second(model.get());
+    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    QCOMPARE(second.lines(), QStringList());
+    QVERIFY(model->isSaved());
+}
+
+void TstCompletionList::aListThatDiffersIsTaken_data()
+{
+    QTest::addColumn<Items>("items");
+    QTest::newRow("another scope") << Items({{-2, u"Ann"_qs}, {3, u"Ben"_qs}});
+    QTest::newRow("another text") << Items({{-1, u"ann"_qs}, {3, u"Ben"_qs}});
+    QTest::newRow("another order") << Items({{3, u"Ben"_qs}, {-1, u"Ann"_qs}});
+    QTest::newRow("one less") << Items({{-1, u"Ann"_qs}});
+    QTest::newRow("a text twice") << Items({{-1, u"Ann"_qs}, {3, u"Ben"_qs}, {-2, u"Ann"_qs}});
+}
+
+void TstCompletionList::aListThatDiffersIsTaken()
+{
+    QFETCH(const Items, items);
+    const auto model = blankModel();
+    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog log(model.get());
+    model->setAutoCompleteList(items);
+    QCOMPARE(model->autoCompleteList(), items);
+    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
+}
+
+void TstCompletionList::aWordIsAppendedInItsScope_data()
+{
+    QTest::addColumn<int>("scope");
+    QTest::addColumn<int>("id");
+    QTest::addColumn<int>("number");
+    QTest::newRow("everywhere") << 0 << -1 << -2;
+    QTest::newRow("everywhere, with an id") << 0 << 7 << -2;
+    QTest::newRow("general text") << 1 << -1 << -1;
+    QTest::newRow("general text, with an id") << 1 << 7 << -1;
+    QTest::newRow("an element") << 2 << 7 << 7;
+    QTest::newRow("the first element") << 2 << 0 << 0;
+    QTest::newRow("no element") << 2 << -1 << -2;
+    QTest::newRow("far below") << 2 << -100 << -2;
+    QTest::newRow("another scope") << 3 << 7 << 7;
+    QTest::newRow("a negative scope") << -1 << 7 << 7;
+}
+
+void TstCompletionList::aWordIsAppendedInItsScope()
+{
+    QFETCH(const int, scope);
+    QFETCH(const int, id);
+    QFETCH(const int, number);
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    model->setAutoCompleteList({{5, u"Ann"_qs}});
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog log(model.get());
+    model->addToAutoCompleteList(u"Ben"_qs, Item::Scope(scope), id);
+    QCOMPARE(model->autoCompleteList(), Items({{5, u"Ann"_qs}, {number, u"Ben"_qs}}));
+    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
+}
+
+void TstCompletionList::aWordThatIsThereIsNotAddedAgain_data()
+{
+    QTest::addColumn<int>("scope");
+    QTest::addColumn<int>("id");
+    QTest::newRow("in its scope") << 2 << 5;
+    QTest::newRow("in another element") << 2 << 6;
+    QTest::newRow("everywhere") << 0 << -1;
+    QTest::newRow("in general text") << 1 << -1;
+}
+
+void TstCompletionList::aWordThatIsThereIsNotAddedAgain()
+{
+    QFETCH(const int, scope);
+    QFETCH(const int, id);
+    const auto model = blankModel();
+    const Items items = {{-2, u"Ben"_qs}, {5, u"Ann"_qs}};
+    model->setAutoCompleteList(items);
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const SignalLog log(model.get());
+    model->addToAutoCompleteList(u"Ann"_qs, Item::Scope(scope), id);
+    QCOMPARE(model->autoCompleteList(), items);
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(model->isSaved());
+}
+
+void TstCompletionList::wordsAreComparedExactly()
+{
+    const auto model = blankModel();
+    const QStringList words = {u"Ann"_qs, u"ann"_qs, u"Ann "_qs, u"\u00e9"_qs, u"e\u0301"_qs};
+    for (int pass = 0; pass < 2; ++pass) {
+        for (const QString &word : words)
+            model->addToAutoCompleteList(word, Item::Everywhere, -1);
+    }
+    QCOMPARE(model->autoCompleteStrings(), words);
+}
+
+void TstCompletionList::theTextsComeInTheOrderOfTheList()
+{
+    const auto model = blankModel();
+    model->setAutoCompleteList({{3, u"z"_qs}, {-1, u"a"_qs}, {-2, u"m"_qs}, {0, u"a"_qs}});
+    QCOMPARE(model->autoCompleteStrings(), QStringList({u"z"_qs, u"a"_qs, u"m"_qs, u"a"_qs}));
+}
+
+void TstCompletionList::theListIsInPlaceWhenItIsAnnounced()
+{
+    const auto model = blankModel();
+    QStringList seen;
+    connect(model.get(), &TVLProjectModel::autoCompleteListChanged, this,
+            [&] { seen.append(model->autoCompleteStrings().join(u',')); });
+    model->setAutoCompleteList({{-2, u"Ann"_qs}});
+    model->addToAutoCompleteList(u"Ben"_qs, Item::GeneralText, -1);
+    QCOMPARE(seen, QStringList({u"Ann"_qs, u"Ann,Ben"_qs}));
+}
+
+void TstCompletionList::itemsAreNotTouched()
+{
+    const auto model = blankModel();
+    makeAllOld(model.get());
+    model->setAutoCompleteList({{-2, u"Ann"_qs}});
+    model->addToAutoCompleteList(u"Ben"_qs, Item::GeneralText, -1);
+    QCOMPARE(touchedIds(model.get()), QList<int>());
+}
+
+TVL_TEST_MAIN(TstCompletionList)
+#include "tst_completionlist.moc"

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+/** The program that the processes of these tests run, as a lock names it. */
+[[nodiscard]] QString lockProgramFile();
+
+/** Who a process is to a lock. */
+struct LockIdentity
+{
+    QString file = lockProgramFile(); ///< The program, or a copy of it.
+    QString name = u"writer"_qs; ///< What the application is called.
+    QString user = u"anna"_qs;
+    QString home; ///< Where the user's data is; empty for that of the test.
+
+    [[nodiscard]] QProcessEnvironment environment() const;
+};
+
+/** A process that has a project open and locked; killed with the object. */
+class LockHolder
+{
+public:
+    LockHolder(const LockIdentity &identity, const QString &projectPath);
+    ~LockHolder();
+    Q_DISABLE_COPY_MOVE(LockHolder)
+
+    /** Waits until the project is locked; false when the process has ended without it. */
+    [[nodiscard]] bool isHolding();
+    /** Has the process close the project and waits for its end; whether all went well. */
+    [[nodiscard]] bool close();
+    /** Kills the process and waits for its end. */
+    void kill();
+
+private:
+    QProcess mProcess;
+};
+
+/** What a process sees of a project's lock. */
+struct LockReport
+{
+    int result = -1; ///< That of TVLProjectFolderFormat::compareLockFile(); -1 for no process.
+    QString host;
+    QString user;
+    QString program;
+};
+
+/** Has a process look at a project's lock. */
+[[nodiscard]] LockReport compareLock(const LockIdentity &identity, const QString &projectPath);

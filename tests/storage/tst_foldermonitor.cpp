@@ -1,0 +1,546 @@
+#include "OrdinaryRights.h"
+#include "TVLProjectFolderMonitor.h"
+#include "TVLProjectModel.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+/** The interval of the timer and the time that a busy machine takes over it. */
+constexpr int OneInterval = 4000 + 3000;
+
+constexpr int WatcherTimeout = 30000;
+
+const QString Files = u"Files"_qs;
+const QString Settings = u"Settings"_qs;
+
+QTimer *timerOf(const TVLProjectFolderMonitor &monitor)
+{
+    return monitor.findChild<QTimer *>();
+}
+
+QFileSystemWatcher *watcherOf(const TVLProjectFolderMonitor &monitor)
+{
+    return monitor.findChild<QFileSystemWatcher *>();
+}
+
+bool isWatching(const TVLProjectFolderMonitor &monitor)
+{
+    return timerOf(monitor)->isActive() && !watcherOf(monitor)->directories().isEmpty();
+}
+
+bool isIdle(const TVLProjectFolderMonitor &monitor)
+{
+    return !timerOf(monitor)->isActive() && watcherOf(monitor)->directories().isEmpty()
+        && watcherOf(monitor)->files().isEmpty();
+}
+
+/** Leaves the monitor with nothing but its timer. */
+void deafen(const TVLProjectFolderMonitor &monitor)
+{
+    watcherOf(monitor)->removePaths(watcherOf(monitor)->directories());
+}
+
+/** Has the timer go off. */
+void lookNow(TVLProjectFolderMonitor *monitor)
+{
+    QMetaObject::invokeMethod(monitor, "onTimerTimeout");
+}
+
+void makeFolder(const TestProject &project)
+{
+    if (!QDir().mkpath(project.path()))
+        qFatal("could not make the project's folder");
+}
+
+void remove(const TestProject &project, const QString &folder)
+{
+    if (!QDir(project.path(folder)).removeRecursively())
+        qFatal("could not remove %s", qPrintable(folder));
+}
+
+QStringList pathsIn(const QSignalSpy &spy)
+{
+    QStringList paths;
+    for (const QList<QVariant> &arguments : spy)
+        paths.append(arguments.constFirst().toString());
+    return paths;
+}
+
+} // namespace
+
+class TstFolderMonitor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Starting and stopping
+    void foldersThatAreMissingAreMade();
+    void foldersThatAreThereStayAsTheyAre();
+    void aProjectWithoutAFolderIsNotWatched_data();
+    void aProjectWithoutAFolderIsNotWatched();
+    void aFolderThatCannotBeUsedIsNotWatched_data();
+    void aFolderThatCannotBeUsedIsNotWatched();
+    void aReadOnlyProjectWithoutFoldersIsNotWatched();
+    void stoppingEndsIt();
+    void anotherPathIsWatchedOnlyWhenStarted();
+    void startingWithAPathMovesTheWatch();
+    void startingTwiceIsStartingOnce();
+    void folderInUse_data();
+    void folderInUse();
+
+    // Losses
+    void aLossOfFilesGivesOneSignal();
+    void aLossOfSettingsIsToldToo();
+    void theTimerSeesWhatTheWatcherMisses();
+    void readOnlyFilesAreSeenByTheWatcher();
+    void readOnlyFilesAreSeenByTheTimer();
+    void aFileInTheFoldersPlaceIsALoss();
+    void aLossEndsTheRegularLook();
+    void afterALossItCanBeStartedAgain();
+    void whenTheWholeProjectGoesEachFolderIsToldOnce();
+    void aFileThatIsLostIsTold_data();
+    void aFileThatIsLostIsTold();
+
+    // What is no loss
+    void ordinaryChangesGiveNoSignal();
+    void theTimerFindsNothingWrong();
+    void afterTheEndOfTheWatchNothingIsTold();
+
+    // With a project
+    void aProjectPassesTheSignalOn();
+    void aMobileProjectIsNotWatched();
+};
+
+void TstFolderMonitor::foldersThatAreMissingAreMade()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    QVERIFY(isWatching(monitor));
+    QCOMPARE(timerOf(monitor)->interval(), 4000);
+    QVERIFY(!timerOf(monitor)->isSingleShot());
+    QCOMPARE(monitor.monitorPath(), project.path());
+    QVERIFY(QFileInfo(project.path(Files)).isDir());
+    QVERIFY(QFileInfo(project.path(Settings)).isDir());
+    QStringList watched = watcherOf(monitor)->directories();
+    watched.sort();
+    QCOMPARE(watched, QStringList({project.path(Files), project.path(Settings)}));
+    remove(project, Settings);
+    QVERIFY(monitor.startMonitor());
+    QVERIFY(QFileInfo(project.path(Settings)).isDir());
+}
+
+void TstFolderMonitor::foldersThatAreThereStayAsTheyAre()
+{
+    const TestProject project;
+    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Settings/ui.ini"_qs, "[General]");
+    const auto before = project.files();
+    const TVLProjectFolderMonitor monitor(project.path());
+    QVERIFY(isWatching(monitor));
+    QCOMPARE(project.files(), before);
+}
+
+void TstFolderMonitor::aProjectWithoutAFolderIsNotWatched_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("nothing there") << u"missing"_qs;
+    QTest::newRow("a file") << u"file"_qs;
+    QTest::newRow("an empty path") << QString();
+}
+
+void TstFolderMonitor::aProjectWithoutAFolderIsNotWatched()
+{
+    QFETCH(const QString, name);
+    const TestProject project;
+    project.writeFile(u"file"_qs, "no folder");
+    const QString path = name.isEmpty() ? QString() : project.path(name);
+    const auto before = project.files();
+    TVLProjectFolderMonitor monitor(path);
+    QVERIFY(isIdle(monitor));
+    QCOMPARE(monitor.monitorPath(), path);
+    QVERIFY(!monitor.startMonitor());
+    QVERIFY(!monitor.startMonitor(path));
+    QVERIFY(isIdle(monitor));
+    QCOMPARE(project.files(), before);
+    QVERIFY(!QFileInfo::exists(project.path(u"missing"_qs)));
+}
+
+void TstFolderMonitor::aFolderThatCannotBeUsedIsNotWatched_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<bool>("isFile");
+    for (const QString &folder : {Files, Settings}) {
+        QTest::addRow("%s is a file", qPrintable(folder)) << folder << true;
+        QTest::addRow("%s is read-only", qPrintable(folder)) << folder << false;
+    }
+}
+
+void TstFolderMonitor::aFolderThatCannotBeUsedIsNotWatched()
+{
+    QFETCH(const QString, folder);
+    QFETCH(const bool, isFile);
+    const TestProject project;
+    if (isFile)
+        project.writeFile(folder, "no folder");
+    else
+        project.writeFile(folder + u"/file"_qs, "in a folder");
+    {
+        const ReducedPermissions reduced(project.path(folder),
+                                         isFile ? QFile::permissions(project.path(folder))
+                                                : ReducedPermissions::ReadOnly);
+        TVLProjectFolderMonitor monitor(project.path());
+        QVERIFY(isIdle(monitor));
+        QVERIFY(!monitor.startMonitor());
+        QVERIFY(isIdle(monitor));
+    }
+    const TVLProjectFolderMonitor monitor(project.path());
+    QCOMPARE(isWatching(monitor), !isFile);
+}
+
+void TstFolderMonitor::aReadOnlyProjectWithoutFoldersIsNotWatched()
+{
+    const TestProject project;
+    makeFolder(project);
+    const ReducedPermissions reduced(project.path(), ReducedPermissions::ReadOnly);
+    TVLProjectFolderMonitor monitor(project.path());
+    QVERIFY(isIdle(monitor));
+    QVERIFY(!monitor.startMonitor());
+}
+
+void TstFolderMonitor::stoppingEndsIt()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    monitor.stopMonitor();
+    QVERIFY(isIdle(monitor));
+    QCOMPARE(monitor.monitorPath(), project.path());
+    monitor.stopMonitor();
+    QVERIFY(isIdle(monitor));
+    QVERIFY(monitor.startMonitor());
+    QVERIFY(isWatching(monitor));
+}
+
+void TstFolderMonitor::anotherPathIsWatchedOnlyWhenStarted()
+{
+    const TestProject project;
+    const TestProject other;
+    makeFolder(project);
+    makeFolder(other);
+    TVLProjectFolderMonitor monitor(project.path());
+    monitor.setMonitorPath(other.path());
+    QVERIFY(isIdle(monitor));
+    QCOMPARE(monitor.monitorPath(), other.path());
+    QVERIFY(!QFileInfo::exists(other.path(Files)));
+    QVERIFY(monitor.startMonitor());
+    QVERIFY(isWatching(monitor));
+    QVERIFY(watcherOf(monitor)->directories().contains(other.path(Files)));
+    QVERIFY(!watcherOf(monitor)->directories().contains(project.path(Files)));
+}
+
+void TstFolderMonitor::startingWithAPathMovesTheWatch()
+{
+    const TestProject project;
+    const TestProject other;
+    makeFolder(project);
+    makeFolder(other);
+    TVLProjectFolderMonitor monitor(project.path());
+    QVERIFY(monitor.startMonitor(other.path()));
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    remove(other, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList(other.path(Files)));
+    // One that can't be watched ends the watch all the same.
+    QVERIFY(!monitor.startMonitor(other.path(u"missing"_qs)));
+    QVERIFY(isIdle(monitor));
+}
+
+void TstFolderMonitor::startingTwiceIsStartingOnce()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    QVERIFY(monitor.startMonitor());
+    QVERIFY(monitor.startMonitor(project.path()));
+    QCOMPARE(watcherOf(monitor)->directories().size(), 2);
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(spy.size(), 1);
+}
+
+void TstFolderMonitor::folderInUse_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isReadOnly");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("a folder") << u"folder"_qs << false << true;
+    QTest::newRow("a read-only folder") << u"folder"_qs << true << false;
+    QTest::newRow("a file") << u"folder/file"_qs << false << false;
+    QTest::newRow("a read-only file") << u"folder/file"_qs << true << false;
+}
+
+void TstFolderMonitor::folderInUse()
+{
+    QFETCH(const QString, path);
+    QFETCH(const bool, isReadOnly);
+    QFETCH(const bool, expected);
+    const TestProject project;
+    project.writeFile(u"folder/file"_qs, "text");
+    const TVLProjectFolderMonitor monitor({});
+    const QString filePath = project.path(path);
+    const ReducedPermissions reduced(
+        filePath, isReadOnly ? ReducedPermissions::ReadOnly : QFile::permissions(filePath));
+    QCOMPARE(monitor.isOk(filePath), expected);
+    QVERIFY(!monitor.isOk(project.path(u"missing"_qs)));
+    QVERIFY(!monitor.isOk(QString()));
+}
+
+void TstFolderMonitor::aLossOfFilesGivesOneSignal()
+{
+    const TestProject project;
+    project.writeFile(u"Files/Docs/1.rtf"_qs, "text");
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QVERIFY(!timerOf(monitor)->isActive());
+    QCoreApplication::processEvents();
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+}
+
+void TstFolderMonitor::aLossOfSettingsIsToldToo()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Settings);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), WatcherTimeout);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Settings)));
+    QVERIFY(!timerOf(monitor)->isActive());
+}
+
+void TstFolderMonitor::theTimerSeesWhatTheWatcherMisses()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    deafen(monitor);
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QVERIFY(!timerOf(monitor)->isActive());
+}
+
+void TstFolderMonitor::readOnlyFilesAreSeenByTheWatcher()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    const ReducedPermissions reduced(project.path(Files), ReducedPermissions::ReadOnly);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QVERIFY(!timerOf(monitor)->isActive());
+}
+
+void TstFolderMonitor::readOnlyFilesAreSeenByTheTimer()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    deafen(monitor);
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    const ReducedPermissions reduced(project.path(Files), ReducedPermissions::ReadOnly);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QVERIFY(!timerOf(monitor)->isActive());
+}
+
+void TstFolderMonitor::aFileInTheFoldersPlaceIsALoss()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    deafen(monitor);
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    project.writeFile(Files, "no folder");
+    lookNow(&monitor);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+}
+
+void TstFolderMonitor::aLossEndsTheRegularLook()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    deafen(monitor);
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    bool wasActive = true;
+    connect(&monitor, &TVLProjectFolderMonitor::externallyModified, this,
+            [&] { wasActive = timerOf(monitor)->isActive(); });
+    remove(project, Files);
+    lookNow(&monitor);
+    QVERIFY(!wasActive);
+    QVERIFY(!timerOf(monitor)->isActive());
+    // The folder coming back doesn't begin it anew.
+    QVERIFY(QDir().mkpath(project.path(Files)));
+    QVERIFY(!timerOf(monitor)->isActive());
+    QCOMPARE(spy.size(), 1);
+}
+
+void TstFolderMonitor::afterALossItCanBeStartedAgain()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    for (int loss = 1; loss <= 2; ++loss) {
+        remove(project, Files);
+        QTRY_COMPARE_WITH_TIMEOUT(int(spy.size()), loss, OneInterval);
+        QVERIFY(!timerOf(monitor)->isActive());
+        QVERIFY(monitor.startMonitor());
+        QVERIFY(isWatching(monitor));
+        QVERIFY(QFileInfo(project.path(Files)).isDir());
+        QCOMPARE(watcherOf(monitor)->directories().size(), 2);
+    }
+    QCOMPARE(pathsIn(spy), QStringList({project.path(Files), project.path(Files)}));
+}
+
+void TstFolderMonitor::whenTheWholeProjectGoesEachFolderIsToldOnce()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    QVERIFY(QDir(project.path()).removeRecursively());
+    QTRY_COMPARE_WITH_TIMEOUT(int(spy.size()), 2, WatcherTimeout);
+    QStringList paths = pathsIn(spy);
+    paths.sort();
+    QCOMPARE(paths, QStringList({project.path(Files), project.path(Settings)}));
+    QVERIFY(isIdle(monitor));
+    QVERIFY(!monitor.startMonitor());
+}
+
+void TstFolderMonitor::aFileThatIsLostIsTold_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isReadOnly");
+    QTest::addColumn<bool>("isLost");
+    QTest::newRow("a file") << u"Files/file"_qs << false << false;
+    QTest::newRow("a read-only file") << u"Files/file"_qs << true << true;
+    QTest::newRow("a folder") << u"Files"_qs << false << true;
+    QTest::newRow("nothing") << u"Files/missing"_qs << false << true;
+}
+
+void TstFolderMonitor::aFileThatIsLostIsTold()
+{
+    QFETCH(const QString, path);
+    QFETCH(const bool, isReadOnly);
+    QFETCH(const bool, isLost);
+    const TestProject project;
+    project.writeFile(u"Files/file"_qs, "text");
+    const QString filePath = project.path(path);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    if (isReadOnly)
+        QVERIFY(QFile::setPermissions(filePath, ReducedPermissions::ReadOnly));
+    QMetaObject::invokeMethod(&monitor, "onFileChanged", Q_ARG(QString, filePath));
+    QCOMPARE(pathsIn(spy), isLost ? QStringList(filePath) : QStringList());
+    QCOMPARE(timerOf(monitor)->isActive(), !isLost);
+}
+
+void TstFolderMonitor::ordinaryChangesGiveNoSignal()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    QSignalSpy changes(watcherOf(monitor), &QFileSystemWatcher::directoryChanged);
+    const auto isSeen = [&](const auto &change) {
+        changes.clear();
+        change();
+        return QTest::qWaitFor([&] { return !changes.isEmpty(); }, WatcherTimeout);
+    };
+    const QString file = u"Files/new.txt"_qs;
+    QVERIFY(isSeen([&] { project.writeFile(file, "text"); }));
+    QVERIFY(isSeen([&] { QFile::rename(project.path(file), project.path(u"Files/old.txt"_qs)); }));
+    QVERIFY(isSeen([&] { QFile::remove(project.path(u"Files/old.txt"_qs)); }));
+    QVERIFY(isSeen([&] { QDir().mkpath(project.path(u"Files/Docs"_qs)); }));
+    QVERIFY(isSeen([&] { remove(project, u"Files/Docs"_qs); }));
+    QVERIFY(isSeen([&] { project.writeFile(u"Settings/ui.ini"_qs, "[General]"); }));
+    lookNow(&monitor);
+    QCOMPARE(pathsIn(spy), QStringList());
+    QVERIFY(isWatching(monitor));
+}
+
+void TstFolderMonitor::theTimerFindsNothingWrong()
+{
+    const TestProject project;
+    makeFolder(project);
+    TVLProjectFolderMonitor monitor(project.path());
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    QSignalSpy looks(timerOf(monitor), &QTimer::timeout);
+    QVERIFY(looks.wait(OneInterval));
+    QCOMPARE(pathsIn(spy), QStringList());
+    QVERIFY(isWatching(monitor));
+}
+
+void TstFolderMonitor::afterTheEndOfTheWatchNothingIsTold()
+{
+    const TestProject project;
+    const TestProject other;
+    makeFolder(project);
+    makeFolder(other);
+    TVLProjectFolderMonitor monitor(project.path());
+    const TVLProjectFolderMonitor witness(project.path());
+    monitor.stopMonitor();
+    const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
+    const QSignalSpy witnessSpy(&witness, &TVLProjectFolderMonitor::externallyModified);
+    remove(project, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!witnessSpy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList());
+}
+
+void TstFolderMonitor::aProjectPassesTheSignalOn()
+{
+    const TestProject project;
+    // A project that is made in memory has no folder yet.
+    QVERIFY(project.create() != nullptr);
+    const auto model = project.open();
+    QVERIFY(model);
+    const QSignalSpy spy(model.get(), &TVLProjectModel::externallyModified);
+    remove(project, Files);
+    QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
+    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+}
+
+void TstFolderMonitor::aMobileProjectIsNotWatched()
+{
+    const TestProject project;
+    makeFolder(project);
+    const TVLProjectModel model(project.path(), nullptr, true);
+    QVERIFY(!model.findChild<TVLProjectFolderMonitor *>());
+    const TVLProjectModel desktopModel(project.path(), nullptr, false);
+    QVERIFY(desktopModel.findChild<TVLProjectFolderMonitor *>());
+}
+
+int main(int argc, char **argv)
+{
+    dropRightsOfTheSuperuser();
+    return tvlRunTest(argc, argv, [] { return std::make_unique<TstFolderMonitor>(); });
+}
+#include "tst_foldermonitor.moc"
