@@ -91,7 +91,8 @@ QByteArray item(int id, const QByteArray &type, const QByteArray &title, const I
     const QByteArray children =
         xml.children.isEmpty() ? QByteArray() : "<Children>\n" + xml.children + "</Children>";
     return "<BinderItem " + attributes + " Type=\"" + type + "\"><Title>" + title
-        + "</Title><MetaData>" + xml.metaData + "</MetaData>" + children + "</BinderItem>\n";
+        + "</Title><MetaData>" + xml.metaData + "</MetaData>" + xml.elements + children
+        + "</BinderItem>\n";
 }
 
 QByteArray systemFolders(const QByteArray &draftItems)
@@ -145,11 +146,107 @@ QByteArray soundBinder()
     return binder;
 }
 
+namespace {
+
+QByteArray customValue(const QByteArray &field, const QByteArray &value)
+{
+    return "<MetaDataItem><FieldID>" + field + "</FieldID><Value>" + value
+        + "</Value></MetaDataItem>";
+}
+
+QByteArray fullItems()
+{
+    const QByteArray harbour =
+        item(4, "Text", "The Harbour",
+             {.attributes = {},
+              .metaData = "<LabelID>1</LabelID><StatusID>2</StatusID><CustomMetaData>"
+                  + customValue("pov", "Anna") + customValue("place", {}) + "</CustomMetaData>",
+              .children = {},
+              .elements = "<Keywords><KeywordID>3</KeywordID><KeywordID>5</KeywordID></Keywords>"
+                          "<References><Reference BinderID=\"5\">Next</Reference>"
+                          "<Reference Destination=\"https://example.org/\">Tides</Reference>"
+                          "</References>"});
+    const QByteArray watch =
+        item(5, "Text", "First Watch",
+             {.attributes = {},
+              .metaData = "<StatusID>3</StatusID><CustomMetaData>" + customValue("pov", "Berta")
+                  + customValue("place", "Quay") + "</CustomMetaData>",
+              .children = {},
+              .elements = "<Keywords><KeywordID>3</KeywordID></Keywords>"});
+    const QByteArray part =
+        item(3, "Folder", "Part 1",
+             {.attributes = {},
+              .metaData = {},
+              .children = harbour + watch,
+              .elements = "<DefaultChildTemplateID>7</DefaultChildTemplateID>"});
+    const QByteArray templates =
+        item(6, "Folder", "Templates",
+             {.attributes = {}, .metaData = {}, .children = item(7, "Text", "Scene Sheet")});
+    return item(0, "DraftFolder", "Draft", {.attributes = {}, .metaData = {}, .children = part})
+        + item(1, "ResearchFolder", "Research",
+               {.attributes = {},
+                .metaData = {},
+                .children = templates
+                    + item(8, "Image", "Map",
+                           {.attributes = {},
+                            .metaData = "<FileExtension>png</FileExtension>",
+                            .children = {}})})
+        + item(2, "TrashFolder", "Trash");
+}
+
+QByteArray fullSections()
+{
+    QByteArray tables = labelAndStatusSections();
+    tables.replace("<Title>Label<", "<Title>Strand<")
+        .replace("<DefaultLabelID>-1", "<DefaultLabelID>7")
+        .replace("<Title>Status<", "<Title>Stage<")
+        .replace("<DefaultStatusID>-1", "<DefaultStatusID>2");
+    return tables + "<TemplateFolderUUID>" + uuidOf(6) + "</TemplateFolderUUID>"
+        + collectionsSection("<BinderID>4</BinderID><BinderID>5</BinderID>")
+        + "<Keywords><Keyword ID=\"3\"><Title>People</Title><Color>1.000 0.000 0.000</Color>"
+          "<Children><Keyword ID=\"5\"><Title>Anna</Title></Keyword></Children></Keyword>"
+          "<Keyword ID=\"9\"><Title>Places</Title></Keyword></Keywords>"
+          "<CustomMetaDataSettings>"
+          "<MetaDataField ID=\"pov\" Wraps=\"No\" Color=\"0.000 1.000 0.000\">Point of View"
+          "</MetaDataField><MetaDataField ID=\"place\" Wraps=\"Yes\">Place</MetaDataField>"
+          "</CustomMetaDataSettings>"
+          "<ProjectProperties><ProjectTitle>The Long Harbour</ProjectTitle>"
+          "<AbbreviatedTitle>Harbour</AbbreviatedTitle><FullName>Anna Maria Quist</FullName>"
+          "<LastName>Quist</LastName><FirstName>Anna</FirstName></ProjectProperties>"
+          "<ProjectTargets Notify=\"Yes\"><DraftTarget Type=\"Words\" CountIncludedOnly=\"Yes\" "
+          "CurrentCompileGroupOnly=\"Yes\" ShowOverrun=\"Yes\" Buffer=\"50\" "
+          "Deadline=\"2026-12-31\" IgnoreDeadline=\"Yes\">80000</DraftTarget>"
+          "<SessionTarget Type=\"Characters\" CountDraftOnly=\"Yes\" AllowNegatives=\"Yes\" "
+          "ResetType=\"NextDay\" DeterminedFromDeadline=\"Yes\" CanWriteOnDeadlineDate=\"Yes\" "
+          "WritingDays=\"Mon,Tue\">1200</SessionTarget></ProjectTargets>"
+          "<Favorites><BinderID>5</BinderID><BinderID>3</BinderID></Favorites>"
+          "<AutoCompleteList><Completion Scope=\"-2\">Quayside</Completion>"
+          "<Completion Scope=\"4\">ANNA</Completion></AutoCompleteList>"
+          "<BackupSettings><Exclude>Yes</Exclude></BackupSettings>"
+          "<FullScreenBackdrop Type=\"BinderID\">8</FullScreenBackdrop>"
+          "<ProjectReferences><Reference BinderID=\"4\">Opening</Reference>"
+          "<Reference Destination=\"https://example.org/maps\">Maps</Reference></ProjectReferences>"
+          "<PrintSettings><PaperType>A5</PaperType><LeftMargin>50</LeftMargin>"
+          "<RightMargin>50</RightMargin><TopMargin>60</TopMargin><BottomMargin>60</BottomMargin>"
+          "<Orientation>Portrait</Orientation><Collates>Yes</Collates>"
+          "<ReverseOrder>No</ReverseOrder></PrintSettings>"
+          "<UserProjectData><Compile Font=\"Serif\"/></UserProjectData>";
+}
+
+} // namespace
+
+QByteArray fullBinder()
+{
+    return binderXml(fullItems(), fullSections());
+}
+
 void writeProject(const TestProject &project, const QByteArray &binder,
                   const QByteArray &formatVersion)
 {
     project.writeFile(u"Novel.tavelx"_qs, binder);
     project.writeFile(u"Files/version.txt"_qs, formatVersion);
+    // An opening makes this folder where there is none.
+    QDir().mkpath(project.path(u"Settings"_qs));
 }
 
 void writeSoundProject(const TestProject &project)

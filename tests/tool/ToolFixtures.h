@@ -54,6 +54,7 @@ struct ItemXml
     QByteArray attributes; ///< In place of the ordinary ones, the type excepted.
     QByteArray metaData;
     QByteArray children;
+    QByteArray elements = {}; ///< What else it is made of.
 };
 
 /** A binder's item with id, uuid and dates, all made from its id. */
@@ -76,6 +77,12 @@ struct ItemXml
 
 /** The binder of a sound project. */
 [[nodiscard]] QByteArray soundBinder();
+
+/**
+ * The binder of the same project with something in every part that a binder can have, and items
+ * that make use of all of it. Templates 6 and 7 and a picture 8 have joined the items.
+ */
+[[nodiscard]] QByteArray fullBinder();
 
 /** Writes a project with nothing wrong: binder, version file, texts, snapshots, checksums. */
 void writeSoundProject(const TestProject &project);

@@ -29,6 +29,8 @@ private Q_SLOTS:
     void theXmlErrorIsToldWithItsLine_data();
     void theXmlErrorIsToldWithItsLine();
     void theItemsOfAFallbackAreChecked();
+    void aDeadFavoriteIsToldWithItsIdAndWhatItDoes();
+    void aDeadFavoriteMakesAnOpeningFallBack();
     void aTextIsOneLineWhateverTheTitle();
     void whatIsNoProjectIsAFailure_data();
     void whatIsNoProjectIsAFailure();
@@ -50,6 +52,15 @@ Damage inBinder(const QByteArray &from, const QByteArray &to)
         if (binder.count(from) != 1)
             qFatal("'%s' is not in the binder once", from.constData());
         project.writeFile(Binder, binder.replace(from, to));
+    };
+}
+
+/** The same in the binder that has something in every part. */
+Damage inFullBinder(const QByteArray &from, const QByteArray &to)
+{
+    return [from, to](const TestProject &project) {
+        project.writeFile(Binder, fullBinder());
+        inBinder(from, to)(project);
     };
 }
 
@@ -237,6 +248,17 @@ QList<DamageRow> damageRows()
          {u"unreadableComments Files/Docs/4.comments"_qs,
           u"unreadableComments Files/Docs/5.links"_qs}},
 
+        {"project notes whose index is damaged",
+         writing(u"Files/ProjectNotes/index.xml"_qs, "<ProjectNotes><Note ID=\"1\">"),
+         {u"unreadableNotes Files/ProjectNotes"_qs}},
+        {"project notes of which one is damaged",
+         all({writing(u"Files/ProjectNotes/index.xml"_qs,
+                      "<ProjectNotes><Note ID=\"1\"><Title>A</Title></Note>"
+                      "<Note ID=\"2\"><Title>B</Title></Note></ProjectNotes>"),
+              writing(u"Files/ProjectNotes/Note-1.rtf"_qs, "{\\rtf1 Whole.}"),
+              writing(u"Files/ProjectNotes/Note-2.rtf"_qs, "{\\rtf1 Cut off")}),
+         {u"unreadableNotes Files/ProjectNotes"_qs}},
+
         // System folders
         {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
         {"two Trash folders",
@@ -258,6 +280,27 @@ QList<DamageRow> damageRows()
          {u"missingSystemFolder DraftFolder"_qs, u"missingSystemFolder ResearchFolder"_qs,
           u"missingSystemFolder TrashFolder"_qs}},
 
+        // The project's tables
+        {"two labels of one id",
+         inFullBinder("<Label ID=\"7\"", "<Label ID=\"1\" Color=\"\"/><Label ID=\"7\""),
+         {u"duplicateLabel LabelSettings"_qs}},
+        {"two status items of one id",
+         inFullBinder("<Status ID=\"3\"", "<Status ID=\"2\"/><Status ID=\"3\""),
+         {u"duplicateStatus StatusSettings"_qs}},
+        {"two keywords of one id",
+         inFullBinder("<Keyword ID=\"9\">", "<Keyword ID=\"5\"/><Keyword ID=\"9\">"),
+         {u"duplicateKeyword Keywords"_qs}},
+        {"two custom fields of one id",
+         inFullBinder("<MetaDataField ID=\"place\"",
+                      "<MetaDataField ID=\"pov\"/><MetaDataField ID=\"place\""),
+         {u"duplicateField CustomMetaDataSettings"_qs}},
+        {"a default label that doesn't exist",
+         inFullBinder("<DefaultLabelID>7<", "<DefaultLabelID>70<"),
+         {u"unknownDefaultLabel LabelSettings"_qs}},
+        {"a default status that doesn't exist",
+         inFullBinder("<DefaultStatusID>2<", "<DefaultStatusID>0<"),
+         {u"unknownDefaultStatus StatusSettings"_qs}},
+
         // What refers to something
         {"a label that doesn't exist",
          inBinder("<LabelID>1</LabelID>", "<LabelID>99</LabelID>"),
@@ -265,6 +308,49 @@ QList<DamageRow> damageRows()
         {"a status that doesn't exist",
          inBinder("<StatusID>3</StatusID>", "<StatusID>-7</StatusID>"),
          {u"unknownStatus #5"_qs}},
+        {"a keyword that doesn't exist",
+         inFullBinder("<KeywordID>5</KeywordID>", "<KeywordID>55</KeywordID>"),
+         {u"unknownKeyword #4"_qs}},
+        {"a value in a custom field that doesn't exist",
+         inFullBinder("<FieldID>place</FieldID><Value>Quay",
+                      "<FieldID>plaice</FieldID><Value>Quay"),
+         {u"unknownField #5"_qs}},
+        {"a template for children that doesn't exist",
+         inFullBinder("<DefaultChildTemplateID>7<", "<DefaultChildTemplateID>77<"),
+         {u"unknownChildTemplate #3"_qs}},
+        {"an item's reference to one that doesn't exist",
+         inFullBinder("<Reference BinderID=\"5\">", "<Reference BinderID=\"55\">"),
+         {u"unknownReference #4"_qs}},
+        {"an item's reference to an id that none can have",
+         inFullBinder("<Reference BinderID=\"5\">", "<Reference BinderID=\"-5\">"),
+         {u"unknownReference #4"_qs}},
+        {"the project's reference to an item that doesn't exist",
+         inFullBinder("<Reference BinderID=\"4\">", "<Reference BinderID=\"44\">"),
+         {u"unknownReference ProjectReferences"_qs}},
+        {"a backdrop that is an item that doesn't exist",
+         inFullBinder("\"BinderID\">8<", "\"BinderID\">88<"),
+         {u"unknownBackdrop FullScreenBackdrop"_qs}},
+        {"a template folder that doesn't exist",
+         inFullBinder("<TemplateFolderUUID>" + uuidOf(6), "<TemplateFolderUUID>" + uuidOf(66)),
+         {u"unknownTemplateFolder TemplateFolderUUID"_qs}},
+        {"a template folder's id that doesn't exist",
+         inFullBinder("<TemplateFolderUUID>" + uuidOf(6) + "</TemplateFolderUUID>",
+                      "<TemplateFolderID>66</TemplateFolderID>"),
+         {u"unknownTemplateFolder TemplateFolderID"_qs}},
+        {"a favorite that doesn't exist",
+         inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"),
+         {u"unknownFavorite Novel.tavelx"_qs}},
+        {"favorites that can't exist",
+         inFullBinder("<Favorites><BinderID>5</BinderID><BinderID>3<",
+                      "<Favorites><BinderID>-1</BinderID><BinderID>three<"),
+         {u"unknownFavorite Novel.tavelx"_qs, u"unknownFavorite Novel.tavelx"_qs}},
+        {"a favorite whose item has no uuid",
+         inFullBinder(fifthUuid, {}),
+         {u"unknownFavorite Novel.tavelx"_qs, u"nullUuid #5"_qs}},
+        {"a good binder, a backup with a favorite that doesn't exist",
+         all({inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"),
+              zipping(u"binder.backup"_qs), writing(Binder, fullBinder())}),
+         {u"unknownFavorite "_qs + Backup}},
         {"a collection member that doesn't exist",
          inBinder("<BinderID>5</BinderID>", "<BinderID>55</BinderID>"),
          {u"unknownCollectionMember Picks"_qs}},
@@ -300,6 +386,8 @@ void TstToolCheck::aSoundProjectHasNoProblems_data()
 {
     QTest::addColumn<Damage>("make");
     QTest::newRow("a project of format 18") << Damage(writeSoundProject);
+    QTest::newRow("with something in every part of the binder")
+        << all({writeSoundProject, writing(Binder, fullBinder())});
     QTest::newRow("with both copies of its binder")
         << all({writeSoundProject, zipping(u"binder.autosave"_qs), zipping(u"binder.backup"_qs)});
     QTest::newRow("of format 16") << formed(
@@ -399,10 +487,24 @@ void TstToolCheck::everyKindOfProblemHasARow()
                             u"invalidDate"_qs,
                             u"unknownLabel"_qs,
                             u"unknownStatus"_qs,
+                            u"unknownKeyword"_qs,
+                            u"unknownField"_qs,
+                            u"unknownChildTemplate"_qs,
+                            u"unknownReference"_qs,
+                            u"unknownBackdrop"_qs,
+                            u"unknownTemplateFolder"_qs,
+                            u"unknownFavorite"_qs,
+                            u"duplicateLabel"_qs,
+                            u"duplicateStatus"_qs,
+                            u"duplicateKeyword"_qs,
+                            u"duplicateField"_qs,
+                            u"unknownDefaultLabel"_qs,
+                            u"unknownDefaultStatus"_qs,
                             u"missingSystemFolder"_qs,
                             u"doubledSystemFolder"_qs,
                             u"unreadableDocument"_qs,
                             u"unreadableComments"_qs,
+                            u"unreadableNotes"_qs,
                             u"unknownCollectionMember"_qs,
                             u"orphanedFile"_qs,
                             u"orphanedSnapshots"_qs};
@@ -468,6 +570,33 @@ void TstToolCheck::theItemsOfAFallbackAreChecked()
     QCOMPARE(problemsOf(report),
              QStringList(
                  {u"noBinder Novel.tavelx"_qs, u"fallback "_qs + Backup, u"unknownStatus #5"_qs}));
+}
+
+void TstToolCheck::aDeadFavoriteIsToldWithItsIdAndWhatItDoes()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<")(project);
+    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    QCOMPARE(result.output,
+             QByteArray("unknownFavorite: Novel.tavelx: the favorites hold the id 55, which stands "
+                        "for no item; that keeps the binder from loading\n"));
+    QCOMPARE(runTool({u"info"_qs, project.path()}).status, 1);
+}
+
+void TstToolCheck::aDeadFavoriteMakesAnOpeningFallBack()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    inBinder("<StatusID>3</StatusID>", "<StatusID>33</StatusID>")(project);
+    zipping(u"binder.backup"_qs)(project);
+    inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<")(project);
+    zipping(u"binder.autosave"_qs)(project);
+    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
+    QCOMPARE(problemsOf(report),
+             QStringList({u"unknownFavorite Novel.tavelx"_qs, u"unknownFavorite "_qs + Autosave,
+                          u"fallback "_qs + Backup, u"unknownStatus #5"_qs}));
+    QCOMPARE(runTool({u"info"_qs, project.path()}).status, 0);
 }
 
 void TstToolCheck::aTextIsOneLineWhateverTheTitle()

@@ -1,12 +1,15 @@
+#include "LockFixtures.h"
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
 #include "TVLProjectFolderFormat.h"
 
 #include <QDir>
+#include <QHostInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSet>
+#include <QSettings>
 #include <QTest>
 
 /** `tavel info`, and how a project is opened that is only read. */
@@ -20,12 +23,22 @@ private Q_SLOTS:
     void countsAreByType();
     void wordsAndCharactersAreThoseOfAllTexts();
     void aTextThatCannotBeReadIsCountedApart();
-    void labelsStatusItemsAndCollectionsAreListed();
+    void labelsAndStatusItemsAreListed();
+    void keywordsAndFieldsAreListedWithTheItemsThatHaveThem();
+    void anItemThatHasAKeywordTwiceCountsOnce();
+    void veryDeepKeywordsAreListed();
+    void listsOfItemsAreTold();
+    void notesAreToldByTheirTitles();
+    void whatTheProjectSaysOfItselfIsTold();
+    void whatAProjectDoesNotSayIsNullOrEmpty();
     void aSaveStampThatIsMissingIsNull();
     void aLockIsToldAndKept();
+    void whoHasTheProjectIsTold_data();
+    void whoHasTheProjectIsTold();
     void aProjectOfEveryFormatIsTold_data();
     void aProjectOfEveryFormatIsTold();
     void theTextFormSaysTheSame();
+    void theTextFormOfAFullProject();
     void aProjectMayBeNamedInOtherWays_data();
     void aProjectMayBeNamedInOtherWays();
     void onlyTheBackupIsWritten();
@@ -44,6 +57,12 @@ QJsonObject infoOf(const QString &path, const ProgramPlace &place = {})
     return result.json().object();
 }
 
+void writeFullProject(const TestProject &project)
+{
+    writeSoundProject(project);
+    project.writeFile(u"Novel.tavelx"_qs, fullBinder());
+}
+
 QSet<QString> keysOf(const QJsonValue &value)
 {
     const QStringList keys = value.toObject().keys();
@@ -55,21 +74,61 @@ QSet<QString> keysOf(const QJsonValue &value)
 void TstToolInfo::theKeysAreStable()
 {
     const TestProject project;
-    writeSoundProject(project);
+    writeFullProject(project);
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(keysOf(info),
-             QSet<QString>({u"name"_qs, u"path"_qs, u"formatVersion"_qs, u"binderVersion"_qs,
-                            u"binderVersionText"_qs, u"items"_qs, u"counts"_qs, u"words"_qs,
-                            u"characters"_qs, u"draftWords"_qs, u"draftCharacters"_qs,
-                            u"unreadableTexts"_qs, u"labels"_qs, u"statusItems"_qs,
-                            u"collections"_qs, u"save"_qs, u"locked"_qs}));
+             QSet<QString>({u"name"_qs,
+                            u"path"_qs,
+                            u"formatVersion"_qs,
+                            u"binderVersion"_qs,
+                            u"binderVersionText"_qs,
+                            u"items"_qs,
+                            u"counts"_qs,
+                            u"words"_qs,
+                            u"characters"_qs,
+                            u"draftWords"_qs,
+                            u"draftCharacters"_qs,
+                            u"unreadableTexts"_qs,
+                            u"labelTitle"_qs,
+                            u"labels"_qs,
+                            u"statusTitle"_qs,
+                            u"statusItems"_qs,
+                            u"keywords"_qs,
+                            u"customMetaData"_qs,
+                            u"collections"_qs,
+                            u"favorites"_qs,
+                            u"references"_qs,
+                            u"notes"_qs,
+                            u"completions"_qs,
+                            u"properties"_qs,
+                            u"targets"_qs,
+                            u"inBackups"_qs,
+                            u"save"_qs,
+                            u"locked"_qs,
+                            u"lock"_qs}));
     QCOMPARE(keysOf(info[u"counts"]),
              QSet<QString>({u"DraftFolder"_qs, u"ResearchFolder"_qs, u"TrashFolder"_qs,
                             u"Folder"_qs, u"Text"_qs, u"Image"_qs, u"PDF"_qs, u"Media"_qs,
                             u"WebArchive"_qs, u"Other"_qs}));
-    QCOMPARE(keysOf(info[u"labels"][0]), QSet<QString>({u"id"_qs, u"title"_qs, u"color"_qs}));
-    QCOMPARE(keysOf(info[u"statusItems"][0]), QSet<QString>({u"id"_qs, u"title"_qs}));
-    QCOMPARE(keysOf(info[u"collections"][0]), QSet<QString>({u"title"_qs, u"kind"_qs}));
+    QCOMPARE(keysOf(info[u"labels"][0]),
+             QSet<QString>({u"id"_qs, u"title"_qs, u"color"_qs, u"default"_qs}));
+    QCOMPARE(keysOf(info[u"statusItems"][0]),
+             QSet<QString>({u"id"_qs, u"title"_qs, u"default"_qs}));
+    QCOMPARE(keysOf(info[u"keywords"][0]),
+             QSet<QString>({u"id"_qs, u"parent"_qs, u"title"_qs, u"color"_qs, u"items"_qs}));
+    QCOMPARE(keysOf(info[u"customMetaData"][0]),
+             QSet<QString>({u"id"_qs, u"title"_qs, u"color"_qs, u"wraps"_qs, u"items"_qs}));
+    QCOMPARE(keysOf(info[u"collections"][0]),
+             QSet<QString>({u"title"_qs, u"kind"_qs, u"members"_qs}));
+    QCOMPARE(keysOf(info[u"favorites"][0]), QSet<QString>({u"id"_qs, u"title"_qs}));
+    QCOMPARE(keysOf(info[u"references"][0]), QSet<QString>({u"title"_qs, u"item"_qs, u"url"_qs}));
+    QCOMPARE(keysOf(info[u"notes"][0]), QSet<QString>({u"id"_qs, u"title"_qs}));
+    QCOMPARE(keysOf(info[u"properties"]),
+             QSet<QString>({u"ProjectTitle"_qs, u"AbbreviatedTitle"_qs, u"FullName"_qs,
+                            u"LastName"_qs, u"FirstName"_qs}));
+    QCOMPARE(keysOf(info[u"targets"]), QSet<QString>({u"draft"_qs, u"session"_qs, u"notify"_qs}));
+    QCOMPARE(keysOf(info[u"lock"]),
+             QSet<QString>({u"state"_qs, u"host"_qs, u"user"_qs, u"program"_qs}));
     QCOMPARE(keysOf(info[u"save"]), QSet<QString>({u"device"_qs, u"time"_qs, u"id"_qs}));
 }
 
@@ -88,6 +147,11 @@ void TstToolInfo::theValuesAreTheProjects()
                                     {u"time"_qs, u"2026-03-04T10:11:12Z"_qs},
                                     {u"id"_qs, u"11111111-2222-4333-8444-555555555555"_qs}}));
     QCOMPARE(info[u"locked"], QJsonValue(false));
+    QCOMPARE(info[u"lock"],
+             QJsonValue(QJsonObject{{u"state"_qs, u"none"_qs},
+                                    {u"host"_qs, QJsonValue()},
+                                    {u"user"_qs, QJsonValue()},
+                                    {u"program"_qs, QJsonValue()}}));
 }
 
 void TstToolInfo::countsAreByType()
@@ -143,26 +207,176 @@ void TstToolInfo::aTextThatCannotBeReadIsCountedApart()
     QVERIFY(runTool({u"info"_qs, project.path()}).output.contains("\nUnreadable texts: 1\n"));
 }
 
-void TstToolInfo::labelsStatusItemsAndCollectionsAreListed()
+void TstToolInfo::labelsAndStatusItemsAreListed()
 {
     const TestProject project;
-    writeSoundProject(project);
+    writeFullProject(project);
     const QJsonObject info = infoOf(project.path());
-    const QJsonArray labels{
-        QJsonObject{{u"id"_qs, -1}, {u"title"_qs, u"No Label"_qs}, {u"color"_qs, QJsonValue()}},
-        QJsonObject{{u"id"_qs, 1}, {u"title"_qs, u"Chapter"_qs}, {u"color"_qs, u"#ffc080"_qs}},
-        QJsonObject{{u"id"_qs, 7}, {u"title"_qs, u"Idea"_qs}, {u"color"_qs, u"#0000ff"_qs}}};
-    QCOMPARE(info[u"labels"].toArray(), labels);
-    const QJsonArray statusItems{QJsonObject{{u"id"_qs, -1}, {u"title"_qs, u"No Status"_qs}},
-                                 QJsonObject{{u"id"_qs, 2}, {u"title"_qs, u"First Draft"_qs}},
-                                 QJsonObject{{u"id"_qs, 3}, {u"title"_qs, u"Done"_qs}}};
-    QCOMPARE(info[u"statusItems"].toArray(), statusItems);
-    const QJsonArray collections{
-        QJsonObject{{u"title"_qs, u"Binder"_qs}, {u"kind"_qs, u"Binder"_qs}},
-        QJsonObject{{u"title"_qs, u"Search Results"_qs}, {u"kind"_qs, u"RecentSearch"_qs}},
-        QJsonObject{{u"title"_qs, u"Ships"_qs}, {u"kind"_qs, u"SavedSearch"_qs}},
-        QJsonObject{{u"title"_qs, u"Picks"_qs}, {u"kind"_qs, u"Arbitrary"_qs}}};
-    QCOMPARE(info[u"collections"].toArray(), collections);
+    QCOMPARE(info[u"labelTitle"], QJsonValue(u"Strand"_qs));
+    QCOMPARE(info[u"statusTitle"], QJsonValue(u"Stage"_qs));
+    const auto label = [](int id, const QString &title, const QJsonValue &color, bool isDefault) {
+        return QJsonObject{
+            {u"id"_qs, id}, {u"title"_qs, title}, {u"color"_qs, color}, {u"default"_qs, isDefault}};
+    };
+    QCOMPARE(info[u"labels"].toArray(),
+             QJsonArray({label(-1, u"No Label"_qs, {}, false),
+                         label(1, u"Chapter"_qs, u"#ffc080"_qs, false),
+                         label(7, u"Idea"_qs, u"#0000ff"_qs, true)}));
+    const auto status = [](int id, const QString &title, bool isDefault) {
+        return QJsonObject{{u"id"_qs, id}, {u"title"_qs, title}, {u"default"_qs, isDefault}};
+    };
+    QCOMPARE(info[u"statusItems"].toArray(),
+             QJsonArray({status(-1, u"No Status"_qs, false), status(2, u"First Draft"_qs, true),
+                         status(3, u"Done"_qs, false)}));
+}
+
+void TstToolInfo::keywordsAndFieldsAreListedWithTheItemsThatHaveThem()
+{
+    const TestProject project;
+    writeFullProject(project);
+    const QJsonObject info = infoOf(project.path());
+    const auto keyword = [](int id, const QJsonValue &parent, const QString &title,
+                            const QJsonValue &color, int items) {
+        return QJsonObject{{u"id"_qs, id},
+                           {u"parent"_qs, parent},
+                           {u"title"_qs, title},
+                           {u"color"_qs, color},
+                           {u"items"_qs, items}};
+    };
+    QCOMPARE(info[u"keywords"].toArray(),
+             QJsonArray({keyword(3, {}, u"People"_qs, u"#ff0000"_qs, 2),
+                         keyword(5, 3, u"Anna"_qs, {}, 1), keyword(9, {}, u"Places"_qs, {}, 0)}));
+    const auto field = [](const QString &id, const QString &title, const QJsonValue &color,
+                          bool wraps, int items) {
+        return QJsonObject{{u"id"_qs, id},
+                           {u"title"_qs, title},
+                           {u"color"_qs, color},
+                           {u"wraps"_qs, wraps},
+                           {u"items"_qs, items}};
+    };
+    QCOMPARE(info[u"customMetaData"].toArray(),
+             QJsonArray({field(u"pov"_qs, u"Point of View"_qs, u"#00ff00"_qs, false, 2),
+                         field(u"place"_qs, u"Place"_qs, {}, true, 1)}));
+}
+
+void TstToolInfo::anItemThatHasAKeywordTwiceCountsOnce()
+{
+    const TestProject project;
+    const QByteArray text =
+        item(3, "Text", "One",
+             {.attributes = {},
+              .metaData = {},
+              .children = {},
+              .elements = "<Keywords><KeywordID>1</KeywordID><KeywordID>1</KeywordID></Keywords>"});
+    writeProject(project,
+                 binderXml(systemFolders(text),
+                           "<Keywords><Keyword ID=\"1\"><Title>A</Title></Keyword></Keywords>"));
+    QCOMPARE(infoOf(project.path())[u"keywords"][0][u"items"], QJsonValue(1));
+}
+
+void TstToolInfo::veryDeepKeywordsAreListed()
+{
+    constexpr int Depth = 5000;
+    const TestProject project;
+    QByteArray keywords;
+    for (int id = 1; id <= Depth; ++id)
+        keywords += "<Keyword ID=\"" + QByteArray::number(id) + "\"><Title>k"
+            + QByteArray::number(id) + "</Title><Children>";
+    keywords += QByteArray("</Children></Keyword>").repeated(Depth);
+    writeProject(project, binderXml(systemFolders({}), "<Keywords>" + keywords + "</Keywords>"));
+    const QJsonArray told = infoOf(project.path())[u"keywords"].toArray();
+    QCOMPARE(told.size(), Depth);
+    QCOMPARE(told.last()[u"parent"], QJsonValue(Depth - 1));
+    QCOMPARE(runTool({u"info"_qs, project.path()}).output.count("\nKeyword "), Depth);
+}
+
+void TstToolInfo::listsOfItemsAreTold()
+{
+    const TestProject project;
+    writeFullProject(project);
+    const QJsonObject info = infoOf(project.path());
+    const auto collection = [](const QString &title, const QString &kind,
+                               const QJsonValue &members) {
+        return QJsonObject{{u"title"_qs, title}, {u"kind"_qs, kind}, {u"members"_qs, members}};
+    };
+    QCOMPARE(info[u"collections"].toArray(),
+             QJsonArray({collection(u"Binder"_qs, u"Binder"_qs, {}),
+                         collection(u"Search Results"_qs, u"RecentSearch"_qs, {}),
+                         collection(u"Ships"_qs, u"SavedSearch"_qs, {}),
+                         collection(u"Picks"_qs, u"Arbitrary"_qs, 2)}));
+    QCOMPARE(info[u"favorites"].toArray(),
+             QJsonArray({QJsonObject{{u"id"_qs, 5}, {u"title"_qs, u"First Watch"_qs}},
+                         QJsonObject{{u"id"_qs, 3}, {u"title"_qs, u"Part 1"_qs}}}));
+    QCOMPARE(
+        info[u"references"].toArray(),
+        QJsonArray(
+            {QJsonObject{{u"title"_qs, u"Opening"_qs}, {u"item"_qs, 4}, {u"url"_qs, QJsonValue()}},
+             QJsonObject{{u"title"_qs, u"Maps"_qs},
+                         {u"item"_qs, QJsonValue()},
+                         {u"url"_qs, u"https://example.org/maps"_qs}}}));
+    QCOMPARE(info[u"completions"], QJsonValue(2));
+}
+
+void TstToolInfo::notesAreToldByTheirTitles()
+{
+    const TestProject project;
+    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const int id = model->addProjectNote(u"Tides"_qs);
+    model->prepareToDestroy();
+    const QJsonArray notes = infoOf(project.path())[u"notes"].toArray();
+    QVERIFY(notes.contains(QJsonObject{{u"id"_qs, id}, {u"title"_qs, u"Tides"_qs}}));
+    QVERIFY(runTool({u"info"_qs, project.path()})
+                .output.contains(u"Project note %1:"_qs.arg(id).leftJustified(18).toUtf8()
+                                 + "Tides\n"));
+}
+
+void TstToolInfo::whatTheProjectSaysOfItselfIsTold()
+{
+    const TestProject project;
+    writeFullProject(project);
+    const QJsonObject info = infoOf(project.path());
+    QCOMPARE(info[u"properties"].toObject(),
+             QJsonObject({{u"ProjectTitle"_qs, u"The Long Harbour"_qs},
+                          {u"AbbreviatedTitle"_qs, u"Harbour"_qs},
+                          {u"FullName"_qs, u"Anna Maria Quist"_qs},
+                          {u"LastName"_qs, u"Quist"_qs},
+                          {u"FirstName"_qs, u"Anna"_qs}}));
+    QCOMPARE(info[u"targets"][u"draft"].toObject(),
+             QJsonObject({{u"count"_qs, 80000},
+                          {u"type"_qs, u"Words"_qs},
+                          {u"countIncludedOnly"_qs, true},
+                          {u"currentCompileGroupOnly"_qs, true},
+                          {u"showOverrun"_qs, true},
+                          {u"buffer"_qs, 50},
+                          {u"deadline"_qs, u"2026-12-31"_qs},
+                          {u"ignoreDeadline"_qs, true}}));
+    QCOMPARE(info[u"targets"][u"session"].toObject(),
+             QJsonObject({{u"count"_qs, 1200},
+                          {u"type"_qs, u"Characters"_qs},
+                          {u"countDraftOnly"_qs, true},
+                          {u"allowNegatives"_qs, true},
+                          {u"reset"_qs, u"NextDay"_qs},
+                          {u"fromDeadline"_qs, true},
+                          {u"canWriteOnDeadlineDate"_qs, true},
+                          {u"writingDays"_qs, u"Mon,Tue"_qs}}));
+    QCOMPARE(info[u"targets"][u"notify"], QJsonValue(true));
+    QCOMPARE(info[u"inBackups"], QJsonValue(false));
+}
+
+void TstToolInfo::whatAProjectDoesNotSayIsNullOrEmpty()
+{
+    const TestProject project;
+    writeProject(project, binderXml(systemFolders({})));
+    const QJsonObject info = infoOf(project.path());
+    for (const QString &list :
+         {u"keywords"_qs, u"customMetaData"_qs, u"favorites"_qs, u"references"_qs})
+        QCOMPARE(info[list], QJsonValue(QJsonArray()));
+    for (const QString &property : keysOf(info[u"properties"]))
+        QCOMPARE(info[u"properties"][property], QJsonValue(QJsonValue::Null));
+    QCOMPARE(info[u"targets"][u"draft"][u"count"], QJsonValue(0));
+    QCOMPARE(info[u"targets"][u"session"][u"count"], QJsonValue(0));
+    QCOMPARE(info[u"completions"], QJsonValue(0));
+    QCOMPARE(info[u"inBackups"], QJsonValue(true));
 }
 
 void TstToolInfo::aSaveStampThatIsMissingIsNull()
@@ -182,6 +396,65 @@ void TstToolInfo::aLockIsToldAndKept()
     QVERIFY(TVLProjectFolderFormat::addLock(project.path()));
     const QByteArray lock = project.readFile(u"Files/user.lock"_qs);
     QCOMPARE(infoOf(project.path())[u"locked"], QJsonValue(true));
+    QCOMPARE(project.readFile(u"Files/user.lock"_qs), lock);
+}
+
+void TstToolInfo::whoHasTheProjectIsTold_data()
+{
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("projectPath"); // nothing for the project's own
+    QTest::addColumn<QString>("program"); // nothing for that of the process
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("the tool itself, before it was killed")
+        << u"berta"_qs << QString() << QStringLiteral(TAVEL_EXECUTABLE) << u"own"_qs
+        << u"by this program and user"_qs;
+    QTest::newRow("the project that this is a copy of")
+        << u"berta"_qs << u"/elsewhere/Novel.tavel"_qs << QString() << u"copied"_qs
+        << u"by a lock that was copied with the project"_qs;
+    QTest::newRow("another program of the user")
+        << u"berta"_qs << QString() << QString() << u"otherProgram"_qs
+        << u"by another program of this user"_qs;
+    QTest::newRow("another user") << u"anna"_qs << QString() << QString() << u"other"_qs
+                                  << u"by someone else"_qs;
+}
+
+void TstToolInfo::whoHasTheProjectIsTold()
+{
+    QFETCH(const QString, user);
+    QFETCH(const QString, projectPath);
+    QFETCH(QString, program);
+    QFETCH(const QString, state);
+    QFETCH(const QString, text);
+    const TestProject project;
+    writeSoundProject(project);
+    LockHolder holder({.name = u"tavel"_qs, .user = user, .home = {}}, project.path());
+    QVERIFY(holder.isHolding());
+    {
+        QSettings lock(project.path(u"Files/user.lock"_qs), QSettings::IniFormat);
+        if (!projectPath.isEmpty())
+            lock.setValue(u"project_path"_qs, projectPath);
+        if (!program.isEmpty())
+            lock.setValue(u"app_path"_qs, program);
+    }
+    if (program.isEmpty())
+        program = lockProgramFile();
+    const QByteArray lock = project.readFile(u"Files/user.lock"_qs);
+
+    ProgramPlace place;
+    place.environment.insert(u"USER"_qs, u"berta"_qs);
+    const QJsonObject info = infoOf(project.path(), place);
+    QCOMPARE(info[u"locked"], QJsonValue(true));
+    QCOMPARE(info[u"lock"].toObject(),
+             QJsonObject({{u"state"_qs, state},
+                          {u"host"_qs, QHostInfo::localHostName()},
+                          {u"user"_qs, user},
+                          {u"program"_qs, program}}));
+    const QByteArray line = u"\nLocked:           %1: user %2 on host %3, program %4\n"_qs
+                                .arg(text, user, QHostInfo::localHostName(), program)
+                                .toUtf8();
+    const QByteArray output = runTool({u"info"_qs, project.path()}, place).output;
+    QVERIFY2(output.contains(line), output);
     QCOMPARE(project.readFile(u"Files/user.lock"_qs), lock);
 }
 
@@ -231,21 +504,68 @@ void TstToolInfo::theTextFormSaysTheSame()
           "  Text:           2\n"
           "Words:            1, 1 of them in the draft\n"
           "Characters:       6, 6 of them in the draft\n"
-          "Label -1:         No Label\n"
+          "Labels:           called 'Label'\n"
+          "Label -1:         No Label (default)\n"
           "Label 1:          Chapter #ffc080\n"
           "Label 7:          Idea #0000ff\n"
-          "Status -1:        No Status\n"
+          "Status items:     called 'Status'\n"
+          "Status -1:        No Status (default)\n"
           "Status 2:         First Draft\n"
           "Status 3:         Done\n"
           "Collection:       Binder (Binder)\n"
           "Collection:       Search Results (RecentSearch)\n"
           "Collection:       Ships (SavedSearch)\n"
-          "Collection:       Picks (Arbitrary)\n"
+          "Collection:       Picks (Arbitrary, 2 items)\n"
+          "Project note 10:  General\n"
+          "In backups:       yes\n"
           "Saved by:         desk\n"
           "Saved at:         2026-03-04T10:11:12Z\n"
           "Save:             11111111-2222-4333-8444-555555555555\n"
           "Locked:           no\n";
     QCOMPARE(result.output, expected);
+}
+
+void TstToolInfo::theTextFormOfAFullProject()
+{
+    const TestProject project;
+    writeFullProject(project);
+    const QByteArray output = runTool({u"info"_qs, project.path()}).output;
+    for (const char *lines : {
+             "Binder version:   2 (1.5)\n"
+             "Title:            The Long Harbour\n"
+             "Short title:      Harbour\n"
+             "Author:           Anna Maria Quist\n"
+             "Surname:          Quist\n"
+             "Forename:         Anna\n"
+             "Items:            9\n",
+             "Labels:           called 'Strand'\n"
+             "Label -1:         No Label\n"
+             "Label 1:          Chapter #ffc080\n"
+             "Label 7:          Idea #0000ff (default)\n"
+             "Status items:     called 'Stage'\n"
+             "Status -1:        No Status\n"
+             "Status 2:         First Draft (default)\n"
+             "Status 3:         Done\n"
+             "Keyword 3:        People #ff0000 (2 items)\n"
+             "Keyword 5:          Anna (1 item)\n"
+             "Keyword 9:        Places (0 items)\n"
+             "Field pov:        Point of View #00ff00 (2 items)\n"
+             "Field place:      Place (wraps, 1 item)\n"
+             "Collection:       Binder (Binder)\n",
+             "Collection:       Picks (Arbitrary, 2 items)\n"
+             "Favorite:         First Watch (#5)\n"
+             "Favorite:         Part 1 (#3)\n"
+             "Reference:        Opening (#4)\n"
+             "Reference:        Maps (https://example.org/maps)\n",
+             "Completions:      2\n"
+             "Draft target:     80000 words (of what is compiled, of the current compile group, "
+             "shows overrun, buffer 50, deadline 2026-12-31, deadline ignored)\n"
+             "Session target:   1200 characters (of the draft, negatives allowed, reset NextDay, "
+             "from the deadline, deadline's day included, writing days Mon,Tue)\n"
+             "Notify:           when a target is reached\n"
+             "In backups:       no\n",
+         })
+        QVERIFY2(output.contains(lines), output + "\nlacks\n" + lines);
 }
 
 void TstToolInfo::aProjectMayBeNamedInOtherWays_data()
@@ -327,9 +647,12 @@ void TstToolInfo::whatIsNoProjectIsAFailure()
     const TestProject project;
     if (!file.isEmpty())
         writeFileAt(project.enclosingPath() + u'/' + file, "18");
-    // The look-up of a binder may leave a version file; what an opening leaves is not the point.
-    if (file.endsWith(u".tavelx"))
+    // The look-up of a binder may leave a version file, and an opening a folder; that is not the
+    // point.
+    if (file.endsWith(u".tavelx")) {
         project.writeFile(u"Files/version.txt"_qs, "18");
+        QDir().mkpath(project.path(u"Settings"_qs));
+    }
     ProgramPlace place;
     place.workingDirectory = project.enclosingPath();
     const auto before = everythingBelow(project.enclosingPath());

@@ -1,3 +1,4 @@
+#include "LockFixtures.h"
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
@@ -6,6 +7,9 @@
 
 #include <QDataStream>
 #include <QFile>
+#include <QHostInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QSysInfo>
@@ -20,6 +24,8 @@ private Q_SLOTS:
     void initTestCase();
     void aProjectOfSomeoneElseIsNotChanged_data();
     void aProjectOfSomeoneElseIsNotChanged();
+    void aProjectThatAnotherProcessHasIsNotChanged_data();
+    void aProjectThatAnotherProcessHasIsNotChanged();
     void aLockThatIsInNobodysWayGivesPlace_data();
     void aLockThatIsInNobodysWayGivesPlace();
     void aLockByAnotherWayToTheProjectHolds();
@@ -28,6 +34,12 @@ private Q_SLOTS:
     void aBinderThatIsGoneIsMadeAnewFromItsCopy();
     void aProjectOfALaterFormatIsNotChanged();
     void whatASaveWouldDropIsLeftAlone();
+    void userDataThatCannotBeKeptIsLeftAlone_data();
+    void userDataThatCannotBeKeptIsLeftAlone();
+    void aPartThatHoldsNothingKeepsNoSave_data();
+    void aPartThatHoldsNothingKeepsNoSave();
+    void everyPartOfABinderIsKept();
+    void aBinderWithADeadFavoriteIsLeftAlone();
     void whereThereIsNoProjectNothingIsMade_data();
     void whereThereIsNoProjectNothingIsMade();
 
@@ -121,6 +133,40 @@ void TstToolLock::aProjectOfSomeoneElseIsNotChanged()
         QCOMPARE(result.errors,
                  u"tavel: '%1' is locked by %2; if nobody has it open, delete Files/user.lock in "
                  "it\n"_qs.arg(project.path(), who)
+                     .toUtf8());
+        QCOMPARE(everythingBelow(project.path()), before);
+    }
+}
+
+void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged_data()
+{
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<bool>("isKilled");
+    QTest::newRow("another program of the same user") << u"berta"_qs << false;
+    QTest::newRow("another user's program") << u"anna"_qs << false;
+    QTest::newRow("another program of the same user, killed") << u"berta"_qs << true;
+    QTest::newRow("another user's program, killed") << u"anna"_qs << true;
+}
+
+void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged()
+{
+    QFETCH(const QString, user);
+    QFETCH(const bool, isKilled);
+    const TestProject project;
+    writeSoundProject(project);
+    LockHolder holder({.name = u"tavel"_qs, .user = user, .home = {}}, project.path());
+    QVERIFY(holder.isHolding());
+    if (isKilled)
+        holder.kill();
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.errors,
+                 u"tavel: '%1' is locked by user %2 on host %3, program %4; if nobody has it open, "
+                 "delete Files/user.lock in it\n"_qs
+                     .arg(project.path(), user, QHostInfo::localHostName(), lockProgramFile())
                      .toUtf8());
         QCOMPARE(everythingBelow(project.path()), before);
     }
@@ -252,7 +298,9 @@ void TstToolLock::whatASaveWouldDropIsLeftAlone()
     QByteArray binder = soundBinder();
     binder.replace("</Binder>",
                    "</Binder><Unheard><Word/></Unheard><Of Width=\"1\"/><Text>x</Text><Nothing/>"
-                   "<Blank>\n</Blank><TemplateFolderID>99</TemplateFolderID>");
+                   "<Blank>\n</Blank><TemplateFolderID>99</TemplateFolderID>"
+                   // With this a project counts as modified once it is open.
+                   "<BackupSettings><Exclude>Yes</Exclude></BackupSettings>");
     project.writeFile(u"Novel.tavelx"_qs, binder);
     const QList<QStringList> changes = changesOf(project);
     QCOMPARE(runTool(changes.at(1)).status, 0); // A snapshot takes no save.
@@ -264,6 +312,122 @@ void TstToolLock::whatASaveWouldDropIsLeftAlone()
                      .arg(project.path())
                      .toUtf8());
         QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    }
+}
+
+void TstToolLock::userDataThatCannotBeKeptIsLeftAlone_data()
+{
+    QTest::addColumn<QByteArray>("section");
+    QTest::newRow("its tag has attributes")
+        << QByteArray("<UserProjectData Version=\"1\">x</UserProjectData>");
+    QTest::newRow("its end tag stands in a comment as well")
+        << QByteArray("<UserProjectData><!-- </UserProjectData> --><Word/></UserProjectData>");
+}
+
+void TstToolLock::userDataThatCannotBeKeptIsLeftAlone()
+{
+    QFETCH(const QByteArray, section);
+    const TestProject project;
+    writeSoundProject(project);
+    const QByteArray binder = soundBinder().replace("</Binder>", "</Binder>" + section);
+    project.writeFile(u"Novel.tavelx"_qs, binder);
+    const ProgramResult result = runTool(changesOf(project).constFirst());
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errors,
+             u"tavel: a save by this version would drop parts of '%1': UserProjectData\n"_qs
+                 .arg(project.path())
+                 .toUtf8());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+}
+
+void TstToolLock::aPartThatHoldsNothingKeepsNoSave_data()
+{
+    QTest::addColumn<QByteArray>("section");
+    for (const char *name :
+         {"LabelSettings", "StatusSettings", "TemplateFolderUUID", "TemplateFolderID",
+          "Collections", "Keywords", "CustomMetaDataSettings", "ProjectProperties",
+          "ProjectTargets", "Favorites", "AutoCompleteList", "BackupSettings", "FullScreenBackdrop",
+          "ProjectReferences", "PrintSettings", "UserProjectData"}) {
+        const QByteArray tag(name);
+        QTest::newRow(name) << "<" + tag + "/><" + tag + ">\n</" + tag + ">";
+    }
+    QTest::newRow("a project title without a text")
+        << QByteArray("<ProjectProperties><ProjectTitle></ProjectTitle></ProjectProperties>");
+    QTest::newRow("a backdrop without a path") << QByteArray("<FullScreenBackdrop Type=\"Path\"/>");
+    QTest::newRow("a backdrop that is no item")
+        << QByteArray("<FullScreenBackdrop Type=\"BinderID\">-1</FullScreenBackdrop>");
+    QTest::newRow("a template folder that is no item")
+        << "<TemplateFolderUUID>" + uuidOf(99) + "</TemplateFolderUUID>";
+    QTest::newRow("a template folder's id that is no item's")
+        << QByteArray("<TemplateFolderID>99</TemplateFolderID>");
+    QTest::newRow("targets of 0") << QByteArray(
+        "<ProjectTargets Notify=\"No\"><DraftTarget>0</DraftTarget>"
+        "<SessionTarget>0</SessionTarget></ProjectTargets>");
+    QTest::newRow("no exclusion from backups")
+        << QByteArray("<BackupSettings><Exclude>No</Exclude></BackupSettings>");
+}
+
+void TstToolLock::aPartThatHoldsNothingKeepsNoSave()
+{
+    QFETCH(const QByteArray, section);
+    const TestProject project;
+    writeProject(project, binderXml(systemFolders(soundDraftItems()), section));
+    const ProgramResult result = runTool(changesOf(project).constFirst());
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/a"_qs}).output, QByteArray("Ants.\n"));
+}
+
+void TstToolLock::everyPartOfABinderIsKept()
+{
+    const QStringList records{u"labelTitle"_qs,  u"labels"_qs,      u"statusTitle"_qs,
+                              u"statusItems"_qs, u"keywords"_qs,    u"customMetaData"_qs,
+                              u"collections"_qs, u"favorites"_qs,   u"references"_qs,
+                              u"notes"_qs,       u"completions"_qs, u"properties"_qs,
+                              u"targets"_qs,     u"inBackups"_qs};
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Novel.tavelx"_qs, fullBinder());
+    const auto recordsOf = [&] {
+        const QJsonObject info =
+            runTool({u"info"_qs, project.path(), u"--json"_qs}).json().object();
+        QJsonObject kept;
+        for (const QString &key : records)
+            kept.insert(key, info.value(key));
+        return kept;
+    };
+    const QJsonObject before = recordsOf();
+    QVERIFY(!before[u"favorites"].toArray().isEmpty());
+
+    const ProgramResult result = runTool(changesOf(project).constFirst());
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(recordsOf(), before);
+    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    QVERIFY(binder.contains("<FullScreenBackdrop Type=\"BinderID\">8</FullScreenBackdrop>"));
+    QVERIFY(binder.contains("<PaperType>A5</PaperType>"));
+    QVERIFY(binder.contains("<UserProjectData><Compile Font=\"Serif\"/></UserProjectData>"));
+    QVERIFY(binder.contains(uuidOf(6) + "</TemplateFolderUUID>"));
+}
+
+void TstToolLock::aBinderWithADeadFavoriteIsLeftAlone()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    // An opening would fall back on this copy, and a save would write over the newer binder.
+    zipBinder(project, u"binder.autosave"_qs);
+    project.writeFile(u"Novel.tavelx"_qs,
+                      fullBinder().replace("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"));
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
+                 "more\n"_qs.arg(project.path())
+                     .toUtf8());
+        QCOMPARE(everythingBelow(project.path()), before);
     }
 }
 

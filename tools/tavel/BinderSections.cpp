@@ -5,6 +5,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QSet>
 #include <QXmlStreamReader>
 
 namespace {
@@ -50,6 +51,17 @@ QStringList sectionsOfSave(const TVLProjectModel &model)
     return filledSections(&buffer);
 }
 
+/**
+ * Parts that a save leaves out when there is nothing to say in them. The library knows all of what
+ * is in these, so where one goes, it meant nothing: an empty title, no item, no path.
+ */
+bool maySaveLeaveOut(const QString &section)
+{
+    static const QSet<QString> sections{u"TemplateFolderUUID"_qs, u"TemplateFolderID"_qs,
+                                        u"ProjectProperties"_qs, u"FullScreenBackdrop"_qs};
+    return sections.contains(section);
+}
+
 } // namespace
 
 QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectModel &model)
@@ -59,9 +71,7 @@ QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectMode
         return {};
     QStringList lost = filledSections(&file);
     const QStringList kept = sectionsOfSave(model);
-    lost.removeIf([&kept](const QString &name) {
-        // A template folder that there is no item for is known all the same.
-        return kept.contains(name) || name.startsWith(u"TemplateFolder");
-    });
+    lost.removeIf(
+        [&kept](const QString &name) { return kept.contains(name) || maySaveLeaveOut(name); });
     return lost;
 }

@@ -2,7 +2,6 @@
 
 #include "Console.h"
 #include "ItemDocuments.h"
-#include "ItemTexts.h"
 
 #include "TUuid.h"
 #include "TVLCoreUtil.h"
@@ -11,15 +10,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTextDocument>
 
 #include <array>
 
 namespace {
-
-QString identityOf(const TVLProjectNode *node)
-{
-    return node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true) : u"#%1"_qs.arg(node->mId);
-}
 
 /** How many ASCII digits a name begins with. */
 qsizetype leadingDigits(const QString &name)
@@ -40,6 +35,11 @@ int leadingNumber(const QString &name)
 
 } // namespace
 
+QString identityOf(const TVLProjectNode *node)
+{
+    return node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true) : u"#%1"_qs.arg(node->mId);
+}
+
 ProjectCheck::ProjectCheck(const BinderFiles &files)
     : mFiles(files)
 {
@@ -53,9 +53,16 @@ QList<Problem> ProjectCheck::run()
     if (mProject) {
         checkItems();
         checkSystemFolders();
+        checkTables();
+        checkDefaults();
+        checkWhatItemsReferTo();
+        checkReferences(mProject->projectReferences(), u"ProjectReferences"_qs);
+        checkBackdrop();
+        checkTemplateFolder();
         checkCollections();
         checkDocs();
         checkTexts();
+        checkNotes();
         checkSnapshots();
     }
     return mProblems;
@@ -78,6 +85,8 @@ void ProjectCheck::readBinder()
     readPlainBinder();
     readZippedBinder(mFiles.autosave, u"autosaveUnreadable"_qs);
     readZippedBinder(mFiles.backup, u"backupUnreadable"_qs);
+    if (!mProject && mUnloadable)
+        take(std::move(mUnloadable), mUnloadableSource);
 }
 
 void ProjectCheck::readPlainBinder()
@@ -90,7 +99,7 @@ void ProjectCheck::readPlainBinder()
     auto project = std::make_unique<ReadOnlyProject>();
     const QString error = project->read(mFiles.binder);
     if (error.isEmpty())
-        take(std::move(project), mFiles.binder);
+        takeIfLoadable(std::move(project), mFiles.binder);
     else
         add(u"binderUnreadable"_qs, relative(mFiles.binder), error);
 }
@@ -100,11 +109,34 @@ void ProjectCheck::readZippedBinder(const QString &path, const QString &unreadab
     if (path.isEmpty())
         return;
     auto project = std::make_unique<ReadOnlyProject>();
-    if (!TVLProjectFolderFormat::readZippedBinderFilePath(path, project.get())) {
+    if (TVLProjectFolderFormat::readZippedBinderFilePath(path, project.get()))
+        takeIfLoadable(std::move(project), path);
+    else
         add(unreadableKind, relative(path), u"the zipped copy of the binder can't be read"_qs);
+}
+
+bool ProjectCheck::hasDeadFavorites(const ReadOnlyProject &project, const QString &source)
+{
+    const QList<int> ids = project.deadFavorites();
+    for (const int id : ids)
+        add(u"unknownFavorite"_qs, relative(source),
+            u"the favorites hold the id %1, which stands for no item; that keeps the binder from "
+            "loading"_qs.arg(id));
+    return !ids.isEmpty();
+}
+
+void ProjectCheck::takeIfLoadable(std::unique_ptr<ReadOnlyProject> project, const QString &source)
+{
+    if (hasDeadFavorites(*project, source)) {
+        if (!mUnloadable) {
+            mUnloadable = std::move(project);
+            mUnloadableSource = source;
+        }
     } else if (!mProject) {
-        add(u"fallback"_qs, relative(path), u"an opening falls back on this copy of the binder"_qs);
-        take(std::move(project), path);
+        if (source != mFiles.binder)
+            add(u"fallback"_qs, relative(source),
+                u"an opening falls back on this copy of the binder"_qs);
+        take(std::move(project), source);
     }
 }
 
@@ -162,20 +194,10 @@ void ProjectCheck::checkVersions()
 
 void ProjectCheck::checkItems()
 {
-    const QHash<int, QString> labels = titlesById(mProject->labels());
-    const QHash<int, QString> statusItems = titlesById(mProject->statusItems());
-    tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
+    tvlForEachNode(mProject->binderRoot(), [this](const TVLProjectNode *node) {
         checkIdentity(node);
         checkDate(node, node->mCreated, u"creation"_qs);
         checkDate(node, node->mModified, u"modification"_qs);
-        if (node->mLabelId != -1 && !labels.contains(node->mLabelId))
-            add(u"unknownLabel"_qs, identityOf(node),
-                u"'%1' has the label %2, which doesn't exist"_qs.arg(node->mTitle)
-                    .arg(node->mLabelId));
-        if (node->mStatusId != -1 && !statusItems.contains(node->mStatusId))
-            add(u"unknownStatus"_qs, identityOf(node),
-                u"'%1' has the status %2, which doesn't exist"_qs.arg(node->mTitle)
-                    .arg(node->mStatusId));
     });
 }
 
@@ -235,18 +257,7 @@ void ProjectCheck::checkSystemFolders()
     }
 }
 
-// --- What refers to items
-
-void ProjectCheck::checkCollections()
-{
-    for (const TVLCollectionMetaData &collection : mProject->collections()) {
-        for (const int id : collection.mIds) {
-            if (!mById.contains(id))
-                add(u"unknownCollectionMember"_qs, collection.mTitle,
-                    u"the collection holds the id %1, which no item has"_qs.arg(id));
-        }
-    }
-}
+// --- Files
 
 void ProjectCheck::checkDocs()
 {
@@ -295,6 +306,20 @@ QString ProjectCheck::filePathOf(const TVLProjectNode *node, TVL::DocumentType t
 {
     return relative(
         TVLProjectFolderFormat::filesDocsNodeTypeFilePath(mFiles.projectPath, node->mId, type));
+}
+
+void ProjectCheck::checkNotes()
+{
+    QList<QPair<int, QTextDocument *>> notes;
+    QStringList errors;
+    const bool areRead = TVLProjectFolderFormat::readProjectNotes(mFiles.projectPath, &notes,
+                                                                  mProject.get(), &errors);
+    for (const auto &note : std::as_const(notes))
+        delete note.second;
+    if (areRead)
+        return;
+    for (const QString &error : std::as_const(errors))
+        add(u"unreadableNotes"_qs, u"Files/ProjectNotes"_qs, oneLine(error));
 }
 
 void ProjectCheck::checkSnapshots()

@@ -14,10 +14,14 @@
 struct Problem
 {
     QString kind; ///< A word that stays the same from version to version.
-    QString
-        where; ///< A path within the project, an item as `#id` or uuid, or a collection's title.
+    /** A path within the project, an item as `#id` or uuid, a collection's title, or the binder's
+     * word for a part of it. */
+    QString where;
     QString text; ///< What is wrong, for people.
 };
+
+/** An item as the tool names it: `#id`, or its uuid if it has no id. */
+[[nodiscard]] QString identityOf(const TVLProjectNode *node);
 
 /**
  * Reads all of a project and tells what is wrong with it. Nothing on disk is changed.
@@ -27,12 +31,20 @@ struct Problem
  *   `fallback` (an opening would take a zipped copy), `binderName`, `severalBinders`
  * - versions: `binderVersionUnknown`, `formatVersionMissing`, `formatVersionInvalid`,
  *   `formatVersionMismatch`
- * - items: `missingId`, `duplicateId`, `nullUuid`, `duplicateUuid`, `invalidDate`, `unknownLabel`,
- *   `unknownStatus`, `missingSystemFolder`, `doubledSystemFolder`
- * - texts: `unreadableDocument` (a main text, notes or a synopsis), `unreadableComments`
- * - what refers to items: `unknownCollectionMember`, `orphanedFile`, `orphanedSnapshots`
+ * - items: `missingId`, `duplicateId`, `nullUuid`, `duplicateUuid`, `invalidDate`,
+ *   `missingSystemFolder`, `doubledSystemFolder`
+ * - what items refer to: `unknownLabel`, `unknownStatus`, `unknownKeyword`, `unknownField` (of
+ *   custom meta-data), `unknownReference`, `unknownChildTemplate`
+ * - the project's tables: `duplicateLabel`, `duplicateStatus`, `duplicateKeyword`,
+ * `duplicateField`, `unknownDefaultLabel`, `unknownDefaultStatus`
+ * - texts: `unreadableDocument` (a main text, notes or a synopsis), `unreadableComments`,
+ *   `unreadableNotes` (of the project)
+ * - what refers to items: `unknownFavorite` (no opening takes that binder), `unknownReference`
+ * (also of the project), `unknownBackdrop`, `unknownTemplateFolder`, `unknownCollectionMember`,
+ *   `orphanedFile`, `orphanedSnapshots`
  *
- * When a zipped copy is what an opening would take, its items are the ones that are checked.
+ * When a zipped copy is what an opening would take, its items are the ones that are checked. When
+ * an opening would take nothing and yet a binder can be read, it is that one's items.
  */
 class ProjectCheck
 {
@@ -47,6 +59,8 @@ private:
 
     void readBinder();
     void readPlainBinder();
+    [[nodiscard]] bool hasDeadFavorites(const ReadOnlyProject &project, const QString &source);
+    void takeIfLoadable(std::unique_ptr<ReadOnlyProject> project, const QString &source);
     void take(std::unique_ptr<ReadOnlyProject> project, const QString &source);
     void readZippedBinder(const QString &path, const QString &unreadableKind);
     void checkBinderNames();
@@ -55,17 +69,31 @@ private:
     void checkIdentity(const TVLProjectNode *node);
     void checkDate(const TVLProjectNode *node, const QDateTime &date, const QString &what);
     void checkSystemFolders();
+
+    void checkTables();
+    void checkDefaults();
+    void checkWhatItemsReferTo();
+    void checkReferences(const QList<TVLReference> &references, const QString &where);
+    void checkBackdrop();
+    void checkTemplateFolder();
     void checkCollections();
+    template <typename Record>
+    void checkIdsOf(const QList<Record> &records, const QString &kind, const QString &where);
+
     void checkDocs();
     void checkTexts();
     void checkText(TVLProjectNode *node, TVL::DocumentType type);
     [[nodiscard]] QString filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const;
+    void checkNotes();
     void checkSnapshots();
 
     BinderFiles mFiles;
     QList<Problem> mProblems;
     std::unique_ptr<ReadOnlyProject> mProject; ///< Null until a binder was read.
     QString mProjectSource; ///< The file that it was read from.
+    /** The first binder that can be read, but not be loaded; null for none. */
+    std::unique_ptr<ReadOnlyProject> mUnloadable;
+    QString mUnloadableSource;
     bool mHasIds = false; ///< Whether items of the binder's version have ids.
     QHash<int, const TVLProjectNode *> mById;
     QHash<QUuid, const TVLProjectNode *> mByUuid;

@@ -3,6 +3,7 @@
 #include "TVLBinderReader.h"
 
 #include <QFile>
+#include <QPrinter>
 
 ReadOnlyProject::ReadOnlyProject()
     : mRoot(std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid()), nullptr))
@@ -24,4 +25,30 @@ QString ReadOnlyProject::read(const QString &filePath)
     return u"line %1, column %2: %3"_qs.arg(reader.lineNumber())
         .arg(reader.columnNumber())
         .arg(error);
+}
+
+void ReadOnlyProject::enterNodes(const QList<TVLProjectNode *> &nodes)
+{
+    tvlEnterNodes(nodes, &mIds, &mUuids);
+}
+
+bool ReadOnlyProject::addFavorite(int id)
+{
+    // As a model finds an item by its id: through the uuid.
+    const QUuid uuid = mIds.value(id);
+    const bool isItem = id >= 0 && !uuid.isNull() && mUuids.contains(uuid);
+    (isItem ? mFavoriteIds : mDeadFavorites).append(id);
+    return true;
+}
+
+QPrinter *ReadOnlyProject::printer() const
+{
+    if (!mPrinter)
+        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+    return mPrinter.get();
+}
+
+void ReadOnlyProject::setPrinter(QPrinter *printer)
+{
+    mPrinter.reset(printer);
 }

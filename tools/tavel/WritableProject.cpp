@@ -39,6 +39,13 @@ QString orUnknown(const QString &text)
     return text.isEmpty() ? u"unknown"_qs : text;
 }
 
+/** Whether a model would take a binder in. */
+bool isLoadable(const QString &binderPath)
+{
+    ReadOnlyProject project;
+    return project.read(binderPath).isEmpty() && project.deadFavorites().isEmpty();
+}
+
 /** Who has the project open; empty when nobody has. */
 QString lockError(const QString &projectPath)
 {
@@ -73,8 +80,9 @@ WritableProject::WritableProject(const BinderFiles &files)
 
 WritableProject::~WritableProject()
 {
-    if (mModel)
-        mModel->prepareToDestroy();
+    // The model isn't prepared for its end, which would save: what a command has done is saved by
+    // save() or not at all, and a project may count as modified as soon as it is open.
+    mModel.reset();
     if (mIsLocked)
         TVLProjectFolderFormat::removeLock(mPath);
 }
@@ -110,7 +118,7 @@ QString WritableProject::lock()
 
 QString WritableProject::read(const QString &path, const QString &binderPath)
 {
-    if (!binderPath.isEmpty() && !ReadOnlyProject().read(binderPath).isEmpty())
+    if (!binderPath.isEmpty() && !isLoadable(binderPath))
         return u"the binder of '%1' is damaged and so is left alone; 'tavel check' tells more"_qs
             .arg(path);
     QString error;

@@ -1,0 +1,140 @@
+/* What the records of a binder refer to: its items, labels, status items, keywords and fields. */
+#include "ProjectCheck.h"
+
+#include "TUuid.h"
+
+namespace {
+
+/** The ids of records as a set. */
+template <typename Record>
+auto idsOf(const QList<Record> &records)
+{
+    QSet<decltype(Record::mId)> ids;
+    ids.reserve(records.size());
+    for (const Record &record : records)
+        ids.insert(record.mId);
+    return ids;
+}
+
+QString toText(int id)
+{
+    return QString::number(id);
+}
+
+QString toText(const QString &id)
+{
+    return u'\'' + id + u'\'';
+}
+
+} // namespace
+
+template <typename Record>
+void ProjectCheck::checkIdsOf(const QList<Record> &records, const QString &kind,
+                              const QString &where)
+{
+    QHash<decltype(Record::mId), QString> titles;
+    for (const Record &record : records) {
+        const auto first = titles.constFind(record.mId);
+        if (first == titles.cend())
+            titles.insert(record.mId, record.mTitle);
+        else
+            add(kind, where,
+                u"'%1' has the same id as '%2': %3"_qs.arg(record.mTitle, *first,
+                                                           toText(record.mId)));
+    }
+}
+
+void ProjectCheck::checkTables()
+{
+    checkIdsOf(mProject->labels(), u"duplicateLabel"_qs, u"LabelSettings"_qs);
+    checkIdsOf(mProject->statusItems(), u"duplicateStatus"_qs, u"StatusSettings"_qs);
+    checkIdsOf(mProject->projectKeywords(), u"duplicateKeyword"_qs, u"Keywords"_qs);
+    checkIdsOf<TVLMetaDataField>(mProject->customMetaDataSettings(), u"duplicateField"_qs,
+                                 u"CustomMetaDataSettings"_qs);
+}
+
+void ProjectCheck::checkDefaults()
+{
+    const int label = mProject->defaultLabelIdentity();
+    if (label != -1 && !idsOf(mProject->labels()).contains(label))
+        add(u"unknownDefaultLabel"_qs, u"LabelSettings"_qs,
+            u"new items are to get the label %1, which doesn't exist"_qs.arg(label));
+    const int status = mProject->defaultStatusIdentity();
+    if (status != -1 && !idsOf(mProject->statusItems()).contains(status))
+        add(u"unknownDefaultStatus"_qs, u"StatusSettings"_qs,
+            u"new items are to get the status %1, which doesn't exist"_qs.arg(status));
+}
+
+void ProjectCheck::checkWhatItemsReferTo()
+{
+    const QSet<int> labels = idsOf(mProject->labels());
+    const QSet<int> statusItems = idsOf(mProject->statusItems());
+    const QSet<int> keywords = idsOf(mProject->projectKeywords());
+    const QSet<QString> fields = idsOf<TVLMetaDataField>(mProject->customMetaDataSettings());
+    tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
+        const auto addUnknown = [&](const QString &kind, const QString &what, const QString &id) {
+            add(kind, identityOf(node),
+                u"'%1' has the %2 %3, which doesn't exist"_qs.arg(node->mTitle, what, id));
+        };
+        if (node->mLabelId != -1 && !labels.contains(node->mLabelId))
+            addUnknown(u"unknownLabel"_qs, u"label"_qs, toText(node->mLabelId));
+        if (node->mStatusId != -1 && !statusItems.contains(node->mStatusId))
+            addUnknown(u"unknownStatus"_qs, u"status"_qs, toText(node->mStatusId));
+        for (const int id : node->mKeywords) {
+            if (!keywords.contains(id))
+                addUnknown(u"unknownKeyword"_qs, u"keyword"_qs, toText(id));
+        }
+        for (auto value = node->mCustomMetaData.cbegin(); value != node->mCustomMetaData.cend();
+             ++value) {
+            if (!fields.contains(value.key()))
+                addUnknown(u"unknownField"_qs, u"custom field"_qs, toText(value.key()));
+        }
+        const int childTemplate = node->mDefaultChildTemplateId;
+        if (childTemplate != -1 && !mById.contains(childTemplate))
+            addUnknown(u"unknownChildTemplate"_qs, u"template for children"_qs,
+                       toText(childTemplate));
+        checkReferences(node->mReferences, identityOf(node));
+    });
+}
+
+void ProjectCheck::checkReferences(const QList<TVLReference> &references, const QString &where)
+{
+    for (const TVLReference &reference : references) {
+        if (reference.isInternal() && !mById.contains(reference.mInternalLink))
+            add(u"unknownReference"_qs, where,
+                u"the reference '%1' leads to the id %2, which no item has"_qs.arg(
+                    reference.mTitle, toText(reference.mInternalLink)));
+    }
+}
+
+void ProjectCheck::checkBackdrop()
+{
+    const QVariant backdrop = mProject->fullScreenBackdrop();
+    if (backdrop.typeId() == QMetaType::Int && !mById.contains(backdrop.toInt()))
+        add(u"unknownBackdrop"_qs, u"FullScreenBackdrop"_qs,
+            u"the backdrop is the item of the id %1, which no item has"_qs.arg(backdrop.toInt()));
+}
+
+void ProjectCheck::checkTemplateFolder()
+{
+    const QUuid uuid = mProject->namedTemplateFolderUuid().value_or(QUuid());
+    if (!uuid.isNull() && !mByUuid.contains(uuid))
+        add(u"unknownTemplateFolder"_qs, u"TemplateFolderUUID"_qs,
+            u"the template folder has the uuid %1, which no item has"_qs.arg(
+                TUuid::toStringNoBraces(uuid, true)));
+    const int id = mProject->namedTemplateFolderId().value_or(-1);
+    if (id >= 0 && !mById.contains(id))
+        add(u"unknownTemplateFolder"_qs, u"TemplateFolderID"_qs,
+            u"the template folder has the id %1, which no item has"_qs.arg(id));
+}
+
+void ProjectCheck::checkCollections()
+{
+    for (const TVLCollectionMetaData &collection : mProject->collections()) {
+        for (const int id : collection.mIds) {
+            if (!mById.contains(id))
+                add(u"unknownCollectionMember"_qs, collection.mTitle,
+                    u"the collection holds the id %1, which no item has"_qs.arg(id));
+        }
+    }
+}
