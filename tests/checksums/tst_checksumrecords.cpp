@@ -1,0 +1,688 @@
+#include "ChecksumFixtures.h"
+#include "DocumentFixtures.h"
+#include "StorageFixtures.h"
+#include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+constexpr int Id = 12;
+const QUuid Uuid = uuidOf(Id);
+const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
+
+/** All types, and some numbers that are none. */
+constexpr int AllTypes[] = {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+
+bool isTracked(int type)
+{
+    return type == 0 || type == 1 || type == 2 || type == 4;
+}
+
+bool hasFile(int type)
+{
+    return isTracked(type) || type == 3 || type == 7 || type == 8;
+}
+
+/** Where a file lies, and what goes with that place. */
+enum class Place { Docs, Data, Mobile };
+
+/** A project in a folder of its own with its checksums. */
+class ProjectWithChecksums
+{
+public:
+    explicit ProjectWithChecksums(TVL::FormatVersion version = TVL::FormatVersion18)
+        : mFolder(mProject.path(), version)
+        , mChecksums(&mFolder)
+    {
+    }
+
+    [[nodiscard]] const TestProject &project() const { return mProject; }
+    [[nodiscard]] TVLProjectFolderFormat *folder() { return &mFolder; }
+    [[nodiscard]] TVLProjectChecksums *checksums() { return &mChecksums; }
+
+    /** Path of the item's file below the project's folder. */
+    [[nodiscard]] static QString filePath(Place place, TVL::DocumentType type)
+    {
+        switch (place) {
+        case Place::Docs:
+            return docsPath(type, Id);
+        case Place::Data:
+            return desktopPath(Id, Format::docTypeToFileName(type));
+        case Place::Mobile:
+            break;
+        }
+        return mobilePath(Id, Format::docTypeToFileName(type));
+    }
+    [[nodiscard]] static ChecksumKey keyOf(Place place, TVL::DocumentType type)
+    {
+        return place == Place::Docs ? key(Format::documentFileNameId(Id, type))
+                                    : key(Id, Format::docTypeToFileName(type));
+    }
+    [[nodiscard]] bool match(Place place, TVL::DocumentType type) const
+    {
+        return place == Place::Docs ? mChecksums.checksumsMatch(Id, type)
+                                    : mChecksums.checksumsMatch(Uuid, type);
+    }
+    [[nodiscard]] QByteArray current(Place place, TVL::DocumentType type) const
+    {
+        switch (place) {
+        case Place::Docs:
+            return mChecksums.currentHddChecksum(Id, type);
+        case Place::Data:
+            return mChecksums.currentHddChecksumData(Uuid, type);
+        case Place::Mobile:
+            break;
+        }
+        return mChecksums.currentHddChecksumMobile(Uuid, type);
+    }
+    /** Refreshes a record; the item's own folder is only reached through its node. */
+    void update(Place place, TVL::DocumentType type)
+    {
+        switch (place) {
+        case Place::Docs:
+            return mChecksums.updateHashSum(Id, type);
+        case Place::Data:
+            return mChecksums.updateHashSumNode(mItem.node(), type);
+        case Place::Mobile:
+            return mChecksums.updateHashSumMobile(Uuid, type);
+        }
+    }
+    void updateLoaded(Place place, TVL::DocumentType type)
+    {
+        switch (place) {
+        case Place::Docs:
+            return mChecksums.updateLoadedCheckSums(Id, type);
+        case Place::Data:
+            return mChecksums.updateLoadedCheckSumsData(Uuid, type);
+        case Place::Mobile:
+            return mChecksums.updateLoadedCheckSumsMobile(Uuid, type);
+        }
+    }
+
+private:
+    TestProject mProject;
+    TVLProjectFolderFormat mFolder;
+    TVLProjectChecksums mChecksums;
+    LoadedItem mItem{Id};
+};
+
+struct NamedPlace
+{
+    Place place;
+    const char *name;
+};
+constexpr NamedPlace Places[] = {
+    {Place::Docs, "numbered"}, {Place::Data, "own folder"}, {Place::Mobile, "mobile copy"}};
+
+void addPlaceRows()
+{
+    QTest::addColumn<Place>("place");
+    for (const NamedPlace &each : Places)
+        QTest::newRow(each.name) << each.place;
+}
+
+/** Only the places whose files are compared with records. */
+void addDesktopRows()
+{
+    QTest::addColumn<Place>("place");
+    for (const NamedPlace &each : Places) {
+        if (each.place != Place::Mobile)
+            QTest::newRow(each.name) << each.place;
+    }
+}
+
+/** The version in which a node's files lie there. */
+TVL::FormatVersion versionOf(Place place)
+{
+    return place == Place::Data ? TVL::FormatVersion23 : TVL::FormatVersion18;
+}
+
+} // namespace
+
+class TstChecksumRecords : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNewObjectHasNoRecords();
+    void aKeyIsTheUuidAndTheNameOfTheType_data();
+    void aKeyIsTheUuidAndTheNameOfTheType();
+    void theCurrentHashIsThatOfTheFile_data() { addPlaceRows(); }
+    void theCurrentHashIsThatOfTheFile();
+    void aHashIsTheSha1OfTheContent();
+    void aRecordIsFoundByItsKey();
+
+    void whatWasModifiedOnceStaysKnown();
+    void otherRecordsCountAsModified();
+
+    void aFileMatchesAHash();
+    void aFileMatchesItsRecord_data();
+    void aFileMatchesItsRecord();
+    void anUnreadableFileMatchesNothing_data() { addDesktopRows(); }
+    void anUnreadableFileMatchesNothing();
+    void aFolderInThePlaceOfAFileMatchesNothing();
+    void theLayoutsHaveRecordsOfTheirOwn();
+
+    void aRecordIsRefreshedFromItsFile_data() { addPlaceRows(); }
+    void aRecordIsRefreshedFromItsFile();
+    void everyRefreshingModifies_data() { addPlaceRows(); }
+    void everyRefreshingModifies();
+    void otherTypesAreNotRefreshed_data() { addPlaceRows(); }
+    void otherTypesAreNotRefreshed();
+    void otherTypesAreRefreshedWhenAskedForDirectly_data() { addPlaceRows(); }
+    void otherTypesAreRefreshedWhenAskedForDirectly();
+    void anUnreadableFileIsRecordedAsSuch();
+    void aNodeIsRefreshedInTheFoldersLayout_data();
+    void aNodeIsRefreshedInTheFoldersLayout();
+    void noNodeIsNothingToRefresh();
+
+    void savingMakesTheFolder();
+    void aFailedSaveLeavesTheRecordsModified();
+    void loadingReplacesAllRecords();
+    void withoutAFileThereAreNoRecords();
+    void whatWasSavedIsLoaded();
+    void textsChangedBehindTheProjectsBackAreFound();
+    void theProjectsPathIsFollowed();
+    void theProjectMayBeNamedByItsBinder();
+};
+
+void TstChecksumRecords::aNewObjectHasNoRecords()
+{
+    ProjectWithChecksums project;
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(!project.checksums()->isModified());
+    QVERIFY(!project.checksums()->wasEverModified());
+    QVERIFY(!QFile::exists(project.project().path()));
+}
+
+void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("text") << 0 << u"content.rtf"_qs;
+    QTest::newRow("notes") << 1 << u"notes.rtf"_qs;
+    QTest::newRow("synopsis") << 2 << u"synopsis.txt"_qs;
+    QTest::newRow("links") << 3 << u"content.links"_qs;
+    QTest::newRow("comments") << 4 << u"content.comments"_qs;
+    QTest::newRow("text styles") << 7 << u"content.styles"_qs;
+    QTest::newRow("note styles") << 8 << u"note.styles"_qs;
+    QTest::newRow("unknown file") << 9 << QString();
+}
+
+void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType()
+{
+    QFETCH(const int, type);
+    QFETCH(const QString, name);
+
+    const auto documentType = TVL::DocumentType(type);
+    QCOMPARE(TVLProjectChecksums::checksumKey(Uuid, documentType), ChecksumKey(Uuid, name));
+    QCOMPARE(TVLProjectChecksums::checksumKey(QUuid(), documentType), ChecksumKey(QUuid(), name));
+}
+
+void TstChecksumRecords::theCurrentHashIsThatOfTheFile()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project;
+    for (const int number : AllTypes) {
+        const auto type = TVL::DocumentType(number);
+        QCOMPARE(project.current(place, type), QByteArray());
+        if (!hasFile(number))
+            continue;
+        const QString path = project.filePath(place, type);
+        project.project().writeFile(path, path.toUtf8());
+        QCOMPARE(project.current(place, type), hashOf(path.toUtf8()));
+        project.project().writeFile(path, "changed");
+        QCOMPARE(project.current(place, type), hashOf("changed"));
+        linkToUnreadableFile(project.project(), path);
+        QCOMPARE(project.current(place, type), QByteArray());
+    }
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(!project.checksums()->isModified());
+}
+
+void TstChecksumRecords::aHashIsTheSha1OfTheContent()
+{
+    ProjectWithChecksums project;
+    project.project().writeFile(docsPath(TVL::MainText, Id), {});
+    project.project().writeFile(docsPath(TVL::NotesText, Id), "abc");
+    QCOMPARE(project.checksums()->currentHddChecksum(Id, TVL::MainText).toHex(),
+             "da39a3ee5e6b4b0d3255bfef95601890afd80709");
+    QCOMPARE(project.checksums()->currentHddChecksum(Id, TVL::NotesText).toHex(),
+             "a9993e364706816aba3e25717850c26c9cd0d89d");
+}
+
+void TstChecksumRecords::aRecordIsFoundByItsKey()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->setChecksums({{key(u"12.rtf"_qs), "a"},
+                             {key(u"12.styles"_qs), "b"},
+                             {key(Id, u"content.rtf"_qs), "c"},
+                             {key(Id, u"note.styles"_qs), "d"}});
+    QCOMPARE(checksums->loadedChecksum(Id, TVL::MainText), "a");
+    QCOMPARE(checksums->loadedChecksum(Id, TVL::TextStyles), "b");
+    QCOMPARE(checksums->loadedChecksum(Id, TVL::NotesText), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(Id, TVL::ForeignFile), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(Id + 1, TVL::MainText), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::MainText), "c");
+    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::NotesStyles), "d");
+    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::NotesText), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(uuidOf(Id + 1), TVL::MainText), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(QUuid(), TVL::MainText), QByteArray());
+}
+
+void TstChecksumRecords::whatWasModifiedOnceStaysKnown()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->setModified(false);
+    QVERIFY(!checksums->isModified() && !checksums->wasEverModified());
+    checksums->setModified(true);
+    QVERIFY(checksums->isModified() && checksums->wasEverModified());
+    checksums->setModified(false);
+    QVERIFY(!checksums->isModified() && checksums->wasEverModified());
+    QVERIFY(checksums->saveChecksums());
+    QVERIFY(checksums->loadChecksums());
+    QVERIFY(!checksums->isModified() && checksums->wasEverModified());
+}
+
+void TstChecksumRecords::otherRecordsCountAsModified()
+{
+    ProjectWithChecksums project;
+    const ChecksumMap records = {{key(u"12.rtf"_qs), "a"}};
+    project.checksums()->setChecksums(records);
+    QCOMPARE(project.checksums()->checksums(), records);
+    QVERIFY(project.checksums()->isModified());
+    QVERIFY(project.checksums()->wasEverModified());
+    project.checksums()->setModified(false);
+    project.checksums()->setChecksums({});
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(project.checksums()->isModified());
+}
+
+void TstChecksumRecords::aFileMatchesAHash()
+{
+    const TestProject project;
+    project.writeFile(u"file"_qs, "content");
+    project.writeFile(u"empty"_qs, {});
+    linkToUnreadableFile(project, u"unreadable"_qs);
+    const auto match = [&project](const QString &name, const QByteArray &checksum) {
+        return TVLProjectChecksums::checksumsMatch(project.path(name), checksum);
+    };
+    QVERIFY(match(u"file"_qs, hashOf("content")));
+    QVERIFY(match(u"empty"_qs, hashOf({})));
+    QVERIFY(!match(u"file"_qs, hashOf("Content")));
+    QVERIFY(!match(u"file"_qs, hashOf("content").toHex()));
+    QVERIFY(!match(u"file"_qs, hashOf("content").first(19)));
+    QVERIFY(!match(u"file"_qs, {}));
+    QVERIFY(!match(u"empty"_qs, {}));
+    // A hash that could not be made is no hash.
+    QVERIFY(!match(u"missing"_qs, {}));
+    QVERIFY(!match(u"unreadable"_qs, {}));
+    QVERIFY(!match(QString(), {}));
+    QVERIFY(!match(u"missing"_qs, hashOf("content")));
+}
+
+void TstChecksumRecords::aFileMatchesItsRecord_data()
+{
+    QTest::addColumn<Place>("place");
+    QTest::addColumn<QByteArray>("record"); // Null for none.
+    QTest::addColumn<QByteArray>("content"); // Null for no file.
+    QTest::addColumn<bool>("match");
+
+    for (const NamedPlace &each : Places) {
+        if (each.place == Place::Mobile)
+            continue;
+        const auto add = [&each](const char *name, const QByteArray &record,
+                                 const QByteArray &content, bool match) {
+            QTest::addRow("%s, %s", each.name, name) << each.place << record << content << match;
+        };
+        add("no record and no file", {}, {}, true);
+        add("no record and a file", {}, "text", false);
+        add("no record and an empty file", {}, "", false);
+        add("a record and no file", hashOf("text"), {}, false);
+        add("a record and the file", hashOf("text"), "text", true);
+        add("a record and another file", hashOf("text"), "Text", false);
+        add("the record of an empty file", hashOf({}), "", true);
+        add("an empty record and no file", "", {}, false);
+        add("an empty record and a file", "", "text", false);
+        add("a damaged record", hashOf("text").first(10), "text", false);
+    }
+}
+
+void TstChecksumRecords::aFileMatchesItsRecord()
+{
+    QFETCH(const Place, place);
+    QFETCH(const QByteArray, record);
+    QFETCH(const QByteArray, content);
+    QFETCH(const bool, match);
+
+    ProjectWithChecksums project;
+    for (const int number : AllTypes) {
+        const auto type = TVL::DocumentType(number);
+        ChecksumMap records;
+        if (!record.isNull())
+            records.insert(project.keyOf(place, type), record);
+        project.checksums()->setChecksums(records);
+        if (!content.isNull() && hasFile(number))
+            project.project().writeFile(project.filePath(place, type), content);
+        QCOMPARE(project.match(place, type), isTracked(number) && match);
+    }
+}
+
+void TstChecksumRecords::anUnreadableFileMatchesNothing()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project(versionOf(place));
+    const QString path = project.filePath(place, TVL::MainText);
+    linkToUnreadableFile(project.project(), path);
+    QVERIFY(!project.match(place, TVL::MainText));
+    project.update(place, TVL::MainText);
+    QCOMPARE(project.checksums()->checksums().value(project.keyOf(place, TVL::MainText), "x"),
+             QByteArray());
+    QVERIFY(!project.match(place, TVL::MainText));
+}
+
+void TstChecksumRecords::aFolderInThePlaceOfAFileMatchesNothing()
+{
+    ProjectWithChecksums project;
+    QVERIFY(QDir().mkpath(project.project().path(docsPath(TVL::MainText, Id))));
+    QVERIFY(!project.checksums()->checksumsMatch(Id, TVL::MainText));
+    project.checksums()->updateHashSum(Id, TVL::MainText);
+    QVERIFY(!project.checksums()->checksumsMatch(Id, TVL::MainText));
+}
+
+void TstChecksumRecords::theLayoutsHaveRecordsOfTheirOwn()
+{
+    ProjectWithChecksums project;
+    for (const NamedPlace &each : Places)
+        project.project().writeFile(project.filePath(each.place, TVL::MainText), each.name);
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->setChecksums({{key(u"12.rtf"_qs), hashOf("own folder")},
+                             {key(Id, u"content.rtf"_qs), hashOf("numbered")}});
+    QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
+    checksums->updateHashSum(Id, TVL::MainText);
+    QVERIFY(checksums->checksumsMatch(Id, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
+    checksums->updateHashSumMobile(Uuid, TVL::MainText);
+    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::MainText), hashOf("mobile copy"));
+    // A uuid is compared with the desktop's file, wherever its record is from.
+    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
+    checksums->updateLoadedCheckSumsData(Uuid, TVL::MainText);
+    QVERIFY(checksums->checksumsMatch(Uuid, TVL::MainText));
+    QVERIFY(checksums->checksumsMatch(Id, TVL::MainText));
+    QCOMPARE(checksums->checksums().size(), 2);
+}
+
+void TstChecksumRecords::aRecordIsRefreshedFromItsFile()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project(versionOf(place));
+    const ChecksumMap others = {{key(u"1.rtf"_qs), "a"}, {key(1, u"content.rtf"_qs), "b"}};
+    for (const TVL::DocumentType type :
+         {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::CommentsFile}) {
+        const QString path = project.filePath(place, type);
+        ChecksumMap expected = others;
+        project.checksums()->setChecksums(others);
+        for (const char *content : {"one", "two", ""}) {
+            project.project().writeFile(path, content);
+            project.update(place, type);
+            expected.insert(project.keyOf(place, type), hashOf(content));
+            QCOMPARE(project.checksums()->checksums(), expected);
+        }
+        QVERIFY(QFile::remove(project.project().path(path)));
+        project.update(place, type);
+        QCOMPARE(project.checksums()->checksums(), others);
+    }
+}
+
+void TstChecksumRecords::everyRefreshingModifies()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project(versionOf(place));
+    TVLProjectChecksums *checksums = project.checksums();
+    project.update(place, TVL::MainText);
+    QVERIFY(checksums->isModified());
+    project.project().writeFile(project.filePath(place, TVL::MainText), "text");
+    for (int round = 0; round < 2; ++round) {
+        checksums->setModified(false);
+        project.update(place, TVL::MainText);
+        QVERIFY(checksums->isModified());
+    }
+}
+
+void TstChecksumRecords::otherTypesAreNotRefreshed()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project(versionOf(place));
+    for (const int number : AllTypes) {
+        if (isTracked(number))
+            continue;
+        const auto type = TVL::DocumentType(number);
+        if (hasFile(number))
+            project.project().writeFile(project.filePath(place, type), "text");
+        project.update(place, type);
+    }
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(!project.checksums()->wasEverModified());
+}
+
+void TstChecksumRecords::otherTypesAreRefreshedWhenAskedForDirectly()
+{
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project;
+    ChecksumMap expected;
+    for (const int number : AllTypes) {
+        const auto type = TVL::DocumentType(number);
+        if (hasFile(number)) {
+            project.project().writeFile(project.filePath(place, type), "text");
+            expected.insert(project.keyOf(place, type), hashOf("text"));
+        }
+        project.updateLoaded(place, type);
+        QCOMPARE(project.checksums()->checksums(), expected);
+    }
+    QCOMPARE(expected.size(), 7);
+}
+
+void TstChecksumRecords::anUnreadableFileIsRecordedAsSuch()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    linkToUnreadableFile(project.project(), docsPath(TVL::MainText, Id));
+    checksums->updateHashSum(Id, TVL::MainText);
+    QVERIFY(checksums->saveChecksums());
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=\n");
+    QVERIFY(checksums->loadChecksums());
+    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), {}}}));
+    QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
+}
+
+void TstChecksumRecords::aNodeIsRefreshedInTheFoldersLayout_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::addColumn<Place>("place");
+
+    QTest::newRow("not known") << 0 << Place::Docs;
+    QTest::newRow("16") << 16 << Place::Docs;
+    QTest::newRow("18") << 18 << Place::Docs;
+    QTest::newRow("23") << 23 << Place::Data;
+}
+
+void TstChecksumRecords::aNodeIsRefreshedInTheFoldersLayout()
+{
+    QFETCH(const int, version);
+    QFETCH(const Place, place);
+
+    ProjectWithChecksums project{TVL::FormatVersion(version)};
+    for (const NamedPlace &each : Places)
+        project.project().writeFile(project.filePath(each.place, TVL::NotesText), each.name);
+    LoadedItem item(Id);
+    project.checksums()->updateHashSumNode(item.node(), TVL::NotesText);
+    const QByteArray content = place == Place::Docs ? "numbered" : "own folder";
+    QCOMPARE(project.checksums()->checksums(),
+             (ChecksumMap{{project.keyOf(place, TVL::NotesText), hashOf(content)}}));
+}
+
+void TstChecksumRecords::noNodeIsNothingToRefresh()
+{
+    ProjectWithChecksums project;
+    project.checksums()->updateHashSumNode(nullptr, TVL::MainText);
+    QVERIFY(!project.checksums()->isModified());
+}
+
+void TstChecksumRecords::savingMakesTheFolder()
+{
+    ProjectWithChecksums project;
+    project.checksums()->setChecksums({{key(u"12.rtf"_qs), "a"}, {key(u"1.rtf"_qs), "b"}});
+    QVERIFY(project.checksums()->saveChecksums());
+    QVERIFY(!project.checksums()->isModified());
+    QCOMPARE(project.project().files(),
+             (QMap<QString, QByteArray>{{RecordsFile, "1.rtf=62\n12.rtf=61\n"}}));
+    // What isn't modified is written as well.
+    QVERIFY(QFile::remove(project.project().path(RecordsFile)));
+    QVERIFY(project.checksums()->saveChecksums());
+    QVERIFY(QFile::exists(project.project().path(RecordsFile)));
+}
+
+void TstChecksumRecords::aFailedSaveLeavesTheRecordsModified()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->setChecksums({{key(u"12.rtf"_qs), "a"}});
+    const QString folder = project.project().path(u"Files/Docs"_qs);
+    // No folder can be made there.
+    project.project().writeFile(u"Files"_qs, "a file");
+    QVERIFY(!checksums->saveChecksums());
+    QVERIFY(checksums->isModified());
+    QCOMPARE(project.project().readFile(u"Files"_qs), "a file");
+    // No file can be written there.
+    QVERIFY(QFile::remove(project.project().path(u"Files"_qs)));
+    QVERIFY(QDir().mkpath(project.project().path(RecordsFile)));
+    QVERIFY(!checksums->saveChecksums());
+    QVERIFY(checksums->isModified());
+    // Nothing is left to write to.
+    QVERIFY(QDir(folder).rmdir(u"docs.checksum"_qs));
+    linkToFullDisk(project.project(), RecordsFile);
+    QVERIFY(!checksums->saveChecksums());
+    QVERIFY(checksums->isModified());
+
+    QVERIFY(QFile::remove(project.project().path(RecordsFile)));
+    QVERIFY(checksums->saveChecksums());
+    QVERIFY(!checksums->isModified());
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");
+}
+
+void TstChecksumRecords::loadingReplacesAllRecords()
+{
+    ProjectWithChecksums project;
+    project.project().writeFile(RecordsFile, "12.rtf=61\n");
+    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    QVERIFY(project.checksums()->loadChecksums());
+    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), "a"}}));
+    QVERIFY(!project.checksums()->isModified());
+    QVERIFY(project.checksums()->wasEverModified());
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");
+}
+
+void TstChecksumRecords::withoutAFileThereAreNoRecords()
+{
+    ProjectWithChecksums project;
+    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    QVERIFY(!project.checksums()->loadChecksums());
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(!project.checksums()->isModified());
+    QVERIFY(!QFile::exists(project.project().path()));
+
+    linkToUnreadableFile(project.project(), RecordsFile);
+    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    QVERIFY(!project.checksums()->loadChecksums());
+    QVERIFY(project.checksums()->checksums().isEmpty());
+    QVERIFY(!project.checksums()->isModified());
+}
+
+void TstChecksumRecords::whatWasSavedIsLoaded()
+{
+    ProjectWithChecksums project;
+    ChecksumMap records;
+    for (int id = 0; id < 1000; ++id)
+        records.insert(key(u"%1.rtf"_qs.arg(id)), hashOf(QByteArray::number(id)));
+    project.checksums()->setChecksums(records);
+    QVERIFY(project.checksums()->saveChecksums());
+    TVLProjectChecksums other(project.folder());
+    QVERIFY(other.loadChecksums());
+    QCOMPARE(other.checksums(), records);
+    QVERIFY(!other.isModified());
+    QVERIFY(!other.wasEverModified());
+}
+
+void TstChecksumRecords::textsChangedBehindTheProjectsBackAreFound()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    for (int id = 1; id <= 4; ++id) {
+        project.project().writeFile(docsPath(TVL::MainText, id), rtfOf("Once upon a time"));
+        checksums->updateHashSum(id, TVL::MainText);
+    }
+    QVERIFY(checksums->saveChecksums());
+    project.project().writeFile(docsPath(TVL::MainText, 2), rtfOf("Once upon a tide"));
+    QVERIFY(QFile::remove(project.project().path(docsPath(TVL::MainText, 3))));
+    project.project().writeFile(docsPath(TVL::NotesText, 4), rtfOf("A note"));
+    QVERIFY(checksums->loadChecksums());
+    QVERIFY(checksums->checksumsMatch(1, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(2, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(3, TVL::MainText));
+    QVERIFY(checksums->checksumsMatch(4, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(4, TVL::NotesText));
+    QVERIFY(checksums->checksumsMatch(1, TVL::NotesText));
+}
+
+void TstChecksumRecords::theProjectsPathIsFollowed()
+{
+    ProjectWithChecksums project;
+    const TestProject other;
+    other.writeFile(docsPath(TVL::MainText, Id), "other");
+    project.project().writeFile(docsPath(TVL::MainText, Id), "text");
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->updateHashSum(Id, TVL::MainText);
+    project.folder()->setProjectPath(other.path());
+    QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
+    QCOMPARE(checksums->currentHddChecksum(Id, TVL::MainText), hashOf("other"));
+    checksums->updateHashSum(Id, TVL::MainText);
+    QVERIFY(checksums->saveChecksums());
+    QVERIFY(other.files().contains(RecordsFile));
+    QVERIFY(!project.project().files().contains(RecordsFile));
+}
+
+void TstChecksumRecords::theProjectMayBeNamedByItsBinder()
+{
+    const TestProject project;
+    project.writeFile(docsPath(TVL::MainText, Id), "text");
+    const TVLProjectFolderFormat folder(project.binderPath(), TVL::FormatVersion18);
+    TVLProjectChecksums checksums(&folder);
+    checksums.updateHashSum(Id, TVL::MainText);
+    QCOMPARE(checksums.loadedChecksum(Id, TVL::MainText), hashOf("text"));
+    QVERIFY(checksums.checksumsMatch(Id, TVL::MainText));
+    QVERIFY(checksums.saveChecksums());
+    QVERIFY(project.files().contains(RecordsFile));
+    QVERIFY(checksums.loadChecksums());
+}
+
+TVL_TEST_MAIN(TstChecksumRecords)
+#include "tst_checksumrecords.moc"
