@@ -1,0 +1,105 @@
+#include "TVLQuote.h"
+#include "TestMain.h"
+
+#include <QRegExp>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+/** All characters that an expression matches as a whole text. */
+QString matchedCharacters(const QString &pattern, Qt::CaseSensitivity caseSensitivity)
+{
+    QRegExp expression(pattern, caseSensitivity, QRegExp::RegExp2);
+    QString matched;
+    for (int code = 0; code <= 0xffff; ++code) {
+        if (expression.exactMatch(QString(QChar(code))))
+            matched += QChar(code);
+    }
+    return matched;
+}
+
+QString sorted(QStringView characters)
+{
+    QString text = characters.toString();
+    std::sort(text.begin(), text.end());
+    return text;
+}
+
+} // namespace
+
+class TstQuote : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void plainQuotesAreThoseOfAKeyboard()
+    {
+        QCOMPARE(TVLQuote::asciiSingleQuote(), QChar(u'\''));
+        QCOMPARE(TVLQuote::asciiDoubleQuote(), QChar(u'"'));
+    }
+
+    void patternMatchesAForm_data()
+    {
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<QString>("form");
+
+        const QString single = TVLQuote::singleQuotesSearchPattern();
+        const QString twofold = TVLQuote::doubleQuotesSearchPattern();
+        QTest::newRow("apostrophe") << single << u"'"_qs;
+        QTest::newRow("left single") << single << u"\u2018"_qs;
+        QTest::newRow("right single") << single << u"\u2019"_qs;
+        QTest::newRow("low single") << single << u"\u201a"_qs;
+        QTest::newRow("reversed single") << single << u"\u201b"_qs;
+        QTest::newRow("single pointing left") << single << u"\u2039"_qs;
+        QTest::newRow("single pointing right") << single << u"\u203a"_qs;
+        QTest::newRow("wide apostrophe") << single << u"\uff07"_qs;
+        QTest::newRow("plain double") << twofold << u"\""_qs;
+        QTest::newRow("left double") << twofold << u"\u201c"_qs;
+        QTest::newRow("right double") << twofold << u"\u201d"_qs;
+        QTest::newRow("low double") << twofold << u"\u201e"_qs;
+        QTest::newRow("reversed double") << twofold << u"\u201f"_qs;
+        QTest::newRow("double pointing left") << twofold << u"\u00ab"_qs;
+        QTest::newRow("double pointing right") << twofold << u"\u00bb"_qs;
+        QTest::newRow("wide double") << twofold << u"\uff02"_qs;
+    }
+
+    void patternMatchesAForm()
+    {
+        QFETCH(QString, pattern);
+        QFETCH(QString, form);
+        QRegExp expression(u"a"_qs + pattern + u"b"_qs, Qt::CaseInsensitive, QRegExp::RegExp2);
+        QVERIFY(expression.isValid());
+        QCOMPARE(expression.captureCount(), 0);
+        QVERIFY(expression.exactMatch(u"a"_qs + form + u"b"_qs));
+        QVERIFY(!expression.exactMatch(u"ab"_qs));
+        QVERIFY(!expression.exactMatch(u"a"_qs + form + form + u"b"_qs));
+    }
+
+    void patternsMatchTheFormsAndNothingElse()
+    {
+        for (const Qt::CaseSensitivity cs : {Qt::CaseInsensitive, Qt::CaseSensitive}) {
+            QCOMPARE(matchedCharacters(TVLQuote::singleQuotesSearchPattern(), cs),
+                     sorted(TVLQuote::singleQuotes()));
+            QCOMPARE(matchedCharacters(TVLQuote::doubleQuotesSearchPattern(), cs),
+                     sorted(TVLQuote::doubleQuotes()));
+        }
+    }
+
+    void plainFormsComeFirst()
+    {
+        QCOMPARE(TVLQuote::singleQuotes().front(), TVLQuote::asciiSingleQuote());
+        QCOMPARE(TVLQuote::doubleQuotes().front(), TVLQuote::asciiDoubleQuote());
+    }
+
+    /** The one can be put in for its mark first, and the other then, in a text that has both. */
+    void patternsDoNotHoldEachOthersMark()
+    {
+        QVERIFY(!TVLQuote::singleQuotesSearchPattern().contains(TVLQuote::asciiDoubleQuote()));
+        QVERIFY(!TVLQuote::doubleQuotesSearchPattern().contains(TVLQuote::asciiSingleQuote()));
+    }
+};
+
+TVL_TEST_MAIN(TstQuote)
+#include "tst_quote.moc"
