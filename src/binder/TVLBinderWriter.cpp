@@ -6,6 +6,7 @@
 
 #include "TCoreType.h"
 #include "TUuid.h"
+#include "TVLXmlText_p.h"
 
 #include <QCoreApplication>
 
@@ -22,11 +23,6 @@ QString uuidText(const QUuid &uuid)
     return TUuid::toStringNoBraces(uuid, true);
 }
 
-bool isDroppedControl(char16_t unit)
-{
-    return unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r';
-}
-
 } // namespace
 
 TVLBinderWriter::TVLBinderWriter()
@@ -40,41 +36,9 @@ TVLBinderWriter::TVLBinderWriter(QIODevice *device)
     setAutoFormatting(true);
 }
 
-QString TVLBinderWriter::xmlText(const QString &text)
-{
-    const auto needsCare = [](QChar ch) {
-        return isDroppedControl(ch.unicode()) || ch.isSurrogate() || ch.unicode() >= 0xfffe;
-    };
-    if (std::none_of(text.cbegin(), text.cend(), needsCare))
-        return text;
-
-    QString clean;
-    clean.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar ch = text.at(i);
-        if (ch.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-            clean.append(ch);
-            clean.append(text.at(++i));
-        } else if (ch.isSurrogate() || ch.unicode() >= 0xfffe) {
-            clean.append(QChar::ReplacementCharacter);
-        } else if (!isDroppedControl(ch.unicode())) {
-            clean.append(ch);
-        }
-    }
-    return clean;
-}
-
 void TVLBinderWriter::writeCharacters(const QString &text)
 {
-    const QString clean = xmlText(text);
-    qsizetype start = 0;
-    // A carriage return as it stands would be read as a line feed.
-    for (qsizetype end = clean.indexOf(u'\r'); end >= 0; end = clean.indexOf(u'\r', start)) {
-        QXmlStreamWriter::writeCharacters(clean.sliced(start, end - start));
-        writeEntityReference(u"#13"_qs);
-        start = end + 1;
-    }
-    QXmlStreamWriter::writeCharacters(start == 0 ? clean : clean.sliced(start));
+    tvlWriteXmlCharacters(this, text);
 }
 
 void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
@@ -86,12 +50,12 @@ void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
 
 void TVLBinderWriter::writeAttribute(const QString &name, const QString &value)
 {
-    QXmlStreamWriter::writeAttribute(name, xmlText(value));
+    QXmlStreamWriter::writeAttribute(name, tvlXmlText(value));
 }
 
 void TVLBinderWriter::writeCDATA(const QString &text)
 {
-    QXmlStreamWriter::writeCDATA(xmlText(text));
+    QXmlStreamWriter::writeCDATA(tvlXmlText(text));
 }
 
 void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLProjectNode *root)
@@ -274,7 +238,7 @@ void TVLBinderWriter::writeCustomMetaData(const QMap<QString, QString> &values)
     writeStartElement(CustomMetaData);
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         // A field without a key is an error to the reader and would cost the whole binder.
-        const QString key = xmlText(value.key());
+        const QString key = tvlXmlText(value.key());
         if (key.isEmpty())
             continue;
         writeStartElement(MetaDataItem);

@@ -98,9 +98,6 @@ private:
     // and the time that it takes, grow with the square of its depth.
     static constexpr int DeepestIndentedItem = 100;
 
-    /** The text as XML can hold it; the text itself, unshared, in all but the rarest cases. */
-    [[nodiscard]] static QString xmlText(const QString &text);
-
     void writeItemStart(const TVLProjectNode *node, bool mobile);
     void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
     void writeTextSettings(const TVLProjectNodeProperties &properties);

@@ -2,6 +2,7 @@
 
 #include "TVLBinderFields_p.h"
 #include "TVLBinderWords_p.h"
+#include "TVLXmlText_p.h"
 
 #include <QPrinter>
 
@@ -36,7 +37,7 @@ void TVLBinderWriter::writeProjectProperties(const TVLBinderProject *project)
 {
     bool hasStarted = false;
     for (const QString &tag : tvlProjectPropertyTags()) {
-        const QString value = xmlText(project->projectProperty(tag));
+        const QString value = tvlXmlText(project->projectProperty(tag));
         if (value.isEmpty())
             continue;
         if (!std::exchange(hasStarted, true))
@@ -72,7 +73,7 @@ void TVLBinderWriter::writeDraftTarget(const TVLDraftTarget &target)
         writeFlagAttribute(Attribute::ShowOverrun, true);
     if (target.mBuffer > 0)
         writeAttribute(Attribute::Buffer, QString::number(target.mBuffer));
-    const QString deadline = xmlText(target.mDeadline);
+    const QString deadline = tvlXmlText(target.mDeadline);
     if (!deadline.isEmpty())
         writeAttribute(Attribute::Deadline, deadline);
     writeFlagAttribute(Attribute::IgnoreDeadline, target.mIgnoreDeadline);
@@ -133,7 +134,7 @@ void TVLBinderWriter::writeBackupSettings(bool included)
 void TVLBinderWriter::writeFullScreenBackdrop(const QVariant &value)
 {
     const bool isItem = value.typeId() == QMetaType::Int;
-    const QString text = xmlText(value.toString());
+    const QString text = tvlXmlText(value.toString());
     if (isItem ? value.toInt() < 0 : value.typeId() != QMetaType::QString || text.isEmpty())
         return;
     writeStartElement(FullScreenBackdrop);

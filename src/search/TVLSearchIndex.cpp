@@ -1,12 +1,15 @@
 #include "TVLSearchIndex.h"
 
-#include "TVL.h"
+#include "TVLMatchFunction_p.h"
+#include "TVLSearchRows_p.h"
 
 #include <QDebug>
 #include <QSqlError>
 #include <QUuid>
 
 #include <algorithm>
+
+using namespace TVLSearchSql;
 
 namespace {
 
@@ -21,11 +24,10 @@ const QString CreateTables[] = {
     u"CREATE INDEX dspIndex ON DocumentSearchProperties (identity, type)"_qs,
 };
 
-// Without these the keywords of one document, and the documents of one keyword, could only be found
-// by looking at all rows. They are made when there are rows, as many at once cost less without.
-const QString CreateDocumentIndexes[] = {
-    u"CREATE INDEX dipDocumentIndex ON DocumentIntProperties (identity, type)"_qs,
-    u"CREATE INDEX dipValueIndex ON DocumentIntProperties (type, propertyValue)"_qs,
+// Never valid SQL to this driver; nothing in the library calls for them.
+const QString DropTables[] = {
+    u"DROP TABLE IF EXISTS DocumentSearchProperties, ProjectKeywords, ProjectLabels, ProjectStatusItems, DocumentIntProperties;"_qs,
+    u"DROP INDEX dspIndex ON DocumentSearchProperties;"_qs,
 };
 
 const QString InsertLabel =
@@ -48,41 +50,7 @@ const QString SelectStatusItems =
 const QString SelectStatusIds = u"SELECT identity FROM ProjectStatusItems"_qs;
 const QString DeleteStatusItems = u"DELETE FROM ProjectStatusItems"_qs;
 
-const QString InsertKeyword = u"INSERT INTO ProjectKeywords (identity, title) VALUES (:i, :t)"_qs;
-const QString UpdateKeyword = u"UPDATE ProjectKeywords SET title = :t WHERE identity = :i"_qs;
-const QString DeleteKeyword = u"DELETE FROM ProjectKeywords WHERE identity = :i"_qs;
-const QString DeleteKeywordOfDocuments =
-    u"DELETE FROM DocumentIntProperties WHERE propertyValue = :i AND type = :t"_qs;
-
-const QString InsertDocumentInt =
-    u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_qs;
-const QString DeleteDocumentKeyword =
-    u"DELETE FROM DocumentIntProperties WHERE identity = :i AND propertyValue = :v AND type = :t"_qs;
-const QString DeleteDocumentKeywords =
-    u"DELETE FROM DocumentIntProperties WHERE identity = :i AND type = :t"_qs;
-const QString DeleteAllDocumentKeywords = u"DELETE FROM DocumentIntProperties WHERE type = %1"_qs;
-const QString SelectKeywordDocuments =
-    u"SELECT DISTINCT identity FROM DocumentIntProperties WHERE type = :t AND propertyValue = :v"_qs;
-const QString DeleteDocumentInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_qs;
-
 } // namespace Statement
-
-bool succeeded(const QSqlQuery &query, bool result, int line)
-{
-    if (!result)
-        qCritical() << "sql error" << query.lastQuery() << query.lastError().text() << line;
-    return result;
-}
-
-bool prepare(QSqlQuery *query, const QString &statement, int line)
-{
-    return succeeded(*query, query->prepare(statement), line);
-}
-
-bool run(QSqlQuery *query, const QString &statement, int line)
-{
-    return succeeded(*query, query->exec(statement), line);
-}
 
 /** A null string for an invalid colour: the column then holds NULL. */
 QVariant colorValue(const QColor &color)
@@ -136,8 +104,9 @@ Record selectRow(const QSqlDatabase &database, const QString &statement, int id,
 
 } // namespace
 
-TVLSearchIndex::TVLSearchIndex()
+TVLSearchIndex::TVLSearchIndex(TVLSearchedProject *project)
     : QSqlDatabase(QSqlDatabase::addDatabase(u"QSQLITE"_qs, QUuid::createUuid().toString()))
+    , mProject(project)
 {
     // Without a name the driver opens a private temporary database that vanishes when it is closed.
     setDatabaseName(QString());
@@ -145,17 +114,30 @@ TVLSearchIndex::TVLSearchIndex()
         qCritical() << "could not open QSQLITE connection" << lastError().text();
         return;
     }
-    (void)createTables();
+    keepInMemory(*this);
+    (void)tvlInstallMatchFunction(*this);
+    if (createTables())
+        prepareInserts();
 }
 
 TVLSearchIndex::~TVLSearchIndex()
 {
     const QString name = connectionName();
+    mInsertText.reset();
+    mInsertInt.reset();
     mQueries.clear();
     close();
     // The registry holds on to the name until no handle to the connection is left.
     static_cast<QSqlDatabase &>(*this) = QSqlDatabase();
     removeDatabase(name);
+}
+
+void TVLSearchIndex::prepareInserts()
+{
+    mInsertText = std::make_unique<QSqlQuery>(*this);
+    mInsertInt = std::make_unique<QSqlQuery>(*this);
+    if (!mInsertText->prepare(InsertText) || !mInsertInt->prepare(InsertInt))
+        qCritical() << "sql error" << lastError().text();
 }
 
 bool TVLSearchIndex::createTables()
@@ -164,6 +146,18 @@ bool TVLSearchIndex::createTables()
     for (const QString &statement : Statement::CreateTables) {
         if (!query.exec(statement)) {
             qCritical() << "could not create schema:" << query.lastError().text();
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TVLSearchIndex::dropTables()
+{
+    QSqlQuery query(*this);
+    for (const QString &statement : Statement::DropTables) {
+        if (!query.exec(statement)) {
+            qCritical() << "could not drop schema:" << query.lastError().text();
             return false;
         }
     }
@@ -255,19 +249,25 @@ QSet<int> TVLSearchIndex::statusIDs() const
     return identities(Statement::SelectStatusIds);
 }
 
-// --- Keywords
+// --- All tables
+
+QSqlQuery *TVLSearchIndex::prepared(const QString &statement, int line) const
+{
+    const auto known = mQueries.find(statement);
+    if (known != mQueries.end())
+        return &known->second;
+    QSqlQuery query(*this);
+    query.setForwardOnly(true);
+    if (!prepare(&query, statement, line))
+        return nullptr;
+    return &mQueries.emplace(statement, std::move(query)).first->second;
+}
 
 QSqlQuery *TVLSearchIndex::execute(const QString &statement, Bindings bindings, int line) const
 {
-    auto known = mQueries.find(statement);
-    if (known == mQueries.end()) {
-        QSqlQuery query(*this);
-        query.setForwardOnly(true);
-        if (!prepare(&query, statement, line))
-            return nullptr;
-        known = mQueries.emplace(statement, std::move(query)).first;
-    }
-    QSqlQuery *query = &known->second;
+    QSqlQuery *query = prepared(statement, line);
+    if (!query)
+        return nullptr;
     for (const auto &[placeholder, value] : bindings)
         query->bindValue(placeholder, value);
     return succeeded(*query, query->exec(), line) ? query : nullptr;
@@ -283,95 +283,6 @@ bool TVLSearchIndex::change(const QString &statement, Bindings bindings, int lin
     return true;
 }
 
-bool TVLSearchIndex::addKeyword(int id, const QString &title)
-{
-    return change(Statement::InsertKeyword, {{u":i"_qs, id}, {u":t"_qs, title}}, __LINE__);
-}
-
-bool TVLSearchIndex::removeKeyword(int id)
-{
-    const bool removed = change(Statement::DeleteKeywordOfDocuments,
-                                {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}}, __LINE__);
-    return change(Statement::DeleteKeyword, {{u":i"_qs, id}}, __LINE__) && removed;
-}
-
-bool TVLSearchIndex::updateKeyword(int id, const QString &title)
-{
-    return change(Statement::UpdateKeyword, {{u":t"_qs, title}, {u":i"_qs, id}}, __LINE__);
-}
-
-void TVLSearchIndex::createDocumentIndexes()
-{
-    if (mHasDocumentIndexes)
-        return;
-    mHasDocumentIndexes = true;
-    QSqlQuery query(*this);
-    for (const QString &statement : Statement::CreateDocumentIndexes)
-        run(&query, statement, __LINE__);
-}
-
-bool TVLSearchIndex::addDocumentKeyword(int id, int keywordId)
-{
-    createDocumentIndexes();
-    return change(Statement::InsertDocumentInt,
-                  {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}, {u":v"_qs, keywordId}},
-                  __LINE__);
-}
-
-bool TVLSearchIndex::removeDocumentKeyword(int id, int keywordId)
-{
-    return change(Statement::DeleteDocumentKeyword,
-                  {{u":i"_qs, id}, {u":v"_qs, keywordId}, {u":t"_qs, int(TVL::KeywordsProperty)}},
-                  __LINE__);
-}
-
-bool TVLSearchIndex::setDocumentKeywords(int id, const QList<int> &keywordIds)
-{
-    return change(Statement::DeleteDocumentKeywords,
-                  {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}}, __LINE__)
-        && std::all_of(keywordIds.begin(), keywordIds.end(),
-                       [&](int keywordId) { return addDocumentKeyword(id, keywordId); });
-}
-
-bool TVLSearchIndex::setAllDocumentKeywords(const QList<std::pair<int, int>> &rows)
-{
-    QSqlQuery insert(*this);
-    if (!prepare(&insert, Statement::InsertDocumentInt, __LINE__))
-        return false;
-    insert.bindValue(u":t"_qs, int(TVL::KeywordsProperty));
-    const bool replaced =
-        replaceRows(Statement::DeleteAllDocumentKeywords.arg(int(TVL::KeywordsProperty)), rows,
-                    [&insert](const std::pair<int, int> &row) {
-                        insert.bindValue(u":i"_qs, row.first);
-                        insert.bindValue(u":v"_qs, row.second);
-                        return succeeded(insert, insert.exec(), __LINE__);
-                    });
-    if (!rows.isEmpty())
-        createDocumentIndexes();
-    return replaced;
-}
-
-QSet<int> TVLSearchIndex::affectedDocuments(int keywordId) const
-{
-    QSet<int> ids;
-    QSqlQuery *query =
-        execute(Statement::SelectKeywordDocuments,
-                {{u":t"_qs, int(TVL::KeywordsProperty)}, {u":v"_qs, keywordId}}, __LINE__);
-    if (!query)
-        return ids;
-    while (query->next())
-        ids.insert(query->value(0).toInt());
-    query->finish();
-    return ids;
-}
-
-bool TVLSearchIndex::removeDocument(int id)
-{
-    return change(Statement::DeleteDocumentInts, {{u":i"_qs, id}}, __LINE__);
-}
-
-// --- All tables
-
 QSet<int> TVLSearchIndex::identities(const QString &statement) const
 {
     QSet<int> ids;
@@ -382,24 +293,4 @@ QSet<int> TVLSearchIndex::identities(const QString &statement) const
     while (query.next())
         ids.insert(query.value(0).toInt());
     return ids;
-}
-
-template <typename Row, typename Add>
-bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row> &rows, Add add)
-{
-    if (!transaction()) {
-        qCritical() << "sql error" << lastError().text() << __LINE__;
-        return false;
-    }
-    const bool wasModified = mIsModified;
-    QSqlQuery query(*this);
-    const bool replaced =
-        run(&query, deleteStatement, __LINE__) && std::all_of(rows.begin(), rows.end(), add);
-    if (replaced && commit()) {
-        mIsModified = true;
-        return true;
-    }
-    rollback();
-    mIsModified = wasModified;
-    return false;
 }

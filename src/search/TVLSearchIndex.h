@@ -1,25 +1,48 @@
 #pragma once
 
+#include "TVL.h"
 #include "TVLLabel.h"
 #include "TVLStatusItem.h"
 #include "TvlExport.h"
 
 #include <QList>
+#include <QMap>
 #include <QSet>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QVariant>
 
 #include <initializer_list>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 
+class QIODevice;
+class QModelIndex;
+class QProgressDialog;
+class QXmlStreamReader;
+class TVLCollectionMetaData;
+class TVLProjectNode;
+class TVLSearchedProject;
+
 /**
- * The store of a project's labels and status items, of its keywords' titles and of which item
- * carries which keyword, and the ground of its search index: a private SQLite database that lives
- * only as long as the object.
+ * What a project can be searched by: the texts of its items, which keywords, label and status each
+ * has, and the project's labels, status items and keywords themselves, of which it is the store.
  *
- * The object is the connection. Every project has one of its own, under a random name.
+ * It is a private SQLite database that lives only as long as the object, in memory, and the object
+ * is the connection. Every project has one of its own, under a random name. The texts are kept
+ * between sessions in the file `search.indexes`; what else it holds comes from the binder each
+ * time.
+ *
+ * A text is **confirmed** when it is known to be the present one. A search first asks the project
+ * for all that aren't, so it never misses what was written a moment ago. What a file says of a text
+ * is confirmed when the document file still has the hash that was recorded with it.
+ *
+ * The first such update opens a transaction that stays open: all later changes belong to it, and it
+ * ends with the database. What is to be taken back on a failure is so by itself.
+ *
+ * The texts of a removed item stay, in the file as well, and are found; who asks for items has to
+ * pass over ids that no item has.
  *
  * Failures are logged at critical level with the words "sql error", the statement, the driver's
  * text and a line number; the operation then returns false or an empty result and the store stays
@@ -28,14 +51,89 @@
 class TVL_EXPORT TVLSearchIndex : public QSqlDatabase
 {
 public:
-    /** Opens the database and creates its tables. */
-    TVLSearchIndex();
+    /**
+     * Opens the database and creates its tables. The project isn't owned and has to outlive the
+     * object; without one there is no file and nothing to ask for texts.
+     */
+    explicit TVLSearchIndex(TVLSearchedProject *project = nullptr);
     /** Closes the database; what it held is gone. */
     ~TVLSearchIndex();
     Q_DISABLE_COPY_MOVE(TVLSearchIndex)
 
-    /** Whether something changed since the index was made. */
+    /** Whether load() has been called, with whatever result. */
+    [[nodiscard]] bool isLoaded() const { return mIsLoaded; }
+    /** Whether something changed since the index was made, loaded or saved. */
     [[nodiscard]] bool isModified() const { return mIsModified; }
+
+    /** The TVL::DocumentProperty values that are texts. */
+    [[nodiscard]] static const QSet<int> &stringDocumentProperties();
+
+    bool createTables();
+    bool dropTables();
+
+    /** @name The file of the texts @{ */
+    [[nodiscard]] QString searchIndexesFilePath() const;
+    /**
+     * Reads the file into the rows of items that were added before; an item that it doesn't name,
+     * or all if there is no file, stay unconfirmed. False when it can't be read to its end, with
+     * the reason in @p error; nothing of it is taken over then.
+     */
+    bool load(QString *error = nullptr);
+    /** Writes the file, in place and all at once. isModified() stays set when that fails. */
+    void save();
+    /** Does nothing. */
+    void readSearchIndexes() const { }
+    /** @} */
+
+    /** @name Items and their properties
+     * An item is known by its id. One that the index doesn't know changes nothing, without error.
+     * @{
+     */
+    /** Adds an item; false for null and for the three root folders, which are never searched. */
+    bool addProjectNode(const TVLProjectNode *node);
+    bool addDocument(const QModelIndex &index);
+    /** Adds an item with a title and no confirmed texts. False for a negative id. */
+    bool addDocumentData(int id, const QString &title, int labelId, int statusId,
+                         const QList<int> &keywordIds);
+    /** Forgets an item's keywords, label and status. Its texts stay. */
+    bool removeDocument(int id);
+
+    /** Sets a text, a label or a status. A confirmed text of a document file also has the file's
+     * hash recorded. */
+    void updatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property,
+                            const QVariant &value, bool confirmed);
+    /** Notes that a text may have changed. */
+    void invalidatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property);
+    void invalidateProperty(int id, TVL::DocumentProperty property);
+    /** The same for what a document file holds. */
+    void invalidateDocumentNode(const TVLProjectNode *node, TVL::DocumentType type);
+    void invalidateDocument(int id, TVL::DocumentType type);
+    /** Confirms a text as it is. */
+    void validateProperty(int id, TVL::DocumentProperty property);
+
+    /** Whether a text, confirmed or not, isn't empty. True for null and for a node without id. */
+    [[nodiscard]] bool hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
+    [[nodiscard]] bool hasText(int id, TVL::DocumentProperty property) const;
+    /** @} */
+
+    /** @name Searching @{ */
+    /** The ids of the items that a collection's search finds, each once and in no order. */
+    [[nodiscard]] QList<int> indexes(const TVLCollectionMetaData &collection);
+    /** The items of which one text matches; @p flags are those of TVLTextMatcher. */
+    [[nodiscard]] QSet<int> searchTextProperties(const QStringList &words, int flags,
+                                                 TVL::DocumentProperty property) const;
+    /** The items of which a keyword, the label or the status matches, always by whole words. */
+    [[nodiscard]] QSet<int> searchIntProperties(const QStringList &words, int flags,
+                                                TVL::DocumentProperty property) const;
+    /** Asks the project for all texts that aren't confirmed; with a dialog given, texts are
+     * confirmed by the hashes of their files where that will do. */
+    void validateIndexes(QProgressDialog *progress);
+    /** The unconfirmed texts of each item. Titles are never among them. */
+    [[nodiscard]] QMap<int, QList<TVL::DocumentProperty>> notConfirmedIndexes() const;
+    /** Asks the project for some texts of an item. */
+    void updateIndexProperties(const QModelIndex &index,
+                               const QList<TVL::DocumentProperty> &properties, bool useChecksums);
+    /** @} */
 
     /** Appends a label; false when its id is taken. An invalid colour is kept as none. */
     bool addLabel(int id, const QString &title, const QColor &color);
@@ -78,22 +176,40 @@ public:
     [[nodiscard]] QSet<int> affectedDocuments(int keywordId) const;
     /** @} */
 
-    /** Forgets a document's keywords, label and status. Its texts stay. */
-    bool removeDocument(int id);
-
 private:
     using Bindings = std::initializer_list<std::pair<QString, QVariant>>;
 
-    [[nodiscard]] bool createTables();
+    void prepareInserts();
+    [[nodiscard]] QSqlQuery *prepared(const QString &statement, int line) const;
     [[nodiscard]] QSqlQuery *execute(const QString &statement, Bindings bindings, int line) const;
     bool change(const QString &statement, Bindings bindings, int line);
-    void createDocumentIndexes();
+    void createDocumentIndexes() const;
     [[nodiscard]] QSet<int> identities(const QString &statement) const;
     template <typename Row, typename Add>
     bool replaceRows(const QString &deleteStatement, const QList<Row> &rows, Add add);
 
+    void insertText(int id, int property, const QString &text, bool confirmed);
+    void insertInt(int id, int property, int value);
+    void updatePropertyPrivate(int id, TVL::DocumentProperty property, const QVariant &value,
+                               bool confirmed);
+    void setConfirmed(int id, TVL::DocumentProperty property, bool confirmed);
+
+    [[nodiscard]] bool loadDocuments(QIODevice *device, QString *error);
+    void loadDocument(QXmlStreamReader *reader);
+
+    [[nodiscard]] QSet<int> documentsOfTitle(const QString &word, int flags,
+                                             TVL::DocumentProperty property) const;
+    [[nodiscard]] QString presentText(const QModelIndex &index,
+                                      TVL::DocumentProperty property) const;
+    [[nodiscard]] bool isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const;
+
+    TVLSearchedProject *mProject; ///< Not owned; may be null.
+    bool mIsLoaded = false;
     bool mIsModified = false;
-    bool mHasDocumentIndexes = false;
+    std::unique_ptr<QSqlQuery> mInsertText; ///< Null until the tables are there.
+    std::unique_ptr<QSqlQuery> mInsertInt; ///< Null until the tables are there.
+    bool mHasDocumentInts = false;
+    mutable bool mHasDocumentIndexes = false;
     /** Those statements that run for item after item, each prepared once. */
     mutable std::unordered_map<QString, QSqlQuery> mQueries;
 };

@@ -1,0 +1,200 @@
+#include "TVLSearchIndex.h"
+
+#include "TVLProjectChecksums.h"
+#include "TVLProjectNode.h"
+#include "TVLSearchSql_p.h"
+#include "TVLSearchedProject.h"
+
+#include <QModelIndex>
+
+using namespace TVLSearchSql;
+
+namespace {
+
+namespace Statement {
+
+const QString UpdateText =
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_qs;
+const QString UpdateInt =
+    u"UPDATE DocumentIntProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
+const QString UpdateConfirmed =
+    u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_qs;
+const QString DeleteTexts = u"DELETE FROM DocumentSearchProperties WHERE identity = :i"_qs;
+const QString DeleteInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_qs;
+const QString SelectNonEmpty =
+    u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_qs;
+
+} // namespace Statement
+
+bool isText(TVL::DocumentProperty property)
+{
+    return TVLSearchIndex::stringDocumentProperties().contains(property);
+}
+
+bool isLabelOrStatus(TVL::DocumentProperty property)
+{
+    return property == TVL::LabelProperty || property == TVL::StatusProperty;
+}
+
+/** The three root folders are never searched. */
+bool isSearchable(const TVLProjectNode *node)
+{
+    return node && node->mNodeType != TVL::DraftFolder && node->mNodeType != TVL::ResearchFolder
+        && node->mNodeType != TVL::TrashFolder;
+}
+
+} // namespace
+
+const QSet<int> &TVLSearchIndex::stringDocumentProperties()
+{
+    static const QSet<int> properties = {TVL::TitleProperty,          TVL::TextProperty,
+                                         TVL::NotesProperty,          TVL::SynopsisProperty,
+                                         TVL::CustomMetaDataProperty, TVL::CommentsProperty};
+    return properties;
+}
+
+// --- Rows of an item
+
+bool TVLSearchIndex::addProjectNode(const TVLProjectNode *node)
+{
+    return isSearchable(node)
+        && addDocumentData(node->mId, node->mTitle, node->mLabelId, node->mStatusId,
+                           node->mKeywords);
+}
+
+bool TVLSearchIndex::addDocument(const QModelIndex &index)
+{
+    return addProjectNode(static_cast<const TVLProjectNode *>(index.internalPointer()));
+}
+
+bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, int statusId,
+                                     const QList<int> &keywordIds)
+{
+    if (id < 0 || !mInsertText)
+        return false;
+    for (const int property : stringDocumentProperties()) {
+        const bool isTitle = property == TVL::TitleProperty;
+        insertText(id, property, isTitle ? title : QString(), isTitle);
+    }
+    insertInt(id, TVL::LabelProperty, labelId);
+    insertInt(id, TVL::StatusProperty, statusId);
+    for (const int keywordId : keywordIds)
+        addDocumentKeyword(id, keywordId);
+    mIsModified = true;
+    return true;
+}
+
+void TVLSearchIndex::insertText(int id, int property, const QString &text, bool confirmed)
+{
+    mInsertText->bindValue(u":i"_qs, id);
+    mInsertText->bindValue(u":t"_qs, property);
+    mInsertText->bindValue(u":v"_qs, textValue(text));
+    mInsertText->bindValue(u":c"_qs, confirmed);
+    succeeded(*mInsertText, mInsertText->exec(), __LINE__);
+}
+
+void TVLSearchIndex::insertInt(int id, int property, int value)
+{
+    mHasDocumentInts = true;
+    mInsertInt->bindValue(u":i"_qs, id);
+    mInsertInt->bindValue(u":t"_qs, property);
+    mInsertInt->bindValue(u":v"_qs, value);
+    succeeded(*mInsertInt, mInsertInt->exec(), __LINE__);
+}
+
+bool TVLSearchIndex::removeDocument(int id)
+{
+    createDocumentIndexes();
+    // Bound and not run: the texts of what was removed stay to be found, as they always have.
+    if (QSqlQuery *texts = prepared(Statement::DeleteTexts, __LINE__))
+        texts->bindValue(u":i"_qs, id);
+    return change(Statement::DeleteInts, {{u":i"_qs, id}}, __LINE__);
+}
+
+// --- Values
+
+void TVLSearchIndex::updatePropertyPrivate(int id, TVL::DocumentProperty property,
+                                           const QVariant &value, bool confirmed)
+{
+    if (isText(property)) {
+        change(Statement::UpdateText,
+               {{u":v"_qs, textValue(value.toString())},
+                {u":c"_qs, confirmed},
+                {u":id"_qs, id},
+                {u":t"_qs, int(property)}},
+               __LINE__);
+    } else if (isLabelOrStatus(property)) {
+        createDocumentIndexes();
+        change(Statement::UpdateInt,
+               {{u":v"_qs, value}, {u":id"_qs, id}, {u":t"_qs, int(property)}}, __LINE__);
+    }
+}
+
+void TVLSearchIndex::updatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                        const QVariant &value, bool confirmed)
+{
+    if (!node)
+        return;
+    updatePropertyPrivate(node->mId, property, value, confirmed);
+    if (mProject && confirmed && TVL::canConvertToDocType(property))
+        mProject->checksums()->updateHashSumNode(node, TVL::toDocumentType(property));
+}
+
+void TVLSearchIndex::setConfirmed(int id, TVL::DocumentProperty property, bool confirmed)
+{
+    if (isText(property))
+        change(Statement::UpdateConfirmed,
+               {{u":c"_qs, confirmed}, {u":id"_qs, id}, {u":t"_qs, int(property)}}, __LINE__);
+}
+
+void TVLSearchIndex::validateProperty(int id, TVL::DocumentProperty property)
+{
+    setConfirmed(id, property, true);
+}
+
+void TVLSearchIndex::invalidateProperty(int id, TVL::DocumentProperty property)
+{
+    if (!isLabelOrStatus(property)) {
+        setConfirmed(id, property, false);
+        return;
+    }
+    // A label or a status is never stale. No statement was made for them, and the log says so.
+    QSqlQuery none(*this);
+    none.bindValue(u":c"_qs, false);
+    none.bindValue(u":id"_qs, id);
+    none.bindValue(u":t"_qs, int(property));
+    succeeded(none, none.exec(), __LINE__);
+}
+
+void TVLSearchIndex::invalidatePropertyNode(const TVLProjectNode *node,
+                                            TVL::DocumentProperty property)
+{
+    if (node)
+        invalidateProperty(node->mId, property);
+}
+
+void TVLSearchIndex::invalidateDocumentNode(const TVLProjectNode *node, TVL::DocumentType type)
+{
+    invalidatePropertyNode(node, TVL::toDocumentProperty(type));
+}
+
+void TVLSearchIndex::invalidateDocument(int id, TVL::DocumentType type)
+{
+    invalidateProperty(id, TVL::toDocumentProperty(type));
+}
+
+bool TVLSearchIndex::hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const
+{
+    return !node || node->mId < 0 || hasText(node->mId, property);
+}
+
+bool TVLSearchIndex::hasText(int id, TVL::DocumentProperty property) const
+{
+    QSqlQuery *query =
+        execute(Statement::SelectNonEmpty, {{u":t"_qs, int(property)}, {u":i"_qs, id}}, __LINE__);
+    if (!query)
+        return false;
+    const bool found = query->next();
+    query->finish();
+    return found;
+}

@@ -1,0 +1,265 @@
+#include "TVLSearchIndex.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLSearchSql_p.h"
+#include "TVLSearchedProject.h"
+#include "TVLXmlText_p.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QHash>
+#include <QSqlError>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+using namespace TVLSearchSql;
+
+namespace {
+
+const QString RootTag = u"SearchIndexes"_qs;
+const QString VersionAttribute = u"Version"_qs;
+const QString Version = u"1.0"_qs;
+const QString DocumentsTag = u"Documents"_qs;
+const QString DocumentTag = u"Document"_qs;
+const QString IdAttribute = u"ID"_qs;
+
+struct TextElement
+{
+    TVL::DocumentProperty property;
+    QString tag;
+};
+
+/** In the order in which they are written. */
+const std::array<TextElement, 6> TextElements = {{
+    {TVL::TitleProperty, u"Title"_qs},
+    {TVL::SynopsisProperty, u"Synopsis"_qs},
+    {TVL::TextProperty, u"Text"_qs},
+    {TVL::CustomMetaDataProperty, u"CustomMetaData"_qs},
+    {TVL::NotesProperty, u"Notes"_qs},
+    {TVL::CommentsProperty, u"Comments"_qs},
+}};
+
+const QString SelectIdentities = u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs;
+const QString SelectText =
+    u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_qs;
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("TVLSearchIndex", text);
+}
+
+void setError(QString *error, const QString &text)
+{
+    if (error)
+        *error = text;
+}
+
+/** Goes on to the first child of a name; false at the end of the element that the reader is in. */
+bool enterChild(QXmlStreamReader *reader, const QString &tag)
+{
+    while (reader->readNextStartElement()) {
+        if (reader->qualifiedName() == tag)
+            return true;
+        reader->skipCurrentElement();
+    }
+    return false;
+}
+
+/** Goes on to the root element. A document type is refused: the file has none, and what its
+ * entities stand for would be missing from the texts. */
+bool enterRoot(QXmlStreamReader *reader, const QString &tag)
+{
+    while (!reader->atEnd() && !reader->isStartElement()) {
+        if (reader->readNext() == QXmlStreamReader::DTD)
+            reader->raiseError(translated("The search.indexes file has a document type"));
+    }
+    return !reader->hasError() && reader->qualifiedName() == tag;
+}
+
+/** The text of the element that the reader is in, with that of its children, however deep. */
+QString readText(QXmlStreamReader *reader)
+{
+    QString text;
+    for (int depth = 1; depth > 0 && !reader->atEnd();) {
+        reader->readNext();
+        if (reader->isStartElement())
+            ++depth;
+        else if (reader->isEndElement())
+            --depth;
+        else if (reader->isCharacters())
+            text += reader->text();
+    }
+    return text;
+}
+
+void readToEnd(QXmlStreamReader *reader)
+{
+    while (!reader->atEnd())
+        reader->readNext();
+}
+
+/** Writes an item by its texts, which the queries give in the order of TextElements. */
+bool writeDocument(QXmlStreamWriter *writer, int id, std::vector<QSqlQuery> *texts)
+{
+    writer->writeStartElement(DocumentTag);
+    writer->writeAttribute(IdAttribute, QString::number(id));
+    for (std::size_t i = 0; i < TextElements.size(); ++i) {
+        QSqlQuery &query = texts->at(i);
+        query.bindValue(u":i"_qs, id);
+        if (!succeeded(query, query.exec(), __LINE__))
+            return false;
+        const QString text = query.next() ? tvlXmlText(query.value(0).toString()) : QString();
+        query.finish();
+        if (text.isEmpty())
+            continue;
+        writer->writeStartElement(TextElements[i].tag);
+        tvlWriteXmlCharacters(writer, text);
+        writer->writeEndElement();
+    }
+    writer->writeEndElement();
+    return true;
+}
+
+/** Writes all items; false when the database fails. */
+bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database)
+{
+    QSqlQuery identities(database);
+    identities.setForwardOnly(true);
+    if (!run(&identities, SelectIdentities, __LINE__))
+        return false;
+    std::vector<QSqlQuery> texts;
+    for (const TextElement &element : TextElements) {
+        QSqlQuery &query = texts.emplace_back(database);
+        query.setForwardOnly(true);
+        if (!prepare(&query, SelectText, __LINE__))
+            return false;
+        query.bindValue(u":t"_qs, int(element.property));
+    }
+
+    writer->writeStartDocument();
+    writer->writeStartElement(RootTag);
+    writer->writeAttribute(VersionAttribute, Version);
+    writer->writeStartElement(DocumentsTag);
+    while (identities.next()) {
+        if (!writeDocument(writer, identities.value(0).toInt(), &texts))
+            return false;
+    }
+    writer->writeEndDocument();
+    return succeeded(identities, !identities.lastError().isValid(), __LINE__);
+}
+
+} // namespace
+
+QString TVLSearchIndex::searchIndexesFilePath() const
+{
+    return mProject ? TVLProjectFolderFormat::searchIndexesFilePath(mProject->searchedPath())
+                    : QString();
+}
+
+// --- Reading
+
+bool TVLSearchIndex::load(QString *error)
+{
+    mIsLoaded = true;
+    mIsModified = false;
+    if (!mProject || !QFile::exists(searchIndexesFilePath()))
+        return true;
+    QFile file(searchIndexesFilePath());
+    if (!file.open(QIODevice::ReadOnly)) {
+        setError(error, translated("Could not find or open the search.indexes file"));
+        return false;
+    }
+
+    mProject->checksums()->loadChecksums();
+    bool hasFolder = false;
+    TVLProjectFolderFormat::docsDirectory(mProject->searchedPath(), &hasFolder);
+    const bool isRead = hasFolder && loadDocuments(&file, error);
+    mIsModified = false;
+    // A hash vouches for a text that is here. Without the texts it would confirm that there is
+    // none, now or when the file is next read.
+    if (!isRead)
+        mProject->checksums()->setChecksums({});
+    return isRead;
+}
+
+/** All of the file or nothing: what stands before a fault is no more to be relied on. */
+bool TVLSearchIndex::loadDocuments(QIODevice *device, QString *error)
+{
+    Bundle bundle(this);
+    QXmlStreamReader reader(device);
+    reader.setNamespaceProcessing(false);
+    reader.setEntityExpansionLimit(0);
+    const bool hasDocuments = enterRoot(&reader, RootTag) && enterChild(&reader, DocumentsTag);
+    while (hasDocuments && enterChild(&reader, DocumentTag))
+        loadDocument(&reader);
+    readToEnd(&reader);
+
+    if (reader.hasError())
+        setError(error, reader.errorString());
+    else if (!hasDocuments)
+        setError(error, translated("The search.indexes file has no documents"));
+    else
+        setError(error, QString());
+    return hasDocuments && !reader.hasError() && bundle.isOpen() && bundle.keep();
+}
+
+void TVLSearchIndex::loadDocument(QXmlStreamReader *reader)
+{
+    bool isReadable = false;
+    const int id = reader->attributes().value(IdAttribute).toInt(&isReadable);
+    QHash<int, QString> texts;
+    while (reader->readNextStartElement()) {
+        const auto element =
+            std::find_if(TextElements.begin(), TextElements.end(), [&](const TextElement &known) {
+                return known.tag == reader->qualifiedName();
+            });
+        // Of several the first counts.
+        if (element == TextElements.end() || texts.contains(element->property))
+            reader->skipCurrentElement();
+        else
+            texts.insert(element->property, readText(reader));
+    }
+    if (!isReadable || id < 0 || reader->hasError())
+        return;
+
+    const TVLProjectChecksums *checksums = mProject->checksums();
+    const bool isText = checksums->checksumsMatch(id, TVL::MainText);
+    const bool isNotes = checksums->checksumsMatch(id, TVL::NotesText);
+    const bool isSynopsis = checksums->checksumsMatch(id, TVL::SynopsisText);
+    const bool isComments = checksums->checksumsMatch(id, TVL::CommentsFile);
+    const bool isAll = isText && isNotes && isSynopsis && isComments;
+    // The title is the binder's.
+    const std::pair<TVL::DocumentProperty, bool> confirmed[] = {
+        {TVL::SynopsisProperty, isSynopsis}, {TVL::TextProperty, isText},
+        {TVL::NotesProperty, isNotes},       {TVL::CustomMetaDataProperty, isAll},
+        {TVL::CommentsProperty, isComments},
+    };
+    for (const auto &[property, isConfirmed] : confirmed)
+        updatePropertyPrivate(id, property, texts.value(property), isConfirmed);
+}
+
+// --- Writing
+
+void TVLSearchIndex::save()
+{
+    if (!mProject)
+        return;
+    // The file isn't touched before all that it will hold is there.
+    QByteArray content;
+    QXmlStreamWriter writer(&content);
+    writer.setAutoFormatting(true);
+    if (!writeDocuments(&writer, *this))
+        return;
+    if (!TVLCoreUtil::WriteBinaryFile(content, searchIndexesFilePath(), nullptr)) {
+        qCritical() << "could not write to search indexes file";
+        return;
+    }
+    mIsModified = false;
+}

@@ -1,0 +1,272 @@
+#include "TVLSearchIndex.h"
+
+#include "TVLCollectionMetaData.h"
+#include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLSearchSql_p.h"
+#include "TVLSearchedProject.h"
+#include "TVLTextMatcher.h"
+
+#include <QDebug>
+#include <QModelIndex>
+#include <QRegExp>
+#include <QSqlError>
+#include <QStringList>
+
+using namespace TVLSearchSql;
+
+namespace {
+
+const QString SelectUnconfirmed =
+    u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_qs;
+const QString SelectTexts = u"SELECT DISTINCT identity FROM DocumentSearchProperties WHERE "_qs;
+const QString OfType = u"type is ? AND "_qs;
+const QString SelectInts =
+    u"SELECT DocumentIntProperties.identity FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = ?  WHERE matchQString(title, ?, ?, ?)"_qs;
+
+/** The connection that the end of an update is told to. Not that of any project. */
+const QString CommittedConnection = u"searchindex"_qs;
+
+/** A function of the database takes 127 arguments; three aren't words. */
+constexpr qsizetype MostWordsOfACall = 124;
+
+/** What a statement may have bound in every build of the database. Some take more, at a cost that
+ * grows with the square. */
+constexpr qsizetype MostValuesOfAStatement = 32'766;
+
+/** What a search looks for. */
+struct Words
+{
+    QStringList words;
+    int flags = 0;
+};
+
+QStringList splitAtBlanks(const QString &text)
+{
+    static const QRegExp whiteSpace(u"\\s"_qs);
+    return whiteSpace.splitString(text, Qt::SkipEmptyParts);
+}
+
+/** Words with commas between them may have blanks inside. */
+QStringList splitIntoWords(const QString &text)
+{
+    static const QString comma = u", "_qs;
+    return text.contains(comma) ? text.split(comma, Qt::SkipEmptyParts) : splitAtBlanks(text);
+}
+
+Words wordsOf(const TVLCollectionMetaData &collection)
+{
+    const QString &text = collection.mSearchText;
+    switch (collection.mSearchOperator) {
+    case TVL::ExactOperator:
+        return {{text}, TVLTextMatcher::ExactText};
+    case TVL::AllOperator:
+        return {splitIntoWords(text), TVLTextMatcher::EveryWord};
+    case TVL::AnyOperator:
+        return {splitIntoWords(text), 0};
+    case TVL::WholeWordOperator:
+        return {splitAtBlanks(text), TVLTextMatcher::WholeWord};
+    case TVL::RegExpOperator:
+        return {{text}, TVLTextMatcher::RegularExpression};
+    }
+    return {};
+}
+
+/** The tables that the values of properties that aren't texts point into. */
+const QMap<int, QString> &tablesOfInts()
+{
+    static const QMap<int, QString> tables = {
+        {TVL::KeywordsProperty, u"ProjectKeywords"_qs},
+        {TVL::LabelProperty, u"ProjectLabels"_qs},
+        {TVL::StatusProperty, u"ProjectStatusItems"_qs},
+    };
+    return tables;
+}
+
+/** The words in as many portions as there are to be calls of the database's function. */
+QList<QStringList> portionsOf(const QStringList &words)
+{
+    QList<QStringList> portions;
+    for (qsizetype start = 0; start == 0 || start < words.size(); start += MostWordsOfACall)
+        portions.append(words.mid(start, MostWordsOfACall));
+    return portions;
+}
+
+QString matchCall(const QStringList &words)
+{
+    return u"matchQString(propertyValue, ?, ?"_qs + u", ?"_qs.repeated(words.size()) + u')';
+}
+
+/** Each row by itself has to match, so the calls for more words than fit into one are joined in
+ * the statement and not by what they find. */
+QString matchCalls(const QList<QStringList> &portions, int flags)
+{
+    if (portions.size() == 1)
+        return matchCall(portions.constFirst());
+    QStringList calls;
+    for (const QStringList &portion : portions)
+        calls.append(matchCall(portion));
+    return u'(' + calls.join(flags & TVLTextMatcher::EveryWord ? u" AND "_qs : u" OR "_qs) + u')';
+}
+
+void addIdentities(QSqlQuery *query, QSet<int> *ids, int line)
+{
+    while (query->next())
+        ids->insert(query->value(0).toInt());
+    succeeded(*query, !query->lastError().isValid(), line);
+    query->finish();
+}
+
+} // namespace
+
+// --- Searching
+
+QList<int> TVLSearchIndex::indexes(const TVLCollectionMetaData &collection)
+{
+    const auto [words, operatorFlags] = wordsOf(collection);
+    if (words.isEmpty())
+        return {};
+    const bool isCaseSensitive = collection.mCaseSensitivity == Qt::CaseSensitive;
+    const int flags = operatorFlags | (isCaseSensitive ? TVLTextMatcher::CaseSensitive : 0);
+    const TVL::DocumentProperty property = collection.mSearchProperty;
+    validateIndexes(nullptr);
+
+    QSet<int> ids;
+    if (property == TVL::AllProperties || stringDocumentProperties().contains(property))
+        ids.unite(searchTextProperties(words, flags, property));
+    if (property == TVL::AllProperties || tablesOfInts().contains(property))
+        ids.unite(searchIntProperties(words, flags, property));
+    return ids.values();
+}
+
+QSet<int> TVLSearchIndex::searchTextProperties(const QStringList &words, int flags,
+                                               TVL::DocumentProperty property) const
+{
+    const bool hasType = property != TVL::AllProperties;
+    const QList<QStringList> portions = portionsOf(words);
+    QSet<int> ids;
+    if ((hasType ? 1 : 0) + 2 * portions.size() + words.size() > MostValuesOfAStatement) {
+        qCritical() << "sql error" << SelectTexts << "too many words" << __LINE__;
+        return ids;
+    }
+    QSqlQuery query(*this);
+    query.setForwardOnly(true);
+    if (!prepare(&query, SelectTexts + (hasType ? OfType : QString()) + matchCalls(portions, flags),
+                 __LINE__))
+        return ids;
+    if (hasType)
+        query.addBindValue(int(property));
+    for (const QStringList &portion : portions) {
+        query.addBindValue(flags);
+        query.addBindValue(int(portion.size()));
+        for (const QString &word : portion)
+            query.addBindValue(textValue(word));
+    }
+    if (succeeded(query, query.exec(), __LINE__))
+        addIdentities(&query, &ids, __LINE__);
+    return ids;
+}
+
+QSet<int> TVLSearchIndex::searchIntProperties(const QStringList &words, int flags,
+                                              TVL::DocumentProperty property) const
+{
+    createDocumentIndexes();
+    const int wordFlags = (flags & TVLTextMatcher::CaseSensitive) | TVLTextMatcher::WholeWord;
+    QSet<int> ids;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QSet<int> ofWord = documentsOfTitle(words.at(i), wordFlags, property);
+        if (i > 0 && (flags & TVLTextMatcher::EveryWord))
+            ids.intersect(ofWord);
+        else
+            ids.unite(ofWord);
+    }
+    return ids;
+}
+
+/** The items of which a keyword, the label or the status has a title that a word matches. */
+QSet<int> TVLSearchIndex::documentsOfTitle(const QString &word, int flags,
+                                           TVL::DocumentProperty property) const
+{
+    QSet<int> ids;
+    const QMap<int, QString> &tables = tablesOfInts();
+    for (auto table = tables.cbegin(); table != tables.cend(); ++table) {
+        if (property != TVL::AllProperties && property != table.key())
+            continue;
+        QSqlQuery query(*this);
+        query.setForwardOnly(true);
+        if (!prepare(&query, SelectInts.arg(table.value()), __LINE__))
+            continue;
+        query.addBindValue(table.key());
+        query.addBindValue(flags);
+        query.addBindValue(1);
+        query.addBindValue(textValue(word));
+        if (succeeded(query, query.exec(), __LINE__))
+            addIdentities(&query, &ids, __LINE__);
+    }
+    return ids;
+}
+
+// --- Keeping texts up to date
+
+QMap<int, QList<TVL::DocumentProperty>> TVLSearchIndex::notConfirmedIndexes() const
+{
+    QMap<int, QList<TVL::DocumentProperty>> properties;
+    QSqlQuery *query = execute(SelectUnconfirmed,
+                               {{u":t"_qs, int(TVL::TitleProperty)}, {u":c"_qs, false}}, __LINE__);
+    if (!query)
+        return properties;
+    while (query->next())
+        properties[query->value(0).toInt()].append(TVL::DocumentProperty(query->value(1).toInt()));
+    query->finish();
+    return properties;
+}
+
+void TVLSearchIndex::validateIndexes(QProgressDialog *progress)
+{
+    if (!mProject)
+        return;
+    const QMap<int, QList<TVL::DocumentProperty>> stale = notConfirmedIndexes();
+    for (auto item = stale.cbegin(); item != stale.cend(); ++item)
+        updateIndexProperties(mProject->searchedIndex(item.key()), item.value(),
+                              progress != nullptr);
+}
+
+void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
+                                           const QList<TVL::DocumentProperty> &properties,
+                                           bool useChecksums)
+{
+    const auto *node = static_cast<const TVLProjectNode *>(index.internalPointer());
+    if (!mProject || properties.isEmpty() || !node || node->mId < 0)
+        return;
+    bool hasFolder = true;
+    if (useChecksums)
+        TVLProjectFolderFormat::docsDirectory(mProject->searchedPath(), &hasFolder);
+    if (!hasFolder)
+        return;
+
+    // Stays open; see the class. With one open this is refused, and the changes belong to that.
+    transaction();
+    for (const TVL::DocumentProperty property : properties) {
+        if (useChecksums && isUpToDate(index, property))
+            validateProperty(node->mId, property);
+        else
+            updatePropertyPrivate(node->mId, property, presentText(index, property), true);
+    }
+    QSqlDatabase::database(CommittedConnection, true).commit();
+}
+
+/** What the project has of a property; properties that aren't texts are empty. */
+QString TVLSearchIndex::presentText(const QModelIndex &index, TVL::DocumentProperty property) const
+{
+    return stringDocumentProperties().contains(property) ? mProject->searchedText(index, property)
+                                                         : u""_qs;
+}
+
+/** Whether a text that is stored is still that of its file, and not being edited. */
+bool TVLSearchIndex::isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const
+{
+    const auto *node = static_cast<const TVLProjectNode *>(index.internalPointer());
+    return TVL::canConvertToDocType(property) && !mProject->referenced(index)
+        && mProject->checksums()->checksumsMatch(node->mId, TVL::toDocumentType(property));
+}

@@ -1,0 +1,4 @@
+#include "TVLSearchedProject.h"
+
+TVLSearchedProject::TVLSearchedProject() = default;
+TVLSearchedProject::~TVLSearchedProject() = default;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TVL.h"
+
+#include <QModelIndex>
+#include <QString>
+
+class TVLProjectChecksums;
+
+/**
+ * What the search index asks a project for: the texts of items, when it has none that it can trust.
+ *
+ * An item's index has its TVLProjectNode as internal pointer. TVLProjectModel implements it.
+ */
+class TVL_EXPORT TVLSearchedProject
+{
+public:
+    TVLSearchedProject();
+    virtual ~TVLSearchedProject();
+    Q_DISABLE_COPY_MOVE(TVLSearchedProject)
+
+    /** The project's folder. */
+    [[nodiscard]] virtual QString searchedPath() const = 0;
+    /** Hashes of the texts on disk; never null. They belong to the project. */
+    [[nodiscard]] virtual TVLProjectChecksums *checksums() const = 0;
+    /** The index of an id; an invalid one for an id that no item has. */
+    [[nodiscard]] virtual QModelIndex searchedIndex(int id) const = 0;
+    /** Whether a document of the item is in memory, where it may differ from the one on disk. */
+    [[nodiscard]] virtual bool referenced(const QModelIndex &index) const = 0;
+    /** The present text of a property of an item; empty for one that has no text. */
+    [[nodiscard]] virtual QString searchedText(const QModelIndex &index,
+                                               TVL::DocumentProperty property) const = 0;
+};

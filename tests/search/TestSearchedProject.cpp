@@ -1,0 +1,128 @@
+#include "TestSearchedProject.h"
+
+#include <QAbstractListModel>
+#include <QFile>
+#include <QUuid>
+
+namespace {
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s", qPrintable(file.errorString()));
+}
+
+} // namespace
+
+/** Makes indexes of the nodes. */
+class TestSearchedProject::Items : public QAbstractListModel
+{
+public:
+    explicit Items(const TVLProjectNode *root)
+        : mRoot(root)
+    {
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : int(mRoot->mChildren.size());
+    }
+    [[nodiscard]] QVariant data(const QModelIndex &, int) const override { return {}; }
+    [[nodiscard]] QModelIndex indexOf(TVLProjectNode *node) const
+    {
+        return createIndex(node->row(), 0, node);
+    }
+
+private:
+    const TVLProjectNode *mRoot;
+};
+
+TestSearchedProject::TestSearchedProject()
+    : mPath(mDirectory.filePath(u"Novel.tavel"_qs))
+    , mFolder(mPath, TVL::FormatVersion18)
+    , mChecksums(&mFolder)
+    , mRoot({-1, QUuid()}, nullptr)
+    , mItems(std::make_unique<Items>(&mRoot))
+{
+    bool ok = false;
+    TVLProjectFolderFormat::ensurePathExists(mPath, &ok);
+    TVLProjectFolderFormat::docsDirectory(mPath, &ok);
+    if (!ok)
+        qFatal("The folder of the project could not be made");
+}
+
+TestSearchedProject::~TestSearchedProject() = default;
+
+QModelIndex TestSearchedProject::searchedIndex(int id) const
+{
+    TVLProjectNode *node = mById.value(id);
+    return node ? mItems->indexOf(node) : QModelIndex();
+}
+
+bool TestSearchedProject::referenced(const QModelIndex &index) const
+{
+    return mReferenced.contains(static_cast<TVLProjectNode *>(index.internalPointer())->mId);
+}
+
+QString TestSearchedProject::searchedText(const QModelIndex &index, Property property) const
+{
+    const int id = static_cast<TVLProjectNode *>(index.internalPointer())->mId;
+    mRequests.append({id, property});
+    return text(id, property);
+}
+
+TVLProjectNode *TestSearchedProject::addNode(int id, const QString &title, TVL::NodeType type)
+{
+    auto *node = new TVLProjectNode({id, QUuid::createUuid()}, &mRoot);
+    mById.insert(id, node);
+    node->mTitle = title;
+    node->mNodeType = type;
+    setText(id, TVL::TitleProperty, title);
+    return node;
+}
+
+void TestSearchedProject::removeNode(int id)
+{
+    if (const TVLProjectNode *node = mById.take(id))
+        (void)mRoot.takeChild(node->row());
+}
+
+void TestSearchedProject::setText(int id, Property property, const QString &text)
+{
+    mTexts.insert({id, property}, text);
+}
+
+QString TestSearchedProject::text(int id, Property property) const
+{
+    return mTexts.value({id, property});
+}
+
+QString TestSearchedProject::indexPath() const
+{
+    return TVLProjectFolderFormat::searchIndexesFilePath(mPath);
+}
+
+void TestSearchedProject::writeIndex(const QByteArray &content) const
+{
+    writeFile(indexPath(), content);
+}
+
+QByteArray TestSearchedProject::readIndex() const
+{
+    QFile file(indexPath());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestSearchedProject::writeDocument(int id, TVL::DocumentType type,
+                                        const QByteArray &content) const
+{
+    writeFile(TVLProjectFolderFormat::docsNodeTypeFilePath(mPath, id, type), content);
+}
+
+void TestSearchedProject::recordHashes()
+{
+    mChecksums.updateFilesDocsChecksumsFromHdd();
+    if (!mChecksums.saveChecksums())
+        qFatal("The hashes could not be saved");
+}

@@ -1,0 +1,225 @@
+#include "SqlTrace.h"
+#include "TVLCollectionMetaData.h"
+#include "TVLSearchIndex.h"
+#include "TestMain.h"
+#include "TestSearchedProject.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+
+#include <sys/resource.h>
+
+namespace {
+
+QStringList theLog;
+
+/** Takes what is logged, as long as it lives. */
+class LogTaker
+{
+public:
+    LogTaker()
+        : mBefore(qInstallMessageHandler(take))
+    {
+        theLog.clear();
+    }
+    ~LogTaker() { qInstallMessageHandler(mBefore); }
+    Q_DISABLE_COPY_MOVE(LogTaker)
+
+private:
+    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
+    {
+        theLog.append(text);
+    }
+
+    QtMessageHandler mBefore;
+};
+
+/** Lets no file of this process grow beyond a size, as a disk that is full does. */
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &mBefore);
+        const rlimit limit = {bytes, mBefore.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &mBefore); }
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+
+private:
+    rlimit mBefore = {};
+};
+
+const QList<TVLLabel> Labels = {{3, u"Three"_qs, QColor(1, 2, 3)}, {1, u"Uno"_qs, QColor()}};
+const QList<TVLStatusItem> Items = {{3, u"Three"_qs}, {1, u"Uno"_qs}};
+
+TVLCollectionMetaData searchFor(const QString &text)
+{
+    TVLCollectionMetaData search;
+    search.mSearchText = text;
+    return search;
+}
+
+} // namespace
+
+class TstSearchFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void aStoreWithoutDriverIsEmptyAndUsable();
+    void aStoreThatIsNotConnectedIsEmptyAndUsable();
+    void aStoreNeedsNoRoomOnDisk();
+    void aFileThatIsCutOffByTheDiskIsNotTakenForSaved();
+
+private:
+    static void checkThatAllFails(TVLSearchIndex *index);
+};
+
+/** Every operation, on a store that can do nothing. */
+void TstSearchFaults::checkThatAllFails(TVLSearchIndex *index)
+{
+    TestSearchedProject project;
+    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
+    QVERIFY(!index->addProjectNode(node));
+    QVERIFY(!index->addDocument(project.searchedIndex(7)));
+    QVERIFY(!index->addDocumentData(7, u"Title"_qs, 1, 1, {1}));
+    QVERIFY(!index->removeDocument(7));
+    for (int property = 0; property < 10; ++property) {
+        const auto value = TVL::DocumentProperty(property);
+        index->updatePropertyNode(node, value, u"text"_qs, true);
+        index->invalidatePropertyNode(node, value);
+        index->validateProperty(7, value);
+        QVERIFY(!index->hasText(7, value));
+        QVERIFY(index->searchTextProperties({u"x"_qs}, 0, value).isEmpty());
+        QVERIFY(index->searchIntProperties({u"x"_qs}, 0, value).isEmpty());
+    }
+    QVERIFY(!index->addLabel(1, u"One"_qs, QColor()));
+    QVERIFY(!index->setLabels(Labels));
+    QVERIFY(index->labels().isEmpty());
+    QVERIFY(!index->hasLabel(1));
+    QVERIFY(!index->addStatusItem(1, u"One"_qs));
+    QVERIFY(!index->setStatusItems(Items));
+    QVERIFY(index->statusItems().isEmpty());
+    QVERIFY(!index->addKeyword(1, u"One"_qs));
+    QVERIFY(!index->updateKeyword(1, u"One"_qs));
+    QVERIFY(!index->removeKeyword(1));
+    QVERIFY(!index->setDocumentKeywords(7, {1}));
+    QVERIFY(!index->setAllDocumentKeywords({{7, 1}}));
+    QVERIFY(index->affectedDocuments(1).isEmpty());
+    QVERIFY(index->notConfirmedIndexes().isEmpty());
+    QVERIFY(index->indexes(searchFor(u"x"_qs)).isEmpty());
+    QVERIFY(!index->createTables());
+    QVERIFY(!index->dropTables());
+}
+
+/** Before anything has had the driver loaded. */
+void TstSearchFaults::initTestCase()
+{
+    QVERIFY(QSqlDatabase::connectionNames().isEmpty());
+}
+
+void TstSearchFaults::aStoreWithoutDriverIsEmptyAndUsable()
+{
+    const QStringList paths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
+    if (QSqlDatabase::isDriverAvailable(u"QSQLITE"_qs)) {
+        QCoreApplication::setLibraryPaths(paths);
+        QFAIL("The driver is there already");
+    }
+    TestSearchedProject project;
+    project.addNode(7, u"Title"_qs);
+    {
+        const LogTaker taker;
+        TVLSearchIndex index(&project);
+        QVERIFY(!index.isOpen());
+        QCOMPARE(theLog.filter(u"could not open QSQLITE connection"_qs).size(), 1);
+        QCOMPARE(theLog.filter(u"could not create schema:"_qs).size(), 0);
+        checkThatAllFails(&index);
+        QVERIFY(!index.isModified());
+
+        // A file is no less safe for that.
+        project.writeIndex("<SearchIndexes><Documents/></SearchIndexes>");
+        QVERIFY(!index.load());
+        index.save();
+        QCOMPARE(project.readIndex(), QByteArray("<SearchIndexes><Documents/></SearchIndexes>"));
+    }
+    QCoreApplication::setLibraryPaths(paths);
+    QVERIFY(TVLSearchIndex().isOpen());
+}
+
+void TstSearchFaults::aStoreThatIsNotConnectedIsEmptyAndUsable()
+{
+    TVLSearchIndex index;
+    const LogTaker taker;
+    index.close();
+    TestSearchedProject project;
+    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
+    index.updatePropertyNode(node, TVL::TextProperty, u"text"_qs, true);
+    QVERIFY(!index.hasText(node, TVL::TextProperty));
+    QVERIFY(!index.setLabels(Labels));
+    QVERIFY(index.labels().isEmpty());
+    QVERIFY(index.indexes(searchFor(u"x"_qs)).isEmpty());
+    QVERIFY(!index.isModified());
+}
+
+void TstSearchFaults::aStoreNeedsNoRoomOnDisk()
+{
+    constexpr int Count = 2000;
+    const QString prose = u"5 KB of prose, or so it seems. "_qs.repeated(165);
+    TestSearchedProject project;
+    const LogTaker taker;
+    const FileSizeLimit limit(20'000);
+    TVLSearchIndex index(&project);
+    QVERIFY(index.setLabels(Labels));
+    QVERIFY(index.setStatusItems(Items));
+    for (int id = 0; id < Count; ++id) {
+        TVLProjectNode *node = project.addNode(id, u"Title"_qs);
+        QVERIFY(index.addProjectNode(node));
+        index.updatePropertyNode(node, TVL::NotesProperty, prose, true);
+        project.setText(id, TVL::TextProperty, prose + QString::number(id));
+    }
+    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_qs)), QList<int>{1999});
+    // All of it once more inside the transaction that the first search opened.
+    for (int id = 0; id < Count; ++id) {
+        project.setText(id, TVL::TextProperty, prose + prose + QString::number(id));
+        index.invalidateDocument(id, TVL::MainText);
+    }
+    QCOMPARE(index.indexes(searchFor(u"5 KB"_qs)).size(), Count);
+    QCOMPARE(theLog, QStringList());
+    QVERIFY(!index.setLabels({{7, u"a"_qs, QColor()}, {7, u"b"_qs, QColor()}}));
+    QCOMPARE(theLog.size(), 1);
+    QCOMPARE(index.labels(), Labels);
+    QCOMPARE(index.statusItems(), Items);
+    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_qs)), QList<int>{1999});
+    QCOMPARE(rowsOf(index, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+}
+
+void TstSearchFaults::aFileThatIsCutOffByTheDiskIsNotTakenForSaved()
+{
+    TestSearchedProject project;
+    TVLSearchIndex index(&project);
+    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
+    QVERIFY(index.addProjectNode(node));
+    index.updatePropertyNode(node, TVL::TextProperty, QString(100'000, u'x'), true);
+    {
+        const FileSizeLimit limit(20'000);
+        QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
+        index.save();
+    }
+    QVERIFY(index.isModified());
+    index.save();
+    QVERIFY(!index.isModified());
+    QVERIFY(index.load());
+    QVERIFY(index.hasText(7, TVL::TextProperty));
+}
+
+TVL_TEST_MAIN(TstSearchFaults)
+#include "tst_searchfaults.moc"

@@ -1,0 +1,635 @@
+#include "SqlTrace.h"
+#include "TVLSearchIndex.h"
+#include "TestMain.h"
+#include "TestSearchedProject.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const QString CouldNotOpen = u"Could not find or open the search.indexes file"_qs;
+
+/** A file with the given items. */
+QByteArray fileOf(const QByteArray &documents)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SearchIndexes Version=\"1.0\">\n"
+           "    <Documents>\n"
+        + documents + "    </Documents>\n</SearchIndexes>\n";
+}
+
+/** Property, text and whether it is confirmed, of each text of an item. */
+QStringList rowsOfItem(const TVLSearchIndex &index, int id = 7)
+{
+    return rowsOf(index,
+                  u"SELECT type, propertyValue, confirmed FROM DocumentSearchProperties "
+                  "WHERE identity = %1 ORDER BY type"_qs.arg(id));
+}
+
+const QStringList UntouchedRows = {u"1|Title|1"_qs, u"2||0"_qs, u"3||0"_qs,
+                                   u"4||0"_qs,      u"8||0"_qs, u"9||0"_qs};
+
+} // namespace
+
+class TstSearchFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void anEmptyStoreIsWritten();
+    void theFileLiesInTheProject();
+    void itemsAreWrittenWithWhatTheyHave();
+    void theFileIsWrittenWithTheseStatements();
+    void aTextOfARemovedItemIsWritten();
+    void whatXmlCannotHoldIsCleaned_data();
+    void whatXmlCannotHoldIsCleaned();
+    void savingClearsTheModifiedFlag();
+    void aFileThatCannotBeOpenedIsLogged();
+    void aDatabaseThatFailsLeavesTheFileAsItWas();
+    void aStoreWithoutProjectHasNoFile();
+
+    void anAbsentFileIsNoError();
+    void anUnreadableFileIsAnError();
+    void anErrorNeedNotBeAskedFor();
+    void textsAreTakenFromTheFile();
+    void theFileIsReadWithTheseStatements();
+    void theTitleOfTheFileIsNotUsed();
+    void textsAreConfirmedByTheirFiles_data();
+    void textsAreConfirmedByTheirFiles();
+    void metaDataNeedsAllFiles();
+    void aFileChangedOutsideIsNotConfirmed();
+    void aFileThatIsGoneIsNotConfirmed();
+    void itemsWithoutUsableIdAreSkipped_data();
+    void itemsWithoutUsableIdAreSkipped();
+    void anItemThatIsNoMoreChangesNothing();
+    void anItemThatTheFileLacksStaysUnconfirmed();
+    void missingTextsAreEmpty();
+    void unknownElementsAreIgnored();
+    void ofSeveralElementsTheFirstCounts();
+    void ofSeveralItemsTheLastCounts();
+    void loadingIsNoModification();
+    void loadingTwiceReplacesTexts();
+    void loadingInsideAnOpenTransactionIsPartOfIt();
+    void aMissingFolderIsAnError();
+
+    void filesReadBack_data();
+    void filesReadBack();
+    void aSavedFileIsTheSameAgain();
+    void nothingIsUnconfirmedAfterAnUnchangedSession();
+
+private:
+    TVLProjectNode *addItem(int id = 7);
+    void setText(int id, TVL::DocumentProperty property, const QString &text);
+    void setAllTexts(int id, const QString &text);
+
+    std::unique_ptr<TestSearchedProject> mProject;
+    std::unique_ptr<TVLSearchIndex> mIndex;
+};
+
+void TstSearchFile::init()
+{
+    mProject = std::make_unique<TestSearchedProject>();
+    mIndex = std::make_unique<TVLSearchIndex>(mProject.get());
+}
+
+void TstSearchFile::cleanup()
+{
+    mIndex.reset();
+    mProject.reset();
+}
+
+TVLProjectNode *TstSearchFile::addItem(int id)
+{
+    TVLProjectNode *node = mProject->addNode(id, u"Title"_qs);
+    if (!mIndex->addProjectNode(node))
+        qFatal("The item could not be added");
+    return node;
+}
+
+void TstSearchFile::setText(int id, TVL::DocumentProperty property, const QString &text)
+{
+    mIndex->updatePropertyNode(
+        static_cast<TVLProjectNode *>(mProject->searchedIndex(id).internalPointer()), property,
+        text, false);
+}
+
+void TstSearchFile::setAllTexts(int id, const QString &text)
+{
+    for (const int property : TVLSearchIndex::stringDocumentProperties())
+        setText(id, TVL::DocumentProperty(property), text);
+}
+
+// --- Writing
+
+void TstSearchFile::anEmptyStoreIsWritten()
+{
+    mIndex->save();
+    QCOMPARE(mProject->readIndex(),
+             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<SearchIndexes Version=\"1.0\">\n    <Documents/>\n</SearchIndexes>\n"));
+}
+
+void TstSearchFile::theFileLiesInTheProject()
+{
+    QCOMPARE(mIndex->searchIndexesFilePath(),
+             mProject->searchedPath() + u"/Files/search.indexes"_qs);
+}
+
+void TstSearchFile::itemsAreWrittenWithWhatTheyHave()
+{
+    addItem(12);
+    addItem(7);
+    mProject->addNode(3, u"x"_qs);
+    QVERIFY(mIndex->addDocumentData(3, QString(), 1, 1, {}));
+    setText(7, TVL::TextProperty, u"a <b> & \"c\""_qs);
+    setText(7, TVL::NotesProperty, u"notes"_qs);
+    setText(7, TVL::SynopsisProperty, u"synopsis"_qs);
+    setText(7, TVL::CustomMetaDataProperty, u"meta data"_qs);
+    setText(7, TVL::CommentsProperty, u"one\ntwo"_qs);
+    setText(12, TVL::NotesProperty, u"  "_qs);
+    mIndex->save();
+    QCOMPARE(mProject->readIndex(),
+             fileOf("        <Document ID=\"3\"/>\n"
+                    "        <Document ID=\"7\">\n"
+                    "            <Title>Title</Title>\n"
+                    "            <Synopsis>synopsis</Synopsis>\n"
+                    "            <Text>a &lt;b&gt; &amp; &quot;c&quot;</Text>\n"
+                    "            <CustomMetaData>meta data</CustomMetaData>\n"
+                    "            <Notes>notes</Notes>\n"
+                    "            <Comments>one\ntwo</Comments>\n"
+                    "        </Document>\n"
+                    "        <Document ID=\"12\">\n"
+                    "            <Title>Title</Title>\n"
+                    "            <Notes>  </Notes>\n"
+                    "        </Document>\n"));
+}
+
+void TstSearchFile::theFileIsWrittenWithTheseStatements()
+{
+    addItem(7);
+    addItem(8);
+    SqlTrace trace(*mIndex);
+    mIndex->save();
+    const QString selectText =
+        u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_qs;
+    QCOMPARE(trace.take(),
+             QStringList(u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs)
+                 + QStringList(12, selectText));
+}
+
+void TstSearchFile::aTextOfARemovedItemIsWritten()
+{
+    addItem(7);
+    setText(7, TVL::TextProperty, u"still here"_qs);
+    QVERIFY(mIndex->removeDocument(7));
+    mIndex->save();
+    QVERIFY(mProject->readIndex().contains("<Document ID=\"7\">"));
+    QVERIFY(mProject->readIndex().contains("<Text>still here</Text>"));
+}
+
+void TstSearchFile::whatXmlCannotHoldIsCleaned_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("read");
+    QTest::newRow("control characters")
+        << u"a\u0001b\u001fc"_qs + QChar(0) + u"d\u007f"_qs << u"abcd\u007f"_qs;
+    QTest::newRow("tabs and line ends") << u"\ta\nb\r\nc\rd"_qs << u"\ta\nb\r\nc\rd"_qs;
+    QTest::newRow("half a pair") << u"a"_qs + QChar(0xd800) + u"b"_qs << u"a\ufffdb"_qs;
+    QTest::newRow("no characters")
+        << u"a"_qs + QChar(0xfffe) + QChar(0xffff) + u"b"_qs << u"a\ufffd\ufffdb"_qs;
+    QTest::newRow("nothing left") << u"\u0001"_qs << u""_qs;
+    QTest::newRow("an end of CDATA") << u"a]]>b"_qs << u"a]]>b"_qs;
+}
+
+void TstSearchFile::whatXmlCannotHoldIsCleaned()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, read);
+    addItem();
+    setAllTexts(7, text);
+    mIndex->save();
+
+    TVLSearchIndex again(mProject.get());
+    QVERIFY(again.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QString error;
+    QVERIFY2(again.load(&error), qPrintable(error));
+    QCOMPARE(rowsOfItem(again),
+             QStringList({u"1|Title|1"_qs, u"2|"_qs + read + u"|1"_qs, u"3|"_qs + read + u"|1"_qs,
+                          u"4|"_qs + read + u"|1"_qs, u"8|"_qs + read + u"|1"_qs,
+                          u"9|"_qs + read + u"|1"_qs}));
+}
+
+void TstSearchFile::savingClearsTheModifiedFlag()
+{
+    addItem();
+    QVERIFY(mIndex->isModified());
+    mIndex->save();
+    QVERIFY(!mIndex->isModified());
+}
+
+void TstSearchFile::aFileThatCannotBeOpenedIsLogged()
+{
+    addItem();
+    QVERIFY(QDir().mkpath(mProject->indexPath()));
+    QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
+    mIndex->save();
+    QVERIFY(mIndex->isModified());
+
+    QVERIFY(QDir().rmdir(mProject->indexPath()));
+    mIndex->save();
+    QVERIFY(!mIndex->isModified());
+}
+
+void TstSearchFile::aDatabaseThatFailsLeavesTheFileAsItWas()
+{
+    addItem();
+    mIndex->save();
+    const QByteArray before = mProject->readIndex();
+    setText(7, TVL::TextProperty, u"new"_qs);
+    execute(*mIndex, u"ALTER TABLE DocumentSearchProperties RENAME TO Away"_qs);
+    expectSqlErrors(u"SELECT DISTINCT identity.*no such table"_qs);
+    mIndex->save();
+    QVERIFY(mIndex->isModified());
+    QCOMPARE(mProject->readIndex(), before);
+
+    execute(*mIndex, u"CREATE VIEW DocumentSearchProperties AS SELECT identity FROM Away"_qs);
+    expectSqlErrors(u"SELECT propertyValue.*no such column"_qs);
+    mIndex->save();
+    QVERIFY(mIndex->isModified());
+    QCOMPARE(mProject->readIndex(), before);
+
+    execute(*mIndex, u"DROP VIEW DocumentSearchProperties"_qs);
+    execute(*mIndex, u"ALTER TABLE Away RENAME TO DocumentSearchProperties"_qs);
+    mIndex->save();
+    QVERIFY(!mIndex->isModified());
+    QVERIFY(mProject->readIndex().contains("<Text>new</Text>"));
+}
+
+void TstSearchFile::aStoreWithoutProjectHasNoFile()
+{
+    TVLSearchIndex index;
+    QVERIFY(index.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QCOMPARE(index.searchIndexesFilePath(), QString());
+    index.save();
+    QVERIFY(index.isModified());
+    QVERIFY(index.load());
+    QVERIFY(index.isLoaded());
+    QVERIFY(!index.isModified());
+}
+
+// --- Reading
+
+void TstSearchFile::anAbsentFileIsNoError()
+{
+    addItem();
+    mProject->writeDocument(7, TVL::MainText, "content");
+    mProject->recordHashes();
+    mProject->checksums()->setChecksums({});
+    QString error = u"as before"_qs;
+    QVERIFY(!mIndex->isLoaded());
+    QVERIFY(mIndex->load(&error));
+    QVERIFY(mIndex->isLoaded());
+    QVERIFY(!mIndex->isModified());
+    QCOMPARE(error, u"as before"_qs);
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+    // Without texts nothing may be confirmed by a hash.
+    QVERIFY(mProject->checksums()->checksums().isEmpty());
+}
+
+void TstSearchFile::anUnreadableFileIsAnError()
+{
+    addItem();
+    QVERIFY(QDir().mkpath(mProject->indexPath()));
+    QString error;
+    QVERIFY(!mIndex->load(&error));
+    QCOMPARE(error, CouldNotOpen);
+    QVERIFY(mIndex->isLoaded());
+    QVERIFY(!mIndex->isModified());
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+void TstSearchFile::anErrorNeedNotBeAskedFor()
+{
+    QVERIFY(QDir().mkpath(mProject->indexPath()));
+    QVERIFY(!mIndex->load());
+    QVERIFY(QDir().rmdir(mProject->indexPath()));
+    mProject->writeIndex("no XML");
+    QVERIFY(!mIndex->load(nullptr));
+    mProject->writeIndex(fileOf({}));
+    QVERIFY(mIndex->load());
+}
+
+void TstSearchFile::textsAreTakenFromTheFile()
+{
+    addItem();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Comments>a\nb</Comments><Notes>notes</Notes>"
+                                "<Text>a &lt;b&gt; &amp;&#13;</Text><Synopsis> s </Synopsis>"
+                                "<CustomMetaData><![CDATA[1 2]]></CustomMetaData></Document>"));
+    QString error = u"before"_qs;
+    QVERIFY(mIndex->load(&error));
+    QCOMPARE(error, QString());
+    QCOMPARE(rowsOfItem(*mIndex),
+             QStringList({u"1|Title|1"_qs, u"2|a <b> &\r|1"_qs, u"3|notes|1"_qs, u"4| s |1"_qs,
+                          u"8|1 2|1"_qs, u"9|a\nb|1"_qs}));
+}
+
+void TstSearchFile::theFileIsReadWithTheseStatements()
+{
+    addItem();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>text</Text></Document>"));
+    SqlTrace trace(*mIndex);
+    QVERIFY(mIndex->load());
+    QCOMPARE(trace.take(),
+             QStringList(u"BEGIN"_qs)
+                 + QStringList(5,
+                               u"UPDATE DocumentSearchProperties SET propertyValue = :v, "
+                               "confirmed = :c WHERE identity = :id AND type = :t"_qs)
+                 + QStringList(u"COMMIT"_qs));
+}
+
+void TstSearchFile::theTitleOfTheFileIsNotUsed()
+{
+    addItem();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Title>Old</Title></Document>"));
+    QVERIFY(mIndex->load());
+    QCOMPARE(rowsOfItem(*mIndex).constFirst(), u"1|Title|1"_qs);
+}
+
+void TstSearchFile::textsAreConfirmedByTheirFiles_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("unconfirmed");
+    QTest::newRow("none") << -1 << QString();
+    QTest::newRow("text") << 0 << u"2 8"_qs;
+    QTest::newRow("notes") << 1 << u"3 8"_qs;
+    QTest::newRow("synopsis") << 2 << u"4 8"_qs;
+    QTest::newRow("links") << 3 << QString();
+    QTest::newRow("comments") << 4 << u"8 9"_qs;
+}
+
+void TstSearchFile::textsAreConfirmedByTheirFiles()
+{
+    QFETCH(int, type);
+    QFETCH(QString, unconfirmed);
+    addItem();
+    for (const int file : {0, 1, 2, 3, 4})
+        mProject->writeDocument(7, TVL::DocumentType(file), "content");
+    mProject->recordHashes();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"/>"));
+    if (type >= 0)
+        mProject->writeDocument(7, TVL::DocumentType(type), "changed");
+    QVERIFY(mIndex->load());
+    QCOMPARE(
+        rowsOf(*mIndex,
+               u"SELECT type FROM DocumentSearchProperties WHERE confirmed = 0 ORDER BY type"_qs)
+            .join(u' '),
+        unconfirmed);
+}
+
+void TstSearchFile::metaDataNeedsAllFiles()
+{
+    addItem();
+    mProject->writeIndex(
+        fileOf("<Document ID=\"7\"><CustomMetaData>m</CustomMetaData></Document>"));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|1"_qs));
+    mProject->writeDocument(7, TVL::CommentsFile, "unrecorded");
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|0"_qs));
+}
+
+void TstSearchFile::aFileChangedOutsideIsNotConfirmed()
+{
+    addItem();
+    mProject->writeDocument(7, TVL::MainText, "as written");
+    mProject->recordHashes();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>stale</Text></Document>"));
+    mProject->writeDocument(7, TVL::MainText, "as changed");
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_qs));
+}
+
+void TstSearchFile::aFileThatIsGoneIsNotConfirmed()
+{
+    addItem();
+    mProject->writeDocument(7, TVL::MainText, "as written");
+    mProject->recordHashes();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>stale</Text></Document>"));
+    QVERIFY(QFile::remove(
+        TVLProjectFolderFormat::docsNodeTypeFilePath(mProject->searchedPath(), 7, TVL::MainText)));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_qs));
+}
+
+void TstSearchFile::itemsWithoutUsableIdAreSkipped_data()
+{
+    QTest::addColumn<QByteArray>("attribute");
+    QTest::newRow("none") << QByteArray();
+    QTest::newRow("empty") << QByteArray("ID=\"\"");
+    QTest::newRow("negative") << QByteArray("ID=\"-7\"");
+    QTest::newRow("a word") << QByteArray("ID=\"seven\"");
+    QTest::newRow("a number and more") << QByteArray("ID=\"7x\"");
+    QTest::newRow("too large") << QByteArray("ID=\"4294967303\"");
+    QTest::newRow("hexadecimal") << QByteArray("ID=\"0x7\"");
+    QTest::newRow("another case") << QByteArray("id=\"7\"");
+}
+
+void TstSearchFile::itemsWithoutUsableIdAreSkipped()
+{
+    QFETCH(QByteArray, attribute);
+    addItem(7);
+    addItem(8);
+    mProject->writeIndex(fileOf("<Document " + attribute
+                                + "><Text>x</Text></Document>"
+                                  "<Document ID=\"8\"><Text>y</Text></Document>"));
+    QString error;
+    QVERIFY2(mIndex->load(&error), qPrintable(error));
+    QCOMPARE(rowsOfItem(*mIndex, 7), UntouchedRows);
+    QVERIFY(rowsOfItem(*mIndex, 8).contains(u"2|y|1"_qs));
+}
+
+void TstSearchFile::anItemThatIsNoMoreChangesNothing()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"99\"><Text>x</Text></Document>"));
+    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    QVERIFY(mIndex->load());
+    QCOMPARE(rowsOf(*mIndex, u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs),
+             QStringList{u"7"_qs});
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+void TstSearchFile::anItemThatTheFileLacksStaysUnconfirmed()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf({}));
+    QVERIFY(mIndex->load());
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+void TstSearchFile::missingTextsAreEmpty()
+{
+    addItem(7);
+    setAllTexts(7, u"before"_qs);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Notes/></Document>"));
+    QVERIFY(mIndex->load());
+    QCOMPARE(rowsOfItem(*mIndex),
+             QStringList(
+                 {u"1|before|0"_qs, u"2||1"_qs, u"3||1"_qs, u"4||1"_qs, u"8||1"_qs, u"9||1"_qs}));
+}
+
+void TstSearchFile::unknownElementsAreIgnored()
+{
+    addItem(7);
+    mProject->writeIndex("<SearchIndexes><Other><Document ID=\"7\"><Text>no</Text></Document>"
+                         "</Other><Documents><Other ID=\"7\"><Text>no</Text></Other>"
+                         "<Document ID=\"7\"><p:Text>no</p:Text><text>no</text>"
+                         "<More><Text>no</Text></More>words<Text>y<b>e</b>s</Text></Document>"
+                         "</Documents><Documents><Document ID=\"7\"><Text>no</Text></Document>"
+                         "</Documents></SearchIndexes>");
+    QString error;
+    QVERIFY2(mIndex->load(&error), qPrintable(error));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|yes|1"_qs));
+}
+
+void TstSearchFile::ofSeveralElementsTheFirstCounts()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text><Text>two</Text></Document>"));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+}
+
+void TstSearchFile::ofSeveralItemsTheLastCounts()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"
+                                "<Document ID=\"7\"><Notes>two</Notes></Document>"));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_qs));
+}
+
+void TstSearchFile::loadingIsNoModification()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"));
+    QVERIFY(mIndex->isModified());
+    QVERIFY(mIndex->load());
+    QVERIFY(!mIndex->isModified());
+    QVERIFY(!mProject->checksums()->isModified());
+}
+
+void TstSearchFile::loadingTwiceReplacesTexts()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"));
+    QVERIFY(mIndex->load());
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Notes>two</Notes></Document>"));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_qs));
+}
+
+void TstSearchFile::loadingInsideAnOpenTransactionIsPartOfIt()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"));
+    QVERIFY(mIndex->transaction());
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>two</Text></Document>") + "<");
+    QVERIFY(!mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+    QVERIFY(mIndex->rollback());
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+void TstSearchFile::aMissingFolderIsAnError()
+{
+    addItem(7);
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"));
+    const QString docs = TVLProjectFolderFormat::filesDocsPath(mProject->searchedPath());
+    QVERIFY(QDir(docs).removeRecursively());
+    QFile inTheWay(docs);
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    QVERIFY(!mIndex->load());
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+// --- Both
+
+void TstSearchFile::filesReadBack_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << u""_qs;
+    QTest::newRow("plain") << u"It was a dark and stormy night."_qs;
+    QTest::newRow("markup") << u"<b>&amp;</b> \"'"_qs;
+    QTest::newRow("blanks") << u"  a  \t b \n"_qs;
+    QTest::newRow("only blanks") << u" \n\t "_qs;
+    QTest::newRow("only a carriage return") << u"\r"_qs;
+    QTest::newRow("Unicode") << u"\u6f22\u5b57 \U0001d11e \u00e9 \u2028 \u0085 \ufeff"_qs;
+    QTest::newRow("long") << u"word "_qs.repeated(200'000);
+}
+
+void TstSearchFile::filesReadBack()
+{
+    QFETCH(QString, text);
+    addItem();
+    setAllTexts(7, text);
+    mIndex->save();
+
+    TVLSearchIndex again(mProject.get());
+    QVERIFY(again.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QVERIFY(again.load());
+    const QString rest = u'|' + text + u"|1"_qs;
+    QCOMPARE(rowsOfItem(again),
+             QStringList({u"1|Title|1"_qs, u'2' + rest, u'3' + rest, u'4' + rest, u'8' + rest,
+                          u'9' + rest}));
+}
+
+void TstSearchFile::aSavedFileIsTheSameAgain()
+{
+    for (int id = 0; id < 50; ++id) {
+        addItem(id);
+        setAllTexts(id, u"Text %1\r\n & more"_qs.arg(id));
+    }
+    execute(*mIndex,
+            u"UPDATE DocumentSearchProperties SET propertyValue = 'Title' WHERE type = 1"_qs);
+    mIndex->save();
+    const QByteArray first = mProject->readIndex();
+    TVLSearchIndex again(mProject.get());
+    for (int id = 0; id < 50; ++id)
+        QVERIFY(again.addDocumentData(id, u"Title"_qs, 1, 1, {}));
+    QVERIFY(again.load());
+    again.save();
+    QCOMPARE(mProject->readIndex(), first);
+}
+
+void TstSearchFile::nothingIsUnconfirmedAfterAnUnchangedSession()
+{
+    const TVLProjectNode *node = addItem(7);
+    for (const int type : {0, 1, 2, 4}) {
+        mProject->writeDocument(7, TVL::DocumentType(type), "content");
+        mIndex->updatePropertyNode(node, TVL::toDocumentProperty(TVL::DocumentType(type)),
+                                   u"content"_qs, true);
+    }
+    mIndex->save();
+    QVERIFY(mProject->checksums()->saveChecksums());
+
+    TVLSearchIndex again(mProject.get());
+    QVERIFY(again.addProjectNode(node));
+    QVERIFY(again.load());
+    QVERIFY(again.notConfirmedIndexes().isEmpty());
+}
+
+TVL_TEST_MAIN(TstSearchFile)
+#include "tst_searchfile.moc"
