@@ -19,7 +19,9 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <map>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -27,6 +29,7 @@ constexpr int SearchedItems = 10'000;
 constexpr int SearchedBytes = 5'000;
 constexpr int FileBytes = 500;
 constexpr double ScanTarget = 1.0;
+constexpr double ExpressionTarget = 1.5;
 constexpr double RepeatTarget = 1.1;
 constexpr double GrowthTarget = 13;
 
@@ -113,6 +116,7 @@ struct SearchRow
     QList<int> ranks;
     Scan scan;
     bool isScanExact; ///< Whether the scan finds the same items.
+    std::optional<double> target; ///< None where the scan ends early in each text.
 };
 
 QStringList wordsOf(const QList<int> &ranks)
@@ -124,14 +128,14 @@ QStringList wordsOf(const QList<int> &ranks)
 }
 
 const SearchRow Searches[] = {
-    {"Exact_rare", TVL::ExactOperator, {19'000}, containsAll, true},
-    {"Exact_common", TVL::ExactOperator, {150}, containsAll, true},
-    {"All_rare", TVL::AllOperator, {19'001, 19'002, 19'003}, containsAll, true},
-    {"All_common", TVL::AllOperator, {120, 130, 3'000}, containsAll, true},
-    {"Any_rare", TVL::AnyOperator, {19'004, 19'005, 19'006}, containsAny, true},
-    {"Any_common", TVL::AnyOperator, {2'000, 3'000, 4'000}, containsAny, true},
-    {"WholeWord_rare", TVL::WholeWordOperator, {19'007}, containsAny, false},
-    {"WholeWord_common", TVL::WholeWordOperator, {160}, containsAny, false},
+    {"Exact_rare", TVL::ExactOperator, {19'000}, containsAll, true, ScanTarget},
+    {"Exact_common", TVL::ExactOperator, {150}, containsAll, true, {}},
+    {"All_rare", TVL::AllOperator, {19'001, 19'002, 19'003}, containsAll, true, ScanTarget},
+    {"All_common", TVL::AllOperator, {120, 130, 3'000}, containsAll, true, {}},
+    {"Any_rare", TVL::AnyOperator, {19'004, 19'005, 19'006}, containsAny, true, ScanTarget},
+    {"Any_common", TVL::AnyOperator, {2'000, 3'000, 4'000}, containsAny, true, {}},
+    {"WholeWord_rare", TVL::WholeWordOperator, {19'007}, containsAny, false, ScanTarget},
+    {"WholeWord_common", TVL::WholeWordOperator, {160}, containsAny, false, {}},
 };
 
 void search(benchmark::State &state, const SearchRow &row)
@@ -143,7 +147,7 @@ void search(benchmark::State &state, const SearchRow &row)
     qsizetype scanned = 0;
     measureAgainst(
         state,
-        {"QString::indexOf without case over the same texts in memory", texts.bytes(), ScanTarget},
+        {"QString::indexOf without case over the same texts in memory", texts.bytes(), row.target},
         [&] {
             return processorSeconds([&] { found = texts.index()->indexes(collection).size(); });
         },
@@ -157,14 +161,14 @@ void search(benchmark::State &state, const SearchRow &row)
         state.SkipWithError("the search and the scan disagree");
 }
 
-void searchExpression(benchmark::State &state, const QString &pattern)
+void searchExpression(benchmark::State &state, const QString &pattern, std::optional<double> target)
 {
     SearchedTexts &texts = searchedTexts();
     const TVLCollectionMetaData collection = searchFor(pattern, TVL::RegExpOperator);
     qsizetype found = 0;
     qsizetype scanned = 0;
     measureAgainst(
-        state, {"a bare QRegExp, built once, over the same texts in memory", texts.bytes(), 1.5},
+        state, {"a bare QRegExp, built once, over the same texts in memory", texts.bytes(), target},
         [&] {
             return processorSeconds([&] { found = texts.index()->indexes(collection).size(); });
         },
@@ -275,6 +279,7 @@ public:
     {
         const QStringList texts = makeBenchProse(items, FileBytes);
         TVLSearchIndex index(&mProject);
+        index.transaction();
         for (int id = 0; id < items; ++id) {
             const TVLProjectNode *node = mProject.addNode(id, u"Item %1"_qs.arg(id));
             index.addProjectNode(node);
@@ -305,14 +310,23 @@ private:
     QByteArray mFile;
 };
 
+/** Each is made once, as that takes longer than what is measured. */
+ClosedProject &closedProject(int items)
+{
+    static std::map<int, std::unique_ptr<ClosedProject>> projects;
+    std::unique_ptr<ClosedProject> &project = projects[items];
+    if (!project)
+        project = std::make_unique<ClosedProject>(items);
+    return *project;
+}
+
 void add(benchmark::State &state, int items)
 {
-    ClosedProject project(items);
+    ClosedProject &project = closedProject(items);
     measureAgainst(
         state, {"the same rows by bare prepared queries in a transaction"},
         [&] { return processorSeconds([&] { (void)project.addedIndex(); }); },
         [&] {
-            const TVLSearchIndex index;
             return processorSeconds([&] {
                 TVLSearchIndex target;
                 target.transaction();
@@ -342,7 +356,7 @@ void add(benchmark::State &state, int items)
 
 void load(benchmark::State &state, int items)
 {
-    ClosedProject project(items);
+    ClosedProject &project = closedProject(items);
     bool ok = true;
     measureAgainst(
         state, {"bare QXmlStreamReader pass over the file", double(project.file().size())},
@@ -365,7 +379,7 @@ void load(benchmark::State &state, int items)
 
 void save(benchmark::State &state, int items)
 {
-    ClosedProject project(items);
+    ClosedProject &project = closedProject(items);
     const std::unique_ptr<TVLSearchIndex> index = project.addedIndex();
     bool ok = index->load();
     const XmlTokens tokens(project.file());
@@ -389,8 +403,8 @@ void save(benchmark::State &state, int items)
 
 void growth(benchmark::State &state, int items)
 {
-    ClosedProject project(items);
-    ClosedProject smallProject(items / 10);
+    ClosedProject &project = closedProject(items);
+    ClosedProject &smallProject = closedProject(items / 10);
     const auto timedOpening = [](ClosedProject *opened) {
         return [=] {
             return processorSeconds([&] {
@@ -426,25 +440,26 @@ void resetPeakMemory()
         file.write("5");
 }
 
-/** Bytes of memory for each byte of the file. What is given is no time, whatever its column. */
+/** The memory that opening leaves taken, or that saving takes at its peak, by the file's size. */
 void memoryOf(benchmark::State &state, int items, bool isSaved)
 {
-    ClosedProject project(items);
-    std::unique_ptr<TVLSearchIndex> index;
-    measureAgainst(
-        state, {"bytes of the file (the first column in MB instead)"},
-        [&] {
-            index.reset();
-            const double before = memory("VmRSS:");
-            index = project.addedIndex();
-            (void)index->load();
-            const double loaded = memory("VmRSS:");
-            resetPeakMemory();
-            if (isSaved)
-                index->save();
-            return (isSaved ? memory("VmHWM:") - loaded : loaded - before) / 1e9;
-        },
-        [&] { return double(project.file().size()) / 1e9; });
+    ClosedProject &project = closedProject(items);
+    double bytes = 0;
+    for ([[maybe_unused]] auto round : state) {
+        const double before = memory("VmRSS:");
+        const std::unique_ptr<TVLSearchIndex> index = project.addedIndex();
+        double time = processorSeconds([&] { (void)index->load(); });
+        const double loaded = memory("VmRSS:");
+        resetPeakMemory();
+        if (isSaved)
+            time = processorSeconds([&] { index->save(); });
+        bytes = isSaved ? memory("VmHWM:") - loaded : loaded - before;
+        state.SetIterationTime(time);
+        state.counters["median_ms"] = time * 1000;
+    }
+    state.SetLabel("the size of the file, by memory");
+    state.counters["memory_MB"] = bytes / 1e6;
+    state.counters["ratio"] = bytes / double(project.file().size());
 }
 
 } // namespace
@@ -454,12 +469,15 @@ void registerBenchmarks()
     for (const SearchRow &row : Searches)
         registerRatio(row.name, 11, [&row](benchmark::State &state) { search(state, row); });
     const QString rare = benchProseWord(19'000);
-    for (const auto &[name, pattern] :
-         {std::pair("RegExp_words", rare + u'|' + benchProseWord(19'001)),
-          std::pair("RegExp_classes", u"[xz][a-c]+q"_qs), std::pair("RegExp_start", u"^Z.*x$"_qs)})
-        registerRatio(name, 5, [pattern = pattern](benchmark::State &state) {
-            searchExpression(state, pattern);
-        });
+    registerRatio("RegExp_words", 5, [=](benchmark::State &state) {
+        searchExpression(state, rare + u'|' + benchProseWord(19'001), ExpressionTarget);
+    });
+    registerRatio("RegExp_classes", 5, [](benchmark::State &state) {
+        searchExpression(state, u"[xz][a-c]+q"_qs, ExpressionTarget);
+    });
+    // Settled by the first character of a text; what is measured is how the texts are come by.
+    registerRatio("RegExp_start", 5,
+                  [](benchmark::State &state) { searchExpression(state, u"^Z.*x$"_qs, {}); });
     registerRatio("Exact_again", 21, searchAgain);
     registerRatio("Exact_against_rg", 11, searchAgainstRipgrep);
 
@@ -476,9 +494,9 @@ void registerBenchmarks()
         registerRatio("open_and_save_growth/" + std::to_string(items), 3,
                       [items](benchmark::State &state) { growth(state, items); });
     for (const int items : {10'000, 100'000}) {
-        registerRatio("load_memory/" + std::to_string(items), 3,
+        registerRatio("load_memory/" + std::to_string(items), 1,
                       [items](benchmark::State &state) { memoryOf(state, items, false); });
-        registerRatio("save_memory/" + std::to_string(items), 3,
+        registerRatio("save_memory/" + std::to_string(items), 1,
                       [items](benchmark::State &state) { memoryOf(state, items, true); });
     }
 }
