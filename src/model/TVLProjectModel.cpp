@@ -2,6 +2,7 @@
 
 #include "TVLKeywordModel.h"
 #include "TVLOptions.h"
+#include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectFolderMonitor.h"
 #include "TVLProjectNode.h"
@@ -80,7 +81,8 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
         connect(mFolderMonitor, &TVLProjectFolderMonitor::externallyModified, this,
                 &TVLProjectModel::externallyModified);
     }
-    mSearchIndex = std::make_unique<TVLSearchIndex>();
+    mChecksums = std::make_unique<TVLProjectChecksums>(mFolderFormat);
+    mSearchIndex = std::make_unique<TVLSearchIndex>(this);
     mRootNode =
         std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid::createUuid()), nullptr);
     mKeywordModel = new TVLKeywordModel(mSearchIndex.get(), this);
@@ -496,6 +498,7 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
         return;
     mIdMap.remove(node->mId);
     (void)mSearchIndex->removeDocument(node->mId);
+    mForgottenIds.insert(node->mId);
     node->mId = -1;
 }
 
@@ -506,8 +509,8 @@ void TVLProjectModel::populateMissingIDs()
             return;
         node->mId = findNextNodeId();
         mIdMap.insert(node->mId, node->mUuid);
+        addToSearchIndex(node);
     });
-    enterDocumentKeywords();
 }
 
 void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *other)
@@ -518,8 +521,8 @@ void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *oth
             return;
         node->mId = freeIds.take();
         mIdMap.insert(node->mId, node->mUuid);
+        addToSearchIndex(node);
     });
-    enterDocumentKeywords();
 }
 
 void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)

@@ -6,6 +6,7 @@
 #include "TVLProjectNotes.h"
 #include "TVLReference.h"
 #include "TVLScriptMode.h"
+#include "TVLSearchedProject.h"
 #include "TVLSnapshotInfo.h"
 #include "TVLTargets.h"
 
@@ -28,6 +29,7 @@ class QTextDocument;
 class QUrl;
 class TVLKeywordModel;
 class TVLNumberedFiles;
+class TVLProjectChecksums;
 class TVLProjectFolderFormat;
 class TVLProjectFolderMonitor;
 class TVLProjectNode;
@@ -68,7 +70,9 @@ struct TVLTextRange;
  *
  * All of it runs on the application's main thread.
  */
-class TVL_EXPORT TVLProjectModel : public QAbstractItemModel, public TVLBinderProject
+class TVL_EXPORT TVLProjectModel : public QAbstractItemModel,
+                                   public TVLBinderProject,
+                                   public TVLSearchedProject
 {
     Q_OBJECT
     Q_PROPERTY(QString name READ name WRITE setName)
@@ -131,6 +135,10 @@ public:
     void save(TVLTextDocument *document);
     /** save(), and all that is saved apart from it. */
     void saveAll(bool force);
+    /** Writes the texts that the search index keeps between sessions, if they have changed. */
+    void saveSearchIndex(bool force);
+    /** Writes the hashes of the documents' files, if they have changed. */
+    void saveChecksums(bool force);
     /**
      * Copies the project to @p path, goes on there and saves. An existing folder there is deleted
      * first. False, with the model still on its old path, when the copy failed, or when @p path is
@@ -758,7 +766,7 @@ public:
     /** Whether some custom field of the item isn't empty. */
     [[nodiscard]] bool hasCustomMetaData(const QModelIndex &index) const;
     /** Whether a document of the item is in memory; false for system folders. */
-    [[nodiscard]] bool referenced(const QModelIndex &index) const;
+    [[nodiscard]] bool referenced(const QModelIndex &index) const override;
     /** Whether the document is in memory and can't be written; false for system folders. */
     [[nodiscard]] bool isReadOnly(const QModelIndex &index, TVL::DocumentType type) const;
     /** Hashes of the texts as they are on disk; empty for one without a file. */
@@ -838,6 +846,23 @@ public:
     [[nodiscard]] bool containsKeywords(const QSet<int> &keywords, const QModelIndex &parent) const;
     [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override;
     void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override;
+    /** @} */
+
+    /** @name Searching
+     * The search index knows the texts of all items, and asks for those that have changed before
+     * each search; see collectionIndexes().
+     * @{ */
+    [[nodiscard]] TVLSearchIndex *searchIndex() const { return mSearchIndex.get(); }
+    [[nodiscard]] TVLProjectChecksums *checksums() const override { return mChecksums.get(); }
+    /** Whether a text holds the words of a search; @p flags are those of TVLTextMatcher. */
+    [[nodiscard]] static bool matchQString(const QString &text, int flags,
+                                           const QStringList &words);
+    /** Asks all items for their texts anew, and saves search index and hashes. */
+    void rebuildSearchIndexes(bool showProgress, QWidget *parent);
+    [[nodiscard]] QString searchedPath() const override { return mPath; }
+    [[nodiscard]] QModelIndex searchedIndex(int id) const override { return index(id); }
+    [[nodiscard]] QString searchedText(const QModelIndex &index,
+                                       TVL::DocumentProperty property) const override;
     /** @} */
 
     /** @name Images and icons
@@ -1042,10 +1067,67 @@ public:
     [[nodiscard]] int maxOutlineColumns() const;
     /** @} */
 
-    /** @name Collections and favorites @{ */
+    /** @name Collections
+     * Named lists of items: the binder itself and the search results, which every project has, and
+     * the user's own. They are known by position or by identity; what is out of range or may not be
+     * changed is passed over. Changes mark the project modified, and emit collectionChanged() with
+     * and without the collection unless something else is said.
+     * @{ */
     [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
     /** Takes over a list without a signal; ids of no item leave it, missing kinds are added. */
     void setCollections(const QList<TVLCollectionMetaData> &collections) override;
+    void addDefaultCollections();
+    /** Inserts a collection at a position or the nearest one; see collectionInserted(). */
+    void insertCollection(int position, const TVLCollectionMetaData &collection);
+    /** Inserts a list of items in the order of the binder, with a random colour if that is
+     * invalid. Returns its identity. */
+    QString insertCollection(int position, const QModelIndexList &indexes, const QString &title,
+                             const QColor &color);
+    void removeCollection(int position);
+    /** Moves a collection in front of another, or to the end. Views see it go and come. */
+    void moveCollection(int from, int to);
+    /** -1 for an unknown identity. */
+    [[nodiscard]] int collectionPos(const QString &identity) const;
+    [[nodiscard]] bool hasCollectionWithId(const QString &identity) const;
+    /** These give a record of TVL::NoCollection when there is none. */
+    [[nodiscard]] TVLCollectionMetaData findCollectionByPos(int position) const;
+    [[nodiscard]] TVLCollectionMetaData findCollectionById(const QString &identity) const;
+    [[nodiscard]] TVLCollectionMetaData findCollectionByTitle(const QString &title) const;
+    [[nodiscard]] TVLCollectionMetaData binderCollection() const;
+    [[nodiscard]] TVLCollectionMetaData recentSearch() const;
+    void setCollectionByPos(int position, const TVLCollectionMetaData &collection);
+    void setCollectionById(const QString &identity, const TVLCollectionMetaData &collection);
+    void setCollectionColor(int position, const QColor &color);
+    void setCollectionColor(const QString &identity, const QColor &color);
+    /** Makes a search the one of the search results, whose title stays. */
+    void setRecentSearch(const TVLCollectionMetaData &search);
+    /** Appends the items that aren't in it to a list kept by hand. */
+    void addToCollection(int position, const QModelIndexList &indexes);
+    void addToCollection(const QString &identity, const QModelIndexList &indexes);
+    void removeFromCollection(int position, const QModelIndexList &indexes);
+    void removeFromCollection(const QString &identity, const QModelIndexList &indexes);
+    /** Has all searches that are shown run again; marks nothing. */
+    void updateSearchCollections();
+    /**
+     * What a collection shows: a list's items in its order, or what its search finds now.
+     * @param context the selection, for a search that is limited to it and what lies below it
+     */
+    [[nodiscard]] QModelIndexList
+    collectionIndexes(const TVLCollectionMetaData &collection,
+                      const QModelIndexList &context = QModelIndexList()) const;
+    /** The first collection of a title, made if there is none. */
+    TVLCollectionMetaData ensureCollection(const QString &title, const QColor &color);
+    TVLCollectionMetaData updatedDocumentsCollection();
+    [[nodiscard]] bool updatedDocumentsCollectionExists() const;
+    void setCollectionUpdatedDocuments(const QList<int> &ids);
+    TVLCollectionMetaData syncedDocumentsCollection();
+    [[nodiscard]] bool syncedDocumentsCollectionExists() const;
+    /** Those that may choose the documents of an external folder sync. */
+    [[nodiscard]] QList<TVLCollectionMetaData> collectionsForExternalFolderSync() const;
+    [[nodiscard]] bool hasCollectionsForExternalFolderSync() const;
+    /** @} */
+
+    /** @name Favorites @{ */
     /** Makes an item a favorite, at either end of the list, or none. */
     bool setFavorite(const QModelIndex &index, bool favorite, bool atEnd);
     bool addToFavorites(const QModelIndex &index, bool atEnd);
@@ -1054,6 +1136,9 @@ public:
     [[nodiscard]] QModelIndexList favorites() const;
     [[nodiscard]] QList<int> favoriteIds() const override;
     [[nodiscard]] bool addFavorite(int id) override;
+    /** Replaces all; each id must be that of an item. */
+    void setFavorites(const QList<int> &ids);
+    void clearFavorites();
     /** @} */
 
 public Q_SLOTS:
@@ -1141,7 +1226,6 @@ private:
     void addDefaultLabelsAndStatusItems();
     void addDefaultProjectNotesAndCollections();
     void addDefaultProjectNotes();
-    void addDefaultCollections();
     void ensureProperProjectNotes();
     void updateHasSnapshots();
     [[nodiscard]] TVLProjectSettings *newSettings();
@@ -1215,7 +1299,18 @@ private:
                       int targetRow);
     bool moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row);
     bool moveChildrenBehind(TVLProjectNode *node);
-    void announceSearchesWithoutTrash();
+    [[nodiscard]] static QString trSearchResultsTitle();
+    [[nodiscard]] bool isCollectionPos(int position) const;
+    void announceCollection(int position);
+    void storeCollection(int position, const TVLCollectionMetaData &collection);
+    void insertCollectionRow(int position, const TVLCollectionMetaData &collection);
+    void removeCollectionRow(int position);
+    /** Announces the searches that have all bits of a scope. */
+    void announceSearches(int scope);
+    [[nodiscard]] bool isFoundBy(const TVLCollectionMetaData &collection,
+                                 const QSet<const TVLProjectNode *> &context,
+                                 const QModelIndex &item) const;
+    QList<TVLProjectNode *> changeFavorites(const QSet<int> &ids, bool favorite);
     void removeNodeIdsFromFavorites(const QList<int> &ids);
     void removeNodeIdsFromDependentStructures(QList<int> ids);
     void unloadDocuments(TVLProjectNode *node);
@@ -1244,7 +1339,16 @@ private:
 
     /** Stores an item's keywords, for its caller to announce. */
     void setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids);
-    void enterDocumentKeywords();
+    void addToSearchIndex(const TVLProjectNode *node);
+    void addAllToSearchIndex();
+    void loadSearchIndex();
+    void updateHasTextSynopsisNotesFromDB();
+    /** Tells the search index what a property of an item is now. */
+    void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
+                        const QVariant &value, bool isConfirmed = true) const;
+    void updateSearchedTexts(const TVLProjectNode *node, const TVLProjectNode *textsOf) const;
+    void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
+    void updateSearchedCustomMetaData(const TVLProjectNode *node) const;
     [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
 
     void announceChange(const QModelIndex &index);
@@ -1253,6 +1357,10 @@ private:
     void followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects);
     template <typename Store>
     bool changeNode(const QModelIndex &index, Effects effects, Store store);
+    template <typename Value>
+    bool setSearchedValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
+                          const Value &value, TVL::DocumentProperty property,
+                          bool equalCounts = true);
     template <typename Value>
     bool setNodeValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
                       const Value &value, Effects effects = Effects::TouchAndAnnounce,
@@ -1273,7 +1381,8 @@ private:
     [[nodiscard]] QModelIndex findTopLevel(Predicate predicate) const;
     template <typename Item, typename SetItems>
     void replaceItems(QList<Item> items, const QList<Item> &oldItems, const Item &noneItem,
-                      int TVLProjectNodeProperties::*member, int *defaultId, SetItems setItems);
+                      int TVLProjectNodeProperties::*member, TVL::DocumentProperty property,
+                      int *defaultId, SetItems setItems);
 
     QString mName;
     QString mPath;
@@ -1312,7 +1421,9 @@ private:
     TVLProjectFolderFormat *mFolderFormat; ///< Child object.
     TVLProjectFolderMonitor *mFolderMonitor = nullptr; ///< Child object; null in a mobile project.
     TVLProjectSettings *mSettings = nullptr; ///< Child object.
+    std::unique_ptr<TVLProjectChecksums> mChecksums;
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
+    QSet<int> mForgottenIds; ///< Of items that are gone, whose texts the search index still has.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
     mutable QHash<QString, QPixmap> mCustomIcons; ///< Those that were asked for and found.

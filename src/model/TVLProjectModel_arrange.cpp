@@ -312,6 +312,8 @@ bool TVLProjectModel::applyAttributes(
     if (!node)
         return false;
     (node->*apply)(properties);
+    updateSearched(node, TVL::TitleProperty, node->mTitle);
+    updateSearchedCustomMetaData(node);
     markProjectAsModified(true);
     announceChange(index);
     return true;

@@ -289,9 +289,23 @@ bool TVLProjectModel::setNodeValue(const QModelIndex &index,
     });
 }
 
+template <typename Value>
+bool TVLProjectModel::setSearchedValue(const QModelIndex &index,
+                                       Value TVLProjectNodeProperties::*member, const Value &value,
+                                       TVL::DocumentProperty property, bool equalCounts)
+{
+    return changeNode(index, Effects::TouchAndAnnounce, [&](TVLProjectNode *node) {
+        if (equalCounts && node->*member == value)
+            return false;
+        node->*member = value;
+        updateSearched(node, property, value);
+        return true;
+    });
+}
+
 bool TVLProjectModel::setTitle(const QModelIndex &index, const QString &title)
 {
-    return setNodeValue(index, &TVLProjectNode::mTitle, title);
+    return setSearchedValue(index, &TVLProjectNode::mTitle, title, TVL::TitleProperty);
 }
 
 bool TVLProjectModel::setType(const QModelIndex &index, TVL::NodeType type)
@@ -331,14 +345,14 @@ bool TVLProjectModel::setShowIndexCardImage(const QModelIndex &index, bool show)
 
 bool TVLProjectModel::setLabelIdentity(const QModelIndex &index, int id)
 {
-    return setNodeValue(index, &TVLProjectNode::mLabelId, id, Effects::TouchAndAnnounce,
-                        mSearchIndex->hasLabel(id));
+    return setSearchedValue(index, &TVLProjectNode::mLabelId, id, TVL::LabelProperty,
+                            mSearchIndex->hasLabel(id));
 }
 
 bool TVLProjectModel::setStatusIdentity(const QModelIndex &index, int id)
 {
-    return setNodeValue(index, &TVLProjectNode::mStatusId, id, Effects::TouchAndAnnounce,
-                        mSearchIndex->hasStatusItem(id));
+    return setSearchedValue(index, &TVLProjectNode::mStatusId, id, TVL::StatusProperty,
+                            mSearchIndex->hasStatusItem(id));
 }
 
 bool TVLProjectModel::setWebUrl(const QModelIndex &index, const QUrl &url)

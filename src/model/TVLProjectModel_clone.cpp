@@ -213,6 +213,9 @@ bool TVLProjectModel::cloneNode(const CloneSource &from, TVLProjectNode *source,
     const QModelIndex targetIndex = createIndex(target);
     cloneKeywordsAndReferences(sourceIndex, targetIndex);
     cloneLabelsAndStatusItems(sourceIndex, targetIndex);
+    updateSearchedTexts(target, source);
+    updateSearched(target, TVL::TitleProperty, target->mTitle);
+    updateSearchedCustomMetaData(target);
     announceChange(targetIndex);
     return true;
 }
@@ -235,6 +238,10 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     targetNode->mHasSnapshots = snapshots && sourceNode->mHasSnapshots;
     cloneKeywordsAndReferences(source, target);
     cloneLabelsAndStatusItems(source, target);
+    for (const auto property : {TVL::TextProperty, TVL::NotesProperty, TVL::SynopsisProperty})
+        mSearchIndex->invalidatePropertyNode(targetNode, property);
+    updateSearched(targetNode, TVL::TitleProperty, targetNode->mTitle);
+    updateSearchedCustomMetaData(targetNode);
     announceChange(target);
     return true;
 }
@@ -285,6 +292,8 @@ bool TVLProjectModel::cloneLabelsAndStatusItems(const QModelIndex &source,
     targetNode->mStatusId = isSameProject
         ? sourceNode->mStatusId
         : adoptStatusItem(*from->mSearchIndex, sourceNode->mStatusId);
+    updateSearched(targetNode, TVL::LabelProperty, targetNode->mLabelId);
+    updateSearched(targetNode, TVL::StatusProperty, targetNode->mStatusId);
     return true;
 }
 

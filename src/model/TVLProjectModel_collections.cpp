@@ -1,8 +1,12 @@
 #include "TVLProjectModel.h"
 
 #include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
 
-#include <utility>
+#include <QCoreApplication>
+#include <QSet>
+
+#include <algorithm>
 
 namespace {
 
@@ -16,90 +20,409 @@ TVLCollectionMetaData newCollection(TVL::CollectionType type, const QString &tit
     return collection;
 }
 
+/** What a look-up that finds nothing gives. */
+TVLCollectionMetaData noCollection()
+{
+    TVLCollectionMetaData collection;
+    collection.mType = TVL::NoCollection;
+    return collection;
+}
+
+/** Whether every project has one, which comes with it and goes with it. */
+bool isBuiltIn(const TVLCollectionMetaData &collection)
+{
+    return collection.mType == TVL::BinderCollection
+        || collection.mType == TVL::RecentSearchCollection;
+}
+
+bool isSearch(const TVLCollectionMetaData &collection)
+{
+    return collection.mType == TVL::RecentSearchCollection
+        || collection.mType == TVL::SavedSearchCollection;
+}
+
+template <typename Predicate>
+int firstPosition(const QList<TVLCollectionMetaData> &collections, Predicate predicate)
+{
+    const auto found = std::find_if(collections.begin(), collections.end(), predicate);
+    return found == collections.end() ? -1 : int(found - collections.begin());
+}
+
+int firstOfType(const QList<TVLCollectionMetaData> &collections, TVL::CollectionType type)
+{
+    return firstPosition(collections, [type](const TVLCollectionMetaData &collection) {
+        return collection.mType == type;
+    });
+}
+
+QSet<int> toSet(const QList<int> &ids)
+{
+    return {ids.begin(), ids.end()};
+}
+
+// The titles that records of collections know their own sync results by.
+QString updatedDocumentsTitle()
+{
+    return QCoreApplication::translate("TVLCollectionMetaData", "Updated Documents");
+}
+
+QString syncedDocumentsTitle()
+{
+    return QCoreApplication::translate("TVLCollectionMetaData", "Synced Documents");
+}
+
+bool isInOrBelow(const TVLProjectNode *node, const QSet<const TVLProjectNode *> &tops)
+{
+    while (node && !tops.contains(node))
+        node = node->mParent;
+    return node != nullptr;
+}
+
 } // namespace
+
+// --- The list
+
+QString TVLProjectModel::trSearchResultsTitle()
+{
+    return tr("Search Results", "Search results collection");
+}
 
 void TVLProjectModel::addDefaultCollections()
 {
     if (!mCollections.isEmpty())
         return;
     mCollections.append(newCollection(TVL::BinderCollection, tr("Binder", "Binder collection")));
-    mCollections.append(newCollection(TVL::RecentSearchCollection,
-                                      tr("Search Results", "Search results collection")));
+    mCollections.append(newCollection(TVL::RecentSearchCollection, trSearchResultsTitle()));
 }
 
 void TVLProjectModel::setCollections(const QList<TVLCollectionMetaData> &collections)
 {
     mCollections = collections;
-    bool hasBinder = false;
-    bool hasRecentSearch = false;
     for (TVLCollectionMetaData &collection : mCollections) {
-        hasBinder = hasBinder || collection.mType == TVL::BinderCollection;
-        hasRecentSearch = hasRecentSearch || collection.mType == TVL::RecentSearchCollection;
         if (collection.mType == TVL::ArbitraryCollection)
             collection.mIds.removeIf([this](int id) { return !index(id).isValid(); });
     }
-    if (!hasBinder)
-        mCollections.append(newCollection(TVL::BinderCollection, QString()));
-    if (!hasRecentSearch)
-        mCollections.append(newCollection(TVL::RecentSearchCollection, QString()));
+    for (const auto type : {TVL::BinderCollection, TVL::RecentSearchCollection}) {
+        if (firstOfType(mCollections, type) < 0)
+            mCollections.append(newCollection(type, QString()));
+    }
 }
 
-bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool atEnd)
+bool TVLProjectModel::isCollectionPos(int position) const
 {
-    TVLProjectNode *node = projectNode(index);
-    if (!node)
-        return false;
-    if (node->mIsFavorite == favorite && !mFavorites.isEmpty()
-        && node->mId == (atEnd ? mFavorites.constLast() : mFavorites.constFirst()))
-        return true;
-    node->mIsFavorite = favorite;
-    node->updateModified();
-    mFavorites.removeAll(node->mId);
-    if (favorite)
-        mFavorites.insert(atEnd ? mFavorites.size() : 0, node->mId);
-    markProjectAsModified(true);
-    announceChange(index);
-    return true;
+    return position >= 0 && position < mCollections.size();
 }
 
-QModelIndexList TVLProjectModel::favorites() const
+void TVLProjectModel::announceCollection(int position)
+{
+    // By value: who hears of it may change the list.
+    const TVLCollectionMetaData collection = mCollections.at(position);
+    Q_EMIT collectionChanged(position, collection);
+    Q_EMIT collectionChanged();
+}
+
+void TVLProjectModel::storeCollection(int position, const TVLCollectionMetaData &collection)
+{
+    mCollections[position] = collection;
+    markProjectAsModified(true);
+    announceCollection(position);
+}
+
+void TVLProjectModel::insertCollectionRow(int position, const TVLCollectionMetaData &collection)
+{
+    Q_EMIT collectionAboutToBeInserted(position, collection);
+    mCollections.insert(position, collection);
+    markProjectAsModified(true);
+    Q_EMIT collectionInserted(position, collection);
+}
+
+void TVLProjectModel::removeCollectionRow(int position)
+{
+    Q_EMIT collectionAboutToBeRemoved(position);
+    mCollections.removeAt(position);
+    markProjectAsModified(true);
+    Q_EMIT collectionRemoved(position);
+}
+
+void TVLProjectModel::insertCollection(int position, const TVLCollectionMetaData &collection)
+{
+    if (isBuiltIn(collection))
+        return;
+    insertCollectionRow(std::clamp(position, 0, int(mCollections.size())), collection);
+    Q_EMIT collectionChanged();
+}
+
+QString TVLProjectModel::insertCollection(int position, const QModelIndexList &indexes,
+                                          const QString &title, const QColor &color)
+{
+    TVLCollectionMetaData collection = newCollection(TVL::ArbitraryCollection, title);
+    if (color.isValid())
+        collection.mColor = color;
+    collection.mIds = nodeIdentityList(sortIndexes(indexes));
+    insertCollection(position, collection);
+    return collection.mId;
+}
+
+void TVLProjectModel::removeCollection(int position)
+{
+    if (!isCollectionPos(position) || isBuiltIn(mCollections.at(position)))
+        return;
+    removeCollectionRow(position);
+    Q_EMIT collectionChanged();
+}
+
+void TVLProjectModel::moveCollection(int from, int to)
+{
+    if (!isCollectionPos(from) || to < 0 || to > mCollections.size())
+        return;
+    // Out and in again, so that views need no word for a move.
+    const TVLCollectionMetaData collection = mCollections.at(from);
+    removeCollectionRow(from);
+    insertCollectionRow(from < to ? to - 1 : to, collection);
+    Q_EMIT collectionChanged();
+}
+
+// --- Looking up
+
+int TVLProjectModel::collectionPos(const QString &identity) const
+{
+    return firstPosition(mCollections, [&identity](const TVLCollectionMetaData &collection) {
+        return collection.mId == identity;
+    });
+}
+
+bool TVLProjectModel::hasCollectionWithId(const QString &identity) const
+{
+    return collectionPos(identity) >= 0;
+}
+
+TVLCollectionMetaData TVLProjectModel::findCollectionByPos(int position) const
+{
+    return isCollectionPos(position) ? mCollections.at(position) : noCollection();
+}
+
+TVLCollectionMetaData TVLProjectModel::findCollectionById(const QString &identity) const
+{
+    return findCollectionByPos(collectionPos(identity));
+}
+
+TVLCollectionMetaData TVLProjectModel::findCollectionByTitle(const QString &title) const
+{
+    return findCollectionByPos(
+        firstPosition(mCollections, [&title](const TVLCollectionMetaData &collection) {
+            return collection.mTitle == title;
+        }));
+}
+
+TVLCollectionMetaData TVLProjectModel::binderCollection() const
+{
+    const int position = firstOfType(mCollections, TVL::BinderCollection);
+    return position >= 0 ? mCollections.at(position)
+                         : newCollection(TVL::BinderCollection, QString());
+}
+
+TVLCollectionMetaData TVLProjectModel::recentSearch() const
+{
+    const int position = firstOfType(mCollections, TVL::RecentSearchCollection);
+    return position >= 0 ? mCollections.at(position)
+                         : newCollection(TVL::RecentSearchCollection, QString());
+}
+
+// --- Changing one
+
+void TVLProjectModel::setCollectionByPos(int position, const TVLCollectionMetaData &collection)
+{
+    if (isCollectionPos(position) && !isBuiltIn(mCollections.at(position)))
+        storeCollection(position, collection);
+}
+
+void TVLProjectModel::setCollectionById(const QString &identity,
+                                        const TVLCollectionMetaData &collection)
+{
+    setCollectionByPos(collectionPos(identity), collection);
+}
+
+void TVLProjectModel::setCollectionColor(int position, const QColor &color)
+{
+    TVLCollectionMetaData collection = findCollectionByPos(position);
+    if (isBuiltIn(collection) || collection.mType == TVL::NoCollection || collection.mId.isEmpty())
+        return;
+    collection.mColor = color;
+    storeCollection(position, collection);
+}
+
+void TVLProjectModel::setCollectionColor(const QString &identity, const QColor &color)
+{
+    setCollectionColor(collectionPos(identity), color);
+}
+
+void TVLProjectModel::setRecentSearch(const TVLCollectionMetaData &search)
+{
+    const int position = firstOfType(mCollections, search.mType);
+    if (position < 0)
+        return;
+    TVLCollectionMetaData collection = search;
+    collection.mTitle = trSearchResultsTitle();
+    collection.mColor = QColor();
+    storeCollection(position, collection);
+}
+
+void TVLProjectModel::addToCollection(int position, const QModelIndexList &indexes)
+{
+    TVLCollectionMetaData collection = findCollectionByPos(position);
+    if (collection.mType != TVL::ArbitraryCollection)
+        return;
+    QSet<int> known = toSet(collection.mIds);
+    const qsizetype oldCount = collection.mIds.size();
+    const QList<int> ids = nodeIdentityList(indexes);
+    for (const int id : ids) {
+        if (id < 0 || known.contains(id))
+            continue;
+        known.insert(id);
+        collection.mIds.append(id);
+    }
+    if (collection.mIds.size() != oldCount)
+        storeCollection(position, collection);
+}
+
+void TVLProjectModel::addToCollection(const QString &identity, const QModelIndexList &indexes)
+{
+    addToCollection(collectionPos(identity), indexes);
+}
+
+void TVLProjectModel::removeFromCollection(int position, const QModelIndexList &indexes)
+{
+    if (!isCollectionPos(position))
+        return;
+    TVLCollectionMetaData collection = mCollections.at(position);
+    const QSet<int> removed = toSet(nodeIdentityList(indexes));
+    collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
+    storeCollection(position, collection);
+}
+
+void TVLProjectModel::removeFromCollection(const QString &identity, const QModelIndexList &indexes)
+{
+    removeFromCollection(collectionPos(identity), indexes);
+}
+
+void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
+{
+    const QSet<int> removed = toSet(ids);
+    for (TVLCollectionMetaData &collection : mCollections) {
+        if (collection.mType == TVL::ArbitraryCollection)
+            collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
+    }
+}
+
+// --- What a collection shows
+
+void TVLProjectModel::updateSearchCollections()
+{
+    announceSearches(TVL::AllScope);
+}
+
+void TVLProjectModel::announceSearches(int scope)
+{
+    const QList<TVLCollectionMetaData> collections = mCollections;
+    for (qsizetype position = 0; position < collections.size(); ++position) {
+        const TVLCollectionMetaData &collection = collections.at(position);
+        if (!isSearch(collection) || (collection.mSearchScope & scope) != scope)
+            continue;
+        Q_EMIT collectionChanged(int(position), collection);
+        Q_EMIT collectionChanged();
+    }
+}
+
+QModelIndexList TVLProjectModel::collectionIndexes(const TVLCollectionMetaData &collection,
+                                                   const QModelIndexList &context) const
 {
     QModelIndexList indexes;
-    const QList<int> ids = favoriteIds();
-    indexes.reserve(ids.size());
-    for (const int id : ids)
-        indexes.append(index(id));
+    if (collection.mType == TVL::ArbitraryCollection) {
+        for (const int id : collection.mIds) {
+            const QModelIndex item = index(id);
+            if (item.isValid())
+                indexes.append(item);
+        }
+    } else if (isSearch(collection) && !collection.mSearchText.isEmpty()) {
+        QSet<const TVLProjectNode *> scope;
+        for (const QModelIndex &selected : context)
+            scope.insert(projectNode(selected));
+        const QList<int> ids = mSearchIndex->indexes(collection);
+        for (const int id : ids) {
+            const QModelIndex item = index(id);
+            if (isFoundBy(collection, scope, item))
+                indexes.append(item);
+        }
+    }
     return indexes;
 }
 
-QList<int> TVLProjectModel::favoriteIds() const
+bool TVLProjectModel::isFoundBy(const TVLCollectionMetaData &collection,
+                                const QSet<const TVLProjectNode *> &context,
+                                const QModelIndex &item) const
 {
-    QList<int> ids = mFavorites;
-    ids.removeIf([this](int id) { return !hasNodeId(id) || !findNode(id)->mIsFavorite; });
-    return ids;
-}
-
-bool TVLProjectModel::addFavorite(int id)
-{
-    const QModelIndex item = index(id);
-    if (!item.isValid())
+    if (!item.isValid() || isSystemFolder(item))
         return false;
-    if (!mIsReadingBinder)
-        return addToFavorites(item, true);
-    // Opening a project changes none of its items.
-    TVLProjectNode *node = projectNode(item);
-    if (std::exchange(node->mIsFavorite, true))
-        mFavorites.removeAll(id);
-    mFavorites.append(id);
-    return true;
+    if (collection.mSearchCompile != TVL::AnyCompile
+        && includeInCompile(item) != (collection.mSearchCompile == TVL::IncludedInCompile))
+        return false;
+    if ((collection.mSearchScope & TVL::DraftScope) != 0)
+        return draftContains(item);
+    if ((collection.mSearchScope & TVL::ExcludeTrashScope) != 0 && trashContains(item))
+        return false;
+    return (collection.mSearchScope & TVL::SelectionScope) == 0
+        || isInOrBelow(projectNode(item), context);
 }
 
-bool TVLProjectModel::addToFavorites(const QModelIndex &index, bool atEnd)
+// --- For external folder sync
+
+TVLCollectionMetaData TVLProjectModel::ensureCollection(const QString &title, const QColor &color)
 {
-    return setFavorite(index, true, atEnd);
+    const TVLCollectionMetaData collection = findCollectionByTitle(title);
+    if (collection.mType != TVL::NoCollection && !collection.mId.isEmpty())
+        return collection;
+    return findCollectionById(insertCollection(int(mCollections.size()), {}, title, color));
 }
 
-bool TVLProjectModel::removeFromFavorites(const QModelIndex &index)
+TVLCollectionMetaData TVLProjectModel::updatedDocumentsCollection()
 {
-    return setFavorite(index, false, false);
+    return ensureCollection(updatedDocumentsTitle(), QColor());
+}
+
+bool TVLProjectModel::updatedDocumentsCollectionExists() const
+{
+    return findCollectionByTitle(updatedDocumentsTitle()).mType != TVL::NoCollection;
+}
+
+void TVLProjectModel::setCollectionUpdatedDocuments(const QList<int> &ids)
+{
+    TVLCollectionMetaData collection = updatedDocumentsCollection();
+    if (collection.mIds == ids)
+        return;
+    collection.mIds = ids;
+    setCollectionById(collection.mId, collection);
+}
+
+TVLCollectionMetaData TVLProjectModel::syncedDocumentsCollection()
+{
+    return ensureCollection(syncedDocumentsTitle(), QColor());
+}
+
+bool TVLProjectModel::syncedDocumentsCollectionExists() const
+{
+    return findCollectionByTitle(syncedDocumentsTitle()).mType != TVL::NoCollection;
+}
+
+QList<TVLCollectionMetaData> TVLProjectModel::collectionsForExternalFolderSync() const
+{
+    QList<TVLCollectionMetaData> collections = mCollections;
+    collections.removeIf([](const TVLCollectionMetaData &collection) {
+        return !collection.isSuitableExternalFolderSync();
+    });
+    return collections;
+}
+
+bool TVLProjectModel::hasCollectionsForExternalFolderSync() const
+{
+    return !collectionsForExternalFolderSync().isEmpty();
 }

@@ -49,6 +49,7 @@ bool TVLProjectModel::setCustomMetaData(const QModelIndex &index, const QString 
     if (node->mCustomMetaData.value(id) == value)
         return true;
     node->mCustomMetaData.insert(id, value);
+    updateSearchedCustomMetaData(node);
     markProjectAsModified(true);
     node->updateModified();
     Q_EMIT customMetaDataChanged(index);
@@ -75,6 +76,7 @@ void TVLProjectModel::removeCustomMetaDataFromNodes(const QString &id)
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         if (node->mCustomMetaData.remove(id) == 0)
             return;
+        updateSearchedCustomMetaData(node);
         node->updateModified();
         indexes.append(createIndex(node));
     });

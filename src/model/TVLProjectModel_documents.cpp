@@ -3,6 +3,7 @@
 #include "TVLHeldDocument_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchIndex.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFinder.h"
 
@@ -253,6 +254,7 @@ bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors) 
 {
     const bool result = mFolderFormat->writeDocuments(node, errors);
     updateHasFlags(node);
+    updateSearchedTexts(node, node);
     return result;
 }
 
@@ -300,6 +302,7 @@ void TVLProjectModel::onDocumentContentsChange(int position, int charsRemoved, i
     node->mCharacterCount = -1;
     const QModelIndex index = createIndex(node);
     const TVL::DocumentType type = document->documentType();
+    mSearchIndex->invalidateDocumentNode(node, type);
     scheduleDocTextChange(index);
     markProjectAsModified(true);
     Q_EMIT documentContentsChange(index, type, position, charsRemoved, charsAdded);
@@ -426,6 +429,7 @@ bool TVLProjectModel::setInspectorNote(const QModelIndex &index, const TVLTextRa
     TVLTextDoc::setComment(text.get(), range, link);
     text->setModified(true);
     text->setSaved(false);
+    updateSearchedComments(projectNode(index), text.get());
     projectNode(index)->updateModified();
     markProjectAsModified(true);
     return true;
@@ -443,6 +447,7 @@ bool TVLProjectModel::removeInspectorNotes(const QModelIndex &index, const QList
         if (!run.isNull())
             TVLTextDoc::removeComment(run);
     }
+    updateSearchedComments(projectNode(index), text.get());
     return true;
 }
 

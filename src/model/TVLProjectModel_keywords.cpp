@@ -164,18 +164,6 @@ void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
         announceChange(createIndex(node));
 }
 
-void TVLProjectModel::enterDocumentKeywords()
-{
-    QList<std::pair<int, int>> rows;
-    tvlForEachNode(mRootNode.get(), [&rows](const TVLProjectNode *node) {
-        if (node->mId < 0)
-            return;
-        for (const int id : node->mKeywords)
-            rows.append({node->mId, id});
-    });
-    mSearchIndex->setAllDocumentKeywords(rows);
-}
-
 // --- The binder's section
 
 QList<TVLBinderKeyword> TVLProjectModel::projectKeywords() const

@@ -128,7 +128,9 @@ void TVLProjectModel::initProject(QStringList *errors)
         qWarning("Could not read the script mode of '%ls': %ls", qUtf16Printable(mPath),
                  qUtf16Printable(error));
     updateHasSnapshots();
-    enterDocumentKeywords();
+    addAllToSearchIndex();
+    loadSearchIndex();
+    updateHasTextSynopsisNotesFromDB();
     addDefaultProjectNotesAndCollections();
     ensureProperProjectNotes();
 }
@@ -318,6 +320,8 @@ void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
+    saveSearchIndex(force);
+    saveChecksums(force);
 }
 
 bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)

@@ -41,7 +41,8 @@ bool containsId(const QList<Item> &items, int id)
 template <typename Item, typename SetItems>
 void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItems,
                                    const Item &noneItem, int TVLProjectNodeProperties::*member,
-                                   int *defaultId, SetItems setItems)
+                                   TVL::DocumentProperty property, int *defaultId,
+                                   SetItems setItems)
 {
     const QMap<int, Item> byId = tidyItems(&items, noneItem);
     QSet<int> changedIds;
@@ -62,8 +63,10 @@ void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItem
         *defaultId = -1;
     setItems(items);
     for (TVLProjectNode *node : std::as_const(touched)) {
-        if (!byId.contains(node->*member))
+        if (!byId.contains(node->*member)) {
             node->*member = -1;
+            updateSearched(node, property, -1);
+        }
         node->updateModified();
         announceChange(createIndex(node));
     }
@@ -83,7 +86,7 @@ void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
             label.mColor = QColor(label.mColor.rgb());
     }
     replaceItems(plainLabels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
-                 &TVLProjectNodeProperties::mLabelId, &mDefaultLabelId,
+                 &TVLProjectNodeProperties::mLabelId, TVL::LabelProperty, &mDefaultLabelId,
                  [this](const QList<TVLLabel> &items) { mSearchIndex->setLabels(items); });
     Q_EMIT labelsChanged();
     markProjectAsModified(true);
@@ -118,7 +121,7 @@ QList<TVLStatusItem> TVLProjectModel::statusItems() const
 void TVLProjectModel::setStatusItems(const QList<TVLStatusItem> &items)
 {
     replaceItems(items, statusItems(), TVLStatusItem{-1, tr("No Status")},
-                 &TVLProjectNodeProperties::mStatusId, &mDefaultStatusId,
+                 &TVLProjectNodeProperties::mStatusId, TVL::StatusProperty, &mDefaultStatusId,
                  [this](const QList<TVLStatusItem> &tidy) { mSearchIndex->setStatusItems(tidy); });
     Q_EMIT statusItemsChanged();
     markProjectAsModified(true);

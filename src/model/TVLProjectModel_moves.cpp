@@ -149,34 +149,11 @@ bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
         return false;
     if (!moveToFolder(trash, indexes, -1))
         return false;
-    announceSearchesWithoutTrash();
+    announceSearches(TVL::ExcludeTrashScope);
     return true;
 }
 
-void TVLProjectModel::announceSearchesWithoutTrash()
-{
-    const QList<TVLCollectionMetaData> collections = mCollections;
-    for (qsizetype position = 0; position < collections.size(); ++position) {
-        const TVLCollectionMetaData &collection = collections.at(position);
-        const bool isSearch = collection.mType == TVL::RecentSearchCollection
-            || collection.mType == TVL::SavedSearchCollection;
-        if (!isSearch || !(collection.mSearchScope & TVL::ExcludeTrashScope))
-            continue;
-        Q_EMIT collectionChanged(int(position), collection);
-        Q_EMIT collectionChanged();
-    }
-}
-
 // --- Removing
-
-void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
-{
-    const QSet<int> removed = toSet(ids);
-    for (TVLCollectionMetaData &collection : mCollections) {
-        if (collection.mType == TVL::ArbitraryCollection)
-            collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
-    }
-}
 
 void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
 {
@@ -230,6 +207,7 @@ void TVLProjectModel::forgetNode(TVLProjectNode *node)
     if (mUuidMap.value(node->mUuid) == node)
         mUuidMap.remove(node->mUuid);
     (void)mSearchIndex->removeDocument(node->mId);
+    mForgottenIds.insert(node->mId);
 }
 
 bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)

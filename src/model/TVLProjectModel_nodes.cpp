@@ -100,8 +100,11 @@ TVLProjectModel::InsertPlace TVLProjectModel::insertPlace(const QModelIndex &par
 
 TVLProjectNode *TVLProjectModel::insertDefaultNode(TVLProjectNode *parent, int row)
 {
-    return insertBetweenSignals(parent, row, 1,
-                                [&] { return createDefaultNode(parent, row, QUuid()); });
+    return insertBetweenSignals(parent, row, 1, [&] {
+        TVLProjectNode *node = createDefaultNode(parent, row, QUuid());
+        addToSearchIndex(node);
+        return node;
+    });
 }
 
 // --- Items with a given content
@@ -127,6 +130,7 @@ QList<TVLProjectNode *> TVLProjectModel::insertMultipleNodes(int row, const QMod
             node->mFileExtension = extension;
             node->mNodeType = type;
             node->mTitle = title.isEmpty() ? trUntitledTitle() : title;
+            addToSearchIndex(node);
             nodes.append(node);
         }
         return nodes;
@@ -202,6 +206,7 @@ TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const Q
         node->mTitle = url.host();
         node->mOriginalUrl = url.toString();
         node->mHasText = true;
+        addToSearchIndex(node);
         return node;
     });
 }
@@ -215,8 +220,7 @@ TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
         node->applyAllPreserveIDs(properties);
-        if (node->mId >= 0 && !node->mKeywords.isEmpty())
-            mSearchIndex->setDocumentKeywords(node->mId, node->mKeywords);
+        addToSearchIndex(node);
         return node;
     });
 }
@@ -242,8 +246,10 @@ QList<TVLProjectNode *> TVLProjectModel::insertClones(const InsertPlace &place, 
 {
     const auto insert = [&] {
         QList<TVLProjectNode *> nodes;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             nodes.append(createDefaultNode(place.parent, place.row, uuid));
+            addToSearchIndex(nodes.constLast());
+        }
         return nodes;
     };
     const QList<TVLProjectNode *> nodes =
@@ -336,6 +342,7 @@ QModelIndex TVLProjectModel::createNewProjectIndex(int row, const QModelIndex &p
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, uuid ? *uuid : QUuid(), -1);
         node->mTitle = title;
+        addToSearchIndex(node);
         return node;
     }));
     if (source)

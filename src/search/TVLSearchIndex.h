@@ -97,6 +97,8 @@ public:
                          const QList<int> &keywordIds);
     /** Forgets an item's keywords, label and status. Its texts stay. */
     bool removeDocument(int id);
+    /** Forgets the texts too: the id is about to be that of another item. */
+    void forgetTexts(int id);
 
     /** Sets a text, a label or a status. A confirmed text of a document file also has the file's
      * hash recorded. */

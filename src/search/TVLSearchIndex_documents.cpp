@@ -111,6 +111,11 @@ bool TVLSearchIndex::removeDocument(int id)
     return change(Statement::DeleteInts, {{u":i"_qs, id}}, __LINE__);
 }
 
+void TVLSearchIndex::forgetTexts(int id)
+{
+    change(Statement::DeleteTexts, {{u":i"_qs, id}}, __LINE__);
+}
+
 // --- Values
 
 void TVLSearchIndex::updatePropertyPrivate(int id, TVL::DocumentProperty property,

@@ -1,0 +1,110 @@
+#include "TVLProjectModel.h"
+
+#include "TVLProjectNode.h"
+
+#include <utility>
+
+bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool atEnd)
+{
+    TVLProjectNode *node = projectNode(index);
+    if (!node)
+        return false;
+    if (node->mIsFavorite == favorite && !mFavorites.isEmpty()
+        && node->mId == (atEnd ? mFavorites.constLast() : mFavorites.constFirst()))
+        return true;
+    node->mIsFavorite = favorite;
+    node->updateModified();
+    mFavorites.removeAll(node->mId);
+    if (favorite)
+        mFavorites.insert(atEnd ? mFavorites.size() : 0, node->mId);
+    markProjectAsModified(true);
+    announceChange(index);
+    return true;
+}
+
+QModelIndexList TVLProjectModel::favorites() const
+{
+    QModelIndexList indexes;
+    const QList<int> ids = favoriteIds();
+    indexes.reserve(ids.size());
+    for (const int id : ids)
+        indexes.append(index(id));
+    return indexes;
+}
+
+QList<int> TVLProjectModel::favoriteIds() const
+{
+    QList<int> ids = mFavorites;
+    ids.removeIf([this](int id) { return !hasNodeId(id) || !findNode(id)->mIsFavorite; });
+    return ids;
+}
+
+bool TVLProjectModel::addFavorite(int id)
+{
+    const QModelIndex item = index(id);
+    if (!item.isValid())
+        return false;
+    if (!mIsReadingBinder)
+        return addToFavorites(item, true);
+    // Opening a project changes none of its items.
+    TVLProjectNode *node = projectNode(item);
+    if (std::exchange(node->mIsFavorite, true))
+        mFavorites.removeAll(id);
+    mFavorites.append(id);
+    return true;
+}
+
+bool TVLProjectModel::addToFavorites(const QModelIndex &index, bool atEnd)
+{
+    return setFavorite(index, true, atEnd);
+}
+
+bool TVLProjectModel::removeFromFavorites(const QModelIndex &index)
+{
+    return setFavorite(index, false, false);
+}
+
+void TVLProjectModel::setFavorites(const QList<int> &ids)
+{
+    if (ids == mFavorites)
+        return;
+    const QSet<int> oldIds(mFavorites.begin(), mFavorites.end());
+    const QSet<int> newIds(ids.begin(), ids.end());
+    QList<TVLProjectNode *> touched = changeFavorites(oldIds - newIds, false);
+    touched += changeFavorites(newIds - oldIds, true);
+    mFavorites = ids;
+    markProjectAsModified(true);
+    for (const TVLProjectNode *node : std::as_const(touched))
+        announceChange(createIndex(node));
+}
+
+QList<TVLProjectNode *> TVLProjectModel::changeFavorites(const QSet<int> &ids, bool favorite)
+{
+    QList<TVLProjectNode *> nodes;
+    for (const int id : ids) {
+        if (!hasNodeId(id))
+            continue;
+        TVLProjectNode *node = findNode(id);
+        node->mIsFavorite = favorite;
+        node->updateModified();
+        nodes.append(node);
+    }
+    return nodes;
+}
+
+void TVLProjectModel::clearFavorites()
+{
+    QList<TVLProjectNode *> touched;
+    tvlForEachNode(mRootNode.get(), [&touched](TVLProjectNode *node) {
+        if (!std::exchange(node->mIsFavorite, false))
+            return;
+        node->updateModified();
+        touched.append(node);
+    });
+    mFavorites.clear();
+    if (touched.isEmpty())
+        return;
+    markProjectAsModified(true);
+    for (const TVLProjectNode *node : std::as_const(touched))
+        announceChange(createIndex(node));
+}
