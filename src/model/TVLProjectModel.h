@@ -135,7 +135,8 @@ public:
     void save(TVLTextDocument *document);
     /** save(), and all that is saved apart from it. */
     void saveAll(bool force);
-    /** Writes the texts that the search index keeps between sessions, if they have changed. */
+    /** Writes the texts that the search index keeps between sessions, if they have changed. A
+     * mobile project has neither these nor the hashes: their files are the desktop project's. */
     void saveSearchIndex(bool force);
     /** Writes the hashes of the documents' files, if they have changed. */
     void saveChecksums(bool force);
@@ -861,8 +862,10 @@ public:
     void rebuildSearchIndexes(bool showProgress, QWidget *parent);
     [[nodiscard]] QString searchedPath() const override { return mPath; }
     [[nodiscard]] QModelIndex searchedIndex(int id) const override { return index(id); }
-    [[nodiscard]] QString searchedText(const QModelIndex &index,
-                                       TVL::DocumentProperty property) const override;
+    /** Lets go again of documents that came into memory for this alone. */
+    [[nodiscard]] QStringList
+    searchedTexts(const QModelIndex &index,
+                  const QList<TVL::DocumentProperty> &properties) const override;
     /** @} */
 
     /** @name Images and icons
@@ -1242,6 +1245,8 @@ private:
     bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
     void startDocument(TVLTextDocument *document) const;
     void releaseDocuments(TVLProjectNode *node) const;
+    /** Takes an item's documents out of memory; they are the caller's to delete. */
+    [[nodiscard]] QList<TVLTextDocument *> takeDocuments(TVLProjectNode *node) const;
     void enterLoadedNodes(TVLProjectNode *node) const;
     void leaveLoadedNodes(const TVLProjectNode *node) const;
     void showLoadErrors(const QString &title, const QStringList &errors) const;
@@ -1345,7 +1350,15 @@ private:
     void updateHasTextSynopsisNotesFromDB();
     /** Tells the search index what a property of an item is now. */
     void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
-                        const QVariant &value, bool isConfirmed = true) const;
+                        const QVariant &value) const;
+    void forgetChecksums(const TVLProjectNode *node) const;
+    /** Writes texts and, only when they are safe, hashes. */
+    void saveSearch(bool force);
+    void rebuildSearchRows(int id);
+    [[nodiscard]] QString searchedText(const QModelIndex &index,
+                                       TVL::DocumentProperty property) const;
+    /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
+    void letGoOfDocuments(TVLProjectNode *node) const;
     void updateSearchedTexts(const TVLProjectNode *node, const TVLProjectNode *textsOf) const;
     void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
     void updateSearchedCustomMetaData(const TVLProjectNode *node) const;

@@ -32,15 +32,21 @@ bool hasDirtyDocument(const TVLProjectNode *node)
         || isDirty(node->mSynopsisDocument);
 }
 
-/** Whether somebody still wants a document of the node. Only the main text's history counts. */
-bool areDocumentsWanted(const TVLProjectNode *node)
+/** Whether somebody holds a document of the node. */
+bool areDocumentsHeld(const TVLProjectNode *node)
 {
     const auto isReferenced = [](const TVLTextDocument *document) {
         return document && document->referenceCount() > 0;
     };
+    return isReferenced(node->mTextDocument) || isReferenced(node->mNotesDocument)
+        || isReferenced(node->mSynopsisDocument);
+}
+
+/** Whether somebody still wants a document of the node. Only the main text's history counts. */
+bool areDocumentsWanted(const TVLProjectNode *node)
+{
     const TVLTextDocument *text = node->mTextDocument;
-    return !text || text->isUndoAvailable() || text->isRedoAvailable() || isReferenced(text)
-        || isReferenced(node->mNotesDocument) || isReferenced(node->mSynopsisDocument);
+    return !text || text->isUndoAvailable() || text->isRedoAvailable() || areDocumentsHeld(node);
 }
 
 void updateHasFlags(TVLProjectNode *node)
@@ -258,9 +264,10 @@ bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors) 
     return result;
 }
 
-void TVLProjectModel::releaseDocuments(TVLProjectNode *node) const
+QList<TVLTextDocument *> TVLProjectModel::takeDocuments(TVLProjectNode *node) const
 {
     leaveLoadedNodes(node);
+    QList<TVLTextDocument *> documents;
     for (TVLTextDocument **document :
          {&node->mTextDocument, &node->mNotesDocument, &node->mSynopsisDocument}) {
         TVLTextDocument *released = std::exchange(*document, nullptr);
@@ -268,9 +275,23 @@ void TVLProjectModel::releaseDocuments(TVLProjectNode *node) const
             continue;
         disconnect(released, nullptr, this, nullptr);
         released->detach();
-        // Not at once: one of its signals may be on the way right now.
-        released->deleteLater();
+        documents.append(released);
     }
+    return documents;
+}
+
+void TVLProjectModel::releaseDocuments(TVLProjectNode *node) const
+{
+    // Not at once: one of their signals may be on the way right now.
+    const QList<TVLTextDocument *> documents = takeDocuments(node);
+    for (TVLTextDocument *document : documents)
+        document->deleteLater();
+}
+
+void TVLProjectModel::letGoOfDocuments(TVLProjectNode *node) const
+{
+    if (!areDocumentsHeld(node) && !hasDirtyDocument(node))
+        qDeleteAll(takeDocuments(node));
 }
 
 bool TVLProjectModel::save(const QModelIndex &index)

@@ -320,8 +320,7 @@ void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
-    saveSearchIndex(force);
-    saveChecksums(force);
+    saveSearch(force);
 }
 
 bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)

@@ -218,7 +218,9 @@ bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
 bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
 {
     forgetNode(node);
-    return TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
+    const bool result = TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
+    forgetChecksums(node);
+    return result;
 }
 
 void TVLProjectModel::removeChildrenForIndex(const QModelIndex &index)

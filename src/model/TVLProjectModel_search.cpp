@@ -16,10 +16,9 @@
 
 namespace {
 
-QString plainText(const QTextDocument *document)
-{
-    return document ? document->toPlainText() : QString();
-}
+/** The types of text files whose hashes say what a search may rely on. */
+constexpr TVL::DocumentType SearchedFiles[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText,
+                                               TVL::CommentsFile};
 
 QString joinedValues(const QMap<QString, QString> &values)
 {
@@ -58,9 +57,9 @@ void TVLProjectModel::addAllToSearchIndex()
 }
 
 void TVLProjectModel::updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                     const QVariant &value, bool isConfirmed) const
+                                     const QVariant &value) const
 {
-    mSearchIndex->updatePropertyNode(node, property, value, isConfirmed);
+    mSearchIndex->updatePropertyNode(node, property, value, true);
 }
 
 void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
@@ -71,11 +70,14 @@ void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
         TVL::DocumentProperty property;
         const TVLTextDocument *document;
     };
-    // A text that isn't in memory is asked for by the next search.
     for (const Row &row : {Row{TVL::NotesProperty, textsOf->mNotesDocument},
                            Row{TVL::SynopsisProperty, textsOf->mSynopsisDocument},
-                           Row{TVL::TextProperty, textsOf->mTextDocument}})
-        updateSearched(node, row.property, plainText(row.document), row.document != nullptr);
+                           Row{TVL::TextProperty, textsOf->mTextDocument}}) {
+        if (row.document)
+            updateSearched(node, row.property, row.document->toPlainText());
+        else // The next search asks for it.
+            mSearchIndex->invalidatePropertyNode(node, row.property);
+    }
 }
 
 void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,
@@ -90,7 +92,27 @@ void TVLProjectModel::updateSearchedCustomMetaData(const TVLProjectNode *node) c
     updateSearched(node, TVL::CustomMetaDataProperty, joinedValues(node->mCustomMetaData));
 }
 
+void TVLProjectModel::forgetChecksums(const TVLProjectNode *node) const
+{
+    for (const TVL::DocumentType type : SearchedFiles)
+        mChecksums->updateHashSumNode(node, type);
+}
+
 // --- What it asks
+
+QStringList TVLProjectModel::searchedTexts(const QModelIndex &index,
+                                           const QList<TVL::DocumentProperty> &properties) const
+{
+    const int id = nodeIdentity(index);
+    const bool wasLoaded = hasNodeId(id) && findNode(id)->mSynopsisDocument;
+    QStringList texts;
+    // Found anew each time: a box about a file that can't be read runs the event loop.
+    for (const TVL::DocumentProperty property : properties)
+        texts.append(searchedText(this->index(id), property));
+    if (!wasLoaded && hasNodeId(id))
+        letGoOfDocuments(findNode(id));
+    return texts;
+}
 
 QString TVLProjectModel::searchedText(const QModelIndex &index,
                                       TVL::DocumentProperty property) const
@@ -117,8 +139,7 @@ QString TVLProjectModel::searchedText(const QModelIndex &index,
 
 void TVLProjectModel::loadSearchIndex()
 {
-    QString error;
-    if (mSearchIndex->load(&error))
+    if (mMobileProject || mSearchIndex->load())
         return;
     QMessageBox(QMessageBox::Warning, tr("Loading Search Index"),
                 tr("Search Index was not fully loaded. Your first project search "
@@ -143,36 +164,56 @@ void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 
 void TVLProjectModel::saveSearchIndex(bool force)
 {
-    if (force || mSearchIndex->isModified())
+    if (!mMobileProject && (force || mSearchIndex->isModified()))
         mSearchIndex->save();
 }
 
 void TVLProjectModel::saveChecksums(bool force)
 {
-    if (force || mChecksums->isModified())
+    if (!mMobileProject && (force || mChecksums->isModified()))
         (void)mChecksums->saveChecksums();
+}
+
+void TVLProjectModel::saveSearch(bool force)
+{
+    saveSearchIndex(force);
+    // New hashes would vouch for the old texts, which are still in the file when that fails.
+    if (!mSearchIndex->isModified())
+        saveChecksums(force);
 }
 
 void TVLProjectModel::rebuildSearchIndexes(bool showProgress, QWidget *parent)
 {
+    QList<int> ids;
+    tvlForEachNode(mRootNode.get(), [&ids](const TVLProjectNode *node) { ids.append(node->mId); });
     std::unique_ptr<QProgressDialog> progress;
     if (showProgress) {
         progress = std::make_unique<QProgressDialog>(tr("Rebuilding search indexes. Please wait."),
-                                                     QString(), 0, totalNodesCount(), parent);
+                                                     QString(), 0, int(ids.size()), parent);
         progress->setWindowModality(Qt::ApplicationModal);
         progress->show();
     }
-    int done = 0;
-    tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {
-        addToSearchIndex(node);
-        mSearchIndex->updateIndexProperties(createIndex(node),
-                                            {TVL::SynopsisProperty, TVL::TextProperty,
-                                             TVL::NotesProperty, TVL::CustomMetaDataProperty,
-                                             TVL::CommentsProperty},
-                                            false);
+    // By id: the dialog, or a box about a file that can't be read, runs the event loop.
+    for (const int id : std::as_const(ids)) {
+        rebuildSearchRows(id);
         if (progress)
-            progress->setValue(++done);
-    });
-    saveSearchIndex(true);
-    saveChecksums(true);
+            progress->setValue(progress->value() + 1);
+    }
+    mChecksums->updateFilesDocsChecksumsFromHdd();
+    saveSearch(true);
+}
+
+void TVLProjectModel::rebuildSearchRows(int id)
+{
+    if (!hasNodeId(id))
+        return;
+    // In place of the rows that are there, which would refuse others beside them.
+    (void)mSearchIndex->removeDocument(id);
+    mSearchIndex->forgetTexts(id);
+    addToSearchIndex(findNode(id));
+    mSearchIndex->updateIndexProperties(index(id),
+                                        {TVL::SynopsisProperty, TVL::TextProperty,
+                                         TVL::NotesProperty, TVL::CustomMetaDataProperty,
+                                         TVL::CommentsProperty},
+                                        false);
 }

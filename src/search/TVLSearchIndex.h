@@ -201,8 +201,6 @@ private:
 
     [[nodiscard]] QSet<int> documentsOfTitle(const QString &word, int flags,
                                              TVL::DocumentProperty property) const;
-    [[nodiscard]] QString presentText(const QModelIndex &index,
-                                      TVL::DocumentProperty property) const;
     [[nodiscard]] bool isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const;
 
     TVLSearchedProject *mProject; ///< Not owned; may be null.

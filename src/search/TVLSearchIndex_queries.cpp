@@ -247,20 +247,21 @@ void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
 
     // Stays open; see the class. With one open this is refused, and the changes belong to that.
     transaction();
+    const int id = node->mId;
+    QList<TVL::DocumentProperty> asked;
     for (const TVL::DocumentProperty property : properties) {
         if (useChecksums && isUpToDate(index, property))
-            validateProperty(node->mId, property);
+            validateProperty(id, property);
+        else if (stringDocumentProperties().contains(property))
+            asked.append(property);
         else
-            updatePropertyPrivate(node->mId, property, presentText(index, property), true);
+            updatePropertyPrivate(id, property, u""_qs, true);
     }
+    const QStringList texts =
+        asked.isEmpty() ? QStringList() : mProject->searchedTexts(index, asked);
+    for (qsizetype i = 0; i < asked.size(); ++i)
+        updatePropertyPrivate(id, asked.at(i), texts.value(i), true);
     QSqlDatabase::database(CommittedConnection, true).commit();
-}
-
-/** What the project has of a property; properties that aren't texts are empty. */
-QString TVLSearchIndex::presentText(const QModelIndex &index, TVL::DocumentProperty property) const
-{
-    return stringDocumentProperties().contains(property) ? mProject->searchedText(index, property)
-                                                         : u""_qs;
 }
 
 /** Whether a text that is stored is still that of its file, and not being edited. */

@@ -2,8 +2,9 @@
 
 #include "TVL.h"
 
+#include <QList>
 #include <QModelIndex>
-#include <QString>
+#include <QStringList>
 
 class TVLProjectChecksums;
 
@@ -27,7 +28,9 @@ public:
     [[nodiscard]] virtual QModelIndex searchedIndex(int id) const = 0;
     /** Whether a document of the item is in memory, where it may differ from the one on disk. */
     [[nodiscard]] virtual bool referenced(const QModelIndex &index) const = 0;
-    /** The present text of a property of an item; empty for one that has no text. */
-    [[nodiscard]] virtual QString searchedText(const QModelIndex &index,
-                                               TVL::DocumentProperty property) const = 0;
+    /** The present texts of properties of an item, one for each in their order; empty for one that
+     * has no text. All that a search needs of an item is asked for at once. */
+    [[nodiscard]] virtual QStringList
+    searchedTexts(const QModelIndex &index,
+                  const QList<TVL::DocumentProperty> &properties) const = 0;
 };

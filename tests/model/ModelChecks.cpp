@@ -1,8 +1,10 @@
 #include "ModelChecks.h"
 
+#include "TVLProjectFolderFormat.h"
 #include "TVLTextDocument.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTextCursor>
 
@@ -218,6 +220,14 @@ void typeTextForGood(const TVLProjectModel *model, const QModelIndex &index, con
     typeText(model, index, text, type);
     document->clearUndoRedoStacks();
     model->dereferenceItem(document);
+}
+
+QStringList documentFiles(const QString &projectPath)
+{
+    QStringList names =
+        QDir(TVLProjectFolderFormat::filesDocsPath(projectPath)).entryList(QDir::Files, QDir::Name);
+    names.removeOne(u"docs.checksum"_qs);
+    return names;
 }
 
 void deleteReleasedObjects()

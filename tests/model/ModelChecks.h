@@ -72,6 +72,9 @@ void typeText(const TVLProjectModel *model, const QModelIndex &index, const QStr
 void typeTextForGood(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
                      TVL::DocumentType type = TVL::MainText);
 
+/** The names of the files of items in a project's folder, in order. */
+[[nodiscard]] QStringList documentFiles(const QString &projectPath);
+
 /** Has the objects deleted that wait for it. */
 void deleteReleasedObjects();
 

@@ -57,10 +57,7 @@ private:
     {
         return treeText(mModel.get(), mModel->researchFolder());
     }
-    [[nodiscard]] QStringList docFiles() const
-    {
-        return QDir(mProject->path(u"Files/Docs"_qs)).entryList(QDir::Files, QDir::Name);
-    }
+    [[nodiscard]] QStringList docFiles() const { return documentFiles(mProject->path()); }
 
     std::unique_ptr<TestProject> mProject;
     std::unique_ptr<TVLProjectModel> mModel;

@@ -9,15 +9,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
-
-QStringList docFiles(const TestProject &project)
-{
-    return QDir(project.path(u"Files/Docs"_qs)).entryList(QDir::Files, QDir::Name);
-}
-
-} // namespace
-
 class TstItemRemoval : public QObject
 {
     Q_OBJECT
@@ -61,7 +52,7 @@ void TstItemRemoval::removingAnItemTakesItsFilesAndSaves()
     QVERIFY(model->isSaved());
     QVERIFY(!model->hasNodeId(goneId));
     QVERIFY(!model->hasNodeUuid(goneUuid));
-    QCOMPARE(docFiles(project),
+    QCOMPARE(documentFiles(project.path()),
              QStringList(
                  {keptId + u".rtf"_qs, keptId + u"_notes.rtf"_qs, keptId + u"_synopsis.txt"_qs}));
     model->prepareToDestroy();
@@ -175,7 +166,7 @@ void TstItemRemoval::childrenAreRemovedWithTheirFiles()
     QVERIFY(model->save(true));
     model->removeChildrenForIndex(a);
     QCOMPARE(treeText(model.get(), model->researchFolder()), u"a"_qs);
-    QCOMPARE(docFiles(project).size(), 3);
+    QCOMPARE(documentFiles(project.path()).size(), 3);
     QVERIFY(model->isSaved());
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
@@ -205,7 +196,7 @@ void TstItemRemoval::emptyingTheTrashRemovesAllInIt()
     QCOMPARE(log.lines().last(), u"data %1"_qs.arg(model->nodeIdentity(model->trashFolder())));
     QVERIFY(model->isSaved());
     QCOMPARE(model->rowCount(model->trashFolder()), 0);
-    QCOMPARE(docFiles(project).size(), 3);
+    QCOMPARE(documentFiles(project.path()).size(), 3);
     model->prepareToDestroy();
     model = project.open();
     QCOMPARE(model->rowCount(model->trashFolder()), 0);
@@ -259,7 +250,7 @@ void TstItemRemoval::aDirtyTextDoesNotComeBack()
     typeText(model.get(), a, u"more "_qs);
     QVERIFY(model->removeIndex(a));
     QVERIFY(model->save(true));
-    QCOMPARE(docFiles(project), QStringList());
+    QCOMPARE(documentFiles(project.path()), QStringList());
 }
 
 void TstItemRemoval::aHeldDocumentLosesItsItem()

@@ -705,8 +705,7 @@ void RandomEdits::compareFiles()
         expectFile(!entry->synopsis.isEmpty(), u"_synopsis.txt"_qs);
         expectFile(entry->hasImage, u".png"_qs);
     }
-    const QStringList found =
-        QDir(TVLProjectFolderFormat::filesDocsPath(mProject.path())).entryList(QDir::Files);
+    const QStringList found = documentFiles(mProject.path());
     expectEqual(QSet<QString>(found.begin(), found.end()), expected, u"files"_qs);
 }
 

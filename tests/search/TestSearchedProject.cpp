@@ -65,11 +65,16 @@ bool TestSearchedProject::referenced(const QModelIndex &index) const
     return mReferenced.contains(static_cast<TVLProjectNode *>(index.internalPointer())->mId);
 }
 
-QString TestSearchedProject::searchedText(const QModelIndex &index, Property property) const
+QStringList TestSearchedProject::searchedTexts(const QModelIndex &index,
+                                               const QList<Property> &properties) const
 {
     const int id = static_cast<TVLProjectNode *>(index.internalPointer())->mId;
-    mRequests.append({id, property});
-    return text(id, property);
+    QStringList texts;
+    for (const Property property : properties) {
+        mRequests.append({id, property});
+        texts.append(text(id, property));
+    }
+    return texts;
 }
 
 TVLProjectNode *TestSearchedProject::addNode(int id, const QString &title, TVL::NodeType type)

@@ -30,7 +30,8 @@ public:
     [[nodiscard]] TVLProjectChecksums *checksums() const override { return &mChecksums; }
     [[nodiscard]] QModelIndex searchedIndex(int id) const override;
     [[nodiscard]] bool referenced(const QModelIndex &index) const override;
-    [[nodiscard]] QString searchedText(const QModelIndex &index, Property property) const override;
+    [[nodiscard]] QStringList searchedTexts(const QModelIndex &index,
+                                            const QList<Property> &properties) const override;
 
     /** Adds an item; its properties may be set afterwards. */
     TVLProjectNode *addNode(int id, const QString &title, TVL::NodeType type = TVL::Text);
