@@ -1359,7 +1359,8 @@ private:
                                        TVL::DocumentProperty property) const;
     /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
     void letGoOfDocuments(TVLProjectNode *node) const;
-    void updateSearchedTexts(const TVLProjectNode *node, const TVLProjectNode *textsOf) const;
+    void updateSearchedText(const TVLProjectNode *node, const TVLTextDocument *document) const;
+    void invalidateSearchedTexts(const TVLProjectNode *node) const;
     void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
     void updateSearchedCustomMetaData(const TVLProjectNode *node) const;
     [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;

@@ -213,7 +213,7 @@ bool TVLProjectModel::cloneNode(const CloneSource &from, TVLProjectNode *source,
     const QModelIndex targetIndex = createIndex(target);
     cloneKeywordsAndReferences(sourceIndex, targetIndex);
     cloneLabelsAndStatusItems(sourceIndex, targetIndex);
-    updateSearchedTexts(target, source);
+    invalidateSearchedTexts(target);
     updateSearched(target, TVL::TitleProperty, target->mTitle);
     updateSearchedCustomMetaData(target);
     announceChange(targetIndex);
@@ -238,8 +238,7 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     targetNode->mHasSnapshots = snapshots && sourceNode->mHasSnapshots;
     cloneKeywordsAndReferences(source, target);
     cloneLabelsAndStatusItems(source, target);
-    for (const auto property : {TVL::TextProperty, TVL::NotesProperty, TVL::SynopsisProperty})
-        mSearchIndex->invalidatePropertyNode(targetNode, property);
+    invalidateSearchedTexts(targetNode);
     updateSearched(targetNode, TVL::TitleProperty, targetNode->mTitle);
     updateSearchedCustomMetaData(targetNode);
     announceChange(target);

@@ -4,6 +4,7 @@
 #include "TVLSearchIndex.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 #include <QSet>
 
 #include <algorithm>
@@ -71,6 +72,18 @@ QString syncedDocumentsTitle()
     return QCoreApplication::translate("TVLCollectionMetaData", "Synced Documents");
 }
 
+bool isCompileMatch(TVL::SearchCompile filter, bool isIncluded)
+{
+    switch (filter) {
+    case TVL::IncludedInCompile:
+        return isIncluded;
+    case TVL::ExcludedFromCompile:
+        return !isIncluded;
+    default:
+        return true;
+    }
+}
+
 bool isInOrBelow(const TVLProjectNode *node, const QSet<const TVLProjectNode *> &tops)
 {
     while (node && !tops.contains(node))
@@ -130,6 +143,7 @@ void TVLProjectModel::storeCollection(int position, const TVLCollectionMetaData 
 
 void TVLProjectModel::insertCollectionRow(int position, const TVLCollectionMetaData &collection)
 {
+    position = std::clamp(position, 0, int(mCollections.size()));
     Q_EMIT collectionAboutToBeInserted(position, collection);
     mCollections.insert(position, collection);
     markProjectAsModified(true);
@@ -148,7 +162,7 @@ void TVLProjectModel::insertCollection(int position, const TVLCollectionMetaData
 {
     if (isBuiltIn(collection))
         return;
-    insertCollectionRow(std::clamp(position, 0, int(mCollections.size())), collection);
+    insertCollectionRow(position, collection);
     Q_EMIT collectionChanged();
 }
 
@@ -175,10 +189,15 @@ void TVLProjectModel::moveCollection(int from, int to)
 {
     if (!isCollectionPos(from) || to < 0 || to > mCollections.size())
         return;
-    // Out and in again, so that views need no word for a move.
     const TVLCollectionMetaData collection = mCollections.at(from);
-    removeCollectionRow(from);
-    insertCollectionRow(from < to ? to - 1 : to, collection);
+    {
+        // Who is told that the project has changed must not find the list without one of its own.
+        const QScopedValueRollback suspend(mSuspendModified, true);
+        // Out and in again, so that views need no word for a move.
+        removeCollectionRow(from);
+        insertCollectionRow(from < to ? to - 1 : to, collection);
+    }
+    markProjectAsModified(true);
     Q_EMIT collectionChanged();
 }
 
@@ -361,10 +380,8 @@ bool TVLProjectModel::isFoundBy(const TVLCollectionMetaData &collection,
                                 const QSet<const TVLProjectNode *> &context,
                                 const QModelIndex &item) const
 {
-    if (!item.isValid() || isSystemFolder(item))
-        return false;
-    if (collection.mSearchCompile != TVL::AnyCompile
-        && includeInCompile(item) != (collection.mSearchCompile == TVL::IncludedInCompile))
+    if (!item.isValid() || isSystemFolder(item)
+        || !isCompileMatch(collection.mSearchCompile, includeInCompile(item)))
         return false;
     if ((collection.mSearchScope & TVL::DraftScope) != 0)
         return draftContains(item);

@@ -26,10 +26,17 @@ bool isDirty(const TVLTextDocument *document)
     return document && document->isDirty();
 }
 
+QList<TVLTextDocument *> dirtyDocuments(const TVLProjectNode *node)
+{
+    QList<TVLTextDocument *> documents = {node->mNotesDocument, node->mSynopsisDocument,
+                                          node->mTextDocument};
+    documents.removeIf([](const TVLTextDocument *document) { return !isDirty(document); });
+    return documents;
+}
+
 bool hasDirtyDocument(const TVLProjectNode *node)
 {
-    return isDirty(node->mTextDocument) || isDirty(node->mNotesDocument)
-        || isDirty(node->mSynopsisDocument);
+    return !dirtyDocuments(node).isEmpty();
 }
 
 /** Whether somebody holds a document of the node. */
@@ -258,9 +265,14 @@ bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease,
 
 bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors) const
 {
+    const QList<TVLTextDocument *> dirty = dirtyDocuments(node);
     const bool result = mFolderFormat->writeDocuments(node, errors);
     updateHasFlags(node);
-    updateSearchedTexts(node, node);
+    // Only what is on disk now: the hash of a file vouches for the text that is kept of it.
+    for (const TVLTextDocument *document : dirty) {
+        if (document->isSaved())
+            updateSearchedText(node, document);
+    }
     return result;
 }
 
@@ -324,6 +336,8 @@ void TVLProjectModel::onDocumentContentsChange(int position, int charsRemoved, i
     const QModelIndex index = createIndex(node);
     const TVL::DocumentType type = document->documentType();
     mSearchIndex->invalidateDocumentNode(node, type);
+    if (type == TVL::MainText) // Notes in the margin come and go with the words they stand at.
+        mSearchIndex->invalidatePropertyNode(node, TVL::CommentsProperty);
     scheduleDocTextChange(index);
     markProjectAsModified(true);
     Q_EMIT documentContentsChange(index, type, position, charsRemoved, charsAdded);

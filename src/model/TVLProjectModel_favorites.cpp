@@ -25,10 +25,18 @@ bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool 
 QModelIndexList TVLProjectModel::favorites() const
 {
     QModelIndexList indexes;
-    const QList<int> ids = favoriteIds();
-    indexes.reserve(ids.size());
-    for (const int id : ids)
-        indexes.append(index(id));
+    if (mFavorites.isEmpty())
+        return indexes;
+    // By the ids that the items have, as one without an id of its own isn't found by it.
+    QHash<int, const TVLProjectNode *> nodes;
+    tvlForEachNode(mRootNode.get(), [&nodes](const TVLProjectNode *node) {
+        if (node->mIsFavorite)
+            nodes.insert(node->mId, node);
+    });
+    for (const int id : mFavorites) {
+        if (const TVLProjectNode *node = nodes.value(id))
+            indexes.append(createIndex(node));
+    }
     return indexes;
 }
 

@@ -62,22 +62,19 @@ void TVLProjectModel::updateSearched(const TVLProjectNode *node, TVL::DocumentPr
     mSearchIndex->updatePropertyNode(node, property, value, true);
 }
 
-void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
-                                          const TVLProjectNode *textsOf) const
+void TVLProjectModel::updateSearchedText(const TVLProjectNode *node,
+                                         const TVLTextDocument *document) const
 {
-    struct Row
-    {
-        TVL::DocumentProperty property;
-        const TVLTextDocument *document;
-    };
-    for (const Row &row : {Row{TVL::NotesProperty, textsOf->mNotesDocument},
-                           Row{TVL::SynopsisProperty, textsOf->mSynopsisDocument},
-                           Row{TVL::TextProperty, textsOf->mTextDocument}}) {
-        if (row.document)
-            updateSearched(node, row.property, row.document->toPlainText());
-        else // The next search asks for it.
-            mSearchIndex->invalidatePropertyNode(node, row.property);
-    }
+    updateSearched(node, TVL::toDocumentProperty(document->documentType()),
+                   document->toPlainText());
+    if (document->documentType() == TVL::MainText)
+        updateSearchedComments(node, document);
+}
+
+void TVLProjectModel::invalidateSearchedTexts(const TVLProjectNode *node) const
+{
+    for (const TVL::DocumentType type : SearchedFiles)
+        mSearchIndex->invalidateDocumentNode(node, type);
 }
 
 void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,
@@ -191,7 +188,8 @@ void TVLProjectModel::rebuildSearchIndexes(bool showProgress, QWidget *parent)
         progress = std::make_unique<QProgressDialog>(tr("Rebuilding search indexes. Please wait."),
                                                      QString(), 0, int(ids.size()), parent);
         progress->setWindowModality(Qt::ApplicationModal);
-        progress->show();
+        progress->setMinimumDuration(0);
+        progress->setValue(0);
     }
     // By id: the dialog, or a box about a file that can't be read, runs the event loop.
     for (const int id : std::as_const(ids)) {

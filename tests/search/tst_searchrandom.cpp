@@ -1,5 +1,4 @@
-#include "ReferenceMatch.h"
-#include "TVLCollectionMetaData.h"
+#include "ReferenceSearch.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 #include "TestSearchedProject.h"
@@ -11,68 +10,8 @@
 
 namespace {
 
-constexpr int Projects = 400;
+constexpr int Projects = 500;
 constexpr int SearchesOfAProject = 20;
-
-// Words that are parts of each other, with marks around them and other cases.
-const QStringList Vocabulary = {
-    u"art"_qs,         u"cart"_qs, u"Art"_qs,           u"artist"_qs,        u"red"_qs,
-    u"Tired"_qs,       u"it's"_qs, u"it\u2019s"_qs,     u"\"so\""_qs,        u"\u201cso\u201d"_qs,
-    u"a.c"_qs,         u"abc"_qs,  u"\u00e9t\u00e9"_qs, u"\u00c9T\u00c9"_qs, u"2"_qs,
-    u"b2b"_qs,         u"(x)"_qs,  u"dark blue"_qs,     u"\u6f22\u5b57"_qs,  u"\U0001d11e"_qs,
-    u"stra\u00dfe"_qs,
-};
-
-const QStringList Separators = {u" "_qs, u", "_qs, u","_qs,     u"\n"_qs,
-                                u"-"_qs, u""_qs,   u"\u00a0"_qs};
-
-const QStringList Expressions = {
-    u"a.c"_qs,        u"^art"_qs, u"art$"_qs, u"\\bart\\b"_qs, u"[a-c]+2"_qs,
-    u"(red|it's)"_qs, u"("_qs,    u"\\d"_qs,  u"t.*d"_qs,      u""_qs};
-
-/** The flags and words of a search as they are told of, without any help from the library. */
-struct Plan
-{
-    QStringList words;
-    int flags = 0;
-};
-
-QStringList splitAtBlanks(const QString &text)
-{
-    QStringList words;
-    QString word;
-    for (const QChar ch : text + u' ') {
-        if (!ch.isSpace()) {
-            word += ch;
-        } else if (!word.isEmpty()) {
-            words.append(word);
-            word.clear();
-        }
-    }
-    return words;
-}
-
-Plan planOf(const TVLCollectionMetaData &search)
-{
-    const QString &text = search.mSearchText;
-    const int cs = search.mCaseSensitivity == Qt::CaseSensitive ? 2 : 0;
-    const bool hasCommas = text.contains(u", "_qs);
-    const QStringList several =
-        hasCommas ? text.split(u", "_qs, Qt::SkipEmptyParts) : splitAtBlanks(text);
-    switch (int(search.mSearchOperator)) {
-    case 0:
-        return {{text}, cs | 16};
-    case 1:
-        return {several, cs | 32};
-    case 2:
-        return {several, cs};
-    case 3:
-        return {splitAtBlanks(text), cs | 12};
-    case 4:
-        return {{text}, cs | 64};
-    }
-    return {};
-}
 
 } // namespace
 
@@ -87,46 +26,21 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] int random(int bound) { return int(mRandom.bounded(quint32(bound))); }
-    [[nodiscard]] QString randomText(int mostWords);
-    [[nodiscard]] TVLCollectionMetaData randomSearch();
+    [[nodiscard]] QString randomText(int mostWords)
+    {
+        return randomSearchedText(&mRandom, mostWords);
+    }
     void makeProject();
     void changeProject();
     [[nodiscard]] QSet<int> walk(const TVLCollectionMetaData &search) const;
-    [[nodiscard]] QSet<int> walkTexts(const Plan &plan, int property) const;
-    [[nodiscard]] QSet<int> walkNumbers(const Plan &plan, int property) const;
-    [[nodiscard]] bool hasTitle(const TVLProjectNode *node, int type, const QString &word,
-                                int flags) const;
+    [[nodiscard]] SearchedItem searched(const TVLProjectNode *node) const;
+    [[nodiscard]] QStringList titles(int property, const QList<int> &ids) const;
 
     QRandomGenerator mRandom;
     std::unique_ptr<TestSearchedProject> mProject;
     std::unique_ptr<TVLSearchIndex> mIndex;
     QMap<int, QString> mTitles[3]; ///< Of keywords, labels and status items, by id.
 };
-
-QString TstSearchRandom::randomText(int mostWords)
-{
-    QString text;
-    const int words = random(mostWords + 1);
-    for (int i = 0; i < words; ++i) {
-        text += Vocabulary.at(random(int(Vocabulary.size())));
-        text += Separators.at(random(int(Separators.size())));
-    }
-    return text;
-}
-
-TVLCollectionMetaData TstSearchRandom::randomSearch()
-{
-    TVLCollectionMetaData search;
-    search.mSearchOperator = TVL::SearchOperator(random(6));
-    search.mSearchProperty = TVL::DocumentProperty(random(10));
-    search.mCaseSensitivity = random(2) ? Qt::CaseSensitive : Qt::CaseInsensitive;
-    search.mSearchText = search.mSearchOperator == TVL::RegExpOperator
-        ? Expressions.at(random(int(Expressions.size())))
-        : randomText(3);
-    if (random(2))
-        search.mSearchText = search.mSearchText.trimmed();
-    return search;
-}
 
 void TstSearchRandom::makeProject()
 {
@@ -174,64 +88,36 @@ void TstSearchRandom::changeProject()
         mIndex->invalidatePropertyNode(node, property);
 }
 
-QSet<int> TstSearchRandom::walkTexts(const Plan &plan, int property) const
+QStringList TstSearchRandom::titles(int property, const QList<int> &ids) const
 {
-    QSet<int> ids;
-    for (const TVLProjectNode *node : mProject->nodes()) {
-        for (const int type : {1, 2, 3, 4, 8, 9}) {
-            if ((property == 0 || property == type)
-                && referenceMatch(mProject->text(node->mId, TVL::DocumentProperty(type)),
-                                  plan.flags, plan.words))
-                ids.insert(node->mId);
-        }
+    const QMap<int, QString> &byId = mTitles[property - TVL::KeywordsProperty];
+    QStringList titles;
+    for (const int id : ids) {
+        if (byId.contains(id))
+            titles.append(byId.value(id));
     }
-    return ids;
+    return titles;
 }
 
-bool TstSearchRandom::hasTitle(const TVLProjectNode *node, int type, const QString &word,
-                               int flags) const
+SearchedItem TstSearchRandom::searched(const TVLProjectNode *node) const
 {
-    const QList<int> values =
-        type == 5 ? node->mKeywords : QList<int>{type == 6 ? node->mLabelId : node->mStatusId};
-    for (const int value : values) {
-        const QMap<int, QString> &titles = mTitles[type - 5];
-        if (titles.contains(value) && referenceMatch(titles.value(value), flags, {word}))
-            return true;
-    }
-    return false;
-}
-
-QSet<int> TstSearchRandom::walkNumbers(const Plan &plan, int property) const
-{
-    QSet<int> ids;
-    for (const TVLProjectNode *node : mProject->nodes()) {
-        int matched = 0;
-        for (const QString &word : plan.words) {
-            bool isMatched = false;
-            for (const int type : {5, 6, 7})
-                isMatched = isMatched
-                    || ((property == 0 || property == type)
-                        && hasTitle(node, type, word, (plan.flags & 2) | 12));
-            matched += isMatched ? 1 : 0;
-        }
-        if (matched > 0 && (matched == plan.words.size() || !(plan.flags & 32)))
-            ids.insert(node->mId);
-    }
-    return ids;
+    SearchedItem item;
+    for (const int property : TVLSearchIndex::stringDocumentProperties())
+        item.texts.insert(property, mProject->text(node->mId, TVL::DocumentProperty(property)));
+    item.titles.insert(5, titles(5, node->mKeywords));
+    item.titles.insert(6, titles(6, {node->mLabelId}));
+    item.titles.insert(7, titles(7, {node->mStatusId}));
+    return item;
 }
 
 QSet<int> TstSearchRandom::walk(const TVLCollectionMetaData &search) const
 {
-    const Plan plan = planOf(search);
-    const int property = search.mSearchProperty;
-    if (plan.words.isEmpty())
-        return {};
-    const bool isNumber = property >= 5 && property <= 7;
+    const ReferenceSearch reference(search);
     QSet<int> ids;
-    if (!isNumber)
-        ids.unite(walkTexts(plan, property));
-    if (isNumber || property == 0)
-        ids.unite(walkNumbers(plan, property));
+    for (const TVLProjectNode *node : mProject->nodes()) {
+        if (reference.finds(searched(node)))
+            ids.insert(node->mId);
+    }
     return ids;
 }
 
@@ -250,7 +136,7 @@ void TstSearchRandom::searchesAgreeWithAWalkThroughAllTexts()
     for (int i = 0; i < Projects / 10; ++i) {
         makeProject();
         for (int j = 0; j < SearchesOfAProject; ++j) {
-            const TVLCollectionMetaData search = randomSearch();
+            const TVLCollectionMetaData search = randomSearch(&mRandom);
             const QList<int> ids = mIndex->indexes(search);
             const QSet<int> found(ids.begin(), ids.end());
             QCOMPARE(ids.size(), found.size());
