@@ -1,34 +1,21 @@
-#include "ModelChecks.h"
+#include "CollectionChecks.h"
 #include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
+#include <QSignalSpy>
 #include <QTest>
+
+#include <climits>
+#include <cstdlib>
+#include <functional>
 
 namespace {
 
-TVLCollectionMetaData collection(TVL::CollectionType type, const QString &title,
-                                 const QList<int> &ids = {})
-{
-    TVLCollectionMetaData made;
-    made.mId = TVLCollectionMetaData::generateIdentity();
-    made.mTitle = title;
-    made.mColor = QColor(10, 20, 30);
-    made.mType = type;
-    made.mIds = ids;
-    return made;
-}
+const Collections Five = fiveCollections();
 
-using Collections = QList<TVLCollectionMetaData>;
-
-/** What was asked of a list of favorites. */
-struct FavoriteStep
-{
-    int id;
-    bool favorite;
-    bool atEnd;
-    bool hasEffect;
-};
+/** Something that is done to a model. */
+using Action = std::function<void(TVLProjectModel *)>;
 
 } // namespace
 
@@ -37,262 +24,434 @@ class TstModelCollections : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aBlankProjectHasBinderAndSearchResults();
-    void everyProjectHasIdentitiesOfItsOwn();
-    void collectionsAreStoredAsGiven();
-    void missingKindsAreAddedWithoutTitle_data();
-    void missingKindsAreAddedWithoutTitle();
-    void idsOfNoItemLeaveAListKeptByHand();
-    void idsOfOtherCollectionsStay();
-    void settingCollectionsEmitsAndMarksNothing();
-    void collectionsSurviveSaveAndReopen();
-    void aFavoriteIsMadeAtEitherEnd();
-    void aFavoriteThatIsThereAlreadyIsLeftAlone();
-    void aFavoriteElsewhereInTheListMoves();
-    void aFavoriteIsTakenBack();
-    void favoritesAreMarkedAndAnnounced();
-    void favoriteShortcuts();
+    // Changing
+    void aCollectionIsReplacedWithAllFields();
+    void replacingACollectionByItsEqualCountsToo();
+    void aCollectionIsReplacedByIdentity();
+    void theBinderAndTheSearchResultsAreNotReplaced();
+    void aColorIsSet();
+    void aColorIsSetByIdentity();
+    void somethingWithoutColorOfItsOwnTakesNone();
+    void theSearchResultsBecomeASearch();
+    void aRecordOfAnotherKindGoesToTheFirstOfIt();
+    void aRecordOfNoKindInTheListGoesNowhere();
+    void theTitleOfTheSearchResultsIsTranslated();
+    void nothingHappensOutsideTheList_data();
+    void nothingHappensOutsideTheList();
+    void everyChangeMarksASavedProject_data();
+    void everyChangeMarksASavedProject();
+
+    // Searching again
+    void allSearchesAreAnnouncedToSearchAgain();
+
+    // External folder sync
+    void aMissingTitleIsMadeAtTheEnd();
+    void aKnownTitleIsNotMadeAgain();
+    void aTitleWithoutIdentityIsMadeOnceMore();
+    void syncResultsAreMadeOnceWithARandomColor_data();
+    void syncResultsAreMadeOnceWithARandomColor();
+    void titlesOfSyncResultsAreTranslated();
+    void updatedDocumentsAreReplacedWhenTheyDiffer();
+    void updatedDocumentsOfAMissingCollectionMakeIt();
+    void collectionsForSyncAreNeitherBuiltInNorResults();
+    void aProjectMayHaveNoCollectionsForSync();
 };
 
-void TstModelCollections::aBlankProjectHasBinderAndSearchResults()
-{
-    const auto model = blankModel();
-    const Collections collections = model->collections();
-    QCOMPARE(collections.size(), 2);
-    QCOMPARE(collections.at(0).mTitle, u"Binder"_qs);
-    QCOMPARE(int(collections.at(0).mType), 0);
-    QCOMPARE(collections.at(1).mTitle, u"Search Results"_qs);
-    QCOMPARE(int(collections.at(1).mType), 1);
-    for (const TVLCollectionMetaData &made : collections) {
-        QVERIFY(!made.mId.isEmpty());
-        QCOMPARE(made.mSearchText, QString());
-        QCOMPARE(made.mIds, QList<int>());
-        QVERIFY(made.mColor.isValid());
-        QCOMPARE(made.mColor.alpha(), 255);
-    }
-    QVERIFY(collections.at(0).mId != collections.at(1).mId);
-}
+// --- Changing
 
-void TstModelCollections::everyProjectHasIdentitiesOfItsOwn()
+void TstModelCollections::aCollectionIsReplacedWithAllFields()
 {
-    QVERIFY(blankModel()->collections().at(0).mId != blankModel()->collections().at(0).mId);
-}
-
-void TstModelCollections::collectionsAreStoredAsGiven()
-{
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    const Collections given = {collection(TVL::RecentSearchCollection, u"Found"_qs),
-                               collection(TVL::ArbitraryCollection, u"Mine"_qs, {3, 0, 2}),
-                               collection(TVL::SavedSearchCollection, u"Search"_qs),
-                               collection(TVL::BinderCollection, u"All"_qs)};
-    model->setCollections(given);
-    QCOMPARE(model->collections(), given);
-}
-
-void TstModelCollections::missingKindsAreAddedWithoutTitle_data()
-{
-    QTest::addColumn<Collections>("given");
-    QTest::addColumn<QList<int>>("addedTypes");
-    const TVLCollectionMetaData binder = collection(TVL::BinderCollection, u"Binder"_qs);
-    const TVLCollectionMetaData recent = collection(TVL::RecentSearchCollection, u"Found"_qs);
-    const TVLCollectionMetaData mine = collection(TVL::ArbitraryCollection, u"Mine"_qs, {3});
-    QTest::newRow("both") << Collections({binder, recent, mine}) << QList<int>();
-    QTest::newRow("no search results") << Collections({binder, mine}) << QList<int>({1});
-    QTest::newRow("no binder") << Collections({mine, recent}) << QList<int>({0});
-    QTest::newRow("neither") << Collections({mine}) << QList<int>({0, 1});
-    QTest::newRow("empty") << Collections() << QList<int>({0, 1});
-}
-
-void TstModelCollections::missingKindsAreAddedWithoutTitle()
-{
-    QFETCH(const Collections, given);
-    QFETCH(const QList<int>, addedTypes);
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    model->setCollections(given);
-    const Collections stored = model->collections();
-    QCOMPARE(stored.mid(0, given.size()), given);
-    QCOMPARE(stored.size(), given.size() + addedTypes.size());
-    for (qsizetype i = 0; i < addedTypes.size(); ++i) {
-        const TVLCollectionMetaData &added = stored.at(given.size() + i);
-        QCOMPARE(int(added.mType), addedTypes.at(i));
-        QCOMPARE(added.mTitle, QString());
-        QVERIFY(!added.mId.isEmpty());
-        QVERIFY(added.mColor.isValid());
+    for (const int position : {2, 3, 4}) {
+        const auto model = modelOfFive();
+        const ModelTester tester(model.get());
+        const CollectionLog log(model.get());
+        model->setCollectionByPos(position, fullRecord());
+        Collections expected = Five;
+        expected[position] = fullRecord();
+        QCOMPARE(model->collections(), expected);
+        QCOMPARE(log.lines(),
+                 Lines({u"modified of 5"_qs, u"changed %1 Full of 5"_qs.arg(position),
+                        u"changed of 5"_qs}));
+        QCOMPARE(log.records(), Collections({fullRecord()}));
     }
 }
 
-void TstModelCollections::idsOfNoItemLeaveAListKeptByHand()
+void TstModelCollections::replacingACollectionByItsEqualCountsToo()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs),
-                           collection(TVL::RecentSearchCollection, u"Found"_qs),
-                           collection(TVL::ArbitraryCollection, u"Mine"_qs, {99, 3, -1, 0, 77, 3}),
-                           collection(TVL::ArbitraryCollection, u"Gone"_qs, {99})});
-    QCOMPARE(model->collections().at(2).mIds, QList<int>({3, 0, 3}));
-    QCOMPARE(model->collections().at(3).mIds, QList<int>());
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    model->setCollectionByPos(2, Five.at(2));
+    QCOMPARE(model->collections(), Five);
+    QCOMPARE(log.lines(),
+             Lines({u"modified of 5"_qs, u"changed 2 Mine of 5"_qs, u"changed of 5"_qs}));
 }
 
-void TstModelCollections::idsOfOtherCollectionsStay()
+void TstModelCollections::aCollectionIsReplacedByIdentity()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs, {99}),
-                           collection(TVL::RecentSearchCollection, u"Found"_qs, {98}),
-                           collection(TVL::SavedSearchCollection, u"Search"_qs, {97})});
-    QCOMPARE(model->collections().at(0).mIds, QList<int>({99}));
-    QCOMPARE(model->collections().at(1).mIds, QList<int>({98}));
-    QCOMPARE(model->collections().at(2).mIds, QList<int>({97}));
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    model->setCollectionById(Five.at(4).mId, fullRecord());
+    QCOMPARE(model->findCollectionByPos(4), fullRecord());
+    QCOMPARE(log.lines(),
+             Lines({u"modified of 5"_qs, u"changed 4 Full of 5"_qs, u"changed of 5"_qs}));
+    QVERIFY(!model->hasCollectionWithId(Five.at(4).mId));
 }
 
-void TstModelCollections::settingCollectionsEmitsAndMarksNothing()
+void TstModelCollections::theBinderAndTheSearchResultsAreNotReplaced()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    const SignalLog log(model.get());
-    model->setCollections({});
-    QCOMPARE(log.lines(), QStringList());
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    for (const int position : {0, 1}) {
+        model->setCollectionByPos(position, fullRecord());
+        model->setCollectionById(Five.at(position).mId, fullRecord());
+    }
+    QCOMPARE(model->collections(), Five);
+    QCOMPARE(log.lines(), Lines());
     QVERIFY(model->isSaved());
 }
 
-void TstModelCollections::collectionsSurviveSaveAndReopen()
+void TstModelCollections::aColorIsSet()
 {
+    for (const QColor &color : {QColor(1, 2, 3, 4), QColor()}) {
+        const auto model = modelOfFive();
+        const CollectionLog log(model.get());
+        model->setCollectionColor(3, color);
+        TVLCollectionMetaData expected = Five.at(3);
+        expected.mColor = color;
+        QCOMPARE(model->findCollectionByPos(3), expected);
+        QCOMPARE(log.lines(),
+                 Lines({u"modified of 5"_qs, u"changed 3 Search of 5"_qs, u"changed of 5"_qs}));
+        QCOMPARE(log.records(), Collections({expected}));
+    }
+}
+
+void TstModelCollections::aColorIsSetByIdentity()
+{
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    model->setCollectionColor(Five.at(2).mId, QColor(1, 2, 3));
+    QCOMPARE(model->findCollectionByPos(2).mColor, QColor(1, 2, 3));
+    QCOMPARE(log.lines(),
+             Lines({u"modified of 5"_qs, u"changed 2 Mine of 5"_qs, u"changed of 5"_qs}));
+}
+
+void TstModelCollections::somethingWithoutColorOfItsOwnTakesNone()
+{
+    const auto model = blankModel();
+    TVLCollectionMetaData nameless = Five.at(2);
+    nameless.mId.clear();
+    const Collections given =
+        Five + Collections({nameless, collection(TVL::NoCollection, u"None"_qs)});
+    model->setCollections(given);
+    const CollectionLog log(model.get());
+    for (const int position : {0, 1, 5, 6}) {
+        model->setCollectionColor(position, QColor(1, 2, 3));
+        model->setCollectionColor(given.at(position).mId, QColor(1, 2, 3));
+    }
+    QCOMPARE(model->collections(), given);
+    QCOMPARE(log.lines(), Lines());
+    QVERIFY(model->isSaved());
+}
+
+void TstModelCollections::theSearchResultsBecomeASearch()
+{
+    const auto model = modelOfFive();
+    const ModelTester tester(model.get());
+    const CollectionLog log(model.get());
+    model->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
+    TVLCollectionMetaData expected = fullRecord(TVL::RecentSearchCollection);
+    expected.mTitle = u"Search Results"_qs;
+    expected.mColor = QColor();
+    QCOMPARE(model->recentSearch(), expected);
+    QCOMPARE(model->findCollectionByPos(1), expected);
+    QCOMPARE(titles(model.get()), u"Binder Search Results Mine Search Yours"_qs);
+    QCOMPARE(log.lines(),
+             Lines({u"modified of 5"_qs, u"changed 1 Search Results of 5"_qs, u"changed of 5"_qs}));
+    QCOMPARE(log.records(), Collections({expected}));
+}
+
+void TstModelCollections::aRecordOfAnotherKindGoesToTheFirstOfIt()
+{
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    model->setRecentSearch(fullRecord(TVL::ArbitraryCollection));
+    QCOMPARE(titles(model.get()), u"Binder Found Search Results Search Yours"_qs);
+    QCOMPARE(model->findCollectionByPos(2).mId, fullRecord().mId);
+    QCOMPARE(model->findCollectionByPos(2).mColor, QColor());
+    QCOMPARE(log.lines().at(1), u"changed 2 Search Results of 5"_qs);
+}
+
+void TstModelCollections::aRecordOfNoKindInTheListGoesNowhere()
+{
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    model->setRecentSearch(fullRecord(TVL::NoCollection));
+    const auto empty = emptyModel();
+    const CollectionLog emptyLog(empty.get());
+    empty->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
+    QCOMPARE(model->collections(), Five);
+    QCOMPARE(empty->collections(), Collections());
+    QCOMPARE(log.lines() + emptyLog.lines(), Lines());
+    QVERIFY(model->isSaved() && empty->isSaved());
+}
+
+void TstModelCollections::theTitleOfTheSearchResultsIsTranslated()
+{
+    const auto model = modelOfFive();
+    const EchoTranslator translator;
+    model->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
+    QCOMPARE(model->recentSearch().mTitle,
+             u"TVLProjectModel|Search Results|Search results collection"_qs);
+}
+
+void TstModelCollections::nothingHappensOutsideTheList_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::newRow("lowest") << INT_MIN;
+    QTest::newRow("before the first") << -1;
+    QTest::newRow("behind the last") << 5;
+    QTest::newRow("highest") << INT_MAX;
+}
+
+void TstModelCollections::nothingHappensOutsideTheList()
+{
+    QFETCH(const int, position);
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    const QModelIndexList items = {model->index(3)};
+    model->removeCollection(position);
+    model->setCollectionByPos(position, fullRecord());
+    model->setCollectionById(u"no such"_qs, fullRecord());
+    model->setCollectionColor(position, QColor(1, 2, 3));
+    model->setCollectionColor(u"no such"_qs, QColor(1, 2, 3));
+    model->addToCollection(position, items);
+    model->addToCollection(u"no such"_qs, items);
+    model->removeFromCollection(position, items);
+    model->removeFromCollection(u"no such"_qs, items);
+    QCOMPARE(model->collections(), Five);
+    QCOMPARE(log.lines(), Lines());
+    QVERIFY(model->isSaved());
+}
+
+void TstModelCollections::everyChangeMarksASavedProject_data()
+{
+    QTest::addColumn<Action>("change");
+    using Model = TVLProjectModel;
+    const auto add = [](const char *name, const Action &change) { QTest::newRow(name) << change; };
+    add("insert", [](Model *model) { model->insertCollection(2, fullRecord()); });
+    add("insert items", [](Model *model) { model->insertCollection(2, {}, u"New"_qs, QColor()); });
+    add("remove", [](Model *model) { model->removeCollection(2); });
+    add("move", [](Model *model) { model->moveCollection(2, 0); });
+    add("replace", [](Model *model) { model->setCollectionByPos(2, fullRecord()); });
+    add("colour", [](Model *model) { model->setCollectionColor(2, QColor(1, 2, 3)); });
+    add("search",
+        [](Model *model) { model->setRecentSearch(fullRecord(TVL::RecentSearchCollection)); });
+    add("add item", [](Model *model) { model->addToCollection(2, {model->index(0)}); });
+    add("remove item", [](Model *model) { model->removeFromCollection(2, {model->index(3)}); });
+    add("updated", [](Model *model) { model->setCollectionUpdatedDocuments({3}); });
+    add("ensure", [](Model *model) { (void)model->ensureCollection(u"New"_qs, QColor()); });
+}
+
+void TstModelCollections::everyChangeMarksASavedProject()
+{
+    QFETCH(const Action, change);
     const TestProject project;
-    Collections given;
-    {
-        const auto model = project.create();
-        given = model->collections();
-        given.append(collection(TVL::ArbitraryCollection, u"Mine <&>"_qs, {3, 1}));
-        TVLCollectionMetaData search = collection(TVL::SavedSearchCollection, u"Search"_qs);
-        search.mSearchText = u"a & b"_qs;
-        given.append(search);
-        model->setCollections(given);
-        QVERIFY(model->save(true));
-        model->prepareToDestroy();
+    const auto model = project.create();
+    model->setCollections(Five);
+    QVERIFY(model->save(true));
+    QSignalSpy marks(model.get(), &TVLProjectModel::modifiedChanged);
+    change(model.get());
+    QCOMPARE(marks.size(), 1);
+    QVERIFY(model->isModified());
+    QVERIFY(model->save(false));
+    const Collections saved = model->collections();
+    model->prepareToDestroy();
+    QCOMPARE(titles(project.open().get()).split(u' '), [&] {
+        Lines expected;
+        for (const TVLCollectionMetaData &each : saved)
+            expected.append(each.mTitle.split(u' '));
+        return expected;
+    }());
+}
+
+// --- Searching again
+
+void TstModelCollections::allSearchesAreAnnouncedToSearchAgain()
+{
+    const auto model = modelOfFive();
+    model->insertCollection(0, fullRecord());
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const Collections before = model->collections();
+    const CollectionLog log(model.get());
+    model->updateSearchCollections();
+    QCOMPARE(log.lines(),
+             Lines({u"changed 0 Full of 6"_qs, u"changed of 6"_qs, u"changed 2 Found of 6"_qs,
+                    u"changed of 6"_qs, u"changed 4 Search of 6"_qs, u"changed of 6"_qs}));
+    QCOMPARE(log.records(), Collections({before.at(0), before.at(2), before.at(4)}));
+    QCOMPARE(model->collections(), before);
+    QVERIFY(model->isSaved());
+}
+
+// --- External folder sync
+
+void TstModelCollections::aMissingTitleIsMadeAtTheEnd()
+{
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    const TVLCollectionMetaData made = model->ensureCollection(u"New"_qs, QColor(1, 2, 3));
+    QCOMPARE(made, model->findCollectionByPos(5));
+    QCOMPARE(made.mTitle, u"New"_qs);
+    QCOMPARE(made.mColor, QColor(1, 2, 3));
+    QCOMPARE(int(made.mType), int(TVL::ArbitraryCollection));
+    QCOMPARE(made.mIds, Ids());
+    QVERIFY(!made.mId.isEmpty());
+    QCOMPARE(log.lines(),
+             Lines({u"to come 5 New of 5"_qs, u"modified of 6"_qs, u"came 5 New of 6"_qs,
+                    u"changed of 6"_qs}));
+}
+
+void TstModelCollections::aKnownTitleIsNotMadeAgain()
+{
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    for (const TVLCollectionMetaData &each : Five)
+        QCOMPARE(model->ensureCollection(each.mTitle, QColor(1, 2, 3)), each);
+    QCOMPARE(model->collections(), Five);
+    QCOMPARE(log.lines(), Lines());
+    QVERIFY(model->isSaved());
+}
+
+void TstModelCollections::aTitleWithoutIdentityIsMadeOnceMore()
+{
+    const auto model = blankModel();
+    TVLCollectionMetaData nameless = Five.at(2);
+    nameless.mId.clear();
+    model->setCollections(
+        {Five.at(0), Five.at(1), nameless, collection(TVL::NoCollection, u"None"_qs)});
+    for (const QString &title : {u"Mine"_qs, u"None"_qs}) {
+        const TVLCollectionMetaData made = model->ensureCollection(title, QColor());
+        QVERIFY(!made.mId.isEmpty());
+        QCOMPARE(made.mTitle, title);
+        QCOMPARE(int(made.mType), int(TVL::ArbitraryCollection));
+        QCOMPARE(made, model->collections().constLast());
     }
-    const auto model = project.open();
-    QVERIFY(model);
-    const Collections read = model->collections();
-    QCOMPARE(read.size(), given.size());
-    for (qsizetype i = 0; i < given.size(); ++i) {
-        QCOMPARE(read.at(i).mId, given.at(i).mId);
-        QCOMPARE(read.at(i).mTitle, given.at(i).mTitle);
-        QCOMPARE(int(read.at(i).mType), int(given.at(i).mType));
-        QCOMPARE(read.at(i).mIds, given.at(i).mIds);
-        QCOMPARE(read.at(i).mSearchText, given.at(i).mSearchText);
-    }
+    QCOMPARE(titles(model.get()), u"Binder Found Mine None Mine None"_qs);
 }
 
 namespace {
 
-/** Does the steps and tells the first one whose effect isn't the one told; -1 for none. */
-int firstWrongStep(TVLProjectModel *model, const QList<FavoriteStep> &steps)
+/** One of the two collections that external folder sync keeps its results in. */
+struct SyncResults
 {
-    for (int i = 0; i < steps.size(); ++i) {
-        const FavoriteStep &step = steps.at(i);
-        makeAllOld(model);
-        const SignalLog log(model);
-        const QModelIndex index = model->index(step.id);
-        const bool done = model->setFavorite(index, step.favorite, step.atEnd);
-        const bool hadEffect = log.lines().contains(u"data %1"_qs.arg(step.id));
-        const QList<int> touched = step.hasEffect ? QList<int>({step.id}) : QList<int>();
-        if (!done || hadEffect != step.hasEffect || touchedIds(model) != touched
-            || model->isFavorite(index) != step.favorite)
-            return i;
-    }
-    return -1;
-}
+    TVLCollectionMetaData (TVLProjectModel::*get)();
+    bool (TVLProjectModel::*exists)() const;
+};
 
 } // namespace
 
-void TstModelCollections::aFavoriteIsMadeAtEitherEnd()
+void TstModelCollections::syncResultsAreMadeOnceWithARandomColor_data()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    // What stands at an end shows by asking for it there once more: that has no effect.
-    QCOMPARE(firstWrongStep(model.get(),
-                            {{0, true, true, true},
-                             {1, true, true, true},
-                             {1, true, true, false},
-                             {0, true, false, false},
-                             {2, true, false, true},
-                             {2, true, false, false},
-                             {1, true, true, false}}),
-             -1);
+    QTest::addColumn<SyncResults>("results");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("updated") << SyncResults{&TVLProjectModel::updatedDocumentsCollection,
+                                            &TVLProjectModel::updatedDocumentsCollectionExists}
+                             << u"Updated Documents"_qs;
+    QTest::newRow("synced") << SyncResults{&TVLProjectModel::syncedDocumentsCollection,
+                                           &TVLProjectModel::syncedDocumentsCollectionExists}
+                            << u"Synced Documents"_qs;
 }
 
-void TstModelCollections::aFavoriteThatIsThereAlreadyIsLeftAlone()
+void TstModelCollections::syncResultsAreMadeOnceWithARandomColor()
 {
-    for (const bool atEnd : {true, false}) {
-        const auto model = blankModel();
-        const ModelTester tester(model.get());
-        QVERIFY(model->setFavorite(firstText(model.get()), true, true));
-        makeAllOld(model.get());
-        const SignalLog log(model.get());
-        QVERIFY(model->setFavorite(firstText(model.get()), true, atEnd));
-        QCOMPARE(log.lines(), QStringList());
-        QCOMPARE(touchedIds(model.get()), QList<int>());
-    }
+    QFETCH(const SyncResults, results);
+    QFETCH(const QString, title);
+    std::srand(13);
+    const QColor expected = nextColor();
+    const auto model = modelOfFive();
+    QVERIFY(!(model.get()->*results.exists)());
+    QCOMPARE(model->collections(), Five);
+    QVERIFY(model->isSaved());
+
+    std::srand(13);
+    const TVLCollectionMetaData made = (model.get()->*results.get)();
+    QCOMPARE(made.mTitle, title);
+    QCOMPARE(made.mColor, expected);
+    QCOMPARE(int(made.mType), int(TVL::ArbitraryCollection));
+    QCOMPARE(model->collections(), Five + Collections({made}));
+    QVERIFY((model.get()->*results.exists)());
+    QVERIFY(model->isModified());
+
+    QCOMPARE((model.get()->*results.get)(), made);
+    QCOMPARE(model->collections().size(), 6);
+    model->removeCollection(5);
+    QVERIFY(!(model.get()->*results.exists)());
 }
 
-void TstModelCollections::aFavoriteElsewhereInTheListMoves()
+void TstModelCollections::titlesOfSyncResultsAreTranslated()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    QCOMPARE(firstWrongStep(model.get(),
-                            {{0, true, true, true},
-                             {1, true, true, true},
-                             {2, true, true, true}, // 0, 1, 2
-                             {0, true, true, true}, // 1, 2, 0
-                             {0, true, true, false},
-                             {1, true, false, false},
-                             {2, true, false, true}, // 2, 1, 0
-                             {2, true, false, false},
-                             {0, true, true, false}}),
-             -1);
+    const auto model = modelOfFive();
+    const EchoTranslator translator;
+    const TVLCollectionMetaData updated = model->updatedDocumentsCollection();
+    const TVLCollectionMetaData synced = model->syncedDocumentsCollection();
+    QCOMPARE(updated.mTitle, u"TVLCollectionMetaData|Updated Documents|"_qs);
+    QCOMPARE(synced.mTitle, u"TVLCollectionMetaData|Synced Documents|"_qs);
+    // The records must know them by the same words.
+    QVERIFY(updated.isSyncResultsCollection() && synced.isSyncResultsCollection());
 }
 
-void TstModelCollections::aFavoriteIsTakenBack()
+void TstModelCollections::updatedDocumentsAreReplacedWhenTheyDiffer()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    QCOMPARE(firstWrongStep(model.get(),
-                            {{0, true, true, true},
-                             {1, true, true, true},
-                             {2, true, true, true},
-                             {0, false, false, true}, // 1, 2
-                             {1, true, false, false},
-                             {2, false, false, true}, // 1
-                             {1, true, true, false},
-                             {1, false, false, true}, // none
-                             {1, true, false, true}}),
-             -1);
+    const auto model = modelOfFive();
+    TVLCollectionMetaData expected = model->updatedDocumentsCollection();
+    TVLProjectModelTestAccess::setSaved(model.get());
+    const CollectionLog log(model.get());
+    model->setCollectionUpdatedDocuments({});
+    QCOMPARE(log.lines(), Lines());
+    QVERIFY(model->isSaved());
+
+    expected.mIds = {3, 1};
+    model->setCollectionUpdatedDocuments({3, 1});
+    QCOMPARE(model->findCollectionByPos(5), expected);
+    const Lines lines = {u"modified of 6"_qs, u"changed 5 Updated Documents of 6"_qs,
+                         u"changed of 6"_qs};
+    QCOMPARE(log.lines(), lines);
+    model->setCollectionUpdatedDocuments({3, 1});
+    QCOMPARE(log.lines(), lines);
+    model->setCollectionUpdatedDocuments({1, 3});
+    QCOMPARE(model->updatedDocumentsCollection().mIds, Ids({1, 3}));
+    QCOMPARE(log.lines(), lines + lines.mid(1));
 }
 
-void TstModelCollections::favoritesAreMarkedAndAnnounced()
+void TstModelCollections::updatedDocumentsOfAMissingCollectionMakeIt()
 {
-    const auto model = blankModel();
-    const ModelTester tester(model.get());
-    const SignalLog log(model.get());
-    QVERIFY(model->setFavorite(model->researchFolder(), true, false));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 1"_qs}));
-    QCOMPARE(model->data(model->researchFolder(), TVLProjectModel::FavoriteRole), QVariant(true));
+    const auto model = modelOfFive();
+    model->setCollectionUpdatedDocuments({3});
+    QCOMPARE(model->collections().size(), 6);
+    QCOMPARE(model->findCollectionByTitle(u"Updated Documents"_qs).mIds, Ids{3});
+    QVERIFY(!model->syncedDocumentsCollectionExists());
 }
 
-void TstModelCollections::favoriteShortcuts()
+void TstModelCollections::collectionsForSyncAreNeitherBuiltInNorResults()
+{
+    const auto model = modelOfFive();
+    (void)model->updatedDocumentsCollection();
+    (void)model->syncedDocumentsCollection();
+    TVLCollectionMetaData namesake = fullRecord();
+    namesake.mTitle = u"Synced Documents"_qs;
+    model->insertCollection(0, namesake);
+    QCOMPARE(model->collectionsForExternalFolderSync(), Five.mid(2));
+    QVERIFY(model->hasCollectionsForExternalFolderSync());
+}
+
+void TstModelCollections::aProjectMayHaveNoCollectionsForSync()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
-    QVERIFY(model->addToFavorites(model->index(0), true));
-    QVERIFY(model->addToFavorites(model->index(1), true));
-    QVERIFY(model->addToFavorites(model->index(2), false));
-    // 2, 0, 1
-    QCOMPARE(firstWrongStep(model.get(), {{2, true, false, false}, {1, true, true, false}}), -1);
-    QVERIFY(model->removeFromFavorites(model->index(2)));
-    QVERIFY(!model->isFavorite(model->index(2)));
-    QCOMPARE(firstWrongStep(model.get(), {{0, true, false, false}, {1, true, true, false}}), -1);
+    (void)model->updatedDocumentsCollection();
+    (void)model->syncedDocumentsCollection();
+    QCOMPARE(model->collectionsForExternalFolderSync(), Collections());
+    QVERIFY(!model->hasCollectionsForExternalFolderSync());
+    model->insertCollection(0, fullRecord());
+    QVERIFY(model->hasCollectionsForExternalFolderSync());
 }
 
 TVL_TEST_MAIN(TstModelCollections)
