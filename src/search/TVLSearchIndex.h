@@ -5,6 +5,7 @@
 #include "TVLStatusItem.h"
 #include "TvlExport.h"
 
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QSet>
@@ -20,7 +21,6 @@
 class QIODevice;
 class QModelIndex;
 class QProgressDialog;
-class QXmlStreamReader;
 class TVLCollectionMetaData;
 class TVLProjectNode;
 class TVLSearchedProject;
@@ -79,6 +79,8 @@ public:
      * the reason in @p error; nothing of it is taken over then.
      */
     bool load(QString *error = nullptr);
+    /** Why such a file can't be read; empty for one that can be. */
+    [[nodiscard]] static QString fileError(const QString &path);
     /** Writes the file, in place and all at once. isModified() stays set when that fails. */
     void save();
     /** Does nothing. */
@@ -197,7 +199,7 @@ private:
     void setConfirmed(int id, TVL::DocumentProperty property, bool confirmed);
 
     [[nodiscard]] bool loadDocuments(QIODevice *device, QString *error);
-    void loadDocument(QXmlStreamReader *reader);
+    void loadDocument(int id, const QHash<int, QString> &texts);
 
     [[nodiscard]] QSet<int> documentsOfTitle(const QString &word, int flags,
                                              TVL::DocumentProperty property) const;
@@ -210,6 +212,7 @@ private:
     std::unique_ptr<QSqlQuery> mInsertInt; ///< Null until the tables are there.
     bool mHasDocumentInts = false;
     mutable bool mHasDocumentIndexes = false;
+    bool mHasConfirmedIndex = false;
     /** Those statements that run for item after item, each prepared once. */
     mutable std::unordered_map<QString, QSqlQuery> mQueries;
 };

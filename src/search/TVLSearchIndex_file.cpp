@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <vector>
 
 using namespace TVLSearchSql;
@@ -49,6 +50,9 @@ const std::array<TextElement, 6> TextElements = {{
 const QString SelectIdentities = u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs;
 const QString SelectText =
     u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_qs;
+
+constexpr const char *CannotOpen =
+    QT_TRANSLATE_NOOP("TVLSearchIndex", "Could not find or open the search.indexes file");
 
 QString translated(const char *text)
 {
@@ -99,10 +103,46 @@ QString readText(QXmlStreamReader *reader)
     return text;
 }
 
-void readToEnd(QXmlStreamReader *reader)
+/** Takes an item of the file, with its texts by property. */
+using TakeDocument = std::function<void(int id, const QHash<int, QString> &texts)>;
+
+void readDocument(QXmlStreamReader *reader, const TakeDocument &take)
 {
-    while (!reader->atEnd())
-        reader->readNext();
+    bool isReadable = false;
+    const int id = reader->attributes().value(IdAttribute).toInt(&isReadable);
+    QHash<int, QString> texts;
+    while (reader->readNextStartElement()) {
+        const auto element =
+            std::find_if(TextElements.begin(), TextElements.end(), [&](const TextElement &known) {
+                return known.tag == reader->qualifiedName();
+            });
+        // Of several the first counts.
+        if (element == TextElements.end() || texts.contains(element->property))
+            reader->skipCurrentElement();
+        else
+            texts.insert(element->property, readText(reader));
+    }
+    if (isReadable && id >= 0 && !reader->hasError())
+        take(id, texts);
+}
+
+/** Reads all items; empty, or why the file can't be read to its end. */
+QString readDocuments(QIODevice *device, const TakeDocument &take)
+{
+    QXmlStreamReader reader(device);
+    reader.setNamespaceProcessing(false);
+    reader.setEntityExpansionLimit(0);
+    const bool hasDocuments = enterRoot(&reader, RootTag) && enterChild(&reader, DocumentsTag);
+    while (hasDocuments && enterChild(&reader, DocumentTag))
+        readDocument(&reader, take);
+    while (!reader.atEnd())
+        reader.readNext();
+    if (reader.hasError())
+        return translated("line %1, column %2: %3")
+            .arg(reader.lineNumber())
+            .arg(reader.columnNumber())
+            .arg(reader.errorString());
+    return hasDocuments ? QString() : translated("The search.indexes file has no documents");
 }
 
 /** Writes an item by its texts, which the queries give in the order of TextElements. */
@@ -173,7 +213,7 @@ bool TVLSearchIndex::load(QString *error)
         return true;
     QFile file(searchIndexesFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, translated("Could not find or open the search.indexes file"));
+        setError(error, translated(CannotOpen));
         return false;
     }
 
@@ -193,42 +233,14 @@ bool TVLSearchIndex::load(QString *error)
 bool TVLSearchIndex::loadDocuments(QIODevice *device, QString *error)
 {
     Bundle bundle(this);
-    QXmlStreamReader reader(device);
-    reader.setNamespaceProcessing(false);
-    reader.setEntityExpansionLimit(0);
-    const bool hasDocuments = enterRoot(&reader, RootTag) && enterChild(&reader, DocumentsTag);
-    while (hasDocuments && enterChild(&reader, DocumentTag))
-        loadDocument(&reader);
-    readToEnd(&reader);
-
-    if (reader.hasError())
-        setError(error, reader.errorString());
-    else if (!hasDocuments)
-        setError(error, translated("The search.indexes file has no documents"));
-    else
-        setError(error, QString());
-    return hasDocuments && !reader.hasError() && bundle.isOpen() && bundle.keep();
+    const QString readError = readDocuments(
+        device, [this](int id, const QHash<int, QString> &texts) { loadDocument(id, texts); });
+    setError(error, readError);
+    return readError.isEmpty() && bundle.isOpen() && bundle.keep();
 }
 
-void TVLSearchIndex::loadDocument(QXmlStreamReader *reader)
+void TVLSearchIndex::loadDocument(int id, const QHash<int, QString> &texts)
 {
-    bool isReadable = false;
-    const int id = reader->attributes().value(IdAttribute).toInt(&isReadable);
-    QHash<int, QString> texts;
-    while (reader->readNextStartElement()) {
-        const auto element =
-            std::find_if(TextElements.begin(), TextElements.end(), [&](const TextElement &known) {
-                return known.tag == reader->qualifiedName();
-            });
-        // Of several the first counts.
-        if (element == TextElements.end() || texts.contains(element->property))
-            reader->skipCurrentElement();
-        else
-            texts.insert(element->property, readText(reader));
-    }
-    if (!isReadable || id < 0 || reader->hasError())
-        return;
-
     const TVLProjectChecksums *checksums = mProject->checksums();
     const bool isText = checksums->checksumsMatch(id, TVL::MainText);
     const bool isNotes = checksums->checksumsMatch(id, TVL::NotesText);
@@ -243,6 +255,14 @@ void TVLSearchIndex::loadDocument(QXmlStreamReader *reader)
     };
     for (const auto &[property, isConfirmed] : confirmed)
         updatePropertyPrivate(id, property, texts.value(property), isConfirmed);
+}
+
+QString TVLSearchIndex::fileError(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return translated(CannotOpen);
+    return readDocuments(&file, [](int, const QHash<int, QString> &) {});
 }
 
 // --- Writing

@@ -20,6 +20,8 @@ namespace {
 
 const QString SelectUnconfirmed =
     u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_qs;
+const QString CreateConfirmedIndex =
+    u"CREATE INDEX dspConfirmedIndex ON DocumentSearchProperties (confirmed)"_qs;
 const QString SelectTexts = u"SELECT DISTINCT identity FROM DocumentSearchProperties WHERE "_qs;
 const QString OfType = u"type is ? AND "_qs;
 const QString SelectInts =
@@ -230,6 +232,12 @@ void TVLSearchIndex::validateIndexes(QProgressDialog *progress)
     for (auto item = stale.cbegin(); item != stale.cend(); ++item)
         updateIndexProperties(mProject->searchedIndex(item.key()), item.value(),
                               progress != nullptr);
+    // Whether a text is confirmed stands behind it, so each search would go through all texts once
+    // more. Until all are confirmed there would be nothing but work in keeping the index.
+    if (!std::exchange(mHasConfirmedIndex, true)) {
+        QSqlQuery query(*this);
+        (void)run(&query, CreateConfirmedIndex, __LINE__);
+    }
 }
 
 void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
