@@ -1,15 +1,10 @@
 #include "BenchItems.h"
 #include "BenchMain.h"
+#include "BenchProject.h"
 #include "RatioMeter.h"
 
-#include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
-#include "TestBinderProject.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QXmlStreamReader>
+#include "TVLProjectNode.h"
 
 namespace {
 
@@ -17,59 +12,6 @@ namespace {
 constexpr double WalkGrowthTarget = 13;
 constexpr int ManyItems = 100'000;
 constexpr int FewerItems = ManyItems / 10;
-
-/** A project on disk, gone with the object. */
-class ProjectOnDisk
-{
-public:
-    ProjectOnDisk(int items, BenchShape shape)
-    {
-        const std::unique_ptr<TestBinderProject> project = makeBenchProject(items, shape);
-        QString error;
-        if (!TVLProjectFolderFormat::writeBinder(path(), project.get(), &error))
-            qFatal("%s", qPrintable(error));
-    }
-
-    [[nodiscard]] QString path() const { return mDirectory.filePath(u"Novel.tavel"_qs); }
-    [[nodiscard]] QString binderPath() const
-    {
-        return TVLProjectFolderFormat::defaultBinderFilePath(path());
-    }
-
-    [[nodiscard]] std::unique_ptr<TVLProjectModel> open() const
-    {
-        return std::unique_ptr<TVLProjectModel>(TVLProjectFolderFormat::openProject(path()));
-    }
-
-private:
-    QTemporaryDir mDirectory;
-};
-
-void openProject(benchmark::State &state, int items, BenchShape shape)
-{
-    const ProjectOnDisk project(items, shape);
-    bool ok = true;
-    measureAgainst(
-        state,
-        {"bare QXmlStreamReader pass over the binder", double(QFile(project.binderPath()).size())},
-        [&] {
-            std::unique_ptr<TVLProjectModel> model;
-            const double time = processorSeconds([&] { model = project.open(); });
-            ok = ok && model && model->totalNodesCount() == items;
-            return time;
-        },
-        [&] {
-            return processorSeconds([&] {
-                QFile file(project.binderPath());
-                ok = file.open(QIODevice::ReadOnly) && ok;
-                QXmlStreamReader reader(&file);
-                while (!reader.atEnd())
-                    reader.readNext();
-            });
-        });
-    if (!ok)
-        state.SkipWithError("the project could not be opened");
-}
 
 /** A way through all items of a model; returns how many it came by. */
 using Walk = int (*)(const TVLProjectModel &);
@@ -144,7 +86,7 @@ TimedWork timedWalk(Walk walk, const TVLProjectModel *model, int items, bool *ok
 
 void walk(benchmark::State &state, Walk walk, int items, BenchShape shape)
 {
-    const std::unique_ptr<TVLProjectModel> model = ProjectOnDisk(items, shape).open();
+    const std::unique_ptr<TVLProjectModel> model = BenchProject(items, shape).open();
     bool ok = true;
     measureAgainst(state, {"bare pass over the nodes"}, timedWalk(walk, model.get(), items, &ok),
                    timedWalk(walkBare, model.get(), items, &ok));
@@ -158,8 +100,8 @@ void walk(benchmark::State &state, Walk walk, int items, BenchShape shape)
  */
 void growth(benchmark::State &state, Walk walk, BenchShape shape)
 {
-    const std::unique_ptr<TVLProjectModel> model = ProjectOnDisk(ManyItems, shape).open();
-    const std::unique_ptr<TVLProjectModel> smallModel = ProjectOnDisk(FewerItems, shape).open();
+    const std::unique_ptr<TVLProjectModel> model = BenchProject(ManyItems, shape).open();
+    const std::unique_ptr<TVLProjectModel> smallModel = BenchProject(FewerItems, shape).open();
     bool ok = true;
     const auto timedColdWalk = [&](const TVLProjectModel *walked, int items) {
         return [&ok, walk, walked, items, evictor = model.get()] {
@@ -179,14 +121,6 @@ void growth(benchmark::State &state, Walk walk, BenchShape shape)
 void registerBenchmarks()
 {
     constexpr int WalkRounds = 31;
-    const std::pair<int, int> sizesAndRounds[] = {{1'000, 31}, {FewerItems, 11}, {ManyItems, 5}};
-    for (const BenchShape shape : {BenchShape::Nested, BenchShape::Flat}) {
-        for (const auto &[items, rounds] : sizesAndRounds)
-            registerRatio(benchName("openProject", shape, items), rounds,
-                          [items = items, shape](benchmark::State &state) {
-                              openProject(state, items, shape);
-                          });
-    }
     for (const WalkRow &row : Walks) {
         for (const BenchShape shape : {BenchShape::Nested, BenchShape::Flat}) {
             for (const int items : {1'000, FewerItems, ManyItems})
