@@ -1,5 +1,6 @@
 #include "ToolFixtures.h"
 
+#include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 
 #include <QDateTime>
@@ -254,8 +255,16 @@ void writeSoundProject(const TestProject &project)
     writeProject(project, soundBinder());
     project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Gulls.}");
     project.writeFile(u"Files/Docs/4_synopsis.txt"_qs, "Gulls");
-    project.writeFile(u"Files/Docs/docs.checksum"_qs, "4.rtf=0");
+    recordHashes(project);
     project.writeFile(u"Snapshots/5.snapshots/index.xml"_qs, "<Snapshots/>");
+}
+
+void recordHashes(const TestProject &project)
+{
+    const QString path = project.path(u"Files/Docs/docs.checksum"_qs);
+    const ChecksumMap hashes = TVLProjectChecksums::calcFilesDocsChecksums(project.path());
+    if (!TVLProjectChecksums::saveChecksumFile(path, hashes))
+        qFatal("could not write %s", qPrintable(path));
 }
 
 void zipBinder(const TestProject &project, const QString &zipName)

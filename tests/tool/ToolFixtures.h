@@ -91,5 +91,8 @@ void writeSoundProject(const TestProject &project);
 void writeProject(const TestProject &project, const QByteArray &binder,
                   const QByteArray &formatVersion = "18");
 
+/** Records the hashes of all of a project's documents as they are. */
+void recordHashes(const TestProject &project);
+
 /** Zips the binder as it stands into one of the copies that an opening falls back on. */
 void zipBinder(const TestProject &project, const QString &zipName);

@@ -43,6 +43,8 @@ const QString Binder = u"Novel.tavelx"_qs;
 const QString Autosave = u"Files/binder.autosave"_qs;
 const QString Backup = u"Files/binder.backup"_qs;
 const QString VersionFile = u"Files/version.txt"_qs;
+const QString Hashes = u"Files/Docs/docs.checksum"_qs;
+const QString Index = u"Files/search.indexes"_qs;
 
 /** Replaces a text in the binder, which must be there once. */
 Damage inBinder(const QByteArray &from, const QByteArray &to)
@@ -77,6 +79,21 @@ Damage removing(const QString &relativePath)
         if (!QFile::remove(project.path(relativePath)))
             qFatal("could not remove %s", qPrintable(relativePath));
     };
+}
+
+/** Takes away the second half of a file. */
+Damage cuttingOff(const QString &relativePath)
+{
+    return [relativePath](const TestProject &project) {
+        const QByteArray content = project.readFile(relativePath);
+        project.writeFile(relativePath, content.first(content.size() / 2));
+    };
+}
+
+/** A line of the checksum file with as many digits as are asked for. */
+QByteArray ofHash(const QByteArray &name, int digits)
+{
+    return name + '=' + QByteArray(digits, '0') + '\n';
 }
 
 Damage renamingBinder(const QString &name)
@@ -241,7 +258,8 @@ QList<DamageRow> damageRows()
               writing(u"Files/Docs/5_synopsis.txt/file"_qs, "in a folder")}),
          {u"unreadableDocument Files/Docs/3.rtf"_qs, u"unreadableDocument Files/Docs/4.rtf"_qs,
           u"unreadableDocument Files/Docs/5_notes.rtf"_qs,
-          u"unreadableDocument Files/Docs/5_synopsis.txt"_qs}},
+          u"unreadableDocument Files/Docs/5_synopsis.txt"_qs,
+          u"changedDocument Files/Docs/4.rtf"_qs}},
         {"comments that are damaged",
          all({writing(u"Files/Docs/4.comments"_qs, "<Comments><Comment"),
               writing(u"Files/Docs/5.links"_qs, "<Links><TavelinorLinks>")}),
@@ -258,6 +276,54 @@ QList<DamageRow> damageRows()
               writing(u"Files/ProjectNotes/Note-1.rtf"_qs, "{\\rtf1 Whole.}"),
               writing(u"Files/ProjectNotes/Note-2.rtf"_qs, "{\\rtf1 Cut off")}),
          {u"unreadableNotes Files/ProjectNotes"_qs}},
+
+        // What was recorded of texts
+        {"texts that were changed outside",
+         all({writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}"),
+              writing(u"Files/Docs/4_synopsis.txt"_qs, {})}),
+         {u"changedDocument Files/Docs/4.rtf"_qs, u"changedDocument Files/Docs/4_synopsis.txt"_qs}},
+        {"a folder in the place of a text",
+         all({removing(u"Files/Docs/4_synopsis.txt"_qs),
+              writing(u"Files/Docs/4_synopsis.txt/file"_qs, "in a folder")}),
+         {u"unreadableDocument Files/Docs/4_synopsis.txt"_qs,
+          u"changedDocument Files/Docs/4_synopsis.txt"_qs}},
+        {"texts that are gone",
+         all({removing(u"Files/Docs/4.rtf"_qs), removing(u"Files/Docs/4_synopsis.txt"_qs)}),
+         {u"missingDocument Files/Docs/4.rtf"_qs, u"missingDocument Files/Docs/4_synopsis.txt"_qs}},
+        {"hashes that aren't whole",
+         writing(Hashes, "4.rtf=0\n4_synopsis.txt=\n" + ofHash("5.rtf", 39) + ofHash("5.rtf", 41)),
+         QStringList(4, u"unreadableHashes "_qs + Hashes)},
+        {"lines that are no hashes",
+         writing(Hashes,
+                 "gulls\n" + ofHash("", 40) + ofHash("../4.rtf", 40) + ofHash(uuidOf(4) + '/', 40)
+                     + ofHash(uuidOf(4) + "/a/b", 40) + "4.rtf=" + QByteArray(40, 'g') + '\n'
+                     + QByteArray("\xff\xfe\0=\n", 5)),
+         QStringList(7, u"unreadableHashes "_qs + Hashes)},
+        {"hashes that are cut off", cuttingOff(Hashes), {u"unreadableHashes "_qs + Hashes}},
+        {"a folder in the place of the hashes",
+         all({removing(Hashes), writing(Hashes + u"/file"_qs, "in a folder")}),
+         {u"unreadableHashes "_qs + Hashes}},
+        {"a search index that is empty",
+         writing(Index, {}),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a search index that is no XML",
+         writing(Index, "gulls"),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a search index that is cut off",
+         writing(Index, "<SearchIndexes><Documents><Document ID=\"4\"><Text>Gu"),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a search index of another root",
+         writing(Index, "<Documents/>"),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a search index without documents",
+         writing(Index, "<SearchIndexes><Other><Documents/></Other></SearchIndexes>"),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a search index with a document type",
+         writing(Index, "<!DOCTYPE SearchIndexes><SearchIndexes><Documents/></SearchIndexes>"),
+         {u"unreadableSearchIndex "_qs + Index}},
+        {"a folder in the place of the search index",
+         writing(Index + u"/file"_qs, "in a folder"),
+         {u"unreadableSearchIndex "_qs + Index}},
 
         // System folders
         {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
@@ -505,6 +571,10 @@ void TstToolCheck::everyKindOfProblemHasARow()
                             u"unreadableDocument"_qs,
                             u"unreadableComments"_qs,
                             u"unreadableNotes"_qs,
+                            u"changedDocument"_qs,
+                            u"missingDocument"_qs,
+                            u"unreadableHashes"_qs,
+                            u"unreadableSearchIndex"_qs,
                             u"unknownCollectionMember"_qs,
                             u"orphanedFile"_qs,
                             u"orphanedSnapshots"_qs};

@@ -41,6 +41,9 @@ void TstToolUsage::wrongUseGivesStatusTwoAndOneLine_data()
     QTest::newRow("cat without an item")
         << QStringList{u"cat"_qs, u"a.tavel"_qs}
         << QByteArray("tavel: ITEM is missing; see 'tavel cat --help'");
+    QTest::newRow("search without a text")
+        << QStringList{u"search"_qs, u"a.tavel"_qs}
+        << QByteArray("tavel: TEXT is missing; see 'tavel search --help'");
     QTest::newRow("import without a file")
         << QStringList{u"import"_qs, u"a.tavel"_qs}
         << QByteArray("tavel: FILE is missing; see 'tavel import --help'");
@@ -97,6 +100,8 @@ void TstToolUsage::helpGoesToStandardOutput_data()
     QTest::newRow("in short") << QStringList(u"-h"_qs) << QByteArray(" [options] COMMAND\n");
     QTest::newRow("import") << QStringList{u"import"_qs, u"--help"_qs}
                             << QByteArray(" import [options] PATH FILE...\n");
+    QTest::newRow("search") << QStringList{u"search"_qs, u"--help"_qs}
+                            << QByteArray(" search [options] PATH TEXT\n");
     QTest::newRow("snapshot") << QStringList{u"snapshot"_qs, u"--help"_qs}
                               << QByteArray("tavel snapshot COMMAND\n");
     QTest::newRow("snapshot add") << QStringList{u"snapshot"_qs, u"add"_qs, u"-h"_qs}
@@ -124,7 +129,7 @@ void TstToolUsage::helpGoesToStandardOutput()
 void TstToolUsage::theHelpListsEveryCommand()
 {
     const QByteArray help = runTool({u"--help"_qs}).output;
-    for (const char *command : {"new", "info", "outline", "cat", "import", "snapshot add",
+    for (const char *command : {"new", "info", "outline", "cat", "import", "search", "snapshot add",
                                 "snapshot list", "snapshot show", "snapshot restore", "check"})
         QVERIFY2(help.contains(QByteArray("\n  ") + command + ' '), command);
 }

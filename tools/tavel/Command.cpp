@@ -128,8 +128,8 @@ ExitStatus answerWithoutCommand(const QStringList &given, const QList<Command> &
 
 ExitStatus runCommandLine(const QStringList &arguments, Console *console)
 {
-    const QList<Command> commands =
-        QList<Command>{newCommand(), infoCommand(), outlineCommand(), catCommand(), importCommand()}
+    const QList<Command> commands = QList<Command>{newCommand(), infoCommand(),   outlineCommand(),
+                                                   catCommand(), importCommand(), searchCommand()}
         + snapshotCommands() + QList<Command>{checkCommand()};
 
     QCommandLineParser parser;

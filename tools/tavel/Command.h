@@ -42,6 +42,7 @@ struct Command
 [[nodiscard]] Command outlineCommand();
 [[nodiscard]] Command catCommand();
 [[nodiscard]] Command importCommand();
+[[nodiscard]] Command searchCommand();
 [[nodiscard]] QList<Command> snapshotCommands();
 [[nodiscard]] Command checkCommand();
 

@@ -64,6 +64,8 @@ QList<Problem> ProjectCheck::run()
         checkTexts();
         checkNotes();
         checkSnapshots();
+        checkHashes();
+        checkSearchIndex();
     }
     return mProblems;
 }
@@ -266,10 +268,16 @@ void ProjectCheck::checkDocs()
     const QDir directory(TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath));
     const QStringList names = directory.entryList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QString &name : names) {
-        if (leadingDigits(name) > 0 && !mById.contains(leadingNumber(name)))
+        if (leadingDigits(name) > 0 && !isOfItem(QUuid(), name))
             add(u"orphanedFile"_qs, relative(directory.filePath(name)),
                 u"the file belongs to no item"_qs);
     }
+}
+
+bool ProjectCheck::isOfItem(const QUuid &uuid, const QString &fileName) const
+{
+    return uuid.isNull() ? leadingDigits(fileName) > 0 && mById.contains(leadingNumber(fileName))
+                         : mByUuid.contains(uuid);
 }
 
 void ProjectCheck::checkTexts()

@@ -39,6 +39,8 @@ struct Problem
  * `duplicateField`, `unknownDefaultLabel`, `unknownDefaultStatus`
  * - texts: `unreadableDocument` (a main text, notes or a synopsis), `unreadableComments`,
  *   `unreadableNotes` (of the project)
+ * - what was recorded of texts: `changedDocument` and `missingDocument` (whose file isn't what its
+ *   recorded hash says, or is gone), `unreadableHashes`, `unreadableSearchIndex`
  * - what refers to items: `unknownFavorite` (no opening takes that binder), `unknownReference`
  * (also of the project), `unknownBackdrop`, `unknownTemplateFolder`, `unknownCollectionMember`,
  *   `orphanedFile`, `orphanedSnapshots`
@@ -86,6 +88,11 @@ private:
     [[nodiscard]] QString filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const;
     void checkNotes();
     void checkSnapshots();
+    [[nodiscard]] bool isOfItem(const QUuid &uuid, const QString &fileName) const;
+
+    void checkHashes();
+    void checkHash(const QUuid &uuid, const QString &name, const QByteArray &hash);
+    void checkSearchIndex();
 
     BinderFiles mFiles;
     QList<Problem> mProblems;

@@ -148,8 +148,10 @@ bool WritableProject::canSave(QString *error) const
 
 bool WritableProject::save(QString *error)
 {
-    if (mModel->save(true))
+    if (mModel->save(true)) {
+        mModel->saveAll(false);
         return true;
+    }
     *error = u"the project could not be saved: '%1'"_qs.arg(mPath);
     return false;
 }

@@ -30,7 +30,8 @@ public:
 
     /** Whether a save keeps all that the binder holds; if not, @p error gets a line. */
     [[nodiscard]] bool canSave(QString *error) const;
-    /** Saves the project; on failure, which is also told in a box, @p error gets a line. */
+    /** Saves the project, and then what later searches and checks go by; on failure, which is also
+     * told in a box, @p error gets a line. */
     [[nodiscard]] bool save(QString *error);
 
 private:

@@ -1,0 +1,277 @@
+#include "TestMain.h"
+#include "ToolFixtures.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLTextDocument.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTest>
+#include <QTextCursor>
+
+/** `tavel check`: whether the document files are what the project has recorded of them. */
+class TstToolCheckHashes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatTheLibrarySavesAgrees();
+    void whatTheToolSavesAgrees();
+    void whatWasRemovedIsNotMissed();
+    void aChangeOutsideIsToldUntilTheTextIsSaved();
+    void aFileThatIsNotRecordedIsNoProblem();
+    void whatIsNotThereIsNoProblem();
+    void theLastHashOfAFileCounts();
+    void hashesMayBeWrittenInOtherWays_data();
+    void hashesMayBeWrittenInOtherWays();
+    void filesInFoldersOfTheirOwnAreCompared();
+    void aDamagedLineIsToldByItsNumber();
+    void whereASearchIndexIsDamagedIsTold();
+    void manyFilesAreCompared();
+};
+
+namespace {
+
+const QString Hashes = u"Files/Docs/docs.checksum"_qs;
+const QString Index = u"Files/search.indexes"_qs;
+
+/** The problems of a project, each as its kind, a blank and its place. */
+QStringList problemsOf(const TestProject &project)
+{
+    const ProgramResult result = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    QStringList problems;
+    const QJsonArray array = result.json().object()[u"problems"].toArray();
+    for (const QJsonValue &problem : array)
+        problems.append(problem[u"kind"].toString() + u' ' + problem[u"where"].toString());
+    if (result.crashed || (result.status == 0) != problems.isEmpty())
+        qCritical("%d: %s", result.status, result.errors.constData());
+    return problems;
+}
+
+/** Opens a project, has something done to it and closes it as the application does. */
+template <typename Change>
+void changeWithTheLibrary(const TestProject &project, Change change)
+{
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    change(model.get());
+    model->prepareToDestroy();
+}
+
+void typeText(TVLProjectModel *model, int id, TVL::DocumentType type, const QString &text)
+{
+    TVLTextDocument *document = model->referenceItem(model->index(id), type);
+    QTextCursor(document).insertText(text);
+    model->dereferenceItem(document);
+}
+
+} // namespace
+
+void TstToolCheckHashes::whatTheLibrarySavesAgrees()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        for (const int id : {3, 4, 5}) {
+            for (const auto type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText})
+                typeText(model, id, type, u"Fog. "_qs);
+        }
+    });
+    QVERIFY(project.readFile(Hashes).contains("5_notes.rtf="));
+    QCOMPARE(problemsOf(project), QStringList());
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        typeText(model, 4, TVL::MainText, u"And rain. "_qs);
+        TVLTextDocument *synopsis = model->referenceItem(model->index(4), TVL::SynopsisText);
+        synopsis->clear();
+        model->dereferenceItem(synopsis);
+    });
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::whatTheToolSavesAgrees()
+{
+    const TestProject project;
+    QCOMPARE(runTool({u"new"_qs, project.path()}).status, 0);
+    const QString text = project.enclosingPath() + u"/Watch.txt"_qs;
+    writeFileAt(text, "All is well.\n");
+    QCOMPARE(runTool({u"import"_qs, project.path(), text}).status, 0);
+    QVERIFY(!project.readFile(Hashes).isEmpty());
+    QCOMPARE(problemsOf(project), QStringList());
+
+    const QString item = u"Draft/Watch"_qs;
+    QCOMPARE(runTool({u"snapshot"_qs, u"add"_qs, project.path(), item, u"First"_qs}).status, 0);
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        typeText(model, model->findNextNodeId() - 1, TVL::MainText, u"Fog. "_qs);
+    });
+    const QByteArray hashes = project.readFile(Hashes);
+    QCOMPARE(runTool({u"snapshot"_qs, u"restore"_qs, project.path(), item, u"First"_qs}).status, 0);
+    QVERIFY(project.readFile(Hashes) != hashes);
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::whatWasRemovedIsNotMissed()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        typeText(model, 5, TVL::MainText, u"Fog. "_qs);
+        QVERIFY(model->save());
+        QVERIFY(model->removeIndex(model->index(5)));
+    });
+    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
+    QCOMPARE(problemsOf(project), QStringList());
+    // Nor when another item has got the id.
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        QVERIFY(model->insertRows(0, 1, model->draftFolder()));
+        QVERIFY(model->index(5).isValid());
+    });
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(project, [](TVLProjectModel *) {});
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
+    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_qs};
+    QCOMPARE(problemsOf(project), changed);
+    QCOMPARE(runTool({u"check"_qs, project.path()}).output,
+             QByteArray("changedDocument: Files/Docs/4.rtf: the file differs from its recorded "
+                        "hash: it was changed behind the project's back\n"));
+    // Somebody looks for something, which changes nothing.
+    QCOMPARE(runTool({u"search"_qs, project.path(), u"terns"_qs}).output,
+             QByteArray("4  The Harbour\n"));
+    QCOMPARE(problemsOf(project), changed);
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_qs); });
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::aFileThatIsNotRecordedIsNoProblem()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Fog.}");
+    project.writeFile(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Fog.}");
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::whatIsNotThereIsNoProblem()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    QVERIFY(QFile::remove(project.path(Hashes)));
+    QVERIFY(!QFile::exists(project.path(Index)));
+    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(Hashes, {});
+    project.writeFile(Index, "<SearchIndexes><Documents/></SearchIndexes>");
+    QCOMPARE(problemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::theLastHashOfAFileCounts()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const QByteArray right = project.readFile(Hashes);
+    const QByteArray wrong = "4.rtf=" + QByteArray(40, '0') + '\n';
+    project.writeFile(Hashes, wrong + right);
+    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(Hashes, right + wrong);
+    QCOMPARE(problemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+}
+
+void TstToolCheckHashes::hashesMayBeWrittenInOtherWays_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<bool>("isInCapitals");
+    QTest::addColumn<QByteArray>("behind");
+    QTest::newRow("other line ends") << QByteArray() << false << QByteArray("\r\n");
+    QTest::newRow("empty lines") << QByteArray("\n\n") << false << QByteArray("\n\n");
+    QTest::newRow("no line end") << QByteArray() << false << QByteArray();
+    QTest::newRow("in capitals") << QByteArray() << true << QByteArray("\n");
+}
+
+void TstToolCheckHashes::hashesMayBeWrittenInOtherWays()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const bool, isInCapitals);
+    QFETCH(const QByteArray, behind);
+    const TestProject project;
+    writeSoundProject(project);
+    const QByteArray hash =
+        TVLProjectFolderFormat::calcChecksum(project.path(u"Files/Docs/4.rtf"_qs)).toHex();
+    project.writeFile(Hashes, before + "4.rtf=" + (isInCapitals ? hash.toUpper() : hash) + behind);
+    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
+    QCOMPARE(problemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+}
+
+void TstToolCheckHashes::filesInFoldersOfTheirOwnAreCompared()
+{
+    const TestProject project;
+    writeProject(
+        project,
+        binderXml(systemFolders(item(3, "Text", "One") + item(4, "Text", "Two")), {}, "2.0"), "23");
+    const QByteArray emptyHash = "da39a3ee5e6b4b0d3255bfef95601890afd80709";
+    const QByteArray name = uuidOf(3) + "/synopsis.txt";
+    const QString path = u"Files/Data/"_qs + QString::fromLatin1(name);
+    project.writeFile(path, {});
+    project.writeFile(
+        Hashes, name + '=' + emptyHash + '\n' + uuidOf(9) + "/content.rtf=" + emptyHash + '\n');
+    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(path, "A boat");
+    QCOMPARE(problemsOf(project), QStringList(u"changedDocument "_qs + path));
+    QVERIFY(QFile::remove(project.path(path)));
+    QCOMPARE(problemsOf(project), QStringList(u"missingDocument "_qs + path));
+}
+
+void TstToolCheckHashes::aDamagedLineIsToldByItsNumber()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    project.writeFile(Hashes, project.readFile(Hashes) + "\ngulls\n");
+    QCOMPARE(runTool({u"check"_qs, project.path()}).output,
+             QByteArray("unreadableHashes: Files/Docs/docs.checksum: line 4 isn't a file with its "
+                        "hash\n"));
+}
+
+void TstToolCheckHashes::whereASearchIndexIsDamagedIsTold()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const auto textOf = [&project](const QByteArray &index) {
+        project.writeFile(Index, index);
+        const QByteArray output = runTool({u"check"_qs, project.path()}).output;
+        const QByteArray head = "unreadableSearchIndex: Files/search.indexes: ";
+        return output.startsWith(head) ? output.sliced(head.size()).trimmed() : QByteArray();
+    };
+    QVERIFY(textOf("<SearchIndexes>\n<Documents></SearchIndexes>").startsWith("line 2, column "));
+    const QByteArray noDocuments = "The search.indexes file has no documents";
+    QCOMPARE(textOf("<Documents/>"), noDocuments);
+    QCOMPARE(textOf("<SearchIndexes/>"), noDocuments);
+    QVERIFY(textOf("<!DOCTYPE a><SearchIndexes><Documents/></SearchIndexes>")
+                .endsWith("The search.indexes file has a document type"));
+}
+
+void TstToolCheckHashes::manyFilesAreCompared()
+{
+    constexpr int Count = 3000;
+    const TestProject project;
+    QByteArray items;
+    for (int id = 3; id < Count + 3; ++id) {
+        items += item(id, "Text", "Page");
+        project.writeFile(u"Files/Docs/%1_synopsis.txt"_qs.arg(id), QByteArray::number(id));
+    }
+    writeProject(project, binderXml(systemFolders(items)));
+    recordHashes(project);
+    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(u"Files/Docs/1000_synopsis.txt"_qs, "another");
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/2000_synopsis.txt"_qs)));
+    QCOMPARE(problemsOf(project),
+             QStringList({u"changedDocument Files/Docs/1000_synopsis.txt"_qs,
+                          u"missingDocument Files/Docs/2000_synopsis.txt"_qs}));
+}
+
+TVL_TEST_MAIN(TstToolCheckHashes)
+#include "tst_toolcheckhashes.moc"

@@ -1,0 +1,119 @@
+/* What was recorded of the texts for other sessions: hashes of their files, and the texts to search
+ * by. */
+#include "ProjectCheck.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLSearchIndex.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QStringTokenizer>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+/** What a line of the checksum file says: a file, as the line names it, and its hash. */
+struct HashRecord
+{
+    QString name;
+    QByteArray hash;
+};
+
+bool isHexDigit(QChar ch)
+{
+    return (ch >= u'0' && ch <= u'9') || (ch >= u'a' && ch <= u'f') || (ch >= u'A' && ch <= u'F');
+}
+
+/** A hash that is written out in full; empty for anything else. */
+QByteArray wholeHash(QStringView text)
+{
+    const qsizetype digits =
+        2 * qsizetype(QCryptographicHash::hashLength(QCryptographicHash::Sha1));
+    if (text.size() != digits || !std::all_of(text.begin(), text.end(), isHexDigit))
+        return {};
+    return QByteArray::fromHex(text.toLatin1());
+}
+
+/** Whether a line names a file of the folder of documents, or of an item's own folder. */
+bool isFileName(QStringView name)
+{
+    constexpr qsizetype UuidLength = 36;
+    const qsizetype slash = name.indexOf(u'/');
+    if (slash < 0)
+        return !name.isEmpty();
+    return slash == UuidLength && !QUuid::fromString(name.first(slash)).isNull()
+        && slash + 1 < name.size() && !name.sliced(slash + 1).contains(u'/');
+}
+
+std::optional<HashRecord> recordOf(QStringView line)
+{
+    const qsizetype equalSign = line.indexOf(u'=');
+    if (equalSign < 0 || !isFileName(line.first(equalSign)))
+        return std::nullopt;
+    const QByteArray hash = wholeHash(line.sliced(equalSign + 1).trimmed());
+    if (hash.isEmpty())
+        return std::nullopt;
+    return HashRecord{line.first(equalSign).toString(), hash};
+}
+
+} // namespace
+
+void ProjectCheck::checkHashes()
+{
+    const QString filePath = Format::projectChecksumFilePathId(mFiles.projectPath);
+    if (!QFileInfo::exists(filePath))
+        return;
+    bool isRead = false;
+    const QString lines = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(filePath, &isRead));
+    if (!isRead)
+        add(u"unreadableHashes"_qs, relative(filePath), u"the file can't be read"_qs);
+
+    // Of several lines for one file the last one counts.
+    QMap<QString, QByteArray> hashes;
+    int number = 0;
+    for (const QStringView line : qTokenize(lines, u'\n')) {
+        ++number;
+        if (line.trimmed().isEmpty())
+            continue;
+        if (const std::optional<HashRecord> record = recordOf(line))
+            hashes.insert(record->name, record->hash);
+        else
+            add(u"unreadableHashes"_qs, relative(filePath),
+                u"line %1 isn't a file with its hash"_qs.arg(number));
+    }
+    const ChecksumMap checksums = TVLProjectChecksums::toUuidChecksumMap(hashes);
+    for (auto record = checksums.cbegin(); record != checksums.cend(); ++record)
+        checkHash(record.key().first, record.key().second, record.value());
+}
+
+void ProjectCheck::checkHash(const QUuid &uuid, const QString &name, const QByteArray &hash)
+{
+    const QString folder = uuid.isNull() ? Format::filesDocsPath(mFiles.projectPath)
+                                         : Format::filesDataNodePath(mFiles.projectPath, uuid);
+    const QString filePath = folder + u'/' + name;
+    if (QFileInfo::exists(filePath)) {
+        if (!TVLProjectChecksums::checksumsMatch(filePath, hash))
+            add(u"changedDocument"_qs, relative(filePath),
+                u"the file differs from its recorded hash: it was changed behind the project's "
+                "back"_qs);
+    } else if (isOfItem(uuid, name)) {
+        add(u"missingDocument"_qs, relative(filePath),
+            u"the file's hash is recorded, but the file is gone"_qs);
+    }
+}
+
+void ProjectCheck::checkSearchIndex()
+{
+    const QString filePath = Format::searchIndexesFilePath(mFiles.projectPath);
+    if (!QFileInfo::exists(filePath))
+        return;
+    if (const QString error = TVLSearchIndex::fileError(filePath); !error.isEmpty())
+        add(u"unreadableSearchIndex"_qs, relative(filePath), error);
+}
