@@ -11,11 +11,16 @@
 #include "TestMain.h"
 #include "TestProject.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
+#include <QTextCursor>
+#include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <functional>

@@ -8,6 +8,8 @@
 #include "TestProject.h"
 
 #include <QTest>
+#include <QTextCursor>
+#include <QUuid>
 
 #include <algorithm>
 #include <array>
