@@ -2,6 +2,7 @@
 
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
+#include "TVLPropertyWords.h"
 
 #include <cstdlib>
 
@@ -169,7 +170,7 @@ void TVLBinderReader::readSearchSettings(TVLCollectionMetaData *collection)
         *value = tvlValueOf(table, attributes.value(attribute), *value);
     };
     read(Words::SearchOperators, Attribute::Operator, &collection->mSearchOperator);
-    read(Words::SearchProperties, Attribute::Type, &collection->mSearchProperty);
+    read(TVLPropertyWords, Attribute::Type, &collection->mSearchProperty);
     read(Words::SearchScopes, Attribute::Scope, &collection->mSearchScope);
     read(Words::SearchCompiles, Attribute::CompileSetting, &collection->mSearchCompile);
     read(Words::CaseSensitivities, Attribute::CaseSensitive, &collection->mCaseSensitivity);

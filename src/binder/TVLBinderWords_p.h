@@ -38,18 +38,6 @@ inline constexpr TVLWord<TVL::SearchOperator> SearchOperators[] = {
     {TVL::RegExpOperator, u"RegExp"},
 };
 
-inline constexpr TVLWord<TVL::DocumentProperty> SearchProperties[] = {
-    {TVL::AllProperties, u"All"},
-    {TVL::TitleProperty, u"Title"},
-    {TVL::TextProperty, u"Text"},
-    {TVL::NotesProperty, u"Notes"},
-    {TVL::SynopsisProperty, u"Synopsis"},
-    {TVL::KeywordsProperty, u"Keywords"},
-    {TVL::LabelProperty, u"Label"},
-    {TVL::StatusProperty, u"Status"},
-    {TVL::CustomMetaDataProperty, u"CustomMetaData"},
-};
-
 inline constexpr TVLWord<int> SearchScopes[] = {
     {TVL::AllScope, u"All"},
     {TVL::SelectionScope, u"Selection"},

@@ -2,6 +2,7 @@
 
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
+#include "TVLPropertyWords.h"
 #include "TVLWholeXml_p.h"
 
 #include "TUuid.h"
@@ -79,8 +80,7 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
         writeStartElement(SearchSettings);
         writeWord(Attribute::Operator,
                   tvlWordOf(Words::SearchOperators, collection.mSearchOperator, u"Exact"));
-        writeWord(Attribute::Type,
-                  tvlWordOf(Words::SearchProperties, collection.mSearchProperty, u"All"));
+        writeWord(Attribute::Type, tvlWordOf(TVLPropertyWords, collection.mSearchProperty, u"All"));
         writeWord(Attribute::Scope,
                   tvlWordOf(Words::SearchScopes, collection.mSearchScope, u"All"));
         writeWord(Attribute::CompileSetting,

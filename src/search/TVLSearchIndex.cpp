@@ -1,7 +1,7 @@
 #include "TVLSearchIndex.h"
 
 #include "TVLMatchFunction_p.h"
-#include "TVLSearchRows_p.h"
+#include "TVLSearchSql_p.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -162,6 +162,18 @@ bool TVLSearchIndex::dropTables()
         }
     }
     return true;
+}
+
+template <typename Row, typename Add>
+bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row> &rows, Add add)
+{
+    const bool wasModified = mIsModified;
+    Bundle bundle(this);
+    QSqlQuery query(*this);
+    const bool replaced = bundle.isOpen() && run(&query, deleteStatement, __LINE__)
+        && std::all_of(rows.begin(), rows.end(), add) && bundle.keep();
+    mIsModified = wasModified || replaced;
+    return replaced;
 }
 
 bool TVLSearchIndex::addLabel(int id, const QString &title, const QColor &color)

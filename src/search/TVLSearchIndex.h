@@ -173,9 +173,6 @@ public:
     bool removeDocumentKeyword(int id, int keywordId);
     /** Replaces the keywords of a document; what comes behind a failure is missing then. */
     bool setDocumentKeywords(int id, const QList<int> &keywordIds);
-    /** Replaces the keywords of all documents by pairs of document and keyword, or none of them on
-     * a failure. */
-    bool setAllDocumentKeywords(const QList<std::pair<int, int>> &rows);
     /** The documents that carry a keyword. */
     [[nodiscard]] QSet<int> affectedDocuments(int keywordId) const;
     /** @} */

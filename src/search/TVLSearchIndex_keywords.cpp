@@ -1,6 +1,7 @@
 #include "TVLSearchIndex.h"
+#include "TVLSearchSql_p.h"
 
-#include "TVLSearchRows_p.h"
+#include <algorithm>
 
 using namespace TVLSearchSql;
 
@@ -18,7 +19,6 @@ const QString DeleteDocumentKeyword =
     u"DELETE FROM DocumentIntProperties WHERE identity = :i AND propertyValue = :v AND type = :t"_qs;
 const QString DeleteDocumentKeywords =
     u"DELETE FROM DocumentIntProperties WHERE identity = :i AND type = :t"_qs;
-const QString DeleteAllDocumentKeywords = u"DELETE FROM DocumentIntProperties WHERE type = %1"_qs;
 const QString SelectKeywordDocuments =
     u"SELECT DISTINCT identity FROM DocumentIntProperties WHERE type = :t AND propertyValue = :v"_qs;
 
@@ -85,23 +85,6 @@ bool TVLSearchIndex::setDocumentKeywords(int id, const QList<int> &keywordIds)
                   {{u":i"_qs, id}, {u":t"_qs, int(TVL::KeywordsProperty)}}, __LINE__)
         && std::all_of(keywordIds.begin(), keywordIds.end(),
                        [&](int keywordId) { return addDocumentKeyword(id, keywordId); });
-}
-
-bool TVLSearchIndex::setAllDocumentKeywords(const QList<std::pair<int, int>> &rows)
-{
-    QSqlQuery insert(*this);
-    if (!prepare(&insert, InsertInt, __LINE__))
-        return false;
-    insert.bindValue(u":t"_qs, int(TVL::KeywordsProperty));
-    const bool replaced =
-        replaceRows(Statement::DeleteAllDocumentKeywords.arg(int(TVL::KeywordsProperty)), rows,
-                    [&insert](const std::pair<int, int> &row) {
-                        insert.bindValue(u":i"_qs, row.first);
-                        insert.bindValue(u":v"_qs, row.second);
-                        return succeeded(insert, insert.exec(), __LINE__);
-                    });
-    mHasDocumentInts = mHasDocumentInts || !rows.isEmpty();
-    return replaced;
 }
 
 QSet<int> TVLSearchIndex::affectedDocuments(int keywordId) const

@@ -5,6 +5,7 @@
 #include "TestProject.h"
 
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -274,7 +275,7 @@ void TstBinderRoundTrip::everySectionSurvives_data()
     QTest::addColumn<quint32>("seed");
     QTest::addColumn<int>("formatVersion");
     QTest::addColumn<bool>("mobile");
-    for (quint32 seed = 1; seed <= 150; ++seed) {
+    for (quint32 seed = 1; seed <= quint32(testCases(150)); ++seed) {
         QTest::addRow("desktop, %u", seed) << seed << 18 << false;
         QTest::addRow("without ids, %u", seed) << seed << 23 << false;
         QTest::addRow("mobile, %u", seed) << seed << 18 << true;

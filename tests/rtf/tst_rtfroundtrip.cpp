@@ -1,6 +1,7 @@
 #include "DocumentComparison.h"
 #include "RandomDocument.h"
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include "TVLInlineMarkup.h"
 #include "TVLTextRtfReader.h"
@@ -42,7 +43,7 @@ private Q_SLOTS:
 void tst_RtfRoundTrip::randomDocumentsComeBackEqual_data()
 {
     QTest::addColumn<quint32>("seed");
-    for (quint32 seed = 0; seed < 20; ++seed)
+    for (quint32 seed = 0; seed < quint32(testCases(20)); ++seed)
         QTest::addRow("documents %u to %u", seed * 100, seed * 100 + 99) << seed;
 }
 

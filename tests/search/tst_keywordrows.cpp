@@ -74,13 +74,12 @@ private Q_SLOTS:
     void documentsGetKeywords();
     void aKeywordOfADocumentIsRemoved();
     void keywordsOfADocumentAreReplaced();
-    void keywordsOfAllDocumentsAreReplaced();
     void aDocumentIsAffectedOnce();
     void aRemovedDocumentKeepsItsTexts();
     void aNewStoreHasNothingBeyondItsTables();
     void successMarksTheStoreAsModified();
     void aFailureIsLoggedAndTheStoreWorksOn();
-    void aFailedReplacementOfAllLeavesThemAsTheyWere();
+    void aReplacementStopsAtTheFirstThatFails();
     void statementsWorkInsideATransaction();
     void manyDocumentsAndKeywords();
 
@@ -142,7 +141,6 @@ void TstKeywordRows::onlyRowsOfKeywordsGoWithAKeyword()
     QVERIFY(mIndex->removeDocumentKeyword(10, 3));
     QVERIFY(mIndex->removeKeyword(3));
     QVERIFY(mIndex->setDocumentKeywords(10, {}));
-    QVERIFY(mIndex->setAllDocumentKeywords({}));
     QCOMPARE(documentRows(*mIndex), QStringList({u"10 6 3"_qs, u"10 7 3"_qs}));
     QVERIFY(mIndex->affectedDocuments(3).isEmpty());
 }
@@ -175,15 +173,6 @@ void TstKeywordRows::keywordsOfADocumentAreReplaced()
     QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 7"_qs, u"10 5 3"_qs, u"11 5 3"_qs}));
     QVERIFY(mIndex->setDocumentKeywords(10, {}));
     QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
-}
-
-void TstKeywordRows::keywordsOfAllDocumentsAreReplaced()
-{
-    QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
-    QVERIFY(mIndex->setAllDocumentKeywords({{11, 3}, {12, 9}, {11, 1}}));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"11 5 3"_qs, u"11 5 1"_qs, u"12 5 9"_qs}));
-    QVERIFY(mIndex->setAllDocumentKeywords({}));
-    QCOMPARE(documentRows(*mIndex), QStringList());
 }
 
 void TstKeywordRows::aDocumentIsAffectedOnce()
@@ -257,16 +246,13 @@ void TstKeywordRows::aFailureIsLoggedAndTheStoreWorksOn()
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{1});
 }
 
-void TstKeywordRows::aFailedReplacementOfAllLeavesThemAsTheyWere()
+void TstKeywordRows::aReplacementStopsAtTheFirstThatFails()
 {
     QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
     execute(*mIndex,
             u"CREATE TRIGGER refuse BEFORE INSERT ON DocumentIntProperties "
             "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs);
-    ignoreSqlErrors(u"refused"_qs, 2);
-    QVERIFY(!mIndex->setAllDocumentKeywords({{11, 3}, {11, 9}, {11, 4}}));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 3"_qs, u"10 5 4"_qs}));
-    // The keywords of one document stop at the first that fails.
+    ignoreSqlErrors(u"refused"_qs, 1);
     QVERIFY(!mIndex->setDocumentKeywords(10, {1, 9, 2}));
     QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 1"_qs});
 }
@@ -288,10 +274,8 @@ void TstKeywordRows::manyDocumentsAndKeywords()
     constexpr int Count = 100000;
     QElapsedTimer timer;
     timer.start();
-    QList<std::pair<int, int>> rows;
     for (int id = 0; id < Count; ++id)
-        rows.append({id, id % 5000});
-    QVERIFY(mIndex->setAllDocumentKeywords(rows));
+        QVERIFY(mIndex->addDocumentKeyword(id, id % 5000));
     qInfo("%d rows entered in %lld ms", Count, timer.restart());
     // Each of these would look at all rows if it were left to the tables alone.
     for (int id = 0; id < 5000; ++id) {

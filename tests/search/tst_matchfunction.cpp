@@ -3,6 +3,7 @@
 #include "TVLMatchFunction_p.h"
 #include "TVLTextMatcher.h"
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QRegularExpression>
 #include <QSqlDatabase>
@@ -307,10 +308,10 @@ private Q_SLOTS:
 
     void randomRowsMatchAsStepByStep()
     {
-        constexpr quint32 Cases = 10'000;
+        const auto cases = quint32(testCases(10'000));
         const quint32 first = qEnvironmentVariable("TVL_MATCHER_SEED", u"1"_qs).toUInt();
         int compared = 0;
-        for (quint32 seed = first; seed < first + Cases; ++seed) {
+        for (quint32 seed = first; seed < first + cases; ++seed) {
             QRandomGenerator random(seed);
             const MatchCase match = randomMatchCase(&random);
             if (!arrivesAsItIs(match.text)
@@ -321,7 +322,7 @@ private Q_SLOTS:
                 QFAIL(qPrintable(u"seed %1: %2"_qs.arg(seed).arg(described(match))));
             ++compared;
         }
-        QVERIFY(compared > int(Cases / 2));
+        QVERIFY(compared > int(cases / 2));
     }
 
     void halfAPairIsSafe()

@@ -112,7 +112,6 @@ void TstSearchFaults::checkThatAllFails(TVLSearchIndex *index)
     QVERIFY(!index->updateKeyword(1, u"One"_qs));
     QVERIFY(!index->removeKeyword(1));
     QVERIFY(!index->setDocumentKeywords(7, {1}));
-    QVERIFY(!index->setAllDocumentKeywords({{7, 1}}));
     QVERIFY(index->affectedDocuments(1).isEmpty());
     QVERIFY(index->notConfirmedIndexes().isEmpty());
     QVERIFY(index->indexes(searchFor(u"x"_qs)).isEmpty());

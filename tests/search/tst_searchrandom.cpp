@@ -1,6 +1,7 @@
 #include "ReferenceSearch.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
+#include "TestScale.h"
 #include "TestSearchedProject.h"
 
 #include <QRandomGenerator>
@@ -10,7 +11,7 @@
 
 namespace {
 
-constexpr int Projects = 500;
+const int Projects = testCases(500);
 constexpr int SearchesOfAProject = 20;
 
 } // namespace
@@ -149,7 +150,7 @@ void TstSearchRandom::searchesAgreeWithAWalkThroughAllTexts()
         }
     }
     // The searches are worth something.
-    QVERIFY2(findings > 500, qPrintable(QString::number(findings)));
+    QVERIFY2(findings > Projects, qPrintable(QString::number(findings)));
 }
 
 TVL_TEST_MAIN(TstSearchRandom)

@@ -516,13 +516,13 @@ void TstSearchValidation::keywordsWorkOnInTheOpenTransaction()
 {
     openTransaction();
     QVERIFY(mIndex->addKeyword(1, u"Sea"_qs));
-    QVERIFY(mIndex->setAllDocumentKeywords({{0, 1}}));
+    QVERIFY(mIndex->setDocumentKeywords(0, {1}));
     QCOMPARE(mIndex->indexes(searchFor(u"Sea"_qs)), QList<int>{0});
     execute(*mIndex,
             u"CREATE TRIGGER refuse BEFORE INSERT ON DocumentIntProperties "
             "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs);
     expectSqlErrors(u"refused"_qs);
-    QVERIFY(!mIndex->setAllDocumentKeywords({{0, 3}, {0, 9}}));
+    QVERIFY(!mIndex->setDocumentKeywords(0, {1, 9}));
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{0});
     QVERIFY(mIndex->removeKeyword(1));
     QVERIFY(mIndex->affectedDocuments(1).isEmpty());

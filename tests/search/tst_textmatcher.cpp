@@ -2,6 +2,7 @@
 #include "ReferenceMatch.h"
 #include "TVLTextMatcher.h"
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QRegExp>
 #include <QTest>
@@ -15,7 +16,7 @@ using Flag = TVLTextMatcher::Flag;
 
 namespace {
 
-constexpr int RandomCases = 200'000;
+const int RandomCases = testCases(200'000);
 
 /** All flags that have a meaning, each way. */
 constexpr int FlagCombinations = 64;
@@ -201,7 +202,7 @@ private Q_SLOTS:
         const quint32 first = firstSeed();
         int matching = 0;
         const qint64 rejectedBefore = rejectedReferenceMatches();
-        for (quint32 seed = first; seed < first + RandomCases; ++seed) {
+        for (quint32 seed = first; seed < first + quint32(RandomCases); ++seed) {
             QRandomGenerator random(seed);
             const MatchCase match = randomMatchCase(&random);
             const bool expected = referenceMatch(match.text, match.flags, match.words);

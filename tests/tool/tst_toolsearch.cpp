@@ -1,7 +1,7 @@
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
-#include "TVLBinderWords_p.h"
+#include "TVLPropertyWords.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLTextCommentLink.h"
 #include "TVLTextRange.h"
@@ -255,7 +255,7 @@ void TstToolSearch::thePropertiesAreTheWordsOfTheBinder()
 {
     const TestProject project;
     writeSearchedProject(project);
-    for (const auto &row : TVLBinderWords::SearchProperties) {
+    for (const auto &row : TVLPropertyWords) {
         const ProgramResult result =
             search(project, u"gulls"_qs, {u"--in"_qs, row.word.toString()});
         QVERIFY2(result.status == 0, result.errors);

@@ -5,7 +5,7 @@
 #include "TVLCollectionMetaData.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
-#include "TVLWordTable.h"
+#include "TVLPropertyWords.h"
 
 #include <QCommandLineParser>
 #include <QJsonArray>
@@ -22,41 +22,41 @@ constexpr TVLWord<TVL::SearchOperator> Operators[] = {
     {TVL::WholeWordOperator, u"word"}, {TVL::RegExpOperator, u"regexp"},
 };
 
-/** As the binder and the file of the search index spell them. */
-constexpr TVLWord<TVL::DocumentProperty> Properties[] = {
-    {TVL::AllProperties, u"All"},
-    {TVL::TitleProperty, u"Title"},
-    {TVL::TextProperty, u"Text"},
-    {TVL::NotesProperty, u"Notes"},
-    {TVL::SynopsisProperty, u"Synopsis"},
-    {TVL::KeywordsProperty, u"Keywords"},
-    {TVL::LabelProperty, u"Label"},
-    {TVL::StatusProperty, u"Status"},
-    {TVL::CustomMetaDataProperty, u"CustomMetaData"},
+/** What binders have no word for, as a saved search can't ask for it. */
+constexpr TVLWord<TVL::DocumentProperty> FurtherProperties[] = {
     {TVL::CommentsProperty, u"Comments"},
 };
 
 template <typename Value, std::size_t Size>
-QString listOf(const TVLWord<Value> (&table)[Size])
+QStringList wordsOf(const TVLWord<Value> (&table)[Size])
 {
     QStringList words;
     for (const TVLWord<Value> &row : table)
         words.append(row.word.toString());
-    return words.join(u", "_qs);
+    return words;
 }
 
-/** Takes the value of a word, in any case; empty, or what is wrong with the word. */
+QStringList propertyWords()
+{
+    return wordsOf(TVLPropertyWords) + wordsOf(FurtherProperties);
+}
+
+/** Takes the value of a word, in any case. */
 template <typename Value, std::size_t Size>
-QString takeWord(const TVLWord<Value> (&table)[Size], const QString &what, const QString &word,
-                 Value *value)
+bool takeWord(const TVLWord<Value> (&table)[Size], const QString &word, Value *value)
 {
     for (const TVLWord<Value> &row : table) {
         if (row.word.compare(word, Qt::CaseInsensitive) == 0) {
             *value = row.value;
-            return {};
+            return true;
         }
     }
-    return u"unknown %1 '%2'; it is one of %3"_qs.arg(what, word, listOf(table));
+    return false;
+}
+
+QString wordError(const QString &what, const QString &word, const QStringList &words)
+{
+    return u"unknown %1 '%2'; it is one of %3"_qs.arg(what, word, words.join(u", "_qs));
 }
 
 QCommandLineOption operatorOption()
@@ -71,7 +71,8 @@ QCommandLineOption operatorOption()
 QCommandLineOption propertyOption()
 {
     return QCommandLineOption(
-        u"in"_qs, u"Where to look: one of %1. Without it, in all."_qs.arg(listOf(Properties)),
+        u"in"_qs,
+        u"Where to look: one of %1. Without it, in all."_qs.arg(propertyWords().join(u", "_qs)),
         u"PROPERTY"_qs, u"All"_qs);
 }
 
@@ -103,12 +104,14 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     search->mType = TVL::SavedSearchCollection;
     search->mSearchText = parser.positionalArguments().last();
     search->mCaseSensitivity = parser.isSet(caseOption()) ? Qt::CaseSensitive : Qt::CaseInsensitive;
-    QString error = takeWord(Operators, u"operator"_qs, parser.value(operatorOption()),
-                             &search->mSearchOperator);
-    if (error.isEmpty())
-        error = takeWord(Properties, u"property"_qs, parser.value(propertyOption()),
-                         &search->mSearchProperty);
-    return error.isEmpty() ? textError(*search) : error;
+    const QString searchOperator = parser.value(operatorOption());
+    if (!takeWord(Operators, searchOperator, &search->mSearchOperator))
+        return wordError(u"operator"_qs, searchOperator, wordsOf(Operators));
+    const QString property = parser.value(propertyOption());
+    if (!takeWord(TVLPropertyWords, property, &search->mSearchProperty)
+        && !takeWord(FurtherProperties, property, &search->mSearchProperty))
+        return wordError(u"property"_qs, property, propertyWords());
+    return textError(*search);
 }
 
 QString lineOf(const TVLProjectNode *node)
