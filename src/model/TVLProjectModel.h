@@ -380,7 +380,8 @@ public:
     QModelIndex createNewFolder(int row, const QModelIndex &parent);
     /** A new text with the text mode of @p sibling, if that is valid. */
     QModelIndex createNewText(int row, const QModelIndex &parent, const QModelIndex &sibling);
-    /** A new item with a given uuid, if @p uuid isn't null, cloned from @p source, if that isn't. */
+    /** A new item with a given uuid, if @p uuid isn't null, cloned from @p source, if that isn't.
+     */
     QModelIndex createNewProjectIndex(int row, const QModelIndex &parent, const QString &title,
                                       const QUuid *uuid, const QModelIndex *source);
     /** The same at the end of a folder inside that for what a merge could not settle. */
@@ -456,7 +457,8 @@ public:
                                                     const TVLProjectNode *source,
                                                     const QString &targetPath,
                                                     const TVLProjectNode *target);
-    /** The attributes of a desktop item, its snapshots if asked for, and none of its other files. */
+    /** The attributes of a desktop item, its snapshots if asked for, and none of its other files.
+     */
     bool cloneDesktopProperties(const QModelIndex &source, const QModelIndex &target,
                                 bool snapshots);
     bool cloneKeywordsAndReferences(const QModelIndex &source, const QModelIndex &target);
@@ -1296,8 +1298,7 @@ private:
     /** The nodes of a list of items; empty if one isn't an item of this model. */
     [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
     /** Without those that lie in another one of the list: what befalls that befalls them. */
-    [[nodiscard]] static QList<TVLProjectNode *>
-    withoutDescendants(QList<TVLProjectNode *> nodes);
+    [[nodiscard]] static QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes);
     [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
                                      const TVLProjectNode *target) const;
     bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,

@@ -1,8 +1,8 @@
 #include "TVLProjectFolderFormat.h"
 
+#include "TUuid.h"
 #include "TVLCoreUtil.h"
 #include "TVLNumberedFiles_p.h"
-#include "TUuid.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
-#include "TVLPropertyWords.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLPropertyWords.h"
 #include "TVLTextCommentLink.h"
 #include "TVLTextRange.h"
 
