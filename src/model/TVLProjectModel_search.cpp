@@ -1,6 +1,7 @@
 #include "TVLProjectModel.h"
 
 #include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDoc.h"
@@ -8,10 +9,10 @@
 #include "TVLTextMatcher.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
 
-#include <initializer_list>
 #include <memory>
 
 namespace {
@@ -173,6 +174,9 @@ void TVLProjectModel::saveChecksums(bool force)
 
 void TVLProjectModel::saveSearch(bool force)
 {
+    // A project that isn't on disk has no place for them.
+    if (!QFileInfo::exists(TVLProjectFolderFormat::filesPath(mPath)))
+        return;
     saveSearchIndex(force);
     // New hashes would vouch for the old texts, which are still in the file when that fails.
     if (!mSearchIndex->isModified())

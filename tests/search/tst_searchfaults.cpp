@@ -1,3 +1,4 @@
+#include "LogTaker.h"
 #include "SqlTrace.h"
 #include "TVLCollectionMetaData.h"
 #include "TVLSearchIndex.h"
@@ -14,29 +15,6 @@
 #include <sys/resource.h>
 
 namespace {
-
-QStringList theLog;
-
-/** Takes what is logged, as long as it lives. */
-class LogTaker
-{
-public:
-    LogTaker()
-        : mBefore(qInstallMessageHandler(take))
-    {
-        theLog.clear();
-    }
-    ~LogTaker() { qInstallMessageHandler(mBefore); }
-    Q_DISABLE_COPY_MOVE(LogTaker)
-
-private:
-    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
-    {
-        theLog.append(text);
-    }
-
-    QtMessageHandler mBefore;
-};
 
 /** Lets no file of this process grow beyond a size, as a disk that is full does. */
 class FileSizeLimit
@@ -139,8 +117,8 @@ void TstSearchFaults::aStoreWithoutDriverIsEmptyAndUsable()
         const LogTaker taker;
         TVLSearchIndex index(&project);
         QVERIFY(!index.isOpen());
-        QCOMPARE(theLog.filter(u"could not open QSQLITE connection"_qs).size(), 1);
-        QCOMPARE(theLog.filter(u"could not create schema:"_qs).size(), 0);
+        QCOMPARE(taker.lines().filter(u"could not open QSQLITE connection"_qs).size(), 1);
+        QCOMPARE(taker.lines().filter(u"could not create schema:"_qs).size(), 0);
         checkThatAllFails(&index);
         QVERIFY(!index.isModified());
 
@@ -192,9 +170,9 @@ void TstSearchFaults::aStoreNeedsNoRoomOnDisk()
         index.invalidateDocument(id, TVL::MainText);
     }
     QCOMPARE(index.indexes(searchFor(u"5 KB"_qs)).size(), Count);
-    QCOMPARE(theLog, QStringList());
+    QCOMPARE(taker.lines(), QStringList());
     QVERIFY(!index.setLabels({{7, u"a"_qs, QColor()}, {7, u"b"_qs, QColor()}}));
-    QCOMPARE(theLog.size(), 1);
+    QCOMPARE(taker.lines().size(), 1);
     QCOMPARE(index.labels(), Labels);
     QCOMPARE(index.statusItems(), Items);
     QCOMPARE(index.indexes(searchFor(u"seems. 1999"_qs)), QList<int>{1999});
