@@ -38,10 +38,8 @@ bool TVLProjectModel::matchQString(const QString &text, int flags, const QString
 void TVLProjectModel::addToSearchIndex(const TVLProjectNode *node)
 {
     // The texts of an item that is gone stay in the index under its id.
-    if (mForgottenIds.contains(node->mId)) {
+    if (mForgottenIds.remove(node->mId))
         mSearchIndex->forgetTexts(node->mId);
-        mForgottenIds.remove(node->mId);
-    }
     mSearchIndex->addProjectNode(node);
     if (!node->mCustomMetaData.isEmpty())
         updateSearchedCustomMetaData(node);

@@ -178,16 +178,8 @@ bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row
 
 bool TVLSearchIndex::addLabel(int id, const QString &title, const QColor &color)
 {
-    QSqlQuery query(*this);
-    if (!prepare(&query, Statement::InsertLabel, __LINE__))
-        return false;
-    query.bindValue(u":i"_qs, id);
-    query.bindValue(u":t"_qs, title);
-    query.bindValue(u":c"_qs, colorValue(color));
-    if (!succeeded(query, query.exec(), __LINE__))
-        return false;
-    mIsModified = true;
-    return true;
+    return change(Statement::InsertLabel,
+                  {{u":i"_qs, id}, {u":t"_qs, title}, {u":c"_qs, colorValue(color)}}, __LINE__);
 }
 
 TVLLabel TVLSearchIndex::label(int id, bool *ok) const
@@ -221,15 +213,7 @@ QSet<int> TVLSearchIndex::labelsIDs() const
 
 bool TVLSearchIndex::addStatusItem(int id, const QString &title)
 {
-    QSqlQuery query(*this);
-    if (!prepare(&query, Statement::InsertStatusItem, __LINE__))
-        return false;
-    query.bindValue(u":i"_qs, id);
-    query.bindValue(u":t"_qs, title);
-    if (!succeeded(query, query.exec(), __LINE__))
-        return false;
-    mIsModified = true;
-    return true;
+    return change(Statement::InsertStatusItem, {{u":i"_qs, id}, {u":t"_qs, title}}, __LINE__);
 }
 
 TVLStatusItem TVLSearchIndex::statusItem(int id, bool *ok) const

@@ -8,7 +8,6 @@
 #include "TVLSearchIndex.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QFileInfo>
 #include <QStringTokenizer>
 
