@@ -56,11 +56,6 @@ int firstOfType(const QList<TVLCollectionMetaData> &collections, TVL::Collection
     });
 }
 
-QSet<int> toSet(const QList<int> &ids)
-{
-    return {ids.begin(), ids.end()};
-}
-
 // The titles that records of collections know their own sync results by.
 QString updatedDocumentsTitle()
 {
@@ -291,7 +286,7 @@ void TVLProjectModel::addToCollection(int position, const QModelIndexList &index
     TVLCollectionMetaData collection = findCollectionByPos(position);
     if (collection.mType != TVL::ArbitraryCollection)
         return;
-    QSet<int> known = toSet(collection.mIds);
+    QSet<int> known(collection.mIds.begin(), collection.mIds.end());
     const qsizetype oldCount = collection.mIds.size();
     const QList<int> ids = nodeIdentityList(indexes);
     for (const int id : ids) {
@@ -314,7 +309,8 @@ void TVLProjectModel::removeFromCollection(int position, const QModelIndexList &
     if (!isCollectionPos(position))
         return;
     TVLCollectionMetaData collection = mCollections.at(position);
-    const QSet<int> removed = toSet(nodeIdentityList(indexes));
+    const QList<int> ids = nodeIdentityList(indexes);
+    const QSet<int> removed(ids.begin(), ids.end());
     collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
     storeCollection(position, collection);
 }
@@ -326,7 +322,7 @@ void TVLProjectModel::removeFromCollection(const QString &identity, const QModel
 
 void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
 {
-    const QSet<int> removed = toSet(ids);
+    const QSet<int> removed(ids.begin(), ids.end());
     for (TVLCollectionMetaData &collection : mCollections) {
         if (collection.mType == TVL::ArbitraryCollection)
             collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });

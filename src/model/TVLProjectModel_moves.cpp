@@ -12,11 +12,6 @@
 
 namespace {
 
-QSet<int> toSet(const QList<int> &ids)
-{
-    return QSet<int>(ids.begin(), ids.end());
-}
-
 /** The node and all below it that have children, in post-order. */
 QList<TVLProjectNode *> parentsDeepestFirst(TVLProjectNode *top)
 {
@@ -157,7 +152,7 @@ bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
 
 void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
 {
-    const QSet<int> removed = toSet(ids);
+    const QSet<int> removed(ids.begin(), ids.end());
     tvlForEachNode(mRootNode.get(), [&removed](TVLProjectNode *node) {
         if (removed.contains(node->mDefaultChildTemplateId))
             node->mDefaultChildTemplateId = -1;
@@ -166,7 +161,7 @@ void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
 
 void TVLProjectModel::removeNodeIdsFromFavorites(const QList<int> &ids)
 {
-    const QSet<int> removed = toSet(ids);
+    const QSet<int> removed(ids.begin(), ids.end());
     mFavorites.removeIf([&removed](int id) { return removed.contains(id); });
 }
 

@@ -1,6 +1,7 @@
 #include "TVLSearchIndex.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLSearchSql_p.h"
@@ -57,12 +58,6 @@ constexpr const char *CannotOpen =
 QString translated(const char *text)
 {
     return QCoreApplication::translate("TVLSearchIndex", text);
-}
-
-void setError(QString *error, const QString &text)
-{
-    if (error)
-        *error = text;
 }
 
 /** Goes on to the first child of a name; false at the end of the element that the reader is in. */
@@ -213,7 +208,7 @@ bool TVLSearchIndex::load(QString *error)
         return true;
     QFile file(searchIndexesFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, translated(CannotOpen));
+        tvlSetError(error, translated(CannotOpen));
         return false;
     }
 
@@ -235,7 +230,7 @@ bool TVLSearchIndex::loadDocuments(QIODevice *device, QString *error)
     Bundle bundle(this);
     const QString readError = readDocuments(
         device, [this](int id, const QHash<int, QString> &texts) { loadDocument(id, texts); });
-    setError(error, readError);
+    tvlSetError(error, readError);
     return readError.isEmpty() && bundle.isOpen() && bundle.keep();
 }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> FlagRows[] = {
+constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> LayoutFlags[] = {
     {TVLSettings::ShowLabelMark, u"IndexCard/ShowLabelMark", true},
     {TVLSettings::ShowStatusStamp, u"IndexCard/ShowStatusStamp", true},
     {TVLSettings::ShowKeywordColors, u"IndexCard/ShowKeywordColors", false},
@@ -23,7 +23,7 @@ constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> FlagRows[] = {
     {TVLSettings::LayoutKeepsMetaData, u"Layout/SaveMetaAppearance", false},
 };
 
-constexpr TVLSettingRow<TVLSettings::IntSetting, int> IntRows[] = {
+constexpr TVLSettingRow<TVLSettings::IntSetting, int> LayoutInts[] = {
     {TVLSettings::CardSpacing, u"IndexCard/Spacing", 0},
     {TVLSettings::CardRatio, u"IndexCard/Ratio", 3},
     {TVLSettings::CardSize, u"IndexCard/Size", 220},
@@ -31,11 +31,11 @@ constexpr TVLSettingRow<TVLSettings::IntSetting, int> IntRows[] = {
     {TVLSettings::CardsAcross, u"Corkboard/cardsAcross", 0},
 };
 
-using IntListRow = TVLSettingRow<TVLSettings::IntListSetting, QList<int>>;
+using LayoutIntList = TVLSettingRow<TVLSettings::IntListSetting, QList<int>>;
 
-const IntListRow *findIntList(TVLSettings::IntListSetting setting)
+const LayoutIntList *findLayoutIntList(TVLSettings::IntListSetting setting)
 {
-    static const IntListRow rows[] = {
+    static const LayoutIntList rows[] = {
         {TVLSettings::FirstOutlinerColumnWidths,
          u"Outliner/First/ColumnWidths",
          {200, 150, 100, 100}},
@@ -122,37 +122,37 @@ TVLLayoutSettings::~TVLLayoutSettings() = default;
 
 bool TVLLayoutSettings::defaultValue(FlagSetting setting) const
 {
-    const auto *row = tvlFindSetting(FlagRows, setting);
+    const auto *row = tvlFindSetting(LayoutFlags, setting);
     return row ? row->defaultValue : TVLSettings::defaultValue(setting);
 }
 
 int TVLLayoutSettings::defaultValue(IntSetting setting) const
 {
-    const auto *row = tvlFindSetting(IntRows, setting);
+    const auto *row = tvlFindSetting(LayoutInts, setting);
     return row ? row->defaultValue : TVLSettings::defaultValue(setting);
 }
 
 QList<int> TVLLayoutSettings::defaultValue(IntListSetting setting) const
 {
-    const auto *row = findIntList(setting);
+    const auto *row = findLayoutIntList(setting);
     return row ? row->defaultValue : TVLSettings::defaultValue(setting);
 }
 
 QString TVLLayoutSettings::keyText(FlagSetting setting) const
 {
-    const auto *row = tvlFindSetting(FlagRows, setting);
+    const auto *row = tvlFindSetting(LayoutFlags, setting);
     return row ? row->key.toString() : TVLSettings::keyText(setting);
 }
 
 QString TVLLayoutSettings::keyText(IntSetting setting) const
 {
-    const auto *row = tvlFindSetting(IntRows, setting);
+    const auto *row = tvlFindSetting(LayoutInts, setting);
     return row ? row->key.toString() : TVLSettings::keyText(setting);
 }
 
 QString TVLLayoutSettings::keyText(IntListSetting setting) const
 {
-    const auto *row = findIntList(setting);
+    const auto *row = findLayoutIntList(setting);
     return row ? row->key.toString() : TVLSettings::keyText(setting);
 }
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> FlagRows[] = {
+constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> ProjectFlags[] = {
     {TVLSettings::AddFrontMatter, u"Compile/addFrontMatter", false},
     {TVLSettings::CountIncluded, u"Statistics/included", true},
     {TVLSettings::CountExcluded, u"Statistics/excluded", false},
@@ -19,7 +19,7 @@ constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> FlagRows[] = {
     {TVLSettings::ExcludeFromBackups, u"excludeFromAutomaticBackups", false},
 };
 
-constexpr TVLSettingRow<TVLSettings::IntSetting, int> IntRows[] = {
+constexpr TVLSettingRow<TVLSettings::IntSetting, int> ProjectInts[] = {
     {TVLSettings::ProjectInspectorMode, u"Inspector/mode", 0},
     {TVLSettings::InspectorProjectNote, u"Inspector/projectNoteId", -1},
     {TVLSettings::FrontMatterItem, u"Compile/FrontMatterId", -1},
@@ -54,11 +54,11 @@ constexpr TVLSettingRow<TVLSettings::ByteArraySetting, Empty> ByteArrayRows[] = 
     {TVLSettings::FreeformPositions, u"Corkboard/FreeformPositions", {}},
 };
 
-using IntListRow = TVLSettingRow<TVLSettings::IntListSetting, QList<int>>;
+using ProjectIntList = TVLSettingRow<TVLSettings::IntListSetting, QList<int>>;
 
-const IntListRow *findIntList(TVLSettings::IntListSetting setting)
+const ProjectIntList *findProjectIntList(TVLSettings::IntListSetting setting)
 {
-    static const IntListRow rows[] = {
+    static const ProjectIntList rows[] = {
         {TVLSettings::FirstEditorSource, u"firstEditorSource", {3}},
         {TVLSettings::SecondEditorSource, u"secondEditorSource", {3}},
         {TVLSettings::ExpandedBinderItems, u"expandedBinderItems", {0, 1, 2}},
@@ -90,13 +90,13 @@ TVLProjectSettings::~TVLProjectSettings() = default;
 
 bool TVLProjectSettings::defaultValue(FlagSetting setting) const
 {
-    const auto *row = tvlFindSetting(FlagRows, setting);
+    const auto *row = tvlFindSetting(ProjectFlags, setting);
     return row ? row->defaultValue : TVLLayoutSettings::defaultValue(setting);
 }
 
 int TVLProjectSettings::defaultValue(IntSetting setting) const
 {
-    const auto *row = tvlFindSetting(IntRows, setting);
+    const auto *row = tvlFindSetting(ProjectInts, setting);
     return row ? row->defaultValue : TVLLayoutSettings::defaultValue(setting);
 }
 
@@ -108,19 +108,19 @@ QString TVLProjectSettings::defaultValue(StringSetting setting) const
 
 QList<int> TVLProjectSettings::defaultValue(IntListSetting setting) const
 {
-    const auto *row = findIntList(setting);
+    const auto *row = findProjectIntList(setting);
     return row ? row->defaultValue : TVLLayoutSettings::defaultValue(setting);
 }
 
 QString TVLProjectSettings::keyText(FlagSetting setting) const
 {
-    const auto *row = tvlFindSetting(FlagRows, setting);
+    const auto *row = tvlFindSetting(ProjectFlags, setting);
     return row ? row->key.toString() : TVLLayoutSettings::keyText(setting);
 }
 
 QString TVLProjectSettings::keyText(IntSetting setting) const
 {
-    const auto *row = tvlFindSetting(IntRows, setting);
+    const auto *row = tvlFindSetting(ProjectInts, setting);
     return row ? row->key.toString() : TVLLayoutSettings::keyText(setting);
 }
 
@@ -138,7 +138,7 @@ QString TVLProjectSettings::keyText(StringListSetting setting) const
 
 QString TVLProjectSettings::keyText(IntListSetting setting) const
 {
-    const auto *row = findIntList(setting);
+    const auto *row = findProjectIntList(setting);
     return row ? row->key.toString() : TVLLayoutSettings::keyText(setting);
 }
 

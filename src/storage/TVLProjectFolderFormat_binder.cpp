@@ -3,6 +3,7 @@
 #include "TVLBinderReader.h"
 #include "TVLBinderWriter.h"
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLWholeXml_p.h"
 #include "TVLZipReader.h"
 
@@ -27,12 +28,6 @@ QString zippedBinderVersion(const QString &zipPath, const QString &entryName)
     QBuffer buffer(&*content);
     buffer.open(QIODevice::ReadOnly);
     return TVLProjectFolderFormat::readBinderVersion(&buffer);
-}
-
-void setError(QString *error, const QString &text)
-{
-    if (error)
-        *error = text;
 }
 
 bool isWholeXmlFile(const QString &filePath)
@@ -82,7 +77,7 @@ bool TVLProjectFolderFormat::readBinder(QIODevice *device, TVLBinderProject *pro
     TVLBinderReader reader(device);
     const bool ok = reader.readProject(project, project->binderRoot());
     if (!ok)
-        setError(error, QString());
+        tvlSetError(error, QString());
     return ok;
 }
 
@@ -157,7 +152,7 @@ bool TVLProjectFolderFormat::writeBinderFile(const QString &filePath,
     bool couldOpen = false;
     const bool isWritten = TVLCoreUtil::WriteBinaryFile(buffer.data(), filePath, error, &couldOpen);
     if (!couldOpen)
-        setError(error, tr("Could not open binder file."));
+        tvlSetError(error, tr("Could not open binder file."));
     return isWritten;
 }
 

@@ -8,6 +8,7 @@
 
 #include "TTextDoc.h"
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLOptions.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
@@ -25,12 +26,6 @@
 namespace {
 
 using Format = TVLProjectFolderFormat;
-
-void setError(QString *error, const QString &text)
-{
-    if (error)
-        *error = text;
-}
 
 void appendError(QStringList *errors, const QString &text)
 {
@@ -106,9 +101,9 @@ bool saveComments(const QString &path, const TVLProjectNode *node, QString *erro
         std::all_of(comments.begin(), comments.end(),
                     [](const TVLTextCommentLink &comment) { return comment.mRtf.isEmpty(); });
     if (!areInFile)
-        setError(error,
-                 Format::tr("Could not load comments file: '%1'")
-                     .arg(existingFilePath(path, node->mId, TVL::CommentsFile)));
+        tvlSetError(error,
+                    Format::tr("Could not load comments file: '%1'")
+                        .arg(existingFilePath(path, node->mId, TVL::CommentsFile)));
     return areInFile;
 }
 
@@ -128,7 +123,7 @@ bool TVLProjectFolderFormat::readDocument(const QString &path, const TVLProjectN
         return true;
     // What could not be read must never be written over.
     document->setReadOnly(true);
-    setError(error, failure);
+    tvlSetError(error, failure);
     return false;
 }
 
@@ -189,13 +184,13 @@ bool TVLProjectFolderFormat::writeDocument(const QString &path, const TVLProject
     if (document->isEmpty()) {
         if (removeIfThere(&file))
             return true;
-        setError(error,
-                 tr("Document contents is empty, but Tavelinor failed removing its file: '%1'")
-                     .arg(file.fileName()));
+        tvlSetError(error,
+                    tr("Document contents is empty, but Tavelinor failed removing its file: '%1'")
+                        .arg(file.fileName()));
         return false;
     }
     if (!isFolderThere) {
-        setError(error, tr("Could not create directory: '%1'").arg(filesDocsPath(projectPath)));
+        tvlSetError(error, tr("Could not create directory: '%1'").arg(filesDocsPath(projectPath)));
         return false;
     }
     if (type == TVL::SynopsisText)
@@ -215,7 +210,7 @@ bool TVLProjectFolderFormat::writeComments(const QString &path, const TVLProject
         return writeCommentsFile(file.fileName(), comments, error);
     if (removeIfThere(&file))
         return true;
-    setError(error, file.errorString());
+    tvlSetError(error, file.errorString());
     return false;
 }
 
@@ -233,7 +228,7 @@ bool TVLProjectFolderFormat::writeCommentsFile(const QString &filePath,
     QString reason;
     if (TVLCoreUtil::WriteBinaryFile(buffer.data(), filePath, &reason))
         return true;
-    setError(error, reason + u" - (%1)"_qs.arg(filePath));
+    tvlSetError(error, reason + u" - (%1)"_qs.arg(filePath));
     return false;
 }
 

@@ -1,6 +1,7 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TUuid.h"
+#include "TVLErrorText_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -280,9 +281,7 @@ bool TVLProjectFolderFormat::ensureProjectPathExists(const QString &path, QStrin
     const QString projectPath = calcEnclosingPath(path);
     if (QDir::root().mkpath(projectPath))
         return true;
-    if (error)
-        *error = tr("Could not create project directory: %1").arg(projectPath);
-    return false;
+    return tvlFail(error, tr("Could not create project directory: %1").arg(projectPath));
 }
 
 QString TVLProjectFolderFormat::defaultBinderFilePath(const QString &path)

@@ -27,7 +27,7 @@ using Format = TVLProjectFolderFormat;
 using IndexEntry = QPair<int, TVLTextInternalLinkMap>;
 
 const QString FolderName = u"ProjectNotes"_qs;
-const QString IndexName = u"index.xml"_qs;
+const QString NotesIndexName = u"index.xml"_qs;
 
 bool fail(QStringList *errors, const QString &text)
 {
@@ -38,7 +38,7 @@ bool fail(QStringList *errors, const QString &text)
 
 // --- The index
 
-QByteArray indexOf(const QList<QPair<int, QTextDocument *>> &notes)
+QByteArray notesIndexOf(const QList<QPair<int, QTextDocument *>> &notes)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -51,7 +51,7 @@ bool writeIndex(const QString &filePath, const QList<QPair<int, QTextDocument *>
                 QStringList *errors)
 {
     QString reason;
-    if (TVLProjectNoteFiles::writeIfDifferent(indexOf(notes), filePath, &reason))
+    if (TVLProjectNoteFiles::writeIfDifferent(notesIndexOf(notes), filePath, &reason))
         return true;
     qDebug("ERROR: Failed to open project notes: %ls", qUtf16Printable(filePath));
     return fail(
@@ -59,7 +59,7 @@ bool writeIndex(const QString &filePath, const QList<QPair<int, QTextDocument *>
         Format::tr("Failed to open project notes file: '%1'\nError: '%2'").arg(filePath, reason));
 }
 
-bool readIndex(const QByteArray &index, QList<IndexEntry> *entries, QStringList *errors)
+bool readNotesIndex(const QByteArray &index, QList<IndexEntry> *entries, QStringList *errors)
 {
     QBuffer buffer;
     buffer.setData(index);
@@ -177,7 +177,7 @@ bool TVLProjectFolderFormat::writeProjectNotes(const QString &path,
     const QDir directory = projectNotesDirectory(path, &ok, errors);
     if (!ok)
         return false;
-    const bool isIndexWritten = writeIndex(directory.filePath(IndexName), notes, errors);
+    const bool isIndexWritten = writeIndex(directory.filePath(NotesIndexName), notes, errors);
     return TVLProjectNoteFiles::write(path, notes, errors) && isIndexWritten;
 }
 
@@ -192,7 +192,7 @@ bool TVLProjectFolderFormat::readProjectNotes(const QString &path,
     const QDir directory = projectNotesDirectory(path, &ok, errors);
     if (!ok)
         return false;
-    QFile file(directory.filePath(IndexName));
+    QFile file(directory.filePath(NotesIndexName));
     if (TVLProjectNoteFiles::isMissing(file.fileName()))
         return true;
     if (!file.open(QIODevice::ReadOnly)) {
@@ -203,7 +203,7 @@ bool TVLProjectFolderFormat::readProjectNotes(const QString &path,
     }
     const QByteArray index = file.readAll();
     QList<IndexEntry> entries;
-    if (!readIndex(index, &entries, errors))
+    if (!readNotesIndex(index, &entries, errors))
         return false;
     const QHash<int, QString> titles = titlesIn(index);
     QSet<int> ids;

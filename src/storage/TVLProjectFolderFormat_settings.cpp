@@ -2,6 +2,7 @@
 
 #include "TVLBinderTags_p.h"
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLScriptMode.h"
 
 #include <QFileInfo>
@@ -25,18 +26,13 @@ bool TVLProjectFolderFormat::readScriptSettings(const QString &path, TVLScriptMo
 bool TVLProjectFolderFormat::writeScriptSettings(const QString &path, const TVLScriptMode &mode,
                                                  QString *error)
 {
-    const auto fail = [error](const QString &text) {
-        if (error)
-            *error = text;
-        return false;
-    };
     const QByteArray xml = mode.toXml();
     if (xml.isEmpty())
-        return fail(tr("The script mode has names that can't be stored."));
+        return tvlFail(error, tr("The script mode has names that can't be stored."));
     bool hasFolder = false;
     QStringList errors;
     ensurePathExists(settingsPath(calcEnclosingPath(path)), &hasFolder, &errors);
     if (!hasFolder)
-        return fail(errors.join(u'\n'));
+        return tvlFail(error, errors.join(u'\n'));
     return TVLCoreUtil::WriteBinaryFile(xml, scriptformatXmlFilePath(path), error);
 }

@@ -6,6 +6,7 @@
 
 #include "TTextDoc.h"
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtfReader.h"
@@ -26,14 +27,7 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString IndexName = u"index.xml"_qs;
-
-bool fail(QString *error, const QString &text)
-{
-    if (error)
-        *error = text;
-    return false;
-}
+const QString SnapshotIndexName = u"index.xml"_qs;
 
 QString folderName(int id)
 {
@@ -41,7 +35,7 @@ QString folderName(int id)
 }
 
 /** Where an item's snapshots lie, if it has any. */
-QString folderPath(const QString &path, int id)
+QString folderOfSnapshots(const QString &path, int id)
 {
     return Format::snapshotsPath(Format::calcEnclosingPath(path)) + u'/' + folderName(id);
 }
@@ -54,13 +48,13 @@ QString fileName(const QDateTime &date)
 }
 
 /** The file of a snapshot, with no folder made for it; empty for no date. */
-QString existingFilePath(const QString &path, int id, const QDateTime &date)
+QString pathOfSnapshot(const QString &path, int id, const QDateTime &date)
 {
     const QString name = fileName(date);
-    return name.isEmpty() ? QString() : folderPath(path, id) + u'/' + name;
+    return name.isEmpty() ? QString() : folderOfSnapshots(path, id) + u'/' + name;
 }
 
-QByteArray indexOf(const QList<TVLSnapshotInfo> &snapshots)
+QByteArray snapshotIndexOf(const QList<TVLSnapshotInfo> &snapshots)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -69,7 +63,7 @@ QByteArray indexOf(const QList<TVLSnapshotInfo> &snapshots)
     return buffer.data();
 }
 
-bool readIndex(const QString &filePath, QList<TVLSnapshotInfo> *snapshots)
+bool readSnapshotIndex(const QString &filePath, QList<TVLSnapshotInfo> *snapshots)
 {
     QFile file(filePath);
     if (QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly))
@@ -103,8 +97,8 @@ enum class Copied {
 
 Copied copySnapshotFile(const QString &path, int sourceId, int targetId, const QDateTime &date)
 {
-    const QString source = existingFilePath(path, sourceId, date);
-    if (!QFileInfo::exists(source) || QFileInfo::exists(existingFilePath(path, targetId, date)))
+    const QString source = pathOfSnapshot(path, sourceId, date);
+    if (!QFileInfo::exists(source) || QFileInfo::exists(pathOfSnapshot(path, targetId, date)))
         return Copied::Not;
     const QString target = Format::snapshotFilePath(path, targetId, date);
     return QFile::copy(source, target) ? Copied::Yes : Copied::Failed;
@@ -190,10 +184,10 @@ bool TVLProjectFolderFormat::readSnapshots(const QString &path, int id,
         return true;
     if (!folder.isExecutable() || !directory.cd(folderName(id)))
         return false;
-    if (!directory.exists(IndexName))
+    if (!directory.exists(SnapshotIndexName))
         return true;
     QList<TVLSnapshotInfo> found;
-    if (!readIndex(directory.filePath(IndexName), &found))
+    if (!readSnapshotIndex(directory.filePath(SnapshotIndexName), &found))
         return false;
     mCachedSnapshotInfo.insert(key, found);
     *snapshots = found;
@@ -218,8 +212,8 @@ bool TVLProjectFolderFormat::writeSnapshots(const QString &path, int id,
         mCachedSnapshotInfo.remove(snapshotsKey(path, id));
         return removeDirectory(directory);
     }
-    const QString filePath = directory.filePath(IndexName);
-    if (!TVLCoreUtil::WriteBinaryFile(indexOf(snapshots), filePath, nullptr)) {
+    const QString filePath = directory.filePath(SnapshotIndexName);
+    if (!TVLCoreUtil::WriteBinaryFile(snapshotIndexOf(snapshots), filePath, nullptr)) {
         qDebug() << "failed to open file" << filePath;
         return false;
     }
@@ -234,7 +228,7 @@ void TVLProjectFolderFormat::fixSnapshotFileNames(const QString &path, int id)
     if (fixedSnapshots().contains(key))
         return;
     fixedSnapshots().insert(key);
-    QDir directory(folderPath(path, id));
+    QDir directory(folderOfSnapshots(path, id));
     if (!directory.exists())
         return;
 
@@ -243,7 +237,8 @@ void TVLProjectFolderFormat::fixSnapshotFileNames(const QString &path, int id)
     QList<TVLSnapshotInfo> snapshots;
     if (readSnapshots(path, id, &snapshots) && !snapshots.isEmpty()
         && std::none_of(snapshots.begin(), snapshots.end(), hasOldLinks)
-        && TVLCoreUtil::ReadBinaryFile(directory.filePath(IndexName)) != indexOf(snapshots))
+        && TVLCoreUtil::ReadBinaryFile(directory.filePath(SnapshotIndexName))
+            != snapshotIndexOf(snapshots))
         (void)writeSnapshots(path, id, snapshots);
 
     const QFileInfoList files = directory.entryInfoList({u"*.rtf"_qs}, QDir::Files);
@@ -261,7 +256,7 @@ bool TVLProjectFolderFormat::readSnapshot(const QString &path, int id,
                                           const QMap<int, QUuid> &idToUuid)
 {
     fixSnapshotFileNames(path, id);
-    QFile file(existingFilePath(path, id, snapshot.mDate));
+    QFile file(pathOfSnapshot(path, id, snapshot.mDate));
     if (!document || QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly))
         return false;
     TVLTextRtfReader reader(document);
@@ -284,9 +279,9 @@ bool TVLProjectFolderFormat::writeSnapshotDocument(const QString &path, int id,
 {
     const QString filePath = snapshotFilePath(path, id, snapshot.mDate);
     if (QFileInfo::exists(filePath))
-        return fail(error,
-                    tr("Snapshot file already exists. Will not overwrite snapshot file: '%1'")
-                        .arg(filePath));
+        return tvlFail(error,
+                       tr("Snapshot file already exists. Will not overwrite snapshot file: '%1'")
+                           .arg(filePath));
 
     const std::unique_ptr<QTextDocument> clone(TTextDoc::cloneDocumentQtStyle(document, nullptr));
     clone->setUndoRedoEnabled(false);
@@ -298,12 +293,12 @@ bool TVLProjectFolderFormat::writeSnapshotDocument(const QString &path, int id,
     if (TVLCoreUtil::WriteBinaryFile(rtf, filePath, &reason, &couldOpen))
         return true;
     if (!couldOpen)
-        return fail(
+        return tvlFail(
             error,
             tr("Could not open snapshot file for writing: '%1'\nError: %2").arg(filePath, reason));
     // Half a text would keep its name from the next attempt.
     TVLCoreUtil::DeleteFile(filePath);
-    return fail(
+    return tvlFail(
         error,
         tr("RTF Writer failed generating RTF contents for snapshot file: '%1'").arg(filePath));
 }
@@ -315,10 +310,10 @@ bool TVLProjectFolderFormat::addSnapshot(const QString &path, int id,
     fixSnapshotFileNames(path, id);
     if (!document)
         return false;
-    const QString indexPath = folderPath(path, id) + u'/' + IndexName;
+    const QString indexPath = folderOfSnapshots(path, id) + u'/' + SnapshotIndexName;
     QList<TVLSnapshotInfo> snapshots;
     if (!readSnapshots(path, id, &snapshots))
-        return fail(error, tr("Could not read the index of the snapshots: '%1'").arg(indexPath));
+        return tvlFail(error, tr("Could not read the index of the snapshots: '%1'").arg(indexPath));
     if (!writeSnapshotDocument(path, id, snapshot, document, error))
         return false;
     TVLSnapshotInfo added = snapshot;
@@ -326,7 +321,7 @@ bool TVLProjectFolderFormat::addSnapshot(const QString &path, int id,
     added.mComments = TVLTextDoc::comments(document, -1, -1);
     snapshots.append(added);
     return writeSnapshots(path, id, snapshots)
-        || fail(error, tr("Could not write the index of the snapshots: '%1'").arg(indexPath));
+        || tvlFail(error, tr("Could not write the index of the snapshots: '%1'").arg(indexPath));
 }
 
 bool TVLProjectFolderFormat::removeSnapshot(const QString &path, int id,
@@ -351,7 +346,7 @@ bool TVLProjectFolderFormat::removeSnapshot(const QString &path, int id,
     // The text may be that of another entry too, in an index that wasn't made here.
     const bool isShared = std::any_of(snapshots.begin(), snapshots.end(), isOfThatSecond);
     if (!isShared && !name.isEmpty()
-        && !TVLCoreUtil::DeleteFile(existingFilePath(path, id, snapshot.mDate)))
+        && !TVLCoreUtil::DeleteFile(pathOfSnapshot(path, id, snapshot.mDate)))
         return false;
     return writeSnapshots(path, id, snapshots);
 }
@@ -408,18 +403,18 @@ bool TVLProjectFolderFormat::cloneSnapshots(const QString &sourcePath, int sourc
 {
     if (snapshotsKey(sourcePath, sourceId) == snapshotsKey(targetPath, targetId))
         return true;
-    const QDir source(folderPath(sourcePath, sourceId));
+    const QDir source(folderOfSnapshots(sourcePath, sourceId));
     if (!source.exists())
         return true;
     forgetSnapshots(targetPath, targetId);
     bool ok = false;
-    const QDir target = ensurePathExists(folderPath(targetPath, targetId), &ok);
+    const QDir target = ensurePathExists(folderOfSnapshots(targetPath, targetId), &ok);
     if (!ok)
         return false;
     // The index comes last: it never names a text that isn't there.
     QStringList names = source.entryList(QDir::Files);
-    if (names.removeOne(IndexName))
-        names.append(IndexName);
+    if (names.removeOne(SnapshotIndexName))
+        names.append(SnapshotIndexName);
     for (const QString &name : std::as_const(names)) {
         if (!replaceFile(source.filePath(name), target.filePath(name)))
             return false;

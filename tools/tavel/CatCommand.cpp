@@ -28,7 +28,7 @@ TVL::DocumentType wantedText(const QCommandLineParser &parser)
     return parser.isSet(synopsisOption()) ? TVL::SynopsisText : TVL::MainText;
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runCat(const QCommandLineParser &parser, Console *console)
 {
     const QStringList arguments = parser.positionalArguments();
     const QString &name = arguments.last();
@@ -62,5 +62,5 @@ Command catCommand()
             u"Writes an item's text as plain text."_qs,
             {projectArgument(), itemArgument()},
             {notesOption(), synopsisOption()},
-            run};
+            runCat};
 }

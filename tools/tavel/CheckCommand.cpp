@@ -9,7 +9,7 @@
 
 namespace {
 
-QJsonObject toJson(const QString &projectPath, const QList<Problem> &problems)
+QJsonObject reportToJson(const QString &projectPath, const QList<Problem> &problems)
 {
     QJsonArray array;
     for (const Problem &problem : problems)
@@ -27,7 +27,7 @@ void writeText(const QString &projectPath, const QList<Problem> &problems, Conso
         console->writeLine(u"No problems in %1"_qs.arg(oneLine(projectPath)));
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runCheck(const QCommandLineParser &parser, Console *console)
 {
     QString error;
     const std::optional<BinderFiles> files =
@@ -37,7 +37,7 @@ ExitStatus run(const QCommandLineParser &parser, Console *console)
 
     const QList<Problem> problems = ProjectCheck(*files).run();
     if (wantsJson(parser))
-        console->write(QJsonDocument(toJson(files->projectPath, problems)).toJson());
+        console->write(QJsonDocument(reportToJson(files->projectPath, problems)).toJson());
     else
         writeText(files->projectPath, problems, console);
     if (problems.isEmpty())
@@ -56,5 +56,5 @@ Command checkCommand()
             u"Reports what is wrong with a project; changes nothing."_qs,
             {projectArgument()},
             {jsonOption()},
-            run};
+            runCheck};
 }

@@ -84,7 +84,7 @@ bool importAll(const QList<ImportEntry> &plan, Importer *importer, Console *cons
     return isComplete;
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runImport(const QCommandLineParser &parser, Console *console)
 {
     const QStringList arguments = parser.positionalArguments();
     const QString &path = arguments.constFirst();
@@ -128,5 +128,5 @@ Command importCommand()
              {u"FILE"_qs, u"Plain text (.txt), rich text (.rtf), or a folder of such files."_qs,
               CommandArgument::OnceOrMore}},
             {intoOption(), splitOption()},
-            run};
+            runImport};
 }

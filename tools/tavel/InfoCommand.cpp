@@ -10,7 +10,7 @@
 
 namespace {
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runInfo(const QCommandLineParser &parser, Console *console)
 {
     QString error;
     const std::unique_ptr<TVLProjectModel> model =
@@ -36,5 +36,5 @@ Command infoCommand()
             u"Tells what a project is made of."_qs,
             {projectArgument()},
             {jsonOption()},
-            run};
+            runInfo};
 }

@@ -40,7 +40,7 @@ QString placeError(const QString &projectPath)
     return {};
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runNew(const QCommandLineParser &parser, Console *console)
 {
     const QString path = normalizedPath(parser.positionalArguments().last());
     const QString projectPath = TVLProjectFolderFormat::calcEnclosingPath(path);
@@ -68,5 +68,5 @@ Command newCommand()
         u"Makes a blank project."_qs,
         {{u"PATH"_qs, u"The folder to make, ending in .tavel. It may exist if it is empty."_qs}},
         {},
-        run};
+        runNew};
 }

@@ -46,7 +46,7 @@ void walk(TVLProjectNode *root, Enter enter, Leave leave)
 }
 
 /** The indentation of an item in JSON; from some depth on it grows no further. */
-QByteArray indent(qsizetype depth)
+QByteArray treeIndent(qsizetype depth)
 {
     constexpr int Deepest = 32;
     return QByteArray(2 * (1 + qMin<qsizetype>(depth, Deepest)), ' ');
@@ -148,18 +148,19 @@ void OutlineWriter::writeJson()
         [&](TVLProjectNode *node, qsizetype depth) {
             QByteArray item = jsonOf(node);
             item.chop(1);
-            mConsole->write((isFirst ? "\n" : ",\n") + indent(depth) + item + ",\"children\":[");
+            mConsole->write((isFirst ? "\n" : ",\n") + treeIndent(depth) + item
+                            + ",\"children\":[");
             isFirst = true;
         },
         [&](const TVLProjectNode *node, qsizetype depth) {
             mConsole->write(node->mChildren.isEmpty() ? QByteArray("]}")
-                                                      : '\n' + indent(depth) + "]}");
+                                                      : '\n' + treeIndent(depth) + "]}");
             isFirst = false;
         });
     mConsole->write("\n]\n");
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runOutline(const QCommandLineParser &parser, Console *console)
 {
     QString error;
     const std::unique_ptr<TVLProjectModel> model =
@@ -182,5 +183,5 @@ Command outlineCommand()
             u"Shows the tree of a project's items."_qs,
             {projectArgument()},
             {jsonOption()},
-            run};
+            runOutline};
 }

@@ -16,12 +16,12 @@ auto idsOf(const QList<Record> &records)
     return ids;
 }
 
-QString toText(int id)
+QString problemText(int id)
 {
     return QString::number(id);
 }
 
-QString toText(const QString &id)
+QString problemText(const QString &id)
 {
     return u'\'' + id + u'\'';
 }
@@ -40,7 +40,7 @@ void ProjectCheck::checkIdsOf(const QList<Record> &records, const QString &kind,
         else
             add(kind, where,
                 u"'%1' has the same id as '%2': %3"_qs.arg(record.mTitle, *first,
-                                                           toText(record.mId)));
+                                                           problemText(record.mId)));
     }
 }
 
@@ -77,22 +77,22 @@ void ProjectCheck::checkWhatItemsReferTo()
                 u"'%1' has the %2 %3, which doesn't exist"_qs.arg(node->mTitle, what, id));
         };
         if (node->mLabelId != -1 && !labels.contains(node->mLabelId))
-            addUnknown(u"unknownLabel"_qs, u"label"_qs, toText(node->mLabelId));
+            addUnknown(u"unknownLabel"_qs, u"label"_qs, problemText(node->mLabelId));
         if (node->mStatusId != -1 && !statusItems.contains(node->mStatusId))
-            addUnknown(u"unknownStatus"_qs, u"status"_qs, toText(node->mStatusId));
+            addUnknown(u"unknownStatus"_qs, u"status"_qs, problemText(node->mStatusId));
         for (const int id : node->mKeywords) {
             if (!keywords.contains(id))
-                addUnknown(u"unknownKeyword"_qs, u"keyword"_qs, toText(id));
+                addUnknown(u"unknownKeyword"_qs, u"keyword"_qs, problemText(id));
         }
         for (auto value = node->mCustomMetaData.cbegin(); value != node->mCustomMetaData.cend();
              ++value) {
             if (!fields.contains(value.key()))
-                addUnknown(u"unknownField"_qs, u"custom field"_qs, toText(value.key()));
+                addUnknown(u"unknownField"_qs, u"custom field"_qs, problemText(value.key()));
         }
         const int childTemplate = node->mDefaultChildTemplateId;
         if (childTemplate != -1 && !mById.contains(childTemplate))
             addUnknown(u"unknownChildTemplate"_qs, u"template for children"_qs,
-                       toText(childTemplate));
+                       problemText(childTemplate));
         checkReferences(node->mReferences, identityOf(node));
     });
 }
@@ -103,7 +103,7 @@ void ProjectCheck::checkReferences(const QList<TVLReference> &references, const 
         if (reference.isInternal() && !mById.contains(reference.mInternalLink))
             add(u"unknownReference"_qs, where,
                 u"the reference '%1' leads to the id %2, which no item has"_qs.arg(
-                    reference.mTitle, toText(reference.mInternalLink)));
+                    reference.mTitle, problemText(reference.mInternalLink)));
     }
 }
 

@@ -63,7 +63,7 @@ void ItemCounter::countText(TVLProjectNode *node)
         mProject->texts.draft += length;
 }
 
-QList<KeywordUse> keywordsOf(const TVLProjectModel &model, const ItemCounter &counter)
+QList<KeywordUse> describeKeywords(const TVLProjectModel &model, const ItemCounter &counter)
 {
     QList<KeywordUse> uses;
     QHash<int, int> depths;
@@ -76,7 +76,7 @@ QList<KeywordUse> keywordsOf(const TVLProjectModel &model, const ItemCounter &co
     return uses;
 }
 
-QList<FieldUse> fieldsOf(const TVLProjectModel &model, const ItemCounter &counter)
+QList<FieldUse> describeFields(const TVLProjectModel &model, const ItemCounter &counter)
 {
     QList<FieldUse> uses;
     const TVLCustomMetaDataSettings fields = model.customMetaDataSettings();
@@ -104,7 +104,7 @@ QList<TitledId> notesOf(const TVLProjectModel &model)
     return notes;
 }
 
-QList<QPair<QString, QString>> propertiesOf(const TVLProjectModel &model)
+QList<QPair<QString, QString>> describeProperties(const TVLProjectModel &model)
 {
     QList<QPair<QString, QString>> properties;
     for (const QString &tag :
@@ -115,7 +115,7 @@ QList<QPair<QString, QString>> propertiesOf(const TVLProjectModel &model)
     return properties;
 }
 
-LockDescription lockOf(const QString &projectPath)
+LockDescription describeLock(const QString &projectPath)
 {
     LockDescription lock;
     lock.state =
@@ -142,8 +142,8 @@ ProjectDescription describe(const TVLProjectModel &model)
     project.statusTitle = model.statusTitle();
     project.defaultStatusId = model.defaultStatusIdentity();
     project.statusItems = model.statusItems();
-    project.keywords = keywordsOf(model, counter);
-    project.fields = fieldsOf(model, counter);
+    project.keywords = describeKeywords(model, counter);
+    project.fields = describeFields(model, counter);
 
     project.collections = model.collections();
     project.favorites = favoritesOf(model);
@@ -151,12 +151,12 @@ ProjectDescription describe(const TVLProjectModel &model)
     project.notes = notesOf(model);
     project.completions = model.autoCompleteList().size();
 
-    project.properties = propertiesOf(model);
+    project.properties = describeProperties(model);
     project.draftTarget = model.draftTarget();
     project.sessionTarget = model.sessionTarget();
     project.notifiesTargets = model.notifyTargets();
     project.isInBackups = model.backupIncluded();
-    project.lock = lockOf(project.path);
+    project.lock = describeLock(project.path);
     return project;
 }
 

@@ -114,14 +114,14 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     return textError(*search);
 }
 
-QString lineOf(const TVLProjectNode *node)
+QString matchLine(const TVLProjectNode *node)
 {
     const QString title =
         node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
     return oneLine(QString::number(node->mId) + u"  "_qs + title);
 }
 
-QJsonObject toJson(const TVLProjectNode *node)
+QJsonObject itemToJson(const TVLProjectNode *node)
 {
     return {{u"id"_qs, idOrNull(node->mId)},
             {u"uuid"_qs, toJson(node->mUuid)},
@@ -132,7 +132,7 @@ void writeJson(const QList<const TVLProjectNode *> &found, Console *console)
 {
     QJsonArray array;
     for (const TVLProjectNode *node : found)
-        array.append(toJson(node));
+        array.append(itemToJson(node));
     console->write(QJsonDocument(array).toJson());
 }
 
@@ -147,7 +147,7 @@ QList<const TVLProjectNode *> find(const TVLProjectModel &model,
     return found;
 }
 
-ExitStatus run(const QCommandLineParser &parser, Console *console)
+ExitStatus runSearch(const QCommandLineParser &parser, Console *console)
 {
     TVLCollectionMetaData search;
     QString error = takeSearch(parser, &search);
@@ -169,7 +169,7 @@ ExitStatus run(const QCommandLineParser &parser, Console *console)
         return ExitStatus::Done;
     }
     for (const TVLProjectNode *node : found)
-        console->writeLine(lineOf(node));
+        console->writeLine(matchLine(node));
     return ExitStatus::Done;
 }
 
@@ -181,5 +181,5 @@ Command searchCommand()
             u"Finds items by their titles, texts and what else is known of them."_qs,
             {projectArgument(), {u"TEXT"_qs, u"What to look for."_qs}},
             {operatorOption(), propertyOption(), caseOption(), jsonOption()},
-            run};
+            runSearch};
 }

@@ -103,7 +103,7 @@ QString takeSnapshot(TVLProjectModel *model, const ItemSnapshots &item, const QS
 }
 
 /** A snapshot in words. */
-QString describe(const TVLSnapshotInfo &snapshot)
+QString describeSnapshot(const TVLSnapshotInfo &snapshot)
 {
     return snapshot.mTitle.isEmpty() ? dateTextOf(snapshot)
                                      : u"%1 '%2'"_qs.arg(dateTextOf(snapshot), snapshot.mTitle);
@@ -111,7 +111,7 @@ QString describe(const TVLSnapshotInfo &snapshot)
 
 QString unreadable(const TVLSnapshotInfo &snapshot)
 {
-    return u"the snapshot can't be read: %1"_qs.arg(describe(snapshot));
+    return u"the snapshot can't be read: %1"_qs.arg(describeSnapshot(snapshot));
 }
 
 // --- add
@@ -136,12 +136,12 @@ ExitStatus add(const QCommandLineParser &parser, Console *console)
 
 // --- list
 
-QJsonArray toJson(const QList<TVLSnapshotInfo> &snapshots)
+QJsonArray listToJson(const QList<TVLSnapshotInfo> &snapshots)
 {
     QJsonArray array;
     for (const TVLSnapshotInfo &snapshot : snapshots)
         array.append(QJsonObject{{u"number"_qs, array.size() + 1},
-                                 {u"date"_qs, ::toJson(snapshot.mDate)},
+                                 {u"date"_qs, toJson(snapshot.mDate)},
                                  {u"title"_qs, snapshot.mTitle}});
     return array;
 }
@@ -155,7 +155,7 @@ ExitStatus list(const QCommandLineParser &parser, Console *console)
     if (!item)
         return console->fail(error);
     if (wantsJson(parser)) {
-        console->write(QJsonDocument(toJson(item->snapshots)).toJson());
+        console->write(QJsonDocument(listToJson(item->snapshots)).toJson());
         return ExitStatus::Done;
     }
     for (qsizetype i = 0; i < item->snapshots.size(); ++i) {
@@ -218,7 +218,7 @@ ExitStatus restore(const QCommandLineParser &parser, Console *console)
     const TVLSnapshotInfo &snapshot = item->snapshots.at(*which);
     error = presentTextError(*project->model(), item->node);
     if (error.isEmpty() && !parser.isSet(noBackupOption())) {
-        const QString title = u"Before going back to %1"_qs.arg(describe(snapshot));
+        const QString title = u"Before going back to %1"_qs.arg(describeSnapshot(snapshot));
         error = takeSnapshot(project->model(), *item, title);
         if (error.isEmpty())
             console->writeLine(u"Took a snapshot of the present text"_qs);
@@ -228,7 +228,7 @@ ExitStatus restore(const QCommandLineParser &parser, Console *console)
     if (!error.isEmpty())
         return console->fail(error);
     console->writeLine(
-        oneLine(u"Restored '%1' as of %2"_qs.arg(item->node->mTitle, describe(snapshot))));
+        oneLine(u"Restored '%1' as of %2"_qs.arg(item->node->mTitle, describeSnapshot(snapshot))));
     return ExitStatus::Done;
 }
 

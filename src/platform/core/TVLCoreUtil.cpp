@@ -1,5 +1,7 @@
 #include "TVLCoreUtil.h"
 
+#include "TVLErrorText_p.h"
+
 #include "TUuid.h"
 
 #include <QDir>
@@ -17,13 +19,6 @@ namespace {
 // With System also links that lead nowhere are listed.
 constexpr QDir::Filters EverythingInside =
     QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-
-bool fail(QString *error, const QString &text)
-{
-    if (error)
-        *error = text;
-    return false;
-}
 
 /** Whether a name is taken, be it by a link that leads nowhere. */
 bool isTaken(const QString &path)
@@ -106,12 +101,12 @@ std::optional<QByteArray> readFile(const QString &path, QString *error)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        fail(error, file.errorString());
+        tvlSetError(error, file.errorString());
         return std::nullopt;
     }
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        fail(error, file.errorString());
+        tvlSetError(error, file.errorString());
         return std::nullopt;
     }
     return bytes;
@@ -191,13 +186,13 @@ bool TVLCoreUtil::DeleteFolderContents(const QString &path)
 bool TVLCoreUtil::DeleteFile(const QString &path, QString *error)
 {
     if (path.isEmpty())
-        return fail(error, tr("No file name given"));
+        return tvlFail(error, tr("No file name given"));
     if (!isTaken(path))
         return true;
     if (isRealFolder(QFileInfo(path)))
-        return fail(error, tr("Is a folder"));
+        return tvlFail(error, tr("Is a folder"));
     QFile file(path);
-    return file.remove() || fail(error, file.errorString());
+    return file.remove() || tvlFail(error, file.errorString());
 }
 
 bool TVLCoreUtil::IsSameOrInside(const QString &path, const QString &folder)
@@ -245,30 +240,30 @@ int TVLCoreUtil::getFileAndDirCount(const QString &path)
 bool TVLCoreUtil::IsReadable(const QString &path, QString *error)
 {
     if (path.isEmpty())
-        return fail(error, tr("No file name given"));
+        return tvlFail(error, tr("No file name given"));
     const QFileInfo info(path);
     if (info.isDir())
-        return info.isReadable() || fail(error, tr("The folder can't be read"));
+        return info.isReadable() || tvlFail(error, tr("The folder can't be read"));
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) || fail(error, file.errorString());
+    return file.open(QIODevice::ReadOnly) || tvlFail(error, file.errorString());
 }
 
 bool TVLCoreUtil::IsWritable(const QString &path, QString *error)
 {
     if (path.isEmpty())
-        return fail(error, tr("No file name given"));
+        return tvlFail(error, tr("No file name given"));
     const QFileInfo info(path);
     if (info.isDir())
-        return info.isWritable() || fail(error, tr("The folder can't be written to"));
+        return info.isWritable() || tvlFail(error, tr("The folder can't be written to"));
     if (info.exists()) {
         QFile file(path);
         return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)
-            || fail(error, file.errorString());
+            || tvlFail(error, file.errorString());
     }
     const QFileInfo folder(info.absolutePath());
     if (!folder.isDir())
-        return fail(error, tr("The folder doesn't exist"));
-    return folder.isWritable() || fail(error, tr("The folder can't be written to"));
+        return tvlFail(error, tr("The folder doesn't exist"));
+    return folder.isWritable() || tvlFail(error, tr("The folder can't be written to"));
 }
 
 QString TVLCoreUtil::ReadUnicodeTextFile(const QString &path, QString *error, const char *codecName,
@@ -279,7 +274,7 @@ QString TVLCoreUtil::ReadUnicodeTextFile(const QString &path, QString *error, co
         return {};
     QStringDecoder decoder = decoderFor(*bytes, codecName, detectUnicode);
     if (!decoder.isValid()) {
-        fail(error, unknownEncodingText(codecName));
+        tvlSetError(error, unknownEncodingText(codecName));
         return {};
     }
     return decoder(*bytes);
@@ -291,18 +286,18 @@ bool TVLCoreUtil::WriteBinaryFile(const QByteArray &bytes, const QString &path, 
     if (couldOpen)
         *couldOpen = true;
     if (!hasRoom(path, bytes.size()))
-        return fail(error, qt_error_string(ENOSPC));
+        return tvlFail(error, qt_error_string(ENOSPC));
     QFile file(path);
     // Unbuffered, so that a full disk shows in the write itself.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         if (couldOpen)
             *couldOpen = false;
-        return fail(error, file.errorString());
+        return tvlFail(error, file.errorString());
     }
     if (!writeAll(&file, bytes))
-        return fail(error, file.errorString());
+        return tvlFail(error, file.errorString());
     file.close();
-    return file.error() == QFileDevice::NoError || fail(error, file.errorString());
+    return file.error() == QFileDevice::NoError || tvlFail(error, file.errorString());
 }
 
 bool TVLCoreUtil::WriteUnicodeTextFile(const QString &text, const QString &path, QString *error,
@@ -310,7 +305,7 @@ bool TVLCoreUtil::WriteUnicodeTextFile(const QString &text, const QString &path,
 {
     QStringEncoder encoder(codecName, QStringEncoder::Flag::Stateless);
     if (!encoder.isValid())
-        return fail(error, unknownEncodingText(codecName));
+        return tvlFail(error, unknownEncodingText(codecName));
     const QByteArray bytes = encoder(text);
     return WriteBinaryFile(bytes, path, error);
 }

@@ -1,6 +1,7 @@
 #include "TVLScriptMode.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLErrorText_p.h"
 #include "TVLScriptFormats_p.h"
 #include "TVLTextFormat.h"
 
@@ -171,11 +172,8 @@ bool TVLScriptMode::fromXml(const QByteArray &xml, QString *error)
     // A mode's file has no entities of its own.
     reader.setEntityExpansionLimit(0);
     TVLScriptMode mode = readMode(&reader);
-    if (reader.hasError()) {
-        if (error)
-            *error = reader.errorString();
-        return false;
-    }
+    if (reader.hasError())
+        return tvlFail(error, reader.errorString());
     *this = std::move(mode);
     return true;
 }
