@@ -3,6 +3,7 @@
 #include "TestProject.h"
 
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr int DeepestItem = 200'000;
+const int DeepestItem = testSize(200'000);
 
 /** Fills a project with items that nest one in another, or that stand side by side. */
 void fillProject(TestBinderProject *project, int items, bool nested)
@@ -225,12 +226,13 @@ void TstBinderHostile::unknownElementsNestedDeeplyAreSkipped()
 
 void TstBinderHostile::aHundredThousandSiblingsSurvive()
 {
+    const int siblings = testSize(100'000);
     TestBinderProject project;
-    fillProject(&project, 100'000, false);
+    fillProject(&project, siblings, false);
     const QByteArray binder = project.write();
     TestBinderProject reread;
     QVERIFY(reread.read(binder));
-    QCOMPARE(reread.mRoot->mChildren.size(), 100'000);
+    QCOMPARE(reread.mRoot->mChildren.size(), siblings);
     QCOMPARE(reread.mRoot->childIDs(), project.mRoot->childIDs());
     QVERIFY(reread.write() == binder);
 }
@@ -680,5 +682,5 @@ void TstBinderHostile::aCustomFieldWithoutNameLeavesTheBinderReadable()
     QCOMPARE(reread.mRoot->mChildren.at(0)->mCustomMetaData.value(u"place"_qs), u"Rome"_qs);
 }
 
-TVL_TEST_MAIN(TstBinderHostile)
+TVL_TEST(TstBinderHostile)
 #include "tst_binderhostile.moc"

@@ -1339,5 +1339,5 @@ void TstBinderReader::entitiesOfAFileAreNotExpanded()
     QCOMPARE(project.mRoot->mChildren.constLast()->mTitle, u"<&\r"_qs);
 }
 
-TVL_TEST_MAIN(TstBinderReader)
+TVL_TEST(TstBinderReader)
 #include "tst_binderreader.moc"

@@ -17,6 +17,8 @@
 
 namespace {
 
+const int Nodes = testSize(5000);
+
 /** A start, an end or a text of an XML document. */
 struct Token
 {
@@ -250,7 +252,7 @@ void TstBinderRoundTrip::aRandomTreeSurvives()
     QFETCH(bool, withIds);
     QFETCH(int, deepest);
     TestBinderProject project(
-        makeRandomTree({.nodes = 5000, .deepest = deepest, .seed = seed, .withIds = withIds}));
+        makeRandomTree({.nodes = Nodes, .deepest = deepest, .seed = seed, .withIds = withIds}));
     project.mFormatVersion = TVL::FormatVersion(formatVersion);
     project.enterTree();
     QRandomGenerator random(seed);
@@ -264,8 +266,8 @@ void TstBinderRoundTrip::aRandomTreeSurvives()
     QCOMPARE(int(reread.mInfo.mBinderVersion), binderVersion);
     QString where;
     QVERIFY2(equalTrees(project.mRoot.get(), reread.mRoot.get(), &where), qPrintable(where));
-    QCOMPARE(reread.mUuidMap.size(), 5000);
-    QCOMPARE(reread.mIdMap.size(), withIds ? 5000 : 0);
+    QCOMPARE(reread.mUuidMap.size(), Nodes);
+    QCOMPARE(reread.mIdMap.size(), withIds ? Nodes : 0);
     QCOMPARE(differingSection(project, reread), QString());
     QVERIFY(reread.write() == binder);
 }
@@ -275,7 +277,7 @@ void TstBinderRoundTrip::everySectionSurvives_data()
     QTest::addColumn<quint32>("seed");
     QTest::addColumn<int>("formatVersion");
     QTest::addColumn<bool>("mobile");
-    for (quint32 seed = 1; seed <= quint32(testCases(150)); ++seed) {
+    for (quint32 seed = 1; seed <= 150; ++seed) {
         QTest::addRow("desktop, %u", seed) << seed << 18 << false;
         QTest::addRow("without ids, %u", seed) << seed << 23 << false;
         QTest::addRow("mobile, %u", seed) << seed << 18 << true;
@@ -607,7 +609,7 @@ void TstBinderRoundTrip::aBinderWithFlippedBitsNeverCrashesTheReader()
     const DebugLog log;
     QRandomGenerator random(seed);
     int read = 0;
-    for (qsizetype position = 0; position < richBinder().size(); position += 11) {
+    for (qsizetype position = 0; position < richBinder().size(); position += testStep(11)) {
         QByteArray binder = richBinder();
         binder[position] = char(binder.at(position) ^ (1 << random.bounded(8)));
         const Outcome outcome = outcomeOf(binder);
@@ -634,5 +636,5 @@ void TstBinderRoundTrip::aBinderWithAPieceMovedNeverCrashesTheReader()
     }
 }
 
-TVL_TEST_MAIN(TstBinderRoundTrip)
+TVL_TEST(TstBinderRoundTrip)
 #include "tst_binderroundtrip.moc"

@@ -740,5 +740,5 @@ void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut()
     QVERIFY(reread.read(binder));
 }
 
-TVL_TEST_MAIN(TstBinderSections)
+TVL_TEST(TstBinderSections)
 #include "tst_bindersections.moc"

@@ -287,5 +287,5 @@ void TstBinderText::aTextThatIsNoPointReadsAsZero()
     QCOMPARE(tvlStringToPointF(text), QPointF());
 }
 
-TVL_TEST_MAIN(TstBinderText)
+TVL_TEST(TstBinderText)
 #include "tst_bindertext.moc"

@@ -45,7 +45,7 @@ QByteArray contentOf(TVL::NodeType type, const QByteArray &metaData, const QByte
     return content + more;
 }
 
-void addContentColumns()
+void addWrittenColumns()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QByteArray>("desktop");
@@ -53,14 +53,14 @@ void addContentColumns()
     QTest::addColumn<Change>("change");
 }
 
-void addContentRow(const char *name, TVL::NodeType type, const Change &change,
+void addWrittenRow(const char *name, TVL::NodeType type, const Change &change,
                    const QByteArray &desktop, const QByteArray &mobile)
 {
     QTest::newRow(name) << int(type) << desktop << mobile << change;
 }
 
 /** Writes the row's node for a desktop and for a mobile binder. */
-void checkContentRow()
+void checkWrittenRow()
 {
     QFETCH(int, type);
     QFETCH(Change, change);
@@ -73,7 +73,7 @@ void checkContentRow()
 /** A row of a text's MetaData: what a field adds to it, in which binders. */
 void addMetaDataRow(const char *name, const Change &change, const QByteArray &xml, bool everywhere)
 {
-    addContentRow(name, TVL::Text, change, contentOf(TVL::Text, xml, {}),
+    addWrittenRow(name, TVL::Text, change, contentOf(TVL::Text, xml, {}),
                   contentOf(TVL::Text, everywhere ? xml : QByteArray(), {}));
 }
 
@@ -82,7 +82,7 @@ void addSettingsRow(const char *name, TVL::NodeType type, const Change &change,
                     const QByteArray &settings, const QByteArray &more = {})
 {
     const QByteArray content = contentOf(type, {}, settings, more);
-    addContentRow(name, type, change, content, content);
+    addWrittenRow(name, type, change, content, content);
 }
 
 /** The attributes of the root element in their order, as name=value. */
@@ -178,16 +178,16 @@ private Q_SLOTS:
     // Content
     void aTitleIsAlwaysWritten();
     void metaDataIsWrittenWhereItBelongs_data();
-    void metaDataIsWrittenWhereItBelongs() { checkContentRow(); }
+    void metaDataIsWrittenWhereItBelongs() { checkWrittenRow(); }
     void metaDataComesInOrder();
     void textSettingsAreWritten_data();
-    void textSettingsAreWritten() { checkContentRow(); }
+    void textSettingsAreWritten() { checkWrittenRow(); }
     void mediaSettingsDependOnTheType_data();
-    void mediaSettingsDependOnTheType() { checkContentRow(); }
+    void mediaSettingsDependOnTheType() { checkWrittenRow(); }
     void typesWithoutSettingsWriteNone_data();
-    void typesWithoutSettingsWriteNone() { checkContentRow(); }
+    void typesWithoutSettingsWriteNone() { checkWrittenRow(); }
     void keywordsReferencesAndTemplateAreWritten_data();
-    void keywordsReferencesAndTemplateAreWritten() { checkContentRow(); }
+    void keywordsReferencesAndTemplateAreWritten() { checkWrittenRow(); }
     void theOlderPageBreakIsWrittenUnderItsNewName();
     void theGeneralTextModeNeverComesBack();
 
@@ -462,7 +462,7 @@ void TstBinderWriter::aTitleIsAlwaysWritten()
 
 void TstBinderWriter::metaDataIsWrittenWhereItBelongs_data()
 {
-    addContentColumns();
+    addWrittenColumns();
     using P = Properties;
     const bool everywhere = true;
     const bool desktopOnly = false;
@@ -579,7 +579,7 @@ void TstBinderWriter::metaDataComesInOrder()
 
 void TstBinderWriter::textSettingsAreWritten_data()
 {
-    addContentColumns();
+    addWrittenColumns();
     using P = Properties;
     const QByteArray start = "<TextSettings>";
     const QByteArray noTarget = "<Target Type=\"Words\">0</Target>";
@@ -647,7 +647,7 @@ void TstBinderWriter::textSettingsAreWritten_data()
 
 void TstBinderWriter::mediaSettingsDependOnTheType_data()
 {
-    addContentColumns();
+    addWrittenColumns();
     using P = Properties;
     const auto add = [](const char *name, TVL::NodeType type, const Change &change,
                         const QByteArray &xml) {
@@ -708,7 +708,7 @@ void TstBinderWriter::mediaSettingsDependOnTheType_data()
 
 void TstBinderWriter::typesWithoutSettingsWriteNone_data()
 {
-    addContentColumns();
+    addWrittenColumns();
     const Change everything = [](Properties *p) {
         p->mTextMode = u"Script"_qs;
         p->mTextSelection = {1, 2};
@@ -727,7 +727,7 @@ void TstBinderWriter::typesWithoutSettingsWriteNone_data()
 
 void TstBinderWriter::keywordsReferencesAndTemplateAreWritten_data()
 {
-    addContentColumns();
+    addWrittenColumns();
     using P = Properties;
     const auto add = [](const char *name, const Change &change, const QByteArray &xml) {
         addSettingsRow(name, TVL::Other, change, {}, xml);
@@ -872,5 +872,5 @@ void TstBinderWriter::positionsWithoutChildrenLeaveAnEmptyList()
                         "</CorkboardSettings></CorkboardAndOutliner>"));
 }
 
-TVL_TEST_MAIN(TstBinderWriter)
+TVL_TEST(TstBinderWriter)
 #include "tst_binderwriter.moc"

@@ -374,5 +374,5 @@ void TstCommentsXml::anotherElementIsAnError()
     QCOMPARE(reader.errorString(), u"Unexpected tag Other on line 1.  Expected tag Comments"_qs);
 }
 
-TVL_TEST_MAIN(TstCommentsXml)
+TVL_TEST(TstCommentsXml)
 #include "tst_commentsxml.moc"

@@ -360,5 +360,5 @@ void TstKeywordSection::damageNeverCrashesTheReader()
     }
 }
 
-TVL_TEST_MAIN(TstKeywordSection)
+TVL_TEST(TstKeywordSection)
 #include "tst_keywordsection.moc"

@@ -254,5 +254,5 @@ void TstLinksXml::anotherElementIsAnError()
     QCOMPARE(reader.errorString(), u"Unexpected tag Comments on line 1.  Expected tag Links"_qs);
 }
 
-TVL_TEST_MAIN(TstLinksXml)
+TVL_TEST(TstLinksXml)
 #include "tst_linksxml.moc"

@@ -491,5 +491,5 @@ void TstPrintSettings::writingLeavesThePrinterAlone()
     QCOMPARE(printer.pageLayout().units(), QPageLayout::Millimeter);
 }
 
-TVL_TEST_MAIN(TstPrintSettings)
+TVL_TEST(TstPrintSettings)
 #include "tst_printsettings.moc"

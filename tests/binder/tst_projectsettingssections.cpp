@@ -830,5 +830,5 @@ void TstProjectSettingsSections::charactersThatXmlCannotHoldAreNoDanger()
     QVERIFY(!project.write().contains("Deadline=\"\""));
 }
 
-TVL_TEST_MAIN(TstProjectSettingsSections)
+TVL_TEST(TstProjectSettingsSections)
 #include "tst_projectsettingssections.moc"

@@ -390,5 +390,5 @@ void TstSectionOrder::aFailedReadLeavesCollectionsAndFavoritesAlone()
     QVERIFY(project.mTemplateFolderUuid.isNull());
 }
 
-TVL_TEST_MAIN(TstSectionOrder)
+TVL_TEST(TstSectionOrder)
 #include "tst_sectionorder.moc"

@@ -69,7 +69,7 @@ bool readFile(const SideFile &file, const QByteArray &content, QString *error = 
 }
 
 /** Comments that are written and read must come back, whatever they were made of. */
-QList<TVLTextCommentLink> reread(const QList<TVLTextCommentLink> &comments, bool *ok)
+QList<TVLTextCommentLink> rereadSide(const QList<TVLTextCommentLink> &comments, bool *ok)
 {
     TVLBinderReader reader;
     reader.addData(
@@ -257,7 +257,7 @@ void TstSideHostile::manyCommentsSurvive()
     for (int i = 0; i < 50'000; ++i)
         comments.append(TVLTextCommentLink(QString::number(i), QByteArray::number(-i)));
     bool ok = false;
-    QVERIFY(reread(comments, &ok) == comments);
+    QVERIFY(rereadSide(comments, &ok) == comments);
     QVERIFY(ok);
 }
 
@@ -328,7 +328,7 @@ void TstSideHostile::identitiesThatXmlCannotHoldLeaveTheFileReadable()
     QFETCH(QString, expected);
 
     bool ok = false;
-    QCOMPARE(reread({TVLTextCommentLink(identity, "rtf")}, &ok),
+    QCOMPARE(rereadSide({TVLTextCommentLink(identity, "rtf")}, &ok),
              (QList<TVLTextCommentLink>{TVLTextCommentLink(expected, "rtf")}));
     QVERIFY(ok);
 }
@@ -341,10 +341,10 @@ void TstSideHostile::randomRtfLeavesTheFileReadable()
         for (int byte = random.bounded(300); byte > 0; --byte)
             rtf.append(char(random.bounded(8) ? random.bounded(256) : int("]]>[<&"[byte % 6])));
         bool ok = false;
-        const QList<TVLTextCommentLink> once = reread({TVLTextCommentLink(u"id"_qs, rtf)}, &ok);
+        const QList<TVLTextCommentLink> once = rereadSide({TVLTextCommentLink(u"id"_qs, rtf)}, &ok);
         QVERIFY2(ok, rtf.toHex().constData());
         // What was changed to fit into XML the first time isn't changed again.
-        QCOMPARE(reread(once, &ok), once);
+        QCOMPARE(rereadSide(once, &ok), once);
         QVERIFY(ok);
     }
 }
@@ -371,5 +371,5 @@ void TstSideHostile::titlesThatXmlCannotHoldLeaveTheFileReadable()
     QCOMPARE(notes.size(), 1);
 }
 
-TVL_TEST_MAIN(TstSideHostile)
+TVL_TEST(TstSideHostile)
 #include "tst_sidehostile.moc"

@@ -340,5 +340,5 @@ void TstSideIndexes::aNotesIndexThatIsCutOffFails()
     }
 }
 
-TVL_TEST_MAIN(TstSideIndexes)
+TVL_TEST(TstSideIndexes)
 #include "tst_sideindexes.moc"

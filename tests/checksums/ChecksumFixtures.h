@@ -2,6 +2,9 @@
 
 #include "TVLProjectChecksums.h"
 
+/** Where the hashes of the document files are recorded. */
+const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
+
 /** The hash that a file of that content is recorded with. */
 [[nodiscard]] QByteArray hashOf(const QByteArray &content);
 

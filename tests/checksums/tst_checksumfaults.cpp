@@ -26,7 +26,6 @@ namespace {
 
 constexpr qint64 DiskBytes = 1'000'000;
 constexpr qint64 RoomForFewRecords = 20'000;
-const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
 
 ChecksumMap records(int count)
 {
@@ -105,10 +104,6 @@ void TstChecksumFaults::aFileThatCannotBeRemovedIsAFailure()
     QVERIFY(project.files().isEmpty());
 }
 
-int main(int argc, char **argv)
-{
-    // A name space of its own can be entered only before there are threads.
-    SmallDisk::enterPrivateNameSpace();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstChecksumFaults>(); });
-}
+// A name space of its own can be entered only before there are threads.
+TVL_TEST_PREPARED(TstChecksumFaults, [] { SmallDisk::enterPrivateNameSpace(); })
 #include "tst_checksumfaults.moc"

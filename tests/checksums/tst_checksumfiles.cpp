@@ -384,5 +384,5 @@ void TstChecksumFiles::aMapContainsTheUuidsOfItsKeys()
     QVERIFY(!Checksums::checksumMapContains({}, QUuid()));
 }
 
-TVL_TEST_MAIN(TstChecksumFiles)
+TVL_TEST(TstChecksumFiles)
 #include "tst_checksumfiles.moc"

@@ -256,5 +256,5 @@ void TstChecksumFolders::allRecordsAreReplacedFromTheDisk()
     QVERIFY(checksums.isModified());
 }
 
-TVL_TEST_MAIN(TstChecksumFolders)
+TVL_TEST(TstChecksumFolders)
 #include "tst_checksumfolders.moc"

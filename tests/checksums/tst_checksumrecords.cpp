@@ -16,8 +16,7 @@ namespace {
 using Format = TVLProjectFolderFormat;
 
 constexpr int Id = 12;
-const QUuid Uuid = uuidOf(Id);
-const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
+const QUuid ItemUuid = uuidOf(Id);
 
 /** All types, and some numbers that are none. */
 constexpr int AllTypes[] = {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
@@ -70,7 +69,7 @@ public:
     [[nodiscard]] bool match(Place place, TVL::DocumentType type) const
     {
         return place == Place::Docs ? mChecksums.checksumsMatch(Id, type)
-                                    : mChecksums.checksumsMatch(Uuid, type);
+                                    : mChecksums.checksumsMatch(ItemUuid, type);
     }
     [[nodiscard]] QByteArray current(Place place, TVL::DocumentType type) const
     {
@@ -78,11 +77,11 @@ public:
         case Place::Docs:
             return mChecksums.currentHddChecksum(Id, type);
         case Place::Data:
-            return mChecksums.currentHddChecksumData(Uuid, type);
+            return mChecksums.currentHddChecksumData(ItemUuid, type);
         case Place::Mobile:
             break;
         }
-        return mChecksums.currentHddChecksumMobile(Uuid, type);
+        return mChecksums.currentHddChecksumMobile(ItemUuid, type);
     }
     /** Refreshes a record; the item's own folder is only reached through its node. */
     void update(Place place, TVL::DocumentType type)
@@ -93,7 +92,7 @@ public:
         case Place::Data:
             return mChecksums.updateHashSumNode(mItem.node(), type);
         case Place::Mobile:
-            return mChecksums.updateHashSumMobile(Uuid, type);
+            return mChecksums.updateHashSumMobile(ItemUuid, type);
         }
     }
     void updateLoaded(Place place, TVL::DocumentType type)
@@ -102,9 +101,9 @@ public:
         case Place::Docs:
             return mChecksums.updateLoadedCheckSums(Id, type);
         case Place::Data:
-            return mChecksums.updateLoadedCheckSumsData(Uuid, type);
+            return mChecksums.updateLoadedCheckSumsData(ItemUuid, type);
         case Place::Mobile:
-            return mChecksums.updateLoadedCheckSumsMobile(Uuid, type);
+            return mChecksums.updateLoadedCheckSumsMobile(ItemUuid, type);
         }
     }
 
@@ -225,7 +224,7 @@ void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType()
     QFETCH(const QString, name);
 
     const auto documentType = TVL::DocumentType(type);
-    QCOMPARE(TVLProjectChecksums::checksumKey(Uuid, documentType), ChecksumKey(Uuid, name));
+    QCOMPARE(TVLProjectChecksums::checksumKey(ItemUuid, documentType), ChecksumKey(ItemUuid, name));
     QCOMPARE(TVLProjectChecksums::checksumKey(QUuid(), documentType), ChecksumKey(QUuid(), name));
 }
 
@@ -275,9 +274,9 @@ void TstChecksumRecords::aRecordIsFoundByItsKey()
     QCOMPARE(checksums->loadedChecksum(Id, TVL::NotesText), QByteArray());
     QCOMPARE(checksums->loadedChecksum(Id, TVL::ForeignFile), QByteArray());
     QCOMPARE(checksums->loadedChecksum(Id + 1, TVL::MainText), QByteArray());
-    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::MainText), "c");
-    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::NotesStyles), "d");
-    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::NotesText), QByteArray());
+    QCOMPARE(checksums->loadedChecksum(ItemUuid, TVL::MainText), "c");
+    QCOMPARE(checksums->loadedChecksum(ItemUuid, TVL::NotesStyles), "d");
+    QCOMPARE(checksums->loadedChecksum(ItemUuid, TVL::NotesText), QByteArray());
     QCOMPARE(checksums->loadedChecksum(uuidOf(Id + 1), TVL::MainText), QByteArray());
     QCOMPARE(checksums->loadedChecksum(QUuid(), TVL::MainText), QByteArray());
 }
@@ -413,16 +412,16 @@ void TstChecksumRecords::theLayoutsHaveRecordsOfTheirOwn()
     checksums->setChecksums({{key(u"12.rtf"_qs), hashOf("own folder")},
                              {key(Id, u"content.rtf"_qs), hashOf("numbered")}});
     QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
-    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(ItemUuid, TVL::MainText));
     checksums->updateHashSum(Id, TVL::MainText);
     QVERIFY(checksums->checksumsMatch(Id, TVL::MainText));
-    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
-    checksums->updateHashSumMobile(Uuid, TVL::MainText);
-    QCOMPARE(checksums->loadedChecksum(Uuid, TVL::MainText), hashOf("mobile copy"));
+    QVERIFY(!checksums->checksumsMatch(ItemUuid, TVL::MainText));
+    checksums->updateHashSumMobile(ItemUuid, TVL::MainText);
+    QCOMPARE(checksums->loadedChecksum(ItemUuid, TVL::MainText), hashOf("mobile copy"));
     // A uuid is compared with the desktop's file, wherever its record is from.
-    QVERIFY(!checksums->checksumsMatch(Uuid, TVL::MainText));
-    checksums->updateLoadedCheckSumsData(Uuid, TVL::MainText);
-    QVERIFY(checksums->checksumsMatch(Uuid, TVL::MainText));
+    QVERIFY(!checksums->checksumsMatch(ItemUuid, TVL::MainText));
+    checksums->updateLoadedCheckSumsData(ItemUuid, TVL::MainText);
+    QVERIFY(checksums->checksumsMatch(ItemUuid, TVL::MainText));
     QVERIFY(checksums->checksumsMatch(Id, TVL::MainText));
     QCOMPARE(checksums->checksums().size(), 2);
 }
@@ -684,5 +683,5 @@ void TstChecksumRecords::theProjectMayBeNamedByItsBinder()
     QVERIFY(checksums.loadChecksums());
 }
 
-TVL_TEST_MAIN(TstChecksumRecords)
+TVL_TEST(TstChecksumRecords)
 #include "tst_checksumrecords.moc"

@@ -444,5 +444,5 @@ void TstMobileChecksums::onlyFilesInTheFolderItselfAreRemoved()
     QCOMPARE(project.files().size(), 4);
 }
 
-TVL_TEST_MAIN(TstMobileChecksums)
+TVL_TEST(TstMobileChecksums)
 #include "tst_mobilechecksums.moc"

@@ -183,10 +183,6 @@ void TstFullDisk::aDeviceThatTakesNothingIsReported()
     QVERIFY(contentOf(filePath).contains("Nobody takes this."));
 }
 
-int main(int argc, char **argv)
-{
-    // A name space of its own can be entered only before there are threads.
-    SmallDisk::enterPrivateNameSpace();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstFullDisk>(); });
-}
+// A name space of its own can be entered only before there are threads.
+TVL_TEST_PREPARED(TstFullDisk, [] { SmallDisk::enterPrivateNameSpace(); })
 #include "tst_fulldisk.moc"

@@ -1,6 +1,6 @@
-#include "KillCount.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -27,7 +27,7 @@ private Q_SLOTS:
 
 namespace {
 
-const int Kills = killCount(100);
+const int Kills = testCases(500);
 constexpr int LinesPerText = 40;
 constexpr int SnapshotEvery = 15; ///< So many chapters for one that has one.
 constexpr TVL::DocumentType TextTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText};
@@ -454,5 +454,5 @@ void TstKillDuringEdits::aKilledRemovalTouchesOnlyTheItemThatItWasAt()
           killer.killsInside(), withLosers);
 }
 
-TVL_TEST_MAIN(TstKillDuringEdits)
+TVL_TEST(TstKillDuringEdits)
 #include "tst_killduringedits.moc"

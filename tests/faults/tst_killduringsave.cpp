@@ -1,6 +1,6 @@
-#include "KillCount.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -24,9 +24,9 @@ private Q_SLOTS:
 
 namespace {
 
-constexpr int Items = 1500;
-const int Kills = killCount(200);
-constexpr qint64 LeastLifeMs = 150;
+const int Items = testSize(1500);
+const int SaveKills = testCases(2000);
+constexpr qint64 LeastLifeMs = 100;
 constexpr qint64 SavesPerLife = 4;
 
 /**
@@ -90,7 +90,7 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
     QRandomGenerator random(20);
     int completed = 0;
     int fallbacks = 0;
-    for (int kill = 0; kill < Kills; ++kill) {
+    for (int kill = 0; kill < SaveKills; ++kill) {
         const int announced = saveUntilKilled({project.path()}, lifeMs, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         completed = qMax(completed, announced);
@@ -110,8 +110,8 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
                  qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(completed)));
         completed = found;
     }
-    QVERIFY2(completed > Kills / 4, "too few saves took place for the kills to mean anything");
-    qInfo("%d kills over %d saves; %d left the binder cut off", Kills, completed, fallbacks);
+    QVERIFY2(completed > SaveKills / 4, "too few saves took place for the kills to mean anything");
+    qInfo("%d kills over %d saves; %d left the binder cut off", SaveKills, completed, fallbacks);
 }
 
 void TstKillDuringSave::aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff()
@@ -121,7 +121,7 @@ void TstKillDuringSave::aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff()
     QRandomGenerator random(21);
     int completed = 0;
     int cutOff = 0;
-    for (int kill = 0; kill < Kills; ++kill) {
+    for (int kill = 0; kill < SaveKills; ++kill) {
         const int announced = saveUntilKilled({project.path(), u"texts"_qs}, lifeMs, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         const std::unique_ptr<TVLProjectModel> model = project.open();
@@ -145,11 +145,11 @@ void TstKillDuringSave::aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff()
         }
         completed = qMax(completed, announced);
     }
-    QVERIFY2(completed > Kills / 4, "too few saves took place for the kills to mean anything");
+    QVERIFY2(completed > SaveKills / 4, "too few saves took place for the kills to mean anything");
     // The file is open for one write only, a small part of what a save takes.
-    QVERIFY2(cutOff <= Kills / 10 + 3, qPrintable(QString::number(cutOff)));
-    qInfo("%d kills over %d saves; %d left the text cut off", Kills, completed, cutOff);
+    QVERIFY2(cutOff <= SaveKills / 10 + 3, qPrintable(QString::number(cutOff)));
+    qInfo("%d kills over %d saves; %d left the text cut off", SaveKills, completed, cutOff);
 }
 
-TVL_TEST_MAIN(TstKillDuringSave)
+TVL_TEST(TstKillDuringSave)
 #include "tst_killduringsave.moc"

@@ -268,5 +268,5 @@ void TstKeywordDrops::whatIsDraggedCanBeDroppedInAnotherModel()
     QCOMPARE(keywordText(&other), u"a z b e"_qs);
 }
 
-TVL_TEST_MAIN(TstKeywordDrops)
+TVL_TEST(TstKeywordDrops)
 #include "tst_keyworddrops.moc"

@@ -2,6 +2,7 @@
 #include "TVLIcon.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
@@ -671,7 +672,7 @@ void TstKeywordModel::randomEditsKeepEverythingInStep()
 
 void TstKeywordModel::manyKeywordsLoad()
 {
-    constexpr int Count = 100000;
+    const int Count = testSize(100000);
     mTester.reset();
     QElapsedTimer timer;
     timer.start();
@@ -717,5 +718,5 @@ void TstKeywordModel::aDeepTreeLoads()
     QCOMPARE(mModel->orderedIds(), QList<int>{1});
 }
 
-TVL_TEST_MAIN(TstKeywordModel)
+TVL_TEST(TstKeywordModel)
 #include "tst_keywordmodel.moc"

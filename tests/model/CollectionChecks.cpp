@@ -34,6 +34,8 @@ Collections fiveCollections()
             collection(TVL::ArbitraryCollection, u"Yours"_qs)};
 }
 
+const Collections Five = fiveCollections();
+
 std::unique_ptr<TVLProjectModel> modelOfFive()
 {
     auto model = blankModel();

@@ -19,6 +19,7 @@ fullRecord(TVL::CollectionType type = TVL::SavedSearchCollection);
 
 /** The collections Binder, Found, Mine, Search and Yours; Mine has the items 3 and 1. */
 [[nodiscard]] Collections fiveCollections();
+extern const Collections Five;
 
 /** A blank project with those, which counts as saved. */
 [[nodiscard]] std::unique_ptr<TVLProjectModel> modelOfFive();

@@ -3,11 +3,18 @@
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QRandomGenerator>
 #include <QStringList>
 
 #include <memory>
+
+/** How long a test waits for what must come. */
+constexpr int PatienceMs = 20'000;
+
+/** A moment that no item has by itself. */
+const QDateTime SomeDate(QDate(2019, 5, 6), QTime(7, 8, 9));
 
 /** The path of the models below. Nobody saves there, but reading a text may make a folder. */
 [[nodiscard]] QString unsavedProjectPath();

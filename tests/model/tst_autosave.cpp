@@ -20,7 +20,6 @@ constexpr int SecondMs = 1000;
 constexpr int LeastSecondMs = 950;
 // More than enough for another save to come, if there were one.
 constexpr int LongerThanASaveMs = 1600;
-constexpr int PatienceMs = 20 * SecondMs;
 
 /** Whether the saved state comes next among the changes of a model's state. */
 bool waitForSave(QSignalSpy *modified)
@@ -216,5 +215,5 @@ void TstAutosave::aDeletedModelIsNotSaved()
     QCOMPARE(project.files(), before);
 }
 
-TVL_TEST_MAIN(TstAutosave)
+TVL_TEST(TstAutosave)
 #include "tst_autosave.moc"

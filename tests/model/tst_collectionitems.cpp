@@ -645,5 +645,5 @@ void TstCollectionItems::manyItemsAreKeptInOrder()
              Ids(full.mIds.crbegin(), full.mIds.crend()));
 }
 
-TVL_TEST_MAIN(TstCollectionItems)
+TVL_TEST(TstCollectionItems)
 #include "tst_collectionitems.moc"

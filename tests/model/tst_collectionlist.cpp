@@ -13,8 +13,6 @@
 
 namespace {
 
-const Collections Five = fiveCollections();
-
 bool isNone(const TVLCollectionMetaData &record)
 {
     return record.mType == TVL::NoCollection && record.mId.isEmpty();
@@ -645,5 +643,5 @@ void TstCollectionList::aMissingBinderOrSearchIsMadeButNotEntered()
     QVERIFY(model->isSaved());
 }
 
-TVL_TEST_MAIN(TstCollectionList)
+TVL_TEST(TstCollectionList)
 #include "tst_collectionlist.moc"

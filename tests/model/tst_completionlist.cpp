@@ -183,5 +183,5 @@ void TstCompletionList::itemsAreNotTouched()
     QCOMPARE(touchedIds(model.get()), QList<int>());
 }
 
-TVL_TEST_MAIN(TstCompletionList)
+TVL_TEST(TstCompletionList)
 #include "tst_completionlist.moc"

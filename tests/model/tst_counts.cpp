@@ -2,6 +2,7 @@
 #include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include "TVLTextDoc.h"
 #include "TVLTextDocument.h"
@@ -434,7 +435,7 @@ void TstCounts::aRandomProjectIsSummedUp()
 
 void TstCounts::aLargeProjectIsSummedUp()
 {
-    constexpr int Items = 100000;
+    const int Items = testSize(100000);
     const auto model = blankModel();
     setCounts(model.get(), firstText(model.get()), 0, 0, 0, 0);
     for (int i = 0; i < Items; ++i)
@@ -518,5 +519,5 @@ void TstCounts::statisticsAreTold()
     QCOMPARE(TVLProjectModel::statisticsText(1200, 7000, target, type), expected);
 }
 
-TVL_TEST_MAIN(TstCounts)
+TVL_TEST(TstCounts)
 #include "tst_counts.moc"

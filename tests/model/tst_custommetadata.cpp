@@ -2,6 +2,7 @@
 #include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -565,7 +566,7 @@ void TstCustomMetaData::anInfoHasTheWholeField()
 
 void TstCustomMetaData::manyItemsLoseAFieldInOneWalk()
 {
-    constexpr int Count = 100000;
+    const int Count = testSize(100000);
     const auto model = modelWithFields();
     QVERIFY(model->insertRows(0, Count, model->researchFolder()));
     tvlForEachNode(model->binderRoot(), [](TVLProjectNode *node) {
@@ -581,5 +582,5 @@ void TstCustomMetaData::manyItemsLoseAFieldInOneWalk()
     QVERIFY(timer.elapsed() < 20000);
 }
 
-TVL_TEST_MAIN(TstCustomMetaData)
+TVL_TEST(TstCustomMetaData)
 #include "tst_custommetadata.moc"

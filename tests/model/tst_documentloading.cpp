@@ -743,5 +743,5 @@ void TstDocumentLoading::theOtherDocumentsOfADamagedItemAreWritten()
     QCOMPARE(boxes.boxes().size(), 1);
 }
 
-TVL_TEST_MAIN(TstDocumentLoading)
+TVL_TEST(TstDocumentLoading)
 #include "tst_documentloading.moc"

@@ -2,6 +2,7 @@
 #include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include "TVLTextDocument.h"
 #include "TVLUnattendedMessageBoxes.h"
@@ -15,14 +16,9 @@
 #include <QTextCursor>
 
 // What a sanitizer keeps back of freed memory would be taken for a leak.
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef TVL_SANITIZED
 #define TVL_MEMORY_IS_MEASURABLE 0
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define TVL_MEMORY_IS_MEASURABLE 0
-#endif
-#endif
-#ifndef TVL_MEMORY_IS_MEASURABLE
+#else
 #define TVL_MEMORY_IS_MEASURABLE 1
 #endif
 
@@ -48,7 +44,7 @@ const QList<QPair<int, TVL::DocumentType>> EditsAndTypes = {
 const QList<QPair<int, TVL::DocumentType>> HoldsAndTypes = {
     {HoldText, TVL::MainText}, {HoldNotes, TVL::NotesText}, {HoldSynopsis, TVL::SynopsisText}};
 
-QStringList documentFiles(int id)
+QStringList filesOfDocuments(int id)
 {
     return {u"Files/Docs/%1.rtf"_qs.arg(id), u"Files/Docs/%1_notes.rtf"_qs.arg(id),
             u"Files/Docs/%1_synopsis.txt"_qs.arg(id)};
@@ -57,7 +53,7 @@ QStringList documentFiles(int id)
 /** Folders stand where an item's files should be, so that they can't be written. */
 void obstructFiles(const TestProject &project, int id)
 {
-    for (const QString &file : documentFiles(id)) {
+    for (const QString &file : filesOfDocuments(id)) {
         QFile::remove(project.path(file));
         project.writeFile(file + u"/obstacle"_qs, "x");
     }
@@ -65,13 +61,13 @@ void obstructFiles(const TestProject &project, int id)
 
 void removeObstacles(const TestProject &project, int id)
 {
-    for (const QString &file : documentFiles(id))
+    for (const QString &file : filesOfDocuments(id))
         QDir(project.path(file)).removeRecursively();
 }
 
 QString synopsisWriteError(const TestProject &project, int id)
 {
-    QFile file(project.path(documentFiles(id).at(2)));
+    QFile file(project.path(filesOfDocuments(id).at(2)));
     return file.open(QIODevice::WriteOnly) ? QString() : file.errorString();
 }
 
@@ -243,7 +239,8 @@ void TstDocumentSaving::aSaveOfTheProjectFollowsTheSameRule()
     QCOMPARE(text->referenceCount(), 1);
     QVERIFY(text->isSaved());
     for (const QModelIndex &index : {held, free})
-        QVERIFY(QFileInfo::exists(project.path(documentFiles(model->nodeIdentity(index)).at(0))));
+        QVERIFY(
+            QFileInfo::exists(project.path(filesOfDocuments(model->nodeIdentity(index)).at(0))));
 
     // Given back, the text is clean, and it takes another edit until a save lets go of it.
     model->dereferenceItem(text);
@@ -285,7 +282,7 @@ void TstDocumentSaving::onlyDirtyDocumentsAreWritten()
     typeText(model.get(), index, u"notes"_qs, TVL::NotesText);
     typeText(model.get(), index, u"synopsis"_qs, TVL::SynopsisText);
     QVERIFY(model->save());
-    for (const QString &file : documentFiles(3))
+    for (const QString &file : filesOfDocuments(3))
         project.writeFile(file, "sentinel");
     typeText(model.get(), index, u"more "_qs, TVL::NotesText);
     QVERIFY(model->save());
@@ -605,7 +602,7 @@ void TstDocumentSaving::thousandsOfItemsComeAndGo()
 
 void TstDocumentSaving::loadingAndSavingLeavesNothingBehind()
 {
-    constexpr int Rounds = 10000;
+    const int Rounds = testSize(10000);
     constexpr int WarmUpRounds = 1000;
     const TestProject project;
     const auto model = project.create();
@@ -645,5 +642,5 @@ void TstDocumentSaving::loadingAndSavingLeavesNothingBehind()
 #endif
 }
 
-TVL_TEST_MAIN(TstDocumentSaving)
+TVL_TEST(TstDocumentSaving)
 #include "tst_documentsaving.moc"

@@ -623,5 +623,5 @@ void TstFavorites::manyFavorites()
     QCOMPARE(favoritesOf(model.get()), Ids());
 }
 
-TVL_TEST_MAIN(TstFavorites)
+TVL_TEST(TstFavorites)
 #include "tst_favorites.moc"

@@ -1,4 +1,5 @@
 #include "FilledProject.h"
+#include "ModelChecks.h"
 #include "ModelTester.h"
 #include "StorageFixtures.h"
 #include "TVLOptions.h"
@@ -14,10 +15,7 @@ namespace {
 using Format = TVLProjectFolderFormat;
 using Ids = QList<int>;
 
-constexpr int PatienceMs = 20000;
-
 const QString BinderFile = u"Novel.tavelx"_qs;
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
 
 } // namespace
 
@@ -240,5 +238,5 @@ void TstFavoriteSection::favoritesThatWereReadChangeAsOthers()
     QVERIFY(!model->isFavorite(model->index(4)));
 }
 
-TVL_TEST_MAIN(TstFavoriteSection)
+TVL_TEST(TstFavoriteSection)
 #include "tst_favoritesection.moc"

@@ -11,7 +11,7 @@
 
 namespace {
 
-TVLTextCommentLink comment(const QString &text)
+TVLTextCommentLink inspectorComment(const QString &text)
 {
     return TVLTextCommentLink(QUuid::createUuid().toString(QUuid::WithoutBraces),
                               "{\\rtf1 " + text.toLatin1() + "}");
@@ -41,7 +41,7 @@ void TstInspectorNotes::aNoteIsSet()
     typeText(model.get(), index, u"some words of text"_qs);
     QVERIFY(!model->hasInspectorNotes(index));
     QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
-    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"which"_qs)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_qs)));
     QVERIFY(model->hasInspectorNotes(index));
     QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_qs}));
     QCOMPARE(model->documentPlainText(index, false), u"some words of text"_qs);
@@ -58,7 +58,7 @@ void TstInspectorNotes::aSetNoteMarksAllThatWasChanged()
     QVERIFY(model->save());
     text->setModified(false);
     makeAllOld(model.get());
-    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"whose"_qs)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"whose"_qs)));
     QVERIFY(text->isModified());
     QVERIFY(!text->isSaved());
     QVERIFY(isTouched(model.get(), index));
@@ -71,8 +71,8 @@ void TstInspectorNotes::notesComeInTheOrderOfTheText()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {14, 4}, comment(u"last"_qs)));
-    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"first"_qs)));
+    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"last"_qs)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_qs)));
     QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"last"_qs}));
 }
 
@@ -82,9 +82,9 @@ void TstInspectorNotes::notesAreRemovedByWhereTheyStart()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {0, 4}, comment(u"first"_qs)));
-    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"second"_qs)));
-    QVERIFY(model->setInspectorNote(index, {14, 4}, comment(u"third"_qs)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_qs)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"second"_qs)));
+    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"third"_qs)));
     QVERIFY(model->removeInspectorNote(index, 5));
     QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"third"_qs}));
     QVERIFY(model->removeInspectorNotes(index, {14, 0}));
@@ -99,7 +99,7 @@ void TstInspectorNotes::noteRemovalsWithoutNoteChangeNothing()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {5, 5}, comment(u"which"_qs)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_qs)));
     QVERIFY(model->save());
     QVERIFY(model->removeInspectorNotes(index, {}));
     QVERIFY(model->removeInspectorNotes(index, {0, 14, -1, 1000}));
@@ -113,7 +113,7 @@ void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
     const auto model = project.create();
     const QModelIndex image = addItem(model.get(), model->draftFolder(), TVL::Image);
     for (const QModelIndex &index : {image, model->draftFolder()}) {
-        QVERIFY(!model->setInspectorNote(index, {0, 1}, comment(u"x"_qs)));
+        QVERIFY(!model->setInspectorNote(index, {0, 1}, inspectorComment(u"x"_qs)));
         QVERIFY(!model->hasInspectorNotes(index));
         QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
         QVERIFY(model->removeInspectorNotes(index, {0}));
@@ -124,5 +124,5 @@ void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
     QVERIFY(model->isSaved());
 }
 
-TVL_TEST_MAIN(TstInspectorNotes)
+TVL_TEST(TstInspectorNotes)
 #include "tst_inspectornotes.moc"

@@ -14,7 +14,6 @@
 namespace {
 
 const QUuid SomeUuid(u"{11111111-2222-3333-4444-555555555555}"_qs);
-const QDateTime SomeDate(QDate(2019, 5, 6), QTime(7, 8, 9));
 
 /** An accessor, what an item is given for it, and what it says of that and of no item. */
 struct Accessor
@@ -497,5 +496,5 @@ void TstItemAccessors::noNodeIsShownFromNothing()
     QVERIFY(!TVLProjectModel::isDynamicWebNode(nullptr));
 }
 
-TVL_TEST_MAIN(TstItemAccessors)
+TVL_TEST(TstItemAccessors)
 #include "tst_itemaccessors.moc"

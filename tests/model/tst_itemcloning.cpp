@@ -486,5 +486,5 @@ void TstItemCloning::manyDuplicatesOfOneTitleAreCheap()
     QCOMPARE(model->title(copies.constLast()), u"-3000"_qs);
 }
 
-TVL_TEST_MAIN(TstItemCloning)
+TVL_TEST(TstItemCloning)
 #include "tst_itemcloning.moc"

@@ -401,5 +401,5 @@ void TstItemCreation::conflictingItemsGoToTheirSubfolder()
     QCOMPARE(second.row(), 1);
 }
 
-TVL_TEST_MAIN(TstItemCreation)
+TVL_TEST(TstItemCreation)
 #include "tst_itemcreation.moc"

@@ -120,5 +120,5 @@ void TstItemGroups::ungroupingUndoesAGroup()
     QVERIFY(!model->hasChildren(group));
 }
 
-TVL_TEST_MAIN(TstItemGroups)
+TVL_TEST(TstItemGroups)
 #include "tst_itemgroups.moc"

@@ -383,5 +383,5 @@ void TstItemMerging::theSurvivorIsAnnounced()
     QCOMPARE(data.constLast().constFirst().toModelIndex(), QModelIndex(a));
 }
 
-TVL_TEST_MAIN(TstItemMerging)
+TVL_TEST(TstItemMerging)
 #include "tst_itemmerging.moc"

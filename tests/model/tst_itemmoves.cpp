@@ -370,5 +370,5 @@ void TstItemMoves::withoutTrashFolderNothingIsTrashed()
     QCOMPARE(treeText(model.get(), QModelIndex()), u"a(b)"_qs);
 }
 
-TVL_TEST_MAIN(TstItemMoves)
+TVL_TEST(TstItemMoves)
 #include "tst_itemmoves.moc"

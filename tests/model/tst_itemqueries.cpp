@@ -12,7 +12,7 @@
 namespace {
 
 /** The titles of items, with blanks between them. */
-QString titlesOf(const TVLProjectModel *model, const QModelIndexList &indexes)
+QString foundTitles(const TVLProjectModel *model, const QModelIndexList &indexes)
 {
     QStringList titles;
     for (const QModelIndex &index : indexes)
@@ -128,17 +128,18 @@ void TstItemQueries::theWholeProjectIsAskedByTheRoot()
     const auto model = filledModel();
     QVERIFY(model->containsNonTextChildren(model->rootIndex()));
     QVERIFY(model->containsNonTextChildren(QModelIndex()));
-    QCOMPARE(titlesOf(model.get(), model->indexesViaType(TVL::Image, QModelIndex())), u"image"_qs);
+    QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Image, QModelIndex())),
+             u"image"_qs);
 }
 
 void TstItemQueries::itemsAreFoundByType()
 {
     const auto model = filledModel();
-    QCOMPARE(titlesOf(model.get(), model->indexesViaType(TVL::Text, model->rootIndex())),
+    QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Text, model->rootIndex())),
              u"first scene note text old top below"_qs);
-    QCOMPARE(titlesOf(model.get(), model->indexesViaType(TVL::Folder, model->rootIndex())),
+    QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Folder, model->rootIndex())),
              u"part folder older"_qs);
-    QCOMPARE(titlesOf(model.get(), model->indexesViaType(TVL::Text, model->researchFolder())),
+    QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Text, model->researchFolder())),
              u"text"_qs);
     QCOMPARE(model->indexesViaType(TVL::Media, model->rootIndex()), QModelIndexList());
 }
@@ -151,27 +152,27 @@ void TstItemQueries::scriptsAreFound()
     for (const QModelIndex &index : scripts)
         model->setTextMode(index, TVLProjectModel::ScriptFormatMode);
     QCOMPARE(model->scriptIndexes(model->rootIndex()), scripts);
-    QCOMPARE(titlesOf(model.get(), model->scriptIndexes(scripts.constFirst())), u"note"_qs);
+    QCOMPARE(foundTitles(model.get(), model->scriptIndexes(scripts.constFirst())), u"note"_qs);
 }
 
 void TstItemQueries::textsAreFound()
 {
     const auto model = filledModel();
-    QCOMPARE(titlesOf(model.get(), model->textIndexes()),
+    QCOMPARE(foundTitles(model.get(), model->textIndexes()),
              u"first part scene note folder text old older top below"_qs);
 }
 
 void TstItemQueries::textsOutsideTheDraftAreFound()
 {
     const auto model = filledModel();
-    QCOMPARE(titlesOf(model.get(), model->nonDraftTextChildrenAndSubChildren()),
+    QCOMPARE(foundTitles(model.get(), model->nonDraftTextChildrenAndSubChildren()),
              u"folder text old older top below"_qs);
 }
 
 void TstItemQueries::itemsOutsideTheDraftAreFound()
 {
     const auto model = filledModel();
-    QCOMPARE(titlesOf(model.get(), model->nonDraftChildrenAndSubChildren()),
+    QCOMPARE(foundTitles(model.get(), model->nonDraftChildrenAndSubChildren()),
              u"Research folder pdf text other web Trash old older top below"_qs);
 }
 
@@ -283,5 +284,5 @@ void TstItemQueries::anEmptyProjectHasNothingToList()
     QCOMPARE(model->nonDraftChildrenAndSubChildren(), QModelIndexList());
 }
 
-TVL_TEST_MAIN(TstItemQueries)
+TVL_TEST(TstItemQueries)
 #include "tst_itemqueries.moc"

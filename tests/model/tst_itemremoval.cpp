@@ -311,5 +311,5 @@ void TstItemRemoval::persistentIndexesOfRemovedItemsBecomeInvalid()
     QCOMPARE(model->title(kept), u"d"_qs);
 }
 
-TVL_TEST_MAIN(TstItemRemoval)
+TVL_TEST(TstItemRemoval)
 #include "tst_itemremoval.moc"

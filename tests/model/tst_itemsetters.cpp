@@ -13,9 +13,7 @@
 namespace {
 
 using Model = TVLProjectModel;
-using Node = TVLProjectNode;
 
-const QDateTime SomeDate(QDate(2019, 5, 6), QTime(7, 8, 9));
 const QUrl SomeUrl(u"https://example.com/a%20b?c=d"_qs);
 
 /** A setter with a value, and what it has to leave behind. */
@@ -23,7 +21,7 @@ struct Setter
 {
     const char *name;
     std::function<bool(Model &, const QModelIndex &)> set;
-    std::function<QVariant(const Node &)> stored;
+    std::function<QVariant(const TVLProjectNode &)> stored;
     QVariant value;
     bool touches;
     QStringList signalLines; ///< Of an item with id 3, behind "modified".
@@ -42,7 +40,7 @@ auto setting(bool (Model::*setter)(const QModelIndex &, Parameter), const Value 
 template <typename Value>
 auto storing(Value TVLProjectNodeProperties::*member)
 {
-    return [member](const Node &node) {
+    return [member](const TVLProjectNode &node) {
         if constexpr (std::is_enum_v<Value>)
             return QVariant(int(node.*member));
         else
@@ -51,7 +49,7 @@ auto storing(Value TVLProjectNodeProperties::*member)
 }
 
 /** What of a node tells how its image is scaled. */
-QVariant scaling(const Node &node)
+QVariant scaling(const TVLProjectNode &node)
 {
     return QVariantList({node.mImageScaleFactor, node.mImageScalesProportionally});
 }
@@ -61,45 +59,50 @@ const QList<Setter> &setters()
     using IntPair = QPair<int, int>;
     static const QStringList data = {u"data 3"_qs};
     static const QList<Setter> rows = {
-        {"title", setting(&Model::setTitle, u"A"_qs), storing(&Node::mTitle), u"A"_qs, true, data},
-        {"type", setting(&Model::setType, TVL::Folder), storing(&Node::mNodeType), 3, true, data},
+        {"title", setting(&Model::setTitle, u"A"_qs), storing(&TVLProjectNode::mTitle), u"A"_qs,
+         true, data},
+        {"type", setting(&Model::setType, TVL::Folder), storing(&TVLProjectNode::mNodeType), 3,
+         true, data},
         {"target type", setting(&Model::setTargetType, TVL::CharactersTarget),
-         storing(&Node::mTargetType), 1, true, data},
-        {"web address", setting(&Model::setWebUrl, SomeUrl), storing(&Node::mOriginalUrl),
+         storing(&TVLProjectNode::mTargetType), 1, true, data},
+        {"web address", setting(&Model::setWebUrl, SomeUrl), storing(&TVLProjectNode::mOriginalUrl),
          SomeUrl.toString(), true, data},
-        {"custom icon", setting(&Model::setCustomIcon, u"Star"_qs), storing(&Node::mIconFileName),
-         u"Star"_qs, true, data},
+        {"custom icon", setting(&Model::setCustomIcon, u"Star"_qs),
+         storing(&TVLProjectNode::mIconFileName), u"Star"_qs, true, data},
         {"actual size",
          [](Model &model, const QModelIndex &index) { return model.setActualSize(index); }, scaling,
          QVariantList({1.0, false}), true, data},
         {"scale", setting(&Model::setScaleFactor, 1.5), scaling, QVariantList({1.5, false}), true,
          data},
-        {"label", setting(&Model::setLabelIdentity, 1), storing(&Node::mLabelId), 1, true, data},
-        {"status", setting(&Model::setStatusIdentity, 5), storing(&Node::mStatusId), 5, true, data},
-        {"rotation", setting(&Model::setRotation, 3), storing(&Node::mImageRotation), 3, false,
+        {"label", setting(&Model::setLabelIdentity, 1), storing(&TVLProjectNode::mLabelId), 1, true,
          data},
+        {"status", setting(&Model::setStatusIdentity, 5), storing(&TVLProjectNode::mStatusId), 5,
+         true, data},
+        {"rotation", setting(&Model::setRotation, 3), storing(&TVLProjectNode::mImageRotation), 3,
+         false, data},
         {"scale to fit", setting(&Model::setScaleToFit, false),
-         storing(&Node::mImageScalesProportionally), false, false, data},
-        {"target", setting(&Model::setCountTarget, 500), storing(&Node::mTarget), 500, false, data},
+         storing(&TVLProjectNode::mImageScalesProportionally), false, false, data},
+        {"target", setting(&Model::setCountTarget, 500), storing(&TVLProjectNode::mTarget), 500,
+         false, data},
         {"in compile", setting(&Model::setIncludeInCompile, false),
-         storing(&Node::mIncludeInCompile), false, true, data},
-        {"page break", setting(&Model::setPageBreakBefore, true), storing(&Node::mPageBreakBefore),
-         true, true, data},
-        {"formatting", setting(&Model::setPreserveFormatting, true), storing(&Node::mCompileAsIs),
-         true, true, data},
+         storing(&TVLProjectNode::mIncludeInCompile), false, true, data},
+        {"page break", setting(&Model::setPageBreakBefore, true),
+         storing(&TVLProjectNode::mPageBreakBefore), true, true, data},
+        {"formatting", setting(&Model::setPreserveFormatting, true),
+         storing(&TVLProjectNode::mCompileAsIs), true, true, data},
         {"card image", setting(&Model::setShowIndexCardImage, true),
-         storing(&Node::mShowSynopsisImage), true, true, data},
+         storing(&TVLProjectNode::mShowSynopsisImage), true, true, data},
         {"text mode",
          setting(&Model::setTextMode, u"Script"_qs),
-         storing(&Node::mTextMode),
+         storing(&TVLProjectNode::mTextMode),
          u"Script"_qs,
          true,
          {u"mode Script of 3"_qs, u"data 3"_qs}},
-        {"last modified", setting(&Model::setLastModified, SomeDate), storing(&Node::mModified),
-         SomeDate, true, data},
+        {"last modified", setting(&Model::setLastModified, SomeDate),
+         storing(&TVLProjectNode::mModified), SomeDate, true, data},
         {"selection",
          setting(&Model::setSelection, IntPair(3, 4)),
-         storing(&Node::mTextSelection),
+         storing(&TVLProjectNode::mTextSelection),
          QVariant::fromValue(IntPair(3, 4)),
          false,
          {}},
@@ -424,5 +427,5 @@ void TstItemSetters::verifyingAnIndexOfAnotherModelIsRefused()
     QCOMPARE(other->labelIdentity(firstText(other.get())), -1);
 }
 
-TVL_TEST_MAIN(TstItemSetters)
+TVL_TEST(TstItemSetters)
 #include "tst_itemsetters.moc"

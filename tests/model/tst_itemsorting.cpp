@@ -353,5 +353,5 @@ void TstItemSorting::titlesAreMadeUnique()
     QCOMPARE(model->findUniqueTitle(title, item), expected);
 }
 
-TVL_TEST_MAIN(TstItemSorting)
+TVL_TEST(TstItemSorting)
 #include "tst_itemsorting.moc"

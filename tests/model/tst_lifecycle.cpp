@@ -1165,5 +1165,5 @@ void TstLifecycle::aDeletedModelIsNotFound()
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), second.get());
 }
 
-TVL_TEST_MAIN(TstLifecycle)
+TVL_TEST(TstLifecycle)
 #include "tst_lifecycle.moc"

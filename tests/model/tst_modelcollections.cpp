@@ -12,8 +12,6 @@
 
 namespace {
 
-const Collections Five = fiveCollections();
-
 /** Something that is done to a model. */
 using Action = std::function<void(TVLProjectModel *)>;
 
@@ -454,5 +452,5 @@ void TstModelCollections::aProjectMayHaveNoCollectionsForSync()
     QVERIFY(model->hasCollectionsForExternalFolderSync());
 }
 
-TVL_TEST_MAIN(TstModelCollections)
+TVL_TEST(TstModelCollections)
 #include "tst_modelcollections.moc"

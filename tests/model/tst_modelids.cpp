@@ -438,5 +438,5 @@ void TstModelIds::reloadedUuidsLeaveTheListOfLoadedItems()
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>());
 }
 
-TVL_TEST_MAIN(TstModelIds)
+TVL_TEST(TstModelIds)
 #include "tst_modelids.moc"

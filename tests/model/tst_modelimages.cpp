@@ -492,5 +492,5 @@ void TstModelImages::tintingAnnouncesEveryItem()
     QCOMPARE(touchedIds(f.model.get()), QList<int>());
 }
 
-TVL_TEST_MAIN(TstModelImages)
+TVL_TEST(TstModelImages)
 #include "tst_modelimages.moc"

@@ -400,5 +400,5 @@ void TstModelIndex::readingABinderResetsTheModel()
     QVERIFY(model->isSaved());
 }
 
-TVL_TEST_MAIN(TstModelIndex)
+TVL_TEST(TstModelIndex)
 #include "tst_modelindex.moc"

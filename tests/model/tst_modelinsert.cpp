@@ -9,7 +9,7 @@ namespace {
 
 constexpr qint64 LongestTestMs = 60 * 1000;
 
-QStringList titles(const TVLProjectModel *model, const QModelIndex &parent)
+QStringList insertedTitles(const TVLProjectModel *model, const QModelIndex &parent)
 {
     QStringList found;
     for (int row = 0; row < model->rowCount(parent); ++row)
@@ -115,7 +115,7 @@ void TstModelInsert::anItemIsInsertedAtItsRow()
     addItem(model.get(), research, TVL::Text, u"a"_qs);
     addItem(model.get(), research, TVL::Text, u"b"_qs);
     const TVLProjectNode *node = model->insertNode(row, research, TVL::Text, QString(), u"new"_qs);
-    QCOMPARE(titles(model.get(), research), expected);
+    QCOMPARE(insertedTitles(model.get(), research), expected);
     QCOMPARE(model->title(model->createIndex(node)), u"new"_qs);
 }
 
@@ -135,7 +135,7 @@ void TstModelInsert::anInvalidParentIsTheRoot()
     const QModelIndex folder = model->insertUserFolder(1, parent, u"new"_qs);
     QCOMPARE(folder, model->index(1, 0));
     QVERIFY(model->insertRows(-1, 1, parent));
-    QCOMPARE(titles(model.get(), QModelIndex()),
+    QCOMPARE(insertedTitles(model.get(), QModelIndex()),
              QStringList({u"Draft"_qs, u"new"_qs, u"Research"_qs, u"Trash"_qs, QString()}));
 }
 
@@ -343,5 +343,5 @@ void TstModelInsert::deepAndWideTreesGrowUnderTheTester()
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
 
-TVL_TEST_MAIN(TstModelInsert)
+TVL_TEST(TstModelInsert)
 #include "tst_modelinsert.moc"

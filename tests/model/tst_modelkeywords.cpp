@@ -4,6 +4,7 @@
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include <QElapsedTimer>
 #include <QMimeData>
@@ -622,7 +623,7 @@ void TstModelKeywords::randomEditsKeepItemsInStep()
 
 void TstModelKeywords::manyItemsAndKeywordsOpen()
 {
-    constexpr int Count = 100000;
+    const int Count = testSize(100000);
     const TestProject project;
     const auto writeBinder = [&](bool withKeywords) {
         QByteArray items;
@@ -662,5 +663,5 @@ void TstModelKeywords::manyItemsAndKeywordsOpen()
     }
 }
 
-TVL_TEST_MAIN(TstModelKeywords)
+TVL_TEST(TstModelKeywords)
 #include "tst_modelkeywords.moc"

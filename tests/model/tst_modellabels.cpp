@@ -56,7 +56,7 @@ Ids statusIds(const TVLProjectModel *model)
     return ids;
 }
 
-QStringList dataLines(const Ids &ids)
+QStringList labelDataLines(const Ids &ids)
 {
     QStringList lines;
     for (const int id : ids)
@@ -64,7 +64,7 @@ QStringList dataLines(const Ids &ids)
     return lines;
 }
 
-Ids sorted(Ids ids)
+Ids sortedIds(Ids ids)
 {
     std::sort(ids.begin(), ids.end());
     return ids;
@@ -229,13 +229,13 @@ void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged()
     QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
     model->setLabels(given);
     QCOMPARE(labelIds(model.get()), idsAfter);
-    QCOMPARE(sorted(touchedIds(model.get())), touched);
+    QCOMPARE(sortedIds(touchedIds(model.get())), touched);
     Ids announced;
     for (const QList<QVariant> &arguments : changed) {
         QCOMPARE(arguments.at(0), arguments.at(1));
         announced.append(model->nodeIdentity(arguments.at(0).toModelIndex()));
     }
-    QCOMPARE(sorted(announced), touched);
+    QCOMPARE(sortedIds(announced), touched);
     QCOMPARE(statusIds(model.get()), Ids({0, 0, 1, 1, -1}));
 }
 
@@ -276,7 +276,7 @@ void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
     QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
     model->setStatusItems(given);
     QCOMPARE(statusIds(model.get()), idsAfter);
-    QCOMPARE(sorted(touchedIds(model.get())), touched);
+    QCOMPARE(sortedIds(touchedIds(model.get())), touched);
     QCOMPARE(changed.count(), touched.size());
     QCOMPARE(labelIds(model.get()), Ids({0, 0, 1, 1, -1}));
 }
@@ -442,10 +442,10 @@ void TstModelLabels::theOrderOfSignalsIsUsersListModified()
 
     SignalLog log(model.get());
     model->setLabels({NoLabel, Concept});
-    QCOMPARE(log.lines(), dataLines({3, 1}) + QStringList({u"labels"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), labelDataLines({3, 1}) + QStringList({u"labels"_qs, u"modified"_qs}));
     log.clear();
     model->setStatusItems({NoStatus});
-    QCOMPARE(log.lines(), dataLines({3}) + QStringList({u"status items"_qs}));
+    QCOMPARE(log.lines(), labelDataLines({3}) + QStringList({u"status items"_qs}));
 }
 
 void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
@@ -598,5 +598,5 @@ void TstModelLabels::theSameColorInAnotherNotationIsNoChange()
     QCOMPARE(touchedIds(model.get()), Ids());
 }
 
-TVL_TEST_MAIN(TstModelLabels)
+TVL_TEST(TstModelLabels)
 #include "tst_modellabels.moc"

@@ -306,5 +306,5 @@ void TstModelLookup::aTitleIsMatchedExactly()
     QVERIFY(!model->findDirectIndexByTitle(title, QModelIndex()).isValid());
 }
 
-TVL_TEST_MAIN(TstModelLookup)
+TVL_TEST(TstModelLookup)
 #include "tst_modellookup.moc"

@@ -13,7 +13,6 @@
 namespace {
 
 const QUuid SomeUuid = QUuid(u"{11111111-2222-3333-4444-555555555555}"_qs);
-const QDateTime SomeDate = QDateTime(QDate(2019, 5, 6), QTime(7, 8, 9));
 const QDateTime LaterDate = QDateTime(QDate(2020, 5, 6), QTime(7, 8, 9));
 
 /** An item with a value of its own for each role. */
@@ -606,5 +605,5 @@ void TstModelRoles::theModelHasItsNameAndPathAsProperties()
     QCOMPARE(log.lines(), QStringList({u"modified"_qs}));
 }
 
-TVL_TEST_MAIN(TstModelRoles)
+TVL_TEST(TstModelRoles)
 #include "tst_modelroles.moc"

@@ -798,5 +798,5 @@ void TstModelSearch::matchingIsOpenToAll()
     QVERIFY(!TVLProjectModel::matchQString(QString(), 0, {}));
 }
 
-TVL_TEST_MAIN(TstModelSearch)
+TVL_TEST(TstModelSearch)
 #include "tst_modelsearch.moc"

@@ -94,7 +94,7 @@ TVLSnapshotInfo snapshotOf(const QString &title, int second)
     return info;
 }
 
-QStringList titles(const Fixture &fixture)
+QStringList takenTitles(const Fixture &fixture)
 {
     QStringList titles;
     const QList<TVLSnapshotInfo> snapshots = fixture.model()->snapshots(fixture.index());
@@ -380,7 +380,7 @@ void TstModelSnapshots::indexesOfAnotherModelAreRefused()
 void TstModelSnapshots::anItemWithoutSnapshotsHasAnEmptyList()
 {
     Fixture fixture;
-    QCOMPARE(titles(fixture), QStringList());
+    QCOMPARE(takenTitles(fixture), QStringList());
     QVERIFY(!QFileInfo::exists(fixture.project().path(fixture.folder())));
 }
 
@@ -566,7 +566,7 @@ void TstModelSnapshots::aTitleIsSet()
     (void)fixture.takeSignals();
     QVERIFY(fixture.model()->setSnapshotTitle(fixture.index(),
                                               snapshotOf({}, 1).mDate.addMSecs(500), u"Other"_qs));
-    QCOMPARE(titles(fixture), (QStringList{u"Same"_qs, u"Other"_qs}));
+    QCOMPARE(takenTitles(fixture), (QStringList{u"Same"_qs, u"Other"_qs}));
     QCOMPARE(fixture.takeSignals(), changeSignals(fixture));
 }
 
@@ -577,7 +577,7 @@ void TstModelSnapshots::aTitleOfNoSnapshotIsAFailure()
     (void)fixture.takeSignals();
     QVERIFY(
         !fixture.model()->setSnapshotTitle(fixture.index(), snapshotOf({}, 1).mDate, u"Other"_qs));
-    QCOMPARE(titles(fixture), QStringList{u"First"_qs});
+    QCOMPARE(takenTitles(fixture), QStringList{u"First"_qs});
     QCOMPARE(fixture.takeSignals(), QStringList());
 }
 
@@ -652,5 +652,5 @@ void TstModelSnapshots::snapshotsSurviveReopening()
     QCOMPARE(document.toPlainText(), u"first words"_qs);
 }
 
-TVL_TEST_MAIN(TstModelSnapshots)
+TVL_TEST(TstModelSnapshots)
 #include "tst_modelsnapshots.moc"

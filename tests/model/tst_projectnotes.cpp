@@ -753,9 +753,5 @@ void TstProjectNotes::theFirstNoteKeepsOffAFileWithoutAList()
     QVERIFY(project.readFile(NotesIndex).contains("General"));
 }
 
-int main(int argc, char **argv)
-{
-    dropRightsOfTheSuperuser();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstProjectNotes>(); });
-}
+TVL_TEST_PREPARED(TstProjectNotes, dropRightsOfTheSuperuser)
 #include "tst_projectnotes.moc"

@@ -457,5 +457,5 @@ void TstProjectSections::aMobileBinderHasTheFirstSectionsAlone()
     QVERIFY(reopened->isSaved());
 }
 
-TVL_TEST_MAIN(TstProjectSections)
+TVL_TEST(TstProjectSections)
 #include "tst_projectsections.moc"

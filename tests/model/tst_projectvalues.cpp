@@ -521,5 +521,5 @@ void TstProjectValues::aScriptModeThatCannotBeWrittenIsKeptInMemory()
     QVERIFY(model->isModified());
 }
 
-TVL_TEST_MAIN(TstProjectValues)
+TVL_TEST(TstProjectValues)
 #include "tst_projectvalues.moc"

@@ -4,6 +4,7 @@
 #include "RowSignals.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLTextDocument.h"
@@ -30,8 +31,9 @@ namespace {
 using Node = ReferenceNode;
 using Nodes = ReferenceTree::Nodes;
 
-constexpr int DefaultSeeds = 10;
-constexpr int DefaultOperations = 10'000;
+constexpr int Histories = 10;
+// In all as many every day as there are in one whole history.
+const int OperationsPerHistory = testCases(20'000);
 // Making is preferred below the one and removing above the other.
 constexpr int FewItems = 80;
 constexpr int ManyItems = 250;
@@ -755,31 +757,22 @@ QString RandomEdits::reopen()
     return mWrong;
 }
 
-/** A number from the environment, for longer runs than those of every day. */
-int numberFromEnvironment(const char *variable, int number)
-{
-    bool isNumber = false;
-    const int given = qEnvironmentVariableIntValue(variable, &isNumber);
-    return isNumber ? given : number;
-}
-
 } // namespace
 
 void TstRandomEdits::editsKeepStepWithAPlainTree_data()
 {
     QTest::addColumn<quint32>("seed");
-    const int first = numberFromEnvironment("TVL_RANDOM_EDITS_FIRST_SEED", 1);
-    const int seeds = numberFromEnvironment("TVL_RANDOM_EDITS_SEEDS", DefaultSeeds);
-    for (int seed = first; seed < first + seeds; ++seed)
-        QTest::addRow("seed %d", seed) << quint32(seed);
+    // Other histories than those of every day begin with another seed.
+    const quint32 first = qMax(1, qEnvironmentVariableIntValue("TVL_TEST_SEED"));
+    for (quint32 seed = first; seed < first + Histories; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
 }
 
 void TstRandomEdits::editsKeepStepWithAPlainTree()
 {
     QFETCH(quint32, seed);
-    const int operations = numberFromEnvironment("TVL_RANDOM_EDITS_OPERATIONS", DefaultOperations);
     RandomEdits edits(seed);
-    for (int number = 0; number < operations; ++number) {
+    for (int number = 0; number < OperationsPerHistory; ++number) {
         const QString wrong = edits.step(number);
         QVERIFY2(wrong.isEmpty(),
                  qPrintable(u"seed %1, operation %2, %3"_qs.arg(seed).arg(number).arg(wrong)));
@@ -788,5 +781,5 @@ void TstRandomEdits::editsKeepStepWithAPlainTree()
     QVERIFY2(wrong.isEmpty(), qPrintable(u"seed %1, reopened: %2"_qs.arg(seed).arg(wrong)));
 }
 
-TVL_TEST_MAIN(TstRandomEdits)
+TVL_TEST(TstRandomEdits)
 #include "tst_randomedits.moc"

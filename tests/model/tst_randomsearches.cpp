@@ -32,7 +32,7 @@ QModelIndexList items(const TVLProjectModel *model)
 }
 
 template <typename Records>
-QStringList titlesOf(const Records &records, int id)
+QStringList searchedTitles(const Records &records, int id)
 {
     QStringList titles;
     for (const auto &record : records) {
@@ -55,8 +55,8 @@ SearchedItem searched(const TVLProjectModel *model, const QModelIndex &item)
     };
     searched.titles = {
         {TVL::KeywordsProperty, model->keywords(item)},
-        {TVL::LabelProperty, titlesOf(model->labels(), model->labelIdentity(item))},
-        {TVL::StatusProperty, titlesOf(model->statusItems(), model->statusIdentity(item))},
+        {TVL::LabelProperty, searchedTitles(model->labels(), model->labelIdentity(item))},
+        {TVL::StatusProperty, searchedTitles(model->statusItems(), model->statusIdentity(item))},
     };
     return searched;
 }
@@ -308,5 +308,5 @@ void TstRandomSearches::searchesOfAllKindsHaveFoundSomething()
     QCOMPARE(mFoundBy.size(), 5 + 10);
 }
 
-TVL_TEST_MAIN(TstRandomSearches)
+TVL_TEST(TstRandomSearches)
 #include "tst_randomsearches.moc"

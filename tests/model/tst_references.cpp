@@ -1,3 +1,4 @@
+#include "FilledProject.h"
 #include "ModelChecks.h"
 #include "ModelTester.h"
 #include "TestMain.h"
@@ -12,15 +13,7 @@ namespace {
 using References = QList<TVLReference>;
 using Ids = QList<int>;
 
-TVLReference toItem(int id, const QString &title)
-{
-    TVLReference reference;
-    reference.setInternalLink(id);
-    reference.mTitle = title;
-    return reference;
-}
-
-TVLReference toAddress(const QString &address, const QString &title)
+TVLReference toWebAddress(const QString &address, const QString &title)
 {
     TVLReference reference;
     reference.setUrl(QUrl(address));
@@ -28,7 +21,7 @@ TVLReference toAddress(const QString &address, const QString &title)
     return reference;
 }
 
-const TVLReference Map = toAddress(u"https://example.org/map"_qs, u"Map"_qs);
+const TVLReference Map = toWebAddress(u"https://example.org/map"_qs, u"Map"_qs);
 const TVLReference Diary = toItem(5, u"Diary"_qs);
 
 /** A blank project with the items 3 to 5 in its Draft. */
@@ -54,10 +47,11 @@ void addDifferentReferences()
     QTest::addColumn<TVLReference>("there");
     QTest::addColumn<TVLReference>("other");
     const auto [external, internal] = twinsOfTwoTypes();
-    QTest::newRow("another title") << Map << toAddress(u"https://example.org/map"_qs, u"map"_qs);
-    QTest::newRow("no title") << Map << toAddress(u"https://example.org/map"_qs, QString());
-    QTest::newRow("another address") << Map << toAddress(u"https://example.org/Map"_qs, u"Map"_qs);
-    QTest::newRow("no address") << Map << toAddress(QString(), u"Map"_qs);
+    QTest::newRow("another title") << Map << toWebAddress(u"https://example.org/map"_qs, u"map"_qs);
+    QTest::newRow("no title") << Map << toWebAddress(u"https://example.org/map"_qs, QString());
+    QTest::newRow("another address")
+        << Map << toWebAddress(u"https://example.org/Map"_qs, u"Map"_qs);
+    QTest::newRow("no address") << Map << toWebAddress(QString(), u"Map"_qs);
     QTest::newRow("another item") << Diary << toItem(4, u"Diary"_qs);
     QTest::newRow("the other type, internal") << external << internal;
     QTest::newRow("the other type, external") << internal << external;
@@ -333,5 +327,5 @@ void TstReferences::referencesOfProjectAndItemsDoNotMeddle()
     QCOMPARE(model->references(QModelIndex()), References());
 }
 
-TVL_TEST_MAIN(TstReferences)
+TVL_TEST(TstReferences)
 #include "tst_references.moc"

@@ -432,5 +432,5 @@ void TstSystemFolders::withoutFrontMatterThereIsNone()
     QCOMPARE(emptyModel()->frontMatterFolder(), QModelIndex());
 }
 
-TVL_TEST_MAIN(TstSystemFolders)
+TVL_TEST(TstSystemFolders)
 #include "tst_systemfolders.moc"

@@ -220,5 +220,5 @@ void TstTemplateFolder::theTemplateFolderSurvivesSaveAndReopen()
     QVERIFY(model->templatesContain(model->index(0, 0, model->templateFolder())));
 }
 
-TVL_TEST_MAIN(TstTemplateFolder)
+TVL_TEST(TstTemplateFolder)
 #include "tst_templatefolder.moc"

@@ -15,7 +15,7 @@ QString words(int count, const QString &word = u"a"_qs)
     return QStringList(count, word).join(u' ');
 }
 
-QList<int> idsOf(const TVLProjectModel *model, const QList<QModelIndex> &indexes)
+QList<int> numbersOf(const TVLProjectModel *model, const QList<QModelIndex> &indexes)
 {
     QList<int> ids;
     for (const QModelIndex &index : indexes)
@@ -179,7 +179,7 @@ void TstTextsFromText::synopsesAreSearched()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setSynopsis(index, u"The hero meets\nanother one."_qs));
-    QCOMPARE(idsOf(model.get(), model->searchInSynopsis(text, regExp)),
+    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(text, regExp)),
              isFound ? QList<int>({3}) : QList<int>());
 }
 
@@ -192,7 +192,8 @@ void TstTextsFromText::synopsesAreSearchedInTheOrderOfTheBinder()
     QVERIFY(model->setSynopsis(image, u"hero"_qs));
     QVERIFY(model->setSynopsis(folder, u"hero"_qs));
     QVERIFY(model->setSynopsis(firstText(model.get()), u"hero"_qs));
-    QCOMPARE(idsOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)), QList<int>({3, 4, 5}));
+    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)),
+             QList<int>({3, 4, 5}));
 }
 
 void TstTextsFromText::onlySynopsesInMemoryAreSearched()
@@ -203,7 +204,7 @@ void TstTextsFromText::onlySynopsesInMemoryAreSearched()
     QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
     QVERIFY(model->loadedNodes().isEmpty());
     model->loadDocuments(model->findNode(3));
-    QCOMPARE(idsOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)), QList<int>({3}));
+    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)), QList<int>({3}));
 }
 
 void TstTextsFromText::systemFoldersAreNotSearched()
@@ -216,5 +217,5 @@ void TstTextsFromText::systemFoldersAreNotSearched()
     QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
 }
 
-TVL_TEST_MAIN(TstTextsFromText)
+TVL_TEST(TstTextsFromText)
 #include "tst_textsfromtext.moc"

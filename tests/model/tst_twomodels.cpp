@@ -230,5 +230,5 @@ void TstTwoModels::attributesAreAppliedFromTheOtherProject()
     QVERIFY(mTo->nodeProperties(mSource) == TVLProjectNodeProperties());
 }
 
-TVL_TEST_MAIN(TstTwoModels)
+TVL_TEST(TstTwoModels)
 #include "tst_twomodels.moc"

@@ -194,6 +194,6 @@ void TstCoreType::anyUuidReadsBackInBothCases()
     }
 }
 
-TVL_TEST_MAIN(TstCoreType)
+TVL_TEST(TstCoreType)
 
 #include "tst_coretype.moc"

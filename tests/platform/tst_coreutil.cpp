@@ -1073,6 +1073,6 @@ void TstCoreUtil::theUserHasAName()
     QCOMPARE(name, name.trimmed());
 }
 
-TVL_TEST_MAIN(TstCoreUtil)
+TVL_TEST(TstCoreUtil)
 
 #include "tst_coreutil.moc"

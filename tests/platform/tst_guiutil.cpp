@@ -301,6 +301,6 @@ void TstGuiUtil::nothingThatIsNoIndexMayBeMoved()
         QVERIFY(!TVLGuiUtil::allowMove(QModelIndex(), QModelIndex(), QModelIndex(), 0, action));
 }
 
-TVL_TEST_MAIN(TstGuiUtil)
+TVL_TEST(TstGuiUtil)
 
 #include "tst_guiutil.moc"

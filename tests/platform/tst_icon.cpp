@@ -127,5 +127,5 @@ void TstIcon::colorsDoNotMix()
     }
 }
 
-TVL_TEST_MAIN(TstIcon)
+TVL_TEST(TstIcon)
 #include "tst_icon.moc"

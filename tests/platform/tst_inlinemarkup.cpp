@@ -270,5 +270,5 @@ void TstInlineMarkup::noDocumentIsNoTrouble()
     TVLInlineMarkup::fromMarkup(nullptr);
 }
 
-TVL_TEST_MAIN(TstInlineMarkup)
+TVL_TEST(TstInlineMarkup)
 #include "tst_inlinemarkup.moc"

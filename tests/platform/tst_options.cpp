@@ -529,6 +529,6 @@ void TstOptions::thereIsOneObject()
     QCOMPARE(tvlOptions(), tvlOptions());
 }
 
-TVL_TEST_MAIN(TstOptions)
+TVL_TEST(TstOptions)
 
 #include "tst_options.moc"

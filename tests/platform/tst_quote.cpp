@@ -101,5 +101,5 @@ private Q_SLOTS:
     }
 };
 
-TVL_TEST_MAIN(TstQuote)
+TVL_TEST(TstQuote)
 #include "tst_quote.moc"

@@ -402,5 +402,5 @@ void TstScriptMode::aFolderIsRefused()
     QVERIFY(mode == fullMode());
 }
 
-TVL_TEST_MAIN(TstScriptMode)
+TVL_TEST(TstScriptMode)
 #include "tst_scriptmode.moc"

@@ -733,6 +733,6 @@ void TstSettings::savingNothingMakesAnEmptyFile()
     QCOMPARE(target.content(), QByteArray());
 }
 
-TVL_TEST_MAIN(TstSettings)
+TVL_TEST(TstSettings)
 
 #include "tst_settings.moc"

@@ -445,5 +445,5 @@ void TstTextComments::missingDocumentsHaveNoComments()
     TVLTextDoc::removeComment(QTextCursor());
 }
 
-TVL_TEST_MAIN(TstTextComments)
+TVL_TEST(TstTextComments)
 #include "tst_textcomments.moc"

@@ -219,5 +219,5 @@ void TstTextFormat::theOptionsFontIsTheDefault()
     TVLTextFormat::setDefaultCharFormat(nullptr);
 }
 
-TVL_TEST_MAIN(TstTextFormat)
+TVL_TEST(TstTextFormat)
 #include "tst_textformat.moc"

@@ -203,5 +203,5 @@ void TstTextLinks::missingDocumentsHaveNoLinks()
     TTextDoc::clearTavelinorLinks(nullptr);
 }
 
-TVL_TEST_MAIN(TstTextLinks)
+TVL_TEST(TstTextLinks)
 #include "tst_textlinks.moc"

@@ -392,5 +392,5 @@ void TstTextNotes::missingDocumentsHaveNoNotes()
     QVERIFY(TTextDoc::annotationsMap(nullptr).isEmpty());
 }
 
-TVL_TEST_MAIN(TstTextNotes)
+TVL_TEST(TstTextNotes)
 #include "tst_textnotes.moc"

@@ -679,5 +679,5 @@ void TstTTextDoc::aListGoesOnOnlyInItself()
     QCOMPARE(first.next().textList()->format().style(), QTextListFormat::ListDisc);
 }
 
-TVL_TEST_MAIN(TstTTextDoc)
+TVL_TEST(TstTTextDoc)
 #include "tst_ttextdoc.moc"

@@ -334,6 +334,6 @@ void TstTvl::numbersAreComparedFuzzily()
     QTEST(tvlFuzzyCompare(b, a), "isEqual");
 }
 
-TVL_TEST_MAIN(TstTvl)
+TVL_TEST(TstTvl)
 
 #include "tst_tvl.moc"

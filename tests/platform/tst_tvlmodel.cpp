@@ -196,5 +196,5 @@ void TstTvlModel::siblingsInOneRowAreComparedByColumn()
     QVERIFY(TVLModel::lessThanIndex(model.index(0, 1), model.index(1, 0)));
 }
 
-TVL_TEST_MAIN(TstTvlModel)
+TVL_TEST(TstTvlModel)
 #include "tst_tvlmodel.moc"

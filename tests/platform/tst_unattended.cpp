@@ -388,6 +388,6 @@ void TstUnattended::afterItsEndNothingIsAnswered()
     QVERIFY(another.isVisible());
 }
 
-TVL_TEST_MAIN(TstUnattended)
+TVL_TEST(TstUnattended)
 
 #include "tst_unattended.moc"

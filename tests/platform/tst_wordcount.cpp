@@ -249,5 +249,5 @@ void TstWordCount::notesAddToTheRest()
     }
 }
 
-TVL_TEST_MAIN(TstWordCount)
+TVL_TEST(TstWordCount)
 #include "tst_wordcount.moc"

@@ -127,5 +127,5 @@ void TstZipReader::aChangedByteNeverGivesAnotherContent()
     }
 }
 
-TVL_TEST_MAIN(TstZipReader)
+TVL_TEST(TstZipReader)
 #include "tst_zipreader.moc"

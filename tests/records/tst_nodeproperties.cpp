@@ -513,5 +513,5 @@ void TstNodeProperties::aCopyDoesNotChangeWithItsOriginal()
     QCOMPARE(copy, filledRecord(false));
 }
 
-TVL_TEST_MAIN(TstNodeProperties)
+TVL_TEST(TstNodeProperties)
 #include "tst_nodeproperties.moc"

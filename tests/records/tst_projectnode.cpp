@@ -3,6 +3,7 @@
 #include "TVLTextDocument.h"
 
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -533,13 +534,14 @@ void TstProjectNode::destroyingANodeCutsDocumentsOfDescendantsLoose()
 
 void TstProjectNode::aTreeOfAMillionLevelsIsDestroyed()
 {
+    const int Levels = testSize(1'000'000);
     NodePtr root = makeRoot();
     TVLProjectNode *deepest = root.get();
-    for (int id = 0; id < 1'000'000; ++id)
+    for (int id = 0; id < Levels; ++id)
         deepest = new TVLProjectNode({id, QUuid()}, deepest);
     TVLTextDocument text(nullptr, nullptr, deepest, TVL::MainText);
     deepest->mTextDocument = &text;
-    QCOMPARE(TVLProjectNode::childLevel(deepest), 1'000'000);
+    QCOMPARE(TVLProjectNode::childLevel(deepest), Levels);
     QCOMPARE(root->lastInPreOrder(), deepest);
     QVERIFY(!deepest->nextInPreOrder(root.get()));
     root.reset();
@@ -624,5 +626,5 @@ void TstProjectNode::theIndexCardImageHandedOutIsACopy()
     QCOMPARE(node.indexCardPixmap().toImage().pixelColor(0, 0), QColor(Qt::red));
 }
 
-TVL_TEST_MAIN(TstProjectNode)
+TVL_TEST(TstProjectNode)
 #include "tst_projectnode.moc"

@@ -719,5 +719,5 @@ void TstRecords::externalSyncTakesOnlyOrdinaryCollections()
     QTEST(collectionOf(type, title).isSuitableExternalFolderSync(), "suitable");
 }
 
-TVL_TEST_MAIN(TstRecords)
+TVL_TEST(TstRecords)
 #include "tst_records.moc"

@@ -17,7 +17,7 @@ QString brushText(const QVariant &value)
     return brush.style() == Qt::NoBrush ? QString() : brush.color().name(QColor::HexArgb);
 }
 
-QString lengthText(const QTextLength &length)
+QString lengthValue(const QTextLength &length)
 {
     return length.type() == QTextLength::VariableLength
         ? u"free"_qs
@@ -32,7 +32,7 @@ QString valueText(int property, const QVariant &value)
     if (value.userType() == QMetaType::QColor)
         return value.value<QColor>().name(QColor::HexArgb);
     if (value.userType() == QMetaType::QTextLength)
-        return lengthText(value.value<QTextLength>());
+        return lengthValue(value.value<QTextLength>());
     if (value.userType() == QMetaType::Double || value.userType() == QMetaType::Float)
         return qFuzzyIsNull(value.toDouble()) ? QString()
                                               : QString::number(value.toDouble(), 'f', 2);
@@ -78,7 +78,7 @@ QString formatText(const QTextFormat &format)
                 continue;
             QStringList lengths;
             for (const QTextLength &length : widths)
-                lengths.append(lengthText(length));
+                lengths.append(lengthValue(length));
             texts.append(u"widths=%1"_qs.arg(lengths.join(u',')));
             continue;
         }
@@ -89,7 +89,7 @@ QString formatText(const QTextFormat &format)
 }
 
 /** What a document's structure is like, a line per thing, in order. */
-class Describer
+class ContentDescriber
 {
 public:
     QStringList describe(const QTextDocument &document)
@@ -188,8 +188,8 @@ private:
 
 QString differenceOfDocuments(const QTextDocument &a, const QTextDocument &b)
 {
-    const QStringList first = Describer().describe(a);
-    const QStringList second = Describer().describe(b);
+    const QStringList first = ContentDescriber().describe(a);
+    const QStringList second = ContentDescriber().describe(b);
     for (qsizetype i = 0; i < qMax(first.size(), second.size()); ++i) {
         if (first.value(i) != second.value(i))
             return u"line %1:\n  %2\n  %3"_qs.arg(i).arg(first.value(i), second.value(i));

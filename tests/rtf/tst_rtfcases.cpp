@@ -1,6 +1,7 @@
 #include "DocumentDescription.h"
 #include "TestMain.h"
 
+#include "TVLCoreUtil.h"
 #include "TVLTextRtfReader.h"
 
 #include <QDir>
@@ -13,14 +14,6 @@ namespace {
 QDir casesDirectory()
 {
     return QDir(QStringLiteral(TVL_RTF_CASES));
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
 }
 
 /** The first line that differs, with its number; empty when all are equal. */
@@ -39,7 +32,7 @@ QString firstDifference(const QString &actual, const QString &expected)
 } // namespace
 
 /** Each file in the folder of cases is read and compared with the description beside it. */
-class tst_RtfCases : public QObject
+class TstRtfCases : public QObject
 {
     Q_OBJECT
 
@@ -49,7 +42,7 @@ private Q_SLOTS:
     void aFileReadsAsItsDescriptionSays();
 };
 
-void tst_RtfCases::everyFileHasADescription()
+void TstRtfCases::everyFileHasADescription()
 {
     const auto baseNames = [](const QString &filter) {
         QStringList names;
@@ -61,14 +54,14 @@ void tst_RtfCases::everyFileHasADescription()
     QVERIFY(!baseNames(u"*.rtf"_qs).isEmpty());
 }
 
-void tst_RtfCases::aFileReadsAsItsDescriptionSays_data()
+void TstRtfCases::aFileReadsAsItsDescriptionSays_data()
 {
     QTest::addColumn<QString>("name");
     for (const QFileInfo &file : casesDirectory().entryInfoList({u"*.rtf"_qs}, QDir::Files))
         QTest::newRow(qPrintable(file.completeBaseName())) << file.completeBaseName();
 }
 
-void tst_RtfCases::aFileReadsAsItsDescriptionSays()
+void TstRtfCases::aFileReadsAsItsDescriptionSays()
 {
     QFETCH(QString, name);
     QFile file(casesDirectory().filePath(name + u".rtf"_qs));
@@ -77,11 +70,11 @@ void tst_RtfCases::aFileReadsAsItsDescriptionSays()
     TVLTextRtfReader reader(&document);
     QVERIFY2(reader.read(&file), qPrintable(reader.errorString()));
     const QString actual = describeDocument(document);
-    const QString expected =
-        QString::fromUtf8(readFile(casesDirectory().filePath(name + u".expected"_qs)));
+    const QString expected = QString::fromUtf8(
+        TVLCoreUtil::ReadBinaryFile(casesDirectory().filePath(name + u".expected"_qs)));
     QVERIFY2(actual == expected,
              qPrintable(firstDifference(actual, expected) + u"\n\n"_qs + actual));
 }
 
-TVL_TEST_MAIN(tst_RtfCases)
+TVL_TEST(TstRtfCases)
 #include "tst_rtfcases.moc"

@@ -76,7 +76,7 @@ QString describeExport(const QByteArray &rtf)
 
 Q_DECLARE_METATYPE(Note)
 
-class tst_RtfExport : public QObject
+class TstRtfExport : public QObject
 {
     Q_OBJECT
 
@@ -101,7 +101,7 @@ private Q_SLOTS:
     void aFileIsWrittenAndAFailureTold();
 };
 
-void tst_RtfExport::notesGoWhereTheyShall_data()
+void TstRtfExport::notesGoWhereTheyShall_data()
 {
     QTest::addColumn<Note>("note");
     QTest::addColumn<int>("destination");
@@ -135,7 +135,7 @@ void tst_RtfExport::notesGoWhereTheyShall_data()
     }
 }
 
-void tst_RtfExport::notesGoWhereTheyShall()
+void TstRtfExport::notesGoWhereTheyShall()
 {
     QFETCH(Note, note);
     QFETCH(int, destination);
@@ -152,7 +152,7 @@ void tst_RtfExport::notesGoWhereTheyShall()
     QCOMPARE(rtf.contains("\\annotation"), words.contains("\\annotation"));
 }
 
-void tst_RtfExport::notesKeepTheirFormats()
+void TstRtfExport::notesKeepTheirFormats()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
@@ -171,7 +171,7 @@ void tst_RtfExport::notesKeepTheirFormats()
              "  \" bold\": *, bold\n"_qs);
 }
 
-void tst_RtfExport::aNoteOverTwoParagraphsBecomesTwo()
+void TstRtfExport::aNoteOverTwoParagraphsBecomesTwo()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
@@ -180,7 +180,7 @@ void tst_RtfExport::aNoteOverTwoParagraphsBecomesTwo()
              u"paragraph\n  \"one\": *, footnote\nparagraph\n  \"two\": *, footnote\n"_qs);
 }
 
-void tst_RtfExport::aDamagedInspectorNoteLosesNothingElse()
+void TstRtfExport::aDamagedInspectorNoteLosesNothingElse()
 {
     QTextDocument document;
     QTextCharFormat format;
@@ -191,7 +191,7 @@ void tst_RtfExport::aDamagedInspectorNoteLosesNothingElse()
              "  \"par\": *, bold, annotation\n"_qs);
 }
 
-void tst_RtfExport::footnotesStartWithABlankWhenAsked()
+void TstRtfExport::footnotesStartWithABlankWhenAsked()
 {
     const auto document = makeDocument(Footnote);
     TVLTextRtfWriter writer = makeWriter();
@@ -200,7 +200,7 @@ void tst_RtfExport::footnotesStartWithABlankWhenAsked()
     QVERIFY(writer.toRtf(document.get(), false).contains("{\\super\\chftn} \\plain"));
 }
 
-void tst_RtfExport::anEmptyInspectorCommentIsStillThere()
+void TstRtfExport::anEmptyInspectorCommentIsStillThere()
 {
     QTextDocument document;
     QTextCharFormat format;
@@ -211,7 +211,7 @@ void tst_RtfExport::anEmptyInspectorCommentIsStillThere()
     QCOMPARE(describeExport(rtf), u"paragraph\n  \"Text\"\n"_qs);
 }
 
-void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked_data()
+void TstRtfExport::backgroundsBecomeHighlightsWhenAsked_data()
 {
     QTest::addColumn<QColor>("background");
     QTest::addColumn<QColor>("highlight");
@@ -223,7 +223,7 @@ void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked_data()
     QTest::newRow("white") << QColor(0xffffff) << QColor(0xffffff);
 }
 
-void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked()
+void TstRtfExport::backgroundsBecomeHighlightsWhenAsked()
 {
     QFETCH(QColor, background);
     QFETCH(QColor, highlight);
@@ -244,7 +244,7 @@ void tst_RtfExport::backgroundsBecomeHighlightsWhenAsked()
              u"paragraph\n  \"Text\": *, background %1\n"_qs.arg(highlight.name()));
 }
 
-void tst_RtfExport::linksAreDecoratedWhenAsked_data()
+void TstRtfExport::linksAreDecoratedWhenAsked_data()
 {
     QTest::addColumn<bool>("decorate");
     QTest::addColumn<QColor>("color");
@@ -260,7 +260,7 @@ void tst_RtfExport::linksAreDecoratedWhenAsked_data()
         << u", underlined with a wave, colour #0000ff"_qs;
 }
 
-void tst_RtfExport::linksAreDecoratedWhenAsked()
+void TstRtfExport::linksAreDecoratedWhenAsked()
 {
     QFETCH(bool, decorate);
     QFETCH(QColor, color);
@@ -283,7 +283,7 @@ void tst_RtfExport::linksAreDecoratedWhenAsked()
         u"paragraph\n  \"link\": *%1, link http://example.org/\n  \" text\"\n"_qs.arg(expected));
 }
 
-void tst_RtfExport::defaultFontsAreSpelledOut()
+void TstRtfExport::defaultFontsAreSpelledOut()
 {
     QTextDocument document;
     document.setDefaultFont(QFont(u"Some Serif"_qs, 13));
@@ -300,7 +300,7 @@ void tst_RtfExport::defaultFontsAreSpelledOut()
     QVERIFY(!TVLTextRtfWriter(nullptr).toRtf(&document, false).contains("\\fonttbl"));
 }
 
-void tst_RtfExport::commentLinksAndMarksStayAtHome()
+void TstRtfExport::commentLinksAndMarksStayAtHome()
 {
     for (const Note note : {Annotation, Footnote, InspectorComment, InspectorFootnote}) {
         const QByteArray rtf = makeWriter().toRtf(makeDocument(note).get(), false);
@@ -309,7 +309,7 @@ void tst_RtfExport::commentLinksAndMarksStayAtHome()
     }
 }
 
-void tst_RtfExport::picturesBecomeOnesThatOthersKnow()
+void TstRtfExport::picturesBecomeOnesThatOthersKnow()
 {
     QImage image(3, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -326,7 +326,7 @@ void tst_RtfExport::picturesBecomeOnesThatOthersKnow()
     }
 }
 
-void tst_RtfExport::everyPlaceOfAPictureHasItsBytes()
+void TstRtfExport::everyPlaceOfAPictureHasItsBytes()
 {
     QTextDocument document;
     document.addResource(QTextDocument::ImageResource, QUrl(u"a"_qs), QByteArray("\xff\xd8\xff"));
@@ -337,7 +337,7 @@ void tst_RtfExport::everyPlaceOfAPictureHasItsBytes()
     QCOMPARE(TVLTextRtfWriter(nullptr).toRtf(&document, false).count("ffd8ff"), 1);
 }
 
-void tst_RtfExport::textFromRightToLeftSaysWhereItStarts()
+void TstRtfExport::textFromRightToLeftSaysWhereItStarts()
 {
     QTextDocument document;
     QTextBlockFormat format;
@@ -351,7 +351,7 @@ void tst_RtfExport::textFromRightToLeftSaysWhereItStarts()
     QVERIFY(makeWriter().toRtf(&document, false).contains("\\ql\\rtlpar"));
 }
 
-void tst_RtfExport::theNormalModeKeepsNotesAsMarks()
+void TstRtfExport::theNormalModeKeepsNotesAsMarks()
 {
     const TVLTextRtfWriter writer(nullptr);
     QVERIFY(writer.toRtf(makeDocument(Footnote).get(), false).contains("\\{footnote|"));
@@ -359,7 +359,7 @@ void tst_RtfExport::theNormalModeKeepsNotesAsMarks()
         writer.toRtf(makeDocument(InspectorComment).get(), false).contains("\"tavelcmt://ID\""));
 }
 
-void tst_RtfExport::aFileIsWrittenAndAFailureTold()
+void TstRtfExport::aFileIsWrittenAndAFailureTold()
 {
     const QTemporaryDir directory;
     const auto document = makeDocument(Footnote);
@@ -375,5 +375,5 @@ void tst_RtfExport::aFileIsWrittenAndAFailureTold()
     QVERIFY(!TVLTextRtf::toRtfFile(nowhere, document.get(), nullptr, false, false));
 }
 
-TVL_TEST_MAIN(tst_RtfExport)
+TVL_TEST(TstRtfExport)
 #include "tst_rtfexport.moc"

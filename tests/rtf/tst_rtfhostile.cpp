@@ -1,4 +1,5 @@
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include "TVLTextRtfReader.h"
 #include "TVLTextRtfWriter.h"
@@ -17,6 +18,7 @@ const QString CutOff = u"The file ends before its text does."_qs;
 const QString TooDeep = u"The file is nested too deeply."_qs;
 
 /** What an unoptimised build under the sanitizers still reads a megabyte in. */
+const int Megabyte = testSize(1'000'000);
 constexpr qint64 MaximumMilliseconds = 20'000;
 
 struct Reading
@@ -97,7 +99,7 @@ qsizetype endOfText(const QByteArray &rtf)
 } // namespace
 
 /** Files that are damaged, that lie or that want to exhaust the reader. */
-class tst_RtfHostile : public QObject
+class TstRtfHostile : public QObject
 {
     Q_OBJECT
 
@@ -115,7 +117,7 @@ private Q_SLOTS:
     void whatWasReadCanBeWritten();
 };
 
-void tst_RtfHostile::whatIsWrongIsTold_data()
+void TstRtfHostile::whatIsWrongIsTold_data()
 {
     QTest::addColumn<QByteArray>("rtf");
     QTest::addColumn<QString>("error");
@@ -164,7 +166,7 @@ void tst_RtfHostile::whatIsWrongIsTold_data()
     QTest::newRow("raw bytes of a negative length") << wrapped("{\\pict\\bin-5 abc}") << QString();
 }
 
-void tst_RtfHostile::whatIsWrongIsTold()
+void TstRtfHostile::whatIsWrongIsTold()
 {
     QFETCH(QByteArray, rtf);
     QFETCH(QString, error);
@@ -173,7 +175,7 @@ void tst_RtfHostile::whatIsWrongIsTold()
     QCOMPARE(reading.mDone, error.isEmpty());
 }
 
-void tst_RtfHostile::textIsSaved_data()
+void TstRtfHostile::textIsSaved_data()
 {
     QTest::addColumn<QByteArray>("rtf");
     QTest::addColumn<QString>("text");
@@ -230,7 +232,7 @@ void tst_RtfHostile::textIsSaved_data()
         << wrapped("\\pard\\intbl\\itap2000000000 deep\\nestcell\\itap1 less\\cell") << QString();
 }
 
-void tst_RtfHostile::textIsSaved()
+void TstRtfHostile::textIsSaved()
 {
     QFETCH(QByteArray, rtf);
     QFETCH(QString, text);
@@ -242,12 +244,12 @@ void tst_RtfHostile::textIsSaved()
                  qPrintable(reading.mText));
 }
 
-void tst_RtfHostile::everyPrefixGivesTheTextUpToThere()
+void TstRtfHostile::everyPrefixGivesTheTextUpToThere()
 {
     for (const QByteArray &rtf : readCases()) {
         const qsizetype start = rtf.indexOf("{\\rtf") + 5;
         const qsizetype end = endOfText(rtf);
-        for (qsizetype length = 0; length <= rtf.size(); ++length) {
+        for (qsizetype length = 0; length <= rtf.size(); length += testStep(1)) {
             QTextDocument document;
             TVLTextRtfReader reader(&document);
             const bool done = reader.read(rtf.first(length));
@@ -257,10 +259,10 @@ void tst_RtfHostile::everyPrefixGivesTheTextUpToThere()
     }
 }
 
-void tst_RtfHostile::flippedBitsDoNoHarm()
+void TstRtfHostile::flippedBitsDoNoHarm()
 {
     for (QByteArray rtf : readCases()) {
-        for (qsizetype place = 0; place < rtf.size(); place += 10) {
+        for (qsizetype place = 0; place < rtf.size(); place += testStep(10)) {
             for (int bit = 0; bit < 8; ++bit) {
                 rtf[place] = char(rtf.at(place) ^ (1 << bit));
                 QTextDocument document;
@@ -273,12 +275,12 @@ void tst_RtfHostile::flippedBitsDoNoHarm()
     }
 }
 
-void tst_RtfHostile::aMegabyteIsReadInBoundedTime_data()
+void TstRtfHostile::aMegabyteIsReadInBoundedTime_data()
 {
     QTest::addColumn<QByteArray>("rtf");
 
     const auto megabyteOf = [](const QByteArray &piece) {
-        return wrapped(piece.repeated(1'000'000 / piece.size()));
+        return wrapped(piece.repeated(Megabyte / piece.size()));
     };
     const auto row = [](const char *name, const QByteArray &rtf) { QTest::newRow(name) << rtf; };
     row("opening braces", megabyteOf("{"));
@@ -289,7 +291,7 @@ void tst_RtfHostile::aMegabyteIsReadInBoundedTime_data()
     row("stars", megabyteOf("\\*"));
     row("open star groups", megabyteOf("{\\*\\x }"));
     row("one word without end", megabyteOf("a").replace(" a", "\\a"));
-    row("one number without end", "{\\rtf1\\b" + QByteArray(1'000'000, '9') + "}");
+    row("one number without end", "{\\rtf1\\b" + QByteArray(Megabyte, '9') + "}");
     row("plain text", megabyteOf("text "));
     row("paragraphs", megabyteOf("\\par"));
     row("paragraphs of one letter", megabyteOf("a\\par "));
@@ -382,7 +384,7 @@ void tst_RtfHostile::aMegabyteIsReadInBoundedTime_data()
     row("garbage", wrapped(garbage));
 }
 
-void tst_RtfHostile::aMegabyteIsReadInBoundedTime()
+void TstRtfHostile::aMegabyteIsReadInBoundedTime()
 {
     QFETCH(QByteArray, rtf);
     const Reading reading = readRtf(rtf);
@@ -392,7 +394,7 @@ void tst_RtfHostile::aMegabyteIsReadInBoundedTime()
     QCOMPARE(reading.mError.isEmpty(), reading.mDone);
 }
 
-void tst_RtfHostile::tablesStayInProportionToTheirFile_data()
+void TstRtfHostile::tablesStayInProportionToTheirFile_data()
 {
     QTest::addColumn<QByteArray>("rtf");
 
@@ -412,7 +414,7 @@ void tst_RtfHostile::tablesStayInProportionToTheirFile_data()
             .repeated(100));
 }
 
-void tst_RtfHostile::tablesStayInProportionToTheirFile()
+void TstRtfHostile::tablesStayInProportionToTheirFile()
 {
     QFETCH(QByteArray, rtf);
     QTextDocument document;
@@ -427,7 +429,7 @@ void tst_RtfHostile::tablesStayInProportionToTheirFile()
     QVERIFY2(places <= rtf.size(), qPrintable(QString::number(places)));
 }
 
-void tst_RtfHostile::whatWasReadCanBeWritten()
+void TstRtfHostile::whatWasReadCanBeWritten()
 {
     for (QByteArray rtf : readCases()) {
         for (qsizetype place = 5; place < rtf.size(); place += 97) {
@@ -444,5 +446,5 @@ void tst_RtfHostile::whatWasReadCanBeWritten()
     }
 }
 
-TVL_TEST_MAIN(tst_RtfHostile)
+TVL_TEST(TstRtfHostile)
 #include "tst_rtfhostile.moc"

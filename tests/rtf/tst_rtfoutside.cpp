@@ -1,6 +1,7 @@
 #include "DocumentDescription.h"
 #include "TestMain.h"
 
+#include "TVLCoreUtil.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtf.h"
 #include "TVLTextRtfReader.h"
@@ -18,17 +19,11 @@
 namespace {
 
 /** Starting an office for the first time takes a while. */
-constexpr int MaximumMilliseconds = 120'000;
+constexpr int OfficeMilliseconds = 120'000;
 
 QString sourcePath(const QString &name)
 {
     return QStringLiteral(TVL_RTF_OUTSIDE) + u'/' + name;
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /**
@@ -46,7 +41,7 @@ QString normalized(QString text)
 } // namespace
 
 /** Documents that other programs write are read as those programs read them. */
-class tst_RtfOutside : public QObject
+class TstRtfOutside : public QObject
 {
     Q_OBJECT
 
@@ -64,39 +59,39 @@ private:
     QTemporaryDir mDirectory;
 };
 
-QString tst_RtfOutside::convert(const QString &path, const QString &format)
+QString TstRtfOutside::convert(const QString &path, const QString &format)
 {
     QProcess office;
     office.start(u"soffice"_qs,
                  {u"--headless"_qs,
                   u"-env:UserInstallation=file://%1"_qs.arg(mDirectory.filePath(u"profile"_qs)),
                   u"--convert-to"_qs, format, u"--outdir"_qs, mDirectory.path(), path});
-    if (!office.waitForFinished(MaximumMilliseconds))
+    if (!office.waitForFinished(OfficeMilliseconds))
         return {};
     return mDirectory.filePath(QFileInfo(path).completeBaseName() + u'.'
                                + format.section(u':', 0, 0));
 }
 
-void tst_RtfOutside::readOfficesFile(QTextDocument *document, QString *path)
+void TstRtfOutside::readOfficesFile(QTextDocument *document, QString *path)
 {
     if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
         QSKIP("LibreOffice (soffice) isn't installed.");
     *path = convert(sourcePath(u"rich.fodt"_qs), u"rtf"_qs);
-    const QByteArray rtf = readFile(*path);
+    const QByteArray rtf = TVLCoreUtil::ReadBinaryFile(*path);
     QVERIFY(!rtf.isEmpty());
     TVLTextRtfReader reader(document);
     QVERIFY2(reader.read(rtf), qPrintable(reader.errorString()));
 }
 
-void tst_RtfOutside::anOfficesTextReadsAsTheOfficeReadsIt()
+void TstRtfOutside::anOfficesTextReadsAsTheOfficeReadsIt()
 {
     QTextDocument document;
     QString path;
     readOfficesFile(&document, &path);
     if (QTest::currentTestFailed() || path.isEmpty())
         return;
-    const QString expected =
-        QString::fromUtf8(readFile(convert(path, u"txt:Text (encoded):UTF8"_qs)));
+    const QString expected = QString::fromUtf8(
+        TVLCoreUtil::ReadBinaryFile(convert(path, u"txt:Text (encoded):UTF8"_qs)));
     QVERIFY(expected.contains(u"Last."));
     QCOMPARE(normalized(document.toPlainText()), normalized(expected));
     const QString description = describeDocument(document);
@@ -108,7 +103,7 @@ void tst_RtfOutside::anOfficesTextReadsAsTheOfficeReadsIt()
         QVERIFY2(description.contains(part), qPrintable(part + u'\n' + description));
 }
 
-void tst_RtfOutside::whatWasReadReadsTheSameInAnOffice()
+void TstRtfOutside::whatWasReadReadsTheSameInAnOffice()
 {
     QTextDocument document;
     QString path;
@@ -120,13 +115,13 @@ void tst_RtfOutside::whatWasReadReadsTheSameInAnOffice()
         QString error;
         QVERIFY2(TVLTextRtf::toRtfFile(written, &document, &error, false, exporting),
                  qPrintable(error));
-        const QString text =
-            QString::fromUtf8(readFile(convert(written, u"txt:Text (encoded):UTF8"_qs)));
+        const QString text = QString::fromUtf8(
+            TVLCoreUtil::ReadBinaryFile(convert(written, u"txt:Text (encoded):UTF8"_qs)));
         QCOMPARE(normalized(text), normalized(document.toPlainText()));
     }
 }
 
-void tst_RtfOutside::exportedNotesAreNotesInAnOffice()
+void TstRtfOutside::exportedNotesAreNotesInAnOffice()
 {
     if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
         QSKIP("LibreOffice (soffice) isn't installed.");
@@ -145,7 +140,7 @@ void tst_RtfOutside::exportedNotesAreNotesInAnOffice()
     QString error;
     QVERIFY2(TVLTextRtf::toRtfFile(written, &document, &error, false, true), qPrintable(error));
 
-    QString xml = QString::fromUtf8(readFile(convert(written, u"fodt"_qs)));
+    QString xml = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(convert(written, u"fodt"_qs)));
     QVERIFY(!xml.isEmpty());
     xml = xml.mid(xml.indexOf(u"<office:text"_qs));
     const auto content = [&xml](const QString &element) {
@@ -161,14 +156,14 @@ void tst_RtfOutside::exportedNotesAreNotesInAnOffice()
     QCOMPARE(content(u"text:p"_qs), u"Text goes on and ends."_qs);
 }
 
-void tst_RtfOutside::aConvertersTextReadsAsItsSource()
+void TstRtfOutside::aConvertersTextReadsAsItsSource()
 {
     if (QStandardPaths::findExecutable(u"pandoc"_qs).isEmpty())
         QSKIP("pandoc isn't installed.");
     const auto pandoc = [](const QStringList &arguments) {
         QProcess process;
         process.start(u"pandoc"_qs, QStringList(sourcePath(u"rich.md"_qs)) + arguments);
-        process.waitForFinished(MaximumMilliseconds);
+        process.waitForFinished(OfficeMilliseconds);
         return process.readAllStandardOutput();
     };
     QTextDocument document;
@@ -180,5 +175,5 @@ void tst_RtfOutside::aConvertersTextReadsAsItsSource()
     QCOMPARE(normalized(document.toPlainText()), normalized(expected));
 }
 
-TVL_TEST_MAIN(tst_RtfOutside)
+TVL_TEST(TstRtfOutside)
 #include "tst_rtfoutside.moc"

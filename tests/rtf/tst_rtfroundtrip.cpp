@@ -28,7 +28,7 @@ void fromRtf(const QByteArray &rtf, QTextDocument *document)
 
 } // namespace
 
-class tst_RtfRoundTrip : public QObject
+class TstRtfRoundTrip : public QObject
 {
     Q_OBJECT
 
@@ -40,18 +40,18 @@ private Q_SLOTS:
     void onlyAsciiIsWritten();
 };
 
-void tst_RtfRoundTrip::randomDocumentsComeBackEqual_data()
+void TstRtfRoundTrip::randomDocumentsComeBackEqual_data()
 {
     QTest::addColumn<quint32>("seed");
-    for (quint32 seed = 0; seed < quint32(testCases(20)); ++seed)
+    for (quint32 seed = 0; seed < 20; ++seed)
         QTest::addRow("documents %u to %u", seed * 100, seed * 100 + 99) << seed;
 }
 
-void tst_RtfRoundTrip::randomDocumentsComeBackEqual()
+void TstRtfRoundTrip::randomDocumentsComeBackEqual()
 {
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < testCases(100); ++i) {
         const auto document = makeRandomDocument(&random);
         const QByteArray rtf = toRtf(*document);
         QTextDocument read;
@@ -68,7 +68,7 @@ void tst_RtfRoundTrip::randomDocumentsComeBackEqual()
     }
 }
 
-void tst_RtfRoundTrip::aDocumentIsWrittenTheSameEachTime()
+void TstRtfRoundTrip::aDocumentIsWrittenTheSameEachTime()
 {
     QRandomGenerator random(99);
     const auto document = makeRandomDocument(&random, {.mMaximumBlocks = 60});
@@ -77,7 +77,7 @@ void tst_RtfRoundTrip::aDocumentIsWrittenTheSameEachTime()
     QCOMPARE(toRtf(*clone), toRtf(*document));
 }
 
-void tst_RtfRoundTrip::fragmentsReadOneAfterAnotherMakeTheWholeText()
+void TstRtfRoundTrip::fragmentsReadOneAfterAnotherMakeTheWholeText()
 {
     QRandomGenerator random(7);
     for (int i = 0; i < 200; ++i) {
@@ -101,7 +101,7 @@ void tst_RtfRoundTrip::fragmentsReadOneAfterAnotherMakeTheWholeText()
     }
 }
 
-void tst_RtfRoundTrip::onlyAsciiIsWritten()
+void TstRtfRoundTrip::onlyAsciiIsWritten()
 {
     QRandomGenerator random(3);
     for (int i = 0; i < 50; ++i) {
@@ -111,5 +111,5 @@ void tst_RtfRoundTrip::onlyAsciiIsWritten()
     }
 }
 
-TVL_TEST_MAIN(tst_RtfRoundTrip)
+TVL_TEST(TstRtfRoundTrip)
 #include "tst_rtfroundtrip.moc"

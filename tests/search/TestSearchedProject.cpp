@@ -131,3 +131,14 @@ void TestSearchedProject::recordHashes()
     if (!mChecksums.saveChecksums())
         qFatal("The hashes could not be saved");
 }
+
+TVLCollectionMetaData searchFor(const QString &text, int searchOperator, int property,
+                                Qt::CaseSensitivity cs)
+{
+    TVLCollectionMetaData search;
+    search.mSearchText = text;
+    search.mSearchOperator = TVL::SearchOperator(searchOperator);
+    search.mSearchProperty = TVL::DocumentProperty(property);
+    search.mCaseSensitivity = cs;
+    return search;
+}

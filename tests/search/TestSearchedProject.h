@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TVLCollectionMetaData.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -69,3 +70,8 @@ private:
     QSet<int> mReferenced;
     mutable QList<Request> mRequests;
 };
+
+/** A search for a text, as a collection keeps it. */
+[[nodiscard]] TVLCollectionMetaData searchFor(const QString &text, int searchOperator = 0,
+                                              int property = 0,
+                                              Qt::CaseSensitivity cs = Qt::CaseInsensitive);

@@ -1,3 +1,4 @@
+#include "SqlTrace.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 
@@ -13,7 +14,7 @@
 namespace {
 
 /** The rows of a statement, each with blanks between its values. */
-QStringList rowsOf(const TVLSearchIndex &index, const QString &statement)
+QStringList plainRowsOf(const TVLSearchIndex &index, const QString &statement)
 {
     QSqlQuery query(index);
     if (!query.exec(statement))
@@ -30,22 +31,15 @@ QStringList rowsOf(const TVLSearchIndex &index, const QString &statement)
 
 QStringList keywordRows(const TVLSearchIndex &index)
 {
-    return rowsOf(index, u"SELECT identity, title FROM ProjectKeywords ORDER BY identity"_qs);
+    return plainRowsOf(index, u"SELECT identity, title FROM ProjectKeywords ORDER BY identity"_qs);
 }
 
 /** Document, type and value of each row. */
 QStringList documentRows(const TVLSearchIndex &index)
 {
-    return rowsOf(index,
-                  u"SELECT identity, type, propertyValue FROM DocumentIntProperties "
-                  "ORDER BY identity, type, rowid"_qs);
-}
-
-void execute(const TVLSearchIndex &index, const QString &statement)
-{
-    QSqlQuery query(index);
-    if (!query.exec(statement))
-        qFatal("%s", qPrintable(query.lastError().text()));
+    return plainRowsOf(index,
+                       u"SELECT identity, type, propertyValue FROM DocumentIntProperties "
+                       "ORDER BY identity, type, rowid"_qs);
 }
 
 void ignoreSqlErrors(const QString &text, int times = 1)
@@ -192,7 +186,7 @@ void TstKeywordRows::aRemovedDocumentKeepsItsTexts()
     QVERIFY(mIndex->setDocumentKeywords(11, {3}));
     QVERIFY(mIndex->removeDocument(10));
     QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
-    QCOMPARE(rowsOf(*mIndex, u"SELECT count(*) FROM DocumentSearchProperties"_qs),
+    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentSearchProperties"_qs),
              QStringList{u"2"_qs});
     QVERIFY(mIndex->removeDocument(99));
 }
@@ -201,7 +195,7 @@ void TstKeywordRows::aNewStoreHasNothingBeyondItsTables()
 {
     const QString objects = u"SELECT count(*) FROM sqlite_master WHERE sql IS NOT NULL"_qs;
     QVERIFY(mIndex->affectedDocuments(1).isEmpty());
-    QCOMPARE(rowsOf(*mIndex, objects), QStringList{u"6"_qs});
+    QCOMPARE(plainRowsOf(*mIndex, objects), QStringList{u"6"_qs});
 }
 
 void TstKeywordRows::successMarksTheStoreAsModified()
@@ -285,9 +279,9 @@ void TstKeywordRows::manyDocumentsAndKeywords()
     for (int id = 0; id < 5000; ++id)
         QVERIFY(mIndex->removeKeyword(id));
     qInfo("asked, replaced and removed in %lld ms", timer.elapsed());
-    QCOMPARE(rowsOf(*mIndex, u"SELECT count(*) FROM DocumentIntProperties"_qs),
+    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentIntProperties"_qs),
              QStringList{u"5000"_qs});
 }
 
-TVL_TEST_MAIN(TstKeywordRows)
+TVL_TEST(TstKeywordRows)
 #include "tst_keywordrows.moc"

@@ -1,3 +1,4 @@
+#include "SqlTrace.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 
@@ -49,13 +50,6 @@ QVariantList column(const TVLSearchIndex &index, const QString &statement)
     while (query.next())
         values.append(query.value(0));
     return values;
-}
-
-void execute(const TVLSearchIndex &index, const QString &statement)
-{
-    QSqlQuery query(index);
-    if (!query.exec(statement))
-        qFatal("%s", qPrintable(query.lastError().text()));
 }
 
 QList<TVLLabel> manyLabels(int count)
@@ -515,5 +509,5 @@ void TstLabels::failuresAreLoggedAndGiveEmptyResults()
     QVERIFY(mIndex->statusItems().isEmpty());
 }
 
-TVL_TEST_MAIN(TstLabels)
+TVL_TEST(TstLabels)
 #include "tst_labels.moc"

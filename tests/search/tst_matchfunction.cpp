@@ -309,7 +309,7 @@ private Q_SLOTS:
     void randomRowsMatchAsStepByStep()
     {
         const auto cases = quint32(testCases(10'000));
-        const quint32 first = qEnvironmentVariable("TVL_MATCHER_SEED", u"1"_qs).toUInt();
+        const quint32 first = qEnvironmentVariable("TVL_TEST_SEED", u"1"_qs).toUInt();
         int compared = 0;
         for (quint32 seed = first; seed < first + cases; ++seed) {
             QRandomGenerator random(seed);
@@ -350,5 +350,5 @@ private:
     }
 };
 
-TVL_TEST_MAIN(TstMatchFunction)
+TVL_TEST(TstMatchFunction)
 #include "tst_matchfunction.moc"

@@ -642,5 +642,5 @@ void TstSearchDocuments::manyItems()
     QVERIFY(intRows(*mIndex).isEmpty());
 }
 
-TVL_TEST_MAIN(TstSearchDocuments)
+TVL_TEST(TstSearchDocuments)
 #include "tst_searchdocuments.moc"

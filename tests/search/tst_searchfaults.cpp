@@ -37,13 +37,6 @@ private:
 const QList<TVLLabel> Labels = {{3, u"Three"_qs, QColor(1, 2, 3)}, {1, u"Uno"_qs, QColor()}};
 const QList<TVLStatusItem> Items = {{3, u"Three"_qs}, {1, u"Uno"_qs}};
 
-TVLCollectionMetaData searchFor(const QString &text)
-{
-    TVLCollectionMetaData search;
-    search.mSearchText = text;
-    return search;
-}
-
 } // namespace
 
 class TstSearchFaults : public QObject
@@ -198,5 +191,5 @@ void TstSearchFaults::aFileThatIsCutOffByTheDiskIsNotTakenForSaved()
     QVERIFY(index.hasText(7, TVL::TextProperty));
 }
 
-TVL_TEST_MAIN(TstSearchFaults)
+TVL_TEST(TstSearchFaults)
 #include "tst_searchfaults.moc"

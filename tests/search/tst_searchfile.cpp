@@ -631,5 +631,5 @@ void TstSearchFile::nothingIsUnconfirmedAfterAnUnchangedSession()
     QVERIFY(again.notConfirmedIndexes().isEmpty());
 }
 
-TVL_TEST_MAIN(TstSearchFile)
+TVL_TEST(TstSearchFile)
 #include "tst_searchfile.moc"

@@ -11,14 +11,14 @@
 
 namespace {
 
-constexpr int Items = 20;
+constexpr int ItemCount = 20;
 
 QByteArray goodFile()
 {
     QByteArray file =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SearchIndexes Version=\"1.0\">\n"
         "    <Documents>\n";
-    for (int id = 0; id < Items; ++id)
+    for (int id = 0; id < ItemCount; ++id)
         file += "        <Document ID=\"" + QByteArray::number(id)
             + "\">\n            <Text>It\xe2\x80\x99s text &amp; more</Text>\n        "
               "</Document>\n";
@@ -68,7 +68,7 @@ void TstSearchFileHostile::init()
 {
     mProject = std::make_unique<TestSearchedProject>();
     mIndex = std::make_unique<TVLSearchIndex>(mProject.get());
-    for (int id = 0; id < Items; ++id)
+    for (int id = 0; id < ItemCount; ++id)
         QVERIFY(mIndex->addProjectNode(mProject->addNode(id, u"Title"_qs)));
     mUntouched = allRows(*mIndex);
 }
@@ -225,5 +225,5 @@ void TstSearchFileHostile::aHugeElementIsSurvived()
     QVERIFY2(grown < 20ll * Size, qPrintable(u"%1 bytes more"_qs.arg(grown)));
 }
 
-TVL_TEST_MAIN(TstSearchFileHostile)
+TVL_TEST(TstSearchFileHostile)
 #include "tst_searchfilehostile.moc"

@@ -24,17 +24,6 @@ const QString OfLabels =
 const QString OfStatus =
     u"SELECT DocumentIntProperties.identity FROM ProjectStatusItems JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = ProjectStatusItems.identity AND type = ?  WHERE matchQString(title, ?, ?, ?)"_qs;
 
-TVLCollectionMetaData searchFor(const QString &text, int searchOperator = 0, int property = 0,
-                                Qt::CaseSensitivity cs = Qt::CaseInsensitive)
-{
-    TVLCollectionMetaData search;
-    search.mSearchText = text;
-    search.mSearchOperator = TVL::SearchOperator(searchOperator);
-    search.mSearchProperty = TVL::DocumentProperty(property);
-    search.mCaseSensitivity = cs;
-    return search;
-}
-
 QList<int> sorted(QList<int> ids)
 {
     std::sort(ids.begin(), ids.end());
@@ -541,5 +530,5 @@ void TstSearchQueries::aFailedTextStatementLooksLikeNoMatches()
     QCOMPARE(found(searchFor(u"needle"_qs)), QList<int>{1});
 }
 
-TVL_TEST_MAIN(TstSearchQueries)
+TVL_TEST(TstSearchQueries)
 #include "tst_searchqueries.moc"

@@ -29,18 +29,11 @@ const QList<TVL::DocumentProperty> Rebuilt = {TVL::SynopsisProperty, TVL::TextPr
                                               TVL::NotesProperty, TVL::CustomMetaDataProperty,
                                               TVL::CommentsProperty};
 
-QStringList rowsOfItem(const TVLSearchIndex &index, int id)
+QStringList validatedRows(const TVLSearchIndex &index, int id)
 {
     return rowsOf(index,
                   u"SELECT type, propertyValue, confirmed FROM DocumentSearchProperties "
                   "WHERE identity = %1 ORDER BY type"_qs.arg(id));
-}
-
-TVLCollectionMetaData searchFor(const QString &text)
-{
-    TVLCollectionMetaData search;
-    search.mSearchText = text;
-    return search;
 }
 
 } // namespace
@@ -165,7 +158,7 @@ void TstSearchValidation::allUnconfirmedTextsAreAskedForInOrder()
     mIndex->validateIndexes(nullptr);
     QCOMPARE(mProject->takeRequests(), expected);
     for (int id = 0; id < 3; ++id)
-        QCOMPARE(rowsOfItem(*mIndex, id),
+        QCOMPARE(validatedRows(*mIndex, id),
                  QStringList({u"1|Title %1|1"_qs.arg(id), u"2|2 of %1|1"_qs.arg(id),
                               u"3|3 of %1|1"_qs.arg(id), u"4|4 of %1|1"_qs.arg(id),
                               u"8|8 of %1|1"_qs.arg(id), u"9|9 of %1|1"_qs.arg(id)}));
@@ -185,8 +178,8 @@ void TstSearchValidation::onlyUnconfirmedTextsAreAskedFor()
     mIndex->validateIndexes(nullptr);
     QCOMPARE(mProject->takeRequests(),
              (QList<Request>{{1, TVL::NotesProperty}, {2, TVL::TextProperty}}));
-    QVERIFY(rowsOfItem(*mIndex, 1).contains(u"3|changed|1"_qs));
-    QVERIFY(rowsOfItem(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"3|changed|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
 }
 
 void TstSearchValidation::whatIsConfirmedIsNotAskedForAgain()
@@ -285,7 +278,7 @@ void TstSearchValidation::withADialogTextsAreConfirmedByTheirFiles()
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
     QCOMPARE(trace.take().count(UpdateConfirmed), 4);
     // What is stored stays, whatever the project has.
-    QCOMPARE(rowsOfItem(*mIndex, 0),
+    QCOMPARE(validatedRows(*mIndex, 0),
              QStringList({u"1|Title 0|1"_qs, u"2||1"_qs, u"3||1"_qs, u"4||1"_qs, u"8|8 of 0|1"_qs,
                           u"9||1"_qs}));
 }
@@ -315,7 +308,7 @@ void TstSearchValidation::withADialogTextsInMemoryAreAskedFor()
     const QList<Request> requests = mProject->takeRequests();
     QCOMPARE(requests.size(), 6);
     QCOMPARE(requests.constFirst(), (Request{0, TVL::CustomMetaDataProperty}));
-    QVERIFY(rowsOfItem(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
 }
 
 void TstSearchValidation::withADialogMetaDataIsAskedFor()
@@ -539,9 +532,9 @@ void TstSearchValidation::theFileIsSavedAndLoadedInTheOpenTransaction()
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
     mProject->writeIndex("<SearchIndexes><Documents><Document ID=\"0\"><Text>no</Text></Document>");
     QVERIFY(!mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex, 0).contains(u"2|2 of 0|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 0).contains(u"2|2 of 0|1"_qs));
     QVERIFY(!mIndex->transaction());
 }
 
-TVL_TEST_MAIN(TstSearchValidation)
+TVL_TEST(TstSearchValidation)
 #include "tst_searchvalidation.moc"

@@ -173,7 +173,7 @@ private Q_SLOTS:
         QString separated;
         for (const QChar character : cased)
             separated += before + character + behind + u'\n';
-        for (int code = 0; code <= 0xffff; ++code) {
+        for (int code = 0; code <= 0xffff; code += testStep(1)) {
             const QChar character(code);
             const QStringList words{before + character + behind};
             const bool isCased = cased.contains(character);
@@ -233,7 +233,7 @@ private Q_SLOTS:
     {
         const int flags = Flag::WholeWord;
         TVLTextMatcher matcher(flags, {u"a"_qs});
-        for (int pair = 0; pair < 0x10000; ++pair) {
+        for (int pair = 0; pair < 0x10000; pair += testStep(1)) {
             const QByteArray beside{char(pair >> 8), char(pair & 0xff)};
             QByteArrayList texts;
             for (const char *lead : {"", "\xe0", "\xe2", "\xed", "\xf0"})
@@ -272,10 +272,7 @@ private Q_SLOTS:
     }
 
 private:
-    static quint32 firstSeed()
-    {
-        return qEnvironmentVariable("TVL_MATCHER_SEED", u"1"_qs).toUInt();
-    }
+    static quint32 firstSeed() { return qEnvironmentVariable("TVL_TEST_SEED", u"1"_qs).toUInt(); }
 
     /** Cased characters that some mapping takes for one, and their neighbours. */
     static QString relatives(QChar character, const QString &cased)
@@ -444,5 +441,5 @@ private:
     }
 };
 
-TVL_TEST_MAIN(TstTextMatcher)
+TVL_TEST(TstTextMatcher)
 #include "tst_textmatcher.moc"

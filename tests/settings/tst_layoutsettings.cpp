@@ -411,6 +411,6 @@ void TstLayoutSettings::visibilityFlagsAreStored()
     }
 }
 
-TVL_TEST_MAIN(TstLayoutSettings)
+TVL_TEST(TstLayoutSettings)
 
 #include "tst_layoutsettings.moc"

@@ -153,6 +153,6 @@ void TstProjectSettings::aLayoutIsTakenOutOfAProject()
     QCOMPARE(layout->preview().size(), QSize(2, 2));
 }
 
-TVL_TEST_MAIN(TstProjectSettings)
+TVL_TEST(TstProjectSettings)
 
 #include "tst_projectsettings.moc"

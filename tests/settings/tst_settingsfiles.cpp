@@ -401,6 +401,6 @@ void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing()
         QCOMPARE(inTheWay.content(), QByteArray("words"));
 }
 
-TVL_TEST_MAIN(TstSettingsFiles)
+TVL_TEST(TstSettingsFiles)
 
 #include "tst_settingsfiles.moc"

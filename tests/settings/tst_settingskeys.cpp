@@ -449,6 +449,6 @@ void TstSettingsKeys::allSettingsLieInOneFile()
     }
 }
 
-TVL_TEST_MAIN(TstSettingsKeys)
+TVL_TEST(TstSettingsKeys)
 
 #include "tst_settingskeys.moc"

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QProcessEnvironment>
+#include <QStandardPaths>
 
 namespace {
 
@@ -16,6 +17,11 @@ void start(QProcess *process, const LockIdentity &identity, const QString &what,
 }
 
 } // namespace
+
+QString identityPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/userlock.id"_qs;
+}
 
 QString lockProgramFile()
 {

@@ -6,6 +6,9 @@
 /** The program that the processes of these tests run, as a lock names it. */
 [[nodiscard]] QString lockProgramFile();
 
+/** Where a user's identity for locks lies. */
+[[nodiscard]] QString identityPath();
+
 /** Who a process is to a lock. */
 struct LockIdentity
 {

@@ -9,6 +9,9 @@
 
 class TVLProjectModel;
 
+/** The second copy of a binder, from the project's folder. */
+const QString AutosaveFile = u"Files/binder.autosave"_qs;
+
 /** One file in a zip. */
 struct ZipEntry
 {

@@ -5,6 +5,7 @@
 #include "TestBinderProject.h"
 #include "TestMain.h"
 #include "TestProject.h"
+#include "TestScale.h"
 
 #include <QTest>
 #include <QtEndian>
@@ -15,10 +16,8 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
-
 /** A binder whose text has little in it that repeats, so that its zip isn't all headers. */
-std::unique_ptr<TestBinderProject> makeBinder(int nodes)
+std::unique_ptr<TestBinderProject> randomBinder(int nodes)
 {
     RandomTreeOptions options;
     options.nodes = nodes;
@@ -116,7 +115,7 @@ private Q_SLOTS:
 
 void TstBrokenZips::aWholeZipReadsBack()
 {
-    const auto binder = makeBinder(60);
+    const auto binder = randomBinder(60);
     const TestProject project;
     project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binder->write()));
     TestBinderProject read;
@@ -139,7 +138,7 @@ void TstBrokenZips::aVeryCompressibleBinderReadsBack()
 
 void TstBrokenZips::aCutOffZipOpensAsNothing()
 {
-    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, makeBinder(60)->write());
+    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
     const TestProject project;
     project.writeFile(u"Files/version.txt"_qs, "18");
     const Silence silence;
@@ -163,12 +162,12 @@ void TstBrokenZips::aZipWithAChangedByteOpensAsItWasOrNotAtAll()
 {
     QFETCH(int, mask);
 
-    const auto binder = makeBinder(60);
+    const auto binder = randomBinder(60);
     const QByteArray zip = zipOf(u"Novel.tavelx"_qs, binder->write());
     const TestProject project;
     project.writeFile(u"Files/version.txt"_qs, "18");
     const Silence silence;
-    for (qsizetype position = 0; position < zip.size(); position += 61) {
+    for (qsizetype position = 0; position < zip.size(); position += testStep(61)) {
         QByteArray broken = zip;
         broken[position] = char(broken.at(position) ^ mask);
         project.writeFile(AutosaveFile, broken);
@@ -181,7 +180,7 @@ void TstBrokenZips::aZipWithAChangedByteOpensAsItWasOrNotAtAll()
 
 void TstBrokenZips::aZipWithAnyChangedBitReadsAsItWasOrNotAtAll()
 {
-    const auto binder = makeBinder(4);
+    const auto binder = randomBinder(4);
     const QByteArray zip = zipOf(u"Novel.tavelx"_qs, binder->write());
     const TestProject project;
     const Silence silence;
@@ -221,7 +220,7 @@ void TstBrokenZips::aZipThatClaimsAnImpossibleSizeIsRefusedWithoutAllocatingIt()
     QFETCH(quint32, claim);
 
     constexpr qint64 Allowance = 256 * 1024 * 1024;
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, makeBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
     for (const Field &field : fields)
         setField(&zip, field, claim);
     const TestProject project;
@@ -238,7 +237,7 @@ void TstBrokenZips::aZipThatClaimsAnImpossibleSizeIsRefusedWithoutAllocatingIt()
 
 void TstBrokenZips::aZipWhoseChecksumIsWrongIsRefused()
 {
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, makeBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
     setField(&zip, DirectoryCrc, 0x12345678);
     const TestProject project;
     project.writeFile(AutosaveFile, zip);
@@ -249,7 +248,7 @@ void TstBrokenZips::aZipWhoseChecksumIsWrongIsRefused()
 
 void TstBrokenZips::aZipThatClaimsLessThanItHoldsIsRefused()
 {
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, makeBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
     for (const Field &field : {LocalSize, DirectorySize})
         setField(&zip, field, 17);
     const TestProject project;
@@ -304,5 +303,5 @@ void TstBrokenZips::aZipWithNothingReadableInItIsRefused()
     QVERIFY(!Format::readZippedBinderFilePath(project.path(u"missing"_qs), &read));
 }
 
-TVL_TEST_MAIN(TstBrokenZips)
+TVL_TEST(TstBrokenZips)
 #include "tst_brokenzips.moc"

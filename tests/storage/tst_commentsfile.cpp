@@ -436,5 +436,5 @@ void TstCommentsFile::aFileThatCannotBeRemovedIsAFailure()
     QVERIFY(!error.isEmpty());
 }
 
-TVL_TEST_MAIN(TstCommentsFile)
+TVL_TEST(TstCommentsFile)
 #include "tst_commentsfile.moc"

@@ -539,5 +539,5 @@ void TstCopyProject::removingAProject()
     QVERIFY(QFileInfo::exists(sibling));
 }
 
-TVL_TEST_MAIN(TstCopyProject)
+TVL_TEST(TstCopyProject)
 #include "tst_copyproject.moc"

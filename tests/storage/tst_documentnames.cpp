@@ -265,5 +265,5 @@ void TstDocumentNames::filesAreReadFromTheDesktop()
              Format::filesDataNodePath(Path, uuidOf(12)));
 }
 
-TVL_TEST_MAIN(TstDocumentNames)
+TVL_TEST(TstDocumentNames)
 #include "tst_documentnames.moc"

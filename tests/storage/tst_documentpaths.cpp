@@ -440,5 +440,5 @@ void TstDocumentPaths::otherAlgorithmsCanBeAskedFor()
              Sha1OfAbc);
 }
 
-TVL_TEST_MAIN(TstDocumentPaths)
+TVL_TEST(TstDocumentPaths)
 #include "tst_documentpaths.moc"

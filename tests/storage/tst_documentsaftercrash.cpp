@@ -114,5 +114,5 @@ void TstDocumentsAfterCrash::theOptionIsAskedForOnce()
     QVERIFY2(error.startsWith(u"RTF Inspector could not read"), qPrintable(error));
 }
 
-TVL_TEST_MAIN(TstDocumentsAfterCrash)
+TVL_TEST(TstDocumentsAfterCrash)
 #include "tst_documentsaftercrash.moc"

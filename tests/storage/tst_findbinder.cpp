@@ -261,5 +261,5 @@ void TstFindBinder::withoutBindersThereIsNoNewestOne()
     QCOMPARE(Format::findNewestBinderFilePath(project.path()), QString());
 }
 
-TVL_TEST_MAIN(TstFindBinder)
+TVL_TEST(TstFindBinder)
 #include "tst_findbinder.moc"

@@ -18,7 +18,7 @@ constexpr int OneInterval = 4000 + 3000;
 
 constexpr int WatcherTimeout = 30000;
 
-const QString Files = u"Files"_qs;
+const QString FilesFolder = u"Files"_qs;
 const QString Settings = u"Settings"_qs;
 
 QTimer *timerOf(const TVLProjectFolderMonitor &monitor)
@@ -128,11 +128,11 @@ void TstFolderMonitor::foldersThatAreMissingAreMade()
     QCOMPARE(timerOf(monitor)->interval(), 4000);
     QVERIFY(!timerOf(monitor)->isSingleShot());
     QCOMPARE(monitor.monitorPath(), project.path());
-    QVERIFY(QFileInfo(project.path(Files)).isDir());
+    QVERIFY(QFileInfo(project.path(FilesFolder)).isDir());
     QVERIFY(QFileInfo(project.path(Settings)).isDir());
     QStringList watched = watcherOf(monitor)->directories();
     watched.sort();
-    QCOMPARE(watched, QStringList({project.path(Files), project.path(Settings)}));
+    QCOMPARE(watched, QStringList({project.path(FilesFolder), project.path(Settings)}));
     remove(project, Settings);
     QVERIFY(monitor.startMonitor());
     QVERIFY(QFileInfo(project.path(Settings)).isDir());
@@ -178,7 +178,7 @@ void TstFolderMonitor::aFolderThatCannotBeUsedIsNotWatched_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<bool>("isFile");
-    for (const QString &folder : {Files, Settings}) {
+    for (const QString &folder : {FilesFolder, Settings}) {
         QTest::addRow("%s is a file", qPrintable(folder)) << folder << true;
         QTest::addRow("%s is read-only", qPrintable(folder)) << folder << false;
     }
@@ -240,11 +240,11 @@ void TstFolderMonitor::anotherPathIsWatchedOnlyWhenStarted()
     monitor.setMonitorPath(other.path());
     QVERIFY(isIdle(monitor));
     QCOMPARE(monitor.monitorPath(), other.path());
-    QVERIFY(!QFileInfo::exists(other.path(Files)));
+    QVERIFY(!QFileInfo::exists(other.path(FilesFolder)));
     QVERIFY(monitor.startMonitor());
     QVERIFY(isWatching(monitor));
-    QVERIFY(watcherOf(monitor)->directories().contains(other.path(Files)));
-    QVERIFY(!watcherOf(monitor)->directories().contains(project.path(Files)));
+    QVERIFY(watcherOf(monitor)->directories().contains(other.path(FilesFolder)));
+    QVERIFY(!watcherOf(monitor)->directories().contains(project.path(FilesFolder)));
 }
 
 void TstFolderMonitor::startingWithAPathMovesTheWatch()
@@ -256,10 +256,10 @@ void TstFolderMonitor::startingWithAPathMovesTheWatch()
     TVLProjectFolderMonitor monitor(project.path());
     QVERIFY(monitor.startMonitor(other.path()));
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
-    remove(other, Files);
+    remove(project, FilesFolder);
+    remove(other, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
-    QCOMPARE(pathsIn(spy), QStringList(other.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(other.path(FilesFolder)));
     // One that can't be watched ends the watch all the same.
     QVERIFY(!monitor.startMonitor(other.path(u"missing"_qs)));
     QVERIFY(isIdle(monitor));
@@ -274,7 +274,7 @@ void TstFolderMonitor::startingTwiceIsStartingOnce()
     QVERIFY(monitor.startMonitor(project.path()));
     QCOMPARE(watcherOf(monitor)->directories().size(), 2);
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
+    remove(project, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
     QCOMPARE(spy.size(), 1);
 }
@@ -312,11 +312,11 @@ void TstFolderMonitor::aLossOfFilesGivesOneSignal()
     project.writeFile(u"Files/Docs/1.rtf"_qs, "text");
     TVLProjectFolderMonitor monitor(project.path());
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
+    remove(project, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
     QVERIFY(!timerOf(monitor)->isActive());
     QCoreApplication::processEvents();
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
 }
 
 void TstFolderMonitor::aLossOfSettingsIsToldToo()
@@ -338,9 +338,9 @@ void TstFolderMonitor::theTimerSeesWhatTheWatcherMisses()
     TVLProjectFolderMonitor monitor(project.path());
     deafen(monitor);
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
+    remove(project, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
     QVERIFY(!timerOf(monitor)->isActive());
 }
 
@@ -350,9 +350,9 @@ void TstFolderMonitor::readOnlyFilesAreSeenByTheWatcher()
     makeFolder(project);
     TVLProjectFolderMonitor monitor(project.path());
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    const ReducedPermissions reduced(project.path(Files), ReducedPermissions::ReadOnly);
+    const ReducedPermissions reduced(project.path(FilesFolder), ReducedPermissions::ReadOnly);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
     QVERIFY(!timerOf(monitor)->isActive());
 }
 
@@ -363,9 +363,9 @@ void TstFolderMonitor::readOnlyFilesAreSeenByTheTimer()
     TVLProjectFolderMonitor monitor(project.path());
     deafen(monitor);
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    const ReducedPermissions reduced(project.path(Files), ReducedPermissions::ReadOnly);
+    const ReducedPermissions reduced(project.path(FilesFolder), ReducedPermissions::ReadOnly);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
     QVERIFY(!timerOf(monitor)->isActive());
 }
 
@@ -376,10 +376,10 @@ void TstFolderMonitor::aFileInTheFoldersPlaceIsALoss()
     TVLProjectFolderMonitor monitor(project.path());
     deafen(monitor);
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
-    project.writeFile(Files, "no folder");
+    remove(project, FilesFolder);
+    project.writeFile(FilesFolder, "no folder");
     lookNow(&monitor);
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
 }
 
 void TstFolderMonitor::aLossEndsTheRegularLook()
@@ -392,12 +392,12 @@ void TstFolderMonitor::aLossEndsTheRegularLook()
     bool wasActive = true;
     connect(&monitor, &TVLProjectFolderMonitor::externallyModified, this,
             [&] { wasActive = timerOf(monitor)->isActive(); });
-    remove(project, Files);
+    remove(project, FilesFolder);
     lookNow(&monitor);
     QVERIFY(!wasActive);
     QVERIFY(!timerOf(monitor)->isActive());
     // The folder coming back doesn't begin it anew.
-    QVERIFY(QDir().mkpath(project.path(Files)));
+    QVERIFY(QDir().mkpath(project.path(FilesFolder)));
     QVERIFY(!timerOf(monitor)->isActive());
     QCOMPARE(spy.size(), 1);
 }
@@ -409,15 +409,15 @@ void TstFolderMonitor::afterALossItCanBeStartedAgain()
     TVLProjectFolderMonitor monitor(project.path());
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
     for (int loss = 1; loss <= 2; ++loss) {
-        remove(project, Files);
+        remove(project, FilesFolder);
         QTRY_COMPARE_WITH_TIMEOUT(int(spy.size()), loss, OneInterval);
         QVERIFY(!timerOf(monitor)->isActive());
         QVERIFY(monitor.startMonitor());
         QVERIFY(isWatching(monitor));
-        QVERIFY(QFileInfo(project.path(Files)).isDir());
+        QVERIFY(QFileInfo(project.path(FilesFolder)).isDir());
         QCOMPARE(watcherOf(monitor)->directories().size(), 2);
     }
-    QCOMPARE(pathsIn(spy), QStringList({project.path(Files), project.path(Files)}));
+    QCOMPARE(pathsIn(spy), QStringList({project.path(FilesFolder), project.path(FilesFolder)}));
 }
 
 void TstFolderMonitor::whenTheWholeProjectGoesEachFolderIsToldOnce()
@@ -430,7 +430,7 @@ void TstFolderMonitor::whenTheWholeProjectGoesEachFolderIsToldOnce()
     QTRY_COMPARE_WITH_TIMEOUT(int(spy.size()), 2, WatcherTimeout);
     QStringList paths = pathsIn(spy);
     paths.sort();
-    QCOMPARE(paths, QStringList({project.path(Files), project.path(Settings)}));
+    QCOMPARE(paths, QStringList({project.path(FilesFolder), project.path(Settings)}));
     QVERIFY(isIdle(monitor));
     QVERIFY(!monitor.startMonitor());
 }
@@ -510,7 +510,7 @@ void TstFolderMonitor::afterTheEndOfTheWatchNothingIsTold()
     monitor.stopMonitor();
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
     const QSignalSpy witnessSpy(&witness, &TVLProjectFolderMonitor::externallyModified);
-    remove(project, Files);
+    remove(project, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!witnessSpy.isEmpty(), OneInterval);
     QCOMPARE(pathsIn(spy), QStringList());
 }
@@ -523,9 +523,9 @@ void TstFolderMonitor::aProjectPassesTheSignalOn()
     const auto model = project.open();
     QVERIFY(model);
     const QSignalSpy spy(model.get(), &TVLProjectModel::externallyModified);
-    remove(project, Files);
+    remove(project, FilesFolder);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
-    QCOMPARE(pathsIn(spy), QStringList(project.path(Files)));
+    QCOMPARE(pathsIn(spy), QStringList(project.path(FilesFolder)));
 }
 
 void TstFolderMonitor::aMobileProjectIsNotWatched()
@@ -538,9 +538,5 @@ void TstFolderMonitor::aMobileProjectIsNotWatched()
     QVERIFY(desktopModel.findChild<TVLProjectFolderMonitor *>());
 }
 
-int main(int argc, char **argv)
-{
-    dropRightsOfTheSuperuser();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstFolderMonitor>(); });
-}
+TVL_TEST_PREPARED(TstFolderMonitor, dropRightsOfTheSuperuser)
 #include "tst_foldermonitor.moc"

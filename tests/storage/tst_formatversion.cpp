@@ -477,5 +477,5 @@ void TstFormatVersion::aProjectThatDoesNotExistYetHasAPathAndCanBeWritten()
     QVERIFY(!QFileInfo::exists(project.path()));
 }
 
-TVL_TEST_MAIN(TstFormatVersion)
+TVL_TEST(TstFormatVersion)
 #include "tst_formatversion.moc"

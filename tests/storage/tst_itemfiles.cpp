@@ -553,5 +553,5 @@ void TstItemFiles::aMobileItemIsCloned()
     QCOMPARE(other.files().size(), 2);
 }
 
-TVL_TEST_MAIN(TstItemFiles)
+TVL_TEST(TstItemFiles)
 #include "tst_itemfiles.moc"

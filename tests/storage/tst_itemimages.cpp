@@ -325,5 +325,5 @@ void TstItemImages::anIconThatCannotBeWrittenIsAFailure()
     QVERIFY(!Format::addIcon(blocked.path(), u"red.png"_qs, picture()));
 }
 
-TVL_TEST_MAIN(TstItemImages)
+TVL_TEST(TstItemImages)
 #include "tst_itemimages.moc"

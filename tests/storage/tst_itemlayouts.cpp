@@ -273,5 +273,5 @@ void TstItemLayouts::foldersAreListedByTheirUuids()
     QCOMPARE(Format::folderUUIDs(project.path(u"missing"_qs)), QList<QUuid>());
 }
 
-TVL_TEST_MAIN(TstItemLayouts)
+TVL_TEST(TstItemLayouts)
 #include "tst_itemlayouts.moc"

@@ -531,5 +531,5 @@ void TstLayout::settingAnObjectsPathTakesTheEnclosingPath()
     QCOMPARE(format.projectPath(), project());
 }
 
-TVL_TEST_MAIN(TstLayout)
+TVL_TEST(TstLayout)
 #include "tst_layout.moc"

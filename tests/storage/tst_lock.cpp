@@ -1,3 +1,4 @@
+#include "LockFixtures.h"
 #include "TVLProjectFolderFormat.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -30,11 +31,6 @@ void edit(const TestProject &project, const Edits &edits)
         else
             lock.remove(row.key());
     }
-}
-
-QString identityPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/userlock.id"_qs;
 }
 
 } // namespace
@@ -365,5 +361,5 @@ void TstLock::anyFolderNameCompares()
     QCOMPARE(Format::compareLockFile(project.path(), nullptr, nullptr, nullptr), 1);
 }
 
-TVL_TEST_MAIN(TstLock)
+TVL_TEST(TstLock)
 #include "tst_lock.moc"

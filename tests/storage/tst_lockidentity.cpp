@@ -1,3 +1,4 @@
+#include "LockFixtures.h"
 #include "TVLProjectFolderFormat.h"
 #include "TestMain.h"
 
@@ -12,11 +13,6 @@
 namespace {
 
 using Format = TVLProjectFolderFormat;
-
-QString identityPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/userlock.id"_qs;
-}
 
 void writeIdentity(const QUuid &id)
 {
@@ -78,5 +74,5 @@ void TstLockIdentity::theIdentityIsNotReadAgain()
     QVERIFY(!QFile::exists(identityPath()));
 }
 
-TVL_TEST_MAIN(TstLockIdentity)
+TVL_TEST(TstLockIdentity)
 #include "tst_lockidentity.moc"

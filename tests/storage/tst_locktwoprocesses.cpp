@@ -273,5 +273,5 @@ void TstLockTwoProcesses::whoeverComesAfterAKilledProcessMayTakeTheLockOver()
     QVERIFY(next.close());
 }
 
-TVL_TEST_MAIN(TstLockTwoProcesses)
+TVL_TEST(TstLockTwoProcesses)
 #include "tst_locktwoprocesses.moc"

@@ -270,5 +270,5 @@ void TstMobileBinder::otherFilesOfTheMobileFolderStay()
     QCOMPARE(project.files(), expected);
 }
 
-TVL_TEST_MAIN(TstMobileBinder)
+TVL_TEST(TstMobileBinder)
 #include "tst_mobilebinder.moc"

@@ -14,7 +14,6 @@ namespace {
 using Format = TVLProjectFolderFormat;
 
 const QString VersionFile = u"Files/version.txt"_qs;
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
 const QString BackupFile = u"Files/binder.backup"_qs;
 
 /** What a file that should hold a binder holds. */
@@ -576,5 +575,5 @@ void TstOpenProject::aBookOpensWhole()
     QVERIFY(model->isSaved());
 }
 
-TVL_TEST_MAIN(TstOpenProject)
+TVL_TEST(TstOpenProject)
 #include "tst_openproject.moc"

@@ -497,9 +497,5 @@ void TstProjectNoteFiles::errorsNeedNotBeAskedFor()
     QVERIFY(!Format::removeProjectNote(project.path(), 13, nullptr));
 }
 
-int main(int argc, char **argv)
-{
-    dropRightsOfTheSuperuser();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstProjectNoteFiles>(); });
-}
+TVL_TEST_PREPARED(TstProjectNoteFiles, dropRightsOfTheSuperuser)
 #include "tst_projectnotefiles.moc"

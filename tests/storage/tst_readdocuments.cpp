@@ -685,5 +685,5 @@ void TstReadDocuments::addressesOfLinks()
     QVERIFY(Format::toTavelinorLinkMap(links, {}).isEmpty());
 }
 
-TVL_TEST_MAIN(TstReadDocuments)
+TVL_TEST(TstReadDocuments)
 #include "tst_readdocuments.moc"

@@ -39,7 +39,7 @@ QString couldNotOpen(const TestProject &project, const QString &file, const QStr
 }
 
 /** A project whose items with the ids 1 to 9 are known by their uuids. */
-const TestBinderProject &knownItems()
+const TestBinderProject &itemsOfNotes()
 {
     static TestBinderProject project;
     for (int id = 1; id < 10; ++id)
@@ -517,7 +517,7 @@ void TstReadProjectNotes::linksSurvive()
     QVERIFY(Format::hasLinksInSyncFileFormat(project.path(noteFile(10))));
     QVERIFY(!project.readFile(NotesIndex).contains("Links"));
     Notes read;
-    QVERIFY(read.read(project, nullptr, &knownItems()));
+    QVERIFY(read.read(project, nullptr, &itemsOfNotes()));
     QCOMPARE(TVLTextDoc::internalLinks(read.at(0)), links);
 }
 
@@ -535,7 +535,7 @@ void TstReadProjectNotes::linksOfTheIndexAreSet()
     for (const int id : {10, 11, 12})
         project.writeFile(noteFile(id), rtfOf("Once upon a time"));
     Notes notes;
-    QVERIFY(notes.read(project, nullptr, &knownItems()));
+    QVERIFY(notes.read(project, nullptr, &itemsOfNotes()));
     const QMap<TVLTextRange, QString> expected = {{{0, 4}, addressOf(4)}, {{5, 4}, addressOf(3)}};
     QCOMPARE(TVLTextDoc::internalLinks(notes.at(0)), expected);
     QCOMPARE(addressesIn(notes.at(1)), QStringList());
@@ -553,7 +553,7 @@ void TstReadProjectNotes::linksByUuidInTheFileWin()
     project.writeFile(NotesIndex,
                       noteIndexXml(noteXml(10, linksXml("<LinkID Range=\"0,4\">3</LinkID>"))));
     Notes read;
-    QVERIFY(read.read(project, nullptr, &knownItems()));
+    QVERIFY(read.read(project, nullptr, &itemsOfNotes()));
     QCOMPARE(addressesIn(read.at(0)), QStringList(addressOf(1)));
 }
 
@@ -579,7 +579,7 @@ void TstReadProjectNotes::linksToUnknownItemsAreLeftOut()
                                                     "<LinkID Range=\"900,4\">5</LinkID>"))));
     project.writeFile(noteFile(10), rtfOf("Once upon a time"));
     Notes notes;
-    QVERIFY(notes.read(project, nullptr, &knownItems()));
+    QVERIFY(notes.read(project, nullptr, &itemsOfNotes()));
     QCOMPARE(addressesIn(notes.at(0)), QStringList(addressOf(3)));
 }
 
@@ -592,7 +592,7 @@ void TstReadProjectNotes::writtenLinksOfOldAreInTheFile()
     project.writeFile(noteFile(10), rtfOf("Once upon a time"));
     QVERIFY(!Format::hasLinksInSyncFileFormat(project.path(noteFile(10))));
     Notes notes;
-    QVERIFY(notes.read(project, nullptr, &knownItems()));
+    QVERIFY(notes.read(project, nullptr, &itemsOfNotes()));
     QVERIFY(notes.write(project));
     QVERIFY(Format::hasLinksInSyncFileFormat(project.path(noteFile(10))));
     QVERIFY(!project.readFile(NotesIndex).contains("Links"));
@@ -646,9 +646,5 @@ void TstReadProjectNotes::aFileThatIsNotThereHasNoLinks()
     QVERIFY(!Format::hasLinksInSyncFileFormat(project.enclosingPath()));
 }
 
-int main(int argc, char **argv)
-{
-    dropRightsOfTheSuperuser();
-    return tvlRunTest(argc, argv, [] { return std::make_unique<TstReadProjectNotes>(); });
-}
+TVL_TEST_PREPARED(TstReadProjectNotes, dropRightsOfTheSuperuser)
 #include "tst_readprojectnotes.moc"

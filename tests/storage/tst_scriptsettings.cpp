@@ -154,5 +154,5 @@ void TstScriptSettings::theTagsAreThoseOfTheBinder()
     QTEST(QString::fromLatin1(QTest::currentDataTag()), "tag");
 }
 
-TVL_TEST_MAIN(TstScriptSettings)
+TVL_TEST(TstScriptSettings)
 #include "tst_scriptsettings.moc"

@@ -48,7 +48,7 @@ TVLSnapshotInfo onlySnapshot(const TestProject &project)
     return infos.constFirst();
 }
 
-QStringList addressesIn(const QTextDocument &document)
+QStringList snapshotAddresses(const QTextDocument &document)
 {
     return TVLTextDoc::internalLinks(&document).values();
 }
@@ -190,7 +190,7 @@ void TstSnapshotFiles::commentsFootnotesAndLinksAreReadAsTheyWere()
     QVERIFY(Format::readSnapshot(project.path(), Id, onlySnapshot(project), &read, {}));
     QCOMPARE(differenceOfDocuments(read, document), QString());
     QCOMPARE(TVLTextDoc::comments(&read, -1, -1), (QList{numberedComment(1), footnote}));
-    QCOMPARE(addressesIn(read), QStringList{TVLTextFormat::internalLinkAddress(uuidOf(4))});
+    QCOMPARE(snapshotAddresses(read), QStringList{TVLTextFormat::internalLinkAddress(uuidOf(4))});
 }
 
 void TstSnapshotFiles::anEmptyTextHasASnapshotToo()
@@ -240,11 +240,11 @@ void TstSnapshotFiles::linksByIdBecomeLinksByUuid()
     info.mLinks.mTargets = {{{0, 5}, 4}};
     QTextDocument read;
     QVERIFY(Format::readSnapshot(project.path(), Id, info, &read, {{4, uuidOf(4)}}));
-    QCOMPARE(addressesIn(read),
+    QCOMPARE(snapshotAddresses(read),
              (QStringList{TVLTextFormat::internalLinkAddress(uuidOf(4)),
                           TVLTextFormat::internalLinkAddress(uuidOf(6))}));
     // The live text keeps its links.
-    QCOMPARE(addressesIn(document).constFirst(), TVLTextFormat::internalLinkAddress(4));
+    QCOMPARE(snapshotAddresses(document).constFirst(), TVLTextFormat::internalLinkAddress(4));
 }
 
 void TstSnapshotFiles::linksOfAnOldIndexAreSet()
@@ -636,5 +636,5 @@ void TstSnapshotFiles::aCloneThatFailsIsAFailure()
     QVERIFY(!Format::hasSnapshots(project.path(), 21));
 }
 
-TVL_TEST_MAIN(TstSnapshotFiles)
+TVL_TEST(TstSnapshotFiles)
 #include "tst_snapshotfiles.moc"

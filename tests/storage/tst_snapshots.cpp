@@ -14,9 +14,9 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-constexpr int Id = 12;
+constexpr int ItemId = 12;
 
-QList<TVLSnapshotInfo> listed(const TestProject &project, int id = Id)
+QList<TVLSnapshotInfo> listed(const TestProject &project, int id = ItemId)
 {
     QList<TVLSnapshotInfo> infos;
     if (!Format::readSnapshots(project.path(), id, &infos))
@@ -24,7 +24,7 @@ QList<TVLSnapshotInfo> listed(const TestProject &project, int id = Id)
     return infos;
 }
 
-bool folderExists(const TestProject &project, int id = Id)
+bool folderExists(const TestProject &project, int id = ItemId)
 {
     return QFileInfo::exists(project.path(snapshotsFolder(id)));
 }
@@ -99,11 +99,11 @@ void TstSnapshots::anItemWithoutAFolderHasNone()
     const TestProject project;
     project.writeFile(u"Novel.tavelx"_qs, "binder");
     QVERIFY(listed(project).isEmpty());
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     QVERIFY(!folderExists(project));
     // What the caller has in its list isn't the index's business then.
     QList<TVLSnapshotInfo> infos = {snapshotOf(u"mine"_qs, 1)};
-    QVERIFY(Format::readSnapshots(project.path(), Id, &infos));
+    QVERIFY(Format::readSnapshots(project.path(), ItemId, &infos));
     QCOMPARE(infos.size(), 1);
 }
 
@@ -112,10 +112,10 @@ void TstSnapshots::aFolderWithoutAnIndexHasNone()
     const TestProject project;
     project.writeFile(snapshotFile(0), rtfOf("text"));
     QVERIFY(listed(project).isEmpty());
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     // Nothing is remembered of it.
     project.writeFile(snapshotsIndex(), indexXml(snapshotXml("First")));
-    QVERIFY(Format::hasSnapshots(project.path(), Id));
+    QVERIFY(Format::hasSnapshots(project.path(), ItemId));
     QCOMPARE(listed(project), QList<TVLSnapshotInfo>{snapshotOf(u"First"_qs, 0)});
 }
 
@@ -151,9 +151,9 @@ void TstSnapshots::titlesSurvive()
     QCOMPARE(addSnapshot(project, title, 1, u"text"_qs), QString());
     QCOMPARE(addSnapshot(project, u"another"_qs, 2, u"text"_qs), QString());
     QCOMPARE(snapshotTitles(project), (QStringList{title, u"another"_qs}));
-    QVERIFY(Format::setSnapshotTitle(project.path(), Id, momentOf(2), title));
+    QVERIFY(Format::setSnapshotTitle(project.path(), ItemId, momentOf(2), title));
     QCOMPARE(snapshotTitles(project), (QStringList{title, title}));
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(title, 1)));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(title, 1)));
     QCOMPARE(snapshotTitles(project), QStringList{title});
 }
 
@@ -163,7 +163,7 @@ void TstSnapshots::datesAreKeptInUtcToTheSecond()
     TVLSnapshotInfo info = snapshotOf(u"Now"_qs, 0);
     info.mDate = QDateTime(QDate(2026, 7, 1), QTime(1, 2, 3, 987), Qt::OffsetFromUTC, 2 * 3600);
     const QTextDocument document;
-    QVERIFY(Format::addSnapshot(project.path(), Id, info, &document, nullptr));
+    QVERIFY(Format::addSnapshot(project.path(), ItemId, info, &document, nullptr));
     QVERIFY(
         QFileInfo::exists(project.path(snapshotsFolder() + u"/2026-06-30-23-02-03+0000.rtf"_qs)));
     QVERIFY(project.readFile(snapshotsIndex()).contains("2026-06-30 23:02:03 +0000"));
@@ -171,9 +171,9 @@ void TstSnapshots::datesAreKeptInUtcToTheSecond()
     QCOMPARE(listed(project).constFirst().mDate, expected);
     // The caller may go on with what it has.
     QTextDocument read;
-    QVERIFY(Format::readSnapshot(project.path(), Id, info, &read, {}));
-    QVERIFY(Format::setSnapshotTitle(project.path(), Id, info.mDate, u"Now"_qs));
-    QVERIFY(Format::removeSnapshot(project.path(), Id, info));
+    QVERIFY(Format::readSnapshot(project.path(), ItemId, info, &read, {}));
+    QVERIFY(Format::setSnapshotTitle(project.path(), ItemId, info.mDate, u"Now"_qs));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, info));
     QVERIFY(!folderExists(project));
 }
 
@@ -187,7 +187,7 @@ void TstSnapshots::commentsAreKeptInTheIndex()
     // Those that come with the record are not those of the text.
     TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
     info.mComments = {numberedComment(3)};
-    QVERIFY(Format::addSnapshot(project.path(), Id, info, &document, nullptr));
+    QVERIFY(Format::addSnapshot(project.path(), ItemId, info, &document, nullptr));
     Format::clearSnapshotsCache(project.path());
     const QList<TVLTextCommentLink> comments = listed(project).constFirst().mComments;
     QCOMPARE(comments, TVLTextDoc::comments(&document, -1, -1));
@@ -202,14 +202,14 @@ void TstSnapshots::aThousandSnapshotsAreListedQuickly()
         infos.append(snapshotOf(u"Snapshot %1"_qs.arg(second), second));
         project.writeFile(snapshotFile(second), rtfOf("text"));
     }
-    QVERIFY(Format::writeSnapshots(project.path(), Id, infos));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, infos));
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(listed(project), infos);
     QVERIFY(timer.elapsed() < 2000);
     timer.restart();
-    QVERIFY(Format::setSnapshotTitle(project.path(), Id, momentOf(500), u"Renamed"_qs));
-    QVERIFY(Format::removeSnapshot(project.path(), Id, infos.at(999)));
+    QVERIFY(Format::setSnapshotTitle(project.path(), ItemId, momentOf(500), u"Renamed"_qs));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, infos.at(999)));
     QVERIFY(timer.elapsed() < 5000);
     QCOMPARE(listed(project).size(), 999);
     QCOMPARE(listed(project).at(500).mTitle, u"Renamed"_qs);
@@ -219,10 +219,10 @@ void TstSnapshots::aProjectCanBeNamedByItsBinder()
 {
     const TestProject project;
     const QTextDocument document;
-    QVERIFY(Format::addSnapshot(project.binderPath(), Id, snapshotOf(u"First"_qs, 0), &document,
+    QVERIFY(Format::addSnapshot(project.binderPath(), ItemId, snapshotOf(u"First"_qs, 0), &document,
                                 nullptr));
     QVERIFY(QFileInfo::exists(project.path(snapshotFile(0))));
-    QVERIFY(Format::hasSnapshots(project.binderPath(), Id));
+    QVERIFY(Format::hasSnapshots(project.binderPath(), ItemId));
     QCOMPARE(listed(project).size(), 1);
     project.writeFile(snapshotsIndex(), indexXml({}));
     Format::clearSnapshotsCache(project.binderPath());
@@ -261,12 +261,12 @@ void TstSnapshots::clearingGoesForOneProject()
 void TstSnapshots::whatIsWrittenIsNewsToTheNextRead()
 {
     const TestProject project;
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"First"_qs, 1)}));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, {snapshotOf(u"First"_qs, 1)}));
     QCOMPARE(listed(project).size(), 1);
-    QVERIFY(Format::writeSnapshots(project.path(), Id,
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId,
                                    {snapshotOf(u"First"_qs, 1), snapshotOf(u"Second"_qs, 2)}));
     QCOMPARE(listed(project).size(), 2);
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {}));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, {}));
     QVERIFY(listed(project).isEmpty());
 }
 
@@ -275,12 +275,12 @@ void TstSnapshots::hasSnapshotsAsksWhatIsKnownFirst()
     const TestProject project;
     project.writeFile(snapshotsIndex(), indexXml({}));
     // By the folder alone there are some.
-    QVERIFY(Format::hasSnapshots(project.path(), Id));
-    QVERIFY(Format::hasSnapshotsViaSnapshotsDir(QDir(project.path(u"Snapshots"_qs)), Id));
+    QVERIFY(Format::hasSnapshots(project.path(), ItemId));
+    QVERIFY(Format::hasSnapshotsViaSnapshotsDir(QDir(project.path(u"Snapshots"_qs)), ItemId));
     QVERIFY(listed(project).isEmpty());
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     Format::clearSnapshotsCache(project.path());
-    QVERIFY(Format::hasSnapshots(project.path(), Id));
+    QVERIFY(Format::hasSnapshots(project.path(), ItemId));
 }
 
 void TstSnapshots::anIdMayComeToAnotherItem()
@@ -288,15 +288,15 @@ void TstSnapshots::anIdMayComeToAnotherItem()
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
     QCOMPARE(listed(project).size(), 1);
-    QVERIFY(Format::removeProjectFiles(project.path(), Id));
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(Format::removeProjectFiles(project.path(), ItemId));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     QVERIFY(listed(project).isEmpty());
     // The same second is free again.
     QCOMPARE(addSnapshot(project, u"Second"_qs, 0, u"other text"_qs), QString());
     QCOMPARE(snapshotTitles(project), QStringList{u"Second"_qs});
     QCOMPARE(snapshotText(project, 0), u"other text"_qs);
     // The new item's files are looked at anew.
-    QVERIFY(Format::removeProjectFiles(project.path(), Id));
+    QVERIFY(Format::removeProjectFiles(project.path(), ItemId));
     project.writeFile(snapshotsFolder() + u"/2026-03-01-07-30-00+0100.rtf"_qs, rtfOf("old form"));
     project.writeFile(snapshotsIndex(), indexXml(snapshotXml("Old")));
     QCOMPARE(snapshotText(project, 0), u"old form"_qs);
@@ -329,10 +329,10 @@ void TstSnapshots::anEmptyListRemovesTheFolder()
 {
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {}));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, {}));
     QVERIFY(!folderExists(project));
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {}));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, {}));
     QVERIFY(!folderExists(project));
 }
 
@@ -341,9 +341,9 @@ void TstSnapshots::aFolderThatCannotBeMadeIsLogged()
     const TestProject project;
     project.writeFile(u"Snapshots"_qs, "a file");
     QTest::ignoreMessage(QtDebugMsg, "could not create subdir \"12.snapshots\"");
-    QVERIFY(!Format::writeSnapshots(project.path(), Id, {snapshotOf(u"First"_qs, 0)}));
+    QVERIFY(!Format::writeSnapshots(project.path(), ItemId, {snapshotOf(u"First"_qs, 0)}));
     QList<TVLSnapshotInfo> infos;
-    QVERIFY(!Format::readSnapshots(project.path(), Id, &infos));
+    QVERIFY(!Format::readSnapshots(project.path(), ItemId, &infos));
     QCOMPARE(project.readFile(u"Snapshots"_qs), "a file");
 }
 
@@ -352,10 +352,10 @@ void TstSnapshots::aFolderThatCannotBeEnteredIsLogged()
     const TestProject project;
     project.writeFile(snapshotsFolder(), "a file");
     QTest::ignoreMessage(QtDebugMsg, "could not enter subdir \"12.snapshots\"");
-    QVERIFY(!Format::writeSnapshots(project.path(), Id, {snapshotOf(u"First"_qs, 0)}));
+    QVERIFY(!Format::writeSnapshots(project.path(), ItemId, {snapshotOf(u"First"_qs, 0)}));
     QList<TVLSnapshotInfo> infos;
-    QVERIFY(!Format::readSnapshots(project.path(), Id, &infos));
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(!Format::readSnapshots(project.path(), ItemId, &infos));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     QCOMPARE(project.readFile(snapshotsFolder()), "a file");
 }
 
@@ -365,7 +365,7 @@ void TstSnapshots::anIndexThatCannotBeWrittenIsLogged()
     QVERIFY(QDir().mkpath(project.path(snapshotsIndex())));
     const QString line = u"failed to open file \"%1\""_qs.arg(project.path(snapshotsIndex()));
     QTest::ignoreMessage(QtDebugMsg, qPrintable(line));
-    QVERIFY(!Format::writeSnapshots(project.path(), Id, {snapshotOf(u"First"_qs, 0)}));
+    QVERIFY(!Format::writeSnapshots(project.path(), ItemId, {snapshotOf(u"First"_qs, 0)}));
 }
 
 void TstSnapshots::aDamagedIndexIsNeverTouched_data()
@@ -388,18 +388,18 @@ void TstSnapshots::aDamagedIndexIsNeverTouched()
     const QMap<QString, QByteArray> before = project.files();
 
     QList<TVLSnapshotInfo> infos = {snapshotOf(u"mine"_qs, 0)};
-    QVERIFY(!Format::readSnapshots(project.path(), Id, &infos));
+    QVERIFY(!Format::readSnapshots(project.path(), ItemId, &infos));
     QCOMPARE(infos.size(), 1);
-    QVERIFY(Format::hasSnapshots(project.path(), Id));
+    QVERIFY(Format::hasSnapshots(project.path(), ItemId));
     QCOMPARE(
         addSnapshot(project, u"Second"_qs, 1, u"text"_qs),
         u"Could not read the index of the snapshots: '%1'"_qs.arg(project.path(snapshotsIndex())));
-    QVERIFY(!Format::removeSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0)));
-    QVERIFY(!Format::setSnapshotTitle(project.path(), Id, momentOf(0), u"Other"_qs));
-    Format::fixSnapshotFileNames(project.path(), Id);
-    QVERIFY(!Format::mergeSnapshots(project.path(), Id, {13}));
+    QVERIFY(!Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"First"_qs, 0)));
+    QVERIFY(!Format::setSnapshotTitle(project.path(), ItemId, momentOf(0), u"Other"_qs));
+    Format::fixSnapshotFileNames(project.path(), ItemId);
+    QVERIFY(!Format::mergeSnapshots(project.path(), ItemId, {13}));
     // As a source it is told to be incomplete, so that nobody deletes it.
-    QVERIFY(!Format::mergeSnapshots(project.path(), 13, {Id}));
+    QVERIFY(!Format::mergeSnapshots(project.path(), 13, {ItemId}));
     QCOMPARE(project.files(), before);
     // Its texts can still be read.
     QCOMPARE(snapshotText(project, 0), u"text"_qs);
@@ -410,12 +410,12 @@ void TstSnapshots::aSnapshotIsRemovedWithItsText()
     const TestProject project;
     for (const int second : {1, 2, 3})
         QCOMPARE(addSnapshot(project, u"Same"_qs, second, QString::number(second)), QString());
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(u"Same"_qs, 2)));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"Same"_qs, 2)));
     QCOMPARE(listed(project), (QList{snapshotOf(u"Same"_qs, 1), snapshotOf(u"Same"_qs, 3)}));
     QVERIFY(!QFileInfo::exists(project.path(snapshotFile(2))));
     QCOMPARE(snapshotText(project, 1), u"1"_qs);
     QCOMPARE(snapshotText(project, 3), u"3"_qs);
-    QVERIFY(!Format::removeSnapshot(project.path(), Id, snapshotOf(u"Same"_qs, 2)));
+    QVERIFY(!Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"Same"_qs, 2)));
 }
 
 void TstSnapshots::removingTheLastSnapshotRemovesTheFolder()
@@ -423,10 +423,10 @@ void TstSnapshots::removingTheLastSnapshotRemovesTheFolder()
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 1, u"text"_qs), QString());
     QCOMPARE(addSnapshot(project, u"Second"_qs, 2, u"text"_qs), QString());
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 1)));
-    QVERIFY(Format::hasSnapshots(project.path(), Id));
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(u"Second"_qs, 2)));
-    QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"First"_qs, 1)));
+    QVERIFY(Format::hasSnapshots(project.path(), ItemId));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"Second"_qs, 2)));
+    QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     QVERIFY(!folderExists(project));
     QVERIFY(listed(project).isEmpty());
 }
@@ -457,7 +457,7 @@ void TstSnapshots::whatIsRemovedIsFoundByTitleAndSecond()
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 1, u"text"_qs), QString());
     const QMap<QString, QByteArray> before = project.files();
-    QCOMPARE(Format::removeSnapshot(project.path(), Id, info), isFound);
+    QCOMPARE(Format::removeSnapshot(project.path(), ItemId, info), isFound);
     QCOMPARE(folderExists(project), !isFound);
     if (!isFound)
         QCOMPARE(project.files(), before);
@@ -466,9 +466,9 @@ void TstSnapshots::whatIsRemovedIsFoundByTitleAndSecond()
 void TstSnapshots::aTextThatCannotBeRemovedStaysInTheIndex()
 {
     const TestProject project;
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"First"_qs, 1)}));
+    QVERIFY(Format::writeSnapshots(project.path(), ItemId, {snapshotOf(u"First"_qs, 1)}));
     project.writeFile(snapshotFile(1) + u"/a folder"_qs, "in its place");
-    QVERIFY(!Format::removeSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 1)));
+    QVERIFY(!Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"First"_qs, 1)));
     QCOMPARE(snapshotTitles(project), QStringList{u"First"_qs});
 }
 
@@ -476,12 +476,12 @@ void TstSnapshots::aTextOfTwoEntriesGoesWithTheSecond()
 {
     const TestProject project;
     QVERIFY(Format::writeSnapshots(
-        project.path(), Id,
+        project.path(), ItemId,
         {snapshotOf(u"First"_qs, 1), snapshotOf(u"Second"_qs, 1), snapshotOf(u"Third"_qs, 3)}));
     project.writeFile(snapshotFile(1), rtfOf("text"));
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 1)));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"First"_qs, 1)));
     QCOMPARE(snapshotText(project, 1), u"text"_qs);
-    QVERIFY(Format::removeSnapshot(project.path(), Id, snapshotOf(u"Second"_qs, 1)));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, snapshotOf(u"Second"_qs, 1)));
     QVERIFY(!QFileInfo::exists(project.path(snapshotFile(1))));
 }
 
@@ -492,7 +492,7 @@ void TstSnapshots::anEntryWithoutADateCanBeRemoved()
     project.writeFile(snapshotFile(0), rtfOf("text"));
     const TVLSnapshotInfo bad = listed(project).constLast();
     QVERIFY(!bad.mDate.isValid());
-    QVERIFY(Format::removeSnapshot(project.path(), Id, bad));
+    QVERIFY(Format::removeSnapshot(project.path(), ItemId, bad));
     QCOMPARE(snapshotTitles(project), QStringList{u"First"_qs});
     QCOMPARE(snapshotText(project, 0), u"text"_qs);
 }
@@ -503,7 +503,7 @@ void TstSnapshots::aTitleIsSet()
     for (const int second : {1, 2, 3})
         QCOMPARE(addSnapshot(project, u"Same"_qs, second, QString::number(second)), QString());
     QMap<QString, QByteArray> before = project.files();
-    QVERIFY(Format::setSnapshotTitle(project.path(), Id, momentOf(2), u"Other"_qs));
+    QVERIFY(Format::setSnapshotTitle(project.path(), ItemId, momentOf(2), u"Other"_qs));
     QCOMPARE(snapshotTitles(project), (QStringList{u"Same"_qs, u"Other"_qs, u"Same"_qs}));
     QMap<QString, QByteArray> after = project.files();
     before.remove(snapshotsIndex());
@@ -528,7 +528,7 @@ void TstSnapshots::whoseTitleIsSetIsFoundToTheSecond()
     QFETCH(const bool, isFound);
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 1, u"text"_qs), QString());
-    QCOMPARE(Format::setSnapshotTitle(project.path(), Id, date, u"Other"_qs), isFound);
+    QCOMPARE(Format::setSnapshotTitle(project.path(), ItemId, date, u"Other"_qs), isFound);
     QCOMPARE(snapshotTitles(project), QStringList{isFound ? u"Other"_qs : u"First"_qs});
 }
 
@@ -538,13 +538,13 @@ void TstSnapshots::aTitleThatCannotBeWrittenIsAFailure()
     QCOMPARE(addSnapshot(project, u"First"_qs, 1, u"text"_qs), QString());
     QCOMPARE(listed(project).size(), 1);
     linkToFullDisk(project, snapshotsIndex());
-    QVERIFY(!Format::setSnapshotTitle(project.path(), Id, momentOf(1), u"Other"_qs));
+    QVERIFY(!Format::setSnapshotTitle(project.path(), ItemId, momentOf(1), u"Other"_qs));
     // What was known is still what the next attempt starts from.
     QCOMPARE(listed(project).constFirst().mTitle, u"First"_qs);
     QVERIFY(QFile::remove(project.path(snapshotsIndex())));
-    QVERIFY(Format::setSnapshotTitle(project.path(), Id, momentOf(1), u"Other"_qs));
+    QVERIFY(Format::setSnapshotTitle(project.path(), ItemId, momentOf(1), u"Other"_qs));
     QCOMPARE(snapshotTitles(project), QStringList{u"Other"_qs});
 }
 
-TVL_TEST_MAIN(TstSnapshots)
+TVL_TEST(TstSnapshots)
 #include "tst_snapshots.moc"

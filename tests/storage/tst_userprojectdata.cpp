@@ -162,5 +162,5 @@ void TstUserProjectData::aFallbackHasNoRawText()
     QCOMPARE(model->userProjectData(), QString());
 }
 
-TVL_TEST_MAIN(TstUserProjectData)
+TVL_TEST(TstUserProjectData)
 #include "tst_userprojectdata.moc"

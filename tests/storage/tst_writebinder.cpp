@@ -26,8 +26,6 @@ std::unique_ptr<TestBinderProject> makeBinder(const QString &title, bool isMobil
     return binder;
 }
 
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
-
 } // namespace
 
 class TstWriteBinder : public QObject
@@ -384,5 +382,5 @@ void TstWriteBinder::compressingABinderOfAnyContentKeepsIt()
     QCOMPARE(entries.constFirst().content, content);
 }
 
-TVL_TEST_MAIN(TstWriteBinder)
+TVL_TEST(TstWriteBinder)
 #include "tst_writebinder.moc"

@@ -19,7 +19,7 @@ using Format = TVLProjectFolderFormat;
 constexpr TVL::DocumentType AllTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText};
 
 /** A row for each type that is written, with the message of a failure but for the error's text. */
-void addTypeRows()
+void addWrittenTypeRows()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("message");
@@ -32,7 +32,7 @@ void addTypeRows()
                               << u"Failed saving document synopsis with id: 12 \nError: '%1'"_qs;
 }
 
-bool writeAll(const TestProject &project, LoadedItem *item, QStringList *errors = nullptr)
+bool writeEverything(const TestProject &project, LoadedItem *item, QStringList *errors = nullptr)
 {
     const Format format(project.path(), TVL::FormatVersion18);
     return format.writeDocuments(item->node(), errors);
@@ -237,18 +237,18 @@ void TstWriteDocuments::theSameTextGivesTheSameBytes()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once upon a time"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     const auto first = project.files();
     QCOMPARE(first.size(), 4);
     for (const TVL::DocumentType type : AllTypes)
         item.document(type)->setSaved(false);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files(), first);
 }
 
 void TstWriteDocuments::aShorterTextLeavesNothingOfALongerOne_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::aShorterTextLeavesNothingOfALongerOne()
@@ -259,13 +259,13 @@ void TstWriteDocuments::aShorterTextLeavesNothingOfALongerOne()
     project.writeFile(docsPath(TVL::DocumentType(type)), QByteArray(100'000, 'x'));
     LoadedItem item;
     item.edit(TVL::DocumentType(type), u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(textOnDisk(project, TVL::DocumentType(type)), u"Once"_qs);
 }
 
 void TstWriteDocuments::aFileIsOverwrittenInPlace_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::aFileIsOverwrittenInPlace()
@@ -280,7 +280,7 @@ void TstWriteDocuments::aFileIsOverwrittenInPlace()
     QVERIFY(QFile::link(project.path(u"elsewhere"_qs), project.path(filePath)));
     LoadedItem item;
     item.edit(TVL::DocumentType(type), u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QVERIFY(QFileInfo(project.path(filePath)).isSymLink());
     QVERIFY(project.readFile(u"elsewhere"_qs).contains("Once"));
 }
@@ -290,7 +290,7 @@ void TstWriteDocuments::aMissingFolderIsMade()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files().keys(),
              (QStringList{docsPath(TVL::CommentsFile), docsPath(TVL::MainText),
                           docsPath(TVL::NotesText), docsPath(TVL::SynopsisText)}));
@@ -309,7 +309,7 @@ void TstWriteDocuments::aProjectCanBeNamedByItsBinder()
 
 void TstWriteDocuments::anEmptyDocumentHasNoFile_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::anEmptyDocumentHasNoFile()
@@ -332,14 +332,14 @@ void TstWriteDocuments::blanksAloneAreAText()
     for (const TVL::DocumentType type : AllTypes) {
         LoadedItem item;
         item.edit(type, u" "_qs);
-        QVERIFY(writeAll(project, &item));
+        QVERIFY(writeEverything(project, &item));
         QCOMPARE(textOnDisk(project, type), u" "_qs);
     }
 }
 
 void TstWriteDocuments::aFileOfAnEmptyDocumentThatCannotBeRemovedIsReported_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::aFileOfAnEmptyDocumentThatCannotBeRemovedIsReported()
@@ -354,7 +354,7 @@ void TstWriteDocuments::aFileOfAnEmptyDocumentThatCannotBeRemovedIsReported()
     LoadedItem item;
     item.document(TVL::DocumentType(type))->setSaved(false);
     QStringList errors;
-    QVERIFY(!writeAll(project, &item, &errors));
+    QVERIFY(!writeEverything(project, &item, &errors));
     const QString reason =
         u"Document contents is empty, but Tavelinor failed removing its file: '%1'"_qs.arg(
             project.path(filePath));
@@ -390,7 +390,7 @@ void TstWriteDocuments::aFolderThatCannotBeMadeIsReported()
 
 void TstWriteDocuments::aFileThatCannotBeOpenedIsReported_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::aFileThatCannotBeOpenedIsReported()
@@ -439,7 +439,7 @@ void TstWriteDocuments::savedDocumentsAreNotTouched()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QMap<QString, QDateTime> times;
     const QStringList names = project.files().keys();
     for (const QString &name : names) {
@@ -449,20 +449,20 @@ void TstWriteDocuments::savedDocumentsAreNotTouched()
     const auto before = project.files();
 
     QStringList errors = {u"untouched"_qs};
-    QVERIFY(writeAll(project, &item, &errors));
+    QVERIFY(writeEverything(project, &item, &errors));
     QCOMPARE(errors, QStringList(u"untouched"_qs));
     QCOMPARE(project.files(), before);
     for (const QString &name : names)
         QCOMPARE(QFileInfo(project.path(name)).lastModified(), times.value(name));
 
     const TestProject nowhere;
-    QVERIFY(writeAll(nowhere, &item));
+    QVERIFY(writeEverything(nowhere, &item));
     QVERIFY(!QFileInfo::exists(nowhere.path()));
 }
 
 void TstWriteDocuments::onlyUnsavedDocumentsAreWritten_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::onlyUnsavedDocumentsAreWritten()
@@ -474,7 +474,7 @@ void TstWriteDocuments::onlyUnsavedDocumentsAreWritten()
     editAll(&item, u"Once"_qs);
     for (const TVL::DocumentType each : AllTypes)
         item.document(each)->setSaved(each != type);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     for (const TVL::DocumentType each : AllTypes)
         QCOMPARE(exists(project, each), each == type);
     QCOMPARE(exists(project, TVL::CommentsFile), type == TVL::MainText);
@@ -487,10 +487,10 @@ void TstWriteDocuments::documentsThatAreNotLoadedAreLeftOut()
     editAll(&item, u"Once"_qs);
     item.node()->mTextDocument = nullptr;
     item.node()->mSynopsisDocument = nullptr;
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files().keys(), QStringList(docsPath(TVL::NotesText)));
     item.node()->mNotesDocument = nullptr;
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
 }
 
 void TstWriteDocuments::writingMarksDocumentsAsSaved()
@@ -498,7 +498,7 @@ void TstWriteDocuments::writingMarksDocumentsAsSaved()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(item.document(type)->isSaved());
         QCOMPARE(textOnDisk(project, type), u"Once"_qs);
@@ -528,7 +528,7 @@ void TstWriteDocuments::anUnreadableDocumentIsNeverWritten()
     // Not even when it was edited, or emptied, and others of the item are written.
     for (const QString &text : {u"Edited"_qs, QString()}) {
         editAll(&item, text);
-        QVERIFY(writeAll(project, &item));
+        QVERIFY(writeEverything(project, &item));
         QCOMPARE(project.readFile(docsPath(TVL::DocumentType(type))), content);
         QVERIFY(!item.document(TVL::DocumentType(type))->isSaved());
         QVERIFY(item.synopsis()->isSaved());
@@ -549,7 +549,7 @@ void TstWriteDocuments::aFolderInTheTextsPlaceIsLeftAlone()
              QStringList(u"Error: Trying to read directory as a file: '%1'"_qs.arg(
                  project.path(docsPath(TVL::MainText)))));
     item.edit(TVL::MainText, u"Edited"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files(), before);
 }
 
@@ -558,13 +558,13 @@ void TstWriteDocuments::aClearedTextLosesItsFile()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files().size(), 4);
     for (const TVL::DocumentType type : AllTypes) {
         item.document(type)->clear();
         item.document(type)->setSaved(false);
     }
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QVERIFY(project.files().isEmpty());
 
     LoadedItem again;
@@ -579,15 +579,15 @@ void TstWriteDocuments::removedCommentsLoseTheirFile()
     const TestProject project;
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QVERIFY(exists(project, TVL::CommentsFile));
     QTextCursor cursor(item.text());
     cursor.select(QTextCursor::Document);
     TVLTextDoc::removeComment(cursor);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QVERIFY(exists(project, TVL::CommentsFile)); // The text wasn't unsaved.
     item.text()->setSaved(false);
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QVERIFY(!exists(project, TVL::CommentsFile));
     QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_qs);
 }
@@ -599,13 +599,13 @@ void TstWriteDocuments::commentsAreWrittenWithTheMainTextAlone()
     LoadedItem item;
     item.edit(TVL::NotesText, u"Once"_qs);
     TVLTextDoc::setComment(item.notes(), {0, 1}, numberedComment(1));
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.readFile(docsPath(TVL::CommentsFile)), QByteArray("<Comments/>"));
 }
 
 void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved_data()
 {
-    addTypeRows();
+    addWrittenTypeRows();
 }
 
 void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved()
@@ -618,7 +618,7 @@ void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved()
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QStringList errors;
-    QVERIFY(!writeAll(project, &item, &errors));
+    QVERIFY(!writeEverything(project, &item, &errors));
     QCOMPARE(errors, QStringList(message.arg(fullDiskText())));
     for (const TVL::DocumentType each : AllTypes) {
         QCOMPARE(item.document(each)->isSaved(), each != type);
@@ -634,7 +634,7 @@ void TstWriteDocuments::aFailedTextDoesNotStopTheOthers()
     unopenable.linkTo(project, docsPath(TVL::MainText));
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(!writeAll(project, &item));
+    QVERIFY(!writeEverything(project, &item));
     QVERIFY(!item.text()->isSaved());
     QVERIFY(item.notes()->isSaved());
     QVERIFY(item.synopsis()->isSaved());
@@ -651,7 +651,7 @@ void TstWriteDocuments::allFailuresAreInTheList()
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QStringList errors;
-    QVERIFY(!writeAll(project, &item, &errors));
+    QVERIFY(!writeEverything(project, &item, &errors));
     const QString reason = UnopenableFile::errorText();
     QCOMPARE(
         errors,
@@ -669,7 +669,7 @@ void TstWriteDocuments::commentsOfAFailedTextAreNotWritten()
     unopenable.linkTo(project, docsPath(TVL::MainText));
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(!writeAll(project, &item));
+    QVERIFY(!writeEverything(project, &item));
     QVERIFY(!exists(project, TVL::CommentsFile));
 }
 
@@ -731,7 +731,7 @@ void TstWriteDocuments::failedCommentsAreReportedAndWrittenAgainLater()
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QStringList errors;
-    QVERIFY(!writeAll(project, &item, &errors));
+    QVERIFY(!writeEverything(project, &item, &errors));
     QCOMPARE(errors,
              QStringList(u"Failed saving inspector notes for id: 12 \nError: '%1 - (%2)'"_qs.arg(
                  isFull ? fullDiskText() : UnopenableFile::errorText(),
@@ -740,7 +740,7 @@ void TstWriteDocuments::failedCommentsAreReportedAndWrittenAgainLater()
     QVERIFY(item.notes()->isSaved());
 
     QVERIFY(QFile::remove(project.path(docsPath(TVL::CommentsFile))));
-    QVERIFY(writeAll(project, &item, &errors));
+    QVERIFY(writeEverything(project, &item, &errors));
     QCOMPARE(commentsOnDisk(project), QList<TVLTextCommentLink>{numberedComment(1)});
     QVERIFY(item.text()->isSaved());
     QVERIFY(errors.isEmpty());
@@ -753,10 +753,10 @@ void TstWriteDocuments::aLaterSaveTriesAgain()
         linkToFullDisk(project, docsPath(type));
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(!writeAll(project, &item));
+    QVERIFY(!writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes)
         QVERIFY(QFile::remove(project.path(docsPath(type))));
-    QVERIFY(writeAll(project, &item));
+    QVERIFY(writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(item.document(type)->isSaved());
         QCOMPARE(textOnDisk(project, type), u"Once"_qs);
@@ -770,7 +770,7 @@ void TstWriteDocuments::errorsAreReplaced()
     LoadedItem item;
     item.edit(TVL::NotesText, u"Once"_qs);
     QStringList errors = {u"before"_qs};
-    QVERIFY(writeAll(project, &item, &errors));
+    QVERIFY(writeEverything(project, &item, &errors));
     QVERIFY(errors.isEmpty());
 }
 
@@ -781,7 +781,7 @@ void TstWriteDocuments::errorsNeedNotBeAskedFor()
         project.writeFile(docsPath(type) + u"/file"_qs, {});
     LoadedItem item;
     editAll(&item, u"Once"_qs);
-    QVERIFY(!writeAll(project, &item));
+    QVERIFY(!writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(!Format::writeDocument(project.path(), item.node(), item.document(type), nullptr));
         item.document(type)->clear();
@@ -789,5 +789,5 @@ void TstWriteDocuments::errorsNeedNotBeAskedFor()
     }
 }
 
-TVL_TEST_MAIN(TstWriteDocuments)
+TVL_TEST(TstWriteDocuments)
 #include "tst_writedocuments.moc"

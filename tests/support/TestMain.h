@@ -2,18 +2,27 @@
 
 #include <QObject>
 
-#include <functional>
 #include <memory>
 
 /**
- * Runs a test object in a QApplication that touches nothing of the user's: options and standard
- * locations lie in a temporary folder, and there need be no display.
+ * A test class of a program of several. It goes by its name in small letters with an underscore,
+ * TstItemMoves as tst_itemmoves: by that name the program is called, or that is its first argument.
  */
-int tvlRunTest(int argc, char **argv, const std::function<std::unique_ptr<QObject>()> &makeTest);
+class RegisteredTest
+{
+public:
+    using Make = std::unique_ptr<QObject> (*)();
+    using Prepare = void (*)();
 
-/** The main function of a test program with one test class. */
-#define TVL_TEST_MAIN(TestClass)                                                                   \
-    int main(int argc, char **argv)                                                                \
-    {                                                                                              \
-        return tvlRunTest(argc, argv, [] { return std::make_unique<TestClass>(); });               \
-    }
+    RegisteredTest(const char *className, Make make, Prepare prepare);
+};
+
+/** Registers a test class; at the end of its source. */
+#define TVL_TEST(TestClass) TVL_TEST_PREPARED(TestClass, nullptr)
+
+/** The same for one that needs a process prepared for it: @p prepare is called before there are
+ * any threads, and only when this class is run. */
+#define TVL_TEST_PREPARED(TestClass, prepare)                                                      \
+    static const RegisteredTest registered##TestClass(                                             \
+        #TestClass, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },    \
+        prepare);

@@ -272,3 +272,29 @@ void zipBinder(const TestProject &project, const QString &zipName)
     if (!TVLProjectFolderFormat::compressBinder(project.path(), zipName, project.binderPath()))
         qFatal("could not zip %s", qPrintable(project.binderPath()));
 }
+
+ProjectChange writing(const QString &relativePath, const QByteArray &content)
+{
+    return [=](const TestProject &project) { project.writeFile(relativePath, content); };
+}
+
+ProjectChange removing(const QString &relativePath)
+{
+    return [=](const TestProject &project) {
+        if (!QFile::remove(project.path(relativePath)))
+            qFatal("could not remove %s", qPrintable(relativePath));
+    };
+}
+
+ProjectChange cuttingOff(const QString &relativePath)
+{
+    return [=](const TestProject &project) {
+        const QByteArray content = project.readFile(relativePath);
+        project.writeFile(relativePath, content.first(content.size() / 2));
+    };
+}
+
+QByteArray catOf(const TestProject &project, const QString &item)
+{
+    return runTool({u"cat"_qs, project.path(), item}).output;
+}

@@ -8,6 +8,12 @@
 #include <QProcessEnvironment>
 #include <QStringList>
 
+#include <functional>
+
+/** The files of a project that hashes and texts to be searched are kept in. */
+const QString HashesFile = u"Files/Docs/docs.checksum"_qs;
+const QString IndexFile = u"Files/search.indexes"_qs;
+
 /** What a program that ran to its end has left. */
 struct ProgramResult
 {
@@ -96,3 +102,14 @@ void recordHashes(const TestProject &project);
 
 /** Zips the binder as it stands into one of the copies that an opening falls back on. */
 void zipBinder(const TestProject &project, const QString &zipName);
+
+/** Something that is done to a project. */
+using ProjectChange = std::function<void(const TestProject &project)>;
+
+[[nodiscard]] ProjectChange writing(const QString &relativePath, const QByteArray &content);
+[[nodiscard]] ProjectChange removing(const QString &relativePath);
+/** Takes away the second half of a file. */
+[[nodiscard]] ProjectChange cuttingOff(const QString &relativePath);
+
+/** What `tavel cat` says of an item. */
+[[nodiscard]] QByteArray catOf(const TestProject &project, const QString &item);

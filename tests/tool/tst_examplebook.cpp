@@ -46,7 +46,7 @@ void writeBook(const TestProject &project, const QList<int> &ids)
 }
 
 /** The items of the Draft with their children in parentheses. */
-QString draftTreeOf(const TestProject &project)
+QString bookTreeOf(const TestProject &project)
 {
     const QJsonArray items = runTool({u"outline"_qs, u"--json"_qs, project.path()}).json().array();
     QStringList titles;
@@ -81,7 +81,7 @@ void TstExampleBook::theLastChaptersMoveToAFolderOfTheirOwn()
     writeBook(project, ids);
     const ProgramResult result = runExample({project.path()});
     QVERIFY2(result.status == 0, result.errors);
-    QCOMPARE(draftTreeOf(project), tree);
+    QCOMPARE(bookTreeOf(project), tree);
 }
 
 void TstExampleBook::theLastChapterHasASnapshotAndANewLine()
@@ -159,5 +159,5 @@ void TstExampleBook::aTextThatCannotBeReadIsLeftAlone()
     QCOMPARE(project.readFile(u"Files/Docs/13.rtf"_qs), damaged);
 }
 
-TVL_TEST_MAIN(TstExampleBook)
+TVL_TEST(TstExampleBook)
 #include "tst_examplebook.moc"

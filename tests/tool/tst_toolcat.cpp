@@ -167,5 +167,5 @@ void TstToolCat::onlyTheBackupIsWritten()
     QCOMPARE(after, before);
 }
 
-TVL_TEST_MAIN(TstToolCat)
+TVL_TEST(TstToolCat)
 #include "tst_toolcat.moc"

@@ -11,7 +11,7 @@
 #include <functional>
 
 /** Does something bad to a sound project. */
-using Damage = std::function<void(const TestProject &project)>;
+using Damage = ProjectChange;
 Q_DECLARE_METATYPE(Damage)
 
 /** `tavel check`. */
@@ -43,8 +43,6 @@ const QString Binder = u"Novel.tavelx"_qs;
 const QString Autosave = u"Files/binder.autosave"_qs;
 const QString Backup = u"Files/binder.backup"_qs;
 const QString VersionFile = u"Files/version.txt"_qs;
-const QString Hashes = u"Files/Docs/docs.checksum"_qs;
-const QString Index = u"Files/search.indexes"_qs;
 
 /** Replaces a text in the binder, which must be there once. */
 Damage inBinder(const QByteArray &from, const QByteArray &to)
@@ -63,30 +61,6 @@ Damage inFullBinder(const QByteArray &from, const QByteArray &to)
     return [from, to](const TestProject &project) {
         project.writeFile(Binder, fullBinder());
         inBinder(from, to)(project);
-    };
-}
-
-Damage writing(const QString &relativePath, const QByteArray &content)
-{
-    return [relativePath, content](const TestProject &project) {
-        project.writeFile(relativePath, content);
-    };
-}
-
-Damage removing(const QString &relativePath)
-{
-    return [relativePath](const TestProject &project) {
-        if (!QFile::remove(project.path(relativePath)))
-            qFatal("could not remove %s", qPrintable(relativePath));
-    };
-}
-
-/** Takes away the second half of a file. */
-Damage cuttingOff(const QString &relativePath)
-{
-    return [relativePath](const TestProject &project) {
-        const QByteArray content = project.readFile(relativePath);
-        project.writeFile(relativePath, content.first(content.size() / 2));
     };
 }
 
@@ -291,39 +265,40 @@ QList<DamageRow> damageRows()
          all({removing(u"Files/Docs/4.rtf"_qs), removing(u"Files/Docs/4_synopsis.txt"_qs)}),
          {u"missingDocument Files/Docs/4.rtf"_qs, u"missingDocument Files/Docs/4_synopsis.txt"_qs}},
         {"hashes that aren't whole",
-         writing(Hashes, "4.rtf=0\n4_synopsis.txt=\n" + ofHash("5.rtf", 39) + ofHash("5.rtf", 41)),
-         QStringList(4, u"unreadableHashes "_qs + Hashes)},
+         writing(HashesFile,
+                 "4.rtf=0\n4_synopsis.txt=\n" + ofHash("5.rtf", 39) + ofHash("5.rtf", 41)),
+         QStringList(4, u"unreadableHashes "_qs + HashesFile)},
         {"lines that are no hashes",
-         writing(Hashes,
+         writing(HashesFile,
                  "gulls\n" + ofHash("", 40) + ofHash("../4.rtf", 40) + ofHash(uuidOf(4) + '/', 40)
                      + ofHash(uuidOf(4) + "/a/b", 40) + "4.rtf=" + QByteArray(40, 'g') + '\n'
                      + QByteArray("\xff\xfe\0=\n", 5)),
-         QStringList(7, u"unreadableHashes "_qs + Hashes)},
-        {"hashes that are cut off", cuttingOff(Hashes), {u"unreadableHashes "_qs + Hashes}},
+         QStringList(7, u"unreadableHashes "_qs + HashesFile)},
+        {"hashes that are cut off", cuttingOff(HashesFile), {u"unreadableHashes "_qs + HashesFile}},
         {"a folder in the place of the hashes",
-         all({removing(Hashes), writing(Hashes + u"/file"_qs, "in a folder")}),
-         {u"unreadableHashes "_qs + Hashes}},
+         all({removing(HashesFile), writing(HashesFile + u"/file"_qs, "in a folder")}),
+         {u"unreadableHashes "_qs + HashesFile}},
         {"a search index that is empty",
-         writing(Index, {}),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, {}),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a search index that is no XML",
-         writing(Index, "gulls"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, "gulls"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a search index that is cut off",
-         writing(Index, "<SearchIndexes><Documents><Document ID=\"4\"><Text>Gu"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, "<SearchIndexes><Documents><Document ID=\"4\"><Text>Gu"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a search index of another root",
-         writing(Index, "<Documents/>"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, "<Documents/>"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a search index without documents",
-         writing(Index, "<SearchIndexes><Other><Documents/></Other></SearchIndexes>"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, "<SearchIndexes><Other><Documents/></Other></SearchIndexes>"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a search index with a document type",
-         writing(Index, "<!DOCTYPE SearchIndexes><SearchIndexes><Documents/></SearchIndexes>"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile, "<!DOCTYPE SearchIndexes><SearchIndexes><Documents/></SearchIndexes>"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
         {"a folder in the place of the search index",
-         writing(Index + u"/file"_qs, "in a folder"),
-         {u"unreadableSearchIndex "_qs + Index}},
+         writing(IndexFile + u"/file"_qs, "in a folder"),
+         {u"unreadableSearchIndex "_qs + IndexFile}},
 
         // System folders
         {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
@@ -723,5 +698,5 @@ void TstToolCheck::aVeryDeepTreeIsChecked()
     QVERIFY2(result.status == 0, result.output);
 }
 
-TVL_TEST_MAIN(TstToolCheck)
+TVL_TEST(TstToolCheck)
 #include "tst_toolcheck.moc"

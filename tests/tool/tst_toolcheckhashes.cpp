@@ -33,11 +33,8 @@ private Q_SLOTS:
 
 namespace {
 
-const QString Hashes = u"Files/Docs/docs.checksum"_qs;
-const QString Index = u"Files/search.indexes"_qs;
-
 /** The problems of a project, each as its kind, a blank and its place. */
-QStringList problemsOf(const TestProject &project)
+QStringList hashProblemsOf(const TestProject &project)
 {
     const ProgramResult result = runTool({u"check"_qs, project.path(), u"--json"_qs});
     QStringList problems;
@@ -77,15 +74,15 @@ void TstToolCheckHashes::whatTheLibrarySavesAgrees()
                 typeText(model, id, type, u"Fog. "_qs);
         }
     });
-    QVERIFY(project.readFile(Hashes).contains("5_notes.rtf="));
-    QCOMPARE(problemsOf(project), QStringList());
+    QVERIFY(project.readFile(HashesFile).contains("5_notes.rtf="));
+    QCOMPARE(hashProblemsOf(project), QStringList());
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
         typeText(model, 4, TVL::MainText, u"And rain. "_qs);
         TVLTextDocument *synopsis = model->referenceItem(model->index(4), TVL::SynopsisText);
         synopsis->clear();
         model->dereferenceItem(synopsis);
     });
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::whatTheToolSavesAgrees()
@@ -95,18 +92,18 @@ void TstToolCheckHashes::whatTheToolSavesAgrees()
     const QString text = project.enclosingPath() + u"/Watch.txt"_qs;
     writeFileAt(text, "All is well.\n");
     QCOMPARE(runTool({u"import"_qs, project.path(), text}).status, 0);
-    QVERIFY(!project.readFile(Hashes).isEmpty());
-    QCOMPARE(problemsOf(project), QStringList());
+    QVERIFY(!project.readFile(HashesFile).isEmpty());
+    QCOMPARE(hashProblemsOf(project), QStringList());
 
     const QString item = u"Draft/Watch"_qs;
     QCOMPARE(runTool({u"snapshot"_qs, u"add"_qs, project.path(), item, u"First"_qs}).status, 0);
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
         typeText(model, model->findNextNodeId() - 1, TVL::MainText, u"Fog. "_qs);
     });
-    const QByteArray hashes = project.readFile(Hashes);
+    const QByteArray hashes = project.readFile(HashesFile);
     QCOMPARE(runTool({u"snapshot"_qs, u"restore"_qs, project.path(), item, u"First"_qs}).status, 0);
-    QVERIFY(project.readFile(Hashes) != hashes);
-    QCOMPARE(problemsOf(project), QStringList());
+    QVERIFY(project.readFile(HashesFile) != hashes);
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::whatWasRemovedIsNotMissed()
@@ -119,13 +116,13 @@ void TstToolCheckHashes::whatWasRemovedIsNotMissed()
         QVERIFY(model->removeIndex(model->index(5)));
     });
     QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
     // Nor when another item has got the id.
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
         QVERIFY(model->insertRows(0, 1, model->draftFolder()));
         QVERIFY(model->index(5).isValid());
     });
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
@@ -135,17 +132,17 @@ void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
     changeWithTheLibrary(project, [](TVLProjectModel *) {});
     project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
     const QStringList changed{u"changedDocument Files/Docs/4.rtf"_qs};
-    QCOMPARE(problemsOf(project), changed);
+    QCOMPARE(hashProblemsOf(project), changed);
     QCOMPARE(runTool({u"check"_qs, project.path()}).output,
              QByteArray("changedDocument: Files/Docs/4.rtf: the file differs from its recorded "
                         "hash: it was changed behind the project's back\n"));
     // Somebody looks for something, which changes nothing.
     QCOMPARE(runTool({u"search"_qs, project.path(), u"terns"_qs}).output,
              QByteArray("4  The Harbour\n"));
-    QCOMPARE(problemsOf(project), changed);
+    QCOMPARE(hashProblemsOf(project), changed);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_qs); });
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::aFileThatIsNotRecordedIsNoProblem()
@@ -154,31 +151,31 @@ void TstToolCheckHashes::aFileThatIsNotRecordedIsNoProblem()
     writeSoundProject(project);
     project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Fog.}");
     project.writeFile(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Fog.}");
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::whatIsNotThereIsNoProblem()
 {
     const TestProject project;
     writeSoundProject(project);
-    QVERIFY(QFile::remove(project.path(Hashes)));
-    QVERIFY(!QFile::exists(project.path(Index)));
-    QCOMPARE(problemsOf(project), QStringList());
-    project.writeFile(Hashes, {});
-    project.writeFile(Index, "<SearchIndexes><Documents/></SearchIndexes>");
-    QCOMPARE(problemsOf(project), QStringList());
+    QVERIFY(QFile::remove(project.path(HashesFile)));
+    QVERIFY(!QFile::exists(project.path(IndexFile)));
+    QCOMPARE(hashProblemsOf(project), QStringList());
+    project.writeFile(HashesFile, {});
+    project.writeFile(IndexFile, "<SearchIndexes><Documents/></SearchIndexes>");
+    QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
 void TstToolCheckHashes::theLastHashOfAFileCounts()
 {
     const TestProject project;
     writeSoundProject(project);
-    const QByteArray right = project.readFile(Hashes);
+    const QByteArray right = project.readFile(HashesFile);
     const QByteArray wrong = "4.rtf=" + QByteArray(40, '0') + '\n';
-    project.writeFile(Hashes, wrong + right);
-    QCOMPARE(problemsOf(project), QStringList());
-    project.writeFile(Hashes, right + wrong);
-    QCOMPARE(problemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+    project.writeFile(HashesFile, wrong + right);
+    QCOMPARE(hashProblemsOf(project), QStringList());
+    project.writeFile(HashesFile, right + wrong);
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
 }
 
 void TstToolCheckHashes::hashesMayBeWrittenInOtherWays_data()
@@ -201,10 +198,11 @@ void TstToolCheckHashes::hashesMayBeWrittenInOtherWays()
     writeSoundProject(project);
     const QByteArray hash =
         TVLProjectFolderFormat::calcChecksum(project.path(u"Files/Docs/4.rtf"_qs)).toHex();
-    project.writeFile(Hashes, before + "4.rtf=" + (isInCapitals ? hash.toUpper() : hash) + behind);
-    QCOMPARE(problemsOf(project), QStringList());
+    project.writeFile(HashesFile,
+                      before + "4.rtf=" + (isInCapitals ? hash.toUpper() : hash) + behind);
+    QCOMPARE(hashProblemsOf(project), QStringList());
     project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
-    QCOMPARE(problemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
 }
 
 void TstToolCheckHashes::filesInFoldersOfTheirOwnAreCompared()
@@ -218,19 +216,19 @@ void TstToolCheckHashes::filesInFoldersOfTheirOwnAreCompared()
     const QString path = u"Files/Data/"_qs + QString::fromLatin1(name);
     project.writeFile(path, {});
     project.writeFile(
-        Hashes, name + '=' + emptyHash + '\n' + uuidOf(9) + "/content.rtf=" + emptyHash + '\n');
-    QCOMPARE(problemsOf(project), QStringList());
+        HashesFile, name + '=' + emptyHash + '\n' + uuidOf(9) + "/content.rtf=" + emptyHash + '\n');
+    QCOMPARE(hashProblemsOf(project), QStringList());
     project.writeFile(path, "A boat");
-    QCOMPARE(problemsOf(project), QStringList(u"changedDocument "_qs + path));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument "_qs + path));
     QVERIFY(QFile::remove(project.path(path)));
-    QCOMPARE(problemsOf(project), QStringList(u"missingDocument "_qs + path));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"missingDocument "_qs + path));
 }
 
 void TstToolCheckHashes::aDamagedLineIsToldByItsNumber()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(Hashes, project.readFile(Hashes) + "\ngulls\n");
+    project.writeFile(HashesFile, project.readFile(HashesFile) + "\ngulls\n");
     QCOMPARE(runTool({u"check"_qs, project.path()}).output,
              QByteArray("unreadableHashes: Files/Docs/docs.checksum: line 4 isn't a file with its "
                         "hash\n"));
@@ -241,7 +239,7 @@ void TstToolCheckHashes::whereASearchIndexIsDamagedIsTold()
     const TestProject project;
     writeSoundProject(project);
     const auto textOf = [&project](const QByteArray &index) {
-        project.writeFile(Index, index);
+        project.writeFile(IndexFile, index);
         const QByteArray output = runTool({u"check"_qs, project.path()}).output;
         const QByteArray head = "unreadableSearchIndex: Files/search.indexes: ";
         return output.startsWith(head) ? output.sliced(head.size()).trimmed() : QByteArray();
@@ -265,13 +263,13 @@ void TstToolCheckHashes::manyFilesAreCompared()
     }
     writeProject(project, binderXml(systemFolders(items)));
     recordHashes(project);
-    QCOMPARE(problemsOf(project), QStringList());
+    QCOMPARE(hashProblemsOf(project), QStringList());
     project.writeFile(u"Files/Docs/1000_synopsis.txt"_qs, "another");
     QVERIFY(QFile::remove(project.path(u"Files/Docs/2000_synopsis.txt"_qs)));
-    QCOMPARE(problemsOf(project),
+    QCOMPARE(hashProblemsOf(project),
              QStringList({u"changedDocument Files/Docs/1000_synopsis.txt"_qs,
                           u"missingDocument Files/Docs/2000_synopsis.txt"_qs}));
 }
 
-TVL_TEST_MAIN(TstToolCheckHashes)
+TVL_TEST(TstToolCheckHashes)
 #include "tst_toolcheckhashes.moc"

@@ -82,11 +82,6 @@ ProgramResult import(const TestProject &project, const QStringList &arguments)
     return runTool(QStringList{u"import"_qs, project.path()} + arguments);
 }
 
-QByteArray catOf(const TestProject &project, const QString &item)
-{
-    return runTool({u"cat"_qs, project.path(), item}).output;
-}
-
 /** Titles below an item, each with those of its children in parentheses. */
 QString treeOf(const QJsonArray &items)
 {
@@ -630,5 +625,5 @@ void TstToolImport::aTerminalShowsABar()
     QVERIFY2(shown.endsWith("] 80 %\r\x1b[K") || shown.endsWith("]  80 %\r\x1b[K"), shown);
 }
 
-TVL_TEST_MAIN(TstToolImport)
+TVL_TEST(TstToolImport)
 #include "tst_toolimport.moc"

@@ -668,5 +668,5 @@ void TstToolInfo::whatIsNoProjectIsAFailure()
     }
 }
 
-TVL_TEST_MAIN(TstToolInfo)
+TVL_TEST(TstToolInfo)
 #include "tst_toolinfo.moc"

@@ -454,5 +454,5 @@ void TstToolLock::whereThereIsNoProjectNothingIsMade()
     }
 }
 
-TVL_TEST_MAIN(TstToolLock)
+TVL_TEST(TstToolLock)
 #include "tst_toollock.moc"

@@ -172,5 +172,5 @@ void TstToolNew::aMessageBoxGoesToStandardErrorAndIsNotWaitedFor()
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
 }
 
-TVL_TEST_MAIN(TstToolNew)
+TVL_TEST(TstToolNew)
 #include "tst_toolnew.moc"

@@ -251,5 +251,5 @@ void TstToolOutline::wordsAreCountedInEachText()
     QCOMPARE(part[u"children"][1][u"words"], QJsonValue());
 }
 
-TVL_TEST_MAIN(TstToolOutline)
+TVL_TEST(TstToolOutline)
 #include "tst_tooloutline.moc"

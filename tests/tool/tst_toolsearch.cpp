@@ -15,7 +15,7 @@
 #include <functional>
 
 /** Does something to a project that can be searched. */
-using Change = std::function<void(const TestProject &project)>;
+using Change = ProjectChange;
 Q_DECLARE_METATYPE(Change)
 
 /** `tavel search`. */
@@ -58,7 +58,6 @@ private Q_SLOTS:
 
 namespace {
 
-const QString IndexFile = u"Files/search.indexes"_qs;
 const QString HashFile = u"Files/Docs/docs.checksum"_qs;
 
 const QByteArray IndexComplaint =
@@ -110,32 +109,11 @@ QList<int> found(const TestProject &project, const QString &text, const QStringL
     return ids;
 }
 
-Change writing(const QString &relativePath, const QByteArray &content)
-{
-    return [=](const TestProject &project) { project.writeFile(relativePath, content); };
-}
-
-Change removing(const QString &relativePath)
-{
-    return [=](const TestProject &project) {
-        if (!QFile::remove(project.path(relativePath)))
-            qFatal("could not remove %s", qPrintable(relativePath));
-    };
-}
-
 Change puttingAFolderInPlaceOf(const QString &relativePath)
 {
     return [=](const TestProject &project) {
         removing(relativePath)(project);
         QDir().mkpath(project.path(relativePath));
-    };
-}
-
-Change cuttingOff(const QString &relativePath)
-{
-    return [=](const TestProject &project) {
-        const QByteArray content = project.readFile(relativePath);
-        project.writeFile(relativePath, content.first(content.size() / 2));
     };
 }
 
@@ -617,5 +595,5 @@ void TstToolSearch::hashesAreNotSavedWithoutTheIndexThatTheyVouchFor()
     QCOMPARE(found(project, u"is well"_qs).size(), 1);
 }
 
-TVL_TEST_MAIN(TstToolSearch)
+TVL_TEST(TstToolSearch)
 #include "tst_toolsearch.moc"

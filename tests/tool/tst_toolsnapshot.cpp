@@ -50,11 +50,6 @@ ProgramResult snapshot(const QString &action, const TestProject &project, const 
     return runTool(QStringList{u"snapshot"_qs, action, project.path(), item} + rest);
 }
 
-QByteArray catOf(const TestProject &project, const QString &item)
-{
-    return runTool({u"cat"_qs, project.path(), item}).output;
-}
-
 QJsonArray listOf(const TestProject &project, const QString &item)
 {
     return snapshot(u"list"_qs, project, item, {u"--json"_qs}).json().array();
@@ -414,5 +409,5 @@ void TstToolSnapshot::theProjectIsNotLockedAfterwards()
     }
 }
 
-TVL_TEST_MAIN(TstToolSnapshot)
+TVL_TEST(TstToolSnapshot)
 #include "tst_toolsnapshot.moc"

@@ -206,5 +206,5 @@ void TstToolUsage::diagnosticsAppearOnlyWhenAskedFor()
     QVERIFY2(result.errors.contains("Skipped Binder XML tag:"), result.errors);
 }
 
-TVL_TEST_MAIN(TstToolUsage)
+TVL_TEST(TstToolUsage)
 #include "tst_toolusage.moc"
