@@ -17,7 +17,7 @@
 
 namespace {
 
-const int Projects = testCases(500);
+const int Projects = testCases(1000);
 constexpr int Parts = 10;
 constexpr int SearchesOfAProject = 15;
 constexpr int ItemsOfAProject = 10;
