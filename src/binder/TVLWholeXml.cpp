@@ -1,12 +1,11 @@
 #include "TVLWholeXml_p.h"
 
-#include <QXmlStreamReader>
+#include "TVLXmlReading_p.h"
 
 bool tvlIsWholeXml(QIODevice *device)
 {
     QXmlStreamReader reader(device);
     reader.setEntityExpansionLimit(0);
-    while (!reader.atEnd())
-        reader.readNext();
+    tvlReadToEnd(&reader);
     return !reader.hasError();
 }

@@ -6,6 +6,7 @@
 #include "TVLProjectFolderFormat.h"
 #include "TVLSearchSql_p.h"
 #include "TVLSearchedProject.h"
+#include "TVLXmlReading_p.h"
 #include "TVLXmlText_p.h"
 
 #include <QCoreApplication>
@@ -75,7 +76,7 @@ bool enterChild(QXmlStreamReader *reader, const QString &tag)
  * entities stand for would be missing from the texts. */
 bool enterRoot(QXmlStreamReader *reader, const QString &tag)
 {
-    while (!reader->atEnd() && !reader->isStartElement()) {
+    while (tvlHasMore(*reader) && !reader->isStartElement()) {
         if (reader->readNext() == QXmlStreamReader::DTD)
             reader->raiseError(translated("The search.indexes file has a document type"));
     }
@@ -86,7 +87,7 @@ bool enterRoot(QXmlStreamReader *reader, const QString &tag)
 QString readText(QXmlStreamReader *reader)
 {
     QString text;
-    for (int depth = 1; depth > 0 && !reader->atEnd();) {
+    for (int depth = 1; depth > 0 && tvlHasMore(*reader);) {
         reader->readNext();
         if (reader->isStartElement())
             ++depth;
@@ -130,8 +131,7 @@ QString readDocuments(QIODevice *device, const TakeDocument &take)
     const bool hasDocuments = enterRoot(&reader, RootTag) && enterChild(&reader, DocumentsTag);
     while (hasDocuments && enterChild(&reader, DocumentTag))
         readDocument(&reader, take);
-    while (!reader.atEnd())
-        reader.readNext();
+    tvlReadToEnd(&reader);
     if (reader.hasError())
         return translated("line %1, column %2: %3")
             .arg(reader.lineNumber())

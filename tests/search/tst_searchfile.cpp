@@ -58,6 +58,7 @@ private Q_SLOTS:
 
     void anAbsentFileIsNoError();
     void anUnreadableFileIsAnError();
+    void aFileThatFailsWhileItIsReadIsAnError();
     void anErrorNeedNotBeAskedFor();
     void textsAreTakenFromTheFile();
     void theFileIsReadWithTheseStatements();
@@ -313,6 +314,17 @@ void TstSearchFile::anUnreadableFileIsAnError()
     QCOMPARE(error, CouldNotOpen);
     QVERIFY(mIndex->isLoaded());
     QVERIFY(!mIndex->isModified());
+    QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
+}
+
+void TstSearchFile::aFileThatFailsWhileItIsReadIsAnError()
+{
+    addItem();
+    // It can be opened and has no end, and reading where nothing is mapped fails.
+    QVERIFY(QFile::link(u"/proc/self/mem"_qs, mProject->indexPath()));
+    QString error;
+    QVERIFY(!mIndex->load(&error));
+    QVERIFY(!error.isEmpty());
     QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
 }
 

@@ -14,7 +14,7 @@ namespace {
 bool skipElement(QXmlStreamReader *reader)
 {
     bool holdsSomething = !reader->attributes().isEmpty();
-    while (!reader->atEnd()) {
+    while (!reader->hasError() && !reader->atEnd()) {
         reader->readNext();
         if (reader->isEndElement())
             break;

@@ -4,6 +4,7 @@
 #include "TVLErrorText_p.h"
 #include "TVLScriptFormats_p.h"
 #include "TVLTextFormat.h"
+#include "TVLXmlReading_p.h"
 
 #include <QCoreApplication>
 #include <QFont>
@@ -126,8 +127,7 @@ TVLScriptMode readMode(QXmlStreamReader *reader)
             reader->skipCurrentElement();
     }
     // What follows the root has to be XML too, or the file isn't whole.
-    while (!reader->atEnd())
-        reader->readNext();
+    tvlReadToEnd(reader);
     return mode;
 }
 

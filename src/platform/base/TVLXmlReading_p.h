@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QXmlStreamReader>
+
+/**
+ * Whether there may be more to read. QXmlStreamReader::atEnd() alone doesn't tell: of a device that
+ * fails before its end it says false for ever.
+ */
+[[nodiscard]] inline bool tvlHasMore(const QXmlStreamReader &reader)
+{
+    return !reader.hasError() && !reader.atEnd();
+}
+
+/** Reads what is left, so that the reader has met every fault that there is. */
+inline void tvlReadToEnd(QXmlStreamReader *reader)
+{
+    while (tvlHasMore(*reader))
+        reader->readNext();
+}
