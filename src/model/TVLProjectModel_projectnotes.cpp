@@ -3,6 +3,7 @@
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNoteFiles_p.h"
 
+#include "TVLFilePresence_p.h"
 #include "TVLTextFormat.h"
 
 #include <QScopedValueRollback>
@@ -27,7 +28,7 @@ int freeNoteId(const QString &path, const TVLProjectNotes &notes)
     for (const auto &[id, document] : notes.mNotes)
         ids.insert(id);
     int id = FirstProjectNoteId;
-    while (ids.contains(id) || TVLProjectNoteFiles::exists(TVLProjectNoteFiles::filePath(path, id)))
+    while (ids.contains(id) || tvlIsThere(TVLProjectNoteFiles::filePath(path, id)))
         ++id;
     return id;
 }
@@ -35,7 +36,7 @@ int freeNoteId(const QString &path, const TVLProjectNotes &notes)
 /** Has a new note keep off its file if that may be there unseen. */
 void keepOffUnseenFile(QTextDocument *note, const QString &filePath, const TVLProjectNotes &notes)
 {
-    if (!TVLProjectNoteFiles::isMissing(filePath))
+    if (!tvlIsMissing(filePath))
         TVLProjectNotes::setReadError(note, notes.mIndexError);
 }
 

@@ -12,12 +12,19 @@ TVLProjectFolderFormat::TVLProjectFolderFormat(const QString &path, TVL::FormatV
     : QObject(parent)
     , mProjectPath(path)
     , mFormatVersion(version)
+    , mHadDocuments(hasDocumentsFolder())
 {
 }
 
 void TVLProjectFolderFormat::setProjectPath(const QString &path)
 {
     mProjectPath = calcEnclosingPath(path);
+    mHadDocuments = hasDocumentsFolder();
+}
+
+bool TVLProjectFolderFormat::hasDocumentsFolder() const
+{
+    return QFileInfo(filesDocsPath(calcEnclosingPath(mProjectPath))).isDir();
 }
 
 int TVLProjectFolderFormat::extractVersionNumber(const QString &text)

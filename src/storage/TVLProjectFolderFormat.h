@@ -638,6 +638,11 @@ private:
     [[nodiscard]] static QString readSynopsisFile(QFile *file, TVLTextDocument *document);
     [[nodiscard]] static QString readRtfFile(QFile *file, TVLTextDocument *document);
 
+    /** Reads a document's file, which has to be there. */
+    [[nodiscard]] static bool readDocumentFile(const QString &filePath, TVLTextDocument *document,
+                                               QString *error);
+    [[nodiscard]] bool hasDocumentsFolder() const;
+
     [[nodiscard]] static bool parseCommentsFile(const QString &filePath,
                                                 TVLProjectLinksAndComments *result,
                                                 QStringList *errors);
@@ -662,4 +667,6 @@ private:
 
     QString mProjectPath;
     TVL::FormatVersion mFormatVersion;
+    /** The folder of the numbered files has been there since the path was set. */
+    mutable bool mHadDocuments;
 };

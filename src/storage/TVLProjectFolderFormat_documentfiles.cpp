@@ -9,6 +9,7 @@
 #include "TTextDoc.h"
 #include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
+#include "TVLFilePresence_p.h"
 #include "TVLOptions.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
@@ -33,11 +34,12 @@ void appendError(QStringList *errors, const QString &text)
         errors->append(text);
 }
 
+/** The path of a document's file; empty when there certainly is none. */
 QString existingFilePath(const QString &path, int id, TVL::DocumentType type)
 {
     const QString filePath =
         Format::filesDocsNodeTypeFilePath(Format::calcEnclosingPath(path), id, type);
-    return QFileInfo::exists(filePath) ? filePath : QString();
+    return tvlIsMissing(filePath) ? QString() : filePath;
 }
 
 /** Asked for once: from the second project on the option tells of this run. */
@@ -112,11 +114,16 @@ bool saveComments(const QString &path, const TVLProjectNode *node, QString *erro
 bool TVLProjectFolderFormat::readDocument(const QString &path, const TVLProjectNode *node,
                                           TVLTextDocument *document, QString *error)
 {
+    const QString filePath =
+        filesDocsNodeTypeFilePath(calcEnclosingPath(path), node->mId, document->documentType());
+    return tvlIsMissing(filePath) || readDocumentFile(filePath, document, error);
+}
+
+bool TVLProjectFolderFormat::readDocumentFile(const QString &filePath, TVLTextDocument *document,
+                                              QString *error)
+{
     const TVL::DocumentType type = document->documentType();
-    docsDirectory(path);
-    QFile file(filesDocsNodeTypeFilePath(calcEnclosingPath(path), node->mId, type));
-    if (!file.exists())
-        return true;
+    QFile file(filePath);
     const QString failure = type == TVL::SynopsisText ? readSynopsisFile(&file, document)
                                                       : readRtfFile(&file, document);
     if (failure.isEmpty())
@@ -293,6 +300,11 @@ TVLProjectFolderFormat::toTavelinorLinkMap(const TVLTextInternalLinkMap &links,
 bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinderProject *model,
                                            QStringList *errors) const
 {
+    // A folder that was there and isn't now has not lost its texts for that: it is on a disk that
+    // is away, or a program that keeps folders in step is about to put it back.
+    const bool isFolderThere = hasDocumentsFolder();
+    const bool isFolderAway = mHadDocuments && !isFolderThere;
+    mHadDocuments = mHadDocuments || isFolderThere;
     bool ok = true;
     TVLProjectLinksAndComments extras;
     if (node->mTextDocument || node->mNotesDocument)
@@ -303,7 +315,12 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
 
     const auto isRead = [&](TVLTextDocument *document) {
         QString error;
-        const bool done = document && readDocument(mProjectPath, node, document, &error);
+        const bool done = document
+            && (isFolderAway ? readDocumentFile(
+                    filesDocsNodeTypeFilePath(calcEnclosingPath(mProjectPath), node->mId,
+                                              document->documentType()),
+                    document, &error)
+                             : readDocument(mProjectPath, node, document, &error));
         ok = ok && (done || !document);
         appendError(errors, error);
         return done;
@@ -347,6 +364,7 @@ bool TVLProjectFolderFormat::writeDocuments(TVLProjectNode *node, QStringList *e
     }
     save(node->mNotesDocument, tr("Failed saving document notes with id: %1 \nError: '%2'"));
     save(node->mSynopsisDocument, tr("Failed saving document synopsis with id: %1 \nError: '%2'"));
+    mHadDocuments = mHadDocuments || hasDocumentsFolder();
     if (errors)
         *errors = failures;
     return failures.isEmpty();

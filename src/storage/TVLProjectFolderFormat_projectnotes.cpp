@@ -7,9 +7,11 @@
 #include "TVLProjectNotes.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLFilePresence_p.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtfReader.h"
+#include "TVLXmlReading_p.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -81,7 +83,7 @@ QHash<int, QString> titlesIn(const QByteArray &index)
     QXmlStreamReader reader(index);
     reader.setEntityExpansionLimit(0);
     int id = -1;
-    while (!reader.atEnd()) {
+    while (tvlHasMore(reader)) {
         if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
         if (reader.name() == u"Note")
@@ -98,7 +100,7 @@ QHash<int, QString> titlesIn(const QByteArray &index)
 QString readFile(const QString &filePath, QTextDocument *note)
 {
     // A file that isn't there is an empty note.
-    if (TVLProjectNoteFiles::isMissing(filePath))
+    if (tvlIsMissing(filePath))
         return {};
     const auto failure = [&filePath](const QString &reason) {
         return Format::tr("Could not open project notes file: '%1'\nError: %2")
@@ -186,14 +188,14 @@ bool TVLProjectFolderFormat::readProjectNotes(const QString &path,
                                               const TVLBinderProject *model, QStringList *errors)
 {
     // No folder is made for it: the project may lie where nothing can be made.
-    if (TVLProjectNoteFiles::isMissing(TVLProjectNoteFiles::folderPath(path)))
+    if (tvlIsMissing(TVLProjectNoteFiles::folderPath(path)))
         return true;
     bool ok = false;
     const QDir directory = projectNotesDirectory(path, &ok, errors);
     if (!ok)
         return false;
     QFile file(directory.filePath(NotesIndexName));
-    if (TVLProjectNoteFiles::isMissing(file.fileName()))
+    if (tvlIsMissing(file.fileName()))
         return true;
     if (!file.open(QIODevice::ReadOnly)) {
         qDebug("failed to open project notes");

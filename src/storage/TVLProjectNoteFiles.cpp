@@ -34,20 +34,6 @@ QString TVLProjectNoteFiles::filePath(const QString &path, int id)
     return folderPath(path) + u"/Note-%1.rtf"_qs.arg(id);
 }
 
-bool TVLProjectNoteFiles::exists(const QString &filePath)
-{
-    const QFileInfo info(filePath);
-    return info.exists() || info.isSymbolicLink();
-}
-
-bool TVLProjectNoteFiles::isMissing(const QString &filePath)
-{
-    if (exists(filePath))
-        return false;
-    const QString folder = QFileInfo(filePath).path();
-    return QFileInfo(folder).isExecutable() || isMissing(folder);
-}
-
 bool TVLProjectNoteFiles::writeIfDifferent(const QByteArray &bytes, const QString &filePath,
                                            QString *error)
 {

@@ -16,11 +16,6 @@ namespace TVLProjectNoteFiles {
 /** The file of a note, as text. */
 [[nodiscard]] QString filePath(const QString &path, int id);
 
-/** Whether there is anything at a path, be it a link that leads nowhere. */
-[[nodiscard]] bool exists(const QString &filePath);
-/** Whether there is certainly nothing at a path: what can't be looked into may hold it. */
-[[nodiscard]] bool isMissing(const QString &filePath);
-
 /** Writes a file, unless it holds these very bytes: each writing in place is a risk. */
 [[nodiscard]] bool writeIfDifferent(const QByteArray &bytes, const QString &filePath,
                                     QString *error);

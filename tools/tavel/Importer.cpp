@@ -142,6 +142,10 @@ QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
     const QModelIndex index = mModel->createIndex(node);
     mModel->overwriteText(index, &document);
     TVLTextDocument *text = mModel->referenceText(index);
+    if (text->isReadOnly()) {
+        mModel->dereferenceItem(text);
+        return u"its place in the project can't be looked into"_qs;
+    }
     // With nobody holding it and nothing to undo, the text goes from memory when it is written.
     text->clearUndoRedoStacks();
     mModel->dereferenceItem(text);

@@ -1,0 +1,17 @@
+#include "TVLFilePresence_p.h"
+
+#include <QFileInfo>
+
+bool tvlIsThere(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymbolicLink();
+}
+
+bool tvlIsMissing(const QString &path)
+{
+    if (tvlIsThere(path))
+        return false;
+    const QFileInfo folder(QFileInfo(path).path());
+    return folder.isExecutable() || tvlIsMissing(folder.filePath());
+}

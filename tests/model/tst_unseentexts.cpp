@@ -1,0 +1,198 @@
+#include "ModelChecks.h"
+#include "ModelTester.h"
+#include "OrdinaryRights.h"
+#include "TestMain.h"
+#include "TestProject.h"
+
+#include "TVLProjectFolderFormat.h"
+#include "TVLTextDocument.h"
+#include "TVLUnattendedMessageBoxes.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTest>
+#include <QTextCursor>
+
+#include <functional>
+
+/** Texts that can't be seen for a while are not texts that were never written. */
+class TstUnseenTexts : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aTextThatIsOutOfSightIsNeverWrittenOver_data();
+    void aTextThatIsOutOfSightIsNeverWrittenOver();
+    void aTextWithoutAFileIsEmptyAndCanBeWritten();
+    void aProjectThatNeverHadAFolderOfTextsGetsOne();
+    void aFolderThatWentAfterTheFirstSaveIsMissed();
+    void readingATextMakesNoFolder();
+    void commentsOutOfSightAreNeverWrittenOver();
+};
+
+namespace {
+
+const QString Docs = u"Files/Docs"_qs;
+
+/** A project with one text, closed; the path of the text in it. */
+QString makeProjectWithText(const TestProject &project)
+{
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    TVLTextDocument *text = model->referenceText(index);
+    QTextCursor(text).insertText(u"Old words"_qs);
+    model->dereferenceItem(text);
+    if (!model->save(true))
+        qFatal("the project could not be saved");
+    const QString path = Docs + u"/%1.rtf"_qs.arg(model->nodeIdentity(index));
+    model->prepareToDestroy();
+    return path;
+}
+
+/** Something that is done to a project, and undone when the object goes. */
+using Hide = std::function<std::function<void()>(const TestProject &project)>;
+
+Hide takingRightsOf(const QString &relativePath)
+{
+    return [=](const TestProject &project) {
+        auto reduced = std::make_shared<ReducedPermissions>(project.path(relativePath),
+                                                            ReducedPermissions::None);
+        return [reduced]() mutable { reduced.reset(); };
+    };
+}
+
+Hide movingAway(const QString &relativePath)
+{
+    return [=](const TestProject &project) {
+        const QString path = QDir::cleanPath(project.path(relativePath));
+        const QString away = path + u".away"_qs;
+        if (!QFile::rename(path, away))
+            qFatal("%s could not be moved", qPrintable(path));
+        return [=] {
+            if (!QFile::rename(away, path))
+                qFatal("%s could not be moved back", qPrintable(path));
+        };
+    };
+}
+
+/** Types into the first text; whether it takes what is typed. */
+bool typeIntoText(TVLProjectModel *model)
+{
+    TVLTextDocument *text = model->referenceText(firstText(model));
+    const bool isWritable = !text->isReadOnly();
+    QTextCursor(text).insertText(u"New words "_qs);
+    model->dereferenceItem(text);
+    return isWritable;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Hide)
+
+void TstUnseenTexts::aTextThatIsOutOfSightIsNeverWrittenOver_data()
+{
+    QTest::addColumn<Hide>("hide");
+    QTest::newRow("no right to look into the texts' folder") << takingRightsOf(Docs);
+    QTest::newRow("no right to look into Files") << takingRightsOf(u"Files"_qs);
+    QTest::newRow("no right to look into the project") << takingRightsOf(QString());
+    QTest::newRow("the texts' folder is away") << movingAway(Docs);
+    QTest::newRow("Files is away") << movingAway(u"Files"_qs);
+    QTest::newRow("the project is away") << movingAway(QString());
+}
+
+void TstUnseenTexts::aTextThatIsOutOfSightIsNeverWrittenOver()
+{
+    QFETCH(Hide, hide);
+    const TestProject project;
+    const QString path = makeProjectWithText(project);
+    const QByteArray before = project.readFile(path);
+    QVERIFY(before.contains("Old words"));
+
+    TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    QVERIFY(model);
+    const ModelTester tester(model.get());
+    const std::function<void()> show = hide(project);
+    const TVLTextDocument *text = model->referenceText(firstText(model.get()));
+    QVERIFY(text->isReadOnly());
+    QCOMPARE(boxes.boxes().size(), 1);
+    show();
+
+    QVERIFY(!typeIntoText(model.get()));
+    QVERIFY(model->save(true));
+    model->prepareToDestroy();
+    QCOMPARE(project.readFile(path), before);
+}
+
+void TstUnseenTexts::aTextWithoutAFileIsEmptyAndCanBeWritten()
+{
+    const TestProject project;
+    const QString path = makeProjectWithText(project);
+    QVERIFY(QFile::remove(project.path(path)));
+    TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    QVERIFY(typeIntoText(model.get()));
+    QVERIFY(model->save(true));
+    QVERIFY(project.readFile(path).contains("New words"));
+    QCOMPARE(boxes.boxes().size(), 0);
+}
+
+void TstUnseenTexts::aProjectThatNeverHadAFolderOfTextsGetsOne()
+{
+    const TestProject project;
+    const QString path = makeProjectWithText(project);
+    QVERIFY(QDir(project.path(Docs)).removeRecursively());
+    TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    QVERIFY(typeIntoText(model.get()));
+    QVERIFY(model->save(true));
+    QVERIFY(project.readFile(path).contains("New words"));
+    QCOMPARE(boxes.boxes().size(), 0);
+}
+
+void TstUnseenTexts::aFolderThatWentAfterTheFirstSaveIsMissed()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex second = addItem(model.get(), model->draftFolder(), TVL::Text);
+    QVERIFY(typeIntoText(model.get()));
+    QVERIFY(model->save(true));
+
+    TVLUnattendedMessageBoxes boxes;
+    const std::function<void()> show = movingAway(Docs)(project);
+    QVERIFY(model->referenceText(second)->isReadOnly());
+    QCOMPARE(boxes.boxes().size(), 1);
+    show();
+}
+
+void TstUnseenTexts::readingATextMakesNoFolder()
+{
+    const TestProject project;
+    makeProjectWithText(project);
+    const auto model = project.open();
+    QVERIFY(QDir(project.path(Docs)).removeRecursively());
+    TVLUnattendedMessageBoxes boxes;
+    QVERIFY(model->referenceText(firstText(model.get()))->isReadOnly());
+    QVERIFY(!QFileInfo::exists(project.path(Docs)));
+}
+
+void TstUnseenTexts::commentsOutOfSightAreNeverWrittenOver()
+{
+    const TestProject project;
+    const QString path = makeProjectWithText(project);
+    const auto model = project.open();
+    const QString commentsPath = QString(path).replace(u".rtf"_qs, u".comments"_qs);
+    QVERIFY(QFile::link(u"nowhere"_qs, project.path(commentsPath)));
+    TVLUnattendedMessageBoxes boxes;
+    const TVLTextDocument *text = model->referenceText(firstText(model.get()));
+    QCOMPARE(boxes.boxes().size(), 1);
+    QVERIFY(text->areCommentsReadOnly());
+    QVERIFY(typeIntoText(model.get()));
+    QVERIFY(model->save(true));
+    QCOMPARE(QFile::symLinkTarget(project.path(commentsPath)),
+             QFileInfo(project.path(Docs)).absoluteFilePath() + u"/nowhere"_qs);
+    QVERIFY(project.readFile(path).contains("New words"));
+}
+
+TVL_TEST_PREPARED(TstUnseenTexts, dropRightsOfTheSuperuser)
+#include "tst_unseentexts.moc"
