@@ -20,8 +20,8 @@ public:
 /** Registers a test class; at the end of its source. */
 #define TVL_TEST(TestClass) TVL_TEST_PREPARED(TestClass, nullptr)
 
-/** The same for one that needs a process prepared for it: @p prepare is called before there are
- * any threads, and only when this class is run. */
+/** Registers a test class that needs a process prepared for it: @p prepare is called before there
+ * are any threads, and only when this class is run. */
 #define TVL_TEST_PREPARED(TestClass, prepare)                                                      \
     static const RegisteredTest registered##TestClass(                                             \
         #TestClass, []() -> std::unique_ptr<QObject> { return std::make_unique<TestClass>(); },    \
