@@ -23,8 +23,8 @@ class TstUnseenTexts : public QObject
 private Q_SLOTS:
     void aTextThatIsOutOfSightIsNeverWrittenOver_data();
     void aTextThatIsOutOfSightIsNeverWrittenOver();
-    void aTextWithoutAFileIsEmptyAndCanBeWritten();
-    void aProjectThatNeverHadAFolderOfTextsGetsOne();
+    void aTextThatWasNeverWrittenIsEmptyAndCanBeWritten_data();
+    void aTextThatWasNeverWrittenIsEmptyAndCanBeWritten();
     void aFolderThatWentAfterTheFirstSaveIsMissed();
     void readingATextMakesNoFolder();
     void commentsOutOfSightAreNeverWrittenOver();
@@ -124,24 +124,20 @@ void TstUnseenTexts::aTextThatIsOutOfSightIsNeverWrittenOver()
     QCOMPARE(project.readFile(path), before);
 }
 
-void TstUnseenTexts::aTextWithoutAFileIsEmptyAndCanBeWritten()
+void TstUnseenTexts::aTextThatWasNeverWrittenIsEmptyAndCanBeWritten_data()
 {
-    const TestProject project;
-    const QString path = makeProjectWithText(project);
-    QVERIFY(QFile::remove(project.path(path)));
-    TVLUnattendedMessageBoxes boxes;
-    const auto model = project.open();
-    QVERIFY(typeIntoText(model.get()));
-    QVERIFY(model->save(true));
-    QVERIFY(project.readFile(path).contains("New words"));
-    QCOMPARE(boxes.boxes().size(), 0);
+    QTest::addColumn<bool>("withFolder");
+    QTest::newRow("its file isn't there") << false;
+    QTest::newRow("the project never had a folder of texts") << true;
 }
 
-void TstUnseenTexts::aProjectThatNeverHadAFolderOfTextsGetsOne()
+void TstUnseenTexts::aTextThatWasNeverWrittenIsEmptyAndCanBeWritten()
 {
+    QFETCH(bool, withFolder);
     const TestProject project;
     const QString path = makeProjectWithText(project);
-    QVERIFY(QDir(project.path(Docs)).removeRecursively());
+    QVERIFY(withFolder ? QDir(project.path(Docs)).removeRecursively()
+                       : QFile::remove(project.path(path)));
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     QVERIFY(typeIntoText(model.get()));
