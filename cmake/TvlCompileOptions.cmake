@@ -12,8 +12,9 @@ target_compile_definitions(TvlCompileOptions INTERFACE
     QT_NO_KEYWORDS
     QT_DEPRECATED_WARNINGS)
 
-# A fuzz build instruments the library for coverage; the fuzz targets themselves add the driver.
-if(TVL_BUILD_FUZZ)
+# The fuzz targets add the driver themselves. Instrumenting the library too shows the driver what an
+# input reached; replaying seeds needs none of that.
+if(TVL_BUILD_FUZZ AND TVL_FUZZ_COVERAGE)
     target_compile_options(TvlCompileOptions INTERFACE -fsanitize=fuzzer-no-link)
     target_link_options(TvlCompileOptions INTERFACE -fsanitize=fuzzer-no-link)
 endif()
