@@ -6,6 +6,7 @@
 #include "TVLProjectNode.h"
 
 #include "TCoreType.h"
+#include "TVLRegularFile.h"
 
 #include <QDebug>
 #include <QFile>
@@ -67,7 +68,7 @@ TVLProjectInfo TVLBinderReader::readProjectInfo()
 
 TVLProjectInfo TVLBinderReader::readProjectInfo(const QString &filePath)
 {
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return TVLBinderReader(&file).readProjectInfo();

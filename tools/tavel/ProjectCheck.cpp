@@ -98,7 +98,7 @@ void ProjectCheck::readPlainBinder()
         add(u"noBinder"_qs, relative(expected), u"there is no binder file"_qs);
         return;
     }
-    auto project = std::make_unique<ReadOnlyProject>();
+    auto project = std::make_unique<TVLBinderContents>();
     const QString error = project->read(mFiles.binder);
     if (error.isEmpty())
         takeIfLoadable(std::move(project), mFiles.binder);
@@ -110,14 +110,14 @@ void ProjectCheck::readZippedBinder(const QString &path, const QString &unreadab
 {
     if (path.isEmpty())
         return;
-    auto project = std::make_unique<ReadOnlyProject>();
+    auto project = std::make_unique<TVLBinderContents>();
     if (TVLProjectFolderFormat::readZippedBinderFilePath(path, project.get()))
         takeIfLoadable(std::move(project), path);
     else
         add(unreadableKind, relative(path), u"the zipped copy of the binder can't be read"_qs);
 }
 
-bool ProjectCheck::hasDeadFavorites(const ReadOnlyProject &project, const QString &source)
+bool ProjectCheck::hasDeadFavorites(const TVLBinderContents &project, const QString &source)
 {
     const QList<int> ids = project.deadFavorites();
     for (const int id : ids)
@@ -127,7 +127,7 @@ bool ProjectCheck::hasDeadFavorites(const ReadOnlyProject &project, const QStrin
     return !ids.isEmpty();
 }
 
-void ProjectCheck::takeIfLoadable(std::unique_ptr<ReadOnlyProject> project, const QString &source)
+void ProjectCheck::takeIfLoadable(std::unique_ptr<TVLBinderContents> project, const QString &source)
 {
     if (hasDeadFavorites(*project, source)) {
         if (!mUnloadable) {
@@ -142,7 +142,7 @@ void ProjectCheck::takeIfLoadable(std::unique_ptr<ReadOnlyProject> project, cons
     }
 }
 
-void ProjectCheck::take(std::unique_ptr<ReadOnlyProject> project, const QString &source)
+void ProjectCheck::take(std::unique_ptr<TVLBinderContents> project, const QString &source)
 {
     mProject = std::move(project);
     mProjectSource = source;

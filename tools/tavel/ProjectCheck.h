@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ProjectOpener.h"
-#include "ReadOnlyProject.h"
+#include "TVLBinderContents.h"
 
 #include <QHash>
 #include <QList>
@@ -61,9 +61,9 @@ private:
 
     void readBinder();
     void readPlainBinder();
-    [[nodiscard]] bool hasDeadFavorites(const ReadOnlyProject &project, const QString &source);
-    void takeIfLoadable(std::unique_ptr<ReadOnlyProject> project, const QString &source);
-    void take(std::unique_ptr<ReadOnlyProject> project, const QString &source);
+    [[nodiscard]] bool hasDeadFavorites(const TVLBinderContents &project, const QString &source);
+    void takeIfLoadable(std::unique_ptr<TVLBinderContents> project, const QString &source);
+    void take(std::unique_ptr<TVLBinderContents> project, const QString &source);
     void readZippedBinder(const QString &path, const QString &unreadableKind);
     void checkBinderNames();
     void checkVersions();
@@ -96,10 +96,10 @@ private:
 
     BinderFiles mFiles;
     QList<Problem> mProblems;
-    std::unique_ptr<ReadOnlyProject> mProject; ///< Null until a binder was read.
+    std::unique_ptr<TVLBinderContents> mProject; ///< Null until a binder was read.
     QString mProjectSource; ///< The file that it was read from.
     /** The first binder that can be read, but not be loaded; null for none. */
-    std::unique_ptr<ReadOnlyProject> mUnloadable;
+    std::unique_ptr<TVLBinderContents> mUnloadable;
     QString mUnloadableSource;
     bool mHasIds = false; ///< Whether items of the binder's version have ids.
     QHash<int, const TVLProjectNode *> mById;

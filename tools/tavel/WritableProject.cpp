@@ -2,7 +2,7 @@
 
 #include "BinderSections.h"
 #include "ProjectOpener.h"
-#include "ReadOnlyProject.h"
+#include "TVLBinderContents.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
@@ -42,8 +42,8 @@ QString orUnknown(const QString &text)
 /** Whether a model would take a binder in. */
 bool isLoadable(const QString &binderPath)
 {
-    ReadOnlyProject project;
-    return project.read(binderPath).isEmpty() && project.deadFavorites().isEmpty();
+    TVLBinderContents project;
+    return project.read(binderPath).isEmpty() && project.isLoadable();
 }
 
 /** Who has the project open; empty when nobody has. */

@@ -1,11 +1,12 @@
 #include "TVLFileUtil.h"
+#include "TVLRegularFile.h"
 
 #include <QFile>
 
 QByteArray TVLFileUtil::calcChecksum(const QString &filePath,
                                      QCryptographicHash::Algorithm algorithm)
 {
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QCryptographicHash hash(algorithm);

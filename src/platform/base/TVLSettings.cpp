@@ -1,5 +1,6 @@
 #include "TVLSettings.h"
 
+#include "TVLRegularFile.h"
 #include "TVLStoredFormat_p.h"
 #include "TVLStoredValue_p.h"
 
@@ -34,7 +35,7 @@ bool isReadWhole(const QByteArray &content)
 
 bool hasContent(const QString &path, const QByteArray &content)
 {
-    QFile file(path);
+    TVLRegularFile file(path);
     return file.open(QIODevice::ReadOnly) && file.readAll() == content;
 }
 
@@ -60,7 +61,7 @@ bool keepDamagedFile(const QString &path, const QByteArray &content)
  */
 bool isSafeToWrite(const QString &path)
 {
-    QFile file(path);
+    TVLRegularFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return true;
     const QByteArray content = file.readAll();

@@ -3,6 +3,7 @@
 #include "TVLErrorText_p.h"
 
 #include "TUuid.h"
+#include "TVLRegularFile.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -99,7 +100,7 @@ bool copyFolder(const QString &source, const QString &target)
 /** Reads a file to its end; nothing when it can't be, with the reason in @p error. */
 std::optional<QByteArray> readFile(const QString &path, QString *error)
 {
-    QFile file(path);
+    TVLRegularFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         tvlSetError(error, file.errorString());
         return std::nullopt;
@@ -244,7 +245,7 @@ bool TVLCoreUtil::IsReadable(const QString &path, QString *error)
     const QFileInfo info(path);
     if (info.isDir())
         return info.isReadable() || tvlFail(error, tr("The folder can't be read"));
-    QFile file(path);
+    TVLRegularFile file(path);
     return file.open(QIODevice::ReadOnly) || tvlFail(error, file.errorString());
 }
 
@@ -256,7 +257,7 @@ bool TVLCoreUtil::IsWritable(const QString &path, QString *error)
     if (info.isDir())
         return info.isWritable() || tvlFail(error, tr("The folder can't be written to"));
     if (info.exists()) {
-        QFile file(path);
+        TVLRegularFile file(path);
         return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)
             || tvlFail(error, file.errorString());
     }

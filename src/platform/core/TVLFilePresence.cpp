@@ -10,6 +10,8 @@ bool tvlIsThere(const QString &path)
 
 bool tvlIsMissing(const QString &path)
 {
+    if (path.isEmpty())
+        return true;
     if (tvlIsThere(path))
         return false;
     const QFileInfo folder(QFileInfo(path).path());

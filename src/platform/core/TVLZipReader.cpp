@@ -1,4 +1,5 @@
 #include "TVLZipReader.h"
+#include "TVLRegularFile.h"
 
 #include <QFile>
 
@@ -27,7 +28,7 @@ public:
 TVLZipReader::TVLZipReader(const QString &filePath)
     : d(std::make_unique<Private>())
 {
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return;
     d->bytes = file.readAll();

@@ -3,22 +3,32 @@
 #include "TVLBinderProject.h"
 #include "TVLProjectNode.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 #include <optional>
+
+class QIODevice;
 
 /**
  * What a binder says, and nothing more. In contrast to a model it repairs nothing, adds nothing
  * and knows no folder, so that a check sees the binder as it stands.
  */
-class ReadOnlyProject : public TVLBinderProject
+class TVL_EXPORT TVLBinderContents : public TVLBinderProject
 {
+    Q_DECLARE_TR_FUNCTIONS(TVLBinderContents)
+
 public:
-    ReadOnlyProject();
-    ~ReadOnlyProject() override;
+    TVLBinderContents();
+    ~TVLBinderContents() override;
 
     /** Reads a binder file; empty, or what is wrong with it and where. */
     [[nodiscard]] QString read(const QString &filePath);
+    /** Reads a binder from an open device that the caller owns; empty, or what is wrong with it. */
+    [[nodiscard]] QString read(QIODevice *device);
 
+    /** Whether a model would take what was read. */
+    [[nodiscard]] bool isLoadable() const { return mDeadFavorites.isEmpty(); }
     /**
      * Ids among the favorites that stand for no item. A binder with one is sound otherwise, but a
      * model refuses it.
