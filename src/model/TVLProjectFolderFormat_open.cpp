@@ -5,6 +5,8 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLProjectModel.h"
+#include "TVLRedoJournal_p.h"
+#include "TVLRegularFile.h"
 
 #include <QApplication>
 #include <QFile>
@@ -18,7 +20,7 @@ namespace {
 
 bool readPlainBinder(const QString &filePath, TVLProjectModel *model)
 {
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     return file.open(QIODevice::ReadOnly)
         && TVLProjectFolderFormat::readBinder(&file, model, nullptr);
 }
@@ -57,6 +59,8 @@ TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
     // Templates can't be unpacked yet; a blank project in place of one would be a silent surprise.
     if (!templatePath.isEmpty() && !QFileInfo::exists(projectPath))
         return nullptr;
+    // Before anything is read: the save that it completes may have been writing any of the files.
+    TVLRedoJournal::replay(projectPath);
     const QString binderPath = findOpenBinderFilePath(path);
     const BinderSource sources[] = {
         {binderPath, readPlainBinder},
@@ -88,7 +92,7 @@ TVLProjectModel *TVLProjectFolderFormat::openMobileSyncProject(const QString &pa
                                                                QString *error)
 {
     const QString projectPath = calcEnclosingPath(path);
-    QFile file(mobileBinderSyncFilePath(projectPath));
+    TVLRegularFile file(mobileBinderSyncFilePath(projectPath));
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return nullptr;
     auto model = std::make_unique<TVLProjectModel>(projectPath, parent, true);

@@ -27,6 +27,7 @@ class QImage;
 class QPrinter;
 class QTextDocument;
 class QUrl;
+class TVLDocumentSave;
 class TVLKeywordModel;
 class TVLNumberedFiles;
 class TVLProjectChecksums;
@@ -146,7 +147,9 @@ public:
      * the project's own folder, lies in it or holds it.
      */
     [[nodiscard]] bool saveAs(const QString &path, bool showProgress, bool removeOldLock);
-    /** Ends the model's work: saves, removes the lock, and takes the model off the list of models.
+    /**
+     * Ends the model's work: saves, also what an earlier save could not write, removes the lock,
+     * and takes the model off the list of models.
      */
     void prepareToDestroy();
 
@@ -1237,14 +1240,23 @@ private:
     void takeSettingsAlong();
     void stopAutoSaveTimer();
     void askEditorsBeforeSave();
+    bool saveNow(bool force);
+    /** Whether the binder is of a version whose ids and uuids could not be read. */
+    [[nodiscard]] bool isIncompatible() const;
     void saveBinder(QStringList *failures) const;
     void saveLoadedDocuments(QStringList *failures) const;
     void saveProjectNotes(QStringList *failures) const;
+    /** The notes count as saved after a failure too; before the end they are tried once more. */
+    void askForFailedNotesAgain();
     void readProjectNotes(QStringList *errors);
     void showSaveErrors(const QStringList &errors) const;
 
     void createDocuments(TVLProjectNode *node) const;
-    bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
+    /** As the public one; with @p save, as a part of that. */
+    bool saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
+                       TVLDocumentSave *save) const;
+    bool writeDocuments(TVLProjectNode *node, QStringList *errors,
+                        TVLDocumentSave *save = nullptr) const;
     void startDocument(TVLTextDocument *document) const;
     void releaseDocuments(TVLProjectNode *node) const;
     /** Takes an item's documents out of memory; they are the caller's to delete. */
@@ -1402,6 +1414,10 @@ private:
     QString mName;
     QString mPath;
     bool mSaved = true;
+    bool mIsSaving = false; ///< A save, or a Save As, is under way.
+    bool mIsDiskBehind = false; ///< The last save failed, also where mSaved says otherwise.
+    mutable bool mAreNotesBehind = false; ///< The last try to write the project notes failed.
+    quint64 mChangeCount = 0; ///< How often the project was marked as modified.
     bool mSuspendModified = false;
     bool mIsReadingBinder = false;
     bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.

@@ -255,18 +255,26 @@ void TVLProjectModel::leaveLoadedNodes(const TVLProjectNode *node) const
 bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease,
                                     QStringList *errors) const
 {
+    return saveDocuments(node, forceRelease, errors, nullptr);
+}
+
+bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
+                                    TVLDocumentSave *save) const
+{
     if (!node || !hasDirtyDocument(node))
         return true;
-    const bool result = writeDocuments(node, errors);
+    const bool result = writeDocuments(node, errors, save);
     if (forceRelease || !areDocumentsWanted(node))
         releaseDocuments(node);
     return result;
 }
 
-bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors) const
+bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors,
+                                     TVLDocumentSave *save) const
 {
     const QList<TVLTextDocument *> dirty = dirtyDocuments(node);
-    const bool result = mFolderFormat->writeDocuments(node, errors);
+    const bool result = save ? mFolderFormat->writeDocuments(node, save, errors)
+                             : mFolderFormat->writeDocuments(node, errors);
     updateHasFlags(node);
     // Only what is on disk now: the hash of a file vouches for the text that is kept of it.
     for (const TVLTextDocument *document : dirty) {

@@ -1,6 +1,7 @@
 #include "TVLProjectModel.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLDocumentSave_p.h"
 #include "TVLGuiUtil.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
@@ -197,6 +198,7 @@ void TVLProjectModel::markProjectAsModified(bool set)
         return;
     const bool wasSaved = mSaved;
     mSaved = false;
+    ++mChangeCount;
     if (wasSaved)
         Q_EMIT modifiedChanged(true);
     stopAutoSaveTimer();
@@ -214,7 +216,10 @@ void TVLProjectModel::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == mAutoSaveTimer) {
         stopAutoSaveTimer();
-        save(false);
+        if (mIsSaving)
+            mAutoSaveTimer = startTimer(mAutoSaveSeconds * 1000);
+        else
+            save(false);
     } else if (event->timerId() == mDocTextChangeTimer) {
         announceDocTextChanges();
     } else {
@@ -230,11 +235,28 @@ void TVLProjectModel::setExcludeFromBackup(bool exclude)
 
 bool TVLProjectModel::save(bool force)
 {
+    // Boxes and progress dialogs run the event loop, where others may ask for a save.
+    if (mIsSaving) {
+        // Who insists has changed something that the save under way may be past already.
+        markProjectAsModified(force);
+        return false;
+    }
+    const QScopedValueRollback saving(mIsSaving, true);
+    return saveNow(force);
+}
+
+bool TVLProjectModel::saveNow(bool force)
+{
     askEditorsBeforeSave();
     stopAutoSaveTimer();
     if (mSaved && !force)
         return true;
+    const quint64 changeCount = mChangeCount;
     const bool result = saveChanges(nullptr);
+    mIsDiskBehind = !result || mChangeCount != changeCount;
+    // What was changed while a box was up isn't on disk, nor has the user seen an error for it.
+    if (mChangeCount != changeCount)
+        return result;
     // Also after a failure: the user has seen the error, and the next change asks again.
     mSaved = true;
     Q_EMIT modifiedChanged(false);
@@ -261,10 +283,20 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
         || !TVLGuiUtil::CanWriteLocation(mPath, true, true, QApplication::activeWindow()))
         return false;
 
+    if (isIncompatible()) {
+        // Its ids and uuids could not be read, so the texts would belong to no item afterwards.
+        const QStringList failures(
+            tr("Project '%1' is incompatible with this version of Tavelinor.").arg(mName));
+        showSaveErrors(failures);
+        if (errors)
+            *errors = failures;
+        return false;
+    }
     mInfo.mModId = QUuid::createUuid();
     mInfo.mModified = QDateTime::currentDateTimeUtc();
     mInfo.mDevice = platformDeviceName();
-    if (!QFileInfo::exists(TVLProjectFolderFormat::versionFilePath(mPath)))
+    // A kill while it was being written leaves it empty.
+    if (QFileInfo(TVLProjectFolderFormat::versionFilePath(mPath)).size() == 0)
         TVLProjectFolderFormat::writeFormatVersion(mPath, formatVersion());
 
     QStringList failures;
@@ -293,10 +325,14 @@ void TVLProjectModel::saveBinder(QStringList *failures) const
 void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
 {
     const QList<TVLProjectNode *> nodes = loadedNodes();
+    TVLDocumentSave save(mPath);
+    for (const TVLProjectNode *node : nodes)
+        save.add(node);
+    save.begin();
     for (TVLProjectNode *node : nodes) {
         const QString title = node->mTitle;
         QStringList errors;
-        if (!saveDocuments(node, false, &errors))
+        if (!saveDocuments(node, false, &errors, &save))
             failures->append(
                 tr("Could not save project document '%1'\n%2").arg(title, errors.join(u'\n')));
     }
@@ -320,13 +356,20 @@ void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
-    saveSearch(force);
+    if (!isIncompatible())
+        saveSearch(force);
+}
+
+bool TVLProjectModel::isIncompatible() const
+{
+    return !mInfo.mVersion.isEmpty() && mInfo.mBinderVersion == TVL::NoBinderVersion;
 }
 
 bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)
 {
-    if (path.isEmpty())
+    if (path.isEmpty() || mIsSaving)
         return false;
+    const QScopedValueRollback saving(mIsSaving, true);
     const QString target = TVLProjectFolderFormat::calcEnclosingPath(path);
     const QString source = TVLProjectFolderFormat::calcEnclosingPath(mPath);
     // Clearing the way for the copy must never take the project itself.
@@ -349,7 +392,8 @@ bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool remove
     mName = TVLProjectFolderFormat::projectPathToProjectName(target);
     TVLProjectFolderFormat::addLock(target);
     takeSettingsAlong();
-    save(false);
+    askForFailedNotesAgain();
+    saveNow(mIsDiskBehind);
     if (mFolderMonitor)
         mFolderMonitor->startMonitor(target);
     return true;
@@ -370,7 +414,12 @@ void TVLProjectModel::takeSettingsAlong()
 
 void TVLProjectModel::prepareToDestroy()
 {
-    saveAll(false);
+    askForFailedNotesAgain();
+    save(mIsDiskBehind);
+    // A change made while a box was up.
+    save(false);
+    if (!isIncompatible())
+        saveSearch(false);
     // Until the project is opened again, others may change what lies in its folder.
     TVLProjectFolderFormat::clearSnapshotsCache(mPath);
     TVLProjectFolderFormat::removeLock(mPath);

@@ -108,12 +108,19 @@ void TVLProjectModel::saveProjectNotes(QStringList *failures) const
     if (!mProjectNotes.isModified())
         return;
     QStringList errors;
-    if (!writeNotes(mPath, mProjectNotes, &errors))
+    mAreNotesBehind = !writeNotes(mPath, mProjectNotes, &errors);
+    if (mAreNotesBehind)
         failures->append(tr("Could not save project notes.\n%1").arg(errors.join(u'\n')));
     // Also after a failure: the user has seen the error, and the next change asks again.
     for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes))
         document->setModified(false);
     mProjectNotes.setModified(false);
+}
+
+void TVLProjectModel::askForFailedNotesAgain()
+{
+    if (mAreNotesBehind)
+        mProjectNotes.setModified(true);
 }
 
 // --- The notes

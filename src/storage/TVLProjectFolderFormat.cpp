@@ -3,6 +3,7 @@
 #include "TVLBinderReader.h"
 #include "TVLBinderText.h"
 #include "TVLCoreUtil.h"
+#include "TVLFileWriting_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -69,7 +70,7 @@ bool TVLProjectFolderFormat::writeFormatVersion(const QString &path, int version
             return false;
         text += oldText.mid(text.size());
     }
-    return TVLCoreUtil::WriteUnicodeTextFile(text, filePath, nullptr);
+    return tvlWriteOwnFile(text.toUtf8(), filePath, nullptr);
 }
 
 QString TVLProjectFolderFormat::readBinderVersion(QIODevice *device)

@@ -16,8 +16,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 class QDateTime;
-class QFile;
 class QFileInfo;
 class QImage;
 class QPixmap;
@@ -28,7 +29,9 @@ class QUrl;
 class QUuid;
 class QWidget;
 class TVLBinderProject;
+class TVLDocumentSave;
 class TVLNumberedFiles;
+class TVLProjectFile;
 class TVLProjectModel;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
@@ -372,6 +375,9 @@ public:
      * write, becomes the list of failures.
      */
     [[nodiscard]] bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
+    /** As the other one, for an item of a save that has begun already. */
+    [[nodiscard]] bool writeDocuments(TVLProjectNode *node, TVLDocumentSave *save,
+                                      QStringList *errors) const;
     /** @} */
 
     /**
@@ -633,20 +639,24 @@ public:
 
 private:
     // Each of these returns what went wrong, as a text for the user; empty when nothing did.
-    [[nodiscard]] static QString openForReading(QFile *file, const TVLTextDocument *document);
-    [[nodiscard]] static QString openFailure(const QFile &file, const TVLTextDocument *document);
-    [[nodiscard]] static QString readSynopsisFile(QFile *file, TVLTextDocument *document);
-    [[nodiscard]] static QString readRtfFile(QFile *file, TVLTextDocument *document);
+    [[nodiscard]] static QString openForReading(const TVLProjectFile &file,
+                                                const TVLTextDocument *document,
+                                                std::unique_ptr<QIODevice> *device);
+    [[nodiscard]] static QString
+    openFailure(const TVLProjectFile &file, const TVLTextDocument *document, const QString &reason);
+    [[nodiscard]] static QString readSynopsisFile(const TVLProjectFile &file,
+                                                  TVLTextDocument *document);
+    [[nodiscard]] static QString readRtfFile(const TVLProjectFile &file, TVLTextDocument *document);
 
     /** Reads a document's file, which has to be there. */
-    [[nodiscard]] static bool readDocumentFile(const QString &filePath, TVLTextDocument *document,
-                                               QString *error);
+    [[nodiscard]] static bool readDocumentFile(const TVLProjectFile &file,
+                                               TVLTextDocument *document, QString *error);
     [[nodiscard]] bool hasDocumentsFolder() const;
 
-    [[nodiscard]] static bool parseCommentsFile(const QString &filePath,
+    [[nodiscard]] static bool parseCommentsFile(const TVLProjectFile &file,
                                                 TVLProjectLinksAndComments *result,
                                                 QStringList *errors);
-    [[nodiscard]] static bool parseLinksFile(const QString &filePath,
+    [[nodiscard]] static bool parseLinksFile(const TVLProjectFile &file,
                                              TVLProjectLinksAndComments *result,
                                              QStringList *errors);
 

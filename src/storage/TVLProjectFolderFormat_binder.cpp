@@ -1,10 +1,12 @@
 #include "TVLProjectFolderFormat.h"
 
+#include "TVLBinderCopy_p.h"
 #include "TVLBinderReader.h"
 #include "TVLBinderWriter.h"
-#include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
-#include "TVLWholeXml_p.h"
+#include "TVLFileWriting_p.h"
+#include "TVLRedoJournal_p.h"
+#include "TVLRegularFile.h"
 #include "TVLZipReader.h"
 
 #include <QBuffer>
@@ -30,26 +32,22 @@ QString zippedBinderVersion(const QString &zipPath, const QString &entryName)
     return TVLProjectFolderFormat::readBinderVersion(&buffer);
 }
 
-bool isWholeXmlFile(const QString &filePath)
+QByteArray bytesOfBinder(const TVLBinderProject *project)
 {
-    QFile file(filePath);
-    return file.open(QIODevice::ReadOnly) && tvlIsWholeXml(&file);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    TVLBinderWriter(&buffer).writeProject(project, project->binderRoot());
+    return buffer.data();
 }
 
-/*
- * A save that was killed behind the binder and before its zipped copy leaves a copy that is older
- * than the binder. The next save would then have nothing but that older state to fall back on while
- * it overwrites the binder, so the copy is made up for first; but never from a binder that is cut
- * off itself, for then the copy is the better of the two.
- */
-void refreshStaleAutosave(const QString &path, const QString &binderFile)
+bool writeBinderBytes(const QByteArray &bytes, const QString &filePath, QString *error)
 {
-    const QFileInfo binder(binderFile);
-    const QFileInfo autosave(TVLProjectFolderFormat::binderAutosaveFilePath(
-        TVLProjectFolderFormat::calcEnclosingPath(path)));
-    if (binder.exists() && autosave.exists() && autosave.lastModified() < binder.lastModified()
-        && isWholeXmlFile(binderFile))
-        TVLProjectFolderFormat::compressBinder(path, autosave.fileName(), binderFile);
+    // A disk that is full cuts the file off; saying so keeps the zipped copy of the last good one.
+    bool couldOpen = false;
+    const bool isWritten = tvlWriteOwnFile(bytes, filePath, error, &couldOpen);
+    if (!couldOpen && !QFileInfo(filePath).isSymbolicLink())
+        tvlSetError(error, TVLProjectFolderFormat::tr("Could not open binder file."));
+    return isWritten;
 }
 
 } // namespace
@@ -58,7 +56,7 @@ QString TVLProjectFolderFormat::readProjectBinderVersion(const QString &path)
 {
     const QString binderPath = findOpenBinderFilePath(path);
     QString version;
-    QFile file(binderPath);
+    TVLRegularFile file(binderPath);
     if (file.exists() && file.open(QIODevice::ReadOnly))
         version = readBinderVersion(&file);
 
@@ -95,7 +93,7 @@ QString TVLProjectFolderFormat::readUserProjectData(const QString &filePath)
 {
     static const QByteArray startTag = "<UserProjectData>";
     static const QByteArray endTag = "</UserProjectData>";
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray content = file.readAll();
@@ -127,10 +125,18 @@ bool TVLProjectFolderFormat::writeDesktopBinder(const QString &path,
         if (!isFree || (QFileInfo::exists(openPath) && !QFile::rename(openPath, defaultPath)))
             filePath = openPath;
     }
-    refreshStaleAutosave(path, filePath);
-    if (!writeBinderFile(filePath, project, error))
+    const QByteArray bytes = bytesOfBinder(project);
+    // While the file is being written, something else has to hold a binder that can be opened.
+    std::optional<TVLRedoJournal> journal;
+    if (!tvlEnsureAutosaveOf(path, filePath))
+        journal.emplace(path, QList<TVLFileContent>{{filePath, bytes}});
+    if (!writeBinderBytes(bytes, filePath, error))
         return false;
-    compressBinder(path, u"binder.autosave"_qs, filePath);
+    if (journal)
+        journal->setWritten(filePath);
+    if (!tvlMakeAutosaveOf(path, filePath))
+        qWarning("Could not make '%ls' of the binder that was saved",
+                 qUtf16Printable(binderAutosaveFilePath(calcEnclosingPath(path))));
     return true;
 }
 
@@ -144,16 +150,7 @@ bool TVLProjectFolderFormat::writeMobileBinder(const QString &path, const TVLBin
 bool TVLProjectFolderFormat::writeBinderFile(const QString &filePath,
                                              const TVLBinderProject *project, QString *error)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    TVLBinderWriter(&buffer).writeProject(project, project->binderRoot());
-
-    // A disk that is full cuts the file off; saying so keeps the zipped copy of the last good one.
-    bool couldOpen = false;
-    const bool isWritten = TVLCoreUtil::WriteBinaryFile(buffer.data(), filePath, error, &couldOpen);
-    if (!couldOpen)
-        tvlSetError(error, tr("Could not open binder file."));
-    return isWritten;
+    return writeBinderBytes(bytesOfBinder(project), filePath, error);
 }
 
 bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &zipName,
@@ -163,7 +160,7 @@ bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &
         return false;
     bool ok = false;
     const QDir directory = filesDirectory(path, &ok);
-    QFile binder(binderFile);
+    TVLRegularFile binder(binderFile);
     if (!ok || !binder.open(QIODevice::ReadOnly))
         return false;
 
@@ -174,13 +171,13 @@ bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &
     zip.addFile(QFileInfo(binderFile).fileName(), binder.readAll());
     zip.close();
 
-    return TVLCoreUtil::WriteBinaryFile(buffer.data(), directory.filePath(zipName), nullptr);
+    return tvlWriteDerivedFile(buffer.data(), directory.filePath(zipName), nullptr);
 }
 
 bool TVLProjectFolderFormat::isNewMobileProjectTavelxContents(const QString &path)
 {
     constexpr qint64 LongestPointer = 64;
-    QFile file(findOpenBinderFilePath(path));
+    TVLRegularFile file(findOpenBinderFilePath(path));
     if (!file.open(QIODevice::ReadOnly))
         return false;
     QTextStream stream(&file);

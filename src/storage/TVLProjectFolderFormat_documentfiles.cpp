@@ -2,26 +2,22 @@
 
 #include "TVLBinderProject.h"
 #include "TVLBinderReader.h"
-#include "TVLBinderWriter.h"
+#include "TVLDocumentSave_p.h"
+#include "TVLProjectFile_p.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDocument.h"
 
-#include "TTextDoc.h"
 #include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
-#include "TVLFilePresence_p.h"
+#include "TVLFileWriting_p.h"
 #include "TVLOptions.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
-#include "TVLTextRtf.h"
 #include "TVLTextRtfReader.h"
 
-#include <QBuffer>
-#include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -34,38 +30,11 @@ void appendError(QStringList *errors, const QString &text)
         errors->append(text);
 }
 
-/** The path of a document's file; empty when there certainly is none. */
-QString existingFilePath(const QString &path, int id, TVL::DocumentType type)
-{
-    const QString filePath =
-        Format::filesDocsNodeTypeFilePath(Format::calcEnclosingPath(path), id, type);
-    return tvlIsMissing(filePath) ? QString() : filePath;
-}
-
 /** Asked for once: from the second project on the option tells of this run. */
 bool previousRunEndedNormally()
 {
     static const bool prevExitedNormally = tvlOptions()->value(TVLOptions::PreviousExitedNormally);
     return prevExitedNormally;
-}
-
-/** Writes from a copy, because inline notes become markup in the text of what is written. */
-bool writeRtf(const QString &filePath, const QTextDocument *document, QString *error)
-{
-    const std::unique_ptr<QTextDocument> clone(TTextDoc::cloneDocumentQtStyle(document, nullptr));
-    clone->setUndoRedoEnabled(false);
-    TVLTextDoc::toInlineMarkup(clone.get());
-    return TVLTextRtf::toRtfFile(filePath, clone.get(), error, true, false);
-}
-
-bool removeIfThere(QFile *file)
-{
-    return !file->exists() || file->remove();
-}
-
-bool isUnsaved(const TVLTextDocument *document)
-{
-    return document && document->isDirty();
 }
 
 void setLinks(QTextDocument *document, const TVLTextInternalLinkMap &links,
@@ -91,41 +60,21 @@ void setLinksAndComments(QTextDocument *document, const TVLProjectLinksAndCommen
         TVLTextDoc::setComments(document, extras.mComments);
 }
 
-/** Writes the comments, but never over a file of comments that could not be read. */
-bool saveComments(const QString &path, const TVLProjectNode *node, QString *error)
-{
-    const TVLTextDocument *document = node->mTextDocument;
-    if (!document->areCommentsReadOnly())
-        return Format::writeComments(path, node, document, error);
-    // Those that the text only names are in that file; others have no place to go.
-    const QList<TVLTextCommentLink> comments = TVLTextDoc::comments(document, -1, -1);
-    const bool areInFile =
-        std::all_of(comments.begin(), comments.end(),
-                    [](const TVLTextCommentLink &comment) { return comment.mRtf.isEmpty(); });
-    if (!areInFile)
-        tvlSetError(error,
-                    Format::tr("Could not load comments file: '%1'")
-                        .arg(existingFilePath(path, node->mId, TVL::CommentsFile)));
-    return areInFile;
-}
-
 } // namespace
 
 bool TVLProjectFolderFormat::readDocument(const QString &path, const TVLProjectNode *node,
                                           TVLTextDocument *document, QString *error)
 {
-    const QString filePath =
-        filesDocsNodeTypeFilePath(calcEnclosingPath(path), node->mId, document->documentType());
-    return tvlIsMissing(filePath) || readDocumentFile(filePath, document, error);
+    const TVLProjectFile file(path, node->mId, document->documentType());
+    return file.isMissing() || readDocumentFile(file, document, error);
 }
 
-bool TVLProjectFolderFormat::readDocumentFile(const QString &filePath, TVLTextDocument *document,
+bool TVLProjectFolderFormat::readDocumentFile(const TVLProjectFile &file, TVLTextDocument *document,
                                               QString *error)
 {
     const TVL::DocumentType type = document->documentType();
-    QFile file(filePath);
-    const QString failure = type == TVL::SynopsisText ? readSynopsisFile(&file, document)
-                                                      : readRtfFile(&file, document);
+    const QString failure =
+        type == TVL::SynopsisText ? readSynopsisFile(file, document) : readRtfFile(file, document);
     if (failure.isEmpty())
         return true;
     // What could not be read must never be written over.
@@ -134,45 +83,54 @@ bool TVLProjectFolderFormat::readDocumentFile(const QString &filePath, TVLTextDo
     return false;
 }
 
-QString TVLProjectFolderFormat::openForReading(QFile *file, const TVLTextDocument *document)
+QString TVLProjectFolderFormat::openForReading(const TVLProjectFile &file,
+                                               const TVLTextDocument *document,
+                                               std::unique_ptr<QIODevice> *device)
 {
-    if (QFileInfo(*file).isDir())
-        return tr("Error: Trying to read directory as a file: '%1'").arg(file->fileName());
+    if (QFileInfo(file.path()).isDir())
+        return tr("Error: Trying to read directory as a file: '%1'").arg(file.path());
     QString reason;
     // A file that brought the last run down must not do the same to this one.
     if (!previousRunEndedNormally() && document->documentType() != TVL::SynopsisText
-        && !TVLCoreUtil::IsReadable(file->fileName(), &reason))
+        && !TVLCoreUtil::IsReadable(file.path(), &reason))
         return tr("RTF Inspector could not read %1 location: '%2'\nError: %3")
-            .arg(docTypeDescr(document->documentType()), file->fileName(), reason);
-    return file->open(QIODevice::ReadOnly) ? QString() : openFailure(*file, document);
+            .arg(docTypeDescr(document->documentType()), file.path(), reason);
+    *device = file.open(&reason);
+    return *device ? QString() : openFailure(file, document, reason);
 }
 
-QString TVLProjectFolderFormat::openFailure(const QFile &file, const TVLTextDocument *document)
+QString TVLProjectFolderFormat::openFailure(const TVLProjectFile &file,
+                                            const TVLTextDocument *document, const QString &reason)
 {
     return tr("Could not open %1 file for reading: '%2'\nError: %3")
-        .arg(docTypeDescr(document->documentType()), file.fileName(), file.errorString());
+        .arg(docTypeDescr(document->documentType()), file.path(), reason);
 }
 
-QString TVLProjectFolderFormat::readSynopsisFile(QFile *file, TVLTextDocument *document)
+QString TVLProjectFolderFormat::readSynopsisFile(const TVLProjectFile &file,
+                                                 TVLTextDocument *document)
 {
-    const QString failure = openForReading(file, document);
+    std::unique_ptr<QIODevice> device;
+    const QString failure = openForReading(file, document, &device);
     if (!failure.isEmpty())
         return failure;
-    QTextStream stream(file);
+    QTextStream stream(device.get());
     stream.setEncoding(QStringConverter::Utf8);
     document->setPlainText(stream.readAll());
-    return file->error() == QFileDevice::NoError ? QString() : openFailure(*file, document);
+    const auto *onDisk = qobject_cast<const QFileDevice *>(device.get());
+    const bool isRead = !onDisk || onDisk->error() == QFileDevice::NoError;
+    return isRead ? QString() : openFailure(file, document, device->errorString());
 }
 
-QString TVLProjectFolderFormat::readRtfFile(QFile *file, TVLTextDocument *document)
+QString TVLProjectFolderFormat::readRtfFile(const TVLProjectFile &file, TVLTextDocument *document)
 {
-    const QString failure = openForReading(file, document);
+    std::unique_ptr<QIODevice> device;
+    const QString failure = openForReading(file, document, &device);
     if (!failure.isEmpty())
         return failure;
     TVLTextRtfReader reader(document);
-    if (!reader.read(file))
+    if (!reader.read(device.get()))
         return tr("RTF Reader failed loading %1 file: '%2'\nError: %3")
-            .arg(docTypeDescr(document->documentType()), file->fileName(), reader.errorString());
+            .arg(docTypeDescr(document->documentType()), file.path(), reader.errorString());
     TVLTextDoc::fromInlineMarkup(document);
     return {};
 }
@@ -180,63 +138,27 @@ QString TVLProjectFolderFormat::readRtfFile(QFile *file, TVLTextDocument *docume
 bool TVLProjectFolderFormat::writeDocument(const QString &path, const TVLProjectNode *node,
                                            const TVLTextDocument *document, QString *error)
 {
-    if (!document)
-        return false;
-    bool isFolderThere = false;
-    docsDirectory(path, &isFolderThere);
-    const QString projectPath = calcEnclosingPath(path);
-    const TVL::DocumentType type = document->documentType();
-    QFile file(filesDocsNodeTypeFilePath(projectPath, node->mId, type));
-
-    if (document->isEmpty()) {
-        if (removeIfThere(&file))
-            return true;
-        tvlSetError(error,
-                    tr("Document contents is empty, but Tavelinor failed removing its file: '%1'")
-                        .arg(file.fileName()));
-        return false;
-    }
-    if (!isFolderThere) {
-        tvlSetError(error, tr("Could not create directory: '%1'").arg(filesDocsPath(projectPath)));
-        return false;
-    }
-    if (type == TVL::SynopsisText)
-        return TVLCoreUtil::WriteBinaryFile(document->toPlainText().toUtf8(), file.fileName(),
-                                            error);
-    return writeRtf(file.fileName(), document, error);
+    return document
+        && TVLDocumentSave(path).write(TVLDocumentSave::composeDocument(path, node, document),
+                                       error);
 }
 
 bool TVLProjectFolderFormat::writeComments(const QString &path, const TVLProjectNode *node,
                                            const QTextDocument *document, QString *error)
 {
-    if (!document)
-        return false;
-    QFile file(filesDocsNodeTypeFilePath(calcEnclosingPath(path), node->mId, TVL::CommentsFile));
-    const QList<TVLTextCommentLink> comments = TVLTextDoc::comments(document, -1, -1);
-    if (!comments.isEmpty())
-        return writeCommentsFile(file.fileName(), comments, error);
-    if (removeIfThere(&file))
-        return true;
-    tvlSetError(error, file.errorString());
-    return false;
+    return document
+        && TVLDocumentSave(path).write(TVLDocumentSave::composeComments(path, node, document),
+                                       error);
 }
 
 bool TVLProjectFolderFormat::writeCommentsFile(const QString &filePath,
                                                const QList<TVLTextCommentLink> &comments,
                                                QString *error)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    TVLBinderWriter writer(&buffer);
-    writer.writeStartDocument();
-    writer.writeComments(comments, true);
-    writer.writeEndDocument();
-
+    const TVLDocumentSave::Change change = TVLDocumentSave::commentsChange(filePath, comments);
     QString reason;
-    if (TVLCoreUtil::WriteBinaryFile(buffer.data(), filePath, &reason))
-        return true;
-    tvlSetError(error, reason + u" - (%1)"_qs.arg(filePath));
-    return false;
+    return tvlWriteOwnFile(change.mContent, filePath, &reason)
+        || tvlFail(error, reason + change.mErrorTail);
 }
 
 bool TVLProjectFolderFormat::parseLinksAndComments(const QString &path, const TVLProjectNode *node,
@@ -245,42 +167,42 @@ bool TVLProjectFolderFormat::parseLinksAndComments(const QString &path, const TV
 {
     if (!result)
         return false;
-    const QString commentsPath = existingFilePath(path, node->mId, TVL::CommentsFile);
-    if (!commentsPath.isEmpty())
-        return parseCommentsFile(commentsPath, result, errors);
-    const QString linksPath = existingFilePath(path, node->mId, TVL::LinksFile);
-    return linksPath.isEmpty() || parseLinksFile(linksPath, result, errors);
+    const TVLProjectFile comments(path, node->mId, TVL::CommentsFile);
+    if (!comments.isMissing())
+        return parseCommentsFile(comments, result, errors);
+    const TVLProjectFile links(path, node->mId, TVL::LinksFile);
+    return links.isMissing() || parseLinksFile(links, result, errors);
 }
 
-bool TVLProjectFolderFormat::parseCommentsFile(const QString &filePath,
+bool TVLProjectFolderFormat::parseCommentsFile(const TVLProjectFile &file,
                                                TVLProjectLinksAndComments *result,
                                                QStringList *errors)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly)) {
-        appendError(errors, tr("Could not open comments file for reading: '%1'").arg(filePath));
+    const std::unique_ptr<QIODevice> device = file.open(nullptr);
+    if (!device) {
+        appendError(errors, tr("Could not open comments file for reading: '%1'").arg(file.path()));
         return false;
     }
-    TVLBinderReader reader(&file);
+    TVLBinderReader reader(device.get());
     if (reader.readComments(&result->mComments))
         return true;
-    appendError(errors, tr("Could not load comments file: '%1'").arg(filePath));
+    appendError(errors, tr("Could not load comments file: '%1'").arg(file.path()));
     return false;
 }
 
-bool TVLProjectFolderFormat::parseLinksFile(const QString &filePath,
+bool TVLProjectFolderFormat::parseLinksFile(const TVLProjectFile &file,
                                             TVLProjectLinksAndComments *result, QStringList *errors)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
+    const std::unique_ptr<QIODevice> device = file.open(nullptr);
+    if (!device)
         return false;
-    TVLBinderReader reader(&file);
+    TVLBinderReader reader(device.get());
     reader.readNextStartElement();
     if (reader.name() != u"Links")
         return true;
     if (reader.readLinks(&result->mTextLinks, &result->mNotesLinks, &result->mLinkFileComments))
         return true;
-    appendError(errors, tr("Could not load links and notes file: '%1'").arg(filePath));
+    appendError(errors, tr("Could not load links and notes file: '%1'").arg(file.path()));
     return false;
 }
 
@@ -311,15 +233,14 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
         ok = parseLinksAndComments(mProjectPath, node, &extras, errors);
     if (!ok && node->mTextDocument)
         node->mTextDocument->setCommentsReadOnly(
-            !existingFilePath(mProjectPath, node->mId, TVL::CommentsFile).isEmpty());
+            !TVLProjectFile(mProjectPath, node->mId, TVL::CommentsFile).isMissing());
 
     const auto isRead = [&](TVLTextDocument *document) {
         QString error;
         const bool done = document
             && (isFolderAway ? readDocumentFile(
-                    filesDocsNodeTypeFilePath(calcEnclosingPath(mProjectPath), node->mId,
-                                              document->documentType()),
-                    document, &error)
+                    TVLProjectFile(mProjectPath, node->mId, document->documentType()), document,
+                    &error)
                              : readDocument(mProjectPath, node, document, &error));
         ok = ok && (done || !document);
         appendError(errors, error);
@@ -337,35 +258,17 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
 
 bool TVLProjectFolderFormat::writeDocuments(TVLProjectNode *node, QStringList *errors) const
 {
-    if (!isUnsaved(node->mTextDocument) && !isUnsaved(node->mNotesDocument)
-        && !isUnsaved(node->mSynopsisDocument))
+    TVLDocumentSave save(mProjectPath);
+    if (!save.add(node))
         return true;
+    save.begin();
+    return writeDocuments(node, &save, errors);
+}
 
-    QStringList failures;
-    const auto report = [&](const QString &message, const QString &error) {
-        failures.append(message.arg(QString::number(node->mId), error));
-    };
-    const auto save = [&](TVLTextDocument *document, const QString &message) {
-        QString error;
-        if (!isUnsaved(document))
-            return false;
-        document->setSaved(writeDocument(mProjectPath, node, document, &error));
-        if (!document->isSaved())
-            report(message, error);
-        return document->isSaved();
-    };
-
-    QString error;
-    if (save(node->mTextDocument, tr("Failed saving text for document with id: %1 \nError: '%2'"))
-        && !saveComments(mProjectPath, node, &error)) {
-        // The comments are a part of this document, so it is to be saved again.
-        node->mTextDocument->setSaved(false);
-        report(tr("Failed saving inspector notes for id: %1 \nError: '%2'"), error);
-    }
-    save(node->mNotesDocument, tr("Failed saving document notes with id: %1 \nError: '%2'"));
-    save(node->mSynopsisDocument, tr("Failed saving document synopsis with id: %1 \nError: '%2'"));
+bool TVLProjectFolderFormat::writeDocuments(TVLProjectNode *node, TVLDocumentSave *save,
+                                            QStringList *errors) const
+{
+    const bool isComplete = save->write(node, errors);
     mHadDocuments = mHadDocuments || hasDocumentsFolder();
-    if (errors)
-        *errors = failures;
-    return failures.isEmpty();
+    return isComplete;
 }

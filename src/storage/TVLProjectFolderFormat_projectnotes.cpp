@@ -3,6 +3,7 @@
 #include "TVLBinderProject.h"
 #include "TVLBinderReader.h"
 #include "TVLBinderWriter.h"
+#include "TVLProjectFile_p.h"
 #include "TVLProjectNoteFiles_p.h"
 #include "TVLProjectNotes.h"
 
@@ -49,11 +50,11 @@ QByteArray notesIndexOf(const QList<QPair<int, QTextDocument *>> &notes)
     return buffer.data();
 }
 
-bool writeIndex(const QString &filePath, const QList<QPair<int, QTextDocument *>> &notes,
-                QStringList *errors)
+bool writeIndex(const QString &path, const QString &filePath,
+                const QList<QPair<int, QTextDocument *>> &notes, QStringList *errors)
 {
     QString reason;
-    if (TVLProjectNoteFiles::writeIfDifferent(notesIndexOf(notes), filePath, &reason))
+    if (TVLProjectNoteFiles::writeIfDifferent(path, notesIndexOf(notes), filePath, &reason))
         return true;
     qDebug("ERROR: Failed to open project notes: %ls", qUtf16Printable(filePath));
     return fail(
@@ -97,20 +98,22 @@ QHash<int, QString> titlesIn(const QByteArray &index)
 // --- One note
 
 /** What went wrong; empty for nothing. */
-QString readFile(const QString &filePath, QTextDocument *note)
+QString readFile(const QString &path, const QString &filePath, QTextDocument *note)
 {
+    const TVLProjectFile file(path, filePath);
     // A file that isn't there is an empty note.
-    if (tvlIsMissing(filePath))
+    if (file.isMissing())
         return {};
     const auto failure = [&filePath](const QString &reason) {
         return Format::tr("Could not open project notes file: '%1'\nError: %2")
             .arg(filePath, reason);
     };
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return failure(file.errorString());
+    QString reason;
+    const std::unique_ptr<QIODevice> device = file.open(&reason);
+    if (!device)
+        return failure(reason);
     TVLTextRtfReader reader(note);
-    if (!reader.read(&file))
+    if (!reader.read(device.get()))
         return failure(reader.errorString());
     TVLTextDoc::fromInlineMarkup(note);
     return {};
@@ -123,7 +126,7 @@ std::unique_ptr<QTextDocument> readNote(const QString &path, const IndexEntry &e
     const QString filePath = TVLProjectNoteFiles::filePath(path, id);
     auto note = std::make_unique<QTextDocument>();
     TVLTextFormat::setDefaultCharFormat(note.get());
-    const QString failure = readFile(filePath, note.get());
+    const QString failure = readFile(path, filePath, note.get());
     if (!failure.isEmpty()) {
         TVLProjectNotes::setReadError(note.get(), failure);
         fail(errors, failure);
@@ -179,7 +182,7 @@ bool TVLProjectFolderFormat::writeProjectNotes(const QString &path,
     const QDir directory = projectNotesDirectory(path, &ok, errors);
     if (!ok)
         return false;
-    const bool isIndexWritten = writeIndex(directory.filePath(NotesIndexName), notes, errors);
+    const bool isIndexWritten = writeIndex(path, directory.filePath(NotesIndexName), notes, errors);
     return TVLProjectNoteFiles::write(path, notes, errors) && isIndexWritten;
 }
 
@@ -194,16 +197,18 @@ bool TVLProjectFolderFormat::readProjectNotes(const QString &path,
     const QDir directory = projectNotesDirectory(path, &ok, errors);
     if (!ok)
         return false;
-    QFile file(directory.filePath(NotesIndexName));
-    if (tvlIsMissing(file.fileName()))
+    const TVLProjectFile file(path, directory.filePath(NotesIndexName));
+    if (file.isMissing())
         return true;
-    if (!file.open(QIODevice::ReadOnly)) {
+    QString reason;
+    const std::unique_ptr<QIODevice> device = file.open(&reason);
+    if (!device) {
         qDebug("failed to open project notes");
-        return fail(errors,
-                    tr("Failed to open project notes file: '%1'\nError: %2")
-                        .arg(file.fileName(), file.errorString()));
+        return fail(
+            errors,
+            tr("Failed to open project notes file: '%1'\nError: %2").arg(file.path(), reason));
     }
-    const QByteArray index = file.readAll();
+    const QByteArray index = device->readAll();
     QList<IndexEntry> entries;
     if (!readNotesIndex(index, &entries, errors))
         return false;

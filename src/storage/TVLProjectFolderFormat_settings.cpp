@@ -1,8 +1,8 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLBinderTags_p.h"
-#include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
+#include "TVLRedoJournal_p.h"
 #include "TVLScriptMode.h"
 
 #include <QFileInfo>
@@ -34,5 +34,5 @@ bool TVLProjectFolderFormat::writeScriptSettings(const QString &path, const TVLS
     ensurePathExists(settingsPath(calcEnclosingPath(path)), &hasFolder, &errors);
     if (!hasFolder)
         return tvlFail(error, errors.join(u'\n'));
-    return TVLCoreUtil::WriteBinaryFile(xml, scriptformatXmlFilePath(path), error);
+    return tvlWriteOrUndo(path, {scriptformatXmlFilePath(path), xml}, error);
 }

@@ -3,10 +3,12 @@
 #include "TVLBinderReader.h"
 #include "TVLBinderText.h"
 #include "TVLBinderWriter.h"
+#include "TVLRedoJournal_p.h"
 
 #include "TTextDoc.h"
 #include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
+#include "TVLRegularFile.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtfReader.h"
@@ -65,7 +67,7 @@ QByteArray snapshotIndexOf(const QList<TVLSnapshotInfo> &snapshots)
 
 bool readSnapshotIndex(const QString &filePath, QList<TVLSnapshotInfo> *snapshots)
 {
-    QFile file(filePath);
+    TVLRegularFile file(filePath);
     if (QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly))
         return false;
     TVLBinderReader reader(&file);
@@ -213,7 +215,7 @@ bool TVLProjectFolderFormat::writeSnapshots(const QString &path, int id,
         return removeDirectory(directory);
     }
     const QString filePath = directory.filePath(SnapshotIndexName);
-    if (!TVLCoreUtil::WriteBinaryFile(snapshotIndexOf(snapshots), filePath, nullptr)) {
+    if (!tvlWriteOrUndo(path, {filePath, snapshotIndexOf(snapshots)}, nullptr)) {
         qDebug() << "failed to open file" << filePath;
         return false;
     }
@@ -256,7 +258,7 @@ bool TVLProjectFolderFormat::readSnapshot(const QString &path, int id,
                                           const QMap<int, QUuid> &idToUuid)
 {
     fixSnapshotFileNames(path, id);
-    QFile file(pathOfSnapshot(path, id, snapshot.mDate));
+    TVLRegularFile file(pathOfSnapshot(path, id, snapshot.mDate));
     if (!document || QFileInfo(file).isDir() || !file.open(QIODevice::ReadOnly))
         return false;
     TVLTextRtfReader reader(document);
@@ -290,7 +292,7 @@ bool TVLProjectFolderFormat::writeSnapshotDocument(const QString &path, int id,
 
     QString reason;
     bool couldOpen = false;
-    if (TVLCoreUtil::WriteBinaryFile(rtf, filePath, &reason, &couldOpen))
+    if (tvlWriteOrUndo(path, {filePath, rtf}, &reason, &couldOpen))
         return true;
     if (!couldOpen)
         return tvlFail(

@@ -2,6 +2,7 @@
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNotes.h"
+#include "TVLRedoJournal_p.h"
 
 #include "TVLCoreUtil.h"
 #include "TVLTextRtfWriter.h"
@@ -13,13 +14,14 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-bool writeNote(const QString &filePath, const QTextDocument *note, QString *error)
+bool writeNote(const QString &path, const QString &filePath, const QTextDocument *note,
+               QString *error)
 {
     *error = TVLProjectNotes::readError(note);
     if (!error->isEmpty())
         return !note->isModified();
     const QByteArray rtf = TVLTextRtfWriter(nullptr).toRtf(note, false);
-    return TVLProjectNoteFiles::writeIfDifferent(rtf, filePath, error);
+    return TVLProjectNoteFiles::writeIfDifferent(path, rtf, filePath, error);
 }
 
 } // namespace
@@ -34,14 +36,14 @@ QString TVLProjectNoteFiles::filePath(const QString &path, int id)
     return folderPath(path) + u"/Note-%1.rtf"_qs.arg(id);
 }
 
-bool TVLProjectNoteFiles::writeIfDifferent(const QByteArray &bytes, const QString &filePath,
-                                           QString *error)
+bool TVLProjectNoteFiles::writeIfDifferent(const QString &path, const QByteArray &bytes,
+                                           const QString &filePath, QString *error)
 {
     const QFileInfo file(filePath);
     const bool mayBeSame = file.isFile() && file.size() == bytes.size();
     if (mayBeSame && TVLCoreUtil::ReadBinaryFile(filePath) == bytes)
         return true;
-    return TVLCoreUtil::WriteBinaryFile(bytes, filePath, error);
+    return tvlWriteJournaled(path, {filePath, bytes}, error);
 }
 
 bool TVLProjectNoteFiles::write(const QString &path,
@@ -51,7 +53,7 @@ bool TVLProjectNoteFiles::write(const QString &path,
     bool isComplete = true;
     for (const auto &[id, note] : notes) {
         QString error;
-        if (!note || writeNote(filePath(path, id), note, &error))
+        if (!note || writeNote(path, filePath(path, id), note, &error))
             continue;
         isComplete = false;
         if (errors)

@@ -16,9 +16,9 @@ namespace TVLProjectNoteFiles {
 /** The file of a note, as text. */
 [[nodiscard]] QString filePath(const QString &path, int id);
 
-/** Writes a file, unless it holds these very bytes: each writing in place is a risk. */
-[[nodiscard]] bool writeIfDifferent(const QByteArray &bytes, const QString &filePath,
-                                    QString *error);
+/** Writes a file of a project, unless it holds these very bytes: each writing is a risk. */
+[[nodiscard]] bool writeIfDifferent(const QString &path, const QByteArray &bytes,
+                                    const QString &filePath, QString *error);
 
 /**
  * Writes notes into a folder that is there. One whose file could not be read is left out, which is

@@ -131,8 +131,7 @@ void TstChecksumFiles::whatCannotBeWrittenIsAFailure()
     project.writeFile(u"folder/file"_qs, "x");
     QVERIFY(!Checksums::saveChecksumFile(project.path(u"folder"_qs), checksums));
     QCOMPARE(project.readFile(u"folder/file"_qs), "x");
-    // It opens, and takes nothing.
-    linkToFullDisk(project, FileName);
+    makeUnwritable(project, FileName);
     QVERIFY(!Checksums::saveChecksumFile(project.path(FileName), checksums));
     const UnopenableFile file;
     file.linkTo(project, FileName);

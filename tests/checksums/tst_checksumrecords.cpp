@@ -578,7 +578,7 @@ void TstChecksumRecords::aFailedSaveLeavesTheRecordsModified()
     QVERIFY(checksums->isModified());
     // Nothing is left to write to.
     QVERIFY(QDir(folder).rmdir(u"docs.checksum"_qs));
-    linkToFullDisk(project.project(), RecordsFile);
+    makeUnwritable(project.project(), RecordsFile);
     QVERIFY(!checksums->saveChecksums());
     QVERIFY(checksums->isModified());
 

@@ -524,7 +524,7 @@ void TstProjectNotes::aFailedSaveIsReportedAndLeavesNoNoteModified()
     const auto model = project.open();
     QVERIFY(model);
     const int id = model->addProjectNote(u"Persons"_qs);
-    linkToFullDisk(project, noteFile(11));
+    makeUnwritable(project, noteFile(11));
     for (const int each : {10, 11, id})
         writeInNote(model.get(), each, u"more "_qs);
     {
@@ -534,7 +534,7 @@ void TstProjectNotes::aFailedSaveIsReportedAndLeavesNoNoteModified()
         QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_qs);
         QVERIFY(boxes.boxes().constFirst().informativeText.startsWith(
             u"Could not save project notes.\nCould not generate project notes file\nError: '%1'\n"_qs
-                .arg(fullDiskText())));
+                .arg(unwritableText(project, noteFile(11)))));
     }
     QVERIFY(project.readFile(noteFile(10)).contains("more general"));
     QVERIFY(project.readFile(noteFile(id)).contains("more "));
@@ -550,7 +550,7 @@ void TstProjectNotes::aNoteThatCouldNotBeSavedIsSavedWithTheNextChange()
     makeTwoNotes(project);
     const auto model = project.open();
     QVERIFY(model);
-    linkToFullDisk(project, noteFile(11));
+    makeUnwritable(project, noteFile(11));
     writeInNote(model.get(), 11, u"more "_qs);
     QCOMPARE(saveErrors(model.get()).size(), 1);
     QVERIFY(QFile::remove(project.path(noteFile(11))));

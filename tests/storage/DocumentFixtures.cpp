@@ -68,7 +68,7 @@ void UnopenableFile::linkTo(const TestProject &project, const QString &relativeP
 
 QString UnopenableFile::errorText()
 {
-    return qt_error_string(ENXIO);
+    return u"It isn't an ordinary file"_qs;
 }
 
 void linkToUnreadableFile(const TestProject &project, const QString &relativePath)
@@ -77,14 +77,15 @@ void linkToUnreadableFile(const TestProject &project, const QString &relativePat
     linkInProject(project, relativePath, u"/proc/self/mem"_qs);
 }
 
-void linkToFullDisk(const TestProject &project, const QString &relativePath)
+void makeUnwritable(const TestProject &project, const QString &relativePath)
 {
     linkInProject(project, relativePath, u"/dev/full"_qs);
 }
 
-QString fullDiskText()
+QString unwritableText(const TestProject &project, const QString &relativePath)
 {
-    return qt_error_string(ENOSPC);
+    return u"'"_qs + project.path(relativePath)
+        + u"' is a link, and what it leads to is not written"_qs;
 }
 
 QByteArray rtfOf(const QByteArray &text)

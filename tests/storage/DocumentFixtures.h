@@ -44,7 +44,7 @@ public:
 
     /** Puts the file into a project. */
     void linkTo(const TestProject &project, const QString &relativePath) const;
-    /** The system's words for what happens on opening. */
+    /** What is said of an attempt to read it. */
     [[nodiscard]] static QString errorText();
 
 private:
@@ -53,10 +53,10 @@ private:
 
 /** Puts a file that opens and then can't be read into a project. */
 void linkToUnreadableFile(const TestProject &project, const QString &relativePath);
-/** Puts a file that opens and then takes nothing, as on a full disk, into a project. */
-void linkToFullDisk(const TestProject &project, const QString &relativePath);
-/** The system's words for a full disk. */
-[[nodiscard]] QString fullDiskText();
+/** Puts a link into a project, which isn't written through. */
+void makeUnwritable(const TestProject &project, const QString &relativePath);
+/** What is said of an attempt to write there. */
+[[nodiscard]] QString unwritableText(const TestProject &project, const QString &relativePath);
 
 /** The smallest RTF with a text. */
 [[nodiscard]] QByteArray rtfOf(const QByteArray &text);

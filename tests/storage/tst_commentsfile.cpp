@@ -69,8 +69,8 @@ private Q_SLOTS:
     void aShorterFileLeavesNothingOfALongerOne();
     void aFileThatCannotBeOpenedIsReportedWithItsPath_data();
     void aFileThatCannotBeOpenedIsReportedWithItsPath();
-    void aFullDiskIsReportedWithItsPath_data();
-    void aFullDiskIsReportedWithItsPath();
+    void aFileThatIsALinkIsNotWritten_data();
+    void aFileThatIsALinkIsNotWritten();
     void noDocumentHasNoComments();
     void theCommentsOfADocumentAreWritten();
     void aDocumentWithoutCommentsHasNoFile();
@@ -349,7 +349,7 @@ void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath_data()
 
     QTest::newRow("no folder") << u"nowhere/file"_qs << ENOENT;
     QTest::newRow("folder in the file's place") << u"folder"_qs << EISDIR;
-    QTest::newRow("not to be opened") << u"socket"_qs << ENXIO;
+    QTest::newRow("a link") << u"socket"_qs << 0;
 }
 
 void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath()
@@ -366,11 +366,13 @@ void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath()
     // A folder is told by words of the framework, all else by those of the system.
     if (error == EISDIR)
         QVERIFY2(text.endsWith(u" - ("_qs + project.path(fileName) + u')'), qPrintable(text));
+    else if (error == 0)
+        QVERIFY2(text.startsWith(unwritableText(project, fileName)), qPrintable(text));
     else
         QCOMPARE(text, qt_error_string(error) + u" - ("_qs + project.path(fileName) + u')');
 }
 
-void TstCommentsFile::aFullDiskIsReportedWithItsPath_data()
+void TstCommentsFile::aFileThatIsALinkIsNotWritten_data()
 {
     QTest::addColumn<int>("size");
 
@@ -378,17 +380,17 @@ void TstCommentsFile::aFullDiskIsReportedWithItsPath_data()
     QTest::newRow("large") << 1'000'000;
 }
 
-void TstCommentsFile::aFullDiskIsReportedWithItsPath()
+void TstCommentsFile::aFileThatIsALinkIsNotWritten()
 {
     QFETCH(int, size);
 
     const TestProject project;
-    linkToFullDisk(project, u"file"_qs);
+    makeUnwritable(project, u"file"_qs);
     const QString filePath = project.path(u"file"_qs);
     QString error;
     QVERIFY(!Format::writeCommentsFile(
         filePath, {TVLTextCommentLink(u"id"_qs, QByteArray(size, 'x'))}, &error));
-    QCOMPARE(error, u"%1 - (%2)"_qs.arg(fullDiskText(), filePath));
+    QCOMPARE(error, u"%1 - (%2)"_qs.arg(unwritableText(project, u"file"_qs), filePath));
 }
 
 void TstCommentsFile::noDocumentHasNoComments()

@@ -145,7 +145,7 @@ void TstItemImages::anImageThatCannotBeComposedLeavesTheOldFile()
 void TstItemImages::anImageThatCannotBeWrittenIsAFailure()
 {
     const TestProject project;
-    linkToFullDisk(project, u"Files/Docs/12.png"_qs);
+    makeUnwritable(project, u"Files/Docs/12.png"_qs);
     QVERIFY(!Format::writeImageFile(project.path(), Id, u"png"_qs, picture()));
     QVERIFY(QDir().mkpath(project.path(u"Files/Docs/13.png"_qs)));
     QVERIFY(!Format::writeImageFile(project.path(), 13, u"png"_qs, picture()));
@@ -203,7 +203,7 @@ void TstItemImages::anIndexCardImageThatCannotBeWrittenIsAFailure()
     project.writeFile(u"Files/Docs/12_icImage.pdf"_qs, "old");
     QVERIFY(!Format::setIndexCardImage(project.path(), Id, u"pdf"_qs, picture()));
     QCOMPARE(project.readFile(u"Files/Docs/12_icImage.pdf"_qs), "old");
-    linkToFullDisk(project, u"Files/Docs/12_icImage.png"_qs);
+    makeUnwritable(project, u"Files/Docs/12_icImage.png"_qs);
     QVERIFY(!Format::setIndexCardImage(project.path(), Id, u"png"_qs, picture()));
 }
 
@@ -318,7 +318,7 @@ void TstItemImages::anIconThatCannotBeWrittenIsAFailure()
     const TestProject project;
     QVERIFY(!Format::addIcon(project.path(), u"red.png"_qs, QImage()));
     QVERIFY(project.files().isEmpty());
-    linkToFullDisk(project, u"Icons/red.png"_qs);
+    makeUnwritable(project, u"Icons/red.png"_qs);
     QVERIFY(!Format::addIcon(project.path(), u"red.png"_qs, picture()));
     const TestProject blocked;
     blocked.writeFile(u"Icons"_qs, "a file");

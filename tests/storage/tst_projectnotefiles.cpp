@@ -231,7 +231,7 @@ void TstProjectNoteFiles::anIndexThatCannotBeWrittenIsReportedAndTheNotesAreWrit
 {
     QTest::addColumn<QString>("obstacle");
     QTest::newRow("can't be opened") << u"unopenable"_qs;
-    QTest::newRow("no room") << u"full"_qs;
+    QTest::newRow("a link") << u"link"_qs;
     QTest::newRow("no permission") << u"read-only"_qs;
 }
 
@@ -243,10 +243,10 @@ void TstProjectNoteFiles::anIndexThatCannotBeWrittenIsReportedAndTheNotesAreWrit
     QString reason;
     if (obstacle == u"unopenable") {
         unopenable.linkTo(project, NotesIndex);
-        reason = UnopenableFile::errorText();
-    } else if (obstacle == u"full") {
-        linkToFullDisk(project, NotesIndex);
-        reason = fullDiskText();
+        reason = unwritableText(project, NotesIndex);
+    } else if (obstacle == u"link") {
+        makeUnwritable(project, NotesIndex);
+        reason = unwritableText(project, NotesIndex);
     } else {
         project.writeFile(NotesIndex, noteIndexXml({}));
         QVERIFY(QFile::setPermissions(project.path(NotesIndex), QFile::ReadOwner));
@@ -282,8 +282,8 @@ void TstProjectNoteFiles::aFailedNoteDoesNotStopTheOthers()
     QVERIFY(notes.read(project));
     QStringList expected;
     for (const int id : failing) {
-        linkToFullDisk(project, noteFile(id));
-        expected.append(couldNotGenerate(fullDiskText()));
+        makeUnwritable(project, noteFile(id));
+        expected.append(couldNotGenerate(unwritableText(project, noteFile(id))));
     }
     for (int place = 0; place < 3; ++place)
         setNoteText(notes.at(place), u"Another %1"_qs.arg(place + 10));
@@ -470,20 +470,20 @@ void TstProjectNoteFiles::aMessageHoldsAnyPath()
 {
     const TestProject project(u"100%1 %2 %3"_qs);
     writeThreeNotes(project);
-    linkToFullDisk(project, NotesIndex);
+    makeUnwritable(project, NotesIndex);
     Notes notes;
     QStringList errors;
     QVERIFY(!notes.write(project, &errors));
     QCOMPARE(errors.constFirst(),
              u"Failed to open project notes file: '"_qs + project.path(NotesIndex)
-                 + u"'\nError: '"_qs + fullDiskText() + u'\'');
+                 + u"'\nError: '"_qs + unwritableText(project, NotesIndex) + u'\'');
 }
 
 void TstProjectNoteFiles::errorsNeedNotBeAskedFor()
 {
     const TestProject project;
     writeThreeNotes(project);
-    linkToFullDisk(project, noteFile(11));
+    makeUnwritable(project, noteFile(11));
     Notes notes;
     notes.add(11, u"Title"_qs, u"Text"_qs);
     QVERIFY(!notes.write(project));

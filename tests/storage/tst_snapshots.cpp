@@ -537,7 +537,7 @@ void TstSnapshots::aTitleThatCannotBeWrittenIsAFailure()
     const TestProject project;
     QCOMPARE(addSnapshot(project, u"First"_qs, 1, u"text"_qs), QString());
     QCOMPARE(listed(project).size(), 1);
-    linkToFullDisk(project, snapshotsIndex());
+    makeUnwritable(project, snapshotsIndex());
     QVERIFY(!Format::setSnapshotTitle(project.path(), ItemId, momentOf(1), u"Other"_qs));
     // What was known is still what the next attempt starts from.
     QCOMPARE(listed(project).constFirst().mTitle, u"First"_qs);

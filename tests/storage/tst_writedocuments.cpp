@@ -100,8 +100,8 @@ private Q_SLOTS:
     void aFolderThatCannotBeMadeIsReported();
     void aFileThatCannotBeOpenedIsReported_data();
     void aFileThatCannotBeOpenedIsReported();
-    void aFullDiskIsReported_data();
-    void aFullDiskIsReported();
+    void aFileThatIsALinkIsNotWritten_data();
+    void aFileThatIsALinkIsNotWritten();
 
     // All documents of an item
     void savedDocumentsAreNotTouched();
@@ -274,15 +274,14 @@ void TstWriteDocuments::aFileIsOverwrittenInPlace()
 
     const TestProject project;
     const QString filePath = docsPath(TVL::DocumentType(type));
-    project.writeFile(u"elsewhere"_qs, "old");
-    project.writeFile(filePath, {});
-    QVERIFY(QFile::remove(project.path(filePath)));
-    QVERIFY(QFile::link(project.path(u"elsewhere"_qs), project.path(filePath)));
+    project.writeFile(filePath, "old");
+    QFile openBefore(project.path(filePath));
+    QVERIFY(openBefore.open(QIODevice::ReadOnly));
     LoadedItem item;
     item.edit(TVL::DocumentType(type), u"Once"_qs);
     QVERIFY(writeEverything(project, &item));
-    QVERIFY(QFileInfo(project.path(filePath)).isSymLink());
-    QVERIFY(project.readFile(u"elsewhere"_qs).contains("Once"));
+    // A file put in its place would leave the old one to who has it open.
+    QVERIFY(openBefore.readAll().contains("Once"));
 }
 
 void TstWriteDocuments::aMissingFolderIsMade()
@@ -405,10 +404,10 @@ void TstWriteDocuments::aFileThatCannotBeOpenedIsReported()
     QString error;
     QVERIFY(!Format::writeDocument(project.path(), item.node(),
                                    item.document(TVL::DocumentType(type)), &error));
-    QCOMPARE(error, UnopenableFile::errorText());
+    QCOMPARE(error, unwritableText(project, docsPath(TVL::DocumentType(type))));
 }
 
-void TstWriteDocuments::aFullDiskIsReported_data()
+void TstWriteDocuments::aFileThatIsALinkIsNotWritten_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("size");
@@ -419,19 +418,19 @@ void TstWriteDocuments::aFullDiskIsReported_data()
     }
 }
 
-void TstWriteDocuments::aFullDiskIsReported()
+void TstWriteDocuments::aFileThatIsALinkIsNotWritten()
 {
     QFETCH(int, type);
     QFETCH(int, size);
 
     const TestProject project;
-    linkToFullDisk(project, docsPath(TVL::DocumentType(type)));
+    makeUnwritable(project, docsPath(TVL::DocumentType(type)));
     LoadedItem item;
     item.edit(TVL::DocumentType(type), QString(size, u'x'));
     QString error;
     QVERIFY(!Format::writeDocument(project.path(), item.node(),
                                    item.document(TVL::DocumentType(type)), &error));
-    QCOMPARE(error, fullDiskText());
+    QCOMPARE(error, unwritableText(project, docsPath(TVL::DocumentType(type))));
 }
 
 void TstWriteDocuments::savedDocumentsAreNotTouched()
@@ -614,12 +613,13 @@ void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved()
     QFETCH(QString, message);
 
     const TestProject project;
-    linkToFullDisk(project, docsPath(TVL::DocumentType(type)));
+    makeUnwritable(project, docsPath(TVL::DocumentType(type)));
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
-    QCOMPARE(errors, QStringList(message.arg(fullDiskText())));
+    QCOMPARE(errors,
+             QStringList(message.arg(unwritableText(project, docsPath(TVL::DocumentType(type))))));
     for (const TVL::DocumentType each : AllTypes) {
         QCOMPARE(item.document(each)->isSaved(), each != type);
         if (each != type)
@@ -652,12 +652,16 @@ void TstWriteDocuments::allFailuresAreInTheList()
     editAll(&item, u"Once"_qs);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
-    const QString reason = UnopenableFile::errorText();
-    QCOMPARE(
-        errors,
-        (QStringList{u"Failed saving text for document with id: 12 \nError: '%1'"_qs.arg(reason),
-                     u"Failed saving document notes with id: 12 \nError: '%1'"_qs.arg(reason),
-                     u"Failed saving document synopsis with id: 12 \nError: '%1'"_qs.arg(reason)}));
+    const auto reason = [&project](TVL::DocumentType type) {
+        return unwritableText(project, docsPath(type));
+    };
+    QCOMPARE(errors,
+             (QStringList{u"Failed saving text for document with id: 12 \nError: '%1'"_qs.arg(
+                              reason(TVL::MainText)),
+                          u"Failed saving document notes with id: 12 \nError: '%1'"_qs.arg(
+                              reason(TVL::NotesText)),
+                          u"Failed saving document synopsis with id: 12 \nError: '%1'"_qs.arg(
+                              reason(TVL::SynopsisText))}));
     for (const TVL::DocumentType type : AllTypes)
         QVERIFY(!item.document(type)->isSaved());
 }
@@ -712,34 +716,36 @@ void TstWriteDocuments::anUnreadableCommentsFileIsNeverWritten()
 
 void TstWriteDocuments::failedCommentsAreReportedAndWrittenAgainLater_data()
 {
-    QTest::addColumn<bool>("isFull");
+    QTest::addColumn<bool>("isFolder");
 
-    QTest::newRow("full disk") << true;
-    QTest::newRow("not to be opened") << false;
+    QTest::newRow("a folder") << true;
+    QTest::newRow("a link") << false;
 }
 
 void TstWriteDocuments::failedCommentsAreReportedAndWrittenAgainLater()
 {
-    QFETCH(bool, isFull);
+    QFETCH(bool, isFolder);
 
     const TestProject project;
-    const UnopenableFile unopenable;
-    if (isFull)
-        linkToFullDisk(project, docsPath(TVL::CommentsFile));
+    const QString comments = docsPath(TVL::CommentsFile);
+    if (isFolder)
+        QVERIFY(QDir().mkpath(project.path(comments)));
     else
-        unopenable.linkTo(project, docsPath(TVL::CommentsFile));
+        makeUnwritable(project, comments);
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
-    QCOMPARE(errors,
-             QStringList(u"Failed saving inspector notes for id: 12 \nError: '%1 - (%2)'"_qs.arg(
-                 isFull ? fullDiskText() : UnopenableFile::errorText(),
-                 project.path(docsPath(TVL::CommentsFile)))));
+    const QString start = u"Failed saving inspector notes for id: 12 \nError: '"_qs;
+    QCOMPARE(errors.size(), 1);
+    QVERIFY(errors.constFirst().startsWith(isFolder ? start
+                                                    : start + unwritableText(project, comments)));
+    QVERIFY(errors.constFirst().endsWith(u" - ("_qs + project.path(comments) + u")'"_qs));
     QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_qs);
     QVERIFY(item.notes()->isSaved());
 
-    QVERIFY(QFile::remove(project.path(docsPath(TVL::CommentsFile))));
+    QVERIFY(isFolder ? QDir().rmdir(project.path(comments))
+                     : QFile::remove(project.path(comments)));
     QVERIFY(writeEverything(project, &item, &errors));
     QCOMPARE(commentsOnDisk(project), QList<TVLTextCommentLink>{numberedComment(1)});
     QVERIFY(item.text()->isSaved());
@@ -750,7 +756,7 @@ void TstWriteDocuments::aLaterSaveTriesAgain()
 {
     const TestProject project;
     for (const TVL::DocumentType type : AllTypes)
-        linkToFullDisk(project, docsPath(type));
+        makeUnwritable(project, docsPath(type));
     LoadedItem item;
     editAll(&item, u"Once"_qs);
     QVERIFY(!writeEverything(project, &item));

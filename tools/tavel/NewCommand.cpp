@@ -51,10 +51,9 @@ ExitStatus runNew(const QCommandLineParser &parser, Console *console)
 
     const std::unique_ptr<TVLProjectModel> model(
         TVLProjectModel::createBlankProjectInMemory(projectPath));
-    const bool saved = model->save(true);
-    model->prepareToDestroy();
-    if (!saved)
+    if (!model->save(true))
         return console->fail(u"the project could not be saved: '%1'"_qs.arg(projectPath));
+    model->prepareToDestroy();
     console->writeLine(u"Created %1"_qs.arg(projectPath));
     return ExitStatus::Done;
 }
