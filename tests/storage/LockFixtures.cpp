@@ -39,9 +39,10 @@ QProcessEnvironment LockIdentity::environment() const
     return environment;
 }
 
-LockHolder::LockHolder(const LockIdentity &identity, const QString &projectPath)
+LockHolder::LockHolder(const LockIdentity &identity, const QString &projectPath,
+                       const QString &what)
 {
-    start(&mProcess, identity, u"hold"_qs, projectPath);
+    start(&mProcess, identity, what, projectPath);
 }
 
 LockHolder::~LockHolder()
@@ -55,7 +56,8 @@ bool LockHolder::isHolding()
         if (!mProcess.waitForReadyRead(PatienceMs))
             return false;
     }
-    return mProcess.readLine() == "locked\n";
+    mAnswer = QString::fromLocal8Bit(mProcess.readLine()).chopped(1);
+    return mAnswer == u"locked";
 }
 
 bool LockHolder::close()

@@ -20,23 +20,29 @@ struct LockIdentity
     [[nodiscard]] QProcessEnvironment environment() const;
 };
 
-/** A process that has a project open and locked; killed with the object. */
+/** A process that has a project open and locked, or guarded; killed with the object. */
 class LockHolder
 {
 public:
-    LockHolder(const LockIdentity &identity, const QString &projectPath);
+    LockHolder(const LockIdentity &identity, const QString &projectPath,
+               const QString &what = u"hold"_qs);
     ~LockHolder();
     Q_DISABLE_COPY_MOVE(LockHolder)
 
     /** Waits until the project is locked; false when the process has ended without it. */
     [[nodiscard]] bool isHolding();
+    /** The line that the process wrote when it could not hold the project. */
+    [[nodiscard]] QString answer() const { return mAnswer; }
     /** Has the process close the project and waits for its end; whether all went well. */
     [[nodiscard]] bool close();
+    /** Has the process close the project, and waits for nothing. */
+    void endSoon() { mProcess.closeWriteChannel(); }
     /** Kills the process and waits for its end. */
     void kill();
 
 private:
     QProcess mProcess;
+    QString mAnswer;
 };
 
 /** What a process sees of a project's lock. */

@@ -5,24 +5,13 @@
 #include "TVLBinderContents.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectGuard.h"
 #include "TVLProjectModel.h"
 
-#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QSettings>
-#include <QStandardPaths>
 
 namespace {
-
-/** A file outside the project that stands for a run of this tool on it. */
-QString runFilePath(const QString &projectPath)
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    const QByteArray hash = QCryptographicHash::hash(
-        QFileInfo(projectPath).canonicalFilePath().toUtf8(), QCryptographicHash::Sha1);
-    return (folder.isEmpty() ? QDir::tempPath() : folder)
-        + u"/tavel-%1.lock"_qs.arg(QString::fromLatin1(hash.toHex()));
-}
 
 /** Whether a lock that names another folder came with a copy, and not by another way to this one.
  */
@@ -54,7 +43,7 @@ QString lockError(const QString &projectPath)
     QString program;
     switch (TVLProjectFolderFormat::compareLockFile(projectPath, &host, &user, &program)) {
     case TVLProjectFolderFormat::NotLocked:
-    case TVLProjectFolderFormat::LockedHere: // By a run that has ended.
+    case TVLProjectFolderFormat::LockedHere: // By a run that has ended: no other has the guard.
         return {};
     case TVLProjectFolderFormat::LockedElsewhere:
         if (isLockOfAnotherFolder(projectPath))
@@ -72,10 +61,7 @@ QString lockError(const QString &projectPath)
 
 WritableProject::WritableProject(const BinderFiles &files)
     : mPath(files.projectPath)
-    , mRun(runFilePath(files.projectPath))
 {
-    // However long a run takes, it is no stale one as long as its process lives.
-    mRun.setStaleLockTime(0);
 }
 
 WritableProject::~WritableProject()
@@ -105,11 +91,11 @@ std::unique_ptr<WritableProject> WritableProject::open(const QString &path, QStr
 
 QString WritableProject::lock()
 {
-    if (!mRun.tryLock(0))
-        return mRun.error() == QLockFile::LockFailedError
-            ? u"another run of tavel is at work on '%1'"_qs.arg(mPath)
-            : u"'%1' can't be locked: there is no way to make '%2'"_qs.arg(mPath, mRun.fileName());
-    if (const QString error = lockError(mPath); !error.isEmpty())
+    QString error;
+    mGuard = TVLProjectGuard::take(mPath, &error);
+    if (mGuard)
+        error = lockError(mPath);
+    if (!error.isEmpty())
         return error;
     TVLProjectFolderFormat::removeLock(mPath);
     mIsLocked = TVLProjectFolderFormat::addLock(mPath);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QLockFile>
 #include <QString>
 
 #include <memory>
 
+class TVLProjectGuard;
 class TVLProjectModel;
 struct BinderFiles;
 
@@ -14,9 +14,9 @@ class WritableProject
 public:
     /**
      * Opens a project and locks it. Null, with the project as it was and a line in @p error, when
-     * there is none, when it can't be read or locked, and when it is locked already. Two locks are
-     * in nobody's way and give place: that of a run of this tool that was killed, and that which a
-     * copied project has brought along from where it was copied.
+     * there is none, when it can't be read or locked, and when it is locked or guarded already. Two
+     * locks are in nobody's way and give place: that of a run of this tool that was killed, and
+     * that which a copied project has brought along from where it was copied.
      *
      * A project whose binder is damaged isn't opened, though there may be a copy of the binder: a
      * save would write over what is left of it.
@@ -41,11 +41,7 @@ private:
     [[nodiscard]] QString read(const QString &path, const QString &binderPath);
 
     QString mPath;
-    /**
-     * Keeps other runs of this tool out. The project's own lock names a program, not a run of it,
-     * and so can't tell one that is at work from one that was killed.
-     */
-    QLockFile mRun;
+    std::unique_ptr<TVLProjectGuard> mGuard; ///< Keeps others out; the lock tells them who it is.
     bool mIsLocked = false;
     std::unique_ptr<TVLProjectModel> mModel;
 };
