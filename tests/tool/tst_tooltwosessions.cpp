@@ -25,6 +25,8 @@ class TstToolTwoSessions : public QObject
 private Q_SLOTS:
     void noTextOfTwoImportsAtOnceIsLost_data();
     void noTextOfTwoImportsAtOnceIsLost();
+    void aProjectIsMadeOnce();
+    void aProjectIsNotMadeWhereAnotherRunIsAtWork();
 };
 
 namespace {
@@ -152,6 +154,40 @@ void TstToolTwoSessions::noTextOfTwoImportsAtOnceIsLost()
         QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
         QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
     }
+}
+
+void TstToolTwoSessions::aProjectIsMadeOnce()
+{
+    for (int round = 0; round < Rounds; ++round) {
+        const TestProject project;
+        std::array<QProcess, 4> runs;
+        for (QProcess &run : runs)
+            startIn({}, &run, {u"new"_qs, project.path()});
+        int made = 0;
+        for (QProcess &run : runs) {
+            QVERIFY(run.waitForFinished(PatienceMs));
+            made += run.exitCode() == 0 ? 1 : 0;
+        }
+        QCOMPARE(made, 1);
+        QVERIFY(!QFileInfo::exists(TVLProjectGuard::filePath(project.path())));
+        QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    }
+}
+
+void TstToolTwoSessions::aProjectIsNotMadeWhereAnotherRunIsAtWork()
+{
+    const TestProject project;
+    QVERIFY(QDir().mkpath(project.path()));
+    const auto guard = TVLProjectGuard::take(project.path());
+    QVERIFY(guard);
+    const auto before = everythingBelow(project.path());
+    const ProgramResult result = runTool({u"new"_qs, project.path()});
+    QCOMPARE(result.status, 1);
+    const QString program = QFileInfo(u"/proc/self/exe"_qs).symLinkTarget().section(u'/', -1);
+    QCOMPARE(
+        result.errors,
+        u"tavel: another run of %1 is at work on '%2'\n"_qs.arg(program, project.path()).toUtf8());
+    QCOMPARE(everythingBelow(project.path()), before);
 }
 
 TVL_TEST(TstToolTwoSessions)

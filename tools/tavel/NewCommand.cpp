@@ -2,10 +2,12 @@
 #include "ProjectOpener.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectGuard.h"
 #include "TVLProjectModel.h"
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
 #include <memory>
@@ -26,6 +28,21 @@ QString nameError(const QString &path, const QString &projectPath)
     return {};
 }
 
+/** Whether a folder holds nothing, be it for a project's guard and the folder that this lies in. */
+bool isEmptyBesideItsGuard(const QString &projectPath)
+{
+    const QString guardPath = TVLProjectGuard::filePath(projectPath);
+    QDirIterator entries(projectPath,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    bool isEmpty = true;
+    while (isEmpty && entries.hasNext()) {
+        const QString path = entries.next();
+        isEmpty = path == guardPath || guardPath.startsWith(path + u'/');
+    }
+    return isEmpty;
+}
+
 /** What stands in the way of a new project; empty when nothing does. */
 QString placeError(const QString &projectPath)
 {
@@ -34,8 +51,7 @@ QString placeError(const QString &projectPath)
         return {};
     if (!info.isDir())
         return u"there is a file at '%1'"_qs.arg(projectPath);
-    if (!QDir(projectPath)
-             .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+    if (!isEmptyBesideItsGuard(projectPath))
         return u"the folder '%1' isn't empty"_qs.arg(projectPath);
     return {};
 }
@@ -46,8 +62,19 @@ ExitStatus runNew(const QCommandLineParser &parser, Console *console)
     const QString projectPath = TVLProjectFolderFormat::calcEnclosingPath(path);
     if (const QString error = nameError(path, projectPath); !error.isEmpty())
         return console->refuse(error);
-    if (const QString error = placeError(projectPath); !error.isEmpty())
+    QString error = placeError(projectPath);
+    if (!error.isEmpty())
         return console->fail(error);
+    // Another run may have made the project, and filled it, before this one came to have the guard.
+    // A place where no folder can be made is for the save to tell of.
+    std::unique_ptr<TVLProjectGuard> guard;
+    if (QDir().mkpath(projectPath)) {
+        guard = TVLProjectGuard::take(projectPath, &error);
+        if (guard)
+            error = placeError(projectPath);
+        if (!error.isEmpty())
+            return console->fail(error);
+    }
 
     const std::unique_ptr<TVLProjectModel> model(
         TVLProjectModel::createBlankProjectInMemory(projectPath));
