@@ -185,6 +185,15 @@ public:
     [[nodiscard]] static QString readUserProjectData(const QString &filePath);
 
     /**
+     * A file of a project for reading, as it is once an interrupted save is completed. The caller
+     * owns it; null, with the reason in @p error, when it can't be opened.
+     */
+    [[nodiscard]] static std::unique_ptr<QIODevice>
+    openFile(const QString &path, const QString &filePath, QString *error);
+    /** How many files the last save could not write, or not to their end; openProject() does. */
+    [[nodiscard]] static int interruptedSaveFiles(const QString &path);
+
+    /**
      * Writes the project's binder, the mobile one for a mobile project. A desktop binder is
      * followed by its zipped copy `binder.autosave`. The file is written in place, all at once: it
      * is not touched before its whole content is there.

@@ -5,6 +5,7 @@
 #include "TVLBinderWriter.h"
 #include "TVLErrorText_p.h"
 #include "TVLFileWriting_p.h"
+#include "TVLProjectFile_p.h"
 #include "TVLRedoJournal_p.h"
 #include "TVLRegularFile.h"
 #include "TVLZipReader.h"
@@ -67,6 +68,18 @@ QString TVLProjectFolderFormat::readProjectBinderVersion(const QString &path)
     if (version.isEmpty())
         version = zippedBinderVersion(binderBackupFilePath(projectPath), entryName);
     return version;
+}
+
+std::unique_ptr<QIODevice> TVLProjectFolderFormat::openFile(const QString &path,
+                                                            const QString &filePath, QString *error)
+{
+    return TVLProjectFile(path, filePath).open(error);
+}
+
+int TVLProjectFolderFormat::interruptedSaveFiles(const QString &path)
+{
+    const TVLRedoJournal::Replay replay = TVLRedoJournal::pending(path);
+    return replay.mWritten + replay.mSetAside + replay.mLeft;
 }
 
 bool TVLProjectFolderFormat::readBinder(QIODevice *device, TVLBinderProject *project,

@@ -1,12 +1,16 @@
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
+#include "TVLProjectModel.h"
+#include "TVLUnattendedMessageBoxes.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSet>
 #include <QTest>
+#include <QTextDocument>
 
 #include <functional>
 
@@ -26,6 +30,7 @@ private Q_SLOTS:
     void damageIsFound();
     void everyKindOfProblemHasARow();
     void theKeysAreStable();
+    void anInterruptedSaveIsToldInOneLine();
     void theXmlErrorIsToldWithItsLine_data();
     void theXmlErrorIsToldWithItsLine();
     void theItemsOfAFallbackAreChecked();
@@ -696,6 +701,33 @@ void TstToolCheck::aVeryDeepTreeIsChecked()
     const ProgramResult result = runTool({u"check"_qs, project.path()});
     QVERIFY(!result.crashed);
     QVERIFY2(result.status == 0, result.output);
+}
+
+void TstToolCheck::anInterruptedSaveIsToldInOneLine()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const QString path = project.path(u"Files/Docs/4.rtf"_qs);
+    const QString elsewhere = project.enclosingPath() + u"/4.rtf"_qs;
+    {
+        const TVLUnattendedMessageBoxes boxes;
+        const auto model = project.open();
+        QVERIFY(model);
+        QVERIFY(QFile::rename(path, elsewhere));
+        QVERIFY(QFile::link(elsewhere, path));
+        QTextDocument words;
+        words.setPlainText(u"Terns."_qs);
+        QVERIFY(model->overwriteText(model->index(4), &words));
+        QVERIFY(!model->save());
+    }
+    QVERIFY(QFile::remove(path));
+    project.writeFile(u"Files/Docs/4.rtf"_qs, {});
+
+    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    QCOMPARE(text.output.split('\n').constFirst(),
+             QByteArray("a save was interrupted; the next opening completes it (1 files)"));
+    QCOMPARE(runTool({u"cat"_qs, project.path(), u"4"_qs}).output, QByteArray("Terns.\n"));
+    QVERIFY(!runTool({u"check"_qs, project.path()}).output.contains("interrupted"));
 }
 
 TVL_TEST(TstToolCheck)

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void aDamagedBinderIsLeftAlone();
     void aBinderThatIsGoneIsMadeAnewFromItsCopy();
     void aProjectOfALaterFormatIsNotChanged();
+    void aBinderOfAnUnknownVersionIsNotChanged();
     void whatASaveWouldDropIsLeftAlone();
     void userDataThatCannotBeKeptIsLeftAlone_data();
     void userDataThatCannotBeKeptIsLeftAlone();
@@ -288,6 +289,22 @@ void TstToolLock::aProjectOfALaterFormatIsNotChanged()
                      .toUtf8());
         QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
         QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
+    }
+}
+
+void TstToolLock::aBinderOfAnUnknownVersionIsNotChanged()
+{
+    const TestProject project;
+    writeProject(project, binderXml(systemFolders(::item(4, "Text", "The Harbour")), {}, "9.9"),
+                 "18");
+    const auto before = project.files();
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 QByteArray("tavel: Project 'Novel' is incompatible with this version of "
+                            "Tavelinor.\n"));
+        QCOMPARE(project.files(), before);
     }
 }
 

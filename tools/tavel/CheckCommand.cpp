@@ -2,6 +2,8 @@
 #include "ProjectCheck.h"
 #include "ProjectOpener.h"
 
+#include "TVLProjectFolderFormat.h"
+
 #include <QCommandLineParser>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,17 +11,27 @@
 
 namespace {
 
-QJsonObject reportToJson(const QString &projectPath, const QList<Problem> &problems)
+QJsonObject reportToJson(const QString &projectPath, const QList<Problem> &problems,
+                         int interruptedFiles)
 {
     QJsonArray array;
     for (const Problem &problem : problems)
         array.append(QJsonObject{
             {u"kind"_qs, problem.kind}, {u"where"_qs, problem.where}, {u"text"_qs, problem.text}});
-    return {{u"path"_qs, projectPath}, {u"ok"_qs, problems.isEmpty()}, {u"problems"_qs, array}};
+    QJsonObject report = {
+        {u"path"_qs, projectPath}, {u"ok"_qs, problems.isEmpty()}, {u"problems"_qs, array}};
+    if (interruptedFiles > 0)
+        report.insert(u"interruptedFiles"_qs, interruptedFiles);
+    return report;
 }
 
-void writeText(const QString &projectPath, const QList<Problem> &problems, Console *console)
+void writeText(const QString &projectPath, const QList<Problem> &problems, int interruptedFiles,
+               Console *console)
 {
+    if (interruptedFiles > 0)
+        console->writeLine(
+            u"a save was interrupted; the next opening completes it (%1 files)"_qs.arg(
+                interruptedFiles));
     for (const Problem &problem : problems)
         console->writeLine(
             oneLine(u"%1: %2: %3"_qs.arg(problem.kind, problem.where, problem.text)));
@@ -36,10 +48,12 @@ ExitStatus runCheck(const QCommandLineParser &parser, Console *console)
         return console->fail(error);
 
     const QList<Problem> problems = ProjectCheck(*files).run();
+    const int interruptedFiles = TVLProjectFolderFormat::interruptedSaveFiles(files->projectPath);
     if (wantsJson(parser))
-        console->write(QJsonDocument(reportToJson(files->projectPath, problems)).toJson());
+        console->write(
+            QJsonDocument(reportToJson(files->projectPath, problems, interruptedFiles)).toJson());
     else
-        writeText(files->projectPath, problems, console);
+        writeText(files->projectPath, problems, interruptedFiles, console);
     if (problems.isEmpty())
         return ExitStatus::Done;
     return console->fail(

@@ -99,7 +99,11 @@ void ProjectCheck::readPlainBinder()
         return;
     }
     auto project = std::make_unique<TVLBinderContents>();
-    const QString error = project->read(mFiles.binder);
+    QString error;
+    const std::unique_ptr<QIODevice> binder =
+        TVLProjectFolderFormat::openFile(mFiles.projectPath, mFiles.binder, &error);
+    if (binder)
+        error = project->read(binder.get());
     if (error.isEmpty())
         takeIfLoadable(std::move(project), mFiles.binder);
     else

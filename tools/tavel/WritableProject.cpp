@@ -29,10 +29,12 @@ QString orUnknown(const QString &text)
 }
 
 /** Whether a model would take a binder in. */
-bool isLoadable(const QString &binderPath)
+bool isLoadable(const QString &projectPath, const QString &binderPath)
 {
+    const std::unique_ptr<QIODevice> binder =
+        TVLProjectFolderFormat::openFile(projectPath, binderPath, nullptr);
     TVLBinderContents project;
-    return project.read(binderPath).isEmpty() && project.isLoadable();
+    return binder && project.read(binder.get()).isEmpty() && project.isLoadable();
 }
 
 /** Who has the project open; empty when nobody has. */
@@ -104,9 +106,13 @@ QString WritableProject::lock()
 
 QString WritableProject::read(const QString &path, const QString &binderPath)
 {
-    if (!binderPath.isEmpty() && !isLoadable(binderPath))
+    if (!binderPath.isEmpty() && !isLoadable(mPath, binderPath))
         return u"the binder of '%1' is damaged and so is left alone; 'tavel check' tells more"_qs
             .arg(path);
+    const TVLProjectInfo info = TVLProjectFolderFormat::readBinderFileProjectInfo(binderPath);
+    if (!info.mVersion.isEmpty() && info.mBinderVersion == TVL::NoBinderVersion)
+        return u"Project '%1' is incompatible with this version of Tavelinor."_qs.arg(
+            TVLProjectFolderFormat::projectPathToProjectName(path));
     QString error;
     mModel = openProject(path, &error);
     if (mModel && mModel->formatVersion() > TVL::FormatVersion18) {
