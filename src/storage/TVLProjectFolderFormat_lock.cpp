@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHostInfo>
+#include <QLockFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUuid>
@@ -45,6 +46,17 @@ QUuid readOrMakeUserLockId()
     return id;
 }
 
+/**
+ * Removes the file that settings guard their writing by, if its process was killed: they would wait
+ * half a minute for one that doesn't say whose it is. That of a process that lives stays.
+ */
+void removeLeftOverGuard(const QString &settingsPath)
+{
+    const QString guardPath = settingsPath + u".lock"_qs;
+    if (QFileInfo::exists(guardPath))
+        (void)QLockFile(guardPath).removeStaleLockFile();
+}
+
 void setText(QString *target, const QString &text)
 {
     if (target)
@@ -66,6 +78,7 @@ bool TVLProjectFolderFormat::addLock(const QString &path)
     filesDirectory(path, &ok);
     if (!ok)
         return false;
+    removeLeftOverGuard(lockFilePath(path));
     QSettings lock(lockFilePath(path), QSettings::IniFormat);
     lock.setValue(u"platform"_qs, LockPlatform.toString());
     lock.setValue(u"host"_qs, QHostInfo::localHostName());
@@ -85,9 +98,12 @@ bool TVLProjectFolderFormat::removeLock(const QString &path)
 int TVLProjectFolderFormat::compareLockFile(const QString &path, QString *host, QString *user,
                                             QString *appPath)
 {
-    if (!lockExists(path))
+    const QFileInfo file(lockFilePath(path));
+    if (!file.exists())
         return NotLocked;
-    const QSettings lock(lockFilePath(path), QSettings::IniFormat);
+    if (!file.isFile()) // Opening a pipe would wait for its other end.
+        return LockedByOther;
+    const QSettings lock(file.filePath(), QSettings::IniFormat);
     const QString ownUser = TvlCore::systemUsernameEnv();
     const QString lockHost = lock.value(u"host"_qs).toString();
     const QString lockUser = lock.value(u"user"_qs, ownUser).toString();

@@ -1,5 +1,6 @@
 #include "TVLProjectGuard.h"
 
+#include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
 #include "TVLProjectFolderFormat.h"
 
@@ -19,10 +20,12 @@ struct GuardHolder
     QString program;
 };
 
+/** Nobody if the file isn't whole. */
 GuardHolder holderOf(const QLockFile &file)
 {
     GuardHolder holder;
-    if (!file.getLockInfo(&holder.process, &holder.host, &holder.program))
+    const bool isWhole = TVLCoreUtil::ReadBinaryFile(file.fileName()).endsWith('\n');
+    if (!isWhole || !file.getLockInfo(&holder.process, &holder.host, &holder.program))
         return {};
     return holder;
 }
@@ -57,6 +60,10 @@ QString TVLProjectGuard::filePath(const QString &path)
 bool TVLProjectGuard::lock(int patienceMs)
 {
     constexpr int MomentMs = 1000;
+    // Opening a pipe in its place would wait for the other end.
+    const QFileInfo file(mFile.fileName());
+    if (file.exists() && !file.isFile())
+        return false;
     if (mFile.tryLock(patienceMs))
         return true;
     if (mFile.error() != QLockFile::LockFailedError || holderOf(mFile).process != 0)

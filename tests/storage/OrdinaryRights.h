@@ -4,8 +4,8 @@
 #include <QString>
 
 /**
- * Has permissions count for this process even if the superuser runs it; there is no way back. To be
- * called before any thread is started.
+ * Has permissions count for this process and those that it starts, even if the superuser runs it;
+ * there is no way back. To be called before any thread is started.
  */
 void dropRightsOfTheSuperuser();
 

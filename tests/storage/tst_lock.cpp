@@ -5,12 +5,15 @@
 
 #include <QCoreApplication>
 #include <QDataStream>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHostInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
 #include <QUuid>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -48,7 +51,9 @@ private Q_SLOTS:
     void aLockCanBeAddedByEitherPath();
     void aSecondLockIsRefusedAndLeavesTheFirst();
     void anyFileInTheLocksPlaceCountsAsALock();
+    void aPipeInTheLocksPlaceIsNotOpened();
     void aLockThatCannotBeWrittenIsRefused();
+    void whatAProcessKilledWhileItLockedLeavesIsNotWaitedFor();
     void lookingForALockCreatesNothing();
     void removingALock();
     void removingALockThatIsAFolderFails();
@@ -156,6 +161,20 @@ void TstLock::anyFileInTheLocksPlaceCountsAsALock()
     QCOMPARE(project.files(), before);
 }
 
+void TstLock::aPipeInTheLocksPlaceIsNotOpened()
+{
+    constexpr mode_t Mode = 0600;
+    const TestProject project;
+    QVERIFY(QDir().mkpath(project.path(u"Files"_qs)));
+    QCOMPARE(mkfifo(QFile::encodeName(project.path(LockFile)), Mode), 0);
+    QVERIFY(Format::lockExists(project.path()));
+    QVERIFY(!Format::addLock(project.path()));
+    QCOMPARE(Format::compareLockFile(project.path(), nullptr, nullptr, nullptr),
+             int(Format::LockedByOther));
+    QVERIFY(Format::removeLock(project.path()));
+    QVERIFY(Format::addLock(project.path()));
+}
+
 void TstLock::aLockThatCannotBeWrittenIsRefused()
 {
     const TestProject project;
@@ -164,6 +183,19 @@ void TstLock::aLockThatCannotBeWrittenIsRefused()
     QVERIFY(!Format::addLock(project.path()));
     QVERIFY(!Format::lockExists(project.path()));
     QCOMPARE(project.files(), before);
+}
+
+void TstLock::whatAProcessKilledWhileItLockedLeavesIsNotWaitedFor()
+{
+    constexpr int Patience = 5000;
+    const TestProject project;
+    // By this settings keep others from writing the same file.
+    project.writeFile(LockFile + u".lock"_qs, {});
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(Format::addLock(project.path()));
+    QVERIFY(timer.elapsed() < Patience);
+    QCOMPARE(project.files().keys(), {LockFile});
 }
 
 void TstLock::lookingForALockCreatesNothing()

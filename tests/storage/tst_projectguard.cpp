@@ -11,6 +11,8 @@
 #include <QSysInfo>
 #include <QTest>
 
+#include <sys/stat.h>
+
 /** One process at a time changes a project. */
 class TstProjectGuard : public QObject
 {
@@ -27,6 +29,7 @@ private Q_SLOTS:
     void whatAProcessKilledWhileItMadeItLeavesIsTakenOver();
     void theGuardOfAnotherHostHolds();
     void aGuardThatMayNotBeTakenOverTellsWhoseItIs();
+    void aPipeInItsPlaceIsNotOpened();
     void whereNothingCanBeMadeThereIsNoGuard();
     void patienceWaitsForTheEndOfTheOther();
     void noCopyOfAProjectIsGuarded();
@@ -152,6 +155,8 @@ void TstProjectGuard::whatAProcessKilledWhileItMadeItLeavesIsTakenOver_data()
     QTest::newRow("nothing") << QByteArray();
     QTest::newRow("half a line") << QByteArray("99");
     QTest::newRow("no program") << QByteArray("999999\n");
+    QTest::newRow("half a machine's name")
+        << "999999\nwriter\n" + QSysInfo::machineHostName().toUtf8() + "\n01234567";
 }
 
 void TstProjectGuard::whatAProcessKilledWhileItMadeItLeavesIsTakenOver()
@@ -198,6 +203,21 @@ void TstProjectGuard::aGuardThatMayNotBeTakenOverTellsWhoseItIs()
              "delete Files/.guard in it"_qs.arg(project.path(),
                                                 QFileInfo(project.path(GuardFile)).owner(),
                                                 QSysInfo::machineHostName()));
+}
+
+void TstProjectGuard::aPipeInItsPlaceIsNotOpened()
+{
+    constexpr mode_t Mode = 0600;
+    const TestProject project;
+    makeUnlockedProject(project);
+    QCOMPARE(mkfifo(QFile::encodeName(project.path(GuardFile)), Mode), 0);
+    QString error;
+    QVERIFY(!TVLProjectGuard::take(project.path(), &error));
+    QCOMPARE(error,
+             u"'%1' can't be locked: there is no way to make '%2'"_qs.arg(project.path(),
+                                                                          project.path(GuardFile)));
+    QVERIFY(QFile::remove(project.path(GuardFile)));
+    QVERIFY(TVLProjectGuard::take(project.path()));
 }
 
 void TstProjectGuard::whereNothingCanBeMadeThereIsNoGuard()
