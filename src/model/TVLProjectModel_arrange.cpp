@@ -6,7 +6,9 @@
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSiblingTitles_p.h"
+#include "TVLTextCopy_p.h"
 #include "TVLTextDoc.h"
+#include "TVLTextRuns_p.h"
 
 #include <QTextCursor>
 #include <QTextDocument>
@@ -18,20 +20,6 @@
 namespace {
 
 constexpr TVL::DocumentType TextTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText};
-
-/** Puts a text behind those that are there, with an empty paragraph between them. */
-void appendParagraphs(QTextDocument *joined, const QTextDocument *document)
-{
-    if (document->isEmpty())
-        return;
-    QTextCursor cursor(joined);
-    cursor.movePosition(QTextCursor::End);
-    if (!joined->isEmpty()) {
-        cursor.insertBlock();
-        cursor.insertBlock();
-    }
-    TVLTextDoc::appendDocument(cursor, document);
-}
 
 void appendSynopsis(QString *joined, const QString &synopsis)
 {
@@ -111,24 +99,45 @@ bool TVLProjectModel::moveChildrenBehind(TVLProjectNode *node)
 /** What the texts that are merged have together. */
 struct TVLProjectModel::MergedTexts
 {
-    QTextDocument text;
-    QTextDocument notes;
+    struct Joined
+    {
+        Joined() { document.setUndoRedoEnabled(false); }
+        void append(const QTextDocument *text);
+
+        QTextDocument document;
+        TVLCommentTexts comments;
+    };
+
+    Joined text;
+    Joined notes;
     QString synopsis;
     QList<int> keywords;
     QList<TVLReference> references;
     QList<int> idsWithSnapshots;
 };
 
+/** Puts a text behind those that are there, with an empty paragraph between them. */
+void TVLProjectModel::MergedTexts::Joined::append(const QTextDocument *text)
+{
+    if (text->isEmpty())
+        return;
+    QTextCursor cursor(&document);
+    cursor.movePosition(QTextCursor::End);
+    if (!document.isEmpty()) {
+        cursor.insertBlock();
+        cursor.insertBlock();
+    }
+    tvlInsertText(cursor, text, 0, tvlEndOf(text), &comments);
+}
+
 void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTexts *merged)
 {
-    merged->text.setUndoRedoEnabled(false);
-    merged->notes.setUndoRedoEnabled(false);
     for (TVLProjectNode *node : nodes) {
         const QModelIndex index = createIndex(node);
         if (node->mHasSnapshots)
             merged->idsWithSnapshots.append(node->mId);
-        appendParagraphs(&merged->text, TVLHeldDocument(this, index, TVL::MainText).get());
-        appendParagraphs(&merged->notes, TVLHeldDocument(this, index, TVL::NotesText).get());
+        merged->text.append(TVLHeldDocument(this, index, TVL::MainText).get());
+        merged->notes.append(TVLHeldDocument(this, index, TVL::NotesText).get());
         appendSynopsis(&merged->synopsis, synopsis(index));
         appendMissing(&merged->keywords, node->mKeywords);
         appendMissing(&merged->references, node->mReferences);
@@ -140,8 +149,8 @@ void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTe
 bool TVLProjectModel::takeMergedTexts(TVLProjectNode *survivor, const MergedTexts &merged)
 {
     const QModelIndex index = createIndex(survivor);
-    replaceContent(TVLHeldDocument(this, index, TVL::MainText).get(), merged.text);
-    replaceContent(TVLHeldDocument(this, index, TVL::NotesText).get(), merged.notes);
+    replaceContent(TVLHeldDocument(this, index, TVL::MainText).get(), merged.text.document);
+    replaceContent(TVLHeldDocument(this, index, TVL::NotesText).get(), merged.notes.document);
     setSynopsis(index, merged.synopsis);
     setKeywordIdsPrivate(survivor, merged.keywords);
     setReferences(index, merged.references);

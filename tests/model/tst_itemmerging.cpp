@@ -25,6 +25,7 @@ private Q_SLOTS:
     void synopsesAreJoined_data();
     void synopsesAreJoined();
     void formatsComeAlong();
+    void commentsOfOneIdentityAreAllKept();
     void theOrderIsThatOfTheList();
     void keywordsAndReferencesComeOnce();
     void sessionCountsAreCarriedOver();
@@ -149,6 +150,24 @@ void TstItemMerging::formatsComeAlong()
     QCOMPARE(last.begin().fragment().charFormat().fontWeight(), int(QFont::Bold));
     QCOMPARE(last.blockFormat().alignment(), Qt::Alignment(Qt::AlignHCenter));
     QVERIFY(merged->firstBlock().begin().fragment().charFormat().fontWeight() != QFont::Bold);
+}
+
+void TstItemMerging::commentsOfOneIdentityAreAllKept()
+{
+    const QString identity = u"0F8FAD5B-D9CB-469F-A165-70867728950E"_qs;
+    for (const QString &title : {u"a"_qs, u"b"_qs, u"c"_qs}) {
+        const QModelIndex index = addText(title, u"text of "_qs + title);
+        const QByteArray rtf = "{\\rtf1 on " + title.toUtf8() + "}";
+        QVERIFY(mModel->setInspectorNote(index, {0, 4}, TVLTextCommentLink(identity, rtf)));
+    }
+    QVERIFY(mModel->save(true));
+    QVERIFY(merge(u"a b c"_qs).isValid());
+    mModel->prepareToDestroy();
+    mTester.reset();
+    mModel = mProject->open();
+    const QModelIndex survivor = itemTitled(mModel.get(), u"a"_qs);
+    QCOMPARE(mModel->inspectorNotesToPlainText(survivor),
+             QStringList({u"on a"_qs, u"on b"_qs, u"on c"_qs}));
 }
 
 void TstItemMerging::theOrderIsThatOfTheList()

@@ -66,6 +66,10 @@ private Q_SLOTS:
     void aCommentIsHungOnARange_data();
     void aCommentIsHungOnARange();
     void aCommentWithoutIdentityGetsOne();
+    void joinedTextsKeepTheCommentsOfBoth_data();
+    void joinedTextsKeepTheCommentsOfBoth();
+    void aCommentThatIsTheSameStaysOne();
+    void whatIsReplacedHasNoCommentsAnyMore();
     void aCommentIsRemovedFromItsRun_data();
     void aCommentIsRemovedFromItsRun();
     void removingTakesTheCommentOffParagraphEnds();
@@ -258,6 +262,83 @@ void TstTextComments::aCommentWithoutIdentityGetsOne()
     QVERIFY(comments.at(0).mIdentity != comments.at(1).mIdentity);
     QCOMPARE(comments.at(1).mRtf, rtfOf(u"y"_qs));
     QVERIFY(TVLTextDoc::hasCommentsWithUuids(document.get()));
+}
+
+void TstTextComments::joinedTextsKeepTheCommentsOfBoth_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<QString>("identity");
+    QTest::newRow("numbers") << u"a<c1:b>"_qs << u"<c1:c>d"_qs << u"1"_qs;
+    const QString uuid = u"0F8FAD5B-D9CB-469F-A165-70867728950E"_qs;
+    QTest::newRow("uuids") << u"a<c0F8FAD5B-D9CB-469F-A165-70867728950E:b>"_qs
+                           << u"<c0F8FAD5B-D9CB-469F-A165-70867728950E:c>d"_qs << uuid;
+    QTest::newRow("a comment and a footnote") << u"<c1:b>"_qs << u"<n1:c>"_qs << u"1"_qs;
+    QTest::newRow("several runs and paragraphs")
+        << u"<c1:a>b\n<b,c1:c>"_qs << u"<c1:d>\n<c1:e>f<b,c1:g>"_qs << u"1"_qs;
+}
+
+void TstTextComments::joinedTextsKeepTheCommentsOfBoth()
+{
+    QFETCH(const QString, first);
+    QFETCH(const QString, second);
+    QFETCH(const QString, identity);
+    const auto target = makeText(first);
+    const auto source = makeText(second);
+    const auto say = [&identity](QTextDocument *document, const QString &text) {
+        TVLTextCommentLink comment = TVLTextDoc::comments(document, -1, -1).constFirst();
+        comment.mRtf = rtfOf(text);
+        TVLTextDoc::setComments(document, {comment});
+        QCOMPARE(comment.mIdentity, identity);
+    };
+    say(target.get(), u"of the first"_qs);
+    say(source.get(), u"of the second"_qs);
+    const QString before = describeText(target.get());
+    target->clearUndoRedoStacks();
+
+    QTextCursor cursor(target.get());
+    cursor.movePosition(QTextCursor::End);
+    TVLTextDoc::appendDocument(cursor, source.get());
+    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(target.get()),
+             QStringList({u"of the first"_qs, u"of the second"_qs}));
+    const QStringList identities = identitiesOf(TVLTextDoc::comments(target.get(), -1, -1));
+    QCOMPARE(identities.constFirst(), identity);
+    QVERIFY(!QUuid::fromString(identities.constLast()).isNull());
+    // Also when both are joined to a third.
+    TVLTextDoc::appendDocument(cursor, source.get());
+    QCOMPARE(TVLTextDoc::comments(target.get(), -1, -1).size(), 3);
+    target->undo();
+    target->undo();
+    QCOMPARE(describeText(target.get()), before);
+    QVERIFY(!target->isUndoAvailable());
+}
+
+void TstTextComments::aCommentThatIsTheSameStaysOne()
+{
+    const auto target = makeText(u"a<c1:b>"_qs);
+    const auto source = makeText(u"<c1:c><c2:d>"_qs);
+    const TVLTextCommentLink comment(u"1"_qs, rtfOf(u"one"_qs));
+    TVLTextDoc::setComments(target.get(), {comment});
+    TVLTextDoc::setComments(source.get(), {comment});
+    QTextCursor cursor(target.get());
+    cursor.movePosition(QTextCursor::End);
+    TVLTextDoc::appendDocument(cursor, source.get());
+    QCOMPARE(describeText(target.get()), u"a<c1:bc><c2:d>"_qs);
+}
+
+void TstTextComments::whatIsReplacedHasNoCommentsAnyMore()
+{
+    const auto target = makeText(u"<c1:a>\n<c1:b>"_qs);
+    const auto source = makeText(u"<c1:c>\n<c1:d>"_qs);
+    TVLTextDoc::setComments(target.get(), {{u"1"_qs, rtfOf(u"old"_qs)}});
+    TVLTextDoc::setComments(source.get(), {{u"1"_qs, rtfOf(u"new"_qs)}});
+    // As an editor does it that formats what is selected, ends of paragraphs too.
+    QTextCursor cursor(target.get());
+    cursor.select(QTextCursor::Document);
+    cursor.setBlockCharFormat(target->begin().begin().fragment().charFormat());
+    TVLTextDoc::appendDocument(cursor, source.get());
+    QCOMPARE(describeText(target.get()), u"<c1:c>\n<c1:d>"_qs);
+    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(target.get()), QStringList(u"new"_qs));
 }
 
 void TstTextComments::aCommentIsRemovedFromItsRun_data()

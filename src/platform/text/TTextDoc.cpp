@@ -81,7 +81,8 @@ std::unique_ptr<QTextDocument> copyOfStretch(const QTextDocument *document, cons
     auto part = std::make_unique<QTextDocument>();
     part->setUndoRedoEnabled(false);
     part->setDefaultFont(document->defaultFont());
-    tvlInsertText(QTextCursor(part.get()), document, stretch.mStart, stretch.mEnd);
+    TVLCommentTexts noComments;
+    tvlInsertText(QTextCursor(part.get()), document, stretch.mStart, stretch.mEnd, &noComments);
     part->setModified(false);
     part->setUndoRedoEnabled(true);
     return part;

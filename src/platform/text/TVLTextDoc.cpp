@@ -149,10 +149,17 @@ void TVLTextDoc::appendDocument(const QTextCursor &cursor, const QTextDocument *
 {
     if (cursor.isNull() || !document || document->isEmpty())
         return;
+    std::unique_ptr<QTextDocument> copy;
     if (cursor.document() == document) {
-        const std::unique_ptr<QTextDocument> copy(tvlCloneDocument(document, nullptr));
-        tvlInsertText(cursor, copy.get(), 0, tvlEndOf(copy.get()));
-        return;
+        copy.reset(tvlCloneDocument(document, nullptr));
+        document = copy.get();
     }
-    tvlInsertText(cursor, document, 0, tvlEndOf(document));
+    QTextCursor place(cursor);
+    place.beginEditBlock();
+    place.removeSelectedText();
+    TVLCommentTexts comments;
+    if (hasInspectorCommentsOrFootnotes(document))
+        comments = tvlCommentTexts(place.document());
+    tvlInsertText(place, document, 0, tvlEndOf(document), &comments);
+    place.endEditBlock();
 }

@@ -114,7 +114,8 @@ public:
     /**
      * Puts another document's content at the cursor, formats, pictures and all, in place of what
      * is selected; an empty document changes nothing. The first paragraph becomes part of the
-     * cursor's, unless that is empty and takes its format over.
+     * cursor's, unless that is empty and takes its format over. A comment whose identity stands for
+     * another comment where it comes gets a fresh one.
      */
     static void appendDocument(const QTextCursor &cursor, const QTextDocument *document);
 };

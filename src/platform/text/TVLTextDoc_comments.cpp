@@ -1,6 +1,5 @@
 #include "TVLTextDoc.h"
 
-#include "TUuid.h"
 #include "TVLTextEdits_p.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtf.h"
@@ -69,7 +68,7 @@ void TVLTextDoc::setComment(QTextDocument *document, const TVLTextRange &range,
         return;
     TVLTextCommentLink named = comment;
     if (named.mIdentity.isEmpty())
-        named.mIdentity = TUuid::toStringNoBraces(QUuid::createUuid(), true);
+        named.mIdentity = TVLTextFormat::newCommentIdentity();
     const qint64 end =
         std::min(qint64(range.mLocation) + range.mLength, qint64(tvlEndOf(document)));
     TVLTextEdits edits;

@@ -1,6 +1,7 @@
 #include "TVLTextCopy_p.h"
 
 #include "TVLTextEdits_p.h"
+#include "TVLTextFormat.h"
 #include "TVLTextRuns_p.h"
 
 #include <QHash>
@@ -144,6 +145,61 @@ void insertFragment(QTextCursor *cursor, const QTextDocumentFragment &fragment, 
     extra.deleteChar();
 }
 
+// A comment's identity is known in its own text only, and two texts may use one and the same.
+// Joined, the runs of both would be those of one comment, and what the other says would be gone.
+
+TVLCommentTexts::mapped_type commentText(const QTextFormat &format)
+{
+    return {format.boolProperty(TVLTextFormat::InspectorFootnote),
+            format.property(TVLTextFormat::CommentText).toByteArray()};
+}
+
+/** Notes what the comment of a format says; false when its identity stands for something else. */
+bool addComment(const QTextFormat &format, TVLCommentTexts *texts)
+{
+    const QString identity = tvlCommentMark(format);
+    if (identity.isEmpty())
+        return true;
+    const auto text = commentText(format);
+    const auto known = texts->constFind(identity);
+    if (known != texts->cend())
+        return *known == text;
+    texts->insert(identity, text);
+    return true;
+}
+
+/** Gives comments of a stretch that bear the identity of another comment one of their own. */
+void separateComments(QTextDocument *document, int from, int to, TVLCommentTexts *texts)
+{
+    const auto commentOf = [](const QTextFormat &format) {
+        return std::pair(tvlCommentMark(format), commentText(format));
+    };
+    // Runs of text come before the ends of paragraphs, at which what is gone may have left a mark.
+    QHash<std::pair<QString, TVLCommentTexts::mapped_type>, QString> identities;
+    tvlVisitFragments(document, from, to, [&](const QTextFragment &fragment) {
+        const QTextCharFormat format = fragment.charFormat();
+        if (!addComment(format, texts) && !identities.contains(commentOf(format)))
+            identities.insert(commentOf(format), TVLTextFormat::newCommentIdentity());
+        return true;
+    });
+    if (identities.isEmpty())
+        return;
+    TVLTextEdits edits;
+    tvlChangeFormats(
+        document, from, to,
+        [&](QTextCharFormat *format) {
+            const auto identity = identities.constFind(commentOf(*format));
+            if (identity == identities.cend())
+                return false;
+            format->setProperty(TVLTextFormat::CommentIdentity, *identity);
+            return true;
+        },
+        &edits);
+    edits.apply(document);
+    for (auto identity = identities.cbegin(); identity != identities.cend(); ++identity)
+        texts->insert(*identity, identity.key().second);
+}
+
 /** What a document as a whole has beside its text. */
 void copySettings(const QTextDocument *source, QTextDocument *target)
 {
@@ -181,7 +237,18 @@ QTextDocument *tvlCloneDocument(const QTextDocument *document, QObject *parent)
     return copy.release();
 }
 
-void tvlInsertText(QTextCursor cursor, const QTextDocument *source, int from, int to)
+TVLCommentTexts tvlCommentTexts(const QTextDocument *document)
+{
+    TVLCommentTexts texts;
+    tvlVisitFragments(document, 0, tvlEndOf(document), [&texts](const QTextFragment &fragment) {
+        (void)addComment(fragment.charFormat(), &texts);
+        return true;
+    });
+    return texts;
+}
+
+void tvlInsertText(QTextCursor cursor, const QTextDocument *source, int from, int to,
+                   TVLCommentTexts *comments)
 {
     QTextDocument *document = cursor.document();
     // A cursor that only selects leaves the document as it is.
@@ -205,5 +272,6 @@ void tvlInsertText(QTextCursor cursor, const QTextDocument *source, int from, in
         if (takesFirstFormat || block.position() > from)
             matcher.match(block, target);
     }
+    separateComments(document, start, cursor.position(), comments);
     cursor.endEditBlock();
 }

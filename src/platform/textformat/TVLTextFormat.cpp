@@ -159,6 +159,11 @@ void TVLTextFormat::clearComment(QTextCharFormat *format)
         format->clearProperty(property);
 }
 
+QString TVLTextFormat::newCommentIdentity()
+{
+    return TUuid::toStringNoBraces(QUuid::createUuid(), true);
+}
+
 // --- Defaults
 
 QTextCharFormat TVLTextFormat::defaultCharFormat()

@@ -67,6 +67,8 @@ public:
     static void setComment(QTextCharFormat *format, const TVLTextCommentLink &comment);
     /** Takes the comment or footnote off a format. */
     static void clearComment(QTextCharFormat *format);
+    /** An identity that no comment has. */
+    [[nodiscard]] static QString newCommentIdentity();
 
     /** The character format of new text by the options. */
     [[nodiscard]] static QTextCharFormat defaultCharFormat();
