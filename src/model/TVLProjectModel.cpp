@@ -8,6 +8,7 @@
 #include "TVLProjectNode.h"
 #include "TVLProjectSettings.h"
 #include "TVLSearchIndex.h"
+#include "TVLTextDocument.h"
 
 #include <QFileInfo>
 #include <QHostInfo>
@@ -496,6 +497,11 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
     TVLProjectNode *node = projectNode(index);
     if (!node)
         return;
+    // Without its id the item has no files that its words could still go to.
+    if (!writeDocuments(node, nullptr)) {
+        qWarning("An item keeps its id %d, because its texts can't be written", node->mId);
+        return;
+    }
     mIdMap.remove(node->mId);
     (void)mSearchIndex->removeDocument(node->mId);
     mForgottenIds.insert(node->mId);
@@ -507,10 +513,24 @@ void TVLProjectModel::populateMissingIDs()
     tvlForEachNode(mRootNode.get(), [this](TVLProjectNode *node) {
         if (node->mId >= 0)
             return;
-        node->mId = findNextNodeId();
-        mIdMap.insert(node->mId, node->mUuid);
-        addToSearchIndex(node);
+        takeId(node, findNextNodeId());
     });
+}
+
+/** Gives an item without id one, and with it files that what is in memory of its texts goes to. */
+void TVLProjectModel::takeId(TVLProjectNode *node, int id)
+{
+    node->mId = id;
+    mIdMap.insert(id, node->mUuid);
+    addToSearchIndex(node);
+    if (!node->mSynopsisDocument)
+        return;
+    enterLoadedNodes(node);
+    for (TVLTextDocument *document :
+         {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
+        if (document && !document->isEmpty())
+            document->setSaved(false);
+    }
 }
 
 void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *other)
@@ -519,9 +539,7 @@ void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *oth
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         if (node->mId >= 0)
             return;
-        node->mId = freeIds.take();
-        mIdMap.insert(node->mId, node->mUuid);
-        addToSearchIndex(node);
+        takeId(node, freeIds.take());
     });
 }
 

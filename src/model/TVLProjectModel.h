@@ -354,7 +354,10 @@ public:
     /** Makes a text item with its texts; an empty text leaves its document alone. */
     QModelIndex insertTextNode(int row, const QModelIndex &parent, const QString &title,
                                const QString &text, const QString &synopsis, const QString &notes);
-    /** Makes an image item; the image, unless it is null, is written as its PNG file at once. */
+    /**
+     * Makes an image item; the image, unless it is null, is written as its PNG file at once. Where
+     * items have no id an image has no place: nothing is made, and the index is invalid.
+     */
     QModelIndex insertImageNode(int row, const QModelIndex &parent, const QString &title,
                                 const QImage &image, const QString &synopsis, const QString &notes);
     QModelIndex insertUserFolder(int row, const QModelIndex &parent, const QString &title);
@@ -566,6 +569,10 @@ public:
 
     /** @name Ids and uuids @{ */
     void changeIndexUuid(const QModelIndex &index, const QUuid &uuid);
+    /**
+     * Takes an item's id away, and with it the files of its texts. What is unsaved of these is
+     * written first; an item for which that fails keeps its id.
+     */
     void clearIndexId(const QModelIndex &index);
     /** Gives an id to every item without one. */
     void populateMissingIDs();
@@ -1236,6 +1243,7 @@ private:
     void addDefaultProjectNotes();
     void ensureProperProjectNotes();
     void updateHasSnapshots();
+    void reportItemsWithoutId(QStringList *errors) const;
     [[nodiscard]] TVLProjectSettings *newSettings();
     void takeSettingsAlong();
     void stopAutoSaveTimer();
@@ -1261,6 +1269,7 @@ private:
     void releaseDocuments(TVLProjectNode *node) const;
     /** Takes an item's documents out of memory; they are the caller's to delete. */
     [[nodiscard]] QList<TVLTextDocument *> takeDocuments(TVLProjectNode *node) const;
+    void takeId(TVLProjectNode *node, int id);
     void enterLoadedNodes(TVLProjectNode *node) const;
     void leaveLoadedNodes(const TVLProjectNode *node) const;
     void showLoadErrors(const QString &title, const QStringList &errors) const;
@@ -1299,6 +1308,7 @@ private:
     [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
     template <typename Insert>
     auto insertBetweenSignals(TVLProjectNode *parent, int row, int count, Insert insert);
+    [[nodiscard]] bool givesIds() const;
     TVLProjectNode *createDefaultNode(TVLProjectNode *parent, int row, const QUuid &uuid);
     TVLProjectNode *insertDefaultNode(TVLProjectNode *parent, int row);
     QList<TVLProjectNode *> insertClones(const InsertPlace &place, int count,

@@ -128,12 +128,30 @@ void TVLProjectModel::initProject(QStringList *errors)
     if (!TVLProjectFolderFormat::readScriptSettings(mPath, &mScriptMode, &error))
         qWarning("Could not read the script mode of '%ls': %ls", qUtf16Printable(mPath),
                  qUtf16Printable(error));
+    reportItemsWithoutId(errors);
     updateHasSnapshots();
     addAllToSearchIndex();
     loadSearchIndex();
     updateHasTextSynopsisNotesFromDB();
     addDefaultProjectNotesAndCollections();
     ensureProperProjectNotes();
+}
+
+/** Tells once of all items that have no place for their texts. */
+void TVLProjectModel::reportItemsWithoutId(QStringList *errors) const
+{
+    int count = 0;
+    QString firstTitle;
+    tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {
+        if (node->mId >= 0 || node->mNodeType < TVL::Folder)
+            return;
+        if (++count == 1)
+            firstTitle = node->mTitle.isEmpty() ? trUntitledTitle() : node->mTitle;
+    });
+    if (count > 0 && errors)
+        errors->append(tr("Items without an id have no place for their texts, which can't be read "
+                          "or edited. There are %1, the first of them is '%2'.")
+                           .arg(QString::number(count), firstTitle));
 }
 
 void TVLProjectModel::updateHasSnapshots()

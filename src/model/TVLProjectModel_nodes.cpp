@@ -16,17 +16,20 @@ TVLProjectNode *TVLProjectModel::createProjectNode(TVLProjectNode *parent, int r
 {
     if (uuid.isNull() || mUuidMap.contains(uuid))
         uuid = QUuid::createUuid();
-    if (id == -1 || mIdMap.contains(id)) {
-        // Items of newer formats have uuids alone.
-        const bool hasIds = formatVersion() <= TVL::FormatVersion18 && !mMobileProject;
-        id = hasIds ? findNextNodeId() : -1;
-    }
+    if (id == -1 || mIdMap.contains(id))
+        id = givesIds() ? findNextNodeId() : -1;
     if (id != -1)
         mIdMap.insert(id, uuid);
     auto *node = row < 0 ? new TVLProjectNode({id, uuid}, parent)
                          : new TVLProjectNode({id, uuid}, parent, row);
     mUuidMap.insert(uuid, node);
     return node;
+}
+
+/** Whether new items get ids; those of newer formats have uuids alone. */
+bool TVLProjectModel::givesIds() const
+{
+    return formatVersion() <= TVL::FormatVersion18 && !mMobileProject;
 }
 
 TVLProjectNode *TVLProjectModel::createDefaultNode(TVLProjectNode *parent, int row,
@@ -180,6 +183,8 @@ QModelIndex TVLProjectModel::insertImageNode(int row, const QModelIndex &parent,
                                              const QString &title, const QImage &image,
                                              const QString &synopsis, const QString &notes)
 {
+    if (!image.isNull() && !givesIds())
+        return {};
     TVLProjectNode *node = insertNode(row, parent, TVL::Image, u"png"_qs, title);
     if (!image.isNull()) {
         (void)TVLProjectFolderFormat::writeImageFile(mPath, node->mId, u"png"_qs, image);

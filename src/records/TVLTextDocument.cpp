@@ -1,5 +1,6 @@
 #include "TVLTextDocument.h"
 
+#include "TVLProjectNode.h"
 #include "TVLTextFormat.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -117,6 +118,11 @@ void TVLTextDocument::detach()
     mModel = nullptr;
     mNode = nullptr;
     mIndex = QPersistentModelIndex();
+}
+
+bool TVLTextDocument::isReadOnly() const
+{
+    return mReadOnly || (mNode && mNode->mId < 0);
 }
 
 void TVLTextDocument::convertTextToDefaultFormat()

@@ -47,12 +47,15 @@ public:
     [[nodiscard]] bool isSaved() const { return mIsSaved; }
     void setSaved(bool saved) { mIsSaved = saved; }
 
-    /** Set when the file could not be read; such a document is never written over its file. */
-    [[nodiscard]] bool isReadOnly() const { return mReadOnly; }
+    /**
+     * Set when the file could not be read; such a document is never written over its file. The
+     * documents of an item without id are always so, because they have none.
+     */
+    [[nodiscard]] bool isReadOnly() const;
     void setReadOnly(bool readOnly) { mReadOnly = readOnly; }
 
     /** Whether a save has to write the document. */
-    [[nodiscard]] bool isDirty() const { return !mReadOnly && !mIsSaved; }
+    [[nodiscard]] bool isDirty() const { return !isReadOnly() && !mIsSaved; }
 
     /** Set when the file of the text's comments could not be read; it is never written over. */
     [[nodiscard]] bool areCommentsReadOnly() const { return mCommentsReadOnly; }

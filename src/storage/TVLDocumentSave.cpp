@@ -81,6 +81,9 @@ TVLDocumentSave::TVLDocumentSave(const QString &projectPath)
 Change TVLDocumentSave::composeDocument(const QString &projectPath, const TVLProjectNode *node,
                                         const TVLTextDocument *document)
 {
+    // All items without id would share one file.
+    if (node->mId < 0)
+        return failure(QString(), Format::tr("The item has no id"));
     bool isFolderThere = false;
     Format::docsDirectory(projectPath, &isFolderThere);
     const QString path = Format::calcEnclosingPath(projectPath);

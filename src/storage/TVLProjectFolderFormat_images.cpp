@@ -47,7 +47,8 @@ bool TVLProjectFolderFormat::writeImageFile(const QString &path, int id, const Q
                                             const QImage &image, int quality)
 {
     const QString filePath = url(path, id, extension).toLocalFile();
-    return isInDocs(path) && writeImage(image, filePath, formatOf(filePath), quality);
+    // All items without id would share one file.
+    return id >= 0 && isInDocs(path) && writeImage(image, filePath, formatOf(filePath), quality);
 }
 
 // --- Index cards
@@ -76,7 +77,7 @@ bool TVLProjectFolderFormat::setIndexCardImage(const QString &path, int id,
     const QString filePath = indexCardImagePath(path, id, extension);
     if (image.isNull())
         return TVLCoreUtil::DeleteFile(filePath);
-    return isInDocs(path) && writeImage(image, filePath, formatOf(filePath), -1);
+    return id >= 0 && isInDocs(path) && writeImage(image, filePath, formatOf(filePath), -1);
 }
 
 bool TVLProjectFolderFormat::setIndexCardPixmap(const QString &path, int id,

@@ -80,6 +80,8 @@ bool TVLProjectFolderFormat::replaceFile(const QString &source, const QString &t
 
 bool TVLProjectFolderFormat::importProjectFile(const QString &path, const QFileInfo &source, int id)
 {
+    if (id < 0)
+        return false;
     bool ok = false;
     docsDirectory(path, &ok);
     return ok && source.isFile()
@@ -89,6 +91,8 @@ bool TVLProjectFolderFormat::importProjectFile(const QString &path, const QFileI
 bool TVLProjectFolderFormat::copyFile(const QString &path, int id, const QString &extension,
                                       const QString &sourceFile)
 {
+    if (id < 0)
+        return false;
     bool ok = false;
     docsDirectory(path, &ok);
     return ok && replaceFile(sourceFile, numberedFilePath(path, id, extension));

@@ -25,9 +25,9 @@ QImage imageOf(int width, int height, Qt::GlobalColor color = Qt::red)
 }
 
 /** A saved project whose only text, of id 3, is the item that most is done to. */
-struct Fixture
+struct ImageFixture
 {
-    Fixture()
+    ImageFixture()
         : model(project.create())
         , index(firstText(model.get()))
     {
@@ -84,7 +84,7 @@ private Q_SLOTS:
 
 void TstModelImages::anItemHasNoCardImageAtFirst()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(!f.model->hasIndexCardImage(f.index));
     QVERIFY(f.model->rawDataImage(f.index).isNull());
     QVERIFY(f.model->indexCardPixmap(f.index).isNull());
@@ -92,7 +92,7 @@ void TstModelImages::anItemHasNoCardImageAtFirst()
 
 void TstModelImages::aCardImageIsWrittenAtOnce()
 {
-    const Fixture f;
+    const ImageFixture f;
     const ModelTester tester(f.model.get());
     f.node()->mIndexCardImageFileExtension = u"jpg"_qs;
     SignalLog log(f.model.get());
@@ -109,7 +109,7 @@ void TstModelImages::aCardImageIsWrittenAtOnce()
 
 void TstModelImages::aCardImageIsThereAfterReopening()
 {
-    Fixture f;
+    ImageFixture f;
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(f.model->save());
     f.model.reset();
@@ -120,7 +120,7 @@ void TstModelImages::aCardImageIsThereAfterReopening()
 
 void TstModelImages::aNullImageRemovesTheCardImage()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     makeAllOld(f.model.get());
     SignalLog log(f.model.get());
@@ -135,7 +135,7 @@ void TstModelImages::aNullImageRemovesTheCardImage()
 
 void TstModelImages::anEqualImageIsWrittenAgain()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(QFile::remove(f.project.path(CardFile)));
     SignalLog log(f.model.get());
@@ -146,7 +146,7 @@ void TstModelImages::anEqualImageIsWrittenAgain()
 
 void TstModelImages::aCardImageThatCannotBeWrittenChangesNothing()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.node()->mIndexCardImageFileExtension = u"jpg"_qs;
     f.node()->setIndexCardPixmap(QPixmap::fromImage(imageOf(5, 5)));
     f.project.writeFile(CardFile + u"/inside"_qs, "a folder where the file belongs");
@@ -161,7 +161,7 @@ void TstModelImages::aCardImageThatCannotBeWrittenChangesNothing()
 
 void TstModelImages::anItemWithoutIdHasNoPlaceForAnImage()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.model->clearIndexId(f.index);
     QVERIFY(!f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(!f.model->setIndexCardImage(f.model->rootIndex(), imageOf(20, 10)));
@@ -174,8 +174,8 @@ void TstModelImages::anItemWithoutIdHasNoPlaceForAnImage()
 
 void TstModelImages::cardImagesOfOtherIndexesAreRefused()
 {
-    const Fixture f;
-    const Fixture other;
+    const ImageFixture f;
+    const ImageFixture other;
     QVERIFY(other.model->setIndexCardImage(other.index, imageOf(20, 10)));
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(!f.model->hasIndexCardImage(other.index));
@@ -202,7 +202,7 @@ void TstModelImages::aCardIsNoLargerThanItsSize()
 {
     QFETCH(const QSize, size);
     QFETCH(const QSize, cardSize);
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(size.width(), size.height())));
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), cardSize);
     f.node()->clearIndexCardPixmap();
@@ -212,7 +212,7 @@ void TstModelImages::aCardIsNoLargerThanItsSize()
 
 void TstModelImages::aCardIsKeptFromTheFirstCall()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     f.node()->clearIndexCardPixmap();
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(20, 10));
@@ -223,7 +223,7 @@ void TstModelImages::aCardIsKeptFromTheFirstCall()
 
 void TstModelImages::theItemsOwnFileServesAsCard()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.node()->mFileExtension = u"bmp"_qs;
     QVERIFY(TVLProjectFolderFormat::writeImageFile(f.project.path(), 3, u"bmp"_qs, imageOf(7, 8)));
     QVERIFY(!f.model->hasIndexCardImage(f.index));
@@ -235,7 +235,7 @@ void TstModelImages::theItemsOwnFileServesAsCard()
 
 void TstModelImages::aDamagedCardImageGivesWayToTheItemsOwnFile()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.node()->mIndexCardImageFileExtension = u"png"_qs;
     f.node()->mFileExtension = u"bmp"_qs;
     f.project.writeFile(CardFile, "no image");
@@ -268,7 +268,7 @@ void TstModelImages::whatIsAnImage()
     QFETCH(const QString, file);
     QFETCH(const QString, cardExtension);
     QFETCH(const QString, extension);
-    const Fixture f;
+    const ImageFixture f;
     f.node()->mIndexCardImageFileExtension = cardExtension;
     f.node()->mFileExtension = extension;
     if (!file.isEmpty())
@@ -318,7 +318,7 @@ void TstModelImages::theExtensionsOfImagesAreInLowerCase()
 
 void TstModelImages::anItemHasNoIconAtFirst()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->icon(f.index).isNull());
     QVERIFY(f.model->icon(f.model->rootIndex()).isNull());
     QCOMPARE(f.model->customIconNames(), QStringList());
@@ -328,8 +328,8 @@ void TstModelImages::anItemHasNoIconAtFirst()
 
 void TstModelImages::anItemShowsTheProjectsIcon()
 {
-    const Fixture f;
-    const Fixture other;
+    const ImageFixture f;
+    const ImageFixture other;
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QCOMPARE(f.model->customIconNames(), QStringList({u"Star.png"_qs}));
     QCOMPARE(f.model->customIcon(u"Star.png"_qs).size(), QSize(16, 16));
@@ -342,7 +342,7 @@ void TstModelImages::anItemShowsTheProjectsIcon()
 
 void TstModelImages::anIconMarksTheProject()
 {
-    const Fixture f;
+    const ImageFixture f;
     SignalLog log(f.model.get());
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QCOMPARE(log.lines(), QStringList({u"modified"_qs}));
@@ -351,7 +351,7 @@ void TstModelImages::anIconMarksTheProject()
 
 void TstModelImages::anIconThatCannotBeAddedMarksNothing()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.project.writeFile(u"Icons"_qs, "a file");
     QVERIFY(!f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QVERIFY(!f.model->addCustomIcon(u"../Star.png"_qs, imageOf(16, 16)));
@@ -360,7 +360,7 @@ void TstModelImages::anIconThatCannotBeAddedMarksNothing()
 
 void TstModelImages::aReplacedIconIsShownAnew()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QCOMPARE(f.model->customIcon(u"Star.png"_qs).size(), QSize(16, 16));
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(32, 32)));
@@ -369,7 +369,7 @@ void TstModelImages::aReplacedIconIsShownAnew()
 
 void TstModelImages::renamingAnIconRenamesItForItsItems()
 {
-    const Fixture f;
+    const ImageFixture f;
     const ModelTester tester(f.model.get());
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
@@ -392,7 +392,7 @@ void TstModelImages::renamingAnIconRenamesItForItsItems()
 
 void TstModelImages::removingAnIconTakesItFromItsItems()
 {
-    const Fixture f;
+    const ImageFixture f;
     const ModelTester tester(f.model.get());
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_qs));
@@ -410,7 +410,7 @@ void TstModelImages::removingAnIconTakesItFromItsItems()
 
 void TstModelImages::anIconThatNobodyHasMarksNothing()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QVERIFY(f.model->save());
     QVERIFY(f.model->renameCustomIcon(u"Star.png"_qs, u"Sun.png"_qs));
@@ -429,7 +429,7 @@ void TstModelImages::anIconWhoseFileStaysKeepsItsItems_data()
 void TstModelImages::anIconWhoseFileStaysKeepsItsItems()
 {
     QFETCH(const QString, newName);
-    const Fixture f;
+    const ImageFixture f;
     if (!newName.isEmpty())
         QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QVERIFY(f.model->addCustomIcon(u"Moon.png"_qs, imageOf(8, 8)));
@@ -446,7 +446,7 @@ void TstModelImages::anIconWhoseFileStaysKeepsItsItems()
 
 void TstModelImages::itemsThatGoMeanwhileAreLeftAlone()
 {
-    const Fixture f;
+    const ImageFixture f;
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
     for (int id = 4; id <= 6; ++id)
@@ -462,19 +462,19 @@ void TstModelImages::itemsThatGoMeanwhileAreLeftAlone()
 
 void TstModelImages::anItemWithAFileHasTheIconOfItsKind()
 {
-    const Fixture f;
+    const ImageFixture f;
     f.node()->mFileExtension = u"pdf"_qs;
     // Without its file it has the icon of any file.
     QVERIFY(!f.model->icon(f.index).isNull());
     f.project.writeFile(u"Files/Docs/3.pdf"_qs, "pdf");
     QVERIFY(!f.model->icon(f.index).isNull());
-    const Fixture other;
+    const ImageFixture other;
     QVERIFY(other.model->icon(f.index).isNull());
 }
 
 void TstModelImages::tintingAnnouncesEveryItem()
 {
-    const Fixture f;
+    const ImageFixture f;
     const ModelTester tester(f.model.get());
     addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
     QVERIFY(f.model->save());

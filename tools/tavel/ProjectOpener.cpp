@@ -52,6 +52,12 @@ std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error)
     return files;
 }
 
+bool isOfLaterFormat(const QString &path)
+{
+    return TVLProjectFolderFormat::projectFormatVersion(normalizedPath(path))
+        > TVL::FormatVersion18;
+}
+
 std::unique_ptr<TVLProjectModel> openProject(const QString &path, QString *error)
 {
     const std::optional<BinderFiles> files = findBinderFiles(path, error);

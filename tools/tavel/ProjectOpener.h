@@ -30,6 +30,9 @@ struct BinderFiles
  */
 [[nodiscard]] std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error);
 
+/** Whether the items of a project are known by their uuids alone, as in format version 23. */
+[[nodiscard]] bool isOfLaterFormat(const QString &path);
+
 /**
  * Opens a project to read from. Null, and a text in @p error, when there is none; a folder without
  * a binder is not taken for a blank project.

@@ -155,13 +155,13 @@ ExitStatus runSearch(const QCommandLineParser &parser, Console *console)
         return console->refuse(error);
 
     const QString path = parser.positionalArguments().constFirst();
+    // The search index knows items by their ids.
+    if (findBinderFiles(path, &error) && isOfLaterFormat(path))
+        return console->fail(
+            u"projects of format version 23 can't be searched yet: '%1'"_qs.arg(path));
     const std::unique_ptr<TVLProjectModel> model = openProject(path, &error);
     if (!model)
         return console->fail(error);
-    // The search index knows items by their ids.
-    if (model->formatVersion() > TVL::FormatVersion18)
-        return console->fail(
-            u"projects of format version 23 can't be searched yet: '%1'"_qs.arg(path));
 
     const QList<const TVLProjectNode *> found = find(*model, search);
     if (wantsJson(parser)) {

@@ -113,12 +113,10 @@ QString WritableProject::read(const QString &path, const QString &binderPath)
     if (!info.mVersion.isEmpty() && info.mBinderVersion == TVL::NoBinderVersion)
         return u"Project '%1' is incompatible with this version of Tavelinor."_qs.arg(
             TVLProjectFolderFormat::projectPathToProjectName(path));
+    if (isOfLaterFormat(path))
+        return u"projects of format version 23 can't be changed yet: '%1'"_qs.arg(path);
     QString error;
     mModel = openProject(path, &error);
-    if (mModel && mModel->formatVersion() > TVL::FormatVersion18) {
-        mModel.reset();
-        error = u"projects of format version 23 can't be changed yet: '%1'"_qs.arg(path);
-    }
     return error;
 }
 
