@@ -638,7 +638,8 @@ public:
     [[nodiscard]] bool hasInspectorNotes(const QModelIndex &index) const;
     /** The inspector's comments and footnotes in the order of the text. */
     [[nodiscard]] QStringList inspectorNotesToPlainText(const QModelIndex &index) const;
-    /** Hangs a comment or footnote on a run of the main text; false without one. */
+    /** Hangs a comment or footnote on a run of the main text; false without one, for a range
+     * without text, and where the text or its comments could not be read. */
     bool setInspectorNote(const QModelIndex &index, const TVLTextRange &range,
                           const TVLTextCommentLink &link);
     /** Takes those off that start at the positions; false only for an invalid index. */

@@ -467,9 +467,8 @@ bool TVLProjectModel::setInspectorNote(const QModelIndex &index, const TVLTextRa
                                        const TVLTextCommentLink &link)
 {
     const TVLHeldDocument text(this, index, TVL::MainText);
-    if (!text)
+    if (!text || text->areCommentsReadOnly() || !TVLTextDoc::setComment(text.get(), range, link))
         return false;
-    TVLTextDoc::setComment(text.get(), range, link);
     text->setModified(true);
     text->setSaved(false);
     updateSearchedComments(projectNode(index), text.get());

@@ -125,6 +125,11 @@ bool TVLTextDocument::isReadOnly() const
     return mReadOnly || (mNode && mNode->mId < 0);
 }
 
+bool TVLTextDocument::takesComments() const
+{
+    return mDocumentType == TVL::MainText && !isReadOnly();
+}
+
 void TVLTextDocument::convertTextToDefaultFormat()
 {
     const QTextCharFormat format = TVLTextFormat::defaultCharFormat();

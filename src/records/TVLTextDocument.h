@@ -21,6 +21,7 @@ class TVLProjectNode;
 class TVL_EXPORT TVLTextDocument : public QTextDocument
 {
     Q_OBJECT
+    Q_PROPERTY(bool takesComments READ takesComments)
 
 public:
     TVLTextDocument(QObject *parent, TVLProjectModel *model, TVLProjectNode *node,
@@ -56,6 +57,9 @@ public:
 
     /** Whether a save has to write the document. */
     [[nodiscard]] bool isDirty() const { return !isReadOnly() && !mIsSaved; }
+
+    /** Whether comments can be hung on the text: only those of a main text have a file. */
+    [[nodiscard]] bool takesComments() const;
 
     /** Set when the file of the text's comments could not be read; it is never written over. */
     [[nodiscard]] bool areCommentsReadOnly() const { return mCommentsReadOnly; }

@@ -4,10 +4,13 @@
 #include "TestProject.h"
 
 #include "TVLTextCommentLink.h"
+#include "TVLTextDoc.h"
 #include "TVLTextDocument.h"
 #include "TVLTextRange.h"
 
 #include <QTest>
+
+#include <functional>
 
 namespace {
 
@@ -17,7 +20,12 @@ TVLTextCommentLink inspectorComment(const QString &text)
                               "{\\rtf1 " + text.toLatin1() + "}");
 }
 
+/** Something that is done to a model's first text. */
+using TextDeed = std::function<void(TVLProjectModel *model, TVLTextDocument *text)>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(TextDeed)
 
 class TstInspectorNotes : public QObject
 {
@@ -30,6 +38,10 @@ private Q_SLOTS:
     void notesAreRemovedByWhereTheyStart();
     void noteRemovalsWithoutNoteChangeNothing();
     void itemsWithoutTextHaveNoNotes();
+    void aNoteThatCannotBeKeptIsRefused_data();
+    void aNoteThatCannotBeKeptIsRefused();
+    void onlyMainTextsTakeComments();
+    void anEditAtTheSecondRunIsKept();
 };
 
 void TstInspectorNotes::aNoteIsSet()
@@ -122,6 +134,83 @@ void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
     QVERIFY(!model->removeInspectorNotes(QModelIndex(), {0}));
     QVERIFY(!model->removeInspectorNote(model->rootIndex(), 0));
     QVERIFY(model->isSaved());
+}
+
+void TstInspectorNotes::aNoteThatCannotBeKeptIsRefused_data()
+{
+    QTest::addColumn<TextDeed>("prepare");
+    QTest::addColumn<int>("location");
+    QTest::addColumn<int>("length");
+    const TextDeed nothing = [](TVLProjectModel *, TVLTextDocument *) {};
+    QTest::newRow("on nothing") << nothing << 5 << 0;
+    QTest::newRow("on less than nothing") << nothing << 5 << -3;
+    QTest::newRow("behind the text") << nothing << 18 << 5;
+    QTest::newRow("in a text that could not be read")
+        << TextDeed([](TVLProjectModel *, TVLTextDocument *text) { text->setReadOnly(true); }) << 5
+        << 5;
+    QTest::newRow("beside comments that could not be read") << TextDeed(
+        [](TVLProjectModel *, TVLTextDocument *text) { text->setCommentsReadOnly(true); })
+                                                            << 5 << 5;
+    QTest::newRow("in a text that has no file") << TextDeed(
+        [](TVLProjectModel *model, TVLTextDocument *text) { model->clearIndexId(text->index()); })
+                                                << 5 << 5;
+}
+
+void TstInspectorNotes::aNoteThatCannotBeKeptIsRefused()
+{
+    QFETCH(const TextDeed, prepare);
+    QFETCH(const int, location);
+    QFETCH(const int, length);
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"some words of text"_qs);
+    TVLTextDocument *text = model->referenceText(index);
+    QVERIFY(model->save());
+    prepare(model.get(), text);
+    makeAllOld(model.get());
+    const SignalLog log(model.get());
+    QVERIFY(!model->setInspectorNote(index, {location, length}, inspectorComment(u"x"_qs)));
+    QVERIFY(!model->hasInspectorNotes(index));
+    QVERIFY(text->isSaved());
+    QVERIFY(model->isSaved());
+    QVERIFY(!isTouched(model.get(), index));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void TstInspectorNotes::onlyMainTextsTakeComments()
+{
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText}) {
+        typeText(model.get(), index, u"words"_qs, type);
+        TVLTextDocument *document = model->referenceItem(index, type);
+        QCOMPARE(document->takesComments(), type == TVL::MainText);
+        QCOMPARE(TVLTextDoc::setComment(document, {0, 5}, inspectorComment(u"x"_qs)),
+                 type == TVL::MainText);
+        QCOMPARE(TVLTextDoc::hasInspectorCommentsOrFootnotes(document), type == TVL::MainText);
+    }
+}
+
+void TstInspectorNotes::anEditAtTheSecondRunIsKept()
+{
+    const TestProject project;
+    TVLTextCommentLink comment = inspectorComment(u"before"_qs);
+    {
+        const auto model = project.create();
+        const QModelIndex index = firstText(model.get());
+        typeText(model.get(), index, u"some words of text"_qs);
+        QVERIFY(model->setInspectorNote(index, {0, 4}, comment));
+        QVERIFY(model->setInspectorNote(index, {14, 4}, comment));
+        comment.mRtf = "{\\rtf1 after}";
+        QVERIFY(model->setInspectorNote(index, {14, 4}, comment));
+        QVERIFY(model->save());
+    }
+    const auto model = project.open();
+    const QModelIndex index = firstText(model.get());
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList(u"after"_qs));
 }
 
 TVL_TEST(TstInspectorNotes)

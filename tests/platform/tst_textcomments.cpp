@@ -66,6 +66,9 @@ private Q_SLOTS:
     void aCommentIsHungOnARange_data();
     void aCommentIsHungOnARange();
     void aCommentWithoutIdentityGetsOne();
+    void aCommentIsOneOnAllItsRuns_data();
+    void aCommentIsOneOnAllItsRuns();
+    void aDocumentWithoutAPlaceForCommentsTakesNone();
     void joinedTextsKeepTheCommentsOfBoth_data();
     void joinedTextsKeepTheCommentsOfBoth();
     void aCommentThatIsTheSameStaysOne();
@@ -248,8 +251,11 @@ void TstTextComments::aCommentIsHungOnARange()
     QFETCH(const int, length);
     QFETCH(const QString, expected);
     const auto document = makeText(text);
-    TVLTextDoc::setComment(document.get(), {location, length}, {u"new"_qs, rtfOf(u"x"_qs)});
+    const bool isHung =
+        TVLTextDoc::setComment(document.get(), {location, length}, {u"new"_qs, rtfOf(u"x"_qs)});
+    QCOMPARE(isHung, expected != text);
     QCOMPARE(describeText(document.get()), expected);
+    QCOMPARE(document->isModified(), isHung);
 }
 
 void TstTextComments::aCommentWithoutIdentityGetsOne()
@@ -262,6 +268,46 @@ void TstTextComments::aCommentWithoutIdentityGetsOne()
     QVERIFY(comments.at(0).mIdentity != comments.at(1).mIdentity);
     QCOMPARE(comments.at(1).mRtf, rtfOf(u"y"_qs));
     QVERIFY(TVLTextDoc::hasCommentsWithUuids(document.get()));
+}
+
+void TstTextComments::aCommentIsOneOnAllItsRuns_data()
+{
+    QTest::addColumn<int>("location");
+    QTest::addColumn<QString>("expected");
+    const QString all = u"a<nx:b>c<nx:d>\n<b,nx:e><cy:f>"_qs;
+    QTest::newRow("set at its first run") << 1 << all;
+    QTest::newRow("set at its second run") << 3 << all;
+    QTest::newRow("set at the last of another") << 6 << u"a<nx:b>c<nx:d>\n<b,nx:e><nx:f>"_qs;
+}
+
+void TstTextComments::aCommentIsOneOnAllItsRuns()
+{
+    QFETCH(const int, location);
+    QFETCH(const QString, expected);
+    const QString text = u"a<cx:b>c<cx:d>\n<b,cx:e><cy:f>"_qs;
+    const auto document = makeText(text);
+    const TVLTextCommentLink comment = fullFootnote(u"x"_qs);
+    QVERIFY(TVLTextDoc::setComment(document.get(), {location, 1}, comment));
+    QCOMPARE(describeText(document.get()), expected);
+    QCOMPARE(TVLTextDoc::comments(document.get(), -1, -1).constFirst(), comment);
+    // What an editor asks for at each of the runs.
+    for (const int position : {1, 3, 5})
+        QCOMPARE(TVLTextDoc::comments(document.get(), position, position + 1),
+                 QList<TVLTextCommentLink>{comment});
+    document->undo();
+    QCOMPARE(describeText(document.get()), text);
+    QVERIFY(!document->isUndoAvailable());
+}
+
+void TstTextComments::aDocumentWithoutAPlaceForCommentsTakesNone()
+{
+    const auto document = makeText(u"abcd"_qs);
+    document->setProperty("takesComments", false);
+    QVERIFY(!TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_qs)));
+    QCOMPARE(describeText(document.get()), u"abcd"_qs);
+    QVERIFY(!document->isModified());
+    document->setProperty("takesComments", true);
+    QVERIFY(TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_qs)));
 }
 
 void TstTextComments::joinedTextsKeepTheCommentsOfBoth_data()

@@ -49,9 +49,12 @@ public:
     [[nodiscard]] static bool hasCommentsWithUuids(const QTextDocument *document);
     /**
      * Hangs a comment on a run of text, in place of those that hang there; a range beyond the text
-     * is cut. A comment without identity gets a fresh one.
+     * is cut. A comment without identity gets a fresh one. With the identity of one that hangs
+     * elsewhere too, it takes that one's place there as well.
+     * @return false, with nothing changed, if the range has no text or the document has no place
+     *         for comments: a document says so with a property `takesComments` that is false
      */
-    static void setComment(QTextDocument *document, const TVLTextRange &range,
+    static bool setComment(QTextDocument *document, const TVLTextRange &range,
                            const TVLTextCommentLink &comment);
     /** Takes the comment off the selected run; the text stays. */
     static void removeComment(const QTextCursor &cursor);

@@ -12,6 +12,38 @@
 
 #include <algorithm>
 
+namespace {
+
+/** Whether comments of a document have a place to go to; one that doesn't say has its own. */
+bool takesComments(const QTextDocument *document)
+{
+    const QVariant answer = document->property("takesComments");
+    return !answer.isValid() || answer.toBool();
+}
+
+/** Plans to give runs that name one of the comments what else is known of it. */
+void changeComments(const QTextDocument *document, const QList<TVLTextCommentLink> &comments,
+                    TVLTextEdits *edits)
+{
+    QHash<QString, TVLTextCommentLink> byIdentity;
+    byIdentity.reserve(comments.size());
+    for (const TVLTextCommentLink &comment : comments)
+        byIdentity.insert(comment.mIdentity, comment);
+    tvlChangeFormats(
+        document, 0, tvlEndOf(document),
+        [&byIdentity](QTextCharFormat *format) {
+            const QString identity = tvlCommentMark(*format);
+            const auto comment = byIdentity.constFind(identity);
+            if (identity.isEmpty() || comment == byIdentity.cend())
+                return false;
+            TVLTextFormat::setComment(format, *comment);
+            return true;
+        },
+        edits);
+}
+
+} // namespace
+
 QList<TVLTextCommentLink> TVLTextDoc::comments(const QTextDocument *document, int from, int to)
 {
     return commentsMap(document, from, to).values();
@@ -39,18 +71,9 @@ void TVLTextDoc::setComments(QTextDocument *document, const QList<TVLTextComment
 {
     if (!document || comments.isEmpty())
         return;
-    QHash<QString, TVLTextCommentLink> byIdentity;
-    byIdentity.reserve(comments.size());
-    for (const TVLTextCommentLink &comment : comments)
-        byIdentity.insert(comment.mIdentity, comment);
-    tvlChangeFormats(document, [&byIdentity](QTextCharFormat *format) {
-        const QString identity = tvlCommentMark(*format);
-        const auto comment = byIdentity.constFind(identity);
-        if (identity.isEmpty() || comment == byIdentity.cend())
-            return false;
-        TVLTextFormat::setComment(format, *comment);
-        return true;
-    });
+    TVLTextEdits edits;
+    changeComments(document, comments, &edits);
+    edits.apply(document);
 }
 
 bool TVLTextDoc::hasCommentsWithUuids(const QTextDocument *document)
@@ -61,11 +84,11 @@ bool TVLTextDoc::hasCommentsWithUuids(const QTextDocument *document)
            });
 }
 
-void TVLTextDoc::setComment(QTextDocument *document, const TVLTextRange &range,
+bool TVLTextDoc::setComment(QTextDocument *document, const TVLTextRange &range,
                             const TVLTextCommentLink &comment)
 {
-    if (!document)
-        return;
+    if (!document || !takesComments(document))
+        return false;
     TVLTextCommentLink named = comment;
     if (named.mIdentity.isEmpty())
         named.mIdentity = TVLTextFormat::newCommentIdentity();
@@ -81,7 +104,12 @@ void TVLTextDoc::setComment(QTextDocument *document, const TVLTextRange &range,
             edits.setCharFormat(start, stop - start, format);
             return true;
         });
+    if (edits.isEmpty())
+        return false;
+    // A comment may hang on several runs, and the first of them is what is asked what it says.
+    changeComments(document, {named}, &edits);
     edits.apply(document);
+    return true;
 }
 
 void TVLTextDoc::removeComment(const QTextCursor &cursor)
