@@ -442,9 +442,11 @@ bool TVLProjectModel::overwriteText(const QModelIndex &index, const QTextDocumen
     // Emptying the text first would leave nothing to put in its own place.
     if (text && text.get() != document) {
         QTextCursor cursor(text.get());
+        cursor.beginEditBlock();
         cursor.select(QTextCursor::Document);
         cursor.removeSelectedText();
         TVLTextDoc::appendDocument(cursor, document);
+        cursor.endEditBlock();
     }
     return true;
 }

@@ -17,7 +17,7 @@ namespace {
  * an edit has changed, and a real one would cost more than all else about a loaded text.
  *
  * An editor puts its own layout in this one's place. A view that brings none gets Qt's as soon as
- * it has asked for something that can be seen.
+ * it has asked for something that can be seen, and so does a document whose layout is taken away.
  */
 class UnseenLayout : public QAbstractTextDocumentLayout
 {
@@ -72,7 +72,6 @@ private:
             if (document->documentLayout() != layout)
                 return;
             document->setDocumentLayout(nullptr);
-            document->documentLayout();
         };
         QMetaObject::invokeMethod(document(), takePlace, Qt::QueuedConnection);
     }
@@ -101,7 +100,11 @@ TVLTextDocument::TVLTextDocument(QObject *parent)
 void TVLTextDocument::init()
 {
     setDocumentLayout(new UnseenLayout(this));
-    connect(this, &QTextDocument::documentLayoutChanged, this, [this] { ++mNewLayouts; });
+    connect(this, &QTextDocument::documentLayoutChanged, this, [this] {
+        ++mNewLayouts;
+        // It may have been taken away; asking for it makes one.
+        documentLayout();
+    });
 }
 
 bool TVLTextDocument::isChangeOfLayout(int position, int charsRemoved, int charsAdded)

@@ -51,6 +51,8 @@ private Q_SLOTS:
     void showingATextIsNoEdit_data();
     void showingATextIsNoEdit();
     void aViewShowsALoadedText();
+    void anEditIsNoticedWhenTheLayoutWasTakenAway_data();
+    void anEditIsNoticedWhenTheLayoutWasTakenAway();
 
     void theSynopsisIsReplaced();
     void anEqualSynopsisChangesNothing();
@@ -63,6 +65,8 @@ private Q_SLOTS:
     void aTextIsOverwritten();
     void overwritingWithNothingIsRefused();
     void overwritingWithItselfKeepsTheText();
+    void overwritingIsOneUndoStep_data();
+    void overwritingIsOneUndoStep();
     void anItemWithoutTextIsNotOverwritten();
 };
 
@@ -323,6 +327,49 @@ void TstDocumentEdits::aViewShowsALoadedText()
     QVERIFY(model->isModified());
 }
 
+void TstDocumentEdits::anEditIsNoticedWhenTheLayoutWasTakenAway_data()
+{
+    QTest::addColumn<TVL::DocumentType>("type");
+    QTest::addColumn<bool>("wasShown");
+    QTest::newRow("main text") << TVL::MainText << false;
+    QTest::newRow("notes") << TVL::NotesText << false;
+    QTest::newRow("synopsis") << TVL::SynopsisText << false;
+    QTest::newRow("main text that a view has shown") << TVL::MainText << true;
+}
+
+void TstDocumentEdits::anEditIsNoticedWhenTheLayoutWasTakenAway()
+{
+    QFETCH(const TVL::DocumentType, type);
+    QFETCH(const bool, wasShown);
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    const QModelIndex index = firstText(model.get());
+    typeText(model.get(), index, u"words"_qs, type);
+    TVLTextDocument *document = model->referenceItem(index, type);
+    QVERIFY(model->save());
+    if (wasShown) {
+        QTextEdit view;
+        view.setDocument(document);
+    }
+    SignalLog log(model.get());
+    document->setDocumentLayout(nullptr);
+    QVERIFY(document->isSaved());
+    QCOMPARE(log.lines(), QStringList());
+
+    QTextCursor(document).insertText(u"more "_qs);
+    QVERIFY(!document->isSaved());
+    QVERIFY(model->isModified());
+    QCOMPARE(log.lines(),
+             QStringList({u"modified"_qs, u"edit of 3.%1 at 0: -0 +5"_qs.arg(int(type)),
+                          u"edited 3.%1"_qs.arg(int(type))}));
+    QVERIFY(model->save());
+    QVERIFY(document->isSaved());
+    const auto reopened = project.open();
+    QCOMPARE(reopened->referenceItem(firstText(reopened.get()), type)->toPlainText(),
+             u"more words"_qs);
+}
+
 void TstDocumentEdits::theSynopsisIsReplaced()
 {
     const TestProject project;
@@ -473,6 +520,39 @@ void TstDocumentEdits::overwritingWithItselfKeepsTheText()
     const TVLTextDocument *text = model->referenceText(index);
     QVERIFY(model->overwriteText(index, text));
     QCOMPARE(text->toPlainText(), u"text"_qs);
+}
+
+void TstDocumentEdits::overwritingIsOneUndoStep_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("html");
+    QTest::newRow("a text by another")
+        << u"of before\nin two lines"_qs << u"new <b>and bold</b>"_qs;
+    QTest::newRow("nothing by a text") << QString() << u"<p>one</p><p>two</p>"_qs;
+    QTest::newRow("a text by nothing") << u"of before"_qs << QString();
+    QTest::newRow("a text by a table")
+        << u"of before"_qs << u"<table><tr><td>one</td><td>two</td></tr></table>"_qs;
+}
+
+void TstDocumentEdits::overwritingIsOneUndoStep()
+{
+    QFETCH(const QString, before);
+    QFETCH(const QString, html);
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex index = firstText(model.get());
+    TVLTextDocument *text = model->referenceText(index);
+    text->setPlainText(before);
+    text->clearUndoRedoStacks();
+    QTextDocument document;
+    document.setHtml(html);
+    QVERIFY(model->overwriteText(index, &document));
+    const QString after = text->toPlainText();
+    text->undo();
+    QCOMPARE(text->toPlainText(), before);
+    QVERIFY(!text->isUndoAvailable());
+    text->redo();
+    QCOMPARE(text->toPlainText(), after);
 }
 
 void TstDocumentEdits::anItemWithoutTextIsNotOverwritten()
