@@ -8,6 +8,7 @@
 #include "TVLSiblingTitles_p.h"
 #include "TVLTextCopy_p.h"
 #include "TVLTextDoc.h"
+#include "TVLTextFormat.h"
 #include "TVLTextRuns_p.h"
 
 #include <QTextCursor>
@@ -26,6 +27,14 @@ void appendSynopsis(QString *joined, const QString &synopsis)
     if (!joined->isEmpty() && !joined->endsWith(u"\n\n"))
         joined->append(joined->endsWith(u'\n') ? u"\n" : u"\n\n");
     joined->append(synopsis);
+}
+
+/** Comments with fresh identities, so that they can stand beside any others. */
+QList<TVLTextCommentLink> renamed(QList<TVLTextCommentLink> comments)
+{
+    for (TVLTextCommentLink &comment : comments)
+        comment.mIdentity = TVLTextFormat::newCommentIdentity();
+    return comments;
 }
 
 template <typename Value>
@@ -114,6 +123,7 @@ struct TVLProjectModel::MergedTexts
     QList<int> keywords;
     QList<TVLReference> references;
     QList<int> idsWithSnapshots;
+    QList<TVLTextCommentLink> filedComments;
 };
 
 /** Puts a text behind those that are there, with an empty paragraph between them. */
@@ -136,7 +146,11 @@ void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTe
         const QModelIndex index = createIndex(node);
         if (node->mHasSnapshots)
             merged->idsWithSnapshots.append(node->mId);
-        merged->text.append(TVLHeldDocument(this, index, TVL::MainText).get());
+        const TVLHeldDocument text(this, index, TVL::MainText);
+        merged->text.append(text.get());
+        // No text names these, and so none will miss the others' identities.
+        merged->filedComments.append(node == nodes.constFirst() ? text->filedComments()
+                                                                : renamed(text->filedComments()));
         merged->notes.append(TVLHeldDocument(this, index, TVL::NotesText).get());
         appendSynopsis(&merged->synopsis, synopsis(index));
         appendMissing(&merged->keywords, node->mKeywords);
@@ -149,7 +163,9 @@ void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTe
 bool TVLProjectModel::takeMergedTexts(TVLProjectNode *survivor, const MergedTexts &merged)
 {
     const QModelIndex index = createIndex(survivor);
-    replaceContent(TVLHeldDocument(this, index, TVL::MainText).get(), merged.text.document);
+    const TVLHeldDocument text(this, index, TVL::MainText);
+    replaceContent(text.get(), merged.text.document);
+    text->setFiledComments(merged.filedComments);
     replaceContent(TVLHeldDocument(this, index, TVL::NotesText).get(), merged.notes.document);
     setSynopsis(index, merged.synopsis);
     setKeywordIdsPrivate(survivor, merged.keywords);

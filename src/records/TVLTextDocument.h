@@ -1,7 +1,9 @@
 #pragma once
 
 #include "TVL.h"
+#include "TVLTextCommentLink.h"
 
+#include <QList>
 #include <QPersistentModelIndex>
 #include <QStringList>
 #include <QTextDocument>
@@ -66,6 +68,14 @@ public:
     void setCommentsReadOnly(bool readOnly) { mCommentsReadOnly = readOnly; }
 
     /**
+     * Comments that the file of the text's comments held when the text was read, and that a save
+     * must not take for new ones, nor drop: those that the text doesn't name, or, of a file that
+     * could not be read, those of the text.
+     */
+    [[nodiscard]] QList<TVLTextCommentLink> filedComments() const { return mFiledComments; }
+    void setFiledComments(const QList<TVLTextCommentLink> &comments) { mFiledComments = comments; }
+
+    /**
      * Whether a contentsChange() with these arguments only tells that the text has got another
      * layout. To be asked once for each such signal.
      */
@@ -90,5 +100,6 @@ private:
     bool mIsSaved = true;
     bool mReadOnly = false;
     bool mCommentsReadOnly = false;
+    QList<TVLTextCommentLink> mFiledComments;
     int mNewLayouts = 0; ///< Those that a contentsChange() is still to come for.
 };

@@ -1,6 +1,7 @@
 #include "TVLDocumentSave_p.h"
 
 #include "TVLBinderWriter.h"
+#include "TVLProjectFile_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDocument.h"
@@ -14,7 +15,7 @@
 
 #include <QBuffer>
 #include <QFile>
-#include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <memory>
@@ -55,6 +56,16 @@ QString commentsFilePath(const QString &projectPath, const TVLProjectNode *node)
 {
     return Format::filesDocsNodeTypeFilePath(Format::calcEnclosingPath(projectPath), node->mId,
                                              TVL::CommentsFile);
+}
+
+/** What is told of comments that would have to be written to a file which could not be read. */
+QString unreadCommentsText(const QString &projectPath, int id)
+{
+    const TVLProjectFile comments(projectPath, id, TVL::CommentsFile);
+    return comments.isMissing()
+        ? Format::tr("Could not load links and notes file: '%1'")
+              .arg(TVLProjectFile(projectPath, id, TVL::LinksFile).path())
+        : Format::tr("Could not load comments file: '%1'").arg(comments.path());
 }
 
 } // namespace
@@ -117,17 +128,31 @@ Change TVLDocumentSave::composeComments(const QString &projectPath, const TVLPro
 Change TVLDocumentSave::composeComments(const QString &projectPath, const TVLProjectNode *node)
 {
     const TVLTextDocument *document = node->mTextDocument;
-    if (!document->areCommentsReadOnly())
+    const QList<TVLTextCommentLink> filed = document->filedComments();
+    if (filed.isEmpty() && !document->areCommentsReadOnly())
         return composeComments(projectPath, node, document);
-    // Those that the text only names are in that file; others have no place to go.
     const QString filePath = commentsFilePath(projectPath, node);
     const QList<TVLTextCommentLink> comments = TVLTextDoc::comments(document, -1, -1);
+    if (!document->areCommentsReadOnly())
+        return commentsChange(filePath, comments + commentsWithout(filed, comments));
+    // Those that the text only names are in that file too; others have no place to go.
     const bool areInFile =
-        std::all_of(comments.begin(), comments.end(),
-                    [](const TVLTextCommentLink &comment) { return comment.mRtf.isEmpty(); });
-    if (areInFile)
-        return {};
-    return failure(filePath, Format::tr("Could not load comments file: '%1'").arg(filePath));
+        std::all_of(comments.begin(), comments.end(), [&filed](const TVLTextCommentLink &comment) {
+            return comment.mRtf.isEmpty() || filed.contains(comment);
+        });
+    return areInFile ? Change{} : failure(filePath, unreadCommentsText(projectPath, node->mId));
+}
+
+QList<TVLTextCommentLink> TVLDocumentSave::commentsWithout(QList<TVLTextCommentLink> comments,
+                                                           const QList<TVLTextCommentLink> &others)
+{
+    QSet<QString> identities;
+    for (const TVLTextCommentLink &other : others)
+        identities.insert(other.mIdentity);
+    comments.removeIf([&identities](const TVLTextCommentLink &comment) {
+        return identities.contains(comment.mIdentity);
+    });
+    return comments;
 }
 
 TVLDocumentSave::Composed TVLDocumentSave::compose(const TVLProjectNode *node,

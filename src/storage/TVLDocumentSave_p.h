@@ -54,6 +54,9 @@ public:
                                                 const TVLProjectNode *node);
     [[nodiscard]] static Change commentsChange(const QString &filePath,
                                                const QList<TVLTextCommentLink> &comments);
+    /** Those of the first comments that aren't among the others, by their identities. */
+    [[nodiscard]] static QList<TVLTextCommentLink>
+    commentsWithout(QList<TVLTextCommentLink> comments, const QList<TVLTextCommentLink> &others);
     /** As composeComments(), for a text whose file of comments was read. */
     [[nodiscard]] static Change composeComments(const QString &projectPath,
                                                 const TVLProjectNode *node,

@@ -60,6 +60,17 @@ void setLinksAndComments(QTextDocument *document, const TVLProjectLinksAndCommen
         TVLTextDoc::setComments(document, extras.mComments);
 }
 
+/** Notes which comments are in their file whatever becomes of the text. */
+void noteFiledComments(TVLTextDocument *document, const TVLProjectLinksAndComments &extras)
+{
+    if (!document->areCommentsReadOnly() && extras.mComments.isEmpty())
+        return;
+    const QList<TVLTextCommentLink> named = TVLTextDoc::comments(document, -1, -1);
+    document->setFiledComments(document->areCommentsReadOnly()
+                                   ? named
+                                   : TVLDocumentSave::commentsWithout(extras.mComments, named));
+}
+
 } // namespace
 
 bool TVLProjectFolderFormat::readDocument(const QString &path, const TVLProjectNode *node,
@@ -231,9 +242,10 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
     TVLProjectLinksAndComments extras;
     if (node->mTextDocument || node->mNotesDocument)
         ok = parseLinksAndComments(mProjectPath, node, &extras, errors);
+    // Neither is a file of comments to be put before a links file that has comments no one has
+    // read: it would be the one that counts from then on.
     if (!ok && node->mTextDocument)
-        node->mTextDocument->setCommentsReadOnly(
-            !TVLProjectFile(mProjectPath, node->mId, TVL::CommentsFile).isMissing());
+        node->mTextDocument->setCommentsReadOnly(true);
 
     const auto isRead = [&](TVLTextDocument *document) {
         QString error;
@@ -246,8 +258,10 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
         appendError(errors, error);
         return done;
     };
-    if (isRead(node->mTextDocument))
+    if (isRead(node->mTextDocument)) {
         setLinksAndComments(node->mTextDocument, extras, model);
+        noteFiledComments(node->mTextDocument, extras);
+    }
     if (isRead(node->mNotesDocument) && model)
         setLinks(node->mNotesDocument, extras.mNotesLinks, model->idToUuid());
     (void)isRead(node->mSynopsisDocument);

@@ -7,6 +7,7 @@
 #include "TestProject.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void synopsesAreJoined();
     void formatsComeAlong();
     void commentsOfOneIdentityAreAllKept();
+    void commentsWhoseTextIsGoneComeAlong();
     void theOrderIsThatOfTheList();
     void keywordsAndReferencesComeOnce();
     void sessionCountsAreCarriedOver();
@@ -168,6 +170,26 @@ void TstItemMerging::commentsOfOneIdentityAreAllKept()
     const QModelIndex survivor = itemTitled(mModel.get(), u"a"_qs);
     QCOMPARE(mModel->inspectorNotesToPlainText(survivor),
              QStringList({u"on a"_qs, u"on b"_qs, u"on c"_qs}));
+}
+
+void TstItemMerging::commentsWhoseTextIsGoneComeAlong()
+{
+    const int a = mModel->nodeIdentity(addText(u"a"_qs, u"one"_qs));
+    const int b = mModel->nodeIdentity(addText(u"b"_qs, {}, u"card"_qs));
+    const int c = mModel->nodeIdentity(addText(u"c"_qs, {}, u"card"_qs));
+    mModel->prepareToDestroy();
+    mTester.reset();
+    for (const int id : {a, b, c})
+        mProject->writeFile(u"Files/Docs/%1.comments"_qs.arg(id),
+                            "<Comments><Comment ID=\"x\">{\\rtf1 remark " + QByteArray::number(id)
+                                + "}</Comment></Comments>");
+    mModel = mProject->open();
+    QVERIFY(merge(u"a b c"_qs).isValid());
+    const QByteArray kept = mProject->readFile(u"Files/Docs/%1.comments"_qs.arg(a));
+    for (const int id : {a, b, c})
+        QVERIFY(kept.contains("remark " + QByteArray::number(id)));
+    QCOMPARE(kept.count("ID=\"x\""), 1);
+    QVERIFY(!QFileInfo::exists(mProject->path(u"Files/Docs/%1.comments"_qs.arg(b))));
 }
 
 void TstItemMerging::theOrderIsThatOfTheList()

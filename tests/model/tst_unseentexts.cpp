@@ -5,7 +5,9 @@
 #include "TestProject.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLTextCommentLink.h"
 #include "TVLTextDocument.h"
+#include "TVLTextRange.h"
 #include "TVLUnattendedMessageBoxes.h"
 
 #include <QDir>
@@ -28,6 +30,7 @@ private Q_SLOTS:
     void aFolderThatWentAfterTheFirstSaveIsMissed();
     void readingATextMakesNoFolder();
     void commentsOutOfSightAreNeverWrittenOver();
+    void aSaveIsNotToldOfCommentsThatAreCutOff();
 };
 
 namespace {
@@ -188,6 +191,39 @@ void TstUnseenTexts::commentsOutOfSightAreNeverWrittenOver()
     QCOMPARE(QFile::symLinkTarget(project.path(commentsPath)),
              QFileInfo(project.path(Docs)).absoluteFilePath() + u"/nowhere"_qs);
     QVERIFY(project.readFile(path).contains("New words"));
+}
+
+void TstUnseenTexts::aSaveIsNotToldOfCommentsThatAreCutOff()
+{
+    const TestProject project;
+    QString path;
+    {
+        const auto model = project.create();
+        const QModelIndex index = firstText(model.get());
+        typeText(model.get(), index, u"Old words"_qs);
+        for (int i = 0; i < 2; ++i) {
+            const TVLTextCommentLink comment(QString::number(i), "{\\rtf1 remark}");
+            QVERIFY(model->setInspectorNote(index, {4 * i, 3}, comment));
+        }
+        path = Docs + u"/%1.comments"_qs.arg(model->nodeIdentity(index));
+        QVERIFY(model->save(true));
+    }
+    const QByteArray whole = project.readFile(path);
+    const QByteArray cut = whole.first(whole.indexOf("</Comment>") + 10);
+    project.writeFile(path, cut);
+
+    TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    const QModelIndex index = firstText(model.get());
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"remark"_qs, QString()}));
+    QCOMPARE(boxes.takeBoxes().size(), 1);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(typeIntoText(model.get()));
+        QVERIFY(model->save(true));
+        QVERIFY(model->projectNode(index)->mTextDocument->isSaved());
+    }
+    QCOMPARE(boxes.boxes().size(), 0);
+    QCOMPARE(project.readFile(path), cut);
 }
 
 TVL_TEST_PREPARED(TstUnseenTexts, dropRightsOfTheSuperuser)
