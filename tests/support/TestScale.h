@@ -34,3 +34,12 @@ inline int testStep(int whole)
     // One more than ten times as much meets all remainders of a division by ten.
     return testPercent() < 100 ? 10 * whole + 1 : whole;
 }
+
+/** One of how many places in a row is tried where each is a case of its own: one in seven every
+ * day.
+ */
+inline int testStride()
+{
+    constexpr int EverydayStride = 7;
+    return std::max(1, EverydayStride * EverydayPercent / testPercent());
+}
