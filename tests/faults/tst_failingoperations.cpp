@@ -59,7 +59,8 @@ void TstFailingOperations::noTextIsLost_data()
 {
     QTest::addColumn<FaultyAction>("action");
     using namespace FaultyActions;
-    for (const FaultyAction &action : {Import, EmptyTrash})
+    for (const FaultyAction &action :
+         {Edit, Import, Restore, RestoreWithoutBackup, SaveAs, Merge, EmptyTrash})
         QTest::newRow(action.name) << action;
 }
 

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <sys/stat.h>
+
 /** What becomes of a file that somebody damages while a project is worked on. */
 struct Damage
 {
@@ -54,6 +56,11 @@ void mustBeDone(bool ok, const QString &filePath)
         qFatal("could not damage %s", qPrintable(filePath));
 }
 
+QString wayOut(const QString &filePath)
+{
+    return filePath + u".nothing"_qs;
+}
+
 QByteArray readableContentOf(const QString &filePath)
 {
     QFile::setPermissions(filePath, QFile::ReadOwner | QFile::WriteOwner);
@@ -81,6 +88,29 @@ bool isFolder(const QString &filePath, const QByteArray &)
     return QFileInfo(filePath + u"/inside"_qs).isDir();
 }
 
+void makeDeadLink(const QString &filePath)
+{
+    mustBeDone(QFile::remove(filePath) && QFile::link(wayOut(filePath), filePath), filePath);
+}
+
+bool isDeadLink(const QString &filePath, const QByteArray &)
+{
+    return QFileInfo(filePath).symLinkTarget() == wayOut(filePath)
+        && !QFileInfo::exists(wayOut(filePath));
+}
+
+void makePipe(const QString &filePath)
+{
+    constexpr mode_t Mode = 0600;
+    mustBeDone(QFile::remove(filePath) && mkfifo(QFile::encodeName(filePath), Mode) == 0, filePath);
+}
+
+bool isPipe(const QString &filePath, const QByteArray &)
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(filePath), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 void makeEmpty(const QString &filePath)
 {
     mustBeDone(QFile::resize(filePath, 0), filePath);
@@ -103,6 +133,8 @@ bool isFirstHalf(const QString &filePath, const QByteArray &before)
 
 constexpr Damage Damages[] = {{"unreadable", makeUnreadable, isSameFile, false},
                               {"a folder", makeFolder, isFolder, false},
+                              {"a link to nothing", makeDeadLink, isDeadLink, false},
+                              {"a pipe", makePipe, isPipe, false},
                               {"empty", makeEmpty, isEmptyFile, true},
                               {"cut off", cutOff, isFirstHalf, true}};
 
@@ -133,6 +165,8 @@ int readingStep(const QString &file)
 QString complaintOf(const Damage &damage, const QString &file, const QString &filePath,
                     const QByteArray &before)
 {
+    if (QFileInfo::exists(wayOut(filePath)))
+        return u"'%1' was written through the link"_qs.arg(file);
     if (!isDerived(file) && !damage.isUntouched(filePath, before))
         return u"'%1' was written over"_qs.arg(file);
     return {};
