@@ -63,23 +63,26 @@ bool moveToNewFolder(TVLProjectModel *model, const QModelIndexList &chapters, co
     return model->moveToFolder(folder, chapters, atEnd);
 }
 
-/** Writes a line at the end of a chapter's text, as an editor would. */
-bool appendLine(TVLProjectModel *model, const QModelIndex &chapter, const QString &line)
+/** Whether a chapter's text can be written. */
+bool canWrite(const TVLProjectModel &model, const QModelIndex &chapter)
 {
     // The text comes into memory and stays there until the reference is given back.
-    TVLTextDocument *text = model->referenceText(chapter);
-    if (!text)
-        return false;
+    TVLTextDocument *text = model.referenceText(chapter);
     // A text whose file can't be read is shown as far as it goes, and never written.
-    const bool canWrite = !text->isReadOnly();
-    if (canWrite) {
-        QTextCursor cursor(text);
-        cursor.movePosition(QTextCursor::End);
-        cursor.insertBlock();
-        cursor.insertText(line);
-    }
+    const bool result = text && !text->isReadOnly();
+    model.dereferenceItem(text);
+    return result;
+}
+
+/** Writes a line at the end of a chapter's text, as an editor would. */
+void appendLine(TVLProjectModel *model, const QModelIndex &chapter, const QString &line)
+{
+    TVLTextDocument *text = model->referenceText(chapter);
+    QTextCursor cursor(text);
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertBlock();
+    cursor.insertText(line);
     model->dereferenceItem(text);
-    return canWrite;
 }
 
 /** The work on an open project; empty, or what went wrong. */
@@ -95,12 +98,13 @@ QString workOn(TVLProjectModel *model)
         return u"the chapters can't be moved"_qs;
     say(u"Moved the last chapters to the new folder 'The End': %1"_qs.arg(chapters.size()));
 
+    if (!canWrite(*model, last))
+        return u"the chapter can't be written"_qs;
     if (!model->addSnapshot(last, u"Before the last line"_qs))
         return u"the snapshot can't be taken"_qs;
     say(u"Took a snapshot of '%1'"_qs.arg(model->title(last)));
 
-    if (!appendLine(model, last, u"THE END"_qs))
-        return u"the chapter can't be written"_qs;
+    appendLine(model, last, u"THE END"_qs);
     say(u"Wrote THE END under it"_qs);
     return model->save() ? QString() : u"the project can't be saved"_qs;
 }

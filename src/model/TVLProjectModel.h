@@ -538,7 +538,8 @@ public:
 
     /** @name Snapshots
      * Only folders and texts have snapshots, which are copies of their main texts; other items are
-     * refused by all of these but the two that are given the document.
+     * refused by all of these but the two that are given the document. Of a text that could not be
+     * read there is no snapshot.
      * @{ */
     [[nodiscard]] QList<TVLSnapshotInfo> snapshots(const QModelIndex &index) const;
     /**

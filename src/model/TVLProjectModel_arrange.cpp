@@ -144,7 +144,8 @@ void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTe
 {
     for (TVLProjectNode *node : nodes) {
         const QModelIndex index = createIndex(node);
-        if (node->mHasSnapshots)
+        // Asked for once more: when the project was opened, they may have been out of sight.
+        if (node->mHasSnapshots || TVLProjectFolderFormat::hasSnapshots(mPath, node->mId))
             merged->idsWithSnapshots.append(node->mId);
         const TVLHeldDocument text(this, index, TVL::MainText);
         merged->text.append(text.get());

@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLErrorText_p.h"
 #include "TVLHeldDocument_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -37,6 +38,26 @@ void replaceText(QTextDocument *document, const QTextDocument *text)
     cursor.endEditBlock();
     document->setMetaInformation(QTextDocument::DocumentTitle,
                                  text->metaInformation(QTextDocument::DocumentTitle));
+}
+
+/** Why there can be no snapshot of a text; empty if there can be one. */
+QString snapshotError(const TVLProjectNode *node, const QTextDocument *document)
+{
+    const QString title =
+        node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
+    if (node->mId < 0)
+        return TVLProjectModel::tr("'%1' has no id, so there is no place for a snapshot of it.")
+            .arg(title);
+    const auto *text = qobject_cast<const TVLTextDocument *>(document);
+    if (text && text->isReadOnly())
+        return TVLProjectModel::tr(
+                   "The text of '%1' could not be read, so there is no snapshot of it.")
+            .arg(title);
+    if (text && text->areCommentsReadOnly())
+        return TVLProjectModel::tr(
+                   "The comments of '%1' could not be read, so there is no snapshot of it.")
+            .arg(title);
+    return {};
 }
 
 /** A second after a snapshot's own of which there is none yet; dates are exact to the second. */
@@ -85,7 +106,12 @@ bool TVLProjectModel::addSnapshotWithDocument(const QModelIndex &index, const TV
                                               const QTextDocument *document, QString *error)
 {
     TVLProjectNode *node = index.isValid() ? projectNode(index) : nullptr;
-    if (!node || !TVLProjectFolderFormat::addSnapshot(mPath, node->mId, info, document, error))
+    if (!node)
+        return false;
+    const QString failure = snapshotError(node, document);
+    if (!failure.isEmpty())
+        return tvlFail(error, failure);
+    if (!TVLProjectFolderFormat::addSnapshot(mPath, node->mId, info, document, error))
         return false;
     node->mHasSnapshots = true;
     Q_EMIT snapshotsChanged(index, index);

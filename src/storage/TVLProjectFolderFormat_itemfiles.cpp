@@ -2,6 +2,7 @@
 
 #include "TUuid.h"
 #include "TVLCoreUtil.h"
+#include "TVLFilePresence_p.h"
 #include "TVLNumberedFiles_p.h"
 
 #include <QFile>
@@ -165,7 +166,8 @@ bool TVLProjectFolderFormat::cloneProjectFiles(const QString &sourcePath, int so
     const QStringList names = fileNames(sourceProject, sourceId, sourceFiles);
     for (const QString &name : names) {
         const QString targetName = QString::number(targetId) + name.sliced(idLength);
-        if (source.exists(name))
+        // What can't be seen isn't copied either, and that is a failure.
+        if (!tvlIsMissing(source.filePath(name)))
             ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
     }
     return cloneSnapshots(sourcePath, sourceId, targetPath, targetId) && ok;
@@ -243,7 +245,7 @@ bool TVLProjectFolderFormat::copyDesktopV18ToPath(const QString &path, int id,
     const QStringList names = fileNames(projectPath, id, TVLNumberedFiles(projectPath));
     for (const QString &name : names) {
         const QString targetName = nameInOwnFolder(name);
-        if (!targetName.isEmpty() && source.exists(name))
+        if (!targetName.isEmpty() && !tvlIsMissing(source.filePath(name)))
             ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
     }
     return ok;

@@ -4,10 +4,12 @@
 #include "TVLBinderText.h"
 #include "TVLBinderWriter.h"
 #include "TVLRedoJournal_p.h"
+#include "TVLTextDocument.h"
 
 #include "TTextDoc.h"
 #include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
+#include "TVLFilePresence_p.h"
 #include "TVLRegularFile.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
@@ -181,10 +183,10 @@ bool TVLProjectFolderFormat::readSnapshots(const QString &path, int id,
     if (!ok)
         return false;
     // Most items have no folder, which isn't the same as one that can't be looked into.
-    const QFileInfo folder(directory.filePath(folderName(id)));
-    if (!folder.exists() && !folder.isSymbolicLink())
+    const QString folder = directory.filePath(folderName(id));
+    if (tvlIsMissing(folder))
         return true;
-    if (!folder.isExecutable() || !directory.cd(folderName(id)))
+    if (!QFileInfo(folder).isExecutable() || !directory.cd(folderName(id)))
         return false;
     if (!directory.exists(SnapshotIndexName))
         return true;
@@ -312,6 +314,9 @@ bool TVLProjectFolderFormat::addSnapshot(const QString &path, int id,
     fixSnapshotFileNames(path, id);
     if (!document)
         return false;
+    const auto *text = qobject_cast<const TVLTextDocument *>(document);
+    if (text && text->isReadOnly())
+        return tvlFail(error, tr("There is no snapshot of a text that could not be read"));
     const QString indexPath = folderOfSnapshots(path, id) + u'/' + SnapshotIndexName;
     QList<TVLSnapshotInfo> snapshots;
     if (!readSnapshots(path, id, &snapshots))
@@ -406,8 +411,11 @@ bool TVLProjectFolderFormat::cloneSnapshots(const QString &sourcePath, int sourc
     if (snapshotsKey(sourcePath, sourceId) == snapshotsKey(targetPath, targetId))
         return true;
     const QDir source(folderOfSnapshots(sourcePath, sourceId));
-    if (!source.exists())
+    if (tvlIsMissing(source.path()))
         return true;
+    // Of a folder that can't be listed nothing would come along, without a word.
+    if (!QFileInfo(source.path()).isReadable() || !source.exists())
+        return false;
     forgetSnapshots(targetPath, targetId);
     bool ok = false;
     const QDir target = ensurePathExists(folderOfSnapshots(targetPath, targetId), &ok);

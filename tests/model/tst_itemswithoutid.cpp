@@ -71,6 +71,7 @@ private Q_SLOTS:
     void theirTextsAreReadOnlyAndNeverWritten();
     void theirTextsAreNotJoined();
     void anImageWithoutAPlaceIsRefused();
+    void thereIsNoSnapshotOfThem();
     void clearingAnIdWritesWhatIsUnsaved();
     void anItemThatCannotBeWrittenKeepsItsId();
     void anIdBringsWordsToAFile();
@@ -172,6 +173,21 @@ void TstItemsWithoutId::anImageWithoutAPlaceIsRefused()
         !Format::importProjectFile(project.path(), QFileInfo(project.path(u"other.png"_qs)), -1));
     QVERIFY(!Format::copyFile(project.path(), -1, u"png"_qs, project.path(u"other.png"_qs)));
     QCOMPARE(strayFiles(project), QStringList());
+}
+
+void TstItemsWithoutId::thereIsNoSnapshotOfThem()
+{
+    const TestProject project;
+    writeLaterProject(project);
+    TVLUnattendedMessageBoxes boxes;
+    const auto model = project.open();
+    (void)boxes.takeBoxes();
+    QVERIFY(!model->addSnapshot(firstText(model.get()), u"First"_qs));
+    QCOMPARE(boxes.boxes().size(), 1);
+    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_qs);
+    QCOMPARE(boxes.boxes().at(0).text,
+             u"'100%2' has no id, so there is no place for a snapshot of it."_qs);
+    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/-1.snapshots"_qs)));
 }
 
 void TstItemsWithoutId::clearingAnIdWritesWhatIsUnsaved()

@@ -132,6 +132,8 @@ private Q_SLOTS:
     void aGivenDocumentIsTaken();
     void aGivenDocumentIsTakenForAnyItem();
     void aGivenDocumentFailsWithoutABox();
+    void thereIsNoSnapshotOfWhatCouldNotBeRead_data();
+    void thereIsNoSnapshotOfWhatCouldNotBeRead();
 
     // What has none
     void otherItemsAreRefused_data();
@@ -316,6 +318,55 @@ void TstModelSnapshots::aGivenDocumentFailsWithoutABox()
     QVERIFY(error.startsWith(u"Snapshot file already exists."_qs));
     QVERIFY(boxes.boxes().isEmpty());
     QCOMPARE(fixture.takeSignals(), QStringList());
+}
+
+void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("damagedFile");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("a text") << u"Chapter %1"_qs << u"3.rtf"_qs
+                            << u"The text of 'Chapter %1' could not be read, so there is no "
+                               "snapshot of it."_qs;
+    QTest::newRow("a text without title")
+        << QString() << u"3.rtf"_qs
+        << u"The text of 'Untitled' could not be read, so there is no snapshot of it."_qs;
+    QTest::newRow("comments") << u"Chapter"_qs << u"3.comments"_qs
+                              << u"The comments of 'Chapter' could not be read, so there is no "
+                                 "snapshot of it."_qs;
+}
+
+void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead()
+{
+    QFETCH(const QString, title);
+    QFETCH(const QString, damagedFile);
+    QFETCH(const QString, error);
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    const QModelIndex index = firstText(model.get());
+    QVERIFY(model->setTitle(index, title));
+    project.writeFile(u"Files/Docs/"_qs + damagedFile, "damaged");
+    TVLUnattendedMessageBoxes boxes;
+    TVLTextDocument *text = model->referenceText(index);
+    QCOMPARE(boxes.takeBoxes().size(), 1);
+    const SignalLog log(model.get());
+    QVERIFY(!model->addSnapshot(index, u"First"_qs));
+    QCOMPARE(boxes.boxes().size(), 1);
+    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_qs);
+    QCOMPARE(boxes.boxes().at(0).text, error);
+    QString told;
+    QVERIFY(!model->addSnapshotWithDocument(index, snapshotOf({}, 0), text, &told));
+    QCOMPARE(told, error);
+    QVERIFY(!model->addSnapshotWithExternalDocument(index, snapshotOf({}, 0), text, nullptr));
+    QCOMPARE(model->snapshots(index), QList<TVLSnapshotInfo>());
+    QVERIFY(!model->hasSnapshots(index));
+    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/3.snapshots"_qs)));
+    QCOMPARE(log.lines(), QStringList());
+
+    // A text that the caller has made is one that was read.
+    const QTextDocument own(u"words"_qs);
+    QVERIFY(model->addSnapshotWithExternalDocument(index, snapshotOf({}, 0), &own, nullptr));
 }
 
 void TstModelSnapshots::otherItemsAreRefused_data()

@@ -31,6 +31,9 @@ private Q_SLOTS:
     void readingATextMakesNoFolder();
     void commentsOutOfSightAreNeverWrittenOver();
     void aSaveIsNotToldOfCommentsThatAreCutOff();
+    void snapshotsOutOfSightAreNotLostInAMerge();
+    void aCopyOfWhatIsOutOfSightFails_data();
+    void aCopyOfWhatIsOutOfSightFails();
 };
 
 namespace {
@@ -224,6 +227,58 @@ void TstUnseenTexts::aSaveIsNotToldOfCommentsThatAreCutOff()
     }
     QCOMPARE(boxes.boxes().size(), 0);
     QCOMPARE(project.readFile(path), cut);
+}
+
+void TstUnseenTexts::snapshotsOutOfSightAreNotLostInAMerge()
+{
+    const TestProject project;
+    {
+        const auto model = project.create();
+        QVERIFY(typeIntoText(model.get()));
+        QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_qs));
+        addItem(model.get(), model->draftFolder(), TVL::Text);
+        QVERIFY(model->save(true));
+        model->prepareToDestroy();
+    }
+    std::unique_ptr<TVLProjectModel> model;
+    {
+        const ReducedPermissions hidden(project.path(u"Snapshots"_qs), ReducedPermissions::None);
+        model = project.open();
+    }
+    const QModelIndex first = firstText(model.get());
+    QVERIFY(!model->hasSnapshots(first));
+    const QModelIndex survivor = model->mergeIndexes({first.siblingAtRow(1), first});
+    QCOMPARE(model->snapshots(survivor).size(), 1);
+    QVERIFY(model->hasSnapshots(survivor));
+}
+
+void TstUnseenTexts::aCopyOfWhatIsOutOfSightFails_data()
+{
+    QTest::addColumn<Hide>("hide");
+    QTest::addColumn<bool>("isCopied");
+    const Hide nothing = [](const TestProject &) { return [] {}; };
+    QTest::newRow("nothing out of sight") << nothing << true;
+    QTest::newRow("no right to look into the texts' folder") << takingRightsOf(Docs) << false;
+    QTest::newRow("no right to look into Snapshots") << takingRightsOf(u"Snapshots"_qs) << false;
+    QTest::newRow("no right to look into its snapshots")
+        << takingRightsOf(u"Snapshots/3.snapshots"_qs) << false;
+}
+
+void TstUnseenTexts::aCopyOfWhatIsOutOfSightFails()
+{
+    QFETCH(const Hide, hide);
+    QFETCH(const bool, isCopied);
+    const TestProject project;
+    const TestProject target;
+    const auto model = project.create();
+    QVERIFY(typeIntoText(model.get()));
+    QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_qs));
+    QVERIFY(model->save(true));
+    QCOMPARE(model->nodeIdentity(firstText(model.get())), 3);
+    const std::function<void()> show = hide(project);
+    QCOMPARE(TVLProjectFolderFormat::cloneProjectFiles(project.path(), 3, target.path(), 9),
+             isCopied);
+    show();
 }
 
 TVL_TEST_PREPARED(TstUnseenTexts, dropRightsOfTheSuperuser)

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void entriesAreCountedOnAllLevels();
     void countingDoesNotFollowLinks();
 
+    void onlyWhatCertainlyIsNotThereIsMissing();
     void readabilityIsTold_data();
     void readabilityIsTold();
     void writabilityIsTold_data();
@@ -636,6 +637,18 @@ void TstCoreUtil::countingDoesNotFollowLinks()
     QVERIFY(QFile::link(path(u"folder"_qs), path(u"folder/circle"_qs)));
     QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"folder/dead link"_qs)));
     QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder"_qs)), 3);
+}
+
+void TstCoreUtil::onlyWhatCertainlyIsNotThereIsMissing()
+{
+    makeFile(u"file"_qs);
+    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    QVERIFY(QFile::link(u"nowhere"_qs, path(u"link"_qs)));
+    for (const QString &name :
+         {u"file"_qs, u"folder"_qs, u"link"_qs, u"link/in nowhere"_qs, u"file/in a file"_qs})
+        QVERIFY2(!TVLCoreUtil::IsMissing(path(name)), qPrintable(name));
+    for (const QString &name : {u"other"_qs, u"folder/other"_qs, u"other/in nothing"_qs})
+        QVERIFY2(TVLCoreUtil::IsMissing(path(name)), qPrintable(name));
 }
 
 void TstCoreUtil::readabilityIsTold_data()

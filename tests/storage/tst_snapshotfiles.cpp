@@ -86,6 +86,7 @@ private Q_SLOTS:
 
     // Adding
     void noDocumentIsAFailureWithoutAMessage();
+    void aTextThatCouldNotBeReadMakesNone();
     void aSecondSnapshotInTheSameSecondFails();
     void aFileThatCannotBeOpenedIsReported();
     void aFolderThatCannotBeMadeIsReported();
@@ -301,6 +302,19 @@ void TstSnapshotFiles::noDocumentIsAFailureWithoutAMessage()
     QVERIFY(!Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0), nullptr, &error));
     QCOMPARE(error, QString());
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
+    QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
+}
+
+void TstSnapshotFiles::aTextThatCouldNotBeReadMakesNone()
+{
+    const TestProject project;
+    project.writeFile(docsPath(TVL::MainText), "no rich text");
+    LoadedItem item;
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
+    QVERIFY(
+        !Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0), item.text(), &error));
+    QCOMPARE(error, u"There is no snapshot of a text that could not be read"_qs);
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
 }
 

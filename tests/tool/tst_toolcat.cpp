@@ -1,6 +1,7 @@
 #include "TestMain.h"
 #include "ToolFixtures.h"
 
+#include <QFile>
 #include <QTest>
 
 /** `tavel cat`. */
@@ -21,6 +22,9 @@ private Q_SLOTS:
     void whatCannotBeShownIsAFailure();
     void notesAndSynopsisAtOnceAreRefused();
     void aDamagedTextIsToldInOneLine();
+    void aTextOutOfSightIsAFailure_data();
+    void aTextOutOfSightIsAFailure();
+    void anItemWithoutAnIdHasNoTextThatCanBeRead();
     void onlyTheBackupIsWritten();
 };
 
@@ -154,6 +158,57 @@ void TstToolCat::aDamagedTextIsToldInOneLine()
     QCOMPARE(result.errorLines().size(), 1);
     QVERIFY(result.errors.startsWith("tavel: RTF Reader failed loading document file: '"));
     QCOMPARE(project.readFile(u"Files/Docs/4.rtf"_qs), QByteArray("{\\rtf1 Cut off"));
+}
+
+void TstToolCat::aTextOutOfSightIsAFailure_data()
+{
+    QTest::addColumn<QString>("hidden");
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("what");
+    const QString docs = u"Files/Docs"_qs;
+    QTest::newRow("a text") << docs + u"/4.rtf"_qs << QString() << QByteArray("document");
+    QTest::newRow("notes") << docs + u"/4_notes.rtf"_qs << u"--notes"_qs << QByteArray("notes");
+    QTest::newRow("a synopsis") << docs + u"/4_synopsis.txt"_qs << u"--synopsis"_qs
+                                << QByteArray("synopsis");
+    QTest::newRow("all texts") << docs << QString() << QByteArray("document");
+}
+
+void TstToolCat::aTextOutOfSightIsAFailure()
+{
+    QFETCH(const QString, hidden);
+    QFETCH(const QString, option);
+    QFETCH(const QByteArray, what);
+    const TestProject project;
+    writeSoundProject(project);
+    const QString path = project.path(hidden);
+    QVERIFY(QFile::exists(path) ? QFile::rename(path, path + u".away"_qs) : true);
+    QVERIFY(QFile::link(u"nowhere"_qs, path));
+    const ProgramResult result =
+        cat(project, u"4"_qs, option.isEmpty() ? QStringList() : QStringList(option));
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errorLines().size(), 1);
+    QVERIFY2(result.errors.startsWith("tavel: Could not open " + what + " file for reading: '"),
+             result.errors);
+    QVERIFY(!QFile::exists(path));
+}
+
+void TstToolCat::anItemWithoutAnIdHasNoTextThatCanBeRead()
+{
+    const TestProject project;
+    QByteArray items = systemFolders(item(4, "Text", "The Harbour"));
+    items.replace("ID=\"4\" UUID", "UUID");
+    writeProject(project, binderXml(items));
+    const ProgramResult result = cat(project, u"Draft/The Harbour"_qs);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(
+        result.errorLines(),
+        (QList<QByteArray>{
+            "tavel: Project Loader: Errors reading project. Error: Items without an id have no "
+            "place for their texts, which can't be read or edited. There are 1, the first of "
+            "them is 'The Harbour'.",
+            "tavel: 'The Harbour' has no id, and so no text that can be read"}));
 }
 
 void TstToolCat::onlyTheBackupIsWritten()

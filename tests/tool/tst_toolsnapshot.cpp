@@ -4,6 +4,7 @@
 #include "TVLProjectFolderFormat.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTest>
@@ -34,9 +35,13 @@ private Q_SLOTS:
     void whatHasNoTextIsRefused();
     void aTextThatCannotBeReadIsLeftAlone_data();
     void aTextThatCannotBeReadIsLeftAlone();
+    void aTextOutOfSightGetsNoSnapshot_data();
+    void aTextOutOfSightGetsNoSnapshot();
     void aDamagedSnapshotIsNotRestored();
     void aDamagedListIsAFailure_data();
     void aDamagedListIsAFailure();
+    void aListOutOfSightIsAFailure_data();
+    void aListOutOfSightIsAFailure();
     void theProjectIsNotLockedAfterwards();
 };
 
@@ -359,6 +364,39 @@ void TstToolSnapshot::aTextThatCannotBeReadIsLeftAlone()
     QCOMPARE(listOf(project, Harbour).size(), 3);
 }
 
+void TstToolSnapshot::aTextOutOfSightGetsNoSnapshot_data()
+{
+    QTest::addColumn<QString>("hidden");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("a text behind a link to nowhere")
+        << u"4.rtf"_qs << QString() << QByteArray("Could not open document file for reading: '");
+    QTest::newRow("comments that are cut off")
+        << u"4.comments"_qs << u"<Comments><Comm"_qs
+        << QByteArray("The comments of 'The Harbour' could not be read, so there is no snapshot");
+}
+
+void TstToolSnapshot::aTextOutOfSightGetsNoSnapshot()
+{
+    QFETCH(const QString, hidden);
+    QFETCH(const QString, content);
+    QFETCH(const QByteArray, error);
+    const TestProject project;
+    writeSoundProject(project);
+    const QString path = project.path(u"Files/Docs/"_qs + hidden);
+    QFile::remove(path);
+    if (content.isEmpty())
+        QVERIFY(QFile::link(u"nowhere"_qs, path));
+    else
+        project.writeFile(u"Files/Docs/"_qs + hidden, content.toUtf8());
+    const ProgramResult result = snapshot(u"add"_qs, project, Harbour, {u"Title"_qs});
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.output, QByteArray());
+    QVERIFY2(result.errorLines().constLast().startsWith("tavel: " + error), result.errors);
+    QCOMPARE(listOf(project, Harbour).size(), 0);
+    QVERIFY(!QFile::exists(project.path(u"Snapshots/4.snapshots"_qs)));
+}
+
 void TstToolSnapshot::aDamagedSnapshotIsNotRestored()
 {
     const TestProject project;
@@ -396,6 +434,33 @@ void TstToolSnapshot::aDamagedListIsAFailure()
                         "Snapshots/4.snapshots\n"));
     QCOMPARE(project.readFile(u"Snapshots/4.snapshots/index.xml"_qs),
              QByteArray("<Snapshots><Snap"));
+}
+
+void TstToolSnapshot::aListOutOfSightIsAFailure_data()
+{
+    QTest::addColumn<QString>("hidden");
+    QTest::newRow("the folder of the item's snapshots") << u"Snapshots/4.snapshots"_qs;
+    QTest::newRow("the folder of all snapshots") << u"Snapshots"_qs;
+}
+
+void TstToolSnapshot::aListOutOfSightIsAFailure()
+{
+    QFETCH(const QString, hidden);
+    const TestProject project;
+    writeProjectWithSnapshots(project);
+    const QString path = project.path(hidden);
+    QVERIFY(QFile::rename(path, path + u".away"_qs));
+    QVERIFY(QFile::link(u"nowhere"_qs, path));
+    for (const QStringList &command :
+         {QStringList(u"list"_qs), QStringList{u"show"_qs, u"1"_qs}, QStringList(u"add"_qs)}) {
+        const ProgramResult result =
+            snapshot(command.constFirst(), project, Harbour, command.mid(1));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 QByteArray("tavel: the list of the item's snapshots can't be read: "
+                            "Snapshots/4.snapshots\n"));
+    }
+    QVERIFY(!QFile::exists(path));
 }
 
 void TstToolSnapshot::theProjectIsNotLockedAfterwards()

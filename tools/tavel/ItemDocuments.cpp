@@ -6,17 +6,16 @@
 #include "TVLTextDoc.h"
 #include "TVLTextDocument.h"
 
-#include <QDir>
-
 std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLProjectNode *node,
                                               TVL::DocumentType type, QString *error)
 {
     auto document = std::make_unique<TVLTextDocument>(nullptr, nullptr, node, type);
     document->setUndoRedoEnabled(false);
-    // Reading a document makes the folder of documents when there is none.
-    const bool isThere =
-        node->mId >= 0 && QDir(TVLProjectFolderFormat::filesDocsPath(projectPath)).exists();
-    if (isThere && !TVLProjectFolderFormat::readDocument(projectPath, node, document.get(), error))
+    if (node->mId < 0) {
+        *error = u"'%1' has no id, and so no text that can be read"_qs.arg(node->mTitle);
+        return nullptr;
+    }
+    if (!TVLProjectFolderFormat::readDocument(projectPath, node, document.get(), error))
         return nullptr;
     return document;
 }

@@ -1,5 +1,6 @@
 #include "SnapshotFinder.h"
 
+#include "TVLCoreUtil.h"
 #include "TVLProjectFolderFormat.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ std::optional<QList<TVLSnapshotInfo>> readSnapshotList(const QString &projectPat
 {
     QList<TVLSnapshotInfo> snapshots;
     // Reading them would make the folder of all snapshots.
-    if (!TVLProjectFolderFormat::hasSnapshots(projectPath, itemId))
+    if (TVLCoreUtil::IsMissing(TVLProjectFolderFormat::snapshotsPath(projectPath)))
         return snapshots;
     if (!TVLProjectFolderFormat::readSnapshots(projectPath, itemId, &snapshots)) {
         *error = u"the list of the item's snapshots can't be read: Snapshots/%1.snapshots"_qs.arg(

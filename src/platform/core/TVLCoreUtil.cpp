@@ -1,6 +1,7 @@
 #include "TVLCoreUtil.h"
 
 #include "TVLErrorText_p.h"
+#include "TVLFilePresence_p.h"
 
 #include "TUuid.h"
 #include "TVLRegularFile.h"
@@ -236,6 +237,11 @@ int TVLCoreUtil::getFileAndDirCount(const QString &path)
         ++count;
     }
     return count;
+}
+
+bool TVLCoreUtil::IsMissing(const QString &path)
+{
+    return tvlIsMissing(path);
 }
 
 bool TVLCoreUtil::IsReadable(const QString &path, QString *error)

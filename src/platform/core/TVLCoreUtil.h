@@ -79,6 +79,12 @@ public:
      */
     [[nodiscard]] static int getFileAndDirCount(const QString &path);
 
+    /**
+     * Whether there is certainly nothing at a path, not even a link that leads nowhere. What lies
+     * in a folder that can't be looked into may be there.
+     */
+    [[nodiscard]] static bool IsMissing(const QString &path);
+
     /** Whether a file can be opened for reading or a folder be listed. */
     [[nodiscard]] static bool IsReadable(const QString &path, QString *error);
 
