@@ -96,6 +96,48 @@ Damage all(const QList<Damage> &damages)
     };
 }
 
+Damage removingFolder(const QString &relativePath)
+{
+    return [relativePath](const TestProject &project) {
+        if (!QDir(project.path(relativePath)).removeRecursively())
+            qFatal("could not remove %s", qPrintable(relativePath));
+    };
+}
+
+Damage linkingToNowhere(const QString &relativePath)
+{
+    return [relativePath](const TestProject &project) {
+        if (!QFile::link(u"nowhere"_qs, project.path(relativePath)))
+            qFatal("could not make the link %s", qPrintable(relativePath));
+    };
+}
+
+/** Writes texts to search by in which an item has one. */
+Damage recordingText(int id, const QByteArray &element)
+{
+    return writing(IndexFile,
+                   "<SearchIndexes Version=\"1.0\"><Documents><Document ID=\"3\"><Title>Part"
+                   "</Title></Document><Document ID=\""
+                       + QByteArray::number(id) + "\"><Title>x</Title><" + element + ">Gulls</"
+                       + element + "></Document></Documents></SearchIndexes>");
+}
+
+const QString SnapshotList = u"Snapshots/4.snapshots/index.xml"_qs;
+const QString SnapshotText = u"Snapshots/4.snapshots/2026-03-01-01-00-00+0000.rtf"_qs;
+const QString OldSnapshotText = u"Snapshots/4.snapshots/2026-03-02-00-00-00+0200.rtf"_qs;
+
+/** Gives an item two snapshots, one of which is named as older versions did. */
+void withSnapshots(const TestProject &project)
+{
+    project.writeFile(SnapshotList,
+                      "<Snapshots Version=\"1.0\"><Snapshot><Title>One</Title>"
+                      "<Date>2026-03-01 01:00:00 +0000</Date></Snapshot><Snapshot>"
+                      "<Title>Two</Title><Date>2026-03-02 02:00:00 +0000</Date></Snapshot>"
+                      "</Snapshots>");
+    project.writeFile(SnapshotText, "{\\rtf1 One.}");
+    project.writeFile(OldSnapshotText, "{\\rtf1 Two.}");
+}
+
 /** A project of the form with an id or a uuid alone, in which nothing is wrong but what is told. */
 Damage formed(const QByteArray &versionText, const QByteArray &formatVersion,
               const QByteArray &items)
@@ -230,6 +272,23 @@ QList<DamageRow> damageRows()
          {u"invalidDate #5"_qs, u"invalidDate #5"_qs}},
 
         // Texts
+        {"the folder of the texts behind a link to nowhere",
+         all({removingFolder(u"Files/Docs"_qs), linkingToNowhere(u"Files/Docs"_qs)}),
+         {u"unreadableDocuments Files/Docs"_qs}},
+        {"a file in the place of the folder of the texts",
+         all({removingFolder(u"Files/Docs"_qs), writing(u"Files/Docs"_qs, "x")}),
+         {u"unreadableDocuments Files/Docs"_qs}},
+        {"no folder of the texts that there were",
+         all({recordingText(4, "Text"), removingFolder(u"Files/Docs"_qs)}),
+         {u"missingDocuments Files/Docs"_qs}},
+        {"no folder of the notes that there were",
+         all({recordingText(4, "Notes"), removingFolder(u"Files/Docs"_qs)}),
+         {u"missingDocuments Files/Docs"_qs}},
+        {"texts behind links to nowhere",
+         all({linkingToNowhere(u"Files/Docs/5.rtf"_qs),
+              linkingToNowhere(u"Files/Docs/5.comments"_qs)}),
+         {u"unreadableDocument Files/Docs/5.rtf"_qs,
+          u"unreadableComments Files/Docs/5.comments"_qs}},
         {"texts that are damaged",
          all({writing(u"Files/Docs/3.rtf"_qs, "no rich text"),
               writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Cut off"),
@@ -413,6 +472,39 @@ QList<DamageRow> damageRows()
               writing(u"Snapshots/"_qs + uuidText(77) + u"/index.xml"_qs, "x")}),
          {u"orphanedSnapshots Snapshots/"_qs + uuidText(77),
           u"orphanedSnapshots Snapshots/9.snapshots"_qs}},
+
+        // Snapshots
+        {"snapshots behind a link to nowhere",
+         all({removingFolder(u"Snapshots"_qs), linkingToNowhere(u"Snapshots"_qs)}),
+         {u"unreadableSnapshots Snapshots"_qs}},
+        {"snapshots of an item behind a link to nowhere",
+         all({removingFolder(u"Snapshots/5.snapshots"_qs),
+              linkingToNowhere(u"Snapshots/5.snapshots"_qs)}),
+         {u"unreadableSnapshots Snapshots/5.snapshots/index.xml"_qs}},
+        {"a list of snapshots that is cut off",
+         all({withSnapshots, cuttingOff(SnapshotList)}),
+         {u"unreadableSnapshots "_qs + SnapshotList}},
+        {"a list of snapshots that is empty",
+         all({withSnapshots, writing(SnapshotList, {})}),
+         {u"unreadableSnapshots "_qs + SnapshotList}},
+        {"a list of snapshots behind a link to nowhere",
+         all({withSnapshots, removing(SnapshotList), linkingToNowhere(SnapshotList)}),
+         {u"unreadableSnapshots "_qs + SnapshotList}},
+        {"snapshots without a list",
+         all({withSnapshots, removing(SnapshotList)}),
+         {u"missingSnapshots "_qs + SnapshotList}},
+        {"snapshots that are damaged",
+         all({withSnapshots, cuttingOff(SnapshotText), cuttingOff(OldSnapshotText)}),
+         {u"unreadableSnapshot "_qs + SnapshotText, u"unreadableSnapshot "_qs + OldSnapshotText}},
+        {"a snapshot in the place of which is a folder",
+         all({withSnapshots, removing(SnapshotText), writing(SnapshotText + u"/file"_qs, "x")}),
+         {u"unreadableSnapshot "_qs + SnapshotText}},
+        {"a snapshot behind a link to nowhere",
+         all({withSnapshots, removing(SnapshotText), linkingToNowhere(SnapshotText)}),
+         {u"unreadableSnapshot "_qs + SnapshotText}},
+        {"a snapshot that is gone",
+         all({withSnapshots, removing(SnapshotText)}),
+         {u"missingSnapshot "_qs + SnapshotText}},
     };
 }
 
@@ -442,6 +534,10 @@ void TstToolCheck::aSoundProjectHasNoProblems_data()
             .replace("<LabelID>1</LabelID><StatusID>2</StatusID>", {})
             .replace("<StatusID>3</StatusID>", {}));
     QTest::newRow("of format 23") << formed("2.0", "23", systemFolders({}));
+    QTest::newRow("with snapshots") << all({writeSoundProject, withSnapshots});
+    QTest::newRow("without a folder of texts or of snapshots") << all(
+        {writeSoundProject, removingFolder(u"Files/Docs"_qs), removingFolder(u"Snapshots"_qs),
+         recordingText(77, "Text"), recordingText(4, "CustomMetaData")});
     QTest::newRow("as the tool makes it") << Damage([](const TestProject &project) {
         if (runTool({u"new"_qs, project.path()}).status != 0)
             qFatal("could not make a project");
@@ -548,6 +644,8 @@ void TstToolCheck::everyKindOfProblemHasARow()
                             u"unknownDefaultStatus"_qs,
                             u"missingSystemFolder"_qs,
                             u"doubledSystemFolder"_qs,
+                            u"unreadableDocuments"_qs,
+                            u"missingDocuments"_qs,
                             u"unreadableDocument"_qs,
                             u"unreadableComments"_qs,
                             u"unreadableNotes"_qs,
@@ -557,7 +655,11 @@ void TstToolCheck::everyKindOfProblemHasARow()
                             u"unreadableSearchIndex"_qs,
                             u"unknownCollectionMember"_qs,
                             u"orphanedFile"_qs,
-                            u"orphanedSnapshots"_qs};
+                            u"orphanedSnapshots"_qs,
+                            u"unreadableSnapshots"_qs,
+                            u"missingSnapshots"_qs,
+                            u"unreadableSnapshot"_qs,
+                            u"missingSnapshot"_qs};
     QSet<QString> tested;
     const QList<DamageRow> rows = damageRows();
     for (const DamageRow &row : rows) {

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTextDocument>
+#include <QXmlStreamReader>
 
 #include <array>
 
@@ -25,15 +26,30 @@ qsizetype leadingDigits(const QString &name)
     return count;
 }
 
-/** The number that a name begins with; -1 when it is larger than any id. */
-int leadingNumber(const QString &name)
+/** Reads over the texts of an item in the file of texts to search by; whether there are any. */
+bool hasRecordedText(QXmlStreamReader *reader)
 {
-    bool ok = false;
-    const int number = name.first(leadingDigits(name)).toInt(&ok);
-    return ok ? number : -1;
+    static const QStringList tags{u"Text"_qs, u"Notes"_qs, u"Synopsis"_qs};
+    bool isFound = false;
+    while (reader->readNextStartElement()) {
+        const bool isText = tags.contains(reader->name());
+        const QString text = reader->readElementText(QXmlStreamReader::IncludeChildElements);
+        isFound = isFound || (isText && !text.isEmpty());
+    }
+    return isFound;
 }
 
 } // namespace
+
+std::optional<int> leadingNumber(const QString &name, const QString &rest)
+{
+    const qsizetype digits = leadingDigits(name);
+    if (digits == 0 || (!rest.isNull() && QStringView(name).sliced(digits) != rest))
+        return std::nullopt;
+    bool ok = false;
+    const int number = name.first(digits).toInt(&ok);
+    return ok ? number : -1;
+}
 
 QString identityOf(const TVLProjectNode *node)
 {
@@ -272,7 +288,7 @@ void ProjectCheck::checkDocs()
     const QDir directory(TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath));
     const QStringList names = directory.entryList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QString &name : names) {
-        if (leadingDigits(name) > 0 && !isOfItem(QUuid(), name))
+        if (leadingNumber(name) && !isOfItem(QUuid(), name))
             add(u"orphanedFile"_qs, relative(directory.filePath(name)),
                 u"the file belongs to no item"_qs);
     }
@@ -280,16 +296,47 @@ void ProjectCheck::checkDocs()
 
 bool ProjectCheck::isOfItem(const QUuid &uuid, const QString &fileName) const
 {
-    return uuid.isNull() ? leadingDigits(fileName) > 0 && mById.contains(leadingNumber(fileName))
+    return uuid.isNull() ? mById.contains(leadingNumber(fileName).value_or(-1))
                          : mByUuid.contains(uuid);
+}
+
+bool ProjectCheck::checkDocsFolder()
+{
+    const QString path = TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath);
+    const QFileInfo folder(path);
+    if (folder.isDir() && folder.isReadable() && folder.isExecutable())
+        return true;
+    if (!TVLCoreUtil::IsMissing(path))
+        add(u"unreadableDocuments"_qs, relative(path),
+            u"the folder of the texts can't be looked into"_qs);
+    else if (areTextsRecorded())
+        add(u"missingDocuments"_qs, relative(path),
+            u"the folder of the texts is gone, though there were texts to search by"_qs);
+    return false;
+}
+
+bool ProjectCheck::areTextsRecorded() const
+{
+    QFile file(TVLProjectFolderFormat::searchIndexesFilePath(mFiles.projectPath));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QXmlStreamReader reader(&file);
+    while (reader.readNextStartElement()) {
+        if (reader.name() != u"Document")
+            continue; // What items lie in.
+        const bool isItem = mById.contains(reader.attributes().value(u"ID"_qs).toInt());
+        if (hasRecordedText(&reader) && isItem)
+            return true;
+    }
+    return false;
 }
 
 void ProjectCheck::checkTexts()
 {
-    const bool isFolderThere =
-        QDir(TVLProjectFolderFormat::filesDocsPath(mFiles.projectPath)).exists();
+    if (!mHasIds || !checkDocsFolder())
+        return;
     tvlForEachNode(mProject->binderRoot(), [&](TVLProjectNode *node) {
-        if (node->mId < 0 || !isFolderThere)
+        if (node->mId < 0)
             return;
         if (node->canHaveText())
             checkText(node, TVL::MainText);
@@ -298,8 +345,9 @@ void ProjectCheck::checkTexts()
         TVLProjectLinksAndComments extras;
         if (!TVLProjectFolderFormat::parseLinksAndComments(mFiles.projectPath, node, &extras,
                                                            nullptr)) {
-            const bool hasComments = TVLProjectFolderFormat::docsDocumentExists(
-                mFiles.projectPath, node->mId, TVL::CommentsFile);
+            const bool hasComments =
+                !TVLCoreUtil::IsMissing(TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
+                    mFiles.projectPath, node->mId, TVL::CommentsFile));
             const TVL::DocumentType type = hasComments ? TVL::CommentsFile : TVL::LinksFile;
             add(u"unreadableComments"_qs, filePathOf(node, type),
                 u"the comments of '%1' can't be read"_qs.arg(node->mTitle));
@@ -332,22 +380,4 @@ void ProjectCheck::checkNotes()
         return;
     for (const QString &error : std::as_const(errors))
         add(u"unreadableNotes"_qs, u"Files/ProjectNotes"_qs, oneLine(error));
-}
-
-void ProjectCheck::checkSnapshots()
-{
-    const QString suffix = u".snapshots"_qs;
-    const QDir directory(TVLProjectFolderFormat::snapshotsPath(mFiles.projectPath));
-    const QStringList names =
-        directory.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString &name : names) {
-        const qsizetype digits = leadingDigits(name);
-        const bool isNumbered = digits > 0 && QStringView(name).sliced(digits) == suffix;
-        const QUuid uuid = QUuid::fromString(name);
-        const bool isOrphan = isNumbered ? !mById.contains(leadingNumber(name))
-                                         : !uuid.isNull() && !mByUuid.contains(uuid);
-        if (isOrphan)
-            add(u"orphanedSnapshots"_qs, relative(directory.filePath(name)),
-                u"the snapshots belong to no item"_qs);
-    }
 }

@@ -3,12 +3,16 @@
 #include "ProjectOpener.h"
 #include "TVLBinderContents.h"
 
+#include <QDir>
 #include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
 
 #include <memory>
+#include <optional>
+
+struct TVLSnapshotInfo;
 
 /** Something that is wrong with a project. */
 struct Problem
@@ -24,6 +28,12 @@ struct Problem
 [[nodiscard]] QString identityOf(const TVLProjectNode *node);
 
 /**
+ * The number that the name of an item's file or folder begins with, -1 for one that is larger than
+ * any id; nothing for another name. With a @p rest given, only if that is all that follows.
+ */
+[[nodiscard]] std::optional<int> leadingNumber(const QString &name, const QString &rest = {});
+
+/**
  * Reads all of a project and tells what is wrong with it. Nothing on disk is changed.
  *
  * Kinds of problems:
@@ -37,8 +47,11 @@ struct Problem
  *   custom meta-data), `unknownReference`, `unknownChildTemplate`
  * - the project's tables: `duplicateLabel`, `duplicateStatus`, `duplicateKeyword`,
  * `duplicateField`, `unknownDefaultLabel`, `unknownDefaultStatus`
- * - texts: `unreadableDocument` (a main text, notes or a synopsis), `unreadableComments`,
- *   `unreadableNotes` (of the project)
+ * - texts: `unreadableDocuments` (the folder of all), `missingDocuments` (there is none, though
+ *   texts were recorded), `unreadableDocument` (a main text, notes or a synopsis),
+ *   `unreadableComments`, `unreadableNotes` (of the project)
+ * - snapshots: `unreadableSnapshots` (the folder, or the list of an item's), `missingSnapshots`
+ *   (texts without a list), `unreadableSnapshot` (the text of one), `missingSnapshot` (it is gone)
  * - what was recorded of texts: `changedDocument` and `missingDocument` (whose file isn't what its
  *   recorded hash says, or is gone), `unreadableHashes`, `unreadableSearchIndex`
  * - what refers to items: `unknownFavorite` (no opening takes that binder), `unknownReference`
@@ -83,11 +96,15 @@ private:
     void checkIdsOf(const QList<Record> &records, const QString &kind, const QString &where);
 
     void checkDocs();
+    [[nodiscard]] bool checkDocsFolder();
+    [[nodiscard]] bool areTextsRecorded() const;
     void checkTexts();
     void checkText(TVLProjectNode *node, TVL::DocumentType type);
     [[nodiscard]] QString filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const;
     void checkNotes();
     void checkSnapshots();
+    void checkSnapshotsOf(int id, const QString &folderPath);
+    void checkSnapshot(const QDir &folder, const TVLSnapshotInfo &snapshot);
     [[nodiscard]] bool isOfItem(const QUuid &uuid, const QString &fileName) const;
 
     void checkHashes();

@@ -1,0 +1,105 @@
+/* The snapshots of items: the list that each folder of them has, and every text. */
+#include "ProjectCheck.h"
+
+#include "Console.h"
+#include "SnapshotFinder.h"
+#include "TextFile.h"
+
+#include "TVLCoreUtil.h"
+#include "TVLProjectFolderFormat.h"
+#include "TVLSnapshotInfo.h"
+
+#include <QFileInfo>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+const QString ListName = u"index.xml"_qs;
+
+/** The name of a snapshot's file as it is now; older versions wrote the date in other forms. */
+QString presentName(const QString &fileName)
+{
+    const QDateTime date = Format::stringToDateTime(QFileInfo(fileName).baseName(), true);
+    return Format::dateTimeToString(date, true);
+}
+
+QStringList textsIn(const QDir &folder)
+{
+    return folder.entryList({u"*.rtf"_qs}, QDir::Files | QDir::System);
+}
+
+/** The path of a snapshot's text, whether there is one or not. */
+QString textPathOf(const QDir &folder, const TVLSnapshotInfo &snapshot)
+{
+    const QString name = Format::dateTimeToString(snapshot.mDate, true);
+    const QString path = folder.filePath(name + u".rtf"_qs);
+    if (!TVLCoreUtil::IsMissing(path))
+        return path;
+    const QStringList names = textsIn(folder);
+    const auto found = std::find_if(names.begin(), names.end(), [&name](const QString &fileName) {
+        return presentName(fileName) == name;
+    });
+    return found == names.end() ? path : folder.filePath(*found);
+}
+
+} // namespace
+
+void ProjectCheck::checkSnapshots()
+{
+    const QString path = Format::snapshotsPath(mFiles.projectPath);
+    const QFileInfo all(path);
+    if (!all.isDir() || !all.isReadable() || !all.isExecutable()) {
+        if (!TVLCoreUtil::IsMissing(path))
+            add(u"unreadableSnapshots"_qs, relative(path),
+                u"the folder of the snapshots can't be looked into"_qs);
+        return;
+    }
+    const QDir directory(path);
+    const QStringList names = directory.entryList(
+        QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
+        const std::optional<int> id = leadingNumber(name, u".snapshots"_qs);
+        const QUuid uuid = QUuid::fromString(name);
+        const bool isOrphan = id ? !mById.contains(*id) : !uuid.isNull() && !mByUuid.contains(uuid);
+        if (isOrphan)
+            add(u"orphanedSnapshots"_qs, relative(directory.filePath(name)),
+                u"the snapshots belong to no item"_qs);
+        else if (id)
+            checkSnapshotsOf(*id, directory.filePath(name));
+    }
+}
+
+void ProjectCheck::checkSnapshotsOf(int id, const QString &folderPath)
+{
+    const QDir folder(folderPath);
+    const QString listPath = folder.filePath(ListName);
+    const bool isOutOfSight = !QFileInfo::exists(listPath) && !TVLCoreUtil::IsMissing(listPath);
+    QList<TVLSnapshotInfo> snapshots;
+    if (isOutOfSight || !Format::readSnapshots(mFiles.projectPath, id, &snapshots))
+        add(u"unreadableSnapshots"_qs, relative(listPath),
+            u"the list of the item's snapshots can't be read"_qs);
+    else if (!QFileInfo::exists(listPath) && !textsIn(folder).isEmpty())
+        add(u"missingSnapshots"_qs, relative(listPath),
+            u"there are texts of snapshots, but no list of them"_qs);
+    for (const TVLSnapshotInfo &snapshot : std::as_const(snapshots))
+        checkSnapshot(folder, snapshot);
+}
+
+void ProjectCheck::checkSnapshot(const QDir &folder, const TVLSnapshotInfo &snapshot)
+{
+    const QString path = textPathOf(folder, snapshot);
+    const QString what =
+        u"the snapshot '%1' of %2"_qs.arg(oneLine(snapshot.mTitle), dateTextOf(snapshot));
+    if (TVLCoreUtil::IsMissing(path)) {
+        add(u"missingSnapshot"_qs, relative(path), u"%1 has no text"_qs.arg(what));
+        return;
+    }
+    QString error = u"it is no file"_qs;
+    if (!QFileInfo(path).isFile() || !readRichTextFile(path, &error))
+        add(u"unreadableSnapshot"_qs, relative(path),
+            u"%1 can't be read: %2"_qs.arg(what, oneLine(error)));
+}
