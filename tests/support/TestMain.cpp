@@ -49,6 +49,10 @@ int runTest(int argc, char **argv, const Test &test)
         test.prepare();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // How long a test may take is for CTest to say: with all of its cases one can take longer than
+    // Qt Test gives a function.
+    if (qEnvironmentVariableIsEmpty("QTEST_FUNCTION_TIMEOUT"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", "3600000");
     const QTemporaryDir home(temporaryTemplate());
     qputenv("HOME", home.path().toLocal8Bit());
     for (const char *variable :
