@@ -27,6 +27,7 @@ private Q_SLOTS:
     void noTextOfTwoImportsAtOnceIsLost();
     void aProjectIsMadeOnce();
     void aProjectIsNotMadeWhereAnotherRunIsAtWork();
+    void whoeverOnlyReadsIsNotKeptOut();
 };
 
 namespace {
@@ -188,6 +189,25 @@ void TstToolTwoSessions::aProjectIsNotMadeWhereAnotherRunIsAtWork()
         result.errors,
         u"tavel: another run of %1 is at work on '%2'\n"_qs.arg(program, project.path()).toUtf8());
     QCOMPARE(everythingBelow(project.path()), before);
+}
+
+void TstToolTwoSessions::whoeverOnlyReadsIsNotKeptOut()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    const auto guard = TVLProjectGuard::take(project.path());
+    QVERIFY(guard);
+    for (const QStringList &command :
+         {QStringList{u"check"_qs, project.path()}, QStringList{u"info"_qs, project.path()},
+          QStringList{u"outline"_qs, project.path()},
+          QStringList{u"cat"_qs, project.path(), u"4"_qs},
+          QStringList{u"search"_qs, project.path(), u"Gulls"_qs}}) {
+        const ProgramResult result = runTool(command);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        QVERIFY(!result.output.contains("guard"));
+    }
+    QVERIFY(!TVLProjectGuard::take(project.path()));
 }
 
 TVL_TEST(TstToolTwoSessions)
