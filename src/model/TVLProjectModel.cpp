@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLFilesLeft_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLOptions.h"
 #include "TVLProjectChecksums.h"
@@ -16,6 +17,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -37,24 +39,25 @@ int firstGap(const QSet<int> &used)
 class FreeIds
 {
 public:
-    explicit FreeIds(const QList<int> &used)
+    /** @p isTaken may be true of more ids than those. */
+    FreeIds(const QList<int> &used, const std::function<bool(int)> &isTaken)
         : mUsed(used.begin(), used.end())
+        , mIsTaken(isTaken)
         , mNext(TVLProjectModel::findNextFreeId(used))
     {
     }
 
     int take()
     {
-        const int id = mNext;
-        mUsed.insert(id);
-        mNext = id < LargestId ? id + 1 : 0;
-        while (mUsed.contains(mNext))
-            ++mNext;
-        return id;
+        while (mUsed.contains(mNext) || mIsTaken(mNext))
+            mNext = mNext < LargestId ? mNext + 1 : 0;
+        mUsed.insert(mNext);
+        return mNext;
     }
 
 private:
     QSet<int> mUsed;
+    std::function<bool(int)> mIsTaken;
     int mNext;
 };
 
@@ -71,6 +74,7 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     , mName(QFileInfo(path).completeBaseName())
     , mPath(path)
     , mMobileProject(mobileProject)
+    , mFilesLeft(std::make_unique<TVLFilesLeft>())
 {
     mExistingModels.removeAll(nullptr);
     mExistingModels.append(this);
@@ -350,9 +354,20 @@ int TVLProjectModel::findBiggestNodeId() const
 
 int TVLProjectModel::findNextNodeId() const
 {
-    const int biggest = findBiggestNodeId();
-    return biggest < LargestId ? biggest + 1
-                               : firstGap(QSet<int>(mIdMap.keyBegin(), mIdMap.keyEnd()));
+    int id = findBiggestNodeId();
+    while (id < LargestId) {
+        if (!isLeftBehind(++id))
+            return id;
+    }
+    id = 0;
+    while (mIdMap.contains(id) || isLeftBehind(id))
+        ++id;
+    return id;
+}
+
+bool TVLProjectModel::isLeftBehind(int id) const
+{
+    return mFilesLeft->has(mPath, id);
 }
 
 int TVLProjectModel::findNextFreeId(const QList<int> &ids)
@@ -505,6 +520,7 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
     mIdMap.remove(node->mId);
     (void)mSearchIndex->removeDocument(node->mId);
     mForgottenIds.insert(node->mId);
+    mFilesLeft->add(mPath, *node);
     node->mId = -1;
 }
 
@@ -535,7 +551,8 @@ void TVLProjectModel::takeId(TVLProjectNode *node, int id)
 
 void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *other)
 {
-    FreeIds freeIds(orderedChildIDs(nullptr) + other->orderedChildIDs(nullptr));
+    FreeIds freeIds(orderedChildIDs(nullptr) + other->orderedChildIDs(nullptr),
+                    [this](int id) { return isLeftBehind(id); });
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         if (node->mId >= 0)
             return;

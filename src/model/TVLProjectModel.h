@@ -28,6 +28,7 @@ class QPrinter;
 class QTextDocument;
 class QUrl;
 class TVLDocumentSave;
+class TVLFilesLeft;
 class TVLKeywordModel;
 class TVLNumberedFiles;
 class TVLProjectChecksums;
@@ -235,7 +236,11 @@ public:
     [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
     /** The largest id in use; -1 for none. */
     [[nodiscard]] int findBiggestNodeId() const;
-    /** An id for a new node: above all in use, or the first gap when the largest int is used. */
+    /**
+     * An id for a new node: above all in use, or the first gap when the largest int is used. One
+     * that has files or snapshots in the project's folder is passed over: what another item has
+     * left there isn't the new one's.
+     */
     [[nodiscard]] int findNextNodeId() const;
     /** The largest value plus 1; 0 for an empty list. With the largest int used, the first gap. */
     [[nodiscard]] static int findNextFreeId(const QList<int> &ids);
@@ -1308,6 +1313,8 @@ private:
     void dropPersistents(const TVLProjectNode *node);
     [[nodiscard]] InsertPlace insertPlace(const QModelIndex &parent, int row) const;
     [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
+    /** Whether files may lie under an id that no item has. */
+    [[nodiscard]] bool isLeftBehind(int id) const;
     template <typename Insert>
     auto insertBetweenSignals(TVLProjectNode *parent, int row, int count, Insert insert);
     [[nodiscard]] bool givesIds() const;
@@ -1345,6 +1352,8 @@ private:
     void removeNodeIdsFromDependentStructures(QList<int> ids);
     void unloadDocuments(TVLProjectNode *node);
     void forgetNode(TVLProjectNode *node);
+    /** The same for a node whose files stay. */
+    void forgetNodeWithoutFiles(TVLProjectNode *node);
     bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
     void removeLeaves(TVLProjectNode *parent, const TVLNumberedFiles &files);
     void removeRow(TVLProjectNode *node);
@@ -1467,6 +1476,7 @@ private:
     std::unique_ptr<TVLProjectChecksums> mChecksums;
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
     QSet<int> mForgottenIds; ///< Of items that are gone, whose texts the search index still has.
+    std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
     mutable QHash<QString, QPixmap> mCustomIcons; ///< Those that were asked for and found.

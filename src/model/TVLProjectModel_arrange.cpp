@@ -241,7 +241,7 @@ void TVLProjectModel::removeMerged(const QList<TVLProjectNode *> &nodes, bool wi
         if (withFiles)
             (void)removeFilesForNode(node, files);
         else
-            forgetNode(node);
+            forgetNodeWithoutFiles(node);
         removeRow(node);
         endRemoveRows();
     }

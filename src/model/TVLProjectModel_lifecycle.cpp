@@ -88,7 +88,10 @@ void TVLProjectModel::initBlankProject()
     setFolderFormatVersion(TVL::FormatVersion18);
     beginInsertRows(QModelIndex(), 0, int(std::size(SystemFolderRows)) - 1);
     for (const SystemFolderRow &row : SystemFolderRows) {
-        TVLProjectNode *node = createProjectNode(mRootNode.get(), -1, QUuid(), -1);
+        // Their ids are those, even where files of another project lie: they have none of their
+        // own.
+        const int id = mMobileProject ? -1 : int(row.type);
+        TVLProjectNode *node = createProjectNode(mRootNode.get(), -1, QUuid(), id);
         node->mTitle = tr(row.title);
         node->mNodeType = row.type;
     }
@@ -269,6 +272,9 @@ bool TVLProjectModel::saveNow(bool force)
     stopAutoSaveTimer();
     if (mSaved && !force)
         return true;
+    // Before a binder comes that gives the id of a removed item to another one.
+    if (!isIncompatible() && mSearchIndex->isFileMisleading())
+        saveSearch(true);
     const quint64 changeCount = mChangeCount;
     const bool result = saveChanges(nullptr);
     mIsDiskBehind = !result || mChangeCount != changeCount;

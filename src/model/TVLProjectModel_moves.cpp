@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLFilesLeft_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -205,6 +206,12 @@ void TVLProjectModel::forgetNode(TVLProjectNode *node)
     mForgottenIds.insert(node->mId);
 }
 
+void TVLProjectModel::forgetNodeWithoutFiles(TVLProjectNode *node)
+{
+    forgetNode(node);
+    mFilesLeft->add(mPath, *node);
+}
+
 bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
 {
     return node && removeFilesForNode(node, TVLNumberedFiles(mPath));
@@ -214,6 +221,7 @@ bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node, const TVLNumbered
 {
     forgetNode(node);
     const bool result = TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
+    mFilesLeft->remove(node->mId, result);
     forgetChecksums(node);
     return result;
 }
@@ -244,7 +252,7 @@ void TVLProjectModel::removeRow(TVLProjectNode *node)
     // Those below go with it; their texts stay on disk, the latest words with them.
     QList<int> ids;
     tvlForEachNode(node, [this, &ids](TVLProjectNode *descendant) {
-        forgetNode(descendant);
+        forgetNodeWithoutFiles(descendant);
         ids.append(descendant->mId);
     });
     removeNodeIdsFromDependentStructures(ids);

@@ -99,6 +99,9 @@ public:
                          const QList<int> &keywordIds);
     /** Forgets an item's keywords, label and status. Its texts stay. */
     bool removeDocument(int id);
+    /** Whether the file of the texts names an id that is another item's now. A session that begins
+     * with such a file takes the texts of the one for those of the other. */
+    [[nodiscard]] bool isFileMisleading() const { return mIsFileMisleading; }
     /** Forgets the texts too: the id is about to be that of another item. */
     void forgetTexts(int id);
 
@@ -205,6 +208,8 @@ private:
     TVLSearchedProject *mProject; ///< Not owned; may be null.
     bool mIsLoaded = false;
     bool mIsModified = false;
+    QSet<int> mStoredIds; ///< Of the items in the file.
+    bool mIsFileMisleading = false;
     std::unique_ptr<QSqlQuery> mInsertText; ///< Null until the tables are there.
     std::unique_ptr<QSqlQuery> mInsertInt; ///< Null until the tables are there.
     bool mHasDocumentInts = false;

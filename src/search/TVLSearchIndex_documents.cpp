@@ -81,6 +81,7 @@ bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, 
     for (const int keywordId : keywordIds)
         addDocumentKeyword(id, keywordId);
     mIsModified = true;
+    mIsFileMisleading = mIsFileMisleading || mStoredIds.contains(id);
     return true;
 }
 

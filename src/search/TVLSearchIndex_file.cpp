@@ -162,8 +162,8 @@ bool writeDocument(QXmlStreamWriter *writer, int id, std::vector<QSqlQuery> *tex
     return true;
 }
 
-/** Writes all items; false when the database fails. */
-bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database)
+/** Writes all items and tells their ids; false when the database fails. */
+bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database, QSet<int> *ids)
 {
     QSqlQuery identities(database);
     identities.setForwardOnly(true);
@@ -183,8 +183,10 @@ bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database)
     writer->writeAttribute(VersionAttribute, Version);
     writer->writeStartElement(DocumentsTag);
     while (identities.next()) {
-        if (!writeDocument(writer, identities.value(0).toInt(), &texts))
+        const int id = identities.value(0).toInt();
+        if (!writeDocument(writer, id, &texts))
             return false;
+        ids->insert(id);
     }
     writer->writeEndDocument();
     return succeeded(identities, !identities.lastError().isValid(), __LINE__);
@@ -228,8 +230,11 @@ bool TVLSearchIndex::load(QString *error)
 bool TVLSearchIndex::loadDocuments(QIODevice *device, QString *error)
 {
     Bundle bundle(this);
-    const QString readError = readDocuments(
-        device, [this](int id, const QHash<int, QString> &texts) { loadDocument(id, texts); });
+    const QString readError =
+        readDocuments(device, [this](int id, const QHash<int, QString> &texts) {
+            mStoredIds.insert(id);
+            loadDocument(id, texts);
+        });
     tvlSetError(error, readError);
     return readError.isEmpty() && bundle.isOpen() && bundle.keep();
 }
@@ -270,11 +275,14 @@ void TVLSearchIndex::save()
     QByteArray content;
     QXmlStreamWriter writer(&content);
     writer.setAutoFormatting(true);
-    if (!writeDocuments(&writer, *this))
+    QSet<int> ids;
+    if (!writeDocuments(&writer, *this, &ids))
         return;
     if (!TVLCoreUtil::WriteBinaryFile(content, searchIndexesFilePath(), nullptr)) {
         qCritical() << "could not write to search indexes file";
         return;
     }
+    mStoredIds = ids;
+    mIsFileMisleading = false;
     mIsModified = false;
 }

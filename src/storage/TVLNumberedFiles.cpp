@@ -46,6 +46,20 @@ QStringList TVLNumberedFiles::fileNames(int id) const
     return mFileNames->value(id);
 }
 
+QSet<int> TVLNumberedFiles::ids() const
+{
+    QSet<int> ids;
+    QDirIterator entries(TVLProjectFolderFormat::filesDocsPath(mProjectPath),
+                         QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    while (entries.hasNext()) {
+        entries.next();
+        const int id = idOf(entries.fileName());
+        if (id >= 0)
+            ids.insert(id);
+    }
+    return ids;
+}
+
 QHash<int, QStringList> TVLNumberedFiles::list() const
 {
     QHash<int, QStringList> fileNames;

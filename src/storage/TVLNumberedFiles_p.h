@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +19,8 @@ public:
 
     /** The names of all files of an item, in no order. */
     [[nodiscard]] QStringList fileNames(int id) const;
+    /** The ids that the files' names, or those of folders in place of files, begin with. */
+    [[nodiscard]] QSet<int> ids() const;
 
 private:
     [[nodiscard]] QHash<int, QStringList> list() const;

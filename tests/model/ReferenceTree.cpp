@@ -121,6 +121,8 @@ int ReferenceTree::nextId() const
     const Nodes nodes = all();
     for (const Node *node : nodes)
         id = std::max(id, node->id + 1);
+    while (mFiles.value(id) != ReferenceFiles())
+        ++id;
     return id;
 }
 

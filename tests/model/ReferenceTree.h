@@ -40,6 +40,8 @@ struct ReferenceFiles
     QString notes;
     QString synopsis;
     bool hasImage = false;
+
+    friend bool operator==(const ReferenceFiles &, const ReferenceFiles &) = default;
 };
 
 /** What of an item comes along with a copy. */
@@ -55,8 +57,9 @@ struct ReferenceCloneOptions
  * without signals, maps, documents in memory or any regard for speed. A test does the same to this
  * and to a model and compares.
  *
- * Ids are given out as a model of the format with ids does: the largest in use plus 1. Files belong
- * to ids, not to items: those that a removed item left behind are found by the next item of its id.
+ * Ids are given out as a model of the format with ids does: the largest in use plus 1, or a larger
+ * one that has no files. Files belong to ids, not to items: those that a removed item left behind
+ * stay.
  */
 class ReferenceTree
 {

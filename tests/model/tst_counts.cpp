@@ -149,8 +149,8 @@ void TstCounts::aCountIsKeptUntilAnEdit()
 void TstCounts::aCountLoadsTheTextOnce()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 from the file}");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 from the file}");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->characterCount(index), 13);
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->findNode(3)}));
@@ -238,8 +238,8 @@ void TstCounts::withoutTextNothingIsCounted()
 void TstCounts::aSessionCountsFromTheFirstLoad()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 there before}");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 there before}");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->sessionWordCount(index, false, false), 0);
     QCOMPARE(model->sessionCharacterCount(index), 0);
@@ -251,8 +251,8 @@ void TstCounts::aSessionCountsFromTheFirstLoad()
 void TstCounts::aSessionWithLessTextIsNegative()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three words here}");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three words here}");
     const QModelIndex index = firstText(model.get());
     QTextCursor cursor(model->referenceText(index));
     cursor.movePosition(QTextCursor::NextWord, QTextCursor::KeepAnchor);

@@ -403,10 +403,10 @@ void TstDocumentLoading::aLoadReadsTheFiles()
 void TstDocumentLoading::aLoadedDocumentIsCleanAndHasNoHistory()
 {
     const TestProject project;
+    const auto model = project.create();
     project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
     project.writeFile(u"Files/Docs/3_notes.rtf"_qs, "{\\rtf1 notes}");
     project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
-    const auto model = project.create();
     TVLProjectNode *node = model->findNode(3);
     model->loadDocuments(node);
     for (const TVLTextDocument *document :
@@ -425,9 +425,9 @@ void TstDocumentLoading::aLoadedDocumentIsCleanAndHasNoHistory()
 void TstDocumentLoading::aLoadChangesNothingInTheProject()
 {
     const TestProject project;
+    const auto model = project.create();
     project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
     project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
-    const auto model = project.create();
     const ModelTester tester(model.get());
     makeAllOld(model.get());
     const SignalLog log(model.get());
@@ -440,9 +440,9 @@ void TstDocumentLoading::aLoadChangesNothingInTheProject()
 void TstDocumentLoading::aLoadTellsWhichTextsThereAre()
 {
     const TestProject project;
+    const auto model = project.create();
     project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
     project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
-    const auto model = project.create();
     TVLProjectNode *node = model->findNode(3);
     node->mHasDocumentNote = true;
     model->loadDocuments(node);
@@ -454,8 +454,8 @@ void TstDocumentLoading::aLoadTellsWhichTextsThereAre()
 void TstDocumentLoading::theFirstLoadFixesTheSessionsBase()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three little words}");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three little words}");
     TVLProjectNode *node = model->findNode(3);
     QCOMPARE(node->mSessionWordCount, -1);
     QCOMPARE(node->mSessionCharacterCount, -1);
@@ -482,8 +482,8 @@ void TstDocumentLoading::aSynopsisGetsTheDefaultFormat()
 {
     const DefaultFontSize size(17);
     const TestProject project;
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "first\nsecond");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "first\nsecond");
     const TVLTextDocument *synopsis = model->referenceSynopsis(firstText(model.get()));
     QCOMPARE(synopsis->blockCount(), 2);
     QCOMPARE(synopsis->defaultFont().pointSizeF(), 17.0);

@@ -199,8 +199,8 @@ void TstTextsFromText::synopsesAreSearchedInTheOrderOfTheBinder()
 void TstTextsFromText::onlySynopsesInMemoryAreSearched()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "hero");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "hero");
     QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
     QVERIFY(model->loadedNodes().isEmpty());
     model->loadDocuments(model->findNode(3));
@@ -210,8 +210,8 @@ void TstTextsFromText::onlySynopsesInMemoryAreSearched()
 void TstTextsFromText::systemFoldersAreNotSearched()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/0_synopsis.txt"_qs, "hero");
     const auto model = project.create();
+    project.writeFile(u"Files/Docs/0_synopsis.txt"_qs, "hero");
     model->loadDocuments(model->findNode(0));
     QCOMPARE(model->findNode(0)->mSynopsisDocument->toPlainText(), u"hero"_qs);
     QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
