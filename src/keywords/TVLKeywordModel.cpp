@@ -8,6 +8,7 @@
 #include "TVLSearchIndex.h"
 
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QStringList>
 
 #include <algorithm>
@@ -284,10 +285,10 @@ void TVLKeywordModel::insertNew(int row, TVLKeywordItem item)
     childIds(item.parentId).insert(row, id);
     enterTitle(item);
     mFreedIds.erase(id);
-    const TVLKeywordItem &inserted = *mItems.insert(id, item);
-    endInsertRows();
+    mItems.insert(id, item);
     if (mSearchIndex)
-        mSearchIndex->addKeyword(id, inserted.title);
+        mSearchIndex->addKeyword(id, item.title);
+    endInsertRows();
     Q_EMIT modelChanged();
 }
 
@@ -296,7 +297,7 @@ bool TVLKeywordModel::insertItem(int row, const QModelIndex &parent, const QStri
     TVLKeywordItem item;
     item.title = title.simplified();
     item.parentId = idOf(parent);
-    if (item.title.isEmpty() || findTitle(item.title).isValid())
+    if (mIsRemoving || item.title.isEmpty() || findTitle(item.title).isValid())
         return false;
     if (parent.isValid() && !findItem(item.parentId))
         return false;
@@ -310,7 +311,7 @@ bool TVLKeywordModel::insertItem(int row, const QModelIndex &parent, const QStri
 
 QModelIndex TVLKeywordModel::addChild(int id, int parentId)
 {
-    if (id < 0)
+    if (mIsRemoving || id < 0)
         return {};
     if (!findItem(parentId))
         parentId = NoId;
@@ -330,6 +331,8 @@ void TVLKeywordModel::renewItem(int id, int parentId)
     if (!isInside(parentId, id))
         moveItem(id, parentId, int(childIds(parentId).size()));
     TVLKeywordItem *item = findItem(id);
+    if (!item)
+        return;
     item->color = QColor();
     changeTitle(item, QString());
 }
@@ -368,7 +371,8 @@ bool TVLKeywordModel::setColor(const QModelIndex &index, const QColor &color)
 void TVLKeywordModel::announceChange(int id)
 {
     const QModelIndex changed = index(id);
-    Q_EMIT dataChanged(changed, changed);
+    if (changed.isValid())
+        Q_EMIT dataChanged(changed, changed);
     Q_EMIT modelChanged();
 }
 
@@ -376,14 +380,18 @@ bool TVLKeywordModel::removeItem(const QModelIndex &index)
 {
     const int id = idOf(index);
     const TVLKeywordItem *item = findItem(id);
-    if (!item)
+    if (mIsRemoving || !item)
         return false;
     const int parentId = item->parentId;
     const int row = rowOf(*item);
     beginRemoveRows(this->index(parentId), row, row);
     childIds(parentId).removeAt(row);
     const QSet<int> ids = allChidren(id);
-    Q_EMIT keywordsAboutToBeRemoved(ids);
+    {
+        // Views are between two states, and can't follow another change of rows.
+        const QScopedValueRollback removing(mIsRemoving, true);
+        Q_EMIT keywordsAboutToBeRemoved(ids);
+    }
     for (const int removedId : ids)
         forgetItem(removedId);
     endRemoveRows();
@@ -400,19 +408,18 @@ void TVLKeywordModel::forgetItem(int id)
         mSearchIndex->removeKeyword(id);
 }
 
-int TVLKeywordModel::moveItem(int id, int parentId, int row)
+void TVLKeywordModel::moveItem(int id, int parentId, int row)
 {
     TVLKeywordItem *item = findItem(id);
     const int oldRow = rowOf(*item);
     const int newRow = parentId == item->parentId && row > oldRow ? row - 1 : row;
     if (!beginMoveRows(index(item->parentId), oldRow, oldRow, index(parentId), row))
-        return newRow; // It is there already.
+        return; // It is there already.
     childIds(item->parentId).removeAt(oldRow);
     childIds(parentId).insert(newRow, id);
     item->parentId = parentId;
     item->rowHint = newRow;
     endMoveRows();
-    return newRow;
 }
 
 // --- Drag and drop
@@ -456,7 +463,7 @@ bool TVLKeywordModel::dropMimeData(const QMimeData *mime, Qt::DropAction action,
                                    int column, const QModelIndex &parent)
 {
     Q_UNUSED(column)
-    if (!mime || !mime->hasText() || (parent.isValid() && !findItem(idOf(parent))))
+    if (mIsRemoving || !mime || !mime->hasText() || (parent.isValid() && !findItem(idOf(parent))))
         return false;
     const QStringList titles = mime->text().split(TitleSeparator, Qt::SkipEmptyParts);
     const int dropRow = std::clamp(row, 0, rowCount(parent));
@@ -469,8 +476,29 @@ bool TVLKeywordModel::dropMimeData(const QMimeData *mime, Qt::DropAction action,
 
 void TVLKeywordModel::copyTitles(const QStringList &titles, int row, const QModelIndex &parent)
 {
-    for (const QString &title : titles)
-        insertItem(row++, parent, title);
+    const int parentId = idOf(parent);
+    for (const QString &title : titles) {
+        if (!isParent(parentId))
+            return;
+        const bool isInserted = insertItem(row, index(parentId), title);
+        ++row;
+        if (isInserted && isParent(parentId))
+            row = rowBehind(idOf(findTitle(title)), parentId, row);
+    }
+}
+
+bool TVLKeywordModel::isParent(int id) const
+{
+    return id == NoId || findItem(id);
+}
+
+/** The row behind a keyword that lies in a parent; for any other one the row that is given, as far
+ * as there are so many. */
+int TVLKeywordModel::rowBehind(int id, int parentId, int otherwise) const
+{
+    const TVLKeywordItem *item = findItem(id);
+    return item && item->parentId == parentId ? rowOf(*item) + 1
+                                              : std::min(otherwise, int(childIds(parentId).size()));
 }
 
 bool TVLKeywordModel::moveTitles(const QStringList &titles, int row, const QModelIndex &parent)
@@ -484,9 +512,17 @@ bool TVLKeywordModel::moveTitles(const QStringList &titles, int row, const QMode
             return false;
         ids.append(idOf(found));
     }
-    // Identities, because each move may shift the rows of what the next one is about.
-    for (const int id : std::as_const(ids))
-        row = moveItem(id, parentId, row) + 1;
+    // Identities, because each move may shift the rows of what the next one is about, and who hears
+    // of it may remove keywords.
+    for (const int id : std::as_const(ids)) {
+        if (!isParent(parentId))
+            break;
+        if (!findItem(id))
+            continue;
+        moveItem(id, parentId, row);
+        if (isParent(parentId))
+            row = rowBehind(id, parentId, row);
+    }
     Q_EMIT modelChanged();
     return true;
 }

@@ -122,7 +122,8 @@ public:
 Q_SIGNALS:
     /** After every change of any kind. */
     void modelChanged();
-    /** The keywords are still known, but no longer have a row. */
+    /** The keywords are still known, but no longer have a row. Who hears of it can't insert, remove
+     * or move keywords: views have been told of one change and not yet seen it. */
     void keywordsAboutToBeRemoved(QSet<int> ids);
 
 private:
@@ -142,8 +143,11 @@ private:
     void renewItem(int id, int parentId);
     void changeTitle(TVLKeywordItem *item, const QString &title);
     void forgetItem(int id);
-    /** Moves a keyword before a row of a parent, and says at which row it is then. */
-    int moveItem(int id, int parentId, int row);
+    /** Moves a keyword before a row of a parent. */
+    void moveItem(int id, int parentId, int row);
+    /** Whether keywords may be put there: -1 is the top level. */
+    [[nodiscard]] bool isParent(int id) const;
+    [[nodiscard]] int rowBehind(int id, int parentId, int otherwise) const;
     void copyTitles(const QStringList &titles, int row, const QModelIndex &parent);
     [[nodiscard]] bool moveTitles(const QStringList &titles, int row, const QModelIndex &parent);
     void enterTitle(const TVLKeywordItem &item);
@@ -155,6 +159,7 @@ private:
     QList<int> mRootItems; ///< In display order.
     /** Each title in the form in which titles are compared, with its keyword. */
     std::set<std::pair<QString, int>> mTitles;
+    bool mIsRemoving = false; ///< keywordsAboutToBeRemoved() is on its way.
     std::set<int> mFreedIds; ///< Unused ones below mNextId.
     mutable int mNextId = 1; ///< All from 1 up to here were used at some time.
 };
