@@ -81,7 +81,7 @@ void saveTexts(benchmark::State &state, int texts, double target)
 void registerBenchmarks()
 {
     // The log's line about a journal that can't be written is no part of what is measured.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { });
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     registerRatio("save_changed_texts/1", 31,
                   [](benchmark::State &state) { saveTexts(state, 1, 2.5); });
     registerRatio("save_changed_texts/1000", 5,

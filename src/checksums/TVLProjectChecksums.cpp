@@ -2,10 +2,12 @@
 
 #include "TUuid.h"
 #include "TVLCoreUtil.h"
+#include "TVLFilePresence_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 #include <QStringTokenizer>
@@ -47,6 +49,14 @@ QUuid wholeUuid(QStringView text)
 
 // --- Lines of a checksum file
 
+/** What a note has behind the name of its file. */
+const QString NoteSuffix = u".saved"_qs;
+
+ChecksumKey noteKey(const ChecksumKey &key)
+{
+    return {key.first, key.second + NoteSuffix};
+}
+
 ChecksumKey keyOf(QStringView text)
 {
     const qsizetype slash = text.indexOf(u'/');
@@ -63,6 +73,14 @@ void appendLine(const ChecksumKey &key, const QByteArray &checksum, QByteArray *
     lines->append(name.toUtf8()).append('=').append(checksum.toHex()).append('\n');
 }
 
+QByteArray linesOf(const ChecksumMap &checksums)
+{
+    QByteArray lines;
+    for (auto entry = checksums.cbegin(); entry != checksums.cend(); ++entry)
+        appendLine(entry.key(), entry.value(), &lines);
+    return lines;
+}
+
 void addLine(QStringView line, ChecksumMap *checksums)
 {
     const qsizetype equalSign = line.indexOf(u'=');
@@ -76,27 +94,22 @@ void addLine(QStringView line, ChecksumMap *checksums)
 
 // --- Folders with a folder for each item
 
-/** Where they lie in a project. */
-struct DataFolder
-{
-    QString (*path)(const QString &projectPath);
-    QString (*itemPath)(const QString &projectPath, const QUuid &uuid);
-};
-
-constexpr DataFolder DesktopData = {&Format::filesDataPath, &Format::filesDataNodePath};
-constexpr DataFolder MobileData = {&Format::mobileDataPath, &Format::mobileDataNodePath};
-
 /**
- * Calls @p visit with the key and the path of each document in such a folder, until it returns
- * false.
+ * Calls @p visit with the key and the path of each document in the items' folders of a folder,
+ * until it returns false. A folder is found by the name that it has: a uuid is the same in either
+ * case.
  */
 template <typename Visit>
-void visitDocuments(const DataFolder &data, const QString &projectPath, QDir::Filters filters,
-                    Visit &&visit)
+void visitDocuments(const QString &dataPath, QDir::Filters filters, Visit &&visit)
 {
-    const QList<QUuid> uuids = Format::folderUUIDs(data.path(projectPath));
-    for (const QUuid &uuid : uuids) {
-        const QDir folder(data.itemPath(projectPath, uuid));
+    const QDir data(dataPath);
+    // Of two for one item, the one in capitals comes first: that is how the project calls it.
+    const QStringList folderNames = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &folderName : folderNames) {
+        const QUuid uuid = wholeUuid(folderName);
+        if (uuid.isNull())
+            continue;
+        const QDir folder(data.filePath(folderName));
         const QStringList names = folder.entryList(filters, QDir::Unsorted);
         for (const QString &name : names) {
             if (!isClassified(Format::findDocumentTypeUuid(name)))
@@ -107,14 +120,15 @@ void visitDocuments(const DataFolder &data, const QString &projectPath, QDir::Fi
     }
 }
 
-ChecksumMap calcDataChecksums(const DataFolder &data, const QString &path)
+ChecksumMap calcDataChecksums(const QString &dataPath)
 {
     ChecksumMap checksums;
     const auto add = [&](const ChecksumKey &key, const QString &filePath) {
-        checksums.insert(key, Format::calcChecksum(filePath));
+        if (!checksums.contains(key))
+            checksums.insert(key, Format::calcChecksum(filePath));
         return true;
     };
-    visitDocuments(data, Format::calcEnclosingPath(path), QDir::Files, add);
+    visitDocuments(dataPath, QDir::Files, add);
     return checksums;
 }
 
@@ -172,6 +186,12 @@ QByteArray TVLProjectChecksums::currentHddChecksumMobile(const QUuid &uuid,
     return Format::md5Mobile(path(), uuid, type);
 }
 
+QByteArray TVLProjectChecksums::currentHddChecksumNode(const TVLProjectNode *node,
+                                                       TVL::DocumentType type) const
+{
+    return Format::calcChecksum(nodeFile(node, type).path);
+}
+
 void TVLProjectChecksums::setChecksums(const ChecksumMap &checksums)
 {
     mChecksums = checksums;
@@ -186,6 +206,31 @@ QByteArray TVLProjectChecksums::loadedChecksum(int id, TVL::DocumentType type) c
 QByteArray TVLProjectChecksums::loadedChecksum(const QUuid &uuid, TVL::DocumentType type) const
 {
     return mChecksums.value(checksumKey(uuid, type));
+}
+
+void TVLProjectChecksums::setHashSumNode(const TVLProjectNode *node, TVL::DocumentType type,
+                                         const QByteArray &checksum)
+{
+    if (!node || !isTracked(type))
+        return;
+    const ChecksumKey key = nodeFile(node, type).key;
+    if (mChecksums.value(key) == checksum && mChecksums.contains(key) != checksum.isEmpty())
+        return;
+    forget(key);
+    if (!checksum.isEmpty()) {
+        mChecksums.insert(key, checksum);
+        if (mNotes.value(key).isEmpty()) // It may hold anything no more.
+            mNotes.remove(key);
+    }
+    setModified(true);
+}
+
+void TVLProjectChecksums::forgetHashSums(int id)
+{
+    if (mChecksums.isEmpty()) // As it is while a project is opened, with all its items.
+        return;
+    for (const TVL::DocumentType type : TrackedTypes)
+        forget(numberedFile(id, type).key);
 }
 
 void TVLProjectChecksums::setModified(bool modified)
@@ -218,12 +263,8 @@ void TVLProjectChecksums::updateHashSum(int id, TVL::DocumentType type)
 
 void TVLProjectChecksums::updateHashSumNode(const TVLProjectNode *node, TVL::DocumentType type)
 {
-    if (!node || !isTracked(type))
-        return;
-    if (mFolder->formatVersion() == TVL::FormatVersion23)
-        updateLoadedCheckSumsData(node->mUuid, type);
-    else
-        updateLoadedCheckSums(node->mId, type);
+    if (node && isTracked(type))
+        refresh(nodeFile(node, type));
 }
 
 void TVLProjectChecksums::updateHashSumMobile(const QUuid &uuid, TVL::DocumentType type)
@@ -249,10 +290,7 @@ void TVLProjectChecksums::updateLoadedCheckSumsMobile(const QUuid &uuid, TVL::Do
 
 bool TVLProjectChecksums::saveChecksumFile(const QString &filePath, const ChecksumMap &checksums)
 {
-    QByteArray lines;
-    for (auto entry = checksums.cbegin(); entry != checksums.cend(); ++entry)
-        appendLine(entry.key(), entry.value(), &lines);
-    return TVLCoreUtil::WriteBinaryFile(lines, filePath, nullptr);
+    return TVLCoreUtil::WriteBinaryFile(linesOf(checksums), filePath, nullptr);
 }
 
 bool TVLProjectChecksums::loadChecksumFile(const QString &filePath, ChecksumMap *checksums)
@@ -272,7 +310,12 @@ bool TVLProjectChecksums::saveChecksums()
     bool ok = false;
     const QString filePath = Format::projectChecksumFilePathId(path());
     Format::ensurePathExists(QFileInfo(filePath).path(), &ok);
-    if (!ok || !saveChecksumFile(filePath, mChecksums))
+    ChecksumMap content = mChecksums;
+    for (auto entry = mNotes.cbegin(); entry != mNotes.cend(); ++entry) {
+        if (entry.value() != mChecksums.value(entry.key()))
+            content.insert(noteKey(entry.key()), entry.value());
+    }
+    if (!ok || !saveChecksumFile(filePath, content))
         return false;
     setModified(false);
     return true;
@@ -281,17 +324,108 @@ bool TVLProjectChecksums::saveChecksums()
 bool TVLProjectChecksums::loadChecksums()
 {
     setModified(false);
-    return loadChecksumFile(Format::projectChecksumFilePathId(path()), &mChecksums);
+    const bool isLoaded = loadChecksumFile(Format::projectChecksumFilePathId(path()), &mChecksums);
+    mNotes = takeNotes(&mChecksums);
+    return isLoaded;
+}
+
+bool TVLProjectChecksums::isFileMissing() const
+{
+    return QFileInfo(Format::filesDocsPath(path())).isDir()
+        && tvlIsMissing(Format::projectChecksumFilePathId(path()));
+}
+
+void TVLProjectChecksums::makeFile() const
+{
+    if (isFileMissing())
+        (void)saveChecksumFile(Format::projectChecksumFilePathId(path()), {});
+}
+
+bool TVLProjectChecksums::withdrawOutdated() const
+{
+    const QString filePath = Format::projectChecksumFilePathId(path());
+    if (tvlIsMissing(filePath))
+        return true;
+    ChecksumMap content;
+    const bool isLoaded = loadChecksumFile(filePath, &content);
+    ChecksumMap outdated = content;
+    outdated.removeIf([this](const auto &entry) {
+        return isNote(entry.key().second) || mChecksums.value(entry.key()) == entry.value();
+    });
+    if (isLoaded && outdated.isEmpty())
+        return true;
+    for (auto entry = outdated.cbegin(); entry != outdated.cend(); ++entry) {
+        content.remove(entry.key());
+        if (!content.contains(noteKey(entry.key())))
+            content.insert(noteKey(entry.key()), entry.value());
+    }
+    return saveChecksumFile(filePath, content);
+}
+
+void TVLProjectChecksums::noteWriting(const TVLProjectNode *node,
+                                      const QList<TVL::DocumentType> &types)
+{
+    ChecksumMap notes;
+    for (const TVL::DocumentType type : types)
+        notes.insert(nodeFile(node, type).key, {});
+    note(notes);
+}
+
+void TVLProjectChecksums::noteWritten(const TVLProjectNode *node,
+                                      const QList<TVL::DocumentType> &types)
+{
+    ChecksumMap notes;
+    for (const TVL::DocumentType type : types) {
+        const ChecksumKey key = nodeFile(node, type).key;
+        notes.insert(key, mChecksums.value(key));
+    }
+    note(notes);
+}
+
+void TVLProjectChecksums::note(const ChecksumMap &notes)
+{
+    // In a line of its own, even if somebody has left the last one without an end.
+    QByteArray lines = "\n";
+    for (auto entry = notes.cbegin(); entry != notes.cend(); ++entry) {
+        mNotes.insert(entry.key(), entry.value());
+        appendLine(noteKey(entry.key()), entry.value(), &lines);
+    }
+    const QString filePath = Format::projectChecksumFilePathId(path());
+    const QString textsPath = Format::searchIndexesFilePath(path());
+    // Where the texts can't be, nothing is done to their hashes either.
+    if (notes.isEmpty() || !QFileInfo(filePath).isFile()
+        || (!tvlIsMissing(textsPath) && !QFileInfo(textsPath).isFile()))
+        return;
+    QFile file(filePath);
+    if (file.open(QIODevice::Append | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+        file.write(lines);
+}
+
+bool TVLProjectChecksums::isNote(const QString &name)
+{
+    return name.endsWith(NoteSuffix);
+}
+
+ChecksumMap TVLProjectChecksums::takeNotes(ChecksumMap *checksums)
+{
+    ChecksumMap notes;
+    checksums->removeIf([&notes](const auto &entry) {
+        const auto &[uuid, name] = entry.key();
+        if (isNote(name))
+            notes.insert({uuid, name.chopped(NoteSuffix.size())}, entry.value());
+        return isNote(name);
+    });
+    return notes;
 }
 
 ChecksumMap TVLProjectChecksums::calcFilesDataChecksums(const QString &path)
 {
-    return calcDataChecksums(DesktopData, path);
+    return calcDataChecksums(Format::filesDataPath(Format::calcEnclosingPath(path)));
 }
 
 ChecksumMap TVLProjectChecksums::calcMobileDataChecksums(const QString &path)
 {
-    return calcDataChecksums(MobileData, path);
+    return calcDataChecksums(Format::mobileDataPath(Format::calcEnclosingPath(path)));
 }
 
 ChecksumMap TVLProjectChecksums::calcFilesDocsChecksums(const QString &path)
@@ -304,6 +438,17 @@ ChecksumMap TVLProjectChecksums::calcFilesDocsChecksums(const QString &path)
             checksums.insert({QUuid(), name}, Format::calcChecksum(folder.filePath(name)));
     }
     return checksums;
+}
+
+void TVLProjectChecksums::dropChangedFilesDocsChecksums()
+{
+    ChecksumMap checksums = mChecksums;
+    const ChecksumMap files = calcFilesDocsChecksums(path());
+    checksums.removeIf([&files](const auto &entry) {
+        return entry.key().first.isNull() && files.value(entry.key()) != entry.value();
+    });
+    setChecksums(checksums);
+    mNotes.clear();
 }
 
 void TVLProjectChecksums::updateFilesDataChecksumsFromHdd()
@@ -323,10 +468,11 @@ void TVLProjectChecksums::updateMobileDataChecksums(const QString &path, Checksu
     ChecksumMap files;
     const auto add = [&](const ChecksumKey &key, const QString &filePath) {
         const auto known = checksums->constFind(key);
-        files.insert(key, known == checksums->cend() ? Format::calcChecksum(filePath) : *known);
+        if (!files.contains(key))
+            files.insert(key, known == checksums->cend() ? Format::calcChecksum(filePath) : *known);
         return true;
     };
-    visitDocuments(MobileData, Format::calcEnclosingPath(path), QDir::Files, add);
+    visitDocuments(Format::mobileDataPath(Format::calcEnclosingPath(path)), QDir::Files, add);
     *checksums = files;
 }
 
@@ -348,7 +494,7 @@ bool TVLProjectChecksums::mobileDataHasConflicts(const QString &path, const Chec
         return !isFast || !(hasNew || hasModified);
     };
     // Folders too: one in the place of a file is no file as expected.
-    visitDocuments(MobileData, Format::calcEnclosingPath(path),
+    visitDocuments(Format::mobileDataPath(Format::calcEnclosingPath(path)),
                    QDir::AllEntries | QDir::NoDotAndDotDot, compare);
     store(newFiles, hasNew);
     store(missingFiles, !missing.isEmpty());
@@ -373,6 +519,13 @@ QString TVLProjectChecksums::path() const
     return Format::calcEnclosingPath(mFolder->projectPath());
 }
 
+TVLProjectChecksums::RecordedFile TVLProjectChecksums::nodeFile(const TVLProjectNode *node,
+                                                                TVL::DocumentType type) const
+{
+    return mFolder->formatVersion() == TVL::FormatVersion23 ? dataFile(node->mUuid, type)
+                                                            : numberedFile(node->mId, type);
+}
+
 TVLProjectChecksums::RecordedFile TVLProjectChecksums::numberedFile(int id,
                                                                     TVL::DocumentType type) const
 {
@@ -389,22 +542,35 @@ TVLProjectChecksums::RecordedFile TVLProjectChecksums::dataFile(const QUuid &uui
 TVLProjectChecksums::RecordedFile TVLProjectChecksums::mobileFile(const QUuid &uuid,
                                                                   TVL::DocumentType type) const
 {
-    return {checksumKey(uuid, type), Format::mobileDataNodeTypeFilePath(path(), uuid, type)};
+    return {checksumKey(uuid, type), Format::findMobileDataNodeTypeFilePath(path(), uuid, type)};
 }
 
 bool TVLProjectChecksums::matches(const RecordedFile &file) const
 {
     const auto record = mChecksums.constFind(file.key);
     if (record == mChecksums.cend())
-        return !QFileInfo::exists(file.path);
+        return tvlIsMissing(file.path);
     return checksumsMatch(file.path, *record);
 }
 
 void TVLProjectChecksums::refresh(const RecordedFile &file)
 {
-    if (QFileInfo::exists(file.path))
-        mChecksums.insert(file.key, Format::calcChecksum(file.path));
-    else
+    if (tvlIsMissing(file.path))
         mChecksums.remove(file.key);
+    else
+        mChecksums.insert(file.key, Format::calcChecksum(file.path));
+    mNotes.remove(file.key);
+    setModified(true);
+}
+
+/** Takes a record away. Of the file it is still known how it was left. */
+void TVLProjectChecksums::forget(const ChecksumKey &key)
+{
+    const auto record = mChecksums.constFind(key);
+    if (record == mChecksums.cend())
+        return;
+    if (!mNotes.contains(key))
+        mNotes.insert(key, *record);
+    mChecksums.erase(record);
     setModified(true);
 }

@@ -3,6 +3,7 @@
 #include "TVL.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QMap>
 #include <QPair>
 #include <QString>
@@ -28,6 +29,13 @@ using ChecksumMap = QMap<ChecksumKey, QByteArray>;
  * Static operations work on any map and take the project's path, which may be that of its binder.
  * The others work on the map of one project, the records of which are the hashes of the numbered
  * files as a rule. A record may be stale; what says `currentHdd` reads the file.
+ *
+ * A record vouches for the text that the search index has of a file: whoever changes one of the two
+ * changes the other, in memory and on disk. How this project has left a file is another matter:
+ * texts are written to disk at the end of a session, but documents with every save, and a file that
+ * others have changed gets a record again when it is read. Where the two differ, the project's own
+ * file has a note beside the record, which only says whether somebody else has changed the
+ * document.
  */
 class TVL_EXPORT TVLProjectChecksums
 {
@@ -51,6 +59,9 @@ public:
                                                     TVL::DocumentType type) const;
     [[nodiscard]] QByteArray currentHddChecksumMobile(const QUuid &uuid,
                                                       TVL::DocumentType type) const;
+    /** Of the file that a node has in the folder's format. */
+    [[nodiscard]] QByteArray currentHddChecksumNode(const TVLProjectNode *node,
+                                                    TVL::DocumentType type) const;
     /** @} */
 
     /** @name Records @{ */
@@ -61,6 +72,13 @@ public:
     [[nodiscard]] QByteArray loadedChecksum(int id, TVL::DocumentType type) const;
     /** The same of a file in an item's own folder. */
     [[nodiscard]] QByteArray loadedChecksum(const QUuid &uuid, TVL::DocumentType type) const;
+
+    /** Records the hash of the file that a node's text was read from, whoever wrote it; an empty
+     * one for a text that is no file's. For the four types that are refreshed. */
+    void setHashSumNode(const TVLProjectNode *node, TVL::DocumentType type,
+                        const QByteArray &checksum);
+    /** The same for all numbered files of an item, of which nothing is known any more. */
+    void forgetHashSums(int id);
 
     /** Whether the records differ from what was last loaded or saved. */
     [[nodiscard]] bool isModified() const { return mModified; }
@@ -120,6 +138,29 @@ public:
     [[nodiscard]] bool saveChecksums();
     /** Reads the project's own file in place of all records. False when there is none to read. */
     bool loadChecksums();
+    /** Whether the project has texts and certainly no file of records. */
+    [[nodiscard]] bool isFileMissing() const;
+    /** Makes the file when it is missing, with no records: what has none then isn't relied on. */
+    void makeFile() const;
+    /** Takes those records out of the file that are no more what is known here, before the texts on
+     * disk are replaced by others. False when it can't be written. */
+    [[nodiscard]] bool withdrawOutdated() const;
+    /** @} */
+
+    /**
+     * @name Notes of how files were left
+     * They are added to the project's own file, if there is one.
+     * @{
+     */
+    /** Files of a node are about to be written, after which they may hold anything. */
+    void noteWriting(const TVLProjectNode *node, const QList<TVL::DocumentType> &types);
+    /** They were written, and are as recorded now. */
+    void noteWritten(const TVLProjectNode *node, const QList<TVL::DocumentType> &types);
+    /** Whether that is what a note calls a file in a checksum file. */
+    [[nodiscard]] static bool isNote(const QString &name);
+    /** Takes the notes out of what was read from a checksum file: the hash of each file as it was
+     * left, empty for one that was being written. */
+    [[nodiscard]] static ChecksumMap takeNotes(ChecksumMap *checksums);
     /** @} */
 
     /** @name Hashing all document files of a folder @{ */
@@ -127,6 +168,8 @@ public:
     [[nodiscard]] static ChecksumMap calcMobileDataChecksums(const QString &path);
     /** The numbered files. */
     [[nodiscard]] static ChecksumMap calcFilesDocsChecksums(const QString &path);
+    /** Drops the records of numbered files that are no more as recorded, and all notes. */
+    void dropChangedFilesDocsChecksums();
     /** Puts the hashes of all files in items' own folders in place of all records. */
     void updateFilesDataChecksumsFromHdd();
     /** The same with the numbered files. */
@@ -163,14 +206,18 @@ private:
     };
 
     [[nodiscard]] QString path() const;
+    [[nodiscard]] RecordedFile nodeFile(const TVLProjectNode *node, TVL::DocumentType type) const;
     [[nodiscard]] RecordedFile numberedFile(int id, TVL::DocumentType type) const;
     [[nodiscard]] RecordedFile dataFile(const QUuid &uuid, TVL::DocumentType type) const;
     [[nodiscard]] RecordedFile mobileFile(const QUuid &uuid, TVL::DocumentType type) const;
     [[nodiscard]] bool matches(const RecordedFile &file) const;
     void refresh(const RecordedFile &file);
+    void forget(const ChecksumKey &key);
+    void note(const ChecksumMap &notes);
 
     const TVLProjectFolderFormat *mFolder;
     ChecksumMap mChecksums;
+    ChecksumMap mNotes; ///< How files were left, of those whose records don't tell.
     bool mModified = false;
     bool mWasEverModified = false;
 };

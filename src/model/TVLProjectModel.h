@@ -140,7 +140,8 @@ public:
     /** Writes the texts that the search index keeps between sessions, if they have changed. A
      * mobile project has neither these nor the hashes: their files are the desktop project's. */
     void saveSearchIndex(bool force);
-    /** Writes the hashes of the documents' files, if they have changed. */
+    /** Writes the hashes of the documents' files, if they have changed, behind the texts that they
+     * vouch for. */
     void saveChecksums(bool force);
     /**
      * Copies the project to @p path, goes on there and saves. An existing folder there is deleted
@@ -885,6 +886,9 @@ public:
     [[nodiscard]] QStringList
     searchedTexts(const QModelIndex &index,
                   const QList<TVL::DocumentProperty> &properties) const override;
+    [[nodiscard]] QList<TVLSearchedText>
+    searchedFileTexts(const QModelIndex &index,
+                      const QList<TVL::DocumentProperty> &properties) const override;
     /** @} */
 
     /** @name Images and icons
@@ -1381,6 +1385,7 @@ private:
     void addToSearchIndex(const TVLProjectNode *node);
     void addAllToSearchIndex();
     void loadSearchIndex();
+    void takeCustomMetaDataFromBinder();
     void updateHasTextSynopsisNotesFromDB();
     /** Tells the search index what a property of an item is now. */
     void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
@@ -1393,7 +1398,20 @@ private:
                                        TVL::DocumentProperty property) const;
     /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
     void letGoOfDocuments(TVLProjectNode *node) const;
+    /** Tells the search index the texts of an item of which documents were just written. */
+    void updateSearchedTexts(const TVLProjectNode *node,
+                             const QList<TVLTextDocument *> &written) const;
     void updateSearchedText(const TVLProjectNode *node, const TVLTextDocument *document) const;
+    void refreshSearchedText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
+    [[nodiscard]] bool isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                  const QString &text, bool wasLoaded) const;
+    [[nodiscard]] bool fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                 const QString &text) const;
+    /** Has checks know that this project writes documents of an item, that it has written them, and
+     * that it replaces or removes all files of an item that are recorded. */
+    void noteWriting(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
+    void noteWritten(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
+    void noteReplacing(const TVLProjectNode *node) const;
     void invalidateSearchedTexts(const TVLProjectNode *node) const;
     void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
     void updateSearchedCustomMetaData(const TVLProjectNode *node) const;

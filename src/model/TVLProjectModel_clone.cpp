@@ -127,6 +127,8 @@ bool TVLProjectModel::cloneFiles(const CloneSource &from, const TVLProjectNode *
 {
     // An editor's text of the target would be written over what is copied here.
     releaseDocuments(target);
+    noteReplacing(target);
+    invalidateSearchedTexts(target);
     if (mMobileProject)
         return cloneProjectFilesNode(true, from.model->mPath, source, mPath, target);
     return TVLProjectFolderFormat::cloneProjectFiles(from.model->mPath, source->mId, from.files,
@@ -213,7 +215,6 @@ bool TVLProjectModel::cloneNode(const CloneSource &from, TVLProjectNode *source,
     const QModelIndex targetIndex = createIndex(target);
     cloneKeywordsAndReferences(sourceIndex, targetIndex);
     cloneLabelsAndStatusItems(sourceIndex, targetIndex);
-    invalidateSearchedTexts(target);
     updateSearched(target, TVL::TitleProperty, target->mTitle);
     updateSearchedCustomMetaData(target);
     announceChange(targetIndex);

@@ -273,14 +273,14 @@ bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors,
                                      TVLDocumentSave *save) const
 {
     const QList<TVLTextDocument *> dirty = dirtyDocuments(node);
+    if (dirty.isEmpty())
+        return true;
+    noteWriting(node, dirty);
     const bool result = save ? mFolderFormat->writeDocuments(node, save, errors)
                              : mFolderFormat->writeDocuments(node, errors);
     updateHasFlags(node);
-    // Only what is on disk now: the hash of a file vouches for the text that is kept of it.
-    for (const TVLTextDocument *document : dirty) {
-        if (document->isSaved())
-            updateSearchedText(node, document);
-    }
+    updateSearchedTexts(node, dirty);
+    noteWritten(node, dirty);
     return result;
 }
 

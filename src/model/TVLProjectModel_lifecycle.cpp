@@ -135,6 +135,7 @@ void TVLProjectModel::initProject(QStringList *errors)
     updateHasSnapshots();
     addAllToSearchIndex();
     loadSearchIndex();
+    takeCustomMetaDataFromBinder();
     updateHasTextSynopsisNotesFromDB();
     addDefaultProjectNotesAndCollections();
     ensureProperProjectNotes();

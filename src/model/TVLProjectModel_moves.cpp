@@ -220,6 +220,7 @@ bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
 bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
 {
     forgetNode(node);
+    noteReplacing(node);
     const bool result = TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
     mFilesLeft->remove(node->mId, result);
     forgetChecksums(node);

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -20,6 +21,29 @@ namespace {
 /** The types of text files whose hashes say what a search may rely on. */
 constexpr TVL::DocumentType SearchedFiles[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText,
                                                TVL::CommentsFile};
+
+/** The document that a searched text is taken from. */
+TVL::DocumentType documentTypeOf(TVL::DocumentProperty property)
+{
+    return property == TVL::CommentsProperty ? TVL::MainText : TVL::toDocumentType(property);
+}
+
+QString commentsText(const QTextDocument *text)
+{
+    return TVLTextDoc::inspectorNotesToPlainText(text).join(u'\n');
+}
+
+/** The types of the files that documents are written to. */
+QList<TVL::DocumentType> fileTypesOf(const QList<TVLTextDocument *> &documents)
+{
+    QList<TVL::DocumentType> types;
+    for (const TVLTextDocument *document : documents) {
+        types.append(document->documentType());
+        if (document->documentType() == TVL::MainText)
+            types.append(TVL::CommentsFile);
+    }
+    return types;
+}
 
 QString joinedValues(const QMap<QString, QString> &values)
 {
@@ -61,13 +85,41 @@ void TVLProjectModel::updateSearched(const TVLProjectNode *node, TVL::DocumentPr
     mSearchIndex->updatePropertyNode(node, property, value, true);
 }
 
+void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
+                                          const QList<TVLTextDocument *> &written) const
+{
+    for (const TVL::DocumentType type : {TVL::NotesText, TVL::SynopsisText, TVL::MainText}) {
+        const TVLTextDocument *document = documentOf(node, type);
+        // What can't be read, or could not be written, isn't known from its file.
+        if (document && (document->isReadOnly() || !document->isSaved()))
+            continue;
+        if (std::find(written.begin(), written.end(), document) != written.end()) {
+            updateSearchedText(node, document);
+            continue;
+        }
+        refreshSearchedText(node, TVL::toDocumentProperty(type));
+        if (type == TVL::MainText)
+            refreshSearchedText(node, TVL::CommentsProperty);
+    }
+}
+
+/** Of a document that was just written. */
 void TVLProjectModel::updateSearchedText(const TVLProjectNode *node,
                                          const TVLTextDocument *document) const
 {
     updateSearched(node, TVL::toDocumentProperty(document->documentType()),
                    document->toPlainText());
-    if (document->documentType() == TVL::MainText)
-        updateSearchedComments(node, document);
+    if (document->documentType() == TVL::MainText && !document->areCommentsReadOnly())
+        updateSearched(node, TVL::CommentsProperty, commentsText(document));
+}
+
+/** Of a document that wasn't: its file may have been changed since it was read. */
+void TVLProjectModel::refreshSearchedText(const TVLProjectNode *node,
+                                          TVL::DocumentProperty property) const
+{
+    const QModelIndex index = createIndex(node);
+    if (!mSearchIndex->isConfirmed(node->mId, property, searchedText(index, property)))
+        mSearchIndex->updateIndexProperties(index, {property}, false);
 }
 
 void TVLProjectModel::invalidateSearchedTexts(const TVLProjectNode *node) const
@@ -79,8 +131,8 @@ void TVLProjectModel::invalidateSearchedTexts(const TVLProjectNode *node) const
 void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,
                                              const QTextDocument *text) const
 {
-    updateSearched(node, TVL::CommentsProperty,
-                   TVLTextDoc::inspectorNotesToPlainText(text).join(u'\n'));
+    // They are not on disk yet.
+    mSearchIndex->updatePropertyNode(node, TVL::CommentsProperty, commentsText(text), false);
 }
 
 void TVLProjectModel::updateSearchedCustomMetaData(const TVLProjectNode *node) const
@@ -94,20 +146,93 @@ void TVLProjectModel::forgetChecksums(const TVLProjectNode *node) const
         mChecksums->updateHashSumNode(node, type);
 }
 
+// --- What checks are told
+
+void TVLProjectModel::noteWriting(const TVLProjectNode *node,
+                                  const QList<TVLTextDocument *> &documents) const
+{
+    if (!mMobileProject)
+        mChecksums->noteWriting(node, fileTypesOf(documents));
+}
+
+void TVLProjectModel::noteWritten(const TVLProjectNode *node,
+                                  const QList<TVLTextDocument *> &documents) const
+{
+    QList<TVLTextDocument *> saved = documents;
+    saved.removeIf([](const TVLTextDocument *document) { return !document->isSaved(); });
+    if (!mMobileProject)
+        mChecksums->noteWritten(node, fileTypesOf(saved));
+}
+
+void TVLProjectModel::noteReplacing(const TVLProjectNode *node) const
+{
+    QList<TVL::DocumentType> recorded;
+    for (const TVL::DocumentType type : SearchedFiles) {
+        if (!mChecksums->loadedChecksum(node->mId, type).isEmpty())
+            recorded.append(type);
+    }
+    if (!mMobileProject)
+        mChecksums->noteWriting(node, recorded);
+}
+
 // --- What it asks
 
 QStringList TVLProjectModel::searchedTexts(const QModelIndex &index,
                                            const QList<TVL::DocumentProperty> &properties) const
 {
+    QStringList texts;
+    const QList<TVLSearchedText> fileTexts = searchedFileTexts(index, properties);
+    for (const TVLSearchedText &text : fileTexts)
+        texts.append(text.text);
+    return texts;
+}
+
+QList<TVLSearchedText>
+TVLProjectModel::searchedFileTexts(const QModelIndex &index,
+                                   const QList<TVL::DocumentProperty> &properties) const
+{
     const int id = nodeIdentity(index);
     const bool wasLoaded = hasNodeId(id) && findNode(id)->mSynopsisDocument;
-    QStringList texts;
+    QList<TVLSearchedText> texts;
     // Found anew each time: a box about a file that can't be read runs the event loop.
-    for (const TVL::DocumentProperty property : properties)
-        texts.append(searchedText(this->index(id), property));
+    for (const TVL::DocumentProperty property : properties) {
+        TVLSearchedText text;
+        text.text = searchedText(this->index(id), property);
+        text.isOfFile = TVL::canConvertToDocType(property) && hasNodeId(id)
+            && isAsInFile(findNode(id), property, text.text, wasLoaded);
+        texts.append(text);
+    }
     if (!wasLoaded && hasNodeId(id))
         letGoOfDocuments(findNode(id));
     return texts;
+}
+
+/** Whether a document's text, which is in memory, is that of its file: it was just read, or the
+ * file gives the same when it is read once more. */
+bool TVLProjectModel::isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                 const QString &text, bool wasLoaded) const
+{
+    const TVLTextDocument *document = documentOf(node, documentTypeOf(property));
+    if (!document || document->isReadOnly() || !document->isSaved()
+        || (property == TVL::CommentsProperty && document->areCommentsReadOnly()))
+        return false;
+    return !wasLoaded || fileGives(node, property, text);
+}
+
+bool TVLProjectModel::fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                const QString &text) const
+{
+    const TVL::DocumentType type = documentTypeOf(property);
+    TVLTextDocument document(nullptr, nullptr, nullptr, type);
+    document.setUndoRedoEnabled(false);
+    TVLProjectNode reader({node->mId, node->mUuid}, nullptr);
+    (type == TVL::MainText        ? reader.mTextDocument
+         : type == TVL::NotesText ? reader.mNotesDocument
+                                  : reader.mSynopsisDocument) = &document;
+    const bool isRead = mFolderFormat->readDocuments(&reader, this, nullptr);
+    return isRead
+        && text
+        == (property == TVL::CommentsProperty ? commentsText(&document) : document.toPlainText());
 }
 
 QString TVLProjectModel::searchedText(const QModelIndex &index,
@@ -149,6 +274,17 @@ void TVLProjectModel::loadSearchIndex()
         .exec();
 }
 
+void TVLProjectModel::takeCustomMetaDataFromBinder()
+{
+    // The binder is saved far more often than the texts to search by.
+    QHash<int, QString> texts;
+    tvlForEachNode(mRootNode.get(), [&texts](const TVLProjectNode *node) {
+        if (!node->mCustomMetaData.isEmpty())
+            texts.insert(node->mId, joinedValues(node->mCustomMetaData));
+    });
+    mSearchIndex->setTexts(TVL::CustomMetaDataProperty, texts);
+}
+
 void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 {
     tvlForEachNode(mRootNode.get(), [this](TVLProjectNode *node) {
@@ -160,13 +296,20 @@ void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 
 void TVLProjectModel::saveSearchIndex(bool force)
 {
-    if (!mMobileProject && (force || mSearchIndex->isModified()))
-        mSearchIndex->save();
+    if (mMobileProject || !(force || mSearchIndex->isModified()))
+        return;
+    // Beside hashes, a text that has none isn't taken for that of its file.
+    mChecksums->makeFile();
+    mSearchIndex->save();
 }
 
 void TVLProjectModel::saveChecksums(bool force)
 {
-    if (!mMobileProject && (force || mChecksums->isModified()))
+    if (mMobileProject || !(force || mChecksums->isModified()))
+        return;
+    // New hashes would vouch for the old texts, which are still in the file when this fails.
+    saveSearchIndex(false);
+    if (!mSearchIndex->isModified())
         (void)mChecksums->saveChecksums();
 }
 
@@ -176,7 +319,6 @@ void TVLProjectModel::saveSearch(bool force)
     if (!QFileInfo::exists(TVLProjectFolderFormat::filesPath(mPath)))
         return;
     saveSearchIndex(force);
-    // New hashes would vouch for the old texts, which are still in the file when that fails.
     if (!mSearchIndex->isModified())
         saveChecksums(force);
 }
@@ -199,7 +341,7 @@ void TVLProjectModel::rebuildSearchIndexes(bool showProgress, QWidget *parent)
         if (progress)
             progress->setValue(progress->value() + 1);
     }
-    mChecksums->updateFilesDocsChecksumsFromHdd();
+    mChecksums->dropChangedFilesDocsChecksums();
     saveSearch(true);
 }
 

@@ -38,6 +38,10 @@ class TVLSearchedProject;
  * for all that aren't, so it never misses what was written a moment ago. What a file says of a text
  * is confirmed when the document file still has the hash that was recorded with it.
  *
+ * So a hash belongs to a text: both are set at once, and a text that isn't exactly that of its file
+ * has none. The same holds on disk, in whatever order the two files are written and wherever a
+ * session ends.
+ *
  * The first such update opens a transaction that stays open: all later changes belong to it, and it
  * ends with the database. What is to be taken back on a failure is so by itself.
  *
@@ -81,7 +85,12 @@ public:
     bool load(QString *error = nullptr);
     /** Why such a file can't be read; empty for one that can be. */
     [[nodiscard]] static QString fileError(const QString &path);
-    /** Writes the file, in place and all at once. isModified() stays set when that fails. */
+    /**
+     * Writes the file, in place and all at once. isModified() stays set when that fails.
+     *
+     * First the hashes on disk that vouch for other texts are taken back. Where that isn't possible
+     * the file stays as it is.
+     */
     void save();
     /** Does nothing. */
     void readSearchIndexes() const { }
@@ -102,11 +111,14 @@ public:
     /** Whether the file of the texts names an id that is another item's now. A session that begins
      * with such a file takes the texts of the one for those of the other. */
     [[nodiscard]] bool isFileMisleading() const { return mIsFileMisleading; }
-    /** Forgets the texts too: the id is about to be that of another item. */
+    /** Forgets the texts too, with their hashes: the id is about to be that of another item. */
     void forgetTexts(int id);
+    /** Sets a text of all items, which is empty for those that aren't named. Whether it is
+     * confirmed stays as it is. */
+    void setTexts(TVL::DocumentProperty property, const QHash<int, QString> &texts);
 
     /** Sets a text, a label or a status. A confirmed text of a document file also has the file's
-     * hash recorded. */
+     * hash recorded; one that isn't confirmed has none. */
     void updatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property,
                             const QVariant &value, bool confirmed);
     /** Notes that a text may have changed. */
@@ -118,6 +130,9 @@ public:
     /** Confirms a text as it is. */
     void validateProperty(int id, TVL::DocumentProperty property);
 
+    /** Whether that text is stored and confirmed. */
+    [[nodiscard]] bool isConfirmed(int id, TVL::DocumentProperty property,
+                                   const QString &text) const;
     /** Whether a text, confirmed or not, isn't empty. True for null and for a node without id. */
     [[nodiscard]] bool hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
     [[nodiscard]] bool hasText(int id, TVL::DocumentProperty property) const;
@@ -198,8 +213,14 @@ private:
                                bool confirmed);
     void setConfirmed(int id, TVL::DocumentProperty property, bool confirmed);
 
-    [[nodiscard]] bool loadDocuments(QIODevice *device, QString *error);
-    void loadDocument(int id, const QHash<int, QString> &texts);
+    /** What is relied on when a text has no recorded hash, and no file. */
+    enum class WithoutHash { AnyText, NoText };
+    [[nodiscard]] bool loadDocuments(QIODevice *device, WithoutHash withoutHash, QString *error);
+    void loadDocument(int id, const QHash<int, QString> &texts, WithoutHash withoutHash);
+    [[nodiscard]] bool isVouchedFor(int id, TVL::DocumentProperty property, bool needsNoHash) const;
+    [[nodiscard]] bool canLookIntoDocs() const;
+    [[nodiscard]] bool canReplaceFile() const;
+    void refreshTexts(const QModelIndex &index, const QList<TVL::DocumentProperty> &properties);
 
     [[nodiscard]] QSet<int> documentsOfTitle(const QString &word, int flags,
                                              TVL::DocumentProperty property) const;

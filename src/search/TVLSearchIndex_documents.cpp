@@ -21,6 +21,12 @@ const QString UpdateConfirmed =
     u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_qs;
 const QString DeleteTexts = u"DELETE FROM DocumentSearchProperties WHERE identity = :i"_qs;
 const QString DeleteInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_qs;
+const QString SelectConfirmed =
+    u"SELECT type FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND confirmed = :c AND propertyValue = :v"_qs;
+const QString SelectTexts =
+    u"SELECT identity, propertyValue FROM DocumentSearchProperties WHERE type = :t AND length(propertyValue) != 0"_qs;
+const QString UpdateValue =
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
 const QString SelectNonEmpty =
     u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_qs;
 
@@ -80,6 +86,8 @@ bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, 
     insertInt(id, TVL::StatusProperty, statusId);
     for (const int keywordId : keywordIds)
         addDocumentKeyword(id, keywordId);
+    if (mProject)
+        mProject->checksums()->forgetHashSums(id);
     mIsModified = true;
     mIsFileMisleading = mIsFileMisleading || mStoredIds.contains(id);
     return true;
@@ -115,6 +123,34 @@ bool TVLSearchIndex::removeDocument(int id)
 void TVLSearchIndex::forgetTexts(int id)
 {
     change(Statement::DeleteTexts, {{u":i"_qs, id}}, __LINE__);
+    if (mProject)
+        mProject->checksums()->forgetHashSums(id);
+}
+
+void TVLSearchIndex::setTexts(TVL::DocumentProperty property, const QHash<int, QString> &texts)
+{
+    QSqlQuery *query = execute(Statement::SelectTexts, {{u":t"_qs, int(property)}}, __LINE__);
+    if (!query)
+        return;
+    QHash<int, QString> different = texts;
+    while (query->next()) {
+        const int id = query->value(0).toInt();
+        if (texts.value(id) == query->value(1).toString())
+            different.remove(id);
+        else
+            different.insert(id, texts.value(id));
+    }
+    query->finish();
+    for (auto text = different.cbegin(); text != different.cend(); ++text) {
+        query = execute(
+            Statement::UpdateValue,
+            {{u":v"_qs, textValue(*text)}, {u":id"_qs, text.key()}, {u":t"_qs, int(property)}},
+            __LINE__);
+        if (!query)
+            return;
+        mIsModified = query->numRowsAffected() > 0 || mIsModified;
+        query->finish();
+    }
 }
 
 // --- Values
@@ -142,8 +178,13 @@ void TVLSearchIndex::updatePropertyNode(const TVLProjectNode *node, TVL::Documen
     if (!node)
         return;
     updatePropertyPrivate(node->mId, property, value, confirmed);
-    if (mProject && confirmed && TVL::canConvertToDocType(property))
-        mProject->checksums()->updateHashSumNode(node, TVL::toDocumentType(property));
+    if (!mProject || !TVL::canConvertToDocType(property))
+        return;
+    const TVL::DocumentType type = TVL::toDocumentType(property);
+    if (confirmed)
+        mProject->checksums()->updateHashSumNode(node, type);
+    else
+        mProject->checksums()->setHashSumNode(node, type, {});
 }
 
 void TVLSearchIndex::setConfirmed(int id, TVL::DocumentProperty property, bool confirmed)
@@ -187,6 +228,19 @@ void TVLSearchIndex::invalidateDocumentNode(const TVLProjectNode *node, TVL::Doc
 void TVLSearchIndex::invalidateDocument(int id, TVL::DocumentType type)
 {
     invalidateProperty(id, TVL::toDocumentProperty(type));
+}
+
+bool TVLSearchIndex::isConfirmed(int id, TVL::DocumentProperty property, const QString &text) const
+{
+    QSqlQuery *query = execute(
+        Statement::SelectConfirmed,
+        {{u":t"_qs, int(property)}, {u":i"_qs, id}, {u":c"_qs, true}, {u":v"_qs, textValue(text)}},
+        __LINE__);
+    if (!query)
+        return false;
+    const bool found = query->next();
+    query->finish();
+    return found;
 }
 
 bool TVLSearchIndex::hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const

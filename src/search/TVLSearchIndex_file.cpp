@@ -2,6 +2,7 @@
 
 #include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
+#include "TVLFilePresence_p.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLSearchSql_p.h"
@@ -12,6 +13,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QSqlError>
 #include <QXmlStreamReader>
@@ -206,7 +208,7 @@ bool TVLSearchIndex::load(QString *error)
 {
     mIsLoaded = true;
     mIsModified = false;
-    if (!mProject || !QFile::exists(searchIndexesFilePath()))
+    if (!mProject || tvlIsMissing(searchIndexesFilePath()))
         return true;
     QFile file(searchIndexesFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
@@ -214,38 +216,52 @@ bool TVLSearchIndex::load(QString *error)
         return false;
     }
 
-    mProject->checksums()->loadChecksums();
-    bool hasFolder = false;
-    TVLProjectFolderFormat::docsDirectory(mProject->searchedPath(), &hasFolder);
-    const bool isRead = hasFolder && loadDocuments(&file, error);
+    TVLProjectChecksums *checksums = mProject->checksums();
+    // Texts of a project that never had hashes are taken as they are. Beside hashes, a text without
+    // one isn't that of any file.
+    const bool hadNoHashes = !checksums->loadChecksums() && checksums->isFileMissing();
+    const bool isRead = canLookIntoDocs()
+        && loadDocuments(&file, hadNoHashes ? WithoutHash::AnyText : WithoutHash::NoText, error);
     mIsModified = false;
     // A hash vouches for a text that is here. Without the texts it would confirm that there is
     // none, now or when the file is next read.
     if (!isRead)
-        mProject->checksums()->setChecksums({});
+        checksums->setChecksums({});
     return isRead;
 }
 
+/** Whether it can be told of a document file that it isn't there. The folder need not be. */
+bool TVLSearchIndex::canLookIntoDocs() const
+{
+    const QString path = TVLProjectFolderFormat::filesDocsPath(mProject->searchedPath());
+    return QFileInfo(path).isDir() || tvlIsMissing(path);
+}
+
 /** All of the file or nothing: what stands before a fault is no more to be relied on. */
-bool TVLSearchIndex::loadDocuments(QIODevice *device, QString *error)
+bool TVLSearchIndex::loadDocuments(QIODevice *device, WithoutHash withoutHash, QString *error)
 {
     Bundle bundle(this);
     const QString readError =
-        readDocuments(device, [this](int id, const QHash<int, QString> &texts) {
+        readDocuments(device, [this, withoutHash](int id, const QHash<int, QString> &texts) {
             mStoredIds.insert(id);
-            loadDocument(id, texts);
+            loadDocument(id, texts, withoutHash);
         });
     tvlSetError(error, readError);
     return readError.isEmpty() && bundle.isOpen() && bundle.keep();
 }
 
-void TVLSearchIndex::loadDocument(int id, const QHash<int, QString> &texts)
+void TVLSearchIndex::loadDocument(int id, const QHash<int, QString> &texts, WithoutHash withoutHash)
 {
-    const TVLProjectChecksums *checksums = mProject->checksums();
-    const bool isText = checksums->checksumsMatch(id, TVL::MainText);
-    const bool isNotes = checksums->checksumsMatch(id, TVL::NotesText);
-    const bool isSynopsis = checksums->checksumsMatch(id, TVL::SynopsisText);
-    const bool isComments = checksums->checksumsMatch(id, TVL::CommentsFile);
+    const auto isCurrent = [&](TVL::DocumentProperty property) {
+        return isVouchedFor(id, property,
+                            withoutHash == WithoutHash::AnyText || texts.value(property).isEmpty());
+    };
+    const bool isText = isCurrent(TVL::TextProperty);
+    const bool isNotes = isCurrent(TVL::NotesProperty);
+    const bool isSynopsis = isCurrent(TVL::SynopsisProperty);
+    // Which comments there are, the text says too.
+    const bool isComments = isCurrent(TVL::CommentsProperty)
+        && (isText || texts.value(TVL::CommentsProperty).isEmpty());
     const bool isAll = isText && isNotes && isSynopsis && isComments;
     // The title is the binder's.
     const std::pair<TVL::DocumentProperty, bool> confirmed[] = {
@@ -255,6 +271,16 @@ void TVLSearchIndex::loadDocument(int id, const QHash<int, QString> &texts)
     };
     for (const auto &[property, isConfirmed] : confirmed)
         updatePropertyPrivate(id, property, texts.value(property), isConfirmed);
+}
+
+/** Whether the hash of a text says that it is that of its file; of a text that needs none, whether
+ * there is no file. */
+bool TVLSearchIndex::isVouchedFor(int id, TVL::DocumentProperty property, bool needsNoHash) const
+{
+    const TVL::DocumentType type = TVL::toDocumentType(property);
+    const TVLProjectChecksums *checksums = mProject->checksums();
+    return checksums->checksumsMatch(id, type)
+        && (needsNoHash || !checksums->loadedChecksum(id, type).isEmpty());
 }
 
 QString TVLSearchIndex::fileError(const QString &path)
@@ -278,11 +304,23 @@ void TVLSearchIndex::save()
     QSet<int> ids;
     if (!writeDocuments(&writer, *this, &ids))
         return;
-    if (!TVLCoreUtil::WriteBinaryFile(content, searchIndexesFilePath(), nullptr)) {
+    if (!canReplaceFile() || !mProject->checksums()->withdrawOutdated()
+        || !TVLCoreUtil::WriteBinaryFile(content, searchIndexesFilePath(), nullptr)) {
         qCritical() << "could not write to search indexes file";
         return;
     }
     mStoredIds = ids;
     mIsFileMisleading = false;
     mIsModified = false;
+}
+
+/** Whether a file that is there may get other texts. Not while the hashes are away with the folder
+ * of the documents: they would vouch for these as soon as they are back. */
+bool TVLSearchIndex::canReplaceFile() const
+{
+    const QFileInfo file(searchIndexesFilePath());
+    if (tvlIsMissing(file.filePath()))
+        return true;
+    return file.isFile() && file.isWritable()
+        && QFileInfo(TVLProjectFolderFormat::filesDocsPath(mProject->searchedPath())).isDir();
 }

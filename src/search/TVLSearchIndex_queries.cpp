@@ -2,7 +2,6 @@
 
 #include "TVLCollectionMetaData.h"
 #include "TVLProjectChecksums.h"
-#include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchSql_p.h"
 #include "TVLSearchedProject.h"
@@ -110,6 +109,20 @@ QString matchCalls(const QList<QStringList> &portions, int flags)
     for (const QStringList &portion : portions)
         calls.append(matchCall(portion));
     return u'(' + calls.join(flags & TVLTextMatcher::EveryWord ? u" AND "_qs : u" OR "_qs) + u')';
+}
+
+const TVLProjectNode *nodeOf(const QModelIndex &index)
+{
+    return static_cast<const TVLProjectNode *>(index.internalPointer());
+}
+
+/** The hash of the file that a text of an item has; empty for none. */
+QByteArray fileHash(const TVLProjectChecksums *checksums, const TVLProjectNode *node,
+                    TVL::DocumentProperty property)
+{
+    return node && TVL::canConvertToDocType(property)
+        ? checksums->currentHddChecksumNode(node, TVL::toDocumentType(property))
+        : QByteArray();
 }
 
 void addIdentities(QSqlQuery *query, QSet<int> *ids, int line)
@@ -244,13 +257,10 @@ void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
                                            const QList<TVL::DocumentProperty> &properties,
                                            bool useChecksums)
 {
-    const auto *node = static_cast<const TVLProjectNode *>(index.internalPointer());
+    const TVLProjectNode *node = nodeOf(index);
     if (!mProject || properties.isEmpty() || !node || node->mId < 0)
         return;
-    bool hasFolder = true;
-    if (useChecksums)
-        TVLProjectFolderFormat::docsDirectory(mProject->searchedPath(), &hasFolder);
-    if (!hasFolder)
+    if (useChecksums && !canLookIntoDocs())
         return;
 
     // Stays open; see the class. With one open this is refused, and the changes belong to that.
@@ -265,17 +275,45 @@ void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
         else
             updatePropertyPrivate(id, property, u""_qs, true);
     }
-    const QStringList texts =
-        asked.isEmpty() ? QStringList() : mProject->searchedTexts(index, asked);
-    for (qsizetype i = 0; i < asked.size(); ++i)
-        updatePropertyPrivate(id, asked.at(i), texts.value(i), true);
+    if (!asked.isEmpty())
+        refreshTexts(index, asked);
     QSqlDatabase::database(CommittedConnection, true).commit();
+}
+
+/** Takes texts as they are now, each with the hash of its file if that is the file's text. */
+void TVLSearchIndex::refreshTexts(const QModelIndex &index,
+                                  const QList<TVL::DocumentProperty> &properties)
+{
+    TVLProjectChecksums *checksums = mProject->checksums();
+    const int id = nodeOf(index)->mId;
+    QList<QByteArray> hashes;
+    for (const TVL::DocumentProperty property : properties)
+        hashes.append(fileHash(checksums, nodeOf(index), property));
+    const QList<TVLSearchedText> texts = mProject->searchedFileTexts(index, properties);
+    // Found anew: a box about a file that can't be read runs the event loop.
+    const TVLProjectNode *node = nodeOf(mProject->searchedIndex(id));
+    for (qsizetype i = 0; i < properties.size(); ++i) {
+        const TVL::DocumentProperty property = properties.at(i);
+        const TVLSearchedText text = texts.value(i);
+        updatePropertyPrivate(id, property, text.text, true);
+        // The same before and behind the reading, it is that of what was read. Comments that the
+        // text doesn't know of are read when it does.
+        const bool isWhole = property != TVL::CommentsProperty || !text.text.isEmpty();
+        const bool isOfFile =
+            text.isOfFile && isWhole && hashes.at(i) == fileHash(checksums, node, property);
+        if (TVL::canConvertToDocType(property))
+            checksums->setHashSumNode(node, TVL::toDocumentType(property),
+                                      isOfFile ? hashes.at(i) : QByteArray());
+    }
 }
 
 /** Whether a text that is stored is still that of its file, and not being edited. */
 bool TVLSearchIndex::isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const
 {
-    const auto *node = static_cast<const TVLProjectNode *>(index.internalPointer());
-    return TVL::canConvertToDocType(property) && !mProject->referenced(index)
-        && mProject->checksums()->checksumsMatch(node->mId, TVL::toDocumentType(property));
+    const int id = nodeOf(index)->mId;
+    const bool isEmpty = !hasText(id, property);
+    if (!TVL::canConvertToDocType(property) || mProject->referenced(index)
+        || !isVouchedFor(id, property, isEmpty))
+        return false;
+    return property != TVL::CommentsProperty || isEmpty || isUpToDate(index, TVL::TextProperty);
 }

@@ -8,6 +8,14 @@
 
 class TVLProjectChecksums;
 
+/** A text of an item. */
+struct TVLSearchedText
+{
+    QString text;
+    /** Whether its file holds this very text, so that the file's hash tells when it is outdated. */
+    bool isOfFile = false;
+};
+
 /**
  * What the search index asks a project for: the texts of items, when it has none that it can trust.
  *
@@ -33,4 +41,8 @@ public:
     [[nodiscard]] virtual QStringList
     searchedTexts(const QModelIndex &index,
                   const QList<TVL::DocumentProperty> &properties) const = 0;
+    /** The same, with what the project knows of their files; by itself it knows nothing. */
+    [[nodiscard]] virtual QList<TVLSearchedText>
+    searchedFileTexts(const QModelIndex &index,
+                      const QList<TVL::DocumentProperty> &properties) const;
 };

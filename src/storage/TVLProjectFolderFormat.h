@@ -79,6 +79,8 @@ public:
     [[nodiscard]] static QString mobilePath(const QString &path);
     [[nodiscard]] static QString mobileDataPath(const QString &path);
     [[nodiscard]] static QString mobileDataNodePath(const QString &path, const QUuid &uuid);
+    /** The same as the folder is called on disk, where its uuid may be in small letters. */
+    [[nodiscard]] static QString findMobileDataNodePath(const QString &path, const QUuid &uuid);
     [[nodiscard]] static QString mobileBinderSyncFilePath(const QString &path);
     [[nodiscard]] static QString mobileSearchIndexesFilePath(const QString &path);
     [[nodiscard]] static QString mobileDataScriptsChecksumsFilePath(const QString &path);
@@ -277,6 +279,9 @@ public:
     [[nodiscard]] static QString writeDataNodePath(const QString &path, const QUuid &uuid);
     [[nodiscard]] static QString mobileDataNodeTypeFilePath(const QString &path, const QUuid &uuid,
                                                             TVL::DocumentType type);
+    /** A file in the folder that findMobileDataNodePath() finds. */
+    [[nodiscard]] static QString
+    findMobileDataNodeTypeFilePath(const QString &path, const QUuid &uuid, TVL::DocumentType type);
     [[nodiscard]] static bool dataDocumentExists(const QString &path, const QUuid &uuid,
                                                  TVL::DocumentType type);
     [[nodiscard]] static bool mobileDocumentExists(const QString &path, const QUuid &uuid,

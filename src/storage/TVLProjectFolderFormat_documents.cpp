@@ -227,6 +227,13 @@ QString TVLProjectFolderFormat::mobileDataNodeTypeFilePath(const QString &path, 
     return joined(mobileDataNodePath(path, uuid), docTypeToFileName(type));
 }
 
+QString TVLProjectFolderFormat::findMobileDataNodeTypeFilePath(const QString &path,
+                                                               const QUuid &uuid,
+                                                               TVL::DocumentType type)
+{
+    return joined(findMobileDataNodePath(path, uuid), docTypeToFileName(type));
+}
+
 bool TVLProjectFolderFormat::dataDocumentExists(const QString &path, const QUuid &uuid,
                                                 TVL::DocumentType type)
 {
@@ -236,7 +243,7 @@ bool TVLProjectFolderFormat::dataDocumentExists(const QString &path, const QUuid
 bool TVLProjectFolderFormat::mobileDocumentExists(const QString &path, const QUuid &uuid,
                                                   TVL::DocumentType type)
 {
-    return QFileInfo::exists(mobileDataNodeTypeFilePath(calcEnclosingPath(path), uuid, type));
+    return QFileInfo::exists(findMobileDataNodeTypeFilePath(calcEnclosingPath(path), uuid, type));
 }
 
 bool TVLProjectFolderFormat::dataDocumentFolderExists(const QString &path, const QUuid &uuid)
@@ -246,7 +253,7 @@ bool TVLProjectFolderFormat::dataDocumentFolderExists(const QString &path, const
 
 bool TVLProjectFolderFormat::mobileDocumentFolderExists(const QString &path, const QUuid &uuid)
 {
-    return mobileDataNodePathExists(calcEnclosingPath(path), uuid);
+    return QFileInfo::exists(findMobileDataNodePath(calcEnclosingPath(path), uuid));
 }
 
 QByteArray TVLProjectFolderFormat::md5Data(const QString &path, const QUuid &uuid,
@@ -258,7 +265,7 @@ QByteArray TVLProjectFolderFormat::md5Data(const QString &path, const QUuid &uui
 QByteArray TVLProjectFolderFormat::md5Mobile(const QString &path, const QUuid &uuid,
                                              TVL::DocumentType type)
 {
-    return calcChecksum(mobileDataNodeTypeFilePath(calcEnclosingPath(path), uuid, type));
+    return calcChecksum(findMobileDataNodeTypeFilePath(calcEnclosingPath(path), uuid, type));
 }
 
 QByteArray TVLProjectFolderFormat::calcChecksum(const QString &filePath)
@@ -268,7 +275,7 @@ QByteArray TVLProjectFolderFormat::calcChecksum(const QString &filePath)
 
 QStringList TVLProjectFolderFormat::mobileDataNodePathFiles(const QString &path, const QUuid &uuid)
 {
-    return QDir(mobileDataNodePath(path, uuid)).entryList(FilesOnly, QDir::Unsorted);
+    return QDir(findMobileDataNodePath(path, uuid)).entryList(FilesOnly, QDir::Unsorted);
 }
 
 QString TVLProjectFolderFormat::findContentDocument(const QString &folderPath)
@@ -288,7 +295,7 @@ QString TVLProjectFolderFormat::findDesktopContentDocument(const QString &path, 
 
 QString TVLProjectFolderFormat::findMobileContentDocument(const QString &path, const QUuid &uuid)
 {
-    return findContentDocument(mobileDataNodePath(calcEnclosingPath(path), uuid));
+    return findContentDocument(findMobileDataNodePath(calcEnclosingPath(path), uuid));
 }
 
 QString TVLProjectFolderFormat::constructMainNodeFilePath(const QString &path, int id,

@@ -133,7 +133,7 @@ bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, const QUuid
 
 bool TVLProjectFolderFormat::removeProjectFilesMobile(const QString &path, const QUuid &uuid)
 {
-    return TVLCoreUtil::DeleteFolderAndFiles(mobileDataNodePath(calcEnclosingPath(path), uuid));
+    return TVLCoreUtil::DeleteFolderAndFiles(findMobileDataNodePath(calcEnclosingPath(path), uuid));
 }
 
 bool TVLProjectFolderFormat::deleteAllMobileFiles(const QString &path)
@@ -182,10 +182,10 @@ bool TVLProjectFolderFormat::cloneMobileProjectFiles(const QString &path, const 
                                                      const QString &targetPath,
                                                      const QUuid &targetUuid)
 {
-    const QString source = mobileDataNodePath(calcEnclosingPath(path), sourceUuid);
+    const QString source = findMobileDataNodePath(calcEnclosingPath(path), sourceUuid);
     return !QFileInfo::exists(source)
         || TVLCoreUtil::CopyDirectory(
-            source, mobileDataNodePath(calcEnclosingPath(targetPath), targetUuid));
+            source, findMobileDataNodePath(calcEnclosingPath(targetPath), targetUuid));
 }
 
 // --- Between the layouts and the mobile copy
@@ -195,21 +195,21 @@ bool TVLProjectFolderFormat::copyDesktopToMobileV23(const QString &path, const Q
 {
     const QString projectPath = calcEnclosingPath(path);
     return TVLCoreUtil::CopyDirectory(filesDataNodePath(projectPath, desktopUuid),
-                                      mobileDataNodePath(projectPath, mobileUuid));
+                                      findMobileDataNodePath(projectPath, mobileUuid));
 }
 
 bool TVLProjectFolderFormat::copyMobileToMobile(const QString &path, const QUuid &sourceUuid,
                                                 const QUuid &targetUuid)
 {
     const QString projectPath = calcEnclosingPath(path);
-    return TVLCoreUtil::CopyDirectory(mobileDataNodePath(projectPath, sourceUuid),
-                                      mobileDataNodePath(projectPath, targetUuid));
+    return TVLCoreUtil::CopyDirectory(findMobileDataNodePath(projectPath, sourceUuid),
+                                      findMobileDataNodePath(projectPath, targetUuid));
 }
 
 bool TVLProjectFolderFormat::copyMobileToDesktopV23(const QString &path, const QUuid &uuid)
 {
     const QString projectPath = calcEnclosingPath(path);
-    const QString source = mobileDataNodePath(projectPath, uuid);
+    const QString source = findMobileDataNodePath(projectPath, uuid);
     const QString target = filesDataNodePath(projectPath, uuid);
     // Nothing to copy is no reason to take away what there is.
     return QFileInfo(source).isDir() && ensureEmptyFolder(target)
@@ -218,16 +218,15 @@ bool TVLProjectFolderFormat::copyMobileToDesktopV23(const QString &path, const Q
 
 bool TVLProjectFolderFormat::syncMobileToDesktopV23(const QString &path, const QUuid &uuid)
 {
-    return !mobileDataNodePathExists(calcEnclosingPath(path), uuid)
-        || copyMobileToDesktopV23(path, uuid);
+    return !mobileDocumentFolderExists(path, uuid) || copyMobileToDesktopV23(path, uuid);
 }
 
 bool TVLProjectFolderFormat::moveMobileToDesktopV23(const QString &path, const QUuid &uuid)
 {
     const QString projectPath = calcEnclosingPath(path);
-    if (!mobileDataNodePathExists(projectPath, uuid))
+    if (!mobileDocumentFolderExists(path, uuid))
         return true;
-    const QString source = mobileDataNodePath(projectPath, uuid);
+    const QString source = findMobileDataNodePath(projectPath, uuid);
     const QString target = filesDataNodePath(projectPath, uuid);
     return QFileInfo(source).isDir() && ensureEmptyFolder(target)
         && TVLCoreUtil::MoveDirectoryQuick(source, target);
@@ -259,7 +258,7 @@ bool TVLProjectFolderFormat::copyDesktopV18ToDesktopV23(const QString &path, int
 
 bool TVLProjectFolderFormat::copyDesktopToMobileV18(const QString &path, int id, const QUuid &uuid)
 {
-    return copyDesktopV18ToPath(path, id, mobileDataNodePath(calcEnclosingPath(path), uuid));
+    return copyDesktopV18ToPath(path, id, findMobileDataNodePath(calcEnclosingPath(path), uuid));
 }
 
 QList<QUuid> TVLProjectFolderFormat::folderUUIDs(const QString &path)

@@ -118,6 +118,13 @@ QString TVLProjectFolderFormat::mobileDataNodePath(const QString &path, const QU
     return mobileDataPath(path) + u'/' + uuidName(uuid);
 }
 
+QString TVLProjectFolderFormat::findMobileDataNodePath(const QString &path, const QUuid &uuid)
+{
+    const QString filePath = mobileDataNodePath(path, uuid);
+    const QString other = mobileDataPath(path) + u'/' + TUuid::toStringNoBraces(uuid, false);
+    return !QFileInfo::exists(filePath) && QFileInfo::exists(other) ? other : filePath;
+}
+
 QString TVLProjectFolderFormat::mobileBinderSyncFilePath(const QString &path)
 {
     return mobilePath(path) + u"/binder.sync"_qs;

@@ -178,10 +178,7 @@ bool TVLProjectFolderFormat::readSnapshots(const QString &path, int id,
         *snapshots = *cached;
         return true;
     }
-    bool ok = false;
-    QDir directory = snapshotsDirectory(path, &ok);
-    if (!ok)
-        return false;
+    QDir directory(snapshotsPath(calcEnclosingPath(path)));
     // Most items have no folder, which isn't the same as one that can't be looked into.
     const QString folder = directory.filePath(folderName(id));
     if (tvlIsMissing(folder))

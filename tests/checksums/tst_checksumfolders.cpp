@@ -1,6 +1,7 @@
 #include "ChecksumFixtures.h"
 #include "DocumentFixtures.h"
 #include "StorageFixtures.h"
+#include "TUuid.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TestMain.h"
@@ -42,6 +43,8 @@ private Q_SLOTS:
     void filesOfItemsAreKnownByTheirNames();
     void onlyFilesAreHashed();
     void onlyFoldersOfUuidsAreItems();
+    void foldersOfItemsAreFoundInEitherCase();
+    void ofTwoFoldersForAnItemTheOneInCapitalsCounts();
     void everyFileOfEveryItemIsHashed();
     void theLayoutsDoNotSeeEachOther();
     void anUnreadableFileHasAnEmptyHash();
@@ -153,6 +156,34 @@ void TstChecksumFolders::onlyFoldersOfUuidsAreItems()
         QVERIFY(folders.calculate(project.path()).isEmpty());
         project.writeFile(folders.root + uuidOf(1).toString(QUuid::WithoutBraces).toUpper(), "x");
         QVERIFY(folders.calculate(project.path()).isEmpty());
+    }
+}
+
+void TstChecksumFolders::foldersOfItemsAreFoundInEitherCase()
+{
+    for (const ItemFolders &folders : {Desktop, Mobile}) {
+        const TestProject project;
+        const QString name = TUuid::toStringNoBraces(uuidOf(0xabc), false);
+        QVERIFY(name != name.toUpper());
+        project.writeFile(folders.root + name + u"/content.rtf"_qs, "text");
+        project.writeFile(folders.path(0xabd, u"notes.rtf"_qs), "notes");
+        QCOMPARE(toText(folders.calculate(project.path())),
+                 toText({{key(0xabc, u"content.rtf"_qs), hashOf("text")},
+                         {key(0xabd, u"notes.rtf"_qs), hashOf("notes")}}));
+    }
+}
+
+void TstChecksumFolders::ofTwoFoldersForAnItemTheOneInCapitalsCounts()
+{
+    for (const ItemFolders &folders : {Desktop, Mobile}) {
+        const TestProject project;
+        const QString other = folders.root + TUuid::toStringNoBraces(uuidOf(0xabc), false);
+        project.writeFile(folders.path(0xabc, u"content.rtf"_qs), "own");
+        project.writeFile(other + u"/content.rtf"_qs, "other");
+        project.writeFile(other + u"/notes.rtf"_qs, "other notes");
+        QCOMPARE(toText(folders.calculate(project.path())),
+                 toText({{key(0xabc, u"content.rtf"_qs), hashOf("own")},
+                         {key(0xabc, u"notes.rtf"_qs), hashOf("other notes")}}));
     }
 }
 

@@ -169,6 +169,7 @@ private Q_SLOTS:
     void anUnreadableFileMatchesNothing_data() { addDesktopRows(); }
     void anUnreadableFileMatchesNothing();
     void aFolderInThePlaceOfAFileMatchesNothing();
+    void aFileThatCannotBeSeenMatchesNothing();
     void theLayoutsHaveRecordsOfTheirOwn();
 
     void aRecordIsRefreshedFromItsFile_data() { addPlaceRows(); }
@@ -190,6 +191,11 @@ private Q_SLOTS:
     void withoutAFileThereAreNoRecords();
     void whatWasSavedIsLoaded();
     void textsChangedBehindTheProjectsBackAreFound();
+    void aHashThatIsKnownIsRecorded();
+    void nothingIsKnownOfAnItemThatIsForgotten();
+    void notesTellHowFilesWereLeft();
+    void notesNeedTheFileThatTheyStandIn();
+    void whatIsOutdatedIsTakenOutOfTheFile();
     void theProjectsPathIsFollowed();
     void theProjectMayBeNamedByItsBinder();
 };
@@ -650,6 +656,128 @@ void TstChecksumRecords::textsChangedBehindTheProjectsBackAreFound()
     QVERIFY(checksums->checksumsMatch(4, TVL::MainText));
     QVERIFY(!checksums->checksumsMatch(4, TVL::NotesText));
     QVERIFY(checksums->checksumsMatch(1, TVL::NotesText));
+}
+
+void TstChecksumRecords::aFileThatCannotBeSeenMatchesNothing()
+{
+    // As one in a folder that can't be looked into, it may be there.
+    ProjectWithChecksums project;
+    project.project().writeFile(docsPath(TVL::NotesText, Id), "notes");
+    QVERIFY(QFile::link(u"nowhere"_qs, project.project().path(docsPath(TVL::MainText, Id))));
+    QVERIFY(!project.checksums()->checksumsMatch(Id, TVL::MainText));
+    project.checksums()->updateHashSum(Id, TVL::MainText);
+    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), {}}}));
+}
+
+void TstChecksumRecords::aHashThatIsKnownIsRecorded()
+{
+    for (const TVL::FormatVersion version : {TVL::FormatVersion18, TVL::FormatVersion23}) {
+        ProjectWithChecksums project{version};
+        TVLProjectChecksums *checksums = project.checksums();
+        LoadedItem item(Id);
+        const ChecksumKey textKey = ProjectWithChecksums::keyOf(
+            version == TVL::FormatVersion23 ? Place::Data : Place::Docs, TVL::MainText);
+        checksums->setHashSumNode(item.node(), TVL::MainText, {});
+        QVERIFY(!checksums->isModified());
+        checksums->setHashSumNode(item.node(), TVL::MainText, "a");
+        QCOMPARE(checksums->checksums(), (ChecksumMap{{textKey, "a"}}));
+        QVERIFY(checksums->isModified());
+        checksums->setModified(false);
+        checksums->setHashSumNode(item.node(), TVL::MainText, "a");
+        checksums->setHashSumNode(item.node(), TVL::LinksFile, "b");
+        checksums->setHashSumNode(nullptr, TVL::MainText, "b");
+        QVERIFY(!checksums->isModified());
+        checksums->setHashSumNode(item.node(), TVL::MainText, {});
+        QVERIFY(checksums->checksums().isEmpty());
+        QVERIFY(checksums->isModified());
+    }
+}
+
+void TstChecksumRecords::nothingIsKnownOfAnItemThatIsForgotten()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    checksums->setChecksums({{key(u"12.rtf"_qs), "a"},
+                             {key(u"12.comments"_qs), "b"},
+                             {key(u"12.links"_qs), "c"},
+                             {key(u"1.rtf"_qs), "d"}});
+    checksums->setModified(false);
+    checksums->forgetHashSums(Id);
+    QCOMPARE(checksums->checksums(),
+             (ChecksumMap{{key(u"12.links"_qs), "c"}, {key(u"1.rtf"_qs), "d"}}));
+    QVERIFY(checksums->isModified());
+    checksums->setModified(false);
+    checksums->forgetHashSums(Id);
+    QVERIFY(!checksums->isModified());
+}
+
+void TstChecksumRecords::notesTellHowFilesWereLeft()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    LoadedItem item(Id);
+    project.project().writeFile(RecordsFile, "1.rtf=62\n12.rtf=61");
+    QVERIFY(checksums->loadChecksums());
+    checksums->noteWriting(item.node(), {TVL::MainText, TVL::CommentsFile});
+    QCOMPARE(project.project().readFile(RecordsFile),
+             "1.rtf=62\n12.rtf=61\n12.comments.saved=\n12.rtf.saved=\n");
+    project.project().writeFile(docsPath(TVL::MainText, Id), "text");
+    checksums->updateHashSum(Id, TVL::MainText);
+    checksums->noteWritten(item.node(), {TVL::MainText});
+    const QByteArray hash = hashOf("text").toHex();
+    QVERIFY(project.project().readFile(RecordsFile).endsWith("\n12.rtf.saved=" + hash + '\n'));
+
+    // Notes are no records, and are kept when there is no record that says the same.
+    TVLProjectChecksums other(project.folder());
+    QVERIFY(other.loadChecksums());
+    QCOMPARE(other.checksums(), (ChecksumMap{{key(u"1.rtf"_qs), "b"}, {key(u"12.rtf"_qs), "a"}}));
+    other.setHashSumNode(item.node(), TVL::MainText, hashOf("changed"));
+    QVERIFY(other.saveChecksums());
+    QCOMPARE(project.project().readFile(RecordsFile),
+             "1.rtf=62\n12.rtf=" + hashOf("changed").toHex() + "\n12.rtf.saved=" + hash + '\n');
+    QVERIFY(checksums->saveChecksums());
+    QCOMPARE(project.project().readFile(RecordsFile), "1.rtf=62\n12.rtf=" + hash + '\n');
+}
+
+void TstChecksumRecords::notesNeedTheFileThatTheyStandIn()
+{
+    LoadedItem item(Id);
+    ProjectWithChecksums project;
+    project.checksums()->noteWriting(item.node(), {TVL::MainText});
+    QVERIFY(!QFile::exists(project.project().path()));
+    project.project().writeFile(RecordsFile, "12.rtf=61\n");
+    // No texts can be written to a folder.
+    const QString texts = project.project().path(u"Files/search.indexes"_qs);
+    QVERIFY(QDir().mkpath(texts));
+    project.checksums()->noteWriting(item.node(), {TVL::MainText});
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");
+    QVERIFY(QDir().rmdir(texts));
+    project.checksums()->noteWriting(item.node(), {});
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");
+    project.checksums()->noteWriting(item.node(), {TVL::MainText});
+    QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n\n12.rtf.saved=\n");
+}
+
+void TstChecksumRecords::whatIsOutdatedIsTakenOutOfTheFile()
+{
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    LoadedItem item(Id);
+    QVERIFY(checksums->withdrawOutdated());
+    QVERIFY(!QFile::exists(project.project().path()));
+
+    project.project().writeFile(RecordsFile, "1.rtf=62\n\n12.rtf=61");
+    QVERIFY(checksums->loadChecksums());
+    QVERIFY(checksums->withdrawOutdated());
+    QCOMPARE(project.project().readFile(RecordsFile), "1.rtf=62\n\n12.rtf=61");
+    checksums->setHashSumNode(item.node(), TVL::MainText, "b");
+    QVERIFY(checksums->withdrawOutdated());
+    QCOMPARE(project.project().readFile(RecordsFile), "1.rtf=62\n12.rtf.saved=61\n");
+    QVERIFY(checksums->isModified());
+    // What can't be read may vouch for anything.
+    QVERIFY(QFile::remove(project.project().path(RecordsFile)));
+    QVERIFY(QDir().mkpath(project.project().path(RecordsFile)));
+    QVERIFY(!checksums->withdrawOutdated());
 }
 
 void TstChecksumRecords::theProjectsPathIsFollowed()

@@ -3,6 +3,7 @@
 #include "OpenedFiles.h"
 #include "StorageFixtures.h"
 #include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -81,6 +82,7 @@ private Q_SLOTS:
     void aFastComparisonReadsAllFilesThatAreAsExpected();
     void aFullComparisonReadsNoFileInVain();
     void theProjectMayBeNamedByItsBinder();
+    void foldersInSmallLettersAreCompared();
 
     void checksumFilesOfUuidsAreRemoved_data();
     void checksumFilesOfUuidsAreRemoved();
@@ -385,6 +387,29 @@ void TstMobileChecksums::theProjectMayBeNamedByItsBinder()
     project.writeFile(checksumFile(upperCaseUuid(1) + u".checksums"_qs), "x");
     QVERIFY(Checksums::removeOldMobileChecksumFiles(project.binderPath()));
     QCOMPARE(project.files().keys(), {mobilePath(1, Content)});
+}
+
+void TstMobileChecksums::foldersInSmallLettersAreCompared()
+{
+    const int number = 0xabc;
+    const TestProject project;
+    project.writeFile(mobilePath(number, Content), "text");
+    ChecksumMap checksums = Checksums::calcMobileDataChecksums(project.path());
+    QVERIFY(QDir(project.path(u"Mobile/Data"_qs))
+                .rename(upperCaseUuid(number), upperCaseUuid(number).toLower()));
+    QCOMPARE(Checksums::calcMobileDataChecksums(project.path()), checksums);
+    bool isMissing = true;
+    QVERIFY(!Checksums::mobileDataHasConflicts(project.path(), checksums, nullptr, &isMissing));
+    QVERIFY(!isMissing);
+    const ChecksumMap before = checksums;
+    Checksums::updateMobileDataChecksums(project.path(), &checksums);
+    QCOMPARE(checksums, before);
+
+    const TVLProjectFolderFormat folder(project.path(), TVL::FormatVersion18);
+    Checksums records(&folder);
+    records.updateHashSumMobile(uuidOf(number), TVL::MainText);
+    QCOMPARE(records.checksums(), before);
+    QCOMPARE(records.currentHddChecksumMobile(uuidOf(number), TVL::MainText), before.first());
 }
 
 void TstMobileChecksums::checksumFilesOfUuidsAreRemoved_data()

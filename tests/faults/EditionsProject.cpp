@@ -313,7 +313,9 @@ bool isWholeHashFile(QFile *file)
     return lines.constLast().isEmpty()
         && std::all_of(lines.cbegin(), lines.cend() - 1, [](const QByteArray &line) {
                const qsizetype digits = line.size() - line.lastIndexOf('=') - 1;
-               return line.contains('=') && (digits == 0 || digits == HashDigits);
+               // A note of how a file was left may be of one that could not be told.
+               return line.isEmpty() || line.contains(".saved=")
+                   || (line.contains('=') && (digits == 0 || digits == HashDigits));
            });
 }
 

@@ -4,7 +4,9 @@
 #include "TestMain.h"
 #include "TestProject.h"
 
+#include "TVLCollectionMetaData.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLSearchIndex.h"
 #include "TVLTextCommentLink.h"
 #include "TVLTextDocument.h"
 #include "TVLTextRange.h"
@@ -29,6 +31,8 @@ private Q_SLOTS:
     void aTextThatWasNeverWrittenIsEmptyAndCanBeWritten();
     void aFolderThatWentAfterTheFirstSaveIsMissed();
     void readingATextMakesNoFolder();
+    void readingMakesNoFolder_data();
+    void readingMakesNoFolder();
     void commentsOutOfSightAreNeverWrittenOver();
     void aSaveIsNotToldOfCommentsThatAreCutOff();
     void snapshotsOutOfSightAreNotLostInAMerge();
@@ -176,6 +180,37 @@ void TstUnseenTexts::readingATextMakesNoFolder()
     TVLUnattendedMessageBoxes boxes;
     QVERIFY(model->referenceText(firstText(model.get()))->isReadOnly());
     QVERIFY(!QFileInfo::exists(project.path(Docs)));
+}
+
+void TstUnseenTexts::readingMakesNoFolder_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("texts") << Docs;
+    QTest::newRow("notes of the project") << u"Files/ProjectNotes"_qs;
+    QTest::newRow("snapshots") << u"Snapshots"_qs;
+    QTest::newRow("icons") << u"Icons"_qs;
+    QTest::newRow("mobile copy") << u"Mobile"_qs;
+}
+
+void TstUnseenTexts::readingMakesNoFolder()
+{
+    QFETCH(const QString, folder);
+    const TestProject project;
+    makeProjectWithText(project);
+    QVERIFY(QDir(project.path(folder)).removeRecursively());
+    const auto model = project.open();
+    const QModelIndex item = firstText(model.get());
+    TVLCollectionMetaData search;
+    search.mType = TVL::SavedSearchCollection;
+    search.mSearchText = u"words"_qs;
+    (void)model->collectionIndexes(search);
+    model->searchIndex()->updateIndexProperties(item, {TVL::TextProperty}, true);
+    QVERIFY(model->snapshots(item).isEmpty());
+    QVERIFY(model->customIconNames().isEmpty());
+    QVERIFY(!model->projectNoteIdentities().isEmpty());
+    (void)model->indexCardPixmap(item);
+    (void)model->wordCount(item, false, false);
+    QVERIFY(!QFileInfo::exists(project.path(folder)));
 }
 
 void TstUnseenTexts::commentsOutOfSightAreNeverWrittenOver()

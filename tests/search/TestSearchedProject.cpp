@@ -77,6 +77,18 @@ QStringList TestSearchedProject::searchedTexts(const QModelIndex &index,
     return texts;
 }
 
+QList<TVLSearchedText>
+TestSearchedProject::searchedFileTexts(const QModelIndex &index,
+                                       const QList<Property> &properties) const
+{
+    QList<TVLSearchedText> texts = TVLSearchedProject::searchedFileTexts(index, properties);
+    for (TVLSearchedText &text : texts)
+        text.isOfFile = mAreTextsOfFiles;
+    if (mWhenAsked)
+        mWhenAsked();
+    return texts;
+}
+
 TVLProjectNode *TestSearchedProject::addNode(int id, const QString &title, TVL::NodeType type)
 {
     auto *node = new TVLProjectNode({id, QUuid::createUuid()}, &mRoot);

@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -34,6 +35,9 @@ public:
     [[nodiscard]] QStringList searchedTexts(const QModelIndex &index,
                                             const QList<Property> &properties) const override;
 
+    [[nodiscard]] QList<TVLSearchedText>
+    searchedFileTexts(const QModelIndex &index, const QList<Property> &properties) const override;
+
     /** Adds an item; its properties may be set afterwards. */
     TVLProjectNode *addNode(int id, const QString &title, TVL::NodeType type = TVL::Text);
     void removeNode(int id);
@@ -43,6 +47,14 @@ public:
     [[nodiscard]] QString text(int id, Property property) const;
     /** Says of an item that it has a document in memory. */
     void setReferenced(int id) { mReferenced.insert(id); }
+
+    /** Says of all texts that they are those of their files, and what is done whenever some are
+     * asked for. */
+    void setTextsOfFiles(const std::function<void()> &whenAsked)
+    {
+        mAreTextsOfFiles = true;
+        mWhenAsked = whenAsked;
+    }
 
     /** Which texts were asked for since the last call, in order. */
     [[nodiscard]] QList<Request> takeRequests() const { return std::exchange(mRequests, {}); }
@@ -68,6 +80,8 @@ private:
     QHash<int, TVLProjectNode *> mById;
     QMap<Request, QString> mTexts;
     QSet<int> mReferenced;
+    bool mAreTextsOfFiles = false;
+    std::function<void()> mWhenAsked;
     mutable QList<Request> mRequests;
 };
 

@@ -55,6 +55,9 @@ private Q_SLOTS:
     void aFileThatCannotBeOpenedIsLogged();
     void aDatabaseThatFailsLeavesTheFileAsItWas();
     void aStoreWithoutProjectHasNoFile();
+    void hashesOfOtherTextsAreTakenBackFirst();
+    void textsStayAsTheyAreWhenHashesCannotBeTakenBack();
+    void textsStayAsTheyAreWhileTheFolderOfTheHashesIsAway();
 
     void anAbsentFileIsNoError();
     void anUnreadableFileIsAnError();
@@ -65,6 +68,8 @@ private Q_SLOTS:
     void theTitleOfTheFileIsNotUsed();
     void textsAreConfirmedByTheirFiles_data();
     void textsAreConfirmedByTheirFiles();
+    void besideHashesATextWithoutOneIsNotConfirmed();
+    void commentsNeedTheTextToo();
     void metaDataNeedsAllFiles();
     void aFileChangedOutsideIsNotConfirmed();
     void aFileThatIsGoneIsNotConfirmed();
@@ -286,6 +291,64 @@ void TstSearchFile::aStoreWithoutProjectHasNoFile()
     QVERIFY(!index.isModified());
 }
 
+void TstSearchFile::hashesOfOtherTextsAreTakenBackFirst()
+{
+    const TVLProjectNode *node = addItem();
+    mProject->writeDocument(7, TVL::MainText, "content");
+    mProject->writeDocument(7, TVL::NotesText, "notes");
+    mIndex->updatePropertyNode(node, TVL::TextProperty, u"content"_qs, true);
+    mIndex->updatePropertyNode(node, TVL::NotesProperty, u"notes"_qs, true);
+    mIndex->save();
+    QVERIFY(mProject->checksums()->saveChecksums());
+    const ChecksumMap before = mProject->checksums()->checksums();
+    QCOMPARE(before.size(), 2);
+
+    setText(7, TVL::TextProperty, u"typed"_qs);
+    mIndex->save();
+    QVERIFY(mProject->readIndex().contains("typed"));
+    QVERIFY(mProject->checksums()->loadChecksums());
+    QCOMPARE(mProject->checksums()->checksums(),
+             (ChecksumMap{{{QUuid(), u"7_notes.rtf"_qs}, before.last()}}));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|typed|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|notes|1"_qs));
+}
+
+void TstSearchFile::textsStayAsTheyAreWhenHashesCannotBeTakenBack()
+{
+    addItem();
+    mIndex->save();
+    const QByteArray before = mProject->readIndex();
+    const QString hashes =
+        TVLProjectFolderFormat::projectChecksumFilePathId(mProject->searchedPath());
+    QVERIFY(QDir().mkpath(hashes));
+    setText(7, TVL::TextProperty, u"new"_qs);
+    QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
+    mIndex->save();
+    QCOMPARE(mProject->readIndex(), before);
+    QVERIFY(mIndex->isModified());
+    QVERIFY(QDir().rmdir(hashes));
+    mIndex->save();
+    QVERIFY(mProject->readIndex().contains("<Text>new</Text>"));
+}
+
+void TstSearchFile::textsStayAsTheyAreWhileTheFolderOfTheHashesIsAway()
+{
+    addItem();
+    mIndex->save();
+    const QByteArray before = mProject->readIndex();
+    const QString docs = TVLProjectFolderFormat::filesDocsPath(mProject->searchedPath());
+    QVERIFY(QFile::rename(docs, docs + u".away"_qs));
+    setText(7, TVL::TextProperty, u"new"_qs);
+    QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
+    mIndex->save();
+    QCOMPARE(mProject->readIndex(), before);
+    QVERIFY(mIndex->isModified());
+    QVERIFY(QFile::rename(docs + u".away"_qs, docs));
+    mIndex->save();
+    QVERIFY(!mIndex->isModified());
+}
+
 // --- Reading
 
 void TstSearchFile::anAbsentFileIsNoError()
@@ -404,6 +467,31 @@ void TstSearchFile::textsAreConfirmedByTheirFiles()
                u"SELECT type FROM DocumentSearchProperties WHERE confirmed = 0 ORDER BY type"_qs)
             .join(u' '),
         unconfirmed);
+}
+
+void TstSearchFile::besideHashesATextWithoutOneIsNotConfirmed()
+{
+    addItem();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>unsaved</Text></Document>"));
+    mProject->recordHashes();
+    QVERIFY(mIndex->load());
+    // Nor is there a file that it could be the text of. Of an empty text there is none either way.
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|unsaved|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3||1"_qs));
+}
+
+void TstSearchFile::commentsNeedTheTextToo()
+{
+    addItem();
+    mProject->writeDocument(7, TVL::MainText, "content");
+    mProject->writeDocument(7, TVL::CommentsFile, "comments");
+    mProject->recordHashes();
+    mProject->writeIndex(fileOf("<Document ID=\"7\"><Comments>comments</Comments></Document>"));
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|1"_qs));
+    mProject->writeDocument(7, TVL::MainText, "changed");
+    QVERIFY(mIndex->load());
+    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|0"_qs));
 }
 
 void TstSearchFile::metaDataNeedsAllFiles()

@@ -69,6 +69,12 @@ private Q_SLOTS:
     void everyPropertyHasItsSource();
     void nothingIsUpdatedWithoutPropertiesOrItem();
     void anUpdateHasNoHashRecorded();
+    void aTextOfAFileHasItsHashRecorded();
+    void aFileThatChangesWhileItIsReadHasNoHash();
+    void commentsThatTheTextDoesNotKnowHaveNoHash();
+    void aTextThatIsNoFilesLosesItsHash();
+    void anItemThatGoesWhileItIsAskedForIsPassedOver();
+    void anItemThatIsNewHasNoHashes();
     void anUpdateMarksTheStoreAsModified();
     void theStatementsOfAnUpdate();
 
@@ -406,6 +412,91 @@ void TstSearchValidation::anUpdateHasNoHashRecorded()
     mProject->writeDocument(0, TVL::MainText, "content");
     mIndex->updateIndexProperties(mProject->searchedIndex(0), Rebuilt, false);
     QVERIFY(!mProject->checksums()->isModified());
+}
+
+void TstSearchValidation::aTextOfAFileHasItsHashRecorded()
+{
+    addItems(1);
+    mProject->writeDocument(0, TVL::MainText, "content");
+    mProject->writeDocument(0, TVL::CommentsFile, "comments");
+    mProject->setTextsOfFiles({});
+    mIndex->validateIndexes(nullptr);
+    const TVLProjectChecksums *checksums = mProject->checksums();
+    QCOMPARE(checksums->checksums().size(), 2);
+    for (const auto type : {TVL::MainText, TVL::CommentsFile})
+        QCOMPARE(checksums->loadedChecksum(0, type), checksums->currentHddChecksum(0, type));
+    QVERIFY(checksums->isModified());
+    // Once more, nothing is new.
+    mProject->checksums()->setModified(false);
+    mIndex->updateIndexProperties(mProject->searchedIndex(0), Rebuilt, false);
+    QVERIFY(!checksums->isModified());
+}
+
+void TstSearchValidation::aFileThatChangesWhileItIsReadHasNoHash()
+{
+    addItems(1);
+    mProject->writeDocument(0, TVL::MainText, "content");
+    mProject->writeDocument(0, TVL::NotesText, "content");
+    mProject->recordHashes();
+    mProject->setTextsOfFiles([this] {
+        mProject->writeDocument(0, TVL::MainText, "changed");
+        mProject->writeDocument(0, TVL::SynopsisText, "new");
+    });
+    mIndex->validateIndexes(nullptr);
+    QVERIFY(mProject->checksums()->loadedChecksum(0, TVL::MainText).isEmpty());
+    QVERIFY(mProject->checksums()->loadedChecksum(0, TVL::SynopsisText).isEmpty());
+    QVERIFY(!mProject->checksums()->loadedChecksum(0, TVL::NotesText).isEmpty());
+}
+
+void TstSearchValidation::commentsThatTheTextDoesNotKnowHaveNoHash()
+{
+    addItems(1);
+    mProject->setText(0, TVL::CommentsProperty, QString());
+    mProject->writeDocument(0, TVL::CommentsFile, "comments");
+    mProject->recordHashes();
+    mProject->setTextsOfFiles({});
+    mIndex->validateIndexes(nullptr);
+    QVERIFY(mProject->checksums()->checksums().isEmpty());
+}
+
+void TstSearchValidation::aTextThatIsNoFilesLosesItsHash()
+{
+    addItems(1);
+    for (const int type : {0, 1, 2, 4})
+        mProject->writeDocument(0, TVL::DocumentType(type), "content");
+    mProject->recordHashes();
+    mProject->checksums()->setModified(false);
+    mIndex->updateIndexProperties(mProject->searchedIndex(0), {TVL::TextProperty}, false);
+    QVERIFY(!mProject->checksums()->checksums().contains({QUuid(), u"0.rtf"_qs}));
+    QCOMPARE(mProject->checksums()->checksums().size(), 3);
+    QVERIFY(mProject->checksums()->isModified());
+    // One that isn't confirmed is none, too.
+    mIndex->updatePropertyNode(mProject->nodes().constFirst(), TVL::NotesProperty, u"typed"_qs,
+                               false);
+    QCOMPARE(mProject->checksums()->checksums().size(), 2);
+}
+
+void TstSearchValidation::anItemThatGoesWhileItIsAskedForIsPassedOver()
+{
+    addItems(2);
+    mProject->writeDocument(0, TVL::MainText, "content");
+    mProject->setTextsOfFiles([this] { mProject->removeNode(0); });
+    mIndex->validateIndexes(nullptr);
+    QVERIFY(mProject->checksums()->checksums().isEmpty());
+    QCOMPARE(mIndex->notConfirmedIndexes().size(), 0);
+}
+
+void TstSearchValidation::anItemThatIsNewHasNoHashes()
+{
+    for (const int id : {0, 1})
+        mProject->writeDocument(id, TVL::MainText, "of another item");
+    mProject->recordHashes();
+    QCOMPARE(mProject->checksums()->checksums().size(), 2);
+    QVERIFY(mIndex->addProjectNode(mProject->addNode(0, u"Title"_qs)));
+    QCOMPARE(mProject->checksums()->checksums().keys(),
+             QList<ChecksumKey>({{QUuid(), u"1.rtf"_qs}}));
+    mIndex->forgetTexts(1);
+    QVERIFY(mProject->checksums()->checksums().isEmpty());
 }
 
 void TstSearchValidation::anUpdateMarksTheStoreAsModified()

@@ -88,7 +88,42 @@ private Q_SLOTS:
     void aFolderThatCannotBeMadeIsAFailure();
 
     void foldersAreListedByTheirUuids();
+    void foldersOfTheMobileCopyMayBeInSmallLetters();
 };
+
+void TstItemLayouts::foldersOfTheMobileCopyMayBeInSmallLetters()
+{
+    const QUuid uuid(u"4f0a1f3b-8c70-4f6e-9b3f-0d2b6a2a1c44"_qs);
+    const TestProject project;
+    const QString folder = u"Mobile/Data/"_qs + uuid.toString(QUuid::WithoutBraces);
+    const auto write = [&] {
+        for (auto file = Texts.cbegin(); file != Texts.cend(); ++file)
+            project.writeFile(folder + u'/' + file.key(), file.value());
+    };
+    write();
+    QCOMPARE(Format::findMobileDataNodePath(project.path(), uuid), project.path(folder));
+    QVERIFY(Format::mobileDocumentFolderExists(project.path(), uuid));
+    QVERIFY(Format::mobileDocumentExists(project.path(), uuid, TVL::MainText));
+    QVERIFY(!Format::mobileDocumentExists(project.path(), uuid, TVL::NotesText));
+    QVERIFY(!Format::md5Mobile(project.path(), uuid, TVL::SynopsisText).isEmpty());
+    QCOMPARE(Format::mobileDataNodePathFiles(project.path(), uuid).size(), 2);
+    QCOMPARE(Format::findMobileContentDocument(project.path(), uuid),
+             project.path(folder + u"/content.rtf"_qs));
+    QVERIFY(Format::copyMobileToMobile(project.path(), uuid, Two));
+    QCOMPARE(mobileFiles(project, Two), Texts);
+    QVERIFY(Format::cloneMobileProjectFiles(project.path(), uuid, project.path(), One));
+    QCOMPARE(mobileFiles(project, One), Texts);
+    QVERIFY(Format::syncMobileToDesktopV23(project.path(), uuid));
+    QCOMPARE(desktopFiles(project, uuid), Texts);
+    QVERIFY(Format::moveMobileToDesktopV23(project.path(), uuid));
+    QCOMPARE(filesIn(project, folder), Files());
+    write();
+    QVERIFY(Format::removeProjectFilesMobile(project.path(), uuid));
+    QVERIFY(!QFileInfo::exists(project.path(folder)));
+    // Where there is none, a new one is called as the others.
+    QCOMPARE(Format::findMobileDataNodePath(project.path(), uuid),
+             Format::mobileDataNodePath(project.path(), uuid));
+}
 
 void TstItemLayouts::aDesktopItemIsCopiedToTheMobileCopy()
 {

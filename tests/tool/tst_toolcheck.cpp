@@ -274,10 +274,10 @@ QList<DamageRow> damageRows()
         // Texts
         {"the folder of the texts behind a link to nowhere",
          all({removingFolder(u"Files/Docs"_qs), linkingToNowhere(u"Files/Docs"_qs)}),
-         {u"unreadableDocuments Files/Docs"_qs}},
+         {u"unreadableDocuments Files/Docs"_qs, u"unreadableHashes Files/Docs/docs.checksum"_qs}},
         {"a file in the place of the folder of the texts",
          all({removingFolder(u"Files/Docs"_qs), writing(u"Files/Docs"_qs, "x")}),
-         {u"unreadableDocuments Files/Docs"_qs}},
+         {u"unreadableDocuments Files/Docs"_qs, u"unreadableHashes Files/Docs/docs.checksum"_qs}},
         {"no folder of the texts that there were",
          all({recordingText(4, "Text"), removingFolder(u"Files/Docs"_qs)}),
          {u"missingDocuments Files/Docs"_qs}},

@@ -2,6 +2,7 @@
 #include "ToolFixtures.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
 #include <QFile>
@@ -20,6 +21,12 @@ private Q_SLOTS:
     void whatTheToolSavesAgrees();
     void whatWasRemovedIsNotMissed();
     void aChangeOutsideIsToldUntilTheTextIsSaved();
+    void whatASessionSavesIsNoChangeFromOutside_data();
+    void whatASessionSavesIsNoChangeFromOutside();
+    void whatASessionRemovesIsNotMissed();
+    void whatASessionReplacesIsNoChangeFromOutside();
+    void aFileThatWasBeingWrittenIsNoChangeFromOutside();
+    void aChangeOutsideIsToldThoughASearchHasTakenItIn();
     void aFileThatIsNotRecordedIsNoProblem();
     void whatIsNotThereIsNoProblem();
     void theLastHashOfAFileCounts();
@@ -142,6 +149,116 @@ void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
     QCOMPARE(hashProblemsOf(project), changed);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_qs); });
+    QCOMPARE(hashProblemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::whatASessionSavesIsNoChangeFromOutside_data()
+{
+    QTest::addColumn<bool>("isKilled");
+    QTest::newRow("the project is open elsewhere") << false;
+    QTest::newRow("the session was killed") << true;
+}
+
+void TstToolCheckHashes::whatASessionSavesIsNoChangeFromOutside()
+{
+    QFETCH(const bool, isKilled);
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(project, [](TVLProjectModel *model) {
+        typeText(model, 3, TVL::MainText, u"Fog. "_qs);
+        typeText(model, 4, TVL::NotesText, u"Rain. "_qs);
+        // The texts of the items are known from here on.
+        model->searchIndex()->validateIndexes(nullptr);
+    });
+    std::unique_ptr<TVLProjectModel> model = project.open();
+    typeText(model.get(), 4, TVL::MainText, u"And rain. "_qs);
+    typeText(model.get(), 5, TVL::SynopsisText, u"A boat. "_qs);
+    TVLTextDocument *notes = model->referenceItem(model->index(4), TVL::NotesText);
+    notes->clear();
+    model->dereferenceItem(notes);
+    QVERIFY(model->save());
+    if (isKilled)
+        model.reset();
+    QCOMPARE(hashProblemsOf(project), QStringList());
+
+    // Others change what the session has saved, and what it hasn't.
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Terns.}");
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/5_synopsis.txt"_qs)));
+    const QStringList changed({u"changedDocument Files/Docs/3.rtf"_qs,
+                               u"changedDocument Files/Docs/4.rtf"_qs,
+                               u"missingDocument Files/Docs/5_synopsis.txt"_qs});
+    QCOMPARE(hashProblemsOf(project), changed);
+    // The next session saves its hashes without having looked at these.
+    model.reset();
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *next) { typeText(next, 5, TVL::MainText, u"Fog. "_qs); });
+    QCOMPARE(hashProblemsOf(project), changed);
+}
+
+void TstToolCheckHashes::whatASessionRemovesIsNotMissed()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    // The binder on disk still has the item.
+    QVERIFY(model->removeFilesForNode(model->projectNode(model->index(5))));
+    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
+    QCOMPARE(hashProblemsOf(project), QStringList());
+}
+
+void TstToolCheckHashes::whatASessionReplacesIsNoChangeFromOutside()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
+    const std::unique_ptr<TVLProjectModel> model = project.open();
+    QVERIFY(model->cloneProjectFiles(model->index(4), model->index(5), false));
+    QCOMPARE(hashProblemsOf(project), QStringList());
+    model->saveAll(true);
+    QCOMPARE(hashProblemsOf(project), QStringList());
+    // From the next look at it on it is known what it is like.
+    model->searchIndex()->validateIndexes(nullptr);
+    model->saveAll(false);
+    QCOMPARE(hashProblemsOf(project), QStringList());
+    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Terns.}");
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/5.rtf"_qs));
+}
+
+void TstToolCheckHashes::aFileThatWasBeingWrittenIsNoChangeFromOutside()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(project, [](TVLProjectModel *) {});
+    const QByteArray hashes = project.readFile(HashesFile);
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Ter");
+    QVERIFY(hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_qs));
+    project.writeFile(HashesFile, hashes + "\n4.rtf.saved=\n");
+    QVERIFY(!hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_qs));
+    project.writeFile(HashesFile, hashes + "\n4.rtf.saved=12\n");
+    QVERIFY(hashProblemsOf(project).contains(u"unreadableHashes "_qs + HashesFile));
+}
+
+void TstToolCheckHashes::aChangeOutsideIsToldThoughASearchHasTakenItIn()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *model) { model->searchIndex()->validateIndexes(nullptr); });
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
+    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_qs};
+    for (int session = 0; session < 2; ++session) {
+        changeWithTheLibrary(project, [](TVLProjectModel *model) {
+            model->searchIndex()->validateIndexes(nullptr);
+        });
+        QVERIFY(project.readFile(IndexFile).contains("Terns."));
+        QCOMPARE(hashProblemsOf(project), changed);
+    }
+    changeWithTheLibrary(
+        project, [](TVLProjectModel *model) { model->rebuildSearchIndexes(false, nullptr); });
     QCOMPARE(hashProblemsOf(project), QStringList());
 }
 

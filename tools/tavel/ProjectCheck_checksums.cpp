@@ -8,7 +8,6 @@
 #include "TVLSearchIndex.h"
 
 #include <QCryptographicHash>
-#include <QFileInfo>
 #include <QStringTokenizer>
 
 #include <algorithm>
@@ -30,14 +29,12 @@ bool isHexDigit(QChar ch)
     return (ch >= u'0' && ch <= u'9') || (ch >= u'a' && ch <= u'f') || (ch >= u'A' && ch <= u'F');
 }
 
-/** A hash that is written out in full; empty for anything else. */
-QByteArray wholeHash(QStringView text)
+/** Whether a hash is written out in full. */
+bool isWholeHash(QStringView text)
 {
     const qsizetype digits =
         2 * qsizetype(QCryptographicHash::hashLength(QCryptographicHash::Sha1));
-    if (text.size() != digits || !std::all_of(text.begin(), text.end(), isHexDigit))
-        return {};
-    return QByteArray::fromHex(text.toLatin1());
+    return text.size() == digits && std::all_of(text.begin(), text.end(), isHexDigit);
 }
 
 /** Whether a line names a file of the folder of documents, or of an item's own folder. */
@@ -56,10 +53,12 @@ std::optional<HashRecord> recordOf(QStringView line)
     const qsizetype equalSign = line.indexOf(u'=');
     if (equalSign < 0 || !isFileName(line.first(equalSign)))
         return std::nullopt;
-    const QByteArray hash = wholeHash(line.sliced(equalSign + 1).trimmed());
-    if (hash.isEmpty())
+    const QString name = line.first(equalSign).toString();
+    const QStringView hash = line.sliced(equalSign + 1).trimmed();
+    // What a file is like that was being written is known to nobody.
+    if (!isWholeHash(hash) && !(hash.isEmpty() && TVLProjectChecksums::isNote(name)))
         return std::nullopt;
-    return HashRecord{line.first(equalSign).toString(), hash};
+    return HashRecord{name, QByteArray::fromHex(hash.toLatin1())};
 }
 
 } // namespace
@@ -67,7 +66,7 @@ std::optional<HashRecord> recordOf(QStringView line)
 void ProjectCheck::checkHashes()
 {
     const QString filePath = Format::projectChecksumFilePathId(mFiles.projectPath);
-    if (!QFileInfo::exists(filePath))
+    if (TVLCoreUtil::IsMissing(filePath))
         return;
     bool isRead = false;
     const QString lines = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(filePath, &isRead));
@@ -87,17 +86,21 @@ void ProjectCheck::checkHashes()
             add(u"unreadableHashes"_qs, relative(filePath),
                 u"line %1 isn't a file with its hash"_qs.arg(number));
     }
-    const ChecksumMap checksums = TVLProjectChecksums::toUuidChecksumMap(hashes);
+    ChecksumMap checksums = TVLProjectChecksums::toUuidChecksumMap(hashes);
+    // Where the project has noted how it left a file, a record is of what others made of it.
+    checksums.insert(TVLProjectChecksums::takeNotes(&checksums));
     for (auto record = checksums.cbegin(); record != checksums.cend(); ++record)
         checkHash(record.key().first, record.key().second, record.value());
 }
 
 void ProjectCheck::checkHash(const QUuid &uuid, const QString &name, const QByteArray &hash)
 {
+    if (hash.isEmpty()) // A save was at it when it was last heard of.
+        return;
     const QString folder = uuid.isNull() ? Format::filesDocsPath(mFiles.projectPath)
                                          : Format::filesDataNodePath(mFiles.projectPath, uuid);
     const QString filePath = folder + u'/' + name;
-    if (QFileInfo::exists(filePath)) {
+    if (!TVLCoreUtil::IsMissing(filePath)) {
         if (!TVLProjectChecksums::checksumsMatch(filePath, hash))
             add(u"changedDocument"_qs, relative(filePath),
                 u"the file differs from its recorded hash: it was changed behind the project's "
@@ -111,7 +114,7 @@ void ProjectCheck::checkHash(const QUuid &uuid, const QString &name, const QByte
 void ProjectCheck::checkSearchIndex()
 {
     const QString filePath = Format::searchIndexesFilePath(mFiles.projectPath);
-    if (!QFileInfo::exists(filePath))
+    if (TVLCoreUtil::IsMissing(filePath))
         return;
     if (const QString error = TVLSearchIndex::fileError(filePath); !error.isEmpty())
         add(u"unreadableSearchIndex"_qs, relative(filePath), error);

@@ -10,7 +10,7 @@ bool tvlIsThere(const QString &path)
 
 bool tvlIsMissing(const QString &path)
 {
-    if (path.isEmpty())
+    if (path.isEmpty()) // Neither is a folder of it.
         return true;
     if (tvlIsThere(path))
         return false;
