@@ -3,7 +3,13 @@
 #include "TVLProjectModel.h"
 #include "TVLTextDocument.h"
 
-/** A reference to one of an item's documents, given back at the end of the scope. */
+#include <QPointer>
+
+/**
+ * A reference to one of an item's documents, given back at the end of the scope. Taking it may show
+ * a box about a file that can't be read, in which the item may go; what was known of the item
+ * before is of no use then. The document may go as well, in any box or event loop.
+ */
 class TVLHeldDocument
 {
 public:
@@ -15,11 +21,11 @@ public:
     ~TVLHeldDocument() { mModel->dereferenceItem(mDocument); }
     Q_DISABLE_COPY_MOVE(TVLHeldDocument)
 
-    explicit operator bool() const { return mDocument != nullptr; }
+    explicit operator bool() const { return !mDocument.isNull(); }
     TVLTextDocument *operator->() const { return mDocument; }
     [[nodiscard]] TVLTextDocument *get() const { return mDocument; }
 
 private:
     const TVLProjectModel *mModel;
-    TVLTextDocument *mDocument; ///< Null when the item has no such document.
+    QPointer<TVLTextDocument> mDocument; ///< Null when the item has no such document.
 };

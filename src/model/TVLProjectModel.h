@@ -20,15 +20,20 @@
 #include <QSet>
 #include <QUuid>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
+#include <utility>
 
 class QImage;
 class QPrinter;
+class QTextCursor;
 class QTextDocument;
 class QUrl;
 class TVLDocumentSave;
 class TVLFilesLeft;
+class TVLHeldItem;
+class TVLHeldPlace;
 class TVLKeywordModel;
 class TVLNumberedFiles;
 class TVLProjectChecksums;
@@ -38,6 +43,7 @@ class TVLProjectNode;
 class TVLProjectNodeProperties;
 class TVLProjectSettings;
 class TVLSearchIndex;
+class TVLSiblingTitles;
 class TVLTextCommentLink;
 class TVLTextDocument;
 struct TVLTextRange;
@@ -335,6 +341,8 @@ public:
 
     /** @name Making items
      * Every new item gets the default label and status item. A row of -1 is the end of the parent.
+     * It is whole when it is announced: with its texts, counts, card, icon and keywords. Who hears
+     * of it may remove it; the functions then return null, a default index, or a list without it.
      * The functions that insert a single item with a given content don't mark the project modified:
      * what follows does, or the caller. Those that insert rows do.
      * @{ */
@@ -499,7 +507,8 @@ public:
      * Joins texts into the first of the list, with their notes, synopses, keywords, references and
      * snapshots, and removes the others; their children move up to their place. The joined text is
      * on disk before a file is deleted; when it can't be written, no file is. An invalid index,
-     * with nothing changed, unless all are texts or folders and can be read.
+     * with no item changed, unless all are texts or folders, and all their texts and snapshots can
+     * be read and the snapshots copied.
      */
     QModelIndex mergeIndexes(const QModelIndexList &indexes);
     /**
@@ -611,7 +620,8 @@ public:
      * document stays in memory: only a save lets go of it. */
     void dereferenceItem(TVLTextDocument *document) const;
 
-    /** Brings an item's documents into memory without a reference; nothing if they are there. */
+    /** Brings an item's documents into memory without a reference; nothing if they are there. A
+     * file that can't be read is told in a box, behind which the node may be gone. */
     void loadDocuments(TVLProjectNode *node) const;
     /**
      * Writes an item's documents if one of them is unsaved, and then lets go of all three if they
@@ -1235,6 +1245,7 @@ private Q_SLOTS:
     [[nodiscard]] QModelIndex findTemplateFolder() const;
 
 private:
+    friend class TVLHeldItem;
     friend class TVLProjectModelTestAccess;
 
     /** What a change of an item brings with it, beside the project's being modified. */
@@ -1270,6 +1281,14 @@ private:
     void readProjectNotes(QStringList *errors);
     void showSaveErrors(const QStringList &errors) const;
 
+    /** Brings documents into memory that aren't there, and shows no box. */
+    [[nodiscard]] bool loadQuietly(TVLProjectNode *node, QStringList *errors) const;
+    /** Edits a document of an item that nobody has seen yet, and tells nobody; false without one.
+     */
+    static bool editUnseen(TVLProjectNode *node, TVL::DocumentType type,
+                           const std::function<void(QTextCursor)> &edit);
+    /** The same with a text at its beginning; false, too, for an empty one. */
+    static bool fillDocument(TVLProjectNode *node, TVL::DocumentType type, const QString &text);
     void createDocuments(TVLProjectNode *node) const;
     /** As the public one; with @p save, as a part of that. */
     bool saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
@@ -1292,6 +1311,10 @@ private:
     [[nodiscard]] int sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
                                          bool withFootnotes) const;
     [[nodiscard]] int sessionCharacterCountOf(TVLProjectNode *node) const;
+    [[nodiscard]] static bool areCounted(const TVLProjectNode *node);
+    [[nodiscard]] TVLProjectNode *withTexts(TVLProjectNode *node) const;
+    template <typename Visit>
+    void visitForCounts(const QList<TVLProjectNode *> &tops, Visit visit) const;
     template <typename Count>
     [[nodiscard]] int totalCount(const QModelIndex &index, Count count) const;
     void addCounts(TVLProjectNode *node, bool draft, bool session, bool compileOnly,
@@ -1305,8 +1328,14 @@ private:
         TVLProjectNode *parent;
         int row;
     };
+    struct NewItem;
+    using NewTexts = QList<std::pair<TVL::DocumentType, QString>>;
     struct CloneSource;
     struct CloneOptions;
+    struct AdoptedIds;
+    struct NewCopies;
+    struct Copies;
+    struct Descendant;
     struct MergedTexts;
 
     [[nodiscard]] QModelIndex rowSignalParent(const TVLProjectNode *parent) const;
@@ -1319,16 +1348,22 @@ private:
     [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
     /** Whether files may lie under an id that no item has. */
     [[nodiscard]] bool isLeftBehind(int id) const;
-    template <typename Insert>
-    auto insertBetweenSignals(TVLProjectNode *parent, int row, int count, Insert insert);
     [[nodiscard]] bool givesIds() const;
     TVLProjectNode *createDefaultNode(TVLProjectNode *parent, int row, const QUuid &uuid);
-    TVLProjectNode *insertDefaultNode(TVLProjectNode *parent, int row);
-    QList<TVLProjectNode *> insertClones(const InsertPlace &place, int count,
-                                         const QModelIndex &source, CloneFlags flags,
-                                         const QUuid &uuid);
-    void insertTextInto(const QModelIndex &index, TVL::DocumentType type, const QString &text);
-    void startAsScript(const QModelIndex &index);
+    QList<TVLHeldItem> insertItems(const InsertPlace &place, int count,
+                                   const std::function<TVLProjectNode *(int)> &make);
+    QList<TVLHeldItem> insertNewItems(int row, const QModelIndex &parent, int count,
+                                      const NewItem &item);
+    QModelIndex insertWithTexts(int row, const QModelIndex &parent, const NewItem &item,
+                                const NewTexts &texts);
+    QList<TVLHeldItem>
+    insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
+                     const std::function<void(TVLProjectNode *)> &finish = nullptr);
+    TVLHeldItem insertBlankItem(int row, const QModelIndex &parent,
+                                const std::function<void(TVLProjectNode *)> &finish = nullptr);
+    QList<TVLHeldItem> insertClones(const InsertPlace &place, int count, const QModelIndex &source,
+                                    CloneFlags flags, const QUuid &uuid);
+    void startAsScript(TVLProjectNode *node, QStringList *errors);
 
     /** The nodes of a list of items; empty if one isn't an item of this model. */
     [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
@@ -1338,14 +1373,15 @@ private:
                                      const TVLProjectNode *target) const;
     bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,
                       int targetRow);
-    bool moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row);
+    bool moveNode(TVLProjectNode *node, TVLHeldPlace *place);
     bool moveChildrenBehind(TVLProjectNode *node);
     [[nodiscard]] static QString trSearchResultsTitle();
     [[nodiscard]] bool isCollectionPos(int position) const;
-    void announceCollection(int position);
+    [[nodiscard]] int presentCollectionPos(int position, const QString &identity) const;
+    void announceCollection(int position, const QString &identity);
     void storeCollection(int position, const TVLCollectionMetaData &collection);
     void insertCollectionRow(int position, const TVLCollectionMetaData &collection);
-    void removeCollectionRow(int position);
+    bool removeCollectionRow(int position);
     /** Announces the searches that have all bits of a scope. */
     void announceSearches(int scope);
     [[nodiscard]] bool isFoundBy(const TVLCollectionMetaData &collection,
@@ -1359,23 +1395,41 @@ private:
     /** The same for a node whose files stay. */
     void forgetNodeWithoutFiles(TVLProjectNode *node);
     bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
-    void removeLeaves(TVLProjectNode *parent, const TVLNumberedFiles &files);
+    void removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files);
     void removeRow(TVLProjectNode *node);
 
     [[nodiscard]] static CloneSource cloneSource(const QModelIndex &source);
-    bool clone(const CloneSource &from, const QModelIndex &source, const QModelIndex &target,
-               const CloneOptions &options);
-    bool cloneNode(const CloneSource &from, TVLProjectNode *source, TVLProjectNode *target,
-                   const CloneOptions &options);
+    [[nodiscard]] bool canCloneBelow(const QModelIndex &source, const QModelIndex &parent) const;
+    bool copyItem(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target,
+                  const CloneOptions &options, const AdoptedIds *ids);
     bool cloneFiles(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target);
-    void adoptKeyword(const TVLKeywordModel &from, int id);
+    static void takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
+                        TVLProjectNode *target);
+    void markIfReferringChanged(const TVLProjectNodeProperties &before,
+                                const TVLProjectNodeProperties &now);
+    Copies insertCopies(const CloneSource &from, const TVLHeldItem &source,
+                        const TVLHeldPlace &place, const CloneOptions &options,
+                        const NewCopies &copies);
+    [[nodiscard]] static QList<Descendant> descendantsOf(const CloneSource &from,
+                                                         const TVLProjectNode *top,
+                                                         const TVLProjectNode *excluded);
+    bool cloneDescendants(const CloneSource &from, const QList<Descendant> &descendants,
+                          const TVLHeldItem &copy, const CloneOptions &options);
+    TVLHeldItem duplicateOne(const CloneSource &from, const TVLHeldItem &source,
+                             const CloneOptions &options, TVLSiblingTitles *titles,
+                             TVLHeldPlace *place);
+    AdoptedIds adoptIds(const TVLProjectModel &from, const TVLProjectNodeProperties &item,
+                        bool isWanted);
+    QList<int> adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids);
+    int adoptKeyword(const QString &title, const QColor &color);
     int adoptLabel(const TVLSearchIndex &from, int id);
     int adoptStatusItem(const TVLSearchIndex &from, int id);
 
-    [[nodiscard]] bool canMerge(const QList<TVLProjectNode *> &nodes) const;
-    void gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTexts *merged);
-    [[nodiscard]] bool takeMergedTexts(TVLProjectNode *survivor, const MergedTexts &merged);
-    void removeMerged(const QList<TVLProjectNode *> &nodes, bool withFiles);
+    [[nodiscard]] bool canMerge(const QList<TVLHeldItem> &items) const;
+    [[nodiscard]] bool gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged);
+    [[nodiscard]] bool takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids);
+    [[nodiscard]] bool takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged);
+    void removeMerged(const QList<TVLHeldItem> &items, bool withFiles);
     [[nodiscard]] bool mergeSnapshots(int id, const QList<int> &sourceIds);
     bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
                          void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
@@ -1415,9 +1469,15 @@ private:
     void invalidateSearchedTexts(const TVLProjectNode *node) const;
     void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
     void updateSearchedCustomMetaData(const TVLProjectNode *node) const;
+    /** All that the index knows of an item but its texts. */
+    void updateSearchedRecord(const TVLProjectNode *node);
     [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
 
+    // Items may go at each signal; see TVLHeldItem.
     void announceChange(const QModelIndex &index);
+    void announceChanges(const QList<TVLHeldItem> &items);
+    void markAndAnnounce(const QModelIndex &index);
+    void announceSnapshots(const QModelIndex &index);
     void announceSubtree(const QModelIndex &index);
     void markTemplateFolder(const QModelIndex &index, bool isTemplateFolder);
     void followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects);

@@ -1,6 +1,7 @@
 #include "TVLProjectModel.h"
 
 #include "TVLHeldDocument_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -46,22 +47,23 @@ void appendMissing(QList<Value> *values, const QList<Value> &more)
     }
 }
 
-/** Puts a text in place of a document's, without a way to undo it. */
-void replaceContent(QTextDocument *document, const QTextDocument &content)
+/** Puts a text in place of a document's, without a way to undo it, as long as it is there. */
+void replaceContent(const TVLHeldDocument &document, const QTextDocument &content)
 {
-    document->setUndoRedoEnabled(false);
-    document->clear();
-    TVLTextDoc::appendDocument(QTextCursor(document), &content);
-    document->setUndoRedoEnabled(true);
+    if (document)
+        document->setUndoRedoEnabled(false);
+    if (document)
+        document->clear();
+    if (document)
+        TVLTextDoc::appendDocument(QTextCursor(document.get()), &content);
+    if (document)
+        document->setUndoRedoEnabled(true);
 }
 
-void addSessionCounts(const TVLProjectNode &node, TVLProjectNode *survivor)
+bool areAllThere(const QList<TVLHeldItem> &items)
 {
-    const bool isTaken = survivor->mSessionCharacterCount != -1;
-    survivor->mSessionWordCount =
-        node.mSessionWordCount + (isTaken ? survivor->mSessionWordCount : 0);
-    survivor->mSessionCharacterCount =
-        node.mSessionCharacterCount + (isTaken ? survivor->mSessionCharacterCount : 0);
+    return std::all_of(items.begin(), items.end(),
+                       [](const TVLHeldItem &item) { return item.node(); });
 }
 
 } // namespace
@@ -71,30 +73,27 @@ void addSessionCounts(const TVLProjectNode &node, TVLProjectNode *survivor)
 QModelIndex TVLProjectModel::groupIndexes(const QModelIndexList &indexes)
 {
     const QModelIndexList sorted = sortIndexesStable(indexes);
-    const QList<TVLProjectNode *> nodes = itemNodes(sorted);
-    if (nodes.isEmpty())
+    const QList<TVLHeldItem> members = TVLHeldItem::listOf(this, itemNodes(sorted));
+    if (members.isEmpty())
         return {};
-    const int row = sorted.constFirst().row();
-    const QModelIndex parent = sorted.constFirst().parent();
-    if (!insertRows(row, 1, parent))
-        return {};
-    QModelIndexList members;
-    members.reserve(nodes.size());
-    for (const TVLProjectNode *node : nodes)
-        members.append(createIndex(node));
-    const QPersistentModelIndex group = index(row, 0, parent);
-    return moveToFolder(group, members, -1) ? QModelIndex(group) : QModelIndex();
+    const QModelIndex first = sorted.constFirst();
+    const TVLHeldItem group = insertBlankItem(first.row(), first.parent());
+    const bool isMoved =
+        group.node() && moveToFolder(group.index(), TVLHeldItem::indexesOf(members), -1);
+    return isMoved ? group.index() : QModelIndex();
 }
 
 bool TVLProjectModel::ungroupIndexes(const QModelIndexList &indexes)
 {
-    QModelIndexList groups = sortIndexesStable(indexes);
-    groups.removeIf(
+    QModelIndexList sorted = sortIndexesStable(indexes);
+    sorted.removeIf(
         [this](const QModelIndex &index) { return !index.isValid() || !hasChildren(index); });
-    const QList<TVLProjectNode *> nodes = itemNodes(groups);
-    for (TVLProjectNode *node : nodes)
-        (void)moveChildrenBehind(node);
-    return !nodes.isEmpty();
+    const QList<TVLHeldItem> groups = TVLHeldItem::listOf(this, itemNodes(sorted));
+    for (const TVLHeldItem &group : groups) {
+        if (TVLProjectNode *node = group.node())
+            (void)moveChildrenBehind(node);
+    }
+    return !groups.isEmpty();
 }
 
 bool TVLProjectModel::moveChildrenBehind(TVLProjectNode *node)
@@ -124,6 +123,15 @@ struct TVLProjectModel::MergedTexts
     QList<TVLReference> references;
     QList<int> idsWithSnapshots;
     QList<TVLTextCommentLink> filedComments;
+    int sessionWordCount = -1;
+    int sessionCharacterCount = -1;
+
+    void addSessionCounts(const TVLProjectNode &node)
+    {
+        const bool isTaken = sessionCharacterCount != -1;
+        sessionWordCount = node.mSessionWordCount + (isTaken ? sessionWordCount : 0);
+        sessionCharacterCount = node.mSessionCharacterCount + (isTaken ? sessionCharacterCount : 0);
+    }
 };
 
 /** Puts a text behind those that are there, with an empty paragraph between them. */
@@ -140,60 +148,84 @@ void TVLProjectModel::MergedTexts::Joined::append(const QTextDocument *text)
     tvlInsertText(cursor, text, 0, tvlEndOf(text), &comments);
 }
 
-void TVLProjectModel::gatherTexts(const QList<TVLProjectNode *> &nodes, MergedTexts *merged)
+/** False, with no more use for what was gathered, when an item has gone meanwhile. */
+bool TVLProjectModel::gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged)
 {
-    for (TVLProjectNode *node : nodes) {
-        const QModelIndex index = createIndex(node);
+    for (const TVLHeldItem &item : items) {
+        if (!item.node())
+            return false;
+        const TVLHeldDocument text(this, item.index(), TVL::MainText);
+        const TVLHeldDocument notes(this, item.index(), TVL::NotesText);
+        const TVLHeldDocument card(this, item.index(), TVL::SynopsisText);
+        const TVLProjectNode *node = item.node();
+        if (!node || !text || !notes || !card)
+            return false;
+        merged->text.append(text.get());
+        // No text names these, and so none will miss the others' identities.
+        merged->filedComments.append(&item == &items.constFirst() ? text->filedComments()
+                                                                  : renamed(text->filedComments()));
+        merged->notes.append(notes.get());
+        appendSynopsis(&merged->synopsis, card->toPlainText());
+        appendMissing(&merged->keywords, node->mKeywords);
+        appendMissing(&merged->references, node->mReferences);
+        merged->addSessionCounts(*node);
         // Asked for once more: when the project was opened, they may have been out of sight.
         if (node->mHasSnapshots || TVLProjectFolderFormat::hasSnapshots(mPath, node->mId))
             merged->idsWithSnapshots.append(node->mId);
-        const TVLHeldDocument text(this, index, TVL::MainText);
-        merged->text.append(text.get());
-        // No text names these, and so none will miss the others' identities.
-        merged->filedComments.append(node == nodes.constFirst() ? text->filedComments()
-                                                                : renamed(text->filedComments()));
-        merged->notes.append(TVLHeldDocument(this, index, TVL::NotesText).get());
-        appendSynopsis(&merged->synopsis, synopsis(index));
-        appendMissing(&merged->keywords, node->mKeywords);
-        appendMissing(&merged->references, node->mReferences);
-        if (node != nodes.constFirst())
-            addSessionCounts(*node, nodes.constFirst());
     }
+    return areAllThere(items);
 }
 
-bool TVLProjectModel::takeMergedTexts(TVLProjectNode *survivor, const MergedTexts &merged)
+bool TVLProjectModel::takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged)
 {
-    const QModelIndex index = createIndex(survivor);
-    const TVLHeldDocument text(this, index, TVL::MainText);
-    replaceContent(text.get(), merged.text.document);
-    text->setFiledComments(merged.filedComments);
-    replaceContent(TVLHeldDocument(this, index, TVL::NotesText).get(), merged.notes.document);
-    setSynopsis(index, merged.synopsis);
-    setKeywordIdsPrivate(survivor, merged.keywords);
-    setReferences(index, merged.references);
-
-    QList<int> ids = merged.idsWithSnapshots;
-    ids.removeAll(survivor->mId);
-    bool isSafe = true;
-    if (!ids.isEmpty()) {
-        isSafe = mergeSnapshots(survivor->mId, ids);
-        survivor->mHasSnapshots = TVLProjectFolderFormat::hasSnapshots(mPath, survivor->mId);
+    // Each step is heard of, and may be the last.
+    if (survivor.node()) {
+        const TVLHeldDocument text(this, survivor.index(), TVL::MainText);
+        replaceContent(text, merged.text.document);
+        if (text)
+            text->setFiledComments(merged.filedComments);
     }
+    if (survivor.node()) {
+        replaceContent(TVLHeldDocument(this, survivor.index(), TVL::NotesText),
+                       merged.notes.document);
+    }
+    if (survivor.node())
+        setSynopsis(survivor.index(), merged.synopsis);
+    if (survivor.node()) {
+        setKeywordIdsPrivate(survivor.node(), merged.keywords);
+        setReferences(survivor.index(), merged.references);
+    }
+    TVLProjectNode *node = survivor.node();
+    if (!node)
+        return false;
+    node->mSessionWordCount = merged.sessionWordCount;
+    node->mSessionCharacterCount = merged.sessionCharacterCount;
     // The words of the others are in their files only as long as these are there.
-    return (survivor->mId < 0 || writeDocuments(survivor, nullptr)) && isSafe;
+    return node->mId < 0 || writeDocuments(node, nullptr);
 }
 
-bool TVLProjectModel::canMerge(const QList<TVLProjectNode *> &nodes) const
+bool TVLProjectModel::takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids)
 {
-    return std::all_of(nodes.begin(), nodes.end(), [this](const TVLProjectNode *node) {
-        if (!node->canHaveText())
-            return false;
+    ids.removeAll(survivor->mId);
+    if (ids.isEmpty())
+        return true;
+    const bool isComplete = mergeSnapshots(survivor->mId, ids);
+    survivor->mHasSnapshots = TVLProjectFolderFormat::hasSnapshots(mPath, survivor->mId);
+    return isComplete;
+}
+
+bool TVLProjectModel::canMerge(const QList<TVLHeldItem> &items) const
+{
+    const auto canBeJoined = [this](const TVLHeldItem &item) {
         // What can't be read can't be joined, and joined into what can't be read it isn't saved.
         return std::all_of(std::begin(TextTypes), std::end(TextTypes), [&](auto type) {
-            const TVLHeldDocument document(this, createIndex(node), type);
+            if (!item.node() || !item.node()->canHaveText())
+                return false;
+            const TVLHeldDocument document(this, item.index(), type);
             return document && !document->isReadOnly() && !document->areCommentsReadOnly();
         });
-    });
+    };
+    return std::all_of(items.begin(), items.end(), canBeJoined);
 }
 
 QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
@@ -204,37 +236,43 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
         return indexes.constFirst();
     QList<TVLProjectNode *> nodes;
     appendMissing(&nodes, itemNodes(indexes));
-    if (nodes.isEmpty() || !canMerge(nodes))
+    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes);
+    MergedTexts merged;
+    if (items.isEmpty() || !canMerge(items) || !gatherTexts(items, &merged))
         return {};
 
-    TVLProjectNode *survivor = nodes.constFirst();
-    MergedTexts merged;
-    gatherTexts(nodes, &merged);
-    const bool isSafe = takeMergedTexts(survivor, merged);
-
-    QModelIndexList others;
-    for (const TVLProjectNode *node : std::as_const(nodes)) {
-        if (node != survivor)
-            others.append(createIndex(node));
+    const TVLHeldItem survivor = items.constFirst();
+    // First of all: where a snapshot can't come along, nothing has changed but copies that were
+    // made.
+    if (!takeMergedSnapshots(survivor.node(), merged.idsWithSnapshots)) {
+        announceSnapshots(survivor.index());
+        return {};
     }
-    others = sortIndexes(others);
+    const bool isSafe = takeMergedTexts(survivor, merged);
+    // The others keep what there is nobody to take.
+    if (!survivor.node())
+        return {};
+    const QModelIndexList others = sortIndexes(TVLHeldItem::indexesOf(items.sliced(1)));
     removeNodeIdsFromDependentStructures(nodeIdentityList(others));
-    removeMerged(itemNodes(others), isSafe);
+    removeMerged(TVLHeldItem::listOf(this, itemNodes(others)), isSafe);
 
-    const QModelIndex index = createIndex(survivor);
-    scheduleDocTextChange(index);
+    scheduleDocTextChange(survivor.index());
     markProjectAsModified(true);
-    Q_EMIT snapshotsChanged(index, index);
-    announceChange(index);
-    return index;
+    if (survivor.node())
+        Q_EMIT snapshotsChanged(survivor.index(), survivor.index());
+    announceChange(survivor.index());
+    return survivor.index();
 }
 
-void TVLProjectModel::removeMerged(const QList<TVLProjectNode *> &nodes, bool withFiles)
+void TVLProjectModel::removeMerged(const QList<TVLHeldItem> &items, bool withFiles)
 {
     const TVLNumberedFiles files(mPath);
-    for (TVLProjectNode *node : nodes) {
+    for (const TVLHeldItem &item : items) {
+        if (item.node())
+            (void)moveChildrenBehind(item.node());
+        TVLProjectNode *node = item.node();
         // An item whose children may not stand in its place stays with them.
-        if (!moveChildrenBehind(node))
+        if (!node || !node->mChildren.isEmpty())
             continue;
         const int row = node->row();
         beginRemoveRows(rowSignalParent(node->mParent), row, row);
@@ -338,10 +376,9 @@ bool TVLProjectModel::applyAttributes(
     if (!node)
         return false;
     (node->*apply)(properties);
-    updateSearched(node, TVL::TitleProperty, node->mTitle);
-    updateSearchedCustomMetaData(node);
-    markProjectAsModified(true);
-    announceChange(index);
+    node->clearIndexCardPixmap();
+    updateSearchedRecord(node);
+    markAndAnnounce(index);
     return true;
 }
 

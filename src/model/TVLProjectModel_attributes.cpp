@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
@@ -255,13 +256,28 @@ void TVLProjectModel::announceChange(const QModelIndex &index)
         Q_EMIT dataChanged(index, index);
 }
 
+void TVLProjectModel::announceChanges(const QList<TVLHeldItem> &items)
+{
+    for (const TVLHeldItem &item : items)
+        announceChange(item.index());
+}
+
+void TVLProjectModel::markAndAnnounce(const QModelIndex &index)
+{
+    // Who hears that the project has changed may remove the item.
+    const QPersistentModelIndex changed = index;
+    markProjectAsModified(true);
+    announceChange(changed);
+}
+
 void TVLProjectModel::followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects)
 {
-    markProjectAsModified(true);
     if (effects == Effects::TouchAndAnnounce)
         node->updateModified();
-    if (effects != Effects::None)
-        announceChange(index);
+    if (effects == Effects::None)
+        markProjectAsModified(true);
+    else
+        markAndAnnounce(index);
 }
 
 /** @p store is false, having changed nothing, for a node that has the value already. */
@@ -389,10 +405,12 @@ bool TVLProjectModel::setTextMode(const QModelIndex &index, const QString &mode)
     if (namedMode(node->mTextMode) == namedMode(mode))
         return true;
     node->mTextMode = mode;
-    markProjectAsModified(true);
     node->updateModified();
-    Q_EMIT formatModeChanged(index, mode);
-    announceChange(index);
+    const QPersistentModelIndex changed = index;
+    markProjectAsModified(true);
+    if (changed.isValid())
+        Q_EMIT formatModeChanged(changed, mode);
+    announceChange(changed);
     return true;
 }
 
@@ -423,8 +441,10 @@ bool TVLProjectModel::setSelection(const QModelIndex &index, const QPair<int, in
 
 bool TVLProjectModel::verifyLabelStatusIdentity(const QModelIndex &index, int label, int status)
 {
+    const TVLHeldItem item(this, projectNode(index));
     const bool hasItem = setLabelIdentity(index, mSearchIndex->hasLabel(label) ? label : -1);
-    return setStatusIdentity(index, mSearchIndex->hasStatusItem(status) ? status : -1) && hasItem;
+    return hasItem && item.node()
+        && setStatusIdentity(item.index(), mSearchIndex->hasStatusItem(status) ? status : -1);
 }
 
 bool TVLProjectModel::verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const

@@ -1,16 +1,14 @@
 #include "TVLProjectModel.h"
 
+#include "TVLCloning_p.h"
 #include "TVLKeywordModel.h"
-#include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLRecordList_p.h"
 #include "TVLSearchIndex.h"
-#include "TVLSiblingTitles_p.h"
 
 #include <QRandomGenerator>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -38,6 +36,14 @@ void copyAttributes(const TVLProjectNodeProperties &source, bool snapshots, TVLP
     target->updateModified();
 }
 
+/** Forgets what was derived of an item's files: other ones lie there now. */
+void forgetDerived(TVLProjectNode *node)
+{
+    node->mWordCount = -1;
+    node->mCharacterCount = -1;
+    node->clearIndexCardPixmap();
+}
+
 void copyHasFlags(const TVLProjectNodeProperties &source, TVLProjectNode *target)
 {
     target->mHasText = source.mHasText;
@@ -62,37 +68,7 @@ int adoptByTitle(Item item, QList<Item> ownItems, SetItems setItems)
     return item.mId;
 }
 
-/** All below a node but another one and what lies in that. */
-QList<TVLProjectNode *> descendantsOutside(const TVLProjectNode *top,
-                                           const TVLProjectNode *excluded)
-{
-    QList<TVLProjectNode *> found;
-    QSet<const TVLProjectNode *> inside = {excluded};
-    tvlForEachNode(top, [&](TVLProjectNode *node) {
-        if (node == excluded || inside.contains(node->mParent))
-            inside.insert(node);
-        else
-            found.append(node);
-    });
-    return found;
-}
-
 } // namespace
-
-/** The project that is copied from, and what lies in its folder of numbered files. */
-struct TVLProjectModel::CloneSource
-{
-    const TVLProjectModel *model;
-    TVLNumberedFiles files;
-};
-
-struct TVLProjectModel::CloneOptions
-{
-    bool recursive;
-    bool checkRules;
-    bool snapshots;
-    bool files;
-};
 
 // --- What may be copied where
 
@@ -107,6 +83,17 @@ bool TVLProjectModel::canClone(const QModelIndex &source, const QModelIndex &tar
     if (!from->isEditableText(source) && to->isDraftChild(target))
         return false;
     return from != to || (!from->isSystemFolder(source) && !to->isSystemFolder(target));
+}
+
+/** canClone() for a new item in a parent. */
+bool TVLProjectModel::canCloneBelow(const QModelIndex &source, const QModelIndex &parent) const
+{
+    const TVLProjectModel *from = projectModelOf(source);
+    if (!source.isValid() || !from || isTrashChild(parent))
+        return false;
+    if (!from->isEditableText(source) && isDraftChild(parent))
+        return false;
+    return from != this || !from->isSystemFolder(source);
 }
 
 // --- Files
@@ -148,6 +135,8 @@ bool TVLProjectModel::cloneProjectFiles(const QModelIndex &source, const QModelI
     copyHasFlags(*sourceNode, targetNode);
     if (snapshots)
         targetNode->mHasSnapshots = sourceNode->mHasSnapshots;
+    forgetDerived(targetNode);
+    invalidateSearchedTexts(targetNode);
     return true;
 }
 
@@ -166,59 +155,64 @@ bool TVLProjectModel::clone(const QModelIndex &source, const QModelIndex &target
         return true;
     if (!source.isValid() || !target.isValid() || target.model() != this || !projectModelOf(source))
         return false;
-    return clone(cloneSource(source), source, target, {recursive, checkRules, snapshots, files});
-}
-
-bool TVLProjectModel::clone(const CloneSource &from, const QModelIndex &source,
-                            const QModelIndex &target, const CloneOptions &options)
-{
-    if (options.checkRules && !canClone(source, target))
+    const bool isAllowed = canClone(source, target);
+    if (checkRules && !isAllowed)
         return false;
-    TVLProjectNode *top = from.model->projectNode(source);
-    TVLProjectNode *targetNode = projectNode(target);
+    const CloneSource from = cloneSource(source);
+    const TVLHeldItem heldSource(from.model, from.model->projectNode(source));
+    const TVLHeldItem heldTarget(this, projectNode(target));
+    const AdoptedIds ids = adoptIds(*from.model, *heldSource.node(), files && isAllowed);
+    TVLProjectNode *sourceNode = heldSource.node();
+    TVLProjectNode *targetNode = heldTarget.node();
+    if (!sourceNode || !targetNode)
+        return false;
+
     // Taken before the first copy is made: the copies may come to lie below the source.
-    const QList<TVLProjectNode *> descendants =
-        options.recursive ? descendantsOutside(top, targetNode) : QList<TVLProjectNode *>();
-    if (!cloneNode(from, top, targetNode, options))
-        return false;
-
-    struct Copy
-    {
-        TVLProjectNode *node;
-        int children; ///< So many have been inserted in front of those that it had.
-    };
-    QHash<const TVLProjectNode *, Copy> copies = {{top, {targetNode, 0}}};
-    const CloneOptions childOptions = {false, options.checkRules, true, true};
-    for (TVLProjectNode *descendant : descendants) {
-        Copy &parent = copies[descendant->mParent];
-        const int row = parent.children++;
-        TVLProjectNode *copy = insertDefaultNode(parent.node, row);
-        if (options.checkRules && !canClone(from.model->createIndex(descendant), createIndex(copy)))
+    const QList<Descendant> descendants =
+        descendantsOf(from, recursive ? sourceNode : nullptr, targetNode);
+    const CloneOptions options = {recursive, checkRules, snapshots, files};
+    (void)from.model->saveDocuments(sourceNode, false, nullptr);
+    if (files) {
+        const TVLProjectNodeProperties before = *targetNode;
+        invalidateSearchedTexts(targetNode);
+        if (!copyItem(from, sourceNode, targetNode, options, isAllowed ? &ids : nullptr))
             return false;
-        if (!cloneNode(from, descendant, copy, childOptions))
-            return false;
-        copies.insert(descendant, {copy, 0});
+        updateSearchedRecord(targetNode);
+        if (isAllowed)
+            markIfReferringChanged(before, *targetNode);
+        announceChange(heldTarget.index());
     }
-    return true;
+    return cloneDescendants(from, descendants, heldTarget, options);
 }
 
-bool TVLProjectModel::cloneNode(const CloneSource &from, TVLProjectNode *source,
-                                TVLProjectNode *target, const CloneOptions &options)
+/** Makes an item's files and record those of another one, and tells nobody. */
+bool TVLProjectModel::copyItem(const CloneSource &from, const TVLProjectNode *source,
+                               TVLProjectNode *target, const CloneOptions &options,
+                               const AdoptedIds *ids)
 {
-    (void)from.model->saveDocuments(source, false, nullptr);
-    if (!options.files)
-        return true;
     if (!cloneFiles(from, source, target))
         return false;
     copyAttributes(*source, options.snapshots, target);
-    const QModelIndex sourceIndex = from.model->createIndex(source);
-    const QModelIndex targetIndex = createIndex(target);
-    cloneKeywordsAndReferences(sourceIndex, targetIndex);
-    cloneLabelsAndStatusItems(sourceIndex, targetIndex);
-    updateSearched(target, TVL::TitleProperty, target->mTitle);
-    updateSearchedCustomMetaData(target);
-    announceChange(targetIndex);
+    forgetDerived(target);
+    if (ids)
+        takeIds(*source, *ids, target);
     return true;
+}
+
+void TVLProjectModel::takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
+                              TVLProjectNode *target)
+{
+    target->mKeywords = ids.keywords;
+    target->mReferences = source.mReferences;
+    target->mLabelId = ids.labelId;
+    target->mStatusId = ids.statusId;
+}
+
+void TVLProjectModel::markIfReferringChanged(const TVLProjectNodeProperties &before,
+                                             const TVLProjectNodeProperties &now)
+{
+    markProjectAsModified(now.mKeywords != before.mKeywords
+                          || now.mReferences != before.mReferences);
 }
 
 bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QModelIndex &target,
@@ -229,24 +223,47 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     const TVLProjectModel *from = projectModelOf(source);
     if (!source.isValid() || !target.isValid() || !from || target.model() != this)
         return false;
-    const TVLProjectNode *sourceNode = from->projectNode(source);
-    TVLProjectNode *targetNode = projectNode(target);
+    const bool isAllowed = canClone(source, target);
+    const TVLHeldItem heldSource(from, from->projectNode(source));
+    const TVLHeldItem heldTarget(this, projectNode(target));
+    const AdoptedIds ids = adoptIds(*from, *heldSource.node(), isAllowed);
+    const TVLProjectNode *sourceNode = heldSource.node();
+    TVLProjectNode *targetNode = heldTarget.node();
+    if (!sourceNode || !targetNode)
+        return false;
     if (snapshots) {
         (void)TVLProjectFolderFormat::cloneSnapshots(from->mPath, sourceNode->mId, mPath,
                                                      targetNode->mId);
     }
+    const TVLProjectNodeProperties before = *targetNode;
     targetNode->applyDesktopProperties(*sourceNode);
     targetNode->mHasSnapshots = snapshots && sourceNode->mHasSnapshots;
-    cloneKeywordsAndReferences(source, target);
-    cloneLabelsAndStatusItems(source, target);
+    targetNode->clearIndexCardPixmap();
+    if (isAllowed)
+        takeIds(*sourceNode, ids, targetNode);
     invalidateSearchedTexts(targetNode);
-    updateSearched(targetNode, TVL::TitleProperty, targetNode->mTitle);
-    updateSearchedCustomMetaData(targetNode);
-    announceChange(target);
+    updateSearchedRecord(targetNode);
+    markIfReferringChanged(before, *targetNode);
+    announceChange(heldTarget.index());
     return true;
 }
 
 // --- What items refer to
+
+/** Has what an item of another project refers to by id in this one too, unless nothing is wanted.
+ */
+TVLProjectModel::AdoptedIds TVLProjectModel::adoptIds(const TVLProjectModel &from,
+                                                      const TVLProjectNodeProperties &item,
+                                                      bool isWanted)
+{
+    // Taken first: who hears of what is added here may remove the item.
+    const AdoptedIds own = {item.mKeywords, item.mLabelId, item.mStatusId};
+    if (&from == this || !isWanted)
+        return own;
+    return {adoptKeywords(*from.keywordModel(), own.keywords),
+            adoptLabel(*from.mSearchIndex, own.labelId),
+            adoptStatusItem(*from.mSearchIndex, own.statusId)};
+}
 
 bool TVLProjectModel::cloneKeywordsAndReferences(const QModelIndex &source,
                                                  const QModelIndex &target)
@@ -254,26 +271,37 @@ bool TVLProjectModel::cloneKeywordsAndReferences(const QModelIndex &source,
     if (target.model() != this || !canClone(source, target))
         return false;
     const TVLProjectModel *from = projectModelOf(source);
-    const QList<int> ids = from->keywordIds(source);
-    if (from == this) {
-        setKeywordIds(target, ids);
-    } else {
-        const QStringList titles = from->keywords(source);
-        for (const int id : ids)
-            adoptKeyword(*from->keywordModel(), id);
-        setKeywords(target, titles);
-    }
-    return setReferences(target, from->references(source));
+    const QPersistentModelIndex heldTarget = target;
+    const QList<TVLReference> references = from->references(source);
+    QList<int> ids = from->keywordIds(source);
+    if (from != this)
+        ids = adoptKeywords(*from->keywordModel(), ids);
+    return heldTarget.isValid() && setKeywordIds(heldTarget, ids) && heldTarget.isValid()
+        && setReferences(heldTarget, references);
 }
 
-void TVLProjectModel::adoptKeyword(const TVLKeywordModel &from, int id)
+QList<int> TVLProjectModel::adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids)
 {
-    const QModelIndex keyword = from.index(id);
-    const QString title = from.title(keyword);
-    if (mKeywordModel->findTitle(title).isValid())
-        return;
-    if (mKeywordModel->insertItem(mKeywordModel->rowCount(), QModelIndex(), title))
-        mKeywordModel->setColor(mKeywordModel->findTitle(title), from.color(keyword));
+    QList<std::pair<QString, QColor>> keywords;
+    for (const int id : ids)
+        keywords.append({from.title(from.index(id)), from.color(from.index(id))});
+    QList<int> adopted;
+    for (const auto &[title, color] : std::as_const(keywords)) {
+        const int id = adoptKeyword(title, color);
+        if (id >= 0 && !adopted.contains(id))
+            adopted.append(id);
+    }
+    return adopted;
+}
+
+/** The id of a keyword of that title, which is added if there is none; -1 without one. */
+int TVLProjectModel::adoptKeyword(const QString &title, const QColor &color)
+{
+    if (!mKeywordModel->findTitle(title).isValid()
+        && mKeywordModel->insertItem(mKeywordModel->rowCount(), QModelIndex(), title))
+        mKeywordModel->setColor(mKeywordModel->findTitle(title), color);
+    const QModelIndex keyword = mKeywordModel->findTitle(title);
+    return keyword.isValid() ? int(keyword.internalId()) : -1;
 }
 
 bool TVLProjectModel::cloneLabelsAndStatusItems(const QModelIndex &source,
@@ -284,16 +312,20 @@ bool TVLProjectModel::cloneLabelsAndStatusItems(const QModelIndex &source,
     if (target.model() != this || !canClone(source, target))
         return false;
     const TVLProjectModel *from = projectModelOf(source);
-    const TVLProjectNode *sourceNode = from->projectNode(source);
-    TVLProjectNode *targetNode = projectNode(target);
-    const bool isSameProject = from == this;
-    targetNode->mLabelId = isSameProject ? sourceNode->mLabelId
-                                         : adoptLabel(*from->mSearchIndex, sourceNode->mLabelId);
-    targetNode->mStatusId = isSameProject
-        ? sourceNode->mStatusId
-        : adoptStatusItem(*from->mSearchIndex, sourceNode->mStatusId);
-    updateSearched(targetNode, TVL::LabelProperty, targetNode->mLabelId);
-    updateSearched(targetNode, TVL::StatusProperty, targetNode->mStatusId);
+    const TVLHeldItem heldTarget(this, projectNode(target));
+    int labelId = from->labelIdentity(source);
+    int statusId = from->statusIdentity(source);
+    if (from != this) {
+        labelId = adoptLabel(*from->mSearchIndex, labelId);
+        statusId = adoptStatusItem(*from->mSearchIndex, statusId);
+    }
+    TVLProjectNode *targetNode = heldTarget.node();
+    if (!targetNode)
+        return false;
+    targetNode->mLabelId = labelId;
+    targetNode->mStatusId = statusId;
+    updateSearched(targetNode, TVL::LabelProperty, labelId);
+    updateSearched(targetNode, TVL::StatusProperty, statusId);
     return true;
 }
 
@@ -317,66 +349,4 @@ int TVLProjectModel::adoptStatusItem(const TVLSearchIndex &from, int id)
         return -1;
     return adoptByTitle(item, statusItems(),
                         [this](const QList<TVLStatusItem> &items) { setStatusItems(items); });
-}
-
-// --- Duplicates
-
-QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, bool withChildren)
-{
-    QList<TVLProjectNode *> sources = itemNodes(sortIndexes(indexes));
-    const auto isSystem = [](const TVLProjectNode *node) { return node->mNodeType < TVL::Folder; };
-    if (sources.isEmpty() || std::any_of(sources.begin(), sources.end(), isSystem))
-        return {};
-    if (withChildren)
-        sources = withoutDescendants(sources);
-    // Of the topmost ones that with the largest row.
-    const auto comesFirst = [](const TVLProjectNode *a, const TVLProjectNode *b) {
-        const int depthOfA = TVLProjectNode::childLevel(a);
-        const int depthOfB = TVLProjectNode::childLevel(b);
-        return depthOfA != depthOfB ? depthOfA < depthOfB : a->row() > b->row();
-    };
-    const TVLProjectNode *anchor = *std::min_element(sources.begin(), sources.end(), comesFirst);
-    QModelIndexList sourceIndexes;
-    for (const TVLProjectNode *source : std::as_const(sources))
-        sourceIndexes.append(createIndex(source));
-    return duplicate(sourceIndexes, anchor->row() + 1, createIndex(anchor->mParent), withChildren,
-                     true);
-}
-
-QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, int row,
-                                           const QModelIndex &parent, bool withChildren,
-                                           bool checkRules)
-{
-    if (indexes.isEmpty() || !canInsertRows(row, 1, parent))
-        return {};
-    const InsertPlace place = insertPlace(parent, row);
-    // Rows shift while copies come in; nodes stay where they are.
-    const QList<TVLProjectNode *> sources = itemNodes(indexes);
-    if (sources.isEmpty())
-        return {};
-    const CloneSource from = cloneSource(indexes.constFirst());
-    TVLSiblingTitles titles(place.parent, nullptr);
-    QList<TVLProjectNode *> copies;
-    for (const TVLProjectNode *source : sources) {
-        const int copyRow = place.row + int(copies.size());
-        TVLProjectNode *copy = insertDefaultNode(place.parent, copyRow);
-        (void)clone(from, createIndex(source), createIndex(copy),
-                    {withChildren, checkRules, true, true});
-        setTitle(createIndex(copy), titles.findUnique(source->mTitle));
-        titles.add(copy->mTitle);
-        copies.append(copy);
-    }
-    markProjectAsModified(true);
-    QModelIndexList duplicates;
-    for (const TVLProjectNode *copy : std::as_const(copies))
-        duplicates.append(createIndex(copy));
-    return duplicates;
-}
-
-QModelIndex TVLProjectModel::duplicate(const QModelIndex &index, int row, const QModelIndex &parent,
-                                       bool withChildren, bool checkRules)
-{
-    const QModelIndexList copies =
-        duplicate(QModelIndexList{index}, row, parent, withChildren, checkRules);
-    return copies.isEmpty() ? QModelIndex() : copies.constFirst();
 }

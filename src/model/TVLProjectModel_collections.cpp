@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
 
@@ -8,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -121,36 +123,59 @@ bool TVLProjectModel::isCollectionPos(int position) const
     return position >= 0 && position < mCollections.size();
 }
 
-void TVLProjectModel::announceCollection(int position)
+// Positions hold from one signal to the next: who hears of one collection may remove it or others.
+
+/** Where a collection is now that was at a position; -1 once it is gone. */
+int TVLProjectModel::presentCollectionPos(int position, const QString &identity) const
 {
+    // First where it was: a damaged binder may have an identity twice.
+    const bool hasStayed = isCollectionPos(position) && mCollections.at(position).mId == identity;
+    return hasStayed ? position : collectionPos(identity);
+}
+
+void TVLProjectModel::announceCollection(int position, const QString &identity)
+{
+    const int present = presentCollectionPos(position, identity);
+    if (present < 0)
+        return;
     // By value: who hears of it may change the list.
-    const TVLCollectionMetaData collection = mCollections.at(position);
-    Q_EMIT collectionChanged(position, collection);
+    const TVLCollectionMetaData collection = mCollections.at(present);
+    Q_EMIT collectionChanged(present, collection);
     Q_EMIT collectionChanged();
 }
 
 void TVLProjectModel::storeCollection(int position, const TVLCollectionMetaData &collection)
 {
+    const QString identity = collection.mId;
     mCollections[position] = collection;
     markProjectAsModified(true);
-    announceCollection(position);
+    announceCollection(position, identity);
 }
 
 void TVLProjectModel::insertCollectionRow(int position, const TVLCollectionMetaData &collection)
 {
+    const TVLCollectionMetaData inserted = collection;
     position = std::clamp(position, 0, int(mCollections.size()));
-    Q_EMIT collectionAboutToBeInserted(position, collection);
-    mCollections.insert(position, collection);
+    Q_EMIT collectionAboutToBeInserted(position, inserted);
+    position = std::clamp(position, 0, int(mCollections.size()));
+    mCollections.insert(position, inserted);
     markProjectAsModified(true);
-    Q_EMIT collectionInserted(position, collection);
+    const int present = presentCollectionPos(position, inserted.mId);
+    if (present >= 0)
+        Q_EMIT collectionInserted(present, inserted);
 }
 
-void TVLProjectModel::removeCollectionRow(int position)
+bool TVLProjectModel::removeCollectionRow(int position)
 {
+    const QString identity = mCollections.at(position).mId;
     Q_EMIT collectionAboutToBeRemoved(position);
-    mCollections.removeAt(position);
+    const int present = presentCollectionPos(position, identity);
+    if (present < 0)
+        return false;
+    mCollections.removeAt(present);
     markProjectAsModified(true);
-    Q_EMIT collectionRemoved(position);
+    Q_EMIT collectionRemoved(present);
+    return true;
 }
 
 void TVLProjectModel::insertCollection(int position, const TVLCollectionMetaData &collection)
@@ -176,8 +201,8 @@ void TVLProjectModel::removeCollection(int position)
 {
     if (!isCollectionPos(position) || isBuiltIn(mCollections.at(position)))
         return;
-    removeCollectionRow(position);
-    Q_EMIT collectionChanged();
+    if (removeCollectionRow(position))
+        Q_EMIT collectionChanged();
 }
 
 void TVLProjectModel::moveCollection(int from, int to)
@@ -189,8 +214,8 @@ void TVLProjectModel::moveCollection(int from, int to)
         // Who is told that the project has changed must not find the list without one of its own.
         const QScopedValueRollback suspend(mSuspendModified, true);
         // Out and in again, so that views need no word for a move.
-        removeCollectionRow(from);
-        insertCollectionRow(from < to ? to - 1 : to, collection);
+        if (removeCollectionRow(from))
+            insertCollectionRow(from < to ? to - 1 : to, collection);
     }
     markProjectAsModified(true);
     Q_EMIT collectionChanged();
@@ -341,10 +366,8 @@ void TVLProjectModel::announceSearches(int scope)
     const QList<TVLCollectionMetaData> collections = mCollections;
     for (qsizetype position = 0; position < collections.size(); ++position) {
         const TVLCollectionMetaData &collection = collections.at(position);
-        if (!isSearch(collection) || (collection.mSearchScope & scope) != scope)
-            continue;
-        Q_EMIT collectionChanged(int(position), collection);
-        Q_EMIT collectionChanged();
+        if (isSearch(collection) && (collection.mSearchScope & scope) == scope)
+            announceCollection(int(position), collection.mId);
     }
 }
 
@@ -359,10 +382,14 @@ QModelIndexList TVLProjectModel::collectionIndexes(const TVLCollectionMetaData &
                 indexes.append(item);
         }
     } else if (isSearch(collection) && !collection.mSearchText.isEmpty()) {
-        QSet<const TVLProjectNode *> scope;
+        QList<TVLHeldItem> selection;
         for (const QModelIndex &selected : context)
-            scope.insert(projectNode(selected));
+            selection.append(TVLHeldItem(this, projectNode(selected)));
+        // Searching may read texts, and show a box about one that can't be read.
         const QList<int> ids = mSearchIndex->indexes(collection);
+        QSet<const TVLProjectNode *> scope;
+        for (const TVLHeldItem &selected : std::as_const(selection))
+            scope.insert(selected.node());
         for (const int id : ids) {
             const QModelIndex item = index(id);
             if (isFoundBy(collection, scope, item))
@@ -410,7 +437,7 @@ bool TVLProjectModel::updatedDocumentsCollectionExists() const
 void TVLProjectModel::setCollectionUpdatedDocuments(const QList<int> &ids)
 {
     TVLCollectionMetaData collection = updatedDocumentsCollection();
-    if (collection.mIds == ids)
+    if (collection.mType == TVL::NoCollection || collection.mIds == ids)
         return;
     collection.mIds = ids;
     setCollectionById(collection.mId, collection);

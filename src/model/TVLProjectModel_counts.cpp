@@ -1,10 +1,12 @@
 #include "TVLProjectModel.h"
 
 #include "TVLHeldDocument_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDoc.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -19,44 +21,82 @@ int sinceSessionBegan(int count, int base)
     return std::max(count, 0) - std::max(base, 0);
 }
 
+/** Whether a node lies in the Draft, which doesn't lie in itself. */
+bool isInDraft(const TVLProjectNode *node)
+{
+    const TVLProjectNode *top = node;
+    while (top->mParent && top->mParent->mParent)
+        top = top->mParent;
+    return top != node && top->mNodeType == TVL::DraftFolder;
+}
+
 } // namespace
 
 // --- Counts of one item
 
+// Counting may bring a text into memory, and with that show a box about one that can't be read, in
+// which the item may go: then its counts are 0.
+
+bool TVLProjectModel::areCounted(const TVLProjectNode *node)
+{
+    return node->mWordCount >= 0 && node->mCharacterCount >= 0;
+}
+
+/** Brings a node's texts into memory, so that nothing happens when it is counted; null if it has
+ * gone meanwhile. */
+TVLProjectNode *TVLProjectModel::withTexts(TVLProjectNode *node) const
+{
+    if (node->mSynopsisDocument || isSystemFolder(createIndex(node)))
+        return node;
+    const TVLHeldItem item(this, node);
+    loadDocuments(node);
+    return item.node();
+}
+
 int TVLProjectModel::wordCountOf(TVLProjectNode *node, bool withAnnotations,
                                  bool withFootnotes) const
 {
-    if (node->mWordCount < 0) {
-        const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
-        if (text)
-            node->mWordCount =
-                std::max(TVLTextDoc::wordCount(text.get(), withAnnotations, withFootnotes), 0);
-    }
+    if (node->mWordCount >= 0)
+        return node->mWordCount;
+    node = withTexts(node);
+    if (!node)
+        return 0;
+    const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
+    if (text)
+        node->mWordCount =
+            std::max(TVLTextDoc::wordCount(text.get(), withAnnotations, withFootnotes), 0);
     return std::max(node->mWordCount, 0);
 }
 
 int TVLProjectModel::characterCountOf(TVLProjectNode *node) const
 {
-    if (node->mCharacterCount < 0) {
-        const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
-        if (text)
-            node->mCharacterCount = typedCharacters(text.get());
-    }
+    if (node->mCharacterCount >= 0)
+        return node->mCharacterCount;
+    node = withTexts(node);
+    if (!node)
+        return 0;
+    const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
+    if (text)
+        node->mCharacterCount = typedCharacters(text.get());
     return std::max(node->mCharacterCount, 0);
 }
 
 int TVLProjectModel::sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
                                         bool withFootnotes) const
 {
-    // Counting comes first: it may load the text, which fixes what the session began with.
-    const int count = wordCountOf(node, withAnnotations, withFootnotes);
-    return sinceSessionBegan(count, node->mSessionWordCount);
+    // The text comes first: loading it fixes what the session began with.
+    if (node->mWordCount < 0)
+        node = withTexts(node);
+    return node ? sinceSessionBegan(wordCountOf(node, withAnnotations, withFootnotes),
+                                    node->mSessionWordCount)
+                : 0;
 }
 
 int TVLProjectModel::sessionCharacterCountOf(TVLProjectNode *node) const
 {
-    const int count = characterCountOf(node);
-    return sinceSessionBegan(count, node->mSessionCharacterCount);
+    if (node->mCharacterCount < 0)
+        node = withTexts(node);
+    return node ? sinceSessionBegan(characterCountOf(node), node->mSessionCharacterCount) : 0;
 }
 
 int TVLProjectModel::wordCount(const QModelIndex &index, bool withAnnotations,
@@ -106,7 +146,8 @@ double TVLProjectModel::progress(const QModelIndex &index, bool withAnnotations,
     const TVLProjectNode *node = projectNode(index);
     if (!node || node->mTarget == 0)
         return 0.0;
-    return countActual(index, withAnnotations, withFootnotes) / double(node->mTarget);
+    const int target = node->mTarget;
+    return countActual(index, withAnnotations, withFootnotes) / double(target);
 }
 
 double TVLProjectModel::progressPercent(const QModelIndex &index) const
@@ -116,14 +157,38 @@ double TVLProjectModel::progressPercent(const QModelIndex &index) const
 
 // --- Sums over several items
 
+/**
+ * Visits nodes for their counts. First those whose counts are there: as long as no text comes into
+ * memory, nothing happens to the tree.
+ */
+template <typename Visit>
+void TVLProjectModel::visitForCounts(const QList<TVLProjectNode *> &tops, Visit visit) const
+{
+    QList<TVLHeldItem> uncounted;
+    const auto visitIfCounted = [&](TVLProjectNode *node) {
+        if (areCounted(node))
+            visit(node);
+        else
+            uncounted.append(TVLHeldItem(this, node));
+    };
+    for (TVLProjectNode *top : tops) {
+        visitIfCounted(top);
+        tvlForEachNode(top, visitIfCounted);
+    }
+    for (const TVLHeldItem &item : std::as_const(uncounted)) {
+        if (TVLProjectNode *node = item.node())
+            visit(node);
+    }
+}
+
 template <typename Count>
 int TVLProjectModel::totalCount(const QModelIndex &index, Count count) const
 {
     TVLProjectNode *top = projectNode(index);
     if (!top)
         return 0;
-    int total = count(top);
-    tvlForEachNode(top, [&](TVLProjectNode *node) { total += count(node); });
+    int total = 0;
+    visitForCounts({top}, [&](TVLProjectNode *node) { total += count(node); });
     return total;
 }
 
@@ -154,19 +219,19 @@ TVLProjectModel::wordCharSessionCount(bool draft, bool session, bool compileOnly
     WordCharSessionCount sums;
     if (!draft && !session)
         return sums;
-    for (TVLProjectNode *top : std::as_const(mRootNode->mChildren)) {
-        addCounts(top, false, session, compileOnly, &sums);
-        const bool countsDraft = draft && top->mNodeType == TVL::DraftFolder;
-        tvlForEachNode(top, [&](TVLProjectNode *node) {
-            addCounts(node, countsDraft, session, compileOnly, &sums);
-        });
-    }
+    visitForCounts(mRootNode->mChildren, [&](TVLProjectNode *node) {
+        addCounts(node, draft && isInDraft(node), session, compileOnly, &sums);
+    });
     return sums;
 }
 
 void TVLProjectModel::addCounts(TVLProjectNode *node, bool draft, bool session, bool compileOnly,
                                 WordCharSessionCount *sums) const
 {
+    if (!areCounted(node))
+        node = withTexts(node);
+    if (!node)
+        return;
     if (draft && (!compileOnly || node->mIncludeInCompile)) {
         sums->mDraftWords += wordCountOf(node, false, false);
         sums->mDraftCharacters += characterCountOf(node);

@@ -50,10 +50,12 @@ bool TVLProjectModel::setCustomMetaData(const QModelIndex &index, const QString 
         return true;
     node->mCustomMetaData.insert(id, value);
     updateSearchedCustomMetaData(node);
-    markProjectAsModified(true);
     node->updateModified();
-    Q_EMIT customMetaDataChanged(index);
-    announceChange(index);
+    const QPersistentModelIndex changed = index;
+    markProjectAsModified(true);
+    if (changed.isValid())
+        Q_EMIT customMetaDataChanged(changed);
+    announceChange(changed);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "TVLProjectModel.h"
 
 #include "TVLHeldDocument_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
@@ -10,6 +11,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QRegExp>
+#include <QSignalBlocker>
 #include <QTextCursor>
 
 #include <algorithm>
@@ -105,8 +107,11 @@ TVLTextDocument *TVLProjectModel::referenceItem(const QModelIndex &index,
     TVLProjectNode *node = projectNode(index);
     if (!node || isSystemFolder(index))
         return nullptr;
+    const TVLHeldItem item(this, node);
     loadDocuments(node);
-    TVLTextDocument *document = documentOf(node, type);
+    // A box about a file that can't be read runs the event loop, where the item may go.
+    const TVLProjectNode *present = item.node();
+    TVLTextDocument *document = present ? documentOf(present, type) : nullptr;
     if (document)
         document->setReferenceCount(document->referenceCount() + 1);
     return document;
@@ -141,9 +146,18 @@ void TVLProjectModel::loadDocuments(TVLProjectNode *node) const
 {
     if (!node || node->mSynopsisDocument)
         return;
-    createDocuments(node);
+    const QString title = node->mTitle;
     QStringList errors;
-    const bool isRead = node->mId < 0 || mFolderFormat->readDocuments(node, this, &errors);
+    // Comes last because the box runs the event loop, where others may want the same documents, or
+    // remove the item.
+    if (!loadQuietly(node, &errors))
+        showLoadErrors(title, errors);
+}
+
+bool TVLProjectModel::loadQuietly(TVLProjectNode *node, QStringList *errors) const
+{
+    createDocuments(node);
+    const bool isRead = node->mId < 0 || mFolderFormat->readDocuments(node, this, errors);
 
     if (node->mTextDocument)
         startDocument(node->mTextDocument);
@@ -154,9 +168,27 @@ void TVLProjectModel::loadDocuments(TVLProjectNode *node) const
     updateHasFlags(node);
     if (node->mId >= 0)
         enterLoadedNodes(node);
-    // Comes last because the box runs the event loop, where others may want the same documents.
-    if (!isRead)
-        showLoadErrors(node->mTitle, errors);
+    return isRead;
+}
+
+bool TVLProjectModel::editUnseen(TVLProjectNode *node, TVL::DocumentType type,
+                                 const std::function<void(QTextCursor)> &edit)
+{
+    TVLTextDocument *document = documentOf(node, type);
+    if (!document)
+        return false;
+    const QSignalBlocker blocker(document);
+    edit(QTextCursor(document));
+    document->setSaved(false);
+    updateHasFlags(node);
+    return true;
+}
+
+bool TVLProjectModel::fillDocument(TVLProjectNode *node, TVL::DocumentType type,
+                                   const QString &text)
+{
+    return !text.isEmpty()
+        && editUnseen(node, type, [&text](QTextCursor cursor) { cursor.insertText(text); });
 }
 
 void TVLProjectModel::createDocuments(TVLProjectNode *node) const
@@ -341,14 +373,16 @@ void TVLProjectModel::onDocumentContentsChange(int position, int charsRemoved, i
     node->updateModified();
     node->mWordCount = -1;
     node->mCharacterCount = -1;
-    const QModelIndex index = createIndex(node);
+    const QPersistentModelIndex index = createIndex(node);
     const TVL::DocumentType type = document->documentType();
     mSearchIndex->invalidateDocumentNode(node, type);
     if (type == TVL::MainText) // Notes in the margin come and go with the words they stand at.
         mSearchIndex->invalidatePropertyNode(node, TVL::CommentsProperty);
     scheduleDocTextChange(index);
     markProjectAsModified(true);
-    Q_EMIT documentContentsChange(index, type, position, charsRemoved, charsAdded);
+    // Who hears that the project has changed may remove the item.
+    if (index.isValid())
+        Q_EMIT documentContentsChange(index, type, position, charsRemoved, charsAdded);
 }
 
 void TVLProjectModel::onDocumentContentsChanged()
@@ -406,7 +440,8 @@ bool TVLProjectModel::setSynopsis(const QModelIndex &index, const QString &text)
         return false;
     if (synopsis->toPlainText() != text) {
         synopsis->clear();
-        QTextCursor(synopsis.get()).insertText(text);
+        if (synopsis)
+            QTextCursor(synopsis.get()).insertText(text);
     }
     return true;
 }
@@ -468,13 +503,18 @@ QStringList TVLProjectModel::inspectorNotesToPlainText(const QModelIndex &index)
 bool TVLProjectModel::setInspectorNote(const QModelIndex &index, const TVLTextRange &range,
                                        const TVLTextCommentLink &link)
 {
+    const TVLHeldItem item(this, projectNode(index));
     const TVLHeldDocument text(this, index, TVL::MainText);
     if (!text || text->areCommentsReadOnly() || !TVLTextDoc::setComment(text.get(), range, link))
         return false;
-    text->setModified(true);
+    if (text)
+        text->setModified(true);
+    TVLProjectNode *node = item.node();
+    if (!node || !text)
+        return false;
     text->setSaved(false);
-    updateSearchedComments(projectNode(index), text.get());
-    projectNode(index)->updateModified();
+    updateSearchedComments(node, text.get());
+    node->updateModified();
     markProjectAsModified(true);
     return true;
 }
@@ -483,15 +523,19 @@ bool TVLProjectModel::removeInspectorNotes(const QModelIndex &index, const QList
 {
     if (!index.isValid())
         return false;
+    const TVLHeldItem item(this, projectNode(index));
     const TVLHeldDocument text(this, index, TVL::MainText);
     if (!text)
         return true;
     for (const int position : positions) {
+        if (!text)
+            break;
         const QTextCursor run = TVLTextFinder::findCommentViaStartPos(text.get(), position);
         if (!run.isNull())
             TVLTextDoc::removeComment(run);
     }
-    updateSearchedComments(projectNode(index), text.get());
+    if (item.node() && text)
+        updateSearchedComments(item.node(), text.get());
     return true;
 }
 

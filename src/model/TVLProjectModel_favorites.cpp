@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 
 #include <utility>
@@ -17,8 +18,7 @@ bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool 
     mFavorites.removeAll(node->mId);
     if (favorite)
         mFavorites.insert(atEnd ? mFavorites.size() : 0, node->mId);
-    markProjectAsModified(true);
-    announceChange(index);
+    markAndAnnounce(index);
     return true;
 }
 
@@ -80,10 +80,10 @@ void TVLProjectModel::setFavorites(const QList<int> &ids)
     const QSet<int> newIds(ids.begin(), ids.end());
     QList<TVLProjectNode *> touched = changeFavorites(oldIds - newIds, false);
     touched += changeFavorites(newIds - oldIds, true);
+    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
     mFavorites = ids;
     markProjectAsModified(true);
-    for (const TVLProjectNode *node : std::as_const(touched))
-        announceChange(createIndex(node));
+    announceChanges(items);
 }
 
 QList<TVLProjectNode *> TVLProjectModel::changeFavorites(const QSet<int> &ids, bool favorite)
@@ -112,7 +112,7 @@ void TVLProjectModel::clearFavorites()
     mFavorites.clear();
     if (touched.isEmpty())
         return;
+    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
     markProjectAsModified(true);
-    for (const TVLProjectNode *node : std::as_const(touched))
-        announceChange(createIndex(node));
+    announceChanges(items);
 }

@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 
 #include <QLocale>
@@ -98,15 +99,6 @@ QModelIndex TVLProjectModel::syncConflictsFolder()
     return found.isValid() ? found : createSyncConflictsFolder();
 }
 
-QModelIndex TVLProjectModel::createSyncConflictsFolder()
-{
-    const QModelIndex research = researchFolder();
-    const QModelIndex folder = insertUserFolder(research.isValid() ? research.row() + 1 : -1,
-                                                rootIndex(), tr("Sync Conflicts"));
-    setCustomIcon(folder, u"Warning.tiff"_qs);
-    return folder;
-}
-
 QModelIndex TVLProjectModel::findSyncConflictsSubFolder(const QString &name) const
 {
     const QModelIndex folder = findSyncConflictsFolder();
@@ -121,7 +113,8 @@ QModelIndex TVLProjectModel::syncConflictsSubFolder(const QString &name)
 
 QModelIndex TVLProjectModel::createSyncConflictsSubFolder(const QString &name)
 {
-    return insertUserFolder(-1, syncConflictsFolder(), name);
+    const QModelIndex folder = syncConflictsFolder();
+    return folder.isValid() ? insertUserFolder(-1, folder, name) : QModelIndex();
 }
 
 QModelIndex TVLProjectModel::syncConflictsSubFolderDevice(const QString &device,
@@ -176,9 +169,9 @@ QUuid TVLProjectModel::templateFolderUuid() const
 
 void TVLProjectModel::setTemplateFolder(const QModelIndex &index)
 {
-    const QModelIndex oldIndex = templateFolder();
-    const QModelIndex newIndex = index.isValid() ? index : QModelIndex();
-    if (newIndex == oldIndex || !projectNode(newIndex))
+    const QPersistentModelIndex oldIndex = templateFolder();
+    const QPersistentModelIndex newIndex = index;
+    if (newIndex == oldIndex || !projectNode(index))
         return;
     if (oldIndex.isValid())
         markTemplateFolder(oldIndex, false);
@@ -205,9 +198,10 @@ void TVLProjectModel::markTemplateFolder(const QModelIndex &index, bool isTempla
 
 void TVLProjectModel::announceSubtree(const QModelIndex &index)
 {
-    announceChange(index);
+    QList<TVLHeldItem> items = {TVLHeldItem(this, projectNode(index))};
     tvlForEachNode(projectNode(index),
-                   [this](const TVLProjectNode *node) { announceChange(createIndex(node)); });
+                   [&](const TVLProjectNode *node) { items.append(TVLHeldItem(this, node)); });
+    announceChanges(items);
 }
 
 bool TVLProjectModel::templatesContain(const QModelIndex &index) const

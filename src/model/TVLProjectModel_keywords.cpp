@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
@@ -40,8 +41,7 @@ bool TVLProjectModel::setKeywordIds(const QModelIndex &index, const QList<int> &
     if (node->mKeywords == ids)
         return true;
     setKeywordIdsPrivate(node, ids);
-    markProjectAsModified(true);
-    announceChange(index);
+    markAndAnnounce(index);
     return true;
 }
 
@@ -83,19 +83,20 @@ bool TVLProjectModel::setKeywords(const QModelIndex &index, const QStringList &t
 {
     if (!projectNode(index))
         return false;
+    const TVLHeldItem item(this, projectNode(index));
     QList<int> ids;
     QSet<int> taken;
     for (const QString &title : titles) {
         QModelIndex keyword = mKeywordModel->findTitle(title);
         if (!keyword.isValid() && mKeywordModel->insertItem(0, QModelIndex(), title))
-            keyword = mKeywordModel->index(0, 0);
+            keyword = mKeywordModel->findTitle(title);
         const int id = keyword.isValid() ? int(keyword.internalId()) : -1;
         if (!keyword.isValid() || taken.contains(id))
             continue;
         taken.insert(id);
         ids.append(id);
     }
-    return setKeywordIds(index, ids);
+    return item.node() && setKeywordIds(item.index(), ids);
 }
 
 // --- Items of a keyword
@@ -143,10 +144,9 @@ QList<TVLProjectNode *> TVLProjectModel::nodesWithKeywords(const QSet<int> &ids)
 void TVLProjectModel::removeKeywordsFromDocuments(const QSet<int> &ids)
 {
     const QList<TVLProjectNode *> nodes = nodesWithKeywords(ids);
-    for (TVLProjectNode *node : nodes) {
+    for (TVLProjectNode *node : nodes)
         node->mKeywords.removeIf([&ids](int id) { return ids.contains(id); });
-        announceChange(createIndex(node));
-    }
+    announceChanges(TVLHeldItem::listOf(this, nodes));
     markProjectAsModified(true);
 }
 
@@ -156,12 +156,10 @@ void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
     // While a binder is read nobody has seen an item yet.
     if (mSuspendModified)
         return;
-    QSet<int> ids;
+    QSet<int> changed;
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
-        ids.insert(int(topLeft.siblingAtRow(row).internalId()));
-    const QList<TVLProjectNode *> nodes = nodesWithKeywords(ids);
-    for (const TVLProjectNode *node : nodes)
-        announceChange(createIndex(node));
+        changed.insert(int(topLeft.siblingAtRow(row).internalId()));
+    announceChanges(TVLHeldItem::listOf(this, nodesWithKeywords(changed)));
 }
 
 // --- The binder's section
@@ -185,10 +183,10 @@ void TVLProjectModel::addProjectKeywords(const QList<TVLBinderKeyword> &keywords
     // Only quicker: each row stands for itself.
     const bool isBundled = mSearchIndex->transaction();
     for (const TVLBinderKeyword &keyword : keywords) {
-        const QModelIndex index = mKeywordModel->addChild(keyword.mId, keyword.mParentId);
-        mKeywordModel->setTitle(index, keyword.mTitle);
+        (void)mKeywordModel->addChild(keyword.mId, keyword.mParentId);
+        mKeywordModel->setTitle(mKeywordModel->index(keyword.mId), keyword.mTitle);
         if (keyword.mColor.isValid())
-            mKeywordModel->setColor(index, keyword.mColor);
+            mKeywordModel->setColor(mKeywordModel->index(keyword.mId), keyword.mColor);
     }
     if (isBundled)
         mSearchIndex->commit();

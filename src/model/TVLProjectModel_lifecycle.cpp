@@ -206,10 +206,13 @@ void TVLProjectModel::onOptionsChanged(const QStringList &groups)
     if (groups.contains(u"Navigation") || groups.contains(u"General"))
         loadOptions();
     // Passed on from here, so that thousands of documents need no connection of their own.
-    const QList<TVLTextDocument *> documents =
+    const QList<TVLTextDocument *> children =
         findChildren<TVLTextDocument *>(QString(), Qt::FindDirectChildrenOnly);
-    for (TVLTextDocument *document : documents)
-        document->reflectSettings(groups);
+    const QList<QPointer<TVLTextDocument>> documents(children.begin(), children.end());
+    for (const QPointer<TVLTextDocument> &document : documents) {
+        if (document)
+            document->reflectSettings(groups);
+    }
 }
 
 // --- Saving

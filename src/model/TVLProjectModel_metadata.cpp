@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
 
@@ -68,8 +69,8 @@ void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItem
             updateSearched(node, property, -1);
         }
         node->updateModified();
-        announceChange(createIndex(node));
     }
+    announceChanges(TVLHeldItem::listOf(this, touched));
 }
 
 QList<TVLLabel> TVLProjectModel::labels() const

@@ -1,6 +1,7 @@
 #include "TVLProjectModel.h"
 
 #include "TVLFilesLeft_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -27,6 +28,14 @@ QList<TVLProjectNode *> parentsDeepestFirst(TVLProjectNode *top)
     }
     std::reverse(parents.begin(), parents.end());
     return parents;
+}
+
+/** Whether a node is another one or lies below it. */
+bool isInSubtree(const TVLProjectNode *node, const TVLProjectNode *top)
+{
+    while (node && node != top)
+        node = node->mParent;
+    return node != nullptr;
 }
 
 } // namespace
@@ -87,11 +96,14 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
         }))
         return false;
     const int count = int(target->mChildren.size());
-    if (row < 0 || row > count)
-        row = count;
+    TVLHeldPlace place(this, target, row < 0 || row > count ? count : row);
     bool isMoved = false;
-    for (TVLProjectNode *node : nodes)
-        isMoved = moveNode(node, target, &row) || isMoved;
+    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes);
+    for (const TVLHeldItem &item : items) {
+        TVLProjectNode *node = item.node();
+        if (node && place.parent())
+            isMoved = moveNode(node, &place) || isMoved;
+    }
     if (isMoved)
         markProjectAsModified(true);
     return true;
@@ -112,26 +124,28 @@ bool TVLProjectModel::beginMoveRow(const TVLProjectNode *source, int row,
     return isAllowed;
 }
 
-bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLProjectNode *target, int *row)
+bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
 {
     TVLProjectNode *source = node->mParent;
+    TVLProjectNode *target = place->parent();
+    const int row = place->row();
     const int oldRow = node->row();
     const int count = int(target->mChildren.size());
-    if (source == target && (oldRow == *row || oldRow == *row - 1)) {
-        *row = std::min(*row + 1, count);
+    if (source == target && (oldRow == row || oldRow == row - 1)) {
+        *place = TVLHeldPlace(this, target, std::min(row + 1, count));
         return false;
     }
-    const bool isFromBefore = source == target && oldRow < *row;
-    const int position = std::clamp(isFromBefore ? *row - 1 : *row, 0, count);
-    if (!beginMoveRow(source, oldRow, target, *row)) {
-        *row = position;
+    const bool isFromBefore = source == target && oldRow < row;
+    const int position = std::clamp(isFromBefore ? row - 1 : row, 0, count);
+    if (!beginMoveRow(source, oldRow, target, row)) {
+        *place = TVLHeldPlace(this, target, position);
         return false;
     }
     const QModelIndexList topLevel = topLevelPersistents({source, target});
     target->insertChild(position, source->takeChild(oldRow));
     followRows(topLevel);
+    *place = TVLHeldPlace(this, target, position + 1);
     endMoveRows();
-    *row = position + 1;
     return true;
 }
 
@@ -234,16 +248,23 @@ void TVLProjectModel::removeChildrenForIndex(const QModelIndex &index)
     if (!top || top == mRootNode.get() || top->mChildren.isEmpty())
         return;
     const TVLNumberedFiles files(mPath);
-    const QList<TVLProjectNode *> parents = parentsDeepestFirst(top);
-    for (TVLProjectNode *parent : parents)
-        removeLeaves(parent, files);
+    const TVLHeldItem heldTop(this, top);
+    const QList<TVLHeldItem> parents = TVLHeldItem::listOf(this, parentsDeepestFirst(top));
+    for (const TVLHeldItem &parent : parents) {
+        TVLProjectNode *node = parent.node();
+        // Who hears of one removal may take an item to safety from the next.
+        if (node && isInSubtree(node, heldTop.node()))
+            removeChildren(node, files);
+    }
 }
 
-void TVLProjectModel::removeLeaves(TVLProjectNode *parent, const TVLNumberedFiles &files)
+/** There is nothing below the children, unless somebody has put it there on the way. */
+void TVLProjectModel::removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files)
 {
+    if (parent->mChildren.isEmpty())
+        return;
     beginRemoveRows(rowSignalParent(parent), 0, int(parent->mChildren.size()) - 1);
-    for (TVLProjectNode *child : std::as_const(parent->mChildren))
-        (void)removeFilesForNode(child, files);
+    tvlForEachNode(parent, [&](TVLProjectNode *node) { (void)removeFilesForNode(node, files); });
     qDeleteAll(std::exchange(parent->mChildren, {}));
     endRemoveRows();
 }

@@ -1,6 +1,6 @@
 #include "TVLProjectModel.h"
 
-#include "TVLHeldDocument_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 TVLProjectNode *TVLProjectModel::createProjectNode(TVLProjectNode *parent, int row, QUuid uuid,
                                                    int id)
@@ -80,16 +81,22 @@ void TVLProjectModel::dropPersistents(const TVLProjectNode *node)
     }
 }
 
-template <typename Insert>
-auto TVLProjectModel::insertBetweenSignals(TVLProjectNode *parent, int row, int count,
-                                           Insert insert)
+/**
+ * Inserts items side by side. Views see them for the first time at the end of it, so @p make, which
+ * is given the number of each, hands them over as they will stay, and emits nothing.
+ */
+QList<TVLHeldItem> TVLProjectModel::insertItems(const InsertPlace &place, int count,
+                                                const std::function<TVLProjectNode *(int)> &make)
 {
-    beginInsertRows(rowSignalParent(parent), row, row + count - 1);
-    const QModelIndexList topLevel = topLevelPersistents({parent});
-    auto inserted = insert();
+    beginInsertRows(rowSignalParent(place.parent), place.row, place.row + count - 1);
+    const QModelIndexList topLevel = topLevelPersistents({place.parent});
+    QList<TVLHeldItem> items;
+    items.reserve(count);
+    for (int i = 0; i < count; ++i)
+        items.append(TVLHeldItem(this, make(i)));
     followRows(topLevel);
     endInsertRows();
-    return inserted;
+    return items;
 }
 
 TVLProjectModel::InsertPlace TVLProjectModel::insertPlace(const QModelIndex &parent, int row) const
@@ -101,21 +108,46 @@ TVLProjectModel::InsertPlace TVLProjectModel::insertPlace(const QModelIndex &par
     return {node, row < 0 || row > end ? end : row};
 }
 
-TVLProjectNode *TVLProjectModel::insertDefaultNode(TVLProjectNode *parent, int row)
-{
-    return insertBetweenSignals(parent, row, 1, [&] {
-        TVLProjectNode *node = createDefaultNode(parent, row, QUuid());
-        addToSearchIndex(node);
-        return node;
-    });
-}
-
 // --- Items with a given content
+
+/** What a new item is to be; more than one are all the same. */
+struct TVLProjectModel::NewItem
+{
+    TVL::NodeType type;
+    QString extension;
+    QString title; ///< Empty for "Untitled".
+    std::function<void(TVLProjectNode *)> fill; ///< Comes with the documents in memory; or none.
+};
+
+QList<TVLHeldItem> TVLProjectModel::insertNewItems(int row, const QModelIndex &parent, int count,
+                                                   const NewItem &item)
+{
+    const InsertPlace place = insertPlace(parent, row);
+    QList<std::pair<QString, QStringList>> failures;
+    const auto make = [&](int number) {
+        TVLProjectNode *node = createDefaultNode(place.parent, place.row + number, QUuid());
+        node->mFileExtension = item.extension;
+        node->mNodeType = item.type;
+        node->mTitle = item.title.isEmpty() ? trUntitledTitle() : item.title;
+        addToSearchIndex(node);
+        QStringList errors;
+        if (!loadQuietly(node, &errors))
+            failures.append({node->mTitle, errors});
+        if (item.fill)
+            item.fill(node);
+        return node;
+    };
+    const QList<TVLHeldItem> items = insertItems(place, count, make);
+    // Only now: a file that is in the way and can't be read is told in a box, where views go on.
+    for (const auto &[title, errors] : std::as_const(failures))
+        showLoadErrors(title, errors);
+    return items;
+}
 
 TVLProjectNode *TVLProjectModel::insertNode(int row, const QModelIndex &parent, TVL::NodeType type,
                                             const QString &extension, const QString &title)
 {
-    return insertMultipleNodes(row, parent, type, extension, title, 1).constFirst();
+    return insertNewItems(row, parent, 1, {type, extension, title, {}}).constFirst().node();
 }
 
 QList<TVLProjectNode *> TVLProjectModel::insertMultipleNodes(int row, const QModelIndex &parent,
@@ -123,26 +155,12 @@ QList<TVLProjectNode *> TVLProjectModel::insertMultipleNodes(int row, const QMod
                                                              const QString &extension,
                                                              const QString &title, int count)
 {
-    count = std::max(count, 1);
-    const InsertPlace place = insertPlace(parent, row);
-    const auto insert = [&] {
-        QList<TVLProjectNode *> nodes;
-        nodes.reserve(count);
-        for (int i = 0; i < count; ++i) {
-            TVLProjectNode *node = createDefaultNode(place.parent, place.row + i, QUuid());
-            node->mFileExtension = extension;
-            node->mNodeType = type;
-            node->mTitle = title.isEmpty() ? trUntitledTitle() : title;
-            addToSearchIndex(node);
-            nodes.append(node);
-        }
-        return nodes;
-    };
-    const QList<TVLProjectNode *> nodes =
-        insertBetweenSignals(place.parent, place.row, count, insert);
-    // Only now: a file that is in the way and can't be read is told in a box, where views go on.
-    for (TVLProjectNode *node : nodes)
-        loadDocuments(node);
+    QList<TVLProjectNode *> nodes;
+    const QList<TVLHeldItem> items =
+        insertNewItems(row, parent, std::max(count, 1), {type, extension, title, {}});
+    for (const TVLHeldItem &item : items)
+        nodes.append(item.node());
+    nodes.removeAll(nullptr);
     return nodes;
 }
 
@@ -158,25 +176,32 @@ QList<QModelIndex> TVLProjectModel::insertMultipleTextNodes(int row, const QMode
     return indexes;
 }
 
-void TVLProjectModel::insertTextInto(const QModelIndex &index, TVL::DocumentType type,
-                                     const QString &text)
+QModelIndex TVLProjectModel::insertWithTexts(int row, const QModelIndex &parent,
+                                             const NewItem &item, const NewTexts &texts)
 {
-    if (text.isEmpty())
-        return;
-    const TVLHeldDocument document(this, index, type);
-    if (document)
-        QTextCursor(document.get()).insertText(text);
+    NewItem filled = item;
+    bool hasWords = false;
+    filled.fill = [&](TVLProjectNode *node) {
+        if (item.fill)
+            item.fill(node);
+        for (const auto &[type, text] : texts)
+            hasWords = fillDocument(node, type, text) || hasWords;
+    };
+    const TVLHeldItem inserted = insertNewItems(row, parent, 1, filled).constFirst();
+    if (hasWords) {
+        scheduleDocTextChange(inserted.index());
+        markProjectAsModified(true);
+    }
+    return inserted.index();
 }
 
 QModelIndex TVLProjectModel::insertTextNode(int row, const QModelIndex &parent,
                                             const QString &title, const QString &text,
                                             const QString &synopsis, const QString &notes)
 {
-    const QModelIndex index = createIndex(insertNode(row, parent, TVL::Text, u"rtf"_qs, title));
-    insertTextInto(index, TVL::MainText, text);
-    insertTextInto(index, TVL::SynopsisText, synopsis);
-    insertTextInto(index, TVL::NotesText, notes);
-    return index;
+    return insertWithTexts(
+        row, parent, {TVL::Text, u"rtf"_qs, title, {}},
+        {{TVL::MainText, text}, {TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
 
 QModelIndex TVLProjectModel::insertImageNode(int row, const QModelIndex &parent,
@@ -185,15 +210,14 @@ QModelIndex TVLProjectModel::insertImageNode(int row, const QModelIndex &parent,
 {
     if (!image.isNull() && !givesIds())
         return {};
-    TVLProjectNode *node = insertNode(row, parent, TVL::Image, u"png"_qs, title);
-    if (!image.isNull()) {
+    const auto addImage = [&](TVLProjectNode *node) {
+        if (image.isNull())
+            return;
         (void)TVLProjectFolderFormat::writeImageFile(mPath, node->mId, u"png"_qs, image);
         node->mShowSynopsisImage = true;
-    }
-    const QModelIndex index = createIndex(node);
-    insertTextInto(index, TVL::SynopsisText, synopsis);
-    insertTextInto(index, TVL::NotesText, notes);
-    return index;
+    };
+    return insertWithTexts(row, parent, {TVL::Image, u"png"_qs, title, addImage},
+                           {{TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
 
 QModelIndex TVLProjectModel::insertUserFolder(int row, const QModelIndex &parent,
@@ -202,10 +226,22 @@ QModelIndex TVLProjectModel::insertUserFolder(int row, const QModelIndex &parent
     return createIndex(insertNode(row, parent, TVL::Folder, QString(), title));
 }
 
+QModelIndex TVLProjectModel::createSyncConflictsFolder()
+{
+    const QModelIndex research = researchFolder();
+    const auto setIcon = [](TVLProjectNode *node) { node->mIconFileName = u"Warning.tiff"_qs; };
+    const TVLHeldItem folder =
+        insertNewItems(research.isValid() ? research.row() + 1 : -1, rootIndex(), 1,
+                       {TVL::Folder, QString(), tr("Sync Conflicts"), setIcon})
+            .constFirst();
+    markAndAnnounce(folder.index());
+    return folder.index();
+}
+
 TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const QModelIndex &parent)
 {
     const InsertPlace place = insertPlace(parent, row);
-    return insertBetweenSignals(place.parent, place.row, 1, [&] {
+    const auto make = [&](int) {
         TVLProjectNode *node = createDefaultNode(place.parent, place.row, QUuid());
         node->mNodeType = TVL::WebArchive;
         node->mTitle = url.host();
@@ -213,7 +249,8 @@ TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const Q
         node->mHasText = true;
         addToSearchIndex(node);
         return node;
-    });
+    };
+    return insertItems(place, 1, make).constFirst().node();
 }
 
 TVLProjectNode *
@@ -221,13 +258,14 @@ TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
                                           const TVLProjectNodeProperties &properties)
 {
     const InsertPlace place = insertPlace(parent, row);
-    return insertBetweenSignals(place.parent, place.row, 1, [&] {
+    const auto make = [&](int) {
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
         node->applyAllPreserveIDs(properties);
         addToSearchIndex(node);
         return node;
-    });
+    };
+    return insertItems(place, 1, make).constFirst().node();
 }
 
 QModelIndex TVLProjectModel::insertRowWithProperties(int row, const QModelIndex &parent,
@@ -245,30 +283,20 @@ bool TVLProjectModel::canInsertRows(int row, int count, const QModelIndex &paren
         && !isTrashChild(parent);
 }
 
-QList<TVLProjectNode *> TVLProjectModel::insertClones(const InsertPlace &place, int count,
-                                                      const QModelIndex &source, CloneFlags flags,
-                                                      const QUuid &uuid)
+QList<TVLHeldItem>
+TVLProjectModel::insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
+                                  const std::function<void(TVLProjectNode *)> &finish)
 {
-    const auto insert = [&] {
-        QList<TVLProjectNode *> nodes;
-        for (int i = 0; i < count; ++i) {
-            nodes.append(createDefaultNode(place.parent, place.row, uuid));
-            addToSearchIndex(nodes.constLast());
-        }
-        return nodes;
+    const auto make = [&](int) {
+        TVLProjectNode *node = createDefaultNode(place.parent, place.row, uuid);
+        if (finish)
+            finish(node);
+        addToSearchIndex(node);
+        return node;
     };
-    const QList<TVLProjectNode *> nodes =
-        insertBetweenSignals(place.parent, place.row, count, insert);
-    // Cloning inserts rows of its own, which views can place only below rows that they know.
-    if (source.isValid()) {
-        for (const TVLProjectNode *node : nodes) {
-            (void)clone(source, createIndex(node), flags.testFlag(CloneChildren),
-                        !flags.testFlag(SkipCloneRules), flags.testFlag(CloneSnapshots),
-                        !flags.testFlag(CloneWithoutFiles));
-        }
-    }
+    const QList<TVLHeldItem> items = insertItems(place, count, make);
     markProjectAsModified(true);
-    return nodes;
+    return items;
 }
 
 bool TVLProjectModel::insertRowsAndClone(int row, int count, const QModelIndex &parent,
@@ -276,8 +304,9 @@ bool TVLProjectModel::insertRowsAndClone(int row, int count, const QModelIndex &
 {
     if (!canInsertRows(row, count, parent))
         return false;
-    insertClones(insertPlace(parent, row), count, source, flags, QUuid());
-    return true;
+    const InsertPlace place = insertPlace(parent, row);
+    return source.isValid() ? !insertClones(place, count, source, flags, QUuid()).isEmpty()
+                            : !insertBlankItems(place, count, QUuid()).isEmpty();
 }
 
 QModelIndex TVLProjectModel::insertRowAndClone(int row, const QModelIndex &parent,
@@ -286,7 +315,11 @@ QModelIndex TVLProjectModel::insertRowAndClone(int row, const QModelIndex &paren
 {
     if (!canInsertRows(row, 1, parent))
         return {};
-    return createIndex(insertClones(insertPlace(parent, row), 1, source, flags, uuid).constFirst());
+    const InsertPlace place = insertPlace(parent, row);
+    return (source.isValid() ? insertClones(place, 1, source, flags, uuid)
+                             : insertBlankItems(place, 1, uuid))
+        .value(0)
+        .index();
 }
 
 bool TVLProjectModel::insertRows(int row, int count, const QModelIndex &parent)
@@ -294,70 +327,57 @@ bool TVLProjectModel::insertRows(int row, int count, const QModelIndex &parent)
     return insertRowsAndClone(row, count, parent, QModelIndex(), NoCloneFlag);
 }
 
+TVLHeldItem TVLProjectModel::insertBlankItem(int row, const QModelIndex &parent,
+                                             const std::function<void(TVLProjectNode *)> &finish)
+{
+    if (!canInsertRows(row, 1, parent))
+        return {};
+    return insertBlankItems(insertPlace(parent, row), 1, QUuid(), finish).constFirst();
+}
+
 QModelIndex TVLProjectModel::createNewItem(int row, const QModelIndex &parent)
 {
-    if (!insertRows(row, 1, parent))
-        return {};
-    return index(row == -1 ? rowCount(parent) - 1 : row, 0, parent);
+    return insertBlankItem(row, parent).index();
 }
 
 QModelIndex TVLProjectModel::createNewFolder(int row, const QModelIndex &parent)
 {
-    const QModelIndex index = createNewItem(row, parent);
-    if (index.isValid())
-        setType(index, TVL::Folder);
-    return index;
+    const TVLHeldItem folder =
+        insertBlankItem(row, parent, [](TVLProjectNode *node) { node->mNodeType = TVL::Folder; });
+    announceChange(folder.index());
+    return folder.index();
 }
 
 QModelIndex TVLProjectModel::createNewText(int row, const QModelIndex &parent,
                                            const QModelIndex &sibling)
 {
-    const QModelIndex index = createNewItem(row, parent);
-    if (!index.isValid())
-        return {};
-    setType(index, TVL::Text);
-    if (!sibling.isValid() || sibling.model() != this)
-        return index;
-    setTextMode(index, textMode(sibling));
-    if (isScriptMode(sibling))
-        startAsScript(index);
-    return index;
+    const bool hasSibling = sibling.isValid() && sibling.model() == this;
+    const QString siblingMode = hasSibling ? textMode(sibling) : QString();
+    const QString mode = siblingMode == GeneralFormatMode ? QString() : siblingMode;
+    QStringList errors;
+    const TVLHeldItem text = insertBlankItem(row, parent, [&](TVLProjectNode *node) {
+        node->mTextMode = mode;
+        if (mode == ScriptFormatMode)
+            startAsScript(node, &errors);
+    });
+    if (!errors.isEmpty())
+        showLoadErrors(QString(), errors);
+    if (text.node() && !mode.isEmpty()) {
+        Q_EMIT formatModeChanged(text.index(), mode);
+        announceChange(text.index());
+    }
+    return text.index();
 }
 
-void TVLProjectModel::startAsScript(const QModelIndex &index)
+void TVLProjectModel::startAsScript(TVLProjectNode *node, QStringList *errors)
 {
     if (mScriptMode.mElements.isEmpty())
         return;
     const TVLScriptElement &first = mScriptMode.mElements.constFirst();
-    const TVLHeldDocument text(this, index, TVL::MainText);
-    if (!text)
-        return;
-    QTextCursor cursor(text.get());
-    cursor.setBlockCharFormat(first.charFormat());
-    cursor.setCharFormat(first.charFormat());
-    cursor.setBlockFormat(first.blockFormat());
-}
-
-QModelIndex TVLProjectModel::createNewProjectIndex(int row, const QModelIndex &parent,
-                                                   const QString &title, const QUuid *uuid,
-                                                   const QModelIndex *source)
-{
-    const InsertPlace place = insertPlace(parent, row);
-    const QModelIndex index = createIndex(insertBetweenSignals(place.parent, place.row, 1, [&] {
-        TVLProjectNode *node =
-            createProjectNode(place.parent, place.row, uuid ? *uuid : QUuid(), -1);
-        node->mTitle = title;
-        addToSearchIndex(node);
-        return node;
-    }));
-    if (source)
-        (void)clone(*source, index, false, false, true, true);
-    return index;
-}
-
-QModelIndex TVLProjectModel::createNewItemInConflictsFolder(const QUuid *uuid, const QString &title,
-                                                            const QString &subfolder,
-                                                            const QModelIndex *source)
-{
-    return createNewProjectIndex(-1, syncConflictsSubFolder(subfolder), title, uuid, source);
+    (void)loadQuietly(node, errors);
+    (void)editUnseen(node, TVL::MainText, [&first](QTextCursor cursor) {
+        cursor.setBlockCharFormat(first.charFormat());
+        cursor.setCharFormat(first.charFormat());
+        cursor.setBlockFormat(first.blockFormat());
+    });
 }

@@ -77,7 +77,8 @@ QTextDocument *TVLProjectModel::newProjectNote(const QString &title)
 
 void TVLProjectModel::ensureProperProjectNotes()
 {
-    for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes)) {
+    const auto notes = mProjectNotes.mNotes;
+    for (const auto &[id, document] : notes) {
         document->setParent(this);
         document->setModified(false);
         connect(document, &QTextDocument::modificationChanged, this,
@@ -112,7 +113,8 @@ void TVLProjectModel::saveProjectNotes(QStringList *failures) const
     if (mAreNotesBehind)
         failures->append(tr("Could not save project notes.\n%1").arg(errors.join(u'\n')));
     // Also after a failure: the user has seen the error, and the next change asks again.
-    for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes))
+    const auto notes = mProjectNotes.mNotes;
+    for (const auto &[id, document] : notes)
         document->setModified(false);
     mProjectNotes.setModified(false);
 }
@@ -155,8 +157,10 @@ QString TVLProjectModel::projectNoteTitle(int id)
 
 int TVLProjectModel::addProjectNote(const QString &title)
 {
-    const int id = freeNoteId(mPath, mProjectNotes);
+    int id = freeNoteId(mPath, mProjectNotes);
     Q_EMIT projectNoteAboutToBeAdded(id);
+    // Who heard of it may have added a note of his own.
+    id = freeNoteId(mPath, mProjectNotes);
     QTextDocument *document = newProjectNote(title);
     keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(mPath, id), mProjectNotes);
     connect(document, &QTextDocument::modificationChanged, this,
@@ -189,7 +193,12 @@ bool TVLProjectModel::moveProjectNote(int from, int to)
     };
     if (from == to || !isPosition(from) || !isPosition(to))
         return false;
+    const int id = mProjectNotes.mNotes.at(from).first;
     Q_EMIT projectNoteAboutToBeMoved(from, to);
+    if (!hasProjectNoteId(id))
+        return false;
+    from = int(projectNoteIdentities().indexOf(id));
+    to = std::min(to, int(mProjectNotes.mNotes.size()) - 1);
     mProjectNotes.mNotes.move(from, to);
     markProjectNotesAsModified();
     Q_EMIT projectNoteMoved(from, to);
@@ -203,6 +212,9 @@ bool TVLProjectModel::removeProjectNote(int id, QStringList *errors)
     if (!TVLProjectFolderFormat::removeProjectNote(mPath, id, errors))
         return false;
     Q_EMIT projectNoteAboutToBeRemoved(id);
+    // Instead of a note that has gone already, projectNote() would give another one.
+    if (!hasProjectNoteId(id))
+        return true;
     QTextDocument *document = projectNote(id);
     mProjectNotes.mNotes.removeIf([id](const auto &note) { return note.first == id; });
     disconnect(document, nullptr, this, nullptr);

@@ -140,6 +140,16 @@ void TVLProjectModel::updateSearchedCustomMetaData(const TVLProjectNode *node) c
     updateSearched(node, TVL::CustomMetaDataProperty, joinedValues(node->mCustomMetaData));
 }
 
+void TVLProjectModel::updateSearchedRecord(const TVLProjectNode *node)
+{
+    updateSearched(node, TVL::TitleProperty, node->mTitle);
+    updateSearched(node, TVL::LabelProperty, node->mLabelId);
+    updateSearched(node, TVL::StatusProperty, node->mStatusId);
+    updateSearchedCustomMetaData(node);
+    if (node->mId >= 0)
+        mSearchIndex->setDocumentKeywords(node->mId, node->mKeywords);
+}
+
 void TVLProjectModel::forgetChecksums(const TVLProjectNode *node) const
 {
     for (const TVL::DocumentType type : SearchedFiles)

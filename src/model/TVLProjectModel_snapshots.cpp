@@ -2,6 +2,7 @@
 
 #include "TVLErrorText_p.h"
 #include "TVLHeldDocument_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDoc.h"
@@ -82,9 +83,10 @@ bool TVLProjectModel::addSnapshot(const QModelIndex &index, const TVLSnapshotInf
 {
     if (!index.isValid() || !canHaveText(index))
         return false;
+    const QPersistentModelIndex item = index;
     TVLTextDocument *text = referenceText(index);
     QString error;
-    if (addSnapshotWithDocument(index, info, text, &error)) {
+    if (addSnapshotWithDocument(item, info, text, &error)) {
         dereferenceItem(text);
         return true;
     }
@@ -114,9 +116,15 @@ bool TVLProjectModel::addSnapshotWithDocument(const QModelIndex &index, const TV
     if (!TVLProjectFolderFormat::addSnapshot(mPath, node->mId, info, document, error))
         return false;
     node->mHasSnapshots = true;
-    Q_EMIT snapshotsChanged(index, index);
-    announceChange(index);
+    announceSnapshots(index);
     return true;
+}
+
+void TVLProjectModel::announceSnapshots(const QModelIndex &index)
+{
+    const QPersistentModelIndex changed = index;
+    Q_EMIT snapshotsChanged(index, index);
+    announceChange(changed);
 }
 
 bool TVLProjectModel::addSnapshotWithExternalDocument(const QModelIndex &index,
@@ -145,13 +153,17 @@ bool TVLProjectModel::loadSnapshotIntoMainText(const QModelIndex &index,
     // The reader can't take back what it did to a text when the file turns out to be damaged.
     QTextDocument snapshot;
     snapshot.setUndoRedoEnabled(false);
+    const int id = nodeIdentity(index);
+    const TVLHeldItem item(this, projectNode(index));
     const TVLHeldDocument text(this, index, TVL::MainText);
     if (!text || text->isReadOnly()
-        || !TVLProjectFolderFormat::readSnapshot(mPath, nodeIdentity(index), info, &snapshot,
-                                                 mIdMap))
+        || !TVLProjectFolderFormat::readSnapshot(mPath, id, info, &snapshot, mIdMap))
         return false;
     replaceText(text.get(), &snapshot);
-    projectNode(index)->mRestoredSnapshotDate = info.mDate;
+    TVLProjectNode *node = item.node();
+    if (!node)
+        return false;
+    node->mRestoredSnapshotDate = info.mDate;
     markDocumentContentsDirty(text.get());
     return true;
 }
@@ -162,8 +174,7 @@ bool TVLProjectModel::setSnapshotTitle(const QModelIndex &index, const QDateTime
     if (!index.isValid() || !canHaveText(index)
         || !TVLProjectFolderFormat::setSnapshotTitle(mPath, nodeIdentity(index), date, title))
         return false;
-    Q_EMIT snapshotsChanged(index, index);
-    announceChange(index);
+    announceSnapshots(index);
     return true;
 }
 

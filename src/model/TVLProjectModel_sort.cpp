@@ -79,6 +79,19 @@ Indexes sortedByTitle(const Indexes &indexes, Qt::SortOrder order,
     return sortedByKey(indexes, order, titleOf, isLess<QString>);
 }
 
+/** The items, their texts counted; those that have gone in a box about a text aren't among them. */
+Indexes counted(const TVLProjectModel &model, const Indexes &indexes)
+{
+    const QList<QPersistentModelIndex> held(indexes.begin(), indexes.end());
+    for (const QPersistentModelIndex &index : held) {
+        if (index.isValid())
+            (void)model.progress(index, false, false);
+    }
+    Indexes present(held.begin(), held.end());
+    present.removeIf([](const QModelIndex &index) { return !index.isValid(); });
+    return present;
+}
+
 /** Where the synopsis is in memory; nowhere comes first. */
 quintptr synopsisPlace(const QModelIndex &index)
 {
@@ -138,7 +151,7 @@ QModelIndexList TVLProjectModel::sort(const QModelIndexList &indexes, TVL::Colum
         return sortedByMember(indexes, order, &Properties::mTargetType);
     case TVL::ProgressColumn:
         return sortedByKey(
-            indexes, order,
+            counted(*model, indexes), order,
             [model](const QModelIndex &index) { return model->progress(index, false, false); },
             isLess<double>);
     default:

@@ -200,11 +200,15 @@ bool ReferenceTree::insertClones(Node *parent, int row, int count, Node *source,
     if (row < 0 || row > parent->count() || count < 1 || isInTrash(parent))
         return false;
     // All at the same row: the last comes to stand first.
+    const Nodes descendants = source && options.withChildren ? source->descendants() : Nodes();
     Nodes made;
-    for (int i = 0; i < count; ++i)
+    bool areMade = true;
+    for (int i = 0; i < count; ++i) {
         made.append(create(parent, row));
-    for (Node *node : source ? made : Nodes())
-        clone(source, node, options);
+        areMade = source && cloneAlone(source, made.constLast(), options) && areMade;
+    }
+    for (Node *node : areMade ? made : Nodes())
+        cloneBelow(descendants, source, node, options);
     mIsModified = true;
     return true;
 }
@@ -241,11 +245,15 @@ bool ReferenceTree::clone(const Node *source, Node *target, const ReferenceClone
     // A copy that lies below its source isn't copied itself.
     Nodes descendants = options.withChildren ? source->descendants() : Nodes();
     descendants.removeIf([target](const Node *node) { return node->isInside(target); });
-    if (!cloneAlone(source, target, options))
-        return false;
+    return cloneAlone(source, target, options) && cloneBelow(descendants, source, target, options);
+}
+
+bool ReferenceTree::cloneBelow(const Nodes &descendants, const Node *source, Node *target,
+                               const ReferenceCloneOptions &options)
+{
     QMap<const Node *, Node *> copies = {{source, target}};
     QMap<const Node *, int> copied; // So many children of each.
-    for (const Node *descendant : std::as_const(descendants)) {
+    for (const Node *descendant : descendants) {
         Node *copy = create(copies.value(descendant->parent), copied[descendant->parent]++);
         copies.insert(descendant, copy);
         // What was copied before stays.

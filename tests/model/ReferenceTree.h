@@ -123,6 +123,8 @@ private:
     [[nodiscard]] static bool canClone(const Node *source, const Node *target);
 
     bool clone(const Node *source, Node *target, const ReferenceCloneOptions &options);
+    bool cloneBelow(const Nodes &descendants, const Node *source, Node *target,
+                    const ReferenceCloneOptions &options);
     bool cloneAlone(const Node *source, Node *target, const ReferenceCloneOptions &options);
     bool moveNodes(Node *target, int row, const Nodes &nodes);
     bool moveChildrenBehind(Node *node);

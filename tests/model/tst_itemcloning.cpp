@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -25,6 +26,8 @@ private Q_SLOTS:
     void aClonedFileCanBeEdited();
     void allFilesOfAnItemAreCloned();
     void aCloneTakesTheTargetsDocumentsOutOfMemory();
+    void aCloneForgetsWhatItsOldFilesShowed_data();
+    void aCloneForgetsWhatItsOldFilesShowed();
     void snapshotsComeAlongWhenAskedFor();
     void withoutFilesNothingIsCloned();
     void descendantsComeBeforeThoseOfTheTarget();
@@ -236,6 +239,38 @@ void TstItemCloning::aCloneTakesTheTargetsDocumentsOutOfMemory()
     QCOMPARE(model->documentPlainText(target, false), u"a text"_qs);
     QVERIFY(model->save(true));
     QCOMPARE(model->documentPlainText(target, false), u"a text"_qs);
+}
+
+void TstItemCloning::aCloneForgetsWhatItsOldFilesShowed_data()
+{
+    QTest::addColumn<bool>("onlyFiles");
+    QTest::newRow("all of it") << false;
+    QTest::newRow("only the files") << true;
+}
+
+void TstItemCloning::aCloneForgetsWhatItsOldFilesShowed()
+{
+    QFETCH(const bool, onlyFiles);
+    const TestProject project;
+    const auto model = project.create();
+    const QModelIndex research = model->researchFolder();
+    const QPersistentModelIndex source = addTextItem(model.get(), research, u"a"_qs);
+    const QPersistentModelIndex target = addItem(model.get(), research, TVL::Text);
+    QImage image(3, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(model->setIndexCardImage(source, image));
+    model->projectNode(target)->mIndexCardImageFileExtension = u"png"_qs;
+    QVERIFY(model->save(true));
+    // As an outline does that shows it.
+    QCOMPARE(model->wordCount(target, false, false), 0);
+    QCOMPARE(model->characterCount(target), 0);
+    QVERIFY(model->indexCardPixmap(target).isNull());
+
+    QVERIFY(onlyFiles ? model->cloneProjectFiles(source, target, false)
+                      : model->clone(source, target, false, true, false, true));
+    QCOMPARE(model->wordCount(target, false, false), 2);
+    QCOMPARE(model->characterCount(target), 6);
+    QCOMPARE(model->indexCardPixmap(target).size(), QSize(3, 2));
 }
 
 void TstItemCloning::snapshotsComeAlongWhenAskedFor()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void anAncestorIsMergedIntoItsDescendant();
     void snapshotsGoToTheSurvivor();
     void snapshotsOfOneSecondAreAllKept();
+    void aSnapshotThatCantComeAlongRefusesTheMerge();
     void theJoinedTextIsOnDiskAtOnce();
     void whatCannotBeWrittenKeepsTheFilesOfAll();
     void anUnreadableTextIsNotMerged();
@@ -306,6 +307,23 @@ void TstItemMerging::snapshotsOfOneSecondAreAllKept()
     QCOMPARE(found,
              QStringList({u"later: text of c"_qs, u"of a: text of a"_qs, u"of b: text of b"_qs,
                           u"of c: text of c"_qs}));
+}
+
+void TstItemMerging::aSnapshotThatCantComeAlongRefusesTheMerge()
+{
+    const QPersistentModelIndex a = addText(u"a"_qs, u"one"_qs);
+    const QPersistentModelIndex b = addText(u"b"_qs, u"two"_qs);
+    TVLSnapshotInfo info;
+    info.mTitle = u"of b"_qs;
+    info.mDate = QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    QVERIFY(mModel->addSnapshot(b, info));
+    mProject->writeFile(u"Snapshots/%1.snapshots"_qs.arg(mModel->nodeIdentity(a)), "in the way");
+
+    QVERIFY(!merge(u"a b"_qs).isValid());
+    QCOMPARE(research(), u"a b"_qs);
+    QCOMPARE(mModel->documentPlainText(a, false), u"one"_qs);
+    QCOMPARE(mModel->documentPlainText(b, false), u"two"_qs);
+    QCOMPARE(mModel->snapshots(b).size(), 1);
 }
 
 void TstItemMerging::theJoinedTextIsOnDiskAtOnce()

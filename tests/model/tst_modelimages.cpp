@@ -59,6 +59,8 @@ private Q_SLOTS:
     void aCardIsNoLargerThanItsSize_data();
     void aCardIsNoLargerThanItsSize();
     void aCardIsKeptFromTheFirstCall();
+    void attributesTakenOverRefreshTheCard_data();
+    void attributesTakenOverRefreshTheCard();
     void theItemsOwnFileServesAsCard();
     void aDamagedCardImageGivesWayToTheItemsOwnFile();
     void whatIsAnImage_data();
@@ -219,6 +221,28 @@ void TstModelImages::aCardIsKeptFromTheFirstCall()
     QVERIFY(QFile::remove(f.project.path(CardFile)));
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(20, 10));
     QVERIFY(f.model->rawDataImage(f.index).isNull());
+}
+
+void TstModelImages::attributesTakenOverRefreshTheCard_data()
+{
+    QTest::addColumn<bool>("mobile");
+    QTest::newRow("mobile") << true;
+    QTest::newRow("desktop") << false;
+}
+
+void TstModelImages::attributesTakenOverRefreshTheCard()
+{
+    QFETCH(const bool, mobile);
+    const ImageFixture f;
+    QVERIFY(f.model->indexCardPixmap(f.index).isNull());
+    // What a merge brings: the file, and the record that knows of it.
+    f.project.writeFile(CardFile, {});
+    QVERIFY(imageOf(20, 10).save(f.project.path(CardFile)));
+    TVLProjectNodeProperties record = f.model->nodeProperties(f.index);
+    record.mIndexCardImageFileExtension = u"png"_qs;
+    QVERIFY(mobile ? f.model->applyMobileAttributes(f.index, record)
+                   : f.model->applyDesktopAttributes(f.index, record));
+    QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(20, 10));
 }
 
 void TstModelImages::theItemsOwnFileServesAsCard()

@@ -125,6 +125,7 @@ private Q_SLOTS:
     void aNewItemIsNotFoundByTheTextsOfOneWhoseIdItHas();
     void anOverwrittenItemIsFoundByItsNewTexts();
     void labelsThatAreGoneAreNotFound();
+    void labelsAndStatusItemsTakenOverAreFound();
     void commentsGoWithTheWordsTheyStandAt();
     void systemFoldersAreNeverFound();
 
@@ -378,6 +379,24 @@ void TstModelSearch::anOverwrittenItemIsFoundByItsNewTexts()
     QVERIFY(model->clone(model->index(4), model->index(5), true, false, true, true));
     QCOMPARE(found(model.get(), u"lantern"_qs), (Ids{4, 5}));
     QCOMPARE(found(model.get(), u"meadow"_qs), Ids());
+}
+
+void TstModelSearch::labelsAndStatusItemsTakenOverAreFound()
+{
+    const TestProject project;
+    makeProject(project);
+    const auto model = project.open();
+    TVLProjectNodeProperties record = model->nodeProperties(model->index(4));
+    record.mLabelId = 1;
+    record.mStatusId = 5;
+    QVERIFY(model->applyMobileAttributes(model->index(4), record));
+    QCOMPARE(found(model.get(), u"Chapter"_qs, TVL::LabelProperty), Ids{4});
+    QCOMPARE(found(model.get(), u"Done"_qs, TVL::StatusProperty), Ids{4});
+    record.mLabelId = -1;
+    record.mStatusId = -1;
+    QVERIFY(model->applyMobileAttributes(model->index(4), record));
+    QCOMPARE(found(model.get(), u"Chapter"_qs, TVL::LabelProperty), Ids());
+    QCOMPARE(found(model.get(), u"Done"_qs, TVL::StatusProperty), Ids());
 }
 
 void TstModelSearch::labelsThatAreGoneAreNotFound()
