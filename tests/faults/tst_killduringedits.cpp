@@ -27,7 +27,7 @@ private Q_SLOTS:
 
 namespace {
 
-const int Kills = testCases(500);
+const int Kills = testCases(200);
 constexpr int LinesPerText = 40;
 constexpr int SnapshotEvery = 15; ///< So many chapters for one that has one.
 constexpr TVL::DocumentType TextTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText};

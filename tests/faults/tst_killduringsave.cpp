@@ -19,21 +19,16 @@ class TstKillDuringSave : public QObject
 
 private Q_SLOTS:
     void aKilledSaveLeavesTheLastCompletedOneOrALaterOne();
-    void aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff();
+    void aTextIsOfOneSave();
 };
 
 namespace {
 
 const int Items = testSize(1500);
-const int SaveKills = testCases(2000);
-constexpr qint64 LeastLifeMs = 100;
-constexpr qint64 SavesPerLife = 4;
+const int SaveKills = testCases(500);
+constexpr int SavesPerLife = 4;
 
-/**
- * Makes a project and tells how long a victim may live at most: long enough for some saves, however
- * slow this machine and this build are.
- */
-qint64 makeProject(const TestProject &project, int items = Items)
+void makeProject(const TestProject &project, int items = Items)
 {
     const std::unique_ptr<TVLProjectModel> model = project.create();
     const QModelIndex draft = model->draftFolder();
@@ -41,40 +36,46 @@ qint64 makeProject(const TestProject &project, int items = Items)
         model->insertRows(0, items - model->rowCount(draft), draft);
     for (int row = 0; row < items; ++row)
         model->setTitle(model->index(row, 0, draft), u"Save 0"_qs);
-    QElapsedTimer saving;
-    saving.start();
     if (!model->save(true))
         qFatal("the project could not be saved");
-    const qint64 lifeMs = qMax(LeastLifeMs, SavesPerLife * saving.elapsed());
     model->prepareToDestroy();
-    return lifeMs;
 }
 
-/** Runs the victim for a random while and kills it; the number of the last save that it announced.
+/**
+ * Runs the victim and kills it within the save that follows one of its first, or shortly after; the
+ * number of the last save that it announced. Its saves are the clock, so it doesn't matter how slow
+ * this machine and this build are.
  */
-int saveUntilKilled(const QStringList &arguments, qint64 longestLifeMs, QRandomGenerator *random)
+int saveUntilKilled(const QStringList &arguments, QRandomGenerator *random)
 {
+    constexpr int PatienceMs = 60'000;
     QProcess victim;
     victim.setProgram(QStringLiteral(FAULT_SAVER));
     victim.setArguments(arguments);
     victim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     victim.start();
-    while (!victim.canReadLine()) {
-        if (!victim.waitForReadyRead(60'000))
-            return -1;
-    }
-    if (victim.readLine() != "ready\n")
+    const auto nextLine = [&victim] {
+        while (!victim.canReadLine()) {
+            if (!victim.waitForReadyRead(PatienceMs))
+                return QByteArray();
+        }
+        return victim.readLine();
+    };
+    if (nextLine() != "ready\n")
         return -1;
-
+    int last = 0;
     QElapsedTimer life;
     life.start();
-    const qint64 length = random->bounded(longestLifeMs * 1'000'000);
+    const int completed = 1 + random->bounded(SavesPerLife);
+    for (int save = 0; save < completed; ++save)
+        last = qMax(last, nextLine().toInt());
+    const qint64 savingNs = life.nsecsElapsed() / completed;
+
+    const qint64 length = life.nsecsElapsed() + random->bounded(savingNs + savingNs / 2);
     while (life.nsecsElapsed() < length)
         victim.waitForReadyRead(1);
     victim.kill();
     victim.waitForFinished();
-
-    int last = 0;
     const QList<QByteArray> lines = victim.readAllStandardOutput().split('\n');
     for (const QByteArray &line : lines)
         last = qMax(last, line.toInt());
@@ -86,12 +87,12 @@ int saveUntilKilled(const QStringList &arguments, qint64 longestLifeMs, QRandomG
 void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
 {
     const TestProject project;
-    const qint64 lifeMs = makeProject(project);
+    makeProject(project);
     QRandomGenerator random(20);
     int completed = 0;
     int fallbacks = 0;
     for (int kill = 0; kill < SaveKills; ++kill) {
-        const int announced = saveUntilKilled({project.path()}, lifeMs, &random);
+        const int announced = saveUntilKilled({project.path()}, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         completed = qMax(completed, announced);
 
@@ -110,45 +111,34 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
                  qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(completed)));
         completed = found;
     }
-    QVERIFY2(completed > SaveKills / 4, "too few saves took place for the kills to mean anything");
     qInfo("%d kills over %d saves; %d left the binder cut off", SaveKills, completed, fallbacks);
 }
 
-void TstKillDuringSave::aTextIsOfOneSaveOrItsFileIsKnownToBeCutOff()
+void TstKillDuringSave::aTextIsOfOneSave()
 {
     const TestProject project;
-    const qint64 lifeMs = makeProject(project, 1);
+    makeProject(project, 1);
     QRandomGenerator random(21);
     int completed = 0;
-    int cutOff = 0;
     for (int kill = 0; kill < SaveKills; ++kill) {
-        const int announced = saveUntilKilled({project.path(), u"texts"_qs}, lifeMs, &random);
+        const int announced = saveUntilKilled({project.path(), u"texts"_qs}, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         const std::unique_ptr<TVLProjectModel> model = project.open();
         QVERIFY(model);
         const QModelIndex index = model->index(0, 0, model->draftFolder());
         TVLTextDocument document(nullptr, model.get(), model->projectNode(index), TVL::MainText);
         QString error;
-        if (!TVLProjectFolderFormat::readDocument(project.path(), document.node(), &document,
-                                                  &error)) {
-            ++cutOff;
-            QVERIFY(document.isReadOnly());
-            // As a writer would put a copy of the file from elsewhere in its place.
-            QVERIFY(QFile::remove(TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
-                project.path(), document.node()->mId, TVL::MainText)));
-        } else if (!document.isEmpty()) {
-            const QStringList lines = document.toPlainText().split(u'\n');
-            QCOMPARE(QSet<QString>(lines.begin(), lines.end()).size(), 1);
-            const int found = lines.constFirst().section(u' ', 1).toInt();
-            QVERIFY2(announced == 0 || found == announced || found == announced + 1,
-                     qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(announced)));
-        }
+        QVERIFY2(TVLProjectFolderFormat::readDocument(project.path(), document.node(), &document,
+                                                      &error),
+                 qPrintable(error));
+        const QStringList lines = document.toPlainText().split(u'\n');
+        QCOMPARE(QSet<QString>(lines.begin(), lines.end()).size(), 1);
+        const int found = lines.constFirst().section(u' ', 1).toInt();
+        QVERIFY2(found == announced || found == announced + 1,
+                 qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(announced)));
         completed = qMax(completed, announced);
     }
-    QVERIFY2(completed > SaveKills / 4, "too few saves took place for the kills to mean anything");
-    // The file is open for one write only, a small part of what a save takes.
-    QVERIFY2(cutOff <= SaveKills / 10 + 3, qPrintable(QString::number(cutOff)));
-    qInfo("%d kills over %d saves; %d left the text cut off", SaveKills, completed, cutOff);
+    qInfo("%d kills over %d saves", SaveKills, completed);
 }
 
 TVL_TEST(TstKillDuringSave)
