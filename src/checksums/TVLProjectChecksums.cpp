@@ -3,6 +3,7 @@
 #include "TUuid.h"
 #include "TVLCoreUtil.h"
 #include "TVLFilePresence_p.h"
+#include "TVLFileWriting_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 
@@ -290,7 +291,7 @@ void TVLProjectChecksums::updateLoadedCheckSumsMobile(const QUuid &uuid, TVL::Do
 
 bool TVLProjectChecksums::saveChecksumFile(const QString &filePath, const ChecksumMap &checksums)
 {
-    return TVLCoreUtil::WriteBinaryFile(linesOf(checksums), filePath, nullptr);
+    return tvlWriteOwnFile(linesOf(checksums), filePath, nullptr);
 }
 
 bool TVLProjectChecksums::loadChecksumFile(const QString &filePath, ChecksumMap *checksums)
@@ -392,8 +393,9 @@ void TVLProjectChecksums::note(const ChecksumMap &notes)
     }
     const QString filePath = Format::projectChecksumFilePathId(path());
     const QString textsPath = Format::searchIndexesFilePath(path());
-    // Where the texts can't be, nothing is done to their hashes either.
-    if (notes.isEmpty() || !QFileInfo(filePath).isFile()
+    // Where the texts can't be, nothing is done to their hashes either. What a link leads to isn't
+    // the project's.
+    if (notes.isEmpty() || !QFileInfo(filePath).isFile() || QFileInfo(filePath).isSymbolicLink()
         || (!tvlIsMissing(textsPath) && !QFileInfo(textsPath).isFile()))
         return;
     QFile file(filePath);

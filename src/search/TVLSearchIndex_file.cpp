@@ -1,10 +1,11 @@
 #include "TVLSearchIndex.h"
 
-#include "TVLCoreUtil.h"
 #include "TVLErrorText_p.h"
 #include "TVLFilePresence_p.h"
+#include "TVLFileWriting_p.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLRegularFile.h"
 #include "TVLSearchSql_p.h"
 #include "TVLSearchedProject.h"
 #include "TVLXmlReading_p.h"
@@ -12,7 +13,6 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlError>
@@ -210,7 +210,7 @@ bool TVLSearchIndex::load(QString *error)
     mIsModified = false;
     if (!mProject || tvlIsMissing(searchIndexesFilePath()))
         return true;
-    QFile file(searchIndexesFilePath());
+    TVLRegularFile file(searchIndexesFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
         tvlSetError(error, translated(CannotOpen));
         return false;
@@ -285,7 +285,7 @@ bool TVLSearchIndex::isVouchedFor(int id, TVL::DocumentProperty property, bool n
 
 QString TVLSearchIndex::fileError(const QString &path)
 {
-    QFile file(path);
+    TVLRegularFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return translated(CannotOpen);
     return readDocuments(&file, [](int, const QHash<int, QString> &) {});
@@ -305,7 +305,7 @@ void TVLSearchIndex::save()
     if (!writeDocuments(&writer, *this, &ids))
         return;
     if (!canReplaceFile() || !mProject->checksums()->withdrawOutdated()
-        || !TVLCoreUtil::WriteBinaryFile(content, searchIndexesFilePath(), nullptr)) {
+        || !tvlWriteOwnFile(content, searchIndexesFilePath(), nullptr)) {
         qCritical() << "could not write to search indexes file";
         return;
     }

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <memory>
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void whatXmlCannotHoldIsCleaned();
     void savingClearsTheModifiedFlag();
     void aFileThatCannotBeOpenedIsLogged();
+    void whatALinkLeadsToIsNotWritten();
     void aDatabaseThatFailsLeavesTheFileAsItWas();
     void aStoreWithoutProjectHasNoFile();
     void hashesOfOtherTextsAreTakenBackFirst();
@@ -252,6 +254,23 @@ void TstSearchFile::aFileThatCannotBeOpenedIsLogged()
     QVERIFY(QDir().rmdir(mProject->indexPath()));
     mIndex->save();
     QVERIFY(!mIndex->isModified());
+}
+
+void TstSearchFile::whatALinkLeadsToIsNotWritten()
+{
+    QTemporaryFile elsewhere;
+    QVERIFY(elsewhere.open());
+    elsewhere.write("of somebody else");
+    elsewhere.close();
+    addItem();
+    mIndex->save();
+    QVERIFY(QFile::remove(mProject->indexPath()));
+    QVERIFY(QFile::link(elsewhere.fileName(), mProject->indexPath()));
+    setText(7, TVL::NotesProperty, u"notes"_qs);
+    QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
+    mIndex->save();
+    QCOMPARE(mProject->readIndex(), "of somebody else");
+    QVERIFY(mIndex->isModified());
 }
 
 void TstSearchFile::aDatabaseThatFailsLeavesTheFileAsItWas()
