@@ -6,11 +6,11 @@
 #include "TVLFileWriting_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLWholeUuid_p.h"
 
-#include <QDir>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 #include <QStringTokenizer>
 
 #include <algorithm>
@@ -28,24 +28,12 @@ constexpr TVL::DocumentType TrackedTypes[] = {
     TVL::CommentsFile,
 };
 
-constexpr qsizetype UuidLength = 36;
+const qsizetype HashSize = QCryptographicHash::hashLength(QCryptographicHash::Sha1);
 
 bool isTracked(TVL::DocumentType type)
 {
     return std::find(std::begin(TrackedTypes), std::end(TrackedTypes), type)
         != std::end(TrackedTypes);
-}
-
-/** Whether a look-up by name has found a type that tells what is in the file. */
-bool isClassified(int type)
-{
-    return type != -1 && type != TVL::ForeignFile;
-}
-
-/** A whole text as a uuid. QUuid alone takes anything that begins like one. */
-QUuid wholeUuid(QStringView text)
-{
-    return text.size() == UuidLength ? QUuid::fromString(text) : QUuid();
 }
 
 // --- Lines of a checksum file
@@ -63,7 +51,7 @@ ChecksumKey keyOf(QStringView text)
     const qsizetype slash = text.indexOf(u'/');
     if (slash <= 0)
         return {QUuid(), text.toString()};
-    return {wholeUuid(text.first(slash)), text.sliced(slash + 1).toString()};
+    return {tvlWholeUuid(text.first(slash)), text.sliced(slash + 1).toString()};
 }
 
 void appendLine(const ChecksumKey &key, const QByteArray &checksum, QByteArray *lines)
@@ -93,50 +81,23 @@ void addLine(QStringView line, ChecksumMap *checksums)
     checksums->insert(checksums->cend(), keyOf(line.first(equalSign)), checksum);
 }
 
-// --- Folders with a folder for each item
-
-/**
- * Calls @p visit with the key and the path of each document in the items' folders of a folder,
- * until it returns false. A folder is found by the name that it has: a uuid is the same in either
- * case.
- */
-template <typename Visit>
-void visitDocuments(const QString &dataPath, QDir::Filters filters, Visit &&visit)
+/** How long the hash of a line is; -1 for a line without one. */
+qsizetype hashSizeOf(const QByteArray &line)
 {
-    const QDir data(dataPath);
-    // Of two for one item, the one in capitals comes first: that is how the project calls it.
-    const QStringList folderNames = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString &folderName : folderNames) {
-        const QUuid uuid = wholeUuid(folderName);
-        if (uuid.isNull())
-            continue;
-        const QDir folder(data.filePath(folderName));
-        const QStringList names = folder.entryList(filters, QDir::Unsorted);
-        for (const QString &name : names) {
-            if (!isClassified(Format::findDocumentTypeUuid(name)))
-                continue;
-            if (!visit(ChecksumKey(uuid, name), folder.filePath(name)))
-                return;
-        }
-    }
+    const qsizetype equalSign = line.indexOf('=');
+    return equalSign > 0 ? QByteArray::fromHex(line.sliced(equalSign + 1)).size() : -1;
 }
 
-ChecksumMap calcDataChecksums(const QString &dataPath)
+/** The last line of a file if a kill has cut it off: it has no end, and no hash as long as that of
+ * another line or of a file. Nothing otherwise. */
+QByteArray cutOffLine(const QString &filePath)
 {
-    ChecksumMap checksums;
-    const auto add = [&](const ChecksumKey &key, const QString &filePath) {
-        if (!checksums.contains(key))
-            checksums.insert(key, Format::calcChecksum(filePath));
-        return true;
-    };
-    visitDocuments(dataPath, QDir::Files, add);
-    return checksums;
-}
-
-void store(bool *target, bool value)
-{
-    if (target)
-        *target = value;
+    QList<QByteArray> lines = TVLCoreUtil::ReadBinaryFile(filePath).split('\n');
+    const QByteArray last = lines.takeLast();
+    const qsizetype size = hashSizeOf(last);
+    const bool isWhole = size == HashSize
+        || (size > 0 && !lines.isEmpty() && hashSizeOf(lines.constFirst()) == size);
+    return isWhole ? QByteArray() : last;
 }
 
 } // namespace
@@ -325,8 +286,19 @@ bool TVLProjectChecksums::saveChecksums()
 bool TVLProjectChecksums::loadChecksums()
 {
     setModified(false);
-    const bool isLoaded = loadChecksumFile(Format::projectChecksumFilePathId(path()), &mChecksums);
+    const QString filePath = Format::projectChecksumFilePathId(path());
+    const bool isLoaded = loadChecksumFile(filePath, &mChecksums);
     mNotes = takeNotes(&mChecksums);
+    // Of a line that a kill has cut off nothing is to stay.
+    if (const QByteArray line = isLoaded ? cutOffLine(filePath) : QByteArray(); !line.isEmpty()) {
+        mChecksums.remove(keyOf(QString::fromUtf8(line.first(qMax(line.indexOf('='), 0)))));
+        setModified(true);
+    }
+    const auto isPartOfANote = [](const auto &note) {
+        return !note.value().isEmpty() && note.value().size() != HashSize;
+    };
+    if (mNotes.removeIf(isPartOfANote) > 0)
+        setModified(true);
     return isLoaded;
 }
 
@@ -418,102 +390,6 @@ ChecksumMap TVLProjectChecksums::takeNotes(ChecksumMap *checksums)
         return isNote(name);
     });
     return notes;
-}
-
-ChecksumMap TVLProjectChecksums::calcFilesDataChecksums(const QString &path)
-{
-    return calcDataChecksums(Format::filesDataPath(Format::calcEnclosingPath(path)));
-}
-
-ChecksumMap TVLProjectChecksums::calcMobileDataChecksums(const QString &path)
-{
-    return calcDataChecksums(Format::mobileDataPath(Format::calcEnclosingPath(path)));
-}
-
-ChecksumMap TVLProjectChecksums::calcFilesDocsChecksums(const QString &path)
-{
-    ChecksumMap checksums;
-    const QDir folder(Format::filesDocsPath(Format::calcEnclosingPath(path)));
-    const QStringList names = folder.entryList(QDir::Files, QDir::Unsorted);
-    for (const QString &name : names) {
-        if (isClassified(Format::findDocumentTypeId(name)))
-            checksums.insert({QUuid(), name}, Format::calcChecksum(folder.filePath(name)));
-    }
-    return checksums;
-}
-
-void TVLProjectChecksums::dropChangedFilesDocsChecksums()
-{
-    ChecksumMap checksums = mChecksums;
-    const ChecksumMap files = calcFilesDocsChecksums(path());
-    checksums.removeIf([&files](const auto &entry) {
-        return entry.key().first.isNull() && files.value(entry.key()) != entry.value();
-    });
-    setChecksums(checksums);
-    mNotes.clear();
-}
-
-void TVLProjectChecksums::updateFilesDataChecksumsFromHdd()
-{
-    setChecksums(calcFilesDataChecksums(path()));
-}
-
-void TVLProjectChecksums::updateFilesDocsChecksumsFromHdd()
-{
-    setChecksums(calcFilesDocsChecksums(path()));
-}
-
-void TVLProjectChecksums::updateMobileDataChecksums(const QString &path, ChecksumMap *checksums)
-{
-    if (!checksums || path.isEmpty())
-        return;
-    ChecksumMap files;
-    const auto add = [&](const ChecksumKey &key, const QString &filePath) {
-        const auto known = checksums->constFind(key);
-        if (!files.contains(key))
-            files.insert(key, known == checksums->cend() ? Format::calcChecksum(filePath) : *known);
-        return true;
-    };
-    visitDocuments(Format::mobileDataPath(Format::calcEnclosingPath(path)), QDir::Files, add);
-    *checksums = files;
-}
-
-bool TVLProjectChecksums::mobileDataHasConflicts(const QString &path, const ChecksumMap &checksums,
-                                                 bool *newFiles, bool *missingFiles,
-                                                 bool *modifiedFiles)
-{
-    const bool isFast = !newFiles && !missingFiles && !modifiedFiles;
-    bool hasNew = false;
-    bool hasModified = false;
-    QSet<ChecksumKey> missing(checksums.keyBegin(), checksums.keyEnd());
-    const auto compare = [&](const ChecksumKey &key, const QString &filePath) {
-        missing.remove(key);
-        const auto expected = checksums.constFind(key);
-        if (expected == checksums.cend())
-            hasNew = true;
-        else if (!hasModified) // One such file is enough; no other has to be read.
-            hasModified = !checksumsMatch(filePath, *expected);
-        return !isFast || !(hasNew || hasModified);
-    };
-    // Folders too: one in the place of a file is no file as expected.
-    visitDocuments(Format::mobileDataPath(Format::calcEnclosingPath(path)),
-                   QDir::AllEntries | QDir::NoDotAndDotDot, compare);
-    store(newFiles, hasNew);
-    store(missingFiles, !missing.isEmpty());
-    store(modifiedFiles, hasModified);
-    return hasNew || hasModified;
-}
-
-bool TVLProjectChecksums::removeOldMobileChecksumFiles(const QString &path)
-{
-    const QDir folder(Format::mobileDataPath(Format::calcEnclosingPath(path)));
-    const QFileInfoList files = folder.entryInfoList({u"*.checksums"_qs}, QDir::Files);
-    bool allRemoved = true;
-    for (const QFileInfo &file : files) {
-        if (!wholeUuid(file.baseName()).isNull())
-            allRemoved = TVLCoreUtil::DeleteFile(file.filePath()) && allRemoved;
-    }
-    return allRemoved;
 }
 
 QString TVLProjectChecksums::path() const

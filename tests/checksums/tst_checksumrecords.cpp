@@ -193,6 +193,8 @@ private Q_SLOTS:
     void textsChangedBehindTheProjectsBackAreFound();
     void aHashThatIsKnownIsRecorded();
     void nothingIsKnownOfAnItemThatIsForgotten();
+    void ofALineThatWasCutOffNothingStays_data();
+    void ofALineThatWasCutOffNothingStays();
     void notesTellHowFilesWereLeft();
     void notesNeedTheFileThatTheyStandIn();
     void whatIsOutdatedIsTakenOutOfTheFile();
@@ -708,6 +710,34 @@ void TstChecksumRecords::nothingIsKnownOfAnItemThatIsForgotten()
     QVERIFY(checksums->isModified());
     checksums->setModified(false);
     checksums->forgetHashSums(Id);
+    QVERIFY(!checksums->isModified());
+}
+
+void TstChecksumRecords::ofALineThatWasCutOffNothingStays_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    QTest::newRow("in the hash") << QByteArray("12.rtf=da39a3ee5e");
+    QTest::newRow("in a digit of the hash") << QByteArray("12.rtf=da3");
+    QTest::newRow("before the hash") << QByteArray("12.rtf=");
+    QTest::newRow("in the name") << QByteArray("12.r");
+    QTest::newRow("in a note") << QByteArray("12.rtf.saved=da39a3");
+    QTest::newRow("in a note with another behind it")
+        << "12.rtf.saved=da39a3\n1.rtf.saved=" + hashOf("text").toHex() + '\n';
+}
+
+void TstChecksumRecords::ofALineThatWasCutOffNothingStays()
+{
+    QFETCH(const QByteArray, end);
+    ProjectWithChecksums project;
+    TVLProjectChecksums *checksums = project.checksums();
+    const QByteArray whole = "1.rtf=" + hashOf("text").toHex() + '\n';
+    project.project().writeFile(RecordsFile, whole + end);
+    QVERIFY(checksums->loadChecksums());
+    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"1.rtf"_qs), hashOf("text")}}));
+    QVERIFY(checksums->isModified());
+    QVERIFY(checksums->saveChecksums());
+    QCOMPARE(project.project().readFile(RecordsFile), whole);
+    QVERIFY(checksums->loadChecksums());
     QVERIFY(!checksums->isModified());
 }
 
