@@ -18,11 +18,12 @@
 
 namespace {
 
+/** As it is once an interrupted save is completed. */
 bool readPlainBinder(const QString &filePath, TVLProjectModel *model)
 {
-    TVLRegularFile file(filePath);
-    return file.open(QIODevice::ReadOnly)
-        && TVLProjectFolderFormat::readBinder(&file, model, nullptr);
+    const std::unique_ptr<QIODevice> binder =
+        TVLProjectFolderFormat::openFile(filePath, filePath, nullptr);
+    return binder && TVLProjectFolderFormat::readBinder(binder.get(), model, nullptr);
 }
 
 /** A file that may hold the project's binder, and how it is read. */
@@ -31,6 +32,46 @@ struct BinderSource
     QString filePath;
     std::function<bool(const QString &, TVLProjectModel *)> read;
 };
+
+QList<BinderSource> binderSources(const QString &projectPath, const QString &binderPath)
+{
+    return {
+        {binderPath, readPlainBinder},
+        {TVLProjectFolderFormat::binderAutosaveFilePath(projectPath),
+         TVLProjectFolderFormat::readZippedBinderFilePath},
+        {TVLProjectFolderFormat::binderBackupFilePath(projectPath),
+         TVLProjectFolderFormat::readZippedBinderFilePath},
+    };
+}
+
+/** A model with what the first readable of the sources holds. */
+struct ReadBinder
+{
+    std::unique_ptr<TVLProjectModel> model; ///< Null when none could be read.
+    QString filePath;
+    bool wasThere = false; ///< Whether any of the files is there.
+};
+
+ReadBinder readFirst(const QList<BinderSource> &sources,
+                     const std::function<std::unique_ptr<TVLProjectModel>()> &makeModel)
+{
+    ReadBinder result;
+    for (const BinderSource &source : sources) {
+        if (!QFileInfo::exists(source.filePath))
+            continue;
+        result.wasThere = true;
+        // Each attempt starts with a model of its own: what a failed one has read must not mix with
+        // what the next finds.
+        auto model = makeModel();
+        if (!source.read(source.filePath, model.get()))
+            continue;
+        model->setUserProjectData(TVLProjectFolderFormat::readUserProjectData(source.filePath));
+        result.model = std::move(model);
+        result.filePath = source.filePath;
+        break;
+    }
+    return result;
+}
 
 void showErrors(const QStringList &errors)
 {
@@ -62,30 +103,29 @@ TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
     // Before anything is read: the save that it completes may have been writing any of the files.
     TVLRedoJournal::replay(projectPath);
     const QString binderPath = findOpenBinderFilePath(path);
-    const BinderSource sources[] = {
-        {binderPath, readPlainBinder},
-        {binderAutosaveFilePath(projectPath), readZippedBinderFilePath},
-        {binderBackupFilePath(projectPath), readZippedBinderFilePath},
-    };
+    const auto makeModel = [&] { return std::make_unique<TVLProjectModel>(projectPath, parent); };
+    ReadBinder binder = readFirst(binderSources(projectPath, binderPath), makeModel);
+    if (!binder.wasThere) // Without any binder the project is a blank one.
+        return initialized(makeModel());
+    if (!binder.model)
+        return nullptr;
+    if (binder.filePath == binderPath)
+        compressBinder(path, u"binder.backup"_qs, binderPath);
+    return initialized(std::move(binder.model));
+}
 
-    bool foundBinder = false;
-    for (const BinderSource &source : sources) {
-        if (!QFileInfo::exists(source.filePath))
-            continue;
-        foundBinder = true;
-        // Each attempt starts with a model of its own: what a failed one has read must not mix with
-        // what the next finds.
+TVLProjectModel *TVLProjectFolderFormat::openProjectToRead(const QString &path, ReadingScope scope,
+                                                           QObject *parent)
+{
+    const QString projectPath = calcEnclosingPath(path);
+    const auto makeModel = [&] {
         auto model = std::make_unique<TVLProjectModel>(projectPath, parent);
-        if (!source.read(source.filePath, model.get()))
-            continue;
-        model->setUserProjectData(readUserProjectData(source.filePath));
-        if (source.filePath == binderPath)
-            compressBinder(path, u"binder.backup"_qs, binderPath);
-        return initialized(std::move(model));
-    }
-    // Without any binder the project is a blank one.
-    return foundBinder ? nullptr
-                       : initialized(std::make_unique<TVLProjectModel>(projectPath, parent));
+        model->setOnlyRead(scope == ItemsAndSearch);
+        return model;
+    };
+    ReadBinder binder =
+        readFirst(binderSources(projectPath, presentBinderFilePath(path)), makeModel);
+    return binder.model ? initialized(std::move(binder.model)) : nullptr;
 }
 
 TVLProjectModel *TVLProjectFolderFormat::openMobileSyncProject(const QString &path, QObject *parent,

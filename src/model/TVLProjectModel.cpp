@@ -103,7 +103,10 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     connect(this, &QAbstractItemModel::rowsAboutToBeMoved, this,
             [this] { mIsRootIndexPlain = false; });
     if (QFileInfo::exists(dragAndDropPath()))
-        QTimer::singleShot(0, this, &TVLProjectModel::cleanDragAndDrop);
+        QTimer::singleShot(0, this, [this] {
+            if (!mIsOnlyRead)
+                cleanDragAndDrop();
+        });
     mSettings = newSettings();
     if (QFileInfo::exists(mSettings->fileName()))
         loadProjectSettings();

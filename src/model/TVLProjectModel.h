@@ -130,6 +130,15 @@ public:
      * what a project can't be without. A binder without items gives a blank project.
      */
     void initProject(QStringList *errors);
+    /**
+     * Makes this the model of a project that is only read; to be called before the binder is. It
+     * then never saves: save(), saveAll() and the like return false or do nothing, and show no box.
+     * Functions that change files at once, as those for images and snapshots, are not to be called.
+     * Without @p withSearch the search index has no items, and searches find none.
+     */
+    void setOnlyRead(bool withSearch);
+    /** Whether this is the model of a project that is only read. */
+    [[nodiscard]] bool isOnlyRead() const { return mIsOnlyRead; }
     /** Takes over the application's options. */
     void loadOptions();
     /** Takes over what the file of settings() says of the project. */
@@ -1273,6 +1282,8 @@ private:
     bool saveNow(bool force);
     /** Whether the binder is of a version whose ids and uuids could not be read. */
     [[nodiscard]] bool isIncompatible() const;
+    [[nodiscard]] bool canSaveSearch() const;
+    void fillSearchIndex();
     void saveBinder(QStringList *failures) const;
     void saveLoadedDocuments(QStringList *failures) const;
     void saveProjectNotes(QStringList *failures) const;
@@ -1513,6 +1524,8 @@ private:
     QString mName;
     QString mPath;
     bool mSaved = true;
+    bool mIsOnlyRead = false;
+    bool mHasSearch = true; ///< Whether the search index has the items.
     bool mIsSaving = false; ///< A save, or a Save As, is under way.
     bool mIsDiskBehind = false; ///< The last save failed, also where mSaved says otherwise.
     mutable bool mAreNotesBehind = false; ///< The last try to write the project notes failed.

@@ -133,12 +133,24 @@ void TVLProjectModel::initProject(QStringList *errors)
                  qUtf16Printable(error));
     reportItemsWithoutId(errors);
     updateHasSnapshots();
+    if (mHasSearch)
+        fillSearchIndex();
+    addDefaultProjectNotesAndCollections();
+    ensureProperProjectNotes();
+}
+
+void TVLProjectModel::fillSearchIndex()
+{
     addAllToSearchIndex();
     loadSearchIndex();
     takeCustomMetaDataFromBinder();
     updateHasTextSynopsisNotesFromDB();
-    addDefaultProjectNotesAndCollections();
-    ensureProperProjectNotes();
+}
+
+void TVLProjectModel::setOnlyRead(bool withSearch)
+{
+    mIsOnlyRead = true;
+    mHasSearch = withSearch;
 }
 
 /** Tells once of all items that have no place for their texts. */
@@ -260,6 +272,8 @@ void TVLProjectModel::setExcludeFromBackup(bool exclude)
 
 bool TVLProjectModel::save(bool force)
 {
+    if (mIsOnlyRead)
+        return false;
     // Boxes and progress dialogs run the event loop, where others may ask for a save.
     if (mIsSaving) {
         // Who insists has changed something that the save under way may be past already.
@@ -307,7 +321,7 @@ void TVLProjectModel::askEditorsBeforeSave()
 
 bool TVLProjectModel::saveChanges(QStringList *errors) const
 {
-    if (mPath.isEmpty()
+    if (mPath.isEmpty() || mIsOnlyRead
         || !TVLGuiUtil::CanWriteLocation(mPath, true, true, QApplication::activeWindow()))
         return false;
 
@@ -384,8 +398,13 @@ void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
-    if (!isIncompatible())
+    if (canSaveSearch())
         saveSearch(force);
+}
+
+bool TVLProjectModel::canSaveSearch() const
+{
+    return !isIncompatible() && !mIsOnlyRead;
 }
 
 bool TVLProjectModel::isIncompatible() const
@@ -395,7 +414,7 @@ bool TVLProjectModel::isIncompatible() const
 
 bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)
 {
-    if (path.isEmpty() || mIsSaving)
+    if (path.isEmpty() || mIsSaving || mIsOnlyRead)
         return false;
     const QScopedValueRollback saving(mIsSaving, true);
     const QString target = TVLProjectFolderFormat::calcEnclosingPath(path);
@@ -446,12 +465,14 @@ void TVLProjectModel::prepareToDestroy()
     save(mIsDiskBehind);
     // A change made while a box was up.
     save(false);
-    if (!isIncompatible())
+    if (canSaveSearch())
         saveSearch(false);
     // Until the project is opened again, others may change what lies in its folder.
     TVLProjectFolderFormat::clearSnapshotsCache(mPath);
-    TVLProjectFolderFormat::removeLock(mPath);
-    cleanDragAndDrop();
+    if (!mIsOnlyRead) {
+        TVLProjectFolderFormat::removeLock(mPath);
+        cleanDragAndDrop();
+    }
     mExistingModels.removeAll(this);
 }
 

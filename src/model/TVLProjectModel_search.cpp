@@ -270,7 +270,8 @@ QString TVLProjectModel::searchedText(const QModelIndex &index,
 
 void TVLProjectModel::loadSearchIndex()
 {
-    if (mMobileProject || mSearchIndex->load())
+    // Who only reads has nothing to mend: a search asks for the texts that the file doesn't give.
+    if (mMobileProject || mSearchIndex->load() || mIsOnlyRead)
         return;
     QMessageBox(QMessageBox::Warning, tr("Loading Search Index"),
                 tr("Search Index was not fully loaded. Your first project search "
@@ -306,7 +307,7 @@ void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 
 void TVLProjectModel::saveSearchIndex(bool force)
 {
-    if (mMobileProject || !(force || mSearchIndex->isModified()))
+    if (mMobileProject || mIsOnlyRead || !(force || mSearchIndex->isModified()))
         return;
     // Beside hashes, a text that has none isn't taken for that of its file.
     mChecksums->makeFile();
@@ -315,7 +316,7 @@ void TVLProjectModel::saveSearchIndex(bool force)
 
 void TVLProjectModel::saveChecksums(bool force)
 {
-    if (mMobileProject || !(force || mChecksums->isModified()))
+    if (mMobileProject || mIsOnlyRead || !(force || mChecksums->isModified()))
         return;
     // New hashes would vouch for the old texts, which are still in the file when this fails.
     saveSearchIndex(false);

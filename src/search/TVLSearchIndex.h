@@ -2,6 +2,7 @@
 
 #include "TVL.h"
 #include "TVLLabel.h"
+#include "TVLSearchHit.h"
 #include "TVLStatusItem.h"
 #include "TvlExport.h"
 
@@ -141,6 +142,12 @@ public:
     /** @name Searching @{ */
     /** The ids of the items that a collection's search finds, each once and in no order. */
     [[nodiscard]] QList<int> indexes(const TVLCollectionMetaData &collection);
+    /**
+     * Where an item that a collection's search finds has what it looks for: its texts by property,
+     * each from its beginning, and then the titles of its keywords, label and status. They are
+     * those of the last indexes(), which brings the texts up to date.
+     */
+    [[nodiscard]] QList<TVLSearchHit> hits(const TVLCollectionMetaData &collection, int id) const;
     /** The items of which one text matches; @p flags are those of TVLTextMatcher. */
     [[nodiscard]] QSet<int> searchTextProperties(const QStringList &words, int flags,
                                                  TVL::DocumentProperty property) const;

@@ -4,12 +4,12 @@
 #include "TVLProjectChecksums.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchSql_p.h"
+#include "TVLSearchWords_p.h"
 #include "TVLSearchedProject.h"
 #include "TVLTextMatcher.h"
 
 #include <QDebug>
 #include <QModelIndex>
-#include <QRegExp>
 #include <QSqlError>
 #include <QStringList>
 
@@ -35,55 +35,6 @@ constexpr qsizetype MostWordsOfACall = 124;
 /** What a statement may have bound in every build of the database. Some take more, at a cost that
  * grows with the square. */
 constexpr qsizetype MostValuesOfAStatement = 32'766;
-
-/** What a search looks for. */
-struct Words
-{
-    QStringList words;
-    int flags = 0;
-};
-
-QStringList splitAtBlanks(const QString &text)
-{
-    static const QRegExp whiteSpace(u"\\s"_qs);
-    return whiteSpace.splitString(text, Qt::SkipEmptyParts);
-}
-
-/** Words with commas between them may have blanks inside. */
-QStringList splitIntoWords(const QString &text)
-{
-    static const QString comma = u", "_qs;
-    return text.contains(comma) ? text.split(comma, Qt::SkipEmptyParts) : splitAtBlanks(text);
-}
-
-Words wordsOf(const TVLCollectionMetaData &collection)
-{
-    const QString &text = collection.mSearchText;
-    switch (collection.mSearchOperator) {
-    case TVL::ExactOperator:
-        return {{text}, TVLTextMatcher::ExactText};
-    case TVL::AllOperator:
-        return {splitIntoWords(text), TVLTextMatcher::EveryWord};
-    case TVL::AnyOperator:
-        return {splitIntoWords(text), 0};
-    case TVL::WholeWordOperator:
-        return {splitAtBlanks(text), TVLTextMatcher::WholeWord};
-    case TVL::RegExpOperator:
-        return {{text}, TVLTextMatcher::RegularExpression};
-    }
-    return {};
-}
-
-/** The tables that the values of properties that aren't texts point into. */
-const QMap<int, QString> &tablesOfInts()
-{
-    static const QMap<int, QString> tables = {
-        {TVL::KeywordsProperty, u"ProjectKeywords"_qs},
-        {TVL::LabelProperty, u"ProjectLabels"_qs},
-        {TVL::StatusProperty, u"ProjectStatusItems"_qs},
-    };
-    return tables;
-}
 
 /** The words in as many portions as there are to be calls of the database's function. */
 QList<QStringList> portionsOf(const QStringList &words)
@@ -139,18 +90,16 @@ void addIdentities(QSqlQuery *query, QSet<int> *ids, int line)
 
 QList<int> TVLSearchIndex::indexes(const TVLCollectionMetaData &collection)
 {
-    const auto [words, operatorFlags] = wordsOf(collection);
+    const auto [words, flags] = tvlSearchWords(collection);
     if (words.isEmpty())
         return {};
-    const bool isCaseSensitive = collection.mCaseSensitivity == Qt::CaseSensitive;
-    const int flags = operatorFlags | (isCaseSensitive ? TVLTextMatcher::CaseSensitive : 0);
     const TVL::DocumentProperty property = collection.mSearchProperty;
     validateIndexes(nullptr);
 
     QSet<int> ids;
     if (property == TVL::AllProperties || stringDocumentProperties().contains(property))
         ids.unite(searchTextProperties(words, flags, property));
-    if (property == TVL::AllProperties || tablesOfInts().contains(property))
+    if (property == TVL::AllProperties || tvlTitleTables().contains(property))
         ids.unite(searchIntProperties(words, flags, property));
     return ids.values();
 }
@@ -187,7 +136,7 @@ QSet<int> TVLSearchIndex::searchIntProperties(const QStringList &words, int flag
                                               TVL::DocumentProperty property) const
 {
     createDocumentIndexes();
-    const int wordFlags = (flags & TVLTextMatcher::CaseSensitive) | TVLTextMatcher::WholeWord;
+    const int wordFlags = tvlTitleFlags(flags);
     QSet<int> ids;
     for (qsizetype i = 0; i < words.size(); ++i) {
         const QSet<int> ofWord = documentsOfTitle(words.at(i), wordFlags, property);
@@ -204,7 +153,7 @@ QSet<int> TVLSearchIndex::documentsOfTitle(const QString &word, int flags,
                                            TVL::DocumentProperty property) const
 {
     QSet<int> ids;
-    const QMap<int, QString> &tables = tablesOfInts();
+    const QMap<int, QString> &tables = tvlTitleTables();
     for (auto table = tables.cbegin(); table != tables.cend(); ++table) {
         if (property != TVL::AllProperties && property != table.key())
             continue;

@@ -43,7 +43,8 @@ public:
         return !mFilter || mFilter->isIn(text);
     }
 
-    [[nodiscard]] bool matches(const QString &text);
+    [[nodiscard]] bool matches(const QString &text) { return firstMatch(text, 0).has_value(); }
+    [[nodiscard]] std::optional<Match> firstMatch(const QString &text, qsizetype from);
 
 private:
     [[nodiscard]] bool isAccepted(const QString &text, qsizetype start, qsizetype end) const;
@@ -82,12 +83,15 @@ bool TVLTextMatcher::Word::isAccepted(const QString &text, qsizetype start, qsiz
     return !(mFlags & NotBeforeLetter) || end == text.size() || !text[end].isLetterOrNumber();
 }
 
-bool TVLTextMatcher::Word::matches(const QString &text)
+std::optional<TVLTextMatcher::Match> TVLTextMatcher::Word::firstMatch(const QString &text,
+                                                                      qsizetype from)
 {
-    int start = mExpression.indexIn(text);
+    if (from > text.size()) // QRegExp would count from the end.
+        return std::nullopt;
+    int start = mExpression.indexIn(text, int(from));
     while (start >= 0 && !isAccepted(text, start, start + mExpression.matchedLength()))
         start = mExpression.indexIn(text, start + 1);
-    return start >= 0;
+    return start >= 0 ? std::optional(Match{start, mExpression.matchedLength()}) : std::nullopt;
 }
 
 TVLTextMatcher::TVLTextMatcher(int flags, const QStringList &words)
@@ -112,6 +116,19 @@ bool TVLTextMatcher::enoughWords(Matches matches)
 bool TVLTextMatcher::matches(const QString &text)
 {
     return enoughWords([&](Word &word) { return word.matches(text); });
+}
+
+std::optional<TVLTextMatcher::Match> TVLTextMatcher::firstMatch(const QString &text, qsizetype from)
+{
+    std::optional<Match> first;
+    for (Word &word : mWords) {
+        const std::optional<Match> match = word.firstMatch(text, from);
+        if (match
+            && (!first || match->position < first->position
+                || (match->position == first->position && match->length > first->length)))
+            first = match;
+    }
+    return first;
 }
 
 void TVLTextMatcher::prepareForUtf8()

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -40,6 +41,16 @@ public:
 
     /** Not const, as the expressions keep what they found. */
     [[nodiscard]] bool matches(const QString &text);
+
+    /** A stretch of a text. */
+    struct Match
+    {
+        qsizetype position;
+        qsizetype length;
+    };
+    /** The first match of any of the words at or behind a place of a text; of several there the
+     * longest. */
+    [[nodiscard]] std::optional<Match> firstMatch(const QString &text, qsizetype from);
 
     /**
      * The same for a text in UTF-8, which is decoded only if that is necessary. Bytes that are no

@@ -145,6 +145,9 @@ public:
      * not exist.
      */
     [[nodiscard]] static QString findOpenBinderFilePath(const QString &path);
+    /** The binder that findOpenBinderFilePath() would find, under the name that it has; empty for
+     * none. */
+    [[nodiscard]] static QString presentBinderFilePath(const QString &path);
     /** The newest `.tavelx` file of the folder; empty for none. */
     [[nodiscard]] static QString findNewestBinderFilePath(const QString &path);
     /** @} */
@@ -224,6 +227,21 @@ public:
      */
     [[nodiscard]] static TVLProjectModel *
     openProject(const QString &path, const QString &templatePath = {}, QObject *parent = nullptr);
+
+    /** What who only reads a project needs of it. */
+    enum ReadingScope {
+        ItemsAlone, ///< Its items and their texts; searches find nothing. Much quicker.
+        ItemsAndSearch,
+    };
+    /**
+     * Opens a project to read from it alone: nothing in its folder is written, renamed or made, and
+     * the model never saves (TVLProjectModel::isOnlyRead()). A save that was interrupted is read as
+     * if it had been completed. Null when there is no binder of any kind or none could be read.
+     * The caller owns the model, or @p parent does.
+     */
+    [[nodiscard]] static TVLProjectModel *openProjectToRead(const QString &path,
+                                                            ReadingScope scope = ItemsAndSearch,
+                                                            QObject *parent = nullptr);
     /** Opens the mobile copy that lies in a project's folder; null when it isn't there or
      * unreadable. */
     [[nodiscard]] static TVLProjectModel *

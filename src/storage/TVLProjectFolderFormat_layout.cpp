@@ -309,15 +309,22 @@ QString TVLProjectFolderFormat::findNewestBinderFilePath(const QString &path)
     return files.isEmpty() ? QString() : files.constFirst().absoluteFilePath();
 }
 
+QString TVLProjectFolderFormat::presentBinderFilePath(const QString &path)
+{
+    for (const QString &candidate :
+         {defaultBinderFilePath(path), binderFilePathProjectTavelx(path)}) {
+        if (QFileInfo::exists(candidate))
+            return candidate;
+    }
+    return findNewestBinderFilePath(path);
+}
+
 QString TVLProjectFolderFormat::findOpenBinderFilePath(const QString &path)
 {
     const QString defaultPath = defaultBinderFilePath(path);
-    if (!QFileInfo::exists(path) || QFileInfo::exists(defaultPath))
+    if (!QFileInfo::exists(path))
         return defaultPath;
-
-    const QString olderPath = binderFilePathProjectTavelx(path);
-    const QString foundPath =
-        QFileInfo::exists(olderPath) ? olderPath : findNewestBinderFilePath(path);
+    const QString foundPath = presentBinderFilePath(path);
     if (foundPath.isEmpty() || foundPath == defaultPath)
         return defaultPath;
     return QFile::rename(foundPath, defaultPath) ? defaultPath : foundPath;

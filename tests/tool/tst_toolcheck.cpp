@@ -828,7 +828,10 @@ void TstToolCheck::anInterruptedSaveIsToldInOneLine()
     const ProgramResult text = runTool({u"check"_qs, project.path()});
     QCOMPARE(text.output.split('\n').constFirst(),
              QByteArray("a save was interrupted; the next opening completes it (1 files)"));
+    // Who reads sees the words, and leaves it to others to complete the save.
     QCOMPARE(runTool({u"cat"_qs, project.path(), u"4"_qs}).output, QByteArray("Terns.\n"));
+    QCOMPARE(runTool({u"check"_qs, project.path()}).output, text.output);
+    QVERIFY(project.open());
     QVERIFY(!runTool({u"check"_qs, project.path()}).output.contains("interrupted"));
 }
 

@@ -145,7 +145,7 @@ void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
                         "hash: it was changed behind the project's back\n"));
     // Somebody looks for something, which changes nothing.
     QCOMPARE(runTool({u"search"_qs, project.path(), u"terns"_qs}).output,
-             QByteArray("4  The Harbour\n"));
+             QByteArray("4  The Harbour  (1 hit; Text: Terns.)\n"));
     QCOMPARE(hashProblemsOf(project), changed);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_qs); });

@@ -2,9 +2,10 @@
 #include "ToolFixtures.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTest>
 
-/** Commands that only read, in a project that lacks folders. */
+/** Commands that only read change nothing. */
 class TstToolReading : public QObject
 {
     Q_OBJECT
@@ -12,6 +13,8 @@ class TstToolReading : public QObject
 private Q_SLOTS:
     void noFolderIsMade_data();
     void noFolderIsMade();
+    void nothingIsChanged_data();
+    void nothingIsChanged();
 };
 
 void TstToolReading::noFolderIsMade_data()
@@ -39,15 +42,35 @@ void TstToolReading::noFolderIsMade()
     project.writeFile(IndexFile, "<SearchIndexes><Documents/></SearchIndexes>");
     QVERIFY(QDir(project.path(u"Files/Docs"_qs)).removeRecursively());
     QVERIFY(QDir(project.path(u"Snapshots"_qs)).removeRecursively());
-    auto before = everythingBelow(project.enclosingPath());
+    const auto before = everythingBelow(project.enclosingPath());
     QVERIFY(!runTool(command + QStringList{project.path()} + arguments).crashed);
-    auto after = everythingBelow(project.enclosingPath());
-    // What an opening makes for those that keep the project open.
-    for (auto *files : {&before, &after}) {
-        files->remove(u"Novel.tavel/Files/binder.backup"_qs);
-        files->remove(u"Novel.tavel/Settings"_qs);
+    QCOMPARE(everythingBelow(project.enclosingPath()), before);
+}
+
+void TstToolReading::nothingIsChanged_data()
+{
+    noFolderIsMade_data();
+}
+
+void TstToolReading::nothingIsChanged()
+{
+    QFETCH(const QStringList, command);
+    QFETCH(const QStringList, arguments);
+    const TestProject project;
+    writeSoundProject(project);
+    // A binder that still has the name of old, settings that can't be read, no copy of the binder.
+    QVERIFY(QFile::rename(project.path(u"Novel.tavelx"_qs), project.path(u"Old.tavelx"_qs)));
+    project.writeFile(u"Settings/ui.ini"_qs, "[General\n\xff\xfe");
+    project.writeFile(IndexFile, "<SearchInd");
+    project.writeFile(HashesFile, "4.rtf=da39");
+    const QString link = project.enclosingPath() + u"/Linked.tavel"_qs;
+    QVERIFY(QFile::link(project.path(), link));
+    const auto before = everythingBelow(project.path());
+    for (const QString &path : {project.path(), link}) {
+        const ProgramResult result = runTool(command + QStringList{path} + arguments);
+        QVERIFY(!result.crashed);
+        QCOMPARE(everythingBelow(project.path()), before);
     }
-    QCOMPARE(after.keys(), before.keys());
 }
 
 TVL_TEST(TstToolReading)

@@ -17,8 +17,8 @@ private Q_SLOTS:
     void theHelpListsEveryCommand();
     void theVersionIsThatOfTheProject();
     void optionsMayStandOnEitherSideOfThePath();
-    void thereNeedBeNoDisplay();
-    void aPlatformThatWasChosenIsKept();
+    void noDisplayIsLookedFor_data();
+    void noDisplayIsLookedFor();
     void anOutputThatCannotBeWrittenIsAFailure();
     void diagnosticsAppearOnlyWhenAskedFor();
 };
@@ -154,26 +154,35 @@ void TstToolUsage::optionsMayStandOnEitherSideOfThePath()
     QCOMPARE(behind.output, before.output);
 }
 
-void TstToolUsage::thereNeedBeNoDisplay()
+void TstToolUsage::noDisplayIsLookedFor_data()
 {
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("none") << QString() << QString();
+    QTest::newRow("a display that is gone") << u"DISPLAY"_qs << u":4711"_qs;
+    QTest::newRow("a compositor that is gone") << u"WAYLAND_DISPLAY"_qs << u"wayland-4711"_qs;
+    QTest::newRow("a platform that isn't there") << u"QT_QPA_PLATFORM"_qs << u"nosuchplatform"_qs;
+    QTest::newRow("a platform that needs a display") << u"QT_QPA_PLATFORM"_qs << u"xcb"_qs;
+}
+
+void TstToolUsage::noDisplayIsLookedFor()
+{
+    QFETCH(const QString, variable);
+    QFETCH(const QString, value);
     const TestProject project;
     writeSoundProject(project);
     ProgramPlace place;
-    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        place.environment.remove(QString::fromLatin1(variable));
-    const ProgramResult result = runTool({u"outline"_qs, project.path()}, place);
-    QVERIFY(!result.crashed);
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.errors, QByteArray());
-}
-
-void TstToolUsage::aPlatformThatWasChosenIsKept()
-{
-    ProgramPlace place;
-    place.environment.insert(u"QT_QPA_PLATFORM"_qs, u"nosuchplatform"_qs);
-    const ProgramResult result = runTool({u"--version"_qs}, place);
-    QVERIFY(result.crashed || result.status != 0);
-    QVERIFY2(result.errors.contains("no Qt platform plugin"), result.errors);
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        place.environment.remove(QString::fromLatin1(name));
+    if (!variable.isEmpty())
+        place.environment.insert(variable, value);
+    for (const QStringList &arguments :
+         {QStringList{u"--version"_qs}, QStringList{u"outline"_qs, project.path()}}) {
+        const ProgramResult result = runTool(arguments, place);
+        QVERIFY(!result.crashed);
+        QCOMPARE(result.status, 0);
+        QCOMPARE(result.errors, QByteArray());
+    }
 }
 
 void TstToolUsage::anOutputThatCannotBeWrittenIsAFailure()

@@ -37,7 +37,7 @@ ExitStatus runCat(const QCommandLineParser &parser, Console *console)
         return console->refuse(u"give --notes or --synopsis, not both"_qs);
 
     QString error;
-    const std::unique_ptr<TVLProjectModel> model = openProject(path, &error);
+    const std::unique_ptr<TVLProjectModel> model = openToRead(path, &error);
     if (!model)
         return console->fail(error);
     TVLProjectNode *node = findItem(*model, name);

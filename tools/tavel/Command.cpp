@@ -152,9 +152,11 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
         return ExitStatus::Done;
     }
 
-    const QStringList given = parser.positionalArguments();
-    if (given.isEmpty())
+    if (parser.positionalArguments().isEmpty())
         return refuseUse(u"no command given"_qs, self, console);
+    // As they were given: the parser has dropped the "--" in front of a text that begins with "-".
+    const QStringList given =
+        arguments.sliced(arguments.indexOf(parser.positionalArguments().constFirst(), 1));
     for (const Command &command : commands) {
         const QStringList words = command.name.split(u' ');
         if (given.mid(0, words.size()) == words)

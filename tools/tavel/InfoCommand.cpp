@@ -14,7 +14,7 @@ ExitStatus runInfo(const QCommandLineParser &parser, Console *console)
 {
     QString error;
     const std::unique_ptr<TVLProjectModel> model =
-        openProject(parser.positionalArguments().last(), &error);
+        openToRead(parser.positionalArguments().last(), &error);
     if (!model)
         return console->fail(error);
     const ProjectDescription project = describe(*model);

@@ -7,6 +7,12 @@
 
 namespace {
 
+/** The title that an item is shown with. */
+QString shownTitle(const TVLProjectNode *node)
+{
+    return node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
+}
+
 /** What is left of a path behind a title and its slash; null when the path leads elsewhere. */
 QStringView behindTitle(QStringView path, const QString &title)
 {
@@ -32,9 +38,10 @@ TVLProjectNode *findByPath(TVLProjectNode *root, QStringView path)
         QList<Way> next;
         for (const Way &way : std::as_const(ways)) {
             for (TVLProjectNode *child : std::as_const(way.node->mChildren)) {
-                if (way.rest == child->mTitle)
+                const QString title = shownTitle(child);
+                if (way.rest == title)
                     return child;
-                const QStringView rest = behindTitle(way.rest, child->mTitle);
+                const QStringView rest = behindTitle(way.rest, title);
                 if (!rest.isEmpty())
                     next.append({child, rest});
             }

@@ -164,7 +164,7 @@ ExitStatus runOutline(const QCommandLineParser &parser, Console *console)
 {
     QString error;
     const std::unique_ptr<TVLProjectModel> model =
-        openProject(parser.positionalArguments().last(), &error);
+        openToRead(parser.positionalArguments().last(), &error);
     if (!model)
         return console->fail(error);
     OutlineWriter writer(*model, console);

@@ -1,6 +1,5 @@
 #include "ProjectOpener.h"
 
-#include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
 
 #include <QDir>
@@ -11,17 +10,6 @@ namespace {
 QString ifExists(const QString &path)
 {
     return QFileInfo::exists(path) ? path : QString();
-}
-
-/** The binder that an opening takes. */
-QString chosenBinder(const QString &path)
-{
-    for (const QString &candidate : {TVLProjectFolderFormat::defaultBinderFilePath(path),
-                                     TVLProjectFolderFormat::binderFilePathProjectTavelx(path)}) {
-        if (QFileInfo::exists(candidate))
-            return candidate;
-    }
-    return TVLProjectFolderFormat::findNewestBinderFilePath(path);
 }
 
 } // namespace
@@ -45,7 +33,7 @@ std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error)
         *error = u"there is no project at '%1'"_qs.arg(path);
         return std::nullopt;
     }
-    files.binder = chosenBinder(fullPath);
+    files.binder = TVLProjectFolderFormat::presentBinderFilePath(fullPath);
     files.allBinders = QDir(files.projectPath).entryList({u"*.tavelx"_qs}, QDir::Files, QDir::Name);
     files.autosave = ifExists(TVLProjectFolderFormat::binderAutosaveFilePath(files.projectPath));
     files.backup = ifExists(TVLProjectFolderFormat::binderBackupFilePath(files.projectPath));
@@ -58,18 +46,29 @@ bool isOfLaterFormat(const QString &path)
         > TVL::FormatVersion18;
 }
 
-std::unique_ptr<TVLProjectModel> openProject(const QString &path, QString *error)
+std::optional<BinderFiles> requireBinderFiles(const QString &path, QString *error)
 {
-    const std::optional<BinderFiles> files = findBinderFiles(path, error);
-    if (!files)
-        return nullptr;
-    if (files->isEmpty()) {
+    std::optional<BinderFiles> files = findBinderFiles(path, error);
+    if (files && files->isEmpty()) {
         *error = u"there is no project in the folder '%1'"_qs.arg(path);
-        return nullptr;
+        return std::nullopt;
     }
+    return files;
+}
+
+std::unique_ptr<TVLProjectModel> openToRead(const QString &path, QString *error,
+                                            TVLProjectFolderFormat::ReadingScope scope)
+{
+    if (!requireBinderFiles(path, error))
+        return nullptr;
     std::unique_ptr<TVLProjectModel> model(
-        TVLProjectFolderFormat::openProject(normalizedPath(path)));
+        TVLProjectFolderFormat::openProjectToRead(normalizedPath(path), scope));
     if (!model)
-        *error = u"the project can't be read: '%1'; 'tavel check' tells more"_qs.arg(path);
+        *error = unreadableProject(path);
     return model;
+}
+
+QString unreadableProject(const QString &path)
+{
+    return u"the project can't be read: '%1'; 'tavel check' tells more"_qs.arg(path);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TVLProjectFolderFormat.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -25,19 +27,23 @@ struct BinderFiles
 
 /**
  * Looks for the binder files of a project, which @p path names by its folder or by its binder.
- * Nothing on disk is changed, in contrast to the look-up of an opening, which renames a binder to
- * the name that it should have. Nothing, and a text in @p error, when there is no folder.
+ * Nothing, and a text in @p error, when there is no folder.
  */
 [[nodiscard]] std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error);
 
 /** Whether the items of a project are known by their uuids alone, as in format version 23. */
 [[nodiscard]] bool isOfLaterFormat(const QString &path);
 
+/** findBinderFiles() for a project that is to be opened: nothing when there is no binder either. */
+[[nodiscard]] std::optional<BinderFiles> requireBinderFiles(const QString &path, QString *error);
+
 /**
- * Opens a project to read from. Null, and a text in @p error, when there is none; a folder without
- * a binder is not taken for a blank project.
- *
- * The model is to be deleted without TVLProjectModel::prepareToDestroy(): that would save, and
- * remove a lock that belongs to whoever has the project open.
+ * Opens a project to read from, and changes nothing on disk. Null, and a text in @p error, when
+ * there is none; a folder without a binder is not taken for a blank project.
  */
-[[nodiscard]] std::unique_ptr<TVLProjectModel> openProject(const QString &path, QString *error);
+[[nodiscard]] std::unique_ptr<TVLProjectModel>
+openToRead(const QString &path, QString *error,
+           TVLProjectFolderFormat::ReadingScope scope = TVLProjectFolderFormat::ItemsAlone);
+
+/** What is said of a project whose binders can't be read. */
+[[nodiscard]] QString unreadableProject(const QString &path);

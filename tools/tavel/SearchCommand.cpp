@@ -6,6 +6,7 @@
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 #include "TVLPropertyWords.h"
+#include "TVLSearchIndex.h"
 
 #include <QCommandLineParser>
 #include <QJsonArray>
@@ -13,6 +14,8 @@
 #include <QJsonObject>
 #include <QRegExp>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace {
@@ -114,36 +117,94 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     return textError(*search);
 }
 
-QString matchLine(const TVLProjectNode *node)
+/** An item that a search has found, and where. */
+struct FoundItem
+{
+    const TVLProjectNode *node;
+    QList<TVLSearchHit> hits;
+};
+
+QString propertyWord(TVL::DocumentProperty property)
+{
+    const auto wordIn = [property](const auto &table) {
+        const auto row = std::find_if(std::begin(table), std::end(table),
+                                      [=](const auto &known) { return known.value == property; });
+        return row == std::end(table) ? QString() : row->word.toString();
+    };
+    const QString word = wordIn(TVLPropertyWords);
+    return word.isEmpty() ? wordIn(FurtherProperties) : word;
+}
+
+/** A place to cut a text at, at or before @p position if @p step is negative, else at or behind it:
+ * the nearest end of a word within a few characters. */
+qsizetype placeToCut(const QString &text, qsizetype position, int step)
+{
+    constexpr int LongestWord = 20;
+    const auto isInWord = [&text](qsizetype place) {
+        return place > 0 && place < text.size() && !text.at(place - 1).isSpace()
+            && !text.at(place).isSpace();
+    };
+    qsizetype place = std::clamp<qsizetype>(position, 0, text.size());
+    for (int i = 0; i < LongestWord && isInWord(place); ++i)
+        place += step;
+    // Never between the halves of a character.
+    return place > 0 && place < text.size() && text.at(place).isLowSurrogate() ? place - 1 : place;
+}
+
+/** A hit with the words around it. */
+QString excerptOf(const TVLSearchHit &hit)
+{
+    constexpr qsizetype Around = 30;
+    const QString ellipsis = u"…"_qs;
+    const qsizetype begin = placeToCut(hit.text, hit.position - Around, -1);
+    const qsizetype end = placeToCut(hit.text, hit.position + hit.length + Around, 1);
+    return (begin > 0 ? ellipsis : QString()) + hit.text.mid(begin, end - begin).simplified()
+        + (end < hit.text.size() ? ellipsis : QString());
+}
+
+QString matchLine(const FoundItem &item)
 {
     const QString title =
-        node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
-    return oneLine(QString::number(node->mId) + u"  "_qs + title);
+        item.node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.node->mTitle;
+    const QString line = QString::number(item.node->mId) + u"  "_qs + title;
+    if (item.hits.isEmpty())
+        return oneLine(line);
+    const TVLSearchHit &first = item.hits.constFirst();
+    const QString count = item.hits.size() == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(item.hits.size());
+    return oneLine(
+        u"%1  (%2; %3: %4)"_qs.arg(line, count, propertyWord(first.property), excerptOf(first)));
 }
 
-QJsonObject itemToJson(const TVLProjectNode *node)
+QJsonObject itemToJson(const FoundItem &item)
 {
-    return {{u"id"_qs, idOrNull(node->mId)},
-            {u"uuid"_qs, toJson(node->mUuid)},
-            {u"title"_qs, node->mTitle}};
+    QJsonValue first;
+    if (!item.hits.isEmpty())
+        first = QJsonObject{{u"property"_qs, propertyWord(item.hits.constFirst().property)},
+                            {u"text"_qs, excerptOf(item.hits.constFirst())}};
+    return {{u"id"_qs, idOrNull(item.node->mId)},
+            {u"uuid"_qs, toJson(item.node->mUuid)},
+            {u"title"_qs, item.node->mTitle},
+            {u"hits"_qs, item.hits.size()},
+            {u"first"_qs, first}};
 }
 
-void writeJson(const QList<const TVLProjectNode *> &found, Console *console)
+void writeJson(const QList<FoundItem> &found, Console *console)
 {
     QJsonArray array;
-    for (const TVLProjectNode *node : found)
-        array.append(itemToJson(node));
+    for (const FoundItem &item : found)
+        array.append(itemToJson(item));
     console->write(QJsonDocument(array).toJson());
 }
 
 /** The items that a search finds, in the order of the binder. */
-QList<const TVLProjectNode *> find(const TVLProjectModel &model,
-                                   const TVLCollectionMetaData &search)
+QList<FoundItem> find(const TVLProjectModel &model, const TVLCollectionMetaData &search)
 {
-    QList<const TVLProjectNode *> found;
+    QList<FoundItem> found;
     const QModelIndexList indexes = model.sortIndexesHash(model.collectionIndexes(search, {}));
-    for (const QModelIndex &index : indexes)
-        found.append(model.projectNode(index));
+    for (const QModelIndex &index : indexes) {
+        const TVLProjectNode *node = model.projectNode(index);
+        found.append({node, model.searchIndex()->hits(search, node->mId)});
+    }
     return found;
 }
 
@@ -159,17 +220,18 @@ ExitStatus runSearch(const QCommandLineParser &parser, Console *console)
     if (findBinderFiles(path, &error) && isOfLaterFormat(path))
         return console->fail(
             u"projects of format version 23 can't be searched yet: '%1'"_qs.arg(path));
-    const std::unique_ptr<TVLProjectModel> model = openProject(path, &error);
+    const std::unique_ptr<TVLProjectModel> model =
+        openToRead(path, &error, TVLProjectFolderFormat::ItemsAndSearch);
     if (!model)
         return console->fail(error);
 
-    const QList<const TVLProjectNode *> found = find(*model, search);
+    const QList<FoundItem> found = find(*model, search);
     if (wantsJson(parser)) {
         writeJson(found, console);
         return ExitStatus::Done;
     }
-    for (const TVLProjectNode *node : found)
-        console->writeLine(matchLine(node));
+    for (const FoundItem &item : found)
+        console->writeLine(matchLine(item));
     return ExitStatus::Done;
 }
 

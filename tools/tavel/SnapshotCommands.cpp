@@ -150,7 +150,7 @@ ExitStatus list(const QCommandLineParser &parser, Console *console)
 {
     const QStringList arguments = parser.positionalArguments();
     QString error;
-    const auto model = openProject(arguments.at(0), &error);
+    const auto model = openToRead(arguments.at(0), &error);
     const auto item = model ? findItemSnapshots(*model, arguments.at(1), &error) : std::nullopt;
     if (!item)
         return console->fail(error);
@@ -172,7 +172,7 @@ ExitStatus show(const QCommandLineParser &parser, Console *console)
 {
     const QStringList arguments = parser.positionalArguments();
     QString error;
-    const auto model = openProject(arguments.at(0), &error);
+    const auto model = openToRead(arguments.at(0), &error);
     const auto item = model ? findItemSnapshots(*model, arguments.at(1), &error) : std::nullopt;
     const auto which = item ? findSnapshot(item->snapshots, arguments.at(2), &error) : std::nullopt;
     if (!which)

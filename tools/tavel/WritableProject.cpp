@@ -77,13 +77,9 @@ WritableProject::~WritableProject()
 
 std::unique_ptr<WritableProject> WritableProject::open(const QString &path, QString *error)
 {
-    const std::optional<BinderFiles> files = findBinderFiles(path, error);
+    const std::optional<BinderFiles> files = requireBinderFiles(path, error);
     if (!files)
         return nullptr;
-    if (files->isEmpty()) {
-        *error = u"there is no project in the folder '%1'"_qs.arg(path);
-        return nullptr;
-    }
     std::unique_ptr<WritableProject> project(new WritableProject(*files));
     *error = project->lock();
     if (error->isEmpty())
@@ -115,9 +111,9 @@ QString WritableProject::read(const QString &path, const QString &binderPath)
             TVLProjectFolderFormat::projectPathToProjectName(path));
     if (isOfLaterFormat(path))
         return u"projects of format version 23 can't be changed yet: '%1'"_qs.arg(path);
-    QString error;
-    mModel = openProject(path, &error);
-    return error;
+    // Not prepared for its end, the model leaves the lock to its owner.
+    mModel.reset(TVLProjectFolderFormat::openProject(normalizedPath(path)));
+    return mModel ? QString() : unreadableProject(path);
 }
 
 QString WritableProject::path() const

@@ -8,21 +8,39 @@
 
 namespace {
 
-/** Where there is no display, none must be looked for. */
-void choosePlatform()
+QStringList commandLineWords(int count, char **words)
 {
-    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(variable))
-            return;
+    QStringList list;
+    for (int i = 0; i < count; ++i)
+        list.append(QString::fromLocal8Bit(words[i]));
+    return list;
+}
+
+QtMessageHandler qtMessages = nullptr;
+
+/** Statements of the database tell a user nothing; what they were for fails with its own words. */
+void passMessageOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type != QtCriticalMsg || !text.startsWith(u"sql error"))
+        qtMessages(type, context, text);
+}
+
+/** What a box says without its advice to a window's user on menus that aren't here. */
+QString withoutMenus(const QString &text)
+{
+    for (const QString &advice :
+         {u"\n\nTo avoid losing your latest changes"_qs, u" You might also try \"Tools >"_qs}) {
+        if (const qsizetype place = text.indexOf(advice); place >= 0)
+            return text.first(place);
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return text;
 }
 
 /** A message box as a line: what it says, then what it says in small print. */
 QString lineOf(const TVLUnattendedMessageBoxes::Box &box)
 {
-    const QString text = box.title + u": "_qs + box.text;
-    return box.informativeText.isEmpty() ? text : text + u' ' + box.informativeText;
+    const QString text = box.title + u": "_qs + withoutMenus(box.text);
+    return box.informativeText.isEmpty() ? text : text + u' ' + withoutMenus(box.informativeText);
 }
 
 } // namespace
@@ -32,8 +50,13 @@ int main(int argc, char **argv)
     // Diagnostics, Qt's own among them, would bury the one line that says why something failed.
     // The environment variable QT_LOGGING_RULES brings them back.
     QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false"_qs);
-    choosePlatform();
-    const QApplication application(argc, argv);
+    qtMessages = qInstallMessageHandler(passMessageOn);
+    // Nothing is ever shown, and a display that the environment names may be long gone.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // All words are the tool's own: the application would take some, such as "-reverse", for
+    // itself.
+    int ownName = 1;
+    const QApplication application(ownName, argv);
     QCoreApplication::setApplicationName(u"tavel"_qs);
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVEL_VERSION));
 
@@ -42,7 +65,7 @@ int main(int argc, char **argv)
     QObject::connect(&boxes, &TVLUnattendedMessageBoxes::answered,
                      [&console](const auto &box) { console.complain(lineOf(box)); });
 
-    ExitStatus status = runCommandLine(QCoreApplication::arguments(), &console);
+    ExitStatus status = runCommandLine(commandLineWords(argc, argv), &console);
     if (!console.finish() && status == ExitStatus::Done)
         status = console.fail(u"standard output can't be written"_qs);
     return int(status);

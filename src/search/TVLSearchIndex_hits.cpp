@@ -1,0 +1,78 @@
+/*
+ * Where in an item a search has found what it looks for. Searches themselves only tell which items
+ * they find; their statements are in TVLSearchIndex_queries.cpp.
+ */
+#include "TVLSearchIndex.h"
+
+#include "TVLCollectionMetaData.h"
+#include "TVLSearchSql_p.h"
+#include "TVLSearchWords_p.h"
+#include "TVLTextMatcher.h"
+
+#include <QSqlError>
+
+using namespace TVLSearchSql;
+
+namespace {
+
+const QString SelectTextsOfItem =
+    u"SELECT type, propertyValue FROM DocumentSearchProperties WHERE identity = ? ORDER BY type"_qs;
+const QString SelectTitlesOfItem =
+    u"SELECT title FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = ? WHERE DocumentIntProperties.identity = ?"_qs;
+
+/** Empty matches, which an expression may have anywhere, aren't told. */
+void appendHits(TVLTextMatcher *matcher, TVL::DocumentProperty property, const QString &text,
+                QList<TVLSearchHit> *hits)
+{
+    if (!matcher->matches(text))
+        return;
+    qsizetype from = 0;
+    while (const auto match = matcher->firstMatch(text, from)) {
+        if (match->length > 0)
+            hits->append({property, text, match->position, match->length});
+        from = match->position + qMax<qsizetype>(match->length, 1);
+    }
+}
+
+bool isWanted(TVL::DocumentProperty wanted, TVL::DocumentProperty property)
+{
+    return wanted == TVL::AllProperties || wanted == property;
+}
+
+} // namespace
+
+QList<TVLSearchHit> TVLSearchIndex::hits(const TVLCollectionMetaData &collection, int id) const
+{
+    const auto [words, flags] = tvlSearchWords(collection);
+    QList<TVLSearchHit> found;
+    if (words.isEmpty())
+        return found;
+    const TVL::DocumentProperty wanted = collection.mSearchProperty;
+    TVLTextMatcher matcher(flags, words);
+    QSqlQuery texts(*this);
+    texts.setForwardOnly(true);
+    if (prepare(&texts, SelectTextsOfItem, __LINE__)) {
+        texts.addBindValue(id);
+        for (bool isRun = succeeded(texts, texts.exec(), __LINE__); isRun && texts.next();) {
+            const auto property = TVL::DocumentProperty(texts.value(0).toInt());
+            if (isWanted(wanted, property))
+                appendHits(&matcher, property, texts.value(1).toString(), &found);
+        }
+    }
+    // Each word for itself, as searches look for it.
+    TVLTextMatcher titleMatcher(tvlTitleFlags(flags), words);
+    const QMap<int, QString> &tables = tvlTitleTables();
+    for (auto table = tables.cbegin(); table != tables.cend(); ++table) {
+        const auto property = TVL::DocumentProperty(table.key());
+        QSqlQuery titles(*this);
+        titles.setForwardOnly(true);
+        if (!isWanted(wanted, property)
+            || !prepare(&titles, SelectTitlesOfItem.arg(table.value()), __LINE__))
+            continue;
+        titles.addBindValue(table.key());
+        titles.addBindValue(id);
+        for (bool isRun = succeeded(titles, titles.exec(), __LINE__); isRun && titles.next();)
+            appendHits(&titleMatcher, property, titles.value(0).toString(), &found);
+    }
+    return found;
+}
