@@ -17,6 +17,7 @@ private Q_SLOTS:
     void notesAndSynopsisAreWrittenWhenAskedFor();
     void paragraphsAndLinesEndWithLineFeeds();
     void everyCharacterIsWrittenInUtf8();
+    void anUntitledItemIsFoundByTheTitleThatIsShown();
     void anItemWithoutAFileHasAnEmptyText();
     void whatCannotBeShownIsAFailure_data();
     void whatCannotBeShownIsAFailure();
@@ -105,6 +106,19 @@ void TstToolCat::everyCharacterIsWrittenInUtf8()
     project.writeFile(u"Files/Docs/4.rtf"_qs,
                       "{\\rtf1\\ansi na\\'efve \\u8212? \\u-10180?\\u-8435?}");
     QCOMPARE(cat(project, u"4"_qs).output, u"na\u00efve \u2014 \U0001f30d\n"_qs.toUtf8());
+}
+
+void TstToolCat::anUntitledItemIsFoundByTheTitleThatIsShown()
+{
+    const TestProject project;
+    writeProject(project,
+                 binderXml(systemFolders(item(
+                     3, "Text", "",
+                     {.attributes = {}, .metaData = {}, .children = item(4, "Text", "Below")}))));
+    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Nameless.}");
+    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Below it.}");
+    QCOMPARE(cat(project, u"Draft/Untitled"_qs).output, QByteArray("Nameless.\n"));
+    QCOMPARE(cat(project, u"Draft/Untitled/Below"_qs).output, QByteArray("Below it.\n"));
 }
 
 void TstToolCat::anItemWithoutAFileHasAnEmptyText()

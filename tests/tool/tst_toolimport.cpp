@@ -458,6 +458,19 @@ void TstToolImport::aBrokenFileIsLeftOutAndTheOthersAreImported_data()
     QTest::newRow("Latin-1") << u"x.txt"_qs << QByteArray("na\xefve") << noText;
     QTest::newRow("a character cut off") << u"x.txt"_qs << QByteArray("na\xc3") << noText;
     QTest::newRow("bytes of anything") << u"x.txt"_qs << QByteArray("\x89PNG\0\1\2\3", 8) << noText;
+    QTest::newRow("UTF-16 cut off in a character") << u"x.txt"_qs
+                                                   << QByteArray("\xff\xfe"
+                                                                 "a\0b",
+                                                                 5)
+                                                   << noText;
+    QTest::newRow("UTF-16 cut off in a pair") << u"x.txt"_qs
+                                              << QByteArray("\xff\xfe"
+                                                            "a\0\x3d\xd8",
+                                                            6)
+                                              << noText;
+    QTest::newRow("UTF-8 with a byte too many") << u"x.txt"_qs << QByteArray("a\x80z") << noText;
+    QTest::newRow("a surrogate in UTF-8") << u"x.txt"_qs << QByteArray("a\xed\xa0\x80z") << noText;
+    QTest::newRow("an overlong character") << u"x.txt"_qs << QByteArray("a\xc1\x81z") << noText;
     QTest::newRow("UTF-16 without a mark") << u"x.txt"_qs << QByteArray("a\0b\0", 4) << noText;
 }
 

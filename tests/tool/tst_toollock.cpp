@@ -35,6 +35,7 @@ private Q_SLOTS:
     void aProjectOfALaterFormatIsNotChanged();
     void aBinderOfAnUnknownVersionIsNotChanged();
     void whatASaveWouldDropIsLeftAlone();
+    void anEntityOfAnotherFileIsLeftAlone();
     void userDataThatCannotBeKeptIsLeftAlone_data();
     void userDataThatCannotBeKeptIsLeftAlone();
     void aPartThatHoldsNothingKeepsNoSave_data();
@@ -330,6 +331,24 @@ void TstToolLock::whatASaveWouldDropIsLeftAlone()
                      .toUtf8());
         QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
     }
+}
+
+void TstToolLock::anEntityOfAnotherFileIsLeftAlone()
+{
+    const TestProject project;
+    writeSoundProject(project);
+    QByteArray binder = soundBinder();
+    const qsizetype root = binder.indexOf("<TavelinorProject");
+    binder.insert(root, "<!DOCTYPE TavelinorProject [<!ENTITY part SYSTEM \"part.xml\">]>\n");
+    binder.replace("The Harbour", "The &part; Harbour");
+    project.writeFile(u"Novel.tavelx"_qs, binder);
+    const ProgramResult result = runTool(changesOf(project).constFirst());
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errors,
+             u"tavel: a save by this version would drop parts of '%1': the entity 'part'\n"_qs
+                 .arg(project.path())
+                 .toUtf8());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
 }
 
 void TstToolLock::userDataThatCannotBeKeptIsLeftAlone_data()

@@ -42,6 +42,28 @@ QStringList filledSections(QIODevice *binder)
     return names;
 }
 
+/** The entities that a binder refers to and doesn't say itself: their texts lie elsewhere. */
+QStringList externalEntities(const QByteArray &binder)
+{
+    QStringList names;
+    QXmlStreamReader reader(binder);
+    while (!reader.hasError() && !reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::EntityReference)
+            names.append(reader.name().toString());
+        if (token != QXmlStreamReader::DTD)
+            continue;
+        // To those that are declared the reader gives no token of their own.
+        const QXmlStreamEntityDeclarations declarations = reader.entityDeclarations();
+        for (const QXmlStreamEntityDeclaration &entity : declarations) {
+            if (!entity.systemId().isEmpty() && binder.contains('&' + entity.name().toUtf8() + ';'))
+                names.append(entity.name().toString());
+        }
+    }
+    names.removeDuplicates();
+    return names;
+}
+
 QStringList sectionsOfSave(const TVLProjectModel &model)
 {
     QBuffer buffer;
@@ -73,5 +95,9 @@ QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectMode
     const QStringList kept = sectionsOfSave(model);
     lost.removeIf(
         [&kept](const QString &name) { return kept.contains(name) || maySaveLeaveOut(name); });
+    file.seek(0);
+    const QStringList entities = externalEntities(file.readAll());
+    for (const QString &name : entities)
+        lost.append(u"the entity '%1'"_qs.arg(name));
     return lost;
 }

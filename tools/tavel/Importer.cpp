@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <limits>
@@ -140,9 +141,8 @@ QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
     if (document.isEmpty())
         return {};
     const QModelIndex index = mModel->createIndex(node);
-    mModel->overwriteText(index, &document);
     TVLTextDocument *text = mModel->referenceText(index);
-    if (text->isReadOnly()) {
+    if (!text || !mModel->overwriteText(index, &document) || text->isReadOnly()) {
         mModel->dereferenceItem(text);
         return u"its place in the project can't be looked into"_qs;
     }
@@ -150,7 +150,11 @@ QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
     text->clearUndoRedoStacks();
     mModel->dereferenceItem(text);
     QStringList errors;
-    return mModel->saveDocuments(node, false, &errors) ? QString() : errors.join(u' ');
+    if (!mModel->saveDocuments(node, false, &errors))
+        return errors.isEmpty() ? u"its text can't be written"_qs : errors.join(u' ');
+    const QString filePath = TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
+        mModel->path().absolutePath(), node->mId, TVL::MainText);
+    return QFileInfo(filePath).isFile() ? QString() : u"its text has not been written"_qs;
 }
 
 void Importer::removeItems(QList<TVLProjectNode *> nodes)

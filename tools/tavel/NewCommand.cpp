@@ -81,7 +81,7 @@ ExitStatus runNew(const QCommandLineParser &parser, Console *console)
     if (!model->save(true))
         return console->fail(u"the project could not be saved: '%1'"_qs.arg(projectPath));
     model->prepareToDestroy();
-    console->writeLine(u"Created %1"_qs.arg(projectPath));
+    console->writeLine(oneLine(u"Created %1"_qs.arg(projectPath)));
     return ExitStatus::Done;
 }
 

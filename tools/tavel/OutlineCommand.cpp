@@ -45,11 +45,21 @@ void walk(TVLProjectNode *root, Enter enter, Leave leave)
     }
 }
 
-/** The indentation of an item in JSON; from some depth on it grows no further. */
+/** From some depth on the indentation of items grows no further. */
+constexpr qsizetype DeepestIndent = 32;
+
+/** The indentation of an item in JSON. */
 QByteArray treeIndent(qsizetype depth)
 {
-    constexpr int Deepest = 32;
-    return QByteArray(2 * (1 + qMin<qsizetype>(depth, Deepest)), ' ');
+    return QByteArray(2 * (1 + qMin(depth, DeepestIndent)), ' ');
+}
+
+/** What stands in front of an item in the outline. One that is too deep to be indented tells its
+ * depth. */
+QString lineIndent(qsizetype depth)
+{
+    const QString blanks(2 * qMin(depth, DeepestIndent), u' ');
+    return depth > DeepestIndent ? blanks + u"(depth %1) "_qs.arg(depth) : blanks;
 }
 
 /** Writes the outline of one project. */
@@ -113,7 +123,7 @@ void OutlineWriter::writeText()
     walk(
         mModel.binderRoot(),
         [this](TVLProjectNode *node, qsizetype depth) {
-            mConsole->writeLine(QString(2 * depth, u' ') + textOf(node));
+            mConsole->writeLine(lineIndent(depth) + textOf(node));
         },
         [](const TVLProjectNode *, qsizetype) {});
 }

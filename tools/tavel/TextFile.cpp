@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QStringDecoder>
+#include <QStringEncoder>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -31,6 +32,8 @@ std::optional<QByteArray> readBytes(const QString &path, QString *error)
     return std::nullopt;
 }
 
+constexpr qsizetype LongestByteOrderMark = 4;
+
 /** The text of bytes; nothing if some of them mean nothing. */
 std::optional<QString> decode(const QByteArray &bytes)
 {
@@ -39,10 +42,14 @@ std::optional<QString> decode(const QByteArray &bytes)
     // A decoder with a state would wait for the rest of a character that is cut off at the end.
     QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
+    // Decoders pass over some of what means nothing; then there are not as many bytes as there
+    // were.
+    QStringEncoder encoder(encoding, QStringConverter::Flag::Stateless);
+    const QByteArray again = encoder(text);
     // A null character is that of another encoding, or of a file that isn't text at all.
-    if (decoder.hasError() || text.contains(QChar::Null))
-        return std::nullopt;
-    return text;
+    const bool isText = !decoder.hasError() && bytes.endsWith(again) && text.isValidUtf16()
+        && bytes.size() - again.size() <= LongestByteOrderMark && !text.contains(QChar::Null);
+    return isText ? std::optional(text) : std::nullopt;
 }
 
 void unifyLineEnds(QString *text)
