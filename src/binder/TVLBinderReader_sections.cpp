@@ -167,7 +167,8 @@ void TVLBinderReader::readSearchSettings(TVLCollectionMetaData *collection)
 {
     const QXmlStreamAttributes attributes = this->attributes();
     const auto read = [&attributes](const auto &table, const QString &attribute, auto *value) {
-        *value = tvlValueOf(table, attributes.value(attribute), *value);
+        using Word = decltype(std::begin(table)->value);
+        *value = tvlValueOf(table, attributes.value(attribute), Word(*value));
     };
     read(Words::SearchOperators, Attribute::Operator, &collection->mSearchOperator);
     read(TVLPropertyWords, Attribute::Type, &collection->mSearchProperty);

@@ -165,7 +165,7 @@ void TVLBinderWriter::writeItemStart(const TVLProjectNode *node, bool mobile)
                    uuidText(node->mUuid.isNull() ? QUuid::createUuid() : node->mUuid));
     writeAttribute(Attribute::Created, mDates.toString(node->mCreated));
     writeAttribute(Attribute::Modified, mDates.toString(node->mModified));
-    writeAttribute(Attribute::Type, TVL::toString(node->mNodeType));
+    writeAttribute(Attribute::Type, TVL::wordOf(node->mNodeType));
 
     writeTextElement(Title, node->mTitle);
     writeMetaData(*node, mobile);
@@ -265,7 +265,8 @@ void TVLBinderWriter::writeTarget(const TVLProjectNodeProperties &properties)
 {
     writeStartElement(Target);
     writeAttribute(Attribute::Type,
-                   tvlWordOf(Words::TargetTypes, properties.mTargetType, u"Words").toString());
+                   tvlWordOf(Words::TargetTypes, TVL::TargetType(properties.mTargetType), u"Words")
+                       .toString());
     if (properties.mTargetNotify)
         writeAttribute(Attribute::Notify, Words::yesOrNo(true));
     if (properties.mTargetAllowOver)

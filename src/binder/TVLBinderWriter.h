@@ -9,6 +9,7 @@
 #include <QXmlStreamWriter>
 
 class QTextDocument;
+class TVLKeywordModel;
 class TVLProjectNodeProperties;
 
 /**
@@ -58,6 +59,8 @@ public:
     void writeTemplateFolderId(const TVLBinderProject *project);
     /** Writes the tree of all keywords, which come as TVLBinderProject::projectKeywords() tells. */
     void writeKeywords(const QList<TVLBinderKeyword> &keywords);
+    /** The same of a keyword model. */
+    void writeKeywords(const TVLKeywordModel *keywords);
     void writeCollections(const QList<TVLCollectionMetaData> &collections);
     void writeCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings);
     /** Writes what the project says of its title and author; nothing when it says nothing. */

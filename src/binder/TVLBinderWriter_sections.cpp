@@ -71,7 +71,7 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
     };
 
     writeStartElement(Collection);
-    writeAttribute(Attribute::Type, TVL::toString(collection.mType));
+    writeAttribute(Attribute::Type, TVL::wordOf(collection.mType));
     writeAttribute(Attribute::ID, collection.mId);
     writeAttribute(Attribute::Color, TVL::colorToFloatString(collection.color()));
     writeTextElement(Title, collection.mTitle);
@@ -79,12 +79,14 @@ void TVLBinderWriter::writeCollection(const TVLCollectionMetaData &collection)
         || collection.mType == TVL::SavedSearchCollection) {
         writeStartElement(SearchSettings);
         writeWord(Attribute::Operator,
-                  tvlWordOf(Words::SearchOperators, collection.mSearchOperator, u"Exact"));
+                  tvlWordOf(Words::SearchOperators, TVL::SearchOperator(collection.mSearchOperator),
+                            u"Exact"));
         writeWord(Attribute::Type, tvlWordOf(TVLPropertyWords, collection.mSearchProperty, u"All"));
         writeWord(Attribute::Scope,
                   tvlWordOf(Words::SearchScopes, collection.mSearchScope, u"All"));
         writeWord(Attribute::CompileSetting,
-                  tvlWordOf(Words::SearchCompiles, collection.mSearchCompile, u"All"));
+                  tvlWordOf(Words::SearchCompiles, TVL::SearchCompile(collection.mSearchCompile),
+                            u"All"));
         writeWord(Attribute::CaseSensitive,
                   tvlWordOf(Words::CaseSensitivities, collection.mCaseSensitivity, Words::No));
         writeCharacters(collection.mSearchText);

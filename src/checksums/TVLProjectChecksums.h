@@ -10,6 +10,7 @@
 #include <QUuid>
 
 class TVLProjectFolderFormat;
+class TVLProjectModel;
 class TVLProjectNode;
 
 /** A numbered file: a null uuid and the file's name. A file in an item's own folder: the item's
@@ -43,6 +44,8 @@ public:
     /** Without any records. The folder isn't owned and has to outlive the object; when the project
      * moves, its path is followed. */
     explicit TVLProjectChecksums(const TVLProjectFolderFormat *folder);
+    /** The same for the folder of a model. */
+    explicit TVLProjectChecksums(const TVLProjectModel *model);
     Q_DISABLE_COPY_MOVE(TVLProjectChecksums)
 
     /** The key of a file in an item's own folder. */

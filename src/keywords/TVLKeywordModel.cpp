@@ -244,6 +244,20 @@ QList<int> TVLKeywordModel::orderedIds() const
     return ids;
 }
 
+QList<TVLBinderKeyword> TVLKeywordModel::binderKeywords() const
+{
+    QList<TVLBinderKeyword> keywords;
+    const QList<int> ids = orderedIds();
+    keywords.reserve(ids.size());
+    for (const int id : ids) {
+        const QModelIndex keyword = index(id);
+        const QModelIndex parent = keyword.parent();
+        keywords.append(
+            {id, parent.isValid() ? int(parent.internalId()) : -1, title(keyword), color(keyword)});
+    }
+    return keywords;
+}
+
 int TVLKeywordModel::createId() const
 {
     if (!mFreedIds.empty())

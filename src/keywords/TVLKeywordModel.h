@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TVLBinderKeyword.h"
 #include "TvlExport.h"
 
 #include <QAbstractItemModel>
@@ -84,6 +85,8 @@ public:
     [[nodiscard]] QSet<int> allChidren(int id) const;
     /** All identities in display order, a keyword before its sub-keywords. */
     [[nodiscard]] QList<int> orderedIds() const;
+    /** All keywords as a binder lists them: each before those below it, in the order of rows. */
+    [[nodiscard]] QList<TVLBinderKeyword> binderKeywords() const;
     /** The lowest identity from 1 upward that is free; -2 if none is. */
     [[nodiscard]] int createId() const;
 

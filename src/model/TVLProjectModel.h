@@ -17,6 +17,7 @@
 #include <QMap>
 #include <QPersistentModelIndex>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QSet>
 #include <QUuid>
 
@@ -137,6 +138,8 @@ public:
      * Without @p withSearch the search index has no items, and searches find none.
      */
     void setOnlyRead(bool withSearch);
+    /** Where the project lies; it lives as long as the model. */
+    [[nodiscard]] const TVLProjectFolderFormat *folderFormat() const { return mFolderFormat; }
     /** Whether this is the model of a project that is only read. */
     [[nodiscard]] bool isOnlyRead() const { return mIsOnlyRead; }
     /** Takes over the application's options. */
@@ -248,6 +251,15 @@ public:
     [[nodiscard]] int findNodeIdByUuid(const QUuid &uuid) const;
     [[nodiscard]] bool hasNodeId(int id) const { return mIdMap.contains(id); }
     [[nodiscard]] bool hasNodeUuid(const QUuid &uuid) const { return mUuidMap.contains(uuid); }
+    /** The indexes of uuids, in their order; those that no item has are passed over. */
+    [[nodiscard]] QModelIndexList indexesByUuid(const QList<QUuid> &uuids) const;
+    /** Whether one of an item's children, not of what lies below these, has a uuid. */
+    [[nodiscard]] bool hasChildWithUuid(const QModelIndex &parent, const QUuid &uuid) const;
+    /** The items with references, in the order of the binder. */
+    [[nodiscard]] QList<TVLProjectNode *> allNodesWithReferences() const;
+    /** TVLProjectFolderFormat::toTavelinorLinkMap(). */
+    [[nodiscard]] static QMap<TVLTextRange, QString>
+    toTavelinorLinkMap(const TVLTextInternalLinkMap &links, const QMap<int, QUuid> &idToUuid);
     /** The uuids of all items that have an id, by that. */
     [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
     /** The largest id in use; -1 for none. */
@@ -337,6 +349,7 @@ public:
     [[nodiscard]] QModelIndex frontMatterFolder() const;
     [[nodiscard]] static QString frontMatterFolderName();
     [[nodiscard]] QModelIndex templateFolder() const { return findTemplateFolder(); }
+    [[nodiscard]] QModelIndex findTemplateFolder() const;
     /** Makes an item the template folder; none with an invalid index. Emits
      * templateFolderChanged(). */
     void setTemplateFolder(const QModelIndex &index);
@@ -864,6 +877,10 @@ public:
     bool verifyLabelStatusIdentity(const QModelIndex &index, int label, int status);
     /** The same with a record; whether there are both. */
     bool verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const;
+    bool verifyLabelStatusIdentity(TVLProjectNodeProperties &properties) const
+    {
+        return verifyLabelStatusIdentity(&properties);
+    }
     /** @} */
 
     /** @name Keywords @{ */
@@ -1198,6 +1215,11 @@ public Q_SLOTS:
     void resetSessionCounts();
     /** Keeps the project out of backups or not; marks the project modified in any case. */
     void setExcludeFromBackup(bool exclude);
+    /** Marks the project as modified, and so due to be saved; nothing with false, and while a
+     * TVLSuspendModified lives. Emits modifiedChanged() if it counted as saved. */
+    void markProjectAsModified(bool set = true);
+    /** Removes the folder for what is dragged out of projects. */
+    void cleanDragAndDrop();
     /** Removes all in the Trash, with its files, and saves the project. */
     bool emptyTrash();
 
@@ -1247,14 +1269,12 @@ private Q_SLOTS:
     void onProjectNoteModifiedChanged(bool modified);
     void onDocumentContentsChange(int position, int charsRemoved, int charsAdded);
     void onDocumentContentsChanged();
-    void cleanDragAndDrop();
     void removeKeywordsFromDocuments(const QSet<int> &ids);
     void updateKeywordsForDocuments(const QModelIndex &topLeft, const QModelIndex &bottomRight);
-    void markProjectAsModified(bool set = true);
-    [[nodiscard]] QModelIndex findTemplateFolder() const;
 
 private:
     friend class TVLHeldItem;
+    friend class TVLSuspendModified;
     friend class TVLProjectModelTestAccess;
 
     /** What a change of an item brings with it, beside the project's being modified. */
@@ -1583,3 +1603,20 @@ private:
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TVLProjectModel::CloneFlags)
+
+/**
+ * Keeps a project from being marked as modified for as long as it lives, as for changes that come
+ * from its own files. One inside another leaves it as it is.
+ */
+class [[nodiscard]] TVLSuspendModified
+{
+public:
+    /** The model has to live as long. */
+    explicit TVLSuspendModified(TVLProjectModel *model)
+        : mSuspended(model->mSuspendModified, true)
+    {
+    }
+
+private:
+    QScopedValueRollback<bool> mSuspended;
+};

@@ -167,7 +167,7 @@ int TVLProjectModel::countTarget(const QModelIndex &index) const
 
 TVL::TargetType TVLProjectModel::targetType(const QModelIndex &index) const
 {
-    return propertyOf(projectNode(index), &TVLProjectNode::mTargetType);
+    return TVL::TargetType(propertyOf(projectNode(index), &TVLProjectNode::mTargetType));
 }
 
 QString TVLProjectModel::textMode(const QModelIndex &index) const
@@ -331,7 +331,7 @@ bool TVLProjectModel::setType(const QModelIndex &index, TVL::NodeType type)
 
 bool TVLProjectModel::setTargetType(const QModelIndex &index, TVL::TargetType type)
 {
-    return setNodeValue(index, &TVLProjectNode::mTargetType, type);
+    return setNodeValue(index, &TVLProjectNode::mTargetType, int(type));
 }
 
 bool TVLProjectModel::setCustomIcon(const QModelIndex &index, const QString &name)

@@ -69,7 +69,7 @@ QString syncedDocumentsTitle()
     return QCoreApplication::translate("TVLCollectionMetaData", "Synced Documents");
 }
 
-bool isCompileMatch(TVL::SearchCompile filter, bool isIncluded)
+bool isCompileMatch(int filter, bool isIncluded)
 {
     switch (filter) {
     case TVL::IncludedInCompile:

@@ -166,16 +166,7 @@ void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
 
 QList<TVLBinderKeyword> TVLProjectModel::projectKeywords() const
 {
-    QList<TVLBinderKeyword> keywords;
-    const QList<int> ids = mKeywordModel->orderedIds();
-    keywords.reserve(ids.size());
-    for (const int id : ids) {
-        const QModelIndex index = mKeywordModel->index(id);
-        const QModelIndex parent = index.parent();
-        keywords.append({id, parent.isValid() ? int(parent.internalId()) : -1,
-                         mKeywordModel->title(index), mKeywordModel->color(index)});
-    }
-    return keywords;
+    return mKeywordModel->binderKeywords();
 }
 
 void TVLProjectModel::addProjectKeywords(const QList<TVLBinderKeyword> &keywords)

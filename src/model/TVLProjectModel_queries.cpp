@@ -3,6 +3,7 @@
 #include "TVLBasicNodeInfo.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLTextRange.h"
 
 #include <QUrl>
 
@@ -191,4 +192,37 @@ QList<TVLBasicNodeInfo> TVLProjectModel::findBasicNodeInfo(bool foldersAndGroups
     else
         forEachNodeOutside(TVL::TrashFolder, visit);
     return infos;
+}
+
+QModelIndexList TVLProjectModel::indexesByUuid(const QList<QUuid> &uuids) const
+{
+    QModelIndexList indexes;
+    indexes.reserve(uuids.size());
+    for (const QUuid &uuid : uuids) {
+        if (hasNodeUuid(uuid))
+            indexes.append(indexByUuid(uuid));
+    }
+    return indexes;
+}
+
+bool TVLProjectModel::hasChildWithUuid(const QModelIndex &parent, const QUuid &uuid) const
+{
+    const TVLProjectNode *child = mUuidMap.value(uuid);
+    return child && child->mParent && child->mParent == projectNode(parent);
+}
+
+QList<TVLProjectNode *> TVLProjectModel::allNodesWithReferences() const
+{
+    QList<TVLProjectNode *> nodes;
+    tvlForEachNode(mRootNode.get(), [&nodes](TVLProjectNode *node) {
+        if (!node->mReferences.isEmpty())
+            nodes.append(node);
+    });
+    return nodes;
+}
+
+QMap<TVLTextRange, QString> TVLProjectModel::toTavelinorLinkMap(const TVLTextInternalLinkMap &links,
+                                                                const QMap<int, QUuid> &idToUuid)
+{
+    return TVLProjectFolderFormat::toTavelinorLinkMap(links, idToUuid);
 }

@@ -15,10 +15,10 @@ public:
     QString mSearchText;
     QColor mColor; ///< See color() for what is shown.
     TVL::CollectionType mType = TVL::BinderCollection;
-    TVL::SearchOperator mSearchOperator = TVL::ExactOperator;
+    int mSearchOperator = TVL::ExactOperator; ///< A TVL::SearchOperator.
     TVL::DocumentProperty mSearchProperty = TVL::AllProperties;
     int mSearchScope = TVL::AllScope; ///< Bits of TVL::SearchScope.
-    TVL::SearchCompile mSearchCompile = TVL::AnyCompile;
+    int mSearchCompile = TVL::AnyCompile; ///< A TVL::SearchCompile.
     Qt::CaseSensitivity mCaseSensitivity = Qt::CaseInsensitive;
     QList<int> mIds; ///< Members of a list kept by hand.
 

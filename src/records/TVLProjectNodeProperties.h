@@ -27,7 +27,7 @@ public:
     QUuid mUuid; ///< The item's lasting identity.
     QString mTitle;
     TVL::NodeType mNodeType = TVL::Text;
-    TVL::TargetType mTargetType = TVL::WordsTarget; ///< What mTarget counts.
+    int mTargetType = TVL::WordsTarget; ///< What mTarget counts, a TVL::TargetType.
     int mLabelId = -1; ///< -1 for none.
     int mStatusId = -1; ///< -1 for none.
     int mDefaultChildTemplateId = -1; ///< Item that new children are made from; -1 for none.

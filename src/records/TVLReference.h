@@ -2,6 +2,7 @@
 
 #include "TvlExport.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QUrl>
@@ -25,6 +26,13 @@ public:
     /** Whether a reference with the same title, to the same item or address, is in a list. */
     [[nodiscard]] static bool contains(const TVLReference &reference,
                                        const QList<TVLReference> &references);
+
+    /**
+     * References as they are dragged from one place to another, in an order of bytes of our own.
+     * Bytes that aren't whole give an empty list.
+     */
+    [[nodiscard]] static QList<TVLReference> toReferenceList(const QByteArray &data);
+    [[nodiscard]] static QByteArray fromReferenceList(const QList<TVLReference> &references);
 
     friend bool operator==(const TVLReference &, const TVLReference &) = default;
 };

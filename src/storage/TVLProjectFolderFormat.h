@@ -498,13 +498,8 @@ public:
 
     /**
      * Deletes an item's files and its snapshots. True when none is left.
-     *
-     * To remove many items, list the folder once and pass the listing. It need not be up to date:
-     * the files that any text may have are looked for in any case, and files that have gone since
-     * are passed over.
      */
     static bool removeProjectFiles(const QString &path, int id);
-    static bool removeProjectFiles(const QString &path, int id, const TVLNumberedFiles &files);
     /** Deletes an item's own folder, and that of its snapshots. */
     static bool removeProjectFiles(const QString &path, const QUuid &uuid);
     static bool removeProjectFilesMobile(const QString &path, const QUuid &uuid);
@@ -513,13 +508,9 @@ public:
 
     /**
      * Gives an item copies of another's files, in place of its own of the same names, and of the
-     * other's snapshots. Goes on after a failure. A listing of the source project's folder as for
-     * removeProjectFiles().
+     * other's snapshots. Goes on after a failure.
      */
     [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
-                                                const QString &targetPath, int targetId);
-    [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
-                                                const TVLNumberedFiles &sourceFiles,
                                                 const QString &targetPath, int targetId);
     /** The same within a project. */
     [[nodiscard]] static bool cloneDesktopV18(const QString &path, int sourceId, int targetId);
@@ -670,6 +661,19 @@ public:
     /** @} */
 
 private:
+    friend class TVLProjectModel; // It removes and copies many items at once.
+    friend class TVLProjectFolderFormatTestAccess;
+
+    /**
+     * removeProjectFiles() of one of many items, with a listing of the folder that was made once
+     * for all. It need not be up to date: the files that any text may have are looked for in any
+     * case, and files that have gone since are passed over.
+     */
+    static bool removeProjectFiles(const QString &path, int id, const TVLNumberedFiles &files);
+    /** cloneProjectFiles() with such a listing of the source project's folder. */
+    [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                                const TVLNumberedFiles &sourceFiles,
+                                                const QString &targetPath, int targetId);
     // Each of these returns what went wrong, as a text for the user; empty when nothing did.
     [[nodiscard]] static QString openForReading(const TVLProjectFile &file,
                                                 const TVLTextDocument *document,

@@ -193,7 +193,7 @@ void TstModelIndex::flagsAreTheSameForEveryItem_data()
 {
     QTest::addColumn<TVL::NodeType>("type");
     for (int type = TVL::DraftFolder; type <= TVL::Other; ++type)
-        QTest::newRow(qPrintable(TVL::toString(TVL::NodeType(type)))) << TVL::NodeType(type);
+        QTest::newRow(qPrintable(TVL::wordOf(TVL::NodeType(type)))) << TVL::NodeType(type);
 }
 
 void TstModelIndex::flagsAreTheSameForEveryItem()

@@ -191,7 +191,7 @@ void TstSystemFolders::whatCountsAsAFolder_data()
     QTest::addColumn<TVL::NodeType>("type");
     QTest::addColumn<bool>("isFolder");
     for (int type = TVL::DraftFolder; type <= TVL::Other; ++type)
-        QTest::newRow(qPrintable(TVL::toString(TVL::NodeType(type))))
+        QTest::newRow(qPrintable(TVL::wordOf(TVL::NodeType(type))))
             << TVL::NodeType(type) << (type <= TVL::Folder);
 }
 

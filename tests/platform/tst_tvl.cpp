@@ -70,7 +70,7 @@ void TstTvl::aNodeTypeHasAWord()
     QFETCH(TVL::NodeType, type);
     QFETCH(QString, word);
     QTEST(int(type), "number");
-    QCOMPARE(TVL::toString(type), word);
+    QCOMPARE(TVL::wordOf(type), word);
     QCOMPARE(int(TVL::toNodeType(word)), int(type));
 }
 
@@ -88,10 +88,10 @@ void TstTvl::aKindOfCollectionHasAWord()
         {TVL::ArbitraryCollection, u"Arbitrary"_qs},
     };
     for (const auto &[type, word] : rows) {
-        QCOMPARE(TVL::toString(type), word);
+        QCOMPARE(TVL::wordOf(type), word);
         QCOMPARE(int(TVL::toCollectionType(word, TVL::NoCollection)), int(type));
     }
-    QCOMPARE(TVL::toString(TVL::NoCollection), u"Arbitrary"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NoCollection), u"Arbitrary"_qs);
     QCOMPARE(int(TVL::toCollectionType(u"binder", TVL::NoCollection)), int(TVL::NoCollection));
 }
 
@@ -107,8 +107,8 @@ void TstTvl::otherWordsAreTextNodes()
 {
     QFETCH(QString, word);
     QCOMPARE(int(TVL::toNodeType(word)), int(TVL::Text));
-    QCOMPARE(TVL::toString(TVL::NodeType(-1)), u"Text"_qs);
-    QCOMPARE(TVL::toString(TVL::NodeType(10)), u"Text"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(-1)), u"Text"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_qs);
 }
 
 void TstTvl::aBinderVersionHasATextAndAFormat_data()

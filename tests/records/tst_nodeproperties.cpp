@@ -94,8 +94,8 @@ std::vector<Field> fields()
         field("mUuid", &P::mUuid, null, left, right, Leaves, Leaves),
         field("mTitle", &P::mTitle, none, one, other, Takes, Takes),
         field("mNodeType", &P::mNodeType, TVL::Text, TVL::Folder, TVL::Image, Takes, Takes),
-        field("mTargetType", &P::mTargetType, TVL::WordsTarget, TVL::CharactersTarget,
-              TVL::WordsTarget, Takes, Takes),
+        field("mTargetType", &P::mTargetType, int(TVL::WordsTarget), int(TVL::CharactersTarget),
+              int(TVL::WordsTarget), Takes, Takes),
         field("mLabelId", &P::mLabelId, -1, 2, 3, Takes, Leaves),
         field("mStatusId", &P::mStatusId, -1, 2, 3, Takes, Leaves),
         field("mDefaultChildTemplateId", &P::mDefaultChildTemplateId, -1, 2, 3, Leaves, Takes),
@@ -306,7 +306,7 @@ void TstNodeProperties::everyNodeTypeHasItsNumberAndWord()
 {
     QFETCH(TVL::NodeType, type);
     QFETCH(QString, word);
-    QCOMPARE(TVL::toString(type), word);
+    QCOMPARE(TVL::wordOf(type), word);
     QCOMPARE(int(TVL::toNodeType(word)), int(type));
 }
 
@@ -339,7 +339,7 @@ void TstNodeProperties::anUnknownNodeTypeWordMeansText()
 
 void TstNodeProperties::aNodeTypeOutsideTheTableHasTheWordText()
 {
-    QCOMPARE(TVL::toString(TVL::NodeType(10)), u"Text"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_qs);
 }
 
 void TstNodeProperties::isValidNeedsAnIdAndAUuid_data()

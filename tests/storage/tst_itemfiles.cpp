@@ -12,7 +12,26 @@
 #include <QTest>
 #include <QUrl>
 
+/** The functions that take a listing of the folder. */
+class TVLProjectFolderFormatTestAccess
+{
+public:
+    static bool removeProjectFiles(const QString &path, int id, const TVLNumberedFiles &files)
+    {
+        return TVLProjectFolderFormat::removeProjectFiles(path, id, files);
+    }
+    static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
+                                  const TVLNumberedFiles &sourceFiles, const QString &targetPath,
+                                  int targetId)
+    {
+        return TVLProjectFolderFormat::cloneProjectFiles(sourcePath, sourceId, sourceFiles,
+                                                         targetPath, targetId);
+    }
+};
+
 namespace {
+
+using Access = TVLProjectFolderFormatTestAccess;
 
 using Format = TVLProjectFolderFormat;
 using Files = QMap<QString, QByteArray>;
@@ -279,7 +298,7 @@ void TstItemFiles::aListingServesManyItems()
     QCOMPARE(files.fileNames(10), QStringList());
     QCOMPARE(files.fileNames(-1), QStringList());
     for (int id = 0; id < 10; ++id) {
-        QVERIFY(Format::removeProjectFiles(project.path(), id, files));
+        QVERIFY(Access::removeProjectFiles(project.path(), id, files));
         QCOMPARE(docs(project).size(), (9 - id) * Tails.size());
     }
 }
@@ -294,7 +313,7 @@ void TstItemFiles::aListingNeedNotBeUpToDate()
     for (const QString &name : {u"12.rtf"_qs, u"12.comments"_qs, u"12.styles"_qs,
                                 u"12_notes.rtf"_qs, u"12_notes.styles"_qs, u"12_synopsis.txt"_qs})
         project.writeFile(docsFile(name), "came later");
-    QVERIFY(Format::removeProjectFiles(project.path(), Id, files));
+    QVERIFY(Access::removeProjectFiles(project.path(), Id, files));
     QVERIFY(project.files().isEmpty());
 }
 
@@ -335,9 +354,9 @@ void TstItemFiles::manyItemsAreClonedAndRemovedInNoTime()
     const TVLNumberedFiles files(project.path());
     bool ok = true;
     for (int id = 0; id < Clones; ++id)
-        ok = Format::cloneProjectFiles(project.path(), id, files, project.path(), Items + id) && ok;
+        ok = Access::cloneProjectFiles(project.path(), id, files, project.path(), Items + id) && ok;
     for (int id = 0; id < Items; ++id)
-        ok = Format::removeProjectFiles(project.path(), id, files) && ok;
+        ok = Access::removeProjectFiles(project.path(), id, files) && ok;
     QVERIFY(ok);
     // With a listing for each item it would be minutes.
     QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
@@ -420,7 +439,7 @@ void TstItemFiles::aCloneHasAllFiles()
     else if (form == 1)
         QVERIFY(Format::cloneDesktopV18(project.path(), Id, 5));
     else
-        QVERIFY(Format::cloneProjectFiles(project.path(), Id, TVLNumberedFiles(project.path()),
+        QVERIFY(Access::cloneProjectFiles(project.path(), Id, TVLNumberedFiles(project.path()),
                                           project.path(), 5));
     Files expected = form == 0 ? Files() : before;
     for (const QString &tail : Tails)
@@ -486,7 +505,7 @@ void TstItemFiles::aCloneKnowsWhatCameAfterItsListing()
     QVERIFY(QFile::remove(project.path(docsFile(u"12.pdf"_qs))));
     project.writeFile(docsFile(u"12.rtf"_qs), "just saved");
     project.writeFile(docsFile(u"12_notes.rtf"_qs), "just saved too");
-    QVERIFY(Format::cloneProjectFiles(project.path(), Id, files, project.path(), 5));
+    QVERIFY(Access::cloneProjectFiles(project.path(), Id, files, project.path(), 5));
     QCOMPARE(project.readFile(docsFile(u"5.rtf"_qs)), "just saved");
     QCOMPARE(project.readFile(docsFile(u"5_notes.rtf"_qs)), "just saved too");
     QCOMPARE(docs(project).size(), 4);

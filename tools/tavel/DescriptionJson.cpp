@@ -27,7 +27,7 @@ QJsonObject countsOf(const ProjectDescription &project)
 {
     QJsonObject counts;
     for (int type = 0; type < ProjectDescription::TypeCount; ++type)
-        counts.insert(TVL::toString(TVL::NodeType(type)), project.typeCounts.at(std::size_t(type)));
+        counts.insert(TVL::wordOf(TVL::NodeType(type)), project.typeCounts.at(std::size_t(type)));
     return counts;
 }
 
@@ -81,7 +81,7 @@ QJsonArray collectionsOf(const ProjectDescription &project)
         const bool hasMembers = collection.mType == TVL::ArbitraryCollection;
         return QJsonObject{
             {u"title"_qs, collection.mTitle},
-            {u"kind"_qs, TVL::toString(collection.mType)},
+            {u"kind"_qs, TVL::wordOf(collection.mType)},
             {u"members"_qs, hasMembers ? QJsonValue(collection.mIds.size()) : QJsonValue()}};
     });
 }

@@ -76,7 +76,7 @@ void addCounts(const ProjectDescription &project, Lines *lines)
     lines->append({u"Items"_qs, QString::number(project.items)});
     for (int type = 0; type < ProjectDescription::TypeCount; ++type) {
         if (const int count = project.typeCounts.at(std::size_t(type)))
-            lines->append({u"  "_qs + TVL::toString(TVL::NodeType(type)), QString::number(count)});
+            lines->append({u"  "_qs + TVL::wordOf(TVL::NodeType(type)), QString::number(count)});
     }
     const TextCounts &texts = project.texts;
     lines->append({u"Words"_qs, inAllAndDraft(texts.all.words, texts.draft.words)});
@@ -131,7 +131,7 @@ void addLists(const ProjectDescription &project, Lines *lines)
         lines->append(
             {u"Collection"_qs,
              withParts(collection.mTitle,
-                       {inBrackets({TVL::toString(collection.mType),
+                       {inBrackets({TVL::wordOf(collection.mType),
                                     noteIf(hasMembers, itemsText(collection.mIds.size()))})})});
     }
     for (const TitledId &favorite : project.favorites)

@@ -108,7 +108,7 @@ QString OutlineWriter::textOf(TVLProjectNode *node) const
     const QString identity = node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true)
                                            : u'#' + QString::number(node->mId);
     QString text =
-        u'[' + TVL::toString(node->mNodeType) + u"] "_qs + title + u" ("_qs + identity + u')';
+        u'[' + TVL::wordOf(node->mNodeType) + u"] "_qs + title + u" ("_qs + identity + u')';
     if (mLabels.contains(node->mLabelId))
         text += u" [label: "_qs + mLabels.value(node->mLabelId) + u']';
     if (mStatusItems.contains(node->mStatusId))
@@ -134,7 +134,7 @@ QByteArray OutlineWriter::jsonOf(TVLProjectNode *node) const
     const QJsonObject object{
         {u"id"_qs, idOrNull(node->mId)},
         {u"uuid"_qs, toJson(node->mUuid)},
-        {u"type"_qs, TVL::toString(node->mNodeType)},
+        {u"type"_qs, TVL::wordOf(node->mNodeType)},
         {u"title"_qs, node->mTitle},
         {u"label"_qs, textOrNull(mLabels.value(node->mLabelId))},
         {u"status"_qs, textOrNull(mStatusItems.value(node->mStatusId))},

@@ -270,7 +270,7 @@ void ProjectCheck::checkSystemFolders()
             ++top.at(type);
     });
     for (int i = 0; i < SystemFolderCount; ++i) {
-        const QString word = TVL::toString(TVL::NodeType(i));
+        const QString word = TVL::wordOf(TVL::NodeType(i));
         if (top.at(std::size_t(i)) == 0)
             add(u"missingSystemFolder"_qs, word, u"no item at top level is the %1"_qs.arg(word));
         if (all.at(std::size_t(i)) > 1)

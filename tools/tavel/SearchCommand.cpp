@@ -108,8 +108,10 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     search->mSearchText = parser.positionalArguments().last();
     search->mCaseSensitivity = parser.isSet(caseOption()) ? Qt::CaseSensitive : Qt::CaseInsensitive;
     const QString searchOperator = parser.value(operatorOption());
-    if (!takeWord(Operators, searchOperator, &search->mSearchOperator))
+    TVL::SearchOperator operatorNumber = TVL::ExactOperator;
+    if (!takeWord(Operators, searchOperator, &operatorNumber))
         return wordError(u"operator"_qs, searchOperator, wordsOf(Operators));
+    search->mSearchOperator = operatorNumber;
     const QString property = parser.value(propertyOption());
     if (!takeWord(TVLPropertyWords, property, &search->mSearchProperty)
         && !takeWord(FurtherProperties, property, &search->mSearchProperty))

@@ -70,7 +70,7 @@ QString channelText(int channel)
 
 const QString TVL::KeywordsMimeType = u"application/x-tavelinor-keywords"_qs;
 
-QString TVL::toString(NodeType type)
+QString TVL::wordOf(NodeType type)
 {
     return tvlWordOf(NodeTypeWords, type, u"Text").toString();
 }
@@ -80,7 +80,7 @@ TVL::NodeType TVL::toNodeType(QStringView word)
     return tvlValueOf(NodeTypeWords, word, TVL::Text);
 }
 
-QString TVL::toString(CollectionType type)
+QString TVL::wordOf(CollectionType type)
 {
     return tvlWordOf(CollectionTypeWords, type, u"Arbitrary").toString();
 }

@@ -168,13 +168,13 @@ Q_ENUM_NS(InspectorMode)
 TVL_EXPORT extern const QString KeywordsMimeType;
 
 /** The binder's word for a node type; `Text` for a value outside the enumeration. */
-[[nodiscard]] TVL_EXPORT QString toString(NodeType type);
+[[nodiscard]] TVL_EXPORT QString wordOf(NodeType type);
 
 /** The node type of a binder word, case-sensitive; Text for an unknown one. */
 [[nodiscard]] TVL_EXPORT NodeType toNodeType(QStringView word);
 
 /** The binder's word for a kind of collection; `Arbitrary` for one that isn't in a binder. */
-[[nodiscard]] TVL_EXPORT QString toString(CollectionType type);
+[[nodiscard]] TVL_EXPORT QString wordOf(CollectionType type);
 
 /** The kind of collection of a binder word, case-sensitive; @p fallback for an unknown one. */
 [[nodiscard]] TVL_EXPORT CollectionType toCollectionType(QStringView word, CollectionType fallback);
