@@ -230,9 +230,9 @@ TVLProjectNode *TVLBinderReader::startNode(TVLProjectNode *parent)
         mNewNodes.append(node);
     const QStringView created = attributes.value(Attribute::Created);
     const QStringView modified = attributes.value(Attribute::Modified);
-    node->mCreated = tvlStringToDateTime(created, false);
+    node->mCreated = mDates.toDateTime(created);
     // Many items were never changed, and finding the local time is the dearest part of a date.
-    node->mModified = modified == created ? node->mCreated : tvlStringToDateTime(modified, false);
+    node->mModified = modified == created ? node->mCreated : mDates.toDateTime(modified);
     node->mNodeType = TVL::toNodeType(attributes.value(Attribute::Type));
     // In a file the flag is true only where it is written.
     node->mIncludeInCompile = false;

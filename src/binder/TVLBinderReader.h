@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TVLBinderProject.h"
+#include "TVLBinderText.h"
 #include "TVLReference.h"
 #include "TVLSnapshotInfo.h"
 
@@ -185,4 +186,5 @@ private:
     QList<TVLProjectNode *> mNewNodes; ///< Read but not yet entered in the project's maps.
     TVL::BinderVersion mBinderVersion = TVL::NoBinderVersion;
     QString mVersionText;
+    TVLDateFormatter mDates;
 };

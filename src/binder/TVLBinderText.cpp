@@ -87,6 +87,49 @@ QString utcText(const QDateTime &utc, bool isFileName)
     return text;
 }
 
+/** The moment that a text says; invalid, with a debug line, if it says none. */
+QDateTime parseOrTell(QStringView text, bool isFileName)
+{
+    QDateTime utc = parse(text, isFileName);
+    if (!utc.isValid())
+        qDebug() << "Failed to parse date time(was file name=" << isFileName
+                 << "):" << text.toString();
+    return utc;
+}
+
+/** What the clock shows, as if it showed UTC. */
+QDateTime clockOf(const QDateTime &local)
+{
+    return QDateTime(local.date(), local.time(), Qt::UTC);
+}
+
+/**
+ * Whether the clock shows the same at another moment, and QDateTime can't tell the two: it knows
+ * them by summer time alone, and where a zone was moved for good neither has it.
+ */
+bool hasTwin(const QDateTime &utc, const QDateTime &local)
+{
+    constexpr int SecondsPerDay = 24 * 60 * 60;
+    const qint64 offset = utc.secsTo(clockOf(local));
+    for (const int distance : {-SecondsPerDay, SecondsPerDay}) {
+        const QDateTime other = utc.addSecs(distance);
+        const qint64 otherOffset = other.secsTo(clockOf(other.toLocalTime()));
+        if (otherOffset == offset)
+            continue;
+        const QDateTime twin = utc.addSecs(offset - otherOffset).toLocalTime();
+        if (clockOf(twin) == clockOf(local) && twin.isDaylightTime() == local.isDaylightTime())
+            return true;
+    }
+    return false;
+}
+
+/** The same moment as local time. One that has a twin comes with its distance from UTC. */
+QDateTime localTimeOf(const QDateTime &utc)
+{
+    QDateTime local = utc.toLocalTime();
+    return hasTwin(utc, local) ? utc.toOffsetFromUtc(int(utc.secsTo(clockOf(local)))) : local;
+}
+
 } // namespace
 
 QString tvlDateTimeToString(const QDateTime &dateTime, bool isFileName)
@@ -99,32 +142,47 @@ QString TVLDateFormatter::toString(const QDateTime &dateTime)
     if (!dateTime.isValid() || dateTime.timeSpec() != Qt::LocalTime)
         return tvlDateTimeToString(dateTime, false);
     const QDate date = dateTime.date();
-    const qint64 fortnight = date.toJulianDay() / DaysPerFortnight;
+    const std::optional<int> offset = offsetAround(date);
+    if (!offset)
+        return tvlDateTimeToString(dateTime, false);
+    return utcText(QDateTime(date, dateTime.time(), Qt::UTC).addSecs(-*offset), false);
+}
+
+QDateTime TVLDateFormatter::toDateTime(QStringView text)
+{
+    const QDateTime utc = parseOrTell(text, false);
+    if (!utc.isValid())
+        return {};
+    return offsetAround(utc.date()) ? utc.toLocalTime() : localTimeOf(utc);
+}
+
+std::optional<int> TVLDateFormatter::offsetAround(const QDate &day)
+{
+    const qint64 fortnight = day.toJulianDay() / DaysPerFortnight;
     auto offset = mOffsets.constFind(fortnight);
     if (offset == mOffsets.cend())
         offset = mOffsets.insert(fortnight, offsetOfFortnight(fortnight));
-    if (!offset->has_value())
-        return tvlDateTimeToString(dateTime, false);
-    return utcText(QDateTime(date, dateTime.time(), Qt::UTC).addSecs(-**offset), false);
+    return *offset;
 }
 
 std::optional<int> TVLDateFormatter::offsetOfFortnight(qint64 fortnight)
 {
     const QDate first = QDate::fromJulianDay(fortnight * DaysPerFortnight);
-    const int before = QDateTime(first.addDays(-1), QTime(0, 0)).offsetFromUtc();
-    const int after = QDateTime(first.addDays(DaysPerFortnight + 1), QTime(0, 0)).offsetFromUtc();
-    return before == after ? std::optional(before) : std::nullopt;
+    const auto offsetOfDay = [first](int day) {
+        return QDateTime(first.addDays(day), QTime(0, 0)).offsetFromUtc();
+    };
+    const int offset = offsetOfDay(-1);
+    for (int day = 0; day <= DaysPerFortnight + 1; ++day) {
+        if (offsetOfDay(day) != offset)
+            return std::nullopt;
+    }
+    return offset;
 }
 
 QDateTime tvlStringToDateTime(QStringView text, bool isFileName)
 {
-    const QDateTime dateTime = parse(text, isFileName);
-    if (!dateTime.isValid()) {
-        qDebug() << "Failed to parse date time(was file name=" << isFileName
-                 << "):" << text.toString();
-        return {};
-    }
-    return dateTime.toLocalTime();
+    const QDateTime utc = parseOrTell(text, isFileName);
+    return utc.isValid() ? localTimeOf(utc) : QDateTime();
 }
 
 QString tvlPointFToString(const QPointF &point)

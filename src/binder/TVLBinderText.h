@@ -19,26 +19,31 @@
 /**
  * Reads such a date, as local time. A zone other than `+0000` is added to the time and not taken
  * from it: that sense is the format's. A text of any other form gives an invalid date and a debug
- * line.
+ * line. A moment that QDateTime can't tell from another one of the same local time comes with its
+ * distance from UTC instead.
  */
 [[nodiscard]] TVL_EXPORT QDateTime tvlStringToDateTime(QStringView text, bool isFileName);
 
 /**
- * Writes many dates as tvlDateTimeToString() does, in less time.
+ * Writes and reads many dates as tvlDateTimeToString() and tvlStringToDateTime() do, in less time.
  *
  * The C library looks at the time zone's file whenever it is asked for a local time. So the
- * distance from UTC is asked for once a fortnight and kept, though only if it is the same on both
- * sides of it: no hour of such a fortnight is missing or comes twice. An object serves one piece of
- * work and goes with it, because the user may move to another time zone.
+ * distance from UTC is asked for the days of a fortnight at once and kept, though only if all have
+ * the same: no hour of such a fortnight is missing or comes twice. Its two ends would not do, for a
+ * zone may change its time and take it back in between. An object serves one piece of work and goes
+ * with it, because the user may move to another time zone.
  */
 class TVL_EXPORT TVLDateFormatter
 {
 public:
     [[nodiscard]] QString toString(const QDateTime &dateTime);
+    [[nodiscard]] QDateTime toDateTime(QStringView text);
 
 private:
     static constexpr int DaysPerFortnight = 14;
 
+    /** The distance from UTC in the fortnight of a day and a day around it; none if it changes. */
+    [[nodiscard]] std::optional<int> offsetAround(const QDate &day);
     [[nodiscard]] static std::optional<int> offsetOfFortnight(qint64 fortnight);
 
     QHash<qint64, std::optional<int>> mOffsets;

@@ -1,4 +1,5 @@
 #include "BinderSamples.h"
+#include "LocalZone.h"
 #include "RandomSections.h"
 #include "RandomTree.h"
 #include "TestBinderProject.h"
@@ -9,6 +10,7 @@
 
 #include <QRandomGenerator>
 #include <QTest>
+#include <QTimeZone>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -205,6 +207,8 @@ private Q_SLOTS:
     void aRandomTreeSurvives();
     void everySectionSurvives_data();
     void everySectionSurvives();
+    void aRandomBinderSurvivesInEveryTimeZone_data();
+    void aRandomBinderSurvivesInEveryTimeZone();
     void aRandomTreeOfAMobileProjectIsStable();
     void aMobileBinderHoldsNoneOfTheLaterSections();
     void theFirstGrammarKeepsAllButTheUuids();
@@ -306,6 +310,56 @@ void TstBinderRoundTrip::everySectionSurvives()
     QVERIFY2(reread.read(binder, &error), qPrintable(error));
     if (!mobile)
         QCOMPARE(differingSection(project, reread), QString());
+    QCOMPARE(reread.write(), binder);
+}
+
+void TstBinderRoundTrip::aRandomBinderSurvivesInEveryTimeZone_data()
+{
+    constexpr int Zones = 40;
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<quint32>("seed");
+    // Zones that change their time twice in a fortnight, and some of all others.
+    QList<QByteArray> zones = {"America/Recife", "America/Noronha", "America/Boa_Vista",
+                               "Asia/Gaza"};
+    const QList<QByteArray> all = QTimeZone::availableTimeZoneIds();
+    const int step = std::max(1, int(all.size()) / Zones);
+    for (int i = 0; zones.size() < Zones && i < all.size(); i += step) {
+        if (!zones.contains(all.at(i)))
+            zones.append(all.at(i));
+    }
+    for (qsizetype i = 0; i < zones.size(); ++i)
+        QTest::newRow(zones.at(i).constData()) << zones.at(i) << quint32(i + 1);
+}
+
+void TstBinderRoundTrip::aRandomBinderSurvivesInEveryTimeZone()
+{
+    QFETCH(QByteArray, zone);
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    TestBinderProject project(makeRandomTree({.nodes = 200, .deepest = 6, .seed = seed}));
+    project.mFormatVersion = TVL::FormatVersion18;
+    project.enterTree();
+    fillRandomSections(&project, &random);
+
+    const LocalZone local(zone);
+    const QTimeZone table(zone);
+    tvlForEachNode(project.mRoot.get(), [&](TVLProjectNode *node) {
+        // Anywhere, and not far from where the time is changed.
+        const QDateTime date =
+            QDateTime::fromSecsSinceEpoch(random.bounded(2'000'000'000), Qt::UTC);
+        node->mCreated = date;
+        const QDateTime change = table.nextTransition(date).atUtc;
+        node->mModified =
+            change.isValid() ? change.addSecs(random.bounded(-20'000, 20'000)).toUTC() : date;
+    });
+    const QByteArray binder = project.write();
+    TestBinderProject reread;
+    reread.mFormatVersion = project.mFormatVersion;
+    QString error;
+    QVERIFY2(reread.read(binder, &error), qPrintable(error));
+    QString where;
+    QVERIFY2(equalTrees(project.mRoot.get(), reread.mRoot.get(), &where), qPrintable(where));
+    QCOMPARE(differingSection(project, reread), QString());
     QCOMPARE(reread.write(), binder);
 }
 

@@ -1,42 +1,73 @@
+#include "LocalZone.h"
+
 #include "TVLBinderText.h"
 
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include <QTest>
-
-#include <ctime>
+#include <QTimeZone>
 
 namespace {
-
-/** The zone that counts as local, for as long as it lives. */
-class LocalZone
-{
-public:
-    explicit LocalZone(const QByteArray &zone)
-        : mPrevious(qgetenv("TZ"))
-        , mWasSet(qEnvironmentVariableIsSet("TZ"))
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
-    ~LocalZone()
-    {
-        if (mWasSet)
-            qputenv("TZ", mPrevious);
-        else
-            qunsetenv("TZ");
-        tzset();
-    }
-    Q_DISABLE_COPY_MOVE(LocalZone)
-
-private:
-    const QByteArray mPrevious;
-    const bool mWasSet;
-};
 
 QDateTime utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
 {
     return QDateTime(QDate(year, month, day), QTime(hour, minute, second), Qt::UTC);
+}
+
+/** The changes of a zone's time between 1970 and 2060. */
+QList<QDateTime> changesOf(const QByteArray &zone)
+{
+    QList<QDateTime> changes;
+    for (const QTimeZone::OffsetData &change :
+         QTimeZone(zone).transitions(utc(1970, 1, 1), utc(2060, 12, 31)))
+        changes.append(change.atUtc);
+    return changes;
+}
+
+/** Moments around a change, in seconds from it: near ones, and as far as a fortnight reaches. */
+QList<int> secondsAround()
+{
+    constexpr int Hour = 3600;
+    constexpr int Day = 24 * Hour;
+    QList<int> seconds = {0};
+    for (const int distance : {1, Hour / 2, Hour - 1, Hour, Hour + Hour / 2, 3 * Hour, Day, 4 * Day,
+                               8 * Day, 13 * Day, 15 * Day}) {
+        seconds.append(distance);
+        seconds.append(-distance);
+    }
+    return seconds;
+}
+
+/** What the ways of writing and reading dates make of moments around changes of the local time;
+ * empty when every moment survives in each. */
+QString faultAround(const QList<QDateTime> &changes)
+{
+    TVLDateFormatter formatter;
+    for (const QDateTime &change : changes) {
+        for (const int seconds : secondsAround()) {
+            const QDateTime moment = change.addSecs(seconds);
+            const QString text = tvlDateTimeToString(moment, false);
+            const QDateTime read = tvlStringToDateTime(text, false);
+            const QDateTime readFast = formatter.toDateTime(text);
+            if (read != moment || readFast != moment)
+                return u"%1 is read as %2, in a row as %3"_qs.arg(text, read.toString(Qt::ISODate),
+                                                                  readFast.toString(Qt::ISODate));
+            for (const QString &written :
+                 {tvlDateTimeToString(read, false), formatter.toString(read),
+                  tvlDateTimeToString(readFast, false), formatter.toString(readFast)}) {
+                if (written != text)
+                    return u"%1 becomes %2"_qs.arg(text, written);
+            }
+            // What a program has from the clock.
+            const QDateTime local = moment.toLocalTime();
+            if (formatter.toString(local) != tvlDateTimeToString(local, false))
+                return u"%1 is not as QDateTime has it"_qs.arg(text);
+            if (read.date() != local.date() || read.time() != local.time())
+                return u"%1 shows another clock"_qs.arg(text);
+        }
+    }
+    return {};
 }
 
 void addZoneRows()
@@ -71,6 +102,9 @@ private Q_SLOTS:
     void aDateIsReadAsLocalTime();
     void everyHourOfAYearSurvivesInEveryZone_data() { addZoneRows(); }
     void everyHourOfAYearSurvivesInEveryZone();
+    void everyMomentSurvivesWhereATimeIsChangedTwiceInAFortnight_data();
+    void everyMomentSurvivesWhereATimeIsChangedTwiceInAFortnight();
+    void everyMomentSurvivesAroundTheChangesOfAllZones();
 
     void aPointSurvives_data();
     void aPointSurvives();
@@ -234,6 +268,37 @@ void TstBinderText::everyHourOfAYearSurvivesInEveryZone()
             if (!isFileName)
                 QCOMPARE(formatter.toString(read), text);
         }
+    }
+}
+
+void TstBinderText::everyMomentSurvivesWhereATimeIsChangedTwiceInAFortnight_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    for (const char *zone : {"America/Recife", "America/Noronha", "America/Boa_Vista", "Asia/Gaza"})
+        QTest::newRow(zone) << QByteArray(zone);
+}
+
+void TstBinderText::everyMomentSurvivesWhereATimeIsChangedTwiceInAFortnight()
+{
+    QFETCH(QByteArray, zone);
+    const QList<QDateTime> changes = changesOf(zone);
+    if (changes.isEmpty())
+        QSKIP("The system has no table of this zone.");
+    const LocalZone local(zone);
+    QCOMPARE(faultAround(changes), QString());
+}
+
+void TstBinderText::everyMomentSurvivesAroundTheChangesOfAllZones()
+{
+    const QList<QByteArray> zones = QTimeZone::availableTimeZoneIds();
+    for (int i = 0; i < zones.size(); ++i) {
+        const QList<QDateTime> changes = changesOf(zones.at(i));
+        QList<QDateTime> tried;
+        for (int j = i % testStride(); j < changes.size(); j += testStride())
+            tried.append(changes.at(j));
+        const LocalZone local(zones.at(i));
+        const QString fault = faultAround(tried);
+        QVERIFY2(fault.isEmpty(), (zones.at(i) + ": " + fault.toUtf8()).constData());
     }
 }
 
