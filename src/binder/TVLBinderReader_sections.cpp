@@ -3,6 +3,7 @@
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
 #include "TVLPropertyWords.h"
+#include "TVLXmlReading_p.h"
 
 #include <cstdlib>
 
@@ -112,8 +113,14 @@ bool TVLBinderReader::readTemplateFolderId()
 
 bool TVLBinderReader::readUserProjectData()
 {
-    // Kept as raw text: it is cut from the file, not parsed.
+    // Kept as raw text: it is cut from the file, not parsed. So it may use prefixes and entities
+    // that nobody declared; a save keeps neither the root's declarations nor the document type.
+    TVLUndeclaredEntities entities;
+    setNamespaceProcessing(false);
+    setEntityResolver(&entities);
     skipCurrentElement();
+    setEntityResolver(nullptr);
+    setNamespaceProcessing(true);
     return !hasError();
 }
 

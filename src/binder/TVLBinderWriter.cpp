@@ -9,6 +9,7 @@
 #include "TVLXmlText_p.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 
 #include <algorithm>
 
@@ -38,7 +39,7 @@ TVLBinderWriter::TVLBinderWriter(QIODevice *device)
 
 void TVLBinderWriter::writeCharacters(const QString &text)
 {
-    tvlWriteXmlCharacters(this, text);
+    tvlWriteXmlText(this, xmlText(text));
 }
 
 void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
@@ -50,12 +51,35 @@ void TVLBinderWriter::writeTextElement(const QString &name, const QString &text)
 
 void TVLBinderWriter::writeAttribute(const QString &name, const QString &value)
 {
-    QXmlStreamWriter::writeAttribute(name, tvlXmlText(value));
+    QXmlStreamWriter::writeAttribute(name, xmlText(value));
 }
 
 void TVLBinderWriter::writeCDATA(const QString &text)
 {
-    QXmlStreamWriter::writeCDATA(tvlXmlText(text));
+    QXmlStreamWriter::writeCDATA(xmlText(text));
+}
+
+QString TVLBinderWriter::xmlText(const QString &text)
+{
+    constexpr int Shown = 60;
+    QString clean = tvlXmlText(text);
+    // A text that XML can hold comes back as it is, without a copy.
+    if (clean.constData() != text.constData())
+        tellLeftOut(u"characters of \"%1\" that XML can't hold"_qs.arg(clean.left(Shown)));
+    return clean;
+}
+
+void TVLBinderWriter::tellLeftOut(const QString &what)
+{
+    qWarning().noquote() << "Left out in writing:" << what;
+}
+
+void TVLBinderWriter::writeDateAttribute(const QString &name, const QDateTime &date)
+{
+    const QString text = mDates.toString(date);
+    if (text.isEmpty() && date.isValid())
+        tellLeftOut(u"the year %1, which doesn't have four digits"_qs.arg(date.date().year()));
+    writeAttribute(name, text);
 }
 
 void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLProjectNode *root)
@@ -163,8 +187,8 @@ void TVLBinderWriter::writeItemStart(const TVLProjectNode *node, bool mobile)
         writeAttribute(Attribute::ID, QString::number(node->mId));
     writeAttribute(Attribute::UUID,
                    uuidText(node->mUuid.isNull() ? QUuid::createUuid() : node->mUuid));
-    writeAttribute(Attribute::Created, mDates.toString(node->mCreated));
-    writeAttribute(Attribute::Modified, mDates.toString(node->mModified));
+    writeDateAttribute(Attribute::Created, node->mCreated);
+    writeDateAttribute(Attribute::Modified, node->mModified);
     writeAttribute(Attribute::Type, TVL::wordOf(node->mNodeType));
 
     writeTextElement(Title, node->mTitle);
@@ -239,10 +263,12 @@ void TVLBinderWriter::writeCustomMetaData(const QMap<QString, QString> &values)
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         // A field without a key is an error to the reader and would cost the whole binder.
         const QString key = tvlXmlText(value.key());
-        if (key.isEmpty())
+        if (key.isEmpty()) {
+            tellLeftOut(u"\"%1\", which belongs to a field without a key"_qs.arg(value.value()));
             continue;
+        }
         writeStartElement(MetaDataItem);
-        writeTextElement(FieldID, key);
+        writeTextElement(FieldID, value.key());
         writeTextElement(Value, value.value());
         writeEndElement();
     }

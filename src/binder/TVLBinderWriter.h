@@ -18,7 +18,8 @@ class TVLProjectNodeProperties;
  * the page at each write.
  *
  * The writer has no error path of its own: give it a device whose failures you can see, such as a
- * buffer.
+ * buffer. What it leaves out, because nothing could read it again or nobody would find it, it says
+ * in the log.
  */
 class TVL_EXPORT TVLBinderWriter : public QXmlStreamWriter
 {
@@ -79,8 +80,8 @@ public:
     /** Writes the page set-up. */
     void writePrintSettings(const QPrinter *printer);
     /**
-     * Writes the raw text of the user's data past the XML, straight to the device. Text that isn't
-     * one whole element by itself is left out.
+     * Writes the raw text of the user's data past the XML, straight to the device. Text that would
+     * make the binder unreadable is left out.
      */
     void writeUserProjectData(const QString &text);
 
@@ -113,6 +114,10 @@ private:
     void writeComment(const TVLTextCommentLink &comment);
     void writeStartIndex(const QString &tag);
     void writeEndIndex();
+    /** The text as XML can hold it; what that leaves out is told. */
+    [[nodiscard]] static QString xmlText(const QString &text);
+    static void tellLeftOut(const QString &what);
+    void writeDateAttribute(const QString &name, const QDateTime &date);
     void writeUuidAttribute(const QString &name, const QUuid &uuid);
     void writeYes(const QString &tag, bool flag);
     void writeFlagAttribute(const QString &name, bool flag);

@@ -1,9 +1,11 @@
 #include "TVLBinderWriter.h"
 
+#include "TVLBinderContents.h"
+#include "TVLBinderReader.h"
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
 #include "TVLPropertyWords.h"
-#include "TVLWholeXml_p.h"
+#include "TVLXmlReading_p.h"
 
 #include "TUuid.h"
 
@@ -12,6 +14,24 @@
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
+
+namespace {
+
+/** Whether a binder can be read that has these bytes among its sections. */
+bool leavesBinderReadable(const QByteArray &bytes)
+{
+    QByteArray binder = "<TavelinorProject Version=\"1.5\">" + bytes + "</TavelinorProject>";
+    QBuffer buffer(&binder);
+    buffer.open(QIODevice::ReadOnly);
+    TVLBinderContents contents;
+    TVLBinderReader reader(&buffer);
+    const bool ok = reader.readProject(&contents, contents.binderRoot()) && contents.isLoadable();
+    // The reader of a binder ends with its root.
+    tvlReadToEnd(&reader);
+    return ok && !reader.hasError();
+}
+
+} // namespace
 
 void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
                                   const QList<TVLLabel> &labels)
@@ -143,14 +163,13 @@ void TVLBinderWriter::writeKeywords(const QList<TVLBinderKeyword> &keywords)
 
 void TVLBinderWriter::writeUserProjectData(const QString &text)
 {
-    QByteArray bytes = text.toUtf8();
+    const QByteArray bytes = text.toUtf8();
     if (bytes.isEmpty())
         return;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    // Half an element would make all of the binder unreadable.
-    if (!tvlIsWholeXml(&buffer))
+    if (!leavesBinderReadable(bytes)) {
+        tellLeftOut(u"the user's data, with which the binder couldn't be read again"_qs);
         return;
+    }
     device()->write("\n    ");
     device()->write(bytes);
 }

@@ -2,7 +2,6 @@
 
 #include "TVLBinderFields_p.h"
 #include "TVLBinderWords_p.h"
-#include "TVLXmlText_p.h"
 
 #include <QPrinter>
 
@@ -37,7 +36,7 @@ void TVLBinderWriter::writeProjectProperties(const TVLBinderProject *project)
 {
     bool hasStarted = false;
     for (const QString &tag : tvlProjectPropertyTags()) {
-        const QString value = tvlXmlText(project->projectProperty(tag));
+        const QString value = xmlText(project->projectProperty(tag));
         if (value.isEmpty())
             continue;
         if (!std::exchange(hasStarted, true))
@@ -73,7 +72,7 @@ void TVLBinderWriter::writeDraftTarget(const TVLDraftTarget &target)
         writeFlagAttribute(Attribute::ShowOverrun, true);
     if (target.mBuffer > 0)
         writeAttribute(Attribute::Buffer, QString::number(target.mBuffer));
-    const QString deadline = tvlXmlText(target.mDeadline);
+    const QString deadline = xmlText(target.mDeadline);
     if (!deadline.isEmpty())
         writeAttribute(Attribute::Deadline, deadline);
     writeFlagAttribute(Attribute::IgnoreDeadline, target.mIgnoreDeadline);
@@ -98,11 +97,12 @@ void TVLBinderWriter::writeSessionTarget(const TVLSessionTarget &target)
 void TVLBinderWriter::writeFavorites(const TVLBinderProject *project)
 {
     // The third grammar has no ids: whatever is written here, no item would be found by it.
-    if (mBinderVersion == TVL::BinderVersion3)
-        return;
-    const QMap<int, QUuid> items = project->idToUuid();
+    const bool hasIds = mBinderVersion != TVL::BinderVersion3;
+    const QMap<int, QUuid> items = hasIds ? project->idToUuid() : QMap<int, QUuid>();
     QList<int> ids = project->favoriteIds();
-    ids.removeIf([&items](int id) { return !items.contains(id); });
+    const auto dead = ids.removeIf([&items](int id) { return !items.contains(id); });
+    if (dead > 0)
+        tellLeftOut(u"%1 favorites that no item would be found by"_qs.arg(dead));
     if (ids.isEmpty())
         return;
     writeStartElement(Favorites);
@@ -134,7 +134,9 @@ void TVLBinderWriter::writeBackupSettings(bool included)
 void TVLBinderWriter::writeFullScreenBackdrop(const QVariant &value)
 {
     const bool isItem = value.typeId() == QMetaType::Int;
-    const QString text = tvlXmlText(value.toString());
+    const QString text = xmlText(value.toString());
+    if (value.isValid() && !isItem && value.typeId() != QMetaType::QString)
+        tellLeftOut(u"a backdrop that is neither an item nor a path"_qs);
     if (isItem ? value.toInt() < 0 : value.typeId() != QMetaType::QString || text.isEmpty())
         return;
     writeStartElement(FullScreenBackdrop);

@@ -178,6 +178,9 @@ private Q_SLOTS:
     // User data
     void userDataIsWrittenByteForByte();
     void noUserDataIsWrittenAsNothing();
+    void rawTextIsWrittenAsItStands_data();
+    void rawTextIsWrittenAsItStands();
+    void aPrefixThatNobodyDeclaredPassesInUserDataAlone();
     void rawTextThatCannotStandAloneIsLeftOut_data();
     void rawTextThatCannotStandAloneIsLeftOut();
     void userDataIsSkippedOnReading();
@@ -719,23 +722,75 @@ void TstBinderSections::userDataIsSkippedOnReading()
     QCOMPARE(log.lines(), QStringList());
 }
 
+void TstBinderSections::rawTextIsWrittenAsItStands_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("undeclared entity") << u"<UserProjectData>&who;</UserProjectData>"_qs;
+    QTest::newRow("undeclared entity in an attribute")
+        << u"<UserProjectData><a b='&who;'/></UserProjectData>"_qs;
+    QTest::newRow("undeclared prefix") << u"<UserProjectData><a:b c:d=''/></UserProjectData>"_qs;
+    QTest::newRow("odd declaration") << u"<UserProjectData><b xmlns:c=''/></UserProjectData>"_qs;
+    QTest::newRow("text behind it") << u"<UserProjectData/>more"_qs;
+    QTest::newRow("no element") << u" words &amp; <!-- more --> "_qs;
+    QTest::newRow("two elements") << u"<UserProjectData/><Other/>"_qs;
+    QTest::newRow("attributes") << u"<UserProjectData a='b'>x</UserProjectData >"_qs;
+}
+
+void TstBinderSections::rawTextIsWrittenAsItStands()
+{
+    QFETCH(const QString, text);
+    const DebugLog log;
+    TestBinderProject project;
+    project.mUserProjectData = text;
+    const QByteArray binder = project.write();
+    QVERIFY(binder.contains("\n    " + text.toUtf8() + "\n</TavelinorProject>"));
+    TestBinderProject reread;
+    QVERIFY(reread.read(binder));
+}
+
+void TstBinderSections::aPrefixThatNobodyDeclaredPassesInUserDataAlone()
+{
+    const DebugLog log;
+    const QByteArray userData = "<UserProjectData><a:b>&who;</a:b></UserProjectData>";
+    const auto reads = [](const QByteArray &sections) {
+        TestBinderProject project;
+        return project.read(binderXml({}, sections));
+    };
+    QVERIFY(reads(userData));
+    QVERIFY(!reads(userData + "<a:b/>"));
+    QVERIFY(!reads(userData + "<Other>&who;</Other>"));
+    QVERIFY(!reads("<Other>" + userData + "</Other>"));
+}
+
 void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("nested tags, cut at the first end")
         << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_qs;
-    QTest::newRow("undeclared entity") << u"<UserProjectData>&who;</UserProjectData>"_qs;
-    QTest::newRow("undeclared prefix") << u"<UserProjectData><a:b/></UserProjectData>"_qs;
-    QTest::newRow("text behind it") << u"<UserProjectData/>more"_qs;
+    QTest::newRow("the root's end") << u"<UserProjectData/></TavelinorProject>"_qs;
+    QTest::newRow("two roots") << u"</TavelinorProject><TavelinorProject Version=\"1.5\">"_qs;
+    QTest::newRow("a comment without an end") << u"<UserProjectData/><!--"_qs;
+    QTest::newRow("a character that XML can't hold")
+        << u"<UserProjectData>\u0001</UserProjectData>"_qs;
+    QTest::newRow("undeclared entity outside") << u"<UserProjectData/>&who;"_qs;
+    QTest::newRow("undeclared prefix outside") << u"<UserProjectData/><a:b/>"_qs;
+    QTest::newRow("a keyword without an id") << u"<Keywords><Keyword/></Keywords>"_qs;
+    QTest::newRow("a favorite that is no item")
+        << u"<Favorites><BinderID>99</BinderID></Favorites>"_qs;
 }
 
 void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut()
 {
     QFETCH(const QString, text);
+    const DebugLog log;
     TestBinderProject project;
+    const QByteArray without = project.write();
     project.mUserProjectData = text;
     const QByteArray binder = project.write();
-    QVERIFY(!binder.contains("UserProjectData"));
+    QCOMPARE(binder, without);
+    QCOMPARE(log.lines().constLast(),
+             u"Left out in writing: the user's data, with which the binder couldn't be read "
+             "again"_qs);
     TestBinderProject reread;
     QVERIFY(reread.read(binder));
 }

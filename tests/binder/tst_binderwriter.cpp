@@ -197,6 +197,9 @@ private Q_SLOTS:
     void theFreeformModeAloneIsWritten();
     void everyChildGetsACardWhenThereArePositions();
     void positionsOfOthersAreDropped();
+    void whatIsLeftOutIsTold_data();
+    void whatIsLeftOutIsTold();
+    void nothingIsToldOfWhatIsWritten();
     void positionsWithoutChildrenLeaveAnEmptyList();
 };
 
@@ -870,6 +873,77 @@ void TstBinderWriter::positionsWithoutChildrenLeaveAnEmptyList()
     QCOMPARE(writtenCorkboard(&node),
              QByteArray("<CorkboardAndOutliner><CorkboardSettings><FreeformCorkboardDocuments/>"
                         "</CorkboardSettings></CorkboardAndOutliner>"));
+}
+
+void TstBinderWriter::whatIsLeftOutIsTold_data()
+{
+    using ProjectChange = std::function<void(TestBinderProject *)>;
+    QTest::addColumn<ProjectChange>("change");
+    QTest::addColumn<QString>("what");
+    const auto add = [](const char *name, const ProjectChange &change, const QString &what) {
+        QTest::newRow(name) << change << what;
+    };
+    const auto addNode = [&add](const char *name, const Change &change, const QString &what) {
+        add(
+            name,
+            [change](TestBinderProject *project) {
+                auto *node = new TVLProjectNode({1, sampleUuid()}, project->mRoot.get());
+                change(node);
+            },
+            what);
+    };
+    addNode(
+        "a title", [](Properties *node) { node->mTitle = u"a\u0001b"_qs; },
+        u"characters of \"ab\" that XML can't hold"_qs);
+    addNode(
+        "a long text", [](Properties *node) { node->mTitle = QString(99, u'x') + u'\uffff'; },
+        u"characters of \"%1\" that XML can't hold"_qs.arg(QString(60, u'x')));
+    addNode(
+        "a value without a key",
+        [](Properties *node) { node->mCustomMetaData.insert(QString(), u"words"_qs); },
+        u"\"words\", which belongs to a field without a key"_qs);
+    addNode(
+        "a year",
+        [](Properties *node) { node->mCreated = QDateTime(QDate(10000, 1, 1), {}, Qt::UTC); },
+        u"the year 10000, which doesn't have four digits"_qs);
+    add(
+        "a label's title", [](TestBinderProject *project) { project->mLabelTitle = u"a\u0002"_qs; },
+        u"characters of \"a\" that XML can't hold"_qs);
+    add(
+        "favorites",
+        [](TestBinderProject *project) {
+            project->mFavorites = {8, 9};
+        },
+        u"2 favorites that no item would be found by"_qs);
+    add(
+        "a backdrop", [](TestBinderProject *project) { project->mFullScreenBackdrop = 1.5; },
+        u"a backdrop that is neither an item nor a path"_qs);
+    add(
+        "the user's data", [](TestBinderProject *project) { project->mUserProjectData = u"<"_qs; },
+        u"the user's data, with which the binder couldn't be read again"_qs);
+}
+
+void TstBinderWriter::whatIsLeftOutIsTold()
+{
+    QFETCH(const std::function<void(TestBinderProject *)>, change);
+    QFETCH(const QString, what);
+    TestBinderProject project;
+    change(&project);
+    const DebugLog log;
+    TestBinderProject reread;
+    QVERIFY(reread.read(project.write()));
+    QVERIFY2(log.lines().contains(u"Left out in writing: "_qs + what),
+             qPrintable(log.lines().join(u'\n')));
+}
+
+void TstBinderWriter::nothingIsToldOfWhatIsWritten()
+{
+    TestBinderProject project;
+    QVERIFY(project.read(richBinder()));
+    project.mUserProjectData = richUserProjectData();
+    const DebugLog log;
+    QVERIFY(!project.write().isEmpty());
+    QCOMPARE(log.lines(), QStringList());
 }
 
 TVL_TEST(TstBinderWriter)

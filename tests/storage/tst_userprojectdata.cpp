@@ -26,6 +26,8 @@ private Q_SLOTS:
     void rawTextOfAFileThatCannotBeReadIsEmpty();
     void rawTextSurvivesOpenAndSaveByteForByte_data();
     void rawTextSurvivesOpenAndSaveByteForByte();
+    void rawTextSurvivesTheDeclarationsThatASaveDrops_data();
+    void rawTextSurvivesTheDeclarationsThatASaveDrops();
     void rawTextWithoutItsExactTagsIsLostOnSaving_data();
     void rawTextWithoutItsExactTagsIsLostOnSaving();
     void aBinderWhoseRawTextNeverEndsIsNotRead();
@@ -96,6 +98,8 @@ void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte_data()
     QTest::newRow("Unicode") << u"\u6f22\U0001d11e\u00e9\u200d"_qs.toUtf8();
     QTest::newRow("words of a binder")
         << QByteArray("<Binder><BinderItem/></Binder><LabelSettings/>");
+    QTest::newRow("undeclared prefix") << QByteArray("<n:a n:b='c'/>");
+    QTest::newRow("undeclared entity") << QByteArray("&who; <a b='&what;'/>");
     QTest::newRow("long") << QByteArray("<line>text &amp; more</line>\n").repeated(20000);
 }
 
@@ -114,6 +118,46 @@ void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte()
         const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
         QCOMPARE(binder.count("<UserProjectData>"), 1);
         QVERIFY(binder.contains("\n    " + data));
+    }
+}
+
+void TstUserProjectData::rawTextSurvivesTheDeclarationsThatASaveDrops_data()
+{
+    QTest::addColumn<QByteArray>("documentType");
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow("prefix of the root")
+        << QByteArray() << QByteArray(" xmlns:n=\"urn:x\"") << QByteArray("<n:a n:b='c'/>");
+    QTest::newRow("entity") << QByteArray("<!DOCTYPE TavelinorProject [<!ENTITY who \"me\">]>")
+                            << QByteArray() << QByteArray("&who;<a b='&who;'/>");
+    QTest::newRow("entity of another file")
+        << QByteArray("<!DOCTYPE TavelinorProject [<!ENTITY who SYSTEM \"who.txt\">]>")
+        << QByteArray() << QByteArray("&who;");
+    QTest::newRow("entity of another document type")
+        << QByteArray("<!DOCTYPE TavelinorProject SYSTEM \"who.dtd\">") << QByteArray()
+        << QByteArray("&who;<a b='&who;'/>");
+}
+
+void TstUserProjectData::rawTextSurvivesTheDeclarationsThatASaveDrops()
+{
+    QFETCH(QByteArray, documentType);
+    QFETCH(QByteArray, attributes);
+    QFETCH(QByteArray, content);
+
+    const QByteArray data = "<UserProjectData>" + content + "</UserProjectData>";
+    const TestProject project;
+    QByteArray binder = binderWith(data);
+    const qsizetype root = binder.indexOf("<TavelinorProject");
+    QVERIFY(root >= 0);
+    binder.insert(root + qstrlen("<TavelinorProject"), attributes);
+    binder.insert(root, documentType);
+    project.writeFile(u"Novel.tavelx"_qs, binder);
+    for (int pass = 0; pass < 3; ++pass) {
+        const std::unique_ptr<TVLProjectModel> model = project.open();
+        QVERIFY(model);
+        QVERIFY(model->save(true));
+        QVERIFY(project.readFile(u"Novel.tavelx"_qs).contains("\n    " + data));
     }
 }
 

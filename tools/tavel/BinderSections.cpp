@@ -2,6 +2,7 @@
 
 #include "TVLBinderWriter.h"
 #include "TVLProjectModel.h"
+#include "TVLXmlReading_p.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -32,7 +33,11 @@ bool skipElement(QXmlStreamReader *reader)
 QStringList filledSections(QIODevice *binder)
 {
     QStringList names;
+    // What stands in the user's data needs no declaration, as for the reader of a binder.
+    TVLUndeclaredEntities entities;
     QXmlStreamReader reader(binder);
+    reader.setNamespaceProcessing(false);
+    reader.setEntityResolver(&entities);
     reader.readNextStartElement();
     while (reader.readNextStartElement()) {
         const QString name = reader.name().toString();

@@ -11,6 +11,14 @@
     return !reader.hasError() && !reader.atEnd();
 }
 
+/** Lets entities pass that nobody declared; they stand for nothing. For text that is kept as it
+ * stands and not for what it says. */
+class TVLUndeclaredEntities : public QXmlStreamEntityResolver
+{
+public:
+    QString resolveUndeclaredEntity(const QString & /*name*/) override { return u""_qs; }
+};
+
 /** Reads what is left, so that the reader has met every fault that there is. */
 inline void tvlReadToEnd(QXmlStreamReader *reader)
 {

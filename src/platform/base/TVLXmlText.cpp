@@ -43,7 +43,11 @@ QString tvlXmlText(const QString &text)
 
 void tvlWriteXmlCharacters(QXmlStreamWriter *writer, const QString &text)
 {
-    const QString clean = tvlXmlText(text);
+    tvlWriteXmlText(writer, tvlXmlText(text));
+}
+
+void tvlWriteXmlText(QXmlStreamWriter *writer, const QString &clean)
+{
     qsizetype start = 0;
     for (qsizetype end = clean.indexOf(u'\r'); end >= 0; end = clean.indexOf(u'\r', start)) {
         writer->writeCharacters(clean.sliced(start, end - start));

@@ -16,3 +16,6 @@ class QXmlStreamWriter;
  * they would be read as line feeds.
  */
 void tvlWriteXmlCharacters(QXmlStreamWriter *writer, const QString &text);
+
+/** The same for a text that XML can hold. */
+void tvlWriteXmlText(QXmlStreamWriter *writer, const QString &clean);
