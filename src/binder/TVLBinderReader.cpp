@@ -192,6 +192,9 @@ bool TVLBinderReader::readNode(TVLProjectNode *parent)
             } else if (name() == Children) {
                 inChildren = true;
             } else if (!readItemElement(node)) {
+                // Where a part of the item itself found nothing wrong, the file ends in the item.
+                if (error() == PrematureEndOfDocumentError)
+                    raiseIncorrectTagError(BinderItem, name().toString(), __LINE__);
                 return false;
             }
         } else if (inChildren && !hasError()) {

@@ -76,9 +76,18 @@ void TVLBinderReader::PageSetup::applyTo(QPrinter *printer) const
         printer->setPageSize(QPageSize(paper));
     printer->setPageOrientation(orientation);
     // The printer itself only asks that no margin by itself is beyond the paper.
-    const QSizeF page = printer->pageLayout().fullRect(QPageLayout::Point).size();
-    if (left + right < page.width() && top + bottom < page.height())
-        printer->setPageMargins({left, top, right, bottom}, QPageLayout::Point);
+    const QPageLayout layout = printer->pageLayout();
+    const QSizeF page = layout.fullRect(QPageLayout::Point).size();
+    QMarginsF margins = layout.margins(QPageLayout::Point);
+    if (left + right < page.width()) {
+        margins.setLeft(left);
+        margins.setRight(right);
+    }
+    if (top + bottom < page.height()) {
+        margins.setTop(top);
+        margins.setBottom(bottom);
+    }
+    printer->setPageMargins(margins, QPageLayout::Point);
     printer->setCollateCopies(collates);
     printer->setPageOrder(reverses ? QPrinter::LastPageFirst : QPrinter::FirstPageFirst);
 }

@@ -577,7 +577,7 @@ void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)
 void TVLProjectModel::beginBinderRead()
 {
     beginResetModel();
-    mSuspendModified = true;
+    mWasSuspended = std::exchange(mSuspendModified, true);
     mIsReadingBinder = true;
     mIdMap.clear();
     mUuidMap.clear();
@@ -586,7 +586,7 @@ void TVLProjectModel::beginBinderRead()
 
 void TVLProjectModel::endBinderRead()
 {
-    mSuspendModified = false;
+    mSuspendModified = mWasSuspended;
     mIsReadingBinder = false;
     endResetModel();
     markProjectAsModified(std::exchange(mIsModifiedByRead, false));

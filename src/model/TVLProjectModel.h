@@ -1551,6 +1551,7 @@ private:
     mutable bool mAreNotesBehind = false; ///< The last try to write the project notes failed.
     quint64 mChangeCount = 0; ///< How often the project was marked as modified.
     bool mSuspendModified = false;
+    bool mWasSuspended = false; ///< Before a binder was read.
     bool mIsReadingBinder = false;
     bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.
     bool mIsRootIndexPlain = false; ///< parent() gives a default index in place of rootIndex().

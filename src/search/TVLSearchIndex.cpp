@@ -179,7 +179,8 @@ bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row
 bool TVLSearchIndex::addLabel(int id, const QString &title, const QColor &color)
 {
     return change(Statement::InsertLabel,
-                  {{u":i"_qs, id}, {u":t"_qs, title}, {u":c"_qs, colorValue(color)}}, __LINE__);
+                  {{u":i"_qs, id}, {u":t"_qs, textValue(title)}, {u":c"_qs, colorValue(color)}},
+                  __LINE__);
 }
 
 TVLLabel TVLSearchIndex::label(int id, bool *ok) const
@@ -213,7 +214,8 @@ QSet<int> TVLSearchIndex::labelsIDs() const
 
 bool TVLSearchIndex::addStatusItem(int id, const QString &title)
 {
-    return change(Statement::InsertStatusItem, {{u":i"_qs, id}, {u":t"_qs, title}}, __LINE__);
+    return change(Statement::InsertStatusItem, {{u":i"_qs, id}, {u":t"_qs, textValue(title)}},
+                  __LINE__);
 }
 
 TVLStatusItem TVLSearchIndex::statusItem(int id, bool *ok) const

@@ -36,7 +36,8 @@ const QString CreateDocumentIndexes[] = {
 
 bool TVLSearchIndex::addKeyword(int id, const QString &title)
 {
-    return change(Statement::InsertKeyword, {{u":i"_qs, id}, {u":t"_qs, title}}, __LINE__);
+    return change(Statement::InsertKeyword, {{u":i"_qs, id}, {u":t"_qs, textValue(title)}},
+                  __LINE__);
 }
 
 bool TVLSearchIndex::removeKeyword(int id)
@@ -49,7 +50,8 @@ bool TVLSearchIndex::removeKeyword(int id)
 
 bool TVLSearchIndex::updateKeyword(int id, const QString &title)
 {
-    return change(Statement::UpdateKeyword, {{u":t"_qs, title}, {u":i"_qs, id}}, __LINE__);
+    return change(Statement::UpdateKeyword, {{u":t"_qs, textValue(title)}, {u":i"_qs, id}},
+                  __LINE__);
 }
 
 void TVLSearchIndex::createDocumentIndexes() const

@@ -183,6 +183,7 @@ private Q_SLOTS:
     void aListOfItemsMustBeABinder();
     void anItemMustBeABinderItem();
     void anItemCutOffFailsWithTheTagError();
+    void anErrorInsideAnItemKeepsItsOwnText();
     void nodesOfAFailedReadStayInTheTree();
     void anItemIsReadWithoutAProject();
 
@@ -756,15 +757,49 @@ void TstBinderReader::anItemCutOffFailsWithTheTagError()
     const QByteArray start =
         "<TavelinorProject Version='1.5'><Binder><BinderItem " + sampleAttributes() + ">";
     const QRegularExpression tagError(
-        u"^Unexpected tag (BinderItem|Title|MetaData|Children|) on line 1\\.  Expected tag BinderItem$"_qs);
+        u"^Unexpected tag \\w* on line 1\\.  Expected tag BinderItem$"_qs);
     const DebugLog log;
-    for (const char *content : {"", "<Title>", "<Title>Half", "<Title/>", "<MetaData><LabelID>3",
-                                "<MetaData>", "<Children>", "<Children><BinderItem>",
-                                "<Children><BinderItem/>", "<Children></Children>"}) {
+    for (const char *content : {"",
+                                "<Title>",
+                                "<Title>Half",
+                                "<Title/>",
+                                "<MetaData><LabelID>3",
+                                "<MetaData>",
+                                "<Children>",
+                                "<Children><BinderItem>",
+                                "<Children><BinderItem/>",
+                                "<Children></Children>",
+                                "<Keywords>",
+                                "<Keywords><KeywordID>3",
+                                "<Keywords><KeywordID>3</",
+                                "<References><Reference BinderID='1'>",
+                                "<References>Words",
+                                "<CorkboardAndOutliner>",
+                                "<CorkboardAndOutliner><CorkboardSettings>",
+                                "<CorkboardAndOutliner><CorkboardSettings>"
+                                "<FreeformCorkboardDocuments><IndexCardBinderID>1",
+                                "<MetaData><CustomMetaData>",
+                                "<MetaData><CustomMetaData><MetaDataItem><FieldID>a",
+                                "<Children><BinderItem><Keywords><KeywordID>"}) {
         TestBinderProject project;
         QString error;
         QVERIFY(!project.read(start + content, &error));
         QVERIFY2(tagError.match(error).hasMatch(), qPrintable(error));
+    }
+}
+
+void TstBinderReader::anErrorInsideAnItemKeepsItsOwnText()
+{
+    const DebugLog log;
+    for (const auto &[content, expected] :
+         {std::pair("<Keywords><KeywordID>x</KeywordID>", u"Expected integer text value"_qs),
+          std::pair("<MetaData><CustomMetaData><MetaDataItem/>",
+                    u"Meta data item key not found"_qs)}) {
+        TestBinderProject project;
+        QString error;
+        QVERIFY(!project.read(
+            "<TavelinorProject Version='1.5'><Binder><BinderItem>" + QByteArray(content), &error));
+        QCOMPARE(error, expected);
     }
 }
 

@@ -94,6 +94,7 @@ private Q_SLOTS:
     void aMarginThatIsNoneLeavesThePrinterAlone();
     void marginsThatLeaveNoPaperLeaveThePrinterAlone_data();
     void marginsThatLeaveNoPaperLeaveThePrinterAlone();
+    void aPairOfMarginsThatFitsIsKeptWhenTheOtherDoesNot();
     void marginsMayLeaveLittleOfThePaper();
     void theOrderOfElementsCountsForNothing();
     void theLastOfRepeatedElementsCounts();
@@ -370,6 +371,21 @@ void TstPrintSettings::marginsThatLeaveNoPaperLeaveThePrinterAlone()
     QFETCH(QByteArray, xml);
     const QByteArray paper = "<PaperType>A4</PaperType>";
     QCOMPARE(readMargins(paper + xml), freshLayout().margins(QPageLayout::Point));
+}
+
+void TstPrintSettings::aPairOfMarginsThatFitsIsKeptWhenTheOtherDoesNot()
+{
+    const QMarginsF fresh = freshLayout().margins(QPageLayout::Point);
+    const QByteArray paper = "<PaperType>A4</PaperType>";
+    const QByteArray sides = "<LeftMargin>20</LeftMargin><RightMargin>30</RightMargin>";
+    const QByteArray ends = "<TopMargin>40</TopMargin><BottomMargin>50</BottomMargin>";
+    QCOMPARE(
+        readMargins(paper + sides + "<TopMargin>800</TopMargin><BottomMargin>50</BottomMargin>"),
+        QMarginsF(20, fresh.top(), 30, fresh.bottom()));
+    QCOMPARE(readMargins(paper + ends + "<LeftMargin>600</LeftMargin><RightMargin>9</RightMargin>"),
+             QMarginsF(fresh.left(), 40, fresh.right(), 50));
+    QCOMPARE(readMargins(paper + ends + "<RightMargin>1e300</RightMargin>"),
+             QMarginsF(fresh.left(), 40, fresh.right(), 50));
 }
 
 void TstPrintSettings::marginsMayLeaveLittleOfThePaper()

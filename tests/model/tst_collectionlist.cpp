@@ -64,6 +64,7 @@ private Q_SLOTS:
     // Moving
     void aCollectionMoves_data();
     void aCollectionMoves();
+    void aBinderReadWhileACollectionMovesEndsNothing();
     void movingFromTheFirstToBeforeTheFourthLandsAtPositionTwo();
     void positionsOutsideTheListMoveNothing_data();
     void positionsOutsideTheListMoveNothing();
@@ -489,6 +490,21 @@ void TstCollectionList::aCollectionMoves()
                     u"to come %1 %2 of 4"_qs.arg(inserted).arg(title),
                     u"came %1 %2 of 5"_qs.arg(inserted).arg(title), u"modified of 5"_qs,
                     u"changed of 5"_qs}));
+}
+
+void TstCollectionList::aBinderReadWhileACollectionMovesEndsNothing()
+{
+    // Nobody is told of the change before the list is whole, also when somebody reads meanwhile.
+    const auto model = modelOfFive();
+    const CollectionLog log(model.get());
+    connect(model.get(), &TVLProjectModel::collectionAboutToBeRemoved, model.get(), [&model] {
+        TVLBinderProject *project = model.get();
+        project->beginBinderRead();
+        project->endBinderRead();
+    });
+    model->moveCollection(4, 0);
+    QVERIFY(log.lines().contains(u"modified of 5"_qs));
+    QVERIFY(!log.lines().contains(u"modified of 4"_qs));
 }
 
 void TstCollectionList::movingFromTheFirstToBeforeTheFourthLandsAtPositionTwo()

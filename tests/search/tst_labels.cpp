@@ -127,6 +127,8 @@ void TstLabels::addTitleRows()
     QTest::newRow("a statement") << u"x'); DROP TABLE ProjectLabels; --"_qs;
     QTest::newRow("a placeholder") << u":t ? @t $t"_qs;
     QTest::newRow("line ends") << u"one\ntwo\r\n"_qs;
+    QTest::newRow("a byte order mark") << u"\ufeffChapter"_qs;
+    QTest::newRow("nothing but byte order marks") << u"\ufeff\ufeff"_qs;
     QTest::newRow("long") << QString(100000, u'x');
 }
 
