@@ -112,6 +112,9 @@ QString readFile(const QString &path, const QString &filePath, QTextDocument *no
     const std::unique_ptr<QIODevice> device = file.open(&reason);
     if (!device)
         return failure(reason);
+    // Nor is there anything in one of no bytes.
+    if (device->size() == 0)
+        return {};
     TVLTextRtfReader reader(note);
     if (!reader.read(device.get()))
         return failure(reader.errorString());

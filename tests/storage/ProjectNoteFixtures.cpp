@@ -96,7 +96,7 @@ QByteArray noteXml(int id, const QByteArray &children)
 void addDamagedNoteRows()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("nothing at all") << QByteArray();
+    QTest::newRow("nothing but a line end") << QByteArray("\n");
     QTest::newRow("no rich text") << QByteArray("Once upon a time");
     QTest::newRow("cut off") << QByteArray("{\\rtf1\\ansi Once upon");
     QTest::newRow("a web page") << QByteArray("<html>Once</html>");

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void whatIsReadIsAppended();
     void aReadNoteIsNobodysAndUnmodified();
     void aNoteWithoutAFileIsEmpty();
+    void aNoteOfNoBytesIsEmpty();
     void aTitleThatIsOnlyInTheIndexIsKept();
     void twoEntriesOfOneIdAreOneNote();
     void entriesWithoutAnIdAreLeftOut();
@@ -204,6 +205,22 @@ void TstReadProjectNotes::aNoteWithoutAFileIsEmpty()
     QVERIFY(!QFileInfo::exists(project.path(noteFile(11))));
     Notes notes;
     QVERIFY(notes.read(project));
+    setNoteText(notes.at(1), u"Back"_qs);
+    QVERIFY(notes.write(project));
+    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_qs);
+}
+
+void TstReadProjectNotes::aNoteOfNoBytesIsEmpty()
+{
+    const TestProject project;
+    writeThreeNotes(project);
+    project.writeFile(noteFile(11), {});
+    QCOMPARE(noteLinesIn(project),
+             QStringList({ThreeNotes.at(0), u"11 Title 11: "_qs, ThreeNotes.at(2)}));
+    Notes notes;
+    QStringList errors;
+    QVERIFY(notes.read(project, &errors));
+    QCOMPARE(errors, QStringList());
     setNoteText(notes.at(1), u"Back"_qs);
     QVERIFY(notes.write(project));
     QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_qs);
