@@ -1,5 +1,6 @@
 #include "TVLProjectFolderFormat.h"
 
+#include "TVLSettingsFile_p.h"
 #include "TvlCore.h"
 
 #include <QCoreApplication>
@@ -8,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHostInfo>
-#include <QLockFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUuid>
@@ -46,17 +46,6 @@ QUuid readOrMakeUserLockId()
     return id;
 }
 
-/**
- * Removes the file that settings guard their writing by, if its process was killed: they would wait
- * half a minute for one that doesn't say whose it is. That of a process that lives stays.
- */
-void removeLeftOverGuard(const QString &settingsPath)
-{
-    const QString guardPath = settingsPath + u".lock"_qs;
-    if (QFileInfo::exists(guardPath))
-        (void)QLockFile(guardPath).removeStaleLockFile();
-}
-
 void setText(QString *target, const QString &text)
 {
     if (target)
@@ -78,7 +67,7 @@ bool TVLProjectFolderFormat::addLock(const QString &path)
     filesDirectory(path, &ok);
     if (!ok)
         return false;
-    removeLeftOverGuard(lockFilePath(path));
+    tvlRemoveLeftOverGuard(lockFilePath(path));
     QSettings lock(lockFilePath(path), QSettings::IniFormat);
     lock.setValue(u"platform"_qs, LockPlatform.toString());
     lock.setValue(u"host"_qs, QHostInfo::localHostName());

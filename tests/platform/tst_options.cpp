@@ -2,6 +2,7 @@
 
 #include "TVLOptions.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QMetaEnum>
 #include <QSettings>
@@ -11,6 +12,8 @@
 
 #include <memory>
 #include <optional>
+
+#include <sys/stat.h>
 
 Q_DECLARE_METATYPE(TVLOptions::Flag)
 Q_DECLARE_METATYPE(TVLOptions::Int)
@@ -73,6 +76,8 @@ private Q_SLOTS:
     void withoutAPathTheUsersFileIsUsed();
     void whatOthersWriteIsReadBySync();
     void syncFailsWhereNoFileCanBe();
+    void aGuardThatAKilledProcessLeftHoldsNothingUp();
+    void aPipeIsNotOpened();
     void thereIsOneObject();
 
 private:
@@ -182,11 +187,11 @@ void TstOptions::aNumberHasAKeyAndADefault()
     QCOMPARE(TVLOptions::defaultValue(option), defaultValue);
     QCOMPARE(tvlOptions()->value(option), defaultValue);
 
-    tvlOptions()->setValue(option, -42);
-    QCOMPARE(tvlOptions()->value(option), -42);
-    QCOMPARE(storedValue(key), QVariant(u"-42"_qs));
+    tvlOptions()->setValue(option, 42);
+    QCOMPARE(tvlOptions()->value(option), 42);
+    QCOMPARE(storedValue(key), QVariant(u"42"_qs));
     tvlOptions()->setFilePath(mPath);
-    QCOMPARE(tvlOptions()->value(option), -42);
+    QCOMPARE(tvlOptions()->value(option), 42);
 }
 
 void TstOptions::aFontHasAKeyAndADefault_data()
@@ -233,9 +238,11 @@ void TstOptions::aFlagIsReadFromTheFile_data()
     QTest::newRow("false") << QByteArray("false") << Expected(false);
     QTest::newRow("upper case") << QByteArray("TRUE") << Expected(true);
     QTest::newRow("mixed case") << QByteArray("False") << Expected(false);
-    QTest::newRow("empty") << QByteArray("") << Expected();
-    QTest::newRow("number") << QByteArray("1") << Expected();
-    QTest::newRow("word") << QByteArray("maybe") << Expected();
+    QTest::newRow("empty") << QByteArray("") << Expected(false);
+    QTest::newRow("number") << QByteArray("1") << Expected(true);
+    QTest::newRow("number in quotes") << QByteArray("\"1\"") << Expected(true);
+    QTest::newRow("zero") << QByteArray("0") << Expected(false);
+    QTest::newRow("word") << QByteArray("yes") << Expected(true);
     QTest::newRow("list") << QByteArray("true, false") << Expected();
     QTest::newRow("invalid") << QByteArray("@Invalid()") << Expected();
 }
@@ -257,7 +264,9 @@ void TstOptions::aNumberIsReadFromTheFile_data()
 
     QTest::newRow("number") << QByteArray("25") << 25;
     QTest::newRow("zero") << QByteArray("0") << 0;
-    QTest::newRow("negative") << QByteArray("-1") << -1;
+    QTest::newRow("the most") << QByteArray("2147483") << 2147483;
+    QTest::newRow("more than a timer can wait") << QByteArray("2147484") << 10;
+    QTest::newRow("negative") << QByteArray("-1") << 10;
     QTest::newRow("empty") << QByteArray("") << 10;
     QTest::newRow("word") << QByteArray("ten") << 10;
     QTest::newRow("flag") << QByteArray("true") << 10;
@@ -527,6 +536,40 @@ void TstOptions::thereIsOneObject()
 {
     QVERIFY(tvlOptions());
     QCOMPARE(tvlOptions(), tvlOptions());
+}
+
+void TstOptions::aGuardThatAKilledProcessLeftHoldsNothingUp()
+{
+    const auto leaveGuard = [this] {
+        QFile guard(mPath + u".lock"_qs);
+        QVERIFY(guard.open(QIODevice::WriteOnly));
+    };
+    QElapsedTimer timer;
+    timer.start();
+    tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
+    leaveGuard();
+    QVERIFY(tvlOptions()->sync());
+    tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 12);
+    leaveGuard();
+    tvlOptions()->setFilePath(mFolder->filePath(u"new.ini"_qs));
+    leaveGuard();
+    tvlOptions()->setFilePath(mPath);
+    leaveGuard();
+    tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 13);
+    QCoreApplication::processEvents();
+    QVERIFY(timer.elapsed() < 10'000);
+    QCOMPARE(storedValue(u"General/AutoSaveSeconds"_qs), QVariant(u"13"_qs));
+}
+
+void TstOptions::aPipeIsNotOpened()
+{
+    const QString pipe = mFolder->filePath(u"pipe.ini"_qs);
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    tvlOptions()->setFilePath(pipe);
+    tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
+    QCOMPARE(tvlOptions()->value(TVLOptions::AutoSaveSeconds), 11);
+    QVERIFY(!tvlOptions()->sync());
+    tvlOptions()->setFilePath(mPath);
 }
 
 TVL_TEST(TstOptions)

@@ -380,7 +380,7 @@ void TstLayoutSettings::aPlaceThatNoWindowHasReadsAsTheDefault()
     QFETCH(QByteArray, size);
     const SettingsFile file;
     file.write("[General]\nwindowPosition=" + position + "\nwindowSize=" + size
-               + "\nwindowMaximized=perhaps\nvisibilityFlags=all\n");
+               + "\nwindowMaximized=yes, no\nvisibilityFlags=all\n");
     const TVLLayoutSettings layout(file.path());
     const QRect available = availableOnPrimaryScreen();
     QCOMPARE(layout.windowGeometry(nullptr),

@@ -4,12 +4,17 @@
 
 #include "TVLProjectSettings.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTest>
 
 #include <functional>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -76,6 +81,7 @@ private Q_SLOTS:
     void aWholeFileIsNotKept_data();
     void aWholeFileIsNotKept();
     void everyWayOfChangingKeepsADamagedFile();
+    void whatChangesNothingLeavesADamagedFileAlone();
     void theSecondObjectOnADamagedFileKeepsItToo();
     void aDamagedFileIsKeptOnceForTheSameContent();
     void anotherDamagedFileDoesNotReplaceTheFirst();
@@ -87,6 +93,9 @@ private Q_SLOTS:
     void aHugeFileIsRead();
     void aFileThatCannotBeWrittenLosesNothing_data();
     void aFileThatCannotBeWrittenLosesNothing();
+    void aGuardThatAKilledProcessLeftHoldsNothingUp_data();
+    void aGuardThatAKilledProcessLeftHoldsNothingUp();
+    void aPipeInAFilesPlaceIsNotOpened();
 };
 
 void TstSettingsFiles::openingAndReadingMakesNoFile()
@@ -206,6 +215,36 @@ void TstSettingsFiles::everyWayOfChangingKeepsADamagedFile()
         QVERIFY(file.content() != damaged);
         QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), damaged);
     }
+}
+
+void TstSettingsFiles::whatChangesNothingLeavesADamagedFileAlone()
+{
+    const QByteArray damaged = "[General]\nlayoutName=x\nignoreList=a, b\nword\n[Other]\nkey=1\n";
+    const SettingsFile file;
+    file.write(damaged);
+    {
+        TVLProjectSettings settings(file.path());
+        settings.setName(u"x"_qs);
+        settings.setIgnoreList({u"a"_qs, u"b"_qs});
+        settings.setValue(u"Other/key"_qs, u"1"_qs);
+        settings.remove(u"Another"_qs);
+        settings.remove(u"Other/key/below"_qs);
+        settings.remove(QString());
+        settings.sync();
+    }
+    QCOMPARE(file.content(), damaged);
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+
+    const SettingsFile emptied;
+    emptied.write("word\n");
+    TVLProjectSettings(emptied.path()).clear();
+    QCOMPARE(emptied.content(), QByteArray("word\n"));
+    QCOMPARE(emptied.names(), QStringList(u"ui.ini"_qs));
+
+    // A whole group goes, and is something to write.
+    TVLProjectSettings(file.path()).remove(u"Other"_qs);
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+    QVERIFY(!file.open<TVLProjectSettings>()->contains(u"Other/key"_qs));
 }
 
 void TstSettingsFiles::theSecondObjectOnADamagedFileKeepsItToo()
@@ -400,6 +439,74 @@ void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing()
                  QStringList(u"inner"_qs));
     else
         QCOMPARE(inTheWay.content(), QByteArray("words"));
+}
+
+void TstSettingsFiles::aGuardThatAKilledProcessLeftHoldsNothingUp_data()
+{
+    using Change = std::function<void(const SettingsFile &)>;
+    QTest::addColumn<Change>("change");
+    const auto add = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+    const auto leaveGuard = [](const SettingsFile &file) {
+        QFile guard(file.path() + u".lock"_qs);
+        QVERIFY(guard.open(QIODevice::WriteOnly));
+    };
+    add("at the end of the object", [leaveGuard](const SettingsFile &file) {
+        TVLProjectSettings settings(file.path());
+        settings.setValue(TVLSettings::CardSize, 5);
+        leaveGuard(file);
+    });
+    add("in writing", [leaveGuard](const SettingsFile &file) {
+        TVLProjectSettings settings(file.path());
+        settings.setValue(TVLSettings::CardSize, 5);
+        leaveGuard(file);
+        settings.sync();
+    });
+    add("when the event loop comes round", [leaveGuard](const SettingsFile &file) {
+        TVLProjectSettings settings(file.path());
+        settings.setValue(TVLSettings::CardSize, 5);
+        leaveGuard(file);
+        QCoreApplication::processEvents();
+    });
+    add("in another file", [leaveGuard](const SettingsFile &file) {
+        const SettingsFile source;
+        TVLProjectSettings settings(source.path());
+        settings.setValue(TVLSettings::CardSize, 5);
+        leaveGuard(file);
+        QVERIFY(settings.saveToFile(file.path()));
+    });
+}
+
+void TstSettingsFiles::aGuardThatAKilledProcessLeftHoldsNothingUp()
+{
+    // Settings by themselves wait half a minute for it.
+    QFETCH(const std::function<void(const SettingsFile &)>, change);
+    const SettingsFile file;
+    QElapsedTimer timer;
+    timer.start();
+    change(file);
+    QVERIFY(timer.elapsed() < 10'000);
+    QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+}
+
+void TstSettingsFiles::aPipeInAFilesPlaceIsNotOpened()
+{
+    const SettingsFile file;
+    QCOMPARE(mkfifo(QFile::encodeName(file.path()).constData(), 0600), 0);
+    const SettingsFile elsewhere;
+    {
+        TVLProjectSettings settings(file.path());
+        readAll(settings);
+        settings.setValue(TVLSettings::CardSize, 5);
+        QCOMPARE(settings.value(TVLSettings::CardSize), 5);
+        settings.sync();
+        QCOMPARE(settings.status(), QSettings::AccessError);
+        QVERIFY(!settings.saveToFile(file.path()));
+        QVERIFY(settings.saveToFile(elsewhere.path()));
+    }
+    QCOMPARE(elsewhere.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
+    QVERIFY(QFileInfo::exists(file.path()));
+    QVERIFY(!QFileInfo(file.path()).isFile());
 }
 
 TVL_TEST(TstSettingsFiles)

@@ -1,5 +1,6 @@
 #include "TVLOptions.h"
 
+#include "TVLSettingsFile_p.h"
 #include "TVLStoredValue_p.h"
 
 #include <QCoreApplication>
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -105,6 +107,17 @@ const TVLSettingRow<Option, Value> &rowOf(const TVLSettingRow<Option, Value> (&t
     return *row;
 }
 
+/** Whether an option can have a value. */
+bool isInRange(TVLOptions::Int number, int value)
+{
+    switch (number) {
+    case TVLOptions::AutoSaveSeconds:
+        // A timer's time is milliseconds, and an int.
+        return value >= 0 && value <= std::numeric_limits<int>::max() / 1000;
+    }
+    return true;
+}
+
 QString groupOf(const QString &key)
 {
     return key.section(u'/', 0, 0);
@@ -143,7 +156,7 @@ std::unique_ptr<QSettings> openSettings(const QString &path)
         return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
                                            u"Tavelinor"_qs, u"Tavelinor"_qs);
     }
-    return std::make_unique<QSettings>(path, QSettings::IniFormat);
+    return std::make_unique<QSettings>(tvlSettingsPath(path), QSettings::IniFormat);
 }
 
 std::unique_ptr<TVLOptions> &applicationOptions()
@@ -171,7 +184,10 @@ TVLOptions::TVLOptions()
 {
 }
 
-TVLOptions::~TVLOptions() = default;
+TVLOptions::~TVLOptions()
+{
+    tvlRemoveLeftOverGuard(filePath());
+}
 
 bool TVLOptions::value(Flag flag) const
 {
@@ -180,7 +196,8 @@ bool TVLOptions::value(Flag flag) const
 
 int TVLOptions::value(Int number) const
 {
-    return tvlStoredOr(*mSettings, keyText(number), tvlStoredInt, defaultValue(number));
+    const int stored = tvlStoredOr(*mSettings, keyText(number), tvlStoredInt, defaultValue(number));
+    return isInRange(number, stored) ? stored : defaultValue(number);
 }
 
 QFont TVLOptions::value(Font font) const
@@ -252,6 +269,7 @@ void TVLOptions::setFilePath(const QString &path)
 {
     QStringList groups =
         groupsOf(FlagRows) + groupsOf(IntRows) + groupsOf(FontRows) + groupsOf(*mSettings);
+    tvlRemoveLeftOverGuard(filePath());
     mSettings = openSettings(path);
     groups += groupsOf(*mSettings);
     announce(groups);
@@ -259,6 +277,7 @@ void TVLOptions::setFilePath(const QString &path)
 
 bool TVLOptions::sync()
 {
+    tvlRemoveLeftOverGuard(filePath());
     mSettings->sync();
     return mSettings->status() == QSettings::NoError;
 }
@@ -266,6 +285,7 @@ bool TVLOptions::sync()
 void TVLOptions::store(const QString &key, const QVariant &value, bool hasChanged)
 {
     // Stored even if unchanged: a default becomes the user's choice, a value of a wrong kind goes.
+    tvlRemoveLeftOverGuard(filePath());
     mSettings->setValue(key, value);
     if (hasChanged)
         announce({groupOf(key)});

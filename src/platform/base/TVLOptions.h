@@ -69,6 +69,7 @@ public:
     ~TVLOptions() override;
 
     [[nodiscard]] bool value(Flag flag) const;
+    /** The default also for a stored number that the option can't have. */
     [[nodiscard]] int value(Int number) const;
     [[nodiscard]] QFont value(Font font) const;
 

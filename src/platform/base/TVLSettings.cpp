@@ -1,9 +1,11 @@
 #include "TVLSettings.h"
 
 #include "TVLRegularFile.h"
+#include "TVLSettingsFile_p.h"
 #include "TVLStoredFormat_p.h"
 #include "TVLStoredValue_p.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QTemporaryFile>
 
@@ -72,11 +74,14 @@ bool isSafeToWrite(const QString &path)
 } // namespace
 
 TVLSettings::TVLSettings(const QString &path, QObject *parent)
-    : QSettings(path, QSettings::IniFormat, parent)
+    : QSettings(tvlSettingsPath(path), QSettings::IniFormat, parent)
 {
 }
 
-TVLSettings::~TVLSettings() = default;
+TVLSettings::~TVLSettings()
+{
+    tvlRemoveLeftOverGuard(fileName());
+}
 
 bool TVLSettings::defaultValue(FlagSetting) const
 {
@@ -321,7 +326,11 @@ void TVLSettings::setValue(TextBlockFormatSetting setting, const QTextBlockForma
 
 void TVLSettings::setValue(const QString &key, const QVariant &value)
 {
-    if (!key.isEmpty() && mayWrite())
+    if (key.isEmpty())
+        return;
+    const QVariant stored = QSettings::value(key);
+    const bool isStored = stored.isValid() && stored.metaType() == value.metaType();
+    if ((!isStored || stored != value) && mayWrite())
         QSettings::setValue(key, value);
 }
 
@@ -332,14 +341,39 @@ bool TVLSettings::contains(const QString &key) const
 
 void TVLSettings::remove(const QString &key)
 {
-    if (!key.isEmpty() && mayWrite())
+    if (!key.isEmpty() && holds(key) && mayWrite())
         QSettings::remove(key);
 }
 
 void TVLSettings::clear()
 {
-    if (mayWrite())
+    // What is outside the group goes too, and can't be seen from here.
+    const bool isEmpty = group().isEmpty() && allKeys().isEmpty();
+    if (!isEmpty && mayWrite())
         QSettings::clear();
+}
+
+void TVLSettings::sync()
+{
+    tvlRemoveLeftOverGuard(fileName());
+    QSettings::sync();
+}
+
+bool TVLSettings::event(QEvent *event)
+{
+    if (event->type() == QEvent::UpdateRequest) // What is unwritten is about to be written.
+        tvlRemoveLeftOverGuard(fileName());
+    return QSettings::event(event);
+}
+
+bool TVLSettings::holds(const QString &key)
+{
+    if (QSettings::contains(key))
+        return true;
+    beginGroup(key);
+    const bool hasKeysBelow = !allKeys().isEmpty();
+    endGroup();
+    return hasKeysBelow;
 }
 
 bool TVLSettings::saveToFile(const QString &path) const
@@ -353,12 +387,14 @@ bool TVLSettings::saveToFile(const QString &path) const
     if (!isSafeToWrite(path))
         return false;
     // The first object on a file is told what was wrong with it, the second only of the writing.
-    const QSettings replaced(path, QSettings::IniFormat);
+    const QString targetPath = tvlSettingsPath(path);
+    const QSettings replaced(targetPath, QSettings::IniFormat);
     parseAll(replaced);
-    QSettings target(path, QSettings::IniFormat);
+    QSettings target(targetPath, QSettings::IniFormat);
     target.clear();
     for (const auto &[key, value] : entries)
         target.setValue(key, value);
+    tvlRemoveLeftOverGuard(targetPath);
     target.sync();
     return target.status() == QSettings::NoError;
 }

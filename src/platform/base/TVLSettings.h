@@ -26,7 +26,10 @@
  * Changes are in memory at once and in the file when the event loop comes round, on sync() and with
  * the object's end. Objects on the same file see each other's changes. Before the first change of a
  * file that can't be read whole, it is copied to its name with `.damaged` behind it, or when there
- * is another such copy, `.damaged-2` and so on. As long as that fails, no change is taken.
+ * is another such copy, `.damaged-2` and so on. As long as that fails, no change is taken. Setting
+ * what is stored already and removing what isn't change nothing.
+ *
+ * At a path where there is no ordinary file but a pipe, a socket or a device, all is in memory.
  */
 class TVL_EXPORT TVLSettings : public QSettings
 {
@@ -224,7 +227,15 @@ public:
      */
     [[nodiscard]] bool saveToFile(const QString &path) const;
 
+    /** Writes what is unwritten and reads what others have written. */
+    void sync();
+
+protected:
+    bool event(QEvent *event) override;
+
 private:
+    /** Whether there is anything under a key. */
+    [[nodiscard]] bool holds(const QString &key);
     /** Whether nothing of the file is lost by writing it. Asked before the first change. */
     [[nodiscard]] bool mayWrite();
 

@@ -28,12 +28,9 @@ std::optional<QString> tvlStoredText(const QVariant &stored)
 
 std::optional<bool> tvlStoredFlag(const QVariant &stored)
 {
-    const QString text = tvlStoredText(stored).value_or(QString());
-    if (text.compare(u"true", Qt::CaseInsensitive) == 0)
-        return true;
-    if (text.compare(u"false", Qt::CaseInsensitive) == 0)
-        return false;
-    return std::nullopt;
+    const std::optional<QString> text = tvlStoredText(stored);
+    // As QVariant has it: every text but an empty one, 0 and false is true.
+    return text ? std::optional(QVariant(*text).toBool()) : std::nullopt;
 }
 
 std::optional<int> tvlStoredInt(const QVariant &stored)
@@ -64,9 +61,10 @@ std::optional<QStringList> tvlStoredTexts(const QVariant &stored)
 
 std::optional<QList<int>> tvlStoredInts(const QVariant &stored)
 {
+    if (const auto numbers = tvlStoredExactly<QList<int>>(stored))
+        return numbers;
     const std::optional<QStringList> texts = tvlStoredTexts(stored);
-    // No text at all is what a value reads as that can't be decoded.
-    if (!texts || texts->isEmpty())
+    if (!texts)
         return std::nullopt;
     if (*texts == QStringList(QString()))
         return QList<int>();

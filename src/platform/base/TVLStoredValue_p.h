@@ -16,12 +16,14 @@
 // kind.
 
 std::optional<QString> tvlStoredText(const QVariant &stored);
+/** As QVariant makes a flag of a text: false for an empty one, 0 and false, true for any other. */
 std::optional<bool> tvlStoredFlag(const QVariant &stored);
 std::optional<int> tvlStoredInt(const QVariant &stored);
 /** A finite number only. */
 std::optional<double> tvlStoredReal(const QVariant &stored);
 std::optional<QStringList> tvlStoredTexts(const QVariant &stored);
-/** Nothing also when one of several elements isn't a number. */
+/** Nothing also when one of several elements isn't a number. An empty list also for a value that
+ * can't be decoded: a file doesn't tell the two apart. */
 std::optional<QList<int>> tvlStoredInts(const QVariant &stored);
 
 /**
