@@ -1,13 +1,11 @@
 #include "TVLMatchFunction_p.h"
 
 #include "TVLDecodedText_p.h"
+#include "TVLSearchSql_p.h"
 #include "TVLTextMatcher.h"
 
 #include <QDebug>
 #include <QSqlDatabase>
-#include <QSqlDriver>
-#include <QSqlQuery>
-#include <QVariant>
 
 #include <sqlite3.h>
 
@@ -138,34 +136,12 @@ void matchQString(sqlite3_context *context, int argumentCount, sqlite3_value **a
     }
 }
 
-/** The driver's connection; null if it belongs to another kind of database or isn't open. */
-sqlite3 *handleOf(const QSqlDatabase &database)
-{
-    if (!database.isOpen())
-        return nullptr;
-    const QVariant handle = database.driver()->handle();
-    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
-        return nullptr;
-    return *static_cast<sqlite3 *const *>(handle.constData());
-}
-
-/**
- * Whether the driver uses the same SQLite as this library. One of its own inside the driver would
- * take our calls on its handle badly.
- */
-bool isOurLibrary(const QSqlDatabase &database)
-{
-    QSqlQuery query(database);
-    return query.exec(u"SELECT sqlite_source_id()"_qs) && query.next()
-        && query.value(0).toString() == QLatin1String(sqlite3_sourceid());
-}
-
 } // namespace
 
 bool tvlInstallMatchFunction(const QSqlDatabase &database)
 {
-    sqlite3 *handle = handleOf(database);
-    if (!handle || !isOurLibrary(database)) {
+    sqlite3 *handle = TVLSearchSql::handleOf(database);
+    if (!handle) {
         qCritical() << "sql error" << FunctionName << "needs an open connection of SQLite"
                     << sqlite3_libversion();
         return false;

@@ -33,9 +33,24 @@ QString withoutHalfPairs(QString text)
 
 } // namespace
 
+sqlite3 *TVLSearchSql::handleOf(const QSqlDatabase &database)
+{
+    if (!database.isOpen())
+        return nullptr;
+    const QVariant handle = database.driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    QSqlQuery query(database);
+    const bool isOurs = query.exec(u"SELECT sqlite_source_id()"_qs) && query.next()
+        && query.value(0).toString() == QLatin1String(sqlite3_sourceid());
+    return isOurs ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
+}
+
 void TVLSearchSql::keepInMemory(const QSqlDatabase &database)
 {
-    auto *handle = *static_cast<sqlite3 *const *>(database.driver()->handle().constData());
+    sqlite3 *handle = handleOf(database);
+    if (!handle)
+        return;
     constexpr unsigned flags = SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE;
     sqlite3_int64 mostBytes = MostBytes;
     if (sqlite3_deserialize(handle, "main", nullptr, 0, 0, flags) != SQLITE_OK

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariant>
 
+struct sqlite3;
+
 /** What the sources of the search index share in talking to its database. */
 namespace TVLSearchSql {
 
@@ -14,12 +16,18 @@ inline const QString InsertInt =
     u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_qs;
 
 /**
+ * The handle of a connection that is open and uses the same SQLite as this library; else null. One
+ * of its own inside the driver would take our calls on its handle badly.
+ */
+[[nodiscard]] sqlite3 *handleOf(const QSqlDatabase &database);
+
+/**
  * Moves a new connection's private database into memory, with what could be taken back and the
  * temporary tables of searches.
  *
  * In a file for temporary data it would be lost whole to the first disk that is full, with the
  * labels and status items, of which there is no other copy until the project is saved. It is also
- * searched and changed faster.
+ * searched and changed faster. A connection of another SQLite is left as it is.
  */
 void keepInMemory(const QSqlDatabase &database);
 

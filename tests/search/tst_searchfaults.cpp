@@ -6,6 +6,10 @@
 #include "TestSearchedProject.h"
 
 #include <QCoreApplication>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlRecord>
+#include <QSqlResult>
 #include <QTest>
 
 #include <algorithm>
@@ -14,7 +18,57 @@
 
 #include <sys/resource.h>
 
+struct sqlite3;
+Q_DECLARE_OPAQUE_POINTER(sqlite3 *)
+
 namespace {
+
+/** What stands in the place of another library's connection. */
+QByteArray foreignMemory()
+{
+    return QByteArray(65536, '\x55');
+}
+
+/** Answers nothing. */
+class ForeignResult : public QSqlResult
+{
+public:
+    explicit ForeignResult(const QSqlDriver *driver)
+        : QSqlResult(driver)
+    {
+    }
+
+protected:
+    QVariant data(int /*field*/) override { return {}; }
+    bool isNull(int /*field*/) override { return true; }
+    bool reset(const QString & /*query*/) override { return false; }
+    bool fetch(int /*row*/) override { return false; }
+    bool fetchFirst() override { return false; }
+    bool fetchLast() override { return false; }
+    int size() override { return 0; }
+    int numRowsAffected() override { return 0; }
+};
+
+/** A driver with a SQLite of its own: its handle is nothing for the one that is linked here. */
+class ForeignDriver : public QSqlDriver
+{
+public:
+    static inline QByteArray sMemory;
+
+    bool hasFeature(DriverFeature /*feature*/) const override { return false; }
+    void close() override { setOpen(false); }
+    QSqlResult *createResult() const override { return new ForeignResult(this); }
+    QVariant handle() const override
+    {
+        return QVariant::fromValue(reinterpret_cast<sqlite3 *>(sMemory.data()));
+    }
+    bool open(const QString &, const QString &, const QString &, const QString &, int,
+              const QString &) override
+    {
+        setOpen(true);
+        return true;
+    }
+};
 
 /** Lets no file of this process grow beyond a size, as a disk that is full does. */
 class FileSizeLimit
@@ -46,6 +100,7 @@ class TstSearchFaults : public QObject
 private Q_SLOTS:
     void initTestCase();
     void aStoreWithoutDriverIsEmptyAndUsable();
+    void theHandleOfAnotherSqliteIsNotTouched();
     void aStoreThatIsNotConnectedIsEmptyAndUsable();
     void aStoreNeedsNoRoomOnDisk();
     void aFileThatIsCutOffByTheDiskIsNotTakenForSaved();
@@ -123,6 +178,22 @@ void TstSearchFaults::aStoreWithoutDriverIsEmptyAndUsable()
     }
     QCoreApplication::setLibraryPaths(paths);
     QVERIFY(TVLSearchIndex().isOpen());
+}
+
+void TstSearchFaults::theHandleOfAnotherSqliteIsNotTouched()
+{
+    ForeignDriver::sMemory = foreignMemory();
+    QSqlDatabase::registerSqlDriver(u"QSQLITE"_qs, new QSqlDriverCreator<ForeignDriver>);
+    {
+        const LogTaker taker;
+        TVLSearchIndex index;
+        QVERIFY(index.isOpen());
+        QCOMPARE(taker.lines().filter(u"needs an open connection of SQLite"_qs).size(), 1);
+        QVERIFY(index.labels().isEmpty());
+    }
+    QCOMPARE(ForeignDriver::sMemory, foreignMemory());
+    QSqlDatabase::registerSqlDriver(u"QSQLITE"_qs, nullptr);
+    QVERIFY(TVLSearchIndex().addLabel(1, u"One"_qs, QColor()));
 }
 
 void TstSearchFaults::aStoreThatIsNotConnectedIsEmptyAndUsable()
