@@ -459,8 +459,6 @@ QMimeData *TVLKeywordModel::mimeData(const QModelIndexList &indexes) const
     QModelIndexList sorted;
     std::copy_if(indexes.cbegin(), indexes.cend(), std::back_inserter(sorted),
                  [this](const QModelIndex &index) { return findItem(idOf(index)); });
-    if (sorted.isEmpty())
-        return nullptr;
     std::stable_sort(sorted.begin(), sorted.end(), TVLModel::lessThanIndex);
     QStringList titles;
     titles.reserve(sorted.size());
