@@ -6,7 +6,6 @@
 #include "TVLFileWriting_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
-#include "TVLWholeUuid_p.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -51,7 +50,7 @@ ChecksumKey keyOf(QStringView text)
     const qsizetype slash = text.indexOf(u'/');
     if (slash <= 0)
         return {QUuid(), text.toString()};
-    return {tvlWholeUuid(text.first(slash)), text.sliced(slash + 1).toString()};
+    return {TUuid::fromWholeText(text.first(slash)), text.sliced(slash + 1).toString()};
 }
 
 void appendLine(const ChecksumKey &key, const QByteArray &checksum, QByteArray *lines)

@@ -3,8 +3,8 @@
  */
 #include "TVLProjectChecksums.h"
 
+#include "TUuid.h"
 #include "TVLProjectFolderFormat.h"
-#include "TVLWholeUuid_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,7 +33,7 @@ void visitDocuments(const QString &dataPath, QDir::Filters filters, Visit &&visi
     // Of two for one item, the one in capitals comes first: that is how the project calls it.
     const QStringList folderNames = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &folderName : folderNames) {
-        const QUuid uuid = tvlWholeUuid(folderName);
+        const QUuid uuid = TUuid::fromWholeText(folderName);
         if (uuid.isNull())
             continue;
         const QDir folder(data.filePath(folderName));
@@ -157,7 +157,7 @@ bool TVLProjectChecksums::removeOldMobileChecksumFiles(const QString &path)
     const QFileInfoList files = folder.entryInfoList({u"*.checksums"_qs}, QDir::Files);
     bool allRemoved = true;
     for (const QFileInfo &file : files) {
-        if (!tvlWholeUuid(file.baseName()).isNull())
+        if (!TUuid::fromWholeText(file.baseName()).isNull())
             allRemoved = TVLCoreUtil::DeleteFile(file.filePath()) && allRemoved;
     }
     return allRemoved;

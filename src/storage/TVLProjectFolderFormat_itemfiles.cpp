@@ -266,9 +266,8 @@ QList<QUuid> TVLProjectFolderFormat::folderUUIDs(const QString &path)
     QList<QUuid> uuids;
     const QStringList names = QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
-        const QUuid uuid(name);
-        // What begins with a uuid would be taken for one, such as a copy that some service made.
-        if (!uuid.isNull() && name.size() == TUuid::toStringNoBraces(uuid, true).size())
+        const QUuid uuid = TUuid::fromWholeText(name);
+        if (!uuid.isNull())
             uuids.append(uuid);
     }
     return uuids;

@@ -343,6 +343,11 @@ void TstChecksumFiles::textKeysAreSplitAtTheirUuid_data()
     const QString uuid = QString::fromLatin1(UuidText);
     add("uuid and name", uuid + u"/content.rtf"_qs, {Uuid, u"content.rtf"_qs});
     add("lower case", uuid.toLower() + u"/content.rtf"_qs, {Uuid, u"content.rtf"_qs});
+    add("braces", u'{' + uuid + u"}/content.rtf"_qs, {Uuid, u"content.rtf"_qs});
+    add("half the braces", u'{' + uuid + u"/content.rtf"_qs, key(u'{' + uuid + u"/content.rtf"_qs));
+    add("two pairs of braces", u"{{"_qs + uuid + u"}}/a"_qs, key(u"{{"_qs + uuid + u"}}/a"_qs));
+    add("braces around less", u'{' + uuid.chopped(1) + u"}/a"_qs,
+        key(u'{' + uuid.chopped(1) + u"}/a"_qs));
     add("several slashes", uuid + u"/a/b"_qs, {Uuid, u"a/b"_qs});
     add("no slash", u"12.rtf"_qs, key(u"12.rtf"_qs));
     add("only a uuid", uuid, key(uuid));

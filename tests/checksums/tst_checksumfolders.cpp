@@ -167,9 +167,12 @@ void TstChecksumFolders::foldersOfItemsAreFoundInEitherCase()
         QVERIFY(name != name.toUpper());
         project.writeFile(folders.root + name + u"/content.rtf"_qs, "text");
         project.writeFile(folders.path(0xabd, u"notes.rtf"_qs), "notes");
+        // So are those with braces.
+        project.writeFile(folders.root + uuidOf(0xabe).toString() + u"/synopsis.txt"_qs, "short");
         QCOMPARE(toText(folders.calculate(project.path())),
                  toText({{key(0xabc, u"content.rtf"_qs), hashOf("text")},
-                         {key(0xabd, u"notes.rtf"_qs), hashOf("notes")}}));
+                         {key(0xabd, u"notes.rtf"_qs), hashOf("notes")},
+                         {key(0xabe, u"synopsis.txt"_qs), hashOf("short")}}));
     }
 }
 

@@ -421,6 +421,7 @@ void TstMobileChecksums::checksumFilesOfUuidsAreRemoved_data()
     QTest::newRow("upper case") << uuid + u".checksums"_qs << true;
     QTest::newRow("lower case") << uuid.toLower() + u".checksums"_qs << true;
     QTest::newRow("base name ends at the first dot") << uuid + u".old.checksums"_qs << true;
+    QTest::newRow("braces") << u'{' + uuid + u"}.checksums"_qs << true;
     QTest::newRow("scripts") << u"scripts.checksums"_qs << false;
     QTest::newRow("null uuid") << QUuid().toString(QUuid::WithoutBraces) + u".checksums"_qs
                                << false;

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void idTextsAreRead();
 
     void aUuidIsWrittenWithoutBraces();
+    void onlyAWholeTextIsAUuid();
     void anyUuidReadsBackInBothCases();
 };
 
@@ -182,10 +183,24 @@ void TstCoreType::aUuidIsWrittenWithoutBraces()
     QCOMPARE(TUuid::toStringNoBraces(QUuid(), true), u"00000000-0000-0000-0000-000000000000"_qs);
 }
 
+void TstCoreType::onlyAWholeTextIsAUuid()
+{
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_qs);
+    const QString text = uuid.toString(QUuid::WithoutBraces);
+    for (const QString &whole : {text, text.toUpper(), u'{' + text + u'}'})
+        QCOMPARE(TUuid::fromWholeText(whole), uuid);
+    for (const QString &other :
+         {QString(), u"{"_qs, u"}"_qs, u"{}"_qs, text + u" (2)"_qs, u'{' + text, text + u'}',
+          u'{' + text.chopped(1) + u'}', u"{{"_qs + text + u"}}"_qs, u'{' + text.chopped(1),
+          text.chopped(1), u'x' + text.sliced(1)})
+        QVERIFY2(TUuid::fromWholeText(other).isNull(), qPrintable(other));
+}
+
 void TstCoreType::anyUuidReadsBackInBothCases()
 {
     for (int i = 0; i < 1000; ++i) {
         const QUuid uuid = QUuid::createUuid();
+        QCOMPARE(TUuid::fromWholeText(uuid.toString()), uuid);
         const QString lower = TUuid::toStringNoBraces(uuid, false);
         QCOMPARE(lower, uuid.toString(QUuid::WithoutBraces));
         const QString upper = TUuid::toStringNoBraces(uuid, true);

@@ -2,6 +2,7 @@
  * by. */
 #include "ProjectCheck.h"
 
+#include "TUuid.h"
 #include "TVLCoreUtil.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
@@ -40,12 +41,11 @@ bool isWholeHash(QStringView text)
 /** Whether a line names a file of the folder of documents, or of an item's own folder. */
 bool isFileName(QStringView name)
 {
-    constexpr qsizetype UuidLength = 36;
     const qsizetype slash = name.indexOf(u'/');
     if (slash < 0)
         return !name.isEmpty();
-    return slash == UuidLength && !QUuid::fromString(name.first(slash)).isNull()
-        && slash + 1 < name.size() && !name.sliced(slash + 1).contains(u'/');
+    return !TUuid::fromWholeText(name.first(slash)).isNull() && slash + 1 < name.size()
+        && !name.sliced(slash + 1).contains(u'/');
 }
 
 std::optional<HashRecord> recordOf(QStringView line)

@@ -33,3 +33,10 @@ QString TUuid::toStringNoBraces(const QUuid &uuid, bool upperCase)
     }
     return text;
 }
+
+QUuid TUuid::fromWholeText(QStringView text)
+{
+    if (text.startsWith(u'{') && text.endsWith(u'}'))
+        text = text.mid(1).chopped(1);
+    return text.size() == TextLength && !text.startsWith(u'{') ? QUuid::fromString(text) : QUuid();
+}

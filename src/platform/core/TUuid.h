@@ -14,4 +14,10 @@ public:
      * QUuid reads both forms. Cheap enough to be called for every item of a file.
      */
     [[nodiscard]] static QString toStringNoBraces(const QUuid &uuid, bool upperCase);
+
+    /**
+     * A text that is a uuid as a whole, with braces or without, in upper or lower case; null for
+     * any other. QUuid takes whatever begins like one, such as the name of a copy.
+     */
+    [[nodiscard]] static QUuid fromWholeText(QStringView text);
 };
