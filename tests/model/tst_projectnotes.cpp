@@ -625,7 +625,7 @@ void TstProjectNotes::anUnreadNoteCanBeRemoved()
 {
     const TestProject project;
     makeTwoNotes(project);
-    project.writeFile(noteFile(11), {});
+    project.writeFile(noteFile(11), "Once upon a time");
     QString text;
     const auto model = openWithErrors(project, &text);
     QVERIFY(model->removeProjectNote(11, nullptr));
