@@ -97,6 +97,9 @@ private Q_SLOTS:
     void picturesBecomeOnesThatOthersKnow();
     void everyPlaceOfAPictureHasItsBytes();
     void textFromRightToLeftSaysWhereItStarts();
+    void raisedAndLoweredTextStandsInGroupsOfItsOwn_data();
+    void raisedAndLoweredTextStandsInGroupsOfItsOwn();
+    void raisedTextOfAnInspectorsNoteStandsInAGroupOfItsOwn();
     void theNormalModeKeepsNotesAsMarks();
     void aFileIsWrittenAndAFailureTold();
 };
@@ -349,6 +352,70 @@ void TstRtfExport::textFromRightToLeftSaysWhereItStarts()
     format.setAlignment(Qt::AlignRight);
     cursor.setBlockFormat(format);
     QVERIFY(makeWriter().toRtf(&document, false).contains("\\ql\\rtlpar"));
+}
+
+void TstRtfExport::raisedAndLoweredTextStandsInGroupsOfItsOwn_data()
+{
+    QTest::addColumn<bool>("exporting");
+    QTest::addColumn<int>("alignment");
+    QTest::addColumn<QByteArray>("word");
+
+    QTest::newRow("raised") << false << int(QTextCharFormat::AlignSuperScript)
+                            << QByteArray("\\super ");
+    QTest::newRow("raised, exported")
+        << true << int(QTextCharFormat::AlignSuperScript) << QByteArray("\\super ");
+    QTest::newRow("lowered") << false << int(QTextCharFormat::AlignSubScript)
+                             << QByteArray("\\sub ");
+    QTest::newRow("lowered, exported")
+        << true << int(QTextCharFormat::AlignSubScript) << QByteArray("\\sub ");
+}
+
+void TstRtfExport::raisedAndLoweredTextStandsInGroupsOfItsOwn()
+{
+    QFETCH(bool, exporting);
+    QFETCH(int, alignment);
+    QFETCH(QByteArray, word);
+    QTextCharFormat shifted;
+    shifted.setVerticalAlignment(static_cast<QTextCharFormat::VerticalAlignment>(alignment));
+    QTextCharFormat bold = shifted;
+    bold.setFontWeight(QFont::Bold);
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    cursor.insertText(u"before"_qs, QTextCharFormat());
+    cursor.insertText(u"first"_qs, shifted);
+    cursor.insertText(u"second"_qs, bold);
+    cursor.insertText(u"behind"_qs, QTextCharFormat());
+    cursor.setBlockCharFormat(shifted);
+    TVLTextRtfWriter writer(nullptr);
+    writer.setExportingMode(exporting);
+    QByteArray rtf = writer.toRtf(&document, false);
+    rtf.remove(0, rtf.indexOf("before"));
+    const auto isAlone = [&rtf, &word](const QByteArray &text) {
+        const qsizetype group = rtf.lastIndexOf("{\\plain", rtf.indexOf(word + text));
+        return group >= 0
+            && rtf.indexOf('}', group) == rtf.indexOf(word + text) + word.size() + text.size();
+    };
+    QVERIFY2(isAlone("first"), rtf);
+    QVERIFY2(isAlone("second"), rtf);
+    QVERIFY2(isAlone("\\par\n"), rtf);
+    QCOMPARE(rtf.count(word), 3);
+}
+
+void TstRtfExport::raisedTextOfAnInspectorsNoteStandsInAGroupOfItsOwn()
+{
+    QTextCharFormat raised;
+    raised.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
+    QTextDocument note;
+    QTextCursor noteCursor(&note);
+    noteCursor.insertText(u"m"_qs, QTextCharFormat());
+    noteCursor.insertText(u"2"_qs, raised);
+    noteCursor.insertText(u" of floor"_qs, QTextCharFormat());
+    QTextCharFormat format;
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, TVLTextRtf::toRtfCData(&note)));
+    QTextDocument document;
+    QTextCursor(&document).insertText(u"Text"_qs, format);
+    const QByteArray rtf = makeWriter().toRtf(&document, false);
+    QVERIFY2(rtf.contains("\\super 2} of floor"), rtf);
 }
 
 void TstRtfExport::theNormalModeKeepsNotesAsMarks()

@@ -114,6 +114,12 @@ void verticalAlignmentWords(const QTextCharFormat &format, QByteArray *words)
     }
 }
 
+bool isShifted(const QTextCharFormat &format)
+{
+    return format.verticalAlignment() == QTextCharFormat::AlignSuperScript
+        || format.verticalAlignment() == QTextCharFormat::AlignSubScript;
+}
+
 } // namespace
 
 TVLRtfComposer::TVLRtfComposer(const QTextDocument *document, const TVLRtfOptions &options)
@@ -173,9 +179,11 @@ void TVLRtfComposer::paragraph(const QTextBlock &block, int depth, const char *e
     endNote();
     closeGroups();
     // In a cell's first block that format is the cell's own.
-    if (block.charFormat().objectType() != QTextFormat::TableCellObject)
-        useFormat(block.charFormat(), block.charFormatIndex());
+    const bool hasFormat = block.charFormat().objectType() != QTextFormat::TableCellObject;
+    const bool opensGroup = hasFormat && useFormat(block.charFormat(), block.charFormatIndex());
     mBody.append(end);
+    if (opensGroup)
+        mBody.append('}');
 }
 
 QByteArray TVLRtfComposer::paragraphWords(const QTextBlock &block, int depth)
@@ -290,7 +298,7 @@ void TVLRtfComposer::fragment(const QTextFragment &fragment)
 void TVLRtfComposer::run(const QTextCharFormat &format, int formatIndex, const QString &text)
 {
     openGroups(format);
-    useFormat(format, formatIndex);
+    const bool opensGroup = useFormat(format, formatIndex);
     const QStringList names = format.anchorNames();
     bookmarks(names, "bkmkstart");
     if (format.isImageFormat()) {
@@ -300,6 +308,8 @@ void TVLRtfComposer::run(const QTextCharFormat &format, int formatIndex, const Q
         tvlAppendRtfText(&mBody, text);
     }
     bookmarks(names, "bkmkend");
+    if (opensGroup)
+        mBody.append('}');
 }
 
 void TVLRtfComposer::bookmarks(const QStringList &names, const char *word)
@@ -313,15 +323,26 @@ void TVLRtfComposer::bookmarks(const QStringList &names, const char *word)
     }
 }
 
-void TVLRtfComposer::useFormat(const QTextCharFormat &format, int formatIndex)
+bool TVLRtfComposer::useFormat(const QTextCharFormat &format, int formatIndex)
 {
     auto words = mCharWordsByFormat.constFind(formatIndex);
     if (words == mCharWordsByFormat.cend())
         words = mCharWordsByFormat.insert(formatIndex, charWords(format));
-    if (*words == mCharWords)
-        return;
-    mBody.append("\\plain").append(*words).append(' ');
-    mCharWords = *words;
+    return useWords(format, *words);
+}
+
+bool TVLRtfComposer::useWords(const QTextCharFormat &format, const QByteArray &words)
+{
+    // LibreOffice moves raised and lowered text elsewhere unless a group ends what raises it.
+    const bool opensGroup = isShifted(format);
+    if (opensGroup)
+        mBody.append('{');
+    else if (words == mCharWords)
+        return false;
+    else
+        mCharWords = words;
+    mBody.append("\\plain").append(words).append(' ');
+    return opensGroup;
 }
 
 QByteArray TVLRtfComposer::charWords(const QTextCharFormat &format)

@@ -138,11 +138,11 @@ void TVLRtfComposer::noteText(const QTextDocument &note)
             // Pictures of another document have no bytes here.
             if (it.fragment().charFormat().isImageFormat())
                 continue;
-            const QByteArray words = charWords(it.fragment().charFormat());
-            if (words != mCharWords)
-                mBody.append("\\plain").append(words).append(' ');
-            mCharWords = words;
+            const QTextCharFormat format = it.fragment().charFormat();
+            const bool opensGroup = useWords(format, charWords(format));
             tvlAppendRtfText(&mBody, it.fragment().text());
+            if (opensGroup)
+                mBody.append('}');
         }
     }
 }

@@ -64,7 +64,10 @@ private:
     // Characters
     void fragment(const QTextFragment &fragment);
     void run(const QTextCharFormat &format, int formatIndex, const QString &text);
-    void useFormat(const QTextCharFormat &format, int formatIndex);
+    /** Whether it has opened a group, which the caller closes. */
+    [[nodiscard]] bool useFormat(const QTextCharFormat &format, int formatIndex);
+    /** The same, with the words of the format. */
+    [[nodiscard]] bool useWords(const QTextCharFormat &format, const QByteArray &words);
     [[nodiscard]] QByteArray charWords(const QTextCharFormat &format);
     void fontWords(const QTextCharFormat &format, QByteArray *words);
     void colorWords(const QTextCharFormat &format, QByteArray *words);
