@@ -370,9 +370,12 @@ private:
         const QTextListFormat format = list.format();
         const QString marker = format.numberPrefix() + nameOf(ListNames, int(format.style()))
             + (format.style() > QTextListFormat::ListDecimal ? QString() : numberSuffix(format));
+        const QString start = format.hasProperty(TVLTextFormat::ListStart)
+            ? u", from %1"_qs.arg(format.intProperty(TVLTextFormat::ListStart))
+            : QString();
         return u"item %1 of list %2 (%3, level %4)"_qs.arg(list.itemNumber(block) + 1)
             .arg(place + 1)
-            .arg(marker)
+            .arg(marker + start)
             .arg(format.indent());
     }
 

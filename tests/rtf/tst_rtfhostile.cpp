@@ -16,6 +16,7 @@ namespace {
 const QString NotRtf = u"This is not a rich text file."_qs;
 const QString CutOff = u"The file ends before its text does."_qs;
 const QString TooDeep = u"The file is nested too deeply."_qs;
+const QString GoesOn = u"The file goes on behind the end of its text."_qs;
 
 /** What an unoptimised build under the sanitizers still reads a megabyte in. */
 const int Megabyte = testSize(1'000'000);
@@ -150,19 +151,27 @@ void TstRtfHostile::whatIsWrongIsTold_data()
         << wrapped("{\\*\\x\\bin99999999999 abc}") << CutOff;
 
     QTest::newRow("deeper than any program nests")
-        << wrapped(QByteArray(2000, '{') + "text" + QByteArray(2000, '}')) << TooDeep;
+        << wrapped(QByteArray(20'000, '{') + "text" + QByteArray(20'000, '}')) << TooDeep;
     QTest::newRow("100,000 braces deep")
         << wrapped(QByteArray(100'000, '{') + "text" + QByteArray(100'000, '}')) << TooDeep;
     QTest::newRow("deep in what is skipped")
-        << wrapped("{\\*\\x" + QByteArray(2000, '{') + QByteArray(2000, '}') + "}") << TooDeep;
+        << wrapped("{\\*\\x" + QByteArray(20'000, '{') + QByteArray(20'000, '}') + "}") << TooDeep;
 
     QTest::newRow("the least of all") << QByteArray("{\\rtf}") << QString();
     QTest::newRow("a mark of byte order") << "\xef\xbb\xbf" + wrapped("text") << QString();
-    QTest::newRow("text behind the last brace") << wrapped("text") + "more } { \\'" << QString();
+    QTest::newRow("text behind the last brace") << wrapped("text") + "more } { \\'" << GoesOn;
+    QTest::newRow("text behind a brace too many") << QByteArray("{\\rtf1 text}}\n more}") << GoesOn;
+    QTest::newRow("a second file behind the first") << wrapped("text") + wrapped("more") << GoesOn;
+    QTest::newRow("a character in Unicode behind the last brace")
+        << wrapped("text") + "\\u960?" << GoesOn;
+    QTest::newRow("blanks and line ends behind the last brace")
+        << wrapped("text") + " \t\r\n\n " << QString();
+    QTest::newRow("braces alone behind the last one") << wrapped("text") + "}\n{}" << QString();
+    QTest::newRow("the mark that ends a file of DOS") << wrapped("text") + "\r\n\x1a" << QString();
     QTest::newRow("zeros behind the last brace")
         << wrapped("text") + QByteArray(512, '\0') << QString();
     QTest::newRow("as deep as programs nest")
-        << wrapped(QByteArray(900, '{') + "text" + QByteArray(900, '}')) << QString();
+        << wrapped(QByteArray(9900, '{') + "text" + QByteArray(9900, '}')) << QString();
     QTest::newRow("raw bytes of a negative length") << wrapped("{\\pict\\bin-5 abc}") << QString();
 }
 
@@ -188,14 +197,28 @@ void TstRtfHostile::textIsSaved_data()
     QTest::newRow("of a field without end")
         << QByteArray("{\\rtf1 a{\\field{\\*\\fldinst HYPERLINK x}{\\fldrslt b") << u"ab"_qs;
     QTest::newRow("above what is too deep")
-        << wrapped("above" + QByteArray(2000, '{') + "below") << u"above"_qs;
+        << wrapped("above" + QByteArray(20'000, '{') + "below") << u"abovebelow"_qs;
+    QTest::newRow("below what is too deep")
+        << wrapped(QByteArray(20'000, '{')
+                   + "below{\\*\\unknown hidden}{\\fonttbl{\\f0 A;}}{\\pict "
+                     "89}{\\footnote note}"
+                   + QByteArray(20'000, '}') + " behind")
+        << u"belownote behind"_qs;
+    QTest::newRow("behind the last brace")
+        << wrapped("text") + "more\\par end" << u"text\nmore\nend"_qs;
+    QTest::newRow("behind a brace too many")
+        << QByteArray("{\\rtf1\\ansicpg1251 one\\par two}}{\\b \\'ff}\\par four}")
+        << u"one\ntwo\n\u044f\nfour"_qs;
+    QTest::newRow("of a second file") << QByteArray(
+        "{\\rtf1{\\fonttbl{\\f0 A;}}one}\n{\\rtf1{\\fonttbl{\\f0 B;}}two}{\\rtf1 three}\n")
+                                      << u"one\ntwo\nthree"_qs;
     QTest::newRow("among zeros") << wrapped(QByteArray("a\0b\0\0c", 6)) << u"abc"_qs;
     QTest::newRow("among zeros in hexadecimal") << wrapped("a\\'00b\\u0?c") << u"abc"_qs;
     QTest::newRow("among bytes that are no characters") << wrapped("a\\'81b\x8d"
                                                                    "c")
                                                         << u"a\u0081b\u008dc"_qs;
-    QTest::newRow("among half surrogates") << wrapped("a\\u-10179?b\\u-8704?c")
-                                           << u"a"_qs + QChar(0xd83d) + u'b' + QChar(0xde00) + u'c';
+    QTest::newRow("among half surrogates")
+        << wrapped("a\\u-10179?b\\u-8704?c") << u"a\ufffdb\ufffdc"_qs;
     QTest::newRow("with a document's own structure in it")
         << wrapped("a\\u8233?b\\u-560?c\\u-559?d\\'0de\\'0af") << u"a\nb\ufffdc\ufffdd\ne\nf"_qs;
     QTest::newRow("behind a half double byte")

@@ -103,15 +103,15 @@ void applyCellProperties(const TVLRtfCellProperties &properties, const TVLRtfFor
     cell.setFormat(format);
 }
 
-bool hasContent(const TVLRtfCell &cell)
-{
-    return cell.mItems.size() > 1
-        || (cell.mItems.size() == 1
-            && !(std::holds_alternative<TVLRtfParagraph>(cell.mItems.front())
-                 && std::get<TVLRtfParagraph>(cell.mItems.front()).mText.isEmpty()));
-}
-
 } // namespace
+
+bool TVLRtfCell::hasContent() const
+{
+    return mItems.size() > 1
+        || (mItems.size() == 1
+            && !(std::holds_alternative<TVLRtfParagraph>(mItems.front())
+                 && std::get<TVLRtfParagraph>(mItems.front()).mText.isEmpty()));
+}
 
 TVLRtfBuilder::TVLRtfBuilder(QTextDocument *document, const TVLRtfFormats *formats)
     : mDocument(document)
@@ -211,7 +211,7 @@ void TVLRtfBuilder::insertTable(const TVLRtfTable &source)
             for (size_t cell = 0; cell < sourceRow.mCells.size(); ++cell) {
                 const TVLRtfTableGrid::Place &place = grid.places(row)[cell];
                 const bool isCovered = place.mRowSpan == 0;
-                if (isCovered && !hasContent(sourceRow.mCells[cell]))
+                if (isCovered && !sourceRow.mCells[cell].hasContent())
                     continue;
                 const QTextTableCell target =
                     table->cellAt(int(row), qMin(place.mColumn, grid.columnCount() - 1));

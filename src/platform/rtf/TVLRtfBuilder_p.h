@@ -40,6 +40,9 @@ using TVLRtfCellItem = std::variant<TVLRtfParagraph, std::unique_ptr<TVLRtfTable
 struct TVLRtfCell
 {
     std::vector<TVLRtfCellItem> mItems;
+
+    /** Whether there is more than one empty paragraph. */
+    [[nodiscard]] bool hasContent() const;
 };
 
 /** What a row says of one of its cells. */

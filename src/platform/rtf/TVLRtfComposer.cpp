@@ -282,9 +282,9 @@ void TVLRtfComposer::listMarker(const QTextBlock &block)
     const QTextList *list = block.textList();
     if (!list)
         return;
-    const int number = ++mItemCounts[list->objectIndex()];
+    const int item = mItemCounts[list->objectIndex()]++;
     mBody.append("{\\listtext\\tab ");
-    tvlAppendRtfText(&mBody, TVLRtfHeader::listMarker(list->format(), number));
+    tvlAppendRtfText(&mBody, TVLRtfHeader::listMarker(list->format(), item));
     mBody.append("\\tab}");
 }
 

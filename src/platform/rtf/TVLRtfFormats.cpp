@@ -181,8 +181,9 @@ QTextBlockFormat TVLRtfFormats::blockFormat(const TVLRtfParagraphState &state, i
         format.setTabPositions(state.mTabs);
     if (const QColor background = shade(state.mBackground); background.isValid())
         format.setBackground(background);
-    if (state.mHeadingLevel > 0)
-        format.setHeadingLevel(state.mHeadingLevel);
+    const int heading = state.mHeadingLevel >= 0 ? state.mHeadingLevel : state.mStyleHeadingLevel;
+    if (heading > 0)
+        format.setHeadingLevel(heading);
     if (state.mMarker > 0)
         format.setMarker(static_cast<QTextBlockFormat::MarkerType>(state.mMarker));
     if (state.mDirection >= 0)

@@ -1,5 +1,7 @@
 #include "TVLRtfHeader_p.h"
 
+#include "TVLTextFormat.h"
+
 #include <QTextList>
 
 #include <cmath>
@@ -7,6 +9,7 @@
 namespace {
 
 constexpr int MaximumLevel = 8;
+constexpr int MaximumListStart = 32767;
 constexpr int TwipsPerLevel = 720;
 constexpr int MarkerTwips = 360;
 /** The length of a level's text is one byte. */
@@ -120,7 +123,8 @@ void appendLevel(QByteArray *rtf, const QTextListFormat &format, int level, bool
 {
     rtf->append("{\\listlevel");
     tvlAppendRtfWord(rtf, "levelnfc", rowOfStyle(format.style()).numbering);
-    rtf->append("\\leveljc0\\levelfollow0\\levelstartat1");
+    rtf->append("\\leveljc0\\levelfollow0");
+    tvlAppendRtfWord(rtf, "levelstartat", isOwnLevel ? TVLRtfHeader::listStart(format) : 1);
     if (isOwnLevel)
         tvlAppendRtfWord(rtf, "tvllistindent", format.indent());
     appendLevelText(rtf, format, level);
@@ -296,10 +300,17 @@ int TVLRtfHeader::listFirst()
     return -MarkerTwips;
 }
 
-QString TVLRtfHeader::listMarker(const QTextListFormat &format, int number)
+int TVLRtfHeader::listStart(const QTextListFormat &format)
+{
+    const bool hasStart =
+        rowOfStyle(format.style()).bullet == 0 && format.hasProperty(TVLTextFormat::ListStart);
+    return hasStart ? qBound(0, format.intProperty(TVLTextFormat::ListStart), MaximumListStart) : 1;
+}
+
+QString TVLRtfHeader::listMarker(const QTextListFormat &format, int item)
 {
     const ListStyleRow &row = rowOfStyle(format.style());
     if (row.bullet)
         return QString(QChar(row.bullet));
-    return prefix(format) + numberText(format.style(), number) + suffix(format);
+    return prefix(format) + numberText(format.style(), listStart(format) + item) + suffix(format);
 }

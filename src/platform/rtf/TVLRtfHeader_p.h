@@ -41,8 +41,10 @@ public:
     /** What a level's paragraphs are indented by, in twips, and their first lines. */
     [[nodiscard]] static int listLeft(int level);
     [[nodiscard]] static int listFirst();
-    /** What stands in front of an item. */
-    [[nodiscard]] static QString listMarker(const QTextListFormat &format, int number);
+    /** The number of a list's first item. */
+    [[nodiscard]] static int listStart(const QTextListFormat &format);
+    /** What stands in front of an item; the first one is item 0. */
+    [[nodiscard]] static QString listMarker(const QTextListFormat &format, int item);
 
 private:
     void appendFonts(QByteArray *rtf) const;

@@ -101,6 +101,8 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"ls", A::ParagraphNumber, n(TVLRtfParagraphNumber::List)},
     {"ilvl", A::ParagraphNumber, n(TVLRtfParagraphNumber::ListLevel)},
     {"itap", A::ParagraphNumber, n(TVLRtfParagraphNumber::TableDepth)},
+    {"s", A::ParagraphNumber, n(TVLRtfParagraphNumber::Style)},
+    {"sbasedon", A::ParagraphNumber, n(TVLRtfParagraphNumber::StyleBase)},
     {"intbl", A::ParagraphFlag, n(TVLRtfParagraphFlag::InTable)},
     {"pagebb", A::ParagraphFlag, n(TVLRtfParagraphFlag::BreakBefore)},
     {"tvlpageba", A::ParagraphFlag, n(TVLRtfParagraphFlag::BreakAfter)},
@@ -156,6 +158,7 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"tvlalpha", A::ColorPart, 3},
     {"info", A::Destination, n(D::Container)},
     {"title", A::Destination, n(D::Title)},
+    {"stylesheet", A::Destination, n(D::StyleSheet)},
 
     // Lists
     {"listtable", A::Destination, n(D::ListTable)},
@@ -169,10 +172,15 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"tvllistindent", A::LevelIndent},
     {"listoverridetable", A::Destination, n(D::ListOverrides)},
     {"listoverride", A::Destination, n(D::ListOverride)},
+    {"lfolevel", A::OverrideLevel},
     {"listoverridestartat", A::ListRestart},
+    {"listtext", A::Destination, n(D::ListMarker)},
+    {"pntext", A::Destination, n(D::ListMarker)},
     {"pn", A::Destination, n(D::OldList)},
     {"pnlvl", A::OldListLevel, -1},
     {"pnlvlbody", A::OldListLevel, 0},
+    {"pnlvlcont", A::OldListGoesOn},
+    {"pnstart", A::OldListStart},
     {"pnlvlblt", A::OldListStyle, QTextListFormat::ListDisc},
     {"pndec", A::OldListStyle, QTextListFormat::ListDecimal},
     {"pncard", A::OldListStyle, QTextListFormat::ListDecimal},
@@ -275,9 +283,6 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"object", A::Destination, n(D::Transparent)},
 
     // What belongs to no text, or stands there a second time
-    {"stylesheet", A::Destination, n(D::Skipped)},
-    {"listtext", A::Destination, n(D::Skipped)},
-    {"pntext", A::Destination, n(D::Skipped)},
     {"levelnumbers", A::Destination, n(D::Skipped)},
     {"listname", A::Destination, n(D::Skipped)},
     {"nonshppict", A::Destination, n(D::Skipped)},
@@ -345,6 +350,7 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"fontfile", A::Destination, n(D::Skipped)},
     {"panose", A::Destination, n(D::Skipped)},
     {"fname", A::Destination, n(D::Skipped)},
+    {"abiframeprops", A::Destination, n(D::Skipped)},
 };
 
 /**

@@ -52,6 +52,9 @@ enum class TVLRtfAction : quint8 {
     LevelNumbering,
     LevelStart,
     LevelIndent,
+    OverrideLevel,
+    OldListStart,
+    OldListGoesOn,
     OldListLevel, ///< Argument: -1 for the parameter, else a level.
     OldListStyle, ///< Argument: a QTextListFormat::Style.
     // Tables.
@@ -102,6 +105,8 @@ enum class TVLRtfParagraphNumber : quint8 {
     List,
     ListLevel,
     TableDepth,
+    Style,
+    StyleBase,
 };
 
 enum class TVLRtfParagraphFlag : quint8 { InTable, BreakBefore, BreakAfter, Keep, KeepWithNext };
@@ -134,6 +139,7 @@ enum class TVLRtfDestination : quint8 {
     FontTable,
     FontAlternative,
     ColorTable,
+    StyleSheet,
     Container, ///< Text of its own counts for nothing, what is nested in it may.
     Title,
     Picture,
@@ -146,6 +152,7 @@ enum class TVLRtfDestination : quint8 {
     List,
     ListLevel,
     LevelText,
+    ListMarker, ///< What stands before an item where a program knows no lists.
     ListOverrides,
     ListOverride,
     OldList,

@@ -2,10 +2,12 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace {
 
 /** Far above what any program writes, far below what would exhaust memory. */
-constexpr size_t MaximumDepth = 1000;
+constexpr size_t MaximumDepth = 10'000;
 /** More characters than this don't stand in for one. */
 constexpr int MaximumUnicodeSkip = 64;
 
@@ -56,17 +58,43 @@ QString TVLRtfParser::parse()
     do {
         token = mTokenizer.next();
         handle(token);
-    } while (token.mKind != TVLRtfToken::End && !mGroups.empty() && !mTooDeep);
+    } while (token.mKind != TVLRtfToken::End && !mGroups.empty());
     const bool isCutOff = !mGroups.empty() || mTokenizer.isBinaryCutOff();
+    const bool goesOn = !isCutOff && hasTextBehindItsEnd();
+    readToTheEnd();
 
+    if (mTooDeep)
+        return tr("The file is nested too deeply.");
+    if (isCutOff)
+        return tr("The file ends before its text does.");
+    return goesOn ? tr("The file goes on behind the end of its text.") : QString();
+}
+
+bool TVLRtfParser::hasTextBehindItsEnd()
+{
+    // A needless brace or the mark that ends a file of DOS has no words.
+    constexpr QByteArrayView NoText(" \t\r\n\0{}\x1a", 8);
+    const QByteArrayView rest = mTokenizer.rest();
+    return std::any_of(rest.begin(), rest.end(), [NoText](char c) { return !NoText.contains(c); });
+}
+
+/** What stands behind the brace that ends the text is read as well as it can be. */
+void TVLRtfParser::readToTheEnd()
+{
+    if (mGroups.empty() && hasTextBehindItsEnd()) {
+        mGroup = {};
+        mGroup.mPage = mDocumentPage;
+        mIsBehindEnd = true;
+        TVLRtfToken token;
+        do {
+            token = mTokenizer.next();
+            handle(token);
+        } while (token.mKind != TVLRtfToken::End);
+    }
     flushPending();
     finishText();
     while (!mGroups.empty())
         closeGroup();
-
-    if (mTooDeep)
-        return tr("The file is nested too deeply.");
-    return isCutOff ? tr("The file ends before its text does.") : QString();
 }
 
 bool TVLRtfParser::startsAsRtf()
@@ -74,7 +102,9 @@ bool TVLRtfParser::startsAsRtf()
     if (mTokenizer.next().mKind != TVLRtfToken::Open)
         return false;
     openGroup();
-    const TVLRtfToken token = mTokenizer.next();
+    TVLRtfToken token = mTokenizer.next();
+    if (token.mKind == TVLRtfToken::Text && token.mText.trimmed().isEmpty())
+        token = mTokenizer.next();
     return token.mKind == TVLRtfToken::Word && token.mText == "rtf";
 }
 
@@ -110,6 +140,7 @@ void TVLRtfParser::handle(const TVLRtfToken &token)
             mPicture.mBytes.append(token.mText);
         break;
     }
+    mLastKind = token.mKind;
 }
 
 void TVLRtfParser::openGroup()
@@ -119,6 +150,7 @@ void TVLRtfParser::openGroup()
     mIgnorable = false;
     if (mGroups.size() >= MaximumDepth) {
         mTooDeep = true;
+        mDeepDestinations.push_back(mGroup.mDestination);
         return;
     }
     mGroups.push_back(mGroup);
@@ -130,7 +162,14 @@ void TVLRtfParser::closeGroup()
     flushPending();
     mToSkip = 0;
     mIgnorable = false;
-    if (mGroups.size() == 1)
+    if (!mDeepDestinations.empty()) {
+        mGroup.mDestination = mDeepDestinations.back();
+        mDeepDestinations.pop_back();
+        return;
+    }
+    if (mGroups.empty())
+        return;
+    if (mGroups.size() == 1 && !mIsBehindEnd)
         finishText();
     const Group closed = std::move(mGroup);
     mGroup = std::move(mGroups.back());
@@ -218,7 +257,8 @@ void TVLRtfParser::symbol(char symbol)
         return bytes(QByteArrayView(&symbol, 1));
     flushPending();
     if (symbol == '*') {
-        mIgnorable = true;
+        // Elsewhere it would hide text that nobody meant to hide.
+        mIgnorable = mIgnorable || mLastKind == TVLRtfToken::Open;
         return;
     }
     if (mGroup.mDestination == Destination::Skipped)
@@ -253,6 +293,10 @@ void TVLRtfParser::symbol(char symbol)
 void TVLRtfParser::applyHeaderWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
 {
     switch (keyword.action) {
+    case TVLRtfAction::Rtf:
+        if (mIsBehindEnd && !mParagraph.mText.isEmpty())
+            endParagraph();
+        break;
     case TVLRtfAction::DefaultFont:
         mFormats.mDefaultFont = qMax(token.mParameter, -1);
         forgetFormats();
@@ -312,6 +356,7 @@ void TVLRtfParser::fontText(const QString &text)
 
 void TVLRtfParser::finishFont()
 {
+    tvlReplaceHalfSurrogates(&mFont.mName);
     mFont.mName = familyOfFont(mFont.mName.trimmed(), mFont.mCharset);
     if (mFontNumber >= 0 && mFormats.mFonts.size() < TVLRtfFormats::MaximumSets)
         mFormats.mFonts.insert(mFontNumber, mFont);

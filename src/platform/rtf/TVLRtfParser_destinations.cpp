@@ -50,13 +50,36 @@ void TVLRtfParser::collectText(Destination destination)
 
 QString TVLRtfParser::takeText()
 {
-    const QString text = std::move(mTexts.back());
+    QString text = std::move(mTexts.back());
     mTexts.pop_back();
+    tvlReplaceHalfSurrogates(&text);
     return text;
+}
+
+/** Groups that have no state of their own either give their text to those around them or skip it.
+ */
+void TVLRtfParser::openDeepDestination(Destination destination)
+{
+    switch (destination) {
+    case Destination::Field:
+    case Destination::FieldResult:
+    case Destination::Footnote:
+    case Destination::Annotation:
+    case Destination::NestedRow:
+    case Destination::Transparent:
+    case Destination::TextBox:
+    case Destination::UnicodePair:
+    case Destination::UnicodePart:
+        return;
+    default:
+        mGroup.mDestination = Destination::Skipped;
+    }
 }
 
 void TVLRtfParser::openDestination(Destination destination)
 {
+    if (!mDeepDestinations.empty())
+        return openDeepDestination(destination);
     // A group that has opened one destination can't open a second one: files that try are damaged,
     // and what stands there is better read than lost.
     if (mGroup.mOpened)
@@ -78,6 +101,11 @@ void TVLRtfParser::openDestination(Destination destination)
     case Destination::BookmarkEnd:
     case Destination::PictureName:
         return collectText(destination);
+    case Destination::ListMarker:
+        if (mGroup.mDestination == Destination::Body && mNoteDepth == 0)
+            return collectText(destination);
+        mGroup.mDestination = Destination::Skipped;
+        return;
     case Destination::Field:
         return openField();
     case Destination::FieldResult:
@@ -160,6 +188,13 @@ void TVLRtfParser::finishDestination(const Group &group)
         break;
     case Destination::Attachment:
         mToSkip = 1;
+        break;
+    case Destination::StyleSheet:
+        finishStyle();
+        break;
+    case Destination::ListMarker:
+        mMarker += takeText();
+        mMarkerState = group.mChars;
         break;
     case Destination::LevelText:
         mListLevel.mText = takeText();

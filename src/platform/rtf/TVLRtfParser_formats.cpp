@@ -14,6 +14,23 @@ bool isOn(const TVLRtfToken &token)
     return !token.mHasParameter || token.mParameter != 0;
 }
 
+/** By the word that counts levels from 0 and has 9 for the text between headings. */
+int headingLevel(const TVLRtfToken &token)
+{
+    return token.mHasParameter && token.mParameter >= 0 && token.mParameter < 9
+        ? token.mParameter + 1
+        : 0;
+}
+
+/** Sets one of several values that exclude each other; off, a word ends no value but its own. */
+void switchTo(quint8 *value, int own, bool on)
+{
+    if (on)
+        *value = quint8(own);
+    else if (*value == own)
+        *value = 0;
+}
+
 } // namespace
 
 void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
@@ -48,17 +65,17 @@ void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken
         chars.mHidden = isOn(token);
         break;
     case A::Capitalization:
-        chars.mCapitalization = quint8(isOn(token) ? keyword.argument : int(QFont::MixedCase));
+        switchTo(&chars.mCapitalization, keyword.argument, isOn(token));
         break;
     case A::VerticalAlignment:
-        chars.mVerticalAlignment =
-            quint8(isOn(token) ? keyword.argument : int(QTextCharFormat::AlignNormal));
+        switchTo(&chars.mVerticalAlignment, keyword.argument, isOn(token));
         break;
     case A::VerticalShift: {
         const int shift = keyword.argument * (token.mHasParameter ? token.mParameter : 6);
-        chars.mVerticalAlignment = shift > 0 ? QTextCharFormat::AlignSuperScript
-            : shift < 0                      ? QTextCharFormat::AlignSubScript
-                                             : QTextCharFormat::AlignNormal;
+        const bool isUp = shift > 0 || (shift == 0 && keyword.argument > 0);
+        switchTo(&chars.mVerticalAlignment,
+                 isUp ? QTextCharFormat::AlignSuperScript : QTextCharFormat::AlignSubScript,
+                 shift != 0);
         break;
     }
     case A::VerticalAlignmentNumber:
@@ -142,6 +159,8 @@ void TVLRtfParser::applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtf
             mListLevel.mFirst = boundedTwips(token.mParameter);
         return;
     }
+    if (mGroup.mDestination == Destination::StyleSheet)
+        return applyStyleWord(keyword, token);
     if (mGroup.mDestination == Destination::ListOverride && keyword.action == A::ParagraphNumber
         && keyword.argument == int(TVLRtfParagraphNumber::List)) {
         mOverrides.insert(token.mParameter, mOverride);
@@ -173,10 +192,7 @@ void TVLRtfParser::applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtf
         paragraph.mLineHeightIsMultiple = isOn(token);
         break;
     case A::OutlineLevel:
-        paragraph.mHeadingLevel =
-            token.mHasParameter && token.mParameter >= 0 && token.mParameter < 9
-            ? token.mParameter + 1
-            : 0;
+        paragraph.mHeadingLevel = headingLevel(token);
         break;
     case A::Direction:
         paragraph.mDirection = keyword.argument;
@@ -238,6 +254,11 @@ void TVLRtfParser::setParagraphNumber(TVLRtfParagraphNumber number, int value)
     case TVLRtfParagraphNumber::TableDepth:
         paragraph.mTableDepth = value;
         break;
+    case TVLRtfParagraphNumber::Style:
+        paragraph.mStyleHeadingLevel = headingLevelOfStyle(value);
+        break;
+    case TVLRtfParagraphNumber::StyleBase:
+        break;
     }
 }
 
@@ -248,4 +269,40 @@ void TVLRtfParser::addTab(int twips)
     if (type >= 0 && paragraph.mTabs.size() < MaximumTabs)
         paragraph.mTabs.append(QTextOption::Tab(boundedTwips(twips) / TwipsPerPoint,
                                                 static_cast<QTextOption::TabType>(type)));
+}
+
+// --- Style sheet
+
+void TVLRtfParser::applyStyleWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+{
+    if (keyword.action == TVLRtfAction::OutlineLevel)
+        mStyle.mHeadingLevel = headingLevel(token);
+    else if (keyword.action != TVLRtfAction::ParagraphNumber)
+        return;
+    else if (keyword.argument == int(TVLRtfParagraphNumber::Style))
+        mStyle.mNumber = token.mParameter;
+    else if (keyword.argument == int(TVLRtfParagraphNumber::StyleBase))
+        mStyle.mBase = token.mParameter;
+}
+
+void TVLRtfParser::finishStyle()
+{
+    if (mStyle.mNumber >= 0)
+        mStyles.insert(mStyle.mNumber, mStyle);
+    mStyle = {};
+}
+
+int TVLRtfParser::headingLevelOfStyle(int number) const
+{
+    // Styles that are based on one another in a circle have no level.
+    constexpr int MaximumBases = 32;
+    for (int i = 0; i < MaximumBases; ++i) {
+        const auto style = mStyles.constFind(number);
+        if (style == mStyles.cend())
+            return 0;
+        if (style->mHeadingLevel >= 0)
+            return style->mHeadingLevel;
+        number = style->mBase;
+    }
+    return 0;
 }

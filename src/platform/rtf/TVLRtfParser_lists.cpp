@@ -1,10 +1,10 @@
 #include "TVLRtfParser_p.h"
 
+#include "TVLTextFormat.h"
+
 #include <QTextListFormat>
 
 namespace {
-
-constexpr int MaximumLevels = 9;
 
 struct NumberingRow
 {
@@ -52,7 +52,7 @@ QPair<QString, QString> textAroundNumber(const QString &levelText)
     QString text = levelText.mid(1);
     if (text.endsWith(u';'))
         text.chop(1);
-    const auto isNumber = [](QChar c) { return c.unicode() < MaximumLevels; };
+    const auto isNumber = [](QChar c) { return c.unicode() < MaximumListLevels; };
     const auto first = std::find_if(text.cbegin(), text.cend(), isNumber);
     if (first == text.cend())
         return {};
@@ -60,7 +60,14 @@ QPair<QString, QString> textAroundNumber(const QString &levelText)
     return {QString(text.cbegin(), first - text.cbegin()), QString(last, text.cend() - last)};
 }
 
-QTextListFormat listFormat(int style, int indent, const QString &before, const QString &after)
+int boundedStart(int start)
+{
+    constexpr int MaximumStart = 32767;
+    return qBound(0, start, MaximumStart);
+}
+
+QTextListFormat listFormat(int style, int indent, int start, const QString &before,
+                           const QString &after)
 {
     QTextListFormat format;
     format.setStyle(static_cast<QTextListFormat::Style>(style));
@@ -71,6 +78,8 @@ QTextListFormat listFormat(int style, int indent, const QString &before, const Q
         format.setNumberPrefix(before);
     if (after != u".")
         format.setNumberSuffix(after);
+    if (start != 1)
+        format.setProperty(TVLTextFormat::ListStart, start);
     return format;
 }
 
@@ -88,6 +97,15 @@ void TVLRtfParser::applyListWord(const TVLRtfKeyword &keyword, const TVLRtfToken
     case TVLRtfAction::ListRestart:
         mOverride.mRestarts = true;
         break;
+    case TVLRtfAction::OverrideLevel:
+        ++mOverride.mLevel;
+        break;
+    case TVLRtfAction::LevelStart:
+        if (mGroup.mDestination != Destination::ListOverride)
+            mListLevel.mStart = boundedStart(token.mParameter);
+        else if (mOverride.mLevel >= 0 && mOverride.mLevel < MaximumListLevels)
+            mOverride.mStarts.insert(mOverride.mLevel, boundedStart(token.mParameter));
+        break;
     case TVLRtfAction::LevelNumbering:
         mListLevel.mStyle = styleOfNumbering(token.mParameter);
         break;
@@ -97,7 +115,13 @@ void TVLRtfParser::applyListWord(const TVLRtfKeyword &keyword, const TVLRtfToken
         break;
     case TVLRtfAction::OldListLevel:
         mOldList.mLevel =
-            qBound(0, (keyword.argument < 0 ? token.mParameter : 1) - 1, MaximumLevels - 1);
+            qBound(0, (keyword.argument < 0 ? token.mParameter : 1) - 1, MaximumListLevels - 1);
+        break;
+    case TVLRtfAction::OldListStart:
+        mOldList.mStart = boundedStart(token.mParameter);
+        break;
+    case TVLRtfAction::OldListGoesOn:
+        mOldList.mGoesOn = true;
         break;
     case TVLRtfAction::OldListStyle:
         mOldList.mStyle = keyword.argument;
@@ -112,13 +136,15 @@ void TVLRtfParser::finishListLevel()
     if (mListLevel.mStyle == QTextListFormat::ListDisc)
         mListLevel.mStyle =
             styleOfBullet(QStringView(mListLevel.mText).mid(mListLevel.mText.isEmpty() ? 0 : 1));
-    if (mList.mLevels.size() < MaximumLevels)
+    if (mList.mLevels.size() < MaximumListLevels)
         mList.mLevels.push_back(mListLevel);
 }
 
 void TVLRtfParser::finishOldList()
 {
-    if (mOldList.mStyle == 0)
+    if (mOldList.mGoesOn)
+        mGroup.mParagraph.mOldList = TVLRtfParagraphState::WithinOldList;
+    if (mOldList.mGoesOn || mOldList.mStyle == 0)
         return;
     if (mOldList.mStyle == QTextListFormat::ListDisc)
         mOldList.mStyle = styleOfBullet(mOldList.mBefore);
@@ -129,7 +155,10 @@ void TVLRtfParser::finishOldList()
 
 const TVLRtfParser::ListLevel *TVLRtfParser::listLevel(int number, int level) const
 {
-    const auto list = mLists.constFind(mOverrides.value(number).mId);
+    const auto known = mOverrides.constFind(number);
+    if (known == mOverrides.cend())
+        return nullptr;
+    const auto list = mLists.constFind(known->mId);
     if (list == mLists.cend() || list->mLevels.empty())
         return nullptr;
     return &list->mLevels[qMin(size_t(level), list->mLevels.size() - 1)];
@@ -138,11 +167,16 @@ const TVLRtfParser::ListLevel *TVLRtfParser::listLevel(int number, int level) co
 int TVLRtfParser::paragraphList(int *left, int *first)
 {
     const TVLRtfParagraphState &paragraph = mGroup.mParagraph;
-    if (paragraph.mList > 0)
+    const bool isOld = paragraph.mOldList != TVLRtfParagraphState::NoOldList;
+    // A number that nothing is known of doesn't outweigh a description; and 0 may mean no list.
+    if (listLevel(paragraph.mList, paragraph.mListLevel) || (paragraph.mList > 0 && !isOld))
         return newStyleList(left, first);
     if (paragraph.mOldList >= 0)
         return oldStyleList(left, first);
-    mOpenOldLists.clear();
+    if (!isOld) {
+        for (LastOldList &last : mLastOldLists)
+            last.mIsOpen = false;
+    }
     return -1;
 }
 
@@ -160,7 +194,7 @@ int TVLRtfParser::newStyleList(int *left, int *first)
     const qint64 counter = counterOfList(paragraph.mList);
     const int level = paragraph.mListLevel;
     // A list inside an item ends with the item; the next one there counts from the start.
-    for (int deeper = level + 1; deeper < MaximumLevels; ++deeper)
+    for (int deeper = level + 1; deeper < MaximumListLevels; ++deeper)
         mOpenLists.remove({counter, deeper});
     const ListLevel *properties = listLevel(paragraph.mList, level);
     if (properties && properties->mStyle == QTextListFormat::ListStyleUndefined)
@@ -174,17 +208,27 @@ int TVLRtfParser::newStyleList(int *left, int *first)
     const auto open = mOpenLists.constFind({counter, level});
     if (open != mOpenLists.cend())
         return *open;
-    return *mOpenLists.insert({counter, level},
-                              mBuilder.addList(newStyleFormat(properties, level)));
+    return *mOpenLists.insert({counter, level}, mBuilder.addList(newStyleFormat(properties)));
 }
 
-QTextListFormat TVLRtfParser::newStyleFormat(const ListLevel *properties, int level) const
+QTextListFormat TVLRtfParser::newStyleFormat(const ListLevel *properties) const
 {
+    const int level = mGroup.mParagraph.mListLevel;
     if (!properties)
-        return listFormat(QTextListFormat::ListDisc, level + 1, {}, {});
+        return listFormat(QTextListFormat::ListDisc, level + 1, 1, {}, {});
     const auto [before, after] = textAroundNumber(properties->mText);
+    const ListOverride &list = *mOverrides.constFind(mGroup.mParagraph.mList);
     return listFormat(properties->mStyle, properties->mIndent > 0 ? properties->mIndent : level + 1,
-                      before, after);
+                      list.mStarts.value(level, properties->mStart), before, after);
+}
+
+bool TVLRtfParser::LastOldList::goesOnWith(const OldList &properties) const
+{
+    if (mList < 0 || !mProperties.looksLike(properties))
+        return false;
+    // Behind text that isn't in a list, only the number tells.
+    return properties.mStart == mProperties.mStart + mItems
+        || (mIsOpen && properties.mStart == mLastStart);
 }
 
 int TVLRtfParser::oldStyleList(int *left, int *first)
@@ -192,11 +236,16 @@ int TVLRtfParser::oldStyleList(int *left, int *first)
     const TVLRtfParagraphState &paragraph = mGroup.mParagraph;
     *left = paragraph.mLeftIndent.value_or(0);
     *first = paragraph.mFirstIndent.value_or(0);
-    const auto open = mOpenOldLists.constFind(paragraph.mOldList);
-    if (open != mOpenOldLists.cend())
-        return *open;
     const OldList &list = mOldLists[size_t(paragraph.mOldList)];
-    const QTextListFormat format =
-        listFormat(list.mStyle, list.mLevel + 1, list.mBefore, list.mAfter);
-    return *mOpenOldLists.insert(paragraph.mOldList, mBuilder.addList(format));
+    LastOldList &last = mLastOldLists[size_t(list.mLevel)];
+    if (!last.goesOnWith(list))
+        last = {list,
+                mBuilder.addList(listFormat(list.mStyle, list.mLevel + 1, list.mStart, list.mBefore,
+                                            list.mAfter))};
+    ++last.mItems;
+    last.mLastStart = list.mStart;
+    last.mIsOpen = true;
+    // A list inside an item ends with the item.
+    std::fill(mLastOldLists.begin() + list.mLevel + 1, mLastOldLists.end(), LastOldList());
+    return last.mList;
 }

@@ -10,8 +10,12 @@
 #include <QHash>
 #include <QPair>
 
+#include <array>
 #include <optional>
 #include <vector>
+
+/** Half a surrogate pair is no character; what stands there instead says that there was one. */
+void tvlReplaceHalfSurrogates(QString *text);
 
 /**
  * Understands the tokens of an RTF file and hands paragraphs and tables to the builder.
@@ -55,12 +59,20 @@ private:
         qsizetype mTextBefore = 0; ///< Length of the paragraph where its result begins.
     };
 
+    struct Style
+    {
+        int mNumber = -1;
+        int mBase = -1;
+        int mHeadingLevel = -1; ///< 0 for none; -1 for that of the base.
+    };
+
     struct ListLevel
     {
         int mStyle = 0; ///< A QTextListFormat::Style; 0 for a level without marker.
         int mIndent = 0; ///< 0 when it follows from the level.
         int mLeft = 0;
         int mFirst = 0;
+        int mStart = 1; ///< The first item's number.
         QString mText;
         bool mIsExact = false; ///< What a paragraph's indents add to it is the paragraph's own.
     };
@@ -76,16 +88,37 @@ private:
     {
         int mId = -1;
         bool mRestarts = false; ///< Counts for itself, not on with others of the same list.
+        int mLevel = -1; ///< That is being described.
+        QHash<int, int> mStarts; ///< The first items' numbers by their levels.
     };
 
     struct OldList
     {
         int mStyle = 0;
         int mLevel = 0;
+        int mStart = 1;
+        bool mGoesOn = false; ///< What it describes stands between two items.
         QString mBefore;
         QString mAfter;
 
         friend bool operator==(const OldList &, const OldList &) = default;
+        /** Whether items look the same but for their numbers. */
+        [[nodiscard]] bool looksLike(const OldList &other) const
+        {
+            return mStyle == other.mStyle && mBefore == other.mBefore && mAfter == other.mAfter;
+        }
+    };
+
+    /** The last old-style list of some level. */
+    struct LastOldList
+    {
+        OldList mProperties;
+        int mList = -1; ///< The builder's.
+        int mItems = 0;
+        int mLastStart = 1; ///< The number at which it starts by the last item.
+        bool mIsOpen = false; ///< Nothing has come behind its last item that isn't in a list.
+
+        [[nodiscard]] bool goesOnWith(const OldList &properties) const;
     };
 
     struct Picture
@@ -106,6 +139,8 @@ private:
 
     // The loop over the tokens
     [[nodiscard]] bool startsAsRtf();
+    void readToTheEnd();
+    [[nodiscard]] bool hasTextBehindItsEnd();
     void handle(const TVLRtfToken &token);
     void openGroup();
     void closeGroup();
@@ -116,6 +151,7 @@ private:
 
     // Destinations
     void openDestination(Destination destination);
+    void openDeepDestination(Destination destination);
     void finishDestination(const Group &group);
     void collectText(Destination destination);
     [[nodiscard]] QString takeText();
@@ -150,6 +186,7 @@ private:
     void leaveUndecided(int depth);
     void breakPage();
     void completeParagraph();
+    void keepLooseMarker();
 
     // Formats
     void applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
@@ -158,6 +195,11 @@ private:
     void applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
     void setParagraphNumber(TVLRtfParagraphNumber number, int value);
     void addTab(int twips);
+
+    // Style sheet
+    void applyStyleWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void finishStyle();
+    [[nodiscard]] int headingLevelOfStyle(int number) const;
 
     // Tables of the file
     void applyHeaderWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
@@ -175,7 +217,7 @@ private:
     [[nodiscard]] int paragraphList(int *left, int *first);
     [[nodiscard]] qint64 counterOfList(int number) const;
     [[nodiscard]] int newStyleList(int *left, int *first);
-    [[nodiscard]] QTextListFormat newStyleFormat(const ListLevel *properties, int level) const;
+    [[nodiscard]] QTextListFormat newStyleFormat(const ListLevel *properties) const;
     [[nodiscard]] int oldStyleList(int *left, int *first);
     [[nodiscard]] const ListLevel *listLevel(int number, int level) const;
 
@@ -188,6 +230,7 @@ private:
     void closeTable();
     void endCell(int depth);
     void endRow(int depth);
+    void finishRow(OpenTable *table, int depth);
     [[nodiscard]] TVLRtfRowProperties &rowProperties();
     [[nodiscard]] TVLRtfRowProperties propertiesOfRow(int depth, size_t cellCount);
 
@@ -202,8 +245,12 @@ private:
 
     Group mGroup;
     std::vector<Group> mGroups;
+    /** Of the groups that are nested too deeply to have a state of their own. */
+    std::vector<Destination> mDeepDestinations;
+    TVLRtfToken::Kind mLastKind = TVLRtfToken::End; ///< Of the token before.
     bool mIgnorable = false; ///< A `\*` has just been read.
     bool mTooDeep = false;
+    bool mIsBehindEnd = false; ///< The brace that ends the text has been read.
     int mToSkip = 0; ///< Characters that stand in for one in Unicode.
     QByteArray mPending; ///< First bytes of a character that takes several.
     const TVLRtfCodePage *mDocumentPage;
@@ -218,6 +265,9 @@ private:
     QStringList mPointBookmarks; ///< Those without text to come; they mark what comes next.
 
     TVLRtfParagraph mParagraph;
+    bool mHasSurrogates = false; ///< In the paragraph's text.
+    QString mMarker; ///< Of the paragraph as an item of a list.
+    TVLRtfCharState mMarkerState;
     TVLRtfCharState mRunState;
     int mRunFormat = -1; ///< Of mRunState; -1 when it isn't known.
     std::optional<TVLRtfParagraphState> mKnownBlockState;
@@ -233,6 +283,9 @@ private:
     bool mColorSet = false;
     bool mFirstColorIsPaper = false; ///< As a background the first colour means none.
 
+    QHash<int, Style> mStyles; ///< By number.
+    Style mStyle;
+
     QHash<int, List> mLists; ///< By identity.
     List mList;
     ListLevel mListLevel;
@@ -241,7 +294,7 @@ private:
     QHash<QPair<qint64, int>, int> mOpenLists; ///< What counts and its level to the builder's list.
     std::vector<OldList> mOldLists;
     OldList mOldList;
-    QHash<int, int> mOpenOldLists;
+    std::array<LastOldList, MaximumListLevels> mLastOldLists; ///< By level.
 
     TVLRtfRowProperties mRowProperties;
     TVLRtfRowProperties mNestedRowProperties;

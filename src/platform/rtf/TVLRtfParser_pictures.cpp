@@ -24,9 +24,11 @@ QString nameOfPicture(const QByteArray &bytes, const QByteArray &kind)
     return u"picture-%1.%2"_qs.arg(QString::fromLatin1(hash), suffix);
 }
 
-double picturePoints(int goal, int scale)
+/** A picture's width or height as a document has it: in whole twips, so that it can be written. */
+int pictureTwips(int goal, int scale)
 {
-    return goal / TwipsPerPoint * (scale > 0 ? scale : 100) / 100.0;
+    const qint64 hundredths = qint64(qBound(0, goal, MaximumTwips)) * (scale > 0 ? scale : 100);
+    return int(qMin<qint64>((hundredths + 50) / 100, MaximumTwips));
 }
 
 } // namespace
@@ -70,12 +72,12 @@ void TVLRtfParser::finishPicture()
     QTextCharFormat format = mFormats.charFormats().at(mFormats.charFormatIndex(mGroup.mChars));
     format.setObjectType(QTextFormat::ImageObject);
     format.setProperty(QTextFormat::ImageName, mPicture.mName);
-    if (number(Number::GoalWidth) > 0)
-        format.setProperty(QTextFormat::ImageWidth,
-                           picturePoints(number(Number::GoalWidth), number(Number::ScaleX)));
-    if (number(Number::GoalHeight) > 0)
-        format.setProperty(QTextFormat::ImageHeight,
-                           picturePoints(number(Number::GoalHeight), number(Number::ScaleY)));
+    const int width = pictureTwips(number(Number::GoalWidth), number(Number::ScaleX));
+    const int height = pictureTwips(number(Number::GoalHeight), number(Number::ScaleY));
+    if (width > 0)
+        format.setProperty(QTextFormat::ImageWidth, width / TwipsPerPoint);
+    if (height > 0)
+        format.setProperty(QTextFormat::ImageHeight, height / TwipsPerPoint);
     if (!mPicture.mKind.isEmpty() && mPicture.mKind != "pngblip" && mPicture.mKind != "jpegblip"
         && mPicture.mKind != "tvlblip") {
         // Enough to write the picture again as it came, whatever it holds.

@@ -169,10 +169,8 @@ void TVLRtfParser::closeTable()
     // A cell or row that the file leaves open still has its text.
     if (!open.mCell.mItems.empty())
         open.mRow.mCells.push_back(std::move(open.mCell));
-    if (!open.mRow.mCells.empty()) {
-        open.mRow.mProperties = propertiesOfRow(int(mTables.size()) + 1, open.mRow.mCells.size());
-        open.mTable.mRows.push_back(std::move(open.mRow));
-    }
+    if (!open.mRow.mCells.empty())
+        finishRow(&open, int(mTables.size()) + 1);
     place(std::make_unique<TVLRtfTable>(std::move(open.mTable)));
 }
 
@@ -198,6 +196,16 @@ void TVLRtfParser::endRow(int depth)
         table.mRow.mCells.push_back(std::exchange(table.mCell, {}));
     if (table.mRow.mCells.empty())
         return;
-    table.mRow.mProperties = propertiesOfRow(depth, table.mRow.mCells.size());
-    table.mTable.mRows.push_back(std::exchange(table.mRow, {}));
+    finishRow(&table, depth);
+}
+
+void TVLRtfParser::finishRow(OpenTable *table, int depth)
+{
+    TVLRtfRow &row = table->mRow;
+    const size_t described = (depth > 1 ? mNestedRowProperties : mRowProperties).mCells.size();
+    // A program may end more cells than it has described; there is nothing to see of those.
+    while (described > 0 && row.mCells.size() > described && !row.mCells.back().hasContent())
+        row.mCells.pop_back();
+    row.mProperties = propertiesOfRow(depth, row.mCells.size());
+    table->mTable.mRows.push_back(std::exchange(row, {}));
 }

@@ -25,7 +25,30 @@ QChar harmless(QChar c)
     return c.unicode() >= 0xfdd0 ? QChar(QChar::ReplacementCharacter) : QChar(QChar::LineSeparator);
 }
 
+/** A text without characters that mean something to a document. */
+QString harmlessText(QString text)
+{
+    if (std::any_of(text.cbegin(), text.cend(), breaksDocument)) {
+        text.remove(QChar(QChar::Null));
+        std::transform(text.cbegin(), text.cend(), text.begin(), harmless);
+    }
+    return text;
+}
+
 } // namespace
+
+void tvlReplaceHalfSurrogates(QString *text)
+{
+    for (qsizetype i = 0; i < text->size(); ++i) {
+        if (!text->at(i).isSurrogate())
+            continue;
+        if (text->at(i).isHighSurrogate() && i + 1 < text->size()
+            && text->at(i + 1).isLowSurrogate())
+            ++i;
+        else
+            (*text)[i] = QChar::ReplacementCharacter;
+    }
+}
 
 /** A font of symbols has them in the text alone; names and instructions are of letters. */
 const TVLRtfCodePage *TVLRtfParser::pageOfText() const
@@ -81,21 +104,22 @@ void TVLRtfParser::text(const QString &text)
 {
     switch (mGroup.mDestination) {
     case Destination::Body:
-        if (std::any_of(text.cbegin(), text.cend(), breaksDocument)) {
-            QString safe = text;
-            safe.remove(QChar(QChar::Null));
-            std::transform(safe.cbegin(), safe.cend(), safe.begin(), harmless);
-            return bodyText(safe);
-        }
-        return bodyText(text);
+        mHasSurrogates = mHasSurrogates
+            || std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isSurrogate(); });
+        return bodyText(harmlessText(text));
     case Destination::FontTable:
         return fontText(text);
     case Destination::ColorTable:
         return colorText(text);
+    case Destination::StyleSheet:
+        if (text.contains(u';'))
+            finishStyle();
+        return;
     case Destination::FontAlternative:
     case Destination::Title:
     case Destination::FieldInstruction:
     case Destination::LevelText:
+    case Destination::ListMarker:
     case Destination::OldListBefore:
     case Destination::OldListAfter:
     case Destination::BookmarkStart:
@@ -160,6 +184,9 @@ void TVLRtfParser::completeParagraph()
     int listLeft = 0;
     int listFirst = 0;
     mParagraph.mList = paragraphList(&listLeft, &listFirst);
+    keepLooseMarker();
+    if (std::exchange(mHasSurrogates, false))
+        tvlReplaceHalfSurrogates(&mParagraph.mText);
     // Most paragraphs look like the one before.
     if (!mKnownBlockState || *mKnownBlockState != mGroup.mParagraph) {
         mKnownBlockState = mGroup.mParagraph;
@@ -175,6 +202,17 @@ void TVLRtfParser::completeParagraph()
     chars.mComment = -1;
     mParagraph.mBlockCharFormat =
         mRunFormat >= 0 && chars == mRunState ? mRunFormat : mFormats.charFormatIndex(chars);
+}
+
+/** Where there is no list after all, the marker of an item is the only one that there is. */
+void TVLRtfParser::keepLooseMarker()
+{
+    const QString marker = harmlessText(std::exchange(mMarker, {}));
+    if (mParagraph.mList >= 0 || marker.trimmed().isEmpty())
+        return;
+    mParagraph.mText.prepend(marker);
+    mParagraph.mRuns.insert(mParagraph.mRuns.begin(),
+                            {int(marker.size()), mFormats.charFormatIndex(mMarkerState)});
 }
 
 void TVLRtfParser::deliver(int depth)

@@ -12,6 +12,9 @@ constexpr double TwipsPerPoint = 20;
 /** Distances are cut off here, far beyond any page, so that sums of them stay in range. */
 constexpr int MaximumTwips = 1'000'000;
 
+/** A list's levels, and with them the lists within its items. */
+constexpr int MaximumListLevels = 9;
+
 inline int boundedTwips(int twips)
 {
     return qBound(-MaximumTwips, twips, MaximumTwips);
@@ -87,11 +90,15 @@ struct TVLRtfParagraphState
     bool mLineHeightIsDistance = false; ///< It is what is added to a line.
     int mIndentLevel = 0; ///< Steps of the document's own indent.
     int mBackground = 0; ///< Place in the colour table.
-    int mHeadingLevel = 0;
+    int mHeadingLevel = -1; ///< 0 for none, -1 when nothing was said.
+    int mStyleHeadingLevel = 0; ///< What the paragraph's style says of it.
     int mMarker = 0; ///< A QTextBlockFormat::MarkerType.
-    int mList = 0; ///< Number in the list override table; 0 for none.
+    int mList = -1; ///< Number in the list override table; -1 for none.
     int mListLevel = 0;
-    int mOldList = -1; ///< Place in the reader's list of old-style lists; -1 for none.
+    /** Place in the reader's list of old-style lists; or one of the constants below. */
+    int mOldList = NoOldList;
+    static constexpr int NoOldList = -1;
+    static constexpr int WithinOldList = -2; ///< Between two items, with no number of its own.
     int mTableDepth = 0;
     int mDirection = -1; ///< A Qt::LayoutDirection; -1 when nothing was said.
     bool mInTable = false;

@@ -36,6 +36,8 @@ public:
     /** Whether `\bin` announced more bytes than the input has. */
     [[nodiscard]] bool isBinaryCutOff() const { return mBinaryCutOff; }
     [[nodiscard]] qsizetype position() const { return mPosition - mBegin; }
+    /** What hasn't been read yet. */
+    [[nodiscard]] QByteArrayView rest() const { return {mPosition, mEnd}; }
 
 private:
     TVLRtfToken control();

@@ -29,7 +29,7 @@ bool TVLTextRtfReader::read(const QByteArray &rtf)
     QByteArrayView input = rtf;
     if (input.startsWith(ByteOrderMark))
         input = input.sliced(ByteOrderMark.size());
-    while (!input.isEmpty() && (input.front() == ' ' || input.front() == '\t'))
+    while (!input.isEmpty() && QByteArrayView(" \t\r\n").contains(input.front()))
         input = input.sliced(1);
     QString title;
     {

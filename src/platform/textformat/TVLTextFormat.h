@@ -33,6 +33,7 @@ public:
         DoubleUnderline = 0x100080, ///< bool: the underline is a double one.
         Hidden = 0x100081, ///< bool: the run is hidden text.
         PictureKind = 0x100082, ///< QString: RTF words of a picture that Qt can't show.
+        ListStart = 0x100083, ///< int, of lists: the first item's number; absent for 1.
         KeepWithNext = 0x1000a0, ///< bool, of blocks: stays on one page with the next block.
     };
 
