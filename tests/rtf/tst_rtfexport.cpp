@@ -100,6 +100,7 @@ private Q_SLOTS:
     void raisedAndLoweredTextStandsInGroupsOfItsOwn_data();
     void raisedAndLoweredTextStandsInGroupsOfItsOwn();
     void raisedTextOfAnInspectorsNoteStandsInAGroupOfItsOwn();
+    void aCommentHasNoBookmarks();
     void theNormalModeKeepsNotesAsMarks();
     void aFileIsWrittenAndAFailureTold();
 };
@@ -416,6 +417,20 @@ void TstRtfExport::raisedTextOfAnInspectorsNoteStandsInAGroupOfItsOwn()
     QTextCursor(&document).insertText(u"Text"_qs, format);
     const QByteArray rtf = makeWriter().toRtf(&document, false);
     QVERIFY2(rtf.contains("\\super 2} of floor"), rtf);
+}
+
+void TstRtfExport::aCommentHasNoBookmarks()
+{
+    const auto exported = [](Note note) {
+        QTextCharFormat format = noteFormat(note);
+        format.setAnchor(true);
+        format.setAnchorNames({u"place"_qs});
+        QTextDocument document;
+        QTextCursor(&document).insertText(u"note"_qs, format);
+        return makeWriter().toRtf(&document, false);
+    };
+    QVERIFY(!exported(Annotation).contains("\\bkmk"));
+    QVERIFY(exported(Footnote).contains("\\bkmkstart place}note{\\*\\bkmkend place}"));
 }
 
 void TstRtfExport::theNormalModeKeepsNotesAsMarks()

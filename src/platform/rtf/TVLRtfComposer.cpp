@@ -299,7 +299,9 @@ void TVLRtfComposer::run(const QTextCharFormat &format, int formatIndex, const Q
 {
     openGroups(format);
     const bool opensGroup = useFormat(format, formatIndex);
-    const QStringList names = format.anchorNames();
+    // LibreOffice comes down with a bookmark in a comment and another one behind it.
+    const QStringList names =
+        mOpenNote == NoteTarget::Comment ? QStringList() : format.anchorNames();
     bookmarks(names, "bkmkstart");
     if (format.isImageFormat()) {
         for (qsizetype i = 0; i < text.size(); ++i)
