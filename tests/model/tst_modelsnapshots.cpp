@@ -575,6 +575,7 @@ void TstModelSnapshots::aSnapshotThatCannotBeReadLeavesTheTextAlone_data()
     QTest::newRow("missing") << QByteArray();
     QTest::newRow("no RTF") << QByteArray("text");
     QTest::newRow("cut off") << QByteArray("{\\rtf1 first wo");
+    QTest::newRow("text behind the end") << QByteArray("{\\rtf1 first} words");
 }
 
 void TstModelSnapshots::aSnapshotThatCannotBeReadLeavesTheTextAlone()

@@ -99,6 +99,7 @@ void addDamagedNoteRows()
     QTest::newRow("nothing but a line end") << QByteArray("\n");
     QTest::newRow("no rich text") << QByteArray("Once upon a time");
     QTest::newRow("cut off") << QByteArray("{\\rtf1\\ansi Once upon");
+    QTest::newRow("text behind the end") << QByteArray("{\\rtf1\\ansi Once upon} a time");
     QTest::newRow("a web page") << QByteArray("<html>Once</html>");
 }
 

@@ -333,6 +333,7 @@ void TstReadDocuments::anRtfThatCannotBeReadIsReported_data()
         QTest::addRow("%s of the notes", name) << int(TVL::NotesText) << u"notes"_qs << content;
     };
     add("cut-off RTF", "{\\rtf1\\ansi {Once upon");
+    add("text behind the end", "{\\rtf1\\ansi Once upon} a time");
     add("plain text", "Once upon a time");
     add("XML", "<?xml version=\"1.0\"?><Comments/>");
     add("zeros", QByteArray(4096, '\0'));

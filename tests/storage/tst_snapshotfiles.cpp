@@ -269,6 +269,7 @@ void TstSnapshotFiles::whatCannotBeReadIsAFailure_data()
     QTest::newRow("missing") << QByteArray();
     QTest::newRow("no RTF") << QByteArray("text");
     QTest::newRow("cut off") << QByteArray("{\\rtf1 text");
+    QTest::newRow("text behind the end") << QByteArray("{\\rtf1 text} more");
 }
 
 void TstSnapshotFiles::whatCannotBeReadIsAFailure()
