@@ -87,6 +87,8 @@ private:
                 format.setNumberPrefix(u"(\u00a7"_qs);
             if (once(3))
                 format.setNumberSuffix(once(2) ? u") "_qs : QString());
+            if (once(4))
+                format.setProperty(TVLTextFormat::ListStart, anyOf({0, 2, 30, 4000}));
         }
         mLists.append(mCursor.createList(format));
     }
@@ -176,7 +178,7 @@ private:
         QByteArray bytes;
         QBuffer buffer(&bytes);
         image.save(&buffer, "PNG");
-        if (once(4))
+        if (once(4) && mOptions.mBrokenPictures)
             bytes = "\xff\xd8\xff not decoded by anyone";
         QTextImageFormat format;
         format.merge(charFormat());
@@ -186,7 +188,7 @@ private:
             format.setWidth(1 + distance(100));
             format.setHeight(1 + distance(100));
         }
-        if (once(5)) {
+        if (once(5) && mOptions.mBrokenPictures) {
             bytes = "metafile";
             format.setProperty(TVLTextFormat::PictureKind, u"\\wmetafile8\\picw100\\pich200"_qs);
         }

@@ -15,6 +15,7 @@ struct RandomDocumentOptions
     bool mTables = true;
     bool mLists = true;
     bool mPictures = true;
+    bool mBrokenPictures = true; ///< Whether some of the pictures have bytes that nobody can show.
     bool mMarks = true; ///< Links, comments and the like.
     bool mInlineNotes = true;
 };

@@ -1,20 +1,29 @@
 #include "DocumentDescription.h"
+#include "RandomDocument.h"
 #include "TestMain.h"
+#include "TestScale.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLInlineMarkup.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtf.h"
 #include "TVLTextRtfReader.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace {
 
@@ -38,6 +47,94 @@ QString normalized(QString text)
     return text.remove(QChar(QChar::ByteOrderMark)).remove(marker).simplified();
 }
 
+/** The words of an office's own file, each note's at the note's place. */
+class OfficeWords
+{
+public:
+    explicit OfficeWords(const QByteArray &xml)
+        : mXml(xml)
+    {
+        while (mXml.readNext() != QXmlStreamReader::EndDocument && !mXml.hasError()) {
+            if (mXml.isStartElement() && mXml.qualifiedName() == u"office:text")
+                content();
+        }
+    }
+
+    [[nodiscard]] QString text() const
+    {
+        return mXml.hasError() ? mXml.errorString() : mText.simplified();
+    }
+
+private:
+    void content()
+    {
+        while (mXml.readNext() != QXmlStreamReader::EndElement && !mXml.hasError()) {
+            if (mXml.isCharacters())
+                mText += mXml.text();
+            else if (mXml.isStartElement())
+                element();
+        }
+    }
+
+    void element()
+    {
+        const QString name = mXml.qualifiedName().toString();
+        constexpr QStringView NoText[] = {u"text:note-citation", u"dc:creator", u"dc:date",
+                                          u"meta:creator-initials", u"draw:frame"};
+        if (std::find(std::begin(NoText), std::end(NoText), name) != std::end(NoText))
+            return mXml.skipCurrentElement();
+        const qsizetype before = mText.size();
+        // Beside those that hang on a word, all elements end the word before them.
+        const bool isInWord = name == u"text:span" || name == u"text:a"
+            || name.startsWith(u"text:bookmark") || name.startsWith(u"draw:");
+        const bool isNote = name == u"text:note" || name == u"office:annotation";
+        if (!isInWord)
+            mText += u' ';
+        content();
+        if (isNote && mText.sliced(before).trimmed().isEmpty())
+            mText.truncate(before);
+        else if (!isInWord)
+            mText += u' ';
+    }
+
+    QXmlStreamReader mXml;
+    QString mText;
+};
+
+/** The property that makes a note of a run; 0 for a run of the text. */
+int kindOfNote(const QTextCharFormat &format)
+{
+    for (const int kind : {TVLTextFormat::InlineFootnote, TVLTextFormat::InlineAnnotation}) {
+        if (format.boolProperty(kind))
+            return kind;
+    }
+    return 0;
+}
+
+/** The words of a document, with the same breaks around notes that have any. */
+QString wordsOf(const QTextDocument &document)
+{
+    QString text;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        QString note;
+        int kind = 0;
+        const auto endNote = [&text, &note] {
+            const QString words = std::exchange(note, {}).remove(QChar::ObjectReplacementCharacter);
+            if (!words.trimmed().isEmpty())
+                text += u' ' + words + u' ';
+        };
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const int last = std::exchange(kind, kindOfNote(it.fragment().charFormat()));
+            if (kind != last)
+                endNote();
+            (kind ? note : text) += it.fragment().text();
+        }
+        endNote();
+        text += u' ';
+    }
+    return text.remove(QChar(QChar::ObjectReplacementCharacter)).simplified();
+}
+
 } // namespace
 
 /** Documents that other programs write are read as those programs read them. */
@@ -49,9 +146,14 @@ private Q_SLOTS:
     void anOfficesTextReadsAsTheOfficeReadsIt();
     void whatWasReadReadsTheSameInAnOffice();
     void exportedNotesAreNotesInAnOffice();
+    void randomDocumentsHaveTheirWordsInAnOffice_data();
+    void randomDocumentsHaveTheirWordsInAnOffice();
     void aConvertersTextReadsAsItsSource();
 
 private:
+    /** Runs the office on files; whether it came to an end. */
+    [[nodiscard]] bool convert(const QStringList &paths, const QString &format,
+                               const QString &directory);
     /** Runs the office on a file; the path of the result. */
     [[nodiscard]] QString convert(const QString &path, const QString &format);
     void readOfficesFile(QTextDocument *document, QString *path);
@@ -59,14 +161,24 @@ private:
     QTemporaryDir mDirectory;
 };
 
+bool TstRtfOutside::convert(const QStringList &paths, const QString &format,
+                            const QString &directory)
+{
+    constexpr int MillisecondsPerFile = 3000;
+    QProcess office;
+    office.setStandardOutputFile(QProcess::nullDevice());
+    office.start(
+        u"soffice"_qs,
+        QStringList{u"--headless"_qs,
+                    u"-env:UserInstallation=file://%1"_qs.arg(mDirectory.filePath(u"profile"_qs)),
+                    u"--convert-to"_qs, format, u"--outdir"_qs, directory}
+            + paths);
+    return office.waitForFinished(OfficeMilliseconds + MillisecondsPerFile * int(paths.size()));
+}
+
 QString TstRtfOutside::convert(const QString &path, const QString &format)
 {
-    QProcess office;
-    office.start(u"soffice"_qs,
-                 {u"--headless"_qs,
-                  u"-env:UserInstallation=file://%1"_qs.arg(mDirectory.filePath(u"profile"_qs)),
-                  u"--convert-to"_qs, format, u"--outdir"_qs, mDirectory.path(), path});
-    if (!office.waitForFinished(OfficeMilliseconds))
+    if (!convert(QStringList(path), format, mDirectory.path()))
         return {};
     return mDirectory.filePath(QFileInfo(path).completeBaseName() + u'.'
                                + format.section(u':', 0, 0));
@@ -154,6 +266,57 @@ void TstRtfOutside::exportedNotesAreNotesInAnOffice()
     QVERIFY2(content(u"office:annotation"_qs).endsWith(u"at the side"_qs), qPrintable(xml));
     QVERIFY2(content(u"text:note"_qs).endsWith(u"at the foot"_qs), qPrintable(xml));
     QCOMPARE(content(u"text:p"_qs), u"Text goes on and ends."_qs);
+}
+
+void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice_data()
+{
+    QTest::addColumn<bool>("exporting");
+
+    QTest::newRow("as the application's own files") << false;
+    QTest::newRow("exported") << true;
+}
+
+void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
+{
+    QFETCH(bool, exporting);
+    if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
+        QSKIP("LibreOffice (soffice) isn't installed.");
+    const QDir directory(mDirectory.filePath(exporting ? u"exported"_qs : u"own"_qs));
+    QVERIFY(directory.mkpath(u"."_qs));
+    QRandomGenerator random(exporting ? 11 : 12);
+    QStringList paths;
+    QStringList expected;
+    for (int i = testCases(500); i > 0; --i) {
+        // Tables with merged cells or with tables in them bring the office itself down.
+        const auto document =
+            makeRandomDocument(&random, {.mTables = false, .mBrokenPictures = false});
+        paths.append(directory.filePath(u"%1.rtf"_qs.arg(i)));
+        QString error;
+        QVERIFY2(TVLTextRtf::toRtfFile(paths.constLast(), document.get(), &error, false, exporting),
+                 qPrintable(error));
+        if (!exporting)
+            TVLInlineMarkup::toMarkup(document.get());
+        expected.append(wordsOf(*document));
+    }
+    // More than about 250 files at once the office doesn't convert.
+    constexpr qsizetype FilesPerRun = 200;
+    for (qsizetype i = 0; i < paths.size(); i += FilesPerRun)
+        QVERIFY(convert(paths.mid(i, FilesPerRun), u"fodt"_qs, directory.path()));
+
+    QStringList differences;
+    for (qsizetype i = 0; i < paths.size(); ++i) {
+        QString read = paths.at(i);
+        read.replace(u".rtf"_qs, u".fodt"_qs);
+        const QString words = OfficeWords(TVLCoreUtil::ReadBinaryFile(read)).text();
+        if (words != expected.at(i))
+            differences.append(u"%1\nexpected: %2\nactual:   %3"_qs.arg(
+                QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(paths.at(i))), expected.at(i),
+                words));
+    }
+    QVERIFY2(differences.isEmpty(),
+             qPrintable(u"%1 of %2 differ, the first:\n%3"_qs.arg(differences.size())
+                            .arg(paths.size())
+                            .arg(differences.value(0))));
 }
 
 void TstRtfOutside::aConvertersTextReadsAsItsSource()
