@@ -8,6 +8,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+#include <private/qtextdocument_p.h>
+
 namespace {
 
 /** Above this product of merges and cells a hostile table would take minutes. */
@@ -177,13 +179,27 @@ void TVLRtfBuilder::insertParagraph(const TVLRtfParagraph &paragraph)
 
 void TVLRtfBuilder::insertRuns(const TVLRtfParagraph &paragraph)
 {
-    const QList<QTextCharFormat> &formats = mFormats->charFormats();
+    // A cursor would look for line ends in each run, and for its format by its properties.
+    QTextDocumentPrivate *document = QTextDocumentPrivate::get(mDocument);
     const QChar *text = paragraph.mText.constData();
     for (const TVLRtfParagraph::Run &run : paragraph.mRuns) {
         // The document has a copy of its own; there is no need for one on the way.
-        mCursor.insertText(QString::fromRawData(text, run.mLength), formats.at(run.mFormat));
+        document->insert(mCursor.position(), QString::fromRawData(text, run.mLength),
+                         indexInDocument(run.mFormat));
         text += run.mLength;
     }
+}
+
+int TVLRtfBuilder::indexInDocument(int format)
+{
+    constexpr int NotYet = -1;
+    if (size_t(format) >= mIndexesInDocument.size())
+        mIndexesInDocument.resize(size_t(mFormats->charFormats().size()), NotYet);
+    int &index = mIndexesInDocument[size_t(format)];
+    if (index == NotYet)
+        index = QTextDocumentPrivate::get(mDocument)->formatCollection()->indexForFormat(
+            mFormats->charFormats().at(format));
+    return index;
 }
 
 void TVLRtfBuilder::insertItems(const std::vector<TVLRtfCellItem> &items)

@@ -113,10 +113,13 @@ private:
     void insertTable(const TVLRtfTable &table);
     void insertItems(const std::vector<TVLRtfCellItem> &items);
     void insertRuns(const TVLRtfParagraph &paragraph);
+    /** Where the document has a format of characters. */
+    [[nodiscard]] int indexInDocument(int format);
 
     QTextDocument *mDocument;
     const TVLRtfFormats *mFormats;
     QTextCursor mCursor;
     std::vector<List> mLists;
+    std::vector<int> mIndexesInDocument; ///< By place in the character formats.
     bool mHasOpenBlock = true; ///< Whether the cursor's block waits for its paragraph.
 };
