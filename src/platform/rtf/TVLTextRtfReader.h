@@ -28,9 +28,9 @@ public:
      * Replaces the document's content with what the device, which must be open, holds from its
      * position on. The undo history of the document goes.
      *
-     * False when the input isn't RTF, which nothing at all isn't either, is cut off, is nested too
-     * deeply or could not be read; errorString() then says so, and the document holds what could be
-     * read of it.
+     * False when the input isn't RTF, which nothing at all isn't either, is cut off, goes on behind
+     * the end of its text, is nested too deeply or could not be read; errorString() then says so,
+     * and the document holds what could be read of it.
      */
     [[nodiscard]] bool read(QIODevice *device);
     [[nodiscard]] bool read(const QByteArray &rtf);
