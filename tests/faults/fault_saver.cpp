@@ -56,7 +56,8 @@ int main(int argc, char **argv)
             setTitles(model.get(), text);
         if (!model->save())
             return 2;
-        std::printf("%d\n", save);
-        std::fflush(stdout);
+        // Whoever was to kill this process may have been killed itself.
+        if (std::printf("%d\n", save) < 0 || std::fflush(stdout) != 0)
+            return 3;
     }
 }

@@ -26,7 +26,7 @@ private Q_SLOTS:
 
 namespace {
 
-constexpr int TurnsOfEveryDay = 2;
+constexpr int TurnsOfEveryDay = 1;
 
 /** Which item, and which collection, keyword and project note, is removed. */
 enum class Victim { First, Last, Announced };
