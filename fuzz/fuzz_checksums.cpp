@@ -40,7 +40,9 @@ QByteArray digitsOf(const QByteArray &text)
 QUuid uuidOf(const QString &text)
 {
     const QUuid uuid(text);
-    return TUuid::toStringNoBraces(uuid, true) == text.toUpper() ? uuid : QUuid();
+    const QString plain = TUuid::toStringNoBraces(uuid, true);
+    const bool isWhole = text.toUpper() == plain || text.toUpper() == u'{' + plain + u'}';
+    return isWhole ? uuid : QUuid();
 }
 
 /** What a file means, line by line as the format is told. */

@@ -10,7 +10,6 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QStringTokenizer>
 
 #include <algorithm>
 #include <iterator>
@@ -36,6 +35,8 @@ bool isTracked(TVL::DocumentType type)
 }
 
 // --- Lines of a checksum file
+
+constexpr QByteArrayView ByteOrderMark = "\xef\xbb\xbf";
 
 /** What a note has behind the name of its file. */
 const QString NoteSuffix = u".saved"_qs;
@@ -69,34 +70,63 @@ QByteArray linesOf(const ChecksumMap &checksums)
     return lines;
 }
 
-void addLine(QStringView line, ChecksumMap *checksums)
+/** What a line says behind its equal sign. What isn't a hexadecimal digit is passed over, and with
+ * it the rest of another line end. */
+QByteArray hashIn(QByteArrayView line, qsizetype equalSign)
 {
-    const qsizetype equalSign = line.indexOf(u'=');
+    const QByteArrayView hash = line.sliced(equalSign + 1);
+    return QByteArray::fromHex(QByteArray::fromRawData(hash.data(), hash.size()));
+}
+
+/** A name as it stands; only in front of a whole file a byte order mark isn't part of one. */
+QString nameIn(QByteArrayView utf8)
+{
+    QString name;
+    while (utf8.startsWith(ByteOrderMark)) {
+        name += QChar(QChar::ByteOrderMark);
+        utf8 = utf8.sliced(ByteOrderMark.size());
+    }
+    return name + QString::fromUtf8(utf8);
+}
+
+void addLine(QByteArrayView line, ChecksumMap *checksums)
+{
+    const qsizetype equalSign = line.indexOf('=');
     if (equalSign <= 0)
         return;
-    // What isn't a hexadecimal digit is passed over, and with it the rest of another line end.
-    const QByteArray checksum = QByteArray::fromHex(line.sliced(equalSign + 1).toLatin1());
     // A whole file is in the order of the map, so the end is the place to try first.
-    checksums->insert(checksums->cend(), keyOf(line.first(equalSign)), checksum);
+    checksums->insert(checksums->cend(), keyOf(nameIn(line.first(equalSign))),
+                      hashIn(line, equalSign));
+}
+
+void addLines(QByteArrayView lines, ChecksumMap *checksums)
+{
+    if (lines.startsWith(ByteOrderMark))
+        lines = lines.sliced(ByteOrderMark.size());
+    while (!lines.isEmpty()) {
+        const qsizetype end = lines.indexOf('\n');
+        addLine(end < 0 ? lines : lines.first(end), checksums);
+        lines = end < 0 ? QByteArrayView() : lines.sliced(end + 1);
+    }
 }
 
 /** How long the hash of a line is; -1 for a line without one. */
-qsizetype hashSizeOf(const QByteArray &line)
+qsizetype hashSizeOf(QByteArrayView line)
 {
     const qsizetype equalSign = line.indexOf('=');
-    return equalSign > 0 ? QByteArray::fromHex(line.sliced(equalSign + 1)).size() : -1;
+    return equalSign > 0 ? hashIn(line, equalSign).size() : -1;
 }
 
 /** The last line of a file if a kill has cut it off: it has no end, and no hash as long as that of
- * another line or of a file. Nothing otherwise. */
-QByteArray cutOffLine(const QString &filePath)
+ * the first line or of a file. Nothing otherwise. */
+QByteArrayView cutOffLine(QByteArrayView lines)
 {
-    QList<QByteArray> lines = TVLCoreUtil::ReadBinaryFile(filePath).split('\n');
-    const QByteArray last = lines.takeLast();
+    const QByteArrayView last = lines.sliced(lines.lastIndexOf('\n') + 1);
     const qsizetype size = hashSizeOf(last);
+    const qsizetype firstEnd = lines.indexOf('\n');
     const bool isWhole = size == HashSize
-        || (size > 0 && !lines.isEmpty() && hashSizeOf(lines.constFirst()) == size);
-    return isWhole ? QByteArray() : last;
+        || (size > 0 && firstEnd >= 0 && hashSizeOf(lines.first(firstEnd)) == size);
+    return isWhole ? QByteArrayView() : last;
 }
 
 } // namespace
@@ -260,9 +290,7 @@ bool TVLProjectChecksums::loadChecksumFile(const QString &filePath, ChecksumMap 
         return false;
     checksums->clear();
     bool ok = false;
-    const QString lines = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(filePath, &ok));
-    for (const QStringView line : qTokenize(lines, u'\n'))
-        addLine(line, checksums);
+    addLines(TVLCoreUtil::ReadBinaryFile(filePath, &ok), checksums);
     return ok;
 }
 
@@ -285,11 +313,14 @@ bool TVLProjectChecksums::saveChecksums()
 bool TVLProjectChecksums::loadChecksums()
 {
     setModified(false);
-    const QString filePath = Format::projectChecksumFilePathId(path());
-    const bool isLoaded = loadChecksumFile(filePath, &mChecksums);
+    bool isLoaded = false;
+    const QByteArray lines =
+        TVLCoreUtil::ReadBinaryFile(Format::projectChecksumFilePathId(path()), &isLoaded);
+    mChecksums.clear();
+    addLines(lines, &mChecksums);
     mNotes = takeNotes(&mChecksums);
     // Of a line that a kill has cut off nothing is to stay.
-    if (const QByteArray line = isLoaded ? cutOffLine(filePath) : QByteArray(); !line.isEmpty()) {
+    if (const QByteArrayView line = cutOffLine(lines); !line.isEmpty()) {
         mChecksums.remove(keyOf(QString::fromUtf8(line.first(qMax(line.indexOf('='), 0)))));
         setModified(true);
     }
