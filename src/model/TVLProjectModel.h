@@ -1374,7 +1374,8 @@ private:
     [[nodiscard]] QModelIndexList
     topLevelPersistents(std::initializer_list<const TVLProjectNode *> parents) const;
     void followRows(const QModelIndexList &indexes);
-    void dropPersistents(const TVLProjectNode *node);
+    void beginRemoveNodes(const TVLProjectNode *parent, int first, int last);
+    void enterFlags(TVLProjectNode *node);
     [[nodiscard]] InsertPlace insertPlace(const QModelIndex &parent, int row) const;
     [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
     /** Whether files may lie under an id that no item has. */

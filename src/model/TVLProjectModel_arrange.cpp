@@ -12,6 +12,7 @@
 #include "TVLTextFormat.h"
 #include "TVLTextRuns_p.h"
 
+#include <QHash>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -38,14 +39,24 @@ QList<TVLTextCommentLink> renamed(QList<TVLTextCommentLink> comments)
     return comments;
 }
 
+/** A list to which each value is added once. */
 template <typename Value>
-void appendMissing(QList<Value> *values, const QList<Value> &more)
+class Gathered
 {
-    for (const Value &value : more) {
-        if (!values->contains(value))
-            values->append(value);
+public:
+    void add(const QList<Value> &more)
+    {
+        for (const Value &value : more) {
+            if (!std::exchange(mIsKnown[value], true))
+                mValues.append(value);
+        }
     }
-}
+    [[nodiscard]] const QList<Value> &values() const { return mValues; }
+
+private:
+    QList<Value> mValues;
+    QHash<Value, bool> mIsKnown;
+};
 
 /** Puts a text in place of a document's, without a way to undo it, as long as it is there. */
 void replaceContent(const TVLHeldDocument &document, const QTextDocument &content)
@@ -119,8 +130,8 @@ struct TVLProjectModel::MergedTexts
     Joined text;
     Joined notes;
     QString synopsis;
-    QList<int> keywords;
-    QList<TVLReference> references;
+    Gathered<int> keywords;
+    Gathered<TVLReference> references;
     QList<int> idsWithSnapshots;
     QList<TVLTextCommentLink> filedComments;
     int sessionWordCount = -1;
@@ -166,8 +177,8 @@ bool TVLProjectModel::gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *
                                                                   : renamed(text->filedComments()));
         merged->notes.append(notes.get());
         appendSynopsis(&merged->synopsis, card->toPlainText());
-        appendMissing(&merged->keywords, node->mKeywords);
-        appendMissing(&merged->references, node->mReferences);
+        merged->keywords.add(node->mKeywords);
+        merged->references.add(node->mReferences);
         merged->addSessionCounts(*node);
         // Asked for once more: when the project was opened, they may have been out of sight.
         if (node->mHasSnapshots || TVLProjectFolderFormat::hasSnapshots(mPath, node->mId))
@@ -192,8 +203,8 @@ bool TVLProjectModel::takeMergedTexts(const TVLHeldItem &survivor, const MergedT
     if (survivor.node())
         setSynopsis(survivor.index(), merged.synopsis);
     if (survivor.node()) {
-        setKeywordIdsPrivate(survivor.node(), merged.keywords);
-        setReferences(survivor.index(), merged.references);
+        setKeywordIdsPrivate(survivor.node(), merged.keywords.values());
+        setReferences(survivor.index(), merged.references.values());
     }
     TVLProjectNode *node = survivor.node();
     if (!node)
@@ -234,9 +245,9 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
         return {};
     if (indexes.size() == 1)
         return indexes.constFirst();
-    QList<TVLProjectNode *> nodes;
-    appendMissing(&nodes, itemNodes(indexes));
-    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes);
+    Gathered<TVLProjectNode *> nodes;
+    nodes.add(itemNodes(indexes));
+    const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes.values());
     MergedTexts merged;
     if (items.isEmpty() || !canMerge(items) || !gatherTexts(items, &merged))
         return {};
@@ -275,7 +286,7 @@ void TVLProjectModel::removeMerged(const QList<TVLHeldItem> &items, bool withFil
         if (!node || !node->mChildren.isEmpty())
             continue;
         const int row = node->row();
-        beginRemoveRows(rowSignalParent(node->mParent), row, row);
+        beginRemoveNodes(node->mParent, row, row);
         if (withFiles)
             (void)removeFilesForNode(node, files);
         else

@@ -252,8 +252,12 @@ QByteArray TVLProjectModel::synopsisMd5(const QModelIndex &index) const
 
 void TVLProjectModel::announceChange(const QModelIndex &index)
 {
-    if (index.isValid())
-        Q_EMIT dataChanged(index, index);
+    const TVLProjectNode *node = index.isValid() ? projectNode(index) : nullptr;
+    if (!node)
+        return;
+    // Who kept an index may have kept it over a change of rows.
+    const QModelIndex present = createIndex(node).siblingAtColumn(index.column());
+    Q_EMIT dataChanged(present, present);
 }
 
 void TVLProjectModel::announceChanges(const QList<TVLHeldItem> &items)

@@ -124,6 +124,15 @@ bool TVLProjectModel::beginMoveRow(const TVLProjectNode *source, int row,
     return isAllowed;
 }
 
+void TVLProjectModel::beginRemoveNodes(const TVLProjectNode *parent, int first, int last)
+{
+    // Who hears of it compares the parents of what it keeps with that of the signal, as selection
+    // models do with their current item, and Qt with its persistent indexes.
+    mIsRootIndexPlain = true;
+    beginRemoveRows(rowSignalParent(parent), first, last);
+    mIsRootIndexPlain = false;
+}
+
 bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
 {
     TVLProjectNode *source = node->mParent;
@@ -263,7 +272,7 @@ void TVLProjectModel::removeChildren(TVLProjectNode *parent, const TVLNumberedFi
 {
     if (parent->mChildren.isEmpty())
         return;
-    beginRemoveRows(rowSignalParent(parent), 0, int(parent->mChildren.size()) - 1);
+    beginRemoveNodes(parent, 0, int(parent->mChildren.size()) - 1);
     tvlForEachNode(parent, [&](TVLProjectNode *node) { (void)removeFilesForNode(node, files); });
     qDeleteAll(std::exchange(parent->mChildren, {}));
     endRemoveRows();
@@ -278,12 +287,7 @@ void TVLProjectModel::removeRow(TVLProjectNode *node)
         ids.append(descendant->mId);
     });
     removeNodeIdsFromDependentStructures(ids);
-    TVLProjectNode *parent = node->mParent;
-    if (parent == mRootNode.get())
-        dropPersistents(node);
-    const QModelIndexList topLevel = topLevelPersistents({parent});
-    const std::unique_ptr<TVLProjectNode> removed = parent->takeChild(node->row());
-    followRows(topLevel);
+    const std::unique_ptr<TVLProjectNode> removed = node->mParent->takeChild(node->row());
 }
 
 void TVLProjectModel::removeIndexFromModel(const QModelIndex &index)
@@ -291,7 +295,7 @@ void TVLProjectModel::removeIndexFromModel(const QModelIndex &index)
     TVLProjectNode *node = projectNode(index);
     if (!node || node == mRootNode.get())
         return;
-    beginRemoveRows(rowSignalParent(node->mParent), index.row(), index.row());
+    beginRemoveNodes(node->mParent, node->row(), node->row());
     (void)removeFilesForNode(node);
     removeRow(node);
     endRemoveRows();

@@ -69,18 +69,6 @@ void TVLProjectModel::followRows(const QModelIndexList &indexes)
         changePersistentIndex(index, createIndex(projectNode(index)));
 }
 
-void TVLProjectModel::dropPersistents(const TVLProjectNode *node)
-{
-    const QModelIndexList indexes = persistentIndexList();
-    for (const QModelIndex &index : indexes) {
-        const TVLProjectNode *ancestor = projectNode(index);
-        while (ancestor && ancestor != node)
-            ancestor = ancestor->mParent;
-        if (ancestor)
-            changePersistentIndex(index, QModelIndex());
-    }
-}
-
 /**
  * Inserts items side by side. Views see them for the first time at the end of it, so @p make, which
  * is given the number of each, hands them over as they will stay, and emits nothing.
@@ -253,6 +241,18 @@ TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const Q
     return insertItems(place, 1, make).constFirst().node();
 }
 
+/** Makes the flags of a record that has come from elsewhere agree with what the project has: one
+ * template folder, and the list of favorites. */
+void TVLProjectModel::enterFlags(TVLProjectNode *node)
+{
+    if (node->mUuid != mTemplateFolderUuid)
+        node->mIsTemplateFolder = false;
+    if (node->mId < 0)
+        node->mIsFavorite = false;
+    else if (node->mIsFavorite && !mFavorites.contains(node->mId))
+        mFavorites.append(node->mId);
+}
+
 TVLProjectNode *
 TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
                                           const TVLProjectNodeProperties &properties)
@@ -262,6 +262,7 @@ TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
         node->applyAllPreserveIDs(properties);
+        enterFlags(node);
         addToSearchIndex(node);
         return node;
     };

@@ -298,10 +298,13 @@ void TVLProjectModel::takeCustomMetaDataFromBinder()
 
 void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 {
-    tvlForEachNode(mRootNode.get(), [this](TVLProjectNode *node) {
-        node->mHasText = mSearchIndex->hasText(node->mId, TVL::TextProperty);
-        node->mHasSynopsis = mSearchIndex->hasText(node->mId, TVL::SynopsisProperty);
-        node->mHasDocumentNote = mSearchIndex->hasText(node->mId, TVL::NotesProperty);
+    const QSet<int> texts = mSearchIndex->idsWithText(TVL::TextProperty);
+    const QSet<int> synopses = mSearchIndex->idsWithText(TVL::SynopsisProperty);
+    const QSet<int> notes = mSearchIndex->idsWithText(TVL::NotesProperty);
+    tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
+        node->mHasText = texts.contains(node->mId);
+        node->mHasSynopsis = synopses.contains(node->mId);
+        node->mHasDocumentNote = notes.contains(node->mId);
     });
 }
 

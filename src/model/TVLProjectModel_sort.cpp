@@ -92,6 +92,12 @@ Indexes counted(const TVLProjectModel &model, const Indexes &indexes)
     return present;
 }
 
+/** The model of a valid index of a project; else null. */
+const TVLProjectModel *modelOfItem(const QModelIndex &index)
+{
+    return index.isValid() ? qobject_cast<const TVLProjectModel *>(index.model()) : nullptr;
+}
+
 /** Where the synopsis is in memory; nowhere comes first. */
 quintptr synopsisPlace(const QModelIndex &index)
 {
@@ -105,14 +111,19 @@ QModelIndexList TVLProjectModel::sort(const QModelIndexList &indexes, TVL::Colum
                                       Qt::SortOrder order)
 {
     using Properties = TVLProjectNodeProperties;
-    const auto *model = indexes.isEmpty()
-        ? nullptr
-        : qobject_cast<const TVLProjectModel *>(indexes.constFirst().model());
+    const auto first = std::find_if(indexes.begin(), indexes.end(),
+                                    [](const QModelIndex &index) { return modelOfItem(index); });
+    if (first == indexes.end())
+        return {};
+    const TVLProjectModel *model = modelOfItem(*first);
     const auto isForeign = [model](const QModelIndex &index) {
         return !index.isValid() || index.model() != model;
     };
-    if (!model || std::any_of(indexes.begin(), indexes.end(), isForeign))
-        return indexes;
+    if (std::any_of(indexes.begin(), indexes.end(), isForeign)) {
+        QModelIndexList own = indexes;
+        own.removeIf(isForeign);
+        return sort(own, column, order);
+    }
 
     switch (column) {
     case TVL::TitleColumn:
@@ -180,8 +191,11 @@ QModelIndexList TVLProjectModel::sortIndexesStable(const QModelIndexList &indexe
 
 QModelIndexList TVLProjectModel::sortIndexesHash(const QModelIndexList &indexes) const
 {
-    const QList<TVLProjectNode *> nodes = itemNodes(indexes);
-    const QSet<const TVLProjectNode *> wanted(nodes.begin(), nodes.end());
+    QSet<const TVLProjectNode *> wanted;
+    for (const QModelIndex &index : indexes) {
+        if (index.isValid() && index.model() == this)
+            wanted.insert(projectNode(index));
+    }
     QModelIndexList sorted;
     sorted.reserve(wanted.size());
     tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {

@@ -35,4 +35,8 @@ public:
     [[nodiscard]] static QByteArray fromReferenceList(const QList<TVLReference> &references);
 
     friend bool operator==(const TVLReference &, const TVLReference &) = default;
+    friend size_t qHash(const TVLReference &reference, size_t seed = 0)
+    {
+        return qHashMulti(seed, reference.mInternalLink, reference.mUrl, reference.mTitle);
+    }
 };

@@ -137,6 +137,8 @@ public:
     /** Whether a text, confirmed or not, isn't empty. True for null and for a node without id. */
     [[nodiscard]] bool hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
     [[nodiscard]] bool hasText(int id, TVL::DocumentProperty property) const;
+    /** The ids for which hasText() is true, at the cost of one query. */
+    [[nodiscard]] QSet<int> idsWithText(TVL::DocumentProperty property) const;
     /** @} */
 
     /** @name Searching @{ */

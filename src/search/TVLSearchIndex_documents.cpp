@@ -29,6 +29,8 @@ const QString UpdateValue =
     u"UPDATE DocumentSearchProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
 const QString SelectNonEmpty =
     u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_qs;
+const QString SelectAllNonEmpty =
+    u"SELECT identity FROM DocumentSearchProperties WHERE type = :t AND length(propertyValue) != 0"_qs;
 
 } // namespace Statement
 
@@ -257,4 +259,16 @@ bool TVLSearchIndex::hasText(int id, TVL::DocumentProperty property) const
     const bool found = query->next();
     query->finish();
     return found;
+}
+
+QSet<int> TVLSearchIndex::idsWithText(TVL::DocumentProperty property) const
+{
+    QSet<int> ids;
+    QSqlQuery *query = execute(Statement::SelectAllNonEmpty, {{u":t"_qs, int(property)}}, __LINE__);
+    if (!query)
+        return ids;
+    while (query->next())
+        ids.insert(query->value(0).toInt());
+    query->finish();
+    return ids;
 }

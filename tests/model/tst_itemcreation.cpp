@@ -40,6 +40,8 @@ private Q_SLOTS:
     void severalTextsAreUntitled();
     void aWebItemIsNamedAfterItsHost();
     void anItemIsMadeOutOfARecord();
+    void flagsOfARecordAgreeWithTheProject();
+    void aStaleIndexAnnouncesTheRowOfItsItem();
     void aTakenIdentityInARecordIsReplaced();
     void aNewItemComesWhereAsked_data();
     void aNewItemComesWhereAsked();
@@ -204,6 +206,38 @@ void TstItemCreation::anItemIsMadeOutOfARecord()
     QVERIFY(static_cast<const TVLProjectNodeProperties &>(*model->projectNode(index)) == record);
     QCOMPARE(model->index(70), index);
     QCOMPARE(model->indexByUuid(record.mUuid), index);
+}
+
+void TstItemCreation::flagsOfARecordAgreeWithTheProject()
+{
+    const auto model = blankModel();
+    const ModelTester tester(model.get());
+    const QModelIndex research = model->researchFolder();
+    const QPersistentModelIndex folder = model->insertUserFolder(-1, research, u"Templates"_qs);
+    model->setTemplateFolder(folder);
+    const QPersistentModelIndex text = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    QVERIFY(model->setFavorite(text, true, true));
+    TVLProjectNodeProperties record = model->nodeProperties(folder);
+    record.mIsFavorite = true;
+    const QModelIndex copy = model->insertRowWithProperties(-1, research, record);
+    QVERIFY(!model->projectNode(copy)->mIsTemplateFolder);
+    QCOMPARE(model->templateFolder(), QModelIndex(folder));
+    QCOMPARE(model->favorites(), QModelIndexList({text, copy}));
+}
+
+void TstItemCreation::aStaleIndexAnnouncesTheRowOfItsItem()
+{
+    const auto model = blankModel();
+    const QModelIndex research = model->researchFolder();
+    const QModelIndex stale = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    const QPersistentModelIndex present = stale;
+    model->insertTextNode(0, research, u"b"_qs, {}, {}, {});
+    QVERIFY(present.row() != stale.row());
+    QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
+    QVERIFY(model->setTitle(stale, u"c"_qs));
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(changes.constFirst().at(0).toModelIndex(), QModelIndex(present));
+    QCOMPARE(changes.constFirst().at(1).toModelIndex(), QModelIndex(present));
 }
 
 void TstItemCreation::aTakenIdentityInARecordIsReplaced()

@@ -6,6 +6,7 @@
 #include "TestProject.h"
 
 #include <QDir>
+#include <QItemSelectionModel>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -32,6 +33,8 @@ private Q_SLOTS:
     void anIdIsFreeAgain();
     void deepTreesAreRemoved();
     void persistentIndexesOfRemovedItemsBecomeInvalid();
+    void selectionModelsHearThatTheirCurrentItemGoes_data();
+    void selectionModelsHearThatTheirCurrentItemGoes();
 };
 
 void TstItemRemoval::removingAnItemTakesItsFilesAndSaves()
@@ -309,6 +312,37 @@ void TstItemRemoval::persistentIndexesOfRemovedItemsBecomeInvalid()
     for (const QPersistentModelIndex &index : std::as_const(gone))
         QVERIFY(!index.isValid());
     QCOMPARE(model->title(kept), u"d"_qs);
+}
+
+void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes_data()
+{
+    QTest::addColumn<bool>("isTopLevel");
+    QTest::newRow("at the top") << true;
+    QTest::newRow("below an item") << false;
+}
+
+void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes()
+{
+    QFETCH(const bool, isTopLevel);
+    const TestProject project;
+    const auto model = project.create();
+    const ModelTester tester(model.get());
+    const QModelIndex parent = isTopLevel ? QModelIndex() : model->researchFolder();
+    const QPersistentModelIndex before = model->insertTextNode(0, parent, u"a"_qs, {}, {}, {});
+    const QPersistentModelIndex current = model->insertTextNode(1, parent, u"b"_qs, {}, {}, {});
+    const QPersistentModelIndex behind = model->insertTextNode(2, parent, u"c"_qs, {}, {}, {});
+    const QPersistentModelIndex below = model->insertTextNode(0, current, u"d"_qs, {}, {}, {});
+    QItemSelectionModel selection(model.get());
+    selection.setCurrentIndex(current, QItemSelectionModel::ClearAndSelect);
+    QSignalSpy changes(&selection, &QItemSelectionModel::currentChanged);
+    model->removeIndexFromModel(current);
+    QCOMPARE(changes.size(), 1);
+    QVERIFY(selection.currentIndex().isValid());
+    QVERIFY(!current.isValid());
+    QVERIFY(!below.isValid());
+    QCOMPARE(before.row(), 0);
+    QCOMPARE(behind.row(), 1);
+    QCOMPARE(model->title(behind), u"c"_qs);
 }
 
 TVL_TEST(TstItemRemoval)

@@ -32,7 +32,7 @@ private Q_SLOTS:
     void otherColumnsGiveTheOrderOfTheBinderWhateverTheOrder();
     void sortingChangesNoTree();
     void equalItemsKeepTheirOrder();
-    void listsOfOtherModelsStayAsTheyAre();
+    void indexesOfNothingAndOfOtherModelsAreLeftOut();
     void theBinderOrderIsPreOrder();
     void theHashSortAgreesWithTheOthers();
     void shufflingKeepsAllItems();
@@ -226,15 +226,20 @@ void TstItemSorting::equalItemsKeepTheirOrder()
         QCOMPARE(TVLProjectModel::sort(indexes, TVL::TargetColumn, order), indexes);
 }
 
-void TstItemSorting::listsOfOtherModelsStayAsTheyAre()
+void TstItemSorting::indexesOfNothingAndOfOtherModelsAreLeftOut()
 {
     const auto model = blankModel();
     const auto other = blankModel();
-    const QModelIndexList mixed = {firstText(model.get()), firstText(other.get())};
-    QCOMPARE(TVLProjectModel::sort(mixed, TVL::TitleColumn, Qt::AscendingOrder), mixed);
+    const QModelIndex research = model->researchFolder();
+    const QModelIndex b = model->insertTextNode(-1, research, u"b"_qs, {}, {}, {});
+    const QModelIndex a = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    const QModelIndexList mixed = {QModelIndex(), b, firstText(other.get()), a, QModelIndex()};
+    QCOMPARE(TVLProjectModel::sort(mixed, TVL::TitleColumn, Qt::AscendingOrder),
+             QModelIndexList({a, b}));
+    QCOMPARE(model->sortIndexesHash(mixed), QModelIndexList({b, a}));
     QCOMPARE(TVLProjectModel::sort({}, TVL::TitleColumn, Qt::AscendingOrder), QModelIndexList());
-    QCOMPARE(TVLProjectModel::sort({QModelIndex()}, TVL::TitleColumn, Qt::AscendingOrder).size(),
-             1);
+    QCOMPARE(TVLProjectModel::sort({QModelIndex()}, TVL::TitleColumn, Qt::AscendingOrder),
+             QModelIndexList());
 }
 
 void TstItemSorting::theBinderOrderIsPreOrder()
