@@ -3,8 +3,11 @@
 #include "BenchProject.h"
 #include "RatioMeter.h"
 
+#include "TVLBinderContents.h"
 #include "TVLCollectionMetaData.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectNode.h"
+#include "TVLTextDocument.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
@@ -100,6 +103,32 @@ void growth(benchmark::State &state, int items)
         state.SkipWithError("the project could not be opened");
 }
 
+/** What it takes to read one text of a project, by reading its binder alone. */
+void readOneText(benchmark::State &state, int items)
+{
+    constexpr double Target = 1.3;
+    const BenchProject &project = projectWithTexts(items);
+    bool ok = true;
+    const auto readText = [&] {
+        const std::unique_ptr<TVLProjectModel> model(TVLProjectFolderFormat::openProjectToRead(
+            project.path(), TVLProjectFolderFormat::ItemsAlone));
+        TVLProjectNode *node = model ? model->findNode(items / 2) : nullptr;
+        TVLTextDocument text(nullptr, nullptr, node, TVL::MainText);
+        QString error;
+        ok =
+            ok && node && TVLProjectFolderFormat::readDocument(project.path(), node, &text, &error);
+    };
+    const auto readBinder = [&] {
+        TVLBinderContents binder;
+        ok = ok && binder.read(project.binderPath()).isEmpty();
+    };
+    measureAgainst(
+        state, {"TVLBinderReader over the binder", bytesOf({project.binderPath()}), Target},
+        [&] { return processorSeconds(readText); }, [&] { return processorSeconds(readBinder); });
+    if (!ok)
+        state.SkipWithError("the text could not be read");
+}
+
 /** The first search of a session, to which nothing is new, by a later one. */
 void searchFirst(benchmark::State &state, int items)
 {
@@ -160,6 +189,9 @@ void registerBenchmarks()
     for (const int items : {10'000, 100'000})
         registerRatio("openProject_with_texts_growth/" + std::to_string(items), 3,
                       [items](benchmark::State &state) { growth(state, items); });
+    for (const auto &[items, rounds] : sizesAndRounds)
+        registerRatio("read_one_text/" + std::to_string(items), rounds,
+                      [items = items](benchmark::State &state) { readOneText(state, items); });
     registerRatio("first_search/10000", 5,
                   [](benchmark::State &state) { searchFirst(state, 10'000); });
 }
