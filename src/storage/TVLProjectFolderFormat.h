@@ -407,9 +407,6 @@ public:
      * write, becomes the list of failures.
      */
     [[nodiscard]] bool writeDocuments(TVLProjectNode *node, QStringList *errors) const;
-    /** As the other one, for an item of a save that has begun already. */
-    [[nodiscard]] bool writeDocuments(TVLProjectNode *node, TVLDocumentSave *save,
-                                      QStringList *errors) const;
     /** @} */
 
     /**
@@ -661,7 +658,7 @@ public:
     /** @} */
 
 private:
-    friend class TVLProjectModel; // It removes and copies many items at once.
+    friend class TVLProjectModel; // It removes, copies and writes many items at once.
     friend class TVLProjectFolderFormatTestAccess;
 
     /**
@@ -688,6 +685,9 @@ private:
     [[nodiscard]] static bool readDocumentFile(const TVLProjectFile &file,
                                                TVLTextDocument *document, QString *error);
     [[nodiscard]] bool hasDocumentsFolder() const;
+    /** writeDocuments() of an item of a save that has begun already. */
+    [[nodiscard]] bool writeDocuments(TVLProjectNode *node, TVLDocumentSave *save,
+                                      QStringList *errors) const;
 
     [[nodiscard]] static bool parseCommentsFile(const TVLProjectFile &file,
                                                 TVLProjectLinksAndComments *result,
