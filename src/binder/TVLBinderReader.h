@@ -63,9 +63,17 @@ public:
 
     /** Reads `Collections`, appending to @p collections in file order. */
     [[nodiscard]] bool readCollections(QList<TVLCollectionMetaData> *collections);
+    [[nodiscard]] bool readCollections(QList<TVLCollectionMetaData> &collections)
+    {
+        return readCollections(&collections);
+    }
 
     /** Reads `ProjectReferences`, appending to @p references. */
     [[nodiscard]] bool readProjectReferences(QList<TVLReference> *references);
+
+    /** Skips `UserProjectData`, which is cut from the file as raw text; see
+     * TVLProjectFolderFormat::readUserProjectData(). Nothing depends on @p text. */
+    bool readUserProjectData(const QString &text);
 
     /**
      * @name Files beside the binder

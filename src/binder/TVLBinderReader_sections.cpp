@@ -111,6 +111,11 @@ bool TVLBinderReader::readTemplateFolderId()
     return !hasError();
 }
 
+bool TVLBinderReader::readUserProjectData(const QString & /*text*/)
+{
+    return readUserProjectData();
+}
+
 bool TVLBinderReader::readUserProjectData()
 {
     // Kept as raw text: it is cut from the file, not parsed. So it may use prefixes and entities

@@ -888,6 +888,9 @@ public:
     [[nodiscard]] QList<int> keywordIds(const QModelIndex &index) const;
     /** As the other setters of attributes. */
     bool setKeywordIds(const QModelIndex &index, const QList<int> &ids);
+    /** Stores the keywords of a node of this model. To mark the project modified and to emit
+     * dataChanged() is left to the caller. */
+    void setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids);
     /** Titles of the item's keywords, in order; an empty one for a keyword that is gone. */
     [[nodiscard]] QStringList keywords(const QModelIndex &index) const;
     /** Makes the keywords that aren't there yet, on top of the list. */
@@ -1466,8 +1469,6 @@ private:
     bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
                          void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
 
-    /** Stores an item's keywords, for its caller to announce. */
-    void setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids);
     void addToSearchIndex(const TVLProjectNode *node);
     void addAllToSearchIndex();
     void loadSearchIndex();

@@ -431,6 +431,11 @@ public:
      * with @p snapshots left alone, for an index that can't be read. */
     [[nodiscard]] static bool readSnapshots(const QString &path, int id,
                                             QList<TVLSnapshotInfo> *snapshots);
+    [[nodiscard]] static bool readSnapshots(const QString &path, int id,
+                                            QList<TVLSnapshotInfo> &snapshots)
+    {
+        return readSnapshots(path, id, &snapshots);
+    }
     /** Writes the index. An empty list removes the item's folder of snapshots, with all in it. */
     [[nodiscard]] static bool writeSnapshots(const QString &path, int id,
                                              const QList<TVLSnapshotInfo> &snapshots);
@@ -625,6 +630,12 @@ public:
     [[nodiscard]] static bool readProjectNotes(const QString &path,
                                                QList<QPair<int, QTextDocument *>> *notes,
                                                const TVLBinderProject *model, QStringList *errors);
+    [[nodiscard]] static bool readProjectNotes(const QString &path,
+                                               QList<QPair<int, QTextDocument *>> &notes,
+                                               const TVLBinderProject *model, QStringList *errors)
+    {
+        return readProjectNotes(path, &notes, model, errors);
+    }
     /** Deletes the file of a note; the index loses it with the next write. */
     static bool removeProjectNote(const QString &path, int id, QStringList *errors);
     /** Whether the first link to an item in a file names it by its uuid. */
