@@ -191,9 +191,14 @@ void TVLSearchIndex::validateIndexes(QProgressDialog *progress)
     if (!mProject)
         return;
     const QMap<int, QList<TVL::DocumentProperty>> stale = notConfirmedIndexes();
-    for (auto item = stale.cbegin(); item != stale.cend(); ++item)
-        updateIndexProperties(mProject->searchedIndex(item.key()), item.value(),
-                              progress != nullptr);
+    for (auto item = stale.cbegin(); item != stale.cend(); ++item) {
+        QList<TVL::DocumentProperty> properties = item.value();
+        // Another text may name other comments of a file that is what it was.
+        if (properties.contains(TVL::TextProperty) && !properties.contains(TVL::CommentsProperty)
+            && !mProject->checksums()->loadedChecksum(item.key(), TVL::CommentsFile).isEmpty())
+            properties.append(TVL::CommentsProperty);
+        updateIndexProperties(mProject->searchedIndex(item.key()), properties, progress != nullptr);
+    }
     // Whether a text is confirmed stands behind it, so each search would go through all texts once
     // more. Until all are confirmed there would be nothing but work in keeping the index.
     if (!std::exchange(mHasConfirmedIndex, true)) {

@@ -367,8 +367,11 @@ void TstRandomHistories::checkItem(const TVLProjectModel *model, int id,
         const QByteArray record = checksums->loadedChecksum(id, type);
         const bool isOfFile =
             !record.isEmpty() && record == checksums->currentHddChecksum(id, type);
-        const bool isConfirmed =
-            !model->searchIndex()->notConfirmedIndexes().value(id).contains(property);
+        const QList<TVL::DocumentProperty> unconfirmed =
+            model->searchIndex()->notConfirmedIndexes().value(id);
+        // A search asks for the comments of a text that it asks for.
+        const bool isConfirmed = !unconfirmed.contains(property)
+            && (property != TVL::CommentsProperty || !unconfirmed.contains(TVL::TextProperty));
         if ((!isOfFile || property == TVL::CommentsProperty) && !isConfirmed)
             continue;
         const QString stored =
