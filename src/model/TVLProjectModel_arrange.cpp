@@ -39,25 +39,6 @@ QList<TVLTextCommentLink> renamed(QList<TVLTextCommentLink> comments)
     return comments;
 }
 
-/** A list to which each value is added once. */
-template <typename Value>
-class Gathered
-{
-public:
-    void add(const QList<Value> &more)
-    {
-        for (const Value &value : more) {
-            if (!std::exchange(mIsKnown[value], true))
-                mValues.append(value);
-        }
-    }
-    [[nodiscard]] const QList<Value> &values() const { return mValues; }
-
-private:
-    QList<Value> mValues;
-    QHash<Value, bool> mIsKnown;
-};
-
 /** Puts a text in place of a document's, without a way to undo it, as long as it is there. */
 void replaceContent(const TVLHeldDocument &document, const QTextDocument &content)
 {
@@ -118,6 +99,25 @@ bool TVLProjectModel::moveChildrenBehind(TVLProjectNode *node)
 /** What the texts that are merged have together. */
 struct TVLProjectModel::MergedTexts
 {
+    /** A list to which each value is added once. */
+    template <typename Value>
+    class Gathered
+    {
+    public:
+        void add(const QList<Value> &more)
+        {
+            for (const Value &value : more) {
+                if (!std::exchange(mIsKnown[value], true))
+                    mValues.append(value);
+            }
+        }
+        [[nodiscard]] const QList<Value> &values() const { return mValues; }
+
+    private:
+        QList<Value> mValues;
+        QHash<Value, bool> mIsKnown;
+    };
+
     struct Joined
     {
         Joined() { document.setUndoRedoEnabled(false); }
@@ -245,7 +245,7 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
         return {};
     if (indexes.size() == 1)
         return indexes.constFirst();
-    Gathered<TVLProjectNode *> nodes;
+    MergedTexts::Gathered<TVLProjectNode *> nodes;
     nodes.add(itemNodes(indexes));
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes.values());
     MergedTexts merged;
