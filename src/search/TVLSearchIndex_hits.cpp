@@ -5,20 +5,17 @@
 #include "TVLSearchIndex.h"
 
 #include "TVLCollectionMetaData.h"
-#include "TVLSearchSql_p.h"
 #include "TVLSearchWords_p.h"
 #include "TVLTextMatcher.h"
 
-#include <QSqlError>
-
-using namespace TVLSearchSql;
+#include <QSqlQuery>
 
 namespace {
 
 const QString SelectTextsOfItem =
-    u"SELECT type, propertyValue FROM DocumentSearchProperties WHERE identity = ? ORDER BY type"_qs;
+    u"SELECT type, propertyValue FROM DocumentSearchProperties WHERE identity = :i ORDER BY type"_qs;
 const QString SelectTitlesOfItem =
-    u"SELECT title FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = ? WHERE DocumentIntProperties.identity = ?"_qs;
+    u"SELECT title FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = :t WHERE DocumentIntProperties.identity = :i"_qs;
 
 /** Empty matches, which an expression may have anywhere, aren't told. */
 void appendHits(TVLTextMatcher *matcher, TVL::DocumentProperty property, const QString &text,
@@ -49,30 +46,28 @@ QList<TVLSearchHit> TVLSearchIndex::hits(const TVLCollectionMetaData &collection
         return found;
     const TVL::DocumentProperty wanted = collection.mSearchProperty;
     TVLTextMatcher matcher(flags, words);
-    QSqlQuery texts(*this);
-    texts.setForwardOnly(true);
-    if (prepare(&texts, SelectTextsOfItem, __LINE__)) {
-        texts.addBindValue(id);
-        for (bool isRun = succeeded(texts, texts.exec(), __LINE__); isRun && texts.next();) {
-            const auto property = TVL::DocumentProperty(texts.value(0).toInt());
+    if (QSqlQuery *texts = execute(SelectTextsOfItem, {{u":i"_qs, id}}, __LINE__)) {
+        while (texts->next()) {
+            const auto property = TVL::DocumentProperty(texts->value(0).toInt());
             if (isWanted(wanted, property))
-                appendHits(&matcher, property, texts.value(1).toString(), &found);
+                appendHits(&matcher, property, texts->value(1).toString(), &found);
         }
+        texts->finish();
     }
     // Each word for itself, as searches look for it.
     TVLTextMatcher titleMatcher(tvlTitleFlags(flags), words);
     const QMap<int, QString> &tables = tvlTitleTables();
     for (auto table = tables.cbegin(); table != tables.cend(); ++table) {
         const auto property = TVL::DocumentProperty(table.key());
-        QSqlQuery titles(*this);
-        titles.setForwardOnly(true);
-        if (!isWanted(wanted, property)
-            || !prepare(&titles, SelectTitlesOfItem.arg(table.value()), __LINE__))
+        if (!isWanted(wanted, property))
             continue;
-        titles.addBindValue(table.key());
-        titles.addBindValue(id);
-        for (bool isRun = succeeded(titles, titles.exec(), __LINE__); isRun && titles.next();)
-            appendHits(&titleMatcher, property, titles.value(0).toString(), &found);
+        QSqlQuery *titles = execute(SelectTitlesOfItem.arg(table.value()),
+                                    {{u":t"_qs, table.key()}, {u":i"_qs, id}}, __LINE__);
+        if (!titles)
+            continue;
+        while (titles->next())
+            appendHits(&titleMatcher, property, titles->value(0).toString(), &found);
+        titles->finish();
     }
     return found;
 }

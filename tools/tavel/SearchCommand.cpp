@@ -119,11 +119,13 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     return textError(*search);
 }
 
-/** An item that a search has found, and where. */
+/** An item that a search has found, and where. Its texts aren't kept: many items may be found. */
 struct FoundItem
 {
     const TVLProjectNode *node;
-    QList<TVLSearchHit> hits;
+    qsizetype hits;
+    QString property; ///< Of the first hit.
+    QString excerpt; ///< The first hit in its words.
 };
 
 QString propertyWord(TVL::DocumentProperty property)
@@ -169,24 +171,21 @@ QString matchLine(const FoundItem &item)
     const QString title =
         item.node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.node->mTitle;
     const QString line = QString::number(item.node->mId) + u"  "_qs + title;
-    if (item.hits.isEmpty())
+    if (item.hits == 0)
         return oneLine(line);
-    const TVLSearchHit &first = item.hits.constFirst();
-    const QString count = item.hits.size() == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(item.hits.size());
-    return oneLine(
-        u"%1  (%2; %3: %4)"_qs.arg(line, count, propertyWord(first.property), excerptOf(first)));
+    const QString count = item.hits == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(item.hits);
+    return oneLine(u"%1  (%2; %3: %4)"_qs.arg(line, count, item.property, item.excerpt));
 }
 
 QJsonObject itemToJson(const FoundItem &item)
 {
     QJsonValue first;
-    if (!item.hits.isEmpty())
-        first = QJsonObject{{u"property"_qs, propertyWord(item.hits.constFirst().property)},
-                            {u"text"_qs, excerptOf(item.hits.constFirst())}};
+    if (item.hits > 0)
+        first = QJsonObject{{u"property"_qs, item.property}, {u"text"_qs, item.excerpt}};
     return {{u"id"_qs, idOrNull(item.node->mId)},
             {u"uuid"_qs, toJson(item.node->mUuid)},
             {u"title"_qs, item.node->mTitle},
-            {u"hits"_qs, item.hits.size()},
+            {u"hits"_qs, item.hits},
             {u"first"_qs, first}};
 }
 
@@ -205,7 +204,9 @@ QList<FoundItem> find(const TVLProjectModel &model, const TVLCollectionMetaData 
     const QModelIndexList indexes = model.sortIndexesHash(model.collectionIndexes(search, {}));
     for (const QModelIndex &index : indexes) {
         const TVLProjectNode *node = model.projectNode(index);
-        found.append({node, model.searchIndex()->hits(search, node->mId)});
+        const QList<TVLSearchHit> hits = model.searchIndex()->hits(search, node->mId);
+        const TVLSearchHit first = hits.value(0);
+        found.append({node, hits.size(), propertyWord(first.property), excerptOf(first)});
     }
     return found;
 }
