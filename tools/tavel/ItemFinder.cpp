@@ -1,4 +1,5 @@
 #include "ItemFinder.h"
+#include "ItemTexts.h"
 
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
@@ -6,12 +7,6 @@
 #include <QUuid>
 
 namespace {
-
-/** The title that an item is shown with. */
-QString shownTitle(const TVLProjectNode *node)
-{
-    return node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
-}
 
 /** What is left of a path behind a title and its slash; null when the path leads elsewhere. */
 QStringView behindTitle(QStringView path, const QString &title)

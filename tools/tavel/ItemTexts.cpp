@@ -1,6 +1,13 @@
 #include "ItemTexts.h"
 
 #include "TUuid.h"
+#include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
+
+QString shownTitle(const TVLProjectNode *node)
+{
+    return node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
+}
 
 QJsonValue toJson(const QUuid &uuid)
 {

@@ -7,6 +7,10 @@
 #include <QString>
 #include <QUuid>
 
+class TVLProjectNode;
+
+/** The title that an item is shown with. */
+[[nodiscard]] QString shownTitle(const TVLProjectNode *node);
 /** A uuid as project files spell it; null for a null one. */
 [[nodiscard]] QJsonValue toJson(const QUuid &uuid);
 /** A date as ISO 8601 in UTC; null for an invalid one. */

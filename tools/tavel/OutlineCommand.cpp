@@ -103,12 +103,10 @@ std::optional<qint64> OutlineWriter::wordsOf(TVLProjectNode *node) const
 
 QString OutlineWriter::textOf(TVLProjectNode *node) const
 {
-    const QString title =
-        node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
     const QString identity = node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true)
                                            : u'#' + QString::number(node->mId);
-    QString text =
-        u'[' + TVL::wordOf(node->mNodeType) + u"] "_qs + title + u" ("_qs + identity + u')';
+    QString text = u'[' + TVL::wordOf(node->mNodeType) + u"] "_qs + shownTitle(node) + u" ("_qs
+        + identity + u')';
     if (mLabels.contains(node->mLabelId))
         text += u" [label: "_qs + mLabels.value(node->mLabelId) + u']';
     if (mStatusItems.contains(node->mStatusId))

@@ -168,9 +168,7 @@ QString excerptOf(const TVLSearchHit &hit)
 
 QString matchLine(const FoundItem &item)
 {
-    const QString title =
-        item.node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.node->mTitle;
-    const QString line = QString::number(item.node->mId) + u"  "_qs + title;
+    const QString line = QString::number(item.node->mId) + u"  "_qs + shownTitle(item.node);
     if (item.hits == 0)
         return oneLine(line);
     const QString count = item.hits == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(item.hits);
