@@ -30,7 +30,7 @@ bool skipElement(QXmlStreamReader *reader)
 }
 
 /** The names of the elements right below the root that hold something. */
-QStringList filledSections(QIODevice *binder)
+QStringList filledSections(const QByteArray &binder)
 {
     QStringList names;
     // What stands in the user's data needs no declaration, as for the reader of a binder.
@@ -52,12 +52,17 @@ QStringList externalEntities(const QByteArray &binder)
 {
     QStringList names;
     QXmlStreamReader reader(binder);
+    bool hasDocumentType = false;
     while (!reader.hasError() && !reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
+        // Without a document type there are none, and the binder needn't be read once more.
+        if (token == QXmlStreamReader::StartElement && !hasDocumentType)
+            break;
         if (token == QXmlStreamReader::EntityReference)
             names.append(reader.name().toString());
         if (token != QXmlStreamReader::DTD)
             continue;
+        hasDocumentType = true;
         // To those that are declared the reader gives no token of their own.
         const QXmlStreamEntityDeclarations declarations = reader.entityDeclarations();
         for (const QXmlStreamEntityDeclaration &entity : declarations) {
@@ -72,10 +77,9 @@ QStringList externalEntities(const QByteArray &binder)
 QStringList sectionsOfSave(const TVLProjectModel &model)
 {
     QBuffer buffer;
-    buffer.open(QIODevice::ReadWrite);
+    buffer.open(QIODevice::WriteOnly);
     TVLBinderWriter(&buffer).writeProject(&model, model.binderRoot());
-    buffer.seek(0);
-    return filledSections(&buffer);
+    return filledSections(buffer.data());
 }
 
 /**
@@ -96,12 +100,12 @@ QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectMode
     QFile file(binderPath);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    QStringList lost = filledSections(&file);
+    const QByteArray binder = file.readAll();
+    QStringList lost = filledSections(binder);
     const QStringList kept = sectionsOfSave(model);
     lost.removeIf(
         [&kept](const QString &name) { return kept.contains(name) || maySaveLeaveOut(name); });
-    file.seek(0);
-    const QStringList entities = externalEntities(file.readAll());
+    const QStringList entities = externalEntities(binder);
     for (const QString &name : entities)
         lost.append(u"the entity '%1'"_qs.arg(name));
     return lost;
