@@ -9,13 +9,12 @@
 #include "TVLRedoJournal_p.h"
 #include "TVLRegularFile.h"
 #include "TVLZipReader.h"
+#include "TVLZipWriter.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
-
-#include <private/qzipwriter_p.h>
 
 #include <optional>
 
@@ -177,14 +176,10 @@ bool TVLProjectFolderFormat::compressBinder(const QString &path, const QString &
     if (!ok || !binder.open(QIODevice::ReadOnly))
         return false;
 
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QZipWriter zip(&buffer);
-    zip.setCreationPermissions(QFile::Permissions(0x7755));
-    zip.addFile(QFileInfo(binderFile).fileName(), binder.readAll());
-    zip.close();
-
-    return tvlWriteDerivedFile(buffer.data(), directory.filePath(zipName), nullptr);
+    TVLZipWriter zip;
+    zip.add(QFileInfo(binderFile).fileName(), binder.readAll());
+    const QByteArray bytes = binder.error() == QFile::NoError ? zip.finish() : QByteArray();
+    return !bytes.isEmpty() && tvlWriteDerivedFile(bytes, directory.filePath(zipName), nullptr);
 }
 
 bool TVLProjectFolderFormat::isNewMobileProjectTavelxContents(const QString &path)
