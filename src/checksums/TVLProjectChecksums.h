@@ -201,6 +201,8 @@ public:
     /** @} */
 
 private:
+    friend class TVLNumberedChecksums;
+
     /** A file and what it is recorded under. */
     struct RecordedFile
     {

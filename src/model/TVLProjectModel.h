@@ -1470,9 +1470,7 @@ private:
                          void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
 
     void addToSearchIndex(const TVLProjectNode *node);
-    void addAllToSearchIndex();
-    void loadSearchIndex();
-    void takeCustomMetaDataFromBinder();
+    void warnOfSearchIndex();
     void updateHasTextSynopsisNotesFromDB();
     /** Tells the search index what a property of an item is now. */
     void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,

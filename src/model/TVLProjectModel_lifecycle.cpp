@@ -139,14 +139,6 @@ void TVLProjectModel::initProject(QStringList *errors)
     ensureProperProjectNotes();
 }
 
-void TVLProjectModel::fillSearchIndex()
-{
-    addAllToSearchIndex();
-    loadSearchIndex();
-    takeCustomMetaDataFromBinder();
-    updateHasTextSynopsisNotesFromDB();
-}
-
 void TVLProjectModel::setOnlyRead(bool withSearch)
 {
     mIsOnlyRead = true;

@@ -45,11 +45,6 @@ QList<TVL::DocumentType> fileTypesOf(const QList<TVLTextDocument *> &documents)
     return types;
 }
 
-QString joinedValues(const QMap<QString, QString> &values)
-{
-    return QStringList(values.values()).join(u' ');
-}
-
 } // namespace
 
 bool TVLProjectModel::matchQString(const QString &text, int flags, const QStringList &words)
@@ -67,16 +62,6 @@ void TVLProjectModel::addToSearchIndex(const TVLProjectNode *node)
     mSearchIndex->addProjectNode(node);
     if (!node->mCustomMetaData.isEmpty())
         updateSearchedCustomMetaData(node);
-}
-
-void TVLProjectModel::addAllToSearchIndex()
-{
-    // Only quicker: each row stands for itself.
-    const bool isBundled = mSearchIndex->transaction();
-    tvlForEachNode(mRootNode.get(),
-                   [this](const TVLProjectNode *node) { mSearchIndex->addProjectNode(node); });
-    if (isBundled)
-        mSearchIndex->commit();
 }
 
 void TVLProjectModel::updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
@@ -137,7 +122,7 @@ void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,
 
 void TVLProjectModel::updateSearchedCustomMetaData(const TVLProjectNode *node) const
 {
-    updateSearched(node, TVL::CustomMetaDataProperty, joinedValues(node->mCustomMetaData));
+    updateSearched(node, TVL::CustomMetaDataProperty, TVLSearchIndex::customMetaDataText(node));
 }
 
 void TVLProjectModel::updateSearchedRecord(const TVLProjectNode *node)
@@ -258,7 +243,7 @@ QString TVLProjectModel::searchedText(const QModelIndex &index,
     case TVL::SynopsisProperty:
         return synopsis(index);
     case TVL::CustomMetaDataProperty:
-        return joinedValues(customMetaData(index));
+        return TVLSearchIndex::customMetaDataText(projectNode(index));
     case TVL::CommentsProperty:
         return inspectorNotesToPlainText(index).join(u'\n');
     default:
@@ -268,11 +253,21 @@ QString TVLProjectModel::searchedText(const QModelIndex &index,
 
 // --- Between sessions
 
-void TVLProjectModel::loadSearchIndex()
+void TVLProjectModel::fillSearchIndex()
 {
+    QList<const TVLProjectNode *> nodes;
+    tvlForEachNode(mRootNode.get(), [&nodes](const TVLProjectNode *node) { nodes.append(node); });
     // Who only reads has nothing to mend: a search asks for the texts that the file doesn't give.
-    if (mMobileProject || mSearchIndex->load() || mIsOnlyRead)
-        return;
+    if (mMobileProject) // The file is that of the desktop project.
+        std::for_each(nodes.begin(), nodes.end(),
+                      [this](const TVLProjectNode *node) { addToSearchIndex(node); });
+    else if (!mSearchIndex->fill(nodes) && !mIsOnlyRead)
+        warnOfSearchIndex();
+    updateHasTextSynopsisNotesFromDB();
+}
+
+void TVLProjectModel::warnOfSearchIndex()
+{
     QMessageBox(QMessageBox::Warning, tr("Loading Search Index"),
                 tr("Search Index was not fully loaded. Your first project search "
                    "might be slow."
@@ -283,17 +278,6 @@ void TVLProjectModel::loadSearchIndex()
                    "problem."),
                 QMessageBox::Ok, QApplication::activeWindow())
         .exec();
-}
-
-void TVLProjectModel::takeCustomMetaDataFromBinder()
-{
-    // The binder is saved far more often than the texts to search by.
-    QHash<int, QString> texts;
-    tvlForEachNode(mRootNode.get(), [&texts](const TVLProjectNode *node) {
-        if (!node->mCustomMetaData.isEmpty())
-            texts.insert(node->mId, joinedValues(node->mCustomMetaData));
-    });
-    mSearchIndex->setTexts(TVL::CustomMetaDataProperty, texts);
 }
 
 void TVLProjectModel::updateHasTextSynopsisNotesFromDB()

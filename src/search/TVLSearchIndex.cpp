@@ -114,6 +114,7 @@ TVLSearchIndex::TVLSearchIndex(TVLSearchedProject *project)
         qCritical() << "could not open QSQLITE connection" << lastError().text();
         return;
     }
+    mHandle = handleOf(*this);
     keepInMemory(*this);
     (void)tvlInstallMatchFunction(*this);
     if (createTables())

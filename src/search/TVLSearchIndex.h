@@ -14,15 +14,22 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <array>
+#include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <utility>
+
+struct sqlite3;
 
 class QIODevice;
 class QModelIndex;
 class QProgressDialog;
 class TVLCollectionMetaData;
+class TVLFiledTexts;
+class TVLNumberedChecksums;
 class TVLProjectNode;
 class TVLSearchedProject;
 
@@ -84,6 +91,12 @@ public:
      * the reason in @p error; nothing of it is taken over then.
      */
     bool load(QString *error = nullptr);
+    /**
+     * Makes the rows of all items of a project that is opened: as addProjectNode() of each, load(),
+     * and the custom meta-data of the items in place of the file's. Each row is written once. What
+     * load() returns.
+     */
+    bool fill(const QList<const TVLProjectNode *> &nodes, QString *error = nullptr);
     /** Why such a file can't be read; empty for one that can be. */
     [[nodiscard]] static QString fileError(const QString &path);
     /**
@@ -101,6 +114,9 @@ public:
      * An item is known by its id. One that the index doesn't know changes nothing, without error.
      * @{
      */
+    /** What an item is searched by for its custom meta-data: the values, with blanks between.
+     * Empty for null. */
+    [[nodiscard]] static QString customMetaDataText(const TVLProjectNode *node);
     /** Adds an item; false for null and for the three root folders, which are never searched. */
     bool addProjectNode(const TVLProjectNode *node);
     bool addDocument(const QModelIndex &index);
@@ -224,9 +240,27 @@ private:
 
     /** What is relied on when a text has no recorded hash, and no file. */
     enum class WithoutHash { AnyText, NoText };
-    [[nodiscard]] bool loadDocuments(QIODevice *device, WithoutHash withoutHash, QString *error);
-    void loadDocument(int id, const QHash<int, QString> &texts, WithoutHash withoutHash);
-    [[nodiscard]] bool isVouchedFor(int id, TVL::DocumentProperty property, bool needsNoHash) const;
+    /** A text of the file, and whether it is the present one. */
+    struct LoadedText
+    {
+        TVL::DocumentProperty property;
+        QString text;
+        bool isConfirmed;
+    };
+    using LoadedTexts = std::array<LoadedText, 5>; ///< All of an item but the title.
+    using TakeTexts = std::function<void(int id, const LoadedTexts &texts)>;
+
+    [[nodiscard]] bool readFile(const TakeTexts &take, QString *error);
+    [[nodiscard]] bool readTexts(QIODevice *device, WithoutHash withoutHash, const TakeTexts &take,
+                                 QString *error);
+    [[nodiscard]] static LoadedTexts loadedTexts(const TVLNumberedChecksums &checksums, int id,
+                                                 const TVLFiledTexts &texts,
+                                                 WithoutHash withoutHash);
+    class Filling;
+    [[nodiscard]] std::optional<bool> fillAtOnce(const QList<const TVLProjectNode *> &nodes,
+                                                 QString *error);
+    bool fillOneByOne(const QList<const TVLProjectNode *> &nodes, QString *error);
+    [[nodiscard]] static bool isSearchable(const TVLProjectNode *node);
     [[nodiscard]] bool canLookIntoDocs() const;
     [[nodiscard]] bool canReplaceFile() const;
     void refreshTexts(const QModelIndex &index, const QList<TVL::DocumentProperty> &properties);
@@ -236,6 +270,7 @@ private:
     [[nodiscard]] bool isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const;
 
     TVLSearchedProject *mProject; ///< Not owned; may be null.
+    sqlite3 *mHandle = nullptr; ///< Of the connection; null for one of another SQLite.
     bool mIsLoaded = false;
     bool mIsModified = false;
     QSet<int> mStoredIds; ///< Of the items in the file.

@@ -13,8 +13,6 @@ namespace {
 
 namespace Statement {
 
-const QString UpdateText =
-    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_qs;
 const QString UpdateInt =
     u"UPDATE DocumentIntProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
 const QString UpdateConfirmed =
@@ -44,13 +42,6 @@ bool isLabelOrStatus(TVL::DocumentProperty property)
     return property == TVL::LabelProperty || property == TVL::StatusProperty;
 }
 
-/** The three root folders are never searched. */
-bool isSearchable(const TVLProjectNode *node)
-{
-    return node && node->mNodeType != TVL::DraftFolder && node->mNodeType != TVL::ResearchFolder
-        && node->mNodeType != TVL::TrashFolder;
-}
-
 } // namespace
 
 const QSet<int> &TVLSearchIndex::stringDocumentProperties()
@@ -62,6 +53,18 @@ const QSet<int> &TVLSearchIndex::stringDocumentProperties()
 }
 
 // --- Rows of an item
+
+/** The three root folders are never searched. */
+bool TVLSearchIndex::isSearchable(const TVLProjectNode *node)
+{
+    return node && node->mNodeType != TVL::DraftFolder && node->mNodeType != TVL::ResearchFolder
+        && node->mNodeType != TVL::TrashFolder;
+}
+
+QString TVLSearchIndex::customMetaDataText(const TVLProjectNode *node)
+{
+    return node ? QStringList(node->mCustomMetaData.values()).join(u' ') : QString();
+}
 
 bool TVLSearchIndex::addProjectNode(const TVLProjectNode *node)
 {
@@ -161,7 +164,7 @@ void TVLSearchIndex::updatePropertyPrivate(int id, TVL::DocumentProperty propert
                                            const QVariant &value, bool confirmed)
 {
     if (isText(property)) {
-        change(Statement::UpdateText,
+        change(UpdateText,
                {{u":v"_qs, textValue(value.toString())},
                 {u":c"_qs, confirmed},
                 {u":id"_qs, id},

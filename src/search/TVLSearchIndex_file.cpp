@@ -3,53 +3,26 @@
 #include "TVLErrorText_p.h"
 #include "TVLFilePresence_p.h"
 #include "TVLFileWriting_p.h"
+#include "TVLNumberedChecksums_p.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLRegularFile.h"
+#include "TVLSearchFile_p.h"
+#include "TVLSearchRows_p.h"
 #include "TVLSearchSql_p.h"
 #include "TVLSearchedProject.h"
-#include "TVLXmlReading_p.h"
-#include "TVLXmlText_p.h"
+#include "TVLTextProof_p.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFileInfo>
-#include <QHash>
-#include <QSqlError>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
-#include <algorithm>
-#include <array>
-#include <functional>
 #include <vector>
 
 using namespace TVLSearchSql;
 
 namespace {
-
-const QString RootTag = u"SearchIndexes"_qs;
-const QString VersionAttribute = u"Version"_qs;
-const QString Version = u"1.0"_qs;
-const QString DocumentsTag = u"Documents"_qs;
-const QString DocumentTag = u"Document"_qs;
-const QString IdAttribute = u"ID"_qs;
-
-struct TextElement
-{
-    TVL::DocumentProperty property;
-    QString tag;
-};
-
-/** In the order in which they are written. */
-const std::array<TextElement, 6> TextElements = {{
-    {TVL::TitleProperty, u"Title"_qs},
-    {TVL::SynopsisProperty, u"Synopsis"_qs},
-    {TVL::TextProperty, u"Text"_qs},
-    {TVL::CustomMetaDataProperty, u"CustomMetaData"_qs},
-    {TVL::NotesProperty, u"Notes"_qs},
-    {TVL::CommentsProperty, u"Comments"_qs},
-}};
 
 const QString SelectIdentities = u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs;
 const QString SelectText =
@@ -58,140 +31,56 @@ const QString SelectText =
 constexpr const char *CannotOpen =
     QT_TRANSLATE_NOOP("TVLSearchIndex", "Could not find or open the search.indexes file");
 
-QString translated(const char *text)
+/** A text of an item at a time, of one property. */
+class TextQuery
 {
-    return QCoreApplication::translate("TVLSearchIndex", text);
-}
-
-/** Goes on to the first child of a name; false at the end of the element that the reader is in. */
-bool enterChild(QXmlStreamReader *reader, const QString &tag)
-{
-    while (reader->readNextStartElement()) {
-        if (reader->qualifiedName() == tag)
-            return true;
-        reader->skipCurrentElement();
+public:
+    TextQuery(const QSqlDatabase &database, sqlite3 *handle, TVL::DocumentProperty property)
+        : mProperty(property)
+        , mStatement(database, handle, SelectText)
+    {
+        mStatement.bind(0, int(property));
     }
-    return false;
-}
 
-/** Goes on to the root element. A document type is refused: the file has none, and what its
- * entities stand for would be missing from the texts. */
-bool enterRoot(QXmlStreamReader *reader, const QString &tag)
-{
-    while (tvlHasMore(*reader) && !reader->isStartElement()) {
-        if (reader->readNext() == QXmlStreamReader::DTD)
-            reader->raiseError(translated("The search.indexes file has a document type"));
+    /** False when the database fails. */
+    [[nodiscard]] bool read(int id, TVLFiledTexts *texts)
+    {
+        mStatement.bind(1, id);
+        const bool hasText = mStatement.next();
+        if (hasText) {
+            (*texts)[mProperty] = mStatement.textAt(0);
+            mStatement.reset();
+        }
+        return hasText || !mStatement.hasFailed();
     }
-    return !reader->hasError() && reader->qualifiedName() == tag;
-}
 
-/** The text of the element that the reader is in, with that of its children, however deep. */
-QString readText(QXmlStreamReader *reader)
-{
-    QString text;
-    for (int depth = 1; depth > 0 && tvlHasMore(*reader);) {
-        reader->readNext();
-        if (reader->isStartElement())
-            ++depth;
-        else if (reader->isEndElement())
-            --depth;
-        else if (reader->isCharacters())
-            text += reader->text();
-    }
-    return text;
-}
-
-/** Takes an item of the file, with its texts by property. */
-using TakeDocument = std::function<void(int id, const QHash<int, QString> &texts)>;
-
-void readDocument(QXmlStreamReader *reader, const TakeDocument &take)
-{
-    bool isReadable = false;
-    const int id = reader->attributes().value(IdAttribute).toInt(&isReadable);
-    QHash<int, QString> texts;
-    while (reader->readNextStartElement()) {
-        const auto element =
-            std::find_if(TextElements.begin(), TextElements.end(), [&](const TextElement &known) {
-                return known.tag == reader->qualifiedName();
-            });
-        // Of several the first counts.
-        if (element == TextElements.end() || texts.contains(element->property))
-            reader->skipCurrentElement();
-        else
-            texts.insert(element->property, readText(reader));
-    }
-    if (isReadable && id >= 0 && !reader->hasError())
-        take(id, texts);
-}
-
-/** Reads all items; empty, or why the file can't be read to its end. */
-QString readDocuments(QIODevice *device, const TakeDocument &take)
-{
-    QXmlStreamReader reader(device);
-    reader.setNamespaceProcessing(false);
-    reader.setEntityExpansionLimit(0);
-    const bool hasDocuments = enterRoot(&reader, RootTag) && enterChild(&reader, DocumentsTag);
-    while (hasDocuments && enterChild(&reader, DocumentTag))
-        readDocument(&reader, take);
-    tvlReadToEnd(&reader);
-    if (reader.hasError())
-        return translated("line %1, column %2: %3")
-            .arg(reader.lineNumber())
-            .arg(reader.columnNumber())
-            .arg(reader.errorString());
-    return hasDocuments ? QString() : translated("The search.indexes file has no documents");
-}
-
-/** Writes an item by its texts, which the queries give in the order of TextElements. */
-bool writeDocument(QXmlStreamWriter *writer, int id, std::vector<QSqlQuery> *texts)
-{
-    writer->writeStartElement(DocumentTag);
-    writer->writeAttribute(IdAttribute, QString::number(id));
-    for (std::size_t i = 0; i < TextElements.size(); ++i) {
-        QSqlQuery &query = texts->at(i);
-        query.bindValue(u":i"_qs, id);
-        if (!succeeded(query, query.exec(), __LINE__))
-            return false;
-        const QString text = query.next() ? tvlXmlText(query.value(0).toString()) : QString();
-        query.finish();
-        if (text.isEmpty())
-            continue;
-        writer->writeStartElement(TextElements[i].tag);
-        tvlWriteXmlCharacters(writer, text);
-        writer->writeEndElement();
-    }
-    writer->writeEndElement();
-    return true;
-}
+private:
+    TVL::DocumentProperty mProperty;
+    TVLSqlStatement mStatement;
+};
 
 /** Writes all items and tells their ids; false when the database fails. */
-bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database, QSet<int> *ids)
+bool writeDocuments(QXmlStreamWriter *writer, const QSqlDatabase &database, sqlite3 *handle,
+                    QSet<int> *ids)
 {
-    QSqlQuery identities(database);
-    identities.setForwardOnly(true);
-    if (!run(&identities, SelectIdentities, __LINE__))
-        return false;
-    std::vector<QSqlQuery> texts;
-    for (const TextElement &element : TextElements) {
-        QSqlQuery &query = texts.emplace_back(database);
-        query.setForwardOnly(true);
-        if (!prepare(&query, SelectText, __LINE__))
-            return false;
-        query.bindValue(u":t"_qs, int(element.property));
-    }
+    TVLSqlStatement identities(database, handle, SelectIdentities);
+    std::vector<TextQuery> queries;
+    for (const int property : TVLSearchIndex::stringDocumentProperties())
+        queries.emplace_back(database, handle, TVL::DocumentProperty(property));
 
-    writer->writeStartDocument();
-    writer->writeStartElement(RootTag);
-    writer->writeAttribute(VersionAttribute, Version);
-    writer->writeStartElement(DocumentsTag);
+    TVLSearchFile::writeStart(writer);
     while (identities.next()) {
-        const int id = identities.value(0).toInt();
-        if (!writeDocument(writer, id, &texts))
-            return false;
+        const int id = identities.intAt(0);
+        TVLFiledTexts texts;
+        for (TextQuery &query : queries) {
+            if (!query.read(id, &texts))
+                return false;
+        }
+        TVLSearchFile::writeDocument(writer, id, texts);
         ids->insert(id);
     }
-    writer->writeEndDocument();
-    return succeeded(identities, !identities.lastError().isValid(), __LINE__);
+    TVLSearchFile::writeEnd(writer);
+    return !identities.hasFailed();
 }
 
 } // namespace
@@ -206,13 +95,24 @@ QString TVLSearchIndex::searchIndexesFilePath() const
 
 bool TVLSearchIndex::load(QString *error)
 {
+    TVLSearchRows rows(*this, mHandle);
+    return readFile(
+        [&rows](int id, const LoadedTexts &texts) {
+            for (const LoadedText &text : texts)
+                rows.update(id, text.property, text.text, text.isConfirmed);
+        },
+        error);
+}
+
+bool TVLSearchIndex::readFile(const TakeTexts &take, QString *error)
+{
     mIsLoaded = true;
     mIsModified = false;
     if (!mProject || tvlIsMissing(searchIndexesFilePath()))
         return true;
     TVLRegularFile file(searchIndexesFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
-        tvlSetError(error, translated(CannotOpen));
+        tvlSetError(error, QCoreApplication::translate("TVLSearchIndex", CannotOpen));
         return false;
     }
 
@@ -221,7 +121,7 @@ bool TVLSearchIndex::load(QString *error)
     // one isn't that of any file.
     const bool hadNoHashes = !checksums->loadChecksums() && checksums->isFileMissing();
     const bool isRead = canLookIntoDocs()
-        && loadDocuments(&file, hadNoHashes ? WithoutHash::AnyText : WithoutHash::NoText, error);
+        && readTexts(&file, hadNoHashes ? WithoutHash::AnyText : WithoutHash::NoText, take, error);
     mIsModified = false;
     // A hash vouches for a text that is here. Without the texts it would confirm that there is
     // none, now or when the file is next read.
@@ -238,57 +138,48 @@ bool TVLSearchIndex::canLookIntoDocs() const
 }
 
 /** All of the file or nothing: what stands before a fault is no more to be relied on. */
-bool TVLSearchIndex::loadDocuments(QIODevice *device, WithoutHash withoutHash, QString *error)
+bool TVLSearchIndex::readTexts(QIODevice *device, WithoutHash withoutHash, const TakeTexts &take,
+                               QString *error)
 {
     Bundle bundle(this);
-    const QString readError =
-        readDocuments(device, [this, withoutHash](int id, const QHash<int, QString> &texts) {
-            mStoredIds.insert(id);
-            loadDocument(id, texts, withoutHash);
-        });
+    const TVLNumberedChecksums checksums(mProject->checksums());
+    const QString readError = TVLSearchFile::read(device, [&](int id, const TVLFiledTexts &texts) {
+        mStoredIds.insert(id);
+        take(id, loadedTexts(checksums, id, texts, withoutHash));
+    });
     tvlSetError(error, readError);
     return readError.isEmpty() && bundle.isOpen() && bundle.keep();
 }
 
-void TVLSearchIndex::loadDocument(int id, const QHash<int, QString> &texts, WithoutHash withoutHash)
+TVLSearchIndex::LoadedTexts TVLSearchIndex::loadedTexts(const TVLNumberedChecksums &checksums,
+                                                        int id, const TVLFiledTexts &texts,
+                                                        WithoutHash withoutHash)
 {
     const auto isCurrent = [&](TVL::DocumentProperty property) {
-        return isVouchedFor(id, property,
-                            withoutHash == WithoutHash::AnyText || texts.value(property).isEmpty());
+        return tvlIsVouchedFor(checksums, id, property,
+                               withoutHash == WithoutHash::AnyText || texts.at(property).isEmpty());
     };
     const bool isText = isCurrent(TVL::TextProperty);
     const bool isNotes = isCurrent(TVL::NotesProperty);
     const bool isSynopsis = isCurrent(TVL::SynopsisProperty);
     // Which comments there are, the text says too.
-    const bool isComments = isCurrent(TVL::CommentsProperty)
-        && (isText || texts.value(TVL::CommentsProperty).isEmpty());
-    const bool isAll = isText && isNotes && isSynopsis && isComments;
-    // The title is the binder's.
-    const std::pair<TVL::DocumentProperty, bool> confirmed[] = {
-        {TVL::SynopsisProperty, isSynopsis}, {TVL::TextProperty, isText},
-        {TVL::NotesProperty, isNotes},       {TVL::CustomMetaDataProperty, isAll},
-        {TVL::CommentsProperty, isComments},
+    const bool isComments =
+        isCurrent(TVL::CommentsProperty) && (isText || texts.at(TVL::CommentsProperty).isEmpty());
+    const auto loaded = [&texts](TVL::DocumentProperty property, bool isConfirmed) {
+        return LoadedText{property, texts.at(property), isConfirmed};
     };
-    for (const auto &[property, isConfirmed] : confirmed)
-        updatePropertyPrivate(id, property, texts.value(property), isConfirmed);
-}
-
-/** Whether the hash of a text says that it is that of its file; of a text that needs none, whether
- * there is no file. */
-bool TVLSearchIndex::isVouchedFor(int id, TVL::DocumentProperty property, bool needsNoHash) const
-{
-    const TVL::DocumentType type = TVL::toDocumentType(property);
-    const TVLProjectChecksums *checksums = mProject->checksums();
-    return checksums->checksumsMatch(id, type)
-        && (needsNoHash || !checksums->loadedChecksum(id, type).isEmpty());
+    return {loaded(TVL::SynopsisProperty, isSynopsis), loaded(TVL::TextProperty, isText),
+            loaded(TVL::NotesProperty, isNotes),
+            loaded(TVL::CustomMetaDataProperty, isText && isNotes && isSynopsis && isComments),
+            loaded(TVL::CommentsProperty, isComments)};
 }
 
 QString TVLSearchIndex::fileError(const QString &path)
 {
     TVLRegularFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return translated(CannotOpen);
-    return readDocuments(&file, [](int, const QHash<int, QString> &) {});
+        return QCoreApplication::translate("TVLSearchIndex", CannotOpen);
+    return TVLSearchFile::read(&file, [](int, const TVLFiledTexts &) {});
 }
 
 // --- Writing
@@ -300,9 +191,8 @@ void TVLSearchIndex::save()
     // The file isn't touched before all that it will hold is there.
     QByteArray content;
     QXmlStreamWriter writer(&content);
-    writer.setAutoFormatting(true);
     QSet<int> ids;
-    if (!writeDocuments(&writer, *this, &ids))
+    if (!writeDocuments(&writer, *this, mHandle, &ids))
         return;
     if (!canReplaceFile() || !mProject->checksums()->withdrawOutdated()
         || !tvlWriteOwnFile(content, searchIndexesFilePath(), nullptr)) {

@@ -7,6 +7,7 @@
 #include "TVLSearchWords_p.h"
 #include "TVLSearchedProject.h"
 #include "TVLTextMatcher.h"
+#include "TVLTextProof_p.h"
 
 #include <QDebug>
 #include <QModelIndex>
@@ -267,7 +268,7 @@ bool TVLSearchIndex::isUpToDate(const QModelIndex &index, TVL::DocumentProperty 
     const int id = nodeOf(index)->mId;
     const bool isEmpty = !hasText(id, property);
     if (!TVL::canConvertToDocType(property) || mProject->referenced(index)
-        || !isVouchedFor(id, property, isEmpty))
+        || !tvlIsVouchedFor(*mProject->checksums(), id, property, isEmpty))
         return false;
     return property != TVL::CommentsProperty || isEmpty || isUpToDate(index, TVL::TextProperty);
 }

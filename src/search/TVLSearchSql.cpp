@@ -80,8 +80,11 @@ bool TVLSearchSql::run(QSqlQuery *query, const QString &statement, int line)
 
 QVariant TVLSearchSql::textValue(const QString &text)
 {
-    if (text.isNull())
-        return u""_qs;
+    return text.isNull() ? u""_qs : storedText(text);
+}
+
+QString TVLSearchSql::storedText(const QString &text)
+{
     QString value = text.isValidUtf16() ? text : withoutHalfPairs(text);
     // The database takes one byte order mark off, and believes what it says.
     if (value.startsWith(QChar::ByteOrderMark) || value.startsWith(QChar::ByteOrderSwapped))

@@ -14,6 +14,8 @@ inline const QString InsertText =
     u"INSERT INTO DocumentSearchProperties (identity, type, propertyValue, confirmed) VALUES (:i, :t, :v, :c)"_qs;
 inline const QString InsertInt =
     u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_qs;
+inline const QString UpdateText =
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_qs;
 
 /**
  * The handle of a connection that is open and uses the same SQLite as this library; else null. One
@@ -37,10 +39,11 @@ bool succeeded(const QSqlQuery &query, bool result, int line);
 [[nodiscard]] bool run(QSqlQuery *query, const QString &statement, int line);
 
 /**
- * A text as it is bound so that it is stored as it is. Never NULL, of which SQL knows neither a
- * length nor a match. Half surrogate pairs become U+FFFD, as the database would take each for a
- * pair with whatever follows.
+ * A text as it is bound so that it is stored as it is. Half surrogate pairs become U+FFFD, as the
+ * database would take each for a pair with whatever follows.
  */
+[[nodiscard]] QString storedText(const QString &text);
+/** The same as a value that is never NULL, of which SQL knows neither a length nor a match. */
 [[nodiscard]] QVariant textValue(const QString &text);
 
 /**

@@ -1,0 +1,101 @@
+#include "TVLNumberedChecksums_p.h"
+
+#include "TVLProjectChecksums.h"
+#include "TVLProjectFolderFormat.h"
+
+#include <QFileInfo>
+
+#include <array>
+#include <filesystem>
+#include <optional>
+
+namespace {
+
+using Format = TVLProjectFolderFormat;
+
+struct NumberedName
+{
+    TVL::DocumentType type;
+    QString tail; ///< What follows the id.
+};
+
+const std::array<NumberedName, 4> &numberedNames()
+{
+    static const auto names = [] {
+        const auto nameOf = [](TVL::DocumentType type) {
+            return NumberedName{type, Format::documentFileNameId(0, type).sliced(1)};
+        };
+        return std::array{nameOf(TVL::MainText), nameOf(TVL::NotesText), nameOf(TVL::SynopsisText),
+                          nameOf(TVL::CommentsFile)};
+    }();
+    return names;
+}
+
+quint64 keyOf(int id, TVL::DocumentType type)
+{
+    constexpr int BitsOfTypes = 8;
+    return (quint64(id) << BitsOfTypes) | quint64(type);
+}
+
+/** The document that a file name stands for; none for a name that no id gives. */
+std::optional<quint64> keyOfName(QStringView name, Qt::CaseSensitivity sensitivity)
+{
+    for (const NumberedName &numbered : numberedNames()) {
+        if (!name.endsWith(numbered.tail, sensitivity))
+            continue;
+        const QStringView digits = name.chopped(numbered.tail.size());
+        bool isNumber = false;
+        const int id = digits.toInt(&isNumber);
+        if (isNumber && id >= 0 && digits == QString::number(id))
+            return keyOf(id, numbered.type);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+TVLNumberedChecksums::TVLNumberedChecksums(const TVLProjectChecksums *checksums)
+    : mChecksums(checksums)
+    , mDocsPath(Format::filesDocsPath(checksums->path()) + u'/')
+{
+    const ChecksumMap &records = checksums->mChecksums;
+    mRecords.reserve(records.size());
+    for (auto record = records.cbegin(); record != records.cend(); ++record) {
+        const auto &[uuid, name] = record.key();
+        const auto key = uuid.isNull() ? keyOfName(name, Qt::CaseSensitive) : std::nullopt;
+        if (key)
+            mRecords.insert(*key, *record);
+    }
+    mListed = listedKeys(&mIsListed);
+}
+
+/** Reads the whole folder or nothing: what a failure has hidden isn't missing. */
+QSet<TVLNumberedChecksums::Key> TVLNumberedChecksums::listedKeys(bool *isListed) const
+{
+    QSet<Key> keys;
+    std::error_code error;
+    std::filesystem::directory_iterator entry(QFileInfo(mDocsPath).filesystemFilePath(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        // Names that aren't in the system's encoding are none of ours, and no reason to throw.
+        const QString name = QFileInfo(entry->path()).fileName();
+        if (const auto key = keyOfName(name, Qt::CaseInsensitive))
+            keys.insert(*key);
+    }
+    *isListed = !error;
+    return keys;
+}
+
+bool TVLNumberedChecksums::checksumsMatch(int id, TVL::DocumentType type) const
+{
+    const Key key = keyOf(id, type);
+    const auto record = mRecords.constFind(key);
+    if (record != mRecords.cend())
+        return TVLProjectChecksums::checksumsMatch(mDocsPath + Format::documentFileNameId(id, type),
+                                                   *record);
+    return (mIsListed && !mListed.contains(key)) || mChecksums->checksumsMatch(id, type);
+}
+
+QByteArray TVLNumberedChecksums::loadedChecksum(int id, TVL::DocumentType type) const
+{
+    return mRecords.value(keyOf(id, type));
+}
