@@ -105,10 +105,8 @@ QString TVLProjectFolderFormat::readUserProjectData(const QString &filePath)
 {
     static const QByteArray startTag = "<UserProjectData>";
     static const QByteArray endTag = "</UserProjectData>";
-    TVLRegularFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray content = file.readAll();
+    const std::unique_ptr<QIODevice> file = openFile(filePath, filePath, nullptr);
+    const QByteArray content = file ? file->readAll() : QByteArray();
     const qsizetype start = content.indexOf(startTag);
     const qsizetype end = start < 0 ? -1 : content.indexOf(endTag, start);
     if (end < 0)

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void aLaterSaveOfTheFileCounts();
     void commentsWaitForTheirText();
     void aFileIsReadAsTheJournalHasIt();
+    void rawTextsOfABinderAreReadAsTheJournalHasThem();
     void aGivenUpChangeLeavesWhatWasThere();
     void aLinkInTheJournalsPlaceIsReplaced();
 };
@@ -303,6 +304,16 @@ void TstRedoJournal::aFileIsReadAsTheJournalHasIt()
     QCOMPARE(TVLRedoJournal::pendingContent(project.path(), path), NewWords);
     project.writeFile(TextFile, "other");
     QVERIFY(!TVLRedoJournal::pendingContent(project.path(), path));
+}
+
+void TstRedoJournal::rawTextsOfABinderAreReadAsTheJournalHasThem()
+{
+    const TestProject project;
+    const QString path = TVLProjectFolderFormat::defaultBinderFilePath(project.path());
+    const QByteArray data = "<UserProjectData>new</UserProjectData>";
+    project.writeFile(QFileInfo(path).fileName(), "old");
+    beginAndBeKilled(project, {{path, "<Project>" + data + "</Project>"}});
+    QCOMPARE(TVLProjectFolderFormat::readUserProjectData(path), QString::fromUtf8(data));
 }
 
 void TstRedoJournal::aGivenUpChangeLeavesWhatWasThere()
