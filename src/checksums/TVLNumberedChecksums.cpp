@@ -31,7 +31,7 @@ const std::array<NumberedName, 4> &numberedNames()
     return names;
 }
 
-quint64 keyOf(int id, TVL::DocumentType type)
+quint64 numberedKey(int id, TVL::DocumentType type)
 {
     constexpr int BitsOfTypes = 8;
     return (quint64(id) << BitsOfTypes) | quint64(type);
@@ -47,7 +47,7 @@ std::optional<quint64> keyOfName(QStringView name, Qt::CaseSensitivity sensitivi
         bool isNumber = false;
         const int id = digits.toInt(&isNumber);
         if (isNumber && id >= 0 && digits == QString::number(id))
-            return keyOf(id, numbered.type);
+            return numberedKey(id, numbered.type);
     }
     return std::nullopt;
 }
@@ -87,7 +87,7 @@ QSet<TVLNumberedChecksums::Key> TVLNumberedChecksums::listedKeys(bool *isListed)
 
 bool TVLNumberedChecksums::checksumsMatch(int id, TVL::DocumentType type) const
 {
-    const Key key = keyOf(id, type);
+    const Key key = numberedKey(id, type);
     const auto record = mRecords.constFind(key);
     if (record != mRecords.cend())
         return TVLProjectChecksums::checksumsMatch(mDocsPath + Format::documentFileNameId(id, type),
@@ -97,5 +97,5 @@ bool TVLNumberedChecksums::checksumsMatch(int id, TVL::DocumentType type) const
 
 QByteArray TVLNumberedChecksums::loadedChecksum(int id, TVL::DocumentType type) const
 {
-    return mRecords.value(keyOf(id, type));
+    return mRecords.value(numberedKey(id, type));
 }

@@ -282,9 +282,10 @@ void TVLProjectModel::warnOfSearchIndex()
 
 void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 {
-    const QSet<int> texts = mSearchIndex->idsWithText(TVL::TextProperty);
-    const QSet<int> synopses = mSearchIndex->idsWithText(TVL::SynopsisProperty);
-    const QSet<int> notes = mSearchIndex->idsWithText(TVL::NotesProperty);
+    const QHash<TVL::DocumentProperty, QSet<int>> ids = mSearchIndex->idsWithTexts();
+    const QSet<int> texts = ids.value(TVL::TextProperty);
+    const QSet<int> synopses = ids.value(TVL::SynopsisProperty);
+    const QSet<int> notes = ids.value(TVL::NotesProperty);
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         node->mHasText = texts.contains(node->mId);
         node->mHasSynopsis = synopses.contains(node->mId);

@@ -153,8 +153,9 @@ public:
     /** Whether a text, confirmed or not, isn't empty. True for null and for a node without id. */
     [[nodiscard]] bool hasText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
     [[nodiscard]] bool hasText(int id, TVL::DocumentProperty property) const;
-    /** The ids for which hasText() is true, at the cost of one query. */
-    [[nodiscard]] QSet<int> idsWithText(TVL::DocumentProperty property) const;
+    /** The ids for which hasText() is true of a text, of the notes or of the synopsis, at the cost
+     * of one query. */
+    [[nodiscard]] QHash<TVL::DocumentProperty, QSet<int>> idsWithTexts() const;
     /** @} */
 
     /** @name Searching @{ */

@@ -4,6 +4,7 @@
 #include "TVLProjectNode.h"
 #include "TVLSearchSql_p.h"
 #include "TVLSearchedProject.h"
+#include "TVLSqlStatement_p.h"
 
 #include <QModelIndex>
 
@@ -28,7 +29,7 @@ const QString UpdateValue =
 const QString SelectNonEmpty =
     u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_qs;
 const QString SelectAllNonEmpty =
-    u"SELECT identity FROM DocumentSearchProperties WHERE type = :t AND length(propertyValue) != 0"_qs;
+    u"SELECT type, identity FROM DocumentSearchProperties WHERE type IN (2, 3, 4) AND length(propertyValue) != 0"_qs;
 
 } // namespace Statement
 
@@ -264,14 +265,11 @@ bool TVLSearchIndex::hasText(int id, TVL::DocumentProperty property) const
     return found;
 }
 
-QSet<int> TVLSearchIndex::idsWithText(TVL::DocumentProperty property) const
+QHash<TVL::DocumentProperty, QSet<int>> TVLSearchIndex::idsWithTexts() const
 {
-    QSet<int> ids;
-    QSqlQuery *query = execute(Statement::SelectAllNonEmpty, {{u":t"_qs, int(property)}}, __LINE__);
-    if (!query)
-        return ids;
-    while (query->next())
-        ids.insert(query->value(0).toInt());
-    query->finish();
+    QHash<TVL::DocumentProperty, QSet<int>> ids;
+    TVLSqlStatement rows(*this, mHandle, Statement::SelectAllNonEmpty);
+    while (rows.next())
+        ids[TVL::DocumentProperty(rows.intAt(0))].insert(rows.intAt(1));
     return ids;
 }
