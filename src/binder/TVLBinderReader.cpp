@@ -6,6 +6,7 @@
 #include "TVLProjectNode.h"
 
 #include "TCoreType.h"
+#include "TVLDoors.h"
 #include "TVLRegularFile.h"
 
 #include <QDebug>
@@ -224,7 +225,7 @@ TVLProjectNode *TVLBinderReader::startNode(TVLProjectNode *parent)
             id = number;
     }
     if (mBinderVersion == TVL::BinderVersion1)
-        uuid = QUuid::createUuid();
+        uuid = tvlNewUuid();
     else if (mBinderVersion != TVL::NoBinderVersion)
         uuid = QUuid::fromString(attributes.value(Attribute::UUID));
 
@@ -509,7 +510,7 @@ void TVLBinderReader::readFreeformPosition(TVLProjectNode *node)
     info.mPosition = tvlStringToPointF(attributes.value(Attribute::Position));
     info.mTimeStamp = attributes.hasAttribute(Attribute::TimeStamp)
         ? attributes.value(Attribute::TimeStamp).toString()
-        : tvlDateTimeToString(QDateTime::currentDateTimeUtc(), false);
+        : tvlDateTimeToString(tvlNow().toUTC(), false);
     info.mId = readText().toInt();
     node->mFreeformPositions.insert(info.mId, info);
 }

@@ -2,10 +2,9 @@
 
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
+#include "TVLDoors.h"
 #include "TVLPropertyWords.h"
 #include "TVLXmlReading_p.h"
-
-#include <cstdlib>
 
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
@@ -54,7 +53,7 @@ bool TVLBinderReader::readLabelList(QList<TVLLabel> *labels)
         label.mId = idAttribute(attributes());
         label.mColor = TVL::floatStringToColor(attributes().value(Attribute::Color));
         if (!label.mColor.isValid() && label.mId != -1)
-            label.mColor = QColor(QRgb(std::rand() % 16777215));
+            label.mColor = QColor(QRgb(tvlRandom(16777215)));
         label.mTitle = readText();
         labels->append(label);
     }

@@ -6,6 +6,7 @@
 
 #include "TCoreType.h"
 #include "TUuid.h"
+#include "TVLDoors.h"
 #include "TVLXmlText_p.h"
 
 #include <QCoreApplication>
@@ -185,8 +186,7 @@ void TVLBinderWriter::writeItemStart(const TVLProjectNode *node, bool mobile)
     writeStartElement(BinderItem);
     if (node->mId >= 0)
         writeAttribute(Attribute::ID, QString::number(node->mId));
-    writeAttribute(Attribute::UUID,
-                   uuidText(node->mUuid.isNull() ? QUuid::createUuid() : node->mUuid));
+    writeAttribute(Attribute::UUID, uuidText(node->mUuid.isNull() ? tvlNewUuid() : node->mUuid));
     writeDateAttribute(Attribute::Created, node->mCreated);
     writeDateAttribute(Attribute::Modified, node->mModified);
     writeAttribute(Attribute::Type, TVL::wordOf(node->mNodeType));
@@ -362,7 +362,7 @@ void TVLBinderWriter::writeFreeformDocuments(const TVLProjectNode *node)
             info = *stored;
         } else {
             info.mPosition = QPointF(nextDefault, nextDefault);
-            info.mTimeStamp = tvlDateTimeToString(QDateTime::currentDateTimeUtc(), false);
+            info.mTimeStamp = tvlDateTimeToString(tvlNow().toUTC(), false);
             nextDefault += 0.2;
         }
         writeStartElement(IndexCardBinderID);

@@ -1,6 +1,7 @@
 #include "TVLKeywordModel.h"
 
 #include "TVL.h"
+#include "TVLDoors.h"
 #include "TVLGuiUtil.h"
 #include "TVLIcon.h"
 #include "TVLModel.h"
@@ -12,7 +13,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 namespace {
@@ -45,9 +45,9 @@ QString comparableTitle(const QString &title)
 
 QColor randomColor()
 {
-    const int blue = std::rand() % 256;
-    const int green = std::rand() % 256;
-    const int red = std::rand() % 256;
+    const int blue = int(tvlRandom(256));
+    const int green = int(tvlRandom(256));
+    const int red = int(tvlRandom(256));
     return QColor(red, green, blue);
 }
 

@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLOptions.h"
@@ -88,8 +89,7 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     }
     mChecksums = std::make_unique<TVLProjectChecksums>(mFolderFormat);
     mSearchIndex = std::make_unique<TVLSearchIndex>(this);
-    mRootNode =
-        std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid::createUuid()), nullptr);
+    mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
     mKeywordModel = new TVLKeywordModel(mSearchIndex.get(), this);
     loadOptions();
     connect(mKeywordModel, &TVLKeywordModel::keywordsAboutToBeRemoved, this,

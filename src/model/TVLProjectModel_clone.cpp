@@ -1,13 +1,12 @@
 #include "TVLProjectModel.h"
 
 #include "TVLCloning_p.h"
+#include "TVLDoors.h"
 #include "TVLKeywordModel.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLRecordList_p.h"
 #include "TVLSearchIndex.h"
-
-#include <QRandomGenerator>
 
 #include <utility>
 
@@ -20,8 +19,8 @@ const TVLProjectModel *projectModelOf(const QModelIndex &index)
 
 QColor randomColor()
 {
-    constexpr int Colors = 0xffffff;
-    return QColor(QRgb(QRandomGenerator::global()->bounded(Colors)));
+    constexpr quint32 Colors = 0xffffff;
+    return QColor(QRgb(tvlRandom(Colors)));
 }
 
 /** What clone() makes of a record: all that a desktop item can give, and the flags that a merge

@@ -2,6 +2,7 @@
 
 #include "TVLCoreUtil.h"
 #include "TVLDocumentSave_p.h"
+#include "TVLDoors.h"
 #include "TVLGuiUtil.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
@@ -326,8 +327,8 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
             *errors = failures;
         return false;
     }
-    mInfo.mModId = QUuid::createUuid();
-    mInfo.mModified = QDateTime::currentDateTimeUtc();
+    mInfo.mModId = tvlNewUuid();
+    mInfo.mModified = tvlNow().toUTC();
     mInfo.mDevice = platformDeviceName();
     // A kill while it was being written leaves it empty.
     if (QFileInfo(TVLProjectFolderFormat::versionFilePath(mPath)).size() == 0)

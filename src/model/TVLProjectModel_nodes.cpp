@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLDoors.h"
 #include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -16,7 +17,7 @@ TVLProjectNode *TVLProjectModel::createProjectNode(TVLProjectNode *parent, int r
                                                    int id)
 {
     if (uuid.isNull() || mUuidMap.contains(uuid))
-        uuid = QUuid::createUuid();
+        uuid = tvlNewUuid();
     if (id == -1 || mIdMap.contains(id))
         id = givesIds() ? findNextNodeId() : -1;
     if (id != -1)

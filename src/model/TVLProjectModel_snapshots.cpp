@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLDoors.h"
 #include "TVLErrorText_p.h"
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
@@ -100,7 +101,7 @@ bool TVLProjectModel::addSnapshot(const QModelIndex &index, const QString &title
 {
     TVLSnapshotInfo info;
     info.mTitle = title;
-    info.mDate = QDateTime::currentDateTime();
+    info.mDate = tvlNow();
     return addSnapshot(index, info);
 }
 

@@ -1,11 +1,11 @@
 #include "TVLProjectModel.h"
 
+#include "TVLDoors.h"
 #include "TVLModel.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
 
 #include <QHash>
-#include <QRandomGenerator>
 #include <QSet>
 
 #include <algorithm>
@@ -209,8 +209,7 @@ QModelIndexList TVLProjectModel::shuffle(const QModelIndexList &indexes)
 {
     QModelIndexList shuffled = indexes;
     for (qsizetype i = 0; i + 1 < shuffled.size(); ++i) {
-        const qsizetype other =
-            i + QRandomGenerator::global()->bounded(qint64(shuffled.size() - i));
+        const qsizetype other = i + tvlRandom(quint32(shuffled.size() - i));
         shuffled.swapItemsAt(i, other);
     }
     return shuffled;

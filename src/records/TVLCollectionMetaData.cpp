@@ -1,10 +1,9 @@
 #include "TVLCollectionMetaData.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLDoors.h"
 
 #include <QCoreApplication>
-
-#include <cstdlib>
 
 const QColor TVLCollectionMetaData::mBinderColor = QColor(230, 234, 238);
 QColor TVLCollectionMetaData::mRecentSearchCollColor = QColor(u"lavender"_qs);
@@ -21,9 +20,9 @@ QString TVLCollectionMetaData::generateIdentity()
 
 QColor TVLCollectionMetaData::randomColor()
 {
-    const int red = std::rand() % 255;
-    const int green = std::rand() % 255;
-    const int blue = std::rand() % 255;
+    const int red = int(tvlRandom(255));
+    const int green = int(tvlRandom(255));
+    const int blue = int(tvlRandom(255));
     return QColor(red, green, blue, 255);
 }
 

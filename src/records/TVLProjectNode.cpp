@@ -1,5 +1,6 @@
 #include "TVLProjectNode.h"
 
+#include "TVLDoors.h"
 #include "TVLNearestPosition_p.h"
 #include "TVLTextDocument.h"
 
@@ -21,7 +22,7 @@ TVLProjectNode::TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode
 TVLProjectNode::TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent, int row)
     : TVLProjectNode(parent, row, identity)
 {
-    mCreated = QDateTime::currentDateTime();
+    mCreated = tvlNow();
     mModified = mCreated;
 }
 

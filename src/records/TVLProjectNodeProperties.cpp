@@ -1,10 +1,12 @@
 #include "TVLProjectNodeProperties.h"
 
+#include "TVLDoors.h"
+
 #include <algorithm>
 
 void TVLProjectNodeProperties::updateModified()
 {
-    mModified = QDateTime::currentDateTime();
+    mModified = tvlNow();
 }
 
 void TVLProjectNodeProperties::removeId(int id)

@@ -1,5 +1,6 @@
 #include "TVLProjectFolderFormat.h"
 
+#include "TVLDoors.h"
 #include "TVLSettingsFile_p.h"
 #include "TvlCore.h"
 
@@ -32,7 +33,7 @@ QUuid readOrMakeUserLockId()
     if (!file.exists()) {
         QDir::root().mkpath(directory.absolutePath());
         if (file.open(QIODevice::WriteOnly)) {
-            id = QUuid::createUuid();
+            id = tvlNewUuid();
             QDataStream stream(&file);
             stream << id;
             return id;

@@ -3,6 +3,7 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLDoors.h"
 #include "TVLErrorText_p.h"
 #include "TVLFilePresence_p.h"
 #include "TVLFileWriting_p.h"
@@ -206,7 +207,7 @@ bool setAside(const QString &projectPath, const Entry &entry)
     QDir folder(projectPath);
     if (!folder.mkpath(u"Recovered"_qs) || !folder.cd(u"Recovered"_qs))
         return false;
-    const QString stamp = QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh.mm.ss"_qs);
+    const QString stamp = tvlNow().toString(u"yyyy-MM-dd hh.mm.ss"_qs);
     const QString name = TVLCoreUtil::GetUniqueFileName(
         folder.absolutePath(), stamp + u' ' + QFileInfo(entry.mPath).fileName());
     return tvlWriteOwnFile(entry.mContent, folder.filePath(name), nullptr);

@@ -1,5 +1,7 @@
 #include "KeywordChecks.h"
+#include "TVLDoors.h"
 #include "TVLIcon.h"
+#include "TVLReplay.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 #include "TestScale.h"
@@ -13,7 +15,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -275,15 +276,15 @@ void TstKeywordModel::aKeywordIsInsertedBelowAnother()
 
 void TstKeywordModel::aNewKeywordHasARandomOpaqueColor()
 {
-    std::srand(17);
+    const TVLReplay first(17);
     QList<QColor> expected;
     for (int i = 0; i < 20; ++i) {
-        const int blue = std::rand() % 256;
-        const int green = std::rand() % 256;
-        const int red = std::rand() % 256;
+        const int blue = int(tvlRandom(256));
+        const int green = int(tvlRandom(256));
+        const int red = int(tvlRandom(256));
         expected.append(QColor(red, green, blue));
     }
-    std::srand(17);
+    const TVLReplay again(17);
     for (int i = 0; i < 20; ++i) {
         QVERIFY(mModel->insertItem(i, QModelIndex(), QString::number(i)));
         QCOMPARE(mModel->color(mModel->index(i, 0)), expected.at(i));

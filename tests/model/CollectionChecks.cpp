@@ -1,6 +1,6 @@
 #include "CollectionChecks.h"
 
-#include <cstdlib>
+#include "TVLDoors.h"
 
 TVLCollectionMetaData collection(TVL::CollectionType type, const QString &title, const Ids &ids)
 {
@@ -54,9 +54,9 @@ QString titles(const TVLProjectModel *model)
 
 QColor nextColor()
 {
-    const int red = std::rand() % 255;
-    const int green = std::rand() % 255;
-    const int blue = std::rand() % 255;
+    const int red = int(tvlRandom(255));
+    const int green = int(tvlRandom(255));
+    const int blue = int(tvlRandom(255));
     return {red, green, blue};
 }
 

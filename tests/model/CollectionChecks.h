@@ -27,7 +27,7 @@ extern const Collections Five;
 /** The titles of the collections in their order. */
 [[nodiscard]] QString titles(const TVLProjectModel *model);
 
-/** The next colour that the C library's random numbers give, red first. */
+/** The next colour that tvlRandom() gives, red first. */
 [[nodiscard]] QColor nextColor();
 
 /**

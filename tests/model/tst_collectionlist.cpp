@@ -1,5 +1,6 @@
 #include "CollectionChecks.h"
 #include "ModelTester.h"
+#include "TVLReplay.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -8,7 +9,6 @@
 #include <QTest>
 
 #include <climits>
-#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -154,11 +154,11 @@ void TstCollectionList::randomColorsStayBelowTheBrightestValue()
 
 void TstCollectionList::randomColorsAreRedThenGreenThenBlue()
 {
-    std::srand(7);
+    const TVLReplay seed(7);
     const QColor first = nextColor();
     const QColor second = nextColor();
     const auto model = emptyModel();
-    std::srand(7);
+    const TVLReplay again(7);
     model->addDefaultCollections();
     QCOMPARE(model->collections().at(0).mColor, first);
     QCOMPARE(model->collections().at(1).mColor, second);
@@ -396,10 +396,10 @@ void TstCollectionList::insertedItemsHaveAFreshIdentityAndTheirColor()
 
 void TstCollectionList::anInvalidColorBecomesARandomOne()
 {
-    std::srand(11);
+    const TVLReplay first(11);
     const QColor expected = nextColor();
     const auto model = modelOfFive();
-    std::srand(11);
+    const TVLReplay again(11);
     const QString identity = model->insertCollection(5, {}, u"New"_qs, QColor());
     QCOMPARE(model->findCollectionById(identity).mColor, expected);
 }
@@ -645,9 +645,9 @@ void TstCollectionList::aMissingBinderOrSearchIsMadeButNotEntered()
     };
     for (const Row &row : {Row{TVL::BinderCollection, &TVLProjectModel::binderCollection},
                            Row{TVL::RecentSearchCollection, &TVLProjectModel::recentSearch}}) {
-        std::srand(5);
+        const TVLReplay first(5);
         const QColor expected = nextColor();
-        std::srand(5);
+        const TVLReplay again(5);
         const TVLCollectionMetaData made = (model.get()->*row.get)();
         QCOMPARE(int(made.mType), int(row.type));
         QCOMPARE(made.mColor, expected);

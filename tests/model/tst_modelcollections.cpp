@@ -1,5 +1,6 @@
 #include "CollectionChecks.h"
 #include "ModelTester.h"
+#include "TVLReplay.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -7,7 +8,6 @@
 #include <QTest>
 
 #include <climits>
-#include <cstdlib>
 #include <functional>
 
 namespace {
@@ -363,14 +363,14 @@ void TstModelCollections::syncResultsAreMadeOnceWithARandomColor()
 {
     QFETCH(const SyncResults, results);
     QFETCH(const QString, title);
-    std::srand(13);
+    const TVLReplay first(13);
     const QColor expected = nextColor();
     const auto model = modelOfFive();
     QVERIFY(!(model.get()->*results.exists)());
     QCOMPARE(model->collections(), Five);
     QVERIFY(model->isSaved());
 
-    std::srand(13);
+    const TVLReplay again(13);
     const TVLCollectionMetaData made = (model.get()->*results.get)();
     QCOMPARE(made.mTitle, title);
     QCOMPARE(made.mColor, expected);

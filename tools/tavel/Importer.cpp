@@ -3,6 +3,7 @@
 #include "TextFile.h"
 
 #include "TTextDoc.h"
+#include "TVLDoors.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
@@ -128,7 +129,7 @@ TVLProjectNode *Importer::makeItem(TVL::NodeType type, const QString &title)
     properties.mFileExtension = type == TVL::Text ? u"rtf"_qs : QString();
     properties.mLabelId = mModel->defaultLabelIdentity();
     properties.mStatusId = mModel->defaultStatusIdentity();
-    properties.mCreated = QDateTime::currentDateTime();
+    properties.mCreated = tvlNow();
     properties.mModified = properties.mCreated;
     const int atEnd = -1;
     return mModel->insertNodeWithProperties(atEnd, mModel->createIndex(mWay.constLast()),

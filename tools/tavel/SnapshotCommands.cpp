@@ -6,6 +6,7 @@
 #include "SnapshotFinder.h"
 #include "WritableProject.h"
 
+#include "TVLDoors.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDocument.h"
@@ -68,7 +69,7 @@ QDateTime newSnapshotDate(const QList<TVLSnapshotInfo> &snapshots)
         return dateTextOf(snapshot) == dateTextOf(present);
     };
     for (;;) {
-        present.mDate = QDateTime::currentDateTime();
+        present.mDate = tvlNow();
         if (std::none_of(snapshots.begin(), snapshots.end(), isTaken))
             return present.mDate;
         QThread::msleep(1000 - ulong(present.mDate.time().msec()));

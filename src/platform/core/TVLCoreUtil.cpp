@@ -4,6 +4,7 @@
 #include "TVLFilePresence_p.h"
 
 #include "TUuid.h"
+#include "TVLDoors.h"
 #include "TVLRegularFile.h"
 
 #include <QDir>
@@ -161,7 +162,7 @@ QStringDecoder decoderFor(const QByteArray &bytes, const char *codecName, bool d
 
 QString TVLCoreUtil::CreateUUID()
 {
-    return TUuid::toStringNoBraces(QUuid::createUuid(), true);
+    return TUuid::toStringNoBraces(tvlNewUuid(), true);
 }
 
 bool TVLCoreUtil::DeleteFolderAndFiles(const QString &path)

@@ -1,6 +1,7 @@
 #include "TVLTextFormat.h"
 
 #include "TUuid.h"
+#include "TVLDoors.h"
 #include "TVLOptions.h"
 
 #include <QTextDocument>
@@ -161,7 +162,7 @@ void TVLTextFormat::clearComment(QTextCharFormat *format)
 
 QString TVLTextFormat::newCommentIdentity()
 {
-    return TUuid::toStringNoBraces(QUuid::createUuid(), true);
+    return TUuid::toStringNoBraces(tvlNewUuid(), true);
 }
 
 // --- Defaults
