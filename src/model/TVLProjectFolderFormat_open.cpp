@@ -4,6 +4,7 @@
  */
 #include "TVLProjectFolderFormat.h"
 
+#include "TVLMessageBox.h"
 #include "TVLProjectModel.h"
 #include "TVLRedoJournal_p.h"
 #include "TVLRegularFile.h"
@@ -11,7 +12,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QMessageBox>
 
 #include <functional>
 #include <memory>
@@ -75,10 +75,10 @@ ReadBinder readFirst(const QList<BinderSource> &sources,
 
 void showErrors(const QStringList &errors)
 {
-    QMessageBox::critical(
+    TVLMessageBox::showMessageBox(
         QApplication::activeWindow(), TVLProjectFolderFormat::tr("Project Loader"),
         TVLProjectFolderFormat::tr("Errors reading project.\nError: %1").arg(errors.join(u'\n')),
-        QMessageBox::Ok);
+        QString(), QMessageBox::Critical);
 }
 
 /** Completes a model whose binder was read; the caller owns it. */

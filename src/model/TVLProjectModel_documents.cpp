@@ -2,6 +2,7 @@
 
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLMessageBox.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
@@ -9,7 +10,6 @@
 #include "TVLTextFinder.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QRegExp>
 #include <QSignalBlocker>
 #include <QTextCursor>
@@ -231,11 +231,9 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
     const QString separator = u"\n----------------------------------------------------"_qs;
     const QString plural = errors.size() > 1 ? u"s"_qs : QString();
 
-    QMessageBox box(QMessageBox::Critical, tr("Project Document Loader"),
-                    lines.join(u'\n') + separator + u'\n' + errors.join(separator + u'\n')
-                        + separator,
-                    QMessageBox::Ok, QApplication::activeWindow());
-    box.setInformativeText(
+    TVLMessageBox::showMessageBox(
+        QApplication::activeWindow(), tr("Project Document Loader"),
+        lines.join(u'\n') + separator + u'\n' + errors.join(separator + u'\n') + separator,
         tr("If this is the first time you have received this message, please restart %1, then "
            "restart Tavelinor and try opening this project again.\n\nIf you receive this message "
            "again for the same file%2, back up your project, then%3copy the file%2 from your "
@@ -246,8 +244,8 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
            "then paste first into Notepad to strip all formatting and RTF tags and copy and paste "
            "from there to Tavelinor.\n\nTo prevent losing work, you will not be able to modify or "
            "save the affected file%2 in Tavelinor until you restart.")
-            .arg(u"Linux"_qs, plural, QString()));
-    box.exec();
+            .arg(u"Linux"_qs, plural, QString()),
+        QMessageBox::Critical);
 }
 
 // --- The list of nodes with documents in memory

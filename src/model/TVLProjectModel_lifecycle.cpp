@@ -4,6 +4,7 @@
 #include "TVLDocumentSave_p.h"
 #include "TVLDoors.h"
 #include "TVLGuiUtil.h"
+#include "TVLMessageBox.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectFolderMonitor.h"
@@ -14,7 +15,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QTimerEvent>
@@ -375,17 +375,18 @@ void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
 
 void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 {
-    QMessageBox box(QMessageBox::Critical, u"Project Writer"_qs,
-                    tr("The following errors occurred while saving your project."), QMessageBox::Ok,
-                    QApplication::activeWindow());
-    box.setInformativeText(
-        errors.join(u"\n--------------------\n")
-        + tr("\n\nTo avoid losing your latest changes, make sure you have enough space and write "
-             "access "
-             "on your storage device.\nYou can create a copy of your project into another location "
-             "using the menu File > SaveAs.\nYou might also try to Compile and Save to RTF or DOC "
-             "format to avoid losing your latest changes."));
-    box.exec();
+    TVLMessageBox::showMessageBox(QApplication::activeWindow(), u"Project Writer"_qs,
+                                  tr("The following errors occurred while saving your project."),
+                                  errors.join(u"\n--------------------\n")
+                                      + tr("\n\nTo avoid losing your latest changes, make sure you "
+                                           "have enough space and write "
+                                           "access "
+                                           "on your storage device.\nYou can create a copy of your "
+                                           "project into another location "
+                                           "using the menu File > SaveAs.\nYou might also try to "
+                                           "Compile and Save to RTF or DOC "
+                                           "format to avoid losing your latest changes."),
+                                  QMessageBox::Critical);
 }
 
 void TVLProjectModel::saveAll(bool force)

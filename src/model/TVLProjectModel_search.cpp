@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLMessageBox.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -10,7 +11,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QProgressDialog>
 
 #include <algorithm>
@@ -268,16 +268,15 @@ void TVLProjectModel::fillSearchIndex()
 
 void TVLProjectModel::warnOfSearchIndex()
 {
-    QMessageBox(QMessageBox::Warning, tr("Loading Search Index"),
-                tr("Search Index was not fully loaded. Your first project search "
-                   "might be slow."
-                   "This might be caused by non-standard characters within the "
-                   "document contents. "
-                   "You might also try \"Tools > Save and Rebuild Search "
-                   "Indexes\" to fix the "
-                   "problem."),
-                QMessageBox::Ok, QApplication::activeWindow())
-        .exec();
+    TVLMessageBox::showMessageBox(QApplication::activeWindow(), tr("Loading Search Index"),
+                                  tr("Search Index was not fully loaded. Your first project search "
+                                     "might be slow."
+                                     "This might be caused by non-standard characters within the "
+                                     "document contents. "
+                                     "You might also try \"Tools > Save and Rebuild Search "
+                                     "Indexes\" to fix the "
+                                     "problem."),
+                                  QString(), QMessageBox::Warning);
 }
 
 void TVLProjectModel::updateHasTextSynopsisNotesFromDB()

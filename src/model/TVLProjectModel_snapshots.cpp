@@ -4,12 +4,12 @@
 #include "TVLErrorText_p.h"
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLMessageBox.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLTextDoc.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QSet>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -91,9 +91,8 @@ bool TVLProjectModel::addSnapshot(const QModelIndex &index, const TVLSnapshotInf
         dereferenceItem(text);
         return true;
     }
-    QMessageBox(QMessageBox::Critical, tr("Snapshot Writer"), error, QMessageBox::Ok,
-                QApplication::activeWindow())
-        .exec();
+    TVLMessageBox::showMessageBox(QApplication::activeWindow(), tr("Snapshot Writer"), error,
+                                  QString(), QMessageBox::Critical);
     return false;
 }
 

@@ -1,11 +1,11 @@
 #include "TVLGuiUtil.h"
 
+#include "TVLMessageBox.h"
 #include "TVLModel.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QMessageBox>
 
 namespace {
 
@@ -32,15 +32,6 @@ bool canWriteFile(const QString &path)
     return info.exists() ? info.isFile() && info.isWritable() : canWriteFolder(info.absolutePath());
 }
 
-void showError(const QString &title, const QString &text, const QString &advice, QWidget *parent)
-{
-    QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Ok, parent);
-    // A path may look like markup.
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(advice);
-    box.exec();
-}
-
 } // namespace
 
 bool TVLGuiUtil::CanWriteLocation(const QString &path, bool isFolder, bool notifyUser,
@@ -48,11 +39,12 @@ bool TVLGuiUtil::CanWriteLocation(const QString &path, bool isFolder, bool notif
 {
     const bool canWrite = !path.isEmpty() && (isFolder ? canWriteFolder(path) : canWriteFile(path));
     if (!canWrite && notifyUser) {
-        showError(tr("Write Error"),
-                  tr("Cannot write to the location: '%1'").arg(QDir::toNativeSeparators(path)),
-                  tr("Check that the disk is connected and isn't write-protected and that you have "
-                     "permission to write there, or choose another location."),
-                  parent);
+        TVLMessageBox::showMessageBox(
+            parent, tr("Write Error"),
+            tr("Cannot write to the location: '%1'").arg(QDir::toNativeSeparators(path)),
+            tr("Check that the disk is connected and isn't write-protected and that you have "
+               "permission to write there, or choose another location."),
+            QMessageBox::Critical);
     }
     return canWrite;
 }
@@ -62,11 +54,12 @@ bool TVLGuiUtil::CanReadLocation(const QString &path, bool notifyUser, QWidget *
     const QFileInfo info = freshInfo(path);
     const bool canRead = !path.isEmpty() && info.exists() && info.isReadable();
     if (!canRead && notifyUser) {
-        showError(tr("Read Error"),
-                  tr("Cannot read the location: '%1'").arg(QDir::toNativeSeparators(path)),
-                  tr("Check that the disk is connected, that nothing there was moved or renamed, "
-                     "and that you have permission to read it."),
-                  parent);
+        TVLMessageBox::showMessageBox(
+            parent, tr("Read Error"),
+            tr("Cannot read the location: '%1'").arg(QDir::toNativeSeparators(path)),
+            tr("Check that the disk is connected, that nothing there was moved or renamed, "
+               "and that you have permission to read it."),
+            QMessageBox::Critical);
     }
     return canRead;
 }
