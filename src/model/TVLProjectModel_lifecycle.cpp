@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QProgressDialog>
 #include <QScopedValueRollback>
 #include <QTimerEvent>
 

@@ -1,5 +1,6 @@
 #include "TVLProjectModel.h"
 
+#include "TVLDialogProgress.h"
 #include "TVLMessageBox.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QProgressDialog>
 
 #include <algorithm>
 #include <memory>
@@ -325,19 +325,13 @@ void TVLProjectModel::rebuildSearchIndexes(bool showProgress, QWidget *parent)
 {
     QList<int> ids;
     tvlForEachNode(mRootNode.get(), [&ids](const TVLProjectNode *node) { ids.append(node->mId); });
-    std::unique_ptr<QProgressDialog> progress;
-    if (showProgress) {
-        progress = std::make_unique<QProgressDialog>(tr("Rebuilding search indexes. Please wait."),
-                                                     QString(), 0, int(ids.size()), parent);
-        progress->setWindowModality(Qt::ApplicationModal);
-        progress->setMinimumDuration(0);
-        progress->setValue(0);
-    }
+    const auto progress = TVLDialogProgress::make(
+        showProgress, {.modality = Qt::ApplicationModal, .isShownAtOnce = true}, parent);
+    progress->begin(tr("Rebuilding search indexes. Please wait."), int(ids.size()));
     // By id: the dialog, or a box about a file that can't be read, runs the event loop.
     for (const int id : std::as_const(ids)) {
         rebuildSearchRows(id);
-        if (progress)
-            progress->setValue(progress->value() + 1);
+        progress->advance();
     }
     mChecksums->dropChangedFilesDocsChecksums();
     saveSearch(true);

@@ -31,6 +31,7 @@ class QWidget;
 class TVLBinderProject;
 class TVLDocumentSave;
 class TVLNumberedFiles;
+class TVLProgress;
 class TVLProjectFile;
 class TVLProjectModel;
 class TVLProjectNode;
@@ -643,9 +644,12 @@ public:
     /** @} */
 
     /** @name Copying and removing whole projects @{ */
-    /** Copies what a folder holds; false at the first failure or when @p progress is cancelled. */
+    /** Copies what a folder holds; false at the first failure or when @p progress is cancelled.
+     * Each entry is a step. */
     [[nodiscard]] static bool copyDirectory(const QDir &source, const QDir &target,
                                             QProgressDialog *progress = nullptr);
+    [[nodiscard]] static bool copyDirectory(const QDir &source, const QDir &target,
+                                            TVLProgress &progress);
     /**
      * Copies a project. The target must not lie in the source. A copy that fails or is cancelled
      * leaves what it had written.
@@ -653,6 +657,9 @@ public:
     [[nodiscard]] static bool copyProject(const QString &sourcePath, const QString &targetPath,
                                           bool renameBinder, QProgressDialog *progress,
                                           bool clearLock, bool replaceTarget);
+    [[nodiscard]] static bool copyProject(const QString &sourcePath, const QString &targetPath,
+                                          bool renameBinder, TVLProgress &progress, bool clearLock,
+                                          bool replaceTarget);
     [[nodiscard]] static bool copyProjectProgress(const QString &sourcePath,
                                                   const QString &targetPath, bool renameBinder,
                                                   bool clearLock, bool replaceTarget,

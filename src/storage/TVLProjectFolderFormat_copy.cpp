@@ -1,12 +1,12 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLDialogProgress.h"
 #include "TVLGuiUtil.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QProgressDialog>
 
 namespace {
 
@@ -20,14 +20,19 @@ QString withSeparator(const QString &path)
 bool TVLProjectFolderFormat::copyDirectory(const QDir &source, const QDir &target,
                                            QProgressDialog *progress)
 {
+    TVLDialogProgress dialogProgress(progress);
+    return copyDirectory(source, target, dialogProgress);
+}
+
+bool TVLProjectFolderFormat::copyDirectory(const QDir &source, const QDir &target,
+                                           TVLProgress &progress)
+{
     const QFileInfoList entries =
         source.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &entry : entries) {
-        if (progress) {
-            progress->setValue(progress->value() + 1);
-            if (progress->wasCanceled())
-                return false;
-        }
+        progress.advance();
+        if (progress.isCanceled())
+            return false;
         // A link that leads back to where it lies in would be followed for ever.
         if (entry.isSymbolicLink()
             && TVLCoreUtil::IsSameOrInside(source.absolutePath(), entry.filePath()))
@@ -45,6 +50,15 @@ bool TVLProjectFolderFormat::copyDirectory(const QDir &source, const QDir &targe
 bool TVLProjectFolderFormat::copyProject(const QString &sourcePath, const QString &targetPath,
                                          bool renameBinder, QProgressDialog *progress,
                                          bool clearLock, bool replaceTarget)
+{
+    TVLDialogProgress dialogProgress(progress);
+    return copyProject(sourcePath, targetPath, renameBinder, dialogProgress, clearLock,
+                       replaceTarget);
+}
+
+bool TVLProjectFolderFormat::copyProject(const QString &sourcePath, const QString &targetPath,
+                                         bool renameBinder, TVLProgress &progress, bool clearLock,
+                                         bool replaceTarget)
 {
     const QString source = calcEnclosingPath(sourcePath);
     const QString target = calcEnclosingPath(targetPath);
@@ -78,14 +92,13 @@ bool TVLProjectFolderFormat::copyProjectProgress(const QString &sourcePath,
                                                  bool clearLock, bool replaceTarget,
                                                  bool showProgress, QWidget *parent)
 {
-    if (!showProgress)
-        return copyProject(sourcePath, targetPath, renameBinder, nullptr, clearLock, replaceTarget);
-    QProgressDialog progress(QString(), tr("Abort Save"), 0,
-                             TVLCoreUtil::getFileAndDirCount(calcEnclosingPath(sourcePath)), parent,
-                             Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-    progress.setWindowTitle(tr("Save As"));
-    progress.setWindowModality(Qt::WindowModal);
-    return copyProject(sourcePath, targetPath, renameBinder, &progress, clearLock, replaceTarget);
+    const TVLDialogProgress::Look look = {.title = tr("Save As"),
+                                          .cancelText = tr("Abort Save"),
+                                          .flags = Qt::WindowTitleHint | Qt::WindowCloseButtonHint};
+    const auto progress = TVLDialogProgress::make(showProgress, look, parent);
+    if (showProgress)
+        progress->begin(QString(), TVLCoreUtil::getFileAndDirCount(calcEnclosingPath(sourcePath)));
+    return copyProject(sourcePath, targetPath, renameBinder, *progress, clearLock, replaceTarget);
 }
 
 bool TVLProjectFolderFormat::removeDirectory(const QDir &directory)

@@ -226,9 +226,11 @@ void TstFolderInterface::imagesAndIcons()
 void TstFolderInterface::copyingAndRemovingProjects()
 {
     areCallable([](const QString &path, const QDir &folder, QProgressDialog *progress,
-                   QWidget *parent) {
+                   TVLProgress &anyProgress, QWidget *parent) {
         gives<bool>(TVLProjectFolderFormat::copyDirectory(folder, folder, progress));
+        gives<bool>(TVLProjectFolderFormat::copyDirectory(folder, folder, anyProgress));
         gives<bool>(TVLProjectFolderFormat::copyProject(path, path, true, progress, true, true));
+        gives<bool>(TVLProjectFolderFormat::copyProject(path, path, true, anyProgress, true, true));
         gives<bool>(TVLProjectFolderFormat::copyProjectProgress(path, path, true, true, true, true,
                                                                 parent));
         gives<bool>(TVLProjectFolderFormat::removeDirectory(folder));

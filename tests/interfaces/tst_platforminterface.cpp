@@ -1,6 +1,7 @@
 #include "Callable.h"
 #include "TestMain.h"
 
+#include "TVLDialogProgress.h"
 #include "TVLDoors.h"
 #include "TVLMessageBox.h"
 #include "TVLReplay.h"
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void replays();
     void messagesOfEntities();
     void otherMessages();
+    void progress();
 };
 
 void TstPlatformInterface::timeIdentitiesAndChance()
@@ -81,6 +83,28 @@ void TstPlatformInterface::otherMessages()
         gives<Button>(TVLMessageBox::showMessageBox(parent, text, text, text, QMessageBox::Warning,
                                                     QMessageBox::Ok, QMessageBox::Ok, text,
                                                     checked));
+    });
+}
+
+void TstPlatformInterface::progress()
+{
+    areCallable([](QProgressDialog *dialog, QWidget *parent, TVLProgress *progress) {
+        const TVLProgress nothing;
+        const TVLDialogProgress ofTheCaller(dialog);
+        const TVLDialogProgress::Look look = {.title = QString(),
+                                              .cancelText = QString(),
+                                              .modality = Qt::WindowModal,
+                                              .flags = Qt::WindowTitleHint,
+                                              .isShownAtOnce = true};
+        const TVLDialogProgress own(look, parent);
+        gives<std::unique_ptr<TVLProgress>>(TVLDialogProgress::make(true, look, parent));
+        gives<std::unique_ptr<TVLProgress>>(TVLProgress::madeByMaker());
+        TVLProgress::setMaker([] { return std::make_unique<TVLProgress>(); });
+        progress->begin(QString(), 1);
+        progress->advance();
+        progress->advance(2);
+        gives<bool>(progress->isCanceled());
+        progress->finish();
     });
 }
 

@@ -1,6 +1,7 @@
 #include "LogTaker.h"
 #include "ModelChecks.h"
 #include "ModelTester.h"
+#include "TVLProgress.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLSearchIndex.h"
@@ -154,6 +155,7 @@ private Q_SLOTS:
     void rebuildingRepairsFilesAndRows();
     void rebuildingTwiceIsAsGoodAsOnce();
     void rebuildingShowsProgress();
+    void rebuildingShowsWhatStandsInForTheDialog();
     void unreadableTextsDoNotStopARebuild();
 
     void matchingIsOpenToAll();
@@ -790,6 +792,38 @@ void TstModelSearch::rebuildingShowsProgress()
     QCOMPARE(maximum, 6);
     QVERIFY(isModal);
     QCOMPARE(buttons, 0);
+}
+
+void TstModelSearch::rebuildingShowsWhatStandsInForTheDialog()
+{
+    /** Writes down what it is told. */
+    class Log : public TVLProgress
+    {
+    public:
+        explicit Log(QStringList *lines)
+            : mLines(lines)
+        {
+        }
+        void begin(const QString &text, int total) override
+        {
+            mLines->append(u"%1 (%2)"_qs.arg(text).arg(total));
+        }
+        void advance(int steps) override { mLines->append(QString::number(steps)); }
+
+    private:
+        QStringList *mLines;
+    };
+    const TestProject project;
+    makeProject(project);
+    const auto model = project.open();
+    QStringList lines;
+    TVLProgress::setMaker([&lines] { return std::make_unique<Log>(&lines); });
+    model->rebuildSearchIndexes(false, nullptr);
+    QCOMPARE(lines, QStringList());
+    model->rebuildSearchIndexes(true, nullptr);
+    TVLProgress::setMaker({});
+    QCOMPARE(lines.takeFirst(), u"Rebuilding search indexes. Please wait. (6)"_qs);
+    QCOMPARE(lines, QStringList(6, u"1"_qs));
 }
 
 void TstModelSearch::unreadableTextsDoNotStopARebuild()

@@ -1,3 +1,4 @@
+#include "TVLProgress.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLUnattendedMessageBoxes.h"
 #include "TestMain.h"
@@ -86,6 +87,17 @@ private:
     int mCancelAt;
 };
 
+/** Counts its steps, and cancels at one of them. */
+class CountingProgress : public TVLProgress
+{
+public:
+    void advance(int count) override { steps += count; }
+    [[nodiscard]] bool isCanceled() const override { return steps == cancelAt; }
+
+    int steps = 0;
+    int cancelAt = -1;
+};
+
 } // namespace
 
 class TstCopyProject : public QObject
@@ -104,6 +116,9 @@ private Q_SLOTS:
     void everyEntryCountsAsProgress();
     void aCancelledFolderCopyLeavesWhatItHadCopied();
     void aCopyThatIsCancelledBeforehandCopiesNothing();
+
+    void anyProgressIsToldOfEveryEntry();
+    void anyProgressMayEndTheCopy();
 
     void aProjectIsCopied_data();
     void aProjectIsCopied();
@@ -235,6 +250,25 @@ void TstCopyProject::aCopyThatIsCancelledBeforehandCopiesNothing()
     progress.cancel();
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath()), &progress));
     QVERIFY(QDir(targetPath()).isEmpty());
+}
+
+void TstCopyProject::anyProgressIsToldOfEveryEntry()
+{
+    CountingProgress progress;
+    QVERIFY(Format::copyProject(mSource->path(), targetPath(), false, progress, false, false));
+    QCOMPARE(progress.steps, 24);
+    QCOMPARE(mTarget->files(), mSource->files());
+}
+
+void TstCopyProject::anyProgressMayEndTheCopy()
+{
+    QVERIFY(QDir().mkpath(targetPath()));
+    CountingProgress progress;
+    progress.cancelAt = 12;
+    QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath()), progress));
+    QCOMPARE(progress.steps, 12);
+    QVERIFY(!mTarget->files().isEmpty());
+    QVERIFY(mTarget->files().size() < mSource->files().size());
 }
 
 void TstCopyProject::aProjectIsCopied_data()
