@@ -2,6 +2,7 @@
 #include "Importer.h"
 #include "ItemFinder.h"
 #include "ProjectOpener.h"
+#include "TerminalProgress.h"
 #include "WritableProject.h"
 
 #include "TVLProjectFolderFormat.h"
@@ -72,15 +73,15 @@ QString counted(int count, const QString &thing)
 bool importAll(const QList<ImportEntry> &plan, Importer *importer, Console *console)
 {
     bool isComplete = true;
-    for (qsizetype i = 0; i < plan.size(); ++i) {
-        console->showProgress(i, plan.size());
-        const ImportEntry &entry = plan.at(i);
+    TerminalProgress progress(console);
+    progress.begin(QString(), int(plan.size()));
+    for (const ImportEntry &entry : plan) {
         if (QString error; !importer->import(entry, &error)) {
             console->complain(u"'%1' is not imported: %2"_qs.arg(entry.path, error));
             isComplete = false;
         }
+        progress.advance();
     }
-    console->showProgress(plan.size(), plan.size());
     return isComplete;
 }
 

@@ -1,5 +1,6 @@
 #include "Command.h"
 #include "Console.h"
+#include "TerminalProgress.h"
 
 #include "TVLUnattendedMessageBoxes.h"
 
@@ -64,6 +65,8 @@ int main(int argc, char **argv)
     const TVLUnattendedMessageBoxes boxes;
     QObject::connect(&boxes, &TVLUnattendedMessageBoxes::answered,
                      [&console](const auto &box) { console.complain(lineOf(box)); });
+
+    TVLProgress::setMaker([&console] { return std::make_unique<TerminalProgress>(&console); });
 
     ExitStatus status = runCommandLine(commandLineWords(argc, argv), &console);
     if (!console.finish() && status == ExitStatus::Done)
