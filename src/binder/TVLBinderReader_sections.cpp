@@ -3,7 +3,7 @@
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
 #include "TVLDoors.h"
-#include "TVLPropertyWords.h"
+#include "TVLPropertyWords_p.h"
 #include "TVLXmlReading_p.h"
 
 using namespace TVLBinderTags;

@@ -2,7 +2,7 @@
 
 #include "TVL.h"
 #include "TVLTargets.h"
-#include "TVLWordTable.h"
+#include "TVLWordTable_p.h"
 
 #include <QPageLayout>
 #include <QPageSize>

@@ -4,7 +4,7 @@
 #include "TVLBinderReader.h"
 #include "TVLBinderTags_p.h"
 #include "TVLBinderWords_p.h"
-#include "TVLPropertyWords.h"
+#include "TVLPropertyWords_p.h"
 #include "TVLXmlReading_p.h"
 
 #include "TUuid.h"

@@ -1,6 +1,6 @@
 #include "TVLTargets.h"
 
-#include "TVLWordTable.h"
+#include "TVLWordTable_p.h"
 
 namespace {
 

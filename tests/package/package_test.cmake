@@ -25,3 +25,15 @@ separate_arguments(flags UNIX_COMMAND "${flags} ${CXX_FLAGS}")
 run(${CXX} -std=c++20 -fPIC "${SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/through_pkg_config" ${flags}
     "-Wl,-rpath,${prefix}/${LIBDIR}")
 run("${WORK_DIR}/through_pkg_config" "${WORK_DIR}/Through pkg-config.tavel")
+
+# All headers are whole: none includes one that isn't installed, and none is private.
+file(GLOB headers RELATIVE "${prefix}/include/TvlProject" "${prefix}/include/TvlProject/*.h")
+set(includes)
+foreach(header IN LISTS headers)
+    if(header MATCHES "_p\\.h$")
+        message(FATAL_ERROR "${header} is installed")
+    endif()
+    string(APPEND includes "#include <${header}>\n")
+endforeach()
+file(WRITE "${WORK_DIR}/headers.cpp" "${includes}")
+run(${CXX} -std=c++20 -fPIC -fsyntax-only "${WORK_DIR}/headers.cpp" ${flags})

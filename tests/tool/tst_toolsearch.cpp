@@ -2,7 +2,7 @@
 #include "ToolFixtures.h"
 
 #include "TVLProjectFolderFormat.h"
-#include "TVLPropertyWords.h"
+#include "TVLPropertyWords_p.h"
 #include "TVLTextCommentLink.h"
 #include "TVLTextRange.h"
 

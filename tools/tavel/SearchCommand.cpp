@@ -5,7 +5,7 @@
 #include "TVLCollectionMetaData.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
-#include "TVLPropertyWords.h"
+#include "TVLPropertyWords_p.h"
 #include "TVLSearchIndex.h"
 
 #include <QCommandLineParser>

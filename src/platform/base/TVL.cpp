@@ -1,6 +1,6 @@
 #include "TVL.h"
 
-#include "TVLWordTable.h"
+#include "TVLWordTable_p.h"
 
 #include <QStringList>
 

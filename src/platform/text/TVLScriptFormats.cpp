@@ -1,7 +1,7 @@
 #include "TVLScriptFormats_p.h"
 
 #include "TVLTextFormat.h"
-#include "TVLWordTable.h"
+#include "TVLWordTable_p.h"
 
 #include <QBrush>
 #include <QColor>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TVL.h"
-#include "TVLWordTable.h"
+#include "TVLWordTable_p.h"
 
 /** The words that binders have for where a search looks. Comments have none there. */
 inline constexpr TVLWord<TVL::DocumentProperty> TVLPropertyWords[] = {
