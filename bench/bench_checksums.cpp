@@ -182,7 +182,7 @@ void registerBenchmarks()
         int rounds;
     };
     const Row rows[] = {
-        {"load_checksums", loadRecords, {1'000, 10'000, 100'000}, 5, 11},
+        {"load_checksums", loadRecords, {1'000, 10'000, 100'000}, 2.5, 11},
         {"save_checksums", saveRecords, {1'000, 10'000, 100'000}, 4, 11},
         {"hash_documents", hashFiles, {1'000, 10'000}, 1.5, 5},
     };
