@@ -21,11 +21,21 @@ constexpr const char *FunctionName = "matchQString";
 
 enum Argument : int { ValueArgument, FlagsArgument, CountArgument, FirstWordArgument };
 
+const void *bytesOf(sqlite3_value *value)
+{
+#if SQLITE_VERSION_NUMBER >= 3040000
+    // As a text it would be copied to get a zero behind it.
+    if (sqlite3_value_type(value) == SQLITE_TEXT && sqlite3_value_encoding(value) == SQLITE_UTF8)
+        return sqlite3_value_blob(value);
+#endif
+    return sqlite3_value_text(value);
+}
+
 /** The text of a value, valid until it is asked for something else; empty for NULL. */
 std::string_view textOf(sqlite3_value *value)
 {
     // The size is that of the form asked for last, so the text has to come first.
-    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    const auto *text = static_cast<const char *>(bytesOf(value));
     if (!text)
         return {};
     return {text, std::size_t(sqlite3_value_bytes(value))};

@@ -21,7 +21,7 @@ bool isLoweredAlone(QChar character)
     return !character.isSurrogate() && QString(character).toLower() == QString(character.toLower());
 }
 
-/** Reads a pattern from its start to its end and remembers the longest piece that is required. */
+/** Reads a pattern from its start to its end and remembers the pieces that are required. */
 class PatternReader
 {
 public:
@@ -30,12 +30,12 @@ public:
     {
     }
 
-    [[nodiscard]] QString requiredText()
+    [[nodiscard]] TVLRequiredText requiredText()
     {
         while (mIsUnderstood && mPosition < mPattern.size())
             readAtom();
         endPiece();
-        return mIsUnderstood ? mLongest : QString();
+        return mIsUnderstood ? TVLRequiredText{mLongest, mStart} : TVLRequiredText();
     }
 
 private:
@@ -50,8 +50,11 @@ private:
         case u')':
             mIsUnderstood = false;
             break;
-        case u'.':
         case u'^':
+            endPiece();
+            mIsAtStart = mPosition == 1;
+            break;
+        case u'.':
         case u'$':
             endPiece();
             break;
@@ -155,6 +158,9 @@ private:
 
     void endPiece()
     {
+        if (mIsAtStart)
+            mStart = mPiece;
+        mIsAtStart = false;
         if (mPiece.size() > mLongest.size())
             mLongest = mPiece;
         mPiece.clear();
@@ -163,13 +169,15 @@ private:
     const QString &mPattern;
     qsizetype mPosition = 0;
     bool mIsUnderstood = true;
+    bool mIsAtStart = false; ///< Whether the piece follows the caret that the pattern begins with.
     QString mPiece;
     QString mLongest;
+    QString mStart;
 };
 
 } // namespace
 
-QString tvlRequiredText(const QString &pattern)
+TVLRequiredText tvlRequiredText(const QString &pattern)
 {
     return PatternReader(pattern).requiredText();
 }

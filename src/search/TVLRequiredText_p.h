@@ -2,9 +2,16 @@
 
 #include <QString>
 
+/** Pieces that every match of an expression contains as they stand but for case; empty ones where
+ * there are none, or none that is beyond doubt. */
+struct TVLRequiredText
+{
+    QString text; ///< The longest that is found.
+    QString start; ///< What a match begins with that can only be at the start of a text.
+};
+
 /**
- * A piece of text, the longest that is found, that every match of a QRegExp pattern (RegExp2)
- * contains as it stands but for case. Empty when there is none, or none that is beyond doubt: what
- * stands in groups or beside alternatives isn't looked at.
+ * What a QRegExp pattern (RegExp2) requires. What stands in groups or beside alternatives isn't
+ * looked at.
  */
-[[nodiscard]] QString tvlRequiredText(const QString &pattern);
+[[nodiscard]] TVLRequiredText tvlRequiredText(const QString &pattern);

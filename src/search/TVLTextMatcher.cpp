@@ -40,7 +40,8 @@ public:
     /** Whether a text in UTF-8 is worth to be decoded; what isn't doesn't match. */
     [[nodiscard]] bool mayMatch(std::string_view text) const
     {
-        return !mFilter || mFilter->isIn(text);
+        return (!mStartFilter || mStartFilter->isIn(text.substr(0, mStartSize)))
+            && (!mFilter || mFilter->isIn(text));
     }
 
     [[nodiscard]] bool matches(const QString &text) { return firstMatch(text, 0).has_value(); }
@@ -54,6 +55,8 @@ private:
     QRegExp mExpression;
     std::optional<TVLLiteralSearch> mLiteral;
     std::optional<TVLLiteralSearch> mFilter;
+    std::optional<TVLLiteralSearch> mStartFilter;
+    std::size_t mStartSize = 0; ///< How many bytes a start of that length can take.
 };
 
 TVLTextMatcher::Word::Word(const QString &word, int flags)
@@ -67,8 +70,11 @@ void TVLTextMatcher::Word::prepareForUtf8()
 {
     const bool caseSensitive = (mFlags & CaseSensitive) != 0;
     if ((mFlags & RegularExpression) && QRegExp::escape(mWord) != mWord) {
-        mFilter =
-            TVLLiteralSearch::makeFilter(tvlRequiredText(mExpression.pattern()), caseSensitive);
+        constexpr std::size_t MostBytesOfAUnit = 4;
+        const TVLRequiredText required = tvlRequiredText(mExpression.pattern());
+        mFilter = TVLLiteralSearch::makeFilter(required.text, caseSensitive);
+        mStartFilter = TVLLiteralSearch::makeFilter(required.start, caseSensitive);
+        mStartSize = std::size_t(required.start.size()) * MostBytesOfAUnit;
         return;
     }
     mLiteral = TVLLiteralSearch::make(

@@ -246,6 +246,28 @@ private Q_SLOTS:
         }
     }
 
+    void expressionsThatBeginAtTheStartOfATextMatchAsStepByStep()
+    {
+        const QStringList patterns = {
+            u"^Z.*x$"_qs,   u"^Zx"_qs,      u"^Z?x"_qs,         u"^Z*x"_qs,  u"^Z+x"_qs,
+            u"^Z{0,2}x"_qs, u"^(Z)x"_qs,    u"^Z|x"_qs,         u"^\\Zx"_qs, u"^\\.x"_qs,
+            u"^^Zx"_qs,     u"^*Zx"_qs,     u"Z^x"_qs,          u"^[Z]x"_qs, u"^kx"_qs,
+            u"^\u017f"_qs,  u"^\u00e9x"_qs, u"^\U0001f600x"_qs, u"^it's"_qs, u"^ZxZxZx"_qs,
+        };
+        const QStringList texts = {
+            u"Zx"_qs,          u"zx"_qs,        u"aZx"_qs,    u"x"_qs,        u"Z"_qs,
+            u"ZZx"_qs,         u"Z more x"_qs,  u"\nZx"_qs,   u".x"_qs,       u"\u212ax"_qs,
+            u"Kx"_qs,          u"s"_qs,         u"\u017f"_qs, u"\u00c9x"_qs,  u"e\u0301x"_qs,
+            u"\U0001f600x"_qs, u"it\u2019s"_qs, u"ZxZxZx"_qs, u"\ufeffZx"_qs, u""_qs,
+        };
+        for (const QString &pattern : patterns) {
+            for (const QString &text : texts) {
+                for (const int flags : {0, int(Flag::CaseSensitive), int(Flag::WholeWord)})
+                    (void)matches(text, flags | Flag::RegularExpression, {pattern});
+            }
+        }
+    }
+
     void longTextIsSearchedToItsEnd()
     {
         for (int size = 0; size < 300; ++size) {
