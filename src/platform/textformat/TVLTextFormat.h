@@ -35,6 +35,12 @@ public:
         PictureKind = 0x100082, ///< QString: RTF words of a picture that Qt can't show.
         ListStart = 0x100083, ///< int, of lists: the first item's number; absent for 1.
         KeepWithNext = 0x1000a0, ///< bool, of blocks: stays on one page with the next block.
+        ScriptElement = 0x1000b0, ///< QString, of blocks: the name of its script element.
+        ScriptType = 0x1000b1, ///< QString, of blocks: what it is in a script, if not its element.
+        SceneNumber = 0x1000b2, ///< QString, of blocks: the number of the scene that it begins.
+        DualDialogue = 0x1000b3, ///< bool, of blocks: its character speaks at the same time as the
+                                 ///< one before.
+        SectionDepth = 0x1000b4, ///< int, of blocks: the level of a section below the sixth.
     };
 
     /** Scheme and slashes of a link to an item of the project: `tavellnk://`. */
