@@ -52,6 +52,7 @@ class TstFountainFiles : public QObject
 
 private Q_SLOTS:
     void paragraphsAreKnownByTheirLooks();
+    void paragraphsStayKnownInRichText_data();
     void paragraphsStayKnownInRichText();
     void proseIsAction();
     void headingsAreSections();
@@ -82,14 +83,28 @@ void TstFountainFiles::paragraphsAreKnownByTheirLooks()
              u"int. shed - day\n\nRain.\n\n@Steel\n(quiet)\nWhere?\n\n> Cut to:\n"_qs);
 }
 
+void TstFountainFiles::paragraphsStayKnownInRichText_data()
+{
+    QTest::addColumn<bool>("exporting");
+    QTest::newRow("of a project") << false;
+    QTest::newRow("for other programs") << true;
+}
+
 void TstFountainFiles::paragraphsStayKnownInRichText()
 {
+    QFETCH(bool, exporting);
     const QString fountain =
-        u"INT. SHED\n\nRain *falls* on.\n\nSTEEL\n(quiet)\nWhere?\n\n> END <\n\n===\n\nCUT TO:\n\n# Two\n"_qs;
+        u"Title: A\n    B\n\nINT. SHED #1A#\n\nRain *falls* on.\n\nSTEEL\n(quiet)\nWhere?\n\n"
+        "MARA ^\n~La.\n\n> END <\n\n===\n\nCUT TO:\n\n/*:element Shot*/CLOSE\n\n"
+        "/*:element Cast; List*/\n\n## Two\n\n######## Eight\n\n= Why.\n"_qs.replace(
+            u"Cast; List"_qs, u"Cast%003b List"_qs);
     QTextDocument document;
     QVERIFY(TvlFountain::parseText(fountain, &document, {}));
+    QCOMPARE(asFountain(document), fountain);
     QTextDocument again;
-    QVERIFY(TVLTextRtfReader(&again).read(TVLTextRtfWriter(nullptr).toRtf(&document, false)));
+    TVLTextRtfWriter writer(nullptr);
+    writer.setExportingMode(exporting);
+    QVERIFY(TVLTextRtfReader(&again).read(writer.toRtf(&document, false)));
     QCOMPARE(asFountain(again), fountain);
 }
 

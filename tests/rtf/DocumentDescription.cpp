@@ -250,6 +250,11 @@ QStringList blockWords(const QTextBlockFormat &format)
         words += u"kept together"_qs;
     if (format.boolProperty(TVLTextFormat::KeepWithNext))
         words += u"kept with next"_qs;
+    for (int property = TVLTextFormat::ScriptElement; property <= TVLTextFormat::SectionDepth;
+         ++property) {
+        if (format.hasProperty(property))
+            words += u"script "_qs + format.property(property).toString();
+    }
     return words;
 }
 

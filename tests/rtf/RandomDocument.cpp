@@ -236,6 +236,13 @@ private:
             format.setNonBreakableLines(true);
         if (once(10))
             format.setProperty(TVLTextFormat::KeepWithNext, true);
+        // What a paragraph is in a script goes by what else it has.
+        if (format.nonBreakableLines())
+            format.setProperty(TVLTextFormat::ScriptElement, u"Shot; 5% {\\}\u00e9"_qs);
+        if (format.headingLevel() > 4)
+            format.setProperty(TVLTextFormat::SectionDepth, 7);
+        if (format.boolProperty(TVLTextFormat::KeepWithNext))
+            format.setProperty(TVLTextFormat::DualDialogue, true);
         return format;
     }
 

@@ -1,5 +1,6 @@
 #include "TVLRtfComposer_p.h"
 
+#include "TVLRtfScript_p.h"
 #include "TVLTextFormat.h"
 
 #include <QBuffer>
@@ -166,9 +167,10 @@ void TVLRtfComposer::frame(QTextFrame::iterator it, int depth, const char *lastE
 void TVLRtfComposer::paragraph(const QTextBlock &block, int depth, const char *end)
 {
     const QByteArray words = paragraphWords(block, depth);
-    if (words != mParagraphWords) {
-        mBody.append("\\pard").append(words).append(' ');
-        mParagraphWords = words;
+    const QByteArray script = tvlRtfScriptGroup(block.blockFormat());
+    if (words + script != mParagraphWords) {
+        mBody.append("\\pard").append(words).append(' ').append(script);
+        mParagraphWords = words + script;
     }
     listMarker(block);
     for (auto it = block.begin(); !it.atEnd(); ++it) {

@@ -1,5 +1,6 @@
 #include "TVLRtfFormats_p.h"
 
+#include "TVLRtfScript_p.h"
 #include "TVLTextFormat.h"
 
 #include <QFont>
@@ -198,5 +199,7 @@ QTextBlockFormat TVLRtfFormats::blockFormat(const TVLRtfParagraphState &state, i
         format.setNonBreakableLines(true);
     if (state.mKeepWithNext)
         format.setProperty(TVLTextFormat::KeepWithNext, true);
+    if (!state.mScript.isEmpty())
+        tvlSetRtfScript(state.mScript, &format);
     return format;
 }

@@ -105,6 +105,7 @@ constexpr TVLRtfKeyword Keywords[] = {
     {"sbasedon", A::ParagraphNumber, n(TVLRtfParagraphNumber::StyleBase)},
     {"intbl", A::ParagraphFlag, n(TVLRtfParagraphFlag::InTable)},
     {"pagebb", A::ParagraphFlag, n(TVLRtfParagraphFlag::BreakBefore)},
+    {"tvlscript", A::Destination, n(D::Script)},
     {"tvlpageba", A::ParagraphFlag, n(TVLRtfParagraphFlag::BreakAfter)},
     {"keep", A::ParagraphFlag, n(TVLRtfParagraphFlag::Keep)},
     {"keepn", A::ParagraphFlag, n(TVLRtfParagraphFlag::KeepWithNext)},

@@ -162,6 +162,7 @@ enum class TVLRtfDestination : quint8 {
     Annotation,
     BookmarkStart,
     BookmarkEnd,
+    Script, ///< What a paragraph is in a script.
     NestedRow, ///< Properties of a row of a nested table.
     Transparent, ///< A wrapper whose content counts.
     TextBox, ///< Paragraphs of their own in the midst of others.

@@ -101,6 +101,7 @@ void TVLRtfParser::openDestination(Destination destination)
     case Destination::BookmarkEnd:
     case Destination::PictureName:
         return collectText(destination);
+    case Destination::Script:
     case Destination::ListMarker:
         if (mGroup.mDestination == Destination::Body && mNoteDepth == 0)
             return collectText(destination);
@@ -195,6 +196,9 @@ void TVLRtfParser::finishDestination(const Group &group)
     case Destination::ListMarker:
         mMarker += takeText();
         mMarkerState = group.mChars;
+        break;
+    case Destination::Script:
+        mGroup.mParagraph.mScript = takeText();
         break;
     case Destination::LevelText:
         mListLevel.mText = takeText();

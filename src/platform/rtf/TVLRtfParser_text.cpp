@@ -125,6 +125,7 @@ void TVLRtfParser::text(const QString &text)
     case Destination::BookmarkStart:
     case Destination::BookmarkEnd:
     case Destination::PictureName:
+    case Destination::Script:
         mTexts.back().append(text);
         return;
     default:

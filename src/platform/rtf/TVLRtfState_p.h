@@ -107,6 +107,7 @@ struct TVLRtfParagraphState
     bool mKeep = false;
     bool mKeepWithNext = false;
     QList<QTextOption::Tab> mTabs;
+    QString mScript; ///< What it is in a script, as the file has it.
     int mTabType = 0; ///< A QTextOption::TabType for the next tab; -1 to leave that tab out.
 
     friend bool operator==(const TVLRtfParagraphState &, const TVLRtfParagraphState &) = default;
