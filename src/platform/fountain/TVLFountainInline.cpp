@@ -227,11 +227,12 @@ bool TVLFountainInline::canClose(const Piece &piece) const
     const qsizetype previous = piece.mStart - 1;
     if (previous < 0 || mLine.at(previous) == u'\n')
         return false;
+    if (!tvlIsFountainBlank(mLine.at(previous)))
+        return true;
     // A blank behind a backslash is text. It makes a piece of its own, of one character.
-    const bool isBlank = tvlIsFountainBlank(mLine.at(previous));
-    const bool isEscaped = (&piece)[-1].mKind == PieceKind::Text && (&piece)[-1].mLength == 1
-        && previous > 0 && mLine.at(previous - 1) == u'\\';
-    return !isBlank || isEscaped;
+    const Piece *before = &piece == mPieces.data() ? nullptr : &piece - 1;
+    return before && before->mKind == PieceKind::Text && before->mLength == 1 && previous > 0
+        && mLine.at(previous - 1) == u'\\';
 }
 
 void TVLFountainInline::emitPieces(TVLScreenplayParagraph *paragraph)
