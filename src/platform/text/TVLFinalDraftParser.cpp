@@ -253,11 +253,12 @@ void TVLFinalDraftParser::addCharacters(QStringView characters)
     case Role::SceneProperties:
         mOpen.back().mSynopses.emplace_back(ScriptKind::Synopsis).append(text);
         break;
+    case Role::NoteText:
+        mNote.mText.append(text, mNote.mStyle | mStyles);
+        break;
     case Role::Note:
     case Role::NoteParagraph:
-    case Role::NoteText:
-        mNote.mText.append(
-            text, mNote.mStyle | quint8(role == Role::NoteText ? mStyles : ScriptRun::Plain));
+        mNote.mText.append(text, mNote.mStyle);
         break;
     default: {
         OpenParagraph stray;

@@ -107,8 +107,8 @@ void ScreenplayTarget::fill()
     const bool hasUndo = mDocument->isUndoRedoEnabled();
     mDocument->setUndoRedoEnabled(false);
     mDocument->clear();
-    QTextCursor cursor(mDocument);
-    cursor.beginEditBlock();
+    // A cursor would be moved along with each change.
+    mInner->beginEditBlock();
     bool isFirst = true;
     for (const TVLScreenplayParagraph &paragraph : mScreenplay.mParagraphs) {
         const TVLScriptElementFinder::Choice choice =
@@ -127,7 +127,7 @@ void ScreenplayTarget::fill()
         planComments(paragraph, start);
     }
     mComments.apply(mDocument);
-    cursor.endEditBlock();
+    mInner->endEditBlock();
     mDocument->setUndoRedoEnabled(hasUndo);
 }
 
