@@ -12,7 +12,7 @@
 #include "TVLTextFormat.h"
 #include "TVLTextRuns_p.h"
 
-#include <QHash>
+#include <QSet>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -107,15 +107,17 @@ struct TVLProjectModel::MergedTexts
         void add(const QList<Value> &more)
         {
             for (const Value &value : more) {
-                if (!std::exchange(mIsKnown[value], true))
-                    mValues.append(value);
+                if (mKnown.contains(value))
+                    continue;
+                mKnown.insert(value);
+                mValues.append(value);
             }
         }
         [[nodiscard]] const QList<Value> &values() const { return mValues; }
 
     private:
         QList<Value> mValues;
-        QHash<Value, bool> mIsKnown;
+        QSet<Value> mKnown;
     };
 
     struct Joined

@@ -283,7 +283,7 @@ bool TVLProjectModel::saveNow(bool force)
     if (mSaved && !force)
         return true;
     // Before a binder comes that gives the id of a removed item to another one.
-    if (!isIncompatible() && mSearchIndex->isFileMisleading())
+    if (mSearchIndex->isFileMisleading())
         saveSearch(true);
     const quint64 changeCount = mChangeCount;
     const bool result = saveChanges(nullptr);
@@ -391,13 +391,7 @@ void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
-    if (canSaveSearch())
-        saveSearch(force);
-}
-
-bool TVLProjectModel::canSaveSearch() const
-{
-    return !isIncompatible() && !mIsOnlyRead;
+    saveSearch(force);
 }
 
 bool TVLProjectModel::isIncompatible() const
@@ -458,8 +452,7 @@ void TVLProjectModel::prepareToDestroy()
     save(mIsDiskBehind);
     // A change made while a box was up.
     save(false);
-    if (canSaveSearch())
-        saveSearch(false);
+    saveSearch(false);
     // Until the project is opened again, others may change what lies in its folder.
     TVLProjectFolderFormat::clearSnapshotsCache(mPath);
     if (!mIsOnlyRead) {

@@ -292,9 +292,16 @@ void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
     });
 }
 
+/** Not of a project of which nothing is saved, nor what belongs to the desktop project of a mobile
+ * one. */
+bool TVLProjectModel::canSaveSearch() const
+{
+    return !mMobileProject && !mIsOnlyRead && !isIncompatible();
+}
+
 void TVLProjectModel::saveSearchIndex(bool force)
 {
-    if (mMobileProject || mIsOnlyRead || !(force || mSearchIndex->isModified()))
+    if (!canSaveSearch() || !(force || mSearchIndex->isModified()))
         return;
     // Beside hashes, a text that has none isn't taken for that of its file.
     mChecksums->makeFile();
@@ -303,7 +310,7 @@ void TVLProjectModel::saveSearchIndex(bool force)
 
 void TVLProjectModel::saveChecksums(bool force)
 {
-    if (mMobileProject || mIsOnlyRead || !(force || mChecksums->isModified()))
+    if (!canSaveSearch() || !(force || mChecksums->isModified()))
         return;
     // New hashes would vouch for the old texts, which are still in the file when this fails.
     saveSearchIndex(false);

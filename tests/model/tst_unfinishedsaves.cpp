@@ -450,6 +450,7 @@ void TstUnfinishedSaves::aBinderOfAnUnknownVersionIsNotSaved()
     QVERIFY(boxes.boxes().constFirst().informativeText.startsWith(
         u"Project 'Novel' is incompatible with this version of Tavelinor."_qs));
     model->saveAll(true);
+    model->rebuildSearchIndexes(false, nullptr);
     QCOMPARE(project.files(), before);
 }
 
