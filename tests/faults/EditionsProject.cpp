@@ -84,7 +84,7 @@ bool isIn(const EditionRange &range, int edition)
 EditionsProject EditionsProject::make()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     model->removeChildrenForIndex(model->draftFolder());
     EditionsProject made;
     for (const QString &title : Chapters)

@@ -70,7 +70,7 @@ private:
     TVLUnattendedMessageBoxes mBoxes;
     const EditionsProject *mOriginal;
     QString mPath;
-    std::unique_ptr<TVLProjectModel> mModel;
+    TestModel mModel;
     QStringList mComplaints;
 };
 

@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    std::unique_ptr<TVLProjectModel> mModel;
+    TestModel mModel;
 };
 
 QByteArray contentOf(const QString &filePath)
@@ -133,7 +133,7 @@ void TstFullDisk::theOtherTextsAreWrittenAndTheFailedOneIsTriedAgain()
     disk.empty();
     QVERIFY(chapters.model()->saveChanges(&errors));
     QVERIFY(contentOf(chapters.fileOf(1)).contains(QByteArray(LargeText, 'x')));
-    const std::unique_ptr<TVLProjectModel> reopened = project.open();
+    const TestModel reopened = project.open();
     QVERIFY(reopened);
     QCOMPARE(reopened->documentPlainText(reopened->index(1, 0, reopened->draftFolder()), false),
              QString(LargeText, u'x'));

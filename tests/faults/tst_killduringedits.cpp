@@ -66,7 +66,7 @@ struct Contents
 
 ProjectFiles fillProject(const TestProject &project, const Contents &contents)
 {
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     model->removeChildrenForIndex(model->draftFolder());
     for (int i = 0; i < contents.chapters; ++i) {
         const QModelIndex index =
@@ -99,7 +99,7 @@ public:
     [[nodiscard]] bool killEdit(const QString &edit, double afterMs);
 
     [[nodiscard]] QString path() const { return mCopy.path(); }
-    [[nodiscard]] std::unique_ptr<TVLProjectModel> open() const;
+    [[nodiscard]] TestModel open() const;
 
 private:
     void start(const QString &edit);
@@ -158,7 +158,7 @@ bool EditedCopy::killEdit(const QString &edit, double afterMs)
     return !mVictim.readAllStandardOutput().contains("done");
 }
 
-std::unique_ptr<TVLProjectModel> EditedCopy::open() const
+TestModel EditedCopy::open() const
 {
     TVLProjectFolderFormat::clearSnapshotsCache(mCopy.path());
     return mCopy.open();
@@ -346,7 +346,7 @@ void TstKillDuringEdits::aKilledEmptyingTouchesOnlyWhatIsInTheTrash()
     for (int kill = 0; kill < Kills; ++kill) {
         EditedCopy copy(files);
         killer.kill(&copy);
-        const std::unique_ptr<TVLProjectModel> model = copy.open();
+        const TestModel model = copy.open();
         QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
 
         const QMap<int, QString> chapters = titlesBelow(*model, model->draftFolder());
@@ -373,7 +373,7 @@ void TstKillDuringEdits::aKilledMergeLeavesEachWordAndSnapshotSomewhere()
     const TestProject project;
     const Contents contents = {.chapters = 60, .sources = 0, .waste = 0};
     const ProjectFiles files = fillProject(project, contents);
-    const std::unique_ptr<TVLProjectModel> original = project.open();
+    const TestModel original = project.open();
     const QMap<int, QString> chapters = titlesBelow(*original, original->draftFolder());
     const int survivor = chapters.key(u"Chapter 0"_qs);
     Killer killer(files, u"merge"_qs, 31);
@@ -384,7 +384,7 @@ void TstKillDuringEdits::aKilledMergeLeavesEachWordAndSnapshotSomewhere()
     for (int kill = 0; kill < Kills; ++kill) {
         EditedCopy copy(files);
         killer.kill(&copy);
-        const std::unique_ptr<TVLProjectModel> model = copy.open();
+        const TestModel model = copy.open();
         QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
         const int listed = model->rowCount(model->draftFolder());
         QVERIFY(model->hasNodeId(survivor));
@@ -416,14 +416,14 @@ void TstKillDuringEdits::aKilledRemovalTouchesOnlyTheItemThatItWasAt()
     const TestProject project;
     const Contents contents = {.chapters = 5, .sources = 30, .waste = 5};
     const ProjectFiles files = fillProject(project, contents);
-    const std::unique_ptr<TVLProjectModel> original = project.open();
+    const TestModel original = project.open();
     const QMap<int, QString> items = titlesBelow(*original, original->researchFolder());
     Killer killer(files, u"remove"_qs, 32);
     int withLosers = 0;
     for (int kill = 0; kill < Kills; ++kill) {
         EditedCopy copy(files);
         killer.kill(&copy);
-        const std::unique_ptr<TVLProjectModel> model = copy.open();
+        const TestModel model = copy.open();
         QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
         QCOMPARE(incompleteItem(model.get(), titlesBelow(*model, model->draftFolder())), QString());
         QCOMPARE(incompleteItem(model.get(), titlesBelow(*model, model->trashFolder())), QString());

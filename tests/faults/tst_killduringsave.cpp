@@ -30,7 +30,7 @@ constexpr int SavesPerLife = 4;
 
 void makeProject(const TestProject &project, int items = Items)
 {
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     const QModelIndex draft = model->draftFolder();
     if (items > model->rowCount(draft))
         model->insertRows(0, items - model->rowCount(draft), draft);
@@ -98,7 +98,7 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
 
         const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
         fallbacks += binder.trimmed().endsWith("</TavelinorProject>") ? 0 : 1;
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
         const QModelIndex draft = model->draftFolder();
         QCOMPARE(model->rowCount(draft), Items);
@@ -123,7 +123,7 @@ void TstKillDuringSave::aTextIsOfOneSave()
     for (int kill = 0; kill < SaveKills; ++kill) {
         const int announced = saveUntilKilled({project.path(), u"texts"_qs}, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY(model);
         const QModelIndex index = model->index(0, 0, model->draftFolder());
         TVLTextDocument document(nullptr, model.get(), model->projectNode(index), TVL::MainText);

@@ -1,5 +1,6 @@
 #include "Callable.h"
 #include "TestMain.h"
+#include "TestModel.h"
 
 #include "TVLModel.h"
 #include "TVLProjectModel.h"
@@ -240,8 +241,7 @@ void TstModelInterface::endingAndFinding()
 
 void TstModelInterface::theSuspendedFlag()
 {
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
     QVERIFY(model->isSaved());
     {
         const TVLSuspendModified suspended(model.get());

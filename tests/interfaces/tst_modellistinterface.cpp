@@ -1,5 +1,6 @@
 #include "Callable.h"
 #include "TestMain.h"
+#include "TestModel.h"
 
 #include "TVLKeywordModel.h"
 #include "TVLProjectModel.h"
@@ -176,8 +177,7 @@ void TstModelListInterface::favorites()
 
 void TstModelListInterface::keywordsAreStoredWithoutAnnouncement()
 {
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
     const QModelIndex text = model->index(0, 0, model->draftFolder());
     QVERIFY(model->keywordModel()->insertItem(0, QModelIndex(), u"plot"_qs));
     TVLProjectNode *node = model->projectNode(text);

@@ -148,8 +148,7 @@ void makeUnreadable(const QString &projectPath)
     }
 }
 
-std::unique_ptr<TVLProjectModel> openedCopy(const TestProject &project, bool isOther,
-                                            bool unreadable)
+TestModel openedCopy(const TestProject &project, bool isOther, bool unreadable)
 {
     if (!TVLCoreUtil::CopyDirectory(original(isOther), project.path()))
         qFatal("the project can't be copied");

@@ -29,10 +29,10 @@ public:
 
 private:
     TestProject mProject;
-    std::unique_ptr<TVLProjectModel> mModel;
+    TestModel mModel;
     // Null until something is taken from it.
     mutable std::unique_ptr<TestProject> mOtherProject;
-    mutable std::unique_ptr<TVLProjectModel> mOther;
+    mutable TestModel mOther;
 };
 
 /** A function that changes a model, or that may show a box and by that let others change it. */

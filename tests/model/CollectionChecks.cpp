@@ -36,7 +36,7 @@ Collections fiveCollections()
 
 const Collections Five = fiveCollections();
 
-std::unique_ptr<TVLProjectModel> modelOfFive()
+TestModel modelOfFive()
 {
     auto model = blankModel();
     model->setCollections(fiveCollections());

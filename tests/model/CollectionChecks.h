@@ -22,7 +22,7 @@ fullRecord(TVL::CollectionType type = TVL::SavedSearchCollection);
 extern const Collections Five;
 
 /** A blank project with those, which counts as saved. */
-[[nodiscard]] std::unique_ptr<TVLProjectModel> modelOfFive();
+[[nodiscard]] TestModel modelOfFive();
 
 /** The titles of the collections in their order. */
 [[nodiscard]] QString titles(const TVLProjectModel *model);

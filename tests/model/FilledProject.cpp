@@ -174,7 +174,7 @@ TVLReference toItem(int id, const QString &title)
     return reference;
 }
 
-std::unique_ptr<TVLProjectModel> filledProject(const TestProject &project)
+TestModel filledProject(const TestProject &project)
 {
     auto model = project.create();
     addTree(model.get(), model->draftFolder(), u"x(y) z"_qs);
@@ -240,13 +240,13 @@ QByteArray someItems()
         + itemXml(1, "ResearchFolder", "Research") + itemXml(2, "TrashFolder", "Trash");
 }
 
-std::unique_ptr<TVLProjectModel> openedWith(const TestProject &project, const QByteArray &sections)
+TestModel openedWith(const TestProject &project, const QByteArray &sections)
 {
     project.writeFile(BinderFile, binderXml(someItems(), sections));
     return project.open();
 }
 
-std::unique_ptr<TVLProjectModel> openedWith(const QByteArray &sections)
+TestModel openedWith(const QByteArray &sections)
 {
     const TestProject project;
     return openedWith(project, sections);

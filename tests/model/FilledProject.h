@@ -7,9 +7,8 @@
 [[nodiscard]] QByteArray someItems();
 
 /** Opens a project whose binder has someItems() and sections behind them; null when it can't be. */
-[[nodiscard]] std::unique_ptr<TVLProjectModel> openedWith(const TestProject &project,
-                                                          const QByteArray &sections);
-[[nodiscard]] std::unique_ptr<TVLProjectModel> openedWith(const QByteArray &sections);
+[[nodiscard]] TestModel openedWith(const TestProject &project, const QByteArray &sections);
+[[nodiscard]] TestModel openedWith(const QByteArray &sections);
 
 /** The section of favorites with the given ids. */
 [[nodiscard]] QByteArray favoritesXml(const QList<QByteArray> &ids);
@@ -21,7 +20,7 @@
 void fillProject(TVLProjectModel *model);
 
 /** A project on disk with the items 0 to 6, filled and saved. */
-[[nodiscard]] std::unique_ptr<TVLProjectModel> filledProject(const TestProject &project);
+[[nodiscard]] TestModel filledProject(const TestProject &project);
 
 /** What fillProject() gives to a project as its raw text. */
 [[nodiscard]] QString oddUserData();

@@ -25,15 +25,14 @@ QString unsavedProjectPath()
     return directory.filePath(u"Novel.tavel"_qs);
 }
 
-std::unique_ptr<TVLProjectModel> emptyModel(TVL::FormatVersion version, bool mobile)
+TestModel emptyModel(TVL::FormatVersion version, bool mobile)
 {
-    return std::make_unique<TVLProjectModel>(unsavedProjectPath(), nullptr, mobile, version);
+    return TestModel(new TVLProjectModel(unsavedProjectPath(), nullptr, mobile, version));
 }
 
-std::unique_ptr<TVLProjectModel> blankModel()
+TestModel blankModel()
 {
-    return std::unique_ptr<TVLProjectModel>(
-        TVLProjectModel::createBlankProjectInMemory(unsavedProjectPath()));
+    return TestModel(TVLProjectModel::createBlankProjectInMemory(unsavedProjectPath()));
 }
 
 QModelIndex firstText(const TVLProjectModel *model)
@@ -262,6 +261,10 @@ SignalLog::SignalLog(const TVLProjectModel *model)
     QObject::connect(model, &TVLProjectModel::documentContentsChanged, context,
                      [=](const QModelIndex &index, TVL::DocumentType type) {
                          log(u"edited %1.%2"_qs.arg(idOf(index)).arg(type));
+                     });
+    QObject::connect(model, &TVLProjectModel::formatModeChanged, context,
+                     [=](const QModelIndex &index, const QString &mode) {
+                         log(u"mode %1 of %2"_qs.arg(mode).arg(idOf(index)));
                      });
     QObject::connect(model, &TVLProjectModel::projectNoteAboutToBeAdded, context,
                      [=](int id) { log(u"note %1 to come"_qs.arg(id)); });

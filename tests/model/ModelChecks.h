@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
+#include "TestModel.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -20,11 +20,11 @@ const QDateTime SomeDate(QDate(2019, 5, 6), QTime(7, 8, 9));
 [[nodiscard]] QString unsavedProjectPath();
 
 /** An empty model of a format. */
-[[nodiscard]] std::unique_ptr<TVLProjectModel>
-emptyModel(TVL::FormatVersion version = TVL::FormatVersion18, bool mobile = false);
+[[nodiscard]] TestModel emptyModel(TVL::FormatVersion version = TVL::FormatVersion18,
+                                   bool mobile = false);
 
 /** A blank project in memory. */
-[[nodiscard]] std::unique_ptr<TVLProjectModel> blankModel();
+[[nodiscard]] TestModel blankModel();
 
 /** The index of the only item inside the Draft of a blank project. */
 [[nodiscard]] QModelIndex firstText(const TVLProjectModel *model);

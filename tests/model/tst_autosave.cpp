@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -74,7 +73,6 @@ void TstAutosave::aChangeIsSavedAfterTheIdleTime()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QElapsedTimer sinceChange;
     sinceChange.start();
@@ -91,7 +89,6 @@ void TstAutosave::twoChangesGiveOneSaveAfterTheSecond()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QElapsedTimer sinceSecondChange;
     QVERIFY(model->setTitle(firstText(model.get()), u"first"_qs));
@@ -112,7 +109,6 @@ void TstAutosave::markingWithFalseDoesNotStopTheTimer()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get());
     TVLProjectModelTestAccess::markModified(model.get(), false);
@@ -124,7 +120,6 @@ void TstAutosave::savingStopsTheTimer()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     TVLProjectModelTestAccess::markModified(model.get());
     QVERIFY(model->save(false));
     model->loadDocuments(model->findNode(3));
@@ -136,7 +131,6 @@ void TstAutosave::aSaveThatFindsNothingToDoStopsTheTimer()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->loadDocuments(model->findNode(3));
     QSignalSpy asked(model.get(), &TVLProjectModel::aboutToSave);
     QVERIFY(model->save(false));
@@ -147,8 +141,7 @@ void TstAutosave::aSaveThatFindsNothingToDoStopsTheTimer()
 void TstAutosave::anUnchangedProjectIsNotSaved()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(project.path()));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(project.path()));
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QVERIFY(!modified.wait(LongerThanASaveMs));
     QVERIFY(!QFileInfo::exists(project.path()));
@@ -158,7 +151,6 @@ void TstAutosave::editorsAreAskedByAnAutomaticSaveToo()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->loadDocuments(model->findNode(3));
     model->loadDocuments(model->findNode(0));
     SignalLog log(model.get());
@@ -175,7 +167,6 @@ void TstAutosave::aChangedIdleTimeCountsFromTheNextChange()
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 3600);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get());
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 1);
@@ -187,7 +178,6 @@ void TstAutosave::aFailedAutomaticSaveIsToldOnce()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(QFile::remove(project.binderPath()));
     project.writeFile(u"Novel.tavelx/obstacle"_qs, "x");
     const TVLUnattendedMessageBoxes boxes;

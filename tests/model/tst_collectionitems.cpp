@@ -1,5 +1,4 @@
 #include "CollectionChecks.h"
-#include "ModelTester.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -32,7 +31,7 @@ TVLCollectionMetaData searchForX(int scope = TVL::AllScope,
  * lies: in the Draft, in Research, in the Trash or at top level. The items with an o in their
  * titles aren't to be compiled.
  */
-std::unique_ptr<TVLProjectModel> modelToSearch()
+TestModel modelToSearch()
 {
     auto model = blankModel();
     addTree(model.get(), model->draftFolder(), u"Dx1(Dx2(Dxo3) Dx4) Dn Dxo5"_qs);
@@ -133,7 +132,6 @@ void TstCollectionItems::itemsAreAddedBehindThoseThatAreThere()
     const auto model = modelOfFive();
     addTree(model.get(), model->draftFolder(), u"a b"_qs);
     TVLProjectModelTestAccess::setSaved(model.get());
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     model->addToCollection(2, {model->index(5), model->index(0), model->index(4)});
     QCOMPARE(model->findCollectionByPos(2).mIds, Ids({3, 1, 5, 0, 4}));
@@ -212,7 +210,6 @@ void TstCollectionItems::itemsAreRemoved()
     given[2].mIds = {3, 1, 3, 0, 2, 3};
     given[4].mIds = {3};
     model->setCollections(given);
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     model->removeFromCollection(2, {model->index(0), model->index(3)});
     given[2].mIds = {1, 2};
@@ -281,7 +278,6 @@ void TstCollectionItems::aDeletedItemLeavesAllLists()
     Collections given = fiveCollections();
     given[4].mIds = {0, 3, 2};
     model->setCollections(given);
-    const ModelTester tester(model.get());
     QSignalSpy changes(model.get(), qOverload<>(&TVLProjectModel::collectionChanged));
     QVERIFY(model->removeIndex(model->index(3)));
     QCOMPARE(model->findCollectionByPos(2).mIds, Ids{1});
@@ -297,7 +293,6 @@ void TstCollectionItems::deletedGroupsLeaveWithAllBelowThem()
     const QString identity =
         model->insertCollection(2, itemsTitled(model.get(), u"a b c d e"_qs), u"Mine"_qs, QColor());
     const int kept = model->nodeIdentity(itemTitled(model.get(), u"e"_qs));
-    const ModelTester tester(model.get());
     QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
     QCOMPARE(model->findCollectionById(identity).mIds, Ids{kept});
 }
@@ -615,7 +610,6 @@ void TstCollectionItems::filtersAreJoined()
 void TstCollectionItems::searchingMarksAndAnnouncesNothing()
 {
     const auto model = modelToSearch();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     const SignalLog others(model.get());
     QVERIFY(!shownTitles(model.get(), searchForX()).isEmpty());

@@ -1,5 +1,4 @@
 #include "CollectionChecks.h"
-#include "ModelTester.h"
 #include "TVLReplay.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -169,7 +168,6 @@ void TstCollectionList::randomColorsAreRedThenGreenThenBlue()
 void TstCollectionList::collectionsAreStoredAsGiven()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const Collections given = {collection(TVL::RecentSearchCollection, u"Found"_qs),
                                collection(TVL::ArbitraryCollection, u"Mine"_qs, {3, 0, 2}),
                                fullRecord(), collection(TVL::BinderCollection, u"All"_qs),
@@ -197,7 +195,6 @@ void TstCollectionList::missingKindsAreAddedWithoutTitle()
     QFETCH(const Collections, given);
     QFETCH(const Ids, addedTypes);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setCollections(given);
     const Collections stored = model->collections();
     QCOMPARE(stored.mid(0, given.size()), given);
@@ -225,7 +222,6 @@ void TstCollectionList::aListWithoutSearchResultsGainsThem()
 void TstCollectionList::anItemThatNoLongerExistsLeavesAListKeptByHand()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs),
                            collection(TVL::RecentSearchCollection, u"Found"_qs),
                            collection(TVL::ArbitraryCollection, u"Mine"_qs, {99, 3, -1, 0, 77, 3}),
@@ -237,7 +233,6 @@ void TstCollectionList::anItemThatNoLongerExistsLeavesAListKeptByHand()
 void TstCollectionList::idsOfOtherCollectionsStay()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs, {99}),
                            collection(TVL::RecentSearchCollection, u"Found"_qs, {98}),
                            collection(TVL::SavedSearchCollection, u"Search"_qs, {97})});
@@ -249,7 +244,6 @@ void TstCollectionList::idsOfOtherCollectionsStay()
 void TstCollectionList::settingCollectionsEmitsAndMarksNothing()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     const SignalLog others(model.get());
     model->setCollections({collection(TVL::ArbitraryCollection, u"Mine"_qs, {99})});
@@ -290,7 +284,6 @@ void TstCollectionList::collectionsSurviveSaveAndReopen()
 void TstCollectionList::aCollectionIsInserted()
 {
     const auto model = modelOfFive();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     model->insertCollection(3, collection(TVL::ArbitraryCollection, u"New"_qs, {3}));
     QCOMPARE(titles(model.get()), u"Binder Found Mine New Search Yours"_qs);
@@ -407,7 +400,6 @@ void TstCollectionList::anInvalidColorBecomesARandomOne()
 void TstCollectionList::itemsAreInsertedWithTheSameSignals()
 {
     const auto model = modelOfFive();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     const QString identity =
         model->insertCollection(9, {firstText(model.get())}, u"New"_qs, QColor());
@@ -424,7 +416,6 @@ void TstCollectionList::aCollectionIsRemoved()
 {
     for (const int position : {2, 3, 4}) {
         const auto model = modelOfFive();
-        const ModelTester tester(model.get());
         const CollectionLog log(model.get());
         model->removeCollection(position);
         Collections expected = Five;
@@ -480,7 +471,6 @@ void TstCollectionList::aCollectionMoves()
     QFETCH(const int, inserted);
     QFETCH(const QString, expected);
     const auto model = modelOfFive();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     const QString title = model->findCollectionByPos(from).mTitle;
     model->moveCollection(from, to);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 #include "TestScale.h"
@@ -118,7 +117,6 @@ void TstCounts::aTextIsCounted()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->wordCount(index, false, false), 0);
     QCOMPARE(model->characterCount(index), 0);
@@ -321,8 +319,8 @@ void TstCounts::whatTheTargetIsAbout_data()
 {
     QTest::addColumn<int>("targetType");
     QTest::addColumn<int>("expected");
-    QTest::newRow("words") << 0 << 12;
-    QTest::newRow("characters") << 1 << 345;
+    QTest::newRow("words") << int(TVL::WordsTarget) << 12;
+    QTest::newRow("characters") << int(TVL::CharactersTarget) << 345;
     QTest::newRow("unknown") << 2 << 0;
     QTest::newRow("negative") << -1 << 0;
 }
@@ -436,7 +434,7 @@ void TstCounts::aRandomProjectIsSummedUp()
 void TstCounts::aLargeProjectIsSummedUp()
 {
     const int Items = testSize(100000);
-    const auto model = blankModel();
+    const auto model = blankModel().release();
     setCounts(model.get(), firstText(model.get()), 0, 0, 0, 0);
     for (int i = 0; i < Items; ++i)
         setCounts(model.get(), addItem(model.get(), model->draftFolder(), TVL::Text), 1, 2, 0, 1);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 #include "TestScale.h"
@@ -21,7 +20,7 @@ const TVLMetaDataField Day = {u"day"_qs, u"Day"_qs, true, Qt::blue};
 const TVLMetaDataField Place = {u"place"_qs, u"Place"_qs, false, QColor()};
 
 /** A blank project with the fields pov, day and place, and the items 3 to 6, where 4 holds 5. */
-std::unique_ptr<TVLProjectModel> modelWithFields()
+TestModel modelWithFields()
 {
     auto model = blankModel();
     addTree(model.get(), model->draftFolder(), u"x(y) z"_qs);
@@ -116,7 +115,6 @@ void TstCustomMetaData::aNewItemHasNoValues()
 void TstCustomMetaData::aValueIsSet()
 {
     const auto model = modelWithFields();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, u"Ann"_qs));
     QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"fields of 4"_qs, u"data 4"_qs}));
@@ -158,7 +156,6 @@ void TstCustomMetaData::anEqualValueHasNoEffect()
     QFETCH(const Values, before);
     QFETCH(const QString, value);
     const auto model = modelWithFields();
-    const ModelTester tester(model.get());
     giveValues(model.get(), 4, before);
     const SignalLog log(model.get());
     QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, value));
@@ -290,7 +287,6 @@ void TstCustomMetaData::aNewProjectHasNoFields()
 void TstCustomMetaData::fieldsAreReplaced()
 {
     const auto model = modelWithFields();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setCustomMetaDataSettings({Day, Pov, Place, {u"mood"_qs, u"Mood"_qs, false, {}}});
     QCOMPARE(log.lines(),
@@ -314,7 +310,6 @@ void TstCustomMetaData::theSameFieldsStillMarkAndAnnounce()
 void TstCustomMetaData::fieldsThatWentLeaveAllItems()
 {
     const auto model = modelWithFields();
-    const ModelTester tester(model.get());
     giveValues(model.get(), 6, {{u"pov"_qs, u"Ann"_qs}});
     giveValues(model.get(), 4, {{u"day"_qs, u"1"_qs}, {u"pov"_qs, u"Ben"_qs}});
     giveValues(model.get(), 5, {{u"day"_qs, u"2"_qs}});
@@ -431,7 +426,6 @@ void TstCustomMetaData::theOutlineHasAColumnForEachField()
 void TstCustomMetaData::aFieldIsEmptiedInAllItems()
 {
     const auto model = modelWithFields();
-    const ModelTester tester(model.get());
     for (const int id : {6, 5, 1, 4})
         giveValues(model.get(), id, {{u"day"_qs, u"1"_qs}, {u"pov"_qs, u"Ann"_qs}});
     const SignalLog log(model.get());
@@ -471,7 +465,6 @@ void TstCustomMetaData::emptyingAFieldOfNoItemMarksNothing()
 void TstCustomMetaData::itemsWithoutIdsAreEmptiedToo()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
-    const ModelTester tester(model.get());
     const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex second = addItem(model.get(), QModelIndex(), TVL::Text);
     QCOMPARE(model->nodeIdentity(first), -1);

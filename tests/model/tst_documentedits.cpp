@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -74,7 +73,6 @@ void TstDocumentEdits::anEditTellsItsSignalsInOrder()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     TVLTextDocument *notes = model->referenceNote(firstText(model.get()));
     SignalLog log(model.get());
     QTextCursor(notes).insertText(u"words"_qs);
@@ -89,7 +87,6 @@ void TstDocumentEdits::whenAnEditIsTheFirstToBeToldItHasTakenEffect()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     TVLTextDocument *text = model->referenceText(firstText(model.get()));
     TVLProjectNode *node = model->findNode(3);
     makeAllOld(model.get());
@@ -121,7 +118,6 @@ void TstDocumentEdits::anEditResetsWhatHangsOnTheText()
     QFETCH(const TVL::DocumentType, type);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     TVLTextDocument *document = model->referenceItem(firstText(model.get()), type);
     TVLProjectNode *node = model->findNode(3);
     makeAllOld(model.get());
@@ -203,7 +199,6 @@ void TstDocumentEdits::severalEditsGiveOneDataChangeInASecond()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex one = firstText(model.get());
     const QModelIndex two = addItem(model.get(), model->draftFolder(), TVL::Text);
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
@@ -225,7 +220,6 @@ void TstDocumentEdits::editsAfterTheSecondAreToldAgain()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
     for (int round = 1; round <= 2; ++round) {
         typeText(model.get(), firstText(model.get()), u"x"_qs);
@@ -343,7 +337,6 @@ void TstDocumentEdits::anEditIsNoticedWhenTheLayoutWasTakenAway()
     QFETCH(const bool, wasShown);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"words"_qs, type);
     TVLTextDocument *document = model->referenceItem(index, type);
@@ -374,7 +367,6 @@ void TstDocumentEdits::theSynopsisIsReplaced()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setSynopsis(index, u"one\ntwo"_qs));
     QCOMPARE(model->synopsis(index), u"one\ntwo"_qs);

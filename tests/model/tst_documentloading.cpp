@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -156,7 +155,6 @@ void TstDocumentLoading::aReferenceLoadsAllDocumentsOfATextOrFolder()
     QFETCH(const TVL::DocumentType, documentType);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = addItem(model.get(), model->draftFolder(), itemType);
     const TVLProjectNode *node = model->projectNode(index);
     QVERIFY(!node->mTextDocument && !node->mNotesDocument && !node->mSynopsisDocument);
@@ -193,7 +191,6 @@ void TstDocumentLoading::otherItemsHaveNoMainText()
     QFETCH(const TVL::NodeType, itemType);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = addItem(model.get(), model->researchFolder(), itemType);
     const TVLProjectNode *node = model->projectNode(index);
     QVERIFY(!model->referenceText(index));
@@ -219,7 +216,6 @@ void TstDocumentLoading::systemFoldersHaveNoDocuments()
     QFETCH(const TVL::NodeType, folder);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = model->findSystemFolder(folder);
     QVERIFY(!model->referenceText(index));
     QVERIFY(!model->referenceNote(index));
@@ -428,7 +424,6 @@ void TstDocumentLoading::aLoadChangesNothingInTheProject()
     const auto model = project.create();
     project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
     project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
-    const ModelTester tester(model.get());
     makeAllOld(model.get());
     const SignalLog log(model.get());
     model->loadDocuments(model->findNode(3));

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 #include "TestScale.h"
@@ -180,7 +179,6 @@ void TstDocumentSaving::aSaveLetsGoOfDocumentsThatNobodyWants()
     QFETCH(const bool, isReleased);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = addItem(model.get(), model->draftFolder(), itemType);
     TVLProjectNode *node = model->projectNode(index);
     model->loadDocuments(node);
@@ -223,7 +221,6 @@ void TstDocumentSaving::aSaveOfTheProjectFollowsTheSameRule()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex held = addItem(model.get(), model->draftFolder(), TVL::Text);
     const QModelIndex clean = addItem(model.get(), model->draftFolder(), TVL::Text);
     const QModelIndex free = addItem(model.get(), model->draftFolder(), TVL::Text);
@@ -381,7 +378,6 @@ void TstDocumentSaving::aFailedDocumentIsToldAndTheRestIsWritten()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text);
     QVERIFY(model->setTitle(index, u"Chapter %1"_qs));

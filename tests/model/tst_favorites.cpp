@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -24,7 +23,7 @@ struct FavoriteStep
 };
 
 /** A blank project with the texts a, b and c, 4 to 6; 3 is there already. */
-std::unique_ptr<TVLProjectModel> modelWithTexts(const Ids &favorites = {})
+TestModel modelWithTexts(const Ids &favorites = {})
 {
     auto model = blankModel();
     addTree(model.get(), model->draftFolder(), u"a b c"_qs);
@@ -139,7 +138,6 @@ private Q_SLOTS:
 void TstFavorites::aFavoriteIsMadeAtEitherEnd()
 {
     const auto model = modelWithTexts();
-    const ModelTester tester(model.get());
     QCOMPARE(firstWrongStep(model.get(),
                             {{3, true, true, true, {3}},
                              {4, true, true, true, {3, 4}},
@@ -155,7 +153,6 @@ void TstFavorites::aFavoriteThatIsAtItsEndAlreadyIsLeftAlone()
         QCOMPARE(firstWrongStep(alone.get(), {{4, true, atEnd, false, {4}}}), -1);
     }
     const auto model = modelWithTexts({3, 4, 5});
-    const ModelTester tester(model.get());
     QCOMPARE(
         firstWrongStep(model.get(),
                        {{3, true, false, false, {3, 4, 5}}, {5, true, true, false, {3, 4, 5}}}),
@@ -165,14 +162,12 @@ void TstFavorites::aFavoriteThatIsAtItsEndAlreadyIsLeftAlone()
 void TstFavorites::aFavoriteAtTheHeadOfTheListMovesToTheEnd()
 {
     const auto model = modelWithTexts({3, 4, 5});
-    const ModelTester tester(model.get());
     QCOMPARE(firstWrongStep(model.get(), {{3, true, true, true, {4, 5, 3}}}), -1);
 }
 
 void TstFavorites::aFavoriteElsewhereInTheListMoves()
 {
     const auto model = modelWithTexts({3, 4, 5, 6});
-    const ModelTester tester(model.get());
     QCOMPARE(firstWrongStep(model.get(),
                             {{6, true, false, true, {6, 3, 4, 5}},
                              {4, true, false, true, {4, 6, 3, 5}},
@@ -184,7 +179,6 @@ void TstFavorites::aFavoriteElsewhereInTheListMoves()
 void TstFavorites::aFavoriteIsTakenBack()
 {
     const auto model = modelWithTexts({3, 4, 5, 6});
-    const ModelTester tester(model.get());
     QCOMPARE(firstWrongStep(model.get(),
                             {{4, false, false, true, {3, 5, 6}},
                              {3, false, false, true, {5, 6}},
@@ -197,7 +191,6 @@ void TstFavorites::aFavoriteIsTakenBack()
 void TstFavorites::takingBackWhatIsNoFavoriteTouchesTheItem()
 {
     const auto model = modelWithTexts({3});
-    const ModelTester tester(model.get());
     QCOMPARE(
         firstWrongStep(model.get(), {{4, false, false, true, {3}}, {4, false, true, true, {3}}}),
         -1);
@@ -206,7 +199,6 @@ void TstFavorites::takingBackWhatIsNoFavoriteTouchesTheItem()
 void TstFavorites::aFavoriteIsMarkedBeforeItIsAnnounced()
 {
     const auto model = modelWithTexts();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
     QVERIFY(model->setFavorite(model->researchFolder(), true, false));
@@ -220,7 +212,6 @@ void TstFavorites::aFavoriteIsMarkedBeforeItIsAnnounced()
 void TstFavorites::everyItemMayBeAFavorite()
 {
     const auto model = modelWithTexts();
-    const ModelTester tester(model.get());
     const QModelIndexList items = recursiveWalk(model.get(), model->rootIndex());
     for (const QModelIndex &item : items)
         QVERIFY(model->setFavorite(item, true, true));
@@ -267,7 +258,6 @@ void TstFavorites::theRootIsNeverListedOrSaved()
 void TstFavorites::theRoleMakesFavoritesAtTheHead()
 {
     const auto model = modelWithTexts({3, 4});
-    const ModelTester tester(model.get());
     const int role = TVLProjectModel::FavoriteRole;
     QVERIFY(model->setData(model->index(5), true, role));
     QCOMPARE(favoritesOf(model.get()), Ids({5, 3, 4}));
@@ -308,7 +298,6 @@ void TstFavorites::theRoleTakesWhatIsABool()
 void TstFavorites::shortcutsDoTheSame()
 {
     const auto model = modelWithTexts();
-    const ModelTester tester(model.get());
     QVERIFY(model->addToFavorites(model->index(3), true));
     QVERIFY(model->addToFavorites(model->index(4), true));
     QVERIFY(model->addToFavorites(model->index(5), false));
@@ -415,7 +404,6 @@ void TstFavorites::anEqualListChangesNothing()
 void TstFavorites::itemsLeaveAndCome()
 {
     const auto model = modelWithTexts({4, 5, 6});
-    const ModelTester tester(model.get());
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
     model->setFavorites({6, 3, 4});
     QCOMPARE(favoritesOf(model.get()), Ids({6, 3, 4}));
@@ -450,7 +438,6 @@ void TstFavorites::leavingAndComingIsMarkedBeforeItIsAnnounced()
 void TstFavorites::reorderingTouchesNoItem()
 {
     const auto model = modelWithTexts({3, 4, 5});
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setFavorites({5, 3, 4});
     QCOMPARE(favoritesOf(model.get()), Ids({5, 3, 4}));
@@ -489,7 +476,6 @@ void TstFavorites::anItemThatStaysKeepsItsFlagAsItIs()
 void TstFavorites::idsOfNoItemArePassedOver()
 {
     const auto model = modelWithTexts();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setFavorites({99, 3, -1, 77});
     QCOMPARE(favoritesOf(model.get()), Ids{3});
@@ -503,7 +489,6 @@ void TstFavorites::idsOfNoItemArePassedOver()
 void TstFavorites::clearingTakesAllBack()
 {
     const auto model = modelWithTexts({5, 3});
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->clearFavorites();
     QCOMPARE(favoritesOf(model.get()), Ids());
@@ -609,7 +594,7 @@ void TstFavorites::favoritesSurviveSaveAndReopen()
 void TstFavorites::manyFavorites()
 {
     constexpr int Many = 20000;
-    const auto model = blankModel();
+    const auto model = blankModel().release();
     QVERIFY(model->insertRows(0, Many, model->draftFolder()));
     Ids ids = model->orderedChildIDs(model->projectNode(model->draftFolder()));
     std::reverse(ids.begin(), ids.end());

@@ -1,6 +1,5 @@
 #include "FilledProject.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "StorageFixtures.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
@@ -230,7 +229,6 @@ void TstFavoriteSection::favoritesThatWereReadChangeAsOthers()
     filledProject(project).reset();
     const auto model = project.open();
     QVERIFY(model);
-    const ModelTester tester(model.get());
     QVERIFY(model->setFavorite(model->index(5), true, true));
     QCOMPARE(model->favoriteIds(), Ids({3, 4, 5}));
     QVERIFY(model->removeFromFavorites(model->index(4)));

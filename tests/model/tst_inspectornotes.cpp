@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -48,7 +47,6 @@ void TstInspectorNotes::aNoteIsSet()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"some words of text"_qs);
     QVERIFY(!model->hasInspectorNotes(index));
@@ -163,7 +161,6 @@ void TstInspectorNotes::aNoteThatCannotBeKeptIsRefused()
     QFETCH(const int, length);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"some words of text"_qs);
     TVLTextDocument *text = model->referenceText(index);

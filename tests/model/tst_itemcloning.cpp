@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLModel.h"
 #include "TVLTextDocument.h"
 #include "TestMain.h"
@@ -100,7 +99,6 @@ void TstItemCloning::aCloneHasTheAttributesOfItsSource()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex source = addItem(model.get(), model->researchFolder(), TVL::Folder);
     const QPersistentModelIndex target = addItem(model.get(), model->researchFolder(), TVL::Text);
     TVLProjectNode *from = model->projectNode(source);
@@ -302,7 +300,6 @@ void TstItemCloning::descendantsComeBeforeThoseOfTheTarget()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b(c) d) e(f)"_qs);
     const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
     const QPersistentModelIndex e = itemTitled(model.get(), u"e"_qs);
@@ -315,7 +312,6 @@ void TstItemCloning::aCloneBelowItsSourceEnds()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b)"_qs);
     const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
     QVERIFY(model->insertRowsAndClone(0, 1, a, a, TVLProjectModel::CloneChildren));
@@ -326,7 +322,6 @@ void TstItemCloning::aRefusedDescendantEndsTheClone()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b c:5 d)"_qs);
     const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
     const QPersistentModelIndex target = firstText(model.get());
@@ -373,7 +368,6 @@ void TstItemCloning::onlyTheAttributesAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
     QVERIFY(model->addSnapshot(source, u"first"_qs));
@@ -419,7 +413,6 @@ void TstItemCloning::duplicatesStandBelowTheLastSource()
     QFETCH(const QString, expected);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b(c d(e)) f"_qs);
     const QModelIndexList copies =
         model->duplicate(itemsTitled(model.get(), sources), withChildren);
@@ -435,7 +428,6 @@ void TstItemCloning::duplicatesHaveUniqueTitles()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a a-1 b-7 a-3"_qs);
     const QModelIndexList sources = TVLModel::directChildren(model->researchFolder());
     QVERIFY(!model->duplicate(sources, true).isEmpty());
@@ -486,7 +478,6 @@ void TstItemCloning::duplicatesStandWhereAsked()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b"_qs);
     const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
     const QPersistentModelIndex b = itemTitled(model.get(), u"b"_qs);
@@ -512,7 +503,7 @@ void TstItemCloning::duplicatesAreRefusedInTheTrash()
 void TstItemCloning::manyDuplicatesOfOneTitleAreCheap()
 {
     const TestProject project;
-    const auto model = project.create();
+    const auto model = project.create().release();
     const QModelIndex research = model->researchFolder();
     QVERIFY(model->insertRows(0, 3000, research));
     const QModelIndexList copies = model->duplicate(TVLModel::directChildren(research), false);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLTextDocument.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -60,7 +59,6 @@ private Q_SLOTS:
 void TstItemCreation::aNewItemHasItsDocumentsInMemory()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     TVLProjectNode *node =
         model->insertNode(0, model->draftFolder(), TVL::Text, u"rtf"_qs, QString());
     QCOMPARE(node->mTitle, u"Untitled"_qs);
@@ -73,7 +71,6 @@ void TstItemCreation::aTextItemComesWithItsTexts()
 {
     const TestProject project;
     auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = model->insertTextNode(
         0, model->draftFolder(), u"One"_qs, u"Text\nof two lines"_qs, u"Card"_qs, u"Note"_qs);
     QCOMPARE(int(model->type(index)), int(TVL::Text));
@@ -103,7 +100,6 @@ void TstItemCreation::anImageItemWritesItsPicture()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QImage image(3, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
     const QModelIndex index = model->insertImageNode(-1, model->researchFolder(), u"Sail"_qs, image,
@@ -148,7 +144,6 @@ void TstItemCreation::severalItemsComeInOneGo()
     QFETCH(const int, count);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b"_qs);
     const QSignalSpy inserted(model.get(), &QAbstractItemModel::rowsInserted);
     const QList<TVLProjectNode *> nodes = model->insertMultipleNodes(
@@ -166,7 +161,6 @@ void TstItemCreation::severalItemsComeInOneGo()
 void TstItemCreation::severalTextsAreUntitled()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QList<QModelIndex> texts = model->insertMultipleTextNodes(0, model->researchFolder(), 3);
     QCOMPARE(texts.size(), 3);
     for (int row = 0; row < 3; ++row) {
@@ -179,7 +173,6 @@ void TstItemCreation::severalTextsAreUntitled()
 void TstItemCreation::aWebItemIsNamedAfterItsHost()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const TVLProjectNode *node =
         model->createUrlNode(QUrl(u"https://www.example.org/a?b=c"_qs), 0, model->researchFolder());
     QCOMPARE(int(node->mNodeType), int(TVL::WebArchive));
@@ -193,7 +186,6 @@ void TstItemCreation::aWebItemIsNamedAfterItsHost()
 void TstItemCreation::anItemIsMadeOutOfARecord()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     TVLProjectNodeProperties record;
     record.mId = 70;
     record.mUuid = QUuid::createUuid();
@@ -211,7 +203,6 @@ void TstItemCreation::anItemIsMadeOutOfARecord()
 void TstItemCreation::flagsOfARecordAgreeWithTheProject()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex research = model->researchFolder();
     const QPersistentModelIndex folder = model->insertUserFolder(-1, research, u"Templates"_qs);
     model->setTemplateFolder(folder);
@@ -266,7 +257,6 @@ void TstItemCreation::aNewItemComesWhereAsked()
     QFETCH(const int, row);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex research = model->researchFolder();
     for (const auto &create : {
              std::function([&] { return model->createNewItem(row, research); }),
@@ -302,7 +292,6 @@ void TstItemCreation::newItemsAreRefusedInTheTrash()
 void TstItemCreation::aNewFolderIsAFolder()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = model->createNewFolder(-1, model->draftFolder());
     QCOMPARE(int(model->type(folder)), int(TVL::Folder));
     QVERIFY(model->title(folder).isEmpty());
@@ -313,7 +302,6 @@ void TstItemCreation::aNewFolderIsAFolder()
 void TstItemCreation::aNewTextTakesTheModeOfItsSibling()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex draft = model->draftFolder();
     const QPersistentModelIndex plain = firstText(model.get());
     const QPersistentModelIndex script = addItem(model.get(), draft, TVL::Text);
@@ -346,7 +334,6 @@ void TstItemCreation::aRowIsClonedFromASource()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex source = model->insertTextNode(-1, model->draftFolder(), u"One"_qs,
                                                                u"words"_qs, u"card"_qs, u"note"_qs);
     const QUuid uuid = QUuid::createUuid();
@@ -378,7 +365,6 @@ void TstItemCreation::cloneFlagsSayWhatComesAlong()
     QFETCH(const QString, expected);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b(c))"_qs);
     QVERIFY(model->insertRowsAndClone(-1, 1, model->researchFolder(),
                                       itemTitled(model.get(), u"a"_qs),
@@ -391,7 +377,6 @@ void TstItemCreation::severalClonesAllStandAtTheRow()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b"_qs);
     QVERIFY(model->insertRowsAndClone(1, 2, model->researchFolder(),
                                       itemTitled(model.get(), u"b"_qs), {}));
@@ -408,7 +393,6 @@ void TstItemCreation::anItemForAMergeTakesUuidAndSource()
     const TestProject otherProject(u"Other"_qs);
     const auto model = project.create();
     const auto other = otherProject.create();
-    const ModelTester tester(model.get());
     const QModelIndex source =
         other->insertTextNode(-1, QModelIndex(), u"Theirs"_qs, u"words"_qs, {}, {});
     const QUuid uuid = QUuid::createUuid();
@@ -425,7 +409,6 @@ void TstItemCreation::anItemForAMergeTakesUuidAndSource()
 void TstItemCreation::conflictingItemsGoToTheirSubfolder()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex first =
         model->createNewItemInConflictsFolder(nullptr, u"One"_qs, u"Phone"_qs, nullptr);
     const QModelIndex second =

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include <QTest>
@@ -37,7 +36,6 @@ void TstItemGroups::aGroupStandsWhereItsFirstMemberStood()
     QFETCH(const QString, members);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b c(d) e"_qs);
     const QModelIndex group = model->groupIndexes(itemsTitled(model.get(), members));
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
@@ -69,7 +67,6 @@ void TstItemGroups::aGroupOfNothingIsNone()
 void TstItemGroups::aRefusedGroupLeavesItsEmptyRow()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QVERIFY(!model->groupIndexes({model->researchFolder(), model->draftFolder()}).isValid());
     QCOMPARE(model->rowCount(), 4);
     QCOMPARE(model->draftFolder().row(), 1);
@@ -102,7 +99,6 @@ void TstItemGroups::membersComeOutBehindTheirGroup()
     QFETCH(const QString, expected);
     QFETCH(const bool, isDone);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b c) d(e(f)) g"_qs);
     QCOMPARE(model->ungroupIndexes(itemsTitled(model.get(), groups)), isDone);
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
@@ -112,7 +108,6 @@ void TstItemGroups::membersComeOutBehindTheirGroup()
 void TstItemGroups::ungroupingUndoesAGroup()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b c"_qs);
     const QPersistentModelIndex group = model->groupIndexes(itemsTitled(model.get(), u"b c"_qs));
     QVERIFY(model->ungroupIndexes({group}));

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLTextDocument.h"
 #include "TVLUnattendedMessageBoxes.h"
@@ -64,20 +63,17 @@ private:
     [[nodiscard]] QStringList docFiles() const { return documentFiles(mProject->path()); }
 
     std::unique_ptr<TestProject> mProject;
-    std::unique_ptr<TVLProjectModel> mModel;
-    std::unique_ptr<ModelTester> mTester;
+    TestModel mModel;
 };
 
 void TstItemMerging::init()
 {
     mProject = std::make_unique<TestProject>();
     mModel = mProject->create();
-    mTester = std::make_unique<ModelTester>(mModel.get());
 }
 
 void TstItemMerging::cleanup()
 {
-    mTester.reset();
     mModel.reset();
     mProject.reset();
 }
@@ -166,7 +162,6 @@ void TstItemMerging::commentsOfOneIdentityAreAllKept()
     QVERIFY(mModel->save(true));
     QVERIFY(merge(u"a b c"_qs).isValid());
     mModel->prepareToDestroy();
-    mTester.reset();
     mModel = mProject->open();
     const QModelIndex survivor = itemTitled(mModel.get(), u"a"_qs);
     QCOMPARE(mModel->inspectorNotesToPlainText(survivor),
@@ -179,7 +174,6 @@ void TstItemMerging::commentsWhoseTextIsGoneComeAlong()
     const int b = mModel->nodeIdentity(addText(u"b"_qs, {}, u"card"_qs));
     const int c = mModel->nodeIdentity(addText(u"c"_qs, {}, u"card"_qs));
     mModel->prepareToDestroy();
-    mTester.reset();
     for (const int id : {a, b, c})
         mProject->writeFile(u"Files/Docs/%1.comments"_qs.arg(id),
                             "<Comments><Comment ID=\"x\">{\\rtf1 remark " + QByteArray::number(id)
@@ -358,7 +352,6 @@ void TstItemMerging::anUnreadableTextIsNotMerged()
     addText(u"a"_qs, u"first words"_qs);
     const int b = mModel->nodeIdentity(addText(u"b"_qs, u"second words"_qs));
     mModel->prepareToDestroy();
-    mTester.reset();
     mProject->writeFile(u"Files/Docs/%1.rtf"_qs.arg(b), "no rich text");
     mModel = mProject->open();
     QVERIFY(mModel->save(true));

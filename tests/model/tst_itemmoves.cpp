@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -72,7 +71,6 @@ void TstItemMoves::moveRules()
     QFETCH(const QString, target);
     QFETCH(const bool, isMoved);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setTitle(firstText(model.get()), u"first"_qs);
     addTree(model.get(), model->researchFolder(), research);
     const QPersistentModelIndex item = itemTitled(model.get(), moved);
@@ -93,7 +91,6 @@ void TstItemMoves::moveRules()
 void TstItemMoves::oneRefusedItemKeepsAllWhereTheyAre()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b:5 c"_qs);
     QVERIFY(!model->moveToFolder(model->draftFolder(), itemsTitled(model.get(), u"a b c"_qs), 0));
     QCOMPARE(treeText(model.get(), model->researchFolder()), u"a b c"_qs);
@@ -103,7 +100,6 @@ void TstItemMoves::oneRefusedItemKeepsAllWhereTheyAre()
 void TstItemMoves::systemFoldersMoveAtTheTopLevel()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QVERIFY(!model->moveToFolder(model->researchFolder(), {model->draftFolder()}, 0));
     QVERIFY(model->moveToFolder(QModelIndex(), {model->draftFolder()}, 2));
     QCOMPARE(model->draftFolder().row(), 1);
@@ -146,7 +142,6 @@ void TstItemMoves::itemsMoveToTheRowAsked()
     QFETCH(const int, row);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b c d(e f)"_qs);
     QVERIFY(
         model->moveToFolder(itemTitled(model.get(), target), itemsTitled(model.get(), moved), row));
@@ -157,7 +152,6 @@ void TstItemMoves::itemsMoveToTheRowAsked()
 void TstItemMoves::aParentTakesItsChildAlong()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b(c)) d"_qs);
     QVERIFY(model->moveToFolder(model->draftFolder(), itemsTitled(model.get(), u"c a b d"_qs), 0));
     QCOMPARE(treeText(model.get(), model->draftFolder()), u"a(b(c)) d "_qs);
@@ -166,7 +160,6 @@ void TstItemMoves::aParentTakesItsChildAlong()
 void TstItemMoves::anItemCanNotMoveIntoItself()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b(c)) d"_qs);
     const QModelIndexList items = itemsTitled(model.get(), u"a d"_qs);
     // The item is passed over, and the others move.
@@ -216,7 +209,6 @@ void TstItemMoves::aMoveTouchesNoModificationTime()
 void TstItemMoves::movedItemsKeepIdentityAndPersistentIndexes()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b) c"_qs);
     const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
     const QPersistentModelIndex b = itemTitled(model.get(), u"b"_qs);
@@ -236,7 +228,6 @@ void TstItemMoves::persistentIndexesAtTheTopLevelFollow()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), QModelIndex(), u"a(b) c"_qs);
     QList<QPersistentModelIndex> indexes;
     const QModelIndexList walk = recursiveWalk(model.get(), model->rootIndex());
@@ -291,7 +282,6 @@ void TstItemMoves::trashTakesItemsAndDeletesNothing()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex text =
         model->insertTextNode(-1, model->researchFolder(), u"a"_qs, u"words"_qs, {}, {});
     const int id = model->nodeIdentity(text);
@@ -307,7 +297,6 @@ void TstItemMoves::trashTakesItemsAndDeletesNothing()
 void TstItemMoves::whatIsInTheTrashCanNotBeTrashed()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b"_qs);
     addTree(model.get(), model->trashFolder(), u"c(d)"_qs);
     QVERIFY(!model->moveToTrash({itemTitled(model.get(), u"c"_qs)}));

@@ -21,7 +21,7 @@ QString foundTitles(const TVLProjectModel *model, const QModelIndexList &indexes
 }
 
 /** A blank project with items in each of its folders; its first text is called "first". */
-std::unique_ptr<TVLProjectModel> filledModel()
+TestModel filledModel()
 {
     auto model = blankModel();
     model->projectNode(firstText(model.get()))->mTitle = u"first"_qs;

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLTextDocument.h"
 #include "TestMain.h"
@@ -41,7 +40,6 @@ void TstItemRemoval::removingAnItemTakesItsFilesAndSaves()
 {
     const TestProject project;
     auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex keep = addTextItem(model.get(), model->draftFolder(), u"keep"_qs);
     const QString keptId = QString::number(model->nodeIdentity(keep));
     const QPersistentModelIndex gone = addTextItem(model.get(), model->draftFolder(), u"gone"_qs);
@@ -77,7 +75,6 @@ void TstItemRemoval::whatLiesBelowGoesToo()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a(b(c) d) e"_qs);
     const QPersistentModelIndex c = itemTitled(model.get(), u"c"_qs);
     QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
@@ -145,7 +142,6 @@ void TstItemRemoval::removingFromTheModelAloneSavesNothing()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->researchFolder(), u"a b"_qs);
     QVERIFY(model->save(true));
     const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
@@ -161,7 +157,6 @@ void TstItemRemoval::childrenAreRemovedWithTheirFiles()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     const QPersistentModelIndex b = addTextItem(model.get(), a, u"b"_qs);
     addTextItem(model.get(), b, u"c"_qs);
@@ -186,7 +181,6 @@ void TstItemRemoval::emptyingTheTrashRemovesAllInIt()
 {
     const TestProject project;
     auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     addTextItem(model.get(), a, u"b"_qs);
     const QModelIndex c = addTextItem(model.get(), model->researchFolder(), u"c"_qs);
@@ -301,7 +295,6 @@ void TstItemRemoval::persistentIndexesOfRemovedItemsBecomeInvalid()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     addTree(model.get(), model->trashFolder(), u"a(b) c"_qs);
     addTree(model.get(), model->researchFolder(), u"d"_qs);
     QList<QPersistentModelIndex> gone;
@@ -326,7 +319,6 @@ void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes()
     QFETCH(const bool, isTopLevel);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex parent = isTopLevel ? QModelIndex() : model->researchFolder();
     const QPersistentModelIndex before = model->insertTextNode(0, parent, u"a"_qs, {}, {}, {});
     const QPersistentModelIndex current = model->insertTextNode(1, parent, u"b"_qs, {}, {}, {});

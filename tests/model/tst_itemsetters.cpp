@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -110,35 +109,6 @@ const QList<Setter> &setters()
     return rows;
 }
 
-/** The signals of a model that setters emit, in their order. */
-class SetterLog
-{
-public:
-    explicit SetterLog(const Model *model)
-    {
-        QObject *context = &mContext;
-        QObject::connect(model, &Model::modifiedChanged, context,
-                         [this](bool modified) { log(modified ? u"modified"_qs : u"saved"_qs); });
-        QObject::connect(model, &Model::dataChanged, context,
-                         [this, model](const QModelIndex &first, const QModelIndex &last) {
-                             log(first == last ? u"data %1"_qs.arg(model->nodeIdentity(first))
-                                               : u"data of several"_qs);
-                         });
-        QObject::connect(model, &Model::formatModeChanged, context,
-                         [this, model](const QModelIndex &index, const QString &mode) {
-                             log(u"mode %1 of %2"_qs.arg(mode).arg(model->nodeIdentity(index)));
-                         });
-    }
-
-    [[nodiscard]] QStringList lines() const { return mLines; }
-
-private:
-    void log(const QString &line) { mLines.append(line); }
-
-    QObject mContext;
-    QStringList mLines;
-};
-
 /** What of a node's record is compared when nothing may have changed. */
 TVLProjectNodeProperties recordOf(const Model &model, const QModelIndex &index)
 {
@@ -191,10 +161,9 @@ void TstItemSetters::aValueIsStoredAndAnnounced()
     QFETCH(const int, row);
     const Setter &setter = setters().at(row);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     makeAllOld(model.get());
-    const SetterLog log(model.get());
+    const SignalLog log(model.get());
     QVERIFY(setter.set(*model, index));
     QCOMPARE(setter.stored(*model->projectNode(index)), setter.value);
     QCOMPARE(log.lines(), QStringList({u"modified"_qs}) + setter.signalLines);
@@ -213,7 +182,7 @@ void TstItemSetters::anEqualValueHasNoEffect()
     const QModelIndex index = firstText(model.get());
     model->projectNode(index)->applyAllPreserveIDs(recordOf(*source, firstText(source.get())));
     const TVLProjectNodeProperties before = recordOf(*model, index);
-    const SetterLog log(model.get());
+    const SignalLog log(model.get());
     QVERIFY(setter.set(*model, index));
     QVERIFY(recordOf(*model, index) == before);
     QCOMPARE(log.lines(), QStringList());
@@ -228,8 +197,8 @@ void TstItemSetters::anIndexOfAnotherModelIsRefused()
     const auto other = blankModel();
     const QModelIndex foreign = firstText(other.get());
     const TVLProjectNodeProperties before = recordOf(*other, foreign);
-    const SetterLog log(model.get());
-    const SetterLog otherLog(other.get());
+    const SignalLog log(model.get());
+    const SignalLog otherLog(other.get());
     QVERIFY(!setter.set(*model, foreign));
     QVERIFY(recordOf(*other, foreign) == before);
     QCOMPARE(log.lines() + otherLog.lines(), QStringList());
@@ -270,7 +239,7 @@ void TstItemSetters::anEqualIdOfADeletedLabelIsSetAnew()
     const QModelIndex index = firstText(model.get());
     model->projectNode(index)->mLabelId = 99;
     makeAllOld(model.get());
-    const SetterLog log(model.get());
+    const SignalLog log(model.get());
     QVERIFY(model->setLabelIdentity(index, 99));
     QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
     QVERIFY(isTouched(model.get(), index));
@@ -283,7 +252,7 @@ void TstItemSetters::anEqualIdOfADeletedStatusItemIsSetAnew()
     const QModelIndex index = firstText(model.get());
     model->projectNode(index)->mStatusId = 99;
     makeAllOld(model.get());
-    const SetterLog log(model.get());
+    const SignalLog log(model.get());
     QVERIFY(model->setStatusIdentity(index, 99));
     QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
     QVERIFY(isTouched(model.get(), index));

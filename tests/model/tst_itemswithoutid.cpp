@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -124,7 +123,6 @@ void TstItemsWithoutId::theirTextsAreReadOnlyAndNeverWritten()
     writeLaterProject(project);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText}) {
         typeText(model.get(), index, u"words"_qs, type);
@@ -145,7 +143,6 @@ void TstItemsWithoutId::theirTextsAreReadOnlyAndNeverWritten()
 void TstItemsWithoutId::theirTextsAreNotJoined()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
-    const ModelTester tester(model.get());
     const QModelIndex a = addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex b = addItem(model.get(), QModelIndex(), TVL::Text);
     QVERIFY(!model->mergeIndexes({a, b}).isValid());
@@ -158,7 +155,6 @@ void TstItemsWithoutId::anImageWithoutAPlaceIsRefused()
     writeLaterProject(project);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    const ModelTester tester(model.get());
     const int before = model->totalNodesCount();
     const QModelIndex research = model->researchFolder();
     QVERIFY(
@@ -194,7 +190,6 @@ void TstItemsWithoutId::clearingAnIdWritesWhatIsUnsaved()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText})
         typeText(model.get(), index, u"words"_qs, type);
@@ -214,7 +209,6 @@ void TstItemsWithoutId::anItemThatCannotBeWrittenKeepsItsId()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     typeText(model.get(), index, u"words"_qs);
     project.writeFile(u"Files/Docs/3.rtf/obstacle"_qs, "x");
@@ -231,7 +225,6 @@ void TstItemsWithoutId::anIdBringsWordsToAFile()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->referenceNote(index)); // Held, so that a save doesn't let go of it.
     typeText(model.get(), index, u"saved"_qs, TVL::NotesText);

@@ -218,7 +218,6 @@ void TstLifecycle::theVersionIsTheOneToldOrThatOfTheFolder()
 void TstLifecycle::aBlankProjectHasThreeSystemFoldersAndAText()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
     QCOMPARE(model->rowCount(), 3);
     const QStringList titles = {u"Draft"_qs, u"Research"_qs, u"Trash"_qs};
@@ -239,7 +238,6 @@ void TstLifecycle::aBlankProjectHasThreeSystemFoldersAndAText()
 void TstLifecycle::aBlankProjectHasLabelsAndStatusItems()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->labelTitle(), u"Label"_qs);
     QCOMPARE(model->statusTitle(), u"Status"_qs);
     QCOMPARE(model->labels(),
@@ -261,7 +259,6 @@ void TstLifecycle::aBlankProjectHasLabelsAndStatusItems()
 void TstLifecycle::aBlankProjectHasOneNote()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const auto &notes = model->projectNotes().mNotes;
     QCOMPARE(notes.size(), 1);
     QCOMPARE(notes.at(0).first, 10);
@@ -289,7 +286,6 @@ void TstLifecycle::aBlankProjectIsOfFormat18()
 void TstLifecycle::aBlankProjectIsSaved()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     model->initBlankProject();
     QVERIFY(model->isSaved());
@@ -299,7 +295,6 @@ void TstLifecycle::aBlankProjectIsSaved()
 void TstLifecycle::aProjectWithItemsIsNotMadeBlank()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), QModelIndex(), TVL::Text);
     model->initBlankProject();
     QCOMPARE(model->totalNodesCount(), 1);
@@ -309,7 +304,6 @@ void TstLifecycle::aProjectWithItemsIsNotMadeBlank()
 void TstLifecycle::initProjectOnAnEmptyTreeMakesABlankProject()
 {
     const auto model = emptyModel(TVL::FormatVersion16);
-    const ModelTester tester(model.get());
     QStringList errors;
     model->initProject(&errors);
     QCOMPARE(errors, QStringList());
@@ -325,7 +319,6 @@ void TstLifecycle::initProjectOnAnEmptyTreeMakesABlankProject()
 void TstLifecycle::initProjectAddsWhatAProjectCantBeWithout()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), QModelIndex(), TVL::Text);
     QStringList errors;
     model->initProject(&errors);
@@ -348,7 +341,6 @@ void TstLifecycle::initProjectDerivesTheSnapshotFlagFromTheFolder()
     const TestProject project;
     {
         const auto model = project.create();
-        const ModelTester tester(model.get());
         QVERIFY(model->insertRows(0, 2, model->draftFolder()));
         model->findNode(2)->mHasSnapshots = true;
         QVERIFY(model->save(true));
@@ -412,7 +404,6 @@ void TstLifecycle::aBrokenBinderIsReplacedByItsZippedCopies()
     const TestProject project;
     {
         const auto model = project.create();
-        const ModelTester tester(model.get());
         QVERIFY(model->setTitle(firstText(model.get()), u"first"_qs));
         QVERIFY(model->save(false));
     }
@@ -463,7 +454,6 @@ void TstLifecycle::openingTakesTheRawPartOfTheBinder()
     const TestProject project;
     {
         const auto model = project.create();
-        const ModelTester tester(model.get());
         model->setUserProjectData(u"<UserProjectData><a b=\"c\"/></UserProjectData>"_qs);
         QVERIFY(model->save(true));
     }
@@ -477,7 +467,6 @@ void TstLifecycle::aSavedProjectReopensWithTheSameTree()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->setLabelTitle(u"Colour"_qs);
     model->setStatusTitle(u"Stage"_qs);
     model->setDefaultLabelIdentity(1);
@@ -503,7 +492,6 @@ void TstLifecycle::aLargeTreeSurvivesSaveAndReopen()
     const TestProject project;
     const auto model = project.create();
     {
-        const ModelTester tester(model.get());
         growThroughOperations(model.get(), 500);
     }
     QCOMPARE(mapsOutOfStep(model.get()), QString());
@@ -511,7 +499,6 @@ void TstLifecycle::aLargeTreeSurvivesSaveAndReopen()
     QVERIFY(model->save(false));
     const auto reopened = project.open();
     QVERIFY(reopened);
-    const ModelTester tester(reopened.get());
     forgetSession(model.get());
     QCOMPARE(difference(model.get(), reopened.get()), QString());
     QCOMPARE(reopened->uuidsListBinderOrder(), model->uuidsListBinderOrder());
@@ -540,7 +527,6 @@ void TstLifecycle::aForcedSaveOfASavedProjectWritesTheBinder()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(QFile::remove(project.binderPath()));
     const SignalLog log(model.get());
     QVERIFY(model->save(true));
@@ -552,7 +538,6 @@ void TstLifecycle::anUnforcedSaveOfASavedProjectWritesNothingButAsksTheEditors()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->loadDocuments(model->findNode(3));
     model->loadDocuments(model->findNode(1));
     const auto before = project.files();
@@ -568,7 +553,6 @@ void TstLifecycle::editorsAreAskedBeforeTheBinderIsWritten()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QList<TVLProjectNode *> nodes = {model->findNode(3), model->findNode(1)};
     for (TVLProjectNode *node : nodes)
         model->loadDocuments(node);
@@ -594,7 +578,6 @@ void TstLifecycle::aSaveStampsTheProject()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const TVLProjectInfo first = model->info();
     QVERIFY(!first.mModId.isNull());
     model->setDeviceName(u"elsewhere"_qs);
@@ -619,7 +602,6 @@ void TstLifecycle::aMissingVersionFileIsWritten()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(QFile::remove(project.path(u"Files/version.txt"_qs)));
     QVERIFY(model->save(true));
     QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
@@ -629,7 +611,6 @@ void TstLifecycle::anExistingVersionFileIsLeftAlone()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     project.writeFile(u"Files/version.txt"_qs, "16 and more");
     QVERIFY(model->save(true));
     QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("16 and more"));
@@ -655,7 +636,6 @@ void TstLifecycle::aFailedBinderWriteShowsOneBoxAndGoesOn()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     obstructBinder(project);
     QVERIFY(QFile::remove(project.path(u"Files/version.txt"_qs)));
     TVLUnattendedMessageBoxes boxes;
@@ -674,7 +654,6 @@ void TstLifecycle::aFailedSaveLeavesTheProjectSaved()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     obstructBinder(project);
     QVERIFY(model->setTitle(firstText(model.get()), u"x"_qs));
     QVERIFY(model->isModified());
@@ -694,7 +673,6 @@ void TstLifecycle::theErrorsOfASaveAreHandedOut()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QStringList errors = {u"from before"_qs};
     QVERIFY(model->saveChanges(&errors));
     QCOMPARE(errors, QStringList());
@@ -711,7 +689,7 @@ void TstLifecycle::aPlaceThatCantBeWrittenIsToldOnce()
     const TestProject project;
     project.writeFile(u"file"_qs, "x");
     const QString path = project.path(u"file/Novel.tavel"_qs);
-    const std::unique_ptr<TVLProjectModel> model(TVLProjectModel::createBlankProjectInMemory(path));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(path));
     TVLProjectModelTestAccess::markModified(model.get());
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save(false));
@@ -729,8 +707,7 @@ void TstLifecycle::aPlaceThatCantBeWrittenIsToldOnce()
 
 void TstLifecycle::withoutPathNothingIsSaved()
 {
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(QString()));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(QString()));
     const TVLUnattendedMessageBoxes boxes;
     const TVLProjectInfo before = model->info();
     QVERIFY(!model->saveChanges(nullptr));
@@ -744,7 +721,6 @@ void TstLifecycle::allIsSaved()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(QFile::remove(project.binderPath()));
     model->saveAll(false);
     QVERIFY(!QFileInfo::exists(project.binderPath()));
@@ -762,7 +738,6 @@ void TstLifecycle::allIsSaved()
 void TstLifecycle::aChangeMarksTheProjectOnce()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     for (int i = 0; i < 3; ++i) {
         TVLProjectModelTestAccess::markModified(model.get());
@@ -776,7 +751,6 @@ void TstLifecycle::aChangeMarksTheProjectOnce()
 void TstLifecycle::markingWithFalseDoesNotClear()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get(), false);
     QVERIFY(model->isSaved());
@@ -789,7 +763,6 @@ void TstLifecycle::markingWithFalseDoesNotClear()
 void TstLifecycle::whileABinderIsReadNothingIsMarked()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     TVLBinderProject *const binder = model.get();
     binder->beginBinderRead();
     TVLProjectModelTestAccess::markModified(model.get());
@@ -821,7 +794,6 @@ void TstLifecycle::excludingFromBackupsAlwaysMarks()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(model->backupIncluded());
     model->setExcludeFromBackup(true);
     QVERIFY(!model->backupIncluded());
@@ -838,7 +810,6 @@ void TstLifecycle::optionsAreTakenOnConstructionAndOnChange()
 {
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 33);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->autoSaveSeconds(), 33);
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 44);
     QCOMPARE(model->autoSaveSeconds(), 44);
@@ -870,7 +841,6 @@ void TstLifecycle::onlySomeGroupsOfOptionsMatter()
     QFETCH(const QStringList, groups);
     QFETCH(const bool, areTaken);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     {
         const QSignalBlocker blocker(tvlOptions());
         tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 55);
@@ -887,7 +857,6 @@ void TstLifecycle::saveAsMovesTheModelToTheNewPlace()
     for (const bool showProgress : {false, true}) {
         const TestProject project;
         const auto model = project.create();
-        const ModelTester tester(model.get());
         project.writeFile(u"Files/Docs/3.rtf"_qs, "text");
         const auto oldFiles = project.files();
         const QString target = project.enclosingPath() + u"/deep/Copy.tavel"_qs;
@@ -908,7 +877,7 @@ void TstLifecycle::saveAsMovesTheModelToTheNewPlace()
         QVERIFY(model->setTitle(firstText(model.get()), u"later"_qs));
         QVERIFY(model->save(false));
         QCOMPARE(project.files(), oldFiles);
-        const std::unique_ptr<TVLProjectModel> reopened(Format::openProject(target));
+        const TestModel reopened(Format::openProject(target));
         QVERIFY(reopened);
         QCOMPARE(reopened->title(firstText(reopened.get())), u"later"_qs);
     }
@@ -918,7 +887,6 @@ void TstLifecycle::saveAsNamesTheBinderOfAModifiedProjectAfterItsFolder()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(model->setTitle(firstText(model.get()), u"unsaved"_qs));
     roundTimes(model.get());
     const auto oldFiles = project.files();
@@ -928,7 +896,7 @@ void TstLifecycle::saveAsNamesTheBinderOfAModifiedProjectAfterItsFolder()
     QVERIFY(!QFileInfo::exists(target + u"/Novel.tavelx"_qs));
     QCOMPARE(project.files(), oldFiles);
     QVERIFY(model->isSaved());
-    const std::unique_ptr<TVLProjectModel> reopened(Format::openProject(target));
+    const TestModel reopened(Format::openProject(target));
     QVERIFY(reopened);
     QCOMPARE(difference(model.get(), reopened.get()), QString());
 }
@@ -945,7 +913,6 @@ void TstLifecycle::saveAsTreatsTheOldLockAsTold()
     QFETCH(const bool, removeOldLock);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(Format::addLock(project.path()));
     const QString target = project.enclosingPath() + u"/Copy.tavel"_qs;
     QVERIFY(model->saveAs(target, false, removeOldLock));
@@ -970,7 +937,6 @@ void TstLifecycle::saveAsReplacesWhatIsThere()
     else
         QVERIFY(QFile(target.path()).open(QIODevice::WriteOnly));
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(model->saveAs(target.path(), false, true));
     QVERIFY(!QFileInfo::exists(target.path(u"Files/Docs/old.rtf"_qs)));
     QVERIFY(target.open());
@@ -997,7 +963,6 @@ void TstLifecycle::saveAsOntoTheProjectItselfIsRefused()
     QFETCH(const QString, target);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(Format::addLock(project.path()));
     const auto before = project.files();
     const TVLUnattendedMessageBoxes boxes;
@@ -1013,7 +978,6 @@ void TstLifecycle::saveAsThroughALinkToTheProjectsFolderIsRefused()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const auto before = project.files();
     const QTemporaryDir elsewhere;
     const QString link = elsewhere.filePath(u"link"_qs);
@@ -1030,7 +994,6 @@ void TstLifecycle::saveAsNowhereIsRefused()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const auto before = project.files();
     QVERIFY(!model->saveAs(QString(), false, true));
     QCOMPARE(project.files(), before);
@@ -1043,8 +1006,7 @@ void TstLifecycle::aFailedSaveAsLeavesTheModelAndHasTakenTheTarget()
     const TestProject project;
     const TestProject target;
     target.writeFile(u"Files/Docs/old.rtf"_qs, "old");
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(project.path()));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(project.path()));
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->saveAs(target.path(), false, true));
     QVERIFY(!QFileInfo::exists(target.path()));
@@ -1065,7 +1027,6 @@ void TstLifecycle::prepareToDestroySavesAndUnlocks()
     const TestProject project;
     {
         const auto model = project.create();
-        const ModelTester tester(model.get());
         QVERIFY(Format::addLock(project.path()));
         QVERIFY(model->setTitle(firstText(model.get()), u"last words"_qs));
         model->prepareToDestroy();
@@ -1089,7 +1050,6 @@ void TstLifecycle::prepareToDestroyRemovesTheDragAndDropFolder()
                                       + u"/Tavelinor/DnD"_qs));
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     QVERIFY(QDir().mkpath(path + u"/something"_qs));
     model->prepareToDestroy();
     QVERIFY(!QFileInfo::exists(path));
@@ -1100,7 +1060,6 @@ void TstLifecycle::aNewModelCleansUpTheDragAndDropFolderLater()
     const QString path = TVLProjectModel::dragAndDropPath();
     QVERIFY(QDir().mkpath(path + u"/something"_qs));
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QVERIFY(QFileInfo::exists(path));
     QTRY_VERIFY(!QFileInfo::exists(path));
 
@@ -1117,7 +1076,6 @@ void TstLifecycle::aModelIsFoundByFolderAndByBinder()
     const TestProject project;
     const TestProject other;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const auto otherModel = other.create();
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), model.get());
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.binderPath()), model.get());
@@ -1147,7 +1105,6 @@ void TstLifecycle::aModelIsNotFoundAfterItsEnd()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->prepareToDestroy();
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), nullptr);
 }

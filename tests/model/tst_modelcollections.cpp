@@ -1,5 +1,4 @@
 #include "CollectionChecks.h"
-#include "ModelTester.h"
 #include "TVLReplay.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -61,7 +60,6 @@ void TstModelCollections::aCollectionIsReplacedWithAllFields()
 {
     for (const int position : {2, 3, 4}) {
         const auto model = modelOfFive();
-        const ModelTester tester(model.get());
         const CollectionLog log(model.get());
         model->setCollectionByPos(position, fullRecord());
         Collections expected = Five;
@@ -154,7 +152,6 @@ void TstModelCollections::somethingWithoutColorOfItsOwnTakesNone()
 void TstModelCollections::theSearchResultsBecomeASearch()
 {
     const auto model = modelOfFive();
-    const ModelTester tester(model.get());
     const CollectionLog log(model.get());
     model->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
     TVLCollectionMetaData expected = fullRecord(TVL::RecentSearchCollection);

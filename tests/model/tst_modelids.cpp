@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -129,7 +128,6 @@ void TstModelIds::aNewNodeGetsItsUuid()
 void TstModelIds::aNewNodeOfTheNewestFormatHasNoIdAndNoEntry()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
-    const ModelTester tester(model.get());
     QVERIFY(model->insertRows(0, 1));
     const TVLProjectNode *node = model->binderRoot()->mChildren.constFirst();
     QCOMPARE(node->mId, -1);
@@ -196,7 +194,6 @@ void TstModelIds::theLargestIdInABinderDoesNotOverflow()
     project.writeFile(u"Novel.tavelx"_qs, binderXml(items));
     const auto model = project.open();
     QVERIFY(model);
-    const ModelTester tester(model.get());
     QCOMPARE(model->findBiggestNodeId(), LargestId);
     QVERIFY(model->insertRows(0, 3));
     const QModelIndex folder = model->insertUserFolder(-1, QModelIndex(), u"Folder"_qs);
@@ -311,7 +308,6 @@ void TstModelIds::clearingTheIdOfTheRootOrAnotherModelDoesNothing()
 void TstModelIds::missingIdsAreGivenInPreOrderAboveAllInUse()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = addItem(model.get(), model->draftFolder(), TVL::Folder);
     const QModelIndex text = addItem(model.get(), folder, TVL::Text);
     QCOMPARE(model->nodeIdentity(text), 5);
@@ -368,7 +364,6 @@ void TstModelIds::mobileIdsCountUpInPreOrder()
 {
     const auto desktop = blankModel();
     const auto mobile = emptyModel(TVL::FormatVersion18, true);
-    const ModelTester tester(mobile.get());
     const QModelIndex folder = addItem(mobile.get(), QModelIndex(), TVL::Folder);
     addItem(mobile.get(), QModelIndex(), TVL::Text);
     addItem(mobile.get(), folder, TVL::Text);
@@ -394,7 +389,6 @@ void TstModelIds::mapsStayInStepThroughRandomChanges()
     QFETCH(const bool, mobile);
     const auto model = emptyModel(version, mobile);
     const auto other = blankModel();
-    const ModelTester tester(model.get());
     QRandomGenerator random(11);
     growRandomTree(model.get(), 10, 12);
     for (int i = 0; i < 300; ++i) {

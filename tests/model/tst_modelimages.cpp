@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -37,7 +36,7 @@ struct ImageFixture
     [[nodiscard]] TVLProjectNode *node() const { return model->projectNode(index); }
 
     TestProject project;
-    std::unique_ptr<TVLProjectModel> model;
+    TestModel model;
     QModelIndex index;
 };
 
@@ -95,7 +94,6 @@ void TstModelImages::anItemHasNoCardImageAtFirst()
 void TstModelImages::aCardImageIsWrittenAtOnce()
 {
     const ImageFixture f;
-    const ModelTester tester(f.model.get());
     f.node()->mIndexCardImageFileExtension = u"jpg"_qs;
     SignalLog log(f.model.get());
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
@@ -394,7 +392,6 @@ void TstModelImages::aReplacedIconIsShownAnew()
 void TstModelImages::renamingAnIconRenamesItForItsItems()
 {
     const ImageFixture f;
-    const ModelTester tester(f.model.get());
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
     for (const QString &title : {u"a"_qs, u"b"_qs})
@@ -417,7 +414,6 @@ void TstModelImages::renamingAnIconRenamesItForItsItems()
 void TstModelImages::removingAnIconTakesItFromItsItems()
 {
     const ImageFixture f;
-    const ModelTester tester(f.model.get());
     QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
     QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_qs));
     QVERIFY(!f.model->icon(f.index).isNull());
@@ -499,7 +495,6 @@ void TstModelImages::anItemWithAFileHasTheIconOfItsKind()
 void TstModelImages::tintingAnnouncesEveryItem()
 {
     const ImageFixture f;
-    const ModelTester tester(f.model.get());
     addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
     QVERIFY(f.model->save());
     makeAllOld(f.model.get());

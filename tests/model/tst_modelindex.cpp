@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include "TVLModel.h"
@@ -86,7 +85,6 @@ void TstModelIndex::theRootItselfHasADefaultParent()
 void TstModelIndex::anItemsParentIsTheItemAroundIt()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = addItem(model.get(), model->researchFolder(), TVL::Folder);
     const QModelIndex text = addItem(model.get(), folder, TVL::Text);
     QCOMPARE(model->parent(text), folder);
@@ -115,7 +113,6 @@ void TstModelIndex::aRowThatIsNotThereGivesADefaultIndex()
     QFETCH(const int, row);
     QFETCH(const int, column);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = addItem(model.get(), QModelIndex(), TVL::Folder);
     for (int i = 0; i < 5; ++i)
         addItem(model.get(), folder, TVL::Text);
@@ -200,7 +197,6 @@ void TstModelIndex::flagsAreTheSameForEveryItem()
 {
     QFETCH(const TVL::NodeType, type);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = addItem(model.get(), model->trashFolder(), type);
     QCOMPARE(model->flags(index),
              Qt::ItemIsSelectable | Qt::ItemIsEditable | Qt::ItemIsDragEnabled
@@ -233,7 +229,6 @@ void TstModelIndex::itemsAreCopiedMovedAndLinked()
 void TstModelIndex::depthCountsFromTheTopLevel()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->indexDepth(QModelIndex()), 0);
     QCOMPARE(model->indexDepth(model->rootIndex()), 0);
     QModelIndex index = model->researchFolder();
@@ -246,7 +241,6 @@ void TstModelIndex::depthCountsFromTheTopLevel()
 void TstModelIndex::theRootParentIsTheTopLevelAncestor()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->rootParentIndex(firstText(model.get())), model->draftFolder());
     QCOMPARE(int(model->rootParentType(firstText(model.get()))), int(TVL::DraftFolder));
     const QModelIndex folder = addItem(model.get(), model->trashFolder(), TVL::Folder);
@@ -274,7 +268,6 @@ void TstModelIndex::walksGoThroughTheTreeInPreOrder()
     QFETCH(const int, nodes);
     QFETCH(const quint32, seed);
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), nodes, seed);
 
     const QModelIndexList expected = recursiveWalk(model.get(), QModelIndex());
@@ -302,7 +295,6 @@ void TstModelIndex::walksGoThroughTheTreeInPreOrder()
 void TstModelIndex::theGeneralWalksAgreeWithTheTree()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), 80, 9);
     const QModelIndexList all = recursiveWalk(model.get(), QModelIndex());
     QCOMPARE(TVLModel::childrenAndSubChildren(model->rootIndex()), all);
@@ -331,7 +323,6 @@ void TstModelIndex::nextOfTheLastItemIsTheFirst()
 void TstModelIndex::previousOfTheFirstItemIsTheDeepestLast()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = addItem(model.get(), model->trashFolder(), TVL::Folder);
     addItem(model.get(), folder, TVL::Text);
     const QModelIndex last = addItem(model.get(), folder, TVL::Text);
@@ -342,7 +333,6 @@ void TstModelIndex::previousOfTheFirstItemIsTheDeepestLast()
 void TstModelIndex::theOnlyItemFollowsItself()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     const QModelIndex only = addItem(model.get(), QModelIndex(), TVL::Text);
     QCOMPARE(model->nextIndex(only), only);
     QCOMPARE(model->previousIndex(only), only);
@@ -386,7 +376,6 @@ void TstModelIndex::longChainsAndManySiblingsAreWalked()
 void TstModelIndex::readingABinderResetsTheModel()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     QSignalSpy aboutToReset(model.get(), &TVLProjectModel::modelAboutToBeReset);
     QSignalSpy reset(model.get(), &TVLProjectModel::modelReset);
     TVLBinderProject *const binder = model.get();

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include <QSignalSpy>
@@ -57,7 +56,6 @@ private Q_SLOTS:
 void TstModelInsert::anInsertedItemIsAsTold()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const TVLProjectNode *node =
         model->insertNode(-1, model->researchFolder(), TVL::PDF, u"pdf"_qs, u"Paper"_qs);
     QCOMPARE(node->mTitle, u"Paper"_qs);
@@ -74,7 +72,6 @@ void TstModelInsert::anInsertedItemIsAsTold()
 void TstModelInsert::anInsertedItemWithoutTitleIsUntitled()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const TVLProjectNode *node =
         model->insertNode(-1, QModelIndex(), TVL::Text, QString(), QString());
     QCOMPARE(node->mTitle, u"Untitled"_qs);
@@ -83,7 +80,6 @@ void TstModelInsert::anInsertedItemWithoutTitleIsUntitled()
 void TstModelInsert::anInsertedItemGetsTheDefaultLabelAndStatus()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setDefaultLabelIdentity(1);
     model->setDefaultStatusIdentity(3);
     const TVLProjectNode *node =
@@ -110,7 +106,6 @@ void TstModelInsert::anItemIsInsertedAtItsRow()
     QFETCH(const int, row);
     QFETCH(const QStringList, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex research = model->researchFolder();
     addItem(model.get(), research, TVL::Text, u"a"_qs);
     addItem(model.get(), research, TVL::Text, u"b"_qs);
@@ -130,7 +125,6 @@ void TstModelInsert::anInvalidParentIsTheRoot()
 {
     QFETCH(const bool, isDefault);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex parent = isDefault ? QModelIndex() : model->rootIndex();
     const QModelIndex folder = model->insertUserFolder(1, parent, u"new"_qs);
     QCOMPARE(folder, model->index(1, 0));
@@ -142,7 +136,6 @@ void TstModelInsert::anInvalidParentIsTheRoot()
 void TstModelInsert::insertingAnItemMarksNothing()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->insertNode(-1, QModelIndex(), TVL::Text, QString(), u"x"_qs);
     model->insertUserFolder(-1, QModelIndex(), u"x"_qs);
     QVERIFY(model->isSaved());
@@ -151,7 +144,6 @@ void TstModelInsert::insertingAnItemMarksNothing()
 void TstModelInsert::insertingAnItemAnnouncesTheRow()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->insertNode(0, model->draftFolder(), TVL::Text, QString(), u"x"_qs);
     model->insertNode(-1, model->draftFolder(), TVL::Text, QString(), u"x"_qs);
@@ -163,7 +155,6 @@ void TstModelInsert::insertingAnItemAnnouncesTheRow()
 void TstModelInsert::topLevelRowsAreAnnouncedWithADefaultParent()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QSignalSpy aboutToInsert(model.get(), &TVLProjectModel::rowsAboutToBeInserted);
     QSignalSpy inserted(model.get(), &TVLProjectModel::rowsInserted);
     model->insertNode(-1, model->rootIndex(), TVL::Text, QString(), u"x"_qs);
@@ -183,7 +174,6 @@ void TstModelInsert::topLevelRowsAreAnnouncedWithADefaultParent()
 void TstModelInsert::itemsMayBeInsertedInTheTrashFolderOneByOne()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex item = addItem(model.get(), model->trashFolder(), TVL::Text);
     QVERIFY(model->trashContains(item));
 }
@@ -191,7 +181,6 @@ void TstModelInsert::itemsMayBeInsertedInTheTrashFolderOneByOne()
 void TstModelInsert::aUserFolderIsAFolder()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = model->insertUserFolder(0, model->draftFolder(), u"Part One"_qs);
     QCOMPARE(folder, model->index(0, 0, model->draftFolder()));
     QCOMPARE(int(model->type(folder)), int(TVL::Folder));
@@ -222,7 +211,6 @@ void TstModelInsert::rowsAreInsertedWhereTheyMay()
     QFETCH(const bool, isDone);
     for (const bool atTopLevel : {true, false}) {
         const auto model = emptyModel();
-        const ModelTester tester(model.get());
         const QModelIndex folder = addItem(model.get(), QModelIndex(), TVL::Folder);
         const QModelIndex parent = atTopLevel ? QModelIndex() : folder;
         while (model->rowCount(parent) < 2)
@@ -248,7 +236,6 @@ void TstModelInsert::rowsAreRefusedInTheTrash()
 {
     QFETCH(const int, depth);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QModelIndex parent = model->trashFolder();
     for (int i = 0; i < depth; ++i)
         parent = addItem(model.get(), parent, TVL::Folder);
@@ -271,7 +258,6 @@ void TstModelInsert::rowsAreRefusedInAnotherModel()
 void TstModelInsert::insertedRowsAreUntitledTextsWithDefaults()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setDefaultLabelIdentity(0);
     model->setDefaultStatusIdentity(2);
     QVERIFY(model->insertRows(1, 2, model->draftFolder()));
@@ -290,7 +276,6 @@ void TstModelInsert::insertedRowsAreUntitledTextsWithDefaults()
 void TstModelInsert::severalRowsAreAllMadeAtTheSameRow()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), model->draftFolder(), TVL::Text);
     QVERIFY(model->insertRows(1, 3, model->draftFolder()));
     QCOMPARE(model->projectNode(model->draftFolder())->childIDs(), QList<int>({3, 7, 6, 5, 4}));
@@ -299,7 +284,6 @@ void TstModelInsert::severalRowsAreAllMadeAtTheSameRow()
 void TstModelInsert::insertedRowsAreAnnouncedAtOnce()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->insertRows(-1, 3, model->draftFolder()));
     QCOMPARE(log.lines(),
@@ -309,7 +293,6 @@ void TstModelInsert::insertedRowsAreAnnouncedAtOnce()
 void TstModelInsert::insertedRowsMarkTheProject()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QVERIFY(model->insertRows(0, 1));
     QVERIFY(model->insertRows(0, 1));
@@ -322,7 +305,6 @@ void TstModelInsert::insertedItemsAreInTheMaps()
 {
     for (const TVL::FormatVersion version : {TVL::FormatVersion16, TVL::FormatVersion23}) {
         const auto model = emptyModel(version);
-        const ModelTester tester(model.get());
         model->insertUserFolder(-1, QModelIndex(), u"x"_qs);
         QCOMPARE(mapsOutOfStep(model.get()), QString());
         QVERIFY(model->insertRows(0, 5, model->index(0, 0)));
@@ -333,7 +315,6 @@ void TstModelInsert::insertedItemsAreInTheMaps()
 void TstModelInsert::deepAndWideTreesGrowUnderTheTester()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     QModelIndex parent;
     for (int i = 0; i < 40; ++i)
         parent = addItem(model.get(), parent, TVL::Text);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLKeywordModel.h"
 #include "TVLSearchIndex.h"
 #include "TestMain.h"
@@ -21,7 +20,7 @@ using Ids = QList<int>;
 const QByteArray Dates = "Created='2024-01-02 03:04:05 +0000' Modified='2024-01-02 03:04:05 +0000'";
 
 /** A blank project with the keywords a to d, 1 to 4, of which c is in b, and the items 3 to 6. */
-std::unique_ptr<TVLProjectModel> modelWithKeywords()
+TestModel modelWithKeywords()
 {
     auto model = blankModel();
     addTree(model.get(), model->draftFolder(), u"x y z"_qs);
@@ -110,7 +109,6 @@ private Q_SLOTS:
 void TstModelKeywords::keywordIdsAreSet()
 {
     const auto model = modelWithKeywords();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setKeywordIds(model->index(4), {3, 1}));
     QCOMPARE(model->keywordIds(model->index(4)), Ids({3, 1}));
@@ -179,7 +177,6 @@ void TstModelKeywords::aKeywordThatIsGoneHasNeitherTitleNorColor()
 void TstModelKeywords::keywordsAreSetByTitle()
 {
     const auto model = modelWithKeywords();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setKeywords(model->index(6), {u"d"_qs, u"C"_qs}));
     QCOMPARE(model->keywordIds(model->index(6)), Ids({4, 3}));
@@ -289,7 +286,6 @@ void TstModelKeywords::itemsAreMatchedInTheOrderOfTheBinder()
 void TstModelKeywords::aRenamedKeywordIsAnnouncedOncePerItem()
 {
     const auto model = modelWithKeywords();
-    const ModelTester tester(model.get());
     QVERIFY(model->setKeywordIds(model->index(4), {1, 2, 1}));
     QVERIFY(model->setKeywordIds(model->index(6), {1}));
     QVERIFY(model->setKeywordIds(model->index(5), {2}));
@@ -367,7 +363,6 @@ void TstModelKeywords::changedKeywordsAreARangeOfSiblings()
 void TstModelKeywords::aRemovedKeywordLeavesAllItems()
 {
     const auto model = modelWithKeywords();
-    const ModelTester tester(model.get());
     QVERIFY(model->setKeywordIds(model->index(4), {2, 1, 3, 4, 3}));
     QVERIFY(model->setKeywordIds(model->index(5), {3}));
     QVERIFY(model->setKeywordIds(model->index(6), {4}));
@@ -442,7 +437,6 @@ void TstModelKeywords::aReusedIdentityIsOnNoItem()
 void TstModelKeywords::itemsWithoutIdsAreFoundToo()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
-    const ModelTester tester(model.get());
     const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex second = addItem(model.get(), QModelIndex(), TVL::Text);
     QCOMPARE(model->nodeIdentity(first), -1);
@@ -584,7 +578,6 @@ void TstModelKeywords::aDoubledIdentityLeavesOneKeyword()
 void TstModelKeywords::randomEditsKeepItemsInStep()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), 40, 3);
     TVLKeywordModel *keywords = model->keywordModel();
     QRandomGenerator random(8);
@@ -647,7 +640,7 @@ void TstModelKeywords::manyItemsAndKeywordsOpen()
     for (const bool withKeywords : {false, true}) {
         writeBinder(withKeywords);
         timer.start();
-        const auto model = project.open();
+        const auto model = project.open().release();
         QVERIFY(model);
         qInfo("%d items opened %s keywords in %lld ms", Count, withKeywords ? "with" : "without",
               timer.restart());

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -25,7 +24,7 @@ using Ids = QList<int>;
  * A blank project whose Draft holds the items 3 to 7: 3 and 4 with label and status 0, 5 and 6
  * with 1, and 7 without. Its labels and status items are one of none and the ids 0 and 1.
  */
-std::unique_ptr<TVLProjectModel> labelledModel()
+TestModel labelledModel()
 {
     auto model = blankModel();
     model->insertRows(0, 4, model->draftFolder());
@@ -141,7 +140,6 @@ void TstModelLabels::settingLabelsTidiesTheList()
     QFETCH(const QList<TVLLabel>, given);
     QFETCH(const QList<TVLLabel>, kept);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setLabels(given);
     QCOMPARE(model->labels(), kept);
 }
@@ -174,7 +172,6 @@ void TstModelLabels::settingStatusItemsTidiesTheList()
     QFETCH(const QList<TVLStatusItem>, given);
     QFETCH(const QList<TVLStatusItem>, kept);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setStatusItems(given);
     QCOMPARE(model->statusItems(), kept);
 }
@@ -225,7 +222,6 @@ void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged()
     QFETCH(const Ids, idsAfter);
     QFETCH(const Ids, touched);
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
     model->setLabels(given);
     QCOMPARE(labelIds(model.get()), idsAfter);
@@ -272,7 +268,6 @@ void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
     QFETCH(const Ids, idsAfter);
     QFETCH(const Ids, touched);
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
     model->setStatusItems(given);
     QCOMPARE(statusIds(model.get()), idsAfter);
@@ -284,7 +279,6 @@ void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
 void TstModelLabels::removingTheDefaultLabelResetsIt()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setDefaultLabelIdentity(1);
     model->setLabels({NoLabel, Chapter});
     QCOMPARE(model->defaultLabelIdentity(), 1);
@@ -297,7 +291,6 @@ void TstModelLabels::removingTheDefaultLabelResetsIt()
 void TstModelLabels::removingTheDefaultStatusItemResetsIt()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setDefaultStatusIdentity(5);
     model->setStatusItems({NoStatus, {5, u"Renamed"_qs}});
     QCOMPARE(model->defaultStatusIdentity(), 5);
@@ -308,7 +301,6 @@ void TstModelLabels::removingTheDefaultStatusItemResetsIt()
 void TstModelLabels::usersOfANegativeIdOtherThanMinusOneAreReset()
 {
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     model->setLabels({NoLabel, {-5, u"Odd"_qs, Red}});
     model->findNode(7)->mLabelId = -5;
     makeAllOld(model.get());
@@ -321,7 +313,6 @@ void TstModelLabels::staleIdsStayUntilTheirLabelGoes()
 {
     // An id that never had a label is none of the changed ones.
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     model->findNode(7)->mLabelId = 99;
     model->setLabels({NoLabel, Concept, Chapter});
     QCOMPARE(model->labelIdentity(model->index(7)), 99);
@@ -331,7 +322,6 @@ void TstModelLabels::staleIdsStayUntilTheirLabelGoes()
 void TstModelLabels::labelsAndStatusItemsDoNotMeddle()
 {
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     const QList<TVLStatusItem> items = model->statusItems();
     model->setLabels({});
     QCOMPARE(model->statusItems(), items);
@@ -343,7 +333,6 @@ void TstModelLabels::labelsAndStatusItemsDoNotMeddle()
 void TstModelLabels::labelsAreStoredBeforeTheUsersAreAnnounced()
 {
     const auto model = labelledModel();
-    const ModelTester tester(model.get());
     const QList<TVLLabel> expected = {NoLabel, {0, u"Renamed"_qs, Blue}};
     int calls = 0;
     connect(model.get(), &TVLProjectModel::dataChanged, this, [&] {
@@ -401,7 +390,6 @@ void TstModelLabels::usersOfAStatusItemAreInPlaceWhenTheyAreAnnounced()
 void TstModelLabels::itemsWithoutIdsAreUsersToo()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
-    const ModelTester tester(model.get());
     model->setLabels({NoLabel, Concept, Chapter});
     const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex second = addItem(model.get(), first, TVL::Text);
@@ -435,7 +423,6 @@ void TstModelLabels::aDefaultOutsideTheNewListIsReset()
 void TstModelLabels::theOrderOfSignalsIsUsersListModified()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->projectNode(firstText(model.get()))->mLabelId = 1;
     model->projectNode(model->researchFolder())->mLabelId = 1;
     model->projectNode(firstText(model.get()))->mStatusId = 5;
@@ -451,7 +438,6 @@ void TstModelLabels::theOrderOfSignalsIsUsersListModified()
 void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setLabels(model->labels());
     model->setStatusItems(model->statusItems());
@@ -461,7 +447,6 @@ void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
 void TstModelLabels::theDefaultLabelIsGivenToNewItems()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setDefaultLabelIdentity(1);
     model->setDefaultStatusIdentity(2);
     QVERIFY(model->insertRows(0, 1));
@@ -495,7 +480,6 @@ void TstModelLabels::theDefaultLabelIsSet()
     QFETCH(const int, expected);
     QFETCH(const QStringList, lines);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setDefaultLabelIdentity(id);
     QCOMPARE(model->defaultLabelIdentity(), expected);
@@ -528,7 +512,6 @@ void TstModelLabels::theDefaultStatusItemIsSet()
     QFETCH(const int, expected);
     QFETCH(const QStringList, lines);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setDefaultStatusIdentity(id);
     QCOMPARE(model->defaultStatusIdentity(), expected);
@@ -539,7 +522,6 @@ void TstModelLabels::theDefaultStatusItemIsSet()
 void TstModelLabels::theTitleOfLabelsIsSet()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setLabelTitle(u"Label"_qs);
     QCOMPARE(log.lines(), QStringList());
@@ -551,7 +533,6 @@ void TstModelLabels::theTitleOfLabelsIsSet()
 void TstModelLabels::theTitleOfStatusItemsIsSet()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setStatusTitle(u"Status"_qs);
     QCOMPARE(log.lines(), QStringList());
@@ -563,7 +544,6 @@ void TstModelLabels::theTitleOfStatusItemsIsSet()
 void TstModelLabels::keywordsOfAnItemAreSet()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     makeAllOld(model.get());
     const SignalLog log(model.get());

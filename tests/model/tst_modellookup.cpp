@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include <QTest>
@@ -184,7 +183,6 @@ void TstModelLookup::theRootIsInNeitherMap()
 void TstModelLookup::uuidsInBothOrders()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), 60, 5);
     QList<QUuid> treeOrder;
     for (const QModelIndex &index : recursiveWalk(model.get(), QModelIndex()))
@@ -200,7 +198,6 @@ void TstModelLookup::uuidsInBothOrders()
 void TstModelLookup::theIdsBelowANodeComeInPreOrder()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), 60, 6);
     const auto idsBelow = [&model](const QModelIndex &parent) {
         QList<int> ids;
@@ -217,7 +214,6 @@ void TstModelLookup::theIdsBelowANodeComeInPreOrder()
 void TstModelLookup::itemsAreCountedWithoutTheRoot()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     QCOMPARE(model->totalNodesCount(), 0);
     growRandomTree(model.get(), 60, 7);
     QCOMPARE(model->totalNodesCount(), 60);
@@ -226,7 +222,6 @@ void TstModelLookup::itemsAreCountedWithoutTheRoot()
 void TstModelLookup::ancestryTests()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     growRandomTree(model.get(), 40, 8);
     const QModelIndexList all = recursiveWalk(model.get(), QModelIndex());
     for (const QModelIndex &outer : all) {
@@ -272,7 +267,6 @@ void TstModelLookup::anIndexOfAnotherModelIsNoChild()
 void TstModelLookup::aTitleIsFoundAmongDirectChildren()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder =
         addItem(model.get(), model->researchFolder(), TVL::Folder, u"People"_qs);
     const QModelIndex first = addItem(model.get(), folder, TVL::Text, u"Anna"_qs);

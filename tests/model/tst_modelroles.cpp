@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -100,7 +99,6 @@ void TstModelRoles::everyRoleGivesItsValue()
     QFETCH(const int, role);
     QFETCH(const QVariant, expected);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = filledItem(model.get());
     const QVariant value = model->data(index, role);
     QCOMPARE(value, expected);
@@ -138,7 +136,6 @@ void TstModelRoles::everyRoleOfANewItemGivesItsDefault()
 void TstModelRoles::anEmptyTitleIsShownAsUntitledAndEditedAsEmpty()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setTitle(index, u"Named"_qs));
     QCOMPARE(model->data(index), QVariant(u"Named"_qs));
@@ -152,7 +149,6 @@ void TstModelRoles::theToolTipIsTheSynopsis()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setSynopsis(index, u"a < b\nand c"_qs));
     QCOMPARE(model->data(index, Qt::ToolTipRole),
@@ -163,7 +159,6 @@ void TstModelRoles::theToolTipReadsTheSynopsisFromItsFile()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "from the file");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->data(index, Qt::ToolTipRole),
@@ -243,26 +238,36 @@ void TstModelRoles::aSetRoleIsStored_data()
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QVariant>("stored");
-    QTest::newRow("display") << 0 << QVariant(u"x"_qs) << QVariant(u"x"_qs);
-    QTest::newRow("edit") << 2 << QVariant(u"x"_qs) << QVariant(u"x"_qs);
-    QTest::newRow("title from a number") << 2 << QVariant(12) << QVariant(u"12"_qs);
-    QTest::newRow("type") << 134 << QVariant(3) << QVariant(3);
-    QTest::newRow("type from a text") << 134 << QVariant(u"8"_qs) << QVariant(8);
-    QTest::newRow("label") << 135 << QVariant(1) << QVariant(1);
-    QTest::newRow("label from a text") << 135 << QVariant(u"0"_qs) << QVariant(0);
-    QTest::newRow("label from a fraction") << 135 << QVariant(1.0) << QVariant(1);
-    QTest::newRow("label that is unknown") << 135 << QVariant(77) << QVariant(77);
-    QTest::newRow("status") << 136 << QVariant(4) << QVariant(4);
-    QTest::newRow("status from a text") << 136 << QVariant(u"2"_qs) << QVariant(2);
-    QTest::newRow("favorite") << 140 << QVariant(true) << QVariant(true);
-    QTest::newRow("favorite from a number") << 140 << QVariant(1) << QVariant(true);
-    QTest::newRow("favorite from a text") << 140 << QVariant(u"true"_qs) << QVariant(true);
-    QTest::newRow("keywords") << 141 << QVariant(QVariantList({4, 2}))
-                              << QVariant(QVariantList({4, 2}));
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"x"_qs) << QVariant(u"x"_qs);
+    QTest::newRow("edit") << int(Qt::EditRole) << QVariant(u"x"_qs) << QVariant(u"x"_qs);
+    QTest::newRow("title from a number") << int(Qt::EditRole) << QVariant(12) << QVariant(u"12"_qs);
+    QTest::newRow("type") << int(TVLProjectModel::NodeTypeRole) << QVariant(3) << QVariant(3);
+    QTest::newRow("type from a text")
+        << int(TVLProjectModel::NodeTypeRole) << QVariant(u"8"_qs) << QVariant(8);
+    QTest::newRow("label") << int(TVLProjectModel::LabelIdRole) << QVariant(1) << QVariant(1);
+    QTest::newRow("label from a text")
+        << int(TVLProjectModel::LabelIdRole) << QVariant(u"0"_qs) << QVariant(0);
+    QTest::newRow("label from a fraction")
+        << int(TVLProjectModel::LabelIdRole) << QVariant(1.0) << QVariant(1);
+    QTest::newRow("label that is unknown")
+        << int(TVLProjectModel::LabelIdRole) << QVariant(77) << QVariant(77);
+    QTest::newRow("status") << int(TVLProjectModel::StatusIdRole) << QVariant(4) << QVariant(4);
+    QTest::newRow("status from a text")
+        << int(TVLProjectModel::StatusIdRole) << QVariant(u"2"_qs) << QVariant(2);
+    QTest::newRow("favorite") << int(TVLProjectModel::FavoriteRole) << QVariant(true)
+                              << QVariant(true);
+    QTest::newRow("favorite from a number")
+        << int(TVLProjectModel::FavoriteRole) << QVariant(1) << QVariant(true);
+    QTest::newRow("favorite from a text")
+        << int(TVLProjectModel::FavoriteRole) << QVariant(u"true"_qs) << QVariant(true);
+    QTest::newRow("keywords") << int(TVLProjectModel::KeywordIdsRole)
+                              << QVariant(QVariantList({4, 2})) << QVariant(QVariantList({4, 2}));
     QTest::newRow("keywords from texts")
-        << 141 << QVariant(QStringList({u"4"_qs, u"2"_qs})) << QVariant(QVariantList({4, 2}));
+        << int(TVLProjectModel::KeywordIdsRole) << QVariant(QStringList({u"4"_qs, u"2"_qs}))
+        << QVariant(QVariantList({4, 2}));
     QTest::newRow("keywords of mixed kinds")
-        << 141 << QVariant(QVariantList({u"4"_qs, 2.0, u"no number"_qs}))
+        << int(TVLProjectModel::KeywordIdsRole)
+        << QVariant(QVariantList({u"4"_qs, 2.0, u"no number"_qs}))
         << QVariant(QVariantList({4, 2, 0}));
 }
 
@@ -272,7 +277,6 @@ void TstModelRoles::aSetRoleIsStored()
     QFETCH(const QVariant, value);
     QFETCH(const QVariant, stored);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     makeAllOld(model.get());
     QSignalSpy changed(model.get(), &TVLProjectModel::dataChanged);
@@ -290,20 +294,25 @@ void TstModelRoles::anUnsuitableValueIsRefused_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("title from nothing") << 2 << QVariant();
-    QTest::newRow("title from a point") << 2 << QVariant(QPointF(1, 2));
-    QTest::newRow("display from nothing") << 0 << QVariant();
-    QTest::newRow("type from nothing") << 134 << QVariant();
-    QTest::newRow("type from a point") << 134 << QVariant(QPointF(1, 2));
-    QTest::newRow("label from nothing") << 135 << QVariant();
-    QTest::newRow("label from a point") << 135 << QVariant(QPointF(1, 2));
-    QTest::newRow("status from nothing") << 136 << QVariant();
-    QTest::newRow("status from a point") << 136 << QVariant(QPointF(1, 2));
-    QTest::newRow("favorite from nothing") << 140 << QVariant();
-    QTest::newRow("favorite from a point") << 140 << QVariant(QPointF(1, 2));
-    QTest::newRow("keywords from nothing") << 141 << QVariant();
-    QTest::newRow("keywords from a number") << 141 << QVariant(4);
-    QTest::newRow("keywords from a point") << 141 << QVariant(QPointF(1, 2));
+    QTest::newRow("title from nothing") << int(Qt::EditRole) << QVariant();
+    QTest::newRow("title from a point") << int(Qt::EditRole) << QVariant(QPointF(1, 2));
+    QTest::newRow("display from nothing") << int(Qt::DisplayRole) << QVariant();
+    QTest::newRow("type from nothing") << int(TVLProjectModel::NodeTypeRole) << QVariant();
+    QTest::newRow("type from a point")
+        << int(TVLProjectModel::NodeTypeRole) << QVariant(QPointF(1, 2));
+    QTest::newRow("label from nothing") << int(TVLProjectModel::LabelIdRole) << QVariant();
+    QTest::newRow("label from a point")
+        << int(TVLProjectModel::LabelIdRole) << QVariant(QPointF(1, 2));
+    QTest::newRow("status from nothing") << int(TVLProjectModel::StatusIdRole) << QVariant();
+    QTest::newRow("status from a point")
+        << int(TVLProjectModel::StatusIdRole) << QVariant(QPointF(1, 2));
+    QTest::newRow("favorite from nothing") << int(TVLProjectModel::FavoriteRole) << QVariant();
+    QTest::newRow("favorite from a point")
+        << int(TVLProjectModel::FavoriteRole) << QVariant(QPointF(1, 2));
+    QTest::newRow("keywords from nothing") << int(TVLProjectModel::KeywordIdsRole) << QVariant();
+    QTest::newRow("keywords from a number") << int(TVLProjectModel::KeywordIdsRole) << QVariant(4);
+    QTest::newRow("keywords from a point")
+        << int(TVLProjectModel::KeywordIdsRole) << QVariant(QPointF(1, 2));
 }
 
 namespace {
@@ -334,7 +343,6 @@ void TstModelRoles::anUnsuitableValueIsRefused()
     QFETCH(const int, role);
     QFETCH(const QVariant, value);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const Untouched untouched(model.get());
     const QVariant before = model->data(firstText(model.get()), role);
     QVERIFY(!model->setData(firstText(model.get()), value, role));
@@ -346,13 +354,13 @@ void TstModelRoles::someRolesCannotBeSet_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("decoration") << 1 << QVariant(QIcon());
-    QTest::newRow("tool tip") << 3 << QVariant(u"x"_qs);
-    QTest::newRow("id") << 132 << QVariant(9);
-    QTest::newRow("uuid") << 133 << QVariant::fromValue(SomeUuid);
-    QTest::newRow("created") << 137 << QVariant(SomeDate);
-    QTest::newRow("modified") << 138 << QVariant(SomeDate);
-    QTest::newRow("template folder") << 139 << QVariant(true);
+    QTest::newRow("decoration") << int(Qt::DecorationRole) << QVariant(QIcon());
+    QTest::newRow("tool tip") << int(Qt::ToolTipRole) << QVariant(u"x"_qs);
+    QTest::newRow("id") << int(TVLProjectModel::NodeIdRole) << QVariant(9);
+    QTest::newRow("uuid") << int(TVLProjectModel::NodeUuidRole) << QVariant::fromValue(SomeUuid);
+    QTest::newRow("created") << int(TVLProjectModel::CreatedRole) << QVariant(SomeDate);
+    QTest::newRow("modified") << int(TVLProjectModel::ModifiedRole) << QVariant(SomeDate);
+    QTest::newRow("template folder") << int(TVLProjectModel::TemplateFolderRole) << QVariant(true);
     QTest::newRow("unknown role") << 142 << QVariant(1);
     QTest::newRow("unknown role before the first") << 131 << QVariant(1);
     QTest::newRow("role of Qt") << int(Qt::CheckStateRole) << QVariant(1);
@@ -363,7 +371,6 @@ void TstModelRoles::someRolesCannotBeSet()
     QFETCH(const int, role);
     QFETCH(const QVariant, value);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const Untouched untouched(model.get());
     const QModelIndex index = firstText(model.get());
     const QVariant before = model->data(index, role);
@@ -397,7 +404,6 @@ void TstModelRoles::anIndexWithoutNodeTakesNothing()
 void TstModelRoles::settingTheFavoriteRolePutsTheItemInFront()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex first = model->draftFolder();
     const QModelIndex second = model->researchFolder();
     QVERIFY(model->setData(first, true, TVLProjectModel::FavoriteRole));
@@ -416,12 +422,12 @@ void TstModelRoles::anEqualValueIsTakenWithoutEffect_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("title") << 2 << QVariant(u"Draft"_qs);
-    QTest::newRow("display") << 0 << QVariant(u"Draft"_qs);
-    QTest::newRow("type") << 134 << QVariant(0);
-    QTest::newRow("label") << 135 << QVariant(-1);
-    QTest::newRow("status") << 136 << QVariant(-1);
-    QTest::newRow("keywords") << 141 << QVariant(QVariantList());
+    QTest::newRow("title") << int(Qt::EditRole) << QVariant(u"Draft"_qs);
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"Draft"_qs);
+    QTest::newRow("type") << int(TVLProjectModel::NodeTypeRole) << QVariant(0);
+    QTest::newRow("label") << int(TVLProjectModel::LabelIdRole) << QVariant(-1);
+    QTest::newRow("status") << int(TVLProjectModel::StatusIdRole) << QVariant(-1);
+    QTest::newRow("keywords") << int(TVLProjectModel::KeywordIdsRole) << QVariant(QVariantList());
 }
 
 void TstModelRoles::anEqualValueIsTakenWithoutEffect()
@@ -429,7 +435,6 @@ void TstModelRoles::anEqualValueIsTakenWithoutEffect()
     QFETCH(const int, role);
     QFETCH(const QVariant, value);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const Untouched untouched(model.get());
     QVERIFY(model->setData(model->draftFolder(), value, role));
     QVERIFY(untouched.holds());
@@ -438,7 +443,6 @@ void TstModelRoles::anEqualValueIsTakenWithoutEffect()
 void TstModelRoles::anEqualIdOfAMissingLabelIsRepaired()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     model->projectNode(index)->mLabelId = 40;
     makeAllOld(model.get());
@@ -451,7 +455,6 @@ void TstModelRoles::anEqualIdOfAMissingLabelIsRepaired()
 void TstModelRoles::anEqualIdOfAMissingStatusItemIsRepaired()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     model->projectNode(index)->mStatusId = 40;
     makeAllOld(model.get());

@@ -1,6 +1,5 @@
 #include "LogTaker.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLProgress.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
@@ -216,7 +215,6 @@ void TstModelSearch::itemsAreFoundByEachProperty()
     makeProject(project);
     auto model = project.open();
     {
-        const ModelTester tester(model.get());
         QCOMPARE(found(model.get(), u"needle"_qs), Ids());
         edit(model.get(), model->index(4));
         QCOMPARE(found(model.get(), u"needle"_qs), Ids{4});
@@ -333,7 +331,6 @@ void TstModelSearch::newItemsAreFound()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    const ModelTester tester(model.get());
     QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
     make(model.get());
     const Ids ids = found(model.get(), u"lantern"_qs);
@@ -697,8 +694,7 @@ void TstModelSearch::savingWritesWhatChanged()
 void TstModelSearch::aProjectThatWasNeverSavedHasNothingToWrite()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model(
-        TVLProjectModel::createBlankProjectInMemory(project.path()));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(project.path()));
     QVERIFY(model->searchIndex()->isModified());
     const LogTaker taker;
     model->prepareToDestroy();

@@ -1,6 +1,5 @@
 #include "DocumentComparison.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "RandomDocument.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLSnapshotInfo.h"
@@ -31,7 +30,6 @@ class Fixture
 public:
     Fixture()
         : mModel(mProject.create())
-        , mTester(mModel.get())
         , mIndex(firstText(mModel.get()))
     {
         typeText(mModel.get(), mIndex, u"first words"_qs);
@@ -79,8 +77,7 @@ private:
     }
 
     TestProject mProject;
-    std::unique_ptr<TVLProjectModel> mModel;
-    ModelTester mTester;
+    TestModel mModel;
     QModelIndex mIndex;
     QStringList mSignals;
     QObject mContext;
@@ -343,7 +340,6 @@ void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead()
     QFETCH(const QString, error);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setTitle(index, title));
     project.writeFile(u"Files/Docs/"_qs + damagedFile, "damaged");

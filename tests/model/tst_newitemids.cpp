@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "OrdinaryRights.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -63,7 +62,6 @@ void TstNewItemIds::filesBelowARemovedItemStayItsOwn()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
     const int left = model->nodeIdentity(addTextItem(model.get(), a, u"b"_qs));
     QVERIFY(model->removeIndex(a));
@@ -300,7 +298,7 @@ void TstNewItemIds::manyNewItemsAreCheap()
     (void)project.create();
     for (int id = 10; id < 500; ++id)
         project.writeFile(docPath(id), "left");
-    const auto model = project.open();
+    const auto model = project.open().release();
     const QModelIndex research = model->researchFolder();
     const int quarter = testSize(10'000) / 4;
     std::clock_t ticks[4] = {};

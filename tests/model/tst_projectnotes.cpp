@@ -1,6 +1,5 @@
 #include "DocumentFixtures.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "OrdinaryRights.h"
 #include "ProjectNoteFixtures.h"
 #include "TestMain.h"
@@ -51,19 +50,19 @@ QStringList noteLines(TVLProjectModel *model)
 }
 
 /** Opens a project as if what its binder says didn't leave it modified. */
-std::unique_ptr<TVLProjectModel> openUnmodified(const TestProject &project)
+TestModel openUnmodified(const TestProject &project)
 {
-    std::unique_ptr<TVLProjectModel> model = project.open();
+    TestModel model = project.open();
     if (model)
         TVLProjectModelTestAccess::setSaved(model.get());
     return model;
 }
 
 /** Opens a project and takes the text of the one box that tells of errors. */
-std::unique_ptr<TVLProjectModel> openWithErrors(const TestProject &project, QString *text)
+TestModel openWithErrors(const TestProject &project, QString *text)
 {
     TVLUnattendedMessageBoxes boxes;
-    std::unique_ptr<TVLProjectModel> model = project.open();
+    TestModel model = project.open();
     const QList<TVLUnattendedMessageBoxes::Box> shown = boxes.takeBoxes();
     if (!model || shown.size() != 1 || shown.constFirst().title != u"Project Loader")
         qFatal("there should be a project and one box");
@@ -170,7 +169,6 @@ void TstProjectNotes::anUnknownNoteIsTheFirst()
 void TstProjectNotes::aNoteIsAdded()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     SignalLog log(model.get());
     connect(model.get(), &TVLProjectModel::projectNoteAboutToBeAdded, this,
             [&](int id) { QVERIFY(!model->hasProjectNoteId(id)); });
@@ -297,7 +295,6 @@ void TstProjectNotes::aNoteIsRemoved()
 {
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->addProjectNote(u"a"_qs);
     QVERIFY(model->save());
     const QPointer<QTextDocument> note(model->projectNote(10));
@@ -397,7 +394,6 @@ void TstProjectNotes::aReadNoteBelongsToTheModel()
     makeTwoNotes(project);
     auto model = openUnmodified(project);
     QVERIFY(model);
-    const ModelTester tester(model.get());
     const QPointer<QTextDocument> note(model->projectNote(11));
     QCOMPARE(note->parent(), model.get());
     QCOMPARE(note->defaultFont(), tvlOptions()->value(TVLOptions::DefaultFont));
@@ -701,7 +697,7 @@ void TstProjectNotes::anUnseenFolderIsKeptWithAllItsNotes()
     const TestProject project;
     makeTwoNotes(project);
     const auto before = project.files();
-    std::unique_ptr<TVLProjectModel> model;
+    TestModel model;
     {
         const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::None);
         QString text;

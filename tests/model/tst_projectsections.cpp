@@ -435,8 +435,7 @@ void TstProjectSections::aMobileBinderHasTheFirstSectionsAlone()
     const TestProject project;
     project.writeFile(SyncFile, binderXml(someItems()));
     const auto open = [&] {
-        return std::unique_ptr<TVLProjectModel>(
-            Format::openMobileSyncProject(project.path(), nullptr, nullptr));
+        return TestModel(Format::openMobileSyncProject(project.path(), nullptr, nullptr));
     };
     const auto model = open();
     QVERIFY(model);

@@ -409,7 +409,7 @@ void TstProjectValues::aMissingVersionFileIsNotMade()
 void TstProjectValues::anUnsavedProjectGetsNoFolder()
 {
     const TestProject project;
-    const std::unique_ptr<Model> model(Model::createBlankProjectInMemory(project.path()));
+    const TestModel model(Model::createBlankProjectInMemory(project.path()));
     QVERIFY(model->setFormatVersion(TVL::FormatVersion23));
     QVERIFY(!QFileInfo::exists(project.path()));
 }

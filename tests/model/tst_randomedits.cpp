@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "ReferenceTree.h"
 #include "RowSignals.h"
 #include "TestMain.h"
@@ -122,8 +121,7 @@ private:
     void checkWatched();
 
     TestProject mProject;
-    std::unique_ptr<TVLProjectModel> mModel;
-    std::optional<ModelTester> mTester;
+    TestModel mModel;
     std::optional<RowSignals> mSignals;
     ReferenceTree mTree;
     QRandomGenerator mRandom;
@@ -152,7 +150,6 @@ RandomEdits::RandomEdits(quint32 seed)
     adoptNewItems();
     compareTrees();
     mWatched.resize(WatchedItems);
-    mTester.emplace(mModel.get());
 }
 
 QString RandomEdits::step(int number)
@@ -657,6 +654,7 @@ void RandomEdits::compareFlags()
     expectEqual(mModel->uuidsList().size(), mTree.all().size(), u"number of uuids"_qs);
     expectEqual(mModel->idToUuid().size(), mTree.all().size(), u"number of ids"_qs);
     expect(mSignals->wrong().isEmpty(), mSignals->wrong());
+    expect(mSignals->resets() == 0, u"the model was reset"_qs);
 }
 
 void RandomEdits::compareTrees()
@@ -740,7 +738,6 @@ void RandomEdits::checkWatched()
 
 QString RandomEdits::reopen()
 {
-    mTester.reset();
     mSignals.reset();
     mWatched.clear();
     // Two ways of removing items leave it to their caller to have that saved.

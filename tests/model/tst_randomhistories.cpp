@@ -127,7 +127,7 @@ private:
 
     QRandomGenerator mRandom;
     std::unique_ptr<TestProject> mProject;
-    std::unique_ptr<TVLProjectModel> mModel;
+    TestModel mModel;
     std::unique_ptr<ReducedPermissions> mHidden;
     QString mAway; ///< The path of a file that isn't where it was.
     QMap<QString, QList<QByteArray>> mVersions; ///< What files have held, by their names.

@@ -111,7 +111,7 @@ private:
     void search();
 
     QRandomGenerator mRandom;
-    std::unique_ptr<TVLProjectModel> mModel;
+    TestModel mModel;
     int mFindings = 0;
     QSet<int> mFoundBy; ///< Operators and properties whose searches have found something.
 };

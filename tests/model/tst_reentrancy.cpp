@@ -1,5 +1,4 @@
 #include "ChangingFunctions.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestScale.h"
 
@@ -236,7 +235,6 @@ int runOnce(const ChangingFunction &function, Occasion occasion, Victim victim, 
     if (function.prepare)
         function.prepare(project);
     TVLProjectModelTestAccess::setSaved(model);
-    const ModelTester tester(model);
     const QAbstractItemModelTester keywordTester(
         model->keywordModel(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     // The items of a changed keyword are announced while it is; at that it may be removed, before

@@ -1,6 +1,5 @@
 #include "FilledProject.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -25,7 +24,7 @@ const TVLReference Map = toWebAddress(u"https://example.org/map"_qs, u"Map"_qs);
 const TVLReference Diary = toItem(5, u"Diary"_qs);
 
 /** A blank project with the items 3 to 5 in its Draft. */
-std::unique_ptr<TVLProjectModel> modelWithItems()
+TestModel modelWithItems()
 {
     auto model = blankModel();
     addTree(model.get(), model->draftFolder(), u"x y"_qs);
@@ -101,7 +100,6 @@ void TstReferences::aNewItemHasNoReferences()
 void TstReferences::referencesOfAnItemAreSet()
 {
     const auto model = modelWithItems();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setReferences(model->index(4), {Map, Diary}));
     QCOMPARE(model->references(model->index(4)), References({Map, Diary}));
@@ -155,7 +153,6 @@ void TstReferences::referencesOfAnotherModelsItemAreRefused()
 void TstReferences::aReferenceIsAppended()
 {
     const auto model = modelWithItems();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->addReference(model->index(4), Map));
     QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 4"_qs}));
@@ -231,7 +228,6 @@ void TstReferences::aNewProjectHasNoReferences()
 void TstReferences::referencesOfTheProjectAreSet()
 {
     const auto model = modelWithItems();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setProjectReferences({Map, Diary});
     QCOMPARE(log.lines(), QStringList({u"references"_qs, u"modified"_qs}));

@@ -1,4 +1,3 @@
-#include "ModelTester.h"
 #include "TVLDoors.h"
 #include "TVLReplay.h"
 #include "TestMain.h"
@@ -19,7 +18,6 @@ Files filesOfHistory(quint32 seed)
     replay.setStep(1000);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     const QModelIndex draft = model->draftFolder();
     model->insertRows(0, 5, draft);
     for (int i = 0; i < 3; ++i) {
@@ -76,7 +74,6 @@ void TstReplays::aNewItemIsOfTheReplayedTime()
     const TVLReplay replay(1, time);
     const TestProject project;
     const auto model = project.create();
-    const ModelTester tester(model.get());
     model->insertRows(0, 1, model->draftFolder());
     const QModelIndex index = model->index(0, 0, model->draftFolder());
     QCOMPARE(model->created(index), time);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "OrdinaryRights.h"
 #include "TVLProjectChecksums.h"
 #include "TVLSearchIndex.h"
@@ -231,7 +230,6 @@ void TstSearchHistories::unsavedWordsAreGoneWithTheirSession()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        const ModelTester tester(model.get());
         typeText(model.get(), model->index(4), u"unsaved "_qs);
         // These have no files yet.
         typeText(model.get(), model->index(4), u"unwritten"_qs, TVL::NotesText);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include "TVLOptions.h"
@@ -87,7 +86,6 @@ void TstSystemFolders::systemFoldersAreFoundByTheirType()
 void TstSystemFolders::onlyTheTopLevelIsSearched()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     QVERIFY(!model->draftFolder().isValid());
     const QModelIndex folder = addItem(model.get(), QModelIndex(), TVL::Folder);
     addItem(model.get(), folder, TVL::DraftFolder);
@@ -99,7 +97,6 @@ void TstSystemFolders::onlyTheTopLevelIsSearched()
 void TstSystemFolders::theFirstOfSeveralIsTaken()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::TrashFolder);
     addItem(model.get(), QModelIndex(), TVL::TrashFolder);
@@ -109,7 +106,6 @@ void TstSystemFolders::theFirstOfSeveralIsTaken()
 void TstSystemFolders::aSystemFolderIsWhatItsTypeSaysNow()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = addItem(model.get(), QModelIndex(), TVL::Folder);
     QVERIFY(model->setType(folder, TVL::ResearchFolder));
     QCOMPARE(model->researchFolder(), model->index(1, 0));
@@ -150,7 +146,6 @@ void TstSystemFolders::whatATypeStandsFor()
     QCOMPARE(int(type), number);
     for (const Place place : {AtTopLevel, InDraft, InTrash, InFolder}) {
         const auto model = blankModel();
-        const ModelTester tester(model.get());
         const QModelIndex index = addAt(model.get(), place, type);
         QCOMPARE(model->isSystemFolder(index), isSystemFolder);
         QCOMPARE(model->isDraftFolder(index), type == TVL::DraftFolder);
@@ -200,7 +195,6 @@ void TstSystemFolders::whatCountsAsAFolder()
     QFETCH(const TVL::NodeType, type);
     QFETCH(const bool, isFolder);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex childless = addItem(model.get(), QModelIndex(), type);
     const QModelIndex parent = addItem(model.get(), QModelIndex(), type);
     addItem(model.get(), parent, TVL::Text);
@@ -233,7 +227,6 @@ void TstSystemFolders::whatASystemFolderContains()
     QFETCH(const bool, inResearch);
     QFETCH(const bool, inTrash);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex item = addAt(model.get(), Place(place), TVL::Text);
     const QModelIndex child = addItem(model.get(), item, TVL::Image);
     for (const QModelIndex &index : {item, child}) {
@@ -270,7 +263,6 @@ void TstSystemFolders::theRootIsInsideNothing()
 void TstSystemFolders::theConflictsFolderStandsBelowTheResearchFolder()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     QVERIFY(!model->findSyncConflictsFolder().isValid());
     const QModelIndex folder = model->createSyncConflictsFolder();
     QCOMPARE(folder.row(), 2);
@@ -285,7 +277,6 @@ void TstSystemFolders::theConflictsFolderStandsBelowTheResearchFolder()
 void TstSystemFolders::theConflictsFolderIsMadeOnce()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = model->syncConflictsFolder();
     QCOMPARE(model->syncConflictsFolder(), folder);
     QCOMPARE(model->findSyncConflictsFolder(), folder);
@@ -295,7 +286,6 @@ void TstSystemFolders::theConflictsFolderIsMadeOnce()
 void TstSystemFolders::theConflictsFolderIsFoundByItsTitleAtTopLevelOnly()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), model->draftFolder(), TVL::Folder, u"Sync Conflicts"_qs);
     QVERIFY(!model->findSyncConflictsFolder().isValid());
     const QModelIndex text = addItem(model.get(), QModelIndex(), TVL::Text, u"Sync Conflicts"_qs);
@@ -306,7 +296,6 @@ void TstSystemFolders::theConflictsFolderIsFoundByItsTitleAtTopLevelOnly()
 void TstSystemFolders::withoutResearchFolderTheConflictsFolderComesLast()
 {
     const auto model = emptyModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), QModelIndex(), TVL::DraftFolder);
     addItem(model.get(), QModelIndex(), TVL::TrashFolder);
     QCOMPARE(model->createSyncConflictsFolder().row(), 2);
@@ -315,7 +304,6 @@ void TstSystemFolders::withoutResearchFolderTheConflictsFolderComesLast()
 void TstSystemFolders::aConflictsSubFolderIsMadeAsTheLastRow()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex first = model->syncConflictsSubFolder(u"Tablet"_qs);
     const QModelIndex second = model->syncConflictsSubFolder(u"Phone"_qs);
     const QModelIndex folder = model->findSyncConflictsFolder();
@@ -335,7 +323,6 @@ void TstSystemFolders::aConflictsSubFolderIsMadeAsTheLastRow()
 void TstSystemFolders::lookingForAConflictsSubFolderMakesNothing()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     addItem(model.get(), QModelIndex(), TVL::Folder, u"Phone"_qs);
     QVERIFY(!model->findSyncConflictsSubFolder(u"Phone"_qs).isValid());
     model->syncConflictsFolder();
@@ -362,7 +349,6 @@ void TstSystemFolders::aConflictsSubFolderIsNamedAfterDeviceAndDate()
     QCOMPARE(TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(device, date), name);
 
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex folder = model->syncConflictsSubFolderDevice(device, date);
     QCOMPARE(model->title(folder), name);
     QCOMPARE(model->parent(folder), model->findSyncConflictsFolder());
@@ -372,7 +358,6 @@ void TstSystemFolders::aConflictsSubFolderIsNamedAfterDeviceAndDate()
 void TstSystemFolders::theConflictsSubFolderOfTheLastSave()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     TVLProjectInfo info = model->info();
     info.mModified = QDateTime(QDate(2021, 4, 5), QTime(16, 7, 8));
     model->setInfo(info);
@@ -407,7 +392,6 @@ void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft()
     QFETCH(const QString, title);
     QFETCH(const bool, isFound);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QModelIndex item = addAt(model.get(), Place(place), type);
     QVERIFY(model->setTitle(item, title));
     QCOMPARE(model->frontMatterFolder(), isFound ? item : QModelIndex());
@@ -417,7 +401,6 @@ void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft()
 void TstSystemFolders::theFirstFrontMatterInTheTreeIsTaken()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const QString name = TVLProjectModel::frontMatterFolderName();
     addItem(model.get(), model->draftFolder(), TVL::Folder, name);
     addItem(model.get(), QModelIndex(), TVL::Folder, name);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -20,7 +19,7 @@ struct Fixture
         makeAllOld(model.get());
     }
 
-    std::unique_ptr<TVLProjectModel> model;
+    TestModel model;
     QModelIndex first;
     QModelIndex text;
     QModelIndex second;
@@ -61,7 +60,6 @@ void TstTemplateFolder::aProjectHasNoTemplateFolderAtFirst()
 void TstTemplateFolder::aFolderBecomesTheTemplateFolder()
 {
     Fixture fixture;
-    const ModelTester tester(fixture.model.get());
     const SignalLog log(fixture.model.get());
     fixture.model->setTemplateFolder(fixture.first);
     QCOMPARE(fixture.model->templateFolder(), fixture.first);
@@ -76,7 +74,6 @@ void TstTemplateFolder::aFolderBecomesTheTemplateFolder()
 void TstTemplateFolder::anotherFolderTakesOver()
 {
     Fixture fixture;
-    const ModelTester tester(fixture.model.get());
     fixture.model->setTemplateFolder(fixture.first);
     makeAllOld(fixture.model.get());
     const SignalLog log(fixture.model.get());
@@ -95,7 +92,6 @@ void TstTemplateFolder::theTemplateFolderIsGivenUp()
 {
     for (const bool byClearing : {true, false}) {
         Fixture fixture;
-        const ModelTester tester(fixture.model.get());
         fixture.model->setTemplateFolder(fixture.first);
         makeAllOld(fixture.model.get());
         const SignalLog log(fixture.model.get());
@@ -115,7 +111,6 @@ void TstTemplateFolder::theTemplateFolderIsGivenUp()
 void TstTemplateFolder::theSameFolderAgainDoesNothing()
 {
     Fixture fixture;
-    const ModelTester tester(fixture.model.get());
     fixture.model->setTemplateFolder(fixture.first);
     makeAllOld(fixture.model.get());
     const SignalLog log(fixture.model.get());
@@ -127,7 +122,6 @@ void TstTemplateFolder::theSameFolderAgainDoesNothing()
 void TstTemplateFolder::givingUpWithoutOneDoesNothing()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->clearTemplateFolder();
     model->setTemplateFolder(QModelIndex());
@@ -138,7 +132,6 @@ void TstTemplateFolder::givingUpWithoutOneDoesNothing()
 void TstTemplateFolder::theSignalCarriesNewAndOldIndex()
 {
     Fixture fixture;
-    const ModelTester tester(fixture.model.get());
     QSignalSpy changed(fixture.model.get(), &TVLProjectModel::templateFolderChanged);
     fixture.model->setTemplateFolder(fixture.first);
     fixture.model->setTemplateFolder(fixture.second);
@@ -155,7 +148,6 @@ void TstTemplateFolder::theSignalCarriesNewAndOldIndex()
 void TstTemplateFolder::whatTheTemplateFolderContains()
 {
     Fixture fixture;
-    const ModelTester tester(fixture.model.get());
     const QModelIndex deep = addItem(fixture.model.get(), fixture.text, TVL::Image);
     QVERIFY(!fixture.model->templatesContain(deep));
     fixture.model->setTemplateFolder(fixture.first);
@@ -204,7 +196,6 @@ void TstTemplateFolder::theTemplateFolderSurvivesSaveAndReopen()
     QUuid uuid;
     {
         const auto model = project.create();
-        const ModelTester tester(model.get());
         const QModelIndex folder = addItem(model.get(), model->researchFolder(), TVL::Folder);
         addItem(model.get(), folder, TVL::Text);
         uuid = model->nodeUuid(folder);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TVLKeywordModel.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -32,9 +31,8 @@ private Q_SLOTS:
 private:
     std::unique_ptr<TestProject> mSourceProject;
     std::unique_ptr<TestProject> mTargetProject;
-    std::unique_ptr<TVLProjectModel> mFrom;
-    std::unique_ptr<TVLProjectModel> mTo;
-    std::unique_ptr<ModelTester> mTester;
+    TestModel mFrom;
+    TestModel mTo;
     QPersistentModelIndex mSource;
 
     [[nodiscard]] QModelIndex cloneToResearch(const QModelIndex &source)
@@ -51,13 +49,11 @@ void TstTwoModels::init()
     mTargetProject = std::make_unique<TestProject>(u"Taker"_qs);
     mFrom = mSourceProject->create();
     mTo = mTargetProject->create();
-    mTester = std::make_unique<ModelTester>(mTo.get());
     mSource = addTextItem(mFrom.get(), mFrom->researchFolder(), u"a"_qs);
 }
 
 void TstTwoModels::cleanup()
 {
-    mTester.reset();
     mSource = QModelIndex();
     mFrom.reset();
     mTo.reset();

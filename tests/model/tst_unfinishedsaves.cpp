@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "OrdinaryRights.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -144,7 +143,6 @@ void TstUnfinishedSaves::aSaveDuringSaveAsIsPutOff()
     makeSavedProject(project);
     const TestProject target(u"Copy"_qs);
     const auto model = project.open();
-    const ModelTester tester(model.get());
     model->setTitle(firstText(model.get()), u"Changed"_qs);
     // The dialog runs the event loop as soon as it is seen, where timers come to their turn.
     WhenProgressShows meanwhile([&] { QVERIFY(!model->save()); });
@@ -190,7 +188,6 @@ void TstUnfinishedSaves::aChangeWhileTheErrorBoxIsUpIsAChange()
     makeSavedProject(project);
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    const ModelTester tester(model.get());
     {
         const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
         connect(&boxes, &TVLUnattendedMessageBoxes::answered, model.get(),
@@ -266,7 +263,6 @@ void TstUnfinishedSaves::aTextThatLeftMemoryUnwrittenIsReadFromTheJournal()
     const QString path = makeSavedProject(project);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    const ModelTester tester(model.get());
     {
         const ReducedPermissions reduced = unwritable(project, path);
         setFirstText(model.get(), u"New words"_qs);

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "OrdinaryRights.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -121,7 +120,6 @@ void TstUnseenTexts::aTextThatIsOutOfSightIsNeverWrittenOver()
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     QVERIFY(model);
-    const ModelTester tester(model.get());
     const std::function<void()> show = hide(project);
     const TVLTextDocument *text = model->referenceText(firstText(model.get()));
     QVERIFY(text->isReadOnly());
@@ -275,7 +273,7 @@ void TstUnseenTexts::snapshotsOutOfSightAreNotLostInAMerge()
         QVERIFY(model->save(true));
         model->prepareToDestroy();
     }
-    std::unique_ptr<TVLProjectModel> model;
+    TestModel model;
     {
         const ReducedPermissions hidden(project.path(u"Snapshots"_qs), ReducedPermissions::None);
         model = project.open();

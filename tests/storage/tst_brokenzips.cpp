@@ -171,7 +171,7 @@ void TstBrokenZips::aZipWithAChangedByteOpensAsItWasOrNotAtAll()
         QByteArray broken = zip;
         broken[position] = char(broken.at(position) ^ mask);
         project.writeFile(AutosaveFile, broken);
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QString where;
         QVERIFY2(!model || equalTrees(model->binderRoot(), binder->binderRoot(), &where),
                  qPrintable(u"byte %1: %2"_qs.arg(position).arg(where)));

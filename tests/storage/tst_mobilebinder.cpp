@@ -88,8 +88,7 @@ void TstMobileBinder::openingAMobileProjectChangesNothing()
     project.writeFile(u"Files/version.txt"_qs, "18");
     project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
     const Files before = project.files();
-    const std::unique_ptr<TVLProjectModel> model(
-        Format::openMobileSyncProject(project.path(), nullptr));
+    const TestModel model(Format::openMobileSyncProject(project.path(), nullptr));
     QVERIFY(model);
     QCOMPARE(project.files(), before);
 }
@@ -144,8 +143,7 @@ void TstMobileBinder::aMobileProjectIsSavedToItsOwnBinderAlone()
     project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
     Files expected = project.files();
     expected.remove(SyncFile);
-    const std::unique_ptr<TVLProjectModel> model(
-        Format::openMobileSyncProject(project.path(), nullptr));
+    const TestModel model(Format::openMobileSyncProject(project.path(), nullptr));
     QVERIFY(model);
     QVERIFY(model->setTitle(model->index(1), u"Back home"_qs));
     QVERIFY(model->save());

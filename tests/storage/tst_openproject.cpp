@@ -179,7 +179,7 @@ void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject()
 
     const TestProject project;
     QVERIFY(!folderExists || QDir().mkpath(project.path()));
-    const std::unique_ptr<TVLProjectModel> model(Format::openProject(project.path() + suffix));
+    const TestModel model(Format::openProject(project.path() + suffix));
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()).size(), 4);
     QCOMPARE(model->title(model->draftFolder()), u"Draft"_qs);
@@ -196,8 +196,7 @@ void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject()
 void TstOpenProject::aTemplateThatIsNotThereGivesNoProject()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model(
-        Format::openProject(project.path(), project.path(u"no.template"_qs)));
+    const TestModel model(Format::openProject(project.path(), project.path(u"no.template"_qs)));
     QVERIFY(!model);
     QVERIFY(!QFileInfo::exists(project.path()));
 }
@@ -237,7 +236,7 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
 
     // A message box would say something that is the caller's to say.
     TVLUnattendedMessageBoxes boxes;
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QCOMPARE(boxes.boxes().size(), 0);
 
     auto after = project.files();
@@ -290,7 +289,7 @@ void TstOpenProject::aCutOffBinderOpensFromTheAutosaveAndTheBackupStays()
     project.writeFile(u"Novel.tavelx"_qs, cutOff(binderOf("plain", PlainId)));
     project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
     project.writeFile(BackupFile, backup);
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_qs, AutosaveId));
     QCOMPARE(project.readFile(BackupFile), backup);
@@ -302,7 +301,7 @@ void TstOpenProject::aGoodBinderIsOpenedThoughTheAutosaveIsNewer()
     project.writeFile(u"Novel.tavelx"_qs, binderOf("plain", PlainId));
     project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
     setAge(project.binderPath(), 24 * 60);
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
 }
@@ -317,7 +316,7 @@ void TstOpenProject::aFolderInTheBindersPlaceIsPassedOver()
     QCOMPARE(project.files(), before);
 
     project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_qs, AutosaveId));
 }
@@ -329,7 +328,7 @@ void TstOpenProject::aFallbackTakesTheFirstFileOfTheZipWhateverItsName()
     project.writeFile(AutosaveFile,
                       zipOf({{u"Before the rename.tavelx"_qs, binderOf("first", 1), {}},
                              {u"Novel.tavelx"_qs, binderOf("second", 50), {}}}));
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"first"_qs, 1));
 
@@ -344,13 +343,13 @@ void TstOpenProject::aFallbackThatTheUserSavesHealsTheBinder()
     project.writeFile(u"Novel.tavelx"_qs, cutOff(binderOf("plain", PlainId)));
     project.writeFile(BackupFile, zipOf(u"Novel.tavelx"_qs, binderOf("backup", BackupId)));
     {
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY(model);
         QVERIFY(model->save(true));
     }
     project.writeFile(AutosaveFile, {});
     project.writeFile(BackupFile, {});
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"backup"_qs, BackupId));
 }
@@ -367,7 +366,7 @@ void TstOpenProject::openingWritesTheBackupAndNothingElse()
     project.writeFile(u"Icons/icon.png"_qs, "icon");
     const auto before = project.files();
     for (int pass = 0; pass < 2; ++pass) {
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY(model);
         auto after = project.files();
         const QList<ZipEntry> entries = zipEntries(after.take(BackupFile));
@@ -394,7 +393,7 @@ void TstOpenProject::openingWithoutAVersionFileWritesIt()
     const TestProject project;
     const QByteArray binder = binderXml(itemXml(0, "DraftFolder", "Draft"), {}, binderVersion);
     project.writeFile(u"Novel.tavelx"_qs, binder);
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(int(model->formatVersion()), formatVersion);
     auto after = project.files();
@@ -410,7 +409,7 @@ void TstOpenProject::openingRenamesABinderOfAnotherName()
     const QByteArray binder = binderOf("plain", PlainId);
     project.writeFile(VersionFile, "18");
     project.writeFile(u"project.tavelx"_qs, binder);
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
     QCOMPARE(project.files().keys(), (QStringList{BackupFile, VersionFile, u"Novel.tavelx"_qs}));
@@ -424,7 +423,7 @@ void TstOpenProject::aBackupThatCannotBeWrittenIsIgnored()
     project.writeFile(u"Novel.tavelx"_qs, binderOf("plain", PlainId));
     project.writeFile(BackupFile + u"/file"_qs, "in a folder");
     const auto before = project.files();
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
     QCOMPARE(project.files(), before);
@@ -451,7 +450,7 @@ void TstOpenProject::aProjectOpensByEitherPath()
     if (plain == State::Good)
         project.writeFile(u"Novel.tavelx"_qs, binder);
     project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binder));
-    const std::unique_ptr<TVLProjectModel> model(Format::openProject(project.path() + suffix));
+    const TestModel model(Format::openProject(project.path() + suffix));
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
     QCOMPARE(model->path().path(), project.path());
@@ -544,7 +543,7 @@ void TstOpenProject::aBookOpensWhole()
     project.writeFile(u"Files/Docs/2_synopsis.txt"_qs, "synopsis");
     const auto before = project.files();
 
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->totalNodesCount(), 1 + Parts * (1 + ChaptersOfAPart) + 2);
     QCOMPARE(outlineOf(model.get()), outline);

@@ -251,7 +251,7 @@ void TstProjectGuard::noCopyOfAProjectIsGuarded()
     const TestProject project;
     const TestProject copy(u"Copy"_qs);
     const TestProject other(u"Other"_qs);
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     const auto guard = TVLProjectGuard::take(project.path());
     QVERIFY(guard);
     QVERIFY(TVLProjectFolderFormat::copyProject(project.path(), copy.path(), false, nullptr, false,
@@ -266,7 +266,7 @@ void TstProjectGuard::noCopyOfAProjectIsGuarded()
 void TstProjectGuard::theProjectsFoldersCountAsSound()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     const QSignalSpy lost(model.get(), &TVLProjectModel::externallyModified);
     {
         const auto guard = TVLProjectGuard::take(project.path());

@@ -111,7 +111,7 @@ void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte()
     const TestProject project;
     project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
     for (int pass = 0; pass < 3; ++pass) {
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY(model);
         QCOMPARE(model->userProjectData(), QString::fromUtf8(data));
         QVERIFY(model->save(true));
@@ -154,7 +154,7 @@ void TstUserProjectData::rawTextSurvivesTheDeclarationsThatASaveDrops()
     binder.insert(root, documentType);
     project.writeFile(u"Novel.tavelx"_qs, binder);
     for (int pass = 0; pass < 3; ++pass) {
-        const std::unique_ptr<TVLProjectModel> model = project.open();
+        const TestModel model = project.open();
         QVERIFY(model);
         QVERIFY(model->save(true));
         QVERIFY(project.readFile(u"Novel.tavelx"_qs).contains("\n    " + data));
@@ -177,7 +177,7 @@ void TstUserProjectData::rawTextWithoutItsExactTagsIsLostOnSaving()
 
     const TestProject project;
     project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->userProjectData(), QString());
     QVERIFY(model->save(true));
@@ -201,7 +201,7 @@ void TstUserProjectData::aFallbackHasNoRawText()
     project.writeFile(
         u"Files/binder.autosave"_qs,
         zipOf(u"Novel.tavelx"_qs, binderWith("<UserProjectData>x</UserProjectData>")));
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->userProjectData(), QString());
 }

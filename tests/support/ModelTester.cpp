@@ -13,6 +13,13 @@ QAbstractItemModel *withSource(QIdentityProxyModel *proxy, TVLProjectModel *mode
 } // namespace
 
 ModelTester::ModelTester(TVLProjectModel *model)
-    : mTester(withSource(&mProxy, model), QAbstractItemModelTester::FailureReportingMode::Fatal)
+    : mRowSignals(model)
+    , mTester(withSource(&mProxy, model), QAbstractItemModelTester::FailureReportingMode::Fatal)
 {
+}
+
+ModelTester::~ModelTester()
+{
+    if (!mRowSignals.wrong().isEmpty())
+        qFatal("the row signals are wrong: %s", qPrintable(mRowSignals.wrong()));
 }

@@ -31,16 +31,16 @@ QByteArray TestProject::readFile(const QString &relativePath) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-std::unique_ptr<TVLProjectModel> TestProject::create() const
+TestModel TestProject::create() const
 {
-    std::unique_ptr<TVLProjectModel> model(TVLProjectModel::createBlankProjectInMemory(mPath));
+    TestModel model(TVLProjectModel::createBlankProjectInMemory(mPath));
     model->saveAll(true);
     return model;
 }
 
-std::unique_ptr<TVLProjectModel> TestProject::open() const
+TestModel TestProject::open() const
 {
-    return std::unique_ptr<TVLProjectModel>(TVLProjectFolderFormat::openProject(mPath));
+    return TestModel(TVLProjectFolderFormat::openProject(mPath));
 }
 
 QMap<QString, QByteArray> TestProject::files() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TVLProjectModel.h"
+#include "TestModel.h"
 
 #include <QTemporaryDir>
 
@@ -47,9 +47,9 @@ public:
     [[nodiscard]] QByteArray readFile(const QString &relativePath) const;
 
     /** A blank project, saved and open. */
-    [[nodiscard]] std::unique_ptr<TVLProjectModel> create() const;
+    [[nodiscard]] TestModel create() const;
     /** Opens the project; null when it can't be. */
-    [[nodiscard]] std::unique_ptr<TVLProjectModel> open() const;
+    [[nodiscard]] TestModel open() const;
 
     /** Every file below the project's folder with its content, for comparing before and after. */
     [[nodiscard]] QMap<QString, QByteArray> files() const;

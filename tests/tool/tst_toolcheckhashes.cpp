@@ -57,7 +57,7 @@ QStringList hashProblemsOf(const TestProject &project)
 template <typename Change>
 void changeWithTheLibrary(const TestProject &project, Change change)
 {
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     change(model.get());
     model->prepareToDestroy();
 }
@@ -170,7 +170,7 @@ void TstToolCheckHashes::whatASessionSavesIsNoChangeFromOutside()
         // The texts of the items are known from here on.
         model->searchIndex()->validateIndexes(nullptr);
     });
-    std::unique_ptr<TVLProjectModel> model = project.open();
+    TestModel model = project.open();
     typeText(model.get(), 4, TVL::MainText, u"And rain. "_qs);
     typeText(model.get(), 5, TVL::SynopsisText, u"A boat. "_qs);
     TVLTextDocument *notes = model->referenceItem(model->index(4), TVL::NotesText);
@@ -202,7 +202,7 @@ void TstToolCheckHashes::whatASessionRemovesIsNotMissed()
     writeSoundProject(project);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     // The binder on disk still has the item.
     QVERIFY(model->removeFilesForNode(model->projectNode(model->index(5))));
     QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
@@ -215,7 +215,7 @@ void TstToolCheckHashes::whatASessionReplacesIsNoChangeFromOutside()
     writeSoundProject(project);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model->cloneProjectFiles(model->index(4), model->index(5), false));
     QCOMPARE(hashProblemsOf(project), QStringList());
     model->saveAll(true);

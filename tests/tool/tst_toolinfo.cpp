@@ -320,7 +320,7 @@ void TstToolInfo::listsOfItemsAreTold()
 void TstToolInfo::notesAreToldByTheirTitles()
 {
     const TestProject project;
-    const std::unique_ptr<TVLProjectModel> model = project.create();
+    const TestModel model = project.create();
     const int id = model->addProjectNote(u"Tides"_qs);
     model->prepareToDestroy();
     const QJsonArray notes = infoOf(project.path())[u"notes"].toArray();

@@ -36,7 +36,7 @@ void TstToolNew::aBlankProjectLiesOnDiskAndItsPlaceIsTold()
 
     QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
     QVERIFY(QFileInfo::exists(project.path(u"Files/binder.autosave"_qs)));
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->rowCount(), 3);
     QCOMPARE(model->title(model->draftFolder()), u"Draft"_qs);

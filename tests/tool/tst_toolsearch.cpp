@@ -66,7 +66,7 @@ const QString HashFile = u"Files/Docs/docs.checksum"_qs;
 /** Lets the library give an item a comment, and save all that it keeps of a project. */
 void addCommentAndSave(const TestProject &project, int id, const QByteArray &text)
 {
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     const TVLTextCommentLink comment(u"comment"_qs, "{\\rtf1 " + text + "}");
     if (!model->setInspectorNote(model->index(id), {0, 3}, comment))
         qFatal("item %d takes no comment", id);

@@ -93,7 +93,7 @@ bool isTruthful(const QProcess &run, const QByteArray &errors, const QString &pr
 Texts draftTextsOf(const TestProject &project)
 {
     Texts texts;
-    const std::unique_ptr<TVLProjectModel> model = project.open();
+    const TestModel model = project.open();
     if (!model)
         return {};
     tvlForEachNode(model->projectNode(model->draftFolder()), [&](const TVLProjectNode *node) {

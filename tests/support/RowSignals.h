@@ -20,6 +20,9 @@ public:
         return mWrong.isEmpty() && mIsOpen ? u"a change was announced and not done"_qs : mWrong;
     }
 
+    /** How often the model was reset. */
+    [[nodiscard]] int resets() const { return mResets; }
+
 private:
     struct Rows
     {
@@ -28,12 +31,14 @@ private:
     };
 
     void begin(const QModelIndex &from, int removed, const QModelIndex &to, int inserted);
+    void beginReset();
     void end(const QModelIndex &from, const QModelIndex &to, const QString &what);
     void check(const QModelIndex &parent, const Rows &rows, const QString &what);
 
     const TVLProjectModel *mModel;
     QObject mContext;
     bool mIsOpen = false;
+    int mResets = 0;
     Rows mFrom;
     Rows mTo;
     QString mWrong;

@@ -21,9 +21,9 @@ RowSignals::RowSignals(const TVLProjectModel *model)
     on(&Model::rowsRemoved, [this](const Index &parent) { end(parent, parent, u"a removal"_qs); });
     on(&Model::rowsMoved,
        [this](const Index &from, int, int, const Index &to) { end(from, to, u"a move"_qs); });
-    const auto refuse = [this] { mWrong = u"a reset or a change of the layout"_qs; };
-    on(&Model::modelAboutToBeReset, refuse);
-    on(&Model::layoutAboutToBeChanged, refuse);
+    on(&Model::modelAboutToBeReset, [this] { beginReset(); });
+    on(&Model::modelReset, [this] { mIsOpen = false; });
+    on(&Model::layoutAboutToBeChanged, [this] { mWrong = u"a change of the layout"_qs; });
 }
 
 void RowSignals::begin(const QModelIndex &from, int removed, const QModelIndex &to, int inserted)
@@ -34,6 +34,14 @@ void RowSignals::begin(const QModelIndex &from, int removed, const QModelIndex &
     const bool isSame = from == to;
     mFrom = {from, mModel->rowCount(from) - removed + (isSame ? inserted : 0)};
     mTo = {to, mModel->rowCount(to) + inserted - (isSame ? removed : 0)};
+}
+
+void RowSignals::beginReset()
+{
+    if (mIsOpen)
+        mWrong = u"a reset was announced inside a change"_qs;
+    mIsOpen = true;
+    ++mResets;
 }
 
 void RowSignals::end(const QModelIndex &from, const QModelIndex &to, const QString &what)
