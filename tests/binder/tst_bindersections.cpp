@@ -490,18 +490,18 @@ void TstBinderSections::aCollectionIsWrittenByItsType_data()
     const QByteArray search =
         "<SearchSettings Operator=\"Any\" Type=\"Notes\" Scope=\"Draft\" "
         "CompileSetting=\"Include\" CaseSensitive=\"Yes\">a &lt; b</SearchSettings>";
-    QTest::newRow("binder") << 0
+    QTest::newRow("binder") << int(TVL::BinderCollection)
                             << "<Collection Type=\"Binder\" ID=\"i\" Color=\"0.902 0.918 0.933\">"
             + title + "</Collection>";
     QTest::newRow("search results")
-        << 1
+        << int(TVL::RecentSearchCollection)
         << "<Collection Type=\"RecentSearch\" ID=\"i\" Color=\"0.902 0.902 0.980\">" + title
             + search + "</Collection>";
     QTest::newRow("saved search")
-        << 2
+        << int(TVL::SavedSearchCollection)
         << "<Collection Type=\"SavedSearch\" ID=\"i\" Color=\"1.000 0.000 0.000\">" + title + search
             + "</Collection>";
-    QTest::newRow("list") << 3
+    QTest::newRow("list") << int(TVL::ArbitraryCollection)
                           << "<Collection Type=\"Arbitrary\" ID=\"i\" Color=\"1.000 0.000 0.000\">"
             + title
             + "<BinderIDs><BinderID>5</BinderID><BinderID>3</BinderID></BinderIDs>"

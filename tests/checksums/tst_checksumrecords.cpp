@@ -216,14 +216,14 @@ void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("text") << 0 << u"content.rtf"_qs;
-    QTest::newRow("notes") << 1 << u"notes.rtf"_qs;
-    QTest::newRow("synopsis") << 2 << u"synopsis.txt"_qs;
-    QTest::newRow("links") << 3 << u"content.links"_qs;
-    QTest::newRow("comments") << 4 << u"content.comments"_qs;
-    QTest::newRow("text styles") << 7 << u"content.styles"_qs;
-    QTest::newRow("note styles") << 8 << u"note.styles"_qs;
-    QTest::newRow("unknown file") << 9 << QString();
+    QTest::newRow("text") << int(TVL::MainText) << u"content.rtf"_qs;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"notes.rtf"_qs;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"synopsis.txt"_qs;
+    QTest::newRow("links") << int(TVL::LinksFile) << u"content.links"_qs;
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"content.comments"_qs;
+    QTest::newRow("text styles") << int(TVL::TextStyles) << u"content.styles"_qs;
+    QTest::newRow("note styles") << int(TVL::NotesStyles) << u"note.styles"_qs;
+    QTest::newRow("unknown file") << int(TVL::ForeignFile) << QString();
 }
 
 void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType()

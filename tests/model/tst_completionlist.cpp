@@ -1,5 +1,5 @@
+#include "CompletionScopes.h"
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
@@ -42,7 +42,6 @@ void TstCompletionList::aNewProjectHasNoCompletions()
 void TstCompletionList::theListIsSet()
 {
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     const SignalLog log(model.get());
     model->setAutoCompleteList({{-2, u"Ann"_qs}, {3, u"INT."_qs}});
     QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
@@ -90,17 +89,7 @@ void TstCompletionList::aListThatDiffersIsTaken()
 
 void TstCompletionList::aWordIsAppendedInItsScope_data()
 {
-    QTest::addColumn<int>("scope");
-    QTest::addColumn<int>("id");
-    QTest::addColumn<int>("number");
-    QTest::newRow("everywhere") << 0 << -1 << -2;
-    QTest::newRow("everywhere, with an id") << 0 << 7 << -2;
-    QTest::newRow("general text") << 1 << -1 << -1;
-    QTest::newRow("general text, with an id") << 1 << 7 << -1;
-    QTest::newRow("an element") << 2 << 7 << 7;
-    QTest::newRow("the first element") << 2 << 0 << 0;
-    QTest::newRow("no element") << 2 << -1 << -2;
-    QTest::newRow("far below") << 2 << -100 << -2;
+    addCompletionScopes();
     QTest::newRow("another scope") << 3 << 7 << 7;
     QTest::newRow("a negative scope") << -1 << 7 << 7;
 }
@@ -111,7 +100,6 @@ void TstCompletionList::aWordIsAppendedInItsScope()
     QFETCH(const int, id);
     QFETCH(const int, number);
     const auto model = blankModel();
-    const ModelTester tester(model.get());
     model->setAutoCompleteList({{5, u"Ann"_qs}});
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
@@ -124,10 +112,10 @@ void TstCompletionList::aWordThatIsThereIsNotAddedAgain_data()
 {
     QTest::addColumn<int>("scope");
     QTest::addColumn<int>("id");
-    QTest::newRow("in its scope") << 2 << 5;
-    QTest::newRow("in another element") << 2 << 6;
-    QTest::newRow("everywhere") << 0 << -1;
-    QTest::newRow("in general text") << 1 << -1;
+    QTest::newRow("in its scope") << int(TVLAutoCompleteItem::ScriptElement) << 5;
+    QTest::newRow("in another element") << int(TVLAutoCompleteItem::ScriptElement) << 6;
+    QTest::newRow("everywhere") << int(TVLAutoCompleteItem::Everywhere) << -1;
+    QTest::newRow("in general text") << int(TVLAutoCompleteItem::GeneralText) << -1;
 }
 
 void TstCompletionList::aWordThatIsThereIsNotAddedAgain()

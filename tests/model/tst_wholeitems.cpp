@@ -1,5 +1,4 @@
 #include "ChangingFunctions.h"
-#include "ModelTester.h"
 #include "TestMain.h"
 
 #include "TVLTextDocument.h"
@@ -87,6 +86,18 @@ void addRowsOfInsertions()
         QTest::newRow(functions.at(i).name) << int(i);
 }
 
+/** Runs the row's function, which finds something to insert in @p project. */
+void runRow(const ChangingProject &project, const std::function<void(const QModelIndex &)> &call)
+{
+    QFETCH(const int, function);
+    const ChangingFunction &tried = insertingFunctions().at(function);
+    if (tried.prepare)
+        tried.prepare(project);
+    QObject context;
+    onEachNewItem(project.model(), &context, call);
+    tried.run(project);
+}
+
 } // namespace
 
 void TstWholeItems::whatAnAnnouncedItemShowsStays_data()
@@ -96,19 +107,12 @@ void TstWholeItems::whatAnAnnouncedItemShowsStays_data()
 
 void TstWholeItems::whatAnAnnouncedItemShowsStays()
 {
-    QFETCH(const int, function);
-    const ChangingFunction &tried = insertingFunctions().at(function);
     const ChangingProject project;
     TVLProjectModel *model = project.model();
-    if (tried.prepare)
-        tried.prepare(project);
-    const ModelTester tester(model);
     QList<std::pair<QPersistentModelIndex, QStringList>> announced;
-    onEachNewItem(model, this, [&](const QModelIndex &index) {
+    runRow(project, [&](const QModelIndex &index) {
         announced.append({index, shown(model, index)});
     });
-    tried.run(project);
-    disconnect(model, nullptr, this, nullptr);
     for (const auto &[index, values] : std::as_const(announced))
         QCOMPARE(shown(model, index), values);
 }
@@ -120,22 +124,16 @@ void TstWholeItems::whatIsTypedIntoAnAnnouncedItemIsSaved_data()
 
 void TstWholeItems::whatIsTypedIntoAnAnnouncedItemIsSaved()
 {
-    QFETCH(const int, function);
-    const ChangingFunction &tried = insertingFunctions().at(function);
     const ChangingProject project;
     TVLProjectModel *model = project.model();
-    if (tried.prepare)
-        tried.prepare(project);
     QList<std::pair<QPersistentModelIndex, QPointer<TVLTextDocument>>> edited;
-    onEachNewItem(model, this, [&](const QModelIndex &index) {
+    runRow(project, [&](const QModelIndex &index) {
         if (!model->canHaveText(index))
             return;
         const QPointer<TVLTextDocument> document = model->referenceText(index);
         QTextCursor(document).insertText(u"typed "_qs);
         edited.append({index, document});
     });
-    tried.run(project);
-    disconnect(model, nullptr, this, nullptr);
     QVERIFY(model->save(true));
     for (const auto &[index, document] : std::as_const(edited)) {
         QVERIFY(document && document->node() == model->projectNode(index));

@@ -11,6 +11,7 @@
 #include "TVLTargets.h"
 #include "TVLTextDocument.h"
 
+#include "CompletionScopes.h"
 #include "TestMain.h"
 
 #include <QStandardItemModel>
@@ -339,17 +340,7 @@ void TstRecords::anAutoCompleteItemStartsWithScopeMinusTwo()
 
 void TstRecords::aCompletionScopeHasItsNumber_data()
 {
-    QTest::addColumn<int>("scope");
-    QTest::addColumn<int>("id");
-    QTest::addColumn<int>("number");
-    QTest::newRow("everywhere") << 0 << -1 << -2;
-    QTest::newRow("everywhere, with an id") << 0 << 7 << -2;
-    QTest::newRow("general text") << 1 << -1 << -1;
-    QTest::newRow("general text, with an id") << 1 << 7 << -1;
-    QTest::newRow("an element") << 2 << 7 << 7;
-    QTest::newRow("the first element") << 2 << 0 << 0;
-    QTest::newRow("no element") << 2 << -1 << -2;
-    QTest::newRow("far below") << 2 << -100 << -2;
+    addCompletionScopes();
     QTest::newRow("the largest id") << 2 << INT_MAX << INT_MAX;
 }
 

@@ -481,14 +481,14 @@ void TstSearchDocuments::documentFilesAreInvalidated_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("property");
-    QTest::newRow("text") << 0 << 2;
-    QTest::newRow("notes") << 1 << 3;
-    QTest::newRow("synopsis") << 2 << 4;
-    QTest::newRow("links") << 3 << 0;
-    QTest::newRow("comments") << 4 << 9;
-    QTest::newRow("text styles") << 7 << 0;
-    QTest::newRow("note styles") << 8 << 0;
-    QTest::newRow("another file") << 9 << 0;
+    QTest::newRow("text") << int(TVL::MainText) << int(TVL::TextProperty);
+    QTest::newRow("notes") << int(TVL::NotesText) << int(TVL::NotesProperty);
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << int(TVL::SynopsisProperty);
+    QTest::newRow("links") << int(TVL::LinksFile) << int(TVL::AllProperties);
+    QTest::newRow("comments") << int(TVL::CommentsFile) << int(TVL::CommentsProperty);
+    QTest::newRow("text styles") << int(TVL::TextStyles) << int(TVL::AllProperties);
+    QTest::newRow("note styles") << int(TVL::NotesStyles) << int(TVL::AllProperties);
+    QTest::newRow("another file") << int(TVL::ForeignFile) << int(TVL::AllProperties);
 }
 
 void TstSearchDocuments::documentFilesAreInvalidated()

@@ -462,11 +462,11 @@ void TstSearchFile::textsAreConfirmedByTheirFiles_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("unconfirmed");
     QTest::newRow("none") << -1 << QString();
-    QTest::newRow("text") << 0 << u"2 8"_qs;
-    QTest::newRow("notes") << 1 << u"3 8"_qs;
-    QTest::newRow("synopsis") << 2 << u"4 8"_qs;
-    QTest::newRow("links") << 3 << QString();
-    QTest::newRow("comments") << 4 << u"8 9"_qs;
+    QTest::newRow("text") << int(TVL::MainText) << u"2 8"_qs;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"3 8"_qs;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"4 8"_qs;
+    QTest::newRow("links") << int(TVL::LinksFile) << QString();
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"8 9"_qs;
 }
 
 void TstSearchFile::textsAreConfirmedByTheirFiles()

@@ -177,7 +177,7 @@ void TstSearchQueries::searchesByProperty_data()
 {
     QTest::addColumn<int>("property");
     QTest::addColumn<QList<int>>("ids");
-    QTest::newRow("all") << 0 << QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9};
+    QTest::newRow("all") << int(TVL::AllProperties) << QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9};
     for (int property = 1; property <= 9; ++property)
         QTest::addRow("%d", property) << property << QList<int>{property};
     QTest::newRow("ten") << 10 << QList<int>();
@@ -310,9 +310,9 @@ void TstSearchQueries::allWordsOverLabelsAreIntersected()
 void TstSearchQueries::labelsKeywordsAndStatusMatchWholeWords_data()
 {
     QTest::addColumn<int>("property");
-    QTest::newRow("keywords") << 5;
-    QTest::newRow("label") << 6;
-    QTest::newRow("status") << 7;
+    QTest::newRow("keywords") << int(TVL::KeywordsProperty);
+    QTest::newRow("label") << int(TVL::LabelProperty);
+    QTest::newRow("status") << int(TVL::StatusProperty);
 }
 
 void TstSearchQueries::labelsKeywordsAndStatusMatchWholeWords()
@@ -380,12 +380,12 @@ void TstSearchQueries::textStatementsAreWordForWord_data()
     QTest::addColumn<int>("property");
     QTest::addColumn<int>("words");
     QTest::addColumn<QString>("statement");
-    QTest::newRow("all, one word") << 0 << 1 << AnyText + u", ?)"_qs;
-    QTest::newRow("all, three words") << 0 << 3 << AnyText + u", ?, ?, ?)"_qs;
-    QTest::newRow("text, one word") << 2 << 1 << OneText + u", ?)"_qs;
-    QTest::newRow("notes, two words") << 3 << 2 << OneText + u", ?, ?)"_qs;
+    QTest::newRow("all, one word") << int(TVL::AllProperties) << 1 << AnyText + u", ?)"_qs;
+    QTest::newRow("all, three words") << int(TVL::AllProperties) << 3 << AnyText + u", ?, ?, ?)"_qs;
+    QTest::newRow("text, one word") << int(TVL::TextProperty) << 1 << OneText + u", ?)"_qs;
+    QTest::newRow("notes, two words") << int(TVL::NotesProperty) << 2 << OneText + u", ?, ?)"_qs;
     QTest::newRow("text, as many words as a call takes")
-        << 2 << 124 << OneText + u", ?"_qs.repeated(124) + u')';
+        << int(TVL::TextProperty) << 124 << OneText + u", ?"_qs.repeated(124) + u')';
 }
 
 void TstSearchQueries::textStatementsAreWordForWord()
@@ -407,11 +407,11 @@ void TstSearchQueries::numberStatementsAreWordForWord_data()
 {
     QTest::addColumn<int>("property");
     QTest::addColumn<QStringList>("statements");
-    QTest::newRow("all") << 0 << QStringList{OfKeywords, OfLabels, OfStatus};
-    QTest::newRow("keywords") << 5 << QStringList{OfKeywords};
-    QTest::newRow("label") << 6 << QStringList{OfLabels};
-    QTest::newRow("status") << 7 << QStringList{OfStatus};
-    QTest::newRow("text") << 2 << QStringList();
+    QTest::newRow("all") << int(TVL::AllProperties) << QStringList{OfKeywords, OfLabels, OfStatus};
+    QTest::newRow("keywords") << int(TVL::KeywordsProperty) << QStringList{OfKeywords};
+    QTest::newRow("label") << int(TVL::LabelProperty) << QStringList{OfLabels};
+    QTest::newRow("status") << int(TVL::StatusProperty) << QStringList{OfStatus};
+    QTest::newRow("text") << int(TVL::TextProperty) << QStringList();
 }
 
 void TstSearchQueries::numberStatementsAreWordForWord()

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTest>
 #include <QTextCursor>
 
 #include <cerrno>
@@ -69,6 +70,23 @@ void UnopenableFile::linkTo(const TestProject &project, const QString &relativeP
 QString UnopenableFile::errorText()
 {
     return u"It isn't an ordinary file"_qs;
+}
+
+void checkUnopenableDocument(const QString &message)
+{
+    QFETCH(int, type);
+    QFETCH(QString, word);
+
+    const TestProject project;
+    const UnopenableFile unopenable;
+    const QString filePath = docsPath(TVL::DocumentType(type));
+    unopenable.linkTo(project, filePath);
+    LoadedItem item;
+    TVLTextDocument *document = item.document(TVL::DocumentType(type));
+    QString error;
+    QVERIFY(!TVLProjectFolderFormat::readDocument(project.path(), item.node(), document, &error));
+    QCOMPARE(error, message.arg(word, project.path(filePath), UnopenableFile::errorText()));
+    QVERIFY(document->isReadOnly());
 }
 
 void linkToUnreadableFile(const TestProject &project, const QString &relativePath)

@@ -51,6 +51,12 @@ private:
     int mSocket;
 };
 
+/**
+ * Reads the document of the row's type from a file that can't be opened. What is said of that is
+ * @p message with the row's word for the document, the path and what the system says.
+ */
+void checkUnopenableDocument(const QString &message);
+
 /** Puts a file that opens and then can't be read into a project. */
 void linkToUnreadableFile(const TestProject &project, const QString &relativePath);
 /** Puts a link into a project, which isn't written through. */

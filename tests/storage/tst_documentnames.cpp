@@ -9,6 +9,7 @@ namespace {
 using Format = TVLProjectFolderFormat;
 
 const QString Path = u"/projects/Novel.tavel"_qs;
+constexpr int NoDocumentType = -1;
 
 /** Numbers that are no document type, beside the one whose file is found by its extension. */
 const QList<int> NamelessTypes = {-1, 5, 6, 9, 10, 1000};
@@ -47,15 +48,20 @@ void TstDocumentNames::theNamesOfAType_data()
     QTest::addColumn<QString>("dataName");
     QTest::addColumn<QString>("description");
 
-    QTest::newRow("main text") << 0 << u"12.rtf"_qs << u"content.rtf"_qs << u"document"_qs;
-    QTest::newRow("notes") << 1 << u"12_notes.rtf"_qs << u"notes.rtf"_qs << u"notes"_qs;
-    QTest::newRow("synopsis") << 2 << u"12_synopsis.txt"_qs << u"synopsis.txt"_qs << u"synopsis"_qs;
-    QTest::newRow("links") << 3 << u"12.links"_qs << u"content.links"_qs << QString();
-    QTest::newRow("comments") << 4 << u"12.comments"_qs << u"content.comments"_qs << QString();
+    QTest::newRow("main text") << int(TVL::MainText) << u"12.rtf"_qs << u"content.rtf"_qs
+                               << u"document"_qs;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"12_notes.rtf"_qs << u"notes.rtf"_qs
+                           << u"notes"_qs;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"12_synopsis.txt"_qs
+                              << u"synopsis.txt"_qs << u"synopsis"_qs;
+    QTest::newRow("links") << int(TVL::LinksFile) << u"12.links"_qs << u"content.links"_qs
+                           << QString();
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"12.comments"_qs
+                              << u"content.comments"_qs << QString();
     QTest::newRow("styles of the text")
-        << 7 << u"12.styles"_qs << u"content.styles"_qs << QString();
+        << int(TVL::TextStyles) << u"12.styles"_qs << u"content.styles"_qs << QString();
     QTest::newRow("styles of the notes")
-        << 8 << u"12_notes.styles"_qs << u"note.styles"_qs << QString();
+        << int(TVL::NotesStyles) << u"12_notes.styles"_qs << u"note.styles"_qs << QString();
 }
 
 void TstDocumentNames::theNamesOfAType()
@@ -92,32 +98,32 @@ void TstDocumentNames::theTypeOfANumberedFile_data()
     QTest::addColumn<int>("type");
 
     const auto add = [](const char *fileName, int type) { QTest::newRow(fileName) << type; };
-    add("12.rtf", 0);
-    add("12.RTF", 0);
-    add("0.rtf", 0);
-    add("12.draft.rtf", 0);
-    add("12_notes.rtf", 1);
-    add("_notes.rtf", 1);
-    add("abc_notes.rtf", 1);
-    add("12_synopsis.txt", 2);
-    add("12.links", 3);
-    add("abc.links", 3);
-    add("12.comments", 4);
-    add("12.styles", 9);
-    add("12.pdf", 9);
-    add("12.png", 9);
-    add("12", 9);
-    add("12.rtf.pdf", 9);
-    add("12.LINKS", 9);
-    add("12_notes.styles", -1);
-    add("12_notes.RTF", -1);
-    add("12_Synopsis.txt", -1);
-    add("abc.rtf", -1);
-    add("-12.rtf", -1);
-    add("12x.rtf", -1);
-    add("99999999999.rtf", -1);
-    add(".rtf", -1);
-    add("docs.checksum", -1);
+    add("12.rtf", TVL::MainText);
+    add("12.RTF", TVL::MainText);
+    add("0.rtf", TVL::MainText);
+    add("12.draft.rtf", TVL::MainText);
+    add("12_notes.rtf", TVL::NotesText);
+    add("_notes.rtf", TVL::NotesText);
+    add("abc_notes.rtf", TVL::NotesText);
+    add("12_synopsis.txt", TVL::SynopsisText);
+    add("12.links", TVL::LinksFile);
+    add("abc.links", TVL::LinksFile);
+    add("12.comments", TVL::CommentsFile);
+    add("12.styles", TVL::ForeignFile);
+    add("12.pdf", TVL::ForeignFile);
+    add("12.png", TVL::ForeignFile);
+    add("12", TVL::ForeignFile);
+    add("12.rtf.pdf", TVL::ForeignFile);
+    add("12.LINKS", TVL::ForeignFile);
+    add("12_notes.styles", NoDocumentType);
+    add("12_notes.RTF", NoDocumentType);
+    add("12_Synopsis.txt", NoDocumentType);
+    add("abc.rtf", NoDocumentType);
+    add("-12.rtf", NoDocumentType);
+    add("12x.rtf", NoDocumentType);
+    add("99999999999.rtf", NoDocumentType);
+    add(".rtf", NoDocumentType);
+    add("docs.checksum", NoDocumentType);
 }
 
 void TstDocumentNames::theTypeOfANumberedFile()
@@ -133,23 +139,23 @@ void TstDocumentNames::theTypeOfAFileInAnItemsFolder_data()
     QTest::addColumn<int>("type");
 
     const auto add = [](const char *fileName, int type) { QTest::newRow(fileName) << type; };
-    add("content.rtf", 0);
-    add("notes.rtf", 1);
-    add("synopsis.txt", 2);
-    add("content.links", 3);
-    add("content.comments", 4);
-    add("content.styles", 7);
-    add("note.styles", 8);
-    add("content.pdf", 9);
-    add("content.RTF", 9);
-    add("content.tar.gz", 9);
-    add("content", 9);
-    add("notes.styles", -1);
-    add("Content.rtf", -1);
-    add("NOTES.rtf", -1);
-    add("contents.rtf", -1);
-    add("12.rtf", -1);
-    add("docs.checksum", -1);
+    add("content.rtf", TVL::MainText);
+    add("notes.rtf", TVL::NotesText);
+    add("synopsis.txt", TVL::SynopsisText);
+    add("content.links", TVL::LinksFile);
+    add("content.comments", TVL::CommentsFile);
+    add("content.styles", TVL::TextStyles);
+    add("note.styles", TVL::NotesStyles);
+    add("content.pdf", TVL::ForeignFile);
+    add("content.RTF", TVL::ForeignFile);
+    add("content.tar.gz", TVL::ForeignFile);
+    add("content", TVL::ForeignFile);
+    add("notes.styles", NoDocumentType);
+    add("Content.rtf", NoDocumentType);
+    add("NOTES.rtf", NoDocumentType);
+    add("contents.rtf", NoDocumentType);
+    add("12.rtf", NoDocumentType);
+    add("docs.checksum", NoDocumentType);
 }
 
 void TstDocumentNames::theTypeOfAFileInAnItemsFolder()

@@ -40,21 +40,7 @@ void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened_data()
 
 void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened()
 {
-    QFETCH(int, type);
-    QFETCH(QString, word);
-
-    const TestProject project;
-    const UnopenableFile unopenable;
-    const QString filePath = docsPath(TVL::DocumentType(type));
-    unopenable.linkTo(project, filePath);
-    LoadedItem item;
-    TVLTextDocument *document = item.document(TVL::DocumentType(type));
-    QString error;
-    QVERIFY(!Format::readDocument(project.path(), item.node(), document, &error));
-    QCOMPARE(error,
-             u"RTF Inspector could not read %1 location: '%2'\nError: %3"_qs.arg(
-                 word, project.path(filePath), UnopenableFile::errorText()));
-    QVERIFY(document->isReadOnly());
+    checkUnopenableDocument(u"RTF Inspector could not read %1 location: '%2'\nError: %3"_qs);
 }
 
 void TstDocumentsAfterCrash::aSynopsisIsNot()

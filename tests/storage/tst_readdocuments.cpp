@@ -291,21 +291,7 @@ void TstReadDocuments::aFileThatCannotBeOpenedIsReported_data()
 
 void TstReadDocuments::aFileThatCannotBeOpenedIsReported()
 {
-    QFETCH(int, type);
-    QFETCH(QString, word);
-
-    const TestProject project;
-    const UnopenableFile unopenable;
-    const QString filePath = docsPath(TVL::DocumentType(type));
-    unopenable.linkTo(project, filePath);
-    LoadedItem item;
-    TVLTextDocument *document = item.document(TVL::DocumentType(type));
-    QString error;
-    QVERIFY(!Format::readDocument(project.path(), item.node(), document, &error));
-    QCOMPARE(error,
-             u"Could not open %1 file for reading: '%2'\nError: %3"_qs.arg(
-                 word, project.path(filePath), UnopenableFile::errorText()));
-    QVERIFY(document->isReadOnly());
+    checkUnopenableDocument(u"Could not open %1 file for reading: '%2'\nError: %3"_qs);
 }
 
 void TstReadDocuments::aSynopsisThatCannotBeReadToItsEndIsReported()

@@ -81,6 +81,35 @@ void writeLock(const TestProject &project, const Lock &lock)
     project.writeFile(LockName, text.toUtf8());
 }
 
+/** A change is refused because a save would lose those parts of the binder, which stays as it is.
+ */
+void aChangeWouldDrop(const QString &parts, const QStringList &change, const TestProject &project)
+{
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const ProgramResult result = runTool(change);
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errors,
+             u"tavel: a save by this version would drop parts of '%1': %2\n"_qs
+                 .arg(project.path(), parts)
+                 .toUtf8());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+}
+
+/** Every change is refused because the binder is damaged, and nothing on disk changes. */
+void everyChangeFindsADamagedBinder(const TestProject &project)
+{
+    const auto before = everythingBelow(project.path());
+    for (const QStringList &change : changesOf(project)) {
+        const ProgramResult result = runTool(change);
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
+                 "more\n"_qs.arg(project.path())
+                     .toUtf8());
+        QCOMPARE(everythingBelow(project.path()), before);
+    }
+}
+
 } // namespace
 
 void TstToolLock::initTestCase()
@@ -249,16 +278,7 @@ void TstToolLock::aDamagedBinderIsLeftAlone()
     writeSoundProject(project);
     zipBinder(project, u"binder.autosave"_qs);
     project.writeFile(u"Novel.tavelx"_qs, soundBinder().chopped(100));
-    const auto before = everythingBelow(project.path());
-    for (const QStringList &change : changesOf(project)) {
-        const ProgramResult result = runTool(change);
-        QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors,
-                 u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
-                 "more\n"_qs.arg(project.path())
-                     .toUtf8());
-        QCOMPARE(everythingBelow(project.path()), before);
-    }
+    everyChangeFindsADamagedBinder(project);
 }
 
 void TstToolLock::aBinderThatIsGoneIsMadeAnewFromItsCopy()
@@ -323,13 +343,7 @@ void TstToolLock::whatASaveWouldDropIsLeftAlone()
     const QList<QStringList> changes = changesOf(project);
     QCOMPARE(runTool(changes.at(1)).status, 0); // A snapshot takes no save.
     for (const QStringList &change : {changes.at(0), changes.at(2)}) {
-        const ProgramResult result = runTool(change);
-        QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors,
-                 u"tavel: a save by this version would drop parts of '%1': Unheard, Of, Text\n"_qs
-                     .arg(project.path())
-                     .toUtf8());
-        QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+        aChangeWouldDrop(u"Unheard, Of, Text"_qs, change, project);
     }
 }
 
@@ -342,13 +356,7 @@ void TstToolLock::anEntityOfAnotherFileIsLeftAlone()
     binder.insert(root, "<!DOCTYPE TavelinorProject [<!ENTITY part SYSTEM \"part.xml\">]>\n");
     binder.replace("The Harbour", "The &part; Harbour");
     project.writeFile(u"Novel.tavelx"_qs, binder);
-    const ProgramResult result = runTool(changesOf(project).constFirst());
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.errors,
-             u"tavel: a save by this version would drop parts of '%1': the entity 'part'\n"_qs
-                 .arg(project.path())
-                 .toUtf8());
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    aChangeWouldDrop(u"the entity 'part'"_qs, changesOf(project).constFirst(), project);
 }
 
 void TstToolLock::userDataThatCannotBeKeptIsLeftAlone_data()
@@ -367,13 +375,7 @@ void TstToolLock::userDataThatCannotBeKeptIsLeftAlone()
     writeSoundProject(project);
     const QByteArray binder = soundBinder().replace("</Binder>", "</Binder>" + section);
     project.writeFile(u"Novel.tavelx"_qs, binder);
-    const ProgramResult result = runTool(changesOf(project).constFirst());
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.errors,
-             u"tavel: a save by this version would drop parts of '%1': UserProjectData\n"_qs
-                 .arg(project.path())
-                 .toUtf8());
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    aChangeWouldDrop(u"UserProjectData"_qs, changesOf(project).constFirst(), project);
 }
 
 void TstToolLock::aPartThatHoldsNothingKeepsNoSave_data()
@@ -455,16 +457,7 @@ void TstToolLock::aBinderWithADeadFavoriteIsLeftAlone()
     zipBinder(project, u"binder.autosave"_qs);
     project.writeFile(u"Novel.tavelx"_qs,
                       fullBinder().replace("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"));
-    const auto before = everythingBelow(project.path());
-    for (const QStringList &change : changesOf(project)) {
-        const ProgramResult result = runTool(change);
-        QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors,
-                 u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
-                 "more\n"_qs.arg(project.path())
-                     .toUtf8());
-        QCOMPARE(everythingBelow(project.path()), before);
-    }
+    everyChangeFindsADamagedBinder(project);
 }
 
 void TstToolLock::whereThereIsNoProjectNothingIsMade_data()
