@@ -21,6 +21,7 @@ void tvlInitFuzzing();
 /** Ends the process as a finding, with what was found. */
 [[noreturn]] void tvlReportFinding(const char *what);
 
-/** The same for two texts that ought to be equal; shows the first line in which they differ. */
+/** Ends the process as a finding, since two texts differ that ought to be equal; shows the first
+ * line in which they do. */
 [[noreturn]] void tvlReportDifference(const char *what, const QByteArray &expected,
                                       const QByteArray &actual);

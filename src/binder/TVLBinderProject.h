@@ -99,7 +99,8 @@ public:
 
     /** The item becomes the template folder; ignored when no item has the uuid. */
     virtual void adoptTemplateFolder(const QUuid &uuid) = 0;
-    /** The same by id, as older binders name it. */
+    /** The item with the id becomes the template folder, as older binders name it;
+     * ignored when no item has it. */
     virtual void adoptTemplateFolder(int id) = 0;
     virtual void setCollections(const QList<TVLCollectionMetaData> &collections) = 0;
     /** Adds keywords, each behind the one that it is part of. Of those with the same identity the

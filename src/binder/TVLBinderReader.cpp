@@ -235,7 +235,8 @@ TVLProjectNode *TVLBinderReader::startNode(TVLProjectNode *parent)
     const QStringView created = attributes.value(Attribute::Created);
     const QStringView modified = attributes.value(Attribute::Modified);
     node->mCreated = mDates.toDateTime(created);
-    // Many items were never changed, and finding the local time is the dearest part of a date.
+    // Many items were never changed, and finding the local time takes longest of all that
+    // reading a date does.
     node->mModified = modified == created ? node->mCreated : mDates.toDateTime(modified);
     node->mNodeType = TVL::toNodeType(attributes.value(Attribute::Type));
     // In a file the flag is true only where it is written.

@@ -25,6 +25,18 @@ class TVLProjectNodeProperties;
  * - A read that fails leaves the nodes made so far in the tree; what to do with them is the
  *   caller's decision. The error is in errorString() and in the debug output.
  *
+ * The history of the format, by the version that the root element says:
+ *
+ * - "1.0", in folders of format 16: items have an id and no uuid. Each read gives them new uuids.
+ * - "1.5", in folders of format 18: items have an id and a uuid.
+ * - "2.0", in folders of format 23: items have a uuid and no id. Favorites name items by id, and so
+ *   TVLBinderWriter leaves them out.
+ * - Any other version is read as far as it is known, with items that have neither id nor uuid.
+ *
+ * Two names have changed within a version, and both are read: `TemplateFolderID` became
+ * `TemplateFolderUUID`, and `BreakBeforeParagraph` became `PageBreakBefore`. TVLBinderWriter writes
+ * the newer ones only.
+ *
  * One object reads one binder, on one thread.
  */
 class TVL_EXPORT TVLBinderReader : public QXmlStreamReader
@@ -41,7 +53,8 @@ public:
     /** What the root element says; steps to it if the reading hasn't begun. */
     [[nodiscard]] TVLProjectInfo readProjectInfo();
 
-    /** The same for a file; an empty record when it doesn't exist or can't be opened. */
+    /** What the root element of the binder at @p filePath says; an empty record when there is no
+     * such file or it can't be opened. */
     [[nodiscard]] static TVLProjectInfo readProjectInfo(const QString &filePath);
 
     /** Reads the root element and hands it to @p project, if given. False without a version. */

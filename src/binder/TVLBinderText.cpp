@@ -7,8 +7,9 @@
 namespace {
 
 /*
- * QDateTime's own parser and formatter interpret the pattern on every call, which would make dates
- * the dearest part of a binder. The form is fixed, so the digits are read and written in place.
+ * QDateTime's own parser and formatter interpret the pattern on every call, and reading a binder
+ * would spend most of its time on dates. The form is fixed, so the digits are read and written in
+ * place.
  */
 constexpr QStringView PatternInText = u"dddd-dd-dd dd:dd:dd";
 constexpr QStringView PatternInFileName = u"dddd-dd-dd-dd-dd-dd";
@@ -123,7 +124,8 @@ bool hasTwin(const QDateTime &utc, const QDateTime &local)
     return false;
 }
 
-/** The same moment as local time. One that has a twin comes with its distance from UTC. */
+/** A moment as local time. One whose local time comes twice, as when clocks are set back, keeps its
+ * distance from UTC, so that it can be told from its twin. */
 QDateTime localTimeOf(const QDateTime &utc)
 {
     QDateTime local = utc.toLocalTime();

@@ -60,7 +60,7 @@ public:
     void writeTemplateFolderId(const TVLBinderProject *project);
     /** Writes the tree of all keywords, which come as TVLBinderProject::projectKeywords() tells. */
     void writeKeywords(const QList<TVLBinderKeyword> &keywords);
-    /** The same of a keyword model. */
+    /** Writes the tree of all keywords of a keyword model. */
     void writeKeywords(const TVLKeywordModel *keywords);
     void writeCollections(const QList<TVLCollectionMetaData> &collections);
     void writeCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings);

@@ -44,7 +44,8 @@ public:
     /** Without any records. The folder isn't owned and has to outlive the object; when the project
      * moves, its path is followed. */
     explicit TVLProjectChecksums(const TVLProjectFolderFormat *folder);
-    /** The same for the folder of a model. */
+    /** Without any records, for the folder of @p model, which isn't owned and has to outlive the
+     * object. */
     explicit TVLProjectChecksums(const TVLProjectModel *model);
     Q_DISABLE_COPY_MOVE(TVLProjectChecksums)
 
@@ -73,14 +74,15 @@ public:
     void setChecksums(const ChecksumMap &checksums);
     /** The record of a numbered file; empty for none. */
     [[nodiscard]] QByteArray loadedChecksum(int id, TVL::DocumentType type) const;
-    /** The same of a file in an item's own folder. */
+    /** The record of a file in an item's own folder; empty for none. */
     [[nodiscard]] QByteArray loadedChecksum(const QUuid &uuid, TVL::DocumentType type) const;
 
     /** Records the hash of the file that a node's text was read from, whoever wrote it; an empty
      * one for a text that is no file's. For the four types that are refreshed. */
     void setHashSumNode(const TVLProjectNode *node, TVL::DocumentType type,
                         const QByteArray &checksum);
-    /** The same for all numbered files of an item, of which nothing is known any more. */
+    /** Takes the records of all numbered files of an item away: nothing is known of them any more.
+     */
     void forgetHashSums(int id);
 
     /** Whether the records differ from what was last loaded or saved. */
@@ -102,7 +104,8 @@ public:
      * with having no record. False for any other type, since those aren't kept in step.
      */
     [[nodiscard]] bool checksumsMatch(int id, TVL::DocumentType type) const;
-    /** The same in an item's own folder. */
+    /** Whether a file in an item's own folder is as recorded, as the function above says it of a
+     * numbered one. */
     [[nodiscard]] bool checksumsMatch(const QUuid &uuid, TVL::DocumentType type) const;
     /** @} */
 
@@ -175,7 +178,7 @@ public:
     void dropChangedFilesDocsChecksums();
     /** Puts the hashes of all files in items' own folders in place of all records. */
     void updateFilesDataChecksumsFromHdd();
-    /** The same with the numbered files. */
+    /** Puts the hashes of all numbered files in place of all records. */
     void updateFilesDocsChecksumsFromHdd();
     /** @} */
 

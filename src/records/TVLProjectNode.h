@@ -24,7 +24,7 @@ public:
     /** Makes a node and, given a parent, appends it there. Created and modified are now. */
     TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent);
 
-    /** The same, inserted at @p row of the parent. */
+    /** Makes a node and inserts it at @p row of the parent. Created and modified are now. */
     TVLProjectNode(const QPair<int, QUuid> &identity, TVLProjectNode *parent, int row);
 
     /**

@@ -80,7 +80,8 @@ public:
     [[nodiscard]] static QString mobilePath(const QString &path);
     [[nodiscard]] static QString mobileDataPath(const QString &path);
     [[nodiscard]] static QString mobileDataNodePath(const QString &path, const QUuid &uuid);
-    /** The same as the folder is called on disk, where its uuid may be in small letters. */
+    /** What mobileDataNodePath() gives, but named as the folder is on disk, where its uuid may be
+     * in small letters. */
     [[nodiscard]] static QString findMobileDataNodePath(const QString &path, const QUuid &uuid);
     [[nodiscard]] static QString mobileBinderSyncFilePath(const QString &path);
     [[nodiscard]] static QString mobileSearchIndexesFilePath(const QString &path);
@@ -99,7 +100,7 @@ public:
     /**
      * @name Folders, created when missing.
      * Each sets @p ok, which may be null, to whether the folder is there and could be entered. When
-     * it isn't, the folder returned is as far as the way led.
+     * it isn't, the folder returned is the last one on its path that could be entered.
      * @{
      */
     static QDir filesDirectory(const QString &path, bool *ok = nullptr);
@@ -184,7 +185,7 @@ public:
                                          QString *error);
     [[nodiscard]] static QString readBinderVersion(QIODevice *device);
     [[nodiscard]] static TVLProjectInfo readBinderFileProjectInfo(const QString &path);
-    /** The same from the first file of a zipped binder. */
+    /** Reads the first file of a zipped binder into a project, as readBinder() does. */
     [[nodiscard]] static bool readZippedBinderFilePath(const QString &zipPath,
                                                        TVLBinderProject *project);
     /** The part of a binder file that is kept as raw text, with its tags; empty for none. */
@@ -270,7 +271,8 @@ public:
     [[nodiscard]] static QString docTypeDescr(TVL::DocumentType type);
     /** The type of a numbered file by its name; -1 for a file that is none of an item's. */
     [[nodiscard]] static int findDocumentTypeId(const QString &fileName);
-    /** The same for a file in an item's own folder. */
+    /** The type of a file in an item's own folder by its name; -1 for a file that is none of an
+     * item's. */
     [[nodiscard]] static int findDocumentTypeUuid(const QString &fileName);
     /** Whether such a file is one of the item's texts, or a main file of another kind. */
     [[nodiscard]] static bool isNodeDocumentUuid(const QString &fileName);
@@ -426,7 +428,7 @@ public:
     [[nodiscard]] static QString snapshotFilePath(const QString &path, int id,
                                                   const QDateTime &date);
     [[nodiscard]] static bool hasSnapshots(const QString &path, int id);
-    /** The same by what lies in the folder `Snapshots`. */
+    /** Whether the folder `Snapshots`, which @p snapshotsDir is, has snapshots of an item. */
     [[nodiscard]] static bool hasSnapshotsViaSnapshotsDir(const QDir &snapshotsDir, int id);
     /** Sets @p snapshots to what the index says; an item without one leaves it as it is. False,
      * with @p snapshots left alone, for an index that can't be read. */
@@ -515,7 +517,7 @@ public:
      */
     [[nodiscard]] static bool cloneProjectFiles(const QString &sourcePath, int sourceId,
                                                 const QString &targetPath, int targetId);
-    /** The same within a project. */
+    /** Does what cloneProjectFiles() does between two items of one project. */
     [[nodiscard]] static bool cloneDesktopV18(const QString &path, int sourceId, int targetId);
     /** Copies an item's folder of the mobile copy; true when there is none. */
     [[nodiscard]] static bool cloneMobileProjectFiles(const QString &path, const QUuid &sourceUuid,
@@ -531,7 +533,7 @@ public:
     /** Puts the files of an item's mobile folder in place of those in its desktop folder; false,
      * with nothing done, when there is no mobile one. */
     [[nodiscard]] static bool copyMobileToDesktopV23(const QString &path, const QUuid &uuid);
-    /** The same, but true without a mobile folder. */
+    /** Does what copyMobileToDesktopV23() does, but gives true when there is no mobile folder. */
     [[nodiscard]] static bool syncMobileToDesktopV23(const QString &path, const QUuid &uuid);
     [[nodiscard]] static bool moveMobileToDesktopV23(const QString &path, const QUuid &uuid);
     /** Copies an item's numbered files into a folder, under the names that they have in a folder of
@@ -724,7 +726,7 @@ private:
     [[nodiscard]] static QSet<SnapshotsKey> &fixedSnapshots();
     /** Forgets all about an item's snapshots: its files went, and its id may come to another. */
     static void forgetSnapshots(const QString &path, int id);
-    /** The same for a whole project. */
+    /** Forgets all about the snapshots of a project. */
     static void forgetSnapshots(const QString &path);
 
     static QHash<SnapshotsKey, QList<TVLSnapshotInfo>> mCachedSnapshotInfo;

@@ -57,8 +57,8 @@ constexpr TVL::DocumentType SupportingTypes[] = {
 };
 
 /**
- * The same for an item's own folder. The styles of the notes go by another name here than where
- * files are looked up by their type.
+ * The files beside the main one in an item's own folder, in the order of SupportingTypes. The
+ * styles of the notes go by another name here than where files are looked up by their type.
  */
 constexpr QStringView SupportingDataNames[] = {
     u"content.styles", u"content.comments", u"notes.rtf", u"notes.styles", u"synopsis.txt",

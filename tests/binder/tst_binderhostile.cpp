@@ -304,7 +304,7 @@ void TstBinderHostile::anEntityBombFailsWithoutExploding()
                               + "</Binder></TavelinorProject>",
                           &error));
     QVERIFY(!error.isEmpty());
-    // The same in an attribute.
+    // The content is refused in an attribute too.
     TestBinderProject other;
     QVERIFY(!other.read(start + "<TavelinorProject Version='1.5' Device='" + content + "'/>"));
 }

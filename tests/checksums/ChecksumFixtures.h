@@ -15,7 +15,7 @@ const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
 
 /** Path below the project's folder of a file in the folder of the item of a number. */
 [[nodiscard]] QString desktopPath(int number, const QString &name);
-/** The same in the mobile copy. */
+/** Path below the project's folder of a file in that item's folder of the mobile copy. */
 [[nodiscard]] QString mobilePath(int number, const QString &name);
 
 /** A map as text, a line for each record, for a readable comparison. */

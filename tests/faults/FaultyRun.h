@@ -12,7 +12,7 @@ struct Fault
         Fail, ///< One operation fails.
         FailForEver, ///< An operation and all behind it fail.
         Kill, ///< The process is killed in place of an operation.
-        KillHalfway, ///< The same, and a write is half done.
+        KillHalfway, ///< The process is killed when a write is half done.
     };
 
     Deed deed = Nothing;

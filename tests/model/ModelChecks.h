@@ -49,7 +49,7 @@ void addTree(TVLProjectModel *model, const QModelIndex &parent, const QString &n
 /** The first item of a title in the order of the binder; an invalid index for none. */
 [[nodiscard]] QModelIndex itemTitled(const TVLProjectModel *model, const QString &title);
 
-/** The same for several titles, with blanks between them. */
+/** The items of several titles, which have blanks between them, as itemTitled() finds them. */
 [[nodiscard]] QModelIndexList itemsTitled(const TVLProjectModel *model, const QString &titles);
 
 /** Adds random items of every type at random places. The same seed gives the same tree. */
@@ -75,7 +75,8 @@ void makeAllOld(const TVLProjectModel *model);
 void typeText(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
               TVL::DocumentType type = TVL::MainText);
 
-/** The same, and takes the history of the document away, so that a save may let go of it. */
+/** Types a text as typeText() does and takes the history of the document away, so that a save may
+ * let go of it. */
 void typeTextForGood(const TVLProjectModel *model, const QModelIndex &index, const QString &text,
                      TVL::DocumentType type = TVL::MainText);
 

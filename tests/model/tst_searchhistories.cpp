@@ -73,7 +73,7 @@ Ids idsWith(const TVLProjectModel *model, const QString &word)
     return ids;
 }
 
-/** The same in a session of its own, which leaves nothing behind. */
+/** What idsWith() gives in a session of its own, which leaves nothing behind. */
 Ids idsWithInNewSession(const TestProject &project, const QString &word)
 {
     const auto model = project.open();

@@ -291,7 +291,7 @@ void TstSnapshots::anIdMayComeToAnotherItem()
     QVERIFY(Format::removeProjectFiles(project.path(), ItemId));
     QVERIFY(!Format::hasSnapshots(project.path(), ItemId));
     QVERIFY(listed(project).isEmpty());
-    // The same second is free again.
+    // Another snapshot may bear the same second again.
     QCOMPARE(addSnapshot(project, u"Second"_qs, 0, u"other text"_qs), QString());
     QCOMPARE(snapshotTitles(project), QStringList{u"Second"_qs});
     QCOMPARE(snapshotText(project, 0), u"other text"_qs);

@@ -60,7 +60,7 @@ Damage inBinder(const QByteArray &from, const QByteArray &to)
     };
 }
 
-/** The same in the binder that has something in every part. */
+/** Replaces a text as inBinder() does, in the binder that has something in every part. */
 Damage inFullBinder(const QByteArray &from, const QByteArray &to)
 {
     return [from, to](const TestProject &project) {

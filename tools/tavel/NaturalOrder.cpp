@@ -23,13 +23,14 @@ QStringView takeNumber(QStringView *text)
     return number;
 }
 
-/** Below 0, 0 or above 0, as numbers of any length compare. */
+/** How two numbers of any length compare: below 0, 0 or above 0. */
 qsizetype compareNumbers(QStringView left, QStringView right)
 {
     return left.size() != right.size() ? left.size() - right.size() : left.compare(right);
 }
 
-/** The same for names, in which equal numbers may be written in several ways. */
+/** How two names compare: below 0, 0 or above 0. Equal numbers in them may be written in several
+ * ways. */
 qsizetype compareNaturally(QStringView left, QStringView right)
 {
     while (!left.isEmpty() && !right.isEmpty()) {

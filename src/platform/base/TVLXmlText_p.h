@@ -17,5 +17,5 @@ class QXmlStreamWriter;
  */
 void tvlWriteXmlCharacters(QXmlStreamWriter *writer, const QString &text);
 
-/** The same for a text that XML can hold. */
+/** Writes a text that XML can hold, such as tvlXmlText() gives, as tvlWriteXmlCharacters() does. */
 void tvlWriteXmlText(QXmlStreamWriter *writer, const QString &clean);

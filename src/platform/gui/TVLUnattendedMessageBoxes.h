@@ -52,7 +52,7 @@ public:
     /** The boxes that were answered, in the order in which they were. */
     [[nodiscard]] QList<Box> boxes() const;
 
-    /** The same, and forgets them. */
+    /** Gives boxes() and forgets them. */
     [[nodiscard]] QList<Box> takeBoxes();
 
     bool eventFilter(QObject *watched, QEvent *event) override;

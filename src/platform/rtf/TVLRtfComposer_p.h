@@ -64,9 +64,10 @@ private:
     // Characters
     void fragment(const QTextFragment &fragment);
     void run(const QTextCharFormat &format, int formatIndex, const QString &text);
-    /** Whether it has opened a group, which the caller closes. */
+    /** Writes what sets a format; whether it has opened a group, which the caller closes. */
     [[nodiscard]] bool useFormat(const QTextCharFormat &format, int formatIndex);
-    /** The same, with the words of the format. */
+    /** Writes @p words, which set @p format; whether it has opened a group, which the caller
+     * closes. */
     [[nodiscard]] bool useWords(const QTextCharFormat &format, const QByteArray &words);
     [[nodiscard]] QByteArray charWords(const QTextCharFormat &format);
     void fontWords(const QTextCharFormat &format, QByteArray *words);

@@ -81,7 +81,7 @@ struct TVLRtfParagraphState
 {
     int mAlignment = 0; ///< A Qt::Alignment; 0 when nothing was said.
     std::optional<int> mLeftIndent; ///< None leaves it to the paragraph's list, if any.
-    std::optional<int> mFirstIndent; ///< The same.
+    std::optional<int> mFirstIndent; ///< None leaves it to the paragraph's list, if any.
     int mRightIndent = 0;
     int mSpaceBefore = 0;
     int mSpaceAfter = 0;

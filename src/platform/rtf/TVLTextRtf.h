@@ -25,6 +25,6 @@ public:
     [[nodiscard]] static QByteArray toRtfCData(const QTextDocument *document);
     /** The text of a comment; as much as could be read of a damaged one. */
     [[nodiscard]] static QTextDocumentFragment fromRtfCData(const QByteArray &rtf);
-    /** The same without formats. */
+    /** The text of a comment without its formats; as much as could be read of a damaged one. */
     [[nodiscard]] static QString rtfToPlainText(const QByteArray &rtf);
 };

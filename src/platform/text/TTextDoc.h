@@ -59,7 +59,7 @@ public:
     annotationsMap(const QTextDocument *document);
     /** Takes inline footnotes out, with the paragraphs that hold nothing else. */
     static void removeInlineFootnotes(QTextDocument *document);
-    /** The same for inline annotations. */
+    /** Takes inline annotations out, with the paragraphs that hold nothing else. */
     static void removeAnnotations(QTextDocument *document);
     /** Takes the inspector's footnotes off the text they hang on; the text stays. */
     static void removeInspectorFootnotes(QTextDocument *document);

@@ -28,7 +28,8 @@ public:
      * over. False for anything else, with the mode as it was and the reason in @p error, if given.
      */
     [[nodiscard]] bool fromXml(const QByteArray &xml, QString *error = nullptr);
-    /** The same with a file. */
+    /** Takes over what toXml() wrote into the file at @p filePath. False if it can't be read or
+     * holds anything else, with the mode as it was and the reason in @p error, if given. */
     [[nodiscard]] bool load(const QString &filePath, QString *error = nullptr);
 
     friend bool operator==(const TVLScriptMode &, const TVLScriptMode &) = default;

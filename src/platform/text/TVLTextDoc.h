@@ -36,7 +36,7 @@ public:
      */
     [[nodiscard]] static QList<TVLTextCommentLink> comments(const QTextDocument *document, int from,
                                                             int to);
-    /** The same by the position where each comment's text starts. */
+    /** What comments() gives, by the position where each comment's text starts. */
     [[nodiscard]] static QMap<int, TVLTextCommentLink> commentsMap(const QTextDocument *document,
                                                                    int from, int to);
     /**
@@ -92,7 +92,8 @@ public:
     static void convertInspectorCommentsToInlineAnnotations(QTextDocument *document,
                                                             const QTextCursor &cursor,
                                                             bool inBrackets);
-    /** The same for inspector footnotes and inline footnotes. */
+    /** Puts each inspector footnote's text behind the first run it hangs on, as an inline footnote,
+     * as convertInspectorCommentsToInlineAnnotations() does with comments. */
     static void convertInspectorFootnotesToInlineFootnotes(QTextDocument *document,
                                                            const QTextCursor &cursor,
                                                            bool inBrackets);

@@ -12,9 +12,11 @@ class TVL_EXPORT TVLTextFinder
 public:
     /**
      * A cursor that selects the run with the inspector comment or footnote that starts at
-     * @p position, as far as the same comment goes; a null cursor when none starts there.
+     * @p position, up to where another comment or none begins; a null cursor when none starts
+     * there.
      */
     [[nodiscard]] static QTextCursor findCommentViaStartPos(QTextDocument *document, int position);
-    /** The same for a position anywhere in the run. */
+    /** A cursor that selects the run with the inspector comment or footnote that @p position lies
+     * in; a null cursor when it lies in none. */
     [[nodiscard]] static QTextCursor findCommentAt(QTextDocument *document, int position);
 };
