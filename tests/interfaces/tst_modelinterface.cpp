@@ -351,11 +351,12 @@ void TstModelInterface::slotsAreFoundByName()
 
 void TstModelInterface::propertiesAreFoundByName()
 {
-    TVLProjectModel model(u"/nowhere/Novel.tavel"_qs, nullptr, false, TVL::FormatVersion18);
-    QCOMPARE(model.property("name").toString(), u"Novel"_qs);
-    QVERIFY(model.setProperty("name", u"Other"_qs));
-    QCOMPARE(model.name(), u"Other"_qs);
-    QCOMPARE(model.property("path").value<QDir>(), QDir(u"/nowhere/Novel.tavel"_qs));
+    const TestModel model(
+        new TVLProjectModel(u"/nowhere/Novel.tavel"_qs, nullptr, false, TVL::FormatVersion18));
+    QCOMPARE(model->property("name").toString(), u"Novel"_qs);
+    QVERIFY(model->setProperty("name", u"Other"_qs));
+    QCOMPARE(model->name(), u"Other"_qs);
+    QCOMPARE(model->property("path").value<QDir>(), QDir(u"/nowhere/Novel.tavel"_qs));
 }
 
 TVL_TEST(TstModelInterface)

@@ -1,5 +1,4 @@
 #include "ModelChecks.h"
-#include "ModelTester.h"
 #include "RandomTree.h"
 #include "TestMain.h"
 #include "TestProject.h"
@@ -273,12 +272,11 @@ void TstLifecycle::aBlankProjectIsOfFormat18()
 {
     const TestProject project;
     project.writeFile(u"Files/version.txt"_qs, "23");
-    TVLProjectModel model(project.path());
-    const ModelTester tester(&model);
-    model.initBlankProject();
-    QCOMPARE(int(model.formatVersion()), 18);
-    QCOMPARE(int(model.info().mBinderVersion), 2);
-    QCOMPARE(model.orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
+    const TestModel model(new TVLProjectModel(project.path()));
+    model->initBlankProject();
+    QCOMPARE(int(model->formatVersion()), 18);
+    QCOMPARE(int(model->info().mBinderVersion), 2);
+    QCOMPARE(model->orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
     QCOMPARE(int(blankModel()->formatVersion()), 18);
     QCOMPARE(int(blankModel()->info().mBinderVersion), 2);
 }

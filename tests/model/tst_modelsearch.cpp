@@ -709,12 +709,13 @@ void TstModelSearch::aMobileProjectLeavesTheFilesOfItsDesktopProjectAlone()
     project.writeFile(IndexFile, "damaged");
     const QMap<QString, QByteArray> files = project.files();
     const TVLUnattendedMessageBoxes boxes;
-    TVLProjectModel mobile(project.path(), nullptr, true, TVL::FormatVersion18);
-    mobile.initBlankProject();
+    const TestModel mobile(
+        new TVLProjectModel(project.path(), nullptr, true, TVL::FormatVersion18));
+    mobile->initBlankProject();
     QStringList errors;
-    mobile.initProject(&errors);
-    mobile.saveSearchIndex(true);
-    mobile.saveChecksums(true);
+    mobile->initProject(&errors);
+    mobile->saveSearchIndex(true);
+    mobile->saveChecksums(true);
     QCOMPARE(project.files(), files);
     QVERIFY(boxes.boxes().isEmpty());
 }
