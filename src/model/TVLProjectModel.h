@@ -333,14 +333,14 @@ public:
 
     /** The top-level folder for what a merge could not settle; invalid when there is none. */
     [[nodiscard]] QModelIndex findSyncConflictsFolder() const;
-    /** The same, made when there is none. */
+    /** findSyncConflictsFolder(), which is made when there is none. */
     QModelIndex syncConflictsFolder();
     QModelIndex createSyncConflictsFolder();
     [[nodiscard]] QModelIndex findSyncConflictsSubFolder(const QString &name) const;
     QModelIndex syncConflictsSubFolder(const QString &name);
     QModelIndex createSyncConflictsSubFolder(const QString &name);
     QModelIndex syncConflictsSubFolderDevice(const QString &device, const QDateTime &date);
-    /** The same for the device and the date of the last save. */
+    /** The folder of the device and the date of the last save. */
     QModelIndex syncConflictsSubFolderDevice();
     [[nodiscard]] static QString syncConflictsSubfolderNameFromDeviceName(const QString &device,
                                                                           const QDateTime &date);
@@ -401,7 +401,7 @@ public:
     QList<TVLProjectNode *> insertMultipleNodes(int row, const QModelIndex &parent,
                                                 TVL::NodeType type, const QString &extension,
                                                 const QString &title, int count);
-    /** The same with text items called "Untitled". */
+    /** insertMultipleNodes() of text items called "Untitled". */
     QList<QModelIndex> insertMultipleTextNodes(int row, const QModelIndex &parent, int count);
     /** Makes an item out of a record, of which it takes the uuid and id too unless they are taken.
      */
@@ -415,7 +415,8 @@ public:
      */
     bool insertRowsAndClone(int row, int count, const QModelIndex &parent,
                             const QModelIndex &source, CloneFlags flags);
-    /** The same for one item, whose uuid may be given; a default index when it is refused. */
+    /** insertRowsAndClone() of one item, whose uuid may be given; a default index when it is
+     * refused. */
     QModelIndex insertRowAndClone(int row, const QModelIndex &parent, const QModelIndex &source,
                                   CloneFlags flags, const QUuid &uuid = QUuid());
     QModelIndex createNewItem(int row, const QModelIndex &parent);
@@ -426,7 +427,7 @@ public:
      */
     QModelIndex createNewProjectIndex(int row, const QModelIndex &parent, const QString &title,
                                       const QUuid *uuid, const QModelIndex *source);
-    /** The same at the end of a folder inside that for what a merge could not settle. */
+    /** createNewProjectIndex() at the end of a folder inside syncConflictsFolder(). */
     QModelIndex createNewItemInConflictsFolder(const QUuid *uuid, const QString &title,
                                                const QString &subfolder, const QModelIndex *source);
     /** Makes a web page that is shown from its address. */
@@ -451,7 +452,7 @@ public:
      * another one of the list move along with it. */
     bool moveToFolder(const QModelIndex &folder, const QModelIndexList &indexes, int row);
     /**
-     * The same for nodes that don't lie in one another. An item that stands right at the
+     * Moves nodes that don't lie in one another. An item that stands right at the
      * destination already stays, and the next ones follow one row further down.
      */
     bool moveToFolder(TVLProjectNode *target, int row, const QList<TVLProjectNode *> &nodes);
@@ -460,7 +461,7 @@ public:
     /** Removes an item with its files and saves the project. Items below it go too, but leave
      * their files; false for an invalid index. */
     bool removeIndex(const QModelIndex &index);
-    /** The same without saving, and without looking after what refers to the item. */
+    /** removeIndex() without saving, and without looking after what refers to the item. */
     void removeIndexFromModel(const QModelIndex &index);
     /** Removes all below an item, with their files. */
     void removeChildrenForIndex(const QModelIndex &index);
@@ -512,7 +513,7 @@ public:
      * the list is empty, when one of them is a system folder.
      */
     QModelIndexList duplicate(const QModelIndexList &indexes, bool withChildren);
-    /** The same at a given place, which may not be in the Trash. */
+    /** Duplicates at a given place, which may not be in the Trash. */
     QModelIndexList duplicate(const QModelIndexList &indexes, int row, const QModelIndex &parent,
                               bool withChildren, bool checkRules);
     QModelIndex duplicate(const QModelIndex &index, int row, const QModelIndex &parent,
@@ -543,7 +544,7 @@ public:
     /** Sorted into the order of the binder. */
     [[nodiscard]] static QModelIndexList sortIndexes(const QModelIndexList &indexes);
     [[nodiscard]] static QModelIndexList sortIndexesStable(const QModelIndexList &indexes);
-    /** The same with one walk over the binder, for long lists; an item comes out once. */
+    /** sortIndexes() with one walk over the binder, for long lists; an item comes out once. */
     [[nodiscard]] QModelIndexList sortIndexesHash(const QModelIndexList &indexes) const;
     [[nodiscard]] static QModelIndexList shuffle(const QModelIndexList &indexes);
     /** Whether @p a comes before @p b in the order of the binder. */
@@ -584,7 +585,7 @@ public:
      * is kept then, so that it stays in memory.
      */
     bool addSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info);
-    /** The same with that title and the present time. */
+    /** Makes a snapshot with that title and the present time. */
     bool addSnapshot(const QModelIndex &index, const QString &title);
     /** Makes a snapshot of a text given by the caller, of the item's main text as a rule. */
     bool addSnapshotWithDocument(const QModelIndex &index, const TVLSnapshotInfo &info,
@@ -614,7 +615,7 @@ public:
     void clearIndexId(const QModelIndex &index);
     /** Gives an id to every item without one. */
     void populateMissingIDs();
-    /** The same, with ids that @p other doesn't use either. */
+    /** populateMissingIDs() with ids that @p other doesn't use either. */
     void populateMobileProjectMissingIDs(const TVLProjectModel *other);
     /** Takes the items out of the list of those with loaded documents. */
     void reloadCachedUuids(const QSet<QUuid> &uuids);
@@ -692,7 +693,7 @@ public:
      */
     [[nodiscard]] static QString calcTitleFromText(const QTextDocument *document, bool force,
                                                    bool ellipsis);
-    /** The same of the main text, forced and without an ellipsis. */
+    /** The title that the item's main text gives, forced and without an ellipsis. */
     [[nodiscard]] QString calcTitleFromText(const QModelIndex &index) const;
     /** The first 20 words of the first paragraph that has any. */
     [[nodiscard]] QString autoGenerateSynopsisText(const QModelIndex &index) const;
@@ -833,7 +834,8 @@ public:
 
     /** What the item is shown from: a web page's address, else its file; empty for neither. */
     [[nodiscard]] QUrl url(const TVLProjectNode *node) const;
-    /** The same. With @p search, an item without an extension that has an RTF file gets it. */
+    /** url() of an item. With @p search, an item without an extension that has an RTF file gets
+     * it. */
     [[nodiscard]] QUrl nodeUrl(const QModelIndex &index, bool search);
     /** Whether the item is a web page that is shown from its address. */
     [[nodiscard]] static bool isDynamicWebNode(const TVLProjectNode *node);
@@ -875,7 +877,7 @@ public:
     bool setSelection(const QModelIndex &index, const QPair<int, int> &selection);
     /** Sets both ids, or -1 in place of one that there is no label or status item of. */
     bool verifyLabelStatusIdentity(const QModelIndex &index, int label, int status);
-    /** The same with a record; whether there are both. */
+    /** Sets both ids of a record in that way; whether there are both. */
     bool verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const;
     bool verifyLabelStatusIdentity(TVLProjectNodeProperties &properties) const
     {
@@ -949,7 +951,8 @@ public:
     [[nodiscard]] bool hasIndexCardImage(const QModelIndex &index) const;
     /** The index card's image in its full size, else the item's own file as an image. */
     [[nodiscard]] QImage rawDataImage(const QModelIndex &index) const;
-    /** The same no larger than TVLProjectNode::defaultIndexCardSize(), kept from the first call. */
+    /** rawDataImage() no larger than TVLProjectNode::defaultIndexCardSize(), kept from the first
+     * call. */
     [[nodiscard]] QPixmap indexCardPixmap(const QModelIndex &index) const;
     /** Writes the image at once, or removes it for a null one; then as the other setters. False,
      * with the item as it was, when it can't be written. */
@@ -1066,7 +1069,7 @@ public:
     [[nodiscard]] bool hasProjectReferences() const { return !mProjectReferences.isEmpty(); }
     /** Emits referencesChanged() and marks the project modified, unless it has the list already. */
     void setProjectReferences(const QList<TVLReference> &references) override;
-    /** The same with one more, unless it is there with its title, type and address. */
+    /** Adds a project reference, unless it is there with its title, type and address. */
     void addProjectReference(const TVLReference &reference);
     /** @} */
 
@@ -1321,7 +1324,7 @@ private:
      */
     static bool editUnseen(TVLProjectNode *node, TVL::DocumentType type,
                            const std::function<void(QTextCursor)> &edit);
-    /** The same with a text at its beginning; false, too, for an empty one. */
+    /** Puts a text at the beginning of such a document; false, too, for an empty text. */
     static bool fillDocument(TVLProjectNode *node, TVL::DocumentType type, const QString &text);
     void createDocuments(TVLProjectNode *node) const;
     /** As the public one; with @p save, as a part of that. */
@@ -1402,7 +1405,7 @@ private:
 
     /** The nodes of a list of items; empty if one isn't an item of this model. */
     [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
-    /** Without those that lie in another one of the list: what befalls that befalls them. */
+    /** Without nodes that lie in another one of the list, and so are moved or removed with it. */
     [[nodiscard]] static QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes);
     [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
                                      const TVLProjectNode *target) const;
@@ -1427,7 +1430,7 @@ private:
     void removeNodeIdsFromDependentStructures(QList<int> ids);
     void unloadDocuments(TVLProjectNode *node);
     void forgetNode(TVLProjectNode *node);
-    /** The same for a node whose files stay. */
+    /** forgetNode() for a node whose files stay. */
     void forgetNodeWithoutFiles(TVLProjectNode *node);
     bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
     void removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files);

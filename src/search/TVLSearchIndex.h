@@ -47,7 +47,7 @@ class TVLSearchedProject;
  * is confirmed when the document file still has the hash that was recorded with it.
  *
  * So a hash belongs to a text: both are set at once, and a text that isn't exactly that of its file
- * has none. The same holds on disk, in whatever order the two files are written and wherever a
+ * has none. So it is on disk, too, in whatever order the two files are written and wherever a
  * session ends.
  *
  * The first such update opens a transaction that stays open: all later changes belong to it, and it
@@ -141,7 +141,7 @@ public:
     /** Notes that a text may have changed. */
     void invalidatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property);
     void invalidateProperty(int id, TVL::DocumentProperty property);
-    /** The same for what a document file holds. */
+    /** Notes that the text in a document file may have changed. */
     void invalidateDocumentNode(const TVLProjectNode *node, TVL::DocumentType type);
     void invalidateDocument(int id, TVL::DocumentType type);
     /** Confirms a text as it is. */

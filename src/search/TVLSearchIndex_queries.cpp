@@ -251,8 +251,8 @@ void TVLSearchIndex::refreshTexts(const QModelIndex &index,
         const TVL::DocumentProperty property = properties.at(i);
         const TVLSearchedText text = texts.value(i);
         updatePropertyPrivate(id, property, text.text, true);
-        // The same before and behind the reading, it is that of what was read. Comments that the
-        // text doesn't know of are read when it does.
+        // A hash that is equal before and behind the reading is that of what was read. Comments
+        // that the text doesn't know of are read when it does.
         const bool isWhole = property != TVL::CommentsProperty || !text.text.isEmpty();
         const bool isOfFile =
             text.isOfFile && isWhole && hashes.at(i) == fileHash(checksums, node, property);

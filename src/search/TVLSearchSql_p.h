@@ -43,7 +43,7 @@ bool succeeded(const QSqlQuery &query, bool result, int line);
  * database would take each for a pair with whatever follows.
  */
 [[nodiscard]] QString storedText(const QString &text);
-/** The same as a value that is never NULL, of which SQL knows neither a length nor a match. */
+/** storedText() as a value that is never NULL, of which SQL knows neither a length nor a match. */
 [[nodiscard]] QVariant textValue(const QString &text);
 
 /**

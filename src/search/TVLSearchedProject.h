@@ -41,7 +41,8 @@ public:
     [[nodiscard]] virtual QStringList
     searchedTexts(const QModelIndex &index,
                   const QList<TVL::DocumentProperty> &properties) const = 0;
-    /** The same, with what the project knows of their files; by itself it knows nothing. */
+    /** searchedTexts() with what the project knows of their files; unless it is overridden, it
+     * knows nothing. */
     [[nodiscard]] virtual QList<TVLSearchedText>
     searchedFileTexts(const QModelIndex &index,
                       const QList<TVL::DocumentProperty> &properties) const;

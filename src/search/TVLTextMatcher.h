@@ -53,7 +53,7 @@ public:
     [[nodiscard]] std::optional<Match> firstMatch(const QString &text, qsizetype from);
 
     /**
-     * The same for a text in UTF-8, which is decoded only if that is necessary. Bytes that are no
+     * matches() of a text in UTF-8, which is decoded only if that is necessary. Bytes that are no
      * UTF-8 count as replacement characters; a byte order mark counts as the character that it is.
      */
     [[nodiscard]] bool matchesUtf8(std::string_view text);
