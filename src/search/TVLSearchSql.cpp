@@ -9,14 +9,12 @@
 namespace {
 
 const QString MemorySettings[] = {
-    // A text that fits into a page is handed out as it lies there, and not put together first.
-    u"PRAGMA page_size = 65536"_qs,
-    // A private database is a cache, of which only what doesn't fit goes to a file.
-    u"PRAGMA cache_size = -2147483647"_qs,
-    u"PRAGMA cache_spill = OFF"_qs,
     u"PRAGMA journal_mode = MEMORY"_qs,
     u"PRAGMA temp_store = MEMORY"_qs,
 };
+
+/** Beyond any project; the library's own limit is one gigabyte. */
+constexpr sqlite3_int64 MostBytes = sqlite3_int64(1) << 40;
 
 const QString BeginPart = u"SAVEPOINT bundle"_qs;
 const QString KeepPart = u"RELEASE bundle"_qs;
@@ -50,6 +48,14 @@ sqlite3 *TVLSearchSql::handleOf(const QSqlDatabase &database)
 
 void TVLSearchSql::keepInMemory(const QSqlDatabase &database)
 {
+    sqlite3 *handle = handleOf(database);
+    if (!handle)
+        return;
+    constexpr unsigned flags = SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE;
+    sqlite3_int64 mostBytes = MostBytes;
+    if (sqlite3_deserialize(handle, "main", nullptr, 0, 0, flags) != SQLITE_OK
+        || sqlite3_file_control(handle, "main", SQLITE_FCNTL_SIZE_LIMIT, &mostBytes) != SQLITE_OK)
+        qCritical() << "sql error" << sqlite3_errmsg(handle) << __LINE__;
     QSqlQuery query(database);
     for (const QString &setting : MemorySettings)
         (void)run(&query, setting, __LINE__);

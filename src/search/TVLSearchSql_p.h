@@ -24,12 +24,12 @@ inline const QString UpdateText =
 [[nodiscard]] sqlite3 *handleOf(const QSqlDatabase &database);
 
 /**
- * Keeps a new connection's private database in memory, with what could be taken back and the
+ * Moves a new connection's private database into memory, with what could be taken back and the
  * temporary tables of searches.
  *
  * In a file for temporary data it would be lost whole to the first disk that is full, with the
  * labels and status items, of which there is no other copy until the project is saved. It is also
- * searched and changed faster.
+ * searched and changed faster. A connection of another SQLite is left as it is.
  */
 void keepInMemory(const QSqlDatabase &database);
 

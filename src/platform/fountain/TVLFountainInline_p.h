@@ -45,7 +45,7 @@ private:
     void splitStretch(qsizetype start, qsizetype end);
     /** Splits what begins with an opening sign; returns the place behind it. */
     qsizetype splitMark(qsizetype start, qsizetype end, TVLFountainMarks *marks);
-    /** The same for a note of which a directive says what it is; -1 if it isn't one. */
+    /** Splits a note of which a directive says what it is; -1 if it is not one. */
     [[nodiscard]] qsizetype splitToldNote(qsizetype start, qsizetype end, TVLFountainMarks *marks);
     void addText(qsizetype start, qsizetype length);
     /** Adds a run of signs of emphasis; returns the place behind it. */

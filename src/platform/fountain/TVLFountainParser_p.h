@@ -55,7 +55,7 @@ private:
     TVLFountainLine mLine;
     std::optional<TVLFountainLine> mNext;
     QString mVisible; ///< Keeps what a view leads to.
-    QString mWithoutSign; ///< The same.
+    QString mWithoutSign; ///< Keeps what a view of a line without its sign leads to.
     Open mOpen = Open::Nothing;
     int mBlankLines = 0; ///< How many stand between the last paragraph and the line.
     bool mIsBehindBlank = true; ///< Whether the line stands as if behind an empty one.
