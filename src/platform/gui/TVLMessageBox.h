@@ -26,7 +26,7 @@ class TVL_EXPORT TVLMessageBox : public QMessageBox
 
 public:
     /** What a message is about. */
-    enum Entity {
+    enum Entity : int {
         ProjectEntity = 0,
         DirectoryEntity = 1,
         FileEntity = 2,
