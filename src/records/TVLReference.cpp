@@ -1,6 +1,7 @@
 #include "TVLReference.h"
 
 #include <QDataStream>
+#include <QIODevice>
 
 namespace {
 
