@@ -1,5 +1,6 @@
 #include "TVLNumberedChecksums_p.h"
 
+#include "TVLNumberedFiles_p.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 
@@ -13,22 +14,22 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-struct NumberedName
+struct TypedTail
 {
     TVL::DocumentType type;
     QString tail; ///< What follows the id.
 };
 
-const std::array<NumberedName, 4> &numberedNames()
+const std::array<TypedTail, 4> &typedTails()
 {
-    static const auto names = [] {
-        const auto nameOf = [](TVL::DocumentType type) {
-            return NumberedName{type, Format::documentFileNameId(0, type).sliced(1)};
+    static const auto tails = [] {
+        const auto tailOf = [](TVL::DocumentType type) {
+            return TypedTail{type, Format::documentFileNameId(0, type).sliced(1)};
         };
-        return std::array{nameOf(TVL::MainText), nameOf(TVL::NotesText), nameOf(TVL::SynopsisText),
-                          nameOf(TVL::CommentsFile)};
+        return std::array{tailOf(TVL::MainText), tailOf(TVL::NotesText), tailOf(TVL::SynopsisText),
+                          tailOf(TVL::CommentsFile)};
     }();
-    return names;
+    return tails;
 }
 
 quint64 numberedKey(int id, TVL::DocumentType type)
@@ -40,14 +41,12 @@ quint64 numberedKey(int id, TVL::DocumentType type)
 /** The document that a file name stands for; none for a name that no id gives. */
 std::optional<quint64> keyOfName(QStringView name, Qt::CaseSensitivity sensitivity)
 {
-    for (const NumberedName &numbered : numberedNames()) {
-        if (!name.endsWith(numbered.tail, sensitivity))
-            continue;
-        const QStringView digits = name.chopped(numbered.tail.size());
-        bool isNumber = false;
-        const int id = digits.toInt(&isNumber);
-        if (isNumber && id >= 0 && digits == QString::number(id))
-            return numberedKey(id, numbered.type);
+    const std::optional<TVLNumberedName> numbered = tvlNumberedName(name);
+    if (!numbered)
+        return std::nullopt;
+    for (const TypedTail &typed : typedTails()) {
+        if (numbered->tail.compare(typed.tail, sensitivity) == 0)
+            return numberedKey(numbered->id, typed.type);
     }
     return std::nullopt;
 }

@@ -257,12 +257,14 @@ void TVLProjectModel::fillSearchIndex()
 {
     QList<const TVLProjectNode *> nodes;
     tvlForEachNode(mRootNode.get(), [&nodes](const TVLProjectNode *node) { nodes.append(node); });
-    // Who only reads has nothing to mend: a search asks for the texts that the file doesn't give.
-    if (mMobileProject) // The file is that of the desktop project.
-        std::for_each(nodes.begin(), nodes.end(),
-                      [this](const TVLProjectNode *node) { addToSearchIndex(node); });
-    else if (!mSearchIndex->fill(nodes) && !mIsOnlyRead)
+    if (mMobileProject) { // The file is that of the desktop project.
+        for (const TVLProjectNode *node : std::as_const(nodes))
+            addToSearchIndex(node);
+    } else if (!mSearchIndex->fill(nodes) && !mIsOnlyRead) {
+        // Who only reads has nothing to mend: a search asks for the texts that the file doesn't
+        // give.
         warnOfSearchIndex();
+    }
     updateHasTextSynopsisNotesFromDB();
 }
 

@@ -115,7 +115,7 @@ TVLSearchIndex::TVLSearchIndex(TVLSearchedProject *project)
         return;
     }
     mHandle = handleOf(*this);
-    keepInMemory(*this);
+    keepInMemory(*this, mHandle);
     (void)tvlInstallMatchFunction(*this);
     if (createTables())
         prepareInserts();

@@ -46,9 +46,8 @@ sqlite3 *TVLSearchSql::handleOf(const QSqlDatabase &database)
     return isOurs ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
 }
 
-void TVLSearchSql::keepInMemory(const QSqlDatabase &database)
+void TVLSearchSql::keepInMemory(const QSqlDatabase &database, sqlite3 *handle)
 {
-    sqlite3 *handle = handleOf(database);
     if (!handle)
         return;
     constexpr unsigned flags = SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE;

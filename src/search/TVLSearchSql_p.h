@@ -29,9 +29,9 @@ inline const QString UpdateText =
  *
  * In a file for temporary data it would be lost whole to the first disk that is full, with the
  * labels and status items, of which there is no other copy until the project is saved. It is also
- * searched and changed faster. A connection of another SQLite is left as it is.
+ * searched and changed faster. Without a handle the connection is left as it is.
  */
-void keepInMemory(const QSqlDatabase &database);
+void keepInMemory(const QSqlDatabase &database, sqlite3 *handle);
 
 /** Passes a result on; a failure is logged with the statement and the driver's text. */
 bool succeeded(const QSqlQuery &query, bool result, int line);

@@ -22,6 +22,14 @@ bool isTail(QStringView tail)
 /** The id that a numbered file's name starts with; -1 for a file of no item. */
 int idOf(QStringView fileName)
 {
+    const std::optional<TVLNumberedName> name = tvlNumberedName(fileName);
+    return name && isTail(name->tail) ? name->id : -1;
+}
+
+} // namespace
+
+std::optional<TVLNumberedName> tvlNumberedName(QStringView fileName)
+{
     const auto isDigit = [](QChar ch) { return ch >= u'0' && ch <= u'9'; };
     const auto *end = std::find_if_not(fileName.begin(), fileName.end(), isDigit);
     const QStringView digits = fileName.first(end - fileName.begin());
@@ -29,10 +37,10 @@ int idOf(QStringView fileName)
     const bool isPlain = !digits.isEmpty() && (digits.size() == 1 || digits.front() != u'0');
     bool ok = false;
     const int id = digits.toInt(&ok);
-    return ok && isPlain && isTail(fileName.sliced(digits.size())) ? id : -1;
+    if (!ok || !isPlain)
+        return std::nullopt;
+    return TVLNumberedName{id, fileName.sliced(digits.size())};
 }
-
-} // namespace
 
 TVLNumberedFiles::TVLNumberedFiles(const QString &projectPath)
     : mProjectPath(TVLProjectFolderFormat::calcEnclosingPath(projectPath))

@@ -7,6 +7,16 @@
 
 #include <optional>
 
+/** The two parts of a file name that begins with the id of an item. */
+struct TVLNumberedName
+{
+    int id;
+    QStringView tail; ///< Of the name, which has to last as long.
+};
+
+/** The parts of such a name; nothing for a name that begins otherwise. */
+[[nodiscard]] std::optional<TVLNumberedName> tvlNumberedName(QStringView fileName);
+
 /**
  * Which of a project's numbered files belong to which item, by one listing of their folder. It is
  * made with the first question, and doesn't know what comes and goes later.
