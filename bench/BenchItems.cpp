@@ -4,6 +4,8 @@
 
 #include <QRandomGenerator>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int FanOut = 10;
@@ -36,7 +38,7 @@ public:
         auto project = std::make_unique<TestBinderProject>(std::move(root));
         project->mInfo.mBinderVersion = TVL::BinderVersion2;
         project->mInfo.mVersion = TVL::toString(TVL::BinderVersion2);
-        project->mInfo.mDevice = u"desk"_qs;
+        project->mInfo.mDevice = u"desk"_s;
         project->mInfo.mModified = date();
         project->mInfo.mModId = uuid();
         fillSections(project.get());
@@ -64,10 +66,10 @@ private:
     QString words(int fewest, int most)
     {
         static const QString vocabulary[] = {
-            u"The"_qs, u"letter"_qs,  u"arrives"_qs, u"at"_qs,     u"dawn"_qs,    u"Margaret"_qs,
-            u"and"_qs, u"her"_qs,     u"brother"_qs, u"winter"_qs, u"harbour"_qs, u"scène"_qs,
-            u"&"_qs,   u"night"_qs,   u"train"_qs,   u"Köln"_qs,   u"an"_qs,      u"argument"_qs,
-            u"in"_qs,  u"kitchen"_qs, u"epilogue"_qs};
+            u"The"_s, u"letter"_s,  u"arrives"_s, u"at"_s,     u"dawn"_s,    u"Margaret"_s,
+            u"and"_s, u"her"_s,     u"brother"_s, u"winter"_s, u"harbour"_s, u"scène"_s,
+            u"&"_s,   u"night"_s,   u"train"_s,   u"Köln"_s,   u"an"_s,      u"argument"_s,
+            u"in"_s,  u"kitchen"_s, u"epilogue"_s};
         QString text;
         for (int i = mRandom.bounded(fewest, most + 1); i > 0; --i) {
             if (!text.isEmpty())
@@ -94,19 +96,19 @@ private:
         if (chance(2))
             node->mNotesTextSelection = selection();
         if (chance(4)) {
-            node->mCustomMetaData.insert(u"pointofview"_qs, words(1, 2));
-            node->mCustomMetaData.insert(u"place"_qs, words(1, 3));
+            node->mCustomMetaData.insert(u"pointofview"_s, words(1, 2));
+            node->mCustomMetaData.insert(u"place"_s, words(1, 3));
         }
         for (int i = mRandom.bounded(3); i > 0; --i)
             node->mKeywords.append(mRandom.bounded(40));
         if (chance(20)) {
             TVLReference reference;
             reference.mTitle = words(2, 4);
-            reference.setUrl(QUrl(u"https://example.org/wiki/%1"_qs.arg(mRandom.bounded(1000))));
+            reference.setUrl(QUrl(u"https://example.org/wiki/%1"_s.arg(mRandom.bounded(1000))));
             node->mReferences.append(reference);
         }
         if (node->mNodeType == TVL::Image) {
-            node->mFileExtension = u"png"_qs;
+            node->mFileExtension = u"png"_s;
             return;
         }
         node->mTextSelection = selection();
@@ -116,8 +118,8 @@ private:
 
     void fillSections(TestBinderProject *project)
     {
-        project->mLabelTitle = u"Label"_qs;
-        project->mStatusTitle = u"Status"_qs;
+        project->mLabelTitle = u"Label"_s;
+        project->mStatusTitle = u"Status"_s;
         for (int i = 0; i < 8; ++i)
             project->mLabels.append({i, words(1, 2), QColor::fromHsv(i * 40, 120, 240)});
         for (int i = 0; i < 6; ++i)

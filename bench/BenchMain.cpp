@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Shows the results as a table, for the console or in Markdown, and notes which targets are
@@ -122,7 +124,7 @@ int main(int argc, char **argv)
 
     const QApplication application(argc, argv);
     const QTemporaryDir home;
-    tvlOptions()->setFilePath(home.filePath(u"options.ini"_qs));
+    tvlOptions()->setFilePath(home.filePath(u"options.ini"_s));
 
     registerBenchmarks();
     Reporter reporter(markdown);

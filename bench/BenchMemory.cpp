@@ -4,11 +4,13 @@
 
 #include <malloc.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 double statusBytes(const QByteArray &field)
 {
-    QFile status(u"/proc/self/status"_qs);
+    QFile status(u"/proc/self/status"_s);
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     const QList<QByteArray> lines = status.readAll().split('\n');
@@ -34,7 +36,7 @@ double benchPeakMemory()
 
 void resetBenchPeakMemory()
 {
-    QFile file(u"/proc/self/clear_refs"_qs);
+    QFile file(u"/proc/self/clear_refs"_s);
     if (file.open(QIODevice::WriteOnly))
         file.write("5");
 }

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A text as the plainest of rich text. */
@@ -48,11 +50,11 @@ void BenchProject::addTexts(int bytes) const
     const std::unique_ptr<TVLProjectModel> model = open();
     const QStringList texts = makeBenchProse(model->totalNodesCount(), bytes);
     const QDir folder(TVLProjectFolderFormat::filesDocsPath(path()));
-    folder.mkpath(u"."_qs);
+    folder.mkpath(u"."_s);
     int used = 0;
     tvlForEachNode(model->binderRoot(), [&](const TVLProjectNode *node) {
         if (node->mId >= 0 && node->canHaveText())
-            write(folder.filePath(u"%1.rtf"_qs.arg(node->mId)), richText(texts.at(used++)));
+            write(folder.filePath(u"%1.rtf"_s.arg(node->mId)), richText(texts.at(used++)));
     });
     model->rebuildSearchIndexes(false, nullptr);
 }

@@ -6,6 +6,8 @@
 
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 /** A project on disk, gone with the object. */
 class BenchProject
 {
@@ -17,7 +19,7 @@ public:
      * sessions for searches. */
     void addTexts(int bytes) const;
 
-    [[nodiscard]] QString path() const { return mDirectory.filePath(u"Novel.tavel"_qs); }
+    [[nodiscard]] QString path() const { return mDirectory.filePath(u"Novel.tavel"_s); }
     [[nodiscard]] QString binderPath() const;
     [[nodiscard]] std::unique_ptr<TVLProjectModel> open() const;
 

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int WordCount = 20'000;
@@ -74,7 +76,7 @@ QString sentence(const RankSource &ranks, QRandomGenerator *random)
     const int words = 4 + int(random->bounded(18));
     for (int i = 0; i < words; ++i) {
         if (i > 0)
-            text += random->bounded(12) == 0 ? u", "_qs : u" "_qs;
+            text += random->bounded(12) == 0 ? u", "_s : u" "_s;
         text += vocabulary().at(ranks.draw(random));
     }
     text[0] = text.at(0).toUpper();

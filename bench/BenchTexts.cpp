@@ -7,6 +7,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int RunsPerParagraph = 5;
@@ -32,7 +34,7 @@ std::array<QTextCharFormat, RunsPerParagraph> runFormats()
 {
     std::array<QTextCharFormat, RunsPerParagraph> formats;
     for (QTextCharFormat &format : formats) {
-        format.setFontFamilies({u"Times New Roman"_qs});
+        format.setFontFamilies({u"Times New Roman"_s});
         format.setFontPointSize(12);
     }
     formats[1].setFontItalic(true);

@@ -13,6 +13,8 @@
 #include <functional>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int BytesPerText = 5'000;
@@ -51,7 +53,7 @@ public:
             mLines.append(line);
     }
 
-    [[nodiscard]] QString path() const { return mDirectory.filePath(u"docs.checksum"_qs); }
+    [[nodiscard]] QString path() const { return mDirectory.filePath(u"docs.checksum"_s); }
     [[nodiscard]] double bytes() const { return double(mBytes); }
     [[nodiscard]] const ChecksumMap &records() const { return mRecords; }
     [[nodiscard]] const QStringList &lines() const { return mLines; }
@@ -135,7 +137,7 @@ public:
             qFatal("the texts could not be written");
     }
 
-    [[nodiscard]] QString path() const { return mDirectory.filePath(u"Novel.tavel"_qs); }
+    [[nodiscard]] QString path() const { return mDirectory.filePath(u"Novel.tavel"_s); }
     [[nodiscard]] const QStringList &filePaths() const { return mFilePaths; }
 
 private:

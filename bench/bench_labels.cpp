@@ -11,6 +11,8 @@
 #include <string>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Ten times the items may cost ten times the time and what the caches no longer hold.
@@ -26,8 +28,7 @@ class LabelledProject
 {
 public:
     explicit LabelledProject(int items)
-        : mModel(
-            TVLProjectModel::createBlankProjectInMemory(mDirectory.filePath(u"Novel.tavel"_qs)))
+        : mModel(TVLProjectModel::createBlankProjectInMemory(mDirectory.filePath(u"Novel.tavel"_s)))
     {
         mModel->setLabels(labels());
         if (!mModel->insertRows(0, items, mModel->researchFolder()))
@@ -43,10 +44,10 @@ public:
     [[nodiscard]] QList<TVLLabel> labels()
     {
         ++mPass;
-        QList<TVLLabel> labels = {{-1, u"No Label"_qs, QColor()}};
+        QList<TVLLabel> labels = {{-1, u"No Label"_s, QColor()}};
         for (int id = 0; id < Labels; ++id)
             labels.append(
-                {id, u"Label %1 of pass %2"_qs.arg(id).arg(mPass), QColor(id % 256, 1, 2)});
+                {id, u"Label %1 of pass %2"_s.arg(id).arg(mPass), QColor(id % 256, 1, 2)});
         return labels;
     }
     [[nodiscard]] TVLProjectModel *model() const { return mModel.get(); }

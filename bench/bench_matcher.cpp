@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Texts = 10'000;
@@ -36,10 +38,10 @@ class SearchedTexts
 public:
     SearchedTexts(int count, int bytes)
         : mTexts(makeBenchProse(count, bytes))
-        , mConnection(u"bench %1 %2"_qs.arg(count).arg(bytes))
+        , mConnection(u"bench %1 %2"_s.arg(count).arg(bytes))
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_qs, mConnection);
-        database.setDatabaseName(u":memory:"_qs);
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, mConnection);
+        database.setDatabaseName(u":memory:"_s);
         mOk = database.open() && tvlInstallMatchFunction(database) && fill(database);
     }
 
@@ -56,8 +58,8 @@ public:
         QSqlQuery query(QSqlDatabase::database(mConnection));
         query.setForwardOnly(true);
         const QString statement = u"SELECT DISTINCT identity FROM DocumentSearchProperties WHERE "
-                                  "type is ? AND matchQString(propertyValue, ?, ?%1)"_qs;
-        if (!query.prepare(statement.arg(u", ?"_qs.repeated(words.size()))))
+                                  "type is ? AND matchQString(propertyValue, ?, ?%1)"_s;
+        if (!query.prepare(statement.arg(u", ?"_s.repeated(words.size()))))
             return -1;
         for (const QVariant &value : {QVariant(2), QVariant(flags), QVariant(int(words.size()))})
             query.addBindValue(value);
@@ -77,9 +79,9 @@ private:
         QSqlQuery query(database);
         bool ok = query.exec(
             u"CREATE TABLE DocumentSearchProperties (identity INT, type INT, propertyValue TEXT, "
-            "confirmed BOOLEAN, UNIQUE(identity, type))"_qs);
+            "confirmed BOOLEAN, UNIQUE(identity, type))"_s);
         ok = database.transaction()
-            && query.prepare(u"INSERT INTO DocumentSearchProperties VALUES (?, 2, ?, 1)"_qs) && ok;
+            && query.prepare(u"INSERT INTO DocumentSearchProperties VALUES (?, 2, ?, 1)"_s) && ok;
         for (int i = 0; i < mTexts.size(); ++i) {
             mBytes += double(mTexts.at(i).toUtf8().size());
             query.bindValue(0, i);
@@ -159,7 +161,7 @@ double clockSeconds(const std::function<void()> &work)
 bool writeFiles(const QStringList &texts, const QTemporaryDir &directory)
 {
     for (int i = 0; i < texts.size(); ++i) {
-        QFile file(directory.filePath(u"%1.txt"_qs.arg(i)));
+        QFile file(directory.filePath(u"%1.txt"_s.arg(i)));
         const QByteArray utf8 = texts.at(i).toUtf8();
         if (!file.open(QIODevice::WriteOnly) || file.write(utf8) != utf8.size())
             return false;
@@ -169,7 +171,7 @@ bool writeFiles(const QStringList &texts, const QTemporaryDir &directory)
 
 void literalAgainstProgram(benchmark::State &state)
 {
-    const QString program = QStandardPaths::findExecutable(u"rg"_qs);
+    const QString program = QStandardPaths::findExecutable(u"rg"_s);
     if (program.isEmpty()) {
         state.SkipWithError("rg is not installed");
         return;
@@ -185,7 +187,7 @@ void literalAgainstProgram(benchmark::State &state)
             return clockSeconds([&] {
                 QProcess process;
                 process.setStandardOutputFile(QProcess::nullDevice());
-                process.start(program, {u"-i"_qs, u"-F"_qs, u"-l"_qs, word, directory.path()});
+                process.start(program, {u"-i"_s, u"-F"_s, u"-l"_s, word, directory.path()});
                 ok = process.waitForStarted() && process.waitForFinished(-1) && ok;
             });
         });
@@ -242,10 +244,10 @@ void registerBenchmarks()
         });
     }
     const std::pair<const char *, QString> expressions[] = {
-        {"match_RegExp_word", rare.left(3) + u"[a-z]?"_qs + rare.mid(3)},
+        {"match_RegExp_word", rare.left(3) + u"[a-z]?"_s + rare.mid(3)},
         {"match_RegExp_words", rare + u'|' + rarer},
-        {"match_RegExp_common", benchProseWord(0) + u"[0-9]"_qs},
-        {"match_RegExp_classes", u"[xz][a-c]+[q]"_qs},
+        {"match_RegExp_common", benchProseWord(0) + u"[0-9]"_s},
+        {"match_RegExp_classes", u"[xz][a-c]+[q]"_s},
     };
     for (const auto &[name, pattern] : expressions) {
         registerRatio(name, Rounds, [pattern = pattern](benchmark::State &state) {
@@ -258,7 +260,7 @@ void registerBenchmarks()
         registerRatio("match_growth_Exact/" + size, 9,
                       [=](benchmark::State &state) { searchGrowth(state, rows, 0, rare); });
         registerRatio("match_growth_RegExp/" + size, 9, [=](benchmark::State &state) {
-            searchGrowth(state, rows, TVLTextMatcher::RegularExpression, u"[xz][a-c]+[q]"_qs);
+            searchGrowth(state, rows, TVLTextMatcher::RegularExpression, u"[xz][a-c]+[q]"_s);
         });
     }
 }

@@ -14,6 +14,8 @@
 #include <functional>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Ten times the items may cost ten times the time and what the caches no longer hold.
@@ -29,8 +31,7 @@ class NodesProject
 {
 public:
     explicit NodesProject(int items)
-        : mModel(
-            TVLProjectModel::createBlankProjectInMemory(mDirectory.filePath(u"Novel.tavel"_qs)))
+        : mModel(TVLProjectModel::createBlankProjectInMemory(mDirectory.filePath(u"Novel.tavel"_s)))
     {
         mModel->saveAll(true);
         TVLProjectFolderFormat::docsDirectory(mModel->path().absolutePath());
@@ -72,7 +73,7 @@ public:
     static void writeFile(const QString &filePath)
     {
         static const QByteArray content = [] {
-            QTextDocument document(u"word "_qs.repeated(WordsPerText));
+            QTextDocument document(u"word "_s.repeated(WordsPerText));
             return TVLTextRtfWriter(nullptr).toRtf(&document, false);
         }();
         QFile file(filePath);
@@ -88,7 +89,7 @@ private:
 
 QString otherName(const QString &filePath)
 {
-    return filePath + u".other"_qs;
+    return filePath + u".other"_s;
 }
 
 /** Nodes in a random order, as many as are moved. */
@@ -272,7 +273,7 @@ void numberTitles(const NodesProject &project)
     int number = 0;
     const Nodes nodes = project.items();
     for (TVLProjectNode *node : nodes) {
-        node->mTitle = u"Chapter"_qs;
+        node->mTitle = u"Chapter"_s;
         if (number > 0)
             node->mTitle += u'-' + QString::number(number);
         ++number;
@@ -284,13 +285,13 @@ void findUniqueTitle(benchmark::State &state, int items, Target target)
     const NodesProject project(items);
     numberTitles(project);
     const QModelIndex index = project.indexes().constLast();
-    const QString expected = u"Chapter-%1"_qs.arg(items - 1);
+    const QString expected = u"Chapter-%1"_s.arg(items - 1);
     bool ok = true;
     measureAgainst(
         state, {"putting the siblings' titles into a QSet", 0, target},
         [&] {
             return processorSeconds([&] {
-                ok = project.model()->findUniqueTitle(u"Chapter"_qs, index) == expected && ok;
+                ok = project.model()->findUniqueTitle(u"Chapter"_s, index) == expected && ok;
             });
         },
         [&] {
@@ -315,7 +316,7 @@ TimedWork timedDuplication(const NodesProject *project, int items, bool *ok)
         project->insertItems(items);
         const Nodes nodes = project->items();
         for (TVLProjectNode *node : nodes)
-            node->mTitle = u"Chapter"_qs;
+            node->mTitle = u"Chapter"_s;
         const QModelIndexList indexes = project->indexes();
         return processorSeconds(
             [&] { *ok = project->model()->duplicate(indexes, false).size() == items && *ok; });

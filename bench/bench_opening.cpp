@@ -15,6 +15,8 @@
 #include <map>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int TextBytes = 500;
@@ -143,7 +145,7 @@ void searchFirst(benchmark::State &state, int items)
     const BenchProject &project = projectWithTexts(items);
     TVLCollectionMetaData search;
     search.mType = TVL::SavedSearchCollection;
-    search.mSearchText = u"no such words"_qs;
+    search.mSearchText = u"no such words"_s;
     std::unique_ptr<TVLProjectModel> model;
     const auto timedSearch = [&] {
         return processorSeconds([&] { (void)model->collectionIndexes(search, {}); });

@@ -13,6 +13,8 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double ReadTarget = 1.5;
@@ -121,13 +123,13 @@ double clockSeconds(const std::function<void()> &work)
 
 void readAgainstConverter(benchmark::State &state)
 {
-    const QString converter = QStandardPaths::findExecutable(u"unrtf"_qs);
+    const QString converter = QStandardPaths::findExecutable(u"unrtf"_s);
     if (converter.isEmpty()) {
         state.SkipWithError("unrtf is not installed");
         return;
     }
     const QTemporaryDir directory;
-    const QString filePath = directory.filePath(u"large.rtf"_qs);
+    const QString filePath = directory.filePath(u"large.rtf"_s);
     QFile file(filePath);
     bool ok = file.open(QIODevice::WriteOnly);
     file.write(rtfOf(*makeBenchText(Large)));
@@ -149,7 +151,7 @@ void readAgainstConverter(benchmark::State &state)
                 QProcess process;
                 process.setStandardOutputFile(QProcess::nullDevice());
                 process.setStandardErrorFile(QProcess::nullDevice());
-                process.start(converter, {u"--text"_qs, filePath});
+                process.start(converter, {u"--text"_s, filePath});
                 ok = process.waitForStarted() && ok;
                 // It may take minutes; having waited long enough settles the ratio.
                 if (!process.waitForFinished(ConverterPatienceMs))

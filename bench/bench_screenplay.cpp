@@ -18,6 +18,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double ReadTarget = 1.5;
@@ -33,12 +35,11 @@ constexpr int Large = 10'000'000;
 
 QString wordsOfScript(QRandomGenerator *random, int count)
 {
-    static const QStringList some = {u"rain"_qs, u"over"_qs,     u"the"_qs,   u"city"_qs,
-                                     u"door"_qs, u"he"_qs,       u"waits"_qs, u"light"_qs,
-                                     u"her"_qs,  u"caf\u00e9"_qs};
+    static const QStringList some = {u"rain"_s, u"over"_s,  u"the"_s,   u"city"_s, u"door"_s,
+                                     u"he"_s,   u"waits"_s, u"light"_s, u"her"_s,  u"caf\u00e9"_s};
     QString text;
     for (int i = 0; i < count; ++i)
-        text += (i > 0 ? u" "_qs : QString()) + some.at(random->bounded(int(some.size())));
+        text += (i > 0 ? u" "_s : QString()) + some.at(random->bounded(int(some.size())));
     return text;
 }
 
@@ -50,15 +51,15 @@ QString makeFountain(qsizetype bytes)
     text.reserve(bytes + 1000);
     int scene = 0;
     while (text.size() < bytes) {
-        text += u"INT. HOUSE - NIGHT #%1#\n\n"_qs.arg(++scene);
+        text += u"INT. HOUSE - NIGHT #%1#\n\n"_s.arg(++scene);
         for (int i = 0; i < 8; ++i) {
-            text += u"The "_qs + wordsOfScript(&random, 25) + u".\n\nSTEEL (V.O.)\n"_qs;
+            text += u"The "_s + wordsOfScript(&random, 25) + u".\n\nSTEEL (V.O.)\n"_s;
             if (i % 3 == 0)
-                text += u"(quiet)\n"_qs;
-            text += u"And *"_qs + wordsOfScript(&random, 2) + u"* "_qs + wordsOfScript(&random, 10)
-                + u".\n\n"_qs;
+                text += u"(quiet)\n"_s;
+            text += u"And *"_s + wordsOfScript(&random, 2) + u"* "_s + wordsOfScript(&random, 10)
+                + u".\n\n"_s;
         }
-        text += u"CUT TO:\n\n"_qs;
+        text += u"CUT TO:\n\n"_s;
     }
     return text;
 }
@@ -159,7 +160,7 @@ class FinalDraftFile
 public:
     explicit FinalDraftFile(qsizetype bytes)
         : mXml(makeFinalDraft(bytes))
-        , mPath(mDirectory.filePath(u"script.fdx"_qs))
+        , mPath(mDirectory.filePath(u"script.fdx"_s))
     {
         QFile file(mPath);
         mOk = file.open(QIODevice::WriteOnly) && file.write(mXml) == mXml.size();

@@ -25,6 +25,8 @@
 #include <memory>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int SearchedItems = 10'000;
@@ -46,7 +48,7 @@ public:
     {
         for (int id = 0; id < items; ++id) {
             mProject.setText(id, TVL::TextProperty, mTexts.at(id));
-            mIndex.addProjectNode(mProject.addNode(id, u"Item %1"_qs.arg(id)));
+            mIndex.addProjectNode(mProject.addNode(id, u"Item %1"_s.arg(id)));
         }
         mIndex.validateIndexes(nullptr);
         (void)mProject.takeRequests();
@@ -204,7 +206,7 @@ void searchAgain(benchmark::State &state)
 
 void searchAgainstRipgrep(benchmark::State &state)
 {
-    const QString program = QStandardPaths::findExecutable(u"rg"_qs);
+    const QString program = QStandardPaths::findExecutable(u"rg"_s);
     if (program.isEmpty()) {
         state.SkipWithError("rg is not installed");
         return;
@@ -228,8 +230,7 @@ void searchAgainstRipgrep(benchmark::State &state)
             return clockSeconds([&] {
                 QProcess process;
                 process.start(
-                    program,
-                    {u"-i"_qs, u"-F"_qs, u"-l"_qs, u"--no-config"_qs, word, directory.path()});
+                    program, {u"-i"_s, u"-F"_s, u"-l"_s, u"--no-config"_s, word, directory.path()});
                 process.waitForFinished();
                 scanned = process.readAllStandardOutput().count('\n');
             });
@@ -244,9 +245,9 @@ void searchLabels(benchmark::State &state, int items)
     TestSearchedProject project;
     TVLSearchIndex index(&project);
     for (int label = 0; label < 10; ++label)
-        index.addLabel(label, u"Label %1"_qs.arg(label), QColor());
+        index.addLabel(label, u"Label %1"_s.arg(label), QColor());
     for (int id = 0; id < items; ++id) {
-        TVLProjectNode *node = project.addNode(id, u"Item"_qs);
+        TVLProjectNode *node = project.addNode(id, u"Item"_s);
         node->mLabelId = id % 10;
         index.addProjectNode(node);
     }
@@ -256,7 +257,7 @@ void searchLabels(benchmark::State &state, int items)
         state, {"a pass over the nodes that puts the ids of one label into a QSet"},
         [&] {
             return processorSeconds(
-                [&] { found = index.searchIntProperties({u"label 7"_qs}, 0, TVL::LabelProperty); });
+                [&] { found = index.searchIntProperties({u"label 7"_s}, 0, TVL::LabelProperty); });
         },
         [&] {
             return processorSeconds([&] {
@@ -283,11 +284,11 @@ public:
         TVLSearchIndex index(&mProject);
         index.transaction();
         for (int id = 0; id < items; ++id) {
-            const TVLProjectNode *node = mProject.addNode(id, u"Item %1"_qs.arg(id));
+            const TVLProjectNode *node = mProject.addNode(id, u"Item %1"_s.arg(id));
             index.addProjectNode(node);
             index.updatePropertyNode(node, TVL::TextProperty, texts.at(id), true);
             index.updatePropertyNode(node, TVL::SynopsisProperty, texts.at(id).left(80), true);
-            index.updatePropertyNode(node, TVL::CustomMetaDataProperty, u"one two"_qs, true);
+            index.updatePropertyNode(node, TVL::CustomMetaDataProperty, u"one two"_s, true);
         }
         index.save();
         mFile = mProject.readIndex();
@@ -333,14 +334,14 @@ void add(benchmark::State &state, int items)
                 TVLSearchIndex target;
                 target.transaction();
                 QSqlQuery texts(target);
-                texts.prepare(u"INSERT INTO DocumentSearchProperties VALUES (?, ?, ?, ?)"_qs);
+                texts.prepare(u"INSERT INTO DocumentSearchProperties VALUES (?, ?, ?, ?)"_s);
                 QSqlQuery ints(target);
-                ints.prepare(u"INSERT INTO DocumentIntProperties VALUES (?, ?, ?)"_qs);
+                ints.prepare(u"INSERT INTO DocumentIntProperties VALUES (?, ?, ?)"_s);
                 for (int id = 0; id < items; ++id) {
                     for (const int type : {1, 2, 3, 4, 8, 9}) {
                         texts.bindValue(0, id);
                         texts.bindValue(1, type);
-                        texts.bindValue(2, u"Item"_qs);
+                        texts.bindValue(2, u"Item"_s);
                         texts.bindValue(3, 0);
                         texts.exec();
                     }
@@ -480,11 +481,11 @@ void registerBenchmarks()
         searchExpression(state, rare + u'|' + benchProseWord(19'001), ExpressionTarget);
     });
     registerRatio("RegExp_classes", 5, [](benchmark::State &state) {
-        searchExpression(state, u"[xz][a-c]+q"_qs, ExpressionTarget);
+        searchExpression(state, u"[xz][a-c]+q"_s, ExpressionTarget);
     });
     // Settled by the first character of a text; what is measured is how the texts are come by.
     registerRatio("RegExp_start", 5,
-                  [](benchmark::State &state) { searchExpression(state, u"^Z.*x$"_qs, {}); });
+                  [](benchmark::State &state) { searchExpression(state, u"^Z.*x$"_s, {}); });
     registerRatio("Exact_again", 21, searchAgain);
     registerRatio("Exact_against_rg", 11, searchAgainstRipgrep);
 

@@ -4,6 +4,8 @@
 
 #include "TestBinderProject.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void settleIdentity(TVLProjectNode *node, int number)
@@ -19,7 +21,7 @@ void settlePositions(TVLProjectNode *node)
     for (const TVLProjectNode *child : std::as_const(node->mChildren)) {
         if (!node->mFreeformPositions.contains(child->mId))
             node->mFreeformPositions.insert(
-                child->mId, {child->mId, QPointF(1, 1), u"2001-01-01 00:00:00 +0000"_qs});
+                child->mId, {child->mId, QPointF(1, 1), u"2001-01-01 00:00:00 +0000"_s});
     }
 }
 

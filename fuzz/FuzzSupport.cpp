@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray lineAt(const QByteArray &text, qsizetype position)
@@ -36,11 +38,11 @@ void tvlInitFuzzing()
 
 QString tvlInputAsFile(const uint8_t *data, size_t size)
 {
-    static const QString sharedMemory = u"/dev/shm"_qs;
+    static const QString sharedMemory = u"/dev/shm"_s;
     static const QTemporaryDir directory(
         (QFileInfo(sharedMemory).isWritable() ? sharedMemory : QDir::tempPath())
-        + u"/fuzz-XXXXXX"_qs);
-    QFile file(directory.filePath(u"input"_qs));
+        + u"/fuzz-XXXXXX"_s);
+    QFile file(directory.filePath(u"input"_s));
     if (!file.open(QIODevice::WriteOnly)
         || file.write(reinterpret_cast<const char *>(data), qint64(size)) != qint64(size))
         tvlReportFinding("the input could not be put on disk");

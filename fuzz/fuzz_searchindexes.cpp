@@ -7,6 +7,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Items = 10;
@@ -16,7 +18,7 @@ QByteArray textsOf(const TVLSearchIndex &index)
 {
     QSqlQuery query(index);
     if (!query.exec(u"SELECT identity, type, propertyValue FROM DocumentSearchProperties "
-                    "ORDER BY identity, type"_qs))
+                    "ORDER BY identity, type"_s))
         tvlReportFinding("the store has lost its texts");
     QByteArray texts;
     while (query.next())
@@ -50,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static TestSearchedProject &project = *[] {
         auto *made = new TestSearchedProject;
         for (int id = 0; id < Items; ++id)
-            made->addNode(id, u"Title"_qs);
+            made->addNode(id, u"Title"_s);
         return made;
     }();
     project.writeIndex(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));

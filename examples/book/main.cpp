@@ -18,6 +18,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LastChapters = 3;
@@ -90,23 +92,23 @@ QString workOn(TVLProjectModel *model)
 {
     const QModelIndexList chapters = lastChapters(*model, lastFolder(*model));
     if (chapters.isEmpty())
-        return u"the Draft has no folder with chapters"_qs;
+        return u"the Draft has no folder with chapters"_s;
     // Rows shift when items move; a persistent index goes along with its item.
     const QPersistentModelIndex last(chapters.constLast());
 
-    if (!moveToNewFolder(model, chapters, u"The End"_qs))
-        return u"the chapters can't be moved"_qs;
-    say(u"Moved the last chapters to the new folder 'The End': %1"_qs.arg(chapters.size()));
+    if (!moveToNewFolder(model, chapters, u"The End"_s))
+        return u"the chapters can't be moved"_s;
+    say(u"Moved the last chapters to the new folder 'The End': %1"_s.arg(chapters.size()));
 
     if (!canWrite(*model, last))
-        return u"the chapter can't be written"_qs;
-    if (!model->addSnapshot(last, u"Before the last line"_qs))
-        return u"the snapshot can't be taken"_qs;
-    say(u"Took a snapshot of '%1'"_qs.arg(model->title(last)));
+        return u"the chapter can't be written"_s;
+    if (!model->addSnapshot(last, u"Before the last line"_s))
+        return u"the snapshot can't be taken"_s;
+    say(u"Took a snapshot of '%1'"_s.arg(model->title(last)));
 
-    appendLine(model, last, u"THE END"_qs);
-    say(u"Wrote THE END under it"_qs);
-    return model->save() ? QString() : u"the project can't be saved"_qs;
+    appendLine(model, last, u"THE END"_s);
+    say(u"Wrote THE END under it"_s);
+    return model->save() ? QString() : u"the project can't be saved"_s;
 }
 
 } // namespace
@@ -124,16 +126,16 @@ int main(int argc, char **argv)
     const QStringList arguments = QCoreApplication::arguments();
     // Opening a folder that isn't there would begin a new project.
     if (arguments.size() != 2 || !QFileInfo::exists(arguments.at(1)))
-        return fail(u"give a project that exists"_qs);
+        return fail(u"give a project that exists"_s);
     const QString &path = arguments.at(1);
 
     // One program at a time: the lock says who has the project open.
     if (!TVLProjectFolderFormat::addLock(path))
-        return fail(u"'%1' is locked or can't be"_qs.arg(path));
+        return fail(u"'%1' is locked or can't be"_s.arg(path));
     const std::unique_ptr<TVLProjectModel> model(TVLProjectFolderFormat::openProject(path));
     if (!model) {
         TVLProjectFolderFormat::removeLock(path);
-        return fail(u"'%1' can't be read"_qs.arg(path));
+        return fail(u"'%1' can't be read"_s.arg(path));
     }
     const QString error = workOn(model.get());
     // Saves what isn't saved yet, and removes the lock.

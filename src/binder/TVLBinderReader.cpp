@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
@@ -326,7 +328,7 @@ QMap<QString, QString> TVLBinderReader::readCustomMetaData()
         if (hasError())
             return values;
         if (key.isEmpty()) {
-            raiseError(u"Meta data item key not found"_qs, __LINE__);
+            raiseError(u"Meta data item key not found"_s, __LINE__);
             return values;
         }
         values.insert(key, value);
@@ -423,7 +425,7 @@ bool TVLBinderReader::readKeywords(TVLProjectNode *node)
         if (hasError())
             return false;
         if (!ok) {
-            raiseError(u"Expected integer text value"_qs, __LINE__);
+            raiseError(u"Expected integer text value"_s, __LINE__);
             return false;
         }
         node->mKeywords.append(id);
@@ -526,7 +528,7 @@ void TVLBinderReader::raiseError(const QString &message, int sourceLine)
 void TVLBinderReader::raiseIncorrectTagError(const QString &expected, const QString &actual,
                                              int sourceLine)
 {
-    raiseError(u"Unexpected tag %1 on line %2.  Expected tag %3"_qs.arg(actual)
+    raiseError(u"Unexpected tag %1 on line %2.  Expected tag %3"_s.arg(actual)
                    .arg(lineNumber())
                    .arg(expected),
                sourceLine);

@@ -6,6 +6,8 @@
 #include "TVLPropertyWords_p.h"
 #include "TVLXmlReading_p.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
@@ -255,7 +257,7 @@ bool TVLBinderReader::readKeywordId(int *id)
     *id = text.toInt(&ok);
     if (ok && *id >= 0)
         return true;
-    raiseError(u"Invalid keyword identity read: %1"_qs.arg(text), __LINE__);
+    raiseError(u"Invalid keyword identity read: %1"_s.arg(text), __LINE__);
     return false;
 }
 

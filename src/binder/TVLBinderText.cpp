@@ -4,6 +4,8 @@
 
 #include <QDebug>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /*
@@ -78,7 +80,7 @@ QString utcText(const QDateTime &utc, bool isFileName)
     const QTime time = utc.time();
     if (date.year() < 0 || date.year() > LastYear)
         return {};
-    QString text = isFileName ? u"yyyy-MM-dd-hh-mm-ss+0000"_qs : u"yyyy-MM-dd hh:mm:ss +0000"_qs;
+    QString text = isFileName ? u"yyyy-MM-dd-hh-mm-ss+0000"_s : u"yyyy-MM-dd hh:mm:ss +0000"_s;
     putNumber(text, 0, 4, date.year());
     putNumber(text, 5, 2, date.month());
     putNumber(text, 8, 2, date.day());

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
@@ -66,7 +68,7 @@ QString TVLBinderWriter::xmlText(const QString &text)
     QString clean = tvlXmlText(text);
     // A text that XML can hold comes back as it is, without a copy.
     if (clean.constData() != text.constData())
-        tellLeftOut(u"characters of \"%1\" that XML can't hold"_qs.arg(clean.left(Shown)));
+        tellLeftOut(u"characters of \"%1\" that XML can't hold"_s.arg(clean.left(Shown)));
     return clean;
 }
 
@@ -79,7 +81,7 @@ void TVLBinderWriter::writeDateAttribute(const QString &name, const QDateTime &d
 {
     const QString text = mDates.toString(date);
     if (text.isEmpty() && date.isValid())
-        tellLeftOut(u"the year %1, which doesn't have four digits"_qs.arg(date.date().year()));
+        tellLeftOut(u"the year %1, which doesn't have four digits"_s.arg(date.date().year()));
     writeAttribute(name, text);
 }
 
@@ -123,7 +125,7 @@ void TVLBinderWriter::writeStartTavelinorProjectTag(const TVLBinderProject *proj
     writeStartElement(TavelinorProject);
     writeAttribute(Attribute::Template, Words::yesOrNo(isTemplate));
     writeAttribute(Attribute::Version, TVL::toString(mBinderVersion));
-    writeAttribute(Attribute::Creator, u"TVLLIN-%1"_qs.arg(QCoreApplication::applicationVersion()));
+    writeAttribute(Attribute::Creator, u"TVLLIN-%1"_s.arg(QCoreApplication::applicationVersion()));
     writeAttribute(Attribute::Device, project->deviceName());
     writeAttribute(Attribute::Modified, tvlDateTimeToString(info.mModified, false));
     if (project->isMobileProject()) {
@@ -254,7 +256,7 @@ void TVLBinderWriter::writeTextUnlessEmpty(const QString &tag, const QString &te
 void TVLBinderWriter::writeSelection(const QString &tag, const QPair<int, int> &selection)
 {
     if (selection != QPair<int, int>(0, 0))
-        writeTextElement(tag, u"%1,%2"_qs.arg(selection.first).arg(selection.second));
+        writeTextElement(tag, u"%1,%2"_s.arg(selection.first).arg(selection.second));
 }
 
 void TVLBinderWriter::writeCustomMetaData(const QMap<QString, QString> &values)
@@ -264,7 +266,7 @@ void TVLBinderWriter::writeCustomMetaData(const QMap<QString, QString> &values)
         // A field without a key is an error to the reader and would cost the whole binder.
         const QString key = tvlXmlText(value.key());
         if (key.isEmpty()) {
-            tellLeftOut(u"\"%1\", which belongs to a field without a key"_qs.arg(value.value()));
+            tellLeftOut(u"\"%1\", which belongs to a field without a key"_s.arg(value.value()));
             continue;
         }
         writeStartElement(MetaDataItem);

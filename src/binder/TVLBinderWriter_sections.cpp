@@ -11,6 +11,8 @@
 
 #include <QBuffer>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
@@ -167,7 +169,7 @@ void TVLBinderWriter::writeUserProjectData(const QString &text)
     if (bytes.isEmpty())
         return;
     if (!leavesBinderReadable(bytes)) {
-        tellLeftOut(u"the user's data, with which the binder couldn't be read again"_qs);
+        tellLeftOut(u"the user's data, with which the binder couldn't be read again"_s);
         return;
     }
     device()->write("\n    ");

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
@@ -102,7 +104,7 @@ void TVLBinderWriter::writeFavorites(const TVLBinderProject *project)
     QList<int> ids = project->favoriteIds();
     const auto dead = ids.removeIf([&items](int id) { return !items.contains(id); });
     if (dead > 0)
-        tellLeftOut(u"%1 favorites that no item would be found by"_qs.arg(dead));
+        tellLeftOut(u"%1 favorites that no item would be found by"_s.arg(dead));
     if (ids.isEmpty())
         return;
     writeStartElement(Favorites);
@@ -136,7 +138,7 @@ void TVLBinderWriter::writeFullScreenBackdrop(const QVariant &value)
     const bool isItem = value.typeId() == QMetaType::Int;
     const QString text = xmlText(value.toString());
     if (value.isValid() && !isItem && value.typeId() != QMetaType::QString)
-        tellLeftOut(u"a backdrop that is neither an item nor a path"_qs);
+        tellLeftOut(u"a backdrop that is neither an item nor a path"_s);
     if (isItem ? value.toInt() < 0 : value.typeId() != QMetaType::QString || text.isEmpty())
         return;
     writeStartElement(FullScreenBackdrop);

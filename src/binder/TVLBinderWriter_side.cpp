@@ -5,13 +5,15 @@
 
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
 
 namespace {
 
-const QString SideFileVersion = u"1.0"_qs;
+const QString SideFileVersion = u"1.0"_s;
 
 } // namespace
 

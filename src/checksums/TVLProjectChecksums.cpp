@@ -17,6 +17,8 @@
 #include <map>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -42,7 +44,7 @@ bool isTracked(TVL::DocumentType type)
 constexpr QByteArrayView ByteOrderMark = "\xef\xbb\xbf";
 
 /** What a note has behind the name of its file. */
-const QString NoteSuffix = u".saved"_qs;
+const QString NoteSuffix = u".saved"_s;
 
 ChecksumKey noteKey(const ChecksumKey &key)
 {

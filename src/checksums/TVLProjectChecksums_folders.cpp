@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QSet>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -154,7 +156,7 @@ bool TVLProjectChecksums::mobileDataHasConflicts(const QString &path, const Chec
 bool TVLProjectChecksums::removeOldMobileChecksumFiles(const QString &path)
 {
     const QDir folder(Format::mobileDataPath(Format::calcEnclosingPath(path)));
-    const QFileInfoList files = folder.entryInfoList({u"*.checksums"_qs}, QDir::Files);
+    const QFileInfoList files = folder.entryInfoList({u"*.checksums"_s}, QDir::Files);
     bool allRemoved = true;
     for (const QFileInfo &file : files) {
         if (!TUuid::fromWholeText(file.baseName()).isNull())

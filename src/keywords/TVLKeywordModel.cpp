@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int NoId = -1;
@@ -440,7 +442,7 @@ void TVLKeywordModel::moveItem(int id, int parentId, int row)
 
 QStringList TVLKeywordModel::mimeTypes() const
 {
-    static const QStringList types = {u"text/plain"_qs};
+    static const QStringList types = {u"text/plain"_s};
     return types;
 }
 

@@ -10,11 +10,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString SnapshotsEnd = u".snapshots"_qs;
+const QString SnapshotsEnd = u".snapshots"_s;
 
 /** Whether a listing of a folder says all there is to say of it. */
 bool canBeListed(const QString &folderPath)

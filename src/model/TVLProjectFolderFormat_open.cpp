@@ -16,6 +16,8 @@
 #include <functional>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** As it is once an interrupted save is completed. */
@@ -110,7 +112,7 @@ TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
     if (!binder.model)
         return nullptr;
     if (binder.filePath == binderPath)
-        compressBinder(path, u"binder.backup"_qs, binderPath);
+        compressBinder(path, u"binder.backup"_s, binderPath);
     return initialized(std::move(binder.model));
 }
 

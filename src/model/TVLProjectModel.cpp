@@ -22,6 +22,8 @@
 #include <limits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LargestId = std::numeric_limits<int>::max();
@@ -64,8 +66,8 @@ private:
 
 } // namespace
 
-const QString TVLProjectModel::GeneralFormatMode = u"General"_qs;
-const QString TVLProjectModel::ScriptFormatMode = u"Script"_qs;
+const QString TVLProjectModel::GeneralFormatMode = u"General"_s;
+const QString TVLProjectModel::ScriptFormatMode = u"Script"_s;
 
 QList<QPointer<TVLProjectModel>> TVLProjectModel::mExistingModels;
 

@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int DocTextChangeMs = 1000;
@@ -73,7 +75,7 @@ void updateHasFlags(TVLProjectNode *node)
 QString loadErrorLine(const QString &error)
 {
     // Kept as it stands: the dot is any character.
-    static const QRegExp mainText(u"(\\d+).rtf"_qs, Qt::CaseSensitive);
+    static const QRegExp mainText(u"(\\d+).rtf"_s, Qt::CaseSensitive);
     if (QRegExp(mainText).indexIn(error) >= 0)
         return TVLProjectModel::tr("Could not load document '%1'");
     if (error.contains(u"_notes.rtf"))
@@ -228,8 +230,8 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
         if (!line.isEmpty())
             lines.append(line.arg(name));
     }
-    const QString separator = u"\n----------------------------------------------------"_qs;
-    const QString plural = errors.size() > 1 ? u"s"_qs : QString();
+    const QString separator = u"\n----------------------------------------------------"_s;
+    const QString plural = errors.size() > 1 ? u"s"_s : QString();
 
     TVLMessageBox::showMessageBox(
         QApplication::activeWindow(), tr("Project Document Loader"),
@@ -244,7 +246,7 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
            "then paste first into Notepad to strip all formatting and RTF tags and copy and paste "
            "from there to Tavelinor.\n\nTo prevent losing work, you will not be able to modify or "
            "save the affected file%2 in Tavelinor until you restart.")
-            .arg(u"Linux"_qs, plural, QString()),
+            .arg(u"Linux"_s, plural, QString()),
         QMessageBox::Critical);
 }
 

@@ -8,9 +8,11 @@
 #include <QFileInfo>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString CardExtension = u"png"_qs;
+const QString CardExtension = u"png"_s;
 
 /** Whether a file is one of an image that is shown, by its name, and is there. */
 bool isShownImageFile(const QString &path, const QString &extension)

@@ -18,6 +18,8 @@
 #include <QScopedValueRollback>
 #include <QTimerEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct SystemFolderRow
@@ -168,11 +170,11 @@ void TVLProjectModel::updateHasSnapshots()
     // names is looked into.
     const QDir directory(TVLProjectFolderFormat::snapshotsPath(mPath));
     const QStringList names =
-        directory.entryList({u"*.snapshots"_qs}, QDir::Dirs | QDir::NoDotAndDotDot);
+        directory.entryList({u"*.snapshots"_s}, QDir::Dirs | QDir::NoDotAndDotDot);
     const QSet<QString> present(names.begin(), names.end());
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         node->mHasSnapshots = !present.isEmpty()
-            && present.contains(u"%1.snapshots"_qs.arg(node->mId))
+            && present.contains(u"%1.snapshots"_s.arg(node->mId))
             && TVLProjectFolderFormat::hasSnapshotsViaSnapshotsDir(directory, node->mId);
     });
 }
@@ -193,8 +195,7 @@ TVLProjectSettings *TVLProjectModel::newSettings()
 {
     // Put together here, because asking for the file's path would make a folder for a project that
     // has none yet.
-    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_qs,
-                                  this);
+    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_s, this);
 }
 
 void TVLProjectModel::loadProjectSettings()
@@ -374,7 +375,7 @@ void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
 
 void TVLProjectModel::showSaveErrors(const QStringList &errors) const
 {
-    TVLMessageBox::showMessageBox(QApplication::activeWindow(), u"Project Writer"_qs,
+    TVLMessageBox::showMessageBox(QApplication::activeWindow(), u"Project Writer"_s,
                                   tr("The following errors occurred while saving your project."),
                                   errors.join(u"\n--------------------\n")
                                       + tr("\n\nTo avoid losing your latest changes, make sure you "
@@ -475,7 +476,7 @@ TVLProjectModel *TVLProjectModel::findProjectModelViaPath(const QString &path)
 QString TVLProjectModel::dragAndDropPath()
 {
     return QDir::toNativeSeparators(
-        QFileInfo(QDir::tempPath() + u"/Tavelinor/DnD"_qs).absoluteFilePath());
+        QFileInfo(QDir::tempPath() + u"/Tavelinor/DnD"_s).absoluteFilePath());
 }
 
 void TVLProjectModel::cleanDragAndDrop()

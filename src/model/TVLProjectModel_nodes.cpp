@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 TVLProjectNode *TVLProjectModel::createProjectNode(TVLProjectNode *parent, int row, QUuid uuid,
                                                    int id)
 {
@@ -157,7 +159,7 @@ QList<QModelIndex> TVLProjectModel::insertMultipleTextNodes(int row, const QMode
                                                             int count)
 {
     const QList<TVLProjectNode *> nodes =
-        insertMultipleNodes(row, parent, TVL::Text, u"rtf"_qs, QString(), count);
+        insertMultipleNodes(row, parent, TVL::Text, u"rtf"_s, QString(), count);
     QList<QModelIndex> indexes;
     indexes.reserve(nodes.size());
     for (const TVLProjectNode *node : nodes)
@@ -189,7 +191,7 @@ QModelIndex TVLProjectModel::insertTextNode(int row, const QModelIndex &parent,
                                             const QString &synopsis, const QString &notes)
 {
     return insertWithTexts(
-        row, parent, {TVL::Text, u"rtf"_qs, title, {}},
+        row, parent, {TVL::Text, u"rtf"_s, title, {}},
         {{TVL::MainText, text}, {TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
 
@@ -202,10 +204,10 @@ QModelIndex TVLProjectModel::insertImageNode(int row, const QModelIndex &parent,
     const auto addImage = [&](TVLProjectNode *node) {
         if (image.isNull())
             return;
-        (void)TVLProjectFolderFormat::writeImageFile(mPath, node->mId, u"png"_qs, image);
+        (void)TVLProjectFolderFormat::writeImageFile(mPath, node->mId, u"png"_s, image);
         node->mShowSynopsisImage = true;
     };
-    return insertWithTexts(row, parent, {TVL::Image, u"png"_qs, title, addImage},
+    return insertWithTexts(row, parent, {TVL::Image, u"png"_s, title, addImage},
                            {{TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
 
@@ -218,7 +220,7 @@ QModelIndex TVLProjectModel::insertUserFolder(int row, const QModelIndex &parent
 QModelIndex TVLProjectModel::createSyncConflictsFolder()
 {
     const QModelIndex research = researchFolder();
-    const auto setIcon = [](TVLProjectNode *node) { node->mIconFileName = u"Warning.tiff"_qs; };
+    const auto setIcon = [](TVLProjectNode *node) { node->mIconFileName = u"Warning.tiff"_s; };
     const TVLHeldItem folder =
         insertNewItems(research.isValid() ? research.row() + 1 : -1, rootIndex(), 1,
                        {TVL::Folder, QString(), tr("Sync Conflicts"), setIcon})

@@ -9,11 +9,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The extension of a text's main file, and of a web page that was stored as one.
-const QString RtfExtension = u"rtf"_qs;
-const QString HtmlExtension = u"html"_qs;
+const QString RtfExtension = u"rtf"_s;
+const QString HtmlExtension = u"html"_s;
 
 /** Whether the predicate is true of a node below @p top; looks no further than the first. */
 template <typename Predicate>

@@ -7,6 +7,8 @@
 #include <QRegExp>
 #include <QTextBlock>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A text that is no longer than this serves as a title itself.
@@ -18,7 +20,7 @@ constexpr int SynopsisWords = 20;
 /** The words of the first block that has any. */
 QStringList firstWords(const QTextDocument *document)
 {
-    const QRegExp blanks(u"\\s+"_qs);
+    const QRegExp blanks(u"\\s+"_s);
     for (QTextBlock block = document->firstBlock(); block.isValid(); block = block.next()) {
         const QStringList words = blanks.splitString(block.text(), Qt::SkipEmptyParts);
         if (!words.isEmpty())

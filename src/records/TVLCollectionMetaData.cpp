@@ -5,8 +5,10 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 const QColor TVLCollectionMetaData::mBinderColor = QColor(230, 234, 238);
-QColor TVLCollectionMetaData::mRecentSearchCollColor = QColor(u"lavender"_qs);
+QColor TVLCollectionMetaData::mRecentSearchCollColor = QColor(u"lavender"_s);
 
 void TVLCollectionMetaData::setRecentSearchCollectionColor(const QColor &color)
 {

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 const QStringList &TVLMetaDataField::reservedIds()
 {
     static const QStringList ids = {
-        u"title"_qs,           u"label"_qs,       u"status"_qs,          u"createddate"_qs,
-        u"modifieddate"_qs,    u"words"_qs,       u"characters"_qs,      u"includeinexport"_qs,
-        u"pagebreakbefore"_qs, u"compileasis"_qs, u"targetcount"_qs,     u"targetcounttype"_qs,
-        u"progress"_qs,        u"totalwords"_qs,  u"totalcharacters"_qs, u"allkeywords"_qs,
+        u"title"_s,           u"label"_s,       u"status"_s,          u"createddate"_s,
+        u"modifieddate"_s,    u"words"_s,       u"characters"_s,      u"includeinexport"_s,
+        u"pagebreakbefore"_s, u"compileasis"_s, u"targetcount"_s,     u"targetcounttype"_s,
+        u"progress"_s,        u"totalwords"_s,  u"totalcharacters"_s, u"allkeywords"_s,
     };
     return ids;
 }

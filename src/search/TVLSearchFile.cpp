@@ -10,14 +10,16 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString RootTag = u"SearchIndexes"_qs;
-const QString VersionAttribute = u"Version"_qs;
-const QString Version = u"1.0"_qs;
-const QString DocumentsTag = u"Documents"_qs;
-const QString DocumentTag = u"Document"_qs;
-const QString IdAttribute = u"ID"_qs;
+const QString RootTag = u"SearchIndexes"_s;
+const QString VersionAttribute = u"Version"_s;
+const QString Version = u"1.0"_s;
+const QString DocumentsTag = u"Documents"_s;
+const QString DocumentTag = u"Document"_s;
+const QString IdAttribute = u"ID"_s;
 
 struct TextElement
 {
@@ -27,12 +29,12 @@ struct TextElement
 
 /** In the order in which they are written. */
 const std::array<TextElement, 6> TextElements = {{
-    {TVL::TitleProperty, u"Title"_qs},
-    {TVL::SynopsisProperty, u"Synopsis"_qs},
-    {TVL::TextProperty, u"Text"_qs},
-    {TVL::CustomMetaDataProperty, u"CustomMetaData"_qs},
-    {TVL::NotesProperty, u"Notes"_qs},
-    {TVL::CommentsProperty, u"Comments"_qs},
+    {TVL::TitleProperty, u"Title"_s},
+    {TVL::SynopsisProperty, u"Synopsis"_s},
+    {TVL::TextProperty, u"Text"_s},
+    {TVL::CustomMetaDataProperty, u"CustomMetaData"_s},
+    {TVL::NotesProperty, u"Notes"_s},
+    {TVL::CommentsProperty, u"Comments"_s},
 }};
 
 QString translated(const char *text)

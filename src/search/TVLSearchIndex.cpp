@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLSearchSql;
 
 namespace {
@@ -16,39 +18,38 @@ namespace {
 namespace Statement {
 
 const QString CreateTables[] = {
-    u"CREATE TABLE DocumentSearchProperties (identity INT, type INT, propertyValue TEXT, confirmed BOOLEAN, UNIQUE(identity, type))"_qs,
-    u"CREATE TABLE ProjectKeywords (identity INT, title TEXT, UNIQUE(identity))"_qs,
-    u"CREATE TABLE ProjectLabels (identity INT, title TEXT, color TEXT, ordinal INT, UNIQUE(identity), UNIQUE(ordinal))"_qs,
-    u"CREATE TABLE ProjectStatusItems (identity INT, title TEXT, ordinal INT, UNIQUE (identity) UNIQUE (ordinal))"_qs,
-    u"CREATE TABLE DocumentIntProperties (identity INT, type INT, propertyValue INT)"_qs,
-    u"CREATE INDEX dspIndex ON DocumentSearchProperties (identity, type)"_qs,
+    u"CREATE TABLE DocumentSearchProperties (identity INT, type INT, propertyValue TEXT, confirmed BOOLEAN, UNIQUE(identity, type))"_s,
+    u"CREATE TABLE ProjectKeywords (identity INT, title TEXT, UNIQUE(identity))"_s,
+    u"CREATE TABLE ProjectLabels (identity INT, title TEXT, color TEXT, ordinal INT, UNIQUE(identity), UNIQUE(ordinal))"_s,
+    u"CREATE TABLE ProjectStatusItems (identity INT, title TEXT, ordinal INT, UNIQUE (identity) UNIQUE (ordinal))"_s,
+    u"CREATE TABLE DocumentIntProperties (identity INT, type INT, propertyValue INT)"_s,
+    u"CREATE INDEX dspIndex ON DocumentSearchProperties (identity, type)"_s,
 };
 
 // Never valid SQL to this driver; nothing in the library calls for them.
 const QString DropTables[] = {
-    u"DROP TABLE IF EXISTS DocumentSearchProperties, ProjectKeywords, ProjectLabels, ProjectStatusItems, DocumentIntProperties;"_qs,
-    u"DROP INDEX dspIndex ON DocumentSearchProperties;"_qs,
+    u"DROP TABLE IF EXISTS DocumentSearchProperties, ProjectKeywords, ProjectLabels, ProjectStatusItems, DocumentIntProperties;"_s,
+    u"DROP INDEX dspIndex ON DocumentSearchProperties;"_s,
 };
 
 const QString InsertLabel =
-    u"INSERT INTO ProjectLabels (identity, title, color, ordinal) VALUES (:i, :t, :c, (SELECT max(ordinal) +1 FROM ProjectLabels))"_qs;
+    u"INSERT INTO ProjectLabels (identity, title, color, ordinal) VALUES (:i, :t, :c, (SELECT max(ordinal) +1 FROM ProjectLabels))"_s;
 const QString SelectLabel =
-    u"SELECT identity, title, color FROM ProjectLabels WHERE identity = :i"_qs;
-const QString SelectLabels =
-    u"SELECT identity, title, color FROM ProjectLabels ORDER BY ordinal"_qs;
-const QString SelectLabelIds = u"SELECT identity FROM ProjectLabels"_qs;
-const QString DeleteLabels = u"DELETE FROM ProjectLabels"_qs;
+    u"SELECT identity, title, color FROM ProjectLabels WHERE identity = :i"_s;
+const QString SelectLabels = u"SELECT identity, title, color FROM ProjectLabels ORDER BY ordinal"_s;
+const QString SelectLabelIds = u"SELECT identity FROM ProjectLabels"_s;
+const QString DeleteLabels = u"DELETE FROM ProjectLabels"_s;
 
 // The ordinal comes from the labels on purpose; with none there it is NULL and the order of
 // insertion decides.
 const QString InsertStatusItem =
-    u"INSERT INTO ProjectStatusItems (identity, title, ordinal) VALUES(:i, :t, (SELECT max(ordinal) +1 FROM ProjectLabels))"_qs;
+    u"INSERT INTO ProjectStatusItems (identity, title, ordinal) VALUES(:i, :t, (SELECT max(ordinal) +1 FROM ProjectLabels))"_s;
 const QString SelectStatusItem =
-    u"SELECT identity, title FROM ProjectStatusItems WHERE identity = :i"_qs;
+    u"SELECT identity, title FROM ProjectStatusItems WHERE identity = :i"_s;
 const QString SelectStatusItems =
-    u"SELECT identity, title FROM ProjectStatusItems ORDER BY ordinal"_qs;
-const QString SelectStatusIds = u"SELECT identity FROM ProjectStatusItems"_qs;
-const QString DeleteStatusItems = u"DELETE FROM ProjectStatusItems"_qs;
+    u"SELECT identity, title FROM ProjectStatusItems ORDER BY ordinal"_s;
+const QString SelectStatusIds = u"SELECT identity FROM ProjectStatusItems"_s;
+const QString DeleteStatusItems = u"DELETE FROM ProjectStatusItems"_s;
 
 } // namespace Statement
 
@@ -95,7 +96,7 @@ Record selectRow(const QSqlDatabase &database, const QString &statement, int id,
 {
     QSqlQuery query(database);
     const bool prepared = prepare(&query, statement, line);
-    query.bindValue(u":i"_qs, id);
+    query.bindValue(u":i"_s, id);
     const bool found = prepared && succeeded(query, query.exec(), line) && query.next();
     if (ok)
         *ok = found;
@@ -105,7 +106,7 @@ Record selectRow(const QSqlDatabase &database, const QString &statement, int id,
 } // namespace
 
 TVLSearchIndex::TVLSearchIndex(TVLSearchedProject *project)
-    : QSqlDatabase(QSqlDatabase::addDatabase(u"QSQLITE"_qs, QUuid::createUuid().toString()))
+    : QSqlDatabase(QSqlDatabase::addDatabase(u"QSQLITE"_s, QUuid::createUuid().toString()))
     , mProject(project)
 {
     // Without a name the driver opens a private temporary database that vanishes when it is closed.
@@ -180,7 +181,7 @@ bool TVLSearchIndex::replaceRows(const QString &deleteStatement, const QList<Row
 bool TVLSearchIndex::addLabel(int id, const QString &title, const QColor &color)
 {
     return change(Statement::InsertLabel,
-                  {{u":i"_qs, id}, {u":t"_qs, textValue(title)}, {u":c"_qs, colorValue(color)}},
+                  {{u":i"_s, id}, {u":t"_s, textValue(title)}, {u":c"_s, colorValue(color)}},
                   __LINE__);
 }
 
@@ -215,7 +216,7 @@ QSet<int> TVLSearchIndex::labelsIDs() const
 
 bool TVLSearchIndex::addStatusItem(int id, const QString &title)
 {
-    return change(Statement::InsertStatusItem, {{u":i"_qs, id}, {u":t"_qs, textValue(title)}},
+    return change(Statement::InsertStatusItem, {{u":i"_s, id}, {u":t"_s, textValue(title)}},
                   __LINE__);
 }
 

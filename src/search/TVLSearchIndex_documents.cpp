@@ -8,6 +8,8 @@
 
 #include <QModelIndex>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLSearchSql;
 
 namespace {
@@ -15,21 +17,21 @@ namespace {
 namespace Statement {
 
 const QString UpdateInt =
-    u"UPDATE DocumentIntProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
+    u"UPDATE DocumentIntProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_s;
 const QString UpdateConfirmed =
-    u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_qs;
-const QString DeleteTexts = u"DELETE FROM DocumentSearchProperties WHERE identity = :i"_qs;
-const QString DeleteInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_qs;
+    u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_s;
+const QString DeleteTexts = u"DELETE FROM DocumentSearchProperties WHERE identity = :i"_s;
+const QString DeleteInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_s;
 const QString SelectConfirmed =
-    u"SELECT type FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND confirmed = :c AND propertyValue = :v"_qs;
+    u"SELECT type FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND confirmed = :c AND propertyValue = :v"_s;
 const QString SelectTexts =
-    u"SELECT identity, propertyValue FROM DocumentSearchProperties WHERE type = :t AND length(propertyValue) != 0"_qs;
+    u"SELECT identity, propertyValue FROM DocumentSearchProperties WHERE type = :t AND length(propertyValue) != 0"_s;
 const QString UpdateValue =
-    u"UPDATE DocumentSearchProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_qs;
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_s;
 const QString SelectNonEmpty =
-    u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_qs;
+    u"SELECT * FROM DocumentSearchProperties WHERE type = :t AND identity = :i AND length(propertyValue) != 0"_s;
 const QString SelectAllNonEmpty =
-    u"SELECT type, identity FROM DocumentSearchProperties WHERE type IN (2, 3, 4) AND length(propertyValue) != 0"_qs;
+    u"SELECT type, identity FROM DocumentSearchProperties WHERE type IN (2, 3, 4) AND length(propertyValue) != 0"_s;
 
 } // namespace Statement
 
@@ -101,19 +103,19 @@ bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, 
 
 void TVLSearchIndex::insertText(int id, int property, const QString &text, bool confirmed)
 {
-    mInsertText->bindValue(u":i"_qs, id);
-    mInsertText->bindValue(u":t"_qs, property);
-    mInsertText->bindValue(u":v"_qs, textValue(text));
-    mInsertText->bindValue(u":c"_qs, confirmed);
+    mInsertText->bindValue(u":i"_s, id);
+    mInsertText->bindValue(u":t"_s, property);
+    mInsertText->bindValue(u":v"_s, textValue(text));
+    mInsertText->bindValue(u":c"_s, confirmed);
     succeeded(*mInsertText, mInsertText->exec(), __LINE__);
 }
 
 void TVLSearchIndex::insertInt(int id, int property, int value)
 {
     mHasDocumentInts = true;
-    mInsertInt->bindValue(u":i"_qs, id);
-    mInsertInt->bindValue(u":t"_qs, property);
-    mInsertInt->bindValue(u":v"_qs, value);
+    mInsertInt->bindValue(u":i"_s, id);
+    mInsertInt->bindValue(u":t"_s, property);
+    mInsertInt->bindValue(u":v"_s, value);
     succeeded(*mInsertInt, mInsertInt->exec(), __LINE__);
 }
 
@@ -122,20 +124,20 @@ bool TVLSearchIndex::removeDocument(int id)
     createDocumentIndexes();
     // Bound and not run: the texts of what was removed stay to be found, as they always have.
     if (QSqlQuery *texts = prepared(Statement::DeleteTexts, __LINE__))
-        texts->bindValue(u":i"_qs, id);
-    return change(Statement::DeleteInts, {{u":i"_qs, id}}, __LINE__);
+        texts->bindValue(u":i"_s, id);
+    return change(Statement::DeleteInts, {{u":i"_s, id}}, __LINE__);
 }
 
 void TVLSearchIndex::forgetTexts(int id)
 {
-    change(Statement::DeleteTexts, {{u":i"_qs, id}}, __LINE__);
+    change(Statement::DeleteTexts, {{u":i"_s, id}}, __LINE__);
     if (mProject)
         mProject->checksums()->forgetHashSums(id);
 }
 
 void TVLSearchIndex::setTexts(TVL::DocumentProperty property, const QHash<int, QString> &texts)
 {
-    QSqlQuery *query = execute(Statement::SelectTexts, {{u":t"_qs, int(property)}}, __LINE__);
+    QSqlQuery *query = execute(Statement::SelectTexts, {{u":t"_s, int(property)}}, __LINE__);
     if (!query)
         return;
     QHash<int, QString> different = texts;
@@ -148,10 +150,10 @@ void TVLSearchIndex::setTexts(TVL::DocumentProperty property, const QHash<int, Q
     }
     query->finish();
     for (auto text = different.cbegin(); text != different.cend(); ++text) {
-        query = execute(
-            Statement::UpdateValue,
-            {{u":v"_qs, textValue(*text)}, {u":id"_qs, text.key()}, {u":t"_qs, int(property)}},
-            __LINE__);
+        query =
+            execute(Statement::UpdateValue,
+                    {{u":v"_s, textValue(*text)}, {u":id"_s, text.key()}, {u":t"_s, int(property)}},
+                    __LINE__);
         if (!query)
             return;
         mIsModified = query->numRowsAffected() > 0 || mIsModified;
@@ -166,15 +168,15 @@ void TVLSearchIndex::updatePropertyPrivate(int id, TVL::DocumentProperty propert
 {
     if (isText(property)) {
         change(UpdateText,
-               {{u":v"_qs, textValue(value.toString())},
-                {u":c"_qs, confirmed},
-                {u":id"_qs, id},
-                {u":t"_qs, int(property)}},
+               {{u":v"_s, textValue(value.toString())},
+                {u":c"_s, confirmed},
+                {u":id"_s, id},
+                {u":t"_s, int(property)}},
                __LINE__);
     } else if (isLabelOrStatus(property)) {
         createDocumentIndexes();
-        change(Statement::UpdateInt,
-               {{u":v"_qs, value}, {u":id"_qs, id}, {u":t"_qs, int(property)}}, __LINE__);
+        change(Statement::UpdateInt, {{u":v"_s, value}, {u":id"_s, id}, {u":t"_s, int(property)}},
+               __LINE__);
     }
 }
 
@@ -197,7 +199,7 @@ void TVLSearchIndex::setConfirmed(int id, TVL::DocumentProperty property, bool c
 {
     if (isText(property))
         change(Statement::UpdateConfirmed,
-               {{u":c"_qs, confirmed}, {u":id"_qs, id}, {u":t"_qs, int(property)}}, __LINE__);
+               {{u":c"_s, confirmed}, {u":id"_s, id}, {u":t"_s, int(property)}}, __LINE__);
 }
 
 void TVLSearchIndex::validateProperty(int id, TVL::DocumentProperty property)
@@ -213,9 +215,9 @@ void TVLSearchIndex::invalidateProperty(int id, TVL::DocumentProperty property)
     }
     // A label or a status is never stale. No statement was made for them, and the log says so.
     QSqlQuery none(*this);
-    none.bindValue(u":c"_qs, false);
-    none.bindValue(u":id"_qs, id);
-    none.bindValue(u":t"_qs, int(property));
+    none.bindValue(u":c"_s, false);
+    none.bindValue(u":id"_s, id);
+    none.bindValue(u":t"_s, int(property));
     succeeded(none, none.exec(), __LINE__);
 }
 
@@ -240,7 +242,7 @@ bool TVLSearchIndex::isConfirmed(int id, TVL::DocumentProperty property, const Q
 {
     QSqlQuery *query = execute(
         Statement::SelectConfirmed,
-        {{u":t"_qs, int(property)}, {u":i"_qs, id}, {u":c"_qs, true}, {u":v"_qs, textValue(text)}},
+        {{u":t"_s, int(property)}, {u":i"_s, id}, {u":c"_s, true}, {u":v"_s, textValue(text)}},
         __LINE__);
     if (!query)
         return false;
@@ -257,7 +259,7 @@ bool TVLSearchIndex::hasText(const TVLProjectNode *node, TVL::DocumentProperty p
 bool TVLSearchIndex::hasText(int id, TVL::DocumentProperty property) const
 {
     QSqlQuery *query =
-        execute(Statement::SelectNonEmpty, {{u":t"_qs, int(property)}, {u":i"_qs, id}}, __LINE__);
+        execute(Statement::SelectNonEmpty, {{u":t"_s, int(property)}, {u":i"_s, id}}, __LINE__);
     if (!query)
         return false;
     const bool found = query->next();

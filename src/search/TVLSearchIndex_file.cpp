@@ -20,13 +20,15 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLSearchSql;
 
 namespace {
 
-const QString SelectIdentities = u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs;
+const QString SelectIdentities = u"SELECT DISTINCT identity FROM DocumentSearchProperties"_s;
 const QString SelectText =
-    u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_qs;
+    u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_s;
 
 constexpr const char *CannotOpen =
     QT_TRANSLATE_NOOP("TVLSearchIndex", "Could not find or open the search.indexes file");

@@ -10,12 +10,14 @@
 
 #include <QSqlQuery>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString SelectTextsOfItem =
-    u"SELECT type, propertyValue FROM DocumentSearchProperties WHERE identity = :i ORDER BY type"_qs;
+    u"SELECT type, propertyValue FROM DocumentSearchProperties WHERE identity = :i ORDER BY type"_s;
 const QString SelectTitlesOfItem =
-    u"SELECT title FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = :t WHERE DocumentIntProperties.identity = :i"_qs;
+    u"SELECT title FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = :t WHERE DocumentIntProperties.identity = :i"_s;
 
 /** Empty matches, which an expression may have anywhere, aren't told. */
 void appendHits(TVLTextMatcher *matcher, TVL::DocumentProperty property, const QString &text,
@@ -46,7 +48,7 @@ QList<TVLSearchHit> TVLSearchIndex::hits(const TVLCollectionMetaData &collection
         return found;
     const TVL::DocumentProperty wanted = collection.mSearchProperty;
     TVLTextMatcher matcher(flags, words);
-    if (QSqlQuery *texts = execute(SelectTextsOfItem, {{u":i"_qs, id}}, __LINE__)) {
+    if (QSqlQuery *texts = execute(SelectTextsOfItem, {{u":i"_s, id}}, __LINE__)) {
         while (texts->next()) {
             const auto property = TVL::DocumentProperty(texts->value(0).toInt());
             if (isWanted(wanted, property))
@@ -62,7 +64,7 @@ QList<TVLSearchHit> TVLSearchIndex::hits(const TVLCollectionMetaData &collection
         if (!isWanted(wanted, property))
             continue;
         QSqlQuery *titles = execute(SelectTitlesOfItem.arg(table.value()),
-                                    {{u":t"_qs, table.key()}, {u":i"_qs, id}}, __LINE__);
+                                    {{u":t"_s, table.key()}, {u":i"_s, id}}, __LINE__);
         if (!titles)
             continue;
         while (titles->next())

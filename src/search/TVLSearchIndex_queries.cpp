@@ -14,21 +14,23 @@
 #include <QSqlError>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 using namespace TVLSearchSql;
 
 namespace {
 
 const QString SelectUnconfirmed =
-    u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_qs;
+    u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_s;
 const QString CreateConfirmedIndex =
-    u"CREATE INDEX dspConfirmedIndex ON DocumentSearchProperties (confirmed)"_qs;
-const QString SelectTexts = u"SELECT DISTINCT identity FROM DocumentSearchProperties WHERE "_qs;
-const QString OfType = u"type is ? AND "_qs;
+    u"CREATE INDEX dspConfirmedIndex ON DocumentSearchProperties (confirmed)"_s;
+const QString SelectTexts = u"SELECT DISTINCT identity FROM DocumentSearchProperties WHERE "_s;
+const QString OfType = u"type is ? AND "_s;
 const QString SelectInts =
-    u"SELECT DocumentIntProperties.identity FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = ?  WHERE matchQString(title, ?, ?, ?)"_qs;
+    u"SELECT DocumentIntProperties.identity FROM %1 JOIN DocumentIntProperties ON DocumentIntProperties.propertyValue = %1.identity AND type = ?  WHERE matchQString(title, ?, ?, ?)"_s;
 
 /** The connection that the end of an update is told to. Not that of any project. */
-const QString CommittedConnection = u"searchindex"_qs;
+const QString CommittedConnection = u"searchindex"_s;
 
 /** A function of the database takes 127 arguments; three aren't words. */
 constexpr qsizetype MostWordsOfACall = 124;
@@ -48,7 +50,7 @@ QList<QStringList> portionsOf(const QStringList &words)
 
 QString matchCall(const QStringList &words)
 {
-    return u"matchQString(propertyValue, ?, ?"_qs + u", ?"_qs.repeated(words.size()) + u')';
+    return u"matchQString(propertyValue, ?, ?"_s + u", ?"_s.repeated(words.size()) + u')';
 }
 
 /** Each row by itself has to match, so the calls for more words than fit into one are joined in
@@ -60,7 +62,7 @@ QString matchCalls(const QList<QStringList> &portions, int flags)
     QStringList calls;
     for (const QStringList &portion : portions)
         calls.append(matchCall(portion));
-    return u'(' + calls.join(flags & TVLTextMatcher::EveryWord ? u" AND "_qs : u" OR "_qs) + u')';
+    return u'(' + calls.join(flags & TVLTextMatcher::EveryWord ? u" AND "_s : u" OR "_s) + u')';
 }
 
 const TVLProjectNode *nodeOf(const QModelIndex &index)
@@ -178,7 +180,7 @@ QMap<int, QList<TVL::DocumentProperty>> TVLSearchIndex::notConfirmedIndexes() co
 {
     QMap<int, QList<TVL::DocumentProperty>> properties;
     QSqlQuery *query = execute(SelectUnconfirmed,
-                               {{u":t"_qs, int(TVL::TitleProperty)}, {u":c"_qs, false}}, __LINE__);
+                               {{u":t"_s, int(TVL::TitleProperty)}, {u":c"_s, false}}, __LINE__);
     if (!query)
         return properties;
     while (query->next())
@@ -228,7 +230,7 @@ void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
         else if (stringDocumentProperties().contains(property))
             asked.append(property);
         else
-            updatePropertyPrivate(id, property, u""_qs, true);
+            updatePropertyPrivate(id, property, u""_s, true);
     }
     if (!asked.isEmpty())
         refreshTexts(index, asked);

@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** From here on the time that a row takes hardly falls, and statements stay short. */
@@ -12,14 +14,14 @@ constexpr qsizetype RowsAtOnce = 100;
 // A row that is refused ends the statement without taking back those before it, which would need a
 // journal for each statement. The caller takes all of them back.
 const QString InsertTexts =
-    u"INSERT OR FAIL INTO DocumentSearchProperties (identity, type, propertyValue, confirmed) VALUES "_qs;
+    u"INSERT OR FAIL INTO DocumentSearchProperties (identity, type, propertyValue, confirmed) VALUES "_s;
 const QString InsertInts =
-    u"INSERT OR FAIL INTO DocumentIntProperties (identity, type, propertyValue) VALUES "_qs;
+    u"INSERT OR FAIL INTO DocumentIntProperties (identity, type, propertyValue) VALUES "_s;
 
 /** The places of so many rows. */
 QString placesOf(qsizetype rows, int columns)
 {
-    const QString row = u'(' + QStringList(columns, u"?"_qs).join(u',') + u')';
+    const QString row = u'(' + QStringList(columns, u"?"_s).join(u',') + u')';
     return QStringList(rows, row).join(u',');
 }
 

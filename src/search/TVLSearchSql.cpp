@@ -6,19 +6,21 @@
 
 #include <sqlite3.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString MemorySettings[] = {
-    u"PRAGMA journal_mode = MEMORY"_qs,
-    u"PRAGMA temp_store = MEMORY"_qs,
+    u"PRAGMA journal_mode = MEMORY"_s,
+    u"PRAGMA temp_store = MEMORY"_s,
 };
 
 /** Beyond any project; the library's own limit is one gigabyte. */
 constexpr sqlite3_int64 MostBytes = sqlite3_int64(1) << 40;
 
-const QString BeginPart = u"SAVEPOINT bundle"_qs;
-const QString KeepPart = u"RELEASE bundle"_qs;
-const QString DropPart = u"ROLLBACK TO bundle"_qs;
+const QString BeginPart = u"SAVEPOINT bundle"_s;
+const QString KeepPart = u"RELEASE bundle"_s;
+const QString DropPart = u"ROLLBACK TO bundle"_s;
 
 QString withoutHalfPairs(QString text)
 {
@@ -41,7 +43,7 @@ sqlite3 *TVLSearchSql::handleOf(const QSqlDatabase &database)
     if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
         return nullptr;
     QSqlQuery query(database);
-    const bool isOurs = query.exec(u"SELECT sqlite_source_id()"_qs) && query.next()
+    const bool isOurs = query.exec(u"SELECT sqlite_source_id()"_s) && query.next()
         && query.value(0).toString() == QLatin1String(sqlite3_sourceid());
     return isOurs ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
 }
@@ -79,7 +81,7 @@ bool TVLSearchSql::run(QSqlQuery *query, const QString &statement, int line)
 
 QVariant TVLSearchSql::textValue(const QString &text)
 {
-    return text.isNull() ? u""_qs : storedText(text);
+    return text.isNull() ? u""_s : storedText(text);
 }
 
 QString TVLSearchSql::storedText(const QString &text)

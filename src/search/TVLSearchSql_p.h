@@ -5,17 +5,19 @@
 #include <QString>
 #include <QVariant>
 
+using namespace Qt::StringLiterals;
+
 struct sqlite3;
 
 /** What the sources of the search index share in talking to its database. */
 namespace TVLSearchSql {
 
 inline const QString InsertText =
-    u"INSERT INTO DocumentSearchProperties (identity, type, propertyValue, confirmed) VALUES (:i, :t, :v, :c)"_qs;
+    u"INSERT INTO DocumentSearchProperties (identity, type, propertyValue, confirmed) VALUES (:i, :t, :v, :c)"_s;
 inline const QString InsertInt =
-    u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_qs;
+    u"INSERT INTO DocumentIntProperties (identity, type, propertyValue) VALUES (:i, :t, :v)"_s;
 inline const QString UpdateText =
-    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_qs;
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_s;
 
 /**
  * The handle of a connection that is open and uses the same SQLite as this library; else null. One

@@ -5,18 +5,20 @@
 
 #include <QRegExp>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QStringList splitAtBlanks(const QString &text)
 {
-    static const QRegExp whiteSpace(u"\\s"_qs);
+    static const QRegExp whiteSpace(u"\\s"_s);
     return whiteSpace.splitString(text, Qt::SkipEmptyParts);
 }
 
 /** Words with commas between them may have blanks inside. */
 QStringList splitIntoWords(const QString &text)
 {
-    static const QString comma = u", "_qs;
+    static const QString comma = u", "_s;
     return text.contains(comma) ? text.split(comma, Qt::SkipEmptyParts) : splitAtBlanks(text);
 }
 
@@ -56,9 +58,9 @@ int tvlTitleFlags(int flags)
 const QMap<int, QString> &tvlTitleTables()
 {
     static const QMap<int, QString> tables = {
-        {TVL::KeywordsProperty, u"ProjectKeywords"_qs},
-        {TVL::LabelProperty, u"ProjectLabels"_qs},
-        {TVL::StatusProperty, u"ProjectStatusItems"_qs},
+        {TVL::KeywordsProperty, u"ProjectKeywords"_s},
+        {TVL::LabelProperty, u"ProjectLabels"_s},
+        {TVL::StatusProperty, u"ProjectStatusItems"_s},
     };
     return tables;
 }

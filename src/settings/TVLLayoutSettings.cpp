@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> LayoutFlags[] = {
@@ -50,18 +52,18 @@ const LayoutIntList *findLayoutIntList(TVLSettings::IntListSetting setting)
     return tvlFindSetting(rows, setting);
 }
 
-const QString NameKey = u"layoutName"_qs;
-const QString PreviewKey = u"layoutPreview"_qs;
-const QString WindowSizeKey = u"windowSize"_qs;
-const QString WindowPositionKey = u"windowPosition"_qs;
-const QString WindowMaximizedKey = u"windowMaximized"_qs;
-const QString VisibilityFlagsKey = u"visibilityFlags"_qs;
-const QString BinderAffectsKey = u"binderAffects"_qs;
-const QString InspectorModeKey = u"inspectorMode"_qs;
-const QString UserInspectorModeKey = u"inspectorModeUserSelected"_qs;
-const QString EditorSplitterKey = u"editorSplitterState"_qs;
-const QString InspectorSplitterKey = u"inspectorSplitterState"_qs;
-const QString BinderSplitterKey = u"binderSplitterState"_qs;
+const QString NameKey = u"layoutName"_s;
+const QString PreviewKey = u"layoutPreview"_s;
+const QString WindowSizeKey = u"windowSize"_s;
+const QString WindowPositionKey = u"windowPosition"_s;
+const QString WindowMaximizedKey = u"windowMaximized"_s;
+const QString VisibilityFlagsKey = u"visibilityFlags"_s;
+const QString BinderAffectsKey = u"binderAffects"_s;
+const QString InspectorModeKey = u"inspectorMode"_s;
+const QString UserInspectorModeKey = u"inspectorModeUserSelected"_s;
+const QString EditorSplitterKey = u"editorSplitterState"_s;
+const QString InspectorSplitterKey = u"inspectorSplitterState"_s;
+const QString BinderSplitterKey = u"binderSplitterState"_s;
 
 constexpr char PreviewFormat[] = "PNG";
 

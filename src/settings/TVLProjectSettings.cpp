@@ -2,6 +2,8 @@
 
 #include "TVLStoredValue_p.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr TVLSettingRow<TVLSettings::FlagSetting, bool> ProjectFlags[] = {
@@ -68,11 +70,11 @@ const ProjectIntList *findProjectIntList(TVLSettings::IntListSetting setting)
     return tvlFindSetting(rows, setting);
 }
 
-const QString IgnoreListKey = u"ignoreList"_qs;
-const QString FirstEditorHistoryKey = u"firstEditorHistory"_qs;
-const QString SecondEditorHistoryKey = u"secondEditorHistory"_qs;
-const QString BinderHistoryKey = u"binderHistory"_qs;
-const QString FullScreenHistoryKey = u"fullScreenHistory"_qs;
+const QString IgnoreListKey = u"ignoreList"_s;
+const QString FirstEditorHistoryKey = u"firstEditorHistory"_s;
+const QString SecondEditorHistoryKey = u"secondEditorHistory"_s;
+const QString BinderHistoryKey = u"binderHistory"_s;
+const QString FullScreenHistoryKey = u"fullScreenHistory"_s;
 
 QByteArray storedHistory(const QSettings &settings, const QString &key)
 {

@@ -10,6 +10,8 @@
 
 #include <filesystem>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -91,7 +93,7 @@ bool tvlHasAutosaveOf(const QString &projectPath, const QString &binderFile)
 bool tvlMakeAutosaveOf(const QString &projectPath, const QString &binderFile)
 {
     verifiedCopies().remove(binderFile);
-    return Format::compressBinder(projectPath, u"binder.autosave"_qs, binderFile)
+    return Format::compressBinder(projectPath, u"binder.autosave"_s, binderFile)
         && tvlHasAutosaveOf(projectPath, binderFile);
 }
 

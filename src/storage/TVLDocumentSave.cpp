@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -79,7 +81,7 @@ Change TVLDocumentSave::commentsChange(const QString &filePath,
     writer.writeStartDocument();
     writer.writeComments(comments, true);
     writer.writeEndDocument();
-    return {Change::Write, filePath, buffer.data(), {}, u" - ("_qs + filePath + u')'};
+    return {Change::Write, filePath, buffer.data(), {}, u" - ("_s + filePath + u')'};
 }
 
 TVLDocumentSave::TVLDocumentSave(const QString &projectPath)

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 TVLProjectFolderFormat::TVLProjectFolderFormat(const QString &path, TVL::FormatVersion version,
                                                QObject *parent)
     : QObject(parent)
@@ -40,7 +42,7 @@ int TVLProjectFolderFormat::extractVersionNumber(const QString &text)
 
 TVL::FormatVersion TVLProjectFolderFormat::projectFormatVersion(const QString &path)
 {
-    const QString filePath = filesPath(calcEnclosingPath(path)) + u"/version.txt"_qs;
+    const QString filePath = filesPath(calcEnclosingPath(path)) + u"/version.txt"_s;
     if (QFileInfo::exists(filePath))
         return TVL::FormatVersion(
             extractVersionNumber(TVLCoreUtil::ReadUnicodeTextFile(filePath, nullptr)));
@@ -94,7 +96,7 @@ bool TVLProjectFolderFormat::isCompatible(QIODevice::OpenMode mode, const QStrin
 bool TVLProjectFolderFormat::hasSnapshotsViaSnapshotsDir(const QDir &snapshotsDir, int id)
 {
     QDir itemDir = snapshotsDir;
-    return itemDir.cd(u"%1.snapshots"_qs.arg(id)) && itemDir.exists(u"index.xml"_qs);
+    return itemDir.cd(u"%1.snapshots"_s.arg(id)) && itemDir.exists(u"index.xml"_s);
 }
 
 QString TVLProjectFolderFormat::dateTimeToString(const QDateTime &dateTime, bool isFileName)

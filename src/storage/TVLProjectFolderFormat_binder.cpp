@@ -18,6 +18,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Reads the `Version` text of the entry called @p entryName of a zipped binder. */
@@ -193,12 +195,12 @@ bool TVLProjectFolderFormat::isNewMobileProjectTavelxContents(const QString &pat
 
 bool TVLProjectFolderFormat::ensureMobileBinderSyncFileName(const QString &path)
 {
-    static const QString syncName = u"binder.sync"_qs;
+    static const QString syncName = u"binder.sync"_s;
     QDir directory(mobilePath(calcEnclosingPath(path)));
     if (!directory.exists())
         return true;
     QStringList names =
-        directory.entryList({u"*.sync"_qs}, QDir::Files, QDir::Time | QDir::Reversed);
+        directory.entryList({u"*.sync"_s}, QDir::Files, QDir::Time | QDir::Reversed);
     if (names.isEmpty() || names == QStringList(syncName))
         return true;
 

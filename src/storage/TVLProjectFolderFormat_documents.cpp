@@ -11,6 +11,8 @@
 #include <array>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** How the files of a type are called in the two layouts. */
@@ -92,14 +94,14 @@ QString joined(const QString &folder, const QString &name)
 QString extensionWithDot(const QString &extension)
 {
     if (extension.isEmpty())
-        return u".rtf"_qs;
+        return u".rtf"_s;
     return extension.startsWith(u'.') ? extension : u'.' + extension;
 }
 
 /** Files of an item in the folder of all numbered ones whose names are the id and an extension. */
 QFileInfoList numberedFiles(const QString &docsPath, int id, QDir::SortFlags order)
 {
-    return QDir(docsPath).entryInfoList({u"%1.*"_qs.arg(id)}, FilesOnly, order);
+    return QDir(docsPath).entryInfoList({u"%1.*"_s.arg(id)}, FilesOnly, order);
 }
 
 QStringList existing(QStringList filePaths)
@@ -376,7 +378,7 @@ TVLProjectFolderFormat::existingNodeFilePaths(const TVLProjectNodeProperties &pr
 
 bool TVLProjectFolderFormat::hasFiles(const QString &path, int id)
 {
-    return id >= 0 && !existingNodeFilePaths(calcEnclosingPath(path), id, u"rtf"_qs).isEmpty();
+    return id >= 0 && !existingNodeFilePaths(calcEnclosingPath(path), id, u"rtf"_s).isEmpty();
 }
 
 bool TVLProjectFolderFormat::hasFiles(const QString &path, const QUuid &uuid)

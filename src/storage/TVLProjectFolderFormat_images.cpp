@@ -9,6 +9,8 @@
 #include <QImageWriter>
 #include <QPixmap>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -18,7 +20,7 @@ QString iconPath(const QString &path, const QString &name)
 {
     if (name.isEmpty() || name == u"." || name == u".." || name.contains(u'/'))
         return {};
-    return Format::calcEnclosingPath(path) + u"/Icons/"_qs + name;
+    return Format::calcEnclosingPath(path) + u"/Icons/"_s + name;
 }
 
 /** Writes an image in one go, so that one which can't be composed leaves the old file alone. */
@@ -57,7 +59,7 @@ QString TVLProjectFolderFormat::indexCardImagePath(const QString &path, int id,
                                                    const QString &extension)
 {
     return filesDocsPath(calcEnclosingPath(path))
-        + u"/%1_icImage.%2"_qs.arg(QString::number(id), extension);
+        + u"/%1_icImage.%2"_s.arg(QString::number(id), extension);
 }
 
 QImage TVLProjectFolderFormat::indexCardImage(const QString &path, int id, const QString &extension)
@@ -123,5 +125,5 @@ bool TVLProjectFolderFormat::renameIcon(const QString &path, const QString &oldN
 
 QStringList TVLProjectFolderFormat::icons(const QString &path)
 {
-    return TVLCoreUtil::fileNames(calcEnclosingPath(path) + u"/Icons"_qs);
+    return TVLCoreUtil::fileNames(calcEnclosingPath(path) + u"/Icons"_s);
 }

@@ -10,6 +10,8 @@
 #include <QUrl>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -17,7 +19,7 @@ using Format = TVLProjectFolderFormat;
 QString numberedFilePath(const QString &path, int id, const QString &extension)
 {
     return Format::filesDocsPath(Format::calcEnclosingPath(path))
-        + u"/%1.%2"_qs.arg(QString::number(id), extension);
+        + u"/%1.%2"_s.arg(QString::number(id), extension);
 }
 
 /**
@@ -42,7 +44,7 @@ QString nameInOwnFolder(const QString &fileName)
     const int type = Format::findDocumentTypeId(fileName);
     // Of a main file of another kind the extension is what says so.
     if (type == TVL::ForeignFile)
-        return u"content."_qs + QFileInfo(fileName).suffix();
+        return u"content."_s + QFileInfo(fileName).suffix();
     return Format::docTypeToFileName(TVL::DocumentType(type));
 }
 
@@ -120,7 +122,7 @@ bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, int id,
     for (const QString &name : names)
         areGone = TVLCoreUtil::DeleteFile(filesDocsPath(projectPath) + u'/' + name) && areGone;
     forgetSnapshots(projectPath, id);
-    return removeDirectory(QDir(snapshotsPath(projectPath) + u"/%1.snapshots"_qs.arg(id)))
+    return removeDirectory(QDir(snapshotsPath(projectPath) + u"/%1.snapshots"_s.arg(id)))
         && areGone;
 }
 

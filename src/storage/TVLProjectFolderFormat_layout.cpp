@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QStringView BinderSuffix = u".tavelx";
@@ -50,17 +52,17 @@ QDir projectSubdirectory(const QString &path, const QString &name, bool *ok)
 
 QString TVLProjectFolderFormat::filesPath(const QString &path)
 {
-    return path + u"/Files"_qs;
+    return path + u"/Files"_s;
 }
 
 QString TVLProjectFolderFormat::filesDocsPath(const QString &path)
 {
-    return filesPath(path) + u"/Docs"_qs;
+    return filesPath(path) + u"/Docs"_s;
 }
 
 QString TVLProjectFolderFormat::filesDataPath(const QString &path)
 {
-    return filesPath(path) + u"/Data"_qs;
+    return filesPath(path) + u"/Data"_s;
 }
 
 QString TVLProjectFolderFormat::filesDataNodePath(const QString &path, const QUuid &uuid)
@@ -70,32 +72,32 @@ QString TVLProjectFolderFormat::filesDataNodePath(const QString &path, const QUu
 
 QString TVLProjectFolderFormat::settingsPath(const QString &path)
 {
-    return path + u"/Settings"_qs;
+    return path + u"/Settings"_s;
 }
 
 QString TVLProjectFolderFormat::searchIndexesFilePath(const QString &path)
 {
-    return filesPath(path) + u"/search.indexes"_qs;
+    return filesPath(path) + u"/search.indexes"_s;
 }
 
 QString TVLProjectFolderFormat::projectChecksumFilePathId(const QString &path)
 {
-    return filesDocsPath(path) + u"/docs.checksum"_qs;
+    return filesDocsPath(path) + u"/docs.checksum"_s;
 }
 
 QString TVLProjectFolderFormat::projectChecksumFilePath(const QString &path)
 {
-    return filesDataPath(path) + u"/docs.checksum"_qs;
+    return filesDataPath(path) + u"/docs.checksum"_s;
 }
 
 QString TVLProjectFolderFormat::filesMobileScriptsChecksumsFilePath(const QString &path)
 {
-    return filesPath(path) + u"/mobilescripts.checksums"_qs;
+    return filesPath(path) + u"/mobilescripts.checksums"_s;
 }
 
 QString TVLProjectFolderFormat::snapshotsPath(const QString &path)
 {
-    return path + u"/Snapshots"_qs;
+    return path + u"/Snapshots"_s;
 }
 
 QString TVLProjectFolderFormat::snapshotsNodePath(const QString &path, const QUuid &uuid)
@@ -105,12 +107,12 @@ QString TVLProjectFolderFormat::snapshotsNodePath(const QString &path, const QUu
 
 QString TVLProjectFolderFormat::mobilePath(const QString &path)
 {
-    return path + u"/Mobile"_qs;
+    return path + u"/Mobile"_s;
 }
 
 QString TVLProjectFolderFormat::mobileDataPath(const QString &path)
 {
-    return mobilePath(path) + u"/Data"_qs;
+    return mobilePath(path) + u"/Data"_s;
 }
 
 QString TVLProjectFolderFormat::mobileDataNodePath(const QString &path, const QUuid &uuid)
@@ -127,43 +129,43 @@ QString TVLProjectFolderFormat::findMobileDataNodePath(const QString &path, cons
 
 QString TVLProjectFolderFormat::mobileBinderSyncFilePath(const QString &path)
 {
-    return mobilePath(path) + u"/binder.sync"_qs;
+    return mobilePath(path) + u"/binder.sync"_s;
 }
 
 QString TVLProjectFolderFormat::mobileSearchIndexesFilePath(const QString &path)
 {
-    return mobilePath(path) + u"/search.indexes"_qs;
+    return mobilePath(path) + u"/search.indexes"_s;
 }
 
 QString TVLProjectFolderFormat::mobileDataScriptsChecksumsFilePath(const QString &path)
 {
-    return mobileDataPath(path) + u"/scripts.checksums"_qs;
+    return mobileDataPath(path) + u"/scripts.checksums"_s;
 }
 
 QString TVLProjectFolderFormat::mobileDataUuidChecksumsFilePath(const QString &path,
                                                                 const QUuid &uuid)
 {
-    return mobileDataNodePath(path, uuid) + u".checksums"_qs;
+    return mobileDataNodePath(path, uuid) + u".checksums"_s;
 }
 
 QString TVLProjectFolderFormat::settingsScriptsMobFilePath(const QString &path)
 {
-    return settingsPath(path) + u"/scripts.mob"_qs;
+    return settingsPath(path) + u"/scripts.mob"_s;
 }
 
 QString TVLProjectFolderFormat::externalFolderSyncFilePath(const QString &path)
 {
-    return settingsPath(path) + u"/User/folder-sync-win.ini"_qs;
+    return settingsPath(path) + u"/User/folder-sync-win.ini"_s;
 }
 
 QString TVLProjectFolderFormat::binderAutosaveFilePath(const QString &path)
 {
-    return filesPath(path) + u"/binder.autosave"_qs;
+    return filesPath(path) + u"/binder.autosave"_s;
 }
 
 QString TVLProjectFolderFormat::binderBackupFilePath(const QString &path)
 {
-    return filesPath(path) + u"/binder.backup"_qs;
+    return filesPath(path) + u"/binder.backup"_s;
 }
 
 bool TVLProjectFolderFormat::filesDataNodePathExists(const QString &path, const QUuid &uuid)
@@ -188,30 +190,30 @@ bool TVLProjectFolderFormat::externalFolderSyncFilePathExists(const QString &pat
 
 QDir TVLProjectFolderFormat::filesDirectory(const QString &path, bool *ok)
 {
-    return projectSubdirectory(path, u"Files"_qs, ok);
+    return projectSubdirectory(path, u"Files"_s, ok);
 }
 
 QDir TVLProjectFolderFormat::iconsDirectory(const QString &path, bool *ok)
 {
-    return projectSubdirectory(path, u"Icons"_qs, ok);
+    return projectSubdirectory(path, u"Icons"_s, ok);
 }
 
 QDir TVLProjectFolderFormat::docsDirectory(const QString &path, bool *ok)
 {
     bool filesOk = false;
     QDir directory = filesDirectory(path, &filesOk);
-    setOk(ok, filesOk && enterSubdirectory(&directory, u"Docs"_qs));
+    setOk(ok, filesOk && enterSubdirectory(&directory, u"Docs"_s));
     return directory;
 }
 
 QDir TVLProjectFolderFormat::settingsDirectory(const QString &path, bool *ok)
 {
-    return projectSubdirectory(path, u"Settings"_qs, ok);
+    return projectSubdirectory(path, u"Settings"_s, ok);
 }
 
 QDir TVLProjectFolderFormat::snapshotsDirectory(const QString &path, bool *ok)
 {
-    return projectSubdirectory(path, u"Snapshots"_qs, ok);
+    return projectSubdirectory(path, u"Snapshots"_s, ok);
 }
 
 QDir TVLProjectFolderFormat::mobileDirectory(const QString &path, bool *ok)
@@ -234,22 +236,22 @@ QDir TVLProjectFolderFormat::ensurePathExists(const QString &path, bool *ok, QSt
 
 QString TVLProjectFolderFormat::versionFilePath(const QString &path)
 {
-    return filesDirectory(path).filePath(u"version.txt"_qs);
+    return filesDirectory(path).filePath(u"version.txt"_s);
 }
 
 QString TVLProjectFolderFormat::settingsUiFilePath(const QString &path)
 {
-    return settingsDirectory(path).filePath(u"ui.ini"_qs);
+    return settingsDirectory(path).filePath(u"ui.ini"_s);
 }
 
 QString TVLProjectFolderFormat::scriptformatXmlFilePath(const QString &path)
 {
-    return settingsDirectory(path).filePath(u"scriptformat.xml"_qs);
+    return settingsDirectory(path).filePath(u"scriptformat.xml"_s);
 }
 
 QString TVLProjectFolderFormat::templateInfoXmlFilePath(const QString &path)
 {
-    return settingsDirectory(path).filePath(u"templateinfo.xml"_qs);
+    return settingsDirectory(path).filePath(u"templateinfo.xml"_s);
 }
 
 QString TVLProjectFolderFormat::calcEnclosingPath(const QString &path)
@@ -299,13 +301,13 @@ QString TVLProjectFolderFormat::defaultBinderFilePath(const QString &path)
 
 QString TVLProjectFolderFormat::binderFilePathProjectTavelx(const QString &path)
 {
-    return enclosingDirectory(path).filePath(u"project.tavelx"_qs);
+    return enclosingDirectory(path).filePath(u"project.tavelx"_s);
 }
 
 QString TVLProjectFolderFormat::findNewestBinderFilePath(const QString &path)
 {
     const QFileInfoList files =
-        enclosingDirectory(path).entryInfoList({u"*.tavelx"_qs}, QDir::Files, QDir::Time);
+        enclosingDirectory(path).entryInfoList({u"*.tavelx"_s}, QDir::Files, QDir::Time);
     return files.isEmpty() ? QString() : files.constFirst().absoluteFilePath();
 }
 

@@ -14,6 +14,8 @@
 #include <QStandardPaths>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The word that every platform writes, so that a lock can be compared on any.
@@ -22,13 +24,13 @@ constexpr QStringView LockPlatform = u"win";
 QString lockFilePath(const QString &path)
 {
     return TVLProjectFolderFormat::filesPath(TVLProjectFolderFormat::calcEnclosingPath(path))
-        + u"/user.lock"_qs;
+        + u"/user.lock"_s;
 }
 
 QUuid readOrMakeUserLockId()
 {
     const QDir directory(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
-    QFile file(directory.filePath(u"userlock.id"_qs));
+    QFile file(directory.filePath(u"userlock.id"_s));
     QUuid id;
     if (!file.exists()) {
         QDir::root().mkpath(directory.absolutePath());
@@ -70,12 +72,12 @@ bool TVLProjectFolderFormat::addLock(const QString &path)
         return false;
     tvlRemoveLeftOverGuard(lockFilePath(path));
     QSettings lock(lockFilePath(path), QSettings::IniFormat);
-    lock.setValue(u"platform"_qs, LockPlatform.toString());
-    lock.setValue(u"host"_qs, QHostInfo::localHostName());
-    lock.setValue(u"user"_qs, TvlCore::systemUsernameEnv());
-    lock.setValue(u"uuid"_qs, userLockId().toString());
-    lock.setValue(u"project_path"_qs, enclosingDirectory(path).path());
-    lock.setValue(u"app_path"_qs, QCoreApplication::applicationFilePath());
+    lock.setValue(u"platform"_s, LockPlatform.toString());
+    lock.setValue(u"host"_s, QHostInfo::localHostName());
+    lock.setValue(u"user"_s, TvlCore::systemUsernameEnv());
+    lock.setValue(u"uuid"_s, userLockId().toString());
+    lock.setValue(u"project_path"_s, enclosingDirectory(path).path());
+    lock.setValue(u"app_path"_s, QCoreApplication::applicationFilePath());
     lock.sync();
     return lock.status() == QSettings::NoError;
 }
@@ -95,19 +97,19 @@ int TVLProjectFolderFormat::compareLockFile(const QString &path, QString *host, 
         return LockedByOther;
     const QSettings lock(file.filePath(), QSettings::IniFormat);
     const QString ownUser = TvlCore::systemUsernameEnv();
-    const QString lockHost = lock.value(u"host"_qs).toString();
-    const QString lockUser = lock.value(u"user"_qs, ownUser).toString();
-    const QString lockAppPath = lock.value(u"app_path"_qs).toString();
+    const QString lockHost = lock.value(u"host"_s).toString();
+    const QString lockUser = lock.value(u"user"_s, ownUser).toString();
+    const QString lockAppPath = lock.value(u"app_path"_s).toString();
     setText(host, lockHost);
     setText(user, lockUser);
     setText(appPath, lockAppPath);
 
-    const bool isOwn = lock.value(u"platform"_qs).toString() == LockPlatform
+    const bool isOwn = lock.value(u"platform"_s).toString() == LockPlatform
         && lockHost == QHostInfo::localHostName()
-        && lock.value(u"uuid"_qs).toString() == userLockId().toString() && lockUser == ownUser;
+        && lock.value(u"uuid"_s).toString() == userLockId().toString() && lockUser == ownUser;
     if (!isOwn)
         return LockedByOther;
-    if (lock.value(u"project_path"_qs).toString() != enclosingDirectory(path).path())
+    if (lock.value(u"project_path"_s).toString() != enclosingDirectory(path).path())
         return LockedElsewhere;
     return lockAppPath == QCoreApplication::applicationFilePath() ? LockedHere
                                                                   : LockedByOtherProgram;

@@ -24,13 +24,15 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 using IndexEntry = QPair<int, TVLTextInternalLinkMap>;
 
-const QString FolderName = u"ProjectNotes"_qs;
-const QString NotesIndexName = u"index.xml"_qs;
+const QString FolderName = u"ProjectNotes"_s;
+const QString NotesIndexName = u"index.xml"_s;
 
 bool fail(QStringList *errors, const QString &text)
 {
@@ -88,7 +90,7 @@ QHash<int, QString> titlesIn(const QByteArray &index)
         if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
         if (reader.name() == u"Note")
-            id = reader.attributes().value(u"ID"_qs).toInt();
+            id = reader.attributes().value(u"ID"_s).toInt();
         else if (reader.name() == u"Title" && !titles.contains(id))
             titles.insert(id, reader.readElementText(QXmlStreamReader::IncludeChildElements));
     }

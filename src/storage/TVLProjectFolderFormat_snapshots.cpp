@@ -24,6 +24,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 QHash<TVLProjectFolderFormat::SnapshotsKey, QList<TVLSnapshotInfo>>
     TVLProjectFolderFormat::mCachedSnapshotInfo;
 
@@ -31,11 +33,11 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString SnapshotIndexName = u"index.xml"_qs;
+const QString SnapshotIndexName = u"index.xml"_s;
 
 QString folderName(int id)
 {
-    return u"%1.snapshots"_qs.arg(id);
+    return u"%1.snapshots"_s.arg(id);
 }
 
 /** Where an item's snapshots lie, if it has any. */
@@ -48,7 +50,7 @@ QString folderOfSnapshots(const QString &path, int id)
 QString fileName(const QDateTime &date)
 {
     const QString name = tvlDateTimeToString(date, true);
-    return name.isEmpty() ? QString() : name + u".rtf"_qs;
+    return name.isEmpty() ? QString() : name + u".rtf"_s;
 }
 
 /** The file of a snapshot, with no folder made for it; empty for no date. */
@@ -242,7 +244,7 @@ void TVLProjectFolderFormat::fixSnapshotFileNames(const QString &path, int id)
             != snapshotIndexOf(snapshots))
         (void)writeSnapshots(path, id, snapshots);
 
-    const QFileInfoList files = directory.entryInfoList({u"*.rtf"_qs}, QDir::Files);
+    const QFileInfoList files = directory.entryInfoList({u"*.rtf"_s}, QDir::Files);
     for (const QFileInfo &file : files) {
         const QString name = fileName(tvlStringToDateTime(file.baseName(), true));
         if (!name.isEmpty() && name != file.fileName())

@@ -7,10 +7,12 @@
 #include <QFileInfo>
 #include <QSysInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Hidden, as nothing is that is copied with a project.
-const QString GuardName = u"Files/.guard"_qs;
+const QString GuardName = u"Files/.guard"_s;
 
 /** Who has a guard, as far as its file tells. */
 struct GuardHolder

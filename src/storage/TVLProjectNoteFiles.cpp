@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -28,12 +30,12 @@ bool writeNote(const QString &path, const QString &filePath, const QTextDocument
 
 QString TVLProjectNoteFiles::folderPath(const QString &path)
 {
-    return Format::filesPath(Format::calcEnclosingPath(path)) + u"/ProjectNotes"_qs;
+    return Format::filesPath(Format::calcEnclosingPath(path)) + u"/ProjectNotes"_s;
 }
 
 QString TVLProjectNoteFiles::filePath(const QString &path, int id)
 {
-    return folderPath(path) + u"/Note-%1.rtf"_qs.arg(id);
+    return folderPath(path) + u"/Note-%1.rtf"_s.arg(id);
 }
 
 bool TVLProjectNoteFiles::writeIfDifferent(const QString &path, const QByteArray &bytes,

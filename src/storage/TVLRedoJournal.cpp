@@ -19,13 +19,15 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
 constexpr auto HashAlgorithm = QCryptographicHash::Sha256;
 const QByteArray Magic = "TVL redo journal 1\n";
-const QString JournalName = u"redo.journal"_qs;
+const QString JournalName = u"redo.journal"_s;
 
 struct Entry
 {
@@ -174,7 +176,7 @@ Found findJournal(const QString &projectPath)
 void removeUnfinishedJournals(const QString &projectPath)
 {
     QDir folder(Format::filesPath(projectPath));
-    const QStringList names = folder.entryList({JournalName + u".??????"_qs}, QDir::Files);
+    const QStringList names = folder.entryList({JournalName + u".??????"_s}, QDir::Files);
     for (const QString &name : names)
         folder.remove(name);
 }
@@ -205,9 +207,9 @@ State stateOf(const QString &path, const Entry &entry)
 bool setAside(const QString &projectPath, const Entry &entry)
 {
     QDir folder(projectPath);
-    if (!folder.mkpath(u"Recovered"_qs) || !folder.cd(u"Recovered"_qs))
+    if (!folder.mkpath(u"Recovered"_s) || !folder.cd(u"Recovered"_s))
         return false;
-    const QString stamp = tvlNow().toString(u"yyyy-MM-dd hh.mm.ss"_qs);
+    const QString stamp = tvlNow().toString(u"yyyy-MM-dd hh.mm.ss"_s);
     const QString name = TVLCoreUtil::GetUniqueFileName(
         folder.absolutePath(), stamp + u' ' + QFileInfo(entry.mPath).fileName());
     return tvlWriteOwnFile(entry.mContent, folder.filePath(name), nullptr);

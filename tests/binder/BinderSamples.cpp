@@ -5,9 +5,11 @@
 
 #include <QBuffer>
 
+using namespace Qt::StringLiterals;
+
 QUuid sampleUuid()
 {
-    return QUuid(u"0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9"_qs);
+    return QUuid(u"0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9"_s);
 }
 
 QDateTime sampleCreated()
@@ -34,7 +36,7 @@ QByteArray sampleItem(const QByteArray &content, const QByteArray &attributes)
 
 QString richUserProjectData()
 {
-    return u"<UserProjectData><!-- mine -->\n  <Odd  markup = 'a'>&amp;</Odd></UserProjectData>"_qs;
+    return u"<UserProjectData><!-- mine -->\n  <Odd  markup = 'a'>&amp;</Odd></UserProjectData>"_s;
 }
 
 QByteArray richBinder()

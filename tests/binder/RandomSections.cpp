@@ -6,6 +6,8 @@
 
 #include <QPrinter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Filler
@@ -168,7 +170,7 @@ private:
                 reference.setInternalLink(mRandom->bounded(1000));
             else
                 reference.setUrl(
-                    QUrl(u"https://example.org/\u00e4 b/?q=%1"_qs.arg(mRandom->bounded(9))));
+                    QUrl(u"https://example.org/\u00e4 b/?q=%1"_s.arg(mRandom->bounded(9))));
             mProject->mProjectReferences.append(reference);
         }
     }

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const int DeepestItem = testSize(200'000);
@@ -63,7 +65,7 @@ QString titleRead(const QString &title)
     TestBinderProject reread;
     QString error;
     if (!reread.read(project.write(), &error) || reread.mRoot->mChildren.size() != 1)
-        return u"unreadable: "_qs + error;
+        return u"unreadable: "_s + error;
     return reread.mRoot->mChildren.at(0)->mTitle;
 }
 
@@ -87,7 +89,7 @@ QString expectedOf(char32_t codePoint)
 /** A text with one of everything that XML can't hold. */
 QString nastyText()
 {
-    QString text = u"a"_qs;
+    QString text = u"a"_s;
     for (char16_t unit = 0; unit < u' '; ++unit)
         text.append(QChar(unit));
     for (const char16_t unit : {0xdc00, 0xd800, 0xfffe, 0xffff, 0xd800})
@@ -153,7 +155,7 @@ void TstBinderHostile::itemsNested200000DeepAreReadAndDestroyed()
         qPrintable(error));
     const TVLProjectNode *deepest = project.mRoot->lastInPreOrder();
     QCOMPARE(TVLProjectNode::childLevel(deepest), DeepestItem);
-    QCOMPARE(deepest->mTitle, u"x"_qs);
+    QCOMPARE(deepest->mTitle, u"x"_s);
     project.mRoot.reset();
 }
 
@@ -172,7 +174,7 @@ void TstBinderHostile::writingNestedItemsCostsAboutAsMuchAsWritingFlatOnes()
     const qint64 nested = writingTime(5000, true);
     // The nested ones have a list of children each, which is a third more to write.
     QVERIFY2(nested <= 5 * flat + 50,
-             qPrintable(u"%1 ms nested, %2 ms flat"_qs.arg(nested).arg(flat)));
+             qPrintable(u"%1 ms nested, %2 ms flat"_s.arg(nested).arg(flat)));
 }
 
 void TstBinderHostile::itemsNested200000DeepAreWrittenAndReadAgain()
@@ -198,7 +200,7 @@ void TstBinderHostile::theSizeOfABinderGrowsWithItsItemsAndNotWithTheirDepth()
     const qsizetype first = writtenSize(1200, true) - writtenSize(200, true);
     const qsizetype second = writtenSize(2200, true) - writtenSize(1200, true);
     // Ids with a digit more are what may differ.
-    QVERIFY2(second - first <= 1000, qPrintable(u"%1, then %2"_qs.arg(first).arg(second)));
+    QVERIFY2(second - first <= 1000, qPrintable(u"%1, then %2"_s.arg(first).arg(second)));
 }
 
 void TstBinderHostile::indentationComesBackBehindADeepItem()
@@ -221,7 +223,7 @@ void TstBinderHostile::unknownElementsNestedDeeplyAreSkipped()
         QByteArray("<a>").repeated(DeepestItem) + QByteArray("</a>").repeated(DeepestItem);
     TestBinderProject project;
     QVERIFY(project.read(binderXml(sampleItem(deep + "<Title>x</Title>"), deep)));
-    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"x"_qs);
+    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"x"_s);
 }
 
 void TstBinderHostile::aHundredThousandSiblingsSurvive()
@@ -255,7 +257,7 @@ void TstBinderHostile::aVeryLongAttributeIsNoError()
     QCOMPARE(node->mId, -1);
     QVERIFY(node->mUuid.isNull());
     QCOMPARE(int(node->mNodeType), int(TVL::Text));
-    QCOMPARE(node->mTitle, u"x"_qs);
+    QCOMPARE(node->mTitle, u"x"_s);
 }
 
 void TstBinderHostile::aVeryLongTitleSurvives()
@@ -312,7 +314,7 @@ void TstBinderHostile::anEntityBombFailsWithoutExploding()
 void TstBinderHostile::anOutsideEntityIsNotReadIn()
 {
     const QTemporaryDir directory;
-    QFile file(directory.filePath(u"secret.txt"_qs));
+    QFile file(directory.filePath(u"secret.txt"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("secret");
     file.close();
@@ -369,20 +371,19 @@ void TstBinderHostile::otherEncodingsAreReadByTheirDeclaration()
 {
     const QString item = QString::fromUtf8(sampleItem("<Title>\xc3\xbc</Title>"));
     const QString binder =
-        u"<TavelinorProject Version='1.5'><Binder>"_qs + item + u"</Binder></TavelinorProject>"_qs;
+        u"<TavelinorProject Version='1.5'><Binder>"_s + item + u"</Binder></TavelinorProject>"_s;
     const auto title = [](const QByteArray &xml) {
         TestBinderProject project;
         return project.read(xml) ? project.mRoot->mChildren.at(0)->mTitle : QString();
     };
-    QCOMPARE(title("<?xml version='1.0' encoding='ISO-8859-1'?>" + binder.toLatin1()),
-             u"\u00fc"_qs);
-    QCOMPARE(title("\xef\xbb\xbf" + binder.toUtf8()), u"\u00fc"_qs);
+    QCOMPARE(title("<?xml version='1.0' encoding='ISO-8859-1'?>" + binder.toLatin1()), u"\u00fc"_s);
+    QCOMPARE(title("\xef\xbb\xbf" + binder.toUtf8()), u"\u00fc"_s);
     QByteArray utf16 = "\xff\xfe";
     for (const QChar unit : binder) {
         utf16.append(char(unit.cell()));
         utf16.append(char(unit.row()));
     }
-    QCOMPARE(title(utf16), u"\u00fc"_qs);
+    QCOMPARE(title(utf16), u"\u00fc"_s);
 }
 
 void TstBinderHostile::noiseNeverCrashesTheReader()
@@ -459,7 +460,7 @@ void TstBinderHostile::numbersAtTheLimitsSurvive()
     node->mKeywords = {number, number};
     node->mDefaultChildTemplateId = std::max(number, -1);
     node->mSelectedSubdocumentIds = {child->mId};
-    node->mFreeformPositions.insert(child->mId, {child->mId, QPointF(1, 2), u"then"_qs});
+    node->mFreeformPositions.insert(child->mId, {child->mId, QPointF(1, 2), u"then"_s});
     TVLReference reference;
     reference.setInternalLink(number);
     node->mReferences = {reference};
@@ -513,35 +514,35 @@ void TstBinderHostile::whatSurvivesOfATitle_data()
     const QString low = QChar(0xde00);
     const QString unknown(QChar::ReplacementCharacter);
     const auto keep = [&](const char *name, const QString &title) { add(name, title, title); };
-    keep("plain", u"Title"_qs);
-    keep("blanks at both ends", u"  a  "_qs);
-    keep("tabs", u"\ta\tb\t"_qs);
-    keep("line breaks", u"\na\n\nb\n"_qs);
-    keep("markup", u"<a href='x'>&amp;\"]]>"_qs);
-    keep("delete and later controls", u"\u007f\u0080\u0085\u009f"_qs);
-    keep("line and paragraph separators", u"\u2028\u2029"_qs);
-    keep("byte order mark", u"\ufeffa\ufeff"_qs);
-    keep("zero width and direction", u"\u200b\u200d\u202e\u2066"_qs);
-    keep("private use", u"\ue000\uf8ff"_qs);
-    keep("noncharacters that XML takes", u"\ufdd0\ufdef"_qs);
-    keep("other planes", u"\U00010000\U0001F600\U0010FFFD"_qs);
+    keep("plain", u"Title"_s);
+    keep("blanks at both ends", u"  a  "_s);
+    keep("tabs", u"\ta\tb\t"_s);
+    keep("line breaks", u"\na\n\nb\n"_s);
+    keep("markup", u"<a href='x'>&amp;\"]]>"_s);
+    keep("delete and later controls", u"\u007f\u0080\u0085\u009f"_s);
+    keep("line and paragraph separators", u"\u2028\u2029"_s);
+    keep("byte order mark", u"\ufeffa\ufeff"_s);
+    keep("zero width and direction", u"\u200b\u200d\u202e\u2066"_s);
+    keep("private use", u"\ue000\uf8ff"_s);
+    keep("noncharacters that XML takes", u"\ufdd0\ufdef"_s);
+    keep("other planes", u"\U00010000\U0001F600\U0010FFFD"_s);
     keep("replacement character", unknown);
-    keep("combining", u"e\u0301"_qs);
-    keep("carriage returns", u"a\rb\r\nc\r"_qs);
-    add("controls go", u"a\u0001\u0002\u0008\u000b\u000c\u000e\u001fb"_qs, u"ab"_qs);
-    add("zero goes", u"a"_qs + QChar(0) + u"b"_qs, u"ab"_qs);
-    add("nothing but controls", u"\u0001\u0002"_qs, {});
-    add("high half alone", u"a"_qs + high + u"b"_qs, u"a"_qs + unknown + u"b"_qs);
-    add("low half alone", u"a"_qs + low + u"b"_qs, u"a"_qs + unknown + u"b"_qs);
+    keep("combining", u"e\u0301"_s);
+    keep("carriage returns", u"a\rb\r\nc\r"_s);
+    add("controls go", u"a\u0001\u0002\u0008\u000b\u000c\u000e\u001fb"_s, u"ab"_s);
+    add("zero goes", u"a"_s + QChar(0) + u"b"_s, u"ab"_s);
+    add("nothing but controls", u"\u0001\u0002"_s, {});
+    add("high half alone", u"a"_s + high + u"b"_s, u"a"_s + unknown + u"b"_s);
+    add("low half alone", u"a"_s + low + u"b"_s, u"a"_s + unknown + u"b"_s);
     add("halves the wrong way round", low + high, unknown + unknown);
-    add("high half at the end", u"a"_qs + high, u"a"_qs + unknown);
-    add("low half at the start", low + u"a"_qs, unknown + u"a"_qs);
-    add("two high halves and a low one", high + high + low, unknown + u"\U0001F600"_qs);
-    add("a pair and a low half", high + low + low, u"\U0001F600"_qs + unknown);
-    add("noncharacters that XML refuses", u"a"_qs + QChar(0xfffe) + QChar(0xffff) + u"b"_qs,
-        u"a"_qs + unknown + unknown + u"b"_qs);
+    add("high half at the end", u"a"_s + high, u"a"_s + unknown);
+    add("low half at the start", low + u"a"_s, unknown + u"a"_s);
+    add("two high halves and a low one", high + high + low, unknown + u"\U0001F600"_s);
+    add("a pair and a low half", high + low + low, u"\U0001F600"_s + unknown);
+    add("noncharacters that XML refuses", u"a"_s + QChar(0xfffe) + QChar(0xffff) + u"b"_s,
+        u"a"_s + unknown + unknown + u"b"_s);
     add("everything at once", nastyText(),
-        u"a\t\n\r"_qs + unknown + unknown + unknown + unknown + unknown);
+        u"a\t\n\r"_s + unknown + unknown + unknown + unknown + unknown);
 }
 
 void TstBinderHostile::whatSurvivesOfATitle()
@@ -572,7 +573,7 @@ void TstBinderHostile::everyCodePointInATitleLeavesTheBinderReadable()
     QVERIFY2(reread.read(project.write(), &error), qPrintable(error));
     for (int item = 0; item < expected.size(); ++item)
         QVERIFY2(reread.mRoot->mChildren.at(item)->mTitle == expected.at(item),
-                 qPrintable(u"around U+%1"_qs.arg(item * int(PerTitle), 0, 16)));
+                 qPrintable(u"around U+%1"_s.arg(item * int(PerTitle), 0, 16)));
 }
 
 void TstBinderHostile::everyUtf16UnitNextToEveryOtherKindLeavesTheBinderReadable()
@@ -621,13 +622,13 @@ void TstBinderHostile::nastyTextsAnywhereLeaveTheBinderReadable()
     node->mIndexCardImageFileExtension = node->mPreferredExternalApplication = nasty;
     node->mTextMode = node->mOriginalUrl = nasty;
     node->mTypingAttributes = nasty.toUtf8();
-    node->mCustomMetaData = {{nasty, nasty}, {u"k"_qs + nasty, nasty}};
+    node->mCustomMetaData = {{nasty, nasty}, {u"k"_s + nasty, nasty}};
     TVLReference internal;
     internal.mTitle = nasty;
     internal.setInternalLink(1);
     TVLReference external;
     external.mTitle = nasty;
-    external.setUrl(QUrl(u"x:"_qs + nasty));
+    external.setUrl(QUrl(u"x:"_s + nasty));
     node->mReferences = {internal, external};
     node->mFreeformPositions.insert(1, {1, QPointF(1, 2), nasty});
     project.mInfo.mDevice = project.mLabelTitle = project.mStatusTitle = nasty;
@@ -656,7 +657,7 @@ void TstBinderHostile::lineBreaksInAttributesSurvive()
 {
     TestBinderProject project;
     fillProject(&project, 0, false);
-    project.mInfo.mDevice = u"\ta\nb\rc\r\nd \" ' < > & "_qs;
+    project.mInfo.mDevice = u"\ta\nb\rc\r\nd \" ' < > & "_s;
     TestBinderProject reread;
     QVERIFY(reread.read(project.write()));
     QCOMPARE(reread.mInfo.mDevice, project.mInfo.mDevice);
@@ -666,7 +667,7 @@ void TstBinderHostile::aCustomFieldWithoutNameLeavesTheBinderReadable_data()
 {
     QTest::addColumn<QString>("key");
     QTest::newRow("empty") << QString();
-    QTest::newRow("nothing but controls") << u"\u0001\u0002"_qs;
+    QTest::newRow("nothing but controls") << u"\u0001\u0002"_s;
 }
 
 void TstBinderHostile::aCustomFieldWithoutNameLeavesTheBinderReadable()
@@ -674,12 +675,11 @@ void TstBinderHostile::aCustomFieldWithoutNameLeavesTheBinderReadable()
     QFETCH(QString, key);
     TestBinderProject project;
     fillProject(&project, 1, false);
-    project.mRoot->mChildren.at(0)->mCustomMetaData = {{key, u"lost"_qs},
-                                                       {u"place"_qs, u"Rome"_qs}};
+    project.mRoot->mChildren.at(0)->mCustomMetaData = {{key, u"lost"_s}, {u"place"_s, u"Rome"_s}};
     TestBinderProject reread;
     QString error;
     QVERIFY2(reread.read(project.write(), &error), qPrintable(error));
-    QCOMPARE(reread.mRoot->mChildren.at(0)->mCustomMetaData.value(u"place"_qs), u"Rome"_qs);
+    QCOMPARE(reread.mRoot->mChildren.at(0)->mCustomMetaData.value(u"place"_s), u"Rome"_s);
 }
 
 TVL_TEST(TstBinderHostile)

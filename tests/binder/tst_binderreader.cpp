@@ -11,6 +11,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Properties = TVLProjectNodeProperties;
@@ -21,23 +23,23 @@ class SpyProject : public TestBinderProject
 public:
     void beginBinderRead() override
     {
-        mCalls.append(u"begin"_qs);
+        mCalls.append(u"begin"_s);
         TestBinderProject::beginBinderRead();
     }
     void endBinderRead() override
     {
-        mCalls.append(u"end"_qs);
+        mCalls.append(u"end"_s);
         TestBinderProject::endBinderRead();
     }
     void setInfo(const TVLProjectInfo &info) override
     {
-        mCalls.append(u"info"_qs);
+        mCalls.append(u"info"_s);
         TestBinderProject::setInfo(info);
     }
     void enterNodes(const QList<TVLProjectNode *> &nodes) override
     {
         for (const TVLProjectNode *node : nodes)
-            mCalls.append(u"node %1"_qs.arg(node->mId));
+            mCalls.append(u"node %1"_s.arg(node->mId));
         mWasReading = mIsReading;
         TestBinderProject::enterNodes(nodes);
     }
@@ -113,7 +115,7 @@ TVLReference referenceOf(const QString &title, int id, const QUrl &url = {})
 
 QString unexpectedTag(const QString &found, int line, const QString &expected)
 {
-    return u"Unexpected tag %1 on line %2.  Expected tag %3"_qs.arg(found).arg(line).arg(expected);
+    return u"Unexpected tag %1 on line %2.  Expected tag %3"_s.arg(found).arg(line).arg(expected);
 }
 
 /** A reader that stands on the first element of a text. */
@@ -274,12 +276,12 @@ void TstBinderReader::theRootElementSaysWhatTheProjectIs()
         "Checksums='33333333-3333-4333-8333-333333333333'/>"));
     TVLProjectInfo expected;
     expected.mBinderVersion = TVL::BinderVersion2;
-    expected.mVersion = u"1.5"_qs;
-    expected.mDevice = u"Desk"_qs;
+    expected.mVersion = u"1.5"_s;
+    expected.mDevice = u"Desk"_s;
     expected.mModified = sampleCreated();
-    expected.mModId = QUuid(u"11111111-1111-4111-8111-111111111111"_qs);
-    expected.mSyncId = QUuid(u"22222222-2222-4222-8222-222222222222"_qs);
-    expected.mChecksumsId = QUuid(u"33333333-3333-4333-8333-333333333333"_qs);
+    expected.mModId = QUuid(u"11111111-1111-4111-8111-111111111111"_s);
+    expected.mSyncId = QUuid(u"22222222-2222-4222-8222-222222222222"_s);
+    expected.mChecksumsId = QUuid(u"33333333-3333-4333-8333-333333333333"_s);
     expected.mIsTemplate = true;
     expected.mIsNewProject = true;
     QVERIFY(project.mInfo == expected);
@@ -291,7 +293,7 @@ void TstBinderReader::theCreatorIsIgnored()
     QVERIFY(project.read("<TavelinorProject Version='1.5' Creator='TVLLIN-7'/>"));
     TVLProjectInfo expected;
     expected.mBinderVersion = TVL::BinderVersion2;
-    expected.mVersion = u"1.5"_qs;
+    expected.mVersion = u"1.5"_s;
     QVERIFY(project.mInfo == expected);
 }
 
@@ -333,7 +335,7 @@ void TstBinderReader::anotherRootElementFails()
     TestBinderProject project;
     QString error;
     QVERIFY(!project.read("<Project Version='1.5'><Binder/></Project>", &error));
-    QCOMPARE(error, unexpectedTag(u"Project"_qs, 1, u"TavelinorProject"_qs));
+    QCOMPARE(error, unexpectedTag(u"Project"_s, 1, u"TavelinorProject"_s));
 }
 
 void TstBinderReader::anEmptyFileFails_data()
@@ -359,20 +361,20 @@ void TstBinderReader::anEmptyFileFails()
 void TstBinderReader::projectInfoOfAFileNeedsItsRootElementOnly()
 {
     const QTemporaryDir directory;
-    QFile file(directory.filePath(u"a.tavelx"_qs));
+    QFile file(directory.filePath(u"a.tavelx"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("<TavelinorProject Version='1.0' Device='Desk'><Binder><Cut");
     file.close();
     const TVLProjectInfo info = TVLBinderReader::readProjectInfo(file.fileName());
     QCOMPARE(int(info.mBinderVersion), 1);
-    QCOMPARE(info.mVersion, u"1.0"_qs);
-    QCOMPARE(info.mDevice, u"Desk"_qs);
+    QCOMPARE(info.mVersion, u"1.0"_s);
+    QCOMPARE(info.mDevice, u"Desk"_s);
 }
 
 void TstBinderReader::projectInfoOfNoFileIsEmpty()
 {
     const QTemporaryDir directory;
-    QVERIFY(TVLBinderReader::readProjectInfo(directory.filePath(u"none.tavelx"_qs))
+    QVERIFY(TVLBinderReader::readProjectInfo(directory.filePath(u"none.tavelx"_s))
             == TVLProjectInfo());
     QVERIFY(TVLBinderReader::readProjectInfo(directory.path()) == TVLProjectInfo());
     QVERIFY(TVLBinderReader::readProjectInfo(QString()) == TVLProjectInfo());
@@ -382,8 +384,8 @@ void TstBinderReader::projectInfoIsThatOfTheCurrentElement()
 {
     ElementReader reader(
         "<TavelinorProject Version='1.5' Device='Desk'><Binder/></TavelinorProject>");
-    QCOMPARE(reader.readProjectInfo().mDevice, u"Desk"_qs);
-    QCOMPARE(reader.readProjectInfo().mDevice, u"Desk"_qs);
+    QCOMPARE(reader.readProjectInfo().mDevice, u"Desk"_s);
+    QCOMPARE(reader.readProjectInfo().mDevice, u"Desk"_s);
     QCOMPARE(reader.name(), u"TavelinorProject");
 }
 
@@ -402,8 +404,8 @@ void TstBinderReader::theProjectIsToldOfTheReadInOrder()
     const DebugLog log;
     QVERIFY(project.read(binderXml(sampleItem(children) + sampleItem({}, "ID='4'"))));
     QCOMPARE(project.mCalls,
-             QStringList({u"begin"_qs, u"info"_qs, u"node 1"_qs, u"node 2"_qs, u"node 3"_qs,
-                          u"node 4"_qs, u"end"_qs}));
+             QStringList({u"begin"_s, u"info"_s, u"node 1"_s, u"node 2"_s, u"node 3"_s, u"node 4"_s,
+                          u"end"_s}));
     QVERIFY(project.mWasReading);
     QVERIFY(!project.mIsReading);
 }
@@ -414,7 +416,7 @@ void TstBinderReader::theProjectIsToldOfTheEndOfAFailedRead()
     SpyProject project;
     QVERIFY(!project.read(
         "<TavelinorProject Version='1.5'><Binder><Foo/></Binder></TavelinorProject>"));
-    QCOMPARE(project.mCalls, QStringList({u"begin"_qs, u"info"_qs, u"end"_qs}));
+    QCOMPARE(project.mCalls, QStringList({u"begin"_s, u"info"_s, u"end"_s}));
     QVERIFY(!project.mIsReading);
 }
 
@@ -438,28 +440,28 @@ void TstBinderReader::sectionsMayComeInAnyOrder()
                          "<LabelSettings><Title>L</Title></LabelSettings><Binder>"
                          + sampleItem({}) + "</Binder></TavelinorProject>"));
     QCOMPARE(project.mRoot->childIDs(), QList<int>{1});
-    QCOMPARE(project.mStatusTitle, u"S"_qs);
-    QCOMPARE(project.mLabelTitle, u"L"_qs);
+    QCOMPARE(project.mStatusTitle, u"S"_s);
+    QCOMPARE(project.mLabelTitle, u"L"_s);
     QCOMPARE(project.mCollections.size(), 1);
 }
 
 void TstBinderReader::aSectionThatIsAbsentLeavesTheProjectAlone()
 {
     TestBinderProject project;
-    project.mLabelTitle = u"L"_qs;
-    project.mLabels = {TVLLabel{1, u"One"_qs, {}}};
+    project.mLabelTitle = u"L"_s;
+    project.mLabels = {TVLLabel{1, u"One"_s, {}}};
     project.mDefaultLabelId = 1;
-    project.mStatusTitle = u"S"_qs;
-    project.mStatusItems = {TVLStatusItem{2, u"Two"_qs}};
+    project.mStatusTitle = u"S"_s;
+    project.mStatusItems = {TVLStatusItem{2, u"Two"_s}};
     project.mDefaultStatusId = 2;
     project.mCollections = {TVLCollectionMetaData()};
     project.mKeywords = {TVLBinderKeyword()};
     QVERIFY(project.read("<TavelinorProject Version='1.5'/>"));
     QVERIFY(project.mRoot->mChildren.isEmpty());
-    QCOMPARE(project.mLabelTitle, u"L"_qs);
+    QCOMPARE(project.mLabelTitle, u"L"_s);
     QCOMPARE(project.mLabels.size(), 1);
     QCOMPARE(project.mDefaultLabelId, 1);
-    QCOMPARE(project.mStatusTitle, u"S"_qs);
+    QCOMPARE(project.mStatusTitle, u"S"_s);
     QCOMPARE(project.mStatusItems.size(), 1);
     QCOMPARE(project.mDefaultStatusId, 2);
     QCOMPARE(project.mCollections.size(), 1);
@@ -473,7 +475,7 @@ void TstBinderReader::anUnknownSectionIsSkippedWithADebugLine()
     QVERIFY(project.read(binderXml({},
                                    "<Foo a='b'><Binder><Bar/>text</Binder></Foo><binder/>"
                                    "<LabelSettings><Title>L</Title></LabelSettings>")));
-    QCOMPARE(project.mLabelTitle, u"L"_qs);
+    QCOMPARE(project.mLabelTitle, u"L"_s);
 }
 
 void TstBinderReader::whatFollowsTheRootElementIsNotRead()
@@ -490,7 +492,7 @@ void TstBinderReader::aDocumentTypeBeforeTheRootIsPassedOver()
                          "<TavelinorProject Version='1.5'><!-- note --><Binder><?do it?>"
                          + sampleItem("<!-- note --><Title>A<!-- note -->B</Title>")
                          + "</Binder></TavelinorProject>"));
-    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"AB"_qs);
+    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"AB"_s);
 }
 
 void TstBinderReader::identityDependsOnTheGrammar_data()
@@ -695,10 +697,10 @@ void TstBinderReader::whatFollowsTheChildrenStillBelongsToTheItem()
                                               + "</Children><Title>Parent</Title>"
                                                 "<Keywords><KeywordID>3</KeywordID></Keywords>"))));
     const TVLProjectNode *parent = project.mRoot->mChildren.at(0);
-    QCOMPARE(parent->mTitle, u"Parent"_qs);
+    QCOMPARE(parent->mTitle, u"Parent"_s);
     QCOMPARE(parent->mKeywords, QList<int>{3});
     QCOMPARE(parent->childIDs(), QList<int>{2});
-    QCOMPARE(parent->mChildren.at(0)->mTitle, u"Child"_qs);
+    QCOMPARE(parent->mChildren.at(0)->mTitle, u"Child"_s);
 }
 
 void TstBinderReader::severalListsOfChildrenAddUp()
@@ -718,7 +720,7 @@ void TstBinderReader::anItemThatIsNoneInTheBinderFails()
     TestBinderProject project;
     QString error;
     QVERIFY(!project.read(binderXml("\n" + sampleItem({}) + "\n<Foo/>"), &error));
-    QCOMPARE(error, unexpectedTag(u"Foo"_qs, 4, u"BinderItem"_qs));
+    QCOMPARE(error, unexpectedTag(u"Foo"_s, 4, u"BinderItem"_s));
 }
 
 void TstBinderReader::anItemThatIsNoneAmongChildrenFails()
@@ -729,7 +731,7 @@ void TstBinderReader::anItemThatIsNoneAmongChildrenFails()
         QString error;
         QVERIFY(!project.read(binderXml(sampleItem("<Children>" + position + "<Foo/></Children>")),
                               &error));
-        QCOMPARE(error, unexpectedTag(u"Foo"_qs, 2, u"BinderItem"_qs));
+        QCOMPARE(error, unexpectedTag(u"Foo"_s, 2, u"BinderItem"_s));
     }
 }
 
@@ -739,7 +741,7 @@ void TstBinderReader::aListOfItemsMustBeABinder()
     TestBinderProject project;
     ElementReader reader("<Foo/>");
     QVERIFY(!reader.readNodeList(project.mRoot.get()));
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"TavelinorProject"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"TavelinorProject"_s));
 }
 
 void TstBinderReader::anItemMustBeABinderItem()
@@ -748,7 +750,7 @@ void TstBinderReader::anItemMustBeABinderItem()
     TestBinderProject project;
     ElementReader reader("<Foo/>");
     QVERIFY(!reader.readNode(project.mRoot.get()));
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"BinderItem"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"BinderItem"_s));
     QVERIFY(project.mRoot->mChildren.isEmpty());
 }
 
@@ -757,7 +759,7 @@ void TstBinderReader::anItemCutOffFailsWithTheTagError()
     const QByteArray start =
         "<TavelinorProject Version='1.5'><Binder><BinderItem " + sampleAttributes() + ">";
     const QRegularExpression tagError(
-        u"^Unexpected tag \\w* on line 1\\.  Expected tag BinderItem$"_qs);
+        u"^Unexpected tag \\w* on line 1\\.  Expected tag BinderItem$"_s);
     const DebugLog log;
     for (const char *content : {"",
                                 "<Title>",
@@ -792,9 +794,9 @@ void TstBinderReader::anErrorInsideAnItemKeepsItsOwnText()
 {
     const DebugLog log;
     for (const auto &[content, expected] :
-         {std::pair("<Keywords><KeywordID>x</KeywordID>", u"Expected integer text value"_qs),
+         {std::pair("<Keywords><KeywordID>x</KeywordID>", u"Expected integer text value"_s),
           std::pair("<MetaData><CustomMetaData><MetaDataItem/>",
-                    u"Meta data item key not found"_qs)}) {
+                    u"Meta data item key not found"_s)}) {
         TestBinderProject project;
         QString error;
         QVERIFY(!project.read(
@@ -809,7 +811,7 @@ void TstBinderReader::nodesOfAFailedReadStayInTheTree()
     TestBinderProject project;
     QVERIFY(!project.read(binderXml(sampleItem("<Title>One</Title>") + "<Foo/>")));
     QCOMPARE(project.mRoot->mChildren.size(), 1);
-    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"One"_qs);
+    QCOMPARE(project.mRoot->mChildren.at(0)->mTitle, u"One"_s);
 }
 
 void TstBinderReader::anItemIsReadWithoutAProject()
@@ -819,7 +821,7 @@ void TstBinderReader::anItemIsReadWithoutAProject()
     ElementReader reader(sampleItem("<Title>One</Title>"));
     QVERIFY(reader.readNode(project.mRoot.get()));
     const TVLProjectNode *node = project.mRoot->mChildren.at(0);
-    QCOMPARE(node->mTitle, u"One"_qs);
+    QCOMPARE(node->mTitle, u"One"_s);
     // No root element said how items are identified.
     QCOMPARE(node->mId, -1);
     QVERIFY(node->mUuid.isNull());
@@ -841,14 +843,14 @@ void TstBinderReader::aTitleIsReadAsItStands_data()
     };
     add("none", {}, {});
     add("empty", "<Title/>", {});
-    add("plain", "<Title>One</Title>", u"One"_qs);
-    add("blanks", "<Title>  a  b </Title>", u"  a  b "_qs);
-    add("blanks alone", "<Title>   </Title>", u"   "_qs);
-    add("lines", "<Title>a\nb\tc</Title>", u"a\nb\tc"_qs);
-    add("escapes", "<Title>&lt;&amp;&gt;&quot;&apos;&#9731;</Title>", u"<&>\"'\u2603"_qs);
-    add("character data", "<Title>a<![CDATA[<b>&amp;]]>c</Title>", u"a<b>&amp;c"_qs);
-    add("other planes", "<Title>&#x1F600;</Title>", u"\U0001F600"_qs);
-    add("twice", "<Title>One</Title><Title>Two</Title>", u"Two"_qs);
+    add("plain", "<Title>One</Title>", u"One"_s);
+    add("blanks", "<Title>  a  b </Title>", u"  a  b "_s);
+    add("blanks alone", "<Title>   </Title>", u"   "_s);
+    add("lines", "<Title>a\nb\tc</Title>", u"a\nb\tc"_s);
+    add("escapes", "<Title>&lt;&amp;&gt;&quot;&apos;&#9731;</Title>", u"<&>\"'\u2603"_s);
+    add("character data", "<Title>a<![CDATA[<b>&amp;]]>c</Title>", u"a<b>&amp;c"_s);
+    add("other planes", "<Title>&#x1F600;</Title>", u"\U0001F600"_s);
+    add("twice", "<Title>One</Title><Title>Two</Title>", u"Two"_s);
 }
 
 void TstBinderReader::metaDataIsRead_data()
@@ -865,24 +867,24 @@ void TstBinderReader::metaDataIsRead_data()
     add("status", "<StatusID>0</StatusID>", [](P *p) { p->mStatusId = 0; });
     add("status that is no number", "<StatusID/>", [](P *) {});
     add("file extension", "<FileExtension>png</FileExtension>",
-        [](P *p) { p->mFileExtension = u"png"_qs; });
-    add("icon", "<IconFileName>Leaf</IconFileName>", [](P *p) { p->mIconFileName = u"Leaf"_qs; });
+        [](P *p) { p->mFileExtension = u"png"_s; });
+    add("icon", "<IconFileName>Leaf</IconFileName>", [](P *p) { p->mIconFileName = u"Leaf"_s; });
     add("notes selection", "<NotesTextSelection>3,4</NotesTextSelection>", [](P *p) {
         p->mNotesTextSelection = {3, 4};
     });
     add("index card extension", "<IndexCardImageFileExtension>jpg</IndexCardImageFileExtension>",
-        [](P *p) { p->mIndexCardImageFileExtension = u"jpg"_qs; });
+        [](P *p) { p->mIndexCardImageFileExtension = u"jpg"_s; });
     add("application", "<PreferredExternalApplication>Viewer</PreferredExternalApplication>",
-        [](P *p) { p->mPreferredExternalApplication = u"Viewer"_qs; });
+        [](P *p) { p->mPreferredExternalApplication = u"Viewer"_s; });
     add("custom meta-data",
         "<CustomMetaData><MetaDataItem><FieldID>a</FieldID><Value>b</Value></MetaDataItem></"
         "CustomMetaData>",
         [](P *p) {
-            p->mCustomMetaData = {{u"a"_qs, u"b"_qs}};
+            p->mCustomMetaData = {{u"a"_s, u"b"_s}};
         });
     add("any order", "<IconFileName>Leaf</IconFileName><StatusID>4</StatusID><LabelID>5</LabelID>",
         [](P *p) {
-            p->mIconFileName = u"Leaf"_qs;
+            p->mIconFileName = u"Leaf"_s;
             p->mStatusId = 4;
             p->mLabelId = 5;
         });
@@ -953,17 +955,17 @@ void TstBinderReader::customMetaDataIsRead_data()
             + "</Value></MetaDataItem>";
     };
     add("nothing", {}, {});
-    add("one", item("a", "1"), {{u"a"_qs, u"1"_qs}});
-    add("two", item("b", "2") + item("a", "1"), {{u"a"_qs, u"1"_qs}, {u"b"_qs, u"2"_qs}});
-    add("the later of two wins", item("a", "1") + item("a", "2"), {{u"a"_qs, u"2"_qs}});
-    add("no value", "<MetaDataItem><FieldID>a</FieldID></MetaDataItem>", {{u"a"_qs, {}}});
+    add("one", item("a", "1"), {{u"a"_s, u"1"_s}});
+    add("two", item("b", "2") + item("a", "1"), {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}});
+    add("the later of two wins", item("a", "1") + item("a", "2"), {{u"a"_s, u"2"_s}});
+    add("no value", "<MetaDataItem><FieldID>a</FieldID></MetaDataItem>", {{u"a"_s, {}}});
     add("value first", "<MetaDataItem><Value>1</Value><FieldID>a</FieldID></MetaDataItem>",
-        {{u"a"_qs, u"1"_qs}});
-    add("text as it stands", item(" a &amp; b ", " 1\n2 "), {{u" a & b "_qs, u" 1\n2 "_qs}});
+        {{u"a"_s, u"1"_s}});
+    add("text as it stands", item(" a &amp; b ", " 1\n2 "), {{u" a & b "_s, u" 1\n2 "_s}});
     add("unknown elements",
         "<Foo><FieldID>x</FieldID></Foo>"
         "<MetaDataItem><Foo/><FieldID>a</FieldID><Foo/></MetaDataItem>",
-        {{u"a"_qs, {}}});
+        {{u"a"_s, {}}});
 }
 
 void TstBinderReader::customMetaDataWithoutFieldFails()
@@ -975,7 +977,7 @@ void TstBinderReader::customMetaDataWithoutFieldFails()
         binderXml(sampleItem("<MetaData><CustomMetaData><MetaDataItem><Value>1</Value>"
                              "</MetaDataItem></CustomMetaData></MetaData>")),
         &error));
-    QVERIFY2(error.startsWith(u"Meta data item key not found"_qs), qPrintable(error));
+    QVERIFY2(error.startsWith(u"Meta data item key not found"_s), qPrintable(error));
 }
 
 void TstBinderReader::customMetaDataElsewhereFails()
@@ -984,7 +986,7 @@ void TstBinderReader::customMetaDataElsewhereFails()
     ElementReader reader("<Foo><MetaDataItem><FieldID>a</FieldID></MetaDataItem></Foo>");
     QVERIFY(reader.readCustomMetaData().isEmpty());
     QVERIFY(reader.hasError());
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"CustomMetaData"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"CustomMetaData"_s));
 }
 
 void TstBinderReader::textSettingsAreRead_data()
@@ -996,12 +998,12 @@ void TstBinderReader::textSettingsAreRead_data()
         addContentRow(name, "<TextSettings>" + xml + "</TextSettings>", change);
     };
     add("nothing", {}, [](P *) {});
-    add("mode", "<TextMode>Script</TextMode>", [](P *p) { p->mTextMode = u"Script"_qs; });
+    add("mode", "<TextMode>Script</TextMode>", [](P *p) { p->mTextMode = u"Script"_s; });
     add("any mode", "<TextMode>Some thing</TextMode>",
-        [](P *p) { p->mTextMode = u"Some thing"_qs; });
+        [](P *p) { p->mTextMode = u"Some thing"_s; });
     add("general mode", "<TextMode>General</TextMode>", [](P *) {});
     add("general in lower case", "<TextMode>general</TextMode>",
-        [](P *p) { p->mTextMode = u"general"_qs; });
+        [](P *p) { p->mTextMode = u"general"_s; });
     add("selection", "<TextSelection>10,20</TextSelection>", [](P *p) {
         p->mTextSelection = {10, 20};
     });
@@ -1075,7 +1077,7 @@ void TstBinderReader::mediaSettingsAreRead_data()
     addRotation("no rotation", {}, 0);
     add("page", "<CurrentPDFPage>12</CurrentPDFPage>", [](P *p) { p->mCurrentPdfPage = 12; });
     add("address", "<OriginalURL>https://example.org/?a&amp;b</OriginalURL>",
-        [](P *p) { p->mOriginalUrl = u"https://example.org/?a&b"_qs; });
+        [](P *p) { p->mOriginalUrl = u"https://example.org/?a&b"_s; });
 }
 
 void TstBinderReader::settingsAreTakenOnAnyItem_data()
@@ -1100,10 +1102,10 @@ void TstBinderReader::settingsAreTakenOnAnyItem()
     QCOMPARE(node->mCurrentPdfPage, 3);
     QCOMPARE(node->mImageRotation, 2);
     QCOMPARE(node->mImageScaleFactor, 2.0);
-    QCOMPARE(node->mOriginalUrl, u"u"_qs);
+    QCOMPARE(node->mOriginalUrl, u"u"_s);
     QVERIFY(node->mIsAlias);
     QVERIFY(!node->mImageScalesProportionally);
-    QCOMPARE(node->mTextMode, u"Script"_qs);
+    QCOMPARE(node->mTextMode, u"Script"_s);
     QCOMPARE(node->mTarget, 9);
 }
 
@@ -1138,19 +1140,19 @@ void TstBinderReader::theCorkboardIsRead_data()
     addCards("no cards", {}, {});
     addCards("one card",
              "<IndexCardBinderID Position='1.5,2' TimeStamp='then'>4</IndexCardBinderID>",
-             {{4, QPointF(1.5, 2), u"then"_qs}});
+             {{4, QPointF(1.5, 2), u"then"_s}});
     addCards("two cards",
              "<IndexCardBinderID Position='1,2' TimeStamp='a'>4</IndexCardBinderID>"
              "<IndexCardBinderID Position='3,4' TimeStamp='b'>5</IndexCardBinderID>",
-             {{4, QPointF(1, 2), u"a"_qs}, {5, QPointF(3, 4), u"b"_qs}});
+             {{4, QPointF(1, 2), u"a"_s}, {5, QPointF(3, 4), u"b"_s}});
     addCards("the later of two cards of one child",
              "<IndexCardBinderID Position='1,2' TimeStamp='a'>4</IndexCardBinderID>"
              "<IndexCardBinderID Position='3,4' TimeStamp='b'>4</IndexCardBinderID>",
-             {{4, QPointF(3, 4), u"b"_qs}});
+             {{4, QPointF(3, 4), u"b"_s}});
     addCards("no position", "<IndexCardBinderID TimeStamp='a'>4</IndexCardBinderID>",
-             {{4, QPointF(), u"a"_qs}});
+             {{4, QPointF(), u"a"_s}});
     addCards("bad position", "<IndexCardBinderID Position='x' TimeStamp='a'>4</IndexCardBinderID>",
-             {{4, QPointF(), u"a"_qs}});
+             {{4, QPointF(), u"a"_s}});
     addCards("empty time", "<IndexCardBinderID Position='1,2' TimeStamp=''>4</IndexCardBinderID>",
              {{4, QPointF(1, 2), QString()}});
 }
@@ -1167,8 +1169,8 @@ void TstBinderReader::aPositionWithoutTimeGetsTheCurrentTime()
         project.mRoot->mChildren.at(0)->mFreeformPositions.value(4);
     QCOMPARE(info.mPosition, QPointF(1, 2));
     QCOMPARE(info.mTimeStamp.size(), 25);
-    QVERIFY(info.mTimeStamp.endsWith(u" +0000"_qs));
-    QDateTime time = QDateTime::fromString(info.mTimeStamp.first(19), u"yyyy-MM-dd hh:mm:ss"_qs);
+    QVERIFY(info.mTimeStamp.endsWith(u" +0000"_s));
+    QDateTime time = QDateTime::fromString(info.mTimeStamp.first(19), u"yyyy-MM-dd hh:mm:ss"_s);
     time.setTimeSpec(Qt::UTC);
     QVERIFY(time >= before && time <= QDateTime::currentDateTimeUtc());
 }
@@ -1176,7 +1178,7 @@ void TstBinderReader::aPositionWithoutTimeGetsTheCurrentTime()
 void TstBinderReader::corkboardSettingsReplaceOldPositions()
 {
     TVLProjectNode node({1, QUuid::createUuid()}, nullptr);
-    node.mFreeformPositions.insert(9, {9, QPointF(1, 1), u"old"_qs});
+    node.mFreeformPositions.insert(9, {9, QPointF(1, 1), u"old"_s});
     ElementReader reader("<CorkboardSettings><FreeformCorkboardDocuments>"
                          "<IndexCardBinderID Position='1,2' TimeStamp='new'>4</IndexCardBinderID>"
                          "</FreeformCorkboardDocuments></CorkboardSettings>");
@@ -1190,7 +1192,7 @@ void TstBinderReader::corkboardSettingsElsewhereFail()
     TVLProjectNode node({1, QUuid::createUuid()}, nullptr);
     ElementReader reader("<Foo/>");
     QVERIFY(!reader.readCorkboardSettings(&node));
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"CorkboardSettings"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"CorkboardSettings"_s));
 }
 
 void TstBinderReader::keywordsAreRead_data()
@@ -1225,7 +1227,7 @@ void TstBinderReader::aKeywordThatIsNoNumberFails()
     QString error;
     QVERIFY(!project.read(
         binderXml(sampleItem("<Keywords><KeywordID>" + text + "</KeywordID></Keywords>")), &error));
-    QCOMPARE(error, u"Expected integer text value"_qs);
+    QCOMPARE(error, u"Expected integer text value"_s);
 }
 
 void TstBinderReader::keywordsElsewhereFail()
@@ -1234,7 +1236,7 @@ void TstBinderReader::keywordsElsewhereFail()
     TVLProjectNode node({1, QUuid::createUuid()}, nullptr);
     ElementReader reader("<Foo/>");
     QVERIFY(!reader.readKeywords(&node));
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"Keywords"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"Keywords"_s));
 }
 
 void TstBinderReader::referencesAreRead_data()
@@ -1246,13 +1248,13 @@ void TstBinderReader::referencesAreRead_data()
                       [=](Properties *expected) { expected->mReferences = references; });
     };
     add("none", {}, {});
-    add("internal", "<Reference BinderID='5'>In</Reference>", {referenceOf(u"In"_qs, 5)});
+    add("internal", "<Reference BinderID='5'>In</Reference>", {referenceOf(u"In"_s, 5)});
     add("external",
         "<Reference Destination='https://example.org/a%20b?c=%C3%BC&amp;d#e'>Out</Reference>",
-        {referenceOf(u"Out"_qs, -1, QUrl(u"https://example.org/a%20b?c=%C3%BC&d#e"_qs))});
+        {referenceOf(u"Out"_s, -1, QUrl(u"https://example.org/a%20b?c=%C3%BC&d#e"_s))});
     add("both kinds in order",
         "<Reference Destination='file:///a'>A</Reference><Reference BinderID='0'>B</Reference>",
-        {referenceOf(u"A"_qs, -1, QUrl(u"file:///a"_qs)), referenceOf(u"B"_qs, 0)});
+        {referenceOf(u"A"_s, -1, QUrl(u"file:///a"_s)), referenceOf(u"B"_s, 0)});
     add("no title", "<Reference BinderID='5'/>", {referenceOf({}, 5)});
     add("other elements", "<Foo><Reference BinderID='5'/></Foo><Reference BinderID='6'/>",
         {referenceOf({}, 6)});
@@ -1264,7 +1266,7 @@ void TstBinderReader::referencesElsewhereFail()
     TVLProjectNode node({1, QUuid::createUuid()}, nullptr);
     ElementReader reader("<Foo/>");
     QVERIFY(!reader.readReferences(&node));
-    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_qs, 1, u"References"_qs));
+    QCOMPARE(reader.errorString(), unexpectedTag(u"Foo"_s, 1, u"References"_s));
 }
 
 void TstBinderReader::theTemplateOfChildrenIsRead_data()
@@ -1289,11 +1291,11 @@ void TstBinderReader::unknownElementsInAnItemAreSkipped_data()
                          const QByteArray &after, const std::function<void(Properties *)> &change) {
         addContentRow(name, before + foo + content + foo + after, change);
     };
-    add("item", {}, "<Title>Yes</Title>", {}, [](Properties *p) { p->mTitle = u"Yes"_qs; });
+    add("item", {}, "<Title>Yes</Title>", {}, [](Properties *p) { p->mTitle = u"Yes"_s; });
     add("meta-data", "<MetaData>", "<LabelID>3</LabelID>", "</MetaData>",
         [](Properties *p) { p->mLabelId = 3; });
     add("text settings", "<TextSettings>", "<TextMode>M</TextMode>", "</TextSettings>",
-        [](Properties *p) { p->mTextMode = u"M"_qs; });
+        [](Properties *p) { p->mTextMode = u"M"_s; });
     add("media settings", "<MediaSettings>", "<CurrentPDFPage>3</CurrentPDFPage>",
         "</MediaSettings>", [](Properties *p) { p->mCurrentPdfPage = 3; });
     add("corkboard", "<CorkboardAndOutliner>", "<SelectedSubdocumentIDs>3</SelectedSubdocumentIDs>",
@@ -1306,7 +1308,7 @@ void TstBinderReader::unknownElementsInAnItemAreSkipped_data()
         "<IndexCardBinderID Position='1,2' TimeStamp='a'>4</IndexCardBinderID>",
         "</FreeformCorkboardDocuments></CorkboardSettings></CorkboardAndOutliner>",
         [](Properties *p) {
-            p->mFreeformPositions.insert(4, {4, QPointF(1, 2), u"a"_qs});
+            p->mFreeformPositions.insert(4, {4, QPointF(1, 2), u"a"_s});
         });
 }
 
@@ -1326,9 +1328,9 @@ void TstBinderReader::elementsOfAnItemMayComeInAnyOrder()
     QCOMPARE(node->mReferences.size(), 1);
     QCOMPARE(node->mKeywords, QList<int>{7});
     QVERIFY(node->mIsAlias);
-    QCOMPARE(node->mTextMode, u"M"_qs);
+    QCOMPARE(node->mTextMode, u"M"_s);
     QCOMPARE(node->mLabelId, 3);
-    QCOMPARE(node->mTitle, u"Last"_qs);
+    QCOMPARE(node->mTitle, u"Last"_s);
 }
 
 void TstBinderReader::anErrorIsLoggedWithItsPlaces()
@@ -1336,10 +1338,10 @@ void TstBinderReader::anErrorIsLoggedWithItsPlaces()
     ElementReader reader("<A>\n  <B/></A>");
     QVERIFY(reader.readNextStartElement());
     const QRegularExpression line(
-        u"^\\[123\\] \"Oh dear\" @ %1:%2$"_qs.arg(reader.lineNumber()).arg(reader.columnNumber()));
+        u"^\\[123\\] \"Oh dear\" @ %1:%2$"_s.arg(reader.lineNumber()).arg(reader.columnNumber()));
     QTest::ignoreMessage(QtDebugMsg, line);
-    reader.raiseError(u"Oh dear"_qs, 123);
-    QCOMPARE(reader.errorString(), u"Oh dear"_qs);
+    reader.raiseError(u"Oh dear"_s, 123);
+    QCOMPARE(reader.errorString(), u"Oh dear"_s);
     QCOMPARE(reader.error(), QXmlStreamReader::CustomError);
     QVERIFY(!reader.readNextStartElement());
 }
@@ -1350,9 +1352,9 @@ void TstBinderReader::theTagErrorNamesFoundAndExpected()
     QTest::ignoreMessage(
         QtDebugMsg,
         QRegularExpression(
-            u"^\\[5\\] \"Unexpected tag Left on line 1\\.  Expected tag Right\" @ 1:\\d+$"_qs));
-    reader.raiseIncorrectTagError(u"Right"_qs, u"Left"_qs, 5);
-    QCOMPARE(reader.errorString(), u"Unexpected tag Left on line 1.  Expected tag Right"_qs);
+            u"^\\[5\\] \"Unexpected tag Left on line 1\\.  Expected tag Right\" @ 1:\\d+$"_s));
+    reader.raiseIncorrectTagError(u"Right"_s, u"Left"_s, 5);
+    QCOMPARE(reader.errorString(), u"Unexpected tag Left on line 1.  Expected tag Right"_s);
 }
 
 void TstBinderReader::anElementInATextIsSkipped()
@@ -1360,7 +1362,7 @@ void TstBinderReader::anElementInATextIsSkipped()
     TestBinderProject project;
     QVERIFY(project.read(binderXml("<BinderItem ID=\"1\" UUID=\"" + sampleUuid().toByteArray()
                                    + "\"><Title>One<Odd>no</Odd> morning</Title></BinderItem>")));
-    QCOMPARE(project.mRoot->mChildren.constFirst()->mTitle, u"One morning"_qs);
+    QCOMPARE(project.mRoot->mChildren.constFirst()->mTitle, u"One morning"_s);
 }
 
 void TstBinderReader::entitiesOfAFileAreNotExpanded()
@@ -1371,7 +1373,7 @@ void TstBinderReader::entitiesOfAFileAreNotExpanded()
         + QByteArray("&a;").repeated(100) + "</Title></BinderItem></Binder></TavelinorProject>";
     QVERIFY(!project.read(binder));
     QVERIFY(project.read(binderXml("<BinderItem><Title>&lt;&amp;&#13;</Title></BinderItem>")));
-    QCOMPARE(project.mRoot->mChildren.constLast()->mTitle, u"<&\r"_qs);
+    QCOMPARE(project.mRoot->mChildren.constLast()->mTitle, u"<&\r"_s);
 }
 
 TVL_TEST(TstBinderReader)

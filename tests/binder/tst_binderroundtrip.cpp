@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const int Nodes = testSize(5000);
@@ -108,44 +110,44 @@ void forEachElement(const std::function<void(const Tokens &, int)> &visit)
 /** Elements whose own text counts: what stands in them isn't for other elements. */
 bool holdsText(const Tokens &tokens, int start)
 {
-    static const QStringList containers = {u"TavelinorProject"_qs,
-                                           u"Binder"_qs,
-                                           u"BinderItem"_qs,
-                                           u"MetaData"_qs,
-                                           u"CustomMetaData"_qs,
-                                           u"MetaDataItem"_qs,
-                                           u"TextSettings"_qs,
-                                           u"MediaSettings"_qs,
-                                           u"CorkboardAndOutliner"_qs,
-                                           u"CorkboardSettings"_qs,
-                                           u"FreeformCorkboardDocuments"_qs,
-                                           u"Keywords"_qs,
-                                           u"Keyword"_qs,
-                                           u"References"_qs,
-                                           u"Children"_qs,
-                                           u"LabelSettings"_qs,
-                                           u"Labels"_qs,
-                                           u"StatusSettings"_qs,
-                                           u"StatusItems"_qs,
-                                           u"Collections"_qs,
-                                           u"Collection"_qs,
-                                           u"BinderIDs"_qs,
-                                           u"CustomMetaDataSettings"_qs,
-                                           u"ProjectProperties"_qs,
-                                           u"ProjectTargets"_qs,
-                                           u"Favorites"_qs,
-                                           u"AutoCompleteList"_qs,
-                                           u"BackupSettings"_qs,
-                                           u"ProjectReferences"_qs,
-                                           u"PrintSettings"_qs,
-                                           u"UserProjectData"_qs,
-                                           u"Odd"_qs};
+    static const QStringList containers = {u"TavelinorProject"_s,
+                                           u"Binder"_s,
+                                           u"BinderItem"_s,
+                                           u"MetaData"_s,
+                                           u"CustomMetaData"_s,
+                                           u"MetaDataItem"_s,
+                                           u"TextSettings"_s,
+                                           u"MediaSettings"_s,
+                                           u"CorkboardAndOutliner"_s,
+                                           u"CorkboardSettings"_s,
+                                           u"FreeformCorkboardDocuments"_s,
+                                           u"Keywords"_s,
+                                           u"Keyword"_s,
+                                           u"References"_s,
+                                           u"Children"_s,
+                                           u"LabelSettings"_s,
+                                           u"Labels"_s,
+                                           u"StatusSettings"_s,
+                                           u"StatusItems"_s,
+                                           u"Collections"_s,
+                                           u"Collection"_s,
+                                           u"BinderIDs"_s,
+                                           u"CustomMetaDataSettings"_s,
+                                           u"ProjectProperties"_s,
+                                           u"ProjectTargets"_s,
+                                           u"Favorites"_s,
+                                           u"AutoCompleteList"_s,
+                                           u"BackupSettings"_s,
+                                           u"ProjectReferences"_s,
+                                           u"PrintSettings"_s,
+                                           u"UserProjectData"_s,
+                                           u"Odd"_s};
     return !containers.contains(tokens.at(start).text);
 }
 
 bool isFavorite(const Token &token)
 {
-    static const QStringList favorites = {u"3"_qs, u"5"_qs};
+    static const QStringList favorites = {u"3"_s, u"5"_s};
     return token.type == QXmlStreamReader::StartElement && token.text == u"BinderItem"
         && favorites.contains(token.attributes.value(0).second);
 }
@@ -162,8 +164,7 @@ bool isStrictList(const QString &name, const QStringList &parents)
 {
     if (parents.contains(u"Keyword"))
         return false;
-    static const QStringList lists = {u"Binder"_qs, u"Children"_qs, u"Labels"_qs,
-                                      u"StatusItems"_qs};
+    static const QStringList lists = {u"Binder"_s, u"Children"_s, u"Labels"_s, u"StatusItems"_s};
     return lists.contains(name);
 }
 
@@ -390,8 +391,8 @@ void TstBinderRoundTrip::aMobileBinderHoldsNoneOfTheLaterSections()
             sections.append(tokens.at(i).text);
     }
     QCOMPARE(sections,
-             QStringList({u"Binder"_qs, u"LabelSettings"_qs, u"StatusSettings"_qs,
-                          u"TemplateFolderUUID"_qs}));
+             QStringList(
+                 {u"Binder"_s, u"LabelSettings"_s, u"StatusSettings"_s, u"TemplateFolderUUID"_s}));
 }
 
 void TstBinderRoundTrip::theFirstGrammarKeepsAllButTheUuids()
@@ -454,7 +455,7 @@ void TstBinderRoundTrip::attributesWithoutSenseAreNoErrorExceptInIdentities()
 {
     const DebugLog log;
     for (const QString &value :
-         {u"?"_qs, QString(), u"-99999999999999999999"_qs, QString(5000, u'x')}) {
+         {u"?"_s, QString(), u"-99999999999999999999"_s, QString(5000, u'x')}) {
         forEachElement([&](const Tokens &tokens, int element) {
             for (int i = 0; i < tokens.at(element).attributes.size(); ++i) {
                 Tokens changed = tokens;
@@ -474,7 +475,7 @@ void TstBinderRoundTrip::unknownAttributesAreIgnored()
     Tokens tokens = tokensOf(richBinder());
     for (Token &token : tokens) {
         if (token.type == QXmlStreamReader::StartElement)
-            token.attributes.prepend({u"Unknown"_qs, u"Yes"_qs});
+            token.attributes.prepend({u"Unknown"_s, u"Yes"_s});
     }
     TestBinderProject project;
     QVERIFY(project.read(xmlOf(tokens)));
@@ -504,7 +505,7 @@ void TstBinderRoundTrip::anElementUnderAnotherNameIsSkippedUnlessItIsNeeded()
     const DebugLog log;
     forEachElement([](const Tokens &tokens, int element) {
         Tokens changed = tokens;
-        changed[element].text = u"Unknown"_qs;
+        changed[element].text = u"Unknown"_s;
         const QString name = tokens.at(element).text;
         const QStringList parents = enclosing(tokens, element);
         const bool expected = !parents.isEmpty() && name != u"FieldID"
@@ -557,7 +558,7 @@ void TstBinderRoundTrip::anElementInsideATextNeverCrashesTheReader()
 void TstBinderRoundTrip::textsWithoutSenseAreNoErrorExceptInIdentities()
 {
     const DebugLog log;
-    for (const QString &text : {u"?"_qs, u"-99999999999999999999"_qs, QString(5000, u'x')}) {
+    for (const QString &text : {u"?"_s, u"-99999999999999999999"_s, QString(5000, u'x')}) {
         forEachElement([&](const Tokens &tokens, int element) {
             if (!holdsText(tokens, element))
                 return;

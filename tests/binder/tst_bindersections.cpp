@@ -10,6 +10,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Collection = TVLCollectionMetaData;
@@ -190,8 +192,8 @@ void TstBinderSections::labelsAreWritten()
 {
     const QByteArray xml = written([](TVLBinderWriter *writer) {
         writer->writeLabels(
-            u"A & B"_qs, 2,
-            {labelOf(-1, u"None"_qs), labelOf(2, u"Red"_qs, Qt::red), labelOf(0, {}, Qt::black)});
+            u"A & B"_s, 2,
+            {labelOf(-1, u"None"_s), labelOf(2, u"Red"_s, Qt::red), labelOf(0, {}, Qt::black)});
     });
     QCOMPARE(
         xml,
@@ -217,11 +219,11 @@ void TstBinderSections::labelsAreRead()
                   "<Label ID='2' Color='1.000 0.000 0.000'>Red &amp; more</Label>"
                   "<Label ID='7' Color='0 0 0'/></Labels>"
                   "<DefaultLabelID>2</DefaultLabelID><Title>Kind</Title></LabelSettings>")));
-    QCOMPARE(project.mLabelTitle, u"Kind"_qs);
+    QCOMPARE(project.mLabelTitle, u"Kind"_s);
     QCOMPARE(project.mDefaultLabelId, 2);
     QCOMPARE(
         project.mLabels,
-        QList<TVLLabel>({labelOf(-1, u"None"_qs), labelOf(2, u"Red & more"_qs, QColor(255, 0, 0)),
+        QList<TVLLabel>({labelOf(-1, u"None"_s), labelOf(2, u"Red & more"_s, QColor(255, 0, 0)),
                          labelOf(7, {}, QColor(0, 0, 0))}));
 }
 
@@ -248,7 +250,7 @@ void TstBinderSections::aLabelWithoutUsableColorGetsARandomOne()
     QSet<QRgb> colors;
     for (const TVLLabel &label : std::as_const(project.mLabels)) {
         QCOMPARE(label.mId, 3);
-        QCOMPARE(label.mTitle, u"x"_qs);
+        QCOMPARE(label.mTitle, u"x"_s);
         QVERIFY(label.mColor.isValid());
         colors.insert(label.mColor.rgb());
     }
@@ -260,7 +262,7 @@ void TstBinderSections::theLabelMinusOneGetsNoColor()
     TestBinderProject project;
     QVERIFY(project.read(
         binderXml({}, "<LabelSettings><Labels><Label ID='-1'>x</Label></Labels></LabelSettings>")));
-    QCOMPARE(project.mLabels, QList<TVLLabel>{labelOf(-1, u"x"_qs)});
+    QCOMPARE(project.mLabels, QList<TVLLabel>{labelOf(-1, u"x"_s)});
 }
 
 void TstBinderSections::everyEightBitColorChannelSurvives()
@@ -283,7 +285,7 @@ void TstBinderSections::otherElementsInLabelSettingsAreSkipped()
         binderXml({},
                   "<LabelSettings><Foo><Title>No</Title></Foo><Title>Yes</Title>"
                   "<Label ID='1'/><DefaultLabelID>x</DefaultLabelID></LabelSettings>")));
-    QCOMPARE(project.mLabelTitle, u"Yes"_qs);
+    QCOMPARE(project.mLabelTitle, u"Yes"_s);
     QCOMPARE(project.mDefaultLabelId, -1);
     QVERIFY(project.mLabels.isEmpty());
 }
@@ -296,23 +298,23 @@ void TstBinderSections::anotherElementAmongLabelsFails()
     QVERIFY(!project.read(
         binderXml({}, "<LabelSettings><Labels><Label ID='1'/><Foo/></Labels></LabelSettings>"),
         &error));
-    QCOMPARE(error, u"Unexpected tag Foo on line 2.  Expected tag Label"_qs);
+    QCOMPARE(error, u"Unexpected tag Foo on line 2.  Expected tag Label"_s);
 }
 
 void TstBinderSections::aFailedReadOfLabelsLeavesTheProjectAlone()
 {
     const DebugLog log;
     TestBinderProject project;
-    project.mLabelTitle = u"Old"_qs;
+    project.mLabelTitle = u"Old"_s;
     QVERIFY(
         !project.read("<TavelinorProject Version='1.5'><LabelSettings><Title>New</Title><Labels>"));
-    QCOMPARE(project.mLabelTitle, u"Old"_qs);
+    QCOMPARE(project.mLabelTitle, u"Old"_s);
 }
 
 void TstBinderSections::statusItemsAreWritten()
 {
     const QByteArray xml = written([](TVLBinderWriter *writer) {
-        writer->writeStatusItems(u"Stage"_qs, 1, {{-1, u"None"_qs}, {1, u"A < B"_qs}});
+        writer->writeStatusItems(u"Stage"_s, 1, {{-1, u"None"_s}, {1, u"A < B"_s}});
     });
     QCOMPARE(
         xml,
@@ -331,10 +333,10 @@ void TstBinderSections::statusItemsAreRead()
         "0'>Done</Status>"
         "<Status ID='x'/></StatusItems><DefaultStatusID>1</DefaultStatusID><Title>Stage</Title>"
         "</StatusSettings>")));
-    QCOMPARE(project.mStatusTitle, u"Stage"_qs);
+    QCOMPARE(project.mStatusTitle, u"Stage"_s);
     QCOMPARE(project.mDefaultStatusId, 1);
     QCOMPARE(project.mStatusItems,
-             QList<TVLStatusItem>({{-1, u"None"_qs}, {1, u"Done"_qs}, {-1, {}}}));
+             QList<TVLStatusItem>({{-1, u"None"_s}, {1, u"Done"_s}, {-1, {}}}));
 }
 
 void TstBinderSections::otherElementsInStatusSettingsAreSkipped()
@@ -343,7 +345,7 @@ void TstBinderSections::otherElementsInStatusSettingsAreSkipped()
     QVERIFY(project.read(binderXml({},
                                    "<StatusSettings><Foo><Title>No</Title></Foo><Title>Yes</Title>"
                                    "<DefaultLabelID>4</DefaultLabelID></StatusSettings>")));
-    QCOMPARE(project.mStatusTitle, u"Yes"_qs);
+    QCOMPARE(project.mStatusTitle, u"Yes"_s);
     QCOMPARE(project.mDefaultStatusId, -1);
 }
 
@@ -356,7 +358,7 @@ void TstBinderSections::anotherElementAmongStatusItemsFails()
         binderXml({},
                   "<StatusSettings><StatusItems><Label ID='1'/></StatusItems></StatusSettings>"),
         &error));
-    QCOMPARE(error, u"Unexpected tag Label on line 2.  Expected tag Status"_qs);
+    QCOMPARE(error, u"Unexpected tag Label on line 2.  Expected tag Status"_s);
 }
 
 void TstBinderSections::theTemplateFolderIsWrittenOnlyWhenThereIsOne()
@@ -517,10 +519,10 @@ void TstBinderSections::aCollectionIsWrittenByItsType()
     QFETCH(int, type);
     Collection collection;
     collection.mType = TVL::CollectionType(type);
-    collection.mId = u"i"_qs;
-    collection.mTitle = u"T & U"_qs;
+    collection.mId = u"i"_s;
+    collection.mTitle = u"T & U"_s;
     collection.mColor = Qt::red;
-    collection.mSearchText = u"a < b"_qs;
+    collection.mSearchText = u"a < b"_s;
     collection.mSearchOperator = TVL::AnyOperator;
     collection.mSearchProperty = TVL::NotesProperty;
     collection.mSearchScope = TVL::DraftScope;
@@ -558,7 +560,7 @@ void TstBinderSections::aHandmadeCollectionWithoutMembersHasNoList()
 void TstBinderSections::aCollectionStartsFromItsDefaults()
 {
     Collection expected;
-    expected.mId = u"i"_qs;
+    expected.mId = u"i"_s;
     expected.mColor = QColor(0, 0, 0);
     QCOMPARE(readCollection("<Collection ID='i' Color='0 0 0'/>"), expected);
     expected.mType = TVL::SavedSearchCollection;
@@ -621,19 +623,19 @@ void TstBinderSections::otherElementsInCollectionsAreSkipped()
         "</Collection>",
         &collections));
     QCOMPARE(collections.size(), 1);
-    QCOMPARE(collections.at(0).mTitle, u"Yes"_qs);
+    QCOMPARE(collections.at(0).mTitle, u"Yes"_s);
 }
 
 void TstBinderSections::collectionsAreAppendedInFileOrder()
 {
     Collection first;
-    first.mId = u"first"_qs;
+    first.mId = u"first"_s;
     QList<Collection> collections = {first};
     QVERIFY(readCollections("<Collection ID='b'/><Collection ID='a'/>", &collections));
     QCOMPARE(collections.size(), 3);
     QCOMPARE(collections.at(0), first);
-    QCOMPARE(collections.at(1).mId, u"b"_qs);
-    QCOMPARE(collections.at(2).mId, u"a"_qs);
+    QCOMPARE(collections.at(1).mId, u"b"_s);
+    QCOMPARE(collections.at(2).mId, u"a"_s);
 }
 
 void TstBinderSections::collectionsElsewhereFail()
@@ -645,7 +647,7 @@ void TstBinderSections::collectionsElsewhereFail()
     QList<Collection> collections;
     QVERIFY(!reader.readCollections(&collections));
     QVERIFY(collections.isEmpty());
-    QCOMPARE(reader.errorString(), u"Unexpected tag Foo on line 1.  Expected tag Collections"_qs);
+    QCOMPARE(reader.errorString(), u"Unexpected tag Foo on line 1.  Expected tag Collections"_s);
 }
 
 void TstBinderSections::collectionsOfABinderReplaceThoseOfTheProject()
@@ -654,7 +656,7 @@ void TstBinderSections::collectionsOfABinderReplaceThoseOfTheProject()
     project.mCollections = {Collection(), Collection()};
     QVERIFY(project.read(binderXml({}, "<Collections><Collection ID='a'/></Collections>")));
     QCOMPARE(project.mCollections.size(), 1);
-    QCOMPARE(project.mCollections.at(0).mId, u"a"_qs);
+    QCOMPARE(project.mCollections.at(0).mId, u"a"_s);
 }
 
 void TstBinderSections::collectionsSurvive()
@@ -663,11 +665,11 @@ void TstBinderSections::collectionsSurvive()
     for (int i = 0; i < 60; ++i) {
         Collection collection;
         collection.mType = i % 2 ? TVL::SavedSearchCollection : TVL::ArbitraryCollection;
-        collection.mId = u"id %1"_qs.arg(i);
-        collection.mTitle = u"<Title> & %1"_qs.arg(i);
+        collection.mId = u"id %1"_s.arg(i);
+        collection.mTitle = u"<Title> & %1"_s.arg(i);
         collection.mColor = QColor(i, 2 * i, 3 * i);
         if (i % 2) {
-            collection.mSearchText = u" words\t%1 "_qs.arg(i);
+            collection.mSearchText = u" words\t%1 "_s.arg(i);
             collection.mSearchOperator = TVL::SearchOperator(i % 5);
             collection.mSearchProperty = TVL::DocumentProperty(i % 9);
             collection.mSearchScope = i % 3;
@@ -692,7 +694,7 @@ void TstBinderSections::userDataIsWrittenByteForByte()
     TestBinderProject project;
     project.mInfo.mModified = sampleModified();
     project.mUserProjectData =
-        u"<UserProjectData>\n<!-- \u00fc -->  <Odd  a = 'b' />\t&#65;</UserProjectData>"_qs;
+        u"<UserProjectData>\n<!-- \u00fc -->  <Odd  a = 'b' />\t&#65;</UserProjectData>"_s;
     const QByteArray binder = project.write();
     QVERIFY(
         binder.contains("\n    " + project.mUserProjectData.toUtf8() + "\n</TavelinorProject>\n"));
@@ -725,15 +727,15 @@ void TstBinderSections::userDataIsSkippedOnReading()
 void TstBinderSections::rawTextIsWrittenAsItStands_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("undeclared entity") << u"<UserProjectData>&who;</UserProjectData>"_qs;
+    QTest::newRow("undeclared entity") << u"<UserProjectData>&who;</UserProjectData>"_s;
     QTest::newRow("undeclared entity in an attribute")
-        << u"<UserProjectData><a b='&who;'/></UserProjectData>"_qs;
-    QTest::newRow("undeclared prefix") << u"<UserProjectData><a:b c:d=''/></UserProjectData>"_qs;
-    QTest::newRow("odd declaration") << u"<UserProjectData><b xmlns:c=''/></UserProjectData>"_qs;
-    QTest::newRow("text behind it") << u"<UserProjectData/>more"_qs;
-    QTest::newRow("no element") << u" words &amp; <!-- more --> "_qs;
-    QTest::newRow("two elements") << u"<UserProjectData/><Other/>"_qs;
-    QTest::newRow("attributes") << u"<UserProjectData a='b'>x</UserProjectData >"_qs;
+        << u"<UserProjectData><a b='&who;'/></UserProjectData>"_s;
+    QTest::newRow("undeclared prefix") << u"<UserProjectData><a:b c:d=''/></UserProjectData>"_s;
+    QTest::newRow("odd declaration") << u"<UserProjectData><b xmlns:c=''/></UserProjectData>"_s;
+    QTest::newRow("text behind it") << u"<UserProjectData/>more"_s;
+    QTest::newRow("no element") << u" words &amp; <!-- more --> "_s;
+    QTest::newRow("two elements") << u"<UserProjectData/><Other/>"_s;
+    QTest::newRow("attributes") << u"<UserProjectData a='b'>x</UserProjectData >"_s;
 }
 
 void TstBinderSections::rawTextIsWrittenAsItStands()
@@ -766,17 +768,17 @@ void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("nested tags, cut at the first end")
-        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_qs;
-    QTest::newRow("the root's end") << u"<UserProjectData/></TavelinorProject>"_qs;
-    QTest::newRow("two roots") << u"</TavelinorProject><TavelinorProject Version=\"1.5\">"_qs;
-    QTest::newRow("a comment without an end") << u"<UserProjectData/><!--"_qs;
+        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_s;
+    QTest::newRow("the root's end") << u"<UserProjectData/></TavelinorProject>"_s;
+    QTest::newRow("two roots") << u"</TavelinorProject><TavelinorProject Version=\"1.5\">"_s;
+    QTest::newRow("a comment without an end") << u"<UserProjectData/><!--"_s;
     QTest::newRow("a character that XML can't hold")
-        << u"<UserProjectData>\u0001</UserProjectData>"_qs;
-    QTest::newRow("undeclared entity outside") << u"<UserProjectData/>&who;"_qs;
-    QTest::newRow("undeclared prefix outside") << u"<UserProjectData/><a:b/>"_qs;
-    QTest::newRow("a keyword without an id") << u"<Keywords><Keyword/></Keywords>"_qs;
+        << u"<UserProjectData>\u0001</UserProjectData>"_s;
+    QTest::newRow("undeclared entity outside") << u"<UserProjectData/>&who;"_s;
+    QTest::newRow("undeclared prefix outside") << u"<UserProjectData/><a:b/>"_s;
+    QTest::newRow("a keyword without an id") << u"<Keywords><Keyword/></Keywords>"_s;
     QTest::newRow("a favorite that is no item")
-        << u"<Favorites><BinderID>99</BinderID></Favorites>"_qs;
+        << u"<Favorites><BinderID>99</BinderID></Favorites>"_s;
 }
 
 void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut()
@@ -790,7 +792,7 @@ void TstBinderSections::rawTextThatCannotStandAloneIsLeftOut()
     QCOMPARE(binder, without);
     QCOMPARE(log.lines().constLast(),
              u"Left out in writing: the user's data, with which the binder couldn't be read "
-             "again"_qs);
+             "again"_s);
     TestBinderProject reread;
     QVERIFY(reread.read(binder));
 }

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QDateTime utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
@@ -51,20 +53,20 @@ QString faultAround(const QList<QDateTime> &changes)
             const QDateTime read = tvlStringToDateTime(text, false);
             const QDateTime readFast = formatter.toDateTime(text);
             if (read != moment || readFast != moment)
-                return u"%1 is read as %2, in a row as %3"_qs.arg(text, read.toString(Qt::ISODate),
-                                                                  readFast.toString(Qt::ISODate));
+                return u"%1 is read as %2, in a row as %3"_s.arg(text, read.toString(Qt::ISODate),
+                                                                 readFast.toString(Qt::ISODate));
             for (const QString &written :
                  {tvlDateTimeToString(read, false), formatter.toString(read),
                   tvlDateTimeToString(readFast, false), formatter.toString(readFast)}) {
                 if (written != text)
-                    return u"%1 becomes %2"_qs.arg(text, written);
+                    return u"%1 becomes %2"_s.arg(text, written);
             }
             // What a program has from the clock.
             const QDateTime local = moment.toLocalTime();
             if (formatter.toString(local) != tvlDateTimeToString(local, false))
-                return u"%1 is not as QDateTime has it"_qs.arg(text);
+                return u"%1 is not as QDateTime has it"_s.arg(text);
             if (read.date() != local.date() || read.time() != local.time())
-                return u"%1 shows another clock"_qs.arg(text);
+                return u"%1 shows another clock"_s.arg(text);
         }
     }
     return {};
@@ -119,14 +121,14 @@ void TstBinderText::aDateIsWrittenInItsForm_data()
     QTest::addColumn<bool>("isFileName");
     QTest::addColumn<QString>("text");
     const QDateTime date = utc(2021, 2, 3, 4, 5, 6);
-    QTest::newRow("text") << date << false << u"2021-02-03 04:05:06 +0000"_qs;
-    QTest::newRow("file name") << date << true << u"2021-02-03-04-05-06+0000"_qs;
+    QTest::newRow("text") << date << false << u"2021-02-03 04:05:06 +0000"_s;
+    QTest::newRow("file name") << date << true << u"2021-02-03-04-05-06+0000"_s;
     QTest::newRow("last second") << utc(2021, 12, 31, 23, 59, 59) << false
-                                 << u"2021-12-31 23:59:59 +0000"_qs;
-    QTest::newRow("leap day") << utc(2020, 2, 29) << false << u"2020-02-29 00:00:00 +0000"_qs;
-    QTest::newRow("first year") << utc(1, 1, 1) << false << u"0001-01-01 00:00:00 +0000"_qs;
-    QTest::newRow("last year") << utc(9999, 12, 31) << true << u"9999-12-31-00-00-00+0000"_qs;
-    QTest::newRow("milliseconds") << date.addMSecs(999) << false << u"2021-02-03 04:05:06 +0000"_qs;
+                                 << u"2021-12-31 23:59:59 +0000"_s;
+    QTest::newRow("leap day") << utc(2020, 2, 29) << false << u"2020-02-29 00:00:00 +0000"_s;
+    QTest::newRow("first year") << utc(1, 1, 1) << false << u"0001-01-01 00:00:00 +0000"_s;
+    QTest::newRow("last year") << utc(9999, 12, 31) << true << u"9999-12-31-00-00-00+0000"_s;
+    QTest::newRow("milliseconds") << date.addMSecs(999) << false << u"2021-02-03 04:05:06 +0000"_s;
 }
 
 void TstBinderText::aDateIsWrittenInItsForm()
@@ -148,8 +150,8 @@ void TstBinderText::aDateOfAnyZoneIsWrittenAsUtc()
 {
     QFETCH(int, offset);
     const QDateTime date = utc(2021, 1, 1, 0, 30).toOffsetFromUtc(offset);
-    QCOMPARE(tvlDateTimeToString(date, false), u"2021-01-01 00:30:00 +0000"_qs);
-    QCOMPARE(tvlDateTimeToString(date, true), u"2021-01-01-00-30-00+0000"_qs);
+    QCOMPARE(tvlDateTimeToString(date, false), u"2021-01-01 00:30:00 +0000"_s);
+    QCOMPARE(tvlDateTimeToString(date, true), u"2021-01-01-00-30-00+0000"_s);
 }
 
 void TstBinderText::anInvalidDateIsWrittenAsNothing()
@@ -167,22 +169,19 @@ void TstBinderText::aDateIsReadByItsRules_data()
                         const QDateTime &date) {
         QTest::newRow(name) << text << isFileName << date;
     };
-    add("text", u"2021-02-03 04:05:06 +0000"_qs, false, utc(2021, 2, 3, 4, 5, 6));
-    add("file name", u"2021-02-03-04-05-06+0000"_qs, true, utc(2021, 2, 3, 4, 5, 6));
-    add("one hour later", u"2021-02-03 04:05:06 +0100"_qs, false, utc(2021, 2, 3, 5, 5, 6));
-    add("ninety minutes earlier", u"2021-02-03 04:05:06 -0130"_qs, false,
-        utc(2021, 2, 3, 2, 35, 6));
-    add("later in a file name", u"2021-02-03-04-05-06+0100"_qs, true, utc(2021, 2, 3, 5, 5, 6));
-    add("earlier in a file name", u"2021-02-03-04-05-06-0130"_qs, true, utc(2021, 2, 3, 2, 35, 6));
-    add("over the year's end", u"2021-12-31 23:30:00 +0100"_qs, false, utc(2022, 1, 1, 0, 30));
-    add("before the year's start", u"2021-01-01 00:30:00 -0100"_qs, false,
+    add("text", u"2021-02-03 04:05:06 +0000"_s, false, utc(2021, 2, 3, 4, 5, 6));
+    add("file name", u"2021-02-03-04-05-06+0000"_s, true, utc(2021, 2, 3, 4, 5, 6));
+    add("one hour later", u"2021-02-03 04:05:06 +0100"_s, false, utc(2021, 2, 3, 5, 5, 6));
+    add("ninety minutes earlier", u"2021-02-03 04:05:06 -0130"_s, false, utc(2021, 2, 3, 2, 35, 6));
+    add("later in a file name", u"2021-02-03-04-05-06+0100"_s, true, utc(2021, 2, 3, 5, 5, 6));
+    add("earlier in a file name", u"2021-02-03-04-05-06-0130"_s, true, utc(2021, 2, 3, 2, 35, 6));
+    add("over the year's end", u"2021-12-31 23:30:00 +0100"_s, false, utc(2022, 1, 1, 0, 30));
+    add("before the year's start", u"2021-01-01 00:30:00 -0100"_s, false,
         utc(2020, 12, 31, 23, 30));
-    add("minus zero", u"2021-02-03 04:05:06 -0000"_qs, false, utc(2021, 2, 3, 4, 5, 6));
-    add("any sign but minus adds", u"2021-02-03 04:05:06 x0100"_qs, false,
-        utc(2021, 2, 3, 5, 5, 6));
-    add("minutes beyond an hour", u"2021-02-03 04:05:06 +0090"_qs, false,
-        utc(2021, 2, 3, 5, 35, 6));
-    add("leap day", u"2020-02-29 00:00:00 +0000"_qs, false, utc(2020, 2, 29));
+    add("minus zero", u"2021-02-03 04:05:06 -0000"_s, false, utc(2021, 2, 3, 4, 5, 6));
+    add("any sign but minus adds", u"2021-02-03 04:05:06 x0100"_s, false, utc(2021, 2, 3, 5, 5, 6));
+    add("minutes beyond an hour", u"2021-02-03 04:05:06 +0090"_s, false, utc(2021, 2, 3, 5, 35, 6));
+    add("leap day", u"2020-02-29 00:00:00 +0000"_s, false, utc(2020, 2, 29));
 }
 
 void TstBinderText::aDateIsReadByItsRules()
@@ -200,28 +199,28 @@ void TstBinderText::aTextOfAnotherFormIsRefusedWithADebugLine_data()
         QTest::newRow(name) << text << isFileName;
     };
     add("empty", {});
-    add("no date", u"yesterday"_qs);
-    add("24 characters", u"2021-02-03 04:05:06+0000"_qs);
-    add("26 characters", u"2021-02-03 04:05:06  +0000"_qs);
-    add("no zone", u"2021-02-03 04:05:06"_qs);
-    add("zone without digits", u"2021-02-03 04:05:06 +hhmm"_qs);
-    add("bad hours of the zone", u"2021-02-03 04:05:06 +x100"_qs);
-    add("bad minutes of the zone", u"2021-02-03 04:05:06 +01x0"_qs);
-    add("separators of a file name", u"2021-02-03-04-05-06 +0000"_qs);
-    add("slashes", u"2021/02/03 04:05:06 +0000"_qs);
-    add("month 13", u"2021-13-03 04:05:06 +0000"_qs);
-    add("month 0", u"2021-00-03 04:05:06 +0000"_qs);
-    add("day 30 of February", u"2021-02-30 04:05:06 +0000"_qs);
-    add("leap day of a common year", u"2021-02-29 04:05:06 +0000"_qs);
-    add("hour 24", u"2021-02-03 24:00:00 +0000"_qs);
-    add("minute 60", u"2021-02-03 04:60:06 +0000"_qs);
-    add("second 60", u"2021-02-03 23:59:60 +0000"_qs);
-    add("letters", u"2021-02-03 0a:05:06 +0000"_qs);
-    add("digits of another script", u"２０21-02-03 04:05:06 +0000"_qs);
-    add("file name, text form", u"2021-02-03 04:05:06+0000"_qs, true);
-    add("file name, 25 characters", u"2021-02-03-04-05-06 +0000"_qs, true);
-    add("file name, 23 characters", u"2021-02-03-04-05-06+000"_qs, true);
-    add("file name, bad zone", u"2021-02-03-04-05-06+00z0"_qs, true);
+    add("no date", u"yesterday"_s);
+    add("24 characters", u"2021-02-03 04:05:06+0000"_s);
+    add("26 characters", u"2021-02-03 04:05:06  +0000"_s);
+    add("no zone", u"2021-02-03 04:05:06"_s);
+    add("zone without digits", u"2021-02-03 04:05:06 +hhmm"_s);
+    add("bad hours of the zone", u"2021-02-03 04:05:06 +x100"_s);
+    add("bad minutes of the zone", u"2021-02-03 04:05:06 +01x0"_s);
+    add("separators of a file name", u"2021-02-03-04-05-06 +0000"_s);
+    add("slashes", u"2021/02/03 04:05:06 +0000"_s);
+    add("month 13", u"2021-13-03 04:05:06 +0000"_s);
+    add("month 0", u"2021-00-03 04:05:06 +0000"_s);
+    add("day 30 of February", u"2021-02-30 04:05:06 +0000"_s);
+    add("leap day of a common year", u"2021-02-29 04:05:06 +0000"_s);
+    add("hour 24", u"2021-02-03 24:00:00 +0000"_s);
+    add("minute 60", u"2021-02-03 04:60:06 +0000"_s);
+    add("second 60", u"2021-02-03 23:59:60 +0000"_s);
+    add("letters", u"2021-02-03 0a:05:06 +0000"_s);
+    add("digits of another script", u"２０21-02-03 04:05:06 +0000"_s);
+    add("file name, text form", u"2021-02-03 04:05:06+0000"_s, true);
+    add("file name, 25 characters", u"2021-02-03-04-05-06 +0000"_s, true);
+    add("file name, 23 characters", u"2021-02-03-04-05-06+000"_s, true);
+    add("file name, bad zone", u"2021-02-03-04-05-06+00z0"_s, true);
     add("file name, empty", {}, true);
 }
 
@@ -229,8 +228,8 @@ void TstBinderText::aTextOfAnotherFormIsRefusedWithADebugLine()
 {
     QFETCH(QString, text);
     QFETCH(bool, isFileName);
-    const QString line = u"Failed to parse date time(was file name= %1 ): \"%2\""_qs.arg(
-        isFileName ? u"true"_qs : u"false"_qs, text);
+    const QString line = u"Failed to parse date time(was file name= %1 ): \"%2\""_s.arg(
+        isFileName ? u"true"_s : u"false"_s, text);
     QTest::ignoreMessage(QtDebugMsg, line.toUtf8().constData());
     QVERIFY(!tvlStringToDateTime(text, isFileName).isValid());
 }
@@ -335,12 +334,12 @@ void TstBinderText::aTextThatIsNoPointReadsAsZero_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << QString();
-    QTest::newRow("word") << u"here"_qs;
-    QTest::newRow("one number") << u"5"_qs;
-    QTest::newRow("bad second number") << u"5,x"_qs;
-    QTest::newRow("bad first number") << u"x,5"_qs;
-    QTest::newRow("infinite") << u"inf,5"_qs;
-    QTest::newRow("not a number") << u"5,nan"_qs;
+    QTest::newRow("word") << u"here"_s;
+    QTest::newRow("one number") << u"5"_s;
+    QTest::newRow("bad second number") << u"5,x"_s;
+    QTest::newRow("bad first number") << u"x,5"_s;
+    QTest::newRow("infinite") << u"inf,5"_s;
+    QTest::newRow("not a number") << u"5,nan"_s;
 }
 
 void TstBinderText::aTextThatIsNoPointReadsAsZero()

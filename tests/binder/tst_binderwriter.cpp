@@ -13,6 +13,8 @@
 #include <limits>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Properties = TVLProjectNodeProperties;
@@ -112,11 +114,11 @@ QStringList sectionsOf(const QByteArray &binder)
 /** A project in which everything is set that its root element could say. */
 void fillInfo(TestBinderProject *project)
 {
-    project->mInfo.mDevice = u"Desk"_qs;
+    project->mInfo.mDevice = u"Desk"_s;
     project->mInfo.mModified = sampleModified();
-    project->mInfo.mModId = QUuid(u"11111111-1111-4111-8111-11111111111a"_qs);
-    project->mInfo.mSyncId = QUuid(u"22222222-2222-4222-8222-22222222222b"_qs);
-    project->mInfo.mChecksumsId = QUuid(u"33333333-3333-4333-8333-33333333333c"_qs);
+    project->mInfo.mModId = QUuid(u"11111111-1111-4111-8111-11111111111a"_s);
+    project->mInfo.mSyncId = QUuid(u"22222222-2222-4222-8222-22222222222b"_s);
+    project->mInfo.mChecksumsId = QUuid(u"33333333-3333-4333-8333-33333333333c"_s);
     project->mInfo.mIsTemplate = true;
     project->mInfo.mIsNewProject = true;
 }
@@ -207,7 +209,7 @@ void TstBinderWriter::theDocumentIsUtf8WithItsDeclaration()
 {
     TestBinderProject project;
     auto *node = new TVLProjectNode({1, sampleUuid()}, project.mRoot.get());
-    node->mTitle = u"\u00fc\u2603\U0001F600"_qs;
+    node->mTitle = u"\u00fc\u2603\U0001F600"_s;
     const QByteArray binder = project.write();
     QVERIFY(binder.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<TavelinorProject "));
     QVERIFY(binder.endsWith("\n</TavelinorProject>\n"));
@@ -229,9 +231,9 @@ void TstBinderWriter::theRootOfADesktopProjectHasItsAttributesInOrder()
     TestBinderProject project;
     fillInfo(&project);
     QCOMPARE(rootAttributes(project.write()),
-             QStringList({u"Template=No"_qs, u"Version=1.5"_qs, u"Creator=TVLLIN-1.2.3"_qs,
-                          u"Device=Desk"_qs, u"Modified=2022-12-31 23:59:58 +0000"_qs,
-                          u"ModID=11111111-1111-4111-8111-11111111111A"_qs}));
+             QStringList({u"Template=No"_s, u"Version=1.5"_s, u"Creator=TVLLIN-1.2.3"_s,
+                          u"Device=Desk"_s, u"Modified=2022-12-31 23:59:58 +0000"_s,
+                          u"ModID=11111111-1111-4111-8111-11111111111A"_s}));
 }
 
 void TstBinderWriter::theRootOfAMobileProjectHasItsAttributesInOrder()
@@ -240,10 +242,10 @@ void TstBinderWriter::theRootOfAMobileProjectHasItsAttributesInOrder()
     fillInfo(&project);
     project.mIsMobile = true;
     QCOMPARE(rootAttributes(project.write()),
-             QStringList({u"Template=No"_qs, u"Version=1.5"_qs, u"Creator=TVLLIN-1.2.3"_qs,
-                          u"Device=Desk"_qs, u"Modified=2022-12-31 23:59:58 +0000"_qs,
-                          u"SyncID=22222222-2222-4222-8222-22222222222B"_qs,
-                          u"Checksums=33333333-3333-4333-8333-33333333333C"_qs}));
+             QStringList({u"Template=No"_s, u"Version=1.5"_s, u"Creator=TVLLIN-1.2.3"_s,
+                          u"Device=Desk"_s, u"Modified=2022-12-31 23:59:58 +0000"_s,
+                          u"SyncID=22222222-2222-4222-8222-22222222222B"_s,
+                          u"Checksums=33333333-3333-4333-8333-33333333333C"_s}));
 }
 
 void TstBinderWriter::nullIdentitiesAreNotWritten()
@@ -252,8 +254,8 @@ void TstBinderWriter::nullIdentitiesAreNotWritten()
         TestBinderProject project;
         project.mIsMobile = mobile;
         QCOMPARE(rootAttributes(project.write()),
-                 QStringList({u"Template=No"_qs, u"Version=1.5"_qs, u"Creator=TVLLIN-1.2.3"_qs,
-                              u"Device="_qs, u"Modified="_qs}));
+                 QStringList({u"Template=No"_s, u"Version=1.5"_s, u"Creator=TVLLIN-1.2.3"_s,
+                              u"Device="_s, u"Modified="_s}));
     }
 }
 
@@ -267,7 +269,7 @@ void TstBinderWriter::theStartTagSaysWhetherItIsATemplate()
         writer.writeStartTavelinorProjectTag(&project, isTemplate);
         writer.writeEndTavelinorProjectTag();
         QCOMPARE(rootAttributes(buffer.data()).constFirst(),
-                 isTemplate ? u"Template=Yes"_qs : u"Template=No"_qs);
+                 isTemplate ? u"Template=Yes"_s : u"Template=No"_s);
     }
 }
 
@@ -276,15 +278,15 @@ void TstBinderWriter::theGrammarFollowsTheProject_data()
     QTest::addColumn<int>("binderVersion");
     QTest::addColumn<int>("formatVersion");
     QTest::addColumn<QString>("attribute");
-    QTest::newRow("none is the second") << 0 << 18 << u"Version=1.5"_qs;
-    QTest::newRow("none without format") << 0 << 0 << u"Version=1.5"_qs;
-    QTest::newRow("none in the old format") << 0 << 16 << u"Version=1.5"_qs;
-    QTest::newRow("first") << 1 << 16 << u"Version=1.0"_qs;
-    QTest::newRow("second") << 2 << 18 << u"Version=1.5"_qs;
-    QTest::newRow("third") << 3 << 18 << u"Version=2.0"_qs;
-    QTest::newRow("newest format, none") << 0 << 23 << u"Version=2.0"_qs;
-    QTest::newRow("newest format, first") << 1 << 23 << u"Version=2.0"_qs;
-    QTest::newRow("newest format, second") << 2 << 23 << u"Version=2.0"_qs;
+    QTest::newRow("none is the second") << 0 << 18 << u"Version=1.5"_s;
+    QTest::newRow("none without format") << 0 << 0 << u"Version=1.5"_s;
+    QTest::newRow("none in the old format") << 0 << 16 << u"Version=1.5"_s;
+    QTest::newRow("first") << 1 << 16 << u"Version=1.0"_s;
+    QTest::newRow("second") << 2 << 18 << u"Version=1.5"_s;
+    QTest::newRow("third") << 3 << 18 << u"Version=2.0"_s;
+    QTest::newRow("newest format, none") << 0 << 23 << u"Version=2.0"_s;
+    QTest::newRow("newest format, first") << 1 << 23 << u"Version=2.0"_s;
+    QTest::newRow("newest format, second") << 2 << 23 << u"Version=2.0"_s;
 }
 
 void TstBinderWriter::theGrammarFollowsTheProject()
@@ -301,13 +303,13 @@ void TstBinderWriter::aDesktopBinderHasItsSectionsInOrder()
 {
     TestBinderProject project;
     project.mTemplateFolderUuid = sampleUuid();
-    project.mUserProjectData = u"<UserProjectData/>"_qs;
+    project.mUserProjectData = u"<UserProjectData/>"_s;
     // The project's sections that stand between these two are of no interest here.
     QStringList sections = sectionsOf(project.write());
     QCOMPARE(sections.first(5),
-             QStringList({u"Binder"_qs, u"LabelSettings"_qs, u"StatusSettings"_qs,
-                          u"TemplateFolderUUID"_qs, u"Collections"_qs}));
-    QCOMPARE(sections.constLast(), u"UserProjectData"_qs);
+             QStringList({u"Binder"_s, u"LabelSettings"_s, u"StatusSettings"_s,
+                          u"TemplateFolderUUID"_s, u"Collections"_s}));
+    QCOMPARE(sections.constLast(), u"UserProjectData"_s);
 }
 
 void TstBinderWriter::aMobileBinderEndsBehindTheTemplateFolder()
@@ -315,17 +317,17 @@ void TstBinderWriter::aMobileBinderEndsBehindTheTemplateFolder()
     TestBinderProject project;
     project.mIsMobile = true;
     project.mTemplateFolderUuid = sampleUuid();
-    project.mUserProjectData = u"<UserProjectData/>"_qs;
+    project.mUserProjectData = u"<UserProjectData/>"_s;
     project.mCollections = {TVLCollectionMetaData()};
     QCOMPARE(sectionsOf(project.write()),
-             QStringList({u"Binder"_qs, u"LabelSettings"_qs, u"StatusSettings"_qs,
-                          u"TemplateFolderUUID"_qs}));
+             QStringList(
+                 {u"Binder"_s, u"LabelSettings"_s, u"StatusSettings"_s, u"TemplateFolderUUID"_s}));
 }
 
 void TstBinderWriter::theRootNodeHasNoElement()
 {
     TestBinderProject project;
-    project.mRoot->mTitle = u"Root"_qs;
+    project.mRoot->mTitle = u"Root"_s;
     new TVLProjectNode({1, sampleUuid()}, project.mRoot.get());
     const QByteArray binder = project.write();
     QVERIFY(!binder.contains("Root"));
@@ -379,7 +381,7 @@ void TstBinderWriter::aNullUuidIsFreshOnEachWriteAndNotStored()
     for (int i = 0; i < 3; ++i) {
         QXmlStreamReader reader(writtenItem(&node));
         reader.readNextStartElement();
-        uuids.insert(QUuid(reader.attributes().value(u"UUID"_qs).toString()));
+        uuids.insert(QUuid(reader.attributes().value(u"UUID"_s).toString()));
     }
     QCOMPARE(uuids.size(), 4);
     QVERIFY(node.mUuid.isNull());
@@ -428,10 +430,10 @@ void TstBinderWriter::everythingOfAnItemComesInOrder()
         names.append(reader.name().toString());
         reader.skipCurrentElement();
     }
-    QCOMPARE(names,
-             QStringList({u"Title"_qs, u"MetaData"_qs, u"TextSettings"_qs,
-                          u"CorkboardAndOutliner"_qs, u"Keywords"_qs, u"References"_qs,
-                          u"DefaultChildTemplateID"_qs, u"Children"_qs}));
+    QCOMPARE(
+        names,
+        QStringList({u"Title"_s, u"MetaData"_s, u"TextSettings"_s, u"CorkboardAndOutliner"_s,
+                     u"Keywords"_s, u"References"_s, u"DefaultChildTemplateID"_s, u"Children"_s}));
 }
 
 void TstBinderWriter::childrenComeLastAndInOrder()
@@ -458,7 +460,7 @@ void TstBinderWriter::aTitleIsAlwaysWritten()
 {
     SampleNode node{TVL::Other};
     QCOMPARE(writtenContent(&node), QByteArray("<Title></Title><MetaData/>"));
-    node.mTitle = u" <A> & \"B\"\t"_qs;
+    node.mTitle = u" <A> & \"B\"\t"_s;
     QCOMPARE(writtenContent(&node),
              QByteArray("<Title> &lt;A&gt; &amp; &quot;B&quot;\t</Title><MetaData/>"));
 }
@@ -483,10 +485,10 @@ void TstBinderWriter::metaDataIsWrittenWhereItBelongs_data()
         "compile", [](P *p) { p->mIncludeInCompile = true; },
         "<IncludeInCompile>Yes</IncludeInCompile>", everywhere);
     addMetaDataRow(
-        "extension", [](P *p) { p->mFileExtension = u"png"_qs; },
+        "extension", [](P *p) { p->mFileExtension = u"png"_s; },
         "<FileExtension>png</FileExtension>", everywhere);
     addMetaDataRow(
-        "icon", [](P *p) { p->mIconFileName = u"Leaf"_qs; }, "<IconFileName>Leaf</IconFileName>",
+        "icon", [](P *p) { p->mIconFileName = u"Leaf"_s; }, "<IconFileName>Leaf</IconFileName>",
         everywhere);
     addMetaDataRow(
         "page break", [](P *p) { p->mPageBreakBefore = true; },
@@ -516,18 +518,18 @@ void TstBinderWriter::metaDataIsWrittenWhereItBelongs_data()
         "synopsis image", [](P *p) { p->mShowSynopsisImage = true; },
         "<ShowSynopsisImage>Yes</ShowSynopsisImage>", desktopOnly);
     addMetaDataRow(
-        "index card", [](P *p) { p->mIndexCardImageFileExtension = u"jpg"_qs; },
+        "index card", [](P *p) { p->mIndexCardImageFileExtension = u"jpg"_s; },
         "<IndexCardImageFileExtension>jpg</IndexCardImageFileExtension>", desktopOnly);
     addMetaDataRow(
         "title affixes", [](P *p) { p->mIgnoresTitlePrefixAndSuffix = true; },
         "<IgnoresTitlePrefixAndSuffix>Yes</IgnoresTitlePrefixAndSuffix>", desktopOnly);
     addMetaDataRow(
-        "application", [](P *p) { p->mPreferredExternalApplication = u"Viewer"_qs; },
+        "application", [](P *p) { p->mPreferredExternalApplication = u"Viewer"_s; },
         "<PreferredExternalApplication>Viewer</PreferredExternalApplication>", desktopOnly);
     addMetaDataRow(
         "custom",
         [](P *p) {
-            p->mCustomMetaData = {{u"b"_qs, u"2"_qs}, {u"a"_qs, {}}};
+            p->mCustomMetaData = {{u"b"_s, u"2"_s}, {u"a"_s, {}}};
         },
         "<CustomMetaData>"
         "<MetaDataItem><FieldID>a</FieldID><Value></Value></MetaDataItem>"
@@ -554,16 +556,16 @@ void TstBinderWriter::metaDataComesInOrder()
     node.mLabelId = 1;
     node.mStatusId = 2;
     node.mIncludeInCompile = true;
-    node.mFileExtension = u"e"_qs;
-    node.mIconFileName = u"i"_qs;
+    node.mFileExtension = u"e"_s;
+    node.mIconFileName = u"i"_s;
     node.mPageBreakBefore = true;
     node.mCompileAsIs = true;
     node.mNotesTextSelection = {1, 2};
     node.mShowSynopsisImage = true;
-    node.mIndexCardImageFileExtension = u"x"_qs;
+    node.mIndexCardImageFileExtension = u"x"_s;
     node.mIgnoresTitlePrefixAndSuffix = true;
-    node.mPreferredExternalApplication = u"p"_qs;
-    node.mCustomMetaData = {{u"k"_qs, u"v"_qs}};
+    node.mPreferredExternalApplication = u"p"_s;
+    node.mCustomMetaData = {{u"k"_s, u"v"_s}};
     const QByteArray first =
         "<LabelID>1</LabelID><StatusID>2</StatusID>"
         "<IncludeInCompile>Yes</IncludeInCompile><FileExtension>e</FileExtension>"
@@ -595,7 +597,7 @@ void TstBinderWriter::textSettingsAreWritten_data()
         add(
             "target of 0", [](P *) {}, noTarget);
         add(
-            "mode", [](P *p) { p->mTextMode = u"Script"_qs; },
+            "mode", [](P *p) { p->mTextMode = u"Script"_s; },
             "<TextMode>Script</TextMode>" + noTarget);
         add(
             "selection",
@@ -634,7 +636,7 @@ void TstBinderWriter::textSettingsAreWritten_data()
         add(
             "everything",
             [](P *p) {
-                p->mTextMode = u"Script"_qs;
+                p->mTextMode = u"Script"_s;
                 p->mTextSelection = {1, 2};
                 p->mTypingAttributes = "a";
                 p->mTarget = 5;
@@ -662,7 +664,7 @@ void TstBinderWriter::mediaSettingsDependOnTheType_data()
         p->mImageRotation = 1;
         p->mImageScalesProportionally = false;
         p->mCurrentPdfPage = 7;
-        p->mOriginalUrl = u"u"_qs;
+        p->mOriginalUrl = u"u"_s;
         p->mIsAlias = true;
     };
 
@@ -690,7 +692,7 @@ void TstBinderWriter::mediaSettingsDependOnTheType_data()
         "image out of proportion", TVL::Image, [](P *p) { p->mImageScalesProportionally = false; },
         "<ImageScalesProportionally>No</ImageScalesProportionally>");
     add(
-        "image address", TVL::Image, [](P *p) { p->mOriginalUrl = u"a&b"_qs; },
+        "image address", TVL::Image, [](P *p) { p->mOriginalUrl = u"a&b"_s; },
         scales + "<OriginalURL>a&amp;b</OriginalURL>");
     add(
         "image alias", TVL::Image, [](P *p) { p->mIsAlias = true; },
@@ -713,12 +715,12 @@ void TstBinderWriter::typesWithoutSettingsWriteNone_data()
 {
     addWrittenColumns();
     const Change everything = [](Properties *p) {
-        p->mTextMode = u"Script"_qs;
+        p->mTextMode = u"Script"_s;
         p->mTextSelection = {1, 2};
         p->mTarget = 5;
         p->mImageRotation = 1;
         p->mCurrentPdfPage = 7;
-        p->mOriginalUrl = u"u"_qs;
+        p->mOriginalUrl = u"u"_s;
         p->mIsAlias = true;
     };
     addSettingsRow("draft", TVL::DraftFolder, everything, {});
@@ -737,13 +739,13 @@ void TstBinderWriter::keywordsReferencesAndTemplateAreWritten_data()
     };
     const auto internal = [](int id) {
         TVLReference reference;
-        reference.mTitle = u"A & B"_qs;
+        reference.mTitle = u"A & B"_s;
         reference.setInternalLink(id);
         return reference;
     };
     const auto external = [](const QString &address) {
         TVLReference reference;
-        reference.mTitle = u"Out"_qs;
+        reference.mTitle = u"Out"_s;
         reference.setUrl(QUrl(address));
         return reference;
     };
@@ -759,14 +761,14 @@ void TstBinderWriter::keywordsReferencesAndTemplateAreWritten_data()
         "<References><Reference BinderID=\"0\">A &amp; B</Reference></References>");
     add(
         "external reference",
-        [=](P *p) { p->mReferences = {external(u"https://example.org/a b?c=\u00fc&d#e"_qs)}; },
+        [=](P *p) { p->mReferences = {external(u"https://example.org/a b?c=\u00fc&d#e"_s)}; },
         "<References><Reference "
         "Destination=\"https://example.org/a%20b?c=%C3%BC&amp;d#e\">Out</Reference>"
         "</References>");
     add(
         "references in order",
         [=](P *p) {
-            p->mReferences = {external(u"file:///a"_qs), internal(5)};
+            p->mReferences = {external(u"file:///a"_s), internal(5)};
         },
         "<References><Reference Destination=\"file:///a\">Out</Reference>"
         "<Reference BinderID=\"5\">A &amp; B</Reference></References>");
@@ -830,7 +832,7 @@ void TstBinderWriter::everyChildGetsACardWhenThereArePositions()
 {
     const std::unique_ptr<TVLProjectNode> folder = folderOfFive();
     for (const int id : {1, 3, 4})
-        folder->mFreeformPositions.insert(id, {id, QPointF(id, 10 * id), u"then"_qs});
+        folder->mFreeformPositions.insert(id, {id, QPointF(id, 10 * id), u"then"_s});
     const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
     QXmlStreamReader reader(writtenCorkboard(folder.get()));
     QStringList positions;
@@ -840,17 +842,17 @@ void TstBinderWriter::everyChildGetsACardWhenThereArePositions()
         if (reader.readNext() != QXmlStreamReader::StartElement
             || reader.name() != u"IndexCardBinderID")
             continue;
-        positions.append(reader.attributes().value(u"Position"_qs).toString());
-        times.append(reader.attributes().value(u"TimeStamp"_qs).toString());
+        positions.append(reader.attributes().value(u"Position"_s).toString());
+        times.append(reader.attributes().value(u"TimeStamp"_s).toString());
         ids.append(reader.readElementText());
     }
-    QCOMPARE(ids, QStringList({u"1"_qs, u"2"_qs, u"3"_qs, u"4"_qs, u"5"_qs}));
+    QCOMPARE(ids, QStringList({u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s}));
     const QList<QPointF> expected = {QPointF(1, 10), QPointF(1, 1), QPointF(3, 30), QPointF(4, 40),
                                      QPointF(1.2, 1.2)};
     for (int i = 0; i < expected.size(); ++i)
         QCOMPARE(tvlStringToPointF(positions.at(i)), expected.at(i));
     for (const int stored : {0, 2, 3})
-        QCOMPARE(times.at(stored), u"then"_qs);
+        QCOMPARE(times.at(stored), u"then"_s);
     for (const int fresh : {1, 4}) {
         const QDateTime time = tvlStringToDateTime(times.at(fresh), false);
         QVERIFY(time >= before && time <= QDateTime::currentDateTimeUtc());
@@ -860,7 +862,7 @@ void TstBinderWriter::everyChildGetsACardWhenThereArePositions()
 void TstBinderWriter::positionsOfOthersAreDropped()
 {
     const std::unique_ptr<TVLProjectNode> folder = folderOfFive();
-    folder->mFreeformPositions.insert(77, {77, QPointF(1, 2), u"then"_qs});
+    folder->mFreeformPositions.insert(77, {77, QPointF(1, 2), u"then"_s});
     const QByteArray xml = writtenCorkboard(folder.get());
     QCOMPARE(xml.count("<IndexCardBinderID "), 5);
     QVERIFY(!xml.contains(">77<"));
@@ -869,7 +871,7 @@ void TstBinderWriter::positionsOfOthersAreDropped()
 void TstBinderWriter::positionsWithoutChildrenLeaveAnEmptyList()
 {
     SampleNode node;
-    node.mFreeformPositions.insert(77, {77, QPointF(1, 2), u"then"_qs});
+    node.mFreeformPositions.insert(77, {77, QPointF(1, 2), u"then"_s});
     QCOMPARE(writtenCorkboard(&node),
              QByteArray("<CorkboardAndOutliner><CorkboardSettings><FreeformCorkboardDocuments/>"
                         "</CorkboardSettings></CorkboardAndOutliner>"));
@@ -893,34 +895,34 @@ void TstBinderWriter::whatIsLeftOutIsTold_data()
             what);
     };
     addNode(
-        "a title", [](Properties *node) { node->mTitle = u"a\u0001b"_qs; },
-        u"characters of \"ab\" that XML can't hold"_qs);
+        "a title", [](Properties *node) { node->mTitle = u"a\u0001b"_s; },
+        u"characters of \"ab\" that XML can't hold"_s);
     addNode(
         "a long text", [](Properties *node) { node->mTitle = QString(99, u'x') + u'\uffff'; },
-        u"characters of \"%1\" that XML can't hold"_qs.arg(QString(60, u'x')));
+        u"characters of \"%1\" that XML can't hold"_s.arg(QString(60, u'x')));
     addNode(
         "a value without a key",
-        [](Properties *node) { node->mCustomMetaData.insert(QString(), u"words"_qs); },
-        u"\"words\", which belongs to a field without a key"_qs);
+        [](Properties *node) { node->mCustomMetaData.insert(QString(), u"words"_s); },
+        u"\"words\", which belongs to a field without a key"_s);
     addNode(
         "a year",
         [](Properties *node) { node->mCreated = QDateTime(QDate(10000, 1, 1), {}, Qt::UTC); },
-        u"the year 10000, which doesn't have four digits"_qs);
+        u"the year 10000, which doesn't have four digits"_s);
     add(
-        "a label's title", [](TestBinderProject *project) { project->mLabelTitle = u"a\u0002"_qs; },
-        u"characters of \"a\" that XML can't hold"_qs);
+        "a label's title", [](TestBinderProject *project) { project->mLabelTitle = u"a\u0002"_s; },
+        u"characters of \"a\" that XML can't hold"_s);
     add(
         "favorites",
         [](TestBinderProject *project) {
             project->mFavorites = {8, 9};
         },
-        u"2 favorites that no item would be found by"_qs);
+        u"2 favorites that no item would be found by"_s);
     add(
         "a backdrop", [](TestBinderProject *project) { project->mFullScreenBackdrop = 1.5; },
-        u"a backdrop that is neither an item nor a path"_qs);
+        u"a backdrop that is neither an item nor a path"_s);
     add(
-        "the user's data", [](TestBinderProject *project) { project->mUserProjectData = u"<"_qs; },
-        u"the user's data, with which the binder couldn't be read again"_qs);
+        "the user's data", [](TestBinderProject *project) { project->mUserProjectData = u"<"_s; },
+        u"the user's data, with which the binder couldn't be read again"_s);
 }
 
 void TstBinderWriter::whatIsLeftOutIsTold()
@@ -932,7 +934,7 @@ void TstBinderWriter::whatIsLeftOutIsTold()
     const DebugLog log;
     TestBinderProject reread;
     QVERIFY(reread.read(project.write()));
-    QVERIFY2(log.lines().contains(u"Left out in writing: "_qs + what),
+    QVERIFY2(log.lines().contains(u"Left out in writing: "_s + what),
              qPrintable(log.lines().join(u'\n')));
 }
 

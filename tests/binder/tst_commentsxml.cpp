@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Comments = QList<TVLTextCommentLink>;
@@ -29,7 +31,7 @@ TVLTextCommentLink readComment(const QByteArray &content)
     Comments comments;
     return readComments(content, &comments) && comments.size() == 1
         ? comments.constFirst()
-        : TVLTextCommentLink(u"none read"_qs, {});
+        : TVLTextCommentLink(u"none read"_s, {});
 }
 
 /** A comment with everything, written and read. */
@@ -39,13 +41,13 @@ TVLTextCommentLink reread(const TVLTextCommentLink &comment)
     reader.addData(writtenComments({comment}));
     Comments comments;
     if (!reader.readComments(&comments) || comments.size() != 1)
-        return TVLTextCommentLink(u"unreadable: "_qs + reader.errorString(), {});
+        return TVLTextCommentLink(u"unreadable: "_s + reader.errorString(), {});
     return comments.constFirst();
 }
 
 TVLTextCommentLink makeComment(const QByteArray &rtf = "{\\rtf1 Text}")
 {
-    return TVLTextCommentLink(u"id"_qs, rtf);
+    return TVLTextCommentLink(u"id"_s, rtf);
 }
 
 } // namespace
@@ -159,7 +161,7 @@ void TstCommentsXml::theAttributesOfAComment()
 void TstCommentsXml::allCommentsAreWrittenInTheirOrder()
 {
     Comments comments;
-    for (const QString &id : {u"b"_qs, u"a"_qs, u"c"_qs, u"a"_qs})
+    for (const QString &id : {u"b"_s, u"a"_s, u"c"_s, u"a"_s})
         comments.append(TVLTextCommentLink(id, id.toLatin1()));
     TVLBinderReader reader;
     reader.addData(writtenComments(comments));
@@ -199,9 +201,9 @@ void TstCommentsXml::aCommentSurvives_data()
     comment.mColor = QColor(1, 2, 3);
     QTest::newRow("colour") << comment;
     comment = makeComment();
-    comment.mIdentity = u"3F2504E0-4F89-11D3-9A0C-0305E82C3301"_qs;
+    comment.mIdentity = u"3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s;
     QTest::newRow("uuid") << comment;
-    comment.mIdentity = u"<&\"'> \u00e4\u6f22\U0001d11e\n\t"_qs;
+    comment.mIdentity = u"<&\"'> \u00e4\u6f22\U0001d11e\n\t"_s;
     QTest::newRow("identity of any characters") << comment;
 }
 
@@ -276,7 +278,7 @@ void TstCommentsXml::commentsAreAppended()
         readComments("<Comment ID='2'>second</Comment><Comment ID='3'>third</Comment>", &comments));
     QCOMPARE(comments.size(), 3);
     QCOMPARE(comments.at(0).mRtf, QByteArray("first"));
-    QCOMPARE(comments.at(1).mIdentity, u"2"_qs);
+    QCOMPARE(comments.at(1).mIdentity, u"2"_s);
     QCOMPARE(comments.at(2).mRtf, QByteArray("third"));
 }
 
@@ -287,7 +289,7 @@ void TstCommentsXml::unknownElementsAreSkipped()
                          "<Comment ID='yes'>a<Unknown>b<Comment/></Unknown>c</Comment>"
                          "<comment ID='no'/>",
                          &comments));
-    QCOMPARE(comments, (Comments{TVLTextCommentLink(u"yes"_qs, "ac")}));
+    QCOMPARE(comments, (Comments{TVLTextCommentLink(u"yes"_s, "ac")}));
 }
 
 void TstCommentsXml::missingAttributesHaveDefaults()
@@ -312,7 +314,7 @@ void TstCommentsXml::flagsAreReadCaseSensitively()
 
     const TVLTextCommentLink comment =
         readComment("<Comment ID='id' Footnote='" + word + "' Collapsed='" + word + "'/>");
-    QCOMPARE(comment.mIdentity, u"id"_qs);
+    QCOMPARE(comment.mIdentity, u"id"_s);
     QCOMPARE(comment.mIsFootnote, expected);
     QCOMPARE(comment.mIsCollapsed, expected);
 }
@@ -336,7 +338,7 @@ void TstCommentsXml::aNumberThatMakesNoSenseIsNone()
     QFETCH(int, expected);
 
     const TVLTextCommentLink comment = readComment("<Comment ID='id' Number='" + number + "'/>");
-    QCOMPARE(comment.mIdentity, u"id"_qs);
+    QCOMPARE(comment.mIdentity, u"id"_s);
     QCOMPARE(comment.mNumber, expected);
 }
 
@@ -348,10 +350,9 @@ void TstCommentsXml::textThatIsNoCdataIsReadAsWell()
 
 void TstCommentsXml::charactersThatAreNoBytesBecomeRtf()
 {
-    QCOMPARE(
-        readComment(
-            u"<Comment ID='id'>{\u00e4 \u2019 \u6f22 \ufffd \U0001d11e}</Comment>"_qs.toUtf8()),
-        makeComment("{\xe4 \\u8217? \\u28450? \\u-3? \\u-10188?\\u-8930?}"));
+    QCOMPARE(readComment(
+                 u"<Comment ID='id'>{\u00e4 \u2019 \u6f22 \ufffd \U0001d11e}</Comment>"_s.toUtf8()),
+             makeComment("{\xe4 \\u8217? \\u28450? \\u-3? \\u-10188?\\u-8930?}"));
 }
 
 void TstCommentsXml::readingBeginsAtTheFilesFirstElement()
@@ -371,7 +372,7 @@ void TstCommentsXml::anotherElementIsAnError()
     Comments comments;
     QVERIFY(!reader.readComments(&comments));
     QVERIFY(comments.isEmpty());
-    QCOMPARE(reader.errorString(), u"Unexpected tag Other on line 1.  Expected tag Comments"_qs);
+    QCOMPARE(reader.errorString(), u"Unexpected tag Other on line 1.  Expected tag Comments"_s);
 }
 
 TVL_TEST(TstCommentsXml)

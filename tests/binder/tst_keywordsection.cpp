@@ -8,6 +8,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Keywords = QList<TVLBinderKeyword>;
@@ -83,11 +85,11 @@ private Q_SLOTS:
 
 void TstKeywordSection::keywordsAreWritten()
 {
-    const Keywords keywords = {{3, -1, u"A & B"_qs, QColor(255, 0, 0)},
-                               {1, 3, u"in it"_qs, {}},
+    const Keywords keywords = {{3, -1, u"A & B"_s, QColor(255, 0, 0)},
+                               {1, 3, u"in it"_s, {}},
                                {7, 1, {}, QColor(0, 0, 0)},
-                               {2, 3, u"<also>"_qs, {}},
-                               {9, -1, u"last"_qs, QColor(0, 0, 255, 90)}};
+                               {2, 3, u"<also>"_s, {}},
+                               {9, -1, u"last"_s, QColor(0, 0, 255, 90)}};
     QCOMPARE(
         writtenKeywords(keywords),
         QByteArray("<Keywords>"
@@ -110,7 +112,7 @@ void TstKeywordSection::noKeywordsAreWrittenAsAnEmptyElement()
 void TstKeywordSection::keywordsComeBehindCollections()
 {
     TestBinderProject project;
-    project.mKeywords = {{1, -1, u"a"_qs, {}}};
+    project.mKeywords = {{1, -1, u"a"_s, {}}};
     project.mUserProjectData = richUserProjectData();
     const QByteArray binder = project.write();
     const qsizetype keywords = binder.indexOf("<Keywords>");
@@ -121,18 +123,18 @@ void TstKeywordSection::keywordsComeBehindCollections()
 void TstKeywordSection::aMobileBinderHasNoKeywords()
 {
     TestBinderProject project;
-    project.mKeywords = {{1, -1, u"a"_qs, {}}};
+    project.mKeywords = {{1, -1, u"a"_s, {}}};
     project.mIsMobile = true;
     QVERIFY(!project.write().contains("Keyword"));
 }
 
 void TstKeywordSection::keywordsBehindNoParentOfTheirsAreWrittenAtTheTop()
 {
-    const Keywords keywords = {{1, 5, u"a"_qs, {}}, {2, 1, u"b"_qs, {}}, {3, 9, u"c"_qs, {}}};
+    const Keywords keywords = {{1, 5, u"a"_s, {}}, {2, 1, u"b"_s, {}}, {3, 9, u"c"_s, {}}};
     Keywords reread;
     QVERIFY(readKeywords(
         writtenKeywords(keywords).replace("<Keywords>", "").replace("</Keywords>", ""), &reread));
-    const Keywords expected = {{1, -1, u"a"_qs, {}}, {2, 1, u"b"_qs, {}}, {3, -1, u"c"_qs, {}}};
+    const Keywords expected = {{1, -1, u"a"_s, {}}, {2, 1, u"b"_s, {}}, {3, -1, u"c"_s, {}}};
     QCOMPARE(reread, expected);
 }
 
@@ -143,9 +145,9 @@ void TstKeywordSection::keywordsAreRead()
                          "<Keyword ID='1'><Title>in it</Title></Keyword></Children></Keyword>"
                          "<Keyword ID='0'><Title>  as it stands </Title></Keyword>",
                          &keywords));
-    const Keywords expected = {{3, -1, u"A & B"_qs, QColor(255, 0, 0)},
-                               {1, 3, u"in it"_qs, {}},
-                               {0, -1, u"  as it stands "_qs, {}}};
+    const Keywords expected = {{3, -1, u"A & B"_s, QColor(255, 0, 0)},
+                               {1, 3, u"in it"_s, {}},
+                               {0, -1, u"  as it stands "_s, {}}};
     QCOMPARE(keywords, expected);
 }
 
@@ -176,7 +178,7 @@ void TstKeywordSection::otherElementsAreSkipped()
                          "<Keyword ID='7'/><Children><Foo/><Title>no</Title>"
                          "<Keyword ID='2'/></Children></Keyword>",
                          &keywords));
-    QCOMPARE(keywords, Keywords({{1, -1, u"a"_qs, {}}, {2, 1, {}, {}}}));
+    QCOMPARE(keywords, Keywords({{1, -1, u"a"_s, {}}, {2, 1, {}, {}}}));
 }
 
 void TstKeywordSection::theLastTitleAndColorCount()
@@ -185,7 +187,7 @@ void TstKeywordSection::theLastTitleAndColorCount()
     QVERIFY(readKeywords("<Keyword ID='1'><Title>a</Title><Color>1 0 0</Color><Title>b</Title>"
                          "<Color>0 0 1</Color></Keyword>",
                          &keywords));
-    QCOMPARE(keywords, Keywords({{1, -1, u"b"_qs, QColor(0, 0, 255)}}));
+    QCOMPARE(keywords, Keywords({{1, -1, u"b"_s, QColor(0, 0, 255)}}));
 }
 
 void TstKeywordSection::childrenMayComeFirstAndMoreThanOnce()
@@ -196,7 +198,7 @@ void TstKeywordSection::childrenMayComeFirstAndMoreThanOnce()
                          "<Color>1 0 0</Color></Keyword>",
                          &keywords));
     QCOMPARE(keywords,
-             Keywords({{1, -1, u"a"_qs, QColor(255, 0, 0)}, {2, 1, {}, {}}, {3, 1, u"c"_qs, {}}}));
+             Keywords({{1, -1, u"a"_s, QColor(255, 0, 0)}, {2, 1, {}, {}}, {3, 1, u"c"_s, {}}}));
 }
 
 void TstKeywordSection::aColorThatMakesNoSenseIsNone_data()
@@ -221,10 +223,10 @@ void TstKeywordSection::aMissingOrBadIdentityFails_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("none") << QByteArray() << QString();
     QTest::newRow("empty") << QByteArray("ID=''") << QString();
-    QTest::newRow("word") << QByteArray("ID='one'") << u"one"_qs;
-    QTest::newRow("fraction") << QByteArray("ID='1.5'") << u"1.5"_qs;
-    QTest::newRow("too large") << QByteArray("ID='99999999999'") << u"99999999999"_qs;
-    QTest::newRow("negative") << QByteArray("ID='-1'") << u"-1"_qs;
+    QTest::newRow("word") << QByteArray("ID='one'") << u"one"_s;
+    QTest::newRow("fraction") << QByteArray("ID='1.5'") << u"1.5"_s;
+    QTest::newRow("too large") << QByteArray("ID='99999999999'") << u"99999999999"_s;
+    QTest::newRow("negative") << QByteArray("ID='-1'") << u"-1"_s;
     QTest::newRow("other case") << QByteArray("Id='1'") << QString();
 }
 
@@ -239,7 +241,7 @@ void TstKeywordSection::aMissingOrBadIdentityFails()
         Keywords keywords;
         QString error;
         QVERIFY(!readKeywords(content, &keywords, &error));
-        QCOMPARE(error, u"Invalid keyword identity read: %1"_qs.arg(text));
+        QCOMPARE(error, u"Invalid keyword identity read: %1"_s.arg(text));
         QVERIFY(keywords.isEmpty());
     }
 }
@@ -321,9 +323,9 @@ void TstKeywordSection::aDeepTreeSurvivesInLittleTime()
     TestBinderProject project;
     project.mInfo.mModified = sampleModified();
     for (int id = 0; id < Depth; ++id)
-        project.mKeywords.append({id, id - 1, u"t"_qs, {}});
-    project.mKeywords.append({Depth, 120, u"back up"_qs, {}});
-    project.mKeywords.append({Depth + 1, -1, u"top"_qs, {}});
+        project.mKeywords.append({id, id - 1, u"t"_s, {}});
+    project.mKeywords.append({Depth, 120, u"back up"_s, {}});
+    project.mKeywords.append({Depth + 1, -1, u"top"_s, {}});
     const QByteArray binder = project.write();
     QVERIFY(binder.size() < 200 * Depth);
     QVERIFY(binder.endsWith("</TavelinorProject>\n"));

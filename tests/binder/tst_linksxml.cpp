@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** What a links file says. */
@@ -160,7 +162,7 @@ void TstLinksXml::aCommentWithEverything()
                       "<RTF><![CDATA[{\\rtf1 \xc3\xa4]]]]><![CDATA[>}]]></RTF></Comment>"
                       "</CommentsAndFootnotes>",
                       &file));
-    TVLTextCommentLink comment(u"id"_qs, "{\\rtf1 \xe4]]>}");
+    TVLTextCommentLink comment(u"id"_s, "{\\rtf1 \xe4]]>}");
     comment.mIsFootnote = comment.mIsCollapsed = true;
     comment.mNumber = 3;
     comment.mColor = QColor(255, 0, 128);
@@ -183,19 +185,19 @@ void TstLinksXml::aCommentsFormOfTheCommentsFileIsNotItsFormHere()
                       "<Comment ID='id' Footnote='Yes' Number='3' Color='1.0 1.0 1.0'>rtf"
                       "</Comment></CommentsAndFootnotes>",
                       &file));
-    QCOMPARE(file.comments, QList<TVLTextCommentLink>{TVLTextCommentLink(u"id"_qs, {})});
+    QCOMPARE(file.comments, QList<TVLTextCommentLink>{TVLTextCommentLink(u"id"_s, {})});
 }
 
 void TstLinksXml::commentsAreAppended()
 {
     LinksFile file;
-    file.comments = {TVLTextCommentLink(u"first"_qs, {})};
+    file.comments = {TVLTextCommentLink(u"first"_s, {})};
     QVERIFY(readLinks("<CommentsAndFootnotes><Comment ID='second'/><Comment ID='third'/>"
                       "</CommentsAndFootnotes>",
                       &file));
     QCOMPARE(file.comments.size(), 3);
-    QCOMPARE(file.comments.at(0).mIdentity, u"first"_qs);
-    QCOMPARE(file.comments.at(2).mIdentity, u"third"_qs);
+    QCOMPARE(file.comments.at(0).mIdentity, u"first"_s);
+    QCOMPARE(file.comments.at(2).mIdentity, u"third"_s);
 }
 
 void TstLinksXml::unknownElementsAreSkippedAtEveryLevel()
@@ -210,7 +212,7 @@ void TstLinksXml::unknownElementsAreSkippedAtEveryLevel()
                           + unknown + "</Comment></CommentsAndFootnotes>" + unknown,
                       &file));
     QCOMPARE(file.text.mTargets, (QMap<TVLTextRange, int>{{{3, 4}, 5}}));
-    QCOMPARE(file.comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"yes"_qs, "ab")}));
+    QCOMPARE(file.comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"yes"_s, "ab")}));
 }
 
 void TstLinksXml::anEmptyFileOfLinksHasNone()
@@ -251,7 +253,7 @@ void TstLinksXml::anotherElementIsAnError()
     reader.addData("<Comments><TavelinorLinks/></Comments>");
     LinksFile file;
     QVERIFY(!reader.readLinks(&file.text, &file.notes, &file.comments));
-    QCOMPARE(reader.errorString(), u"Unexpected tag Comments on line 1.  Expected tag Links"_qs);
+    QCOMPARE(reader.errorString(), u"Unexpected tag Comments on line 1.  Expected tag Links"_s);
 }
 
 TVL_TEST(TstLinksXml)

@@ -11,6 +11,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** An attribute or a text of a section, and what the words in it mean. */
@@ -132,7 +134,7 @@ const QList<Place> &places()
          "<FullScreenBackdrop Type='BinderID'/>"},
         {"backdrop Type",
          "<FullScreenBackdrop Type='%'>7</FullScreenBackdrop>",
-         {{"BinderID", 7}, {"Path", u"7"_qs}},
+         {{"BinderID", 7}, {"Path", u"7"_s}},
          QVariant(),
          [](const Project &p) { return p.mFullScreenBackdrop; },
          "<FullScreenBackdrop>7</FullScreenBackdrop>"},
@@ -332,7 +334,7 @@ void TstProjectSettingsSections::customMetaDataSettingsAreWritten()
 {
     const QByteArray xml = written([](TVLBinderWriter *writer) {
         writer->writeCustomMetaDataSettings(
-            {fieldOf(u"p&v"_qs, u"Who & where"_qs, true, Qt::red), fieldOf(u"day"_qs, {}, false)});
+            {fieldOf(u"p&v"_s, u"Who & where"_s, true, Qt::red), fieldOf(u"day"_s, {}, false)});
     });
     QCOMPARE(xml,
              QByteArray("<CustomMetaDataSettings>"
@@ -351,23 +353,23 @@ void TstProjectSettingsSections::noFieldsAreWrittenAsAnEmptySection()
 void TstProjectSettingsSections::customMetaDataSettingsAreRead()
 {
     TestBinderProject project;
-    project.mCustomMetaDataSettings = {fieldOf(u"old"_qs, u"Old"_qs, true)};
+    project.mCustomMetaDataSettings = {fieldOf(u"old"_s, u"Old"_s, true)};
     QVERIFY(project.read(
         binderXml({},
                   "<CustomMetaDataSettings><MetaDataField ID='a' Wraps='Yes' Color='1 0 0'>A"
                   "</MetaDataField><Foo><MetaDataField ID='no'/></Foo><MetaDataField>B"
                   "<Foo>no</Foo></MetaDataField></CustomMetaDataSettings>")));
     QCOMPARE(project.mCustomMetaDataSettings,
-             TVLCustomMetaDataSettings({fieldOf(u"a"_qs, u"A"_qs, true, QColor(255, 0, 0)),
-                                        fieldOf({}, u"B"_qs, false)}));
+             TVLCustomMetaDataSettings(
+                 {fieldOf(u"a"_s, u"A"_s, true, QColor(255, 0, 0)), fieldOf({}, u"B"_s, false)}));
 }
 
 void TstProjectSettingsSections::propertiesAreWrittenInTheirOrder()
 {
     TestBinderProject project;
-    for (const QString &tag : {u"FirstName"_qs, u"LastName"_qs, u"FullName"_qs,
-                               u"AbbreviatedTitle"_qs, u"ProjectTitle"_qs, u"Publisher"_qs})
-        project.setProjectProperty(tag, u"<"_qs + tag);
+    for (const QString &tag : {u"FirstName"_s, u"LastName"_s, u"FullName"_s, u"AbbreviatedTitle"_s,
+                               u"ProjectTitle"_s, u"Publisher"_s})
+        project.setProjectProperty(tag, u"<"_s + tag);
     QCOMPARE(written([&](TVLBinderWriter *writer) { writer->writeProjectProperties(&project); }),
              QByteArray("<ProjectProperties><ProjectTitle>&lt;ProjectTitle</ProjectTitle>"
                         "<AbbreviatedTitle>&lt;AbbreviatedTitle</AbbreviatedTitle>"
@@ -382,9 +384,9 @@ void TstProjectSettingsSections::onlyPropertiesThatSaySomethingAreWritten()
     };
     TestBinderProject project;
     QCOMPARE(writtenProperties(project), QByteArray());
-    project.setProjectProperty(u"FullName"_qs, {});
+    project.setProjectProperty(u"FullName"_s, {});
     QCOMPARE(writtenProperties(project), QByteArray());
-    project.setProjectProperty(u"LastName"_qs, u" "_qs);
+    project.setProjectProperty(u"LastName"_s, u" "_s);
     QCOMPARE(writtenProperties(project),
              QByteArray("<ProjectProperties><LastName> </LastName></ProjectProperties>"));
 }
@@ -392,15 +394,14 @@ void TstProjectSettingsSections::onlyPropertiesThatSaySomethingAreWritten()
 void TstProjectSettingsSections::propertiesAreRead()
 {
     TestBinderProject project;
-    project.setProjectProperty(u"FullName"_qs, u"stays"_qs);
+    project.setProjectProperty(u"FullName"_s, u"stays"_s);
     QVERIFY(project.read(
         binderXml({},
                   "<ProjectProperties><FirstName>Ann</FirstName><Publisher>No</Publisher>"
                   "<Foo><LastName>No</LastName></Foo><ProjectTitle>One</ProjectTitle>"
                   "<ProjectTitle> T&amp;wo </ProjectTitle></ProjectProperties>")));
-    const QMap<QString, QString> expected = {{u"FirstName"_qs, u"Ann"_qs},
-                                             {u"FullName"_qs, u"stays"_qs},
-                                             {u"ProjectTitle"_qs, u" T&wo "_qs}};
+    const QMap<QString, QString> expected = {
+        {u"FirstName"_s, u"Ann"_s}, {u"FullName"_s, u"stays"_s}, {u"ProjectTitle"_s, u" T&wo "_s}};
     QCOMPARE(project.mProperties, expected);
 }
 
@@ -409,11 +410,11 @@ void TstProjectSettingsSections::thePropertiesHaveTheNamesOfTheirTags()
     using Format = TVLProjectFolderFormat;
     TestBinderProject project;
     QVERIFY(project.read(richBinder()));
-    QCOMPARE(project.projectProperty(Format::ProjectTitleTag), u"The <long> way"_qs);
-    QCOMPARE(project.projectProperty(Format::AbbreviatedTitleTag), u"Way"_qs);
-    QCOMPARE(project.projectProperty(Format::FullNameTag), u"Ann Lee"_qs);
-    QCOMPARE(project.projectProperty(Format::LastNameTag), u"Lee"_qs);
-    QCOMPARE(project.projectProperty(Format::FirstNameTag), u"Ann"_qs);
+    QCOMPARE(project.projectProperty(Format::ProjectTitleTag), u"The <long> way"_s);
+    QCOMPARE(project.projectProperty(Format::AbbreviatedTitleTag), u"Way"_s);
+    QCOMPARE(project.projectProperty(Format::FullNameTag), u"Ann Lee"_s);
+    QCOMPARE(project.projectProperty(Format::LastNameTag), u"Lee"_s);
+    QCOMPARE(project.projectProperty(Format::FirstNameTag), u"Ann"_s);
 }
 
 void TstProjectSettingsSections::targetsAreWritten()
@@ -425,7 +426,7 @@ void TstProjectSettingsSections::targetsAreWritten()
     draft.mCurrentCompileGroupOnly = true;
     draft.mShowOverrun = true;
     draft.mBuffer = 50;
-    draft.mDeadline = u"2030-01-01 \"noon\""_qs;
+    draft.mDeadline = u"2030-01-01 \"noon\""_s;
     draft.mIgnoreDeadline = true;
     TVLSessionTarget session;
     session.mCount = -4;
@@ -435,7 +436,7 @@ void TstProjectSettingsSections::targetsAreWritten()
     session.mResetType = TVLSessionTarget::ProjectClose;
     session.mFromDeadline = true;
     session.mCanWriteOnDeadlineDate = true;
-    session.mWritingDays = u"1,2"_qs;
+    session.mWritingDays = u"1,2"_s;
     QCOMPARE(written([&](TVLBinderWriter *writer) {
                  writer->writeProjectTargets(draft, session, true);
              }),
@@ -496,10 +497,10 @@ void TstProjectSettingsSections::targetsAreRead()
     TVLDraftTarget draft;
     draft.mCount = 12;
     draft.mType = int(TVLCountType::Pages);
-    draft.mDeadline = u"some day"_qs;
+    draft.mDeadline = u"some day"_s;
     TVLSessionTarget session;
     session.mCount = 7;
-    session.mWritingDays = u" 1 "_qs;
+    session.mWritingDays = u" 1 "_s;
     session.mResetType = TVLSessionTarget::Never;
     QCOMPARE(project.mDraftTarget, draft);
     QCOMPARE(project.mSessionTarget, session);
@@ -627,7 +628,7 @@ void TstProjectSettingsSections::manyFavoritesSurvive()
 void TstProjectSettingsSections::theCompletionListIsWritten()
 {
     QCOMPARE(written([](TVLBinderWriter *writer) {
-                 writer->writeAutoCompleteList({{-2, u"A & B"_qs}, {-1, {}}, {12, u" x "_qs}});
+                 writer->writeAutoCompleteList({{-2, u"A & B"_s}, {-1, {}}, {12, u" x "_s}});
              }),
              QByteArray("<AutoCompleteList><Completion Scope=\"-2\">A &amp; B</Completion>"
                         "<Completion Scope=\"-1\"></Completion><Completion Scope=\"12\"> x "
@@ -639,14 +640,14 @@ void TstProjectSettingsSections::theCompletionListIsWritten()
 void TstProjectSettingsSections::aScopeBelowAllIsWrittenAsEverywhere()
 {
     QVERIFY(written([](TVLBinderWriter *writer) {
-                writer->writeAutoCompleteList({{-3, u"x"_qs}});
+                writer->writeAutoCompleteList({{-3, u"x"_s}});
             }).contains("Scope=\"-2\""));
 }
 
 void TstProjectSettingsSections::theCompletionListIsRead()
 {
     TestBinderProject project;
-    project.mAutoCompleteList = {{3, u"old"_qs}};
+    project.mAutoCompleteList = {{3, u"old"_s}};
     QVERIFY(project.read(
         binderXml({},
                   "<AutoCompleteList><Completion>a</Completion><Foo><Completion>no</Completion>"
@@ -654,7 +655,7 @@ void TstProjectSettingsSections::theCompletionListIsRead()
                   "<Completion Scope='2'> d<Foo>no</Foo>\n</Completion></AutoCompleteList>")));
     QCOMPARE(
         project.mAutoCompleteList,
-        QList<TVLAutoCompleteItem>({{-2, u"a"_qs}, {-2, u"b"_qs}, {-1, u"c"_qs}, {2, u" d\n"_qs}}));
+        QList<TVLAutoCompleteItem>({{-2, u"a"_s}, {-2, u"b"_s}, {-1, u"c"_s}, {2, u" d\n"_s}}));
 }
 
 void TstProjectSettingsSections::backupSettingsAreWritten()
@@ -697,16 +698,16 @@ void TstProjectSettingsSections::theBackdropIsWrittenByItsType_data()
     QTest::newRow("item") << QVariant(0)
                           << QByteArray("<FullScreenBackdrop Type=\"BinderID\">0"
                                         "</FullScreenBackdrop>");
-    QTest::newRow("path") << QVariant(u"/a & b.png"_qs)
+    QTest::newRow("path") << QVariant(u"/a & b.png"_s)
                           << QByteArray("<FullScreenBackdrop Type=\"Path\">/a &amp; b.png"
                                         "</FullScreenBackdrop>");
     QTest::newRow("path of digits")
-        << QVariant(u"7"_qs)
+        << QVariant(u"7"_s)
         << QByteArray("<FullScreenBackdrop Type=\"Path\">7</FullScreenBackdrop>");
     QTest::newRow("nothing") << QVariant() << QByteArray();
     QTest::newRow("no item") << QVariant(-1) << QByteArray();
     QTest::newRow("no path") << QVariant(QString()) << QByteArray();
-    QTest::newRow("nothing XML can hold") << QVariant(u"\u0001"_qs) << QByteArray();
+    QTest::newRow("nothing XML can hold") << QVariant(u"\u0001"_s) << QByteArray();
     QTest::newRow("neither") << QVariant(1.5) << QByteArray();
 }
 
@@ -724,9 +725,9 @@ void TstProjectSettingsSections::theBackdropIsRead_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QVariant>("value");
-    const QVariant before(u"before"_qs);
+    const QVariant before(u"before"_s);
     QTest::newRow("item") << QByteArray("Type='BinderID'>7") << QVariant(7);
-    QTest::newRow("path") << QByteArray("Type='Path'> /x ") << QVariant(u" /x "_qs);
+    QTest::newRow("path") << QByteArray("Type='Path'> /x ") << QVariant(u" /x "_s);
     QTest::newRow("negative item") << QByteArray("Type='BinderID'>-1") << before;
     QTest::newRow("item that is no number") << QByteArray("Type='BinderID'>x") << before;
     QTest::newRow("item beyond numbers") << QByteArray("Type='BinderID'>2147483648") << before;
@@ -741,7 +742,7 @@ void TstProjectSettingsSections::theBackdropIsRead()
     QFETCH(QByteArray, xml);
     QFETCH(QVariant, value);
     TestBinderProject project;
-    project.mFullScreenBackdrop = u"before"_qs;
+    project.mFullScreenBackdrop = u"before"_s;
     QVERIFY(project.read(binderXml({}, "<FullScreenBackdrop " + xml + "</FullScreenBackdrop>")));
     QCOMPARE(project.mFullScreenBackdrop.typeId(), value.typeId());
     QCOMPARE(project.mFullScreenBackdrop, value);
@@ -750,11 +751,11 @@ void TstProjectSettingsSections::theBackdropIsRead()
 void TstProjectSettingsSections::projectReferencesAreWritten()
 {
     TVLReference inside;
-    inside.mTitle = u"In & out"_qs;
+    inside.mTitle = u"In & out"_s;
     inside.setInternalLink(4);
     TVLReference outside;
-    outside.mTitle = u"Out"_qs;
-    outside.setUrl(QUrl(u"https://example.org/a b?c&d"_qs));
+    outside.mTitle = u"Out"_s;
+    outside.setUrl(QUrl(u"https://example.org/a b?c&d"_s));
     QCOMPARE(written([&](TVLBinderWriter *writer) {
                  writer->writeProjectReferences({inside, outside});
              }),
@@ -779,9 +780,9 @@ void TstProjectSettingsSections::projectReferencesAreRead()
                   "</ProjectReferences>")));
     QCOMPARE(project.mProjectReferences.size(), 2);
     QCOMPARE(project.mProjectReferences.at(0).mInternalLink, 4);
-    QCOMPARE(project.mProjectReferences.at(0).mTitle, u"In"_qs);
-    QCOMPARE(project.mProjectReferences.at(1).mUrl, QUrl(u"https://example.org/a%20b"_qs));
-    QCOMPARE(project.mProjectReferences.at(1).mTitle, u"Out"_qs);
+    QCOMPARE(project.mProjectReferences.at(0).mTitle, u"In"_s);
+    QCOMPARE(project.mProjectReferences.at(1).mUrl, QUrl(u"https://example.org/a%20b"_s));
+    QCOMPARE(project.mProjectReferences.at(1).mTitle, u"Out"_s);
 }
 
 void TstProjectSettingsSections::projectReferencesElsewhereFail()
@@ -794,16 +795,16 @@ void TstProjectSettingsSections::projectReferencesElsewhereFail()
     QVERIFY(!reader.readProjectReferences(&references));
     QVERIFY(references.isEmpty());
     QCOMPARE(reader.errorString(),
-             u"Unexpected tag References on line 1.  Expected tag ProjectReferences"_qs);
+             u"Unexpected tag References on line 1.  Expected tag ProjectReferences"_s);
 }
 
 void TstProjectSettingsSections::charactersThatXmlCannotHoldAreNoDanger()
 {
-    const QString text = u"a\u0001\r\n\t\ufffeb"_qs + QChar(0xd800);
+    const QString text = u"a\u0001\r\n\t\ufffeb"_s + QChar(0xd800);
     TestBinderProject project;
     project.mInfo.mModified = sampleModified();
     project.mCustomMetaDataSettings = {fieldOf(text, text, true)};
-    project.mProperties = {{u"FullName"_qs, text}, {u"LastName"_qs, u"\u0001\u0002"_qs}};
+    project.mProperties = {{u"FullName"_s, text}, {u"LastName"_s, u"\u0001\u0002"_s}};
     project.mDraftTarget.mDeadline = text;
     project.mSessionTarget.mWritingDays = text;
     project.mAutoCompleteList = {{0, text}};
@@ -815,9 +816,9 @@ void TstProjectSettingsSections::charactersThatXmlCannotHoldAreNoDanger()
     TestBinderProject reread;
     QString error;
     QVERIFY2(reread.read(binder, &error), qPrintable(error));
-    const QString kept = u"a\r\n\t\ufffdb\ufffd"_qs;
+    const QString kept = u"a\r\n\t\ufffdb\ufffd"_s;
     QCOMPARE(reread.mCustomMetaDataSettings.value(0), fieldOf(kept, kept, true));
-    QCOMPARE(reread.mProperties, (QMap<QString, QString>{{u"FullName"_qs, kept}}));
+    QCOMPARE(reread.mProperties, (QMap<QString, QString>{{u"FullName"_s, kept}}));
     QCOMPARE(reread.mDraftTarget.mDeadline, kept);
     QCOMPARE(reread.mSessionTarget.mWritingDays, kept);
     QCOMPARE(reread.mAutoCompleteList.value(0).mText, kept);
@@ -826,7 +827,7 @@ void TstProjectSettingsSections::charactersThatXmlCannotHoldAreNoDanger()
     QCOMPARE(reread.write(), binder);
 
     // Nothing but such characters is nothing.
-    project.mDraftTarget.mDeadline = u"\u0001"_qs;
+    project.mDraftTarget.mDeadline = u"\u0001"_s;
     QVERIFY(!project.write().contains("Deadline=\"\""));
 }
 

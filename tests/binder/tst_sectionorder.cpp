@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A binder in pieces: its root's start, the elements in it, and the end. */
@@ -298,21 +300,21 @@ void TstSectionOrder::theLastOfRepeatedSectionsCounts()
     };
     TestBinderProject project;
     QVERIFY(project.read(pieces.join()));
-    QCOMPARE(project.mLabelTitle, u"L"_qs);
+    QCOMPARE(project.mLabelTitle, u"L"_s);
     QVERIFY(project.mLabels.isEmpty());
-    QCOMPARE(project.mStatusTitle, u"S"_qs);
+    QCOMPARE(project.mStatusTitle, u"S"_s);
     QVERIFY(project.mStatusItems.isEmpty());
     QCOMPARE(project.mTemplateFolderUuid, project.mIdMap.value(4));
     QCOMPARE(project.mCollections.size(), 1);
-    QCOMPARE(project.mCustomMetaDataSettings.ids(), QStringList(u"f"_qs));
-    QCOMPARE(project.projectProperty(u"LastName"_qs), u"N"_qs);
-    QCOMPARE(project.projectProperty(u"FirstName"_qs), u"Ann"_qs);
+    QCOMPARE(project.mCustomMetaDataSettings.ids(), QStringList(u"f"_s));
+    QCOMPARE(project.projectProperty(u"LastName"_s), u"N"_s);
+    QCOMPARE(project.projectProperty(u"FirstName"_s), u"Ann"_s);
     QCOMPARE(project.mDraftTarget.mCount, 1);
     QCOMPARE(project.mSessionTarget, TVLSessionTarget());
     QVERIFY(!project.mNotifyTargets);
     QCOMPARE(project.mAutoCompleteList.size(), 1);
     QVERIFY(project.mBackupIncluded);
-    QCOMPARE(project.mFullScreenBackdrop, QVariant(u"p"_qs));
+    QCOMPARE(project.mFullScreenBackdrop, QVariant(u"p"_s));
     QCOMPARE(project.mProjectReferences.size(), 1);
     QCOMPARE(project.printer()->pageLayout().pageSize().id(), QPageSize::A5);
 }
@@ -337,7 +339,7 @@ void TstSectionOrder::fieldsOfRepeatedSectionsAreSetOnceAndLast()
     QVERIFY(project.read(pieces.join()));
     QCOMPARE(project.mFieldChanges, 1);
     QVERIFY(project.mHadItems);
-    QCOMPARE(project.mCustomMetaDataSettings.ids(), QStringList({u"pov"_qs, u"day"_qs}));
+    QCOMPARE(project.mCustomMetaDataSettings.ids(), QStringList({u"pov"_s, u"day"_s}));
 }
 
 void TstSectionOrder::aFavoriteBeforeTheItemsThatNoItemHasFailsWithoutAText()

@@ -11,6 +11,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Deep = 200'000;
@@ -160,7 +162,7 @@ void TstSideHostile::deepNestingInARtfTextIsSkipped()
                    + QByteArray("</x>").repeated(Deep) + "b</Comment></Comments>");
     QList<TVLTextCommentLink> comments;
     QVERIFY(reader.readComments(&comments));
-    QCOMPARE(comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"id"_qs, "ab")}));
+    QCOMPARE(comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"id"_s, "ab")}));
 }
 
 void TstSideHostile::elementsNestedInThemselvesAreSkipped()
@@ -231,14 +233,14 @@ void TstSideHostile::charactersThatXmlDoesNotHaveFail()
                        + "</Comment></Comments>");
         QList<TVLTextCommentLink> comments;
         QVERIFY2(!reader.readComments(&comments), character.constData());
-        QCOMPARE(comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"good"_qs, "rtf")}));
+        QCOMPARE(comments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"good"_s, "rtf")}));
     }
 }
 
 void TstSideHostile::aCommentThatIsCutOffIsNotTaken()
 {
-    const QList<TVLTextCommentLink> comments = {TVLTextCommentLink(u"a"_qs, "{\\rtf1 ]]>}"),
-                                                TVLTextCommentLink(u"b"_qs, "{\\rtf1 other}")};
+    const QList<TVLTextCommentLink> comments = {TVLTextCommentLink(u"a"_s, "{\\rtf1 ]]>}"),
+                                                TVLTextCommentLink(u"b"_s, "{\\rtf1 other}")};
     const QByteArray whole =
         written([&](TVLBinderWriter *writer) { writer->writeComments(comments, true); });
     for (qsizetype length = 0; length < whole.size(); ++length) {
@@ -315,11 +317,11 @@ void TstSideHostile::identitiesThatXmlCannotHoldLeaveTheFileReadable_data()
     QTest::addColumn<QString>("expected");
 
     QTest::newRow("control characters")
-        << u"a"_qs + QChar(1) + u"b"_qs + QChar(0) + u"c"_qs << u"abc"_qs;
+        << u"a"_s + QChar(1) + u"b"_s + QChar(0) + u"c"_s << u"abc"_s;
     QTest::newRow("half surrogate pair")
         << QString(QChar(0xd800)) + u'x' << QString(QChar(0xfffd)) + u'x';
     QTest::newRow("noncharacter") << QString(QChar(0xffff)) << QString(QChar(0xfffd));
-    QTest::newRow("line ends") << u"a\r\nb\rc"_qs << u"a\r\nb\rc"_qs;
+    QTest::newRow("line ends") << u"a\r\nb\rc"_s << u"a\r\nb\rc"_s;
 }
 
 void TstSideHostile::identitiesThatXmlCannotHoldLeaveTheFileReadable()
@@ -341,7 +343,7 @@ void TstSideHostile::randomRtfLeavesTheFileReadable()
         for (int byte = random.bounded(300); byte > 0; --byte)
             rtf.append(char(random.bounded(8) ? random.bounded(256) : int("]]>[<&"[byte % 6])));
         bool ok = false;
-        const QList<TVLTextCommentLink> once = rereadSide({TVLTextCommentLink(u"id"_qs, rtf)}, &ok);
+        const QList<TVLTextCommentLink> once = rereadSide({TVLTextCommentLink(u"id"_s, rtf)}, &ok);
         QVERIFY2(ok, rtf.toHex().constData());
         // What was changed to fit into XML the first time isn't changed again.
         QCOMPARE(rereadSide(once, &ok), once);
@@ -352,13 +354,13 @@ void TstSideHostile::randomRtfLeavesTheFileReadable()
 void TstSideHostile::titlesThatXmlCannotHoldLeaveTheFileReadable()
 {
     TVLSnapshotInfo snapshot;
-    snapshot.mTitle = u"a"_qs + QChar(1) + u"\r\n"_qs + QChar(0xdc00) + u"]]>"_qs;
+    snapshot.mTitle = u"a"_s + QChar(1) + u"\r\n"_s + QChar(0xdc00) + u"]]>"_s;
     TVLBinderReader reader;
     reader.addData(written([&](TVLBinderWriter *writer) { writer->writeSnapshots({snapshot}); }));
     QList<TVLSnapshotInfo> snapshots;
     const DebugLog log; // It has no date.
     QVERIFY(reader.readSnapshots(&snapshots));
-    QCOMPARE(snapshots.constFirst().mTitle, u"a\r\n\ufffd]]>"_qs);
+    QCOMPARE(snapshots.constFirst().mTitle, u"a\r\n\ufffd]]>"_s);
 
     QTextDocument document;
     document.setMetaInformation(QTextDocument::DocumentTitle, snapshot.mTitle);

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Snapshots = QList<TVLSnapshotInfo>;
@@ -105,8 +107,8 @@ void TstSideIndexes::anIndexOfNoSnapshots()
 
 void TstSideIndexes::theFormOfTheSnapshotIndex()
 {
-    TVLSnapshotInfo first = makeSnapshot(u"First & <last>"_qs);
-    first.mComments = {TVLTextCommentLink(u"id"_qs, "rtf")};
+    TVLSnapshotInfo first = makeSnapshot(u"First & <last>"_s);
+    first.mComments = {TVLTextCommentLink(u"id"_s, "rtf")};
     QCOMPARE(writtenSnapshots({first, makeSnapshot({})}).simplified(),
              Declaration
                  + "<Snapshots Version=\"1.0\">"
@@ -120,8 +122,8 @@ void TstSideIndexes::theFormOfTheSnapshotIndex()
 
 void TstSideIndexes::snapshotsSurvive()
 {
-    TVLSnapshotInfo first = makeSnapshot(u" \u00e4 \u6f22\U0001d11e\n "_qs);
-    first.mComments = {TVLTextCommentLink(u"a"_qs, "]]>"), TVLTextCommentLink(u"b"_qs, "\xe4")};
+    TVLSnapshotInfo first = makeSnapshot(u" \u00e4 \u6f22\U0001d11e\n "_s);
+    first.mComments = {TVLTextCommentLink(u"a"_s, "]]>"), TVLTextCommentLink(u"b"_s, "\xe4")};
     first.mComments[1].mColor = QColor(Qt::red);
     TVLSnapshotInfo second = makeSnapshot({});
     second.mDate = sampleModified().toLocalTime();
@@ -133,16 +135,16 @@ void TstSideIndexes::snapshotsSurvive()
 
 void TstSideIndexes::linksOfASnapshotAreNotWritten()
 {
-    TVLSnapshotInfo snapshot = makeSnapshot(u"First"_qs);
+    TVLSnapshotInfo snapshot = makeSnapshot(u"First"_s);
     snapshot.mLinks.mTargets.insert({3, 4}, 5);
-    QCOMPARE(writtenSnapshots({snapshot}), writtenSnapshots({makeSnapshot(u"First"_qs)}));
+    QCOMPARE(writtenSnapshots({snapshot}), writtenSnapshots({makeSnapshot(u"First"_s)}));
 }
 
 void TstSideIndexes::snapshotsAreAppended()
 {
-    Snapshots snapshots = {makeSnapshot(u"First"_qs)};
-    QVERIFY(readSnapshots(writtenSnapshots({makeSnapshot(u"Second"_qs)}), &snapshots));
-    QCOMPARE(snapshots, (Snapshots{makeSnapshot(u"First"_qs), makeSnapshot(u"Second"_qs)}));
+    Snapshots snapshots = {makeSnapshot(u"First"_s)};
+    QVERIFY(readSnapshots(writtenSnapshots({makeSnapshot(u"Second"_s)}), &snapshots));
+    QCOMPARE(snapshots, (Snapshots{makeSnapshot(u"First"_s), makeSnapshot(u"Second"_s)}));
 }
 
 void TstSideIndexes::anOldSnapshotHasItsLinksBesideIt()
@@ -152,9 +154,9 @@ void TstSideIndexes::anOldSnapshotHasItsLinksBesideIt()
                           "<Date>2021-02-03 04:05:06 +0000</Date>"
                               + OldLinks + "</Snapshot></Snapshots>",
                           &snapshots));
-    TVLSnapshotInfo expected = makeSnapshot(u"Old"_qs);
+    TVLSnapshotInfo expected = makeSnapshot(u"Old"_s);
     expected.mLinks.mTargets.insert({3, 4}, 5);
-    expected.mComments = {TVLTextCommentLink(u"old"_qs, "rtf")};
+    expected.mComments = {TVLTextCommentLink(u"old"_s, "rtf")};
     QCOMPARE(snapshots, Snapshots{expected});
 }
 
@@ -166,8 +168,8 @@ void TstSideIndexes::commentsOfBothKindsAreTaken()
                           &snapshots));
     QCOMPARE(snapshots.size(), 1);
     QCOMPARE(snapshots.constFirst().mComments.size(), 2);
-    QCOMPARE(snapshots.constFirst().mComments.at(0).mIdentity, u"new"_qs);
-    QCOMPARE(snapshots.constFirst().mComments.at(1).mIdentity, u"old"_qs);
+    QCOMPARE(snapshots.constFirst().mComments.at(0).mIdentity, u"new"_s);
+    QCOMPARE(snapshots.constFirst().mComments.at(1).mIdentity, u"old"_s);
 }
 
 void TstSideIndexes::unknownElementsOfSnapshotsAreSkipped()
@@ -178,7 +180,7 @@ void TstSideIndexes::unknownElementsOfSnapshotsAreSkipped()
                               + "s</Title>" + unknown + "</Snapshot>" + unknown + "</Snapshots>",
                           &snapshots));
     QCOMPARE(snapshots.size(), 1);
-    QCOMPARE(snapshots.constFirst().mTitle, u"yes"_qs);
+    QCOMPARE(snapshots.constFirst().mTitle, u"yes"_s);
 }
 
 void TstSideIndexes::aSnapshotWithoutAnything()
@@ -197,7 +199,7 @@ void TstSideIndexes::aDateThatMakesNoSenseIsInvalid()
                           &snapshots));
     QCOMPARE(snapshots.size(), 1);
     QVERIFY(!snapshots.constFirst().mDate.isValid());
-    QCOMPARE(snapshots.constFirst().mTitle, u"x"_qs);
+    QCOMPARE(snapshots.constFirst().mTitle, u"x"_s);
 }
 
 void TstSideIndexes::theVersionOfTheSnapshotIndexIsTaken()
@@ -206,7 +208,7 @@ void TstSideIndexes::theVersionOfTheSnapshotIndexIsTaken()
     reader.addData("<Snapshots Version='1.0'/>");
     Snapshots snapshots;
     QVERIFY(reader.readSnapshots(&snapshots));
-    QCOMPARE(reader.versionText(), u"1.0"_qs);
+    QCOMPARE(reader.versionText(), u"1.0"_s);
 }
 
 void TstSideIndexes::anotherElementThanSnapshotsIsAnError()
@@ -216,14 +218,13 @@ void TstSideIndexes::anotherElementThanSnapshotsIsAnError()
     reader.addData("<Snapshot/>");
     Snapshots snapshots;
     QVERIFY(!reader.readSnapshots(&snapshots));
-    QCOMPARE(reader.errorString(),
-             u"Unexpected tag Snapshot on line 1.  Expected tag Snapshots"_qs);
+    QCOMPARE(reader.errorString(), u"Unexpected tag Snapshot on line 1.  Expected tag Snapshots"_s);
 }
 
 void TstSideIndexes::aSnapshotIndexThatIsCutOffFails()
 {
-    TVLSnapshotInfo snapshot = makeSnapshot(u"First"_qs);
-    snapshot.mComments = {TVLTextCommentLink(u"id"_qs, "rtf")};
+    TVLSnapshotInfo snapshot = makeSnapshot(u"First"_s);
+    snapshot.mComments = {TVLTextCommentLink(u"id"_s, "rtf")};
     const QByteArray whole = writtenSnapshots({snapshot}).trimmed();
     for (qsizetype length = 0; length < whole.size(); ++length) {
         const DebugLog log;
@@ -244,9 +245,9 @@ void TstSideIndexes::anIndexOfNoNotes()
 
 void TstSideIndexes::theFormOfTheNotesIndex()
 {
-    QTextDocument first(u"text"_qs);
+    QTextDocument first(u"text"_s);
     QTextDocument second;
-    setTitle(&first, u"To < do"_qs);
+    setTitle(&first, u"To < do"_s);
     QCOMPARE(writtenNotes({{7, &first}, {0, &second}}).simplified(),
              Declaration
                  + "<ProjectNotes Version=\"1.0\">"
@@ -314,7 +315,7 @@ void TstSideIndexes::theVersionOfTheNotesIndexIsTaken()
     reader.addData("<ProjectNotes Version='1.0'/>");
     Notes notes;
     QVERIFY(reader.readProjectNotes(&notes));
-    QCOMPARE(reader.versionText(), u"1.0"_qs);
+    QCOMPARE(reader.versionText(), u"1.0"_s);
 }
 
 void TstSideIndexes::anotherElementThanProjectNotesIsAnError()
@@ -325,13 +326,13 @@ void TstSideIndexes::anotherElementThanProjectNotesIsAnError()
     Notes notes;
     QVERIFY(!reader.readProjectNotes(&notes));
     QCOMPARE(reader.errorString(),
-             u"Unexpected tag Snapshots on line 1.  Expected tag ProjectNotes"_qs);
+             u"Unexpected tag Snapshots on line 1.  Expected tag ProjectNotes"_s);
 }
 
 void TstSideIndexes::aNotesIndexThatIsCutOffFails()
 {
     QTextDocument document;
-    setTitle(&document, u"Title"_qs);
+    setTitle(&document, u"Title"_s);
     const QByteArray whole = writtenNotes({{7, &document}}).trimmed();
     for (qsizetype length = 0; length < whole.size(); ++length) {
         const DebugLog log;

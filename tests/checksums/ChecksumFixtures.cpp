@@ -5,6 +5,8 @@
 
 #include <QCryptographicHash>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A path below the project's folder out of one below no folder at all. */
@@ -45,8 +47,8 @@ QString toText(const ChecksumMap &checksums)
     QString text;
     for (auto entry = checksums.cbegin(); entry != checksums.cend(); ++entry) {
         const auto &[uuid, name] = entry.key();
-        text += u"%1 | %2 | %3\n"_qs.arg(uuid.toString(), name,
-                                         QString::fromLatin1(entry.value().toHex()));
+        text += u"%1 | %2 | %3\n"_s.arg(uuid.toString(), name,
+                                        QString::fromLatin1(entry.value().toHex()));
     }
     return text;
 }

@@ -2,8 +2,10 @@
 
 #include "TVLProjectChecksums.h"
 
+using namespace Qt::StringLiterals;
+
 /** Where the hashes of the document files are recorded. */
-const QString RecordsFile = u"Files/Docs/docs.checksum"_qs;
+const QString RecordsFile = u"Files/Docs/docs.checksum"_s;
 
 /** The hash that a file of that content is recorded with. */
 [[nodiscard]] QByteArray hashOf(const QByteArray &content);

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** What the disk doesn't take is reported, and what was there before stays where it can. */
 class TstChecksumFaults : public QObject
 {
@@ -31,7 +33,7 @@ ChecksumMap records(int count)
 {
     ChecksumMap checksums;
     for (int id = 0; id < count; ++id)
-        checksums.insert(key(u"%1.rtf"_qs.arg(id)), hashOf(QByteArray::number(id)));
+        checksums.insert(key(u"%1.rtf"_s.arg(id)), hashOf(QByteArray::number(id)));
     return checksums;
 }
 
@@ -87,10 +89,10 @@ void TstChecksumFaults::aFileThatCannotBeRemovedIsAFailure()
     const TestProject project;
     for (int number = 1; number <= 3; ++number) {
         const QString name = uuidOf(number).toString(QUuid::WithoutBraces).toUpper();
-        project.writeFile(u"Mobile/Data/"_qs + name + u".checksums"_qs, "x");
+        project.writeFile(u"Mobile/Data/"_s + name + u".checksums"_s, "x");
     }
     {
-        const UnwritableFolder unwritable(project.path(u"Mobile/Data"_qs));
+        const UnwritableFolder unwritable(project.path(u"Mobile/Data"_s));
         QVERIFY(!TVLProjectChecksums::removeOldMobileChecksumFiles(project.path()));
     }
     QCOMPARE(project.files().size(), 3);

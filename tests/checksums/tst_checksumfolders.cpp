@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Checksums = TVLProjectChecksums;
@@ -22,8 +24,8 @@ struct ItemFolders
     QString root;
 };
 
-const ItemFolders Desktop = {&Checksums::calcFilesDataChecksums, &desktopPath, u"Files/Data/"_qs};
-const ItemFolders Mobile = {&Checksums::calcMobileDataChecksums, &mobilePath, u"Mobile/Data/"_qs};
+const ItemFolders Desktop = {&Checksums::calcFilesDataChecksums, &desktopPath, u"Files/Data/"_s};
+const ItemFolders Mobile = {&Checksums::calcMobileDataChecksums, &mobilePath, u"Mobile/Data/"_s};
 
 QString nameOfRow()
 {
@@ -91,7 +93,7 @@ void TstChecksumFolders::numberedFilesAreKnownByTheirNames()
     QFETCH(const bool, isHashed);
 
     const TestProject project;
-    project.writeFile(u"Files/Docs/"_qs + nameOfRow(), "text");
+    project.writeFile(u"Files/Docs/"_s + nameOfRow(), "text");
     ChecksumMap expected;
     if (isHashed)
         expected.insert(key(nameOfRow()), hashOf("text"));
@@ -138,10 +140,10 @@ void TstChecksumFolders::filesOfItemsAreKnownByTheirNames()
 void TstChecksumFolders::onlyFilesAreHashed()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/12.rtf/12.rtf"_qs, "text");
+    project.writeFile(u"Files/Docs/12.rtf/12.rtf"_s, "text");
     QVERIFY(Checksums::calcFilesDocsChecksums(project.path()).isEmpty());
     for (const ItemFolders &folders : {Desktop, Mobile}) {
-        project.writeFile(folders.path(1, u"content.rtf/content.rtf"_qs), "text");
+        project.writeFile(folders.path(1, u"content.rtf/content.rtf"_s), "text");
         QVERIFY(folders.calculate(project.path()).isEmpty());
     }
 }
@@ -151,8 +153,8 @@ void TstChecksumFolders::onlyFoldersOfUuidsAreItems()
     const QString null = QUuid().toString(QUuid::WithoutBraces);
     for (const ItemFolders &folders : {Desktop, Mobile}) {
         const TestProject project;
-        for (const QString &folder : {u"12/"_qs, u"abc/"_qs, null + u'/', QString()})
-            project.writeFile(folders.root + folder + u"content.rtf"_qs, "text");
+        for (const QString &folder : {u"12/"_s, u"abc/"_s, null + u'/', QString()})
+            project.writeFile(folders.root + folder + u"content.rtf"_s, "text");
         QVERIFY(folders.calculate(project.path()).isEmpty());
         project.writeFile(folders.root + uuidOf(1).toString(QUuid::WithoutBraces).toUpper(), "x");
         QVERIFY(folders.calculate(project.path()).isEmpty());
@@ -165,14 +167,14 @@ void TstChecksumFolders::foldersOfItemsAreFoundInEitherCase()
         const TestProject project;
         const QString name = TUuid::toStringNoBraces(uuidOf(0xabc), false);
         QVERIFY(name != name.toUpper());
-        project.writeFile(folders.root + name + u"/content.rtf"_qs, "text");
-        project.writeFile(folders.path(0xabd, u"notes.rtf"_qs), "notes");
+        project.writeFile(folders.root + name + u"/content.rtf"_s, "text");
+        project.writeFile(folders.path(0xabd, u"notes.rtf"_s), "notes");
         // So are those with braces.
-        project.writeFile(folders.root + uuidOf(0xabe).toString() + u"/synopsis.txt"_qs, "short");
+        project.writeFile(folders.root + uuidOf(0xabe).toString() + u"/synopsis.txt"_s, "short");
         QCOMPARE(toText(folders.calculate(project.path())),
-                 toText({{key(0xabc, u"content.rtf"_qs), hashOf("text")},
-                         {key(0xabd, u"notes.rtf"_qs), hashOf("notes")},
-                         {key(0xabe, u"synopsis.txt"_qs), hashOf("short")}}));
+                 toText({{key(0xabc, u"content.rtf"_s), hashOf("text")},
+                         {key(0xabd, u"notes.rtf"_s), hashOf("notes")},
+                         {key(0xabe, u"synopsis.txt"_s), hashOf("short")}}));
     }
 }
 
@@ -181,12 +183,12 @@ void TstChecksumFolders::ofTwoFoldersForAnItemTheOneInCapitalsCounts()
     for (const ItemFolders &folders : {Desktop, Mobile}) {
         const TestProject project;
         const QString other = folders.root + TUuid::toStringNoBraces(uuidOf(0xabc), false);
-        project.writeFile(folders.path(0xabc, u"content.rtf"_qs), "own");
-        project.writeFile(other + u"/content.rtf"_qs, "other");
-        project.writeFile(other + u"/notes.rtf"_qs, "other notes");
+        project.writeFile(folders.path(0xabc, u"content.rtf"_s), "own");
+        project.writeFile(other + u"/content.rtf"_s, "other");
+        project.writeFile(other + u"/notes.rtf"_s, "other notes");
         QCOMPARE(toText(folders.calculate(project.path())),
-                 toText({{key(0xabc, u"content.rtf"_qs), hashOf("own")},
-                         {key(0xabc, u"notes.rtf"_qs), hashOf("other notes")}}));
+                 toText({{key(0xabc, u"content.rtf"_s), hashOf("own")},
+                         {key(0xabc, u"notes.rtf"_s), hashOf("other notes")}}));
     }
 }
 
@@ -196,12 +198,12 @@ void TstChecksumFolders::everyFileOfEveryItemIsHashed()
         const TestProject project;
         ChecksumMap expected;
         for (int number = 1; number <= 5; ++number) {
-            for (const QString &name : {u"content.rtf"_qs, u"note.styles"_qs, u"synopsis.txt"_qs}) {
+            for (const QString &name : {u"content.rtf"_s, u"note.styles"_s, u"synopsis.txt"_s}) {
                 const QByteArray content = name.toUtf8() + QByteArray::number(number);
                 project.writeFile(folders.path(number, name), content);
                 expected.insert(key(number, name), hashOf(content));
             }
-            project.writeFile(folders.path(number, u"content.pdf"_qs), "x");
+            project.writeFile(folders.path(number, u"content.pdf"_s), "x");
         }
         QVERIFY(QDir().mkpath(project.path(folders.path(6, QString()))));
         QCOMPARE(folders.calculate(project.path()), expected);
@@ -212,12 +214,12 @@ void TstChecksumFolders::everyFileOfEveryItemIsHashed()
 void TstChecksumFolders::theLayoutsDoNotSeeEachOther()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/1.rtf"_qs, "numbered");
-    project.writeFile(desktopPath(1, u"content.rtf"_qs), "desktop");
-    project.writeFile(mobilePath(1, u"content.rtf"_qs), "mobile");
+    project.writeFile(u"Files/Docs/1.rtf"_s, "numbered");
+    project.writeFile(desktopPath(1, u"content.rtf"_s), "desktop");
+    project.writeFile(mobilePath(1, u"content.rtf"_s), "mobile");
     QCOMPARE(Checksums::calcFilesDocsChecksums(project.path()),
-             (ChecksumMap{{key(u"1.rtf"_qs), hashOf("numbered")}}));
-    const ChecksumKey content = key(1, u"content.rtf"_qs);
+             (ChecksumMap{{key(u"1.rtf"_s), hashOf("numbered")}}));
+    const ChecksumKey content = key(1, u"content.rtf"_s);
     QCOMPARE(Desktop.calculate(project.path()), (ChecksumMap{{content, hashOf("desktop")}}));
     QCOMPARE(Mobile.calculate(project.path()), (ChecksumMap{{content, hashOf("mobile")}}));
 }
@@ -225,12 +227,12 @@ void TstChecksumFolders::theLayoutsDoNotSeeEachOther()
 void TstChecksumFolders::anUnreadableFileHasAnEmptyHash()
 {
     const TestProject project;
-    linkToUnreadableFile(project, u"Files/Docs/1.rtf"_qs);
+    linkToUnreadableFile(project, u"Files/Docs/1.rtf"_s);
     QCOMPARE(Checksums::calcFilesDocsChecksums(project.path()),
-             (ChecksumMap{{key(u"1.rtf"_qs), {}}}));
+             (ChecksumMap{{key(u"1.rtf"_s), {}}}));
     for (const ItemFolders &folders : {Desktop, Mobile}) {
-        linkToUnreadableFile(project, folders.path(1, u"notes.rtf"_qs));
-        QCOMPARE(folders.calculate(project.path()), (ChecksumMap{{key(1, u"notes.rtf"_qs), {}}}));
+        linkToUnreadableFile(project, folders.path(1, u"notes.rtf"_s));
+        QCOMPARE(folders.calculate(project.path()), (ChecksumMap{{key(1, u"notes.rtf"_s), {}}}));
     }
 }
 
@@ -246,10 +248,10 @@ void TstChecksumFolders::aMissingFolderHasNoFiles()
 void TstChecksumFolders::theProjectMayBeNamedByItsBinder()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/1.rtf"_qs, "numbered");
+    project.writeFile(u"Files/Docs/1.rtf"_s, "numbered");
     QCOMPARE(Checksums::calcFilesDocsChecksums(project.binderPath()).size(), 1);
     for (const ItemFolders &folders : {Desktop, Mobile}) {
-        project.writeFile(folders.path(1, u"content.rtf"_qs), "text");
+        project.writeFile(folders.path(1, u"content.rtf"_s), "text");
         QCOMPARE(folders.calculate(project.binderPath()).size(), 1);
     }
 }
@@ -261,7 +263,7 @@ void TstChecksumFolders::aThousandFilesAreHashed()
     for (int id = 0; id < 1000; ++id) {
         const QByteArray content = QByteArray(id * 7, 'x');
         project.writeFile(docsPath(TVL::MainText, id), content);
-        expected.insert(key(u"%1.rtf"_qs.arg(id)), hashOf(content));
+        expected.insert(key(u"%1.rtf"_s.arg(id)), hashOf(content));
     }
     QCOMPARE(Checksums::calcFilesDocsChecksums(project.path()), expected);
 }
@@ -269,24 +271,24 @@ void TstChecksumFolders::aThousandFilesAreHashed()
 void TstChecksumFolders::allRecordsAreReplacedFromTheDisk()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/1.rtf"_qs, "numbered");
-    project.writeFile(u"Files/Docs/1.styles"_qs, "numbered");
-    project.writeFile(desktopPath(1, u"content.rtf"_qs), "desktop");
-    project.writeFile(mobilePath(1, u"content.rtf"_qs), "mobile");
+    project.writeFile(u"Files/Docs/1.rtf"_s, "numbered");
+    project.writeFile(u"Files/Docs/1.styles"_s, "numbered");
+    project.writeFile(desktopPath(1, u"content.rtf"_s), "desktop");
+    project.writeFile(mobilePath(1, u"content.rtf"_s), "mobile");
     const TVLProjectFolderFormat folder(project.path(), TVL::FormatVersion18);
     Checksums checksums(&folder);
-    const ChecksumMap stale = {{key(u"1.rtf"_qs), "a"}, {key(u"2.rtf"_qs), "b"}};
+    const ChecksumMap stale = {{key(u"1.rtf"_s), "a"}, {key(u"2.rtf"_s), "b"}};
 
     checksums.setChecksums(stale);
     checksums.setModified(false);
     checksums.updateFilesDocsChecksumsFromHdd();
-    QCOMPARE(checksums.checksums(), (ChecksumMap{{key(u"1.rtf"_qs), hashOf("numbered")}}));
+    QCOMPARE(checksums.checksums(), (ChecksumMap{{key(u"1.rtf"_s), hashOf("numbered")}}));
     QVERIFY(checksums.isModified());
 
     checksums.setChecksums(stale);
     checksums.setModified(false);
     checksums.updateFilesDataChecksumsFromHdd();
-    QCOMPARE(checksums.checksums(), (ChecksumMap{{key(1, u"content.rtf"_qs), hashOf("desktop")}}));
+    QCOMPARE(checksums.checksums(), (ChecksumMap{{key(1, u"content.rtf"_s), hashOf("desktop")}}));
     QVERIFY(checksums.isModified());
 }
 

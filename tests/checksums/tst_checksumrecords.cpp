@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -216,13 +218,13 @@ void TstChecksumRecords::aKeyIsTheUuidAndTheNameOfTheType_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("text") << int(TVL::MainText) << u"content.rtf"_qs;
-    QTest::newRow("notes") << int(TVL::NotesText) << u"notes.rtf"_qs;
-    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"synopsis.txt"_qs;
-    QTest::newRow("links") << int(TVL::LinksFile) << u"content.links"_qs;
-    QTest::newRow("comments") << int(TVL::CommentsFile) << u"content.comments"_qs;
-    QTest::newRow("text styles") << int(TVL::TextStyles) << u"content.styles"_qs;
-    QTest::newRow("note styles") << int(TVL::NotesStyles) << u"note.styles"_qs;
+    QTest::newRow("text") << int(TVL::MainText) << u"content.rtf"_s;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"notes.rtf"_s;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"synopsis.txt"_s;
+    QTest::newRow("links") << int(TVL::LinksFile) << u"content.links"_s;
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"content.comments"_s;
+    QTest::newRow("text styles") << int(TVL::TextStyles) << u"content.styles"_s;
+    QTest::newRow("note styles") << int(TVL::NotesStyles) << u"note.styles"_s;
     QTest::newRow("unknown file") << int(TVL::ForeignFile) << QString();
 }
 
@@ -273,10 +275,10 @@ void TstChecksumRecords::aRecordIsFoundByItsKey()
 {
     ProjectWithChecksums project;
     TVLProjectChecksums *checksums = project.checksums();
-    checksums->setChecksums({{key(u"12.rtf"_qs), "a"},
-                             {key(u"12.styles"_qs), "b"},
-                             {key(Id, u"content.rtf"_qs), "c"},
-                             {key(Id, u"note.styles"_qs), "d"}});
+    checksums->setChecksums({{key(u"12.rtf"_s), "a"},
+                             {key(u"12.styles"_s), "b"},
+                             {key(Id, u"content.rtf"_s), "c"},
+                             {key(Id, u"note.styles"_s), "d"}});
     QCOMPARE(checksums->loadedChecksum(Id, TVL::MainText), "a");
     QCOMPARE(checksums->loadedChecksum(Id, TVL::TextStyles), "b");
     QCOMPARE(checksums->loadedChecksum(Id, TVL::NotesText), QByteArray());
@@ -307,7 +309,7 @@ void TstChecksumRecords::whatWasModifiedOnceStaysKnown()
 void TstChecksumRecords::otherRecordsCountAsModified()
 {
     ProjectWithChecksums project;
-    const ChecksumMap records = {{key(u"12.rtf"_qs), "a"}};
+    const ChecksumMap records = {{key(u"12.rtf"_s), "a"}};
     project.checksums()->setChecksums(records);
     QCOMPARE(project.checksums()->checksums(), records);
     QVERIFY(project.checksums()->isModified());
@@ -321,24 +323,24 @@ void TstChecksumRecords::otherRecordsCountAsModified()
 void TstChecksumRecords::aFileMatchesAHash()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, "content");
-    project.writeFile(u"empty"_qs, {});
-    linkToUnreadableFile(project, u"unreadable"_qs);
+    project.writeFile(u"file"_s, "content");
+    project.writeFile(u"empty"_s, {});
+    linkToUnreadableFile(project, u"unreadable"_s);
     const auto match = [&project](const QString &name, const QByteArray &checksum) {
         return TVLProjectChecksums::checksumsMatch(project.path(name), checksum);
     };
-    QVERIFY(match(u"file"_qs, hashOf("content")));
-    QVERIFY(match(u"empty"_qs, hashOf({})));
-    QVERIFY(!match(u"file"_qs, hashOf("Content")));
-    QVERIFY(!match(u"file"_qs, hashOf("content").toHex()));
-    QVERIFY(!match(u"file"_qs, hashOf("content").first(19)));
-    QVERIFY(!match(u"file"_qs, {}));
-    QVERIFY(!match(u"empty"_qs, {}));
+    QVERIFY(match(u"file"_s, hashOf("content")));
+    QVERIFY(match(u"empty"_s, hashOf({})));
+    QVERIFY(!match(u"file"_s, hashOf("Content")));
+    QVERIFY(!match(u"file"_s, hashOf("content").toHex()));
+    QVERIFY(!match(u"file"_s, hashOf("content").first(19)));
+    QVERIFY(!match(u"file"_s, {}));
+    QVERIFY(!match(u"empty"_s, {}));
     // A hash that could not be made is no hash.
-    QVERIFY(!match(u"missing"_qs, {}));
-    QVERIFY(!match(u"unreadable"_qs, {}));
+    QVERIFY(!match(u"missing"_s, {}));
+    QVERIFY(!match(u"unreadable"_s, {}));
     QVERIFY(!match(QString(), {}));
-    QVERIFY(!match(u"missing"_qs, hashOf("content")));
+    QVERIFY(!match(u"missing"_s, hashOf("content")));
 }
 
 void TstChecksumRecords::aFileMatchesItsRecord_data()
@@ -417,8 +419,8 @@ void TstChecksumRecords::theLayoutsHaveRecordsOfTheirOwn()
     for (const NamedPlace &each : Places)
         project.project().writeFile(project.filePath(each.place, TVL::MainText), each.name);
     TVLProjectChecksums *checksums = project.checksums();
-    checksums->setChecksums({{key(u"12.rtf"_qs), hashOf("own folder")},
-                             {key(Id, u"content.rtf"_qs), hashOf("numbered")}});
+    checksums->setChecksums({{key(u"12.rtf"_s), hashOf("own folder")},
+                             {key(Id, u"content.rtf"_s), hashOf("numbered")}});
     QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
     QVERIFY(!checksums->checksumsMatch(ItemUuid, TVL::MainText));
     checksums->updateHashSum(Id, TVL::MainText);
@@ -439,7 +441,7 @@ void TstChecksumRecords::aRecordIsRefreshedFromItsFile()
     QFETCH(const Place, place);
 
     ProjectWithChecksums project(versionOf(place));
-    const ChecksumMap others = {{key(u"1.rtf"_qs), "a"}, {key(1, u"content.rtf"_qs), "b"}};
+    const ChecksumMap others = {{key(u"1.rtf"_s), "a"}, {key(1, u"content.rtf"_s), "b"}};
     for (const TVL::DocumentType type :
          {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::CommentsFile}) {
         const QString path = project.filePath(place, type);
@@ -517,7 +519,7 @@ void TstChecksumRecords::anUnreadableFileIsRecordedAsSuch()
     QVERIFY(checksums->saveChecksums());
     QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=\n");
     QVERIFY(checksums->loadChecksums());
-    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), {}}}));
+    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"12.rtf"_s), {}}}));
     QVERIFY(!checksums->checksumsMatch(Id, TVL::MainText));
 }
 
@@ -557,7 +559,7 @@ void TstChecksumRecords::noNodeIsNothingToRefresh()
 void TstChecksumRecords::savingMakesTheFolder()
 {
     ProjectWithChecksums project;
-    project.checksums()->setChecksums({{key(u"12.rtf"_qs), "a"}, {key(u"1.rtf"_qs), "b"}});
+    project.checksums()->setChecksums({{key(u"12.rtf"_s), "a"}, {key(u"1.rtf"_s), "b"}});
     QVERIFY(project.checksums()->saveChecksums());
     QVERIFY(!project.checksums()->isModified());
     QCOMPARE(project.project().files(),
@@ -572,20 +574,20 @@ void TstChecksumRecords::aFailedSaveLeavesTheRecordsModified()
 {
     ProjectWithChecksums project;
     TVLProjectChecksums *checksums = project.checksums();
-    checksums->setChecksums({{key(u"12.rtf"_qs), "a"}});
-    const QString folder = project.project().path(u"Files/Docs"_qs);
+    checksums->setChecksums({{key(u"12.rtf"_s), "a"}});
+    const QString folder = project.project().path(u"Files/Docs"_s);
     // No folder can be made there.
-    project.project().writeFile(u"Files"_qs, "a file");
+    project.project().writeFile(u"Files"_s, "a file");
     QVERIFY(!checksums->saveChecksums());
     QVERIFY(checksums->isModified());
-    QCOMPARE(project.project().readFile(u"Files"_qs), "a file");
+    QCOMPARE(project.project().readFile(u"Files"_s), "a file");
     // No file can be written there.
-    QVERIFY(QFile::remove(project.project().path(u"Files"_qs)));
+    QVERIFY(QFile::remove(project.project().path(u"Files"_s)));
     QVERIFY(QDir().mkpath(project.project().path(RecordsFile)));
     QVERIFY(!checksums->saveChecksums());
     QVERIFY(checksums->isModified());
     // Nothing is left to write to.
-    QVERIFY(QDir(folder).rmdir(u"docs.checksum"_qs));
+    QVERIFY(QDir(folder).rmdir(u"docs.checksum"_s));
     makeUnwritable(project.project(), RecordsFile);
     QVERIFY(!checksums->saveChecksums());
     QVERIFY(checksums->isModified());
@@ -600,9 +602,9 @@ void TstChecksumRecords::loadingReplacesAllRecords()
 {
     ProjectWithChecksums project;
     project.project().writeFile(RecordsFile, "12.rtf=61\n");
-    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    project.checksums()->setChecksums({{key(u"1.rtf"_s), "b"}});
     QVERIFY(project.checksums()->loadChecksums());
-    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), "a"}}));
+    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_s), "a"}}));
     QVERIFY(!project.checksums()->isModified());
     QVERIFY(project.checksums()->wasEverModified());
     QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");
@@ -611,14 +613,14 @@ void TstChecksumRecords::loadingReplacesAllRecords()
 void TstChecksumRecords::withoutAFileThereAreNoRecords()
 {
     ProjectWithChecksums project;
-    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    project.checksums()->setChecksums({{key(u"1.rtf"_s), "b"}});
     QVERIFY(!project.checksums()->loadChecksums());
     QVERIFY(project.checksums()->checksums().isEmpty());
     QVERIFY(!project.checksums()->isModified());
     QVERIFY(!QFile::exists(project.project().path()));
 
     linkToUnreadableFile(project.project(), RecordsFile);
-    project.checksums()->setChecksums({{key(u"1.rtf"_qs), "b"}});
+    project.checksums()->setChecksums({{key(u"1.rtf"_s), "b"}});
     QVERIFY(!project.checksums()->loadChecksums());
     QVERIFY(project.checksums()->checksums().isEmpty());
     QVERIFY(!project.checksums()->isModified());
@@ -629,7 +631,7 @@ void TstChecksumRecords::whatWasSavedIsLoaded()
     ProjectWithChecksums project;
     ChecksumMap records;
     for (int id = 0; id < 1000; ++id)
-        records.insert(key(u"%1.rtf"_qs.arg(id)), hashOf(QByteArray::number(id)));
+        records.insert(key(u"%1.rtf"_s.arg(id)), hashOf(QByteArray::number(id)));
     project.checksums()->setChecksums(records);
     QVERIFY(project.checksums()->saveChecksums());
     TVLProjectChecksums other(project.folder());
@@ -665,10 +667,10 @@ void TstChecksumRecords::aFileThatCannotBeSeenMatchesNothing()
     // As one in a folder that can't be looked into, it may be there.
     ProjectWithChecksums project;
     project.project().writeFile(docsPath(TVL::NotesText, Id), "notes");
-    QVERIFY(QFile::link(u"nowhere"_qs, project.project().path(docsPath(TVL::MainText, Id))));
+    QVERIFY(QFile::link(u"nowhere"_s, project.project().path(docsPath(TVL::MainText, Id))));
     QVERIFY(!project.checksums()->checksumsMatch(Id, TVL::MainText));
     project.checksums()->updateHashSum(Id, TVL::MainText);
-    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_qs), {}}}));
+    QCOMPARE(project.checksums()->checksums(), (ChecksumMap{{key(u"12.rtf"_s), {}}}));
 }
 
 void TstChecksumRecords::aHashThatIsKnownIsRecorded()
@@ -699,14 +701,14 @@ void TstChecksumRecords::nothingIsKnownOfAnItemThatIsForgotten()
 {
     ProjectWithChecksums project;
     TVLProjectChecksums *checksums = project.checksums();
-    checksums->setChecksums({{key(u"12.rtf"_qs), "a"},
-                             {key(u"12.comments"_qs), "b"},
-                             {key(u"12.links"_qs), "c"},
-                             {key(u"1.rtf"_qs), "d"}});
+    checksums->setChecksums({{key(u"12.rtf"_s), "a"},
+                             {key(u"12.comments"_s), "b"},
+                             {key(u"12.links"_s), "c"},
+                             {key(u"1.rtf"_s), "d"}});
     checksums->setModified(false);
     checksums->forgetHashSums(Id);
     QCOMPARE(checksums->checksums(),
-             (ChecksumMap{{key(u"12.links"_qs), "c"}, {key(u"1.rtf"_qs), "d"}}));
+             (ChecksumMap{{key(u"12.links"_s), "c"}, {key(u"1.rtf"_s), "d"}}));
     QVERIFY(checksums->isModified());
     checksums->setModified(false);
     checksums->forgetHashSums(Id);
@@ -733,7 +735,7 @@ void TstChecksumRecords::ofALineThatWasCutOffNothingStays()
     const QByteArray whole = "1.rtf=" + hashOf("text").toHex() + '\n';
     project.project().writeFile(RecordsFile, whole + end);
     QVERIFY(checksums->loadChecksums());
-    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"1.rtf"_qs), hashOf("text")}}));
+    QCOMPARE(checksums->checksums(), (ChecksumMap{{key(u"1.rtf"_s), hashOf("text")}}));
     QVERIFY(checksums->isModified());
     QVERIFY(checksums->saveChecksums());
     QCOMPARE(project.project().readFile(RecordsFile), whole);
@@ -760,7 +762,7 @@ void TstChecksumRecords::notesTellHowFilesWereLeft()
     // Notes are no records, and are kept when there is no record that says the same.
     TVLProjectChecksums other(project.folder());
     QVERIFY(other.loadChecksums());
-    QCOMPARE(other.checksums(), (ChecksumMap{{key(u"1.rtf"_qs), "b"}, {key(u"12.rtf"_qs), "a"}}));
+    QCOMPARE(other.checksums(), (ChecksumMap{{key(u"1.rtf"_s), "b"}, {key(u"12.rtf"_s), "a"}}));
     other.setHashSumNode(item.node(), TVL::MainText, hashOf("changed"));
     QVERIFY(other.saveChecksums());
     QCOMPARE(project.project().readFile(RecordsFile),
@@ -777,7 +779,7 @@ void TstChecksumRecords::notesNeedTheFileThatTheyStandIn()
     QVERIFY(!QFile::exists(project.project().path()));
     project.project().writeFile(RecordsFile, "12.rtf=61\n");
     // No texts can be written to a folder.
-    const QString texts = project.project().path(u"Files/search.indexes"_qs);
+    const QString texts = project.project().path(u"Files/search.indexes"_s);
     QVERIFY(QDir().mkpath(texts));
     project.checksums()->noteWriting(item.node(), {TVL::MainText});
     QCOMPARE(project.project().readFile(RecordsFile), "12.rtf=61\n");

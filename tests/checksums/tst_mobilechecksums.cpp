@@ -11,12 +11,14 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Checksums = TVLProjectChecksums;
 
-const QString Content = u"content.rtf"_qs;
-const QString Notes = u"notes.rtf"_qs;
+const QString Content = u"content.rtf"_s;
+const QString Notes = u"notes.rtf"_s;
 
 /** What a comparison of the mobile copy with a map tells. */
 struct Findings
@@ -46,7 +48,7 @@ QStringList itemFolders(const TestProject &project, int count)
 
 QString checksumFile(const QString &name)
 {
-    return u"Mobile/Data/"_qs + name;
+    return u"Mobile/Data/"_s + name;
 }
 
 QString upperCaseUuid(int number)
@@ -100,7 +102,7 @@ void TstMobileChecksums::newFilesAreFoldedInAndOldOnesKeepTheirHash()
     QVERIFY(QFile::remove(project.path(mobilePath(3, Content))));
     QVERIFY(QDir(project.path(mobilePath(4, QString()))).removeRecursively());
     checksums.insert(key(6, Content), "never was there");
-    checksums.insert(key(u"12.rtf"_qs), "no file of an item's folder");
+    checksums.insert(key(u"12.rtf"_s), "no file of an item's folder");
 
     Checksums::updateMobileDataChecksums(project.path(), &checksums);
     QCOMPARE(toText(checksums),
@@ -126,13 +128,13 @@ void TstMobileChecksums::foldingInPassesOverOtherFiles()
     const TestProject project;
     ChecksumMap checksums = writeItems(project, 1);
     const ChecksumMap before = checksums;
-    for (const QString &name : {u"content.rtf.bak"_qs, u"content.pdf"_qs, u"readme.txt"_qs})
+    for (const QString &name : {u"content.rtf.bak"_s, u"content.pdf"_s, u"readme.txt"_s})
         project.writeFile(mobilePath(1, name), "x");
-    project.writeFile(checksumFile(u"scripts.checksums"_qs), "x");
+    project.writeFile(checksumFile(u"scripts.checksums"_s), "x");
     Checksums::updateMobileDataChecksums(project.path(), &checksums);
     QCOMPARE(checksums, before);
     // Nor are they kept.
-    checksums.insert(key(1, u"content.pdf"_qs), hashOf("x"));
+    checksums.insert(key(1, u"content.pdf"_s), hashOf("x"));
     Checksums::updateMobileDataChecksums(project.path(), &checksums);
     QCOMPARE(checksums, before);
 }
@@ -247,8 +249,8 @@ void TstMobileChecksums::filesThatNobodyKnowsAreNoConflict_data()
                              "notes.styles", "readme.txt", "Content.rtf", "folder/content.rtf"})
         QTest::newRow(name) << mobilePath(1, QString::fromLatin1(name));
     QTest::newRow("beside the items") << checksumFile(Content);
-    QTest::newRow("in a folder of no item") << checksumFile(u"abc/content.rtf"_qs);
-    QTest::newRow("checksum file") << checksumFile(upperCaseUuid(9) + u".checksums"_qs);
+    QTest::newRow("in a folder of no item") << checksumFile(u"abc/content.rtf"_s);
+    QTest::newRow("checksum file") << checksumFile(upperCaseUuid(9) + u".checksums"_s);
     QTest::newRow("in the desktop's folder") << desktopPath(1, Notes);
 }
 
@@ -270,8 +272,8 @@ void TstMobileChecksums::anExpectedFileThatNobodyKnowsIsMissing()
 {
     const TestProject project;
     ChecksumMap checksums = writeItems(project, 1);
-    project.writeFile(mobilePath(1, u"content.pdf"_qs), "x");
-    checksums.insert(key(1, u"content.pdf"_qs), hashOf("x"));
+    project.writeFile(mobilePath(1, u"content.pdf"_s), "x");
+    checksums.insert(key(1, u"content.pdf"_s), hashOf("x"));
     bool missing = false;
     QVERIFY(!Checksums::mobileDataHasConflicts(project.path(), checksums, nullptr, &missing));
     QVERIFY(missing);
@@ -384,7 +386,7 @@ void TstMobileChecksums::theProjectMayBeNamedByItsBinder()
     Checksums::updateMobileDataChecksums(project.binderPath(), &checksums);
     QCOMPARE(checksums.size(), 1);
     QVERIFY(Checksums::mobileDataHasConflicts(project.binderPath(), {}));
-    project.writeFile(checksumFile(upperCaseUuid(1) + u".checksums"_qs), "x");
+    project.writeFile(checksumFile(upperCaseUuid(1) + u".checksums"_s), "x");
     QVERIFY(Checksums::removeOldMobileChecksumFiles(project.binderPath()));
     QCOMPARE(project.files().keys(), {mobilePath(1, Content)});
 }
@@ -395,7 +397,7 @@ void TstMobileChecksums::foldersInSmallLettersAreCompared()
     const TestProject project;
     project.writeFile(mobilePath(number, Content), "text");
     ChecksumMap checksums = Checksums::calcMobileDataChecksums(project.path());
-    QVERIFY(QDir(project.path(u"Mobile/Data"_qs))
+    QVERIFY(QDir(project.path(u"Mobile/Data"_s))
                 .rename(upperCaseUuid(number), upperCaseUuid(number).toLower()));
     QCOMPARE(Checksums::calcMobileDataChecksums(project.path()), checksums);
     bool isMissing = true;
@@ -418,19 +420,18 @@ void TstMobileChecksums::checksumFilesOfUuidsAreRemoved_data()
     QTest::addColumn<bool>("isRemoved");
 
     const QString uuid = upperCaseUuid(0xabc);
-    QTest::newRow("upper case") << uuid + u".checksums"_qs << true;
-    QTest::newRow("lower case") << uuid.toLower() + u".checksums"_qs << true;
-    QTest::newRow("base name ends at the first dot") << uuid + u".old.checksums"_qs << true;
-    QTest::newRow("braces") << u'{' + uuid + u"}.checksums"_qs << true;
-    QTest::newRow("scripts") << u"scripts.checksums"_qs << false;
-    QTest::newRow("null uuid") << QUuid().toString(QUuid::WithoutBraces) + u".checksums"_qs
-                               << false;
-    QTest::newRow("more than a uuid") << uuid + u" (2).checksums"_qs << false;
-    QTest::newRow("less than a uuid") << uuid.chopped(1) + u".checksums"_qs << false;
-    QTest::newRow("no base name") << u".checksums"_qs << false;
-    QTest::newRow("other extension") << uuid + u".checksum"_qs << false;
-    QTest::newRow("no extension") << uuid + u".txt"_qs << false;
-    QTest::newRow("extension before another") << uuid + u".checksums.bak"_qs << false;
+    QTest::newRow("upper case") << uuid + u".checksums"_s << true;
+    QTest::newRow("lower case") << uuid.toLower() + u".checksums"_s << true;
+    QTest::newRow("base name ends at the first dot") << uuid + u".old.checksums"_s << true;
+    QTest::newRow("braces") << u'{' + uuid + u"}.checksums"_s << true;
+    QTest::newRow("scripts") << u"scripts.checksums"_s << false;
+    QTest::newRow("null uuid") << QUuid().toString(QUuid::WithoutBraces) + u".checksums"_s << false;
+    QTest::newRow("more than a uuid") << uuid + u" (2).checksums"_s << false;
+    QTest::newRow("less than a uuid") << uuid.chopped(1) + u".checksums"_s << false;
+    QTest::newRow("no base name") << u".checksums"_s << false;
+    QTest::newRow("other extension") << uuid + u".checksum"_s << false;
+    QTest::newRow("no extension") << uuid + u".txt"_s << false;
+    QTest::newRow("extension before another") << uuid + u".checksums.bak"_s << false;
 }
 
 void TstMobileChecksums::checksumFilesOfUuidsAreRemoved()
@@ -453,19 +454,19 @@ void TstMobileChecksums::nothingToRemoveIsNoFailure()
     const TestProject project;
     QVERIFY(Checksums::removeOldMobileChecksumFiles(project.path()));
     QVERIFY(!QDir(project.path()).exists());
-    project.writeFile(checksumFile(u"scripts.checksums"_qs), "x");
+    project.writeFile(checksumFile(u"scripts.checksums"_s), "x");
     QVERIFY(Checksums::removeOldMobileChecksumFiles(project.path()));
 }
 
 void TstMobileChecksums::onlyFilesInTheFolderItselfAreRemoved()
 {
     const TestProject project;
-    const QString name = upperCaseUuid(1) + u".checksums"_qs;
+    const QString name = upperCaseUuid(1) + u".checksums"_s;
     project.writeFile(mobilePath(1, name), "x");
-    project.writeFile(u"Files/Data/"_qs + name, "x");
-    project.writeFile(u"Mobile/"_qs + name, "x");
-    project.writeFile(checksumFile(name + u"/"_qs + name), "x");
-    project.writeFile(checksumFile(upperCaseUuid(2) + u".checksums"_qs), "x");
+    project.writeFile(u"Files/Data/"_s + name, "x");
+    project.writeFile(u"Mobile/"_s + name, "x");
+    project.writeFile(checksumFile(name + u"/"_s + name), "x");
+    project.writeFile(checksumFile(upperCaseUuid(2) + u".checksums"_s), "x");
     QVERIFY(Checksums::removeOldMobileChecksumFiles(project.path()));
     QCOMPARE(project.files().size(), 4);
 }

@@ -15,9 +15,11 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString NoteTitle = u"Note"_qs;
+const QString NoteTitle = u"Note"_s;
 
 /** A snapshot of the first chapters. */
 struct SnapshotRow
@@ -31,7 +33,7 @@ constexpr SnapshotRow SnapshotRows[] = {{"Chapter 1", 1}, {"Chapter 1", 2}, {"Ch
 TVLSnapshotInfo infoOf(const SnapshotRow &row)
 {
     TVLSnapshotInfo snapshot;
-    snapshot.mTitle = u"Snapshot %1"_qs.arg(row.second);
+    snapshot.mTitle = u"Snapshot %1"_s.arg(row.second);
     snapshot.mDate = QDateTime(QDate(2020, 1, 1), QTime(12, 0)).addSecs(row.second);
     return snapshot;
 }
@@ -66,8 +68,8 @@ QString excerptOf(const QString &text)
     constexpr int Length = 40;
     const QString line = QString(text).replace(u'\n', u'|');
     return line.isEmpty()
-        ? u"nothing"_qs
-        : u"'%1 ... %2', %3 characters"_qs
+        ? u"nothing"_s
+        : u"'%1 ... %2', %3 characters"_s
               .arg(line.first(qMin(Length, line.size())), line.last(qMin(Length, line.size())))
               .arg(line.size());
 }
@@ -91,7 +93,7 @@ EditionsProject EditionsProject::make()
         insertFirstEdition(model.get(), model->draftFolder(), title);
     for (const QString &title : Waste)
         insertFirstEdition(model.get(), model->trashFolder(), title);
-    model->insertTextNode(-1, model->researchFolder(), u"Edition %1"_qs.arg(FirstEdition), {}, {},
+    model->insertTextNode(-1, model->researchFolder(), u"Edition %1"_s.arg(FirstEdition), {}, {},
                           {});
     tvlForEachNode(model->binderRoot(), [&made](const TVLProjectNode *node) {
         made.ids.insert(node->mTitle, node->mId);
@@ -133,7 +135,7 @@ ReopenedProject::ReopenedProject(const EditionsProject &original, const QString 
     TVLProjectFolderFormat::clearSnapshotsCache(path);
     mModel.reset(TVLProjectFolderFormat::openProject(path));
     if (!mModel)
-        complain(u"the project doesn't open"_qs);
+        complain(u"the project doesn't open"_s);
 }
 
 QString ReopenedProject::words(const QString &title, TVL::DocumentType type)
@@ -142,7 +144,7 @@ QString ReopenedProject::words(const QString &title, TVL::DocumentType type)
     TVLTextDocument document(nullptr, mModel.get(), &node, type);
     QString error;
     if (!TVLProjectFolderFormat::readDocument(mPath, &node, &document, &error))
-        return u"(unreadable: %1)"_qs.arg(error);
+        return u"(unreadable: %1)"_s.arg(error);
     return document.toPlainText();
 }
 
@@ -166,7 +168,7 @@ void ReopenedProject::expectTexts(const QStringList &titles, const EditionRange 
             const QString found = words(title, type);
             if (!isIn(range, editionOf(found, title, type)))
                 complain(
-                    u"document %1 of '%2' is %3"_qs.arg(int(type)).arg(title, excerptOf(found)));
+                    u"document %1 of '%2' is %3"_s.arg(int(type)).arg(title, excerptOf(found)));
         }
         expectComment(title, range);
     }
@@ -180,17 +182,17 @@ void ReopenedProject::expectComment(const QString &title, const EditionRange &ra
             return;
     }
     complain(
-        u"the comment of '%1' is %2"_qs.arg(title, excerptOf(QString::fromUtf8(found.value(0)))));
+        u"the comment of '%1' is %2"_s.arg(title, excerptOf(QString::fromUtf8(found.value(0)))));
 }
 
 void ReopenedProject::expectBinder(const EditionRange &range)
 {
     const QString title = mModel->title(mModel->index(0, 0, mModel->researchFolder()));
     if (!isIn(range, title.section(u' ', -1).toInt()))
-        complain(u"the binder is of '%1'"_qs.arg(title));
+        complain(u"the binder is of '%1'"_s.arg(title));
     for (const QString &item : EditionsProject::Chapters) {
         if (mModel->title(mModel->index(idOf(item))) != item)
-            complain(u"the binder has no '%1'"_qs.arg(item));
+            complain(u"the binder has no '%1'"_s.arg(item));
     }
 }
 
@@ -199,7 +201,7 @@ void ReopenedProject::expectNote(const EditionRange &range)
     const QList<QPair<int, QTextDocument *>> notes = mModel->projectNotes().mNotes;
     const QString found = notes.isEmpty() ? QString() : notes.constFirst().second->toPlainText();
     if (!isIn(range, editionOf(found, NoteTitle, TVL::MainText)))
-        complain(u"the project note is %1"_qs.arg(excerptOf(found)));
+        complain(u"the project note is %1"_s.arg(excerptOf(found)));
 }
 
 bool ReopenedProject::hasSnapshot(const QString &title, const QString &words) const
@@ -221,15 +223,15 @@ void ReopenedProject::expectSnapshots()
         QList<TVLSnapshotInfo> listed;
         QTextDocument text;
         if (!TVLProjectFolderFormat::readSnapshots(mPath, idOf(chapter), &listed))
-            complain(u"the index of snapshots of '%1' can't be read"_qs.arg(chapter));
+            complain(u"the index of snapshots of '%1' can't be read"_s.arg(chapter));
         else if (std::none_of(listed.cbegin(), listed.cend(), [&row](const TVLSnapshotInfo &info) {
                      return info.mTitle == infoOf(row).mTitle;
                  }))
-            complain(u"'%1' of '%2' isn't listed"_qs.arg(infoOf(row).mTitle, chapter));
+            complain(u"'%1' of '%2' isn't listed"_s.arg(infoOf(row).mTitle, chapter));
         if (!TVLProjectFolderFormat::readSnapshot(mPath, idOf(chapter), infoOf(row), &text, {})
             || text.toPlainText() != snapshotText(row))
-            complain(u"'%1' of '%2' is %3"_qs.arg(infoOf(row).mTitle, chapter,
-                                                  excerptOf(text.toPlainText())));
+            complain(u"'%1' of '%2' is %3"_s.arg(infoOf(row).mTitle, chapter,
+                                                 excerptOf(text.toPlainText())));
     }
 }
 
@@ -254,19 +256,19 @@ void ReopenedProject::expectMerged()
             const QString text = editionText(chapter, type, FirstEdition);
             if (!(isListed && words(chapter, type) == text)
                 && !words(survivor, type).contains(text))
-                complain(u"document %1 of '%2' is nowhere: %3 and %4"_qs.arg(int(type)).arg(
+                complain(u"document %1 of '%2' is nowhere: %3 and %4"_s.arg(int(type)).arg(
                     chapter, excerptOf(words(chapter, type)), excerptOf(words(survivor, type))));
         }
         const QByteArray comment = editionComment(chapter, FirstEdition);
         if (!(isListed && comments(chapter).contains(comment))
             && !comments(survivor).contains(comment))
-            complain(u"the comment of '%1' is nowhere"_qs.arg(chapter));
+            complain(u"the comment of '%1' is nowhere"_s.arg(chapter));
     }
     for (const SnapshotRow &row : SnapshotRows) {
         const QString chapter = QLatin1String(row.chapter);
         // What can't be copied stays where it was, and its item leaves the binder all the same.
         if (!hasSnapshot(chapter, snapshotText(row)) && !hasSnapshot(survivor, snapshotText(row)))
-            complain(u"'%1' of '%2' is nowhere"_qs.arg(infoOf(row).mTitle, chapter));
+            complain(u"'%1' of '%2' is nowhere"_s.arg(infoOf(row).mTitle, chapter));
     }
 }
 

@@ -7,6 +7,8 @@
 
 #include <QMap>
 
+using namespace Qt::StringLiterals;
+
 /** Files of a project by their paths in it. */
 using ProjectFiles = QMap<QString, QByteArray>;
 
@@ -16,8 +18,8 @@ struct EditionsProject
     ProjectFiles files;
     QMap<QString, int> ids;
 
-    static inline const QStringList Chapters{u"Chapter 1"_qs, u"Chapter 2"_qs, u"Chapter 3"_qs};
-    static inline const QStringList Waste{u"Waste 1"_qs, u"Waste 2"_qs};
+    static inline const QStringList Chapters{u"Chapter 1"_s, u"Chapter 2"_s, u"Chapter 3"_s};
+    static inline const QStringList Waste{u"Waste 1"_s, u"Waste 2"_s};
 
     /** Makes one: the first edition of three chapters in the Draft, with notes, synopses, comments
      * and snapshots, of texts in the Trash and of a project note. */

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QRandomGenerator>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Imports = 5;
@@ -36,14 +38,14 @@ int savedEdition(const FaultyRun &run)
 
 bool wentWell(const FaultyRun &run, const QString &step)
 {
-    return run.output.contains(step + u" well"_qs);
+    return run.output.contains(step + u" well"_s);
 }
 
 // --- Edits
 
 FaultyRun doEdit(const TestProject &place, const Fault &fault)
 {
-    return runWorker(place, {u"edit"_qs}, fault);
+    return runWorker(place, {u"edit"_s}, fault);
 }
 
 QStringList afterEdit(const EditionsProject &original, const TestProject &place,
@@ -56,7 +58,7 @@ QStringList afterEdit(const EditionsProject &original, const TestProject &place,
 
 FaultyRun doSaves(const TestProject &place, const Fault &fault)
 {
-    return runWorker(place, {u"loop"_qs}, fault);
+    return runWorker(place, {u"loop"_s}, fault);
 }
 
 QStringList afterSaving(const EditionsProject &original, const TestProject &place,
@@ -71,16 +73,16 @@ QStringList afterSaving(const EditionsProject &original, const TestProject &plac
 
 QString importedTitle(int i)
 {
-    return u"New %1"_qs.arg(i);
+    return u"New %1"_s.arg(i);
 }
 
 FaultyRun doImport(const TestProject &place, const Fault &fault)
 {
     const QTemporaryDir folder;
-    QStringList arguments{u"import"_qs, place.path()};
+    QStringList arguments{u"import"_s, place.path()};
     for (int i = 0; i < Imports; ++i) {
         const QString title = importedTitle(i);
-        QFile file(folder.filePath(title + u".txt"_qs));
+        QFile file(folder.filePath(title + u".txt"_s));
         if (!file.open(QIODevice::WriteOnly)
             || file.write(editionText(title, TVL::MainText, FirstEdition).toUtf8()) < 0)
             qFatal("the files could not be made");
@@ -111,7 +113,7 @@ QStringList afterImport(const EditionsProject &original, const TestProject &plac
     }
     if (whole != listed || (run.status == 0 && whole != Imports))
         project.complain(
-            u"status %1, %2 texts listed, %3 whole"_qs.arg(run.status).arg(listed).arg(whole));
+            u"status %1, %2 texts listed, %3 whole"_s.arg(run.status).arg(listed).arg(whole));
     return project.complaints();
 }
 
@@ -119,15 +121,15 @@ QStringList afterImport(const EditionsProject &original, const TestProject &plac
 
 FaultyRun doRestore(const TestProject &place, const Fault &fault)
 {
-    return runTavel({u"snapshot"_qs, u"restore"_qs, place.path(), u"Draft/Chapter 1"_qs, u"1"_qs},
+    return runTavel({u"snapshot"_s, u"restore"_s, place.path(), u"Draft/Chapter 1"_s, u"1"_s},
                     place, fault);
 }
 
 FaultyRun doRestoreWithoutBackup(const TestProject &place, const Fault &fault)
 {
-    return runTavel({u"snapshot"_qs, u"restore"_qs, u"--no-backup"_qs, place.path(),
-                     u"Draft/Chapter 1"_qs, u"1"_qs},
-                    place, fault);
+    return runTavel(
+        {u"snapshot"_s, u"restore"_s, u"--no-backup"_s, place.path(), u"Draft/Chapter 1"_s, u"1"_s},
+        place, fault);
 }
 
 /** Complains unless the first chapter is what it was or what it is to be; whether it is the
@@ -137,7 +139,7 @@ bool expectRestored(ReopenedProject *project, const FaultyRun &run)
     const QString title = EditionsProject::Chapters.constFirst();
     const int edition = editionOf(project->words(title, TVL::MainText), title, TVL::MainText);
     if (edition != SnapshotEdition && (edition != FirstEdition || run.status == 0))
-        project->complain(u"status %1, the text is of edition %2: %3"_qs.arg(run.status)
+        project->complain(u"status %1, the text is of edition %2: %3"_s.arg(run.status)
                               .arg(edition)
                               .arg(project->words(title, TVL::MainText).left(60)));
     return edition == SnapshotEdition;
@@ -160,7 +162,7 @@ QStringList afterRestore(const EditionsProject &original, const TestProject &pla
     const QString title = EditionsProject::Chapters.constFirst();
     if (expectRestored(&project, run)
         && !project.hasSnapshot(title, editionText(title, TVL::MainText, FirstEdition)))
-        project.complain(u"what was replaced is in no snapshot"_qs);
+        project.complain(u"what was replaced is in no snapshot"_s);
     expectTheRest(&project);
     return project.complaints();
 }
@@ -180,12 +182,12 @@ QStringList afterRestoreWithoutBackup(const EditionsProject &original, const Tes
 
 QString copyPath(const TestProject &place)
 {
-    return place.enclosingPath() + u"/Copy.tavel"_qs;
+    return place.enclosingPath() + u"/Copy.tavel"_s;
 }
 
 FaultyRun doSaveAs(const TestProject &place, const Fault &fault)
 {
-    return runWorker(place, {u"saveAs"_qs, copyPath(place)}, fault);
+    return runWorker(place, {u"saveAs"_s, copyPath(place)}, fault);
 }
 
 QStringList afterSaveAs(const EditionsProject &original, const TestProject &place,
@@ -193,14 +195,14 @@ QStringList afterSaveAs(const EditionsProject &original, const TestProject &plac
 {
     const EditionRange range{savedEdition(run), FirstEdition + EditionsOfAnEdit};
     QStringList complaints;
-    if (wentWell(run, u"saveAs"_qs)) {
+    if (wentWell(run, u"saveAs"_s)) {
         ReopenedProject copy(original, copyPath(place));
         copy.expectAll(range);
         for (const QString &complaint : copy.complaints())
-            complaints.append(u"in the copy "_qs + complaint);
+            complaints.append(u"in the copy "_s + complaint);
     }
     ReopenedProject project(original, place.path());
-    project.expectAll(complaints.isEmpty() && wentWell(run, u"saveAs"_qs)
+    project.expectAll(complaints.isEmpty() && wentWell(run, u"saveAs"_s)
                           ? EditionRange{FirstEdition, range.most}
                           : range);
     return complaints + project.complaints();
@@ -210,7 +212,7 @@ QStringList afterSaveAs(const EditionsProject &original, const TestProject &plac
 
 FaultyRun doMerge(const TestProject &place, const Fault &fault)
 {
-    return runWorker(place, {u"merge"_qs}, fault);
+    return runWorker(place, {u"merge"_s}, fault);
 }
 
 QStringList afterMerge(const EditionsProject &original, const TestProject &place,
@@ -218,15 +220,15 @@ QStringList afterMerge(const EditionsProject &original, const TestProject &place
 {
     ReopenedProject project(original, place.path());
     project.expectMerged();
-    if (project.model() && wentWell(run, u"merge"_qs) && wentWell(run, u"save"_qs)
+    if (project.model() && wentWell(run, u"merge"_s) && wentWell(run, u"save"_s)
         && project.model()->rowCount(project.model()->draftFolder()) != 1)
-        project.complain(u"the items are still there"_qs);
+        project.complain(u"the items are still there"_s);
     return project.complaints();
 }
 
 FaultyRun doEmptyTrash(const TestProject &place, const Fault &fault)
 {
-    return runWorker(place, {u"emptyTrash"_qs}, fault);
+    return runWorker(place, {u"emptyTrash"_s}, fault);
 }
 
 QStringList afterEmptyTrash(const EditionsProject &original, const TestProject &place,
@@ -246,12 +248,12 @@ QStringList afterTheNextSession(const QString &path)
         return {};
     QStringList complaints;
     if (!model->save(true))
-        complaints.append(u"the next save fails"_qs);
+        complaints.append(u"the next save fails"_s);
     model->saveAll(true);
     model->prepareToDestroy();
     const QStringList broken = brokenFiles(path);
     for (const QString &file : broken)
-        complaints.append(u"'%1' is broken"_qs.arg(file));
+        complaints.append(u"'%1' is broken"_s.arg(file));
     return complaints;
 }
 
@@ -262,10 +264,10 @@ QStringList afterTheNextRun(const TestProject &place)
     QElapsedTimer timer;
     timer.start();
     const FaultyRun run =
-        runTavel({u"snapshot"_qs, u"add"_qs, place.path(), u"Draft/Chapter 3"_qs}, place, {});
+        runTavel({u"snapshot"_s, u"add"_s, place.path(), u"Draft/Chapter 3"_s}, place, {});
     if (run.status == 0 && timer.elapsed() < PatienceMs)
         return {};
-    return {u"the next run of the tool ends with %1 after %2 ms: %3"_qs.arg(run.status)
+    return {u"the next run of the tool ends with %1 after %2 ms: %3"_s.arg(run.status)
                 .arg(timer.elapsed())
                 .arg(QString::fromLocal8Bit(run.errors))};
 }
@@ -279,10 +281,10 @@ QStringList complaintsAfter(const FaultyAction &action, const EditionsProject &o
     const FaultyRun run = action.run(place, fault);
     *operation = run.operations.value(fault.at - 1);
     if (!run.hasEnded)
-        return {u"it hangs"_qs};
+        return {u"it hangs"_s};
     const bool isKill = fault.error == 0;
     if (run.isKilled && !isKill)
-        return {u"it crashes"_qs};
+        return {u"it crashes"_s};
     QStringList complaints = action.complaints(original, place, run);
     if (isKill)
         complaints += afterTheNextSession(place.path());
@@ -321,7 +323,7 @@ QStringList operationsOf(const FaultyAction &action, const EditionsProject &orig
     const FaultyRun run = action.run(place, {});
     const QStringList complaints = action.complaints(original, place, run);
     if (!complaints.isEmpty())
-        qFatal("without a fault: %s", qPrintable(complaints.join(u"; "_qs)));
+        qFatal("without a fault: %s", qPrintable(complaints.join(u"; "_s)));
     return run.operations;
 }
 
@@ -336,7 +338,7 @@ int lossesOf(const FaultyAction &action, const EditionsProject &original,
             continue;
         ++losses;
         qInfo("%s (%s): %s", qPrintable(fault.describe()), qPrintable(operation),
-              qPrintable(complaints.join(u"; "_qs)));
+              qPrintable(complaints.join(u"; "_s)));
     }
     return losses;
 }

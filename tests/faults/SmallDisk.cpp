@@ -8,6 +8,8 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool hasNameSpace = false;
@@ -21,7 +23,7 @@ void writeText(const char *path, const QByteArray &text)
 
 QString fillingPath(const QString &path)
 {
-    return path + u"/filling"_qs;
+    return path + u"/filling"_s;
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 /** What can't be written is reported, harms nothing else, and is written once it can be. */
 class TstFullDisk : public QObject
 {
@@ -41,8 +43,8 @@ public:
         const QModelIndex draft = mModel->draftFolder();
         mModel->insertRows(0, 3 - mModel->rowCount(draft), draft);
         for (int row = 0; row < 3; ++row) {
-            mModel->setTitle(chapter(row), u"Chapter %1"_qs.arg(row + 1));
-            setText(row, u"The first text of chapter %1."_qs.arg(row + 1));
+            mModel->setTitle(chapter(row), u"Chapter %1"_s.arg(row + 1));
+            setText(row, u"The first text of chapter %1."_s.arg(row + 1));
         }
         mModel->save(true);
     }
@@ -82,7 +84,7 @@ QByteArray contentOf(const QString &filePath)
 
 QString failureOf(const ThreeChapters &chapters, int row, const QString &reason)
 {
-    return u"Could not save project document 'Chapter %1'\nFailed saving text for document with id: %2 \nError: '%3'"_qs
+    return u"Could not save project document 'Chapter %1'\nFailed saving text for document with id: %2 \nError: '%3'"_s
         .arg(QString::number(row + 1), chapters.idOf(row), reason);
 }
 
@@ -116,9 +118,9 @@ void TstFullDisk::theOtherTextsAreWrittenAndTheFailedOneIsTriedAgain()
     SmallDisk disk(project.enclosingPath(), DiskBytes);
     const ThreeChapters chapters(project);
     disk.fillUpTo(RoomForSmallTexts);
-    chapters.setText(0, u"A second text."_qs);
+    chapters.setText(0, u"A second text."_s);
     chapters.setText(1, QString(LargeText, u'x'));
-    chapters.setText(2, u"Another second text."_qs);
+    chapters.setText(2, u"Another second text."_s);
 
     TVLUnattendedMessageBoxes boxes;
     QStringList errors;
@@ -144,10 +146,10 @@ void TstFullDisk::anUnwritableFolderOfTextsFailsEachOfThem()
     const TestProject project;
     const ThreeChapters chapters(project);
     for (int row = 0; row < 3; ++row)
-        chapters.setText(row, u"A second text of %1."_qs.arg(row + 1));
+        chapters.setText(row, u"A second text of %1."_s.arg(row + 1));
     QStringList errors;
     {
-        const UnwritableFolder folder(project.path(u"Files/Docs"_qs));
+        const UnwritableFolder folder(project.path(u"Files/Docs"_s));
         const TVLUnattendedMessageBoxes boxes;
         QVERIFY(!chapters.model()->saveChanges(&errors));
     }
@@ -166,9 +168,9 @@ void TstFullDisk::aLinkToADeviceIsNotWritten()
     const ThreeChapters chapters(project);
     const QString filePath = chapters.fileOf(1);
     QVERIFY(QFile::remove(filePath));
-    QVERIFY(QFile::link(u"/dev/full"_qs, filePath));
-    chapters.setText(0, u"A second text."_qs);
-    chapters.setText(1, u"Nobody takes this."_qs);
+    QVERIFY(QFile::link(u"/dev/full"_s, filePath));
+    chapters.setText(0, u"A second text."_s);
+    chapters.setText(1, u"Nobody takes this."_s);
 
     QStringList errors;
     {
@@ -177,7 +179,7 @@ void TstFullDisk::aLinkToADeviceIsNotWritten()
     }
     QCOMPARE(errors,
              {failureOf(chapters, 1,
-                        u"'%1' is a link, and what it leads to is not written"_qs.arg(filePath))});
+                        u"'%1' is a link, and what it leads to is not written"_s.arg(filePath))});
     QVERIFY(contentOf(chapters.fileOf(0)).contains("A second text."));
 
     QVERIFY(QFile::remove(filePath));

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 /** A process that is killed in an edit that deletes files must have deleted none too early. */
 class TstKillDuringEdits : public QObject
 {
@@ -35,8 +37,8 @@ constexpr TVL::DocumentType TextTypes[] = {TVL::MainText, TVL::NotesText, TVL::S
 /** The words of one document of an item; they are in no other. */
 QString wordsOf(const QString &title, TVL::DocumentType type)
 {
-    const QString line = u"%1, %2"_qs.arg(title).arg(int(type));
-    return (line + u" and so on.\n"_qs).repeated(LinesPerText).chopped(1);
+    const QString line = u"%1, %2"_s.arg(title).arg(int(type));
+    return (line + u" and so on.\n"_s).repeated(LinesPerText).chopped(1);
 }
 
 QModelIndex insertText(TVLProjectModel *model, const QModelIndex &parent, const QString &title)
@@ -48,7 +50,7 @@ QModelIndex insertText(TVLProjectModel *model, const QModelIndex &parent, const 
 TVLSnapshotInfo snapshotOf(int chapter)
 {
     TVLSnapshotInfo snapshot;
-    snapshot.mTitle = u"Snapshot of chapter %1"_qs.arg(chapter);
+    snapshot.mTitle = u"Snapshot of chapter %1"_s.arg(chapter);
     snapshot.mDate = QDateTime(QDate(2020, 1, 1), QTime(12, 0)).addSecs(chapter);
     return snapshot;
 }
@@ -70,17 +72,17 @@ ProjectFiles fillProject(const TestProject &project, const Contents &contents)
     model->removeChildrenForIndex(model->draftFolder());
     for (int i = 0; i < contents.chapters; ++i) {
         const QModelIndex index =
-            insertText(model.get(), model->draftFolder(), u"Chapter %1"_qs.arg(i));
+            insertText(model.get(), model->draftFolder(), u"Chapter %1"_s.arg(i));
         if (i % SnapshotEvery == 0 && !model->addSnapshot(index, snapshotOf(i)))
             qFatal("the snapshot could not be made");
     }
     for (int i = 0; i < contents.sources; ++i) {
         const QModelIndex index =
-            insertText(model.get(), model->researchFolder(), u"Source %1"_qs.arg(i));
-        insertText(model.get(), index, u"Excerpt %1"_qs.arg(i));
+            insertText(model.get(), model->researchFolder(), u"Source %1"_s.arg(i));
+        insertText(model.get(), index, u"Excerpt %1"_s.arg(i));
     }
     for (int i = 0; i < contents.waste; ++i)
-        insertText(model.get(), model->trashFolder(), u"Waste %1"_qs.arg(i));
+        insertText(model.get(), model->trashFolder(), u"Waste %1"_s.arg(i));
     if (!model->save(true))
         qFatal("the project could not be saved");
     model->prepareToDestroy();
@@ -309,7 +311,7 @@ void findTexts(TVLProjectModel *model, const QMap<int, QString> &chapters, int s
                 continue;
             remains->hasEmptied = remains->hasEmptied || model->hasNodeId(id);
             if (!isWholeAt(survivor, id))
-                remains->lost = u"text %1 of '%2'"_qs.arg(int(type)).arg(chapter.value());
+                remains->lost = u"text %1 of '%2'"_s.arg(int(type)).arg(chapter.value());
         }
     }
 }
@@ -320,7 +322,7 @@ void findSnapshots(const TVLProjectModel &model, const QMap<int, QString> &chapt
     QList<TVLSnapshotInfo> snapshots;
     remains->isIndexCutOff = !readIndex(model, survivor, &snapshots);
     for (int i = 0; i < chapters.size(); i += SnapshotEvery) {
-        const int id = chapters.key(u"Chapter %1"_qs.arg(i));
+        const int id = chapters.key(u"Chapter %1"_s.arg(i));
         const TVLSnapshotInfo snapshot = snapshotOf(i);
         const QString words = wordsOf(chapters.value(id), TVL::MainText);
         // What the survivor itself had stays as a text even without its index.
@@ -340,14 +342,14 @@ void TstKillDuringEdits::aKilledEmptyingTouchesOnlyWhatIsInTheTrash()
     const TestProject project;
     const Contents contents = {.chapters = 10, .sources = 5, .waste = 100};
     const ProjectFiles files = fillProject(project, contents);
-    Killer killer(files, u"emptyTrash"_qs, 30);
+    Killer killer(files, u"emptyTrash"_s, 30);
     int withLosers = 0;
     int saved = 0;
     for (int kill = 0; kill < Kills; ++kill) {
         EditedCopy copy(files);
         killer.kill(&copy);
         const TestModel model = copy.open();
-        QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
+        QVERIFY2(model, qPrintable(u"not opened after kill %1"_s.arg(kill)));
 
         const QMap<int, QString> chapters = titlesBelow(*model, model->draftFolder());
         const QMap<int, QString> sources = titlesBelow(*model, model->researchFolder());
@@ -375,8 +377,8 @@ void TstKillDuringEdits::aKilledMergeLeavesEachWordAndSnapshotSomewhere()
     const ProjectFiles files = fillProject(project, contents);
     const TestModel original = project.open();
     const QMap<int, QString> chapters = titlesBelow(*original, original->draftFolder());
-    const int survivor = chapters.key(u"Chapter 0"_qs);
-    Killer killer(files, u"merge"_qs, 31);
+    const int survivor = chapters.key(u"Chapter 0"_s);
+    Killer killer(files, u"merge"_s, 31);
     int cutOffTexts = 0;
     int cutOffIndexes = 0;
     int withEmptied = 0;
@@ -385,7 +387,7 @@ void TstKillDuringEdits::aKilledMergeLeavesEachWordAndSnapshotSomewhere()
         EditedCopy copy(files);
         killer.kill(&copy);
         const TestModel model = copy.open();
-        QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
+        QVERIFY2(model, qPrintable(u"not opened after kill %1"_s.arg(kill)));
         const int listed = model->rowCount(model->draftFolder());
         QVERIFY(model->hasNodeId(survivor));
         QVERIFY(listed == 1 || listed == contents.chapters);
@@ -393,7 +395,7 @@ void TstKillDuringEdits::aKilledMergeLeavesEachWordAndSnapshotSomewhere()
         MergeRemains remains;
         findTexts(model.get(), chapters, survivor, &remains);
         findSnapshots(*model, chapters, survivor, &remains);
-        QVERIFY2(remains.lost.isEmpty(), qPrintable(u"kill %1: %2"_qs.arg(kill).arg(remains.lost)));
+        QVERIFY2(remains.lost.isEmpty(), qPrintable(u"kill %1: %2"_s.arg(kill).arg(remains.lost)));
         QVERIFY2(remains.cutOffTexts + (remains.isIndexCutOff ? 1 : 0) <= 1,
                  "only one file is written at a time");
         cutOffTexts += remains.cutOffTexts;
@@ -418,13 +420,13 @@ void TstKillDuringEdits::aKilledRemovalTouchesOnlyTheItemThatItWasAt()
     const ProjectFiles files = fillProject(project, contents);
     const TestModel original = project.open();
     const QMap<int, QString> items = titlesBelow(*original, original->researchFolder());
-    Killer killer(files, u"remove"_qs, 32);
+    Killer killer(files, u"remove"_s, 32);
     int withLosers = 0;
     for (int kill = 0; kill < Kills; ++kill) {
         EditedCopy copy(files);
         killer.kill(&copy);
         const TestModel model = copy.open();
-        QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
+        QVERIFY2(model, qPrintable(u"not opened after kill %1"_s.arg(kill)));
         QCOMPARE(incompleteItem(model.get(), titlesBelow(*model, model->draftFolder())), QString());
         QCOMPARE(incompleteItem(model.get(), titlesBelow(*model, model->trashFolder())), QString());
 
@@ -432,7 +434,7 @@ void TstKillDuringEdits::aKilledRemovalTouchesOnlyTheItemThatItWasAt()
         QMap<int, QString> sources;
         QMap<int, QString> excerpts;
         for (auto item = items.begin(); item != items.end(); ++item)
-            (item->startsWith(u"Source"_qs) ? sources : excerpts).insert(item.key(), item.value());
+            (item->startsWith(u"Source"_s) ? sources : excerpts).insert(item.key(), item.value());
         const QMap<int, QString> listed = titlesBelow(*model, model->researchFolder());
         const QModelIndex first = model->index(0, 0, model->researchFolder());
         QMap<int, QString> doomed;

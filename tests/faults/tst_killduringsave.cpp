@@ -12,6 +12,8 @@
 #include <QSet>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** A process that is killed while it saves must leave a project that opens as of a whole save. */
 class TstKillDuringSave : public QObject
 {
@@ -35,7 +37,7 @@ void makeProject(const TestProject &project, int items = Items)
     if (items > model->rowCount(draft))
         model->insertRows(0, items - model->rowCount(draft), draft);
     for (int row = 0; row < items; ++row)
-        model->setTitle(model->index(row, 0, draft), u"Save 0"_qs);
+        model->setTitle(model->index(row, 0, draft), u"Save 0"_s);
     if (!model->save(true))
         qFatal("the project could not be saved");
     model->prepareToDestroy();
@@ -96,10 +98,10 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
         QVERIFY2(announced >= 0, "the saving process did not start");
         completed = qMax(completed, announced);
 
-        const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+        const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
         fallbacks += binder.trimmed().endsWith("</TavelinorProject>") ? 0 : 1;
         const TestModel model = project.open();
-        QVERIFY2(model, qPrintable(u"not opened after kill %1"_qs.arg(kill)));
+        QVERIFY2(model, qPrintable(u"not opened after kill %1"_s.arg(kill)));
         const QModelIndex draft = model->draftFolder();
         QCOMPARE(model->rowCount(draft), Items);
         QSet<QString> titles;
@@ -108,7 +110,7 @@ void TstKillDuringSave::aKilledSaveLeavesTheLastCompletedOneOrALaterOne()
         QCOMPARE(titles.size(), 1);
         const int found = titles.constBegin()->section(u' ', 1).toInt();
         QVERIFY2(found == completed || found == completed + 1,
-                 qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(completed)));
+                 qPrintable(u"save %1 found, %2 completed"_s.arg(found).arg(completed)));
         completed = found;
     }
     qInfo("%d kills over %d saves; %d left the binder cut off", SaveKills, completed, fallbacks);
@@ -121,7 +123,7 @@ void TstKillDuringSave::aTextIsOfOneSave()
     QRandomGenerator random(21);
     int completed = 0;
     for (int kill = 0; kill < SaveKills; ++kill) {
-        const int announced = saveUntilKilled({project.path(), u"texts"_qs}, &random);
+        const int announced = saveUntilKilled({project.path(), u"texts"_s}, &random);
         QVERIFY2(announced >= 0, "the saving process did not start");
         const TestModel model = project.open();
         QVERIFY(model);
@@ -135,7 +137,7 @@ void TstKillDuringSave::aTextIsOfOneSave()
         QCOMPARE(QSet<QString>(lines.begin(), lines.end()).size(), 1);
         const int found = lines.constFirst().section(u' ', 1).toInt();
         QVERIFY2(found == announced || found == announced + 1,
-                 qPrintable(u"save %1 found, %2 completed"_qs.arg(found).arg(announced)));
+                 qPrintable(u"save %1 found, %2 completed"_s.arg(found).arg(announced)));
         completed = qMax(completed, announced);
     }
     qInfo("%d kills over %d saves", SaveKills, completed);

@@ -12,6 +12,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 /** What becomes of a file that somebody damages while a project is worked on. */
 struct Damage
 {
@@ -46,7 +48,7 @@ namespace {
 constexpr int PatienceMs = 5000; ///< No command takes longer than that.
 constexpr int StartMs = 60'000;
 
-const QStringList Steps{u"open"_qs, u"edit"_qs, u"save"_qs, u"search"_qs, u"close"_qs};
+const QStringList Steps{u"open"_s, u"edit"_s, u"save"_s, u"search"_s, u"close"_s};
 
 // --- What is done to files
 
@@ -58,7 +60,7 @@ void mustBeDone(bool ok, const QString &filePath)
 
 QString wayOut(const QString &filePath)
 {
-    return filePath + u".nothing"_qs;
+    return filePath + u".nothing"_s;
 }
 
 QByteArray readableContentOf(const QString &filePath)
@@ -80,12 +82,12 @@ bool isSameFile(const QString &filePath, const QByteArray &before)
 
 void makeFolder(const QString &filePath)
 {
-    mustBeDone(QFile::remove(filePath) && QDir().mkpath(filePath + u"/inside"_qs), filePath);
+    mustBeDone(QFile::remove(filePath) && QDir().mkpath(filePath + u"/inside"_s), filePath);
 }
 
 bool isFolder(const QString &filePath, const QByteArray &)
 {
-    return QFileInfo(filePath + u"/inside"_qs).isDir();
+    return QFileInfo(filePath + u"/inside"_s).isDir();
 }
 
 void makeDeadLink(const QString &filePath)
@@ -158,7 +160,7 @@ bool isReadInAnyState(const QString &file)
 int readingStep(const QString &file)
 {
     const bool isReadOnOpening = !file.contains(u"/Docs/") && !file.startsWith(u"Snapshots");
-    return Steps.indexOf(isReadOnOpening ? u"open"_qs : u"edit"_qs);
+    return Steps.indexOf(isReadOnOpening ? u"open"_s : u"edit"_s);
 }
 
 /** What is wrong with a file that was damaged; empty when nothing is. */
@@ -166,9 +168,9 @@ QString complaintOf(const Damage &damage, const QString &file, const QString &fi
                     const QByteArray &before)
 {
     if (QFileInfo::exists(wayOut(filePath)))
-        return u"'%1' was written through the link"_qs.arg(file);
+        return u"'%1' was written through the link"_s.arg(file);
     if (!isDerived(file) && !damage.isUntouched(filePath, before))
-        return u"'%1' was written over"_qs.arg(file);
+        return u"'%1' was written over"_s.arg(file);
     return {};
 }
 
@@ -179,7 +181,7 @@ QStringList complaintsOfOthers(const QString &file, const QString &path)
     const QStringList broken = brokenFiles(path);
     for (const QString &other : broken) {
         if (other != file)
-            complaints.append(u"'%1' is broken"_qs.arg(other));
+            complaints.append(u"'%1' is broken"_s.arg(other));
     }
     return complaints;
 }
@@ -199,7 +201,7 @@ public:
     explicit WriterSession(const QString &path)
     {
         mProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        mProcess.start(QStringLiteral(FAULT_WORKER), {path, u"steps"_qs});
+        mProcess.start(QStringLiteral(FAULT_WORKER), {path, u"steps"_s});
         mIsRunning = mProcess.waitForStarted(StartMs);
     }
     ~WriterSession()
@@ -238,7 +240,7 @@ QStringList complaintsAfterSession(const TestProject &place, const QString &file
             damage.damage(filePath);
         }
         if (!session.doStep(Steps.at(step)))
-            return {u"'%1' doesn't come to its end"_qs.arg(Steps.at(step))};
+            return {u"'%1' doesn't come to its end"_s.arg(Steps.at(step))};
     }
     QStringList complaints = complaintsOfOthers(file, place.path());
     // What was read before it was damaged is known, and so is what any bytes mean.
@@ -253,16 +255,16 @@ QStringList complaintsAfterSession(const TestProject &place, const QString &file
 /** The commands of the tool, but for the project's path behind the first words. */
 QList<QStringList> commandsOfTheTool(const QString &textFile)
 {
-    const QString chapter = u"Draft/Chapter 1"_qs;
-    return {{u"check"_qs},
-            {u"info"_qs},
-            {u"outline"_qs},
-            {u"cat"_qs, chapter},
-            {u"search"_qs, u"edition"_qs},
-            {u"snapshot list"_qs, chapter},
-            {u"import"_qs, textFile},
-            {u"snapshot add"_qs, chapter},
-            {u"snapshot restore"_qs, chapter, u"1"_qs}};
+    const QString chapter = u"Draft/Chapter 1"_s;
+    return {{u"check"_s},
+            {u"info"_s},
+            {u"outline"_s},
+            {u"cat"_s, chapter},
+            {u"search"_s, u"edition"_s},
+            {u"snapshot list"_s, chapter},
+            {u"import"_s, textFile},
+            {u"snapshot add"_s, chapter},
+            {u"snapshot restore"_s, chapter, u"1"_s}};
 }
 
 /** A run of the tool on a project with a damaged file; what there is to complain of. */
@@ -278,10 +280,10 @@ QStringList complaintsAfterCommand(const TestProject &place, const QString &file
     if (!process.waitForFinished(PatienceMs)) {
         process.kill();
         process.waitForFinished();
-        return {u"it doesn't come to its end"_qs};
+        return {u"it doesn't come to its end"_s};
     }
     if (process.exitStatus() != QProcess::NormalExit)
-        return {u"it crashes"_qs};
+        return {u"it crashes"_s};
     QStringList complaints = complaintsOfOthers(file, place.path());
     const bool mayBeWritten = damage.isReadable && isReadInAnyState(file);
     if (const QString complaint = complaintOf(damage, file, filePath, before);
@@ -322,7 +324,7 @@ void TstUnreadableFiles::aSessionLeavesThemAlone()
         const QStringList complaints = complaintsAfterSession(place, mFiles.at(i), damage, step);
         losses += complaints.isEmpty() ? 0 : 1;
         if (!complaints.isEmpty())
-            qInfo("%s: %s", qPrintable(mFiles.at(i)), qPrintable(complaints.join(u"; "_qs)));
+            qInfo("%s: %s", qPrintable(mFiles.at(i)), qPrintable(complaints.join(u"; "_s)));
     }
     QCOMPARE(losses, 0);
 }
@@ -338,8 +340,8 @@ void TstUnreadableFiles::theToolLeavesThemAlone()
 {
     QFETCH(const Damage, damage);
     const TestProject texts;
-    texts.writeFile(u"New.txt"_qs, "New words.");
-    const QList<QStringList> commands = commandsOfTheTool(texts.path(u"New.txt"_qs));
+    texts.writeFile(u"New.txt"_s, "New words.");
+    const QList<QStringList> commands = commandsOfTheTool(texts.path(u"New.txt"_s));
     const qsizetype tries = mFiles.size() * commands.size();
     // No divisor of it is one of the number of commands.
     const int stride = strideOf(5);
@@ -353,7 +355,7 @@ void TstUnreadableFiles::theToolLeavesThemAlone()
         losses += complaints.isEmpty() ? 0 : 1;
         if (!complaints.isEmpty())
             qInfo("%s, %s: %s", qPrintable(command.constFirst()), qPrintable(file),
-                  qPrintable(complaints.join(u"; "_qs)));
+                  qPrintable(complaints.join(u"; "_s)));
     }
     QCOMPARE(losses, 0);
 }

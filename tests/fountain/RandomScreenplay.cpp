@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = TVLScreenplayKind;
@@ -20,32 +22,32 @@ bool oneIn(QRandomGenerator *random, int count)
 const QStringList &pieces(RandomTexts texts)
 {
     static const QStringList nasty = {
-        u"*"_qs,       u"_"_qs,
-        u"["_qs,       u"]"_qs,
-        u"/"_qs,       u"\\"_qs,
-        u"#"_qs,       u"@"_qs,
-        u"!"_qs,       u"."_qs,
-        u">"_qs,       u"<"_qs,
-        u"~"_qs,       u"="_qs,
-        u"^"_qs,       u":"_qs,
-        u"("_qs,       u")"_qs,
-        u" "_qs,       u"  "_qs,
-        u"\t"_qs,      u"&"_qs,
-        u"a"_qs,       u"B"_qs,
-        u"1"_qs,       QString(LineEnd),
-        u"**"_qs,      u"/*"_qs,
-        u"*/"_qs,      u"[["_qs,
-        u"]]"_qs,      u"INT. "_qs,
-        u"TO:"_qs,     u"==="_qs,
-        u"\u00e9"_qs,  u"\U0001F3AC"_qs,
-        u"Title: "_qs, u"/*:element Shot*/"_qs,
-        u"#1#"_qs,
+        u"*"_s,       u"_"_s,
+        u"["_s,       u"]"_s,
+        u"/"_s,       u"\\"_s,
+        u"#"_s,       u"@"_s,
+        u"!"_s,       u"."_s,
+        u">"_s,       u"<"_s,
+        u"~"_s,       u"="_s,
+        u"^"_s,       u":"_s,
+        u"("_s,       u")"_s,
+        u" "_s,       u"  "_s,
+        u"\t"_s,      u"&"_s,
+        u"a"_s,       u"B"_s,
+        u"1"_s,       QString(LineEnd),
+        u"**"_s,      u"/*"_s,
+        u"*/"_s,      u"[["_s,
+        u"]]"_s,      u"INT. "_s,
+        u"TO:"_s,     u"==="_s,
+        u"\u00e9"_s,  u"\U0001F3AC"_s,
+        u"Title: "_s, u"/*:element Shot*/"_s,
+        u"#1#"_s,
     };
     static const QStringList likely = {
-        u"rain "_qs,  u"the door "_qs, u"STEEL "_qs,     u"EXT. ROAD - DAY "_qs,
-        u"(beat)"_qs, u"CUT TO:"_qs,   u"she said, "_qs, u"d\u00e9j\u00e0 vu "_qs,
-        u"5 * 3 "_qs, u"[sic] "_qs,    u"and/or "_qs,    u"#7 "_qs,
-        u"Act: "_qs,  u"... "_qs,      u"well "_qs,      u"NO "_qs,
+        u"rain "_s,  u"the door "_s, u"STEEL "_s,     u"EXT. ROAD - DAY "_s,
+        u"(beat)"_s, u"CUT TO:"_s,   u"she said, "_s, u"d\u00e9j\u00e0 vu "_s,
+        u"5 * 3 "_s, u"[sic] "_s,    u"and/or "_s,    u"#7 "_s,
+        u"Act: "_s,  u"... "_s,      u"well "_s,      u"NO "_s,
     };
     return texts == RandomTexts::Nasty ? nasty : likely;
 }
@@ -86,7 +88,7 @@ void addExtras(QRandomGenerator *random, TVLScreenplayParagraph *paragraph)
     if (oneIn(random, 12))
         paragraph->mStartsPage = true;
     if (oneIn(random, 4) && paragraph->mKind == Kind::SceneHeading)
-        paragraph->mSceneNumber = oneIn(random, 4) ? u"1 #;/*"_qs : u"12-A.1"_qs;
+        paragraph->mSceneNumber = oneIn(random, 4) ? u"1 #;/*"_s : u"12-A.1"_s;
     if (oneIn(random, 4) && paragraph->mKind == Kind::Character)
         paragraph->mIsDual = true;
     if (oneIn(random, 4) && paragraph->mKind == Kind::Action)
@@ -102,7 +104,7 @@ TVLScreenplayParagraph randomParagraph(QRandomGenerator *random, RandomTexts tex
 {
     TVLScreenplayParagraph paragraph(Kind(random->bounded(ScreenplayKindCount)));
     if (paragraph.mKind == Kind::Other)
-        paragraph.mType = oneIn(random, 2) ? u"Cast List"_qs : u"a;b*/%[["_qs;
+        paragraph.mType = oneIn(random, 2) ? u"Cast List"_s : u"a;b*/%[["_s;
     if (paragraph.mKind == Kind::Section)
         paragraph.mDepth = 1 + random->bounded(8);
     for (int count = random->bounded(5); count > 0; --count)
@@ -117,13 +119,13 @@ TVLScreenplayParagraph randomParagraph(QRandomGenerator *random, RandomTexts tex
 QString words(QRandomGenerator *random, int count)
 {
     static const QStringList some = {
-        u"rain"_qs,  u"over"_qs, u"the"_qs,   u"city"_qs, u"a"_qs,     u"door"_qs,
-        u"opens"_qs, u"slow"_qs, u"and"_qs,   u"he"_qs,   u"waits"_qs, u"nothing"_qs,
-        u"light"_qs, u"her"_qs,  u"hands"_qs, u"turn"_qs, u"away"_qs,  u"caf\u00e9"_qs,
+        u"rain"_s,  u"over"_s, u"the"_s,   u"city"_s, u"a"_s,     u"door"_s,
+        u"opens"_s, u"slow"_s, u"and"_s,   u"he"_s,   u"waits"_s, u"nothing"_s,
+        u"light"_s, u"her"_s,  u"hands"_s, u"turn"_s, u"away"_s,  u"caf\u00e9"_s,
     };
     QString text;
     for (int i = 0; i < count; ++i)
-        text += (i > 0 ? u" "_qs : QString()) + some.at(random->bounded(int(some.size())));
+        text += (i > 0 ? u" "_s : QString()) + some.at(random->bounded(int(some.size())));
     text[0] = text.at(0).toUpper();
     return text;
 }
@@ -137,12 +139,12 @@ TVLScreenplayParagraph plain(Kind kind, const QString &text)
 
 void addSpeech(QRandomGenerator *random, TVLScreenplay *film, bool isDual)
 {
-    static const QStringList names = {u"STEEL"_qs, u"MARA (V.O.)"_qs, u"McADAMS"_qs, u"R2"_qs};
+    static const QStringList names = {u"STEEL"_s, u"MARA (V.O.)"_s, u"McADAMS"_s, u"R2"_s};
     auto &paragraphs = film->mParagraphs;
     paragraphs.push_back(plain(Kind::Character, names.at(random->bounded(int(names.size())))));
     paragraphs.back().mIsDual = isDual;
     if (oneIn(random, 3))
-        paragraphs.push_back(plain(Kind::Parenthetical, u"(beat)"_qs));
+        paragraphs.push_back(plain(Kind::Parenthetical, u"(beat)"_s));
     paragraphs.push_back(plain(Kind::Dialogue, words(random, 12) + u'.'));
     if (oneIn(random, 4)) {
         paragraphs.back().append(u" ");
@@ -176,7 +178,7 @@ QString makeRandomFountain(QRandomGenerator *random)
 {
     QString text;
     for (int count = random->bounded(60); count > 0; --count) {
-        text += oneIn(random, 3) ? u"\n"_qs
+        text += oneIn(random, 3) ? u"\n"_s
                                  : pieces(RandomTexts::Nasty)
                                        .at(random->bounded(int(pieces(RandomTexts::Nasty).size())));
     }
@@ -188,12 +190,12 @@ TVLScreenplay makeFilm(QRandomGenerator *random, int pages)
     constexpr int BlocksPerPage = 10;
     TVLScreenplay film;
     auto &paragraphs = film.mParagraphs;
-    paragraphs.push_back(plain(Kind::TitlePage, u"Title: The Long Rain"_qs));
-    paragraphs.push_back(plain(Kind::TitlePage, u"Author: Nobody"_qs));
+    paragraphs.push_back(plain(Kind::TitlePage, u"Title: The Long Rain"_s));
+    paragraphs.push_back(plain(Kind::TitlePage, u"Author: Nobody"_s));
     int scene = 0;
     for (int block = 0; block < pages * BlocksPerPage; ++block) {
         if (block % (2 * BlocksPerPage) == 0) {
-            paragraphs.push_back(plain(Kind::SceneHeading, u"INT. HOUSE - NIGHT"_qs));
+            paragraphs.push_back(plain(Kind::SceneHeading, u"INT. HOUSE - NIGHT"_s));
             paragraphs.back().mSceneNumber = QString::number(++scene);
         }
         if (oneIn(random, 2)) {
@@ -204,7 +206,7 @@ TVLScreenplay makeFilm(QRandomGenerator *random, int pages)
                 addSpeech(random, &film, true);
         }
         if (oneIn(random, 40))
-            paragraphs.push_back(plain(Kind::Transition, u"SMASH CUT TO:"_qs));
+            paragraphs.push_back(plain(Kind::Transition, u"SMASH CUT TO:"_s));
     }
     return film;
 }

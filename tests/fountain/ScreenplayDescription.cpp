@@ -9,6 +9,8 @@
 #include <QTextDocument>
 #include <QTextFragment>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString escaped(const QString &text)
@@ -16,9 +18,9 @@ QString escaped(const QString &text)
     QString result;
     for (const QChar ch : text) {
         if (ch == QChar(QChar::LineSeparator) || ch == u'\n')
-            result += u"\\n"_qs;
+            result += u"\\n"_s;
         else if (ch == u'\t')
-            result += u"\\t"_qs;
+            result += u"\\t"_s;
         else if (QStringView(u"\\<>{}").contains(ch))
             result += u'\\' + QString(ch);
         else
@@ -75,7 +77,7 @@ QString describeText(const QTextBlock &block)
         result += escaped(it.fragment().text());
         identity = link.mIdentity;
         if (!identity.isEmpty())
-            comment = (link.mIsFootnote ? u"{*"_qs : u"{"_qs)
+            comment = (link.mIsFootnote ? u"{*"_s : u"{"_s)
                 + escaped(TVLTextRtf::rtfToPlainText(link.mRtf)) + u'}';
     }
     closeRun();
@@ -86,11 +88,11 @@ QString describeAlignment(Qt::Alignment alignment)
 {
     switch (int(alignment & Qt::AlignHorizontal_Mask)) {
     case Qt::AlignHCenter:
-        return u"centered"_qs;
+        return u"centered"_s;
     case Qt::AlignRight:
-        return u"right"_qs;
+        return u"right"_s;
     case Qt::AlignJustify:
-        return u"justified"_qs;
+        return u"justified"_s;
     default:
         return {};
     }
@@ -104,20 +106,20 @@ QString describeBlock(const QTextBlock &block)
     if (const QString type = format.stringProperty(TVLTextFormat::ScriptType); !type.isEmpty())
         parts += type;
     if (const int level = format.headingLevel(); level > 0)
-        parts += u"level "_qs
+        parts += u"level "_s
             + QString::number(std::max(level, format.intProperty(TVLTextFormat::SectionDepth)));
     if (const QString number = format.stringProperty(TVLTextFormat::SceneNumber); !number.isEmpty())
-        parts += u"number "_qs + number;
+        parts += u"number "_s + number;
     if (format.boolProperty(TVLTextFormat::DualDialogue))
-        parts += u"dual"_qs;
+        parts += u"dual"_s;
     const QString alignment = describeAlignment(format.alignment());
     // That of a transition is to the right by itself.
     if (!alignment.isEmpty() && (element != u"Transition" || alignment != u"right"))
         parts += alignment;
     if (format.pageBreakPolicy().testFlag(QTextFormat::PageBreak_AlwaysBefore))
-        parts += u"page"_qs;
-    return (element.isEmpty() ? u"-"_qs : element)
-        + (parts.isEmpty() ? QString() : u" ("_qs + parts.join(u", "_qs) + u')') + u": "_qs
+        parts += u"page"_s;
+    return (element.isEmpty() ? u"-"_s : element)
+        + (parts.isEmpty() ? QString() : u" ("_s + parts.join(u", "_s) + u')') + u": "_s
         + describeText(block) + u'\n';
 }
 

@@ -19,6 +19,8 @@
 
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int FinalDraftGroups = 20;
@@ -45,7 +47,7 @@ struct Outcome
 Outcome outcomeOf(const QByteArray &xml)
 {
     const QTemporaryDir directory;
-    const QString path = directory.filePath(u"script.fdx"_qs);
+    const QString path = directory.filePath(u"script.fdx"_s);
     Outcome outcome;
     TVLFinalDraftReader reader;
     QTextDocument document;
@@ -95,87 +97,87 @@ void TstFinalDraft::aFileReadsAs_data()
     for (const char *type : {"Scene Heading", "Action", "Character", "Parenthetical", "Dialogue",
                              "Transition", "Shot", "General"})
         QTest::newRow(type) << paragraphOf(type, "x") << QByteArray()
-                            << QString::fromLatin1(type) + u": x\n"_qs;
+                            << QString::fromLatin1(type) + u": x\n"_s;
     QTest::newRow("lyrics") << paragraphOf("Lyrics", "x") << QByteArray()
-                            << u"Dialogue (Lyrics): x\n"_qs;
+                            << u"Dialogue (Lyrics): x\n"_s;
     QTest::newRow("unknown type") << paragraphOf("Cast List", "x") << QByteArray()
-                                  << u"General (Cast List): x\n"_qs;
+                                  << u"General (Cast List): x\n"_s;
     QTest::newRow("no type") << QByteArray("<Paragraph><Text>x</Text></Paragraph>") << QByteArray()
-                             << u"General: x\n"_qs;
+                             << u"General: x\n"_s;
     QTest::newRow("outline") << paragraphOf("Outline 2", "x") + paragraphOf("Outline Body", "y")
                              << QByteArray()
-                             << u"General (Section, level 2): x\nGeneral (Synopsis): y\n"_qs;
+                             << u"General (Section, level 2): x\nGeneral (Synopsis): y\n"_s;
     QTest::newRow("styles") << QByteArray(
         "<Paragraph Type=\"Action\"><Text>a</Text><Text Style=\"Bold\">b</Text>"
         "<Text Style=\"Bold+Italic+Underline+AllCaps\">c</Text></Paragraph>")
-                            << QByteArray() << u"Action: a<b:b><biu:c>\n"_qs;
+                            << QByteArray() << u"Action: a<b:b><biu:c>\n"_s;
     QTest::newRow("line ends and blanks")
-        << paragraphOf("Action", " a \nb ") << QByteArray() << u"Action:  a \\nb \n"_qs;
+        << paragraphOf("Action", " a \nb ") << QByteArray() << u"Action:  a \\nb \n"_s;
     QTest::newRow("signs of XML") << paragraphOf("Action",
                                                  "a &amp; &lt;b&gt; &#233;<![CDATA[<c>]]>")
-                                  << QByteArray() << u"Action: a & \\<b\\> \u00e9\\<c\\>\n"_qs;
+                                  << QByteArray() << u"Action: a & \\<b\\> \u00e9\\<c\\>\n"_s;
     QTest::newRow("number and page")
         << QByteArray("<Paragraph Type=\"Scene Heading\" Number=\"1A\" StartsNewPage=\"Yes\">"
                       "<Text>x</Text></Paragraph>")
-        << QByteArray() << u"Scene Heading (number 1A, page): x\n"_qs;
+        << QByteArray() << u"Scene Heading (number 1A, page): x\n"_s;
     QTest::newRow("alignments")
         << QByteArray("<Paragraph Type=\"Action\" Alignment=\"Center\"><Text>a</Text></Paragraph>"
                       "<Paragraph Type=\"Action\" Alignment=\"Full\"><Text>b</Text></Paragraph>"
                       "<Paragraph Type=\"Action\" Alignment=\"Left\"><Text>c</Text></Paragraph>"
                       "<Paragraph Type=\"Action\" Alignment=\"Right\"><Text>d</Text></Paragraph>")
         << QByteArray()
-        << u"Action (centered): a\nAction (justified): b\nAction: c\nAction (right): d\n"_qs;
+        << u"Action (centered): a\nAction (justified): b\nAction: c\nAction (right): d\n"_s;
     QTest::newRow("dual dialogue")
         << "<Paragraph><DualDialogue>" + paragraphOf("Character", "A")
             + paragraphOf("Dialogue", "a") + paragraphOf("Character", "B")
             + paragraphOf("Dialogue", "b") + "</DualDialogue></Paragraph>"
-        << QByteArray() << u"Character: A\nDialogue: a\nCharacter (dual): B\nDialogue: b\n"_qs;
+        << QByteArray() << u"Character: A\nDialogue: a\nCharacter (dual): B\nDialogue: b\n"_s;
     QTest::newRow("title page")
         << paragraphOf("Action", "x")
         << QByteArray("<TitlePage><HeaderAndFooter>no</HeaderAndFooter><Content>"
                       "<Paragraph Alignment=\"Center\"><Text>The Rain</Text></Paragraph>"
                       "</Content></TitlePage>")
-        << u"General (Title Page, centered): The Rain\nAction: x\n"_qs;
+        << u"General (Title Page, centered): The Rain\nAction: x\n"_s;
     QTest::newRow("script note on text") << QByteArray(
         "<Paragraph Type=\"Action\"><ScriptNote Range=\"3,7\" Name=\"mine\"><Paragraph><Text>why"
         "</Text></Paragraph><Paragraph><Text>so</Text></Paragraph></ScriptNote>"
         "<Text>He runs on</Text></Paragraph>")
-                                         << QByteArray() << u"Action: He runs{why\\nso} on\n"_qs;
+                                         << QByteArray() << u"Action: He runs{why\\nso} on\n"_s;
     QTest::newRow("script note between texts") << QByteArray(
         "<Paragraph Type=\"Action\"><Text>He runs</Text><ScriptNote Range=\"2,2\"><Paragraph>"
         "<Text Style=\"Bold\">why</Text></Paragraph></ScriptNote></Paragraph>")
-                                               << QByteArray() << u"Action: He<bn:why> runs\n"_qs;
+                                               << QByteArray() << u"Action: He<bn:why> runs\n"_s;
     QTest::newRow("script note of the whole paragraph")
         << QByteArray("<Paragraph Type=\"Action\"><Text>He runs</Text><ScriptNote><Paragraph>"
                       "<Text>why</Text></Paragraph></ScriptNote></Paragraph>")
-        << QByteArray() << u"Action: He runs{why}\n"_qs;
+        << QByteArray() << u"Action: He runs{why}\n"_s;
     QTest::newRow("script note beyond the text") << QByteArray(
         "<Paragraph Type=\"Action\"><Text>He</Text><ScriptNote Range=\"90,99\"><Paragraph>"
         "<Text>why</Text></Paragraph></ScriptNote></Paragraph>")
-                                                 << QByteArray() << u"Action: He<n:why>\n"_qs;
+                                                 << QByteArray() << u"Action: He<n:why>\n"_s;
     QTest::newRow("summary of a scene")
         << QByteArray(
                "<Paragraph Type=\"Scene Heading\"><SceneProperties "
                "Length=\"1/8\"><Summary><Paragraph>"
                "<Text>They meet.</Text></Paragraph></Summary></SceneProperties><Text>INT. A</Text>"
                "</Paragraph>")
-        << QByteArray() << u"Scene Heading: INT. A\nGeneral (Synopsis): They meet.\n"_qs;
+        << QByteArray() << u"Scene Heading: INT. A\nGeneral (Synopsis): They meet.\n"_s;
     QTest::newRow("unknown elements")
         << QByteArray("<Strange>one</Strange><Paragraph Type=\"Action\"><Text>two "
                       "<Odd>three</Odd></Text><New> four</New></Paragraph>")
-        << QByteArray() << u"General: one\nAction: two three four\n"_qs;
+        << QByteArray() << u"General: one\nAction: two three four\n"_s;
     QTest::newRow("the rest of a file")
         << paragraphOf("Action", "x")
         << QByteArray("<HeaderAndFooter><Header><Paragraph><Text>no</Text></Paragraph></Header>"
                       "</HeaderAndFooter><SmartType><Characters><Character>NO</Character>"
                       "</Characters></SmartType>")
-        << u"Action: x\n"_qs;
+        << u"Action: x\n"_s;
     QTest::newRow("empty paragraph")
-        << QByteArray("<Paragraph Type=\"Action\"/>") << QByteArray() << u"Action: \n"_qs;
+        << QByteArray("<Paragraph Type=\"Action\"/>") << QByteArray() << u"Action: \n"_s;
     QTest::newRow("font of any script")
         << QByteArray("<Paragraph Type=\"Action\"><Text Font=\"Courier Final Draft\" Size=\"12\" "
                       "Color=\"#000000000000\" Style=\"\">x</Text></Paragraph>")
-        << QByteArray() << u"Action: x\n"_qs;
+        << QByteArray() << u"Action: x\n"_s;
 }
 
 void TstFinalDraft::aFileReadsAs()
@@ -192,25 +194,25 @@ void TstFinalDraft::aDocumentIsWrittenAs_data()
 {
     QTest::addColumn<QString>("fountain");
     QTest::addColumn<QByteArray>("xml");
-    QTest::newRow("heading") << u"INT. A #1#\n"_qs
+    QTest::newRow("heading") << u"INT. A #1#\n"_s
                              << QByteArray("<Paragraph Type=\"Scene Heading\" Number=\"1\"><Text>"
                                            "INT. A</Text></Paragraph>");
-    QTest::newRow("emphasis") << u"a ***b***\n"_qs
+    QTest::newRow("emphasis") << u"a ***b***\n"_s
                               << QByteArray("<Text>a </Text><Text Style=\"Bold+Italic\">b</Text>");
-    QTest::newRow("centered") << u"> a <\n"_qs
+    QTest::newRow("centered") << u"> a <\n"_s
                               << QByteArray("<Paragraph Type=\"Action\" Alignment=\"Center\">");
     QTest::newRow("dual dialogue")
-        << u"A\na\n\nB ^\nb\n"_qs
+        << u"A\na\n\nB ^\nb\n"_s
         << QByteArray("<Paragraph><DualDialogue>\n<Paragraph Type=\"Character\"><Text>A</Text>");
-    QTest::newRow("note") << u"a [[b]] c\n"_qs
+    QTest::newRow("note") << u"a [[b]] c\n"_s
                           << QByteArray("<Text>a </Text><Text> c</Text><ScriptNote "
                                         "Name=\"Annotation\" Range=\"2,2\"><Paragraph>"
                                         "<Text>b</Text></Paragraph></ScriptNote>");
     QTest::newRow("title page")
-        << u"Title: A\n\nOn.\n"_qs
+        << u"Title: A\n\nOn.\n"_s
         << QByteArray("<TitlePage><Content><Paragraph Type=\"Title Page\" Alignment=\"Center\" "
                       "Key=\"Title: \"><Text>A</Text></Paragraph></Content></TitlePage>");
-    QTest::newRow("signs of XML") << u"a & <b>\n"_qs << QByteArray("a &amp; &lt;b&gt;");
+    QTest::newRow("signs of XML") << u"a & <b>\n"_s << QByteArray("a &amp; &lt;b&gt;");
 }
 
 void TstFinalDraft::aDocumentIsWrittenAs()
@@ -277,7 +279,7 @@ void TstFinalDraft::looksComeBackEqual()
     TVLScreenplayParagraph paragraph(TVLScreenplayKind::Action);
     paragraph.append(u"plain ");
     paragraph.append(u"odd", TVLScreenplayRun::Bold,
-                     screenplay.placeOf({u"Papyrus"_qs, 14.5, QColor(1, 2, 3)}));
+                     screenplay.placeOf({u"Papyrus"_s, 14.5, QColor(1, 2, 3)}));
     screenplay.mParagraphs.push_back(paragraph);
     const QByteArray xml = TVLFinalDraftComposer(screenplay).compose();
     QVERIFY(xml.contains("Font=\"Papyrus\" Size=\"14.5\" Color=\"#010102020303\""));
@@ -304,17 +306,17 @@ void TstFinalDraft::aDamagedFileGivesItsWords_data()
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QString>("description");
     QTest::addColumn<QString>("error");
-    QTest::newRow("nothing") << QByteArray() << u"-: \n"_qs << u"Premature end of document."_qs;
-    QTest::newRow("other XML") << QByteArray("<html><p>x</p></html>") << u"-: \n"_qs
-                               << u"This is not a Final Draft file."_qs;
-    QTest::newRow("no XML") << QByteArray("hello") << u"-: \n"_qs << u"Start tag expected."_qs;
+    QTest::newRow("nothing") << QByteArray() << u"-: \n"_s << u"Premature end of document."_s;
+    QTest::newRow("other XML") << QByteArray("<html><p>x</p></html>") << u"-: \n"_s
+                               << u"This is not a Final Draft file."_s;
+    QTest::newRow("no XML") << QByteArray("hello") << u"-: \n"_s << u"Start tag expected."_s;
     QTest::newRow("wrong end") << QByteArray(
         "<FinalDraft><Content><Paragraph Type=\"Action\"><Text>"
         "one</Text></Paragraph></Wrong>")
-                               << u"Action: one\n"_qs << u"Opening and ending tag mismatch."_qs;
+                               << u"Action: one\n"_s << u"Opening and ending tag mismatch."_s;
     QTest::newRow("nested") << QByteArray("<FinalDraft><Content>")
             + QByteArray("<Paragraph><Text>a</Text>").repeated(600)
-                            << QString() << u"The file is nested too deeply."_qs;
+                            << QString() << u"The file is nested too deeply."_s;
 }
 
 void TstFinalDraft::aDamagedFileGivesItsWords()
@@ -342,10 +344,10 @@ void TstFinalDraft::everyCutOffFileIsRefusedWithItsWords()
         QVERIFY2(!outcome.mIsWhole, where.constData());
         QVERIFY(!outcome.mError.isEmpty());
         if (size >= firstEnd)
-            QVERIFY2(outcome.mDescription.startsWith(u"Action: first & caf\u00e9 words\n"_qs),
+            QVERIFY2(outcome.mDescription.startsWith(u"Action: first & caf\u00e9 words\n"_s),
                      where.constData());
         if (size >= secondStart + 6)
-            QVERIFY2(outcome.mDescription.contains(u"Dialogue: second"_qs), where.constData());
+            QVERIFY2(outcome.mDescription.contains(u"Dialogue: second"_s), where.constData());
         if (outcome.mDescription != u"-: \n")
             QVERIFY2(all.startsWith(outcome.mDescription.chopped(1)), where.constData());
     }
@@ -370,17 +372,17 @@ void TstFinalDraft::entitiesAreRefused()
     QFETCH(QByteArray, xml);
     const Outcome outcome = outcomeOf(xml);
     QVERIFY(!outcome.mIsWhole);
-    QCOMPARE(outcome.mDescription, u"-: \n"_qs);
-    QCOMPARE(outcome.mError, u"The file has a document type of its own."_qs);
+    QCOMPARE(outcome.mDescription, u"-: \n"_s);
+    QCOMPARE(outcome.mError, u"The file has a document type of its own."_s);
 }
 
 void TstFinalDraft::aFileThatIsNotThereIsRefused()
 {
     const QTemporaryDir directory;
     TVLFinalDraftReader reader;
-    QVERIFY(!reader.load(directory.filePath(u"missing.fdx"_qs)));
+    QVERIFY(!reader.load(directory.filePath(u"missing.fdx"_s)));
     QVERIFY(!reader.errorString().isEmpty());
-    QVERIFY(!reader.load(directory.path() + u"/a/b.fdx"_qs));
+    QVERIFY(!reader.load(directory.path() + u"/a/b.fdx"_s));
 }
 
 void TstFinalDraft::nothingLoadedIsRefused()
@@ -401,7 +403,7 @@ void TstFinalDraft::withoutADocumentNothingIsDone()
     QVERIFY(!TVLFinalDraftWriter::write(nullptr, &document, {}));
     TVLFinalDraftReader reader;
     QVERIFY(!reader.read(nullptr, {}));
-    QCOMPARE(reader.errorString(), u"There is no document."_qs);
+    QCOMPARE(reader.errorString(), u"There is no document."_s);
 }
 
 void TstFinalDraft::aDeviceThatTakesTooLittleIsAFailure()

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QDir casesDirectory()
@@ -57,8 +59,8 @@ void TstFountainCases::aTextReadsAsItsDescriptionSays_data()
 void TstFountainCases::aTextReadsAsItsDescriptionSays()
 {
     QFETCH(QString, name);
-    QCOMPARE(describeFountain(fileOfCase(name, u"origin.fountain"_qs)),
-             fileOfCase(name, u"expected"_qs));
+    QCOMPARE(describeFountain(fileOfCase(name, u"origin.fountain"_s)),
+             fileOfCase(name, u"expected"_s));
 }
 
 void TstFountainCases::aTextReadsTheSameOnceItWasWritten_data()
@@ -70,10 +72,10 @@ void TstFountainCases::aTextReadsTheSameOnceItWasWritten()
 {
     QFETCH(QString, name);
     QTextDocument document;
-    QVERIFY(TvlFountain::parseText(fileOfCase(name, u"origin.fountain"_qs), &document, {}));
-    QString expected = fileOfCase(name, u"expected"_qs);
+    QVERIFY(TvlFountain::parseText(fileOfCase(name, u"origin.fountain"_s), &document, {}));
+    QString expected = fileOfCase(name, u"expected"_s);
     // A document can't be without a paragraph; written, that is one of action.
-    expected.replace(u"-: "_qs, u"Action: "_qs);
+    expected.replace(u"-: "_s, u"Action: "_s);
     QCOMPARE(describeFountain(TvlFountain::toText(&document, {})), expected);
 }
 

@@ -10,6 +10,8 @@
 
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 double processorSecondsOf(const std::function<void()> &work)
@@ -36,28 +38,28 @@ private Q_SLOTS:
 void TstFountainHostile::theTimeGrowsWithTheText_data()
 {
     QTest::addColumn<QString>("piece");
-    QTest::newRow("one line without end") << u"word "_qs;
-    QTest::newRow("signs of emphasis") << u"*"_qs;
-    QTest::newRow("signs of emphasis with blanks") << u" *"_qs;
-    QTest::newRow("signs of emphasis with letters") << u"a*"_qs;
-    QTest::newRow("signs of all emphasis") << u"a***b_"_qs;
-    QTest::newRow("boneyards without end") << u"/*"_qs;
-    QTest::newRow("boneyards") << u"/**/ "_qs;
-    QTest::newRow("notes without end") << u"[["_qs;
-    QTest::newRow("notes with an end") << u"[[a]]"_qs;
-    QTest::newRow("notes over lines") << u"[[a\n"_qs;
-    QTest::newRow("notes that blank lines end") << u"[[a\n\n]]"_qs;
-    QTest::newRow("backslashes") << u"\\"_qs;
-    QTest::newRow("parentheses") << u"A("_qs;
-    QTest::newRow("line ends") << u"\n"_qs;
-    QTest::newRow("page breaks") << u"===\n"_qs;
-    QTest::newRow("sections") << u"#"_qs;
-    QTest::newRow("scene numbers") << u"INT. A#"_qs;
-    QTest::newRow("comments") << u"a/*:comment 1*/[[b]]"_qs;
-    QTest::newRow("told paragraphs") << u"/*:element Shot*/a\n"_qs;
-    QTest::newRow("lines of action") << u"a\n"_qs;
-    QTest::newRow("paragraphs of action") << u"a\n\n\n"_qs;
-    QTest::newRow("speeches") << u"A\nb\n  \n(c)\n\n"_qs;
+    QTest::newRow("one line without end") << u"word "_s;
+    QTest::newRow("signs of emphasis") << u"*"_s;
+    QTest::newRow("signs of emphasis with blanks") << u" *"_s;
+    QTest::newRow("signs of emphasis with letters") << u"a*"_s;
+    QTest::newRow("signs of all emphasis") << u"a***b_"_s;
+    QTest::newRow("boneyards without end") << u"/*"_s;
+    QTest::newRow("boneyards") << u"/**/ "_s;
+    QTest::newRow("notes without end") << u"[["_s;
+    QTest::newRow("notes with an end") << u"[[a]]"_s;
+    QTest::newRow("notes over lines") << u"[[a\n"_s;
+    QTest::newRow("notes that blank lines end") << u"[[a\n\n]]"_s;
+    QTest::newRow("backslashes") << u"\\"_s;
+    QTest::newRow("parentheses") << u"A("_s;
+    QTest::newRow("line ends") << u"\n"_s;
+    QTest::newRow("page breaks") << u"===\n"_s;
+    QTest::newRow("sections") << u"#"_s;
+    QTest::newRow("scene numbers") << u"INT. A#"_s;
+    QTest::newRow("comments") << u"a/*:comment 1*/[[b]]"_s;
+    QTest::newRow("told paragraphs") << u"/*:element Shot*/a\n"_s;
+    QTest::newRow("lines of action") << u"a\n"_s;
+    QTest::newRow("paragraphs of action") << u"a\n\n\n"_s;
+    QTest::newRow("speeches") << u"A\nb\n  \n(c)\n\n"_s;
     QTest::newRow("zeros") << QString(QChar(u'\0'));
 }
 
@@ -81,14 +83,13 @@ void TstFountainHostile::oddCharactersAreText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("plain");
-    QTest::newRow("zero") << u"a\0b"_qs << u"a\0b"_qs;
-    QTest::newRow("half a pair") << u"a"_qs + QChar(0xd83c) << u"a"_qs + QChar(0xd83c);
-    QTest::newRow("edges of cells")
-        << u"a"_qs + QChar(0xfdd0) + QChar(0xfdd1) << u"a\ufffd\ufffd"_qs;
-    QTest::newRow("place of a picture") << u"a\ufffc"_qs << u"a\ufffd"_qs;
-    QTest::newRow("end of a paragraph") << u"a\u2029b"_qs << u"a\nb"_qs;
-    QTest::newRow("end of a line") << u"a\u2028b"_qs << u"a\nb"_qs;
-    QTest::newRow("form feed") << u"a\fb"_qs << u"a\fb"_qs;
+    QTest::newRow("zero") << u"a\0b"_s << u"a\0b"_s;
+    QTest::newRow("half a pair") << u"a"_s + QChar(0xd83c) << u"a"_s + QChar(0xd83c);
+    QTest::newRow("edges of cells") << u"a"_s + QChar(0xfdd0) + QChar(0xfdd1) << u"a\ufffd\ufffd"_s;
+    QTest::newRow("place of a picture") << u"a\ufffc"_s << u"a\ufffd"_s;
+    QTest::newRow("end of a paragraph") << u"a\u2029b"_s << u"a\nb"_s;
+    QTest::newRow("end of a line") << u"a\u2028b"_s << u"a\nb"_s;
+    QTest::newRow("form feed") << u"a\fb"_s << u"a\fb"_s;
 }
 
 void TstFountainHostile::oddCharactersAreText()

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Groups = 20;
@@ -121,7 +123,7 @@ void TstFountainRoundTrip::aFilmNeedsNoMarksOfOurOwn()
 {
     QRandomGenerator random(2);
     const QString text = TVLFountainWriter::write(makeFilm(&random, 120));
-    QVERIFY(!text.contains(u"/*"_qs));
+    QVERIFY(!text.contains(u"/*"_s));
     QVERIFY(!text.contains(u'\\'));
 }
 

@@ -11,6 +11,8 @@
 #include <QBuffer>
 #include <QPrinter>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the binder's reader and writer. */
 class TstBinderInterface : public QObject
 {
@@ -62,8 +64,8 @@ void TstBinderInterface::writingItems()
 void TstBinderInterface::writingLists()
 {
     areCallable([](TVLBinderWriter &writer, TVLProjectModel *model, TVLKeywordModel *keywords) {
-        writer.writeLabels(u"Label"_qs, 1, QList<TVLLabel>());
-        writer.writeStatusItems(u"Status"_qs, 1, QList<TVLStatusItem>());
+        writer.writeLabels(u"Label"_s, 1, QList<TVLLabel>());
+        writer.writeStatusItems(u"Status"_s, 1, QList<TVLStatusItem>());
         writer.writeTemplateFolderId(model);
         writer.writeCollections(QList<TVLCollectionMetaData>());
         writer.writeKeywords(keywords);
@@ -82,7 +84,7 @@ void TstBinderInterface::writingSettings()
         writer.writeBackupSettings(true);
         writer.writeFullScreenBackdrop(QVariant(1));
         writer.writePrintSettings(printer);
-        writer.writeUserProjectData(u"<UserProjectData/>"_qs);
+        writer.writeUserProjectData(u"<UserProjectData/>"_s);
     });
 }
 
@@ -105,7 +107,7 @@ void TstBinderInterface::readingTheDocument()
         gives<bool>(reader.readProject(model, root));
         gives<bool>(reader.readStartDocument(model));
         gives<TVLProjectInfo>(reader.readProjectInfo());
-        gives<TVLProjectInfo>(TVLBinderReader::readProjectInfo(u"a"_qs));
+        gives<TVLProjectInfo>(TVLBinderReader::readProjectInfo(u"a"_s));
     });
 }
 
@@ -148,8 +150,8 @@ void TstBinderInterface::readingFilesBesideTheBinder()
 void TstBinderInterface::raisingErrors()
 {
     areCallable([](TVLBinderReader &reader) {
-        reader.raiseError(u"a"_qs, __LINE__);
-        reader.raiseIncorrectTagError(u"a"_qs, u"b"_qs, __LINE__);
+        reader.raiseError(u"a"_s, __LINE__);
+        reader.raiseIncorrectTagError(u"a"_s, u"b"_s, __LINE__);
     });
 }
 
@@ -172,7 +174,7 @@ void TstBinderInterface::valuesAsText()
 void TstBinderInterface::versions()
 {
     areCallable([](TVL::BinderVersion version) {
-        gives<TVL::BinderVersion>(TVL::toBinderVersion(u"1.5"_qs));
+        gives<TVL::BinderVersion>(TVL::toBinderVersion(u"1.5"_s));
         gives<QString>(TVL::toString(version));
         gives<bool>(TVL::isValidFormatVersion(18));
     });
@@ -184,7 +186,7 @@ void TstBinderInterface::userDataIsSkippedWhateverTheText()
     reader.addData("<A><UserProjectData><x:B>&c;</x:B></UserProjectData><D/></A>");
     QVERIFY(reader.readNextStartElement() && reader.readNextStartElement());
     QCOMPARE(reader.name(), u"UserProjectData");
-    QVERIFY(reader.readUserProjectData(u"anything"_qs));
+    QVERIFY(reader.readUserProjectData(u"anything"_s));
     QVERIFY(reader.readNextStartElement());
     QCOMPARE(reader.name(), u"D");
 }
@@ -197,7 +199,7 @@ void TstBinderInterface::collectionsAreReadIntoAReference()
     QList<TVLCollectionMetaData> collections;
     QVERIFY(reader.readCollections(collections));
     QCOMPARE(collections.size(), 1);
-    QCOMPARE(collections.first().mId, u"a"_qs);
+    QCOMPARE(collections.first().mId, u"a"_s);
 }
 
 TVL_TEST(TstBinderInterface)

@@ -5,6 +5,8 @@
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project's checksums. */
 class TstChecksumInterface : public QObject
 {
@@ -47,7 +49,7 @@ void TstChecksumInterface::hashesOfFiles()
 void TstChecksumInterface::comparing()
 {
     areCallable([](TVLProjectChecksums &checksums, TVL::DocumentType type) {
-        gives<bool>(TVLProjectChecksums::checksumsMatch(u"a"_qs, QByteArray()));
+        gives<bool>(TVLProjectChecksums::checksumsMatch(u"a"_s, QByteArray()));
         gives<bool>(checksums.checksumsMatch(1, type));
         gives<bool>(checksums.checksumsMatch(QUuid(), type));
     });
@@ -56,9 +58,9 @@ void TstChecksumInterface::comparing()
 void TstChecksumInterface::checksumFiles()
 {
     areCallable([](TVLProjectChecksums &checksums, ChecksumMap *map) {
-        gives<bool>(TVLProjectChecksums::saveChecksumFile(u"a"_qs, *map));
+        gives<bool>(TVLProjectChecksums::saveChecksumFile(u"a"_s, *map));
         gives<bool>(checksums.saveChecksums());
-        gives<bool>(TVLProjectChecksums::loadChecksumFile(u"a"_qs, map));
+        gives<bool>(TVLProjectChecksums::loadChecksumFile(u"a"_s, map));
         gives<bool>(checksums.loadChecksums());
     });
 }

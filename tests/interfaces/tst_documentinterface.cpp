@@ -12,6 +12,8 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the files of items and their texts. */
 class TstDocumentInterface : public QObject
 {
@@ -92,7 +94,7 @@ void TstDocumentInterface::findingMainFiles()
         gives<QString>(TVLProjectFolderFormat::findContentDocument(path));
         gives<QString>(TVLProjectFolderFormat::findDesktopContentDocument(path, uuid));
         gives<QString>(TVLProjectFolderFormat::findMobileContentDocument(path, uuid));
-        gives<QString>(TVLProjectFolderFormat::constructMainNodeFilePath(path, 1, u"pdf"_qs));
+        gives<QString>(TVLProjectFolderFormat::constructMainNodeFilePath(path, 1, u"pdf"_s));
         gives<QString>(TVLProjectFolderFormat::findMainNodeFilePathHdd(path, 1));
         gives<QString>(TVLProjectFolderFormat::findExtension(path, 1));
     });
@@ -103,9 +105,9 @@ void TstDocumentInterface::listingFiles()
     areCallable([](const TVLProjectFolderFormat &format, const QString &path, const QUuid &uuid,
                    const TVLProjectNodeProperties &item) {
         gives<QStringList>(TVLProjectFolderFormat::supportingNodeFilePaths(path, 1));
-        gives<QStringList>(TVLProjectFolderFormat::nodeFilePaths(path, 1, u"pdf"_qs));
-        gives<QStringList>(TVLProjectFolderFormat::existingNodeFilePaths(path, 1, u"pdf"_qs));
-        gives<QStringList>(TVLProjectFolderFormat::existingNodeFilePaths(path, uuid, u"pdf"_qs));
+        gives<QStringList>(TVLProjectFolderFormat::nodeFilePaths(path, 1, u"pdf"_s));
+        gives<QStringList>(TVLProjectFolderFormat::existingNodeFilePaths(path, 1, u"pdf"_s));
+        gives<QStringList>(TVLProjectFolderFormat::existingNodeFilePaths(path, uuid, u"pdf"_s));
         gives<QStringList>(
             TVLProjectFolderFormat::existingNodeFilePaths(path, item, TVL::FormatVersion18));
         gives<QStringList>(format.existingNodeFilePaths(item));
@@ -190,7 +192,7 @@ void TstDocumentInterface::addingFiles()
 {
     areCallable([](const QString &path, const QFileInfo &source) {
         gives<bool>(TVLProjectFolderFormat::importProjectFile(path, source, 1));
-        gives<bool>(TVLProjectFolderFormat::copyFile(path, 1, u"pdf"_qs, path));
+        gives<bool>(TVLProjectFolderFormat::copyFile(path, 1, u"pdf"_s, path));
     });
 }
 

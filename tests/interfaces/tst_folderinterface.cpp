@@ -12,6 +12,8 @@
 #include <QProgressDialog>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project's folder, without that of items' texts. */
 class TstFolderInterface : public QObject
 {
@@ -155,7 +157,7 @@ void TstFolderInterface::writingBinders()
         gives<bool>(TVLProjectFolderFormat::writeBinder(path, model, error));
         gives<bool>(TVLProjectFolderFormat::writeDesktopBinder(path, model, error));
         gives<bool>(TVLProjectFolderFormat::writeMobileBinder(path, model, error));
-        gives<bool>(TVLProjectFolderFormat::compressBinder(path, u"binder.backup"_qs, path));
+        gives<bool>(TVLProjectFolderFormat::compressBinder(path, u"binder.backup"_s, path));
     });
 }
 
@@ -187,7 +189,7 @@ void TstFolderInterface::namesOfProperties()
              {TVLProjectFolderFormat::ProjectTitleTag, TVLProjectFolderFormat::AbbreviatedTitleTag,
               TVLProjectFolderFormat::FullNameTag, TVLProjectFolderFormat::LastNameTag,
               TVLProjectFolderFormat::FirstNameTag})
-            model->setProperty(tag.toLatin1().constData(), u"a"_qs);
+            model->setProperty(tag.toLatin1().constData(), u"a"_s);
     });
 }
 

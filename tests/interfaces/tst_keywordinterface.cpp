@@ -7,6 +7,8 @@
 
 #include <QMimeData>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the keyword model. */
 class TstKeywordInterface : public QObject
 {
@@ -56,7 +58,7 @@ void TstKeywordInterface::askingForKeywords()
         gives<QModelIndex>(model.index(1));
         gives<QString>(model.title(index));
         gives<QColor>(model.color(index));
-        gives<QModelIndex>(model.findTitle(u"a"_qs));
+        gives<QModelIndex>(model.findTitle(u"a"_s));
         gives<QSet<int>>(model.allChidren(1));
         gives<int>(model.createId());
     });
@@ -65,9 +67,9 @@ void TstKeywordInterface::askingForKeywords()
 void TstKeywordInterface::changingKeywords()
 {
     areCallable([](TVLKeywordModel &model, const QModelIndex &index) {
-        gives<bool>(model.setTitle(index, u"a"_qs));
+        gives<bool>(model.setTitle(index, u"a"_s));
         gives<bool>(model.setColor(index, QColor()));
-        gives<bool>(model.insertItem(0, index, u"a"_qs));
+        gives<bool>(model.insertItem(0, index, u"a"_s));
         gives<QModelIndex>(model.addChild(2, 1));
         gives<bool>(model.removeItem(index));
     });

@@ -9,6 +9,8 @@
 #include <QPrinter>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project model about single items and about the project. */
 class TstModelAttributeInterface : public QObject
 {
@@ -141,7 +143,7 @@ void TstModelAttributeInterface::askingAboutSubtrees()
         gives<QModelIndexList>(model.nonDraftChildrenAndSubChildren());
     });
     areCallable([](const TVLProjectModel &model) {
-        const auto items = model.findBasicNodeInfo(true, true, true, u" "_qs);
+        const auto items = model.findBasicNodeInfo(true, true, true, u" "_s);
         gives<QList<TVLBasicNodeInfo>>(items);
         gives<QUuid>(items.first().mUuid);
         gives<QString>(items.first().mTitle);
@@ -160,7 +162,7 @@ void TstModelAttributeInterface::theProject()
         gives<bool>(model.isModified());
         gives<bool>(model.hasProjectNotes());
         gives<QStringList>(model.customIconNames());
-        gives<QPixmap>(model.customIcon(u"a"_qs));
+        gives<QPixmap>(model.customIcon(u"a"_s));
         gives<QString>(model.deviceName());
         gives<QString>(model.name());
         gives<QDir>(model.path());
@@ -204,10 +206,10 @@ void TstModelAttributeInterface::settersThatTouch()
         gives<bool>(model.setType(index, TVL::Folder));
         gives<bool>(model.setTargetType(index, TVL::CharactersTarget));
         gives<bool>(model.setWebUrl(index, QUrl()));
-        gives<bool>(model.setCustomIcon(index, u"a"_qs));
+        gives<bool>(model.setCustomIcon(index, u"a"_s));
         gives<bool>(model.setActualSize(index));
         gives<bool>(model.setScaleFactor(index, 2.0));
-        gives<bool>(model.setTitle(index, u"a"_qs));
+        gives<bool>(model.setTitle(index, u"a"_s));
         gives<bool>(model.setLabelIdentity(index, 1));
         gives<bool>(model.setStatusIdentity(index, 1));
         gives<bool>(model.setIncludeInCompile(index, true));
@@ -252,7 +254,7 @@ void TstModelAttributeInterface::theBackdrop()
 {
     areCallable([](TVLProjectModel &model) {
         model.setFullScreenBackdrop(QVariant());
-        model.setFullScreenBackdrop(u"a"_qs);
+        model.setFullScreenBackdrop(u"a"_s);
         model.setFullScreenBackdrop(1);
         model.clearFullScreenBackdrop();
         gives<bool>(model.fullScreenBackdropIsNodeId());

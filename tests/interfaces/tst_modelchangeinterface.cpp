@@ -7,6 +7,8 @@
 #include <QImage>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project model to change the tree. */
 class TstModelChangeInterface : public QObject
 {
@@ -175,8 +177,8 @@ void TstModelChangeInterface::listsOfItems()
 void TstModelChangeInterface::titles()
 {
     areCallable([](TVLProjectModel &model, const QModelIndex &index) {
-        gives<bool>(model.hasSiblingWithTitle(index, u"a"_qs));
-        gives<QString>(model.findUniqueTitle(u"a"_qs, index));
+        gives<bool>(model.hasSiblingWithTitle(index, u"a"_s));
+        gives<QString>(model.findUniqueTitle(u"a"_s, index));
     });
 }
 

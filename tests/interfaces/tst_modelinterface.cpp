@@ -8,6 +8,8 @@
 
 #include <QMetaMethod>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project model: the tree, the finding of items, the lifecycle. */
 class TstModelInterface : public QObject
 {
@@ -70,8 +72,8 @@ void TstModelInterface::rolesAndTextModes()
     QCOMPARE(int(TVLProjectModel::TemplateFolderRole), 139);
     QCOMPARE(int(TVLProjectModel::FavoriteRole), 140);
     QCOMPARE(int(TVLProjectModel::KeywordIdsRole), 141);
-    QCOMPARE(TVLProjectModel::GeneralFormatMode, u"General"_qs);
-    QCOMPARE(TVLProjectModel::ScriptFormatMode, u"Script"_qs);
+    QCOMPARE(TVLProjectModel::GeneralFormatMode, u"General"_s);
+    QCOMPARE(TVLProjectModel::ScriptFormatMode, u"Script"_s);
 }
 
 void TstModelInterface::indexesAndNodes()
@@ -122,8 +124,8 @@ void TstModelInterface::askingForAncestors()
         gives<bool>(model.containsIndex(index, index));
         gives<bool>(model.isChildOf(index, index));
         gives<bool>(model.isChildOf(index, QModelIndexList{index}));
-        gives<QModelIndex>(model.findViaTitle(u"a"_qs, index));
-        gives<QModelIndex>(model.findDirectIndexByTitle(u"a"_qs, index));
+        gives<QModelIndex>(model.findViaTitle(u"a"_s, index));
+        gives<QModelIndex>(model.findDirectIndexByTitle(u"a"_s, index));
     });
 }
 
@@ -241,7 +243,7 @@ void TstModelInterface::endingAndFinding()
 
 void TstModelInterface::theSuspendedFlag()
 {
-    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_s));
     QVERIFY(model->isSaved());
     {
         const TVLSuspendModified suspended(model.get());
@@ -352,11 +354,11 @@ void TstModelInterface::slotsAreFoundByName()
 void TstModelInterface::propertiesAreFoundByName()
 {
     const TestModel model(
-        new TVLProjectModel(u"/nowhere/Novel.tavel"_qs, nullptr, false, TVL::FormatVersion18));
-    QCOMPARE(model->property("name").toString(), u"Novel"_qs);
-    QVERIFY(model->setProperty("name", u"Other"_qs));
-    QCOMPARE(model->name(), u"Other"_qs);
-    QCOMPARE(model->property("path").value<QDir>(), QDir(u"/nowhere/Novel.tavel"_qs));
+        new TVLProjectModel(u"/nowhere/Novel.tavel"_s, nullptr, false, TVL::FormatVersion18));
+    QCOMPARE(model->property("name").toString(), u"Novel"_s);
+    QVERIFY(model->setProperty("name", u"Other"_s));
+    QCOMPARE(model->name(), u"Other"_s);
+    QCOMPARE(model->property("path").value<QDir>(), QDir(u"/nowhere/Novel.tavel"_s));
 }
 
 TVL_TEST(TstModelInterface)

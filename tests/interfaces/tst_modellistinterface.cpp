@@ -9,6 +9,8 @@
 
 #include <QColor>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project model about labels, keywords, collections and the like. */
 class TstModelListInterface : public QObject
 {
@@ -39,8 +41,8 @@ void TstModelListInterface::labelsAndStatusItems()
         model.setStatusItems(QList<TVLStatusItem>());
         model.setDefaultLabelIdentity(1);
         model.setDefaultStatusIdentity(1);
-        model.setLabelTitle(u"a"_qs);
-        model.setStatusTitle(u"a"_qs);
+        model.setLabelTitle(u"a"_s);
+        model.setStatusTitle(u"a"_s);
     });
 }
 
@@ -51,7 +53,7 @@ void TstModelListInterface::keywordsOfItems()
         gives<bool>(model.setKeywordIds(index, QList<int>{1}));
         model.setKeywordIdsPrivate(node, QList<int>{1});
         gives<QStringList>(model.keywords(index));
-        gives<bool>(model.setKeywords(index, QStringList{u"a"_qs}));
+        gives<bool>(model.setKeywords(index, QStringList{u"a"_s}));
         gives<QList<QColor>>(model.keywordColors(index));
         gives<QList<QPair<QString, QColor>>>(model.keywordsWithColor(index));
         gives<QString>(model.keywordTitle(1));
@@ -72,11 +74,11 @@ void TstModelListInterface::customMetaData()
         gives<TVLCustomMetaDataSettings>(model.customMetaDataSettings());
         model.setCustomMetaDataSettings(TVLCustomMetaDataSettings());
         gives<QMap<QString, QString>>(model.customMetaData(index));
-        gives<QString>(model.customMetaData(index, u"a"_qs));
-        gives<bool>(model.setCustomMetaData(index, u"a"_qs, u"b"_qs));
+        gives<QString>(model.customMetaData(index, u"a"_s));
+        gives<bool>(model.setCustomMetaData(index, u"a"_s, u"b"_s));
         gives<bool>(model.hasCustomMetaData(index));
         gives<QList<TVLCustomMetaDataInfo>>(model.customMetaDataInfo(index, true));
-        model.removeCustomMetaDataFromNodes(u"a"_qs);
+        model.removeCustomMetaDataFromNodes(u"a"_s);
     });
 }
 
@@ -97,7 +99,7 @@ void TstModelListInterface::completions()
 {
     areCallable([](TVLProjectModel &model) {
         model.setAutoCompleteList(QList<TVLAutoCompleteItem>());
-        model.addToAutoCompleteList(u"a"_qs, TVLAutoCompleteItem::GeneralText, 0);
+        model.addToAutoCompleteList(u"a"_s, TVLAutoCompleteItem::GeneralText, 0);
         gives<QStringList>(model.autoCompleteStrings());
     });
 }
@@ -109,7 +111,7 @@ void TstModelListInterface::collectionsByPosition()
         gives<TVLCollectionMetaData>(model.findCollectionByPos(0));
         model.setCollectionByPos(0, collection);
         model.insertCollection(0, collection);
-        gives<QString>(model.insertCollection(0, indexes, u"a"_qs, color));
+        gives<QString>(model.insertCollection(0, indexes, u"a"_s, color));
         model.removeCollection(0);
         model.moveCollection(0, 1);
         model.addToCollection(0, indexes);
@@ -142,7 +144,7 @@ void TstModelListInterface::allCollections()
         gives<TVLCollectionMetaData>(model.binderCollection());
         gives<TVLCollectionMetaData>(model.recentSearch());
         model.setRecentSearch(collection);
-        gives<TVLCollectionMetaData>(model.findCollectionByTitle(u"a"_qs));
+        gives<TVLCollectionMetaData>(model.findCollectionByTitle(u"a"_s));
         model.updateSearchCollections();
         gives<QModelIndexList>(model.collectionIndexes(collection, context));
     });
@@ -151,7 +153,7 @@ void TstModelListInterface::allCollections()
 void TstModelListInterface::collectionsOfAnExternalFolder()
 {
     areCallable([](TVLProjectModel &model) {
-        gives<TVLCollectionMetaData>(model.ensureCollection(u"a"_qs, QColor()));
+        gives<TVLCollectionMetaData>(model.ensureCollection(u"a"_s, QColor()));
         gives<TVLCollectionMetaData>(model.updatedDocumentsCollection());
         gives<bool>(model.updatedDocumentsCollectionExists());
         model.setCollectionUpdatedDocuments(QList<int>{1});
@@ -177,14 +179,14 @@ void TstModelListInterface::favorites()
 
 void TstModelListInterface::keywordsAreStoredWithoutAnnouncement()
 {
-    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_qs));
+    const TestModel model(TVLProjectModel::createBlankProjectInMemory(u"/nowhere/Novel.tavel"_s));
     const QModelIndex text = model->index(0, 0, model->draftFolder());
-    QVERIFY(model->keywordModel()->insertItem(0, QModelIndex(), u"plot"_qs));
+    QVERIFY(model->keywordModel()->insertItem(0, QModelIndex(), u"plot"_s));
     TVLProjectNode *node = model->projectNode(text);
     int changes = 0;
     connect(model.get(), &TVLProjectModel::dataChanged, this, [&changes] { ++changes; });
     model->setKeywordIdsPrivate(node, {1});
-    QCOMPARE(model->keywords(text), QStringList{u"plot"_qs});
+    QCOMPARE(model->keywords(text), QStringList{u"plot"_s});
     QCOMPARE(model->searchIndex()->affectedDocuments(1), QSet<int>{node->mId});
     QCOMPARE(changes, 0);
 }

@@ -4,6 +4,8 @@
 #include "TVLProjectModel.h"
 #include "TVLTextDocument.h"
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project model about documents, counts, snapshots and notes. */
 class TstModelTextInterface : public QObject
 {
@@ -48,7 +50,7 @@ void TstModelTextInterface::textsOfItems()
 {
     areCallable([](TVLProjectModel &model, const QModelIndex &index, QTextDocument *document) {
         gives<QString>(model.synopsis(index));
-        gives<bool>(model.setSynopsis(index, u"a"_qs));
+        gives<bool>(model.setSynopsis(index, u"a"_s));
         gives<QString>(model.documentNoteAsPlainText(index));
         gives<bool>(model.isDocumentNoteEmpty(index));
         gives<QString>(model.documentPlainText(index, true));
@@ -103,7 +105,7 @@ void TstModelTextInterface::textsMadeOfTexts()
         gives<QString>(model.calcTitleFromText(document, true, true));
         gives<QString>(model.calcTitleFromText(index));
         gives<QString>(model.autoGenerateSynopsisText(index));
-        gives<QList<QModelIndex>>(model.searchInSynopsis(u"a"_qs, true));
+        gives<QList<QModelIndex>>(model.searchInSynopsis(u"a"_s, true));
     });
 }
 
@@ -113,12 +115,12 @@ void TstModelTextInterface::snapshots()
                    QTextDocument *document, QString *error) {
         gives<QList<TVLSnapshotInfo>>(model.snapshots(index));
         gives<bool>(model.addSnapshot(index, info));
-        gives<bool>(model.addSnapshot(index, u"a"_qs));
+        gives<bool>(model.addSnapshot(index, u"a"_s));
         gives<bool>(model.addSnapshotWithDocument(index, info, document, error));
         gives<bool>(model.addSnapshotWithExternalDocument(index, info, document, error));
         gives<bool>(model.loadSnapshot(index, info, document));
         gives<bool>(model.loadSnapshotIntoMainText(index, info));
-        gives<bool>(model.setSnapshotTitle(index, QDateTime(), u"a"_qs));
+        gives<bool>(model.setSnapshotTitle(index, QDateTime(), u"a"_s));
         gives<bool>(model.removeSnapshot(index, info));
     });
 }
@@ -129,8 +131,8 @@ void TstModelTextInterface::projectNotes()
         gives<QTextDocument *>(model.projectNote(1));
         gives<QList<int>>(model.projectNoteIdentities());
         gives<QString>(model.projectNoteTitle(1));
-        gives<int>(model.addProjectNote(u"a"_qs));
-        gives<bool>(model.renameProjectNote(1, u"a"_qs));
+        gives<int>(model.addProjectNote(u"a"_s));
+        gives<bool>(model.renameProjectNote(1, u"a"_s));
         gives<bool>(model.moveProjectNote(0, 1));
         gives<bool>(model.removeProjectNote(1, errors));
         gives<bool>(model.hasProjectNoteId(1));

@@ -12,6 +12,8 @@
 #include "TVLStatusItem.h"
 #include "TVLTargets.h"
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of a project's small records. */
 class TstRecordInterface : public QObject
 {
@@ -36,18 +38,18 @@ void TstRecordInterface::labelsAndStatusItems()
         gives<int>(label.mId);
         gives<QString>(label.mTitle);
         gives<QColor>(label.mColor);
-        gives<TVLLabel>(TVLLabel::findLabelTitle(u"a"_qs, labels));
+        gives<TVLLabel>(TVLLabel::findLabelTitle(u"a"_s, labels));
         gives<TVLLabel>(TVLLabel::findLabelId(1, labels));
         gives<int>(TVLLabel::findNextLabelId(labels));
-        gives<TVLLabel>(TVLLabel{1, u"a"_qs, QColor()});
+        gives<TVLLabel>(TVLLabel{1, u"a"_s, QColor()});
     });
     areCallable([](const TVLStatusItem &item, const QList<TVLStatusItem> &items) {
         gives<int>(item.mId);
         gives<QString>(item.mTitle);
-        gives<TVLStatusItem>(TVLStatusItem::findStatusTitle(u"a"_qs, items));
+        gives<TVLStatusItem>(TVLStatusItem::findStatusTitle(u"a"_s, items));
         gives<TVLStatusItem>(TVLStatusItem::findStatusId(1, items));
         gives<int>(TVLStatusItem::findNextStatusId(items));
-        gives<TVLStatusItem>(TVLStatusItem{1, u"a"_qs});
+        gives<TVLStatusItem>(TVLStatusItem{1, u"a"_s});
     });
 }
 
@@ -72,7 +74,7 @@ void TstRecordInterface::customMetaData()
         gives<bool>(field.mWraps);
         gives<QColor>(field.mColor);
         gives<QStringList>(TVLMetaDataField::reservedIds());
-        gives<bool>(settings.hasId(u"a"_qs));
+        gives<bool>(settings.hasId(u"a"_s));
         gives<QStringList>(settings.ids());
         gives<TVLMetaDataField>(settings.value(0));
     });
@@ -116,7 +118,7 @@ void TstRecordInterface::completions()
     areCallable([](const TVLAutoCompleteItem &item, const QList<TVLAutoCompleteItem> &items) {
         gives<int>(item.mScope);
         gives<QString>(item.mText);
-        gives<qsizetype>(TVLAutoCompleteItem::indexOf(u"a"_qs, items));
+        gives<qsizetype>(TVLAutoCompleteItem::indexOf(u"a"_s, items));
         gives<QStringList>(TVLAutoCompleteItem::toStringList(items));
     });
 }
@@ -201,7 +203,7 @@ void TstRecordInterface::whatACollectionDoes()
         gives<QColor>(TVLCollectionMetaData::mRecentSearchCollColor);
         TVLCollectionMetaData::setRecentSearchCollectionColor(QColor());
         gives<QColor>(collection.color());
-        gives<bool>(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"a"_qs));
+        gives<bool>(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"a"_s));
         gives<bool>(collection.isSyncResultsCollection());
         gives<bool>(collection.isSuitableExternalFolderSync());
     });

@@ -8,6 +8,8 @@
 
 #include <QProgressDialog>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the search index. */
 class TstSearchInterface : public QObject
 {
@@ -45,7 +47,7 @@ void TstSearchInterface::items()
     areCallable([](TVLSearchIndex &index, TVLProjectNode *node, const QModelIndex &item) {
         gives<bool>(index.addProjectNode(node));
         gives<bool>(index.addDocument(item));
-        gives<bool>(index.addDocumentData(1, u"a"_qs, 1, 1, QList<int>{1}));
+        gives<bool>(index.addDocumentData(1, u"a"_s, 1, 1, QList<int>{1}));
         index.removeDocument(1);
     });
 }
@@ -70,7 +72,7 @@ void TstSearchInterface::propertiesOfItems()
 void TstSearchInterface::labels()
 {
     areCallable([](TVLSearchIndex &index, bool *ok) {
-        gives<bool>(index.addLabel(1, u"a"_qs, QColor()));
+        gives<bool>(index.addLabel(1, u"a"_s, QColor()));
         gives<TVLLabel>(index.label(1, ok));
         gives<bool>(index.hasLabel(1));
         gives<QList<TVLLabel>>(index.labels());
@@ -82,7 +84,7 @@ void TstSearchInterface::labels()
 void TstSearchInterface::statusItems()
 {
     areCallable([](TVLSearchIndex &index, bool *ok) {
-        gives<bool>(index.addStatusItem(1, u"a"_qs));
+        gives<bool>(index.addStatusItem(1, u"a"_s));
         gives<TVLStatusItem>(index.statusItem(1, ok));
         gives<bool>(index.hasStatusItem(1));
         gives<QList<TVLStatusItem>>(index.statusItems());
@@ -94,9 +96,9 @@ void TstSearchInterface::statusItems()
 void TstSearchInterface::keywords()
 {
     areCallable([](TVLSearchIndex &index) {
-        gives<bool>(index.addKeyword(1, u"a"_qs));
+        gives<bool>(index.addKeyword(1, u"a"_s));
         index.removeKeyword(1);
-        gives<bool>(index.updateKeyword(1, u"a"_qs));
+        gives<bool>(index.updateKeyword(1, u"a"_s));
         index.addDocumentKeyword(1, 2);
         index.removeDocumentKeyword(1, 2);
         gives<bool>(index.setDocumentKeywords(1, QList<int>{2}));

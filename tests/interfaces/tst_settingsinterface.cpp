@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the settings of layouts and projects. */
 class TstSettingsInterface : public QObject
 {
@@ -45,8 +47,8 @@ void TstSettingsInterface::settingsByNumber()
 void TstSettingsInterface::settingsByKey()
 {
     areCallable([](TVLProjectSettings &settings) {
-        settings.setValue(u"layoutName"_qs, QVariant());
-        gives<QVariant>(settings.value(u"layoutName"_qs, QVariant()));
+        settings.setValue(u"layoutName"_s, QVariant());
+        gives<QVariant>(settings.value(u"layoutName"_s, QVariant()));
         settings.sync();
         QSettings &base = settings;
         gives<QSettings::Status>(base.status());
@@ -58,7 +60,7 @@ void TstSettingsInterface::theLayoutInTheList()
     areCallable([](const QString &path, QObject *parent) {
         TVLLayoutSettings layout(path, parent);
         gives<QString>(layout.name());
-        layout.setName(u"a"_qs);
+        layout.setName(u"a"_s);
         gives<QImage>(layout.preview());
         layout.setPreview(QImage());
     });

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 /** What a program can call of the files of snapshots and of project notes. */
 class TstSnapshotInterface : public QObject
 {
@@ -51,7 +53,7 @@ void TstSnapshotInterface::changingSnapshots()
         [](const QString &path, const TVLSnapshotInfo &info, QTextDocument *text, QString *error) {
             gives<bool>(TVLProjectFolderFormat::addSnapshot(path, 1, info, text, error));
             gives<bool>(TVLProjectFolderFormat::removeSnapshot(path, 1, info));
-            gives<bool>(TVLProjectFolderFormat::setSnapshotTitle(path, 1, QDateTime(), u"a"_qs));
+            gives<bool>(TVLProjectFolderFormat::setSnapshotTitle(path, 1, QDateTime(), u"a"_s));
             gives<bool>(TVLProjectFolderFormat::mergeSnapshots(path, 1, QList<int>{2}));
         });
 }
@@ -73,26 +75,26 @@ void TstSnapshotInterface::snapshotsAreReadIntoAReference()
 {
     const QTemporaryDir folder;
     TVLSnapshotInfo snapshot;
-    snapshot.mTitle = u"First"_qs;
+    snapshot.mTitle = u"First"_s;
     snapshot.mDate = QDateTime::currentDateTime();
     QVERIFY(TVLProjectFolderFormat::writeSnapshots(folder.path(), 1, {snapshot}));
     QList<TVLSnapshotInfo> snapshots;
     QVERIFY(TVLProjectFolderFormat::readSnapshots(folder.path(), 1, snapshots));
     QCOMPARE(snapshots.size(), 1);
-    QCOMPARE(snapshots.first().mTitle, u"First"_qs);
+    QCOMPARE(snapshots.first().mTitle, u"First"_s);
 }
 
 void TstSnapshotInterface::projectNotesAreReadIntoAReference()
 {
     const QTemporaryDir folder;
-    QTextDocument note(u"Words"_qs);
+    QTextDocument note(u"Words"_s);
     QVERIFY(TVLProjectFolderFormat::writeProjectNotes(folder.path(), {{10, &note}}, nullptr));
     QList<QPair<int, QTextDocument *>> notes;
     QVERIFY(TVLProjectFolderFormat::readProjectNotes(folder.path(), notes, nullptr, nullptr));
     QCOMPARE(notes.size(), 1);
     const std::unique_ptr<QTextDocument> readBack(notes.first().second);
     QCOMPARE(notes.first().first, 10);
-    QCOMPARE(readBack->toPlainText(), u"Words"_qs);
+    QCOMPARE(readBack->toPlainText(), u"Words"_s);
 }
 
 TVL_TEST(TstSnapshotInterface)

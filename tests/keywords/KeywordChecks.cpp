@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int addKeywords(TVLKeywordModel *model, const QModelIndex &parent, const QString &notation,
@@ -54,13 +56,13 @@ QString treeOutOfStep(const TVLKeywordModel *model, const QModelIndex &parent, Q
         const QModelIndex index = model->index(row, 0, parent);
         const int id = int(index.internalId());
         if (seen->contains(id))
-            return u"%1 is listed twice"_qs.arg(id);
+            return u"%1 is listed twice"_s.arg(id);
         seen->insert(id);
         if (model->index(id) != index || index.parent() != parent)
-            return u"%1 is elsewhere than its list says"_qs.arg(id);
+            return u"%1 is elsewhere than its list says"_s.arg(id);
         const QString title = model->title(index);
         if (int(model->findTitle(title).internalId()) != plainFindTitle(model, title))
-            return u"the title of %1 leads to another keyword"_qs.arg(id);
+            return u"the title of %1 leads to another keyword"_s.arg(id);
         const QString wrong = treeOutOfStep(model, index, seen);
         if (!wrong.isEmpty())
             return wrong;
@@ -103,21 +105,21 @@ QString keywordsOutOfStep(const TVLKeywordModel *model, const TVLSearchIndex &se
         return wrong;
     const QList<int> ordered = model->orderedIds();
     if (QSet<int>(ordered.begin(), ordered.end()) != seen || ordered.size() != seen.size())
-        return u"the list of all keywords isn't that of the tree"_qs;
+        return u"the list of all keywords isn't that of the tree"_s;
     int free = 1;
     while (seen.contains(free))
         ++free;
     if (model->createId() != free)
-        return u"the next identity is %1 instead of %2"_qs.arg(model->createId()).arg(free);
+        return u"the next identity is %1 instead of %2"_s.arg(model->createId()).arg(free);
 
     QMap<int, QString> rows;
     QSqlQuery query(searchIndex);
-    query.exec(u"SELECT identity, title FROM ProjectKeywords"_qs);
+    query.exec(u"SELECT identity, title FROM ProjectKeywords"_s);
     while (query.next())
         rows.insert(query.value(0).toInt(), query.value(1).toString());
     for (const int id : ordered) {
         if (!rows.contains(id) || rows.take(id) != model->title(model->index(id)))
-            return u"the search index has another title for %1"_qs.arg(id);
+            return u"the search index has another title for %1"_s.arg(id);
     }
-    return rows.isEmpty() ? QString() : u"the search index knows keywords that are gone"_qs;
+    return rows.isEmpty() ? QString() : u"the search index knows keywords that are gone"_s;
 }

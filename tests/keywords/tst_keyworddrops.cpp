@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QChar Separator = QChar::LineSeparator;
@@ -61,7 +63,7 @@ void TstKeywordDrops::init()
 {
     mIndex = std::make_unique<TVLSearchIndex>();
     mModel = std::make_unique<TVLKeywordModel>(mIndex.get());
-    addKeywords(mModel.get(), {}, u"a b(c d(e)) f g"_qs);
+    addKeywords(mModel.get(), {}, u"a b(c d(e)) f g"_s);
     mTester = std::make_unique<QAbstractItemModelTester>(
         mModel.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
 }
@@ -84,16 +86,16 @@ void TstKeywordDrops::copyAndMoveAreOffered()
 {
     QCOMPARE(mModel->supportedDropActions(), Qt::CopyAction | Qt::MoveAction);
     QCOMPARE(mModel->supportedDragActions(), Qt::CopyAction | Qt::MoveAction);
-    QCOMPARE(mModel->mimeTypes(), QStringList{u"text/plain"_qs});
+    QCOMPARE(mModel->mimeTypes(), QStringList{u"text/plain"_s});
 }
 
 void TstKeywordDrops::aDragHoldsTheTitlesInDisplayOrder()
 {
-    QModelIndexList indexes = keywordsTitled(mModel.get(), u"g e b a"_qs);
+    QModelIndexList indexes = keywordsTitled(mModel.get(), u"g e b a"_s);
     indexes.insert(2, QModelIndex());
     const std::unique_ptr<QMimeData> mime(mModel->mimeData(indexes));
     QVERIFY(mime);
-    const QString text = QStringList({u"a"_qs, u"b"_qs, u"e"_qs, u"g"_qs}).join(Separator);
+    const QString text = QStringList({u"a"_s, u"b"_s, u"e"_s, u"g"_s}).join(Separator);
     QCOMPARE(mime->text(), text);
     QCOMPARE(mime->data(TVL::KeywordsMimeType), text.toUtf8());
 }
@@ -120,18 +122,18 @@ void TstKeywordDrops::aCopyMakesKeywords_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("parent");
     QTest::addColumn<QString>("text");
-    const QString unchanged = u"a b(c d(e)) f g"_qs;
-    QTest::newRow("between") << u"x y"_qs << 1 << QString() << u"a x y b(c d(e)) f g"_qs;
-    QTest::newRow("on an item") << u"x y"_qs << -1 << u"b"_qs << u"a b(x y c d(e)) f g"_qs;
-    QTest::newRow("on nothing") << u"x"_qs << -1 << QString() << u"x a b(c d(e)) f g"_qs;
-    QTest::newRow("beyond the end") << u"x"_qs << 99 << u"d"_qs << u"a b(c d(e x)) f g"_qs;
-    QTest::newRow("a title that is there") << u"E"_qs << 0 << QString() << unchanged;
+    const QString unchanged = u"a b(c d(e)) f g"_s;
+    QTest::newRow("between") << u"x y"_s << 1 << QString() << u"a x y b(c d(e)) f g"_s;
+    QTest::newRow("on an item") << u"x y"_s << -1 << u"b"_s << u"a b(x y c d(e)) f g"_s;
+    QTest::newRow("on nothing") << u"x"_s << -1 << QString() << u"x a b(c d(e)) f g"_s;
+    QTest::newRow("beyond the end") << u"x"_s << 99 << u"d"_s << u"a b(c d(e x)) f g"_s;
+    QTest::newRow("a title that is there") << u"E"_s << 0 << QString() << unchanged;
     // The row goes on past what wasn't inserted.
     QTest::newRow("one that is there among others")
-        << u"x a y"_qs << 1 << QString() << u"a x b(c d(e)) y f g"_qs;
-    QTest::newRow("one title twice") << u"x x"_qs << 0 << u"d"_qs << u"a b(c d(x e)) f g"_qs;
-    QTest::newRow("empty parts") << u"  x  "_qs << 0 << QString() << u"x a b(c d(e)) f g"_qs;
-    QTest::newRow("nothing but separators") << u"   "_qs << 0 << QString() << unchanged;
+        << u"x a y"_s << 1 << QString() << u"a x b(c d(e)) y f g"_s;
+    QTest::newRow("one title twice") << u"x x"_s << 0 << u"d"_s << u"a b(c d(x e)) f g"_s;
+    QTest::newRow("empty parts") << u"  x  "_s << 0 << QString() << u"x a b(c d(e)) f g"_s;
+    QTest::newRow("nothing but separators") << u"   "_s << 0 << QString() << unchanged;
 }
 
 void TstKeywordDrops::aCopyMakesKeywords()
@@ -150,27 +152,25 @@ void TstKeywordDrops::aMoveBringsKeywordsTogether_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("parent");
     QTest::addColumn<QString>("text");
-    QTest::newRow("down among siblings") << u"a"_qs << 3 << QString() << u"b(c d(e)) f a g"_qs;
-    QTest::newRow("to the end") << u"a"_qs << 4 << QString() << u"b(c d(e)) f g a"_qs;
-    QTest::newRow("beyond the end") << u"a"_qs << 99 << QString() << u"b(c d(e)) f g a"_qs;
-    QTest::newRow("up among siblings") << u"g"_qs << 1 << QString() << u"a g b(c d(e)) f"_qs;
-    QTest::newRow("on nothing") << u"g"_qs << -1 << QString() << u"g a b(c d(e)) f"_qs;
-    QTest::newRow("on an item") << u"f"_qs << -1 << u"b"_qs << u"a b(f c d(e)) g"_qs;
-    QTest::newRow("into an item") << u"f"_qs << 1 << u"b"_qs << u"a b(c f d(e)) g"_qs;
-    QTest::newRow("with what is in it") << u"d"_qs << 0 << u"a"_qs << u"a(d(e)) b(c) f g"_qs;
-    QTest::newRow("out of an item") << u"e"_qs << 0 << QString() << u"e a b(c d) f g"_qs;
-    QTest::newRow("into its grandparent") << u"e"_qs << 1 << u"b"_qs << u"a b(c e d) f g"_qs;
-    QTest::newRow("several upwards") << u"f g"_qs << 0 << QString() << u"f g a b(c d(e))"_qs;
-    QTest::newRow("several downwards") << u"a b"_qs << 4 << QString() << u"f g a b(c d(e))"_qs;
-    QTest::newRow("from both sides") << u"a g"_qs << 2 << QString() << u"b(c d(e)) a g f"_qs;
-    QTest::newRow("in another order") << u"g a"_qs << 2 << QString() << u"b(c d(e)) g a f"_qs;
-    QTest::newRow("from several places") << u"a c e g"_qs << 0 << u"f"_qs << u"b(d) f(a c e g)"_qs;
-    QTest::newRow("past its own parent's row")
-        << u"a e"_qs << 0 << u"f"_qs << u"b(c d) f(a e) g"_qs;
-    QTest::newRow("with one that is in another")
-        << u"b e"_qs << 0 << u"f"_qs << u"a f(b(c d) e) g"_qs;
-    QTest::newRow("one twice") << u"a a"_qs << 3 << QString() << u"b(c d(e)) f a g"_qs;
-    QTest::newRow("in another case") << u"A"_qs << 4 << QString() << u"b(c d(e)) f g a"_qs;
+    QTest::newRow("down among siblings") << u"a"_s << 3 << QString() << u"b(c d(e)) f a g"_s;
+    QTest::newRow("to the end") << u"a"_s << 4 << QString() << u"b(c d(e)) f g a"_s;
+    QTest::newRow("beyond the end") << u"a"_s << 99 << QString() << u"b(c d(e)) f g a"_s;
+    QTest::newRow("up among siblings") << u"g"_s << 1 << QString() << u"a g b(c d(e)) f"_s;
+    QTest::newRow("on nothing") << u"g"_s << -1 << QString() << u"g a b(c d(e)) f"_s;
+    QTest::newRow("on an item") << u"f"_s << -1 << u"b"_s << u"a b(f c d(e)) g"_s;
+    QTest::newRow("into an item") << u"f"_s << 1 << u"b"_s << u"a b(c f d(e)) g"_s;
+    QTest::newRow("with what is in it") << u"d"_s << 0 << u"a"_s << u"a(d(e)) b(c) f g"_s;
+    QTest::newRow("out of an item") << u"e"_s << 0 << QString() << u"e a b(c d) f g"_s;
+    QTest::newRow("into its grandparent") << u"e"_s << 1 << u"b"_s << u"a b(c e d) f g"_s;
+    QTest::newRow("several upwards") << u"f g"_s << 0 << QString() << u"f g a b(c d(e))"_s;
+    QTest::newRow("several downwards") << u"a b"_s << 4 << QString() << u"f g a b(c d(e))"_s;
+    QTest::newRow("from both sides") << u"a g"_s << 2 << QString() << u"b(c d(e)) a g f"_s;
+    QTest::newRow("in another order") << u"g a"_s << 2 << QString() << u"b(c d(e)) g a f"_s;
+    QTest::newRow("from several places") << u"a c e g"_s << 0 << u"f"_s << u"b(d) f(a c e g)"_s;
+    QTest::newRow("past its own parent's row") << u"a e"_s << 0 << u"f"_s << u"b(c d) f(a e) g"_s;
+    QTest::newRow("with one that is in another") << u"b e"_s << 0 << u"f"_s << u"a f(b(c d) e) g"_s;
+    QTest::newRow("one twice") << u"a a"_s << 3 << QString() << u"b(c d(e)) f a g"_s;
+    QTest::newRow("in another case") << u"A"_s << 4 << QString() << u"b(c d(e)) f g a"_s;
 }
 
 void TstKeywordDrops::aMoveBringsKeywordsTogether()
@@ -188,15 +188,15 @@ void TstKeywordDrops::aMoveThatMayNotBeMovesNothing_data()
     QTest::addColumn<QString>("titles");
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("parent");
-    QTest::newRow("on itself") << u"b"_qs << -1 << u"b"_qs;
-    QTest::newRow("into itself") << u"b"_qs << 1 << u"b"_qs;
-    QTest::newRow("into what is in it") << u"b"_qs << 0 << u"d"_qs;
-    QTest::newRow("into what is far below it") << u"b"_qs << 0 << u"e"_qs;
-    QTest::newRow("to where it is") << u"f"_qs << 2 << QString();
-    QTest::newRow("to behind itself") << u"f"_qs << 3 << QString();
-    QTest::newRow("an unknown title") << u"x"_qs << 0 << QString();
-    QTest::newRow("one of several is unknown") << u"f x"_qs << 0 << QString();
-    QTest::newRow("one of several may not go there") << u"g b"_qs << 0 << u"e"_qs;
+    QTest::newRow("on itself") << u"b"_s << -1 << u"b"_s;
+    QTest::newRow("into itself") << u"b"_s << 1 << u"b"_s;
+    QTest::newRow("into what is in it") << u"b"_s << 0 << u"d"_s;
+    QTest::newRow("into what is far below it") << u"b"_s << 0 << u"e"_s;
+    QTest::newRow("to where it is") << u"f"_s << 2 << QString();
+    QTest::newRow("to behind itself") << u"f"_s << 3 << QString();
+    QTest::newRow("an unknown title") << u"x"_s << 0 << QString();
+    QTest::newRow("one of several is unknown") << u"f x"_s << 0 << QString();
+    QTest::newRow("one of several may not go there") << u"g b"_s << 0 << u"e"_s;
 }
 
 void TstKeywordDrops::aMoveThatMayNotBeMovesNothing()
@@ -207,29 +207,29 @@ void TstKeywordDrops::aMoveThatMayNotBeMovesNothing()
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
     const QSignalSpy moves(mModel.get(), &TVLKeywordModel::rowsMoved);
     QVERIFY(!drop(titles, Qt::MoveAction, row, parent));
-    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_qs);
+    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_s);
     QCOMPARE(changes.size(), 0);
     QCOMPARE(moves.size(), 0);
 }
 
 void TstKeywordDrops::aMoveTellsOfItsRows()
 {
-    const QPersistentModelIndex e = mModel->findTitle(u"e"_qs);
+    const QPersistentModelIndex e = mModel->findTitle(u"e"_s);
     QSignalSpy moves(mModel.get(), &TVLKeywordModel::rowsMoved);
-    QVERIFY(drop(u"a d"_qs, Qt::MoveAction, 3, QString()));
-    QCOMPARE(keywordText(mModel.get()), u"b(c) f a d(e) g"_qs);
+    QVERIFY(drop(u"a d"_s, Qt::MoveAction, 3, QString()));
+    QCOMPARE(keywordText(mModel.get()), u"b(c) f a d(e) g"_s);
     QCOMPARE(moves.size(), 2);
     QCOMPARE(moves.at(0).at(1).toInt(), 0);
     QCOMPARE(moves.at(0).at(4).toInt(), 3);
     QCOMPARE(moves.at(1).at(1).toInt(), 1);
     QCOMPARE(moves.at(1).at(4).toInt(), 3);
-    QCOMPARE(QModelIndex(e), mModel->findTitle(u"e"_qs));
+    QCOMPARE(QModelIndex(e), mModel->findTitle(u"e"_s));
 }
 
 void TstKeywordDrops::aMoveIsOneChange()
 {
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
-    QVERIFY(drop(u"f g"_qs, Qt::MoveAction, 0, QString()));
+    QVERIFY(drop(u"f g"_s, Qt::MoveAction, 0, QString()));
     QCOMPARE(changes.size(), 1);
 }
 
@@ -239,15 +239,15 @@ void TstKeywordDrops::aDropWithoutTextIsRefused()
     mime.setData(TVL::KeywordsMimeType, "x");
     QVERIFY(!mModel->dropMimeData(&mime, Qt::CopyAction, 0, 0, QModelIndex()));
     QVERIFY(!mModel->dropMimeData(nullptr, Qt::CopyAction, 0, 0, QModelIndex()));
-    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_qs);
+    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_s);
 }
 
 void TstKeywordDrops::aDropBelowAnotherModelsKeywordIsRefused()
 {
     TVLKeywordModel other(nullptr);
-    addKeywords(&other, {}, u"o"_qs);
+    addKeywords(&other, {}, u"o"_s);
     for (const Qt::DropAction action : {Qt::CopyAction, Qt::MoveAction})
-        QVERIFY(!mModel->dropMimeData(dragOf(u"f"_qs).get(), action, 0, 0, other.index(1)));
+        QVERIFY(!mModel->dropMimeData(dragOf(u"f"_s).get(), action, 0, 0, other.index(1)));
 }
 
 void TstKeywordDrops::otherActionsAreRefused_data()
@@ -261,19 +261,19 @@ void TstKeywordDrops::otherActionsAreRefused_data()
 void TstKeywordDrops::otherActionsAreRefused()
 {
     QFETCH(const int, action);
-    QVERIFY(!drop(u"x"_qs, Qt::DropAction(action), 0, QString()));
-    QVERIFY(!drop(u"g"_qs, Qt::DropAction(action), 0, QString()));
-    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_qs);
+    QVERIFY(!drop(u"x"_s, Qt::DropAction(action), 0, QString()));
+    QVERIFY(!drop(u"g"_s, Qt::DropAction(action), 0, QString()));
+    QCOMPARE(keywordText(mModel.get()), u"a b(c d(e)) f g"_s);
 }
 
 void TstKeywordDrops::whatIsDraggedCanBeDroppedInAnotherModel()
 {
     TVLKeywordModel other(nullptr);
-    addKeywords(&other, {}, u"a z"_qs);
+    addKeywords(&other, {}, u"a z"_s);
     const std::unique_ptr<QMimeData> mime(
-        mModel->mimeData(keywordsTitled(mModel.get(), u"e b a"_qs)));
+        mModel->mimeData(keywordsTitled(mModel.get(), u"e b a"_s)));
     QVERIFY(other.dropMimeData(mime.get(), Qt::CopyAction, 1, 0, QModelIndex()));
-    QCOMPARE(keywordText(&other), u"a z b e"_qs);
+    QCOMPARE(keywordText(&other), u"a z b e"_s);
 }
 
 TVL_TEST(TstKeywordDrops)

@@ -18,13 +18,15 @@
 #include <limits>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString keywordRow(const TVLSearchIndex &index, int id)
 {
     QSqlQuery query(index);
-    query.exec(u"SELECT title FROM ProjectKeywords WHERE identity = %1"_qs.arg(id));
-    return query.next() ? query.value(0).toString() : u"none"_qs;
+    query.exec(u"SELECT title FROM ProjectKeywords WHERE identity = %1"_s.arg(id));
+    return query.next() ? query.value(0).toString() : u"none"_s;
 }
 
 } // namespace
@@ -120,21 +122,21 @@ void TstKeywordModel::aNewModelIsEmpty()
     QCOMPARE(mModel->createId(), 1);
     QVERIFY(mModel->orderedIds().isEmpty());
     QVERIFY(mModel->allChidren(1).isEmpty());
-    QVERIFY(!mModel->findTitle(u"a"_qs).isValid());
+    QVERIFY(!mModel->findTitle(u"a"_s).isValid());
 }
 
 void TstKeywordModel::theHeaderSaysClickToSort()
 {
-    QCOMPARE(TVLKeywordModel::headers(), QStringList{u"Click to sort"_qs});
+    QCOMPARE(TVLKeywordModel::headers(), QStringList{u"Click to sort"_s});
     for (const int role : {Qt::DisplayRole, Qt::EditRole})
-        QCOMPARE(mModel->headerData(0, Qt::Horizontal, role), QVariant(u"Click to sort"_qs));
+        QCOMPARE(mModel->headerData(0, Qt::Horizontal, role), QVariant(u"Click to sort"_s));
     QCOMPARE(mModel->headerData(0, Qt::Horizontal, Qt::ToolTipRole), QVariant());
     QCOMPARE(mModel->headerData(4, Qt::Vertical, Qt::DisplayRole), QVariant(5));
 }
 
 void TstKeywordModel::keywordsOfferEverythingToViews()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const Qt::ItemFlags flags = mModel->flags(mModel->index(1));
     for (const Qt::ItemFlag flag : {Qt::ItemIsSelectable, Qt::ItemIsEditable, Qt::ItemIsDragEnabled,
                                     Qt::ItemIsDropEnabled, Qt::ItemIsEnabled})
@@ -144,15 +146,15 @@ void TstKeywordModel::keywordsOfferEverythingToViews()
 
 void TstKeywordModel::theTopLevelHasNoParent()
 {
-    addKeywords(mModel.get(), {}, u"a(b)"_qs);
-    const QModelIndex a = mModel->findTitle(u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a(b)"_s);
+    const QModelIndex a = mModel->findTitle(u"a"_s);
     QCOMPARE(a.parent(), QModelIndex());
-    QCOMPARE(mModel->findTitle(u"b"_qs).parent(), a);
+    QCOMPARE(mModel->findTitle(u"b"_s).parent(), a);
 }
 
 void TstKeywordModel::anUnknownIdentityHasNoIndex()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     for (const int id : {-1, 0, 2, std::numeric_limits<int>::max(), -5})
         QCOMPARE(mModel->index(id), QModelIndex());
     QCOMPARE(mModel->index(1).internalId(), quintptr(1));
@@ -161,26 +163,26 @@ void TstKeywordModel::anUnknownIdentityHasNoIndex()
 
 void TstKeywordModel::indexesOutOfRangeAreInvalid()
 {
-    addKeywords(mModel.get(), {}, u"a b(c)"_qs);
+    addKeywords(mModel.get(), {}, u"a b(c)"_s);
     QVERIFY(!mModel->index(-1, 0).isValid());
     QVERIFY(!mModel->index(2, 0).isValid());
     QVERIFY(!mModel->index(0, 1).isValid());
-    QVERIFY(!mModel->index(0, 0, mModel->findTitle(u"a"_qs)).isValid());
-    QVERIFY(mModel->index(0, 0, mModel->findTitle(u"b"_qs)).isValid());
+    QVERIFY(!mModel->index(0, 0, mModel->findTitle(u"a"_s)).isValid());
+    QVERIFY(mModel->index(0, 0, mModel->findTitle(u"b"_s)).isValid());
 }
 
 void TstKeywordModel::aKeywordShowsTitleAndColor()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const QModelIndex index = mModel->index(1);
     QVERIFY(mModel->setColor(index, Qt::red));
-    QCOMPARE(index.data(Qt::DisplayRole).toString(), u"a"_qs);
-    QCOMPARE(index.data(Qt::EditRole).toString(), u"a"_qs);
+    QCOMPARE(index.data(Qt::DisplayRole).toString(), u"a"_s);
+    QCOMPARE(index.data(Qt::EditRole).toString(), u"a"_s);
     QCOMPARE(index.data(33).value<QColor>(), QColor(Qt::red));
     const auto icon = index.data(Qt::DecorationRole).value<QIcon>();
     QCOMPARE(icon.pixmap(QSize(16, 16), 1.0).toImage(),
              TVLIcon(Qt::red, TVLIcon::Shape(1)).pixmap(QSize(16, 16), 1.0).toImage());
-    QCOMPARE(mModel->title(index), u"a"_qs);
+    QCOMPARE(mModel->title(index), u"a"_s);
     QCOMPARE(mModel->color(index), QColor(Qt::red));
     QCOMPARE(mModel->title(QModelIndex()), QString());
     QVERIFY(!mModel->color(QModelIndex()).isValid());
@@ -188,7 +190,7 @@ void TstKeywordModel::aKeywordShowsTitleAndColor()
 
 void TstKeywordModel::otherRolesGiveNothing()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     for (const int role : {int(Qt::ToolTipRole), int(Qt::UserRole), 32, 34})
         QCOMPARE(mModel->index(1).data(role), QVariant());
     QCOMPARE(mModel->data(QModelIndex()), QVariant());
@@ -200,19 +202,19 @@ void TstKeywordModel::valuesAreSetByRole_data()
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QColor>("color");
-    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u" b  c "_qs) << u"b c"_qs
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u" b  c "_s) << u"b c"_s
                              << QColor(Qt::red);
-    QTest::newRow("edit") << int(Qt::EditRole) << QVariant(12) << u"12"_qs << QColor(Qt::red);
-    QTest::newRow("decoration") << int(Qt::DecorationRole) << QVariant(QColor(Qt::blue)) << u"a"_qs
+    QTest::newRow("edit") << int(Qt::EditRole) << QVariant(12) << u"12"_s << QColor(Qt::red);
+    QTest::newRow("decoration") << int(Qt::DecorationRole) << QVariant(QColor(Qt::blue)) << u"a"_s
                                 << QColor(Qt::blue);
-    QTest::newRow("color") << 33 << QVariant(u"#00ff00"_qs) << u"a"_qs << QColor(0, 255, 0);
+    QTest::newRow("color") << 33 << QVariant(u"#00ff00"_s) << u"a"_s << QColor(0, 255, 0);
 }
 
 void TstKeywordModel::valuesAreSetByRole()
 {
     QFETCH(const int, role);
     QFETCH(const QVariant, value);
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     QVERIFY(mModel->setColor(mModel->index(1), Qt::red));
     QVERIFY(mModel->setData(mModel->index(1), value, role));
     QTEST(mModel->title(mModel->index(1)), "title");
@@ -224,21 +226,21 @@ void TstKeywordModel::valuesThatDoNotConvertAreRefused_data()
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
     QTest::newRow("no text") << int(Qt::EditRole) << QVariant::fromValue(QSize());
-    QTest::newRow("only spaces") << int(Qt::EditRole) << QVariant(u"  "_qs);
+    QTest::newRow("only spaces") << int(Qt::EditRole) << QVariant(u"  "_s);
     QTest::newRow("no color") << 33 << QVariant::fromValue(QSize());
-    QTest::newRow("other role") << int(Qt::ToolTipRole) << QVariant(u"x"_qs);
+    QTest::newRow("other role") << int(Qt::ToolTipRole) << QVariant(u"x"_s);
 }
 
 void TstKeywordModel::valuesThatDoNotConvertAreRefused()
 {
     QFETCH(const int, role);
     QFETCH(const QVariant, value);
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
     QVERIFY(!mModel->setData(mModel->index(1), value, role));
     QVERIFY(!mModel->setData(QModelIndex(), value, role));
     QCOMPARE(changes.size(), 0);
-    QCOMPARE(mModel->title(mModel->index(1)), u"a"_qs);
+    QCOMPARE(mModel->title(mModel->index(1)), u"a"_s);
 }
 
 // --- Inserting
@@ -247,28 +249,28 @@ void TstKeywordModel::aKeywordIsInsertedAtItsRow_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("text");
-    QTest::newRow("negative") << -7 << u"n a b c"_qs;
-    QTest::newRow("first") << 0 << u"n a b c"_qs;
-    QTest::newRow("inside") << 2 << u"a b n c"_qs;
-    QTest::newRow("last") << 3 << u"a b c n"_qs;
-    QTest::newRow("too large") << 99 << u"a b c n"_qs;
+    QTest::newRow("negative") << -7 << u"n a b c"_s;
+    QTest::newRow("first") << 0 << u"n a b c"_s;
+    QTest::newRow("inside") << 2 << u"a b n c"_s;
+    QTest::newRow("last") << 3 << u"a b c n"_s;
+    QTest::newRow("too large") << 99 << u"a b c n"_s;
 }
 
 void TstKeywordModel::aKeywordIsInsertedAtItsRow()
 {
     QFETCH(const int, row);
-    addKeywords(mModel.get(), {}, u"a b c"_qs);
-    QVERIFY(mModel->insertItem(row, QModelIndex(), u"n"_qs));
+    addKeywords(mModel.get(), {}, u"a b c"_s);
+    QVERIFY(mModel->insertItem(row, QModelIndex(), u"n"_s));
     QTEST(keywordText(mModel.get()), "text");
 }
 
 void TstKeywordModel::aKeywordIsInsertedBelowAnother()
 {
-    addKeywords(mModel.get(), {}, u"a b"_qs);
-    QVERIFY(mModel->insertItem(0, mModel->index(2), u"x"_qs));
-    QVERIFY(mModel->insertItem(0, mModel->index(3), u"y"_qs));
-    QVERIFY(mModel->insertItem(0, mModel->index(2), u"z"_qs));
-    QCOMPARE(keywordText(mModel.get()), u"a b(z x(y))"_qs);
+    addKeywords(mModel.get(), {}, u"a b"_s);
+    QVERIFY(mModel->insertItem(0, mModel->index(2), u"x"_s));
+    QVERIFY(mModel->insertItem(0, mModel->index(3), u"y"_s));
+    QVERIFY(mModel->insertItem(0, mModel->index(2), u"z"_s));
+    QCOMPARE(keywordText(mModel.get()), u"a b(z x(y))"_s);
     QCOMPARE(mModel->allChidren(2), QSet<int>({2, 3, 4, 5}));
     QCOMPARE(mModel->allChidren(3), QSet<int>({3, 4}));
     QCOMPARE(mModel->orderedIds(), QList<int>({1, 2, 5, 3, 4}));
@@ -294,48 +296,48 @@ void TstKeywordModel::aNewKeywordHasARandomOpaqueColor()
 
 void TstKeywordModel::aTitleIsSimplified()
 {
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"\t two \n words\u00a0"_qs));
-    QCOMPARE(mModel->title(mModel->index(1)), u"two words"_qs);
-    QVERIFY(mModel->setTitle(mModel->index(1), u"  other   words "_qs));
-    QCOMPARE(mModel->title(mModel->index(1)), u"other words"_qs);
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"\t two \n words\u00a0"_s));
+    QCOMPARE(mModel->title(mModel->index(1)), u"two words"_s);
+    QVERIFY(mModel->setTitle(mModel->index(1), u"  other   words "_s));
+    QCOMPARE(mModel->title(mModel->index(1)), u"other words"_s);
 }
 
 void TstKeywordModel::aTitleOfOnlySpacesIsRefused()
 {
-    QVERIFY(!mModel->insertItem(0, QModelIndex(), u"  \t\n "_qs));
+    QVERIFY(!mModel->insertItem(0, QModelIndex(), u"  \t\n "_s));
     QVERIFY(!mModel->insertItem(0, QModelIndex(), QString()));
     QCOMPARE(mModel->rowCount(), 0);
-    addKeywords(mModel.get(), {}, u"a"_qs);
-    QVERIFY(!mModel->setTitle(mModel->index(1), u"   "_qs));
-    QCOMPARE(mModel->title(mModel->index(1)), u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
+    QVERIFY(!mModel->setTitle(mModel->index(1), u"   "_s));
+    QCOMPARE(mModel->title(mModel->index(1)), u"a"_s);
 }
 
 void TstKeywordModel::aTitleThatIsTakenAnywhereIsRefused_data()
 {
     QTest::addColumn<QString>("title");
-    QTest::newRow("the same") << u"Deep Sea"_qs;
-    QTest::newRow("other case") << u"dEEP sEA"_qs;
-    QTest::newRow("runs of spaces") << u"  Deep \t Sea "_qs;
-    QTest::newRow("both") << u" deep   SEA"_qs;
+    QTest::newRow("the same") << u"Deep Sea"_s;
+    QTest::newRow("other case") << u"dEEP sEA"_s;
+    QTest::newRow("runs of spaces") << u"  Deep \t Sea "_s;
+    QTest::newRow("both") << u" deep   SEA"_s;
 }
 
 void TstKeywordModel::aTitleThatIsTakenAnywhereIsRefused()
 {
     QFETCH(const QString, title);
-    addKeywords(mModel.get(), {}, u"a(b)"_qs);
-    QVERIFY(mModel->insertItem(0, mModel->findTitle(u"b"_qs), u"Deep Sea"_qs));
+    addKeywords(mModel.get(), {}, u"a(b)"_s);
+    QVERIFY(mModel->insertItem(0, mModel->findTitle(u"b"_s), u"Deep Sea"_s));
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
     QVERIFY(!mModel->insertItem(0, QModelIndex(), title));
-    QVERIFY(!mModel->insertItem(0, mModel->findTitle(u"a"_qs), title));
+    QVERIFY(!mModel->insertItem(0, mModel->findTitle(u"a"_s), title));
     QCOMPARE(changes.size(), 0);
-    QCOMPARE(keywordText(mModel.get()), u"a(b(Deep Sea))"_qs);
+    QCOMPARE(keywordText(mModel.get()), u"a(b(Deep Sea))"_s);
 }
 
 void TstKeywordModel::aKeywordCannotBeInsertedBelowAnotherModelsKeyword()
 {
     TVLKeywordModel other(nullptr);
-    QVERIFY(other.insertItem(0, QModelIndex(), u"x"_qs));
-    QVERIFY(!mModel->insertItem(0, other.index(1), u"y"_qs));
+    QVERIFY(other.insertItem(0, QModelIndex(), u"x"_s));
+    QVERIFY(!mModel->insertItem(0, other.index(1), u"y"_s));
     QCOMPARE(mModel->rowCount(), 0);
     QCOMPARE(mModel->title(other.index(1)), QString());
     QVERIFY(!mModel->removeItem(other.index(1)));
@@ -349,17 +351,17 @@ void TstKeywordModel::findTitleIgnoresBlanksAndCase_data()
 void TstKeywordModel::findTitleIgnoresBlanksAndCase()
 {
     QFETCH(const QString, title);
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"Deep Sea"_qs));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"Deep Sea"_s));
     QCOMPARE(mModel->findTitle(title), mModel->index(1));
     QVERIFY(!mModel->findTitle(title + u'x').isValid());
-    QVERIFY(!mModel->findTitle(u"DeepSea"_qs).isValid());
+    QVERIFY(!mModel->findTitle(u"DeepSea"_s).isValid());
 }
 
 void TstKeywordModel::titlesAreEqualAsAComparisonWithoutCaseSays()
 {
     // Every character against what its own case forms are.
     mTester.reset();
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const QModelIndex index = mModel->index(1);
     for (char32_t character = 0x21; character < 0x1e944; ++character) {
         if (QChar::isSurrogate(character) || QChar::isSpace(character))
@@ -381,13 +383,13 @@ void TstKeywordModel::theLowestIdentityAnswersToATitle()
 {
     for (const int id : {9, 4, 7}) {
         const QModelIndex index = mModel->addChild(id, -1);
-        QVERIFY(mModel->setTitle(index, id == 7 ? u"SAME"_qs : u"same"_qs));
+        QVERIFY(mModel->setTitle(index, id == 7 ? u"SAME"_s : u"same"_s));
     }
-    QCOMPARE(mModel->findTitle(u"Same"_qs), mModel->index(4));
+    QCOMPARE(mModel->findTitle(u"Same"_s), mModel->index(4));
     QVERIFY(mModel->removeItem(mModel->index(4)));
-    QCOMPARE(mModel->findTitle(u"Same"_qs), mModel->index(7));
-    QVERIFY(mModel->setTitle(mModel->index(7), u"other"_qs));
-    QCOMPARE(mModel->findTitle(u"Same"_qs), mModel->index(9));
+    QCOMPARE(mModel->findTitle(u"Same"_s), mModel->index(7));
+    QVERIFY(mModel->setTitle(mModel->index(7), u"other"_s));
+    QCOMPARE(mModel->findTitle(u"Same"_s), mModel->index(9));
     QCOMPARE(keywordsOutOfStep(mModel.get(), *mIndex), QString());
 }
 
@@ -395,23 +397,23 @@ void TstKeywordModel::theLowestIdentityAnswersToATitle()
 
 void TstKeywordModel::identitiesCountFromOne()
 {
-    addKeywords(mModel.get(), {}, u"a b(c)"_qs);
-    QCOMPARE(mModel->findTitle(u"a"_qs).internalId(), quintptr(1));
-    QCOMPARE(mModel->findTitle(u"b"_qs).internalId(), quintptr(2));
-    QCOMPARE(mModel->findTitle(u"c"_qs).internalId(), quintptr(3));
+    addKeywords(mModel.get(), {}, u"a b(c)"_s);
+    QCOMPARE(mModel->findTitle(u"a"_s).internalId(), quintptr(1));
+    QCOMPARE(mModel->findTitle(u"b"_s).internalId(), quintptr(2));
+    QCOMPARE(mModel->findTitle(u"c"_s).internalId(), quintptr(3));
     QCOMPARE(mModel->createId(), 4);
 }
 
 void TstKeywordModel::aRemovedIdentityComesBackFirst()
 {
-    addKeywords(mModel.get(), {}, u"a b c d e"_qs);
+    addKeywords(mModel.get(), {}, u"a b c d e"_s);
     QVERIFY(mModel->removeItem(mModel->index(3)));
     QCOMPARE(mModel->createId(), 3);
     QVERIFY(mModel->removeItem(mModel->index(2)));
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_qs));
-    QCOMPARE(mModel->findTitle(u"x"_qs), mModel->index(2));
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"y"_qs));
-    QCOMPARE(mModel->findTitle(u"y"_qs), mModel->index(3));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_s));
+    QCOMPARE(mModel->findTitle(u"x"_s), mModel->index(2));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"y"_s));
+    QCOMPARE(mModel->findTitle(u"y"_s), mModel->index(3));
     QCOMPARE(mModel->createId(), 6);
 }
 
@@ -420,7 +422,7 @@ void TstKeywordModel::identitiesThatWereLoadedArePassedOver()
     for (const int id : {0, 2, 5, 1})
         QVERIFY(mModel->addChild(id, -1).isValid());
     QCOMPARE(mModel->createId(), 3);
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_qs));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_s));
     QCOMPARE(mModel->createId(), 4);
     QVERIFY(mModel->addChild(4, -1).isValid());
     QCOMPARE(mModel->createId(), 6);
@@ -430,7 +432,7 @@ void TstKeywordModel::theLargestIdentityIsNoEnd()
 {
     QVERIFY(mModel->addChild(std::numeric_limits<int>::max(), -1).isValid());
     QCOMPARE(mModel->createId(), 1);
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_qs));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"x"_s));
     QVERIFY(mModel->removeItem(mModel->index(std::numeric_limits<int>::max())));
     QCOMPARE(keywordsOutOfStep(mModel.get(), *mIndex), QString());
 }
@@ -439,20 +441,20 @@ void TstKeywordModel::theLargestIdentityIsNoEnd()
 
 void TstKeywordModel::renamingAllowsATitleThatIsTaken()
 {
-    addKeywords(mModel.get(), {}, u"a b"_qs);
-    QVERIFY(mModel->setTitle(mModel->index(2), u"A"_qs));
-    QCOMPARE(keywordText(mModel.get()), u"a A"_qs);
-    QCOMPARE(mModel->findTitle(u"a"_qs), mModel->index(1));
+    addKeywords(mModel.get(), {}, u"a b"_s);
+    QVERIFY(mModel->setTitle(mModel->index(2), u"A"_s));
+    QCOMPARE(keywordText(mModel.get()), u"a A"_s);
+    QCOMPARE(mModel->findTitle(u"a"_s), mModel->index(1));
 }
 
 void TstKeywordModel::aRenamedKeywordAnswersToItsNewTitleOnly()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     QSignalSpy data(mModel.get(), &TVLKeywordModel::dataChanged);
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
-    QVERIFY(mModel->setTitle(mModel->index(1), u"b"_qs));
-    QVERIFY(!mModel->findTitle(u"a"_qs).isValid());
-    QCOMPARE(mModel->findTitle(u"b"_qs), mModel->index(1));
+    QVERIFY(mModel->setTitle(mModel->index(1), u"b"_s));
+    QVERIFY(!mModel->findTitle(u"a"_s).isValid());
+    QCOMPARE(mModel->findTitle(u"b"_s), mModel->index(1));
     QCOMPARE(data.size(), 1);
     QCOMPARE(data.constFirst().at(0).toModelIndex(), mModel->index(1));
     QCOMPARE(data.constFirst().at(1).toModelIndex(), mModel->index(1));
@@ -461,7 +463,7 @@ void TstKeywordModel::aRenamedKeywordAnswersToItsNewTitleOnly()
 
 void TstKeywordModel::aColorIsSet()
 {
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const QSignalSpy data(mModel.get(), &TVLKeywordModel::dataChanged);
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
     QVERIFY(mModel->setColor(mModel->index(1), QColor(1, 2, 3)));
@@ -472,12 +474,12 @@ void TstKeywordModel::aColorIsSet()
 
 void TstKeywordModel::settersRefuseWhatIsNoKeyword()
 {
-    QVERIFY(!mModel->setTitle(QModelIndex(), u"x"_qs));
+    QVERIFY(!mModel->setTitle(QModelIndex(), u"x"_s));
     QVERIFY(!mModel->setColor(QModelIndex(), Qt::red));
-    addKeywords(mModel.get(), {}, u"a"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
     const QModelIndex gone = mModel->index(1);
     QVERIFY(mModel->removeItem(gone));
-    QVERIFY(!mModel->setTitle(gone, u"x"_qs));
+    QVERIFY(!mModel->setTitle(gone, u"x"_s));
     QVERIFY(!mModel->setColor(gone, Qt::red));
     QVERIFY(!mModel->removeItem(gone));
 }
@@ -525,22 +527,22 @@ void TstKeywordModel::loadingAgainMakesTheKeywordAnew_data()
     QTest::addColumn<int>("parentId");
     QTest::addColumn<QString>("text");
     // All of it: a(b(c) d) e, with the identities 1 to 5.
-    QTest::newRow("below another") << 2 << 5 << u"a(d) e((c))"_qs;
-    QTest::newRow("at the top level") << 2 << -1 << u"a(d) e (c)"_qs;
-    QTest::newRow("at the end of its parent") << 2 << 1 << u"a(d (c)) e"_qs;
-    QTest::newRow("where it is") << 4 << 1 << u"a(b(c) ) e"_qs;
-    QTest::newRow("below itself") << 2 << 2 << u"a((c) d) e"_qs;
-    QTest::newRow("below what is in it") << 1 << 3 << u"(b(c) d) e"_qs;
-    QTest::newRow("below an unknown one") << 3 << 40 << u"a(b d) e "_qs;
+    QTest::newRow("below another") << 2 << 5 << u"a(d) e((c))"_s;
+    QTest::newRow("at the top level") << 2 << -1 << u"a(d) e (c)"_s;
+    QTest::newRow("at the end of its parent") << 2 << 1 << u"a(d (c)) e"_s;
+    QTest::newRow("where it is") << 4 << 1 << u"a(b(c) ) e"_s;
+    QTest::newRow("below itself") << 2 << 2 << u"a((c) d) e"_s;
+    QTest::newRow("below what is in it") << 1 << 3 << u"(b(c) d) e"_s;
+    QTest::newRow("below an unknown one") << 3 << 40 << u"a(b d) e "_s;
 }
 
 void TstKeywordModel::loadingAgainMakesTheKeywordAnew()
 {
     QFETCH(const int, id);
     QFETCH(const int, parentId);
-    addKeywords(mModel.get(), {}, u"a"_qs);
-    addKeywords(mModel.get(), mModel->index(1), u"b(c) d"_qs);
-    addKeywords(mModel.get(), {}, u"e"_qs);
+    addKeywords(mModel.get(), {}, u"a"_s);
+    addKeywords(mModel.get(), mModel->index(1), u"b(c) d"_s);
+    addKeywords(mModel.get(), {}, u"e"_s);
     const QModelIndex index = mModel->addChild(id, parentId);
     QCOMPARE(index, mModel->index(id));
     QCOMPARE(mModel->title(index), QString());
@@ -553,20 +555,20 @@ void TstKeywordModel::loadingAgainMakesTheKeywordAnew()
 
 void TstKeywordModel::removingAKeywordTellsAllBelowItOnce()
 {
-    addKeywords(mModel.get(), {}, u"a(b(c) d) e"_qs);
+    addKeywords(mModel.get(), {}, u"a(b(c) d) e"_s);
     QSignalSpy removed(mModel.get(), &TVLKeywordModel::keywordsAboutToBeRemoved);
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
     QVERIFY(mModel->removeItem(mModel->index(1)));
     QCOMPARE(removed.size(), 1);
     QCOMPARE(removed.constFirst().at(0).value<QSet<int>>(), QSet<int>({1, 2, 3, 4}));
     QCOMPARE(changes.size(), 1);
-    QCOMPARE(keywordText(mModel.get()), u"e"_qs);
+    QCOMPARE(keywordText(mModel.get()), u"e"_s);
     QCOMPARE(keywordsOutOfStep(mModel.get(), *mIndex), QString());
 }
 
 void TstKeywordModel::whatIsRemovedIsStillKnownWhenItIsTold()
 {
-    addKeywords(mModel.get(), {}, u"a b(c) d"_qs);
+    addKeywords(mModel.get(), {}, u"a b(c) d"_s);
     QSet<int> affected;
     bool isIndexGone = false;
     connect(mModel.get(), &TVLKeywordModel::keywordsAboutToBeRemoved, this, [&](const auto &ids) {
@@ -590,11 +592,11 @@ void TstKeywordModel::removingWhatIsNoKeywordIsRefused()
 void TstKeywordModel::everyChangeIsTold()
 {
     const QSignalSpy changes(mModel.get(), &TVLKeywordModel::modelChanged);
-    QVERIFY(mModel->insertItem(0, QModelIndex(), u"a"_qs));
+    QVERIFY(mModel->insertItem(0, QModelIndex(), u"a"_s));
     QCOMPARE(changes.size(), 1);
     QVERIFY(mModel->addChild(2, 1).isValid());
     QCOMPARE(changes.size(), 2);
-    QVERIFY(mModel->setTitle(mModel->index(2), u"b"_qs));
+    QVERIFY(mModel->setTitle(mModel->index(2), u"b"_s));
     QCOMPARE(changes.size(), 3);
     QVERIFY(mModel->setColor(mModel->index(2), Qt::red));
     QCOMPARE(changes.size(), 4);
@@ -604,24 +606,24 @@ void TstKeywordModel::everyChangeIsTold()
 
 void TstKeywordModel::theSearchIndexFollows()
 {
-    addKeywords(mModel.get(), {}, u"a(b)"_qs);
-    QCOMPARE(keywordRow(*mIndex, 1), u"a"_qs);
-    QCOMPARE(keywordRow(*mIndex, 2), u"b"_qs);
-    QVERIFY(mModel->setTitle(mModel->index(2), u" c "_qs));
-    QCOMPARE(keywordRow(*mIndex, 2), u"c"_qs);
+    addKeywords(mModel.get(), {}, u"a(b)"_s);
+    QCOMPARE(keywordRow(*mIndex, 1), u"a"_s);
+    QCOMPARE(keywordRow(*mIndex, 2), u"b"_s);
+    QVERIFY(mModel->setTitle(mModel->index(2), u" c "_s));
+    QCOMPARE(keywordRow(*mIndex, 2), u"c"_s);
     QVERIFY(mModel->removeItem(mModel->index(1)));
-    QCOMPARE(keywordRow(*mIndex, 1), u"none"_qs);
-    QCOMPARE(keywordRow(*mIndex, 2), u"none"_qs);
+    QCOMPARE(keywordRow(*mIndex, 1), u"none"_s);
+    QCOMPARE(keywordRow(*mIndex, 2), u"none"_s);
 }
 
 void TstKeywordModel::aModelWorksWithoutSearchIndex()
 {
     TVLKeywordModel model(nullptr);
-    addKeywords(&model, {}, u"a(b) c"_qs);
+    addKeywords(&model, {}, u"a(b) c"_s);
     QVERIFY(model.addChild(9, 3).isValid());
-    QVERIFY(model.setTitle(model.index(2), u"x"_qs));
+    QVERIFY(model.setTitle(model.index(2), u"x"_s));
     QVERIFY(model.removeItem(model.index(3)));
-    QCOMPARE(keywordText(&model), u"a(x)"_qs);
+    QCOMPARE(keywordText(&model), u"a(x)"_s);
 }
 
 // --- Many
@@ -635,7 +637,7 @@ void TstKeywordModel::randomEditsKeepEverythingInStep()
                              : mModel->index(ids.at(random.bounded(int(ids.size()))));
     };
     // Few words, so that titles clash.
-    const auto anyTitle = [&] { return u"W%1 x"_qs.arg(random.bounded(60)); };
+    const auto anyTitle = [&] { return u"W%1 x"_s.arg(random.bounded(60)); };
     for (int step = 1; step <= 10000; ++step) {
         const QModelIndex index = anyIndex();
         switch (random.bounded(7)) {
@@ -679,15 +681,15 @@ void TstKeywordModel::manyKeywordsLoad()
     timer.start();
     for (int id = Count; id > 0; --id) {
         const QModelIndex index = mModel->addChild(id, id % 10 == 0 ? -1 : id - id % 10 + 10);
-        QVERIFY(mModel->setTitle(index, u"Keyword %1"_qs.arg(id)));
+        QVERIFY(mModel->setTitle(index, u"Keyword %1"_s.arg(id)));
         QVERIFY(mModel->setColor(index, Qt::red));
     }
     qInfo("%d keywords loaded in %lld ms", Count, timer.restart());
     QCOMPARE(mModel->orderedIds().size(), Count);
     for (int id = 1; id <= Count; ++id)
-        QCOMPARE(mModel->findTitle(u"keyword %1"_qs.arg(id)).internalId(), quintptr(id));
+        QCOMPARE(mModel->findTitle(u"keyword %1"_s.arg(id)).internalId(), quintptr(id));
     for (int i = 0; i < 20000; ++i)
-        QVERIFY(mModel->insertItem(0, QModelIndex(), u"New %1"_qs.arg(i)));
+        QVERIFY(mModel->insertItem(0, QModelIndex(), u"New %1"_s.arg(i)));
     QCOMPARE(mModel->createId(), Count + 20001);
     for (int id = 1; id <= 10000; ++id) {
         QVERIFY(mModel->removeItem(mModel->index(Count + 2 * id)));
@@ -700,10 +702,10 @@ void TstKeywordModel::manyKeywordsOfOneTitleLoad()
 {
     mTester.reset();
     for (int id = 50000; id > 0; --id)
-        QVERIFY(mModel->setTitle(mModel->addChild(id, -1), u"Same"_qs));
+        QVERIFY(mModel->setTitle(mModel->addChild(id, -1), u"Same"_s));
     for (int id = 1; id <= 50000; ++id) {
-        QCOMPARE(mModel->findTitle(u"same"_qs).internalId(), quintptr(id));
-        QVERIFY(mModel->setTitle(mModel->index(id), u"Other"_qs));
+        QCOMPARE(mModel->findTitle(u"same"_s).internalId(), quintptr(id));
+        QVERIFY(mModel->setTitle(mModel->index(id), u"Other"_s));
     }
 }
 

@@ -10,6 +10,8 @@
 #include <functional>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 /** Who hears of a change of keywords may remove any of them. */
 class TstKeywordReentrancy : public QObject
 {
@@ -44,26 +46,25 @@ using Change = void (*)(TVLKeywordModel *model);
 
 const std::pair<const char *, Change> Changes[] = {
     {"insertItem",
-     [](TVLKeywordModel *model) { model->insertItem(1, model->findTitle(u"b"_qs), u"n"_qs); }},
+     [](TVLKeywordModel *model) { model->insertItem(1, model->findTitle(u"b"_s), u"n"_s); }},
     {"addChild", [](TVLKeywordModel *model) { model->addChild(20, 2); }},
     {"addChild of one that is there", [](TVLKeywordModel *model) { model->addChild(1, 4); }},
-    {"setTitle",
-     [](TVLKeywordModel *model) { model->setTitle(model->findTitle(u"b"_qs), u"n"_qs); }},
+    {"setTitle", [](TVLKeywordModel *model) { model->setTitle(model->findTitle(u"b"_s), u"n"_s); }},
     {"setColor",
-     [](TVLKeywordModel *model) { model->setColor(model->findTitle(u"b"_qs), Qt::red); }},
-    {"removeItem", [](TVLKeywordModel *model) { model->removeItem(model->findTitle(u"b"_qs)); }},
+     [](TVLKeywordModel *model) { model->setColor(model->findTitle(u"b"_s), Qt::red); }},
+    {"removeItem", [](TVLKeywordModel *model) { model->removeItem(model->findTitle(u"b"_s)); }},
     {"dropping copies",
      [](TVLKeywordModel *model) {
-         drop(model, u"m a n o"_qs, Qt::CopyAction, 1, model->findTitle(u"b"_qs));
+         drop(model, u"m a n o"_s, Qt::CopyAction, 1, model->findTitle(u"b"_s));
      }},
     {"dropping copies at the top",
-     [](TVLKeywordModel *model) { drop(model, u"m a n o"_qs, Qt::CopyAction, 1, {}); }},
+     [](TVLKeywordModel *model) { drop(model, u"m a n o"_s, Qt::CopyAction, 1, {}); }},
     {"moving",
      [](TVLKeywordModel *model) {
-         drop(model, u"e a f"_qs, Qt::MoveAction, 1, model->findTitle(u"b"_qs));
+         drop(model, u"e a f"_s, Qt::MoveAction, 1, model->findTitle(u"b"_s));
      }},
     {"moving to the top",
-     [](TVLKeywordModel *model) { drop(model, u"d e c"_qs, Qt::MoveAction, 1, {}); }},
+     [](TVLKeywordModel *model) { drop(model, u"d e c"_s, Qt::MoveAction, 1, {}); }},
 };
 
 /** Removes a keyword when it is told of the n-th change. */
@@ -116,7 +117,7 @@ int runOnce(Change change, Victim victim, int turn, QString *wrong)
 {
     TVLSearchIndex index;
     TVLKeywordModel model(&index);
-    addKeywords(&model, {}, u"a b(c d) e(f)"_qs);
+    addKeywords(&model, {}, u"a b(c d) e(f)"_s);
     const QAbstractItemModelTester tester(&model,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     const Remover remover(&model, victim, turn);
@@ -146,7 +147,7 @@ void TstKeywordReentrancy::aListenerMayRemoveKeywords()
     QVERIFY(turns > 0);
     for (int turn = 1; turn <= turns; ++turn) {
         (void)runOnce(Changes[change].second, Victim(victim), turn, &wrong);
-        QVERIFY2(wrong.isEmpty(), qPrintable(u"turn %1: "_qs.arg(turn) + wrong));
+        QVERIFY2(wrong.isEmpty(), qPrintable(u"turn %1: "_s.arg(turn) + wrong));
     }
 }
 
@@ -154,22 +155,22 @@ void TstKeywordReentrancy::whileKeywordsGoNoOtherRowsChange()
 {
     TVLSearchIndex index;
     TVLKeywordModel model(&index);
-    addKeywords(&model, {}, u"a b(c d) e(f)"_qs);
+    addKeywords(&model, {}, u"a b(c d) e(f)"_s);
     const QAbstractItemModelTester tester(&model,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     int calls = 0;
     connect(&model, &TVLKeywordModel::keywordsAboutToBeRemoved, this, [&] {
         ++calls;
-        QVERIFY(!model.removeItem(model.findTitle(u"a"_qs)));
-        QVERIFY(!model.insertItem(0, QModelIndex(), u"n"_qs));
+        QVERIFY(!model.removeItem(model.findTitle(u"a"_s)));
+        QVERIFY(!model.insertItem(0, QModelIndex(), u"n"_s));
         QVERIFY(!model.addChild(20, 1).isValid());
-        QVERIFY(!drop(&model, u"a"_qs, Qt::MoveAction, 0, model.findTitle(u"e"_qs)));
-        QVERIFY(!drop(&model, u"n"_qs, Qt::CopyAction, 0, {}));
+        QVERIFY(!drop(&model, u"a"_s, Qt::MoveAction, 0, model.findTitle(u"e"_s)));
+        QVERIFY(!drop(&model, u"n"_s, Qt::CopyAction, 0, {}));
     });
-    QVERIFY(model.removeItem(model.findTitle(u"b"_qs)));
+    QVERIFY(model.removeItem(model.findTitle(u"b"_s)));
     QCOMPARE(calls, 1);
-    QCOMPARE(keywordText(&model), u"a e(f)"_qs);
-    QVERIFY(model.insertItem(0, QModelIndex(), u"n"_qs));
+    QCOMPARE(keywordText(&model), u"a e(f)"_s);
+    QVERIFY(model.insertItem(0, QModelIndex(), u"n"_s));
     QCOMPARE(keywordsOutOfStep(&model, index), QString());
 }
 
@@ -177,10 +178,10 @@ void TstKeywordReentrancy::aKeywordThatIsAnnouncedIsKnownToTheSearch()
 {
     TVLSearchIndex index;
     TVLKeywordModel model(&index);
-    QString wrong = u"not told"_qs;
+    QString wrong = u"not told"_s;
     connect(&model, &TVLKeywordModel::rowsInserted, this,
             [&] { wrong = keywordsOutOfStep(&model, index); });
-    QVERIFY(model.insertItem(0, QModelIndex(), u"a"_qs));
+    QVERIFY(model.insertItem(0, QModelIndex(), u"a"_s));
     QCOMPARE(wrong, QString());
 }
 

@@ -2,10 +2,12 @@
 
 #include "TVLDoors.h"
 
+using namespace Qt::StringLiterals;
+
 TVLCollectionMetaData collection(TVL::CollectionType type, const QString &title, const Ids &ids)
 {
     TVLCollectionMetaData made;
-    made.mId = u"id of "_qs + title;
+    made.mId = u"id of "_s + title;
     made.mTitle = title;
     made.mColor = QColor(10, 20, 30);
     made.mType = type;
@@ -15,8 +17,8 @@ TVLCollectionMetaData collection(TVL::CollectionType type, const QString &title,
 
 TVLCollectionMetaData fullRecord(TVL::CollectionType type)
 {
-    TVLCollectionMetaData record = collection(type, u"Full"_qs, {3, 0});
-    record.mSearchText = u"a & b"_qs;
+    TVLCollectionMetaData record = collection(type, u"Full"_s, {3, 0});
+    record.mSearchText = u"a & b"_s;
     record.mSearchOperator = TVL::WholeWordOperator;
     record.mSearchProperty = TVL::NotesProperty;
     record.mSearchScope = TVL::DraftScope | TVL::ExcludeTrashScope;
@@ -27,11 +29,11 @@ TVLCollectionMetaData fullRecord(TVL::CollectionType type)
 
 Collections fiveCollections()
 {
-    return {collection(TVL::BinderCollection, u"Binder"_qs),
-            collection(TVL::RecentSearchCollection, u"Found"_qs),
-            collection(TVL::ArbitraryCollection, u"Mine"_qs, {3, 1}),
-            collection(TVL::SavedSearchCollection, u"Search"_qs),
-            collection(TVL::ArbitraryCollection, u"Yours"_qs)};
+    return {collection(TVL::BinderCollection, u"Binder"_s),
+            collection(TVL::RecentSearchCollection, u"Found"_s),
+            collection(TVL::ArbitraryCollection, u"Mine"_s, {3, 1}),
+            collection(TVL::SavedSearchCollection, u"Search"_s),
+            collection(TVL::ArbitraryCollection, u"Yours"_s)};
 }
 
 const Collections Five = fiveCollections();
@@ -66,22 +68,22 @@ CollectionLog::CollectionLog(const TVLProjectModel *model)
     using Record = TVLCollectionMetaData;
     const auto on = [this, model](auto signal, auto text) {
         QObject::connect(model, signal, &mContext, [this, model, text](const auto &...args) {
-            mLines.append(u"%1 of %2"_qs.arg(text(args...)).arg(model->collections().size()));
+            mLines.append(u"%1 of %2"_s.arg(text(args...)).arg(model->collections().size()));
         });
     };
     const auto withRecord = [this](const char *what) {
         return [this, what](int position, const Record &record) {
             mRecords.append(record);
-            return u"%1 %2 %3"_qs.arg(QLatin1String(what)).arg(position).arg(record.mTitle);
+            return u"%1 %2 %3"_s.arg(QLatin1String(what)).arg(position).arg(record.mTitle);
         };
     };
     on(&Model::collectionAboutToBeInserted, withRecord("to come"));
     on(&Model::collectionInserted, withRecord("came"));
     on(qOverload<int, Record>(&Model::collectionChanged), withRecord("changed"));
-    on(&Model::collectionAboutToBeRemoved, [](int at) { return u"to go %1"_qs.arg(at); });
-    on(&Model::collectionRemoved, [](int at) { return u"gone %1"_qs.arg(at); });
-    on(qOverload<>(&Model::collectionChanged), [] { return u"changed"_qs; });
-    on(&Model::modifiedChanged, [](bool is) { return is ? u"modified"_qs : u"saved"_qs; });
+    on(&Model::collectionAboutToBeRemoved, [](int at) { return u"to go %1"_s.arg(at); });
+    on(&Model::collectionRemoved, [](int at) { return u"gone %1"_s.arg(at); });
+    on(qOverload<>(&Model::collectionChanged), [] { return u"changed"_s; });
+    on(&Model::modifiedChanged, [](bool is) { return is ? u"modified"_s : u"saved"_s; });
 }
 
 QString EchoTranslator::translate(const char *context, const char *text, const char *disambiguation,

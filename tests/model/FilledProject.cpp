@@ -8,12 +8,14 @@
 #include <QPageLayout>
 #include <QPrinter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString BinderFile = u"Novel.tavelx"_qs;
+const QString BinderFile = u"Novel.tavelx"_s;
 
-const TVLMetaDataField Pov = {u"pov"_qs, u"Point of <view>"_qs, true, QColor(1, 2, 3)};
-const TVLMetaDataField Day = {u"day"_qs, u"Day"_qs, false, QColor()};
+const TVLMetaDataField Pov = {u"pov"_s, u"Point of <view>"_s, true, QColor(1, 2, 3)};
+const TVLMetaDataField Day = {u"day"_s, u"Day"_s, false, QColor()};
 
 template <auto get>
 bool isSame(const TVLProjectModel *left, const TVLProjectModel *right)
@@ -75,9 +77,9 @@ TVLReference toAddress(const QString &address, const QString &title)
 TVLCollectionMetaData handmadeCollection(const QList<int> &ids)
 {
     TVLCollectionMetaData collection;
-    collection.mId = u"to-check"_qs;
+    collection.mId = u"to-check"_s;
     collection.mType = TVL::ArbitraryCollection;
-    collection.mTitle = u"To check"_qs;
+    collection.mTitle = u"To check"_s;
     collection.mColor = QColor(4, 5, 6);
     collection.mIds = ids;
     return collection;
@@ -97,12 +99,12 @@ void giveValuesToItems(TVLProjectModel *model)
     const QModelIndex item = model->index(4);
     model->setLabelIdentity(item, 7);
     model->setStatusIdentity(item, 3);
-    model->setKeywords(item, {u"train"_qs, u"place <&>"_qs});
-    model->setCustomMetaData(item, u"pov"_qs, u"Ann\n\tand <&>"_qs);
-    model->setCustomMetaData(item, u"day"_qs, u"Monday"_qs);
-    model->setCustomMetaData(model->index(5), u"day"_qs, QString());
-    model->setCustomMetaData(model->index(6), u"of no field"_qs, u"x"_qs);
-    model->setReferences(item, {toItem(5, u"In <here>"_qs), toAddress(u"https://a.b/c?d"_qs, {})});
+    model->setKeywords(item, {u"train"_s, u"place <&>"_s});
+    model->setCustomMetaData(item, u"pov"_s, u"Ann\n\tand <&>"_s);
+    model->setCustomMetaData(item, u"day"_s, u"Monday"_s);
+    model->setCustomMetaData(model->index(5), u"day"_s, QString());
+    model->setCustomMetaData(model->index(6), u"of no field"_s, u"x"_s);
+    model->setReferences(item, {toItem(5, u"In <here>"_s), toAddress(u"https://a.b/c?d"_s, {})});
 }
 
 /** Times as exact as the binder keeps them, and nothing that ends with the session. */
@@ -122,7 +124,7 @@ void keepWhatIsSaved(const TVLProjectModel *model)
 QString oddUserData()
 {
     return u"<UserProjectData><!-- mine > & --><A  x = '1'\ty=\"2\" ></A >\r\n"
-           "<![CDATA[<not> & parsed]]><b />&#65;\u6f22\U0001d11e\n </UserProjectData>"_qs;
+           "<![CDATA[<not> & parsed]]><b />&#65;\u6f22\U0001d11e\n </UserProjectData>"_s;
 }
 
 bool haveSameItems(const TVLProjectModel *left, const TVLProjectModel *right)
@@ -136,7 +138,7 @@ QString pageOf(const TVLProjectModel *model)
     const QPrinter *printer = model->printer();
     const QPageLayout layout = printer->pageLayout();
     const QMarginsF margins = layout.margins(QPageLayout::Point);
-    return u"%1 %2 %3 %4 %5 %6 %7 %8"_qs.arg(layout.pageSize().id())
+    return u"%1 %2 %3 %4 %5 %6 %7 %8"_s.arg(layout.pageSize().id())
         .arg(layout.orientation())
         .arg(margins.left())
         .arg(margins.top())
@@ -177,7 +179,7 @@ TVLReference toItem(int id, const QString &title)
 TestModel filledProject(const TestProject &project)
 {
     auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"x(y) z"_qs);
+    addTree(model.get(), model->draftFolder(), u"x(y) z"_s);
     fillProject(model.get());
     keepWhatIsSaved(model.get());
     if (!model->save(true))
@@ -187,25 +189,25 @@ TestModel filledProject(const TestProject &project)
 
 void fillProject(TVLProjectModel *model)
 {
-    model->setLabels({{-1, u"None"_qs, {}}, {7, u"Seven"_qs, QColor(7, 8, 9)}, {0, {}, Qt::red}});
+    model->setLabels({{-1, u"None"_s, {}}, {7, u"Seven"_s, QColor(7, 8, 9)}, {0, {}, Qt::red}});
     model->setDefaultLabelIdentity(7);
-    model->setLabelTitle(u"Kind"_qs);
-    model->setStatusItems({{3, u"Done"_qs}, {-1, u"None"_qs}});
+    model->setLabelTitle(u"Kind"_s);
+    model->setStatusItems({{3, u"Done"_s}, {-1, u"None"_s}});
     model->setDefaultStatusIdentity(3);
-    model->setStatusTitle(u"Stage"_qs);
+    model->setStatusTitle(u"Stage"_s);
     model->setTemplateFolder(model->index(6));
     model->setCollections(savedCollections(model) + QList{handmadeCollection({6, 4})});
     model->setCustomMetaDataSettings({Pov, Day});
     giveValuesToItems(model);
     model->keywordModel()->setColor(model->keywordModel()->index(1), QColor(9, 8, 7));
-    model->setProjectTitle(u"A <Title> & more"_qs);
-    model->setProjectAbbreviatedTitle(u"A T"_qs);
-    model->setAuthorFullName(u"Ann Other"_qs);
-    model->setAuthorSurname(u"Other"_qs);
-    model->setAuthorForename(u"Ann"_qs);
-    model->setDraftTarget({u"2031-05-06 00:00:00 +0000"_qs, 90000, 0, true, true, true, true, 50});
+    model->setProjectTitle(u"A <Title> & more"_s);
+    model->setProjectAbbreviatedTitle(u"A T"_s);
+    model->setAuthorFullName(u"Ann Other"_s);
+    model->setAuthorSurname(u"Other"_s);
+    model->setAuthorForename(u"Ann"_s);
+    model->setDraftTarget({u"2031-05-06 00:00:00 +0000"_s, 90000, 0, true, true, true, true, 50});
     TVLSessionTarget session;
-    session.mWritingDays = u"Mon,Tue"_qs;
+    session.mWritingDays = u"Mon,Tue"_s;
     session.mCount = 500;
     session.mType = 2;
     session.mCountDraftOnly = true;
@@ -217,11 +219,11 @@ void fillProject(TVLProjectModel *model)
     model->setNotifyTargets(true);
     for (const int id : {5, 3, 4})
         model->addToFavorites(model->index(id), true);
-    model->setAutoCompleteList({{-2, u"Ann & <Ben>"_qs}, {-1, u"word"_qs}, {12, u"INT."_qs}});
+    model->setAutoCompleteList({{-2, u"Ann & <Ben>"_s}, {-1, u"word"_s}, {12, u"INT."_s}});
     model->setExcludeFromBackup(true);
     model->setFullScreenBackdrop(5);
-    model->setProjectReferences({toAddress(u"https://example.org/a%20b"_qs, u"Out"_qs),
-                                 toItem(3, u"In"_qs), toItem(99, u"Nowhere"_qs)});
+    model->setProjectReferences({toAddress(u"https://example.org/a%20b"_s, u"Out"_s),
+                                 toItem(3, u"In"_s), toItem(99, u"Nowhere"_s)});
     auto *printer = new QPrinter(QPrinter::PrinterResolution);
     printer->setPageSize(QPageSize(QPageSize::B5));
     printer->setPageOrientation(QPageLayout::Landscape);

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QDateTime LongAgo = QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6));
@@ -22,7 +24,7 @@ constexpr int LargestTriedId = 5000;
 QString unsavedProjectPath()
 {
     static const QTemporaryDir directory;
-    return directory.filePath(u"Novel.tavel"_qs);
+    return directory.filePath(u"Novel.tavel"_s);
 }
 
 TestModel emptyModel(TVL::FormatVersion version, bool mobile)
@@ -53,8 +55,8 @@ QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::Node
 
 QModelIndex addTextItem(TVLProjectModel *model, const QModelIndex &parent, const QString &title)
 {
-    return model->insertTextNode(-1, parent, title, title + u" text"_qs, title + u" card"_qs,
-                                 title + u" note"_qs);
+    return model->insertTextNode(-1, parent, title, title + u" text"_s, title + u" card"_s,
+                                 title + u" note"_s);
 }
 
 void addTree(TVLProjectModel *model, const QModelIndex &parent, const QString &notation)
@@ -122,7 +124,7 @@ void growRandomTree(TVLProjectModel *model, int nodes, quint32 seed)
         const int row = random.bounded(-1, int(parent->mChildren.size()) + 1);
         parents.append(model->insertNode(row, model->createIndex(parent),
                                          TVL::NodeType(random.bounded(10)), QString(),
-                                         u"Item %1"_qs.arg(i)));
+                                         u"Item %1"_s.arg(i)));
     }
 }
 
@@ -150,7 +152,7 @@ QString mapsOutOfStep(const TVLProjectModel *model)
             && model->findNodeByUuid(node->mUuid) == node
             && model->findNodeIdByUuid(node->mUuid) == node->mId;
         if (!uuidLeads)
-            wrong = u"uuid of '%1'"_qs.arg(node->mTitle);
+            wrong = u"uuid of '%1'"_s.arg(node->mTitle);
         if (node->mId < 0)
             return;
         ids.insert(node->mId);
@@ -158,21 +160,21 @@ QString mapsOutOfStep(const TVLProjectModel *model)
             && model->findNodeUuidById(node->mId) == node->mUuid
             && model->findNode(node->mId) == node;
         if (!idLeads)
-            wrong = u"id %1 of '%2'"_qs.arg(node->mId).arg(node->mTitle);
+            wrong = u"id %1 of '%2'"_s.arg(node->mId).arg(node->mTitle);
     });
     if (!wrong.isEmpty())
         return wrong;
     if (uuids.size() != count)
-        return u"a uuid twice in the tree"_qs;
+        return u"a uuid twice in the tree"_s;
     if (model->uniqueUuids() != uuids)
-        return u"map by uuid has %1 entries, the tree %2 items"_qs.arg(model->uniqueUuids().size())
+        return u"map by uuid has %1 entries, the tree %2 items"_s.arg(model->uniqueUuids().size())
             .arg(count);
     const int biggest = ids.isEmpty() ? -1 : *std::max_element(ids.begin(), ids.end());
     if (model->findBiggestNodeId() != biggest)
-        return u"biggest id %1 instead of %2"_qs.arg(model->findBiggestNodeId()).arg(biggest);
+        return u"biggest id %1 instead of %2"_s.arg(model->findBiggestNodeId()).arg(biggest);
     for (int id = -1; id <= qMin(biggest, LargestTriedId); ++id) {
         if (model->hasNodeId(id) != ids.contains(id))
-            return u"entry of id %1"_qs.arg(id);
+            return u"entry of id %1"_s.arg(id);
     }
     return {};
 }
@@ -225,7 +227,7 @@ QStringList documentFiles(const QString &projectPath)
 {
     QStringList names =
         QDir(TVLProjectFolderFormat::filesDocsPath(projectPath)).entryList(QDir::Files, QDir::Name);
-    names.removeOne(u"docs.checksum"_qs);
+    names.removeOne(u"docs.checksum"_s);
     return names;
 }
 
@@ -241,18 +243,17 @@ SignalLog::SignalLog(const TVLProjectModel *model)
     QObject *context = &mContext;
     QObject::connect(model, &TVLProjectModel::dataChanged, context,
                      [=](const QModelIndex &first, const QModelIndex &last) {
-                         log(first == last ? u"data %1"_qs.arg(idOf(first))
-                                           : u"data of several"_qs);
+                         log(first == last ? u"data %1"_s.arg(idOf(first)) : u"data of several"_s);
                      });
     QObject::connect(model, &TVLProjectModel::modifiedChanged, context,
-                     [=](bool modified) { log(modified ? u"modified"_qs : u"saved"_qs); });
+                     [=](bool modified) { log(modified ? u"modified"_s : u"saved"_s); });
     QObject::connect(model, &TVLProjectModel::aboutToSave, context, [=](const QModelIndex &index) {
-        log(u"about to save %1"_qs.arg(idOf(index)));
+        log(u"about to save %1"_s.arg(idOf(index)));
     });
     QObject::connect(model, &TVLProjectModel::documentContentsChange, context,
                      [=](const QModelIndex &index, TVL::DocumentType type, int position,
                          int charsRemoved, int charsAdded) {
-                         log(u"edit of %1.%2 at %3: -%4 +%5"_qs.arg(idOf(index))
+                         log(u"edit of %1.%2 at %3: -%4 +%5"_s.arg(idOf(index))
                                  .arg(type)
                                  .arg(position)
                                  .arg(charsRemoved)
@@ -260,66 +261,64 @@ SignalLog::SignalLog(const TVLProjectModel *model)
                      });
     QObject::connect(model, &TVLProjectModel::documentContentsChanged, context,
                      [=](const QModelIndex &index, TVL::DocumentType type) {
-                         log(u"edited %1.%2"_qs.arg(idOf(index)).arg(type));
+                         log(u"edited %1.%2"_s.arg(idOf(index)).arg(type));
                      });
     QObject::connect(model, &TVLProjectModel::formatModeChanged, context,
                      [=](const QModelIndex &index, const QString &mode) {
-                         log(u"mode %1 of %2"_qs.arg(mode).arg(idOf(index)));
+                         log(u"mode %1 of %2"_s.arg(mode).arg(idOf(index)));
                      });
     QObject::connect(model, &TVLProjectModel::projectNoteAboutToBeAdded, context,
-                     [=](int id) { log(u"note %1 to come"_qs.arg(id)); });
+                     [=](int id) { log(u"note %1 to come"_s.arg(id)); });
     QObject::connect(model, &TVLProjectModel::projectNoteAdded, context,
-                     [=](int id) { log(u"note %1 came"_qs.arg(id)); });
+                     [=](int id) { log(u"note %1 came"_s.arg(id)); });
     QObject::connect(model, &TVLProjectModel::projectNoteAboutToBeRemoved, context,
-                     [=](int id) { log(u"note %1 to go"_qs.arg(id)); });
+                     [=](int id) { log(u"note %1 to go"_s.arg(id)); });
     QObject::connect(model, &TVLProjectModel::projectNoteRemoved, context,
-                     [=](int id) { log(u"note %1 gone"_qs.arg(id)); });
+                     [=](int id) { log(u"note %1 gone"_s.arg(id)); });
     QObject::connect(
         model, &TVLProjectModel::projectNoteAboutToBeMoved, context,
-        [=](int from, int to) { log(u"note at %1 to move to %2"_qs.arg(from).arg(to)); });
-    QObject::connect(model, &TVLProjectModel::projectNoteMoved, context, [=](int from, int to) {
-        log(u"note at %1 moved to %2"_qs.arg(from).arg(to));
-    });
+        [=](int from, int to) { log(u"note at %1 to move to %2"_s.arg(from).arg(to)); });
+    QObject::connect(model, &TVLProjectModel::projectNoteMoved, context,
+                     [=](int from, int to) { log(u"note at %1 moved to %2"_s.arg(from).arg(to)); });
     QObject::connect(model, &TVLProjectModel::projectNoteRenamed, context,
-                     [=](int id) { log(u"note %1 renamed"_qs.arg(id)); });
-    QObject::connect(model, &TVLProjectModel::labelsChanged, context, [=] { log(u"labels"_qs); });
+                     [=](int id) { log(u"note %1 renamed"_s.arg(id)); });
+    QObject::connect(model, &TVLProjectModel::labelsChanged, context, [=] { log(u"labels"_s); });
     QObject::connect(model, &TVLProjectModel::statusItemsChanged, context,
-                     [=] { log(u"status items"_qs); });
+                     [=] { log(u"status items"_s); });
     QObject::connect(model, &TVLProjectModel::labelTitleChanged, context,
-                     [=](const QString &title) { log(u"label title "_qs + title); });
+                     [=](const QString &title) { log(u"label title "_s + title); });
     QObject::connect(model, &TVLProjectModel::statusTitleChanged, context,
-                     [=](const QString &title) { log(u"status title "_qs + title); });
+                     [=](const QString &title) { log(u"status title "_s + title); });
     QObject::connect(model, &TVLProjectModel::metaDataChanged, context,
-                     [=] { log(u"meta data"_qs); });
+                     [=] { log(u"meta data"_s); });
     QObject::connect(
         model, &TVLProjectModel::templateFolderChanged, context,
         [=](const QModelIndex &newIndex, const QModelIndex &oldIndex) {
-            log(u"template folder %1 for %2"_qs.arg(idOf(newIndex)).arg(idOf(oldIndex)));
+            log(u"template folder %1 for %2"_s.arg(idOf(newIndex)).arg(idOf(oldIndex)));
         });
     QObject::connect(model, &TVLProjectModel::referencesChanged, context,
-                     [=] { log(u"references"_qs); });
+                     [=] { log(u"references"_s); });
     QObject::connect(model, &TVLProjectModel::autoCompleteListChanged, context,
-                     [=] { log(u"completions"_qs); });
+                     [=] { log(u"completions"_s); });
     QObject::connect(model, &TVLProjectModel::customMetaDataChanged, context,
-                     [=](const QModelIndex &index) { log(u"fields of %1"_qs.arg(idOf(index))); });
-    QObject::connect(
-        model, &TVLProjectModel::customMetaDataSettingsAboutToBeChanged, context,
-        [=](const QStringList &oldIds, const QStringList &newIds) {
-            log(u"fields %1 to become %2"_qs.arg(oldIds.join(u','), newIds.join(u',')));
-        });
+                     [=](const QModelIndex &index) { log(u"fields of %1"_s.arg(idOf(index))); });
+    QObject::connect(model, &TVLProjectModel::customMetaDataSettingsAboutToBeChanged, context,
+                     [=](const QStringList &oldIds, const QStringList &newIds) {
+                         log(u"fields %1 to become %2"_s.arg(oldIds.join(u','), newIds.join(u',')));
+                     });
     QObject::connect(model, &TVLProjectModel::customMetaDataSettingsChanged, context,
                      [=](const QStringList &oldIds, const QStringList &newIds) {
-                         log(u"fields %1 became %2"_qs.arg(oldIds.join(u','), newIds.join(u',')));
+                         log(u"fields %1 became %2"_s.arg(oldIds.join(u','), newIds.join(u',')));
                      });
     QObject::connect(model, qOverload<>(&TVLProjectModel::collectionChanged), context,
-                     [=] { log(u"collections"_qs); });
+                     [=] { log(u"collections"_s); });
     QObject::connect(
         model, &TVLProjectModel::rowsAboutToBeInserted, context,
         [=](const QModelIndex &parent, int first, int last) {
-            log(u"rows %1-%2 below %3 to come"_qs.arg(first).arg(last).arg(idOf(parent)));
+            log(u"rows %1-%2 below %3 to come"_s.arg(first).arg(last).arg(idOf(parent)));
         });
     QObject::connect(model, &TVLProjectModel::rowsInserted, context,
                      [=](const QModelIndex &parent, int first, int last) {
-                         log(u"rows %1-%2 below %3"_qs.arg(first).arg(last).arg(idOf(parent)));
+                         log(u"rows %1-%2 below %3"_s.arg(first).arg(last).arg(idOf(parent)));
                      });
 }

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /** How long a test waits for what must come. */
 constexpr int PatienceMs = 20'000;
 
@@ -31,7 +33,7 @@ const QDateTime SomeDate(QDate(2019, 5, 6), QTime(7, 8, 9));
 
 /** Adds an item at the end of its parent, with none of its documents in memory. */
 QModelIndex addItem(TVLProjectModel *model, const QModelIndex &parent, TVL::NodeType type,
-                    const QString &title = u"Item"_qs);
+                    const QString &title = u"Item"_s);
 
 /** Adds a text at the end of its parent, with texts of its own: for `a` these are `a text`,
  * `a card` as its synopsis and `a note`. */

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Node = ReferenceNode;
@@ -28,14 +30,14 @@ void appendParagraphs(QString *joined, const QString &text)
     if (text.isEmpty())
         return;
     if (!joined->isEmpty())
-        joined->append(u"\n\n"_qs);
+        joined->append(u"\n\n"_s);
     joined->append(text);
 }
 
 void appendSynopsis(QString *joined, const QString &synopsis)
 {
-    if (!joined->isEmpty() && !joined->endsWith(u"\n\n"_qs))
-        joined->append(joined->endsWith(u'\n') ? u"\n"_qs : u"\n\n"_qs);
+    if (!joined->isEmpty() && !joined->endsWith(u"\n\n"_s))
+        joined->append(joined->endsWith(u'\n') ? u"\n"_s : u"\n\n"_s);
     joined->append(synopsis);
 }
 
@@ -186,7 +188,7 @@ Nodes ReferenceTree::insertNodes(Node *parent, int row, TVL::NodeType type, cons
     for (int i = 0; i < std::max(count, 1); ++i) {
         Node *node = create(parent, row + i);
         node->type = type;
-        node->title = title.isEmpty() ? u"Untitled"_qs : title;
+        node->title = title.isEmpty() ? u"Untitled"_s : title;
         made.append(node);
     }
     return made;
@@ -307,14 +309,14 @@ QString ReferenceTree::uniqueTitle(const QString &title, const Node *node)
     };
     if (!isTaken(title))
         return title;
-    static const QRegularExpression numbered(u"^(.*)-([0-9]{1,9})$"_qs,
+    static const QRegularExpression numbered(u"^(.*)-([0-9]{1,9})$"_s,
                                              QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = numbered.match(title);
     const QString stem = match.hasMatch() ? match.captured(1) : title;
     int number = match.captured(2).toInt();
     QString unique;
     do
-        unique = u"%1-%2"_qs.arg(stem, QString::number(++number));
+        unique = u"%1-%2"_s.arg(stem, QString::number(++number));
     while (isTaken(unique));
     return unique;
 }

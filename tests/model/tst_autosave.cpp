@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int SecondMs = 1000;
@@ -76,13 +78,13 @@ void TstAutosave::aChangeIsSavedAfterTheIdleTime()
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QElapsedTimer sinceChange;
     sinceChange.start();
-    QVERIFY(model->setTitle(firstText(model.get()), u"changed"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"changed"_s));
     QVERIFY(waitForSave(&modified));
     QVERIFY(sinceChange.elapsed() >= LeastSecondMs);
     QVERIFY(model->isSaved());
     QCOMPARE(states(modified), QList<bool>({true, false}));
     const auto reopened = project.open();
-    QCOMPARE(reopened->title(firstText(reopened.get())), u"changed"_qs);
+    QCOMPARE(reopened->title(firstText(reopened.get())), u"changed"_s);
 }
 
 void TstAutosave::twoChangesGiveOneSaveAfterTheSecond()
@@ -91,11 +93,11 @@ void TstAutosave::twoChangesGiveOneSaveAfterTheSecond()
     const auto model = project.create();
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     QElapsedTimer sinceSecondChange;
-    QVERIFY(model->setTitle(firstText(model.get()), u"first"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"first"_s));
     QTimer::singleShot(SecondMs / 2, model.get(), [&] {
         QVERIFY(model->isModified());
         sinceSecondChange.start();
-        QVERIFY(model->setTitle(firstText(model.get()), u"second"_qs));
+        QVERIFY(model->setTitle(firstText(model.get()), u"second"_s));
     });
     QVERIFY(waitForSave(&modified));
     QVERIFY(sinceSecondChange.isValid());
@@ -157,9 +159,8 @@ void TstAutosave::editorsAreAskedByAnAutomaticSaveToo()
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get());
     QVERIFY(waitForSave(&modified));
-    QCOMPARE(
-        log.lines(),
-        QStringList({u"modified"_qs, u"about to save 3"_qs, u"about to save 0"_qs, u"saved"_qs}));
+    QCOMPARE(log.lines(),
+             QStringList({u"modified"_s, u"about to save 3"_s, u"about to save 0"_s, u"saved"_s}));
 }
 
 void TstAutosave::aChangedIdleTimeCountsFromTheNextChange()
@@ -179,7 +180,7 @@ void TstAutosave::aFailedAutomaticSaveIsToldOnce()
     const TestProject project;
     const auto model = project.create();
     QVERIFY(QFile::remove(project.binderPath()));
-    project.writeFile(u"Novel.tavelx/obstacle"_qs, "x");
+    project.writeFile(u"Novel.tavelx/obstacle"_s, "x");
     const TVLUnattendedMessageBoxes boxes;
     QSignalSpy modified(model.get(), &TVLProjectModel::modifiedChanged);
     TVLProjectModelTestAccess::markModified(model.get());
@@ -187,7 +188,7 @@ void TstAutosave::aFailedAutomaticSaveIsToldOnce()
     QVERIFY(model->isSaved());
     QVERIFY(!modified.wait(LongerThanASaveMs));
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().at(0).title, u"Project Writer"_qs);
+    QCOMPARE(boxes.boxes().at(0).title, u"Project Writer"_s);
 }
 
 void TstAutosave::aDeletedModelIsNotSaved()
@@ -195,7 +196,7 @@ void TstAutosave::aDeletedModelIsNotSaved()
     const TestProject project;
     auto model = project.create();
     const auto before = project.files();
-    QVERIFY(model->setTitle(firstText(model.get()), u"changed"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"changed"_s));
     model.reset();
     QTimer timer;
     timer.setSingleShot(true);

@@ -8,19 +8,21 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const Lines Announced = {u"changed 2 Mine of 5"_qs, u"changed of 5"_qs};
-const Lines AnnouncedFirst = Lines({u"modified of 5"_qs}) + Announced;
+const Lines Announced = {u"changed 2 Mine of 5"_s, u"changed of 5"_s};
+const Lines AnnouncedFirst = Lines({u"modified of 5"_s}) + Announced;
 
 /** A search for items with an x in their titles. */
 TVLCollectionMetaData searchForX(int scope = TVL::AllScope,
                                  TVL::CollectionType type = TVL::SavedSearchCollection)
 {
     TVLCollectionMetaData search;
-    search.mId = u"search"_qs;
+    search.mId = u"search"_s;
     search.mType = type;
-    search.mSearchText = u"x"_qs;
+    search.mSearchText = u"x"_s;
     search.mSearchProperty = TVL::TitleProperty;
     search.mSearchScope = scope;
     return search;
@@ -34,10 +36,10 @@ TVLCollectionMetaData searchForX(int scope = TVL::AllScope,
 TestModel modelToSearch()
 {
     auto model = blankModel();
-    addTree(model.get(), model->draftFolder(), u"Dx1(Dx2(Dxo3) Dx4) Dn Dxo5"_qs);
-    addTree(model.get(), model->researchFolder(), u"Rx1:3(Rxo2)"_qs);
-    addTree(model.get(), model->trashFolder(), u"Tx1:3(Txo2)"_qs);
-    addTree(model.get(), model->rootIndex(), u"Lx1:3(Lxo2)"_qs);
+    addTree(model.get(), model->draftFolder(), u"Dx1(Dx2(Dxo3) Dx4) Dn Dxo5"_s);
+    addTree(model.get(), model->researchFolder(), u"Rx1:3(Rxo2)"_s);
+    addTree(model.get(), model->trashFolder(), u"Tx1:3(Txo2)"_s);
+    addTree(model.get(), model->rootIndex(), u"Lx1:3(Lxo2)"_s);
     const QModelIndexList items = recursiveWalk(model.get(), model->rootIndex());
     for (const QModelIndex &item : items)
         model->setIncludeInCompile(item, !model->title(item).contains(u'o'));
@@ -45,9 +47,9 @@ TestModel modelToSearch()
     return model;
 }
 
-const QString InDraft = u"Dx1 Dx2 Dx4 Dxo3 Dxo5"_qs;
-const QString Outside = u"Lx1 Lxo2 Rx1 Rxo2"_qs;
-const QString InTrash = u"Tx1 Txo2"_qs;
+const QString InDraft = u"Dx1 Dx2 Dx4 Dxo3 Dxo5"_s;
+const QString Outside = u"Lx1 Lxo2 Rx1 Rxo2"_s;
+const QString InTrash = u"Tx1 Txo2"_s;
 
 /** The titles of what a collection shows, sorted, as a search finds in no order. */
 QString shownTitles(const TVLProjectModel *model, const TVLCollectionMetaData &collection,
@@ -130,7 +132,7 @@ private Q_SLOTS:
 void TstCollectionItems::itemsAreAddedBehindThoseThatAreThere()
 {
     const auto model = modelOfFive();
-    addTree(model.get(), model->draftFolder(), u"a b"_qs);
+    addTree(model.get(), model->draftFolder(), u"a b"_s);
     TVLProjectModelTestAccess::setSaved(model.get());
     const CollectionLog log(model.get());
     model->addToCollection(2, {model->index(5), model->index(0), model->index(4)});
@@ -143,7 +145,7 @@ void TstCollectionItems::itemsAreAddedByIdentity()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->addToCollection(u"id of Mine"_qs, {model->index(0)});
+    model->addToCollection(u"id of Mine"_s, {model->index(0)});
     QCOMPARE(model->findCollectionByPos(2).mIds, Ids({3, 1, 0}));
     QCOMPARE(log.lines(), AnnouncedFirst);
 }
@@ -153,7 +155,7 @@ void TstCollectionItems::addingAnItemThatIsInTheListChangesNothingAndEmitsNothin
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
     model->addToCollection(2, {model->index(1)});
-    model->addToCollection(u"id of Mine"_qs, {model->index(3), model->index(1)});
+    model->addToCollection(u"id of Mine"_s, {model->index(3), model->index(1)});
     model->addToCollection(2, {});
     QCOMPARE(model->collections(), fiveCollections());
     QCOMPARE(log.lines(), Lines());
@@ -191,7 +193,7 @@ void TstCollectionItems::itemsAreAddedToListsKeptByHandOnly()
 {
     const auto model = blankModel();
     const Collections given =
-        fiveCollections() + Collections({collection(TVL::NoCollection, u"None"_qs)});
+        fiveCollections() + Collections({collection(TVL::NoCollection, u"None"_s)});
     model->setCollections(given);
     const CollectionLog log(model.get());
     for (const int position : {0, 1, 3, 5}) {
@@ -222,7 +224,7 @@ void TstCollectionItems::itemsAreRemovedByIdentity()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->removeFromCollection(u"id of Mine"_qs, {model->index(3)});
+    model->removeFromCollection(u"id of Mine"_s, {model->index(3)});
     QCOMPARE(model->findCollectionByPos(2).mIds, Ids{1});
     QCOMPARE(log.lines(), AnnouncedFirst);
 }
@@ -289,11 +291,11 @@ void TstCollectionItems::deletedGroupsLeaveWithAllBelowThem()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"a(b(c) d) e"_qs);
+    addTree(model.get(), model->draftFolder(), u"a(b(c) d) e"_s);
     const QString identity =
-        model->insertCollection(2, itemsTitled(model.get(), u"a b c d e"_qs), u"Mine"_qs, QColor());
-    const int kept = model->nodeIdentity(itemTitled(model.get(), u"e"_qs));
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
+        model->insertCollection(2, itemsTitled(model.get(), u"a b c d e"_s), u"Mine"_s, QColor());
+    const int kept = model->nodeIdentity(itemTitled(model.get(), u"e"_s));
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_s)));
     QCOMPARE(model->findCollectionById(identity).mIds, Ids{kept});
 }
 
@@ -301,11 +303,11 @@ void TstCollectionItems::itemsInTheTrashStayInListsUntilItIsEmptied()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"a(b) c"_qs);
-    const QModelIndexList items = itemsTitled(model.get(), u"a b c"_qs);
-    const QString identity = model->insertCollection(2, items, u"Mine"_qs, QColor());
+    addTree(model.get(), model->draftFolder(), u"a(b) c"_s);
+    const QModelIndexList items = itemsTitled(model.get(), u"a b c"_s);
+    const QString identity = model->insertCollection(2, items, u"Mine"_s, QColor());
     const Ids ids = model->findCollectionById(identity).mIds;
-    QVERIFY(model->moveToTrash({itemTitled(model.get(), u"a"_qs)}));
+    QVERIFY(model->moveToTrash({itemTitled(model.get(), u"a"_s)}));
     QCOMPARE(model->findCollectionById(identity).mIds, ids);
     QVERIFY(model->emptyTrash());
     QCOMPARE(model->findCollectionById(identity).mIds, ids.mid(2));
@@ -324,7 +326,7 @@ void TstCollectionItems::deletedItemsStayOutOfTheBinder()
     model->prepareToDestroy();
     model = project.open();
     QVERIFY(model);
-    QCOMPARE(model->findCollectionByTitle(u"Mine"_qs).mIds, Ids{1});
+    QCOMPARE(model->findCollectionByTitle(u"Mine"_s).mIds, Ids{1});
 }
 
 // --- What a collection shows
@@ -352,10 +354,10 @@ void TstCollectionItems::aListKeptByHandShowsItsItemsInItsOrder()
 {
     const auto model = modelToSearch();
     const TVLCollectionMetaData list =
-        collection(TVL::ArbitraryCollection, u"Mine"_qs, {3, 99, 0, -1, 2, 77, 3});
+        collection(TVL::ArbitraryCollection, u"Mine"_s, {3, 99, 0, -1, 2, 77, 3});
     QCOMPARE(model->collectionIndexes(list),
              QModelIndexList({model->index(3), model->index(0), model->index(2), model->index(3)}));
-    QCOMPARE(model->collectionIndexes(collection(TVL::ArbitraryCollection, u"Empty"_qs)),
+    QCOMPARE(model->collectionIndexes(collection(TVL::ArbitraryCollection, u"Empty"_s)),
              QModelIndexList());
 }
 
@@ -365,8 +367,8 @@ void TstCollectionItems::aListKeptByHandLooksAtNoOption()
     TVLCollectionMetaData list = searchForX(
         TVL::SelectionScope | TVL::DraftScope | TVL::ExcludeTrashScope, TVL::ArbitraryCollection);
     list.mSearchCompile = TVL::IncludedInCompile;
-    list.mIds = model->nodeIdentityList(itemsTitled(model.get(), u"Txo2 Rxo2"_qs));
-    QCOMPARE(shownTitles(model.get(), list, {model->researchFolder()}), u"Rxo2 Txo2"_qs);
+    list.mIds = model->nodeIdentityList(itemsTitled(model.get(), u"Txo2 Rxo2"_s));
+    QCOMPARE(shownTitles(model.get(), list, {model->researchFolder()}), u"Rxo2 Txo2"_s);
 }
 
 void TstCollectionItems::bothKindsOfSearchFind()
@@ -382,7 +384,7 @@ void TstCollectionItems::aSearchWithoutTextFindsNothing()
 {
     const auto model = modelToSearch();
     TVLCollectionMetaData search = searchForX();
-    for (const QString &text : {QString(), u""_qs}) {
+    for (const QString &text : {QString(), u""_s}) {
         search.mSearchText = text;
         for (const auto searchOperator : {TVL::ExactOperator, TVL::RegExpOperator}) {
             search.mSearchOperator = searchOperator;
@@ -396,11 +398,11 @@ void TstCollectionItems::theRecordAndNotTheProjectSaysWhatIsSearched()
     const auto model = modelToSearch();
     TVLCollectionMetaData stored = searchForX();
     model->insertCollection(2, stored);
-    stored.mSearchText = u"Dn"_qs;
-    QCOMPARE(shownTitles(model.get(), stored), u"Dn"_qs);
+    stored.mSearchText = u"Dn"_s;
+    QCOMPARE(shownTitles(model.get(), stored), u"Dn"_s);
     // Ids in the record of a search are nothing to it.
     stored.mIds = {0, 3};
-    QCOMPARE(shownTitles(model.get(), stored), u"Dn"_qs);
+    QCOMPARE(shownTitles(model.get(), stored), u"Dn"_s);
 }
 
 void TstCollectionItems::everyPropertyIsSearched_data()
@@ -408,15 +410,15 @@ void TstCollectionItems::everyPropertyIsSearched_data()
     QTest::addColumn<int>("property");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("title") << int(TVL::TitleProperty) << u"one"_qs << u"one"_qs;
-    QTest::newRow("text") << int(TVL::TextProperty) << u"one text"_qs << u"one"_qs;
-    QTest::newRow("notes") << int(TVL::NotesProperty) << u"two note"_qs << u"two"_qs;
-    QTest::newRow("synopsis") << int(TVL::SynopsisProperty) << u"card"_qs << u"one two"_qs;
-    QTest::newRow("keywords") << int(TVL::KeywordsProperty) << u"storm"_qs << u"two"_qs;
-    QTest::newRow("label") << int(TVL::LabelProperty) << u"chapter"_qs << u"one"_qs;
-    QTest::newRow("status") << int(TVL::StatusProperty) << u"done"_qs << u"two"_qs;
-    QTest::newRow("all") << int(TVL::AllProperties) << u"chapter"_qs << u"one"_qs;
-    QTest::newRow("another") << int(TVL::NotesProperty) << u"chapter"_qs << QString();
+    QTest::newRow("title") << int(TVL::TitleProperty) << u"one"_s << u"one"_s;
+    QTest::newRow("text") << int(TVL::TextProperty) << u"one text"_s << u"one"_s;
+    QTest::newRow("notes") << int(TVL::NotesProperty) << u"two note"_s << u"two"_s;
+    QTest::newRow("synopsis") << int(TVL::SynopsisProperty) << u"card"_s << u"one two"_s;
+    QTest::newRow("keywords") << int(TVL::KeywordsProperty) << u"storm"_s << u"two"_s;
+    QTest::newRow("label") << int(TVL::LabelProperty) << u"chapter"_s << u"one"_s;
+    QTest::newRow("status") << int(TVL::StatusProperty) << u"done"_s << u"two"_s;
+    QTest::newRow("all") << int(TVL::AllProperties) << u"chapter"_s << u"one"_s;
+    QTest::newRow("another") << int(TVL::NotesProperty) << u"chapter"_s << QString();
 }
 
 void TstCollectionItems::everyPropertyIsSearched()
@@ -425,11 +427,11 @@ void TstCollectionItems::everyPropertyIsSearched()
     QFETCH(const QString, text);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    const QModelIndex one = addTextItem(model.get(), model->draftFolder(), u"one"_qs);
-    const QModelIndex two = addTextItem(model.get(), model->draftFolder(), u"two"_qs);
+    const QModelIndex one = addTextItem(model.get(), model->draftFolder(), u"one"_s);
+    const QModelIndex two = addTextItem(model.get(), model->draftFolder(), u"two"_s);
     QVERIFY(model->setLabelIdentity(one, 1));
     QVERIFY(model->setStatusIdentity(two, 5));
-    QVERIFY(model->setKeywords(two, {u"storm"_qs}));
+    QVERIFY(model->setKeywords(two, {u"storm"_s}));
     TVLCollectionMetaData search = searchForX();
     search.mSearchProperty = TVL::DocumentProperty(property);
     search.mSearchText = text;
@@ -439,27 +441,27 @@ void TstCollectionItems::everyPropertyIsSearched()
 void TstCollectionItems::aSearchIsRunEachTime()
 {
     const auto model = modelToSearch();
-    const QModelIndex item = itemTitled(model.get(), u"Dn"_qs);
+    const QModelIndex item = itemTitled(model.get(), u"Dn"_s);
     TVLCollectionMetaData search = searchForX(TVL::DraftScope);
     QCOMPARE(shownTitles(model.get(), search), InDraft);
-    QVERIFY(model->setTitle(item, u"Dx6"_qs));
-    QCOMPARE(shownTitles(model.get(), search), u"Dx1 Dx2 Dx4 Dx6 Dxo3 Dxo5"_qs);
+    QVERIFY(model->setTitle(item, u"Dx6"_s));
+    QCOMPARE(shownTitles(model.get(), search), u"Dx1 Dx2 Dx4 Dx6 Dxo3 Dxo5"_s);
 
     search.mSearchProperty = TVL::TextProperty;
     QCOMPARE(shownTitles(model.get(), search), QString());
-    typeText(model.get(), item, u"An axe."_qs);
-    QCOMPARE(shownTitles(model.get(), search), u"Dx6"_qs);
+    typeText(model.get(), item, u"An axe."_s);
+    QCOMPARE(shownTitles(model.get(), search), u"Dx6"_s);
 }
 
 void TstCollectionItems::itemsThatAreGoneAreNotFound()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"Dx1(Dx2) Dx3"_qs);
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"Dx1"_qs)));
-    QCOMPARE(shownTitles(model.get(), searchForX()), u"Dx3"_qs);
+    addTree(model.get(), model->draftFolder(), u"Dx1(Dx2) Dx3"_s);
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"Dx1"_s)));
+    QCOMPARE(shownTitles(model.get(), searchForX()), u"Dx3"_s);
     QCOMPARE(model->collectionIndexes(searchForX()),
-             QModelIndexList{itemTitled(model.get(), u"Dx3"_qs)});
+             QModelIndexList{itemTitled(model.get(), u"Dx3"_s)});
 }
 
 void TstCollectionItems::systemFoldersAreNotFound()
@@ -467,11 +469,11 @@ void TstCollectionItems::systemFoldersAreNotFound()
     const auto model = modelToSearch();
     for (const QModelIndex &folder :
          {model->draftFolder(), model->researchFolder(), model->trashFolder()})
-        QVERIFY(model->setTitle(folder, u"x"_qs));
+        QVERIFY(model->setTitle(folder, u"x"_s));
     // Inside the Draft too: its type makes a folder a system folder, wherever it is.
-    QVERIFY(model->setType(itemTitled(model.get(), u"Dx4"_qs), TVL::TrashFolder));
-    QCOMPARE(shownTitles(model.get(), searchForX(TVL::DraftScope)), u"Dx1 Dx2 Dxo3 Dxo5"_qs);
-    QVERIFY(!shownTitles(model.get(), searchForX()).split(u' ').contains(u"x"_qs));
+    QVERIFY(model->setType(itemTitled(model.get(), u"Dx4"_s), TVL::TrashFolder));
+    QCOMPARE(shownTitles(model.get(), searchForX(TVL::DraftScope)), u"Dx1 Dx2 Dxo3 Dxo5"_s);
+    QVERIFY(!shownTitles(model.get(), searchForX()).split(u' ').contains(u"x"_s));
 }
 
 void TstCollectionItems::whatIsCompiledIsFiltered_data()
@@ -479,10 +481,10 @@ void TstCollectionItems::whatIsCompiledIsFiltered_data()
     QTest::addColumn<int>("filter");
     QTest::addColumn<QString>("expected");
     QTest::newRow("any") << int(TVL::AnyCompile)
-                         << u"Dx1 Dx2 Dx4 Dxo3 Dxo5 Lx1 Lxo2 Rx1 Rxo2 Tx1 Txo2"_qs;
-    QTest::newRow("included") << int(TVL::IncludedInCompile) << u"Dx1 Dx2 Dx4 Lx1 Rx1 Tx1"_qs;
-    QTest::newRow("excluded") << int(TVL::ExcludedFromCompile) << u"Dxo3 Dxo5 Lxo2 Rxo2 Txo2"_qs;
-    QTest::newRow("of no meaning") << 3 << u"Dx1 Dx2 Dx4 Dxo3 Dxo5 Lx1 Lxo2 Rx1 Rxo2 Tx1 Txo2"_qs;
+                         << u"Dx1 Dx2 Dx4 Dxo3 Dxo5 Lx1 Lxo2 Rx1 Rxo2 Tx1 Txo2"_s;
+    QTest::newRow("included") << int(TVL::IncludedInCompile) << u"Dx1 Dx2 Dx4 Lx1 Rx1 Tx1"_s;
+    QTest::newRow("excluded") << int(TVL::ExcludedFromCompile) << u"Dxo3 Dxo5 Lxo2 Rxo2 Txo2"_s;
+    QTest::newRow("of no meaning") << 3 << u"Dx1 Dx2 Dx4 Dxo3 Dxo5 Lx1 Lxo2 Rx1 Rxo2 Tx1 Txo2"_s;
 }
 
 void TstCollectionItems::whatIsCompiledIsFiltered()
@@ -506,17 +508,17 @@ void TstCollectionItems::aSearchLooksWhereItsBitsSay_data()
                         const QString &expected) {
         QTest::newRow(name) << scope << context << expected;
     };
-    const QString selected = u"Dx1 Rx1 Tx1"_qs;
+    const QString selected = u"Dx1 Rx1 Tx1"_s;
     const QString everywhere = InDraft + u' ' + Outside + u' ' + InTrash;
     add("everywhere", 0, QString(), everywhere);
     add("everywhere with a selection", 0, selected, everywhere);
-    add("selection", 1, selected, u"Dx1 Dx2 Dx4 Dxo3 Rx1 Rxo2 Tx1 Txo2"_qs);
+    add("selection", 1, selected, u"Dx1 Dx2 Dx4 Dxo3 Rx1 Rxo2 Tx1 Txo2"_s);
     add("draft", 2, QString(), InDraft);
     add("outside the trash", 4, QString(), InDraft + u' ' + Outside);
     add("outside the trash with a selection", 4, selected, InDraft + u' ' + Outside);
-    add("selection outside the trash", 5, selected, u"Dx1 Dx2 Dx4 Dxo3 Rx1 Rxo2"_qs);
+    add("selection outside the trash", 5, selected, u"Dx1 Dx2 Dx4 Dxo3 Rx1 Rxo2"_s);
     add("another bit", 8, selected, everywhere);
-    add("another bit and selection", 9, u"Rx1"_qs, u"Rx1 Rxo2"_qs);
+    add("another bit and selection", 9, u"Rx1"_s, u"Rx1 Rxo2"_s);
 }
 
 void TstCollectionItems::aSearchLooksWhereItsBitsSay()
@@ -542,7 +544,7 @@ void TstCollectionItems::aSearchOfTheDraftDoesNotLookAtTheSelection()
 {
     const auto model = modelToSearch();
     const int draftAndSelection = TVL::DraftScope | TVL::SelectionScope;
-    for (const QString &context : {QString(), u"Dx2"_qs, u"Rx1"_qs}) {
+    for (const QString &context : {QString(), u"Dx2"_s, u"Rx1"_s}) {
         QCOMPARE(shownTitles(model.get(), draftAndSelection, context), InDraft);
         QCOMPARE(shownTitles(model.get(), draftAndSelection | TVL::ExcludeTrashScope, context),
                  InDraft);
@@ -553,13 +555,13 @@ void TstCollectionItems::theSelectionCountsWithAllBelowIt_data()
 {
     QTest::addColumn<QString>("context");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("leaf") << u"Dxo5"_qs << u"Dxo5"_qs;
-    QTest::newRow("group") << u"Dx2"_qs << u"Dx2 Dxo3"_qs;
-    QTest::newRow("deep") << u"Dx1"_qs << u"Dx1 Dx2 Dx4 Dxo3"_qs;
-    QTest::newRow("in one another") << u"Dx2 Dx1 Dx2"_qs << u"Dx1 Dx2 Dx4 Dxo3"_qs;
-    QTest::newRow("one that isn't found itself") << u"Dn"_qs << QString();
-    QTest::newRow("several") << u"Dx4 Lxo2"_qs << u"Dx4 Lxo2"_qs;
-    QTest::newRow("system folder") << u"Research"_qs << u"Rx1 Rxo2"_qs;
+    QTest::newRow("leaf") << u"Dxo5"_s << u"Dxo5"_s;
+    QTest::newRow("group") << u"Dx2"_s << u"Dx2 Dxo3"_s;
+    QTest::newRow("deep") << u"Dx1"_s << u"Dx1 Dx2 Dx4 Dxo3"_s;
+    QTest::newRow("in one another") << u"Dx2 Dx1 Dx2"_s << u"Dx1 Dx2 Dx4 Dxo3"_s;
+    QTest::newRow("one that isn't found itself") << u"Dn"_s << QString();
+    QTest::newRow("several") << u"Dx4 Lxo2"_s << u"Dx4 Lxo2"_s;
+    QTest::newRow("system folder") << u"Research"_s << u"Rx1 Rxo2"_s;
 }
 
 void TstCollectionItems::theSelectionCountsWithAllBelowIt()
@@ -596,15 +598,15 @@ void TstCollectionItems::aSelectionOfAnotherProjectFindsNothing()
 void TstCollectionItems::filtersAreJoined()
 {
     const auto model = modelToSearch();
-    const QModelIndexList selected = itemsTitled(model.get(), u"Dx1 Rx1 Tx1"_qs);
+    const QModelIndexList selected = itemsTitled(model.get(), u"Dx1 Rx1 Tx1"_s);
     TVLCollectionMetaData search = searchForX(TVL::SelectionScope | TVL::ExcludeTrashScope);
     search.mSearchCompile = TVL::ExcludedFromCompile;
-    QCOMPARE(shownTitles(model.get(), search, selected), u"Dxo3 Rxo2"_qs);
+    QCOMPARE(shownTitles(model.get(), search, selected), u"Dxo3 Rxo2"_s);
     search.mSearchScope = TVL::DraftScope;
-    QCOMPARE(shownTitles(model.get(), search), u"Dxo3 Dxo5"_qs);
+    QCOMPARE(shownTitles(model.get(), search), u"Dxo3 Dxo5"_s);
     search.mSearchScope = TVL::ExcludeTrashScope;
     search.mSearchCompile = TVL::IncludedInCompile;
-    QCOMPARE(shownTitles(model.get(), search), u"Dx1 Dx2 Dx4 Lx1 Rx1"_qs);
+    QCOMPARE(shownTitles(model.get(), search), u"Dx1 Dx2 Dx4 Lx1 Rx1"_s);
 }
 
 void TstCollectionItems::searchingMarksAndAnnouncesNothing()
@@ -635,7 +637,7 @@ void TstCollectionItems::manyItemsAreKeptInOrder()
     QCOMPARE(model->collectionIndexes(full), items);
     model->removeFromCollection(4, items.mid(0, Many - 2));
     QCOMPARE(model->collectionIndexes(model->findCollectionByPos(4)), items.mid(Many - 2));
-    QCOMPARE(model->findCollectionById(model->insertCollection(5, items, u"All"_qs, QColor())).mIds,
+    QCOMPARE(model->findCollectionById(model->insertCollection(5, items, u"All"_s, QColor())).mIds,
              Ids(full.mIds.crbegin(), full.mIds.crend()));
 }
 

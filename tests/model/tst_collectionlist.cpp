@@ -10,6 +10,8 @@
 #include <climits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isNone(const TVLCollectionMetaData &record)
@@ -86,9 +88,9 @@ void TstCollectionList::aBlankProjectHasBinderAndSearchResults()
     const auto model = blankModel();
     const Collections collections = model->collections();
     QCOMPARE(collections.size(), 2);
-    QCOMPARE(collections.at(0).mTitle, u"Binder"_qs);
+    QCOMPARE(collections.at(0).mTitle, u"Binder"_s);
     QCOMPARE(int(collections.at(0).mType), 0);
-    QCOMPARE(collections.at(1).mTitle, u"Search Results"_qs);
+    QCOMPARE(collections.at(1).mTitle, u"Search Results"_s);
     QCOMPARE(int(collections.at(1).mType), 1);
     for (const TVLCollectionMetaData &made : collections) {
         QVERIFY(!made.mId.isEmpty());
@@ -111,7 +113,7 @@ void TstCollectionList::defaultCollectionsAreForAnEmptyListOnly()
     QCOMPARE(model->collections(), Collections());
     model->addDefaultCollections();
     const Collections made = model->collections();
-    QCOMPARE(titles(model.get()), u"Binder Search Results"_qs);
+    QCOMPARE(titles(model.get()), u"Binder Search Results"_s);
     model->addDefaultCollections();
     QCOMPARE(model->collections(), made);
     const auto other = modelOfFive();
@@ -133,9 +135,9 @@ void TstCollectionList::defaultTitlesAreTranslated()
     const auto model = emptyModel();
     const EchoTranslator translator;
     model->addDefaultCollections();
-    QCOMPARE(model->collections().at(0).mTitle, u"TVLProjectModel|Binder|Binder collection"_qs);
+    QCOMPARE(model->collections().at(0).mTitle, u"TVLProjectModel|Binder|Binder collection"_s);
     QCOMPARE(model->collections().at(1).mTitle,
-             u"TVLProjectModel|Search Results|Search results collection"_qs);
+             u"TVLProjectModel|Search Results|Search results collection"_s);
 }
 
 void TstCollectionList::randomColorsStayBelowTheBrightestValue()
@@ -168,10 +170,10 @@ void TstCollectionList::randomColorsAreRedThenGreenThenBlue()
 void TstCollectionList::collectionsAreStoredAsGiven()
 {
     const auto model = blankModel();
-    const Collections given = {collection(TVL::RecentSearchCollection, u"Found"_qs),
-                               collection(TVL::ArbitraryCollection, u"Mine"_qs, {3, 0, 2}),
-                               fullRecord(), collection(TVL::BinderCollection, u"All"_qs),
-                               collection(TVL::BinderCollection, u"Once more"_qs)};
+    const Collections given = {collection(TVL::RecentSearchCollection, u"Found"_s),
+                               collection(TVL::ArbitraryCollection, u"Mine"_s, {3, 0, 2}),
+                               fullRecord(), collection(TVL::BinderCollection, u"All"_s),
+                               collection(TVL::BinderCollection, u"Once more"_s)};
     model->setCollections(given);
     QCOMPARE(model->collections(), given);
 }
@@ -180,9 +182,9 @@ void TstCollectionList::missingKindsAreAddedWithoutTitle_data()
 {
     QTest::addColumn<Collections>("given");
     QTest::addColumn<Ids>("addedTypes");
-    const TVLCollectionMetaData binder = collection(TVL::BinderCollection, u"Binder"_qs);
-    const TVLCollectionMetaData recent = collection(TVL::RecentSearchCollection, u"Found"_qs);
-    const TVLCollectionMetaData mine = collection(TVL::ArbitraryCollection, u"Mine"_qs, {3});
+    const TVLCollectionMetaData binder = collection(TVL::BinderCollection, u"Binder"_s);
+    const TVLCollectionMetaData recent = collection(TVL::RecentSearchCollection, u"Found"_s);
+    const TVLCollectionMetaData mine = collection(TVL::ArbitraryCollection, u"Mine"_s, {3});
     QTest::newRow("both") << Collections({binder, recent, mine}) << Ids();
     QTest::newRow("no search results") << Collections({binder, mine}) << Ids({1});
     QTest::newRow("no binder") << Collections({mine, recent}) << Ids({0});
@@ -222,10 +224,10 @@ void TstCollectionList::aListWithoutSearchResultsGainsThem()
 void TstCollectionList::anItemThatNoLongerExistsLeavesAListKeptByHand()
 {
     const auto model = blankModel();
-    model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs),
-                           collection(TVL::RecentSearchCollection, u"Found"_qs),
-                           collection(TVL::ArbitraryCollection, u"Mine"_qs, {99, 3, -1, 0, 77, 3}),
-                           collection(TVL::ArbitraryCollection, u"Gone"_qs, {99})});
+    model->setCollections({collection(TVL::BinderCollection, u"Binder"_s),
+                           collection(TVL::RecentSearchCollection, u"Found"_s),
+                           collection(TVL::ArbitraryCollection, u"Mine"_s, {99, 3, -1, 0, 77, 3}),
+                           collection(TVL::ArbitraryCollection, u"Gone"_s, {99})});
     QCOMPARE(model->collections().at(2).mIds, Ids({3, 0, 3}));
     QCOMPARE(model->collections().at(3).mIds, Ids());
 }
@@ -233,9 +235,9 @@ void TstCollectionList::anItemThatNoLongerExistsLeavesAListKeptByHand()
 void TstCollectionList::idsOfOtherCollectionsStay()
 {
     const auto model = blankModel();
-    model->setCollections({collection(TVL::BinderCollection, u"Binder"_qs, {99}),
-                           collection(TVL::RecentSearchCollection, u"Found"_qs, {98}),
-                           collection(TVL::SavedSearchCollection, u"Search"_qs, {97})});
+    model->setCollections({collection(TVL::BinderCollection, u"Binder"_s, {99}),
+                           collection(TVL::RecentSearchCollection, u"Found"_s, {98}),
+                           collection(TVL::SavedSearchCollection, u"Search"_s, {97})});
     QCOMPARE(model->collections().at(0).mIds, Ids({99}));
     QCOMPARE(model->collections().at(1).mIds, Ids({98}));
     QCOMPARE(model->collections().at(2).mIds, Ids({97}));
@@ -246,7 +248,7 @@ void TstCollectionList::settingCollectionsEmitsAndMarksNothing()
     const auto model = blankModel();
     const CollectionLog log(model.get());
     const SignalLog others(model.get());
-    model->setCollections({collection(TVL::ArbitraryCollection, u"Mine"_qs, {99})});
+    model->setCollections({collection(TVL::ArbitraryCollection, u"Mine"_s, {99})});
     QCOMPARE(log.lines(), Lines());
     QCOMPARE(others.lines(), Lines());
     QVERIFY(model->isSaved());
@@ -258,7 +260,7 @@ void TstCollectionList::collectionsSurviveSaveAndReopen()
     Collections given;
     {
         const auto model = project.create();
-        model->insertCollection(2, collection(TVL::ArbitraryCollection, u"Mine <&>"_qs, {3, 1}));
+        model->insertCollection(2, collection(TVL::ArbitraryCollection, u"Mine <&>"_s, {3, 1}));
         TVLCollectionMetaData search = fullRecord();
         search.mSearchScope = TVL::ExcludeTrashScope; // A binder has no word for two at once.
         model->insertCollection(0, search);
@@ -285,11 +287,11 @@ void TstCollectionList::aCollectionIsInserted()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->insertCollection(3, collection(TVL::ArbitraryCollection, u"New"_qs, {3}));
-    QCOMPARE(titles(model.get()), u"Binder Found Mine New Search Yours"_qs);
+    model->insertCollection(3, collection(TVL::ArbitraryCollection, u"New"_s, {3}));
+    QCOMPARE(titles(model.get()), u"Binder Found Mine New Search Yours"_s);
     QCOMPARE(log.lines(),
-             Lines({u"to come 3 New of 5"_qs, u"modified of 6"_qs, u"came 3 New of 6"_qs,
-                    u"changed of 6"_qs}));
+             Lines({u"to come 3 New of 5"_s, u"modified of 6"_s, u"came 3 New of 6"_s,
+                    u"changed of 6"_s}));
     QVERIFY(model->isModified());
 }
 
@@ -324,13 +326,13 @@ void TstCollectionList::positionsOfInsertionsAreTakenFromTheList()
     QFETCH(const int, expected);
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->insertCollection(position, collection(TVL::ArbitraryCollection, u"New"_qs));
-    QCOMPARE(model->findCollectionByPos(expected).mTitle, u"New"_qs);
-    QCOMPARE(log.lines().constFirst(), u"to come %1 New of 5"_qs.arg(expected));
-    QCOMPARE(log.lines().at(2), u"came %1 New of 6"_qs.arg(expected));
+    model->insertCollection(position, collection(TVL::ArbitraryCollection, u"New"_s));
+    QCOMPARE(model->findCollectionByPos(expected).mTitle, u"New"_s);
+    QCOMPARE(log.lines().constFirst(), u"to come %1 New of 5"_s.arg(expected));
+    QCOMPARE(log.lines().at(2), u"came %1 New of 6"_s.arg(expected));
 
     const auto other = modelOfFive();
-    const QString identity = other->insertCollection(position, {}, u"New"_qs, QColor());
+    const QString identity = other->insertCollection(position, {}, u"New"_s, QColor());
     QCOMPARE(other->collectionPos(identity), expected);
 }
 
@@ -338,7 +340,7 @@ void TstCollectionList::insertingASecondSearchResultsDoesNothing()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->insertCollection(2, collection(TVL::RecentSearchCollection, u"New"_qs));
+    model->insertCollection(2, collection(TVL::RecentSearchCollection, u"New"_s));
     QCOMPARE(model->collections(), Five);
     QCOMPARE(log.lines(), Lines());
     QVERIFY(model->isSaved());
@@ -348,7 +350,7 @@ void TstCollectionList::insertingASecondBinderDoesNothing()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    model->insertCollection(2, collection(TVL::BinderCollection, u"New"_qs));
+    model->insertCollection(2, collection(TVL::BinderCollection, u"New"_s));
     QCOMPARE(model->collections(), Five);
     QCOMPARE(log.lines(), Lines());
     QVERIFY(model->isSaved());
@@ -357,29 +359,29 @@ void TstCollectionList::insertingASecondBinderDoesNothing()
 void TstCollectionList::itemsAreInsertedInTheOrderOfTheBinder()
 {
     const auto model = modelOfFive();
-    addTree(model.get(), model->draftFolder(), u"a(b c) d"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"d c a b"_qs);
+    addTree(model.get(), model->draftFolder(), u"a(b c) d"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"d c a b"_s);
     const QString identity = model->insertCollection(
-        5, QModelIndexList(indexes) << model->researchFolder(), u"New"_qs, QColor(1, 2, 3));
+        5, QModelIndexList(indexes) << model->researchFolder(), u"New"_s, QColor(1, 2, 3));
     const TVLCollectionMetaData made = model->findCollectionById(identity);
     QCOMPARE(made.mIds,
-             model->nodeIdentityList(itemsTitled(model.get(), u"a b c d"_qs))
+             model->nodeIdentityList(itemsTitled(model.get(), u"a b c d"_s))
                  + Ids({model->nodeIdentity(model->researchFolder())}));
     QCOMPARE(model->collectionIndexes(made),
-             itemsTitled(model.get(), u"a b c d"_qs) << model->researchFolder());
+             itemsTitled(model.get(), u"a b c d"_s) << model->researchFolder());
 }
 
 void TstCollectionList::insertedItemsHaveAFreshIdentityAndTheirColor()
 {
     const auto model = modelOfFive();
     const QModelIndexList items = {firstText(model.get())};
-    const QString first = model->insertCollection(0, items, u"New"_qs, QColor(1, 2, 3, 4));
-    const QString second = model->insertCollection(0, items, u"New"_qs, QColor(1, 2, 3, 4));
+    const QString first = model->insertCollection(0, items, u"New"_s, QColor(1, 2, 3, 4));
+    const QString second = model->insertCollection(0, items, u"New"_s, QColor(1, 2, 3, 4));
     QVERIFY(!first.isEmpty());
     QVERIFY(first != second);
     TVLCollectionMetaData expected;
     expected.mId = second;
-    expected.mTitle = u"New"_qs;
+    expected.mTitle = u"New"_s;
     expected.mColor = QColor(1, 2, 3, 4);
     expected.mType = TVL::ArbitraryCollection;
     expected.mIds = {3};
@@ -393,7 +395,7 @@ void TstCollectionList::anInvalidColorBecomesARandomOne()
     const QColor expected = nextColor();
     const auto model = modelOfFive();
     const TVLReplay again(11);
-    const QString identity = model->insertCollection(5, {}, u"New"_qs, QColor());
+    const QString identity = model->insertCollection(5, {}, u"New"_s, QColor());
     QCOMPARE(model->findCollectionById(identity).mColor, expected);
 }
 
@@ -402,10 +404,10 @@ void TstCollectionList::itemsAreInsertedWithTheSameSignals()
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
     const QString identity =
-        model->insertCollection(9, {firstText(model.get())}, u"New"_qs, QColor());
+        model->insertCollection(9, {firstText(model.get())}, u"New"_s, QColor());
     QCOMPARE(log.lines(),
-             Lines({u"to come 5 New of 5"_qs, u"modified of 6"_qs, u"came 5 New of 6"_qs,
-                    u"changed of 6"_qs}));
+             Lines({u"to come 5 New of 5"_s, u"modified of 6"_s, u"came 5 New of 6"_s,
+                    u"changed of 6"_s}));
     const TVLCollectionMetaData made = model->findCollectionById(identity);
     QCOMPARE(log.records(), Collections({made, made}));
 }
@@ -422,8 +424,8 @@ void TstCollectionList::aCollectionIsRemoved()
         expected.removeAt(position);
         QCOMPARE(model->collections(), expected);
         QCOMPARE(log.lines(),
-                 Lines({u"to go %1 of 5"_qs.arg(position), u"modified of 4"_qs,
-                        u"gone %1 of 4"_qs.arg(position), u"changed of 4"_qs}));
+                 Lines({u"to go %1 of 5"_s.arg(position), u"modified of 4"_s,
+                        u"gone %1 of 4"_s.arg(position), u"changed of 4"_s}));
     }
 }
 
@@ -455,13 +457,13 @@ void TstCollectionList::aCollectionMoves_data()
     QTest::addColumn<int>("to");
     QTest::addColumn<int>("inserted");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("up to the head") << 4 << 0 << 0 << u"Yours Binder Found Mine Search"_qs;
-    QTest::newRow("up by one") << 3 << 2 << 2 << u"Binder Found Search Mine Yours"_qs;
-    QTest::newRow("down to the end") << 0 << 5 << 4 << u"Found Mine Search Yours Binder"_qs;
-    QTest::newRow("down by one") << 1 << 3 << 2 << u"Binder Mine Found Search Yours"_qs;
-    QTest::newRow("onto itself") << 2 << 2 << 2 << u"Binder Found Mine Search Yours"_qs;
-    QTest::newRow("before the next") << 2 << 3 << 2 << u"Binder Found Mine Search Yours"_qs;
-    QTest::newRow("last to the end") << 4 << 5 << 4 << u"Binder Found Mine Search Yours"_qs;
+    QTest::newRow("up to the head") << 4 << 0 << 0 << u"Yours Binder Found Mine Search"_s;
+    QTest::newRow("up by one") << 3 << 2 << 2 << u"Binder Found Search Mine Yours"_s;
+    QTest::newRow("down to the end") << 0 << 5 << 4 << u"Found Mine Search Yours Binder"_s;
+    QTest::newRow("down by one") << 1 << 3 << 2 << u"Binder Mine Found Search Yours"_s;
+    QTest::newRow("onto itself") << 2 << 2 << 2 << u"Binder Found Mine Search Yours"_s;
+    QTest::newRow("before the next") << 2 << 3 << 2 << u"Binder Found Mine Search Yours"_s;
+    QTest::newRow("last to the end") << 4 << 5 << 4 << u"Binder Found Mine Search Yours"_s;
 }
 
 void TstCollectionList::aCollectionMoves()
@@ -476,10 +478,10 @@ void TstCollectionList::aCollectionMoves()
     model->moveCollection(from, to);
     QCOMPARE(titles(model.get()), expected);
     QCOMPARE(log.lines(),
-             Lines({u"to go %1 of 5"_qs.arg(from), u"gone %1 of 4"_qs.arg(from),
-                    u"to come %1 %2 of 4"_qs.arg(inserted).arg(title),
-                    u"came %1 %2 of 5"_qs.arg(inserted).arg(title), u"modified of 5"_qs,
-                    u"changed of 5"_qs}));
+             Lines({u"to go %1 of 5"_s.arg(from), u"gone %1 of 4"_s.arg(from),
+                    u"to come %1 %2 of 4"_s.arg(inserted).arg(title),
+                    u"came %1 %2 of 5"_s.arg(inserted).arg(title), u"modified of 5"_s,
+                    u"changed of 5"_s}));
 }
 
 void TstCollectionList::aBinderReadWhileACollectionMovesEndsNothing()
@@ -493,8 +495,8 @@ void TstCollectionList::aBinderReadWhileACollectionMovesEndsNothing()
         project->endBinderRead();
     });
     model->moveCollection(4, 0);
-    QVERIFY(log.lines().contains(u"modified of 5"_qs));
-    QVERIFY(!log.lines().contains(u"modified of 4"_qs));
+    QVERIFY(log.lines().contains(u"modified of 5"_s));
+    QVERIFY(!log.lines().contains(u"modified of 4"_s));
 }
 
 void TstCollectionList::movingFromTheFirstToBeforeTheFourthLandsAtPositionTwo()
@@ -505,7 +507,7 @@ void TstCollectionList::movingFromTheFirstToBeforeTheFourthLandsAtPositionTwo()
     QSignalSpy toCome(model.get(), &TVLProjectModel::collectionAboutToBeInserted);
     QSignalSpy came(model.get(), &TVLProjectModel::collectionInserted);
     model->moveCollection(0, 3);
-    QCOMPARE(titles(model.get()), u"Found Mine Binder Search Yours"_qs);
+    QCOMPARE(titles(model.get()), u"Found Mine Binder Search Yours"_s);
     QCOMPARE(model->collectionPos(Five.at(0).mId), 2);
     for (const QSignalSpy *removal : {&toGo, &gone})
         QCOMPARE(QList<QVariantList>(*removal), QList<QVariantList>({{0}}));
@@ -571,7 +573,7 @@ void TstCollectionList::aMoveSurvivesAListenerThatRemovesOthers()
         model->removeCollection(2);
     });
     model->moveCollection(2, 5);
-    QCOMPARE(titles(model.get()), u"Binder Found Mine"_qs);
+    QCOMPARE(titles(model.get()), u"Binder Found Mine"_s);
     QVERIFY(model->isModified());
 }
 
@@ -595,7 +597,7 @@ void TstCollectionList::collectionsAreFoundByIdentity()
         QVERIFY(model->hasCollectionWithId(identity));
         QCOMPARE(model->findCollectionById(identity), Five.at(position));
     }
-    for (const QString &identity : {u"id of mine"_qs, u"Mine"_qs, QString()}) {
+    for (const QString &identity : {u"id of mine"_s, u"Mine"_s, QString()}) {
         QCOMPARE(model->collectionPos(identity), -1);
         QVERIFY(!model->hasCollectionWithId(identity));
         QVERIFY(isNone(model->findCollectionById(identity)));
@@ -606,22 +608,21 @@ void TstCollectionList::collectionsAreFoundByTitle()
 {
     const auto model = modelOfFive();
     TVLCollectionMetaData namesake = fullRecord();
-    namesake.mTitle = u"Mine"_qs;
+    namesake.mTitle = u"Mine"_s;
     model->insertCollection(5, namesake);
     for (int position = 0; position < 5; ++position)
         QCOMPARE(model->findCollectionByTitle(Five.at(position).mTitle), Five.at(position));
-    for (const QString &title : {u"mine"_qs, u"Min"_qs, u"Mine "_qs, u"id of Mine"_qs, QString()})
+    for (const QString &title : {u"mine"_s, u"Min"_s, u"Mine "_s, u"id of Mine"_s, QString()})
         QVERIFY(isNone(model->findCollectionByTitle(title)));
 }
 
 void TstCollectionList::theFirstBinderAndSearchResultsCount()
 {
     const auto model = blankModel();
-    model->setCollections({Five.at(2), collection(TVL::RecentSearchCollection, u"First"_qs),
-                           Five.at(1), collection(TVL::BinderCollection, u"Second"_qs),
-                           Five.at(0)});
-    QCOMPARE(model->binderCollection().mTitle, u"Second"_qs);
-    QCOMPARE(model->recentSearch().mTitle, u"First"_qs);
+    model->setCollections({Five.at(2), collection(TVL::RecentSearchCollection, u"First"_s),
+                           Five.at(1), collection(TVL::BinderCollection, u"Second"_s), Five.at(0)});
+    QCOMPARE(model->binderCollection().mTitle, u"Second"_s);
+    QCOMPARE(model->recentSearch().mTitle, u"First"_s);
 }
 
 void TstCollectionList::aMissingBinderOrSearchIsMadeButNotEntered()

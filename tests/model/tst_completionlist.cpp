@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Item = TVLAutoCompleteItem;
@@ -43,12 +45,12 @@ void TstCompletionList::theListIsSet()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    model->setAutoCompleteList({{-2, u"Ann"_qs}, {3, u"INT."_qs}});
-    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
-    QCOMPARE(model->autoCompleteList(), Items({{-2, u"Ann"_qs}, {3, u"INT."_qs}}));
+    model->setAutoCompleteList({{-2, u"Ann"_s}, {3, u"INT."_s}});
+    QCOMPARE(log.lines(), QStringList({u"completions"_s, u"modified"_s}));
+    QCOMPARE(model->autoCompleteList(), Items({{-2, u"Ann"_s}, {3, u"INT."_s}}));
     model->setAutoCompleteList({});
     QCOMPARE(model->autoCompleteList(), Items());
-    QCOMPARE(log.lines().mid(2), QStringList{u"completions"_qs});
+    QCOMPARE(log.lines().mid(2), QStringList{u"completions"_s});
 }
 
 void TstCompletionList::anEqualListHasNoEffect()
@@ -57,10 +59,10 @@ void TstCompletionList::anEqualListHasNoEffect()
     const SignalLog log(model.get());
     model->setAutoCompleteList({});
     QCOMPARE(log.lines(), QStringList());
-    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    model->setAutoCompleteList({{-1, u"Ann"_s}, {3, u"Ben"_s}});
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog second(model.get());
-    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    model->setAutoCompleteList({{-1, u"Ann"_s}, {3, u"Ben"_s}});
     QCOMPARE(second.lines(), QStringList());
     QVERIFY(model->isSaved());
 }
@@ -68,23 +70,23 @@ void TstCompletionList::anEqualListHasNoEffect()
 void TstCompletionList::aListThatDiffersIsTaken_data()
 {
     QTest::addColumn<Items>("items");
-    QTest::newRow("another scope") << Items({{-2, u"Ann"_qs}, {3, u"Ben"_qs}});
-    QTest::newRow("another text") << Items({{-1, u"ann"_qs}, {3, u"Ben"_qs}});
-    QTest::newRow("another order") << Items({{3, u"Ben"_qs}, {-1, u"Ann"_qs}});
-    QTest::newRow("one less") << Items({{-1, u"Ann"_qs}});
-    QTest::newRow("a text twice") << Items({{-1, u"Ann"_qs}, {3, u"Ben"_qs}, {-2, u"Ann"_qs}});
+    QTest::newRow("another scope") << Items({{-2, u"Ann"_s}, {3, u"Ben"_s}});
+    QTest::newRow("another text") << Items({{-1, u"ann"_s}, {3, u"Ben"_s}});
+    QTest::newRow("another order") << Items({{3, u"Ben"_s}, {-1, u"Ann"_s}});
+    QTest::newRow("one less") << Items({{-1, u"Ann"_s}});
+    QTest::newRow("a text twice") << Items({{-1, u"Ann"_s}, {3, u"Ben"_s}, {-2, u"Ann"_s}});
 }
 
 void TstCompletionList::aListThatDiffersIsTaken()
 {
     QFETCH(const Items, items);
     const auto model = blankModel();
-    model->setAutoCompleteList({{-1, u"Ann"_qs}, {3, u"Ben"_qs}});
+    model->setAutoCompleteList({{-1, u"Ann"_s}, {3, u"Ben"_s}});
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
     model->setAutoCompleteList(items);
     QCOMPARE(model->autoCompleteList(), items);
-    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"completions"_s, u"modified"_s}));
 }
 
 void TstCompletionList::aWordIsAppendedInItsScope_data()
@@ -100,12 +102,12 @@ void TstCompletionList::aWordIsAppendedInItsScope()
     QFETCH(const int, id);
     QFETCH(const int, number);
     const auto model = blankModel();
-    model->setAutoCompleteList({{5, u"Ann"_qs}});
+    model->setAutoCompleteList({{5, u"Ann"_s}});
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
-    model->addToAutoCompleteList(u"Ben"_qs, Item::Scope(scope), id);
-    QCOMPARE(model->autoCompleteList(), Items({{5, u"Ann"_qs}, {number, u"Ben"_qs}}));
-    QCOMPARE(log.lines(), QStringList({u"completions"_qs, u"modified"_qs}));
+    model->addToAutoCompleteList(u"Ben"_s, Item::Scope(scope), id);
+    QCOMPARE(model->autoCompleteList(), Items({{5, u"Ann"_s}, {number, u"Ben"_s}}));
+    QCOMPARE(log.lines(), QStringList({u"completions"_s, u"modified"_s}));
 }
 
 void TstCompletionList::aWordThatIsThereIsNotAddedAgain_data()
@@ -123,11 +125,11 @@ void TstCompletionList::aWordThatIsThereIsNotAddedAgain()
     QFETCH(const int, scope);
     QFETCH(const int, id);
     const auto model = blankModel();
-    const Items items = {{-2, u"Ben"_qs}, {5, u"Ann"_qs}};
+    const Items items = {{-2, u"Ben"_s}, {5, u"Ann"_s}};
     model->setAutoCompleteList(items);
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
-    model->addToAutoCompleteList(u"Ann"_qs, Item::Scope(scope), id);
+    model->addToAutoCompleteList(u"Ann"_s, Item::Scope(scope), id);
     QCOMPARE(model->autoCompleteList(), items);
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
@@ -136,7 +138,7 @@ void TstCompletionList::aWordThatIsThereIsNotAddedAgain()
 void TstCompletionList::wordsAreComparedExactly()
 {
     const auto model = blankModel();
-    const QStringList words = {u"Ann"_qs, u"ann"_qs, u"Ann "_qs, u"\u00e9"_qs, u"e\u0301"_qs};
+    const QStringList words = {u"Ann"_s, u"ann"_s, u"Ann "_s, u"\u00e9"_s, u"e\u0301"_s};
     for (int pass = 0; pass < 2; ++pass) {
         for (const QString &word : words)
             model->addToAutoCompleteList(word, Item::Everywhere, -1);
@@ -147,8 +149,8 @@ void TstCompletionList::wordsAreComparedExactly()
 void TstCompletionList::theTextsComeInTheOrderOfTheList()
 {
     const auto model = blankModel();
-    model->setAutoCompleteList({{3, u"z"_qs}, {-1, u"a"_qs}, {-2, u"m"_qs}, {0, u"a"_qs}});
-    QCOMPARE(model->autoCompleteStrings(), QStringList({u"z"_qs, u"a"_qs, u"m"_qs, u"a"_qs}));
+    model->setAutoCompleteList({{3, u"z"_s}, {-1, u"a"_s}, {-2, u"m"_s}, {0, u"a"_s}});
+    QCOMPARE(model->autoCompleteStrings(), QStringList({u"z"_s, u"a"_s, u"m"_s, u"a"_s}));
 }
 
 void TstCompletionList::theListIsInPlaceWhenItIsAnnounced()
@@ -157,17 +159,17 @@ void TstCompletionList::theListIsInPlaceWhenItIsAnnounced()
     QStringList seen;
     connect(model.get(), &TVLProjectModel::autoCompleteListChanged, this,
             [&] { seen.append(model->autoCompleteStrings().join(u',')); });
-    model->setAutoCompleteList({{-2, u"Ann"_qs}});
-    model->addToAutoCompleteList(u"Ben"_qs, Item::GeneralText, -1);
-    QCOMPARE(seen, QStringList({u"Ann"_qs, u"Ann,Ben"_qs}));
+    model->setAutoCompleteList({{-2, u"Ann"_s}});
+    model->addToAutoCompleteList(u"Ben"_s, Item::GeneralText, -1);
+    QCOMPARE(seen, QStringList({u"Ann"_s, u"Ann,Ben"_s}));
 }
 
 void TstCompletionList::itemsAreNotTouched()
 {
     const auto model = blankModel();
     makeAllOld(model.get());
-    model->setAutoCompleteList({{-2, u"Ann"_qs}});
-    model->addToAutoCompleteList(u"Ben"_qs, Item::GeneralText, -1);
+    model->setAutoCompleteList({{-2, u"Ann"_s}});
+    model->addToAutoCompleteList(u"Ben"_s, Item::GeneralText, -1);
     QCOMPARE(touchedIds(model.get()), QList<int>());
 }
 

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Sums = TVLProjectModel::WordCharSessionCount;
@@ -55,7 +57,7 @@ Sums plainSums(const TVLProjectModel *model, bool draft, bool session, bool comp
 
 QString format(const Sums &sums)
 {
-    return u"%1 %2 %3 %4"_qs.arg(sums.mDraftWords)
+    return u"%1 %2 %3 %4"_s.arg(sums.mDraftWords)
         .arg(sums.mDraftCharacters)
         .arg(sums.mSessionWords)
         .arg(sums.mSessionCharacters);
@@ -120,7 +122,7 @@ void TstCounts::aTextIsCounted()
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->wordCount(index, false, false), 0);
     QCOMPARE(model->characterCount(index), 0);
-    typeText(model.get(), index, u"four words of text"_qs);
+    typeText(model.get(), index, u"four words of text"_s);
     QCOMPARE(model->wordCount(index, false, false), 4);
     QCOMPARE(model->characterCount(index), 18);
     QCOMPARE(model->projectNode(index)->mWordCount, 4);
@@ -136,7 +138,7 @@ void TstCounts::aCountIsKeptUntilAnEdit()
     QCOMPARE(model->wordCount(index, true, true), 77);
     QCOMPARE(model->characterCount(index), 777);
     QVERIFY(model->loadedNodes().isEmpty());
-    typeText(model.get(), index, u"one two"_qs);
+    typeText(model.get(), index, u"one two"_s);
     QCOMPARE(model->wordCount(index, true, true), 2);
     QCOMPARE(model->characterCount(index), 7);
     setCounts(model.get(), index, 0, 0);
@@ -148,7 +150,7 @@ void TstCounts::aCountLoadsTheTextOnce()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 from the file}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 from the file}");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->characterCount(index), 13);
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->findNode(3)}));
@@ -176,13 +178,13 @@ void TstCounts::theFlagsOfAWordCountArePassedOn()
     const QModelIndex index = firstText(model.get());
     TVLTextDocument *text = model->referenceText(index);
     QTextCursor cursor(text);
-    cursor.insertText(u"one two three "_qs);
+    cursor.insertText(u"one two three "_s);
     QTextCharFormat annotation;
     annotation.setProperty(TVLTextFormat::InlineAnnotation, true);
-    cursor.insertText(u"a remark "_qs, annotation);
+    cursor.insertText(u"a remark "_s, annotation);
     QTextCharFormat footnote;
     footnote.setProperty(TVLTextFormat::InlineFootnote, true);
-    cursor.insertText(u"this is a footnote"_qs, footnote);
+    cursor.insertText(u"this is a footnote"_s, footnote);
     const int expected = TVLTextDoc::wordCount(text, withAnnotations, withFootnotes);
     QVERIFY(expected > 0);
     QCOMPARE(model->wordCount(index, withAnnotations, withFootnotes), expected);
@@ -208,7 +210,7 @@ void TstCounts::aKeptCountForgetsItsFlags()
     const QModelIndex index = firstText(model.get());
     QTextCharFormat annotation;
     annotation.setProperty(TVLTextFormat::InlineAnnotation, true);
-    QTextCursor(model->referenceText(index)).insertText(u"a remark"_qs, annotation);
+    QTextCursor(model->referenceText(index)).insertText(u"a remark"_s, annotation);
     const int first = model->wordCount(index, true, true);
     QCOMPARE(model->wordCount(index, false, false), first);
 }
@@ -237,11 +239,11 @@ void TstCounts::aSessionCountsFromTheFirstLoad()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 there before}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 there before}");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->sessionWordCount(index, false, false), 0);
     QCOMPARE(model->sessionCharacterCount(index), 0);
-    typeText(model.get(), index, u"three words more "_qs);
+    typeText(model.get(), index, u"three words more "_s);
     QCOMPARE(model->sessionWordCount(index, false, false), 3);
     QCOMPARE(model->sessionCharacterCount(index), 17);
 }
@@ -250,7 +252,7 @@ void TstCounts::aSessionWithLessTextIsNegative()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three words here}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 three words here}");
     const QModelIndex index = firstText(model.get());
     QTextCursor cursor(model->referenceText(index));
     cursor.movePosition(QTextCursor::NextWord, QTextCursor::KeepAnchor);
@@ -367,15 +369,15 @@ void TstCounts::aProjectIsSummedUp_data()
     QTest::addColumn<bool>("session");
     QTest::addColumn<bool>("compileOnly");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("nothing") << false << false << false << u"0 0 0 0"_qs;
-    QTest::newRow("nothing to compile") << false << false << true << u"0 0 0 0"_qs;
-    QTest::newRow("draft") << true << false << false << u"110 1100 0 0"_qs;
-    QTest::newRow("draft to compile") << true << false << true << u"10 100 0 0"_qs;
-    QTest::newRow("session") << false << true << false << u"0 0 1105 11050"_qs;
+    QTest::newRow("nothing") << false << false << false << u"0 0 0 0"_s;
+    QTest::newRow("nothing to compile") << false << false << true << u"0 0 0 0"_s;
+    QTest::newRow("draft") << true << false << false << u"110 1100 0 0"_s;
+    QTest::newRow("draft to compile") << true << false << true << u"10 100 0 0"_s;
+    QTest::newRow("session") << false << true << false << u"0 0 1105 11050"_s;
     QTest::newRow("session, compile doesn't matter")
-        << false << true << true << u"0 0 1105 11050"_qs;
-    QTest::newRow("both") << true << true << false << u"110 1100 1105 11050"_qs;
-    QTest::newRow("both to compile") << true << true << true << u"10 100 1105 11050"_qs;
+        << false << true << true << u"0 0 1105 11050"_s;
+    QTest::newRow("both") << true << true << false << u"110 1100 1105 11050"_s;
+    QTest::newRow("both to compile") << true << true << true << u"10 100 1105 11050"_s;
 }
 
 void TstCounts::aProjectIsSummedUp()
@@ -406,7 +408,7 @@ void TstCounts::onlyItemsInsideTheDraftCountAsDraft()
     setCounts(model.get(), top, 100, 100);
     const QModelIndex trashed = addItem(model.get(), model->trashFolder(), TVL::Text);
     setCounts(model.get(), trashed, 1000, 1000);
-    QCOMPARE(format(model->wordCharSessionCount(true, false, false)), u"1 1 0 0"_qs);
+    QCOMPARE(format(model->wordCharSessionCount(true, false, false)), u"1 1 0 0"_s);
 }
 
 void TstCounts::noProjectNoSums()
@@ -446,7 +448,7 @@ void TstCounts::aNewSessionBeginsWithWhatIsThere()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex loaded = firstText(model.get());
-    typeText(model.get(), loaded, u"three words here"_qs);
+    typeText(model.get(), loaded, u"three words here"_s);
     const QModelIndex counted = addItem(model.get(), model->draftFolder(), TVL::Text);
     setCounts(model.get(), counted, 70, 700, 10, 100);
     const QModelIndex uncounted = addItem(model.get(), model->draftFolder(), TVL::Text);
@@ -478,7 +480,7 @@ void TstCounts::aNewSessionIsTold()
     const auto model = blankModel();
     const SignalLog log(model.get());
     model->resetSessionCounts();
-    QCOMPARE(log.lines(), QStringList({u"meta data"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"meta data"_s}));
     QVERIFY(model->isSaved());
 }
 
@@ -492,19 +494,19 @@ void TstCounts::statisticsAreTold_data()
     const QLocale english(QLocale::English, QLocale::UnitedStates);
     const QLocale german(QLocale::German, QLocale::Germany);
     QTest::newRow("no target") << english << 0 << TVL::WordsTarget
-                               << u"Words: 1,200    Chars: 7,000"_qs;
+                               << u"Words: 1,200    Chars: 7,000"_s;
     QTest::newRow("no target of characters")
-        << english << 0 << TVL::CharactersTarget << u"Words: 1,200    Chars: 7,000"_qs;
+        << english << 0 << TVL::CharactersTarget << u"Words: 1,200    Chars: 7,000"_s;
     QTest::newRow("words") << english << 5000 << TVL::WordsTarget
-                           << u"Words: 1,200/5,000    Chars: 7,000"_qs;
+                           << u"Words: 1,200/5,000    Chars: 7,000"_s;
     QTest::newRow("characters") << english << 25000 << TVL::CharactersTarget
-                                << u"Words: 1,200    Chars: 7,000/25,000"_qs;
+                                << u"Words: 1,200    Chars: 7,000/25,000"_s;
     QTest::newRow("unknown type") << english << 5000 << TVL::TargetType(7)
-                                  << u"Words: 1,200/5,000    Chars: 7,000"_qs;
+                                  << u"Words: 1,200/5,000    Chars: 7,000"_s;
     QTest::newRow("German") << german << 25000 << TVL::CharactersTarget
-                            << u"Words: 1.200    Chars: 7.000/25.000"_qs;
+                            << u"Words: 1.200    Chars: 7.000/25.000"_s;
     QTest::newRow("without grouping")
-        << QLocale::c() << 25000 << TVL::WordsTarget << u"Words: 1200/25000    Chars: 7000"_qs;
+        << QLocale::c() << 25000 << TVL::WordsTarget << u"Words: 1200/25000    Chars: 7000"_s;
 }
 
 void TstCounts::statisticsAreTold()

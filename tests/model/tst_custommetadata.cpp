@@ -9,21 +9,23 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Ids = QList<int>;
 using Values = QMap<QString, QString>;
 using Infos = QList<TVLCustomMetaDataInfo>;
 
-const TVLMetaDataField Pov = {u"pov"_qs, u"Point of view"_qs, false, Qt::red};
-const TVLMetaDataField Day = {u"day"_qs, u"Day"_qs, true, Qt::blue};
-const TVLMetaDataField Place = {u"place"_qs, u"Place"_qs, false, QColor()};
+const TVLMetaDataField Pov = {u"pov"_s, u"Point of view"_s, false, Qt::red};
+const TVLMetaDataField Day = {u"day"_s, u"Day"_s, true, Qt::blue};
+const TVLMetaDataField Place = {u"place"_s, u"Place"_s, false, QColor()};
 
 /** A blank project with the fields pov, day and place, and the items 3 to 6, where 4 holds 5. */
 TestModel modelWithFields()
 {
     auto model = blankModel();
-    addTree(model.get(), model->draftFolder(), u"x(y) z"_qs);
+    addTree(model.get(), model->draftFolder(), u"x(y) z"_s);
     model->setCustomMetaDataSettings({Pov, Day, Place});
     makeAllOld(model.get());
     TVLProjectModelTestAccess::setSaved(model.get());
@@ -108,7 +110,7 @@ void TstCustomMetaData::aNewItemHasNoValues()
 {
     const auto model = modelWithFields();
     QCOMPARE(valuesOf(model.get(), 4), Values());
-    QCOMPARE(model->customMetaData(model->index(4), u"pov"_qs), QString());
+    QCOMPARE(model->customMetaData(model->index(4), u"pov"_s), QString());
     QVERIFY(!model->hasCustomMetaData(model->index(4)));
 }
 
@@ -116,39 +118,39 @@ void TstCustomMetaData::aValueIsSet()
 {
     const auto model = modelWithFields();
     const SignalLog log(model.get());
-    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, u"Ann"_qs));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"fields of 4"_qs, u"data 4"_qs}));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, u"Ann"_s));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"fields of 4"_s, u"data 4"_s}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_qs, u"Ann"_qs}}));
-    QCOMPARE(model->customMetaData(model->index(4), u"pov"_qs), u"Ann"_qs);
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_s, u"Ann"_s}}));
+    QCOMPARE(model->customMetaData(model->index(4), u"pov"_s), u"Ann"_s);
     QVERIFY(model->isModified());
 
-    QVERIFY(model->setCustomMetaData(model->index(4), u"day"_qs, u"line\nend <&> \u6f22"_qs));
-    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, u"Ben"_qs));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"day"_s, u"line\nend <&> \u6f22"_s));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, u"Ben"_s));
     QCOMPARE(valuesOf(model.get(), 4),
-             Values({{u"day"_qs, u"line\nend <&> \u6f22"_qs}, {u"pov"_qs, u"Ben"_qs}}));
+             Values({{u"day"_s, u"line\nend <&> \u6f22"_s}, {u"pov"_s, u"Ben"_s}}));
     QCOMPARE(valuesOf(model.get(), 5), Values());
-    QCOMPARE(log.lines().count(u"fields of 4"_qs), 3);
+    QCOMPARE(log.lines().count(u"fields of 4"_s), 3);
     QCOMPARE(log.lines().size(), 7);
 }
 
 void TstCustomMetaData::anItemCanHaveValuesWithoutAField()
 {
     const auto model = modelWithFields();
-    QVERIFY(model->setCustomMetaData(model->index(4), u"mood"_qs, u"dark"_qs));
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"mood"_qs, u"dark"_qs}}));
-    QVERIFY(model->setCustomMetaData(model->draftFolder(), u"pov"_qs, u"Ann"_qs));
-    QCOMPARE(valuesOf(model.get(), 0), Values({{u"pov"_qs, u"Ann"_qs}}));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"mood"_s, u"dark"_s));
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"mood"_s, u"dark"_s}}));
+    QVERIFY(model->setCustomMetaData(model->draftFolder(), u"pov"_s, u"Ann"_s));
+    QCOMPARE(valuesOf(model.get(), 0), Values({{u"pov"_s, u"Ann"_s}}));
 }
 
 void TstCustomMetaData::anEqualValueHasNoEffect_data()
 {
     QTest::addColumn<Values>("before");
     QTest::addColumn<QString>("value");
-    QTest::newRow("the same value") << Values({{u"pov"_qs, u"Ann"_qs}}) << u"Ann"_qs;
-    QTest::newRow("empty for a missing key") << Values() << u""_qs;
-    QTest::newRow("null for a missing key") << Values({{u"day"_qs, u"1"_qs}}) << QString();
-    QTest::newRow("null for an empty value") << Values({{u"pov"_qs, u""_qs}}) << QString();
+    QTest::newRow("the same value") << Values({{u"pov"_s, u"Ann"_s}}) << u"Ann"_s;
+    QTest::newRow("empty for a missing key") << Values() << u""_s;
+    QTest::newRow("null for a missing key") << Values({{u"day"_s, u"1"_s}}) << QString();
+    QTest::newRow("null for an empty value") << Values({{u"pov"_s, u""_s}}) << QString();
 }
 
 void TstCustomMetaData::anEqualValueHasNoEffect()
@@ -158,7 +160,7 @@ void TstCustomMetaData::anEqualValueHasNoEffect()
     const auto model = modelWithFields();
     giveValues(model.get(), 4, before);
     const SignalLog log(model.get());
-    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, value));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, value));
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
     QCOMPARE(touchedIds(model.get()), Ids());
@@ -168,12 +170,12 @@ void TstCustomMetaData::anEqualValueHasNoEffect()
 void TstCustomMetaData::anEmptiedValueStaysAsAnEmptyOne()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(model.get(), 4, {{u"pov"_s, u"Ann"_s}});
     const SignalLog log(model.get());
-    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, QString()));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"fields of 4"_qs, u"data 4"_qs}));
+    QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, QString()));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"fields of 4"_s, u"data 4"_s}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_qs, QString()}}));
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_s, QString()}}));
     QVERIFY(!model->hasCustomMetaData(model->index(4)));
 }
 
@@ -185,17 +187,17 @@ void TstCustomMetaData::aValueIsRefused_data()
     const Choose item = [](const TVLProjectModel *model, const TVLProjectModel *) {
         return model->index(4);
     };
-    QTest::newRow("empty id") << item << u""_qs;
+    QTest::newRow("empty id") << item << u""_s;
     QTest::newRow("null id") << item << QString();
     QTest::newRow("invalid index")
         << Choose([](const TVLProjectModel *, const TVLProjectModel *) { return QModelIndex(); })
-        << u"pov"_qs;
+        << u"pov"_s;
     QTest::newRow("root") << Choose([](const TVLProjectModel *model, const TVLProjectModel *) {
         return model->rootIndex();
-    }) << u"pov"_qs;
+    }) << u"pov"_s;
     QTest::newRow("item of another model") << Choose(
         [](const TVLProjectModel *, const TVLProjectModel *other) { return other->index(4); })
-                                           << u"pov"_qs;
+                                           << u"pov"_s;
 }
 
 void TstCustomMetaData::aValueIsRefused()
@@ -206,7 +208,7 @@ void TstCustomMetaData::aValueIsRefused()
     const auto model = modelWithFields();
     const auto other = modelWithFields();
     const SignalLog log(model.get());
-    for (const QString &value : {u"Ann"_qs, QString()})
+    for (const QString &value : {u"Ann"_s, QString()})
         QVERIFY(!model->setCustomMetaData(choose(model.get(), other.get()), id, value));
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved() && other->isSaved());
@@ -219,9 +221,9 @@ void TstCustomMetaData::aValueIsRefused()
 void TstCustomMetaData::idsOfFieldsAreCaseSensitive()
 {
     const auto model = modelWithFields();
-    QVERIFY(model->setCustomMetaData(model->index(4), u"POV"_qs, u"Ann"_qs));
-    QCOMPARE(model->customMetaData(model->index(4), u"pov"_qs), QString());
-    QCOMPARE(model->customMetaData(model->index(4), u"POV"_qs), u"Ann"_qs);
+    QVERIFY(model->setCustomMetaData(model->index(4), u"POV"_s, u"Ann"_s));
+    QCOMPARE(model->customMetaData(model->index(4), u"pov"_s), QString());
+    QCOMPARE(model->customMetaData(model->index(4), u"POV"_s), u"Ann"_s);
 }
 
 void TstCustomMetaData::everythingIsInPlaceWhenAValueIsAnnounced()
@@ -231,13 +233,13 @@ void TstCustomMetaData::everythingIsInPlaceWhenAValueIsAnnounced()
     int calls = 0;
     const auto check = [&] {
         ++calls;
-        QCOMPARE(model->customMetaData(item, u"pov"_qs), u"Ann"_qs);
+        QCOMPARE(model->customMetaData(item, u"pov"_s), u"Ann"_s);
         QVERIFY(isTouched(model.get(), item));
         QVERIFY(model->isModified());
     };
     connect(model.get(), &TVLProjectModel::customMetaDataChanged, this, check);
     connect(model.get(), &TVLProjectModel::dataChanged, this, check);
-    QVERIFY(model->setCustomMetaData(item, u"pov"_qs, u"Ann"_qs));
+    QVERIFY(model->setCustomMetaData(item, u"pov"_s, u"Ann"_s));
     QCOMPARE(calls, 2);
 }
 
@@ -245,10 +247,10 @@ void TstCustomMetaData::valuesOfAnotherModelsItemAreNone()
 {
     const auto model = modelWithFields();
     const auto other = modelWithFields();
-    giveValues(other.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(other.get(), 4, {{u"pov"_s, u"Ann"_s}});
     const QModelIndex foreign = other->index(4);
     QCOMPARE(model->customMetaData(foreign), Values());
-    QCOMPARE(model->customMetaData(foreign, u"pov"_qs), QString());
+    QCOMPARE(model->customMetaData(foreign, u"pov"_s), QString());
     QVERIFY(!model->hasCustomMetaData(foreign));
     QCOMPARE(model->customMetaDataInfo(foreign, false), Infos());
     QCOMPARE(model->customMetaData(QModelIndex()), Values());
@@ -259,11 +261,11 @@ void TstCustomMetaData::anItemHasMetaDataWhenSomeValueIsNotEmpty_data()
     QTest::addColumn<Values>("values");
     QTest::addColumn<bool>("expected");
     QTest::newRow("no values") << Values() << false;
-    QTest::newRow("an empty value") << Values({{u"pov"_qs, u""_qs}}) << false;
-    QTest::newRow("a value") << Values({{u"pov"_qs, u"Ann"_qs}}) << true;
+    QTest::newRow("an empty value") << Values({{u"pov"_s, u""_s}}) << false;
+    QTest::newRow("a value") << Values({{u"pov"_s, u"Ann"_s}}) << true;
     QTest::newRow("a value among empty ones")
-        << Values({{u"day"_qs, u""_qs}, {u"pov"_qs, u"Ann"_qs}}) << true;
-    QTest::newRow("a blank") << Values({{u"pov"_qs, u" "_qs}}) << true;
+        << Values({{u"day"_s, u""_s}, {u"pov"_s, u"Ann"_s}}) << true;
+    QTest::newRow("a blank") << Values({{u"pov"_s, u" "_s}}) << true;
 }
 
 void TstCustomMetaData::anItemHasMetaDataWhenSomeValueIsNotEmpty()
@@ -288,12 +290,12 @@ void TstCustomMetaData::fieldsAreReplaced()
 {
     const auto model = modelWithFields();
     const SignalLog log(model.get());
-    model->setCustomMetaDataSettings({Day, Pov, Place, {u"mood"_qs, u"Mood"_qs, false, {}}});
+    model->setCustomMetaDataSettings({Day, Pov, Place, {u"mood"_s, u"Mood"_s, false, {}}});
     QCOMPARE(log.lines(),
-             QStringList({u"fields pov,day,place to become day,pov,place,mood"_qs, u"modified"_qs,
-                          u"fields pov,day,place became day,pov,place,mood"_qs}));
+             QStringList({u"fields pov,day,place to become day,pov,place,mood"_s, u"modified"_s,
+                          u"fields pov,day,place became day,pov,place,mood"_s}));
     QCOMPARE(model->customMetaDataSettings().ids(),
-             QStringList({u"day"_qs, u"pov"_qs, u"place"_qs, u"mood"_qs}));
+             QStringList({u"day"_s, u"pov"_s, u"place"_s, u"mood"_s}));
     QCOMPARE(model->customMetaDataSettings().constFirst(), Day);
     QCOMPARE(touchedIds(model.get()), Ids());
 }
@@ -304,25 +306,25 @@ void TstCustomMetaData::theSameFieldsStillMarkAndAnnounce()
     const SignalLog log(model.get());
     model->setCustomMetaDataSettings({});
     QCOMPARE(log.lines(),
-             QStringList({u"fields  to become "_qs, u"modified"_qs, u"fields  became "_qs}));
+             QStringList({u"fields  to become "_s, u"modified"_s, u"fields  became "_s}));
 }
 
 void TstCustomMetaData::fieldsThatWentLeaveAllItems()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 6, {{u"pov"_qs, u"Ann"_qs}});
-    giveValues(model.get(), 4, {{u"day"_qs, u"1"_qs}, {u"pov"_qs, u"Ben"_qs}});
-    giveValues(model.get(), 5, {{u"day"_qs, u"2"_qs}});
-    giveValues(model.get(), 2, {{u"place"_qs, u"Paris"_qs}});
+    giveValues(model.get(), 6, {{u"pov"_s, u"Ann"_s}});
+    giveValues(model.get(), 4, {{u"day"_s, u"1"_s}, {u"pov"_s, u"Ben"_s}});
+    giveValues(model.get(), 5, {{u"day"_s, u"2"_s}});
+    giveValues(model.get(), 2, {{u"place"_s, u"Paris"_s}});
     const SignalLog log(model.get());
     model->setCustomMetaDataSettings({Day});
     QCOMPARE(log.lines(),
-             QStringList({u"modified"_qs, u"fields of 4"_qs, u"fields of 6"_qs, u"fields of 2"_qs,
-                          u"fields pov,day,place to become day"_qs,
-                          u"fields pov,day,place became day"_qs}));
+             QStringList({u"modified"_s, u"fields of 4"_s, u"fields of 6"_s, u"fields of 2"_s,
+                          u"fields pov,day,place to become day"_s,
+                          u"fields pov,day,place became day"_s}));
     QCOMPARE(touchedIds(model.get()), Ids({4, 6, 2}));
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"day"_qs, u"1"_qs}}));
-    QCOMPARE(valuesOf(model.get(), 5), Values({{u"day"_qs, u"2"_qs}}));
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"day"_s, u"1"_s}}));
+    QCOMPARE(valuesOf(model.get(), 5), Values({{u"day"_s, u"2"_s}}));
     QCOMPARE(valuesOf(model.get(), 6), Values());
     QCOMPARE(valuesOf(model.get(), 2), Values());
 }
@@ -330,12 +332,12 @@ void TstCustomMetaData::fieldsThatWentLeaveAllItems()
 void TstCustomMetaData::fieldsThatWentWithoutValuesTouchNothing()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"day"_qs, u"1"_qs}});
+    giveValues(model.get(), 4, {{u"day"_s, u"1"_s}});
     const SignalLog log(model.get());
     model->setCustomMetaDataSettings({Day});
     QCOMPARE(log.lines(),
-             QStringList({u"fields pov,day,place to become day"_qs, u"modified"_qs,
-                          u"fields pov,day,place became day"_qs}));
+             QStringList({u"fields pov,day,place to become day"_s, u"modified"_s,
+                          u"fields pov,day,place became day"_s}));
     QCOMPARE(touchedIds(model.get()), Ids());
 }
 
@@ -344,7 +346,7 @@ void TstCustomMetaData::changedFieldsKeepTheirValues_data()
     QTest::addColumn<QList<TVLMetaDataField>>("fields");
     using Fields = QList<TVLMetaDataField>;
     TVLMetaDataField changed = Pov;
-    changed.mTitle = u"Narrator"_qs;
+    changed.mTitle = u"Narrator"_s;
     QTest::newRow("another title") << Fields({changed, Day, Place});
     changed.mColor = Qt::green;
     changed.mWraps = true;
@@ -357,11 +359,11 @@ void TstCustomMetaData::changedFieldsKeepTheirValues()
 {
     QFETCH(const QList<TVLMetaDataField>, fields);
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(model.get(), 4, {{u"pov"_s, u"Ann"_s}});
     TVLCustomMetaDataSettings settings;
     settings.append(fields);
     model->setCustomMetaDataSettings(settings);
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_qs, u"Ann"_qs}}));
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"pov"_s, u"Ann"_s}}));
     QCOMPARE(touchedIds(model.get()), Ids());
     QCOMPARE(QList<TVLMetaDataField>(model->customMetaDataSettings()), fields);
 }
@@ -369,16 +371,16 @@ void TstCustomMetaData::changedFieldsKeepTheirValues()
 void TstCustomMetaData::valuesOfNoFieldStay()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"mood"_qs, u"dark"_qs}});
+    giveValues(model.get(), 4, {{u"mood"_s, u"dark"_s}});
     model->setCustomMetaDataSettings({});
-    QCOMPARE(valuesOf(model.get(), 4), Values({{u"mood"_qs, u"dark"_qs}}));
+    QCOMPARE(valuesOf(model.get(), 4), Values({{u"mood"_s, u"dark"_s}}));
     QCOMPARE(touchedIds(model.get()), Ids());
 }
 
 void TstCustomMetaData::valuesGoBeforeTheFieldsAreAnnounced()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(model.get(), 4, {{u"pov"_s, u"Ann"_s}});
     QList<int> fieldsAtChange;
     connect(model.get(), &TVLProjectModel::customMetaDataChanged, this, [&] {
         QVERIFY(!model->hasCustomMetaData(model->index(4)));
@@ -397,15 +399,14 @@ void TstCustomMetaData::theFieldsAreTheOldOnesUntilTheyHaveChanged()
     connect(model.get(), &TVLProjectModel::modifiedChanged, this, takeIds);
     connect(model.get(), &TVLProjectModel::customMetaDataSettingsChanged, this, takeIds);
     model->setCustomMetaDataSettings({Pov});
-    const QList<QStringList> expected = {
-        {u"pov"_qs, u"day"_qs, u"place"_qs}, {u"pov"_qs}, {u"pov"_qs}};
+    const QList<QStringList> expected = {{u"pov"_s, u"day"_s, u"place"_s}, {u"pov"_s}, {u"pov"_s}};
     QCOMPARE(ids, expected);
 }
 
 void TstCustomMetaData::aFieldThatComesBackIsEmpty()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(model.get(), 4, {{u"pov"_s, u"Ann"_s}});
     model->setCustomMetaDataSettings({});
     model->setCustomMetaDataSettings({Pov});
     QCOMPARE(model->customMetaDataInfo(model->index(4), true), Infos{infoOf(Pov, QString())});
@@ -427,15 +428,15 @@ void TstCustomMetaData::aFieldIsEmptiedInAllItems()
 {
     const auto model = modelWithFields();
     for (const int id : {6, 5, 1, 4})
-        giveValues(model.get(), id, {{u"day"_qs, u"1"_qs}, {u"pov"_qs, u"Ann"_qs}});
+        giveValues(model.get(), id, {{u"day"_s, u"1"_s}, {u"pov"_s, u"Ann"_s}});
     const SignalLog log(model.get());
-    model->removeCustomMetaDataFromNodes(u"pov"_qs);
+    model->removeCustomMetaDataFromNodes(u"pov"_s);
     QCOMPARE(log.lines(),
-             QStringList({u"modified"_qs, u"fields of 4"_qs, u"fields of 5"_qs, u"fields of 6"_qs,
-                          u"fields of 1"_qs}));
+             QStringList({u"modified"_s, u"fields of 4"_s, u"fields of 5"_s, u"fields of 6"_s,
+                          u"fields of 1"_s}));
     QCOMPARE(touchedIds(model.get()), Ids({4, 5, 6, 1}));
     for (const int id : {6, 5, 1, 4})
-        QCOMPARE(valuesOf(model.get(), id), Values({{u"day"_qs, u"1"_qs}}));
+        QCOMPARE(valuesOf(model.get(), id), Values({{u"day"_s, u"1"_s}}));
     // The field itself stays.
     QCOMPARE(model->customMetaDataSettings().size(), 3);
 }
@@ -443,19 +444,19 @@ void TstCustomMetaData::aFieldIsEmptiedInAllItems()
 void TstCustomMetaData::anEmptyValueIsRemovedToo()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, QString()}});
+    giveValues(model.get(), 4, {{u"pov"_s, QString()}});
     const SignalLog log(model.get());
-    model->removeCustomMetaDataFromNodes(u"pov"_qs);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"fields of 4"_qs}));
+    model->removeCustomMetaDataFromNodes(u"pov"_s);
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"fields of 4"_s}));
     QCOMPARE(valuesOf(model.get(), 4), Values());
 }
 
 void TstCustomMetaData::emptyingAFieldOfNoItemMarksNothing()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"day"_qs, u"1"_qs}});
+    giveValues(model.get(), 4, {{u"day"_s, u"1"_s}});
     const SignalLog log(model.get());
-    for (const QString &id : {u"pov"_qs, u"Day"_qs, QString()})
+    for (const QString &id : {u"pov"_s, u"Day"_s, QString()})
         model->removeCustomMetaDataFromNodes(id);
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
@@ -469,9 +470,9 @@ void TstCustomMetaData::itemsWithoutIdsAreEmptiedToo()
     const QModelIndex second = addItem(model.get(), QModelIndex(), TVL::Text);
     QCOMPARE(model->nodeIdentity(first), -1);
     for (const QModelIndex &index : {first, second})
-        QVERIFY(model->setCustomMetaData(index, u"pov"_qs, u"Ann"_qs));
+        QVERIFY(model->setCustomMetaData(index, u"pov"_s, u"Ann"_s));
     const QSignalSpy changed(model.get(), &TVLProjectModel::customMetaDataChanged);
-    model->removeCustomMetaDataFromNodes(u"pov"_qs);
+    model->removeCustomMetaDataFromNodes(u"pov"_s);
     QCOMPARE(changed.size(), 2);
     QCOMPARE(changed.at(0).at(0).toModelIndex(), first);
     QCOMPARE(changed.at(1).at(0).toModelIndex(), second);
@@ -482,7 +483,7 @@ void TstCustomMetaData::itemsWithoutIdsAreEmptiedToo()
 void TstCustomMetaData::everyItemIsEmptyWhenItIsAnnounced()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"pov"_qs, u"Ann"_qs}});
+    giveValues(model.get(), 4, {{u"pov"_s, u"Ann"_s}});
     int calls = 0;
     connect(model.get(), &TVLProjectModel::customMetaDataChanged, this,
             [&](const QModelIndex &index) {
@@ -491,7 +492,7 @@ void TstCustomMetaData::everyItemIsEmptyWhenItIsAnnounced()
                 QVERIFY(isTouched(model.get(), index));
                 QVERIFY(model->isModified());
             });
-    model->removeCustomMetaDataFromNodes(u"pov"_qs);
+    model->removeCustomMetaDataFromNodes(u"pov"_s);
     QCOMPARE(calls, 1);
 }
 
@@ -501,13 +502,13 @@ void TstCustomMetaData::theInfosComeInTheOrderOfTheFields()
 {
     const auto model = modelWithFields();
     giveValues(model.get(), 4,
-               {{u"day"_qs, u"1"_qs}, {u"place"_qs, u"Paris"_qs}, {u"pov"_qs, u"Ann"_qs}});
+               {{u"day"_s, u"1"_s}, {u"place"_s, u"Paris"_s}, {u"pov"_s, u"Ann"_s}});
     const QModelIndex item = model->index(4);
     QCOMPARE(model->customMetaDataInfo(item, false),
-             Infos({infoOf(Pov, u"Ann"_qs), infoOf(Day, u"1"_qs), infoOf(Place, u"Paris"_qs)}));
+             Infos({infoOf(Pov, u"Ann"_s), infoOf(Day, u"1"_s), infoOf(Place, u"Paris"_s)}));
     model->setCustomMetaDataSettings({Place, Pov, Day});
     QCOMPARE(model->customMetaDataInfo(item, false),
-             Infos({infoOf(Place, u"Paris"_qs), infoOf(Pov, u"Ann"_qs), infoOf(Day, u"1"_qs)}));
+             Infos({infoOf(Place, u"Paris"_s), infoOf(Pov, u"Ann"_s), infoOf(Day, u"1"_s)}));
 }
 
 void TstCustomMetaData::emptyFieldsAreLeftOut_data()
@@ -518,13 +519,13 @@ void TstCustomMetaData::emptyFieldsAreLeftOut_data()
     QTest::newRow("no values") << Values()
                                << Infos({infoOf(Pov, {}), infoOf(Day, {}), infoOf(Place, {})})
                                << Infos();
-    QTest::newRow("one value") << Values({{u"day"_qs, u"1"_qs}})
-                               << Infos({infoOf(Pov, {}), infoOf(Day, u"1"_qs), infoOf(Place, {})})
-                               << Infos({infoOf(Day, u"1"_qs)});
+    QTest::newRow("one value") << Values({{u"day"_s, u"1"_s}})
+                               << Infos({infoOf(Pov, {}), infoOf(Day, u"1"_s), infoOf(Place, {})})
+                               << Infos({infoOf(Day, u"1"_s)});
     QTest::newRow("an empty value")
-        << Values({{u"day"_qs, u""_qs}, {u"place"_qs, u" "_qs}})
-        << Infos({infoOf(Pov, {}), infoOf(Day, {}), infoOf(Place, u" "_qs)})
-        << Infos({infoOf(Place, u" "_qs)});
+        << Values({{u"day"_s, u""_s}, {u"place"_s, u" "_s}})
+        << Infos({infoOf(Pov, {}), infoOf(Day, {}), infoOf(Place, u" "_s)})
+        << Infos({infoOf(Place, u" "_s)});
 }
 
 void TstCustomMetaData::emptyFieldsAreLeftOut()
@@ -540,7 +541,7 @@ void TstCustomMetaData::emptyFieldsAreLeftOut()
 void TstCustomMetaData::valuesOfNoFieldHaveNoInfo()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"mood"_qs, u"dark"_qs}});
+    giveValues(model.get(), 4, {{u"mood"_s, u"dark"_s}});
     QCOMPARE(model->customMetaDataInfo(model->index(4), false), Infos());
     QCOMPARE(model->customMetaDataInfo(model->index(4), true).size(), 3);
 }
@@ -548,13 +549,13 @@ void TstCustomMetaData::valuesOfNoFieldHaveNoInfo()
 void TstCustomMetaData::anInfoHasTheWholeField()
 {
     const auto model = modelWithFields();
-    giveValues(model.get(), 4, {{u"day"_qs, u"1"_qs}});
+    giveValues(model.get(), 4, {{u"day"_s, u"1"_s}});
     const TVLCustomMetaDataInfo info = model->customMetaDataInfo(model->index(4), false).value(0);
-    QCOMPARE(info.mId, u"day"_qs);
-    QCOMPARE(info.mTitle, u"Day"_qs);
+    QCOMPARE(info.mId, u"day"_s);
+    QCOMPARE(info.mTitle, u"Day"_s);
     QVERIFY(info.mWraps);
     QCOMPARE(info.mColor, QColor(Qt::blue));
-    QCOMPARE(info.mValue, u"1"_qs);
+    QCOMPARE(info.mValue, u"1"_s);
 }
 
 void TstCustomMetaData::manyItemsLoseAFieldInOneWalk()
@@ -562,9 +563,8 @@ void TstCustomMetaData::manyItemsLoseAFieldInOneWalk()
     const int Count = testSize(100000);
     const auto model = modelWithFields();
     QVERIFY(model->insertRows(0, Count, model->researchFolder()));
-    tvlForEachNode(model->binderRoot(), [](TVLProjectNode *node) {
-        node->mCustomMetaData.insert(u"pov"_qs, u"Ann"_qs);
-    });
+    tvlForEachNode(model->binderRoot(),
+                   [](TVLProjectNode *node) { node->mCustomMetaData.insert(u"pov"_s, u"Ann"_s); });
     int calls = 0;
     connect(model.get(), &TVLProjectModel::customMetaDataChanged, this, [&] { ++calls; });
     QElapsedTimer timer;

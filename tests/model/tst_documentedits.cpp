@@ -11,6 +11,8 @@
 #include <QTextCursor>
 #include <QTextEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The timer may come up to a twentieth early.
@@ -75,12 +77,12 @@ void TstDocumentEdits::anEditTellsItsSignalsInOrder()
     const auto model = project.create();
     TVLTextDocument *notes = model->referenceNote(firstText(model.get()));
     SignalLog log(model.get());
-    QTextCursor(notes).insertText(u"words"_qs);
+    QTextCursor(notes).insertText(u"words"_s);
     QCOMPARE(log.lines(),
-             QStringList({u"modified"_qs, u"edit of 3.1 at 0: -0 +5"_qs, u"edited 3.1"_qs}));
+             QStringList({u"modified"_s, u"edit of 3.1 at 0: -0 +5"_s, u"edited 3.1"_s}));
     log.clear();
-    QTextCursor(notes).insertText(u"more "_qs);
-    QCOMPARE(log.lines(), QStringList({u"edit of 3.1 at 0: -0 +5"_qs, u"edited 3.1"_qs}));
+    QTextCursor(notes).insertText(u"more "_s);
+    QCOMPARE(log.lines(), QStringList({u"edit of 3.1 at 0: -0 +5"_s, u"edited 3.1"_s}));
 }
 
 void TstDocumentEdits::whenAnEditIsTheFirstToBeToldItHasTakenEffect()
@@ -101,7 +103,7 @@ void TstDocumentEdits::whenAnEditIsTheFirstToBeToldItHasTakenEffect()
         QCOMPARE(node->mWordCount, -1);
         QCOMPARE(node->mCharacterCount, -1);
     });
-    QTextCursor(text).insertText(u"words"_qs);
+    QTextCursor(text).insertText(u"words"_s);
     QCOMPARE(calls, 1);
 }
 
@@ -124,7 +126,7 @@ void TstDocumentEdits::anEditResetsWhatHangsOnTheText()
     node->mRestoredSnapshotDate = QDateTime::currentDateTime();
     node->mWordCount = 5;
     node->mCharacterCount = 50;
-    QTextCursor(document).insertText(u"x"_qs);
+    QTextCursor(document).insertText(u"x"_s);
     QVERIFY(!document->isSaved());
     QVERIFY(!node->mRestoredSnapshotDate.isValid());
     QCOMPARE(touchedIds(model.get()), QList<int>({3}));
@@ -141,9 +143,9 @@ void TstDocumentEdits::theArgumentsOfAnEditAreThoseOfTheDocument_data()
     QTest::addColumn<int>("position");
     QTest::addColumn<int>("removed");
     QTest::addColumn<QString>("inserted");
-    QTest::newRow("insertion") << 2 << 0 << u"abc"_qs;
+    QTest::newRow("insertion") << 2 << 0 << u"abc"_s;
     QTest::newRow("removal") << 3 << 4 << QString();
-    QTest::newRow("at the end") << 10 << 0 << u"x"_qs;
+    QTest::newRow("at the end") << 10 << 0 << u"x"_s;
 }
 
 void TstDocumentEdits::theArgumentsOfAnEditAreThoseOfTheDocument()
@@ -154,7 +156,7 @@ void TstDocumentEdits::theArgumentsOfAnEditAreThoseOfTheDocument()
     const TestProject project;
     const auto model = project.create();
     TVLTextDocument *text = model->referenceText(firstText(model.get()));
-    QTextCursor(text).insertText(u"0123456789"_qs);
+    QTextCursor(text).insertText(u"0123456789"_s);
     QSignalSpy ofDocument(text, &QTextDocument::contentsChange);
     QSignalSpy ofModel(model.get(), &TVLProjectModel::documentContentsChange);
     QTextCursor cursor(text);
@@ -177,7 +179,7 @@ void TstDocumentEdits::anEditBlockEndsOnce()
     QTextCursor cursor(text);
     cursor.beginEditBlock();
     for (int i = 0; i < 10; ++i)
-        cursor.insertText(u"words "_qs);
+        cursor.insertText(u"words "_s);
     cursor.endEditBlock();
     QCOMPARE(ended.size(), 1);
     QCOMPARE(ended.at(0).at(0).toModelIndex(), firstText(model.get()));
@@ -188,8 +190,8 @@ void TstDocumentEdits::anEditOfTheRootsDocumentsIsNoEdit()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    QVERIFY(model->setSynopsis(QModelIndex(), u"of nothing"_qs));
-    QCOMPARE(model->synopsis(QModelIndex()), u"of nothing"_qs);
+    QVERIFY(model->setSynopsis(QModelIndex(), u"of nothing"_s));
+    QCOMPARE(model->synopsis(QModelIndex()), u"of nothing"_s);
     QVERIFY(model->isSaved());
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->loadedNodes().isEmpty());
@@ -205,9 +207,9 @@ void TstDocumentEdits::severalEditsGiveOneDataChangeInASecond()
     QElapsedTimer sinceFirst;
     sinceFirst.start();
     for (int i = 0; i < 20; ++i) {
-        typeText(model.get(), one, u"x"_qs);
-        typeText(model.get(), two, u"y"_qs, TVL::NotesText);
-        typeText(model.get(), two, u"z"_qs, TVL::SynopsisText);
+        typeText(model.get(), one, u"x"_s);
+        typeText(model.get(), two, u"y"_s, TVL::NotesText);
+        typeText(model.get(), two, u"z"_s, TVL::SynopsisText);
     }
     QVERIFY(changes.isEmpty());
     QVERIFY(changes.wait(PatienceMs));
@@ -222,7 +224,7 @@ void TstDocumentEdits::editsAfterTheSecondAreToldAgain()
     const auto model = project.create();
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
     for (int round = 1; round <= 2; ++round) {
-        typeText(model.get(), firstText(model.get()), u"x"_qs);
+        typeText(model.get(), firstText(model.get()), u"x"_s);
         QVERIFY(changes.wait(PatienceMs));
         QCOMPARE(changes.size(), round);
     }
@@ -233,7 +235,7 @@ void TstDocumentEdits::anItemThatIsGoneIsNotTold()
     const TestProject project;
     const auto model = project.create();
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
-    typeText(model.get(), firstText(model.get()), u"x"_qs);
+    typeText(model.get(), firstText(model.get()), u"x"_s);
     // The tree is read anew, so no index of before is any good.
     TVLBinderProject *reader = model.get();
     reader->beginBinderRead();
@@ -260,7 +262,7 @@ void TstDocumentEdits::onlyItemsAreScheduled()
 void TstDocumentEdits::theWholeTextIsLaidOutAnew()
 {
     TVLProjectModel::markDocumentContentsDirty(nullptr);
-    QTextDocument document(u"one\ntwo"_qs);
+    QTextDocument document(u"one\ntwo"_s);
     QSignalSpy laidOut(document.documentLayout(), &QAbstractTextDocumentLayout::update);
     document.setModified(false);
     QSignalSpy edits(&document, &QTextDocument::contentsChange);
@@ -274,7 +276,7 @@ void TstDocumentEdits::showingATextIsNoEdit_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << QString();
-    QTest::newRow("with a text") << u"some\nwords"_qs;
+    QTest::newRow("with a text") << u"some\nwords"_s;
 }
 
 void TstDocumentEdits::showingATextIsNoEdit()
@@ -292,10 +294,10 @@ void TstDocumentEdits::showingATextIsNoEdit()
     QVERIFY(model->isSaved());
     QCOMPARE(log.lines(), QStringList());
 
-    QTextCursor(document).insertText(u"x"_qs);
+    QTextCursor(document).insertText(u"x"_s);
     QVERIFY(!document->isSaved());
     QCOMPARE(log.lines().size(), 3);
-    QVERIFY(log.lines().contains(u"edited 3.0"_qs));
+    QVERIFY(log.lines().contains(u"edited 3.0"_s));
 }
 
 void TstDocumentEdits::aViewShowsALoadedText()
@@ -303,7 +305,7 @@ void TstDocumentEdits::aViewShowsALoadedText()
     const TestProject project;
     const auto model = project.create();
     TVLTextDocument *document = model->referenceText(firstText(model.get()));
-    QTextCursor(document).insertText(u"some words"_qs);
+    QTextCursor(document).insertText(u"some words"_s);
     QVERIFY(model->save());
     QSignalSpy layouts(document, &QTextDocument::documentLayoutChanged);
     QTextEdit view;
@@ -316,8 +318,8 @@ void TstDocumentEdits::aViewShowsALoadedText()
     QVERIFY(document->size().height() > 0);
     QVERIFY(view.cursorRect().isValid());
     QVERIFY(model->isSaved());
-    QTest::keyClicks(&view, u"x"_qs);
-    QCOMPARE(document->toPlainText(), u"xsome words"_qs);
+    QTest::keyClicks(&view, u"x"_s);
+    QCOMPARE(document->toPlainText(), u"xsome words"_s);
     QVERIFY(model->isModified());
 }
 
@@ -338,7 +340,7 @@ void TstDocumentEdits::anEditIsNoticedWhenTheLayoutWasTakenAway()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"words"_qs, type);
+    typeText(model.get(), index, u"words"_s, type);
     TVLTextDocument *document = model->referenceItem(index, type);
     QVERIFY(model->save());
     if (wasShown) {
@@ -350,17 +352,17 @@ void TstDocumentEdits::anEditIsNoticedWhenTheLayoutWasTakenAway()
     QVERIFY(document->isSaved());
     QCOMPARE(log.lines(), QStringList());
 
-    QTextCursor(document).insertText(u"more "_qs);
+    QTextCursor(document).insertText(u"more "_s);
     QVERIFY(!document->isSaved());
     QVERIFY(model->isModified());
     QCOMPARE(log.lines(),
-             QStringList({u"modified"_qs, u"edit of 3.%1 at 0: -0 +5"_qs.arg(int(type)),
-                          u"edited 3.%1"_qs.arg(int(type))}));
+             QStringList({u"modified"_s, u"edit of 3.%1 at 0: -0 +5"_s.arg(int(type)),
+                          u"edited 3.%1"_s.arg(int(type))}));
     QVERIFY(model->save());
     QVERIFY(document->isSaved());
     const auto reopened = project.open();
     QCOMPARE(reopened->referenceItem(firstText(reopened.get()), type)->toPlainText(),
-             u"more words"_qs);
+             u"more words"_s);
 }
 
 void TstDocumentEdits::theSynopsisIsReplaced()
@@ -368,13 +370,13 @@ void TstDocumentEdits::theSynopsisIsReplaced()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"one\ntwo"_qs));
-    QCOMPARE(model->synopsis(index), u"one\ntwo"_qs);
+    QVERIFY(model->setSynopsis(index, u"one\ntwo"_s));
+    QCOMPARE(model->synopsis(index), u"one\ntwo"_s);
     QVERIFY(model->isModified());
     QVERIFY(model->save());
-    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_qs), QByteArray("one\ntwo"));
-    QVERIFY(model->setSynopsis(index, u"three"_qs));
-    QCOMPARE(model->synopsis(index), u"three"_qs);
+    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_s), QByteArray("one\ntwo"));
+    QVERIFY(model->setSynopsis(index, u"three"_s));
+    QCOMPARE(model->synopsis(index), u"three"_s);
     QVERIFY(model->isModified());
     QCOMPARE(model->projectNode(index)->mSynopsisDocument->referenceCount(), 0);
 }
@@ -384,10 +386,10 @@ void TstDocumentEdits::anEqualSynopsisChangesNothing()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"one"_qs));
+    QVERIFY(model->setSynopsis(index, u"one"_s));
     QVERIFY(model->save());
     const SignalLog log(model.get());
-    QVERIFY(model->setSynopsis(index, u"one"_qs));
+    QVERIFY(model->setSynopsis(index, u"one"_s));
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
 }
@@ -398,8 +400,8 @@ void TstDocumentEdits::aSynopsisIsReplacedWithoutHistory()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     TVLTextDocument *synopsis = model->referenceSynopsis(index);
-    QVERIFY(model->setSynopsis(index, u"one"_qs));
-    QVERIFY(model->setSynopsis(index, u"two"_qs));
+    QVERIFY(model->setSynopsis(index, u"one"_s));
+    QVERIFY(model->setSynopsis(index, u"two"_s));
     while (synopsis->isUndoAvailable())
         synopsis->undo();
     QCOMPARE(synopsis->toPlainText(), QString());
@@ -409,8 +411,8 @@ void TstDocumentEdits::itemsWithoutSynopsisTakeNone()
 {
     const auto model = blankModel();
     const auto other = blankModel();
-    QVERIFY(!model->setSynopsis(model->draftFolder(), u"x"_qs));
-    QVERIFY(!model->setSynopsis(firstText(other.get()), u"x"_qs));
+    QVERIFY(!model->setSynopsis(model->draftFolder(), u"x"_s));
+    QVERIFY(!model->setSynopsis(firstText(other.get()), u"x"_s));
     QVERIFY(model->isSaved());
 }
 
@@ -420,13 +422,13 @@ void TstDocumentEdits::plainTextsAreRead()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->isDocumentNoteEmpty(index));
-    typeText(model.get(), index, u"text"_qs);
-    typeText(model.get(), index, u"notes"_qs, TVL::NotesText);
-    typeText(model.get(), index, u"synopsis"_qs, TVL::SynopsisText);
-    QCOMPARE(model->documentPlainText(index, false), u"text"_qs);
-    QCOMPARE(model->documentPlainText(index, true), u"text"_qs);
-    QCOMPARE(model->documentNoteAsPlainText(index), u"notes"_qs);
-    QCOMPARE(model->synopsis(index), u"synopsis"_qs);
+    typeText(model.get(), index, u"text"_s);
+    typeText(model.get(), index, u"notes"_s, TVL::NotesText);
+    typeText(model.get(), index, u"synopsis"_s, TVL::SynopsisText);
+    QCOMPARE(model->documentPlainText(index, false), u"text"_s);
+    QCOMPARE(model->documentPlainText(index, true), u"text"_s);
+    QCOMPARE(model->documentNoteAsPlainText(index), u"notes"_s);
+    QCOMPARE(model->synopsis(index), u"synopsis"_s);
     QVERIFY(!model->isDocumentNoteEmpty(index));
 }
 
@@ -450,9 +452,9 @@ void TstDocumentEdits::objectsAreReplacedByBlanks()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"a\uFFFCb\uFFFC"_qs);
-    QCOMPARE(model->documentPlainText(index, false), u"a\uFFFCb\uFFFC"_qs);
-    QCOMPARE(model->documentPlainText(index, true), u"a b "_qs);
+    typeText(model.get(), index, u"a\uFFFCb\uFFFC"_s);
+    QCOMPARE(model->documentPlainText(index, false), u"a\uFFFCb\uFFFC"_s);
+    QCOMPARE(model->documentPlainText(index, true), u"a b "_s);
 }
 
 void TstDocumentEdits::readersGiveTheirReferencesBack()
@@ -464,7 +466,7 @@ void TstDocumentEdits::readersGiveTheirReferencesBack()
     QVERIFY(model->documentNoteAsPlainText(index).isEmpty());
     QVERIFY(model->isDocumentNoteEmpty(index));
     QVERIFY(model->synopsis(index).isEmpty());
-    QVERIFY(model->setSynopsis(index, u"x"_qs));
+    QVERIFY(model->setSynopsis(index, u"x"_s));
     QVERIFY(model->overwriteText(index, model->projectNotes().mNotes.at(0).second));
     QCOMPARE(model->wordCount(index, true, true), 0);
     QVERIFY(model->calcTitleFromText(index).isEmpty());
@@ -480,13 +482,13 @@ void TstDocumentEdits::aTextIsOverwritten()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"of before\nin two lines"_qs);
+    typeText(model.get(), index, u"of before\nin two lines"_s);
     QVERIFY(model->save());
     QTextDocument document;
-    document.setHtml(u"new <b>and bold</b>"_qs);
+    document.setHtml(u"new <b>and bold</b>"_s);
     QVERIFY(model->overwriteText(index, &document));
     const TVLTextDocument *text = model->projectNode(index)->mTextDocument;
-    QCOMPARE(text->toPlainText(), u"new and bold"_qs);
+    QCOMPARE(text->toPlainText(), u"new and bold"_s);
     QTextCursor cursor(model->projectNode(index)->mTextDocument);
     cursor.movePosition(QTextCursor::End);
     QVERIFY(cursor.charFormat().fontWeight() == QFont::Bold);
@@ -498,9 +500,9 @@ void TstDocumentEdits::overwritingWithNothingIsRefused()
 {
     const TestProject project;
     const auto model = project.create();
-    typeText(model.get(), firstText(model.get()), u"text"_qs);
+    typeText(model.get(), firstText(model.get()), u"text"_s);
     QVERIFY(!model->overwriteText(firstText(model.get()), nullptr));
-    QCOMPARE(model->documentPlainText(firstText(model.get()), false), u"text"_qs);
+    QCOMPARE(model->documentPlainText(firstText(model.get()), false), u"text"_s);
 }
 
 void TstDocumentEdits::overwritingWithItselfKeepsTheText()
@@ -508,22 +510,21 @@ void TstDocumentEdits::overwritingWithItselfKeepsTheText()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"text"_qs);
+    typeText(model.get(), index, u"text"_s);
     const TVLTextDocument *text = model->referenceText(index);
     QVERIFY(model->overwriteText(index, text));
-    QCOMPARE(text->toPlainText(), u"text"_qs);
+    QCOMPARE(text->toPlainText(), u"text"_s);
 }
 
 void TstDocumentEdits::overwritingIsOneUndoStep_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("html");
-    QTest::newRow("a text by another")
-        << u"of before\nin two lines"_qs << u"new <b>and bold</b>"_qs;
-    QTest::newRow("nothing by a text") << QString() << u"<p>one</p><p>two</p>"_qs;
-    QTest::newRow("a text by nothing") << u"of before"_qs << QString();
+    QTest::newRow("a text by another") << u"of before\nin two lines"_s << u"new <b>and bold</b>"_s;
+    QTest::newRow("nothing by a text") << QString() << u"<p>one</p><p>two</p>"_s;
+    QTest::newRow("a text by nothing") << u"of before"_s << QString();
     QTest::newRow("a text by a table")
-        << u"of before"_qs << u"<table><tr><td>one</td><td>two</td></tr></table>"_qs;
+        << u"of before"_s << u"<table><tr><td>one</td><td>two</td></tr></table>"_s;
 }
 
 void TstDocumentEdits::overwritingIsOneUndoStep()
@@ -552,7 +553,7 @@ void TstDocumentEdits::anItemWithoutTextIsNotOverwritten()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex image = addItem(model.get(), model->draftFolder(), TVL::Image);
-    const QTextDocument document(u"words"_qs);
+    const QTextDocument document(u"words"_s);
     QVERIFY(model->overwriteText(image, &document));
     QVERIFY(model->overwriteText(model->draftFolder(), &document));
     QCOMPARE(model->documentPlainText(image, false), QString());

@@ -14,9 +14,11 @@
 #include <QTextBlock>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Separator = u"\n----------------------------------------------------"_qs;
+const QString Separator = u"\n----------------------------------------------------"_s;
 
 const QString AdviceForOneFile =
     u"If this is the first time you have received this message, please restart Linux, then restart "
@@ -27,7 +29,7 @@ const QString AdviceForOneFile =
     "document in your Tavelinor project. If this message recurs after doing so, delete the "
     "document from the Tavelinor project, then paste first into Notepad to strip all formatting "
     "and RTF tags and copy and paste from there to Tavelinor.\n\nTo prevent losing work, you will "
-    "not be able to modify or save the affected file in Tavelinor until you restart."_qs;
+    "not be able to modify or save the affected file in Tavelinor until you restart."_s;
 
 const QString AdviceForSeveralFiles =
     u"If this is the first time you have received this message, please restart Linux, then restart "
@@ -38,18 +40,18 @@ const QString AdviceForSeveralFiles =
     "document in your Tavelinor project. If this message recurs after doing so, delete the "
     "document from the Tavelinor project, then paste first into Notepad to strip all formatting "
     "and RTF tags and copy and paste from there to Tavelinor.\n\nTo prevent losing work, you will "
-    "not be able to modify or save the affected files in Tavelinor until you restart."_qs;
+    "not be able to modify or save the affected files in Tavelinor until you restart."_s;
 
 /** A folder stands where a document's file should be, so that it can't be read. */
 void obstructDocument(const TestProject &project, const QString &fileName)
 {
-    project.writeFile(u"Files/Docs/%1/obstacle"_qs.arg(fileName), "x");
+    project.writeFile(u"Files/Docs/%1/obstacle"_s.arg(fileName), "x");
 }
 
 QString obstructionError(const TestProject &project, const QString &fileName)
 {
-    return u"Error: Trying to read directory as a file: '%1'"_qs.arg(
-        project.path(u"Files/Docs/"_qs + fileName));
+    return u"Error: Trying to read directory as a file: '%1'"_s.arg(
+        project.path(u"Files/Docs/"_s + fileName));
 }
 
 /** Makes texts use another size while it lives. */
@@ -314,7 +316,7 @@ void TstDocumentLoading::loadingIsDoneOnce()
     model->loadDocuments(node);
     const auto *text = node->mTextDocument;
     const auto *synopsis = node->mSynopsisDocument;
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "came too late");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "came too late");
     model->loadDocuments(node);
     QCOMPARE(node->mTextDocument, text);
     QCOMPARE(node->mSynopsisDocument, synopsis);
@@ -362,9 +364,9 @@ void TstDocumentLoading::theRootAndItemsWithoutIdAreNotListed()
     QVERIFY(model->referenceText(QModelIndex()));
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>());
     // It can be edited all the same.
-    typeText(model.get(), index, u"words"_qs);
+    typeText(model.get(), index, u"words"_s);
     QVERIFY(model->isModified());
-    QCOMPARE(model->documentPlainText(index, false), u"words"_qs);
+    QCOMPARE(model->documentPlainText(index, false), u"words"_s);
 }
 
 void TstDocumentLoading::anItemWithoutIdStartsEmpty()
@@ -372,8 +374,8 @@ void TstDocumentLoading::anItemWithoutIdStartsEmpty()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "not this");
-    project.writeFile(u"Files/Docs/-1_synopsis.txt"_qs, "nor this");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "not this");
+    project.writeFile(u"Files/Docs/-1_synopsis.txt"_s, "nor this");
     model->clearIndexId(index);
     QCOMPARE(model->synopsis(index), QString());
 }
@@ -384,25 +386,25 @@ void TstDocumentLoading::aLoadReadsTheFiles()
     {
         const auto model = project.create();
         const QModelIndex index = firstText(model.get());
-        typeText(model.get(), index, u"the text\nof two lines"_qs);
-        typeText(model.get(), index, u"the notes"_qs, TVL::NotesText);
-        QVERIFY(model->setSynopsis(index, u"the synopsis \u2026"_qs));
+        typeText(model.get(), index, u"the text\nof two lines"_s);
+        typeText(model.get(), index, u"the notes"_s, TVL::NotesText);
+        QVERIFY(model->setSynopsis(index, u"the synopsis \u2026"_s));
         QVERIFY(model->save());
     }
     const auto model = project.open();
     const QModelIndex index = firstText(model.get());
-    QCOMPARE(model->documentPlainText(index, false), u"the text\nof two lines"_qs);
-    QCOMPARE(model->documentNoteAsPlainText(index), u"the notes"_qs);
-    QCOMPARE(model->synopsis(index), u"the synopsis \u2026"_qs);
+    QCOMPARE(model->documentPlainText(index, false), u"the text\nof two lines"_s);
+    QCOMPARE(model->documentNoteAsPlainText(index), u"the notes"_s);
+    QCOMPARE(model->synopsis(index), u"the synopsis \u2026"_s);
 }
 
 void TstDocumentLoading::aLoadedDocumentIsCleanAndHasNoHistory()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
-    project.writeFile(u"Files/Docs/3_notes.rtf"_qs, "{\\rtf1 notes}");
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 text}");
+    project.writeFile(u"Files/Docs/3_notes.rtf"_s, "{\\rtf1 notes}");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "synopsis");
     TVLProjectNode *node = model->findNode(3);
     model->loadDocuments(node);
     for (const TVLTextDocument *document :
@@ -422,8 +424,8 @@ void TstDocumentLoading::aLoadChangesNothingInTheProject()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 text}");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "synopsis");
     makeAllOld(model.get());
     const SignalLog log(model.get());
     model->loadDocuments(model->findNode(3));
@@ -436,8 +438,8 @@ void TstDocumentLoading::aLoadTellsWhichTextsThereAre()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 text}");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "synopsis");
     TVLProjectNode *node = model->findNode(3);
     node->mHasDocumentNote = true;
     model->loadDocuments(node);
@@ -450,7 +452,7 @@ void TstDocumentLoading::theFirstLoadFixesTheSessionsBase()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 three little words}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 three little words}");
     TVLProjectNode *node = model->findNode(3);
     QCOMPARE(node->mSessionWordCount, -1);
     QCOMPARE(node->mSessionCharacterCount, -1);
@@ -459,7 +461,7 @@ void TstDocumentLoading::theFirstLoadFixesTheSessionsBase()
     QCOMPARE(node->mSessionCharacterCount, 18);
 
     // A base that is there stays, also when the text comes into memory again.
-    typeTextForGood(model.get(), firstText(model.get()), u"more "_qs);
+    typeTextForGood(model.get(), firstText(model.get()), u"more "_s);
     QVERIFY(model->save(firstText(model.get())));
     QVERIFY(!node->mTextDocument);
     model->loadDocuments(node);
@@ -478,7 +480,7 @@ void TstDocumentLoading::aSynopsisGetsTheDefaultFormat()
     const DefaultFontSize size(17);
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "first\nsecond");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "first\nsecond");
     const TVLTextDocument *synopsis = model->referenceSynopsis(firstText(model.get()));
     QCOMPARE(synopsis->blockCount(), 2);
     QCOMPARE(synopsis->defaultFont().pointSizeF(), 17.0);
@@ -516,7 +518,7 @@ void TstDocumentLoading::aDocumentOutlivesItsItem()
     const QModelIndex index = addItem(model.get(), folder, TVL::Text);
     TVLProjectNode *node = model->projectNode(index);
     const QPointer<TVLTextDocument> text(model->referenceText(index));
-    typeText(model.get(), index, u"words"_qs);
+    typeText(model.get(), index, u"words"_s);
     model->reloadCachedUuids({node->mUuid});
     model->projectNode(folder)->mChildren.clear();
     delete node;
@@ -525,10 +527,10 @@ void TstDocumentLoading::aDocumentOutlivesItsItem()
     QVERIFY(!text->model());
     QVERIFY(!text->node());
     QVERIFY(!text->index().isValid());
-    QCOMPARE(text->toPlainText(), u"words"_qs);
+    QCOMPARE(text->toPlainText(), u"words"_s);
     QVERIFY(model->save());
     const SignalLog log(model.get());
-    QTextCursor(text).insertText(u"more "_qs);
+    QTextCursor(text).insertText(u"more "_s);
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
     model->dereferenceItem(text);
@@ -542,7 +544,7 @@ void TstDocumentLoading::documentsGoWithTheModel()
     const QModelIndex index = firstText(model.get());
     const QPointer<TVLTextDocument> text(model->referenceText(index));
     const QPointer<TVLTextDocument> synopsis(model->referenceSynopsis(index));
-    typeText(model.get(), index, u"words"_qs);
+    typeText(model.get(), index, u"words"_s);
     model.reset();
     QVERIFY(!text);
     QVERIFY(!synopsis);
@@ -566,9 +568,9 @@ void TstDocumentLoading::aChangedFontReachesLoadedDocumentsWithoutAnEdit()
     // Another group of options doesn't matter to texts.
     TVLTextDocument loose;
     const QFont own = loose.defaultFont();
-    loose.reflectSettings({u"General"_qs, u"Navigation"_qs});
+    loose.reflectSettings({u"General"_s, u"Navigation"_s});
     QCOMPARE(loose.defaultFont(), own);
-    loose.reflectSettings({u"General"_qs, u"TextEditing"_qs});
+    loose.reflectSettings({u"General"_s, u"TextEditing"_s});
     QCOMPARE(loose.defaultFont().pointSizeF(), 23.0);
 }
 
@@ -576,11 +578,10 @@ void TstDocumentLoading::aFileThatCantBeReadIsTold_data()
 {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("line");
-    QTest::newRow("main text") << u"3.rtf"_qs << u"Could not load document 'Chapter'"_qs;
-    QTest::newRow("notes") << u"3_notes.rtf"_qs
-                           << u"Could not load document notes for 'Chapter'"_qs;
-    QTest::newRow("synopsis") << u"3_synopsis.txt"_qs
-                              << u"Could not load document synopsis for 'Chapter'"_qs;
+    QTest::newRow("main text") << u"3.rtf"_s << u"Could not load document 'Chapter'"_s;
+    QTest::newRow("notes") << u"3_notes.rtf"_s << u"Could not load document notes for 'Chapter'"_s;
+    QTest::newRow("synopsis") << u"3_synopsis.txt"_s
+                              << u"Could not load document synopsis for 'Chapter'"_s;
 }
 
 void TstDocumentLoading::aFileThatCantBeReadIsTold()
@@ -589,13 +590,13 @@ void TstDocumentLoading::aFileThatCantBeReadIsTold()
     QFETCH(const QString, line);
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(model->setTitle(firstText(model.get()), u"Chapter"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"Chapter"_s));
     obstructDocument(project, fileName);
     const TVLUnattendedMessageBoxes boxes;
     model->loadDocuments(model->findNode(3));
     QCOMPARE(boxes.boxes().size(), 1);
     const TVLUnattendedMessageBoxes::Box box = boxes.boxes().constFirst();
-    QCOMPARE(box.title, u"Project Document Loader"_qs);
+    QCOMPARE(box.title, u"Project Document Loader"_s);
     QCOMPARE(box.text,
              QString(line + Separator + u'\n' + obstructionError(project, fileName) + Separator));
     QCOMPARE(box.informativeText, AdviceForOneFile);
@@ -607,8 +608,8 @@ void TstDocumentLoading::severalFilesAreToldInOneBox()
 {
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(model->setTitle(firstText(model.get()), u"Chapter"_qs));
-    for (const QString &name : {u"3.rtf"_qs, u"3_notes.rtf"_qs, u"3_synopsis.txt"_qs})
+    QVERIFY(model->setTitle(firstText(model.get()), u"Chapter"_s));
+    for (const QString &name : {u"3.rtf"_s, u"3_notes.rtf"_s, u"3_synopsis.txt"_s})
         obstructDocument(project, name);
     const TVLUnattendedMessageBoxes boxes;
     model->loadDocuments(model->findNode(3));
@@ -616,10 +617,10 @@ void TstDocumentLoading::severalFilesAreToldInOneBox()
     QCOMPARE(boxes.boxes().at(0).text,
              QString(u"Could not load document 'Chapter'\n"
                      "Could not load document notes for 'Chapter'\n"
-                     "Could not load document synopsis for 'Chapter'"_qs
-                     + Separator + u'\n' + obstructionError(project, u"3.rtf"_qs) + Separator
-                     + u'\n' + obstructionError(project, u"3_notes.rtf"_qs) + Separator + u'\n'
-                     + obstructionError(project, u"3_synopsis.txt"_qs) + Separator));
+                     "Could not load document synopsis for 'Chapter'"_s
+                     + Separator + u'\n' + obstructionError(project, u"3.rtf"_s) + Separator + u'\n'
+                     + obstructionError(project, u"3_notes.rtf"_s) + Separator + u'\n'
+                     + obstructionError(project, u"3_synopsis.txt"_s) + Separator));
     QCOMPARE(boxes.boxes().at(0).informativeText, AdviceForSeveralFiles);
 }
 
@@ -627,7 +628,7 @@ void TstDocumentLoading::aCommentsFileHasNoLineOfItsOwn()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.comments"_qs, "no XML");
+    project.writeFile(u"Files/Docs/3.comments"_s, "no XML");
     const QStringList errors = readErrors(project);
     QCOMPARE(errors.size(), 1);
     const TVLUnattendedMessageBoxes boxes;
@@ -642,7 +643,7 @@ void TstDocumentLoading::anItemWithoutTitleIsToldAsUntitled()
 {
     const TestProject project;
     const auto model = project.create();
-    obstructDocument(project, u"3.rtf"_qs);
+    obstructDocument(project, u"3.rtf"_s);
     const TVLUnattendedMessageBoxes boxes;
     model->loadDocuments(model->findNode(3));
     QCOMPARE(boxes.boxes().size(), 1);
@@ -653,8 +654,8 @@ void TstDocumentLoading::aTitleWithAPlaceholderIsToldAsItStands()
 {
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(model->setTitle(firstText(model.get()), u"100%1 %2 <b>"_qs));
-    obstructDocument(project, u"3.rtf"_qs);
+    QVERIFY(model->setTitle(firstText(model.get()), u"100%1 %2 <b>"_s));
+    obstructDocument(project, u"3.rtf"_s);
     const TVLUnattendedMessageBoxes boxes;
     model->loadDocuments(model->findNode(3));
     QVERIFY(boxes.boxes().at(0).text.startsWith(u"Could not load document '100%1 %2 <b>'\n---"));
@@ -664,7 +665,7 @@ void TstDocumentLoading::theBoxComesOnce()
 {
     const TestProject project;
     const auto model = project.create();
-    obstructDocument(project, u"3.rtf"_qs);
+    obstructDocument(project, u"3.rtf"_s);
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(model->referenceText(firstText(model.get())));
     QCOMPARE(model->documentPlainText(firstText(model.get()), false), QString());
@@ -676,21 +677,21 @@ void TstDocumentLoading::whileTheBoxIsShownTheDocumentsAreThere()
 {
     const TestProject project;
     const auto model = project.create();
-    obstructDocument(project, u"3.rtf"_qs);
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
+    obstructDocument(project, u"3.rtf"_s);
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "synopsis");
     const TVLUnattendedMessageBoxes boxes;
     int answers = 0;
     connect(&boxes, &TVLUnattendedMessageBoxes::answered, this, [&] {
         ++answers;
         QCOMPARE(model->data(firstText(model.get()), Qt::ToolTipRole).toString(),
-                 TVL::toHtmlTooltipFormat(u"synopsis"_qs));
-        typeText(model.get(), firstText(model.get()), u"notes"_qs, TVL::NotesText);
+                 TVL::toHtmlTooltipFormat(u"synopsis"_s));
+        typeText(model.get(), firstText(model.get()), u"notes"_s, TVL::NotesText);
         QVERIFY(model->isModified());
     });
     model->loadDocuments(model->findNode(3));
     QCOMPARE(answers, 1);
     QVERIFY(!model->findNode(3)->mNotesDocument->isSaved());
-    QCOMPARE(model->documentNoteAsPlainText(firstText(model.get())), u"notes"_qs);
+    QCOMPARE(model->documentNoteAsPlainText(firstText(model.get())), u"notes"_s);
 }
 
 void TstDocumentLoading::aFileThatCouldNotBeReadIsNeverWritten()
@@ -698,24 +699,24 @@ void TstDocumentLoading::aFileThatCouldNotBeReadIsNeverWritten()
     const TestProject project;
     const auto model = project.create();
     const QByteArray damaged = "no rich text at all";
-    project.writeFile(u"Files/Docs/3.rtf"_qs, damaged);
+    project.writeFile(u"Files/Docs/3.rtf"_s, damaged);
     const QStringList errors = readErrors(project);
     const TVLUnattendedMessageBoxes boxes;
     const QModelIndex index = firstText(model.get());
     TVLTextDocument *text = model->referenceText(index);
     QCOMPARE(boxes.boxes().size(), 1);
     QCOMPARE(boxes.boxes().at(0).text,
-             QString(u"Could not load document 'Untitled'"_qs + Separator + u'\n'
+             QString(u"Could not load document 'Untitled'"_s + Separator + u'\n'
                      + errors.join(Separator + u'\n') + Separator));
     QVERIFY(text->isReadOnly());
 
-    typeText(model.get(), index, u"an edit all the same"_qs);
+    typeText(model.get(), index, u"an edit all the same"_s);
     QVERIFY(model->isModified());
     QVERIFY(model->save());
     QVERIFY(model->saveDocuments(model->findNode(3), true, nullptr));
     QVERIFY(model->overwriteText(index, text));
     QVERIFY(model->save(true));
-    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_qs), damaged);
+    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_s), damaged);
     // It is never dirty, so nothing lets go of it either.
     QCOMPARE(model->findNode(3)->mTextDocument, text);
     QCOMPARE(boxes.boxes().size(), 1);
@@ -726,15 +727,15 @@ void TstDocumentLoading::theOtherDocumentsOfADamagedItemAreWritten()
     const TestProject project;
     const auto model = project.create();
     const QByteArray damaged = "no rich text at all";
-    project.writeFile(u"Files/Docs/3.rtf"_qs, damaged);
+    project.writeFile(u"Files/Docs/3.rtf"_s, damaged);
     const TVLUnattendedMessageBoxes boxes;
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"synopsis"_qs));
-    typeText(model.get(), index, u"notes"_qs, TVL::NotesText);
+    QVERIFY(model->setSynopsis(index, u"synopsis"_s));
+    typeText(model.get(), index, u"notes"_s, TVL::NotesText);
     QVERIFY(model->save());
-    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_qs), QByteArray("synopsis"));
-    QVERIFY(project.readFile(u"Files/Docs/3_notes.rtf"_qs).contains("notes"));
-    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_qs), damaged);
+    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_s), QByteArray("synopsis"));
+    QVERIFY(project.readFile(u"Files/Docs/3_notes.rtf"_s).contains("notes"));
+    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_s), damaged);
     QCOMPARE(boxes.boxes().size(), 1);
 }
 

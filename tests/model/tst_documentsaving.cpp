@@ -21,6 +21,8 @@
 #define TVL_MEMORY_IS_MEASURABLE 1
 #endif
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** What happens to an item's documents before a save; the values are bits. */
@@ -45,8 +47,8 @@ const QList<QPair<int, TVL::DocumentType>> HoldsAndTypes = {
 
 QStringList filesOfDocuments(int id)
 {
-    return {u"Files/Docs/%1.rtf"_qs.arg(id), u"Files/Docs/%1_notes.rtf"_qs.arg(id),
-            u"Files/Docs/%1_synopsis.txt"_qs.arg(id)};
+    return {u"Files/Docs/%1.rtf"_s.arg(id), u"Files/Docs/%1_notes.rtf"_s.arg(id),
+            u"Files/Docs/%1_synopsis.txt"_s.arg(id)};
 }
 
 /** Folders stand where an item's files should be, so that they can't be written. */
@@ -54,7 +56,7 @@ void obstructFiles(const TestProject &project, int id)
 {
     for (const QString &file : filesOfDocuments(id)) {
         QFile::remove(project.path(file));
-        project.writeFile(file + u"/obstacle"_qs, "x");
+        project.writeFile(file + u"/obstacle"_s, "x");
     }
 }
 
@@ -75,7 +77,7 @@ void doDeeds(const TVLProjectModel *model, const QModelIndex &index, int deeds)
     for (const auto &[deed, type] : EditsAndTypes) {
         if (!(deeds & deed))
             continue;
-        typeText(model, index, u"words"_qs, type);
+        typeText(model, index, u"words"_s, type);
         TVLTextDocument *document = model->referenceItem(index, type);
         if (deeds & UndoEdits)
             document->undo();
@@ -94,7 +96,7 @@ void doDeeds(const TVLProjectModel *model, const QModelIndex &index, int deeds)
 qint64 residentMemory()
 {
     constexpr qint64 PageSize = 4096;
-    QFile file(u"/proc/self/statm"_qs);
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("the process can't be measured");
     return file.readAll().split(' ').at(1).toLongLong() * PageSize;
@@ -227,9 +229,9 @@ void TstDocumentSaving::aSaveOfTheProjectFollowsTheSameRule()
     TVLTextDocument *text = model->referenceText(held);
     QCOMPARE(model->referenceText(held), text);
     model->dereferenceItem(text);
-    typeTextForGood(model.get(), held, u"held"_qs);
+    typeTextForGood(model.get(), held, u"held"_s);
     model->loadDocuments(model->projectNode(clean));
-    typeTextForGood(model.get(), free, u"free"_qs);
+    typeTextForGood(model.get(), free, u"free"_s);
     QVERIFY(model->save());
     QCOMPARE(model->loadedNodes(),
              QList<TVLProjectNode *>({model->projectNode(held), model->projectNode(clean)}));
@@ -243,7 +245,7 @@ void TstDocumentSaving::aSaveOfTheProjectFollowsTheSameRule()
     model->dereferenceItem(text);
     QVERIFY(model->save(true));
     QVERIFY(model->loadedNodes().contains(model->projectNode(held)));
-    typeTextForGood(model.get(), held, u"again "_qs);
+    typeTextForGood(model.get(), held, u"again "_s);
     QVERIFY(model->save());
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->projectNode(clean)}));
 }
@@ -253,19 +255,19 @@ void TstDocumentSaving::typingAndUndoingLeavesTheDocumentDirty()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeTextForGood(model.get(), index, u"text"_qs);
+    typeTextForGood(model.get(), index, u"text"_s);
     QVERIFY(model->save());
     TVLTextDocument *text = model->referenceText(index);
     QVERIFY(text->isSaved());
-    QTextCursor(text).insertText(u"x"_qs);
+    QTextCursor(text).insertText(u"x"_s);
     text->undo();
-    QCOMPARE(text->toPlainText(), u"text"_qs);
+    QCOMPARE(text->toPlainText(), u"text"_s);
     QVERIFY(!text->isSaved());
     model->dereferenceItem(text);
 
-    QVERIFY(QFile::remove(project.path(u"Files/Docs/3.rtf"_qs)));
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/3.rtf"_s)));
     QVERIFY(model->save());
-    QVERIFY(QFileInfo::exists(project.path(u"Files/Docs/3.rtf"_qs)));
+    QVERIFY(QFileInfo::exists(project.path(u"Files/Docs/3.rtf"_s)));
     QVERIFY(text->isSaved());
     QCOMPARE(model->findNode(3)->mTextDocument, text);
 }
@@ -275,20 +277,20 @@ void TstDocumentSaving::onlyDirtyDocumentsAreWritten()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"text"_qs);
-    typeText(model.get(), index, u"notes"_qs, TVL::NotesText);
-    typeText(model.get(), index, u"synopsis"_qs, TVL::SynopsisText);
+    typeText(model.get(), index, u"text"_s);
+    typeText(model.get(), index, u"notes"_s, TVL::NotesText);
+    typeText(model.get(), index, u"synopsis"_s, TVL::SynopsisText);
     QVERIFY(model->save());
     for (const QString &file : filesOfDocuments(3))
         project.writeFile(file, "sentinel");
-    typeText(model.get(), index, u"more "_qs, TVL::NotesText);
+    typeText(model.get(), index, u"more "_s, TVL::NotesText);
     QVERIFY(model->save());
-    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_qs), QByteArray("sentinel"));
-    QVERIFY(project.readFile(u"Files/Docs/3_notes.rtf"_qs).contains("more notes"));
-    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_qs), QByteArray("sentinel"));
-    project.writeFile(u"Files/Docs/3_notes.rtf"_qs, "sentinel");
+    QCOMPARE(project.readFile(u"Files/Docs/3.rtf"_s), QByteArray("sentinel"));
+    QVERIFY(project.readFile(u"Files/Docs/3_notes.rtf"_s).contains("more notes"));
+    QCOMPARE(project.readFile(u"Files/Docs/3_synopsis.txt"_s), QByteArray("sentinel"));
+    project.writeFile(u"Files/Docs/3_notes.rtf"_s, "sentinel");
     QVERIFY(model->save(true));
-    QCOMPARE(project.readFile(u"Files/Docs/3_notes.rtf"_qs), QByteArray("sentinel"));
+    QCOMPARE(project.readFile(u"Files/Docs/3_notes.rtf"_s), QByteArray("sentinel"));
 }
 
 void TstDocumentSaving::anEmptiedDocumentLosesItsFile()
@@ -296,13 +298,13 @@ void TstDocumentSaving::anEmptiedDocumentLosesItsFile()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"synopsis"_qs));
+    QVERIFY(model->setSynopsis(index, u"synopsis"_s));
     QVERIFY(model->save());
-    QVERIFY(QFileInfo::exists(project.path(u"Files/Docs/3_synopsis.txt"_qs)));
+    QVERIFY(QFileInfo::exists(project.path(u"Files/Docs/3_synopsis.txt"_s)));
     QVERIFY(model->setSynopsis(index, QString()));
     QVERIFY(model->isModified());
     QVERIFY(model->save());
-    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/3_synopsis.txt"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/3_synopsis.txt"_s)));
     QCOMPARE(model->synopsis(index), QString());
 }
 
@@ -312,8 +314,8 @@ void TstDocumentSaving::aSaveTellsWhichTextsThereAre()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     const TVLProjectNode *node = model->projectNode(index);
-    typeTextForGood(model.get(), index, u"text"_qs);
-    typeTextForGood(model.get(), index, u"notes"_qs, TVL::NotesText);
+    typeTextForGood(model.get(), index, u"text"_s);
+    typeTextForGood(model.get(), index, u"notes"_s, TVL::NotesText);
     QVERIFY(!node->mHasText);
     QVERIFY(model->save());
     QVERIFY(!node->mTextDocument);
@@ -325,10 +327,10 @@ void TstDocumentSaving::aSaveTellsWhichTextsThereAre()
 void TstDocumentSaving::savingNoItemIsFine()
 {
     const auto model = blankModel();
-    QStringList errors = {u"untouched"_qs};
+    QStringList errors = {u"untouched"_s};
     QVERIFY(model->saveDocuments(nullptr, false, &errors));
     QVERIFY(model->saveDocuments(model->findNode(3), true, &errors));
-    QCOMPARE(errors, QStringList({u"untouched"_qs}));
+    QCOMPARE(errors, QStringList({u"untouched"_s}));
 }
 
 void TstDocumentSaving::oneItemIsSaved()
@@ -337,15 +339,15 @@ void TstDocumentSaving::oneItemIsSaved()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text);
-    typeText(model.get(), index, u"one"_qs);
-    typeText(model.get(), other, u"two"_qs);
+    typeText(model.get(), index, u"one"_s);
+    typeText(model.get(), other, u"two"_s);
     QVERIFY(model->save(index));
-    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_qs).contains("one"));
-    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/4.rtf"_qs)));
+    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_s).contains("one"));
+    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/4.rtf"_s)));
     QVERIFY(model->isModified());
     QVERIFY(model->findNode(3)->mTextDocument->isSaved());
 
-    typeText(model.get(), index, u"again "_qs);
+    typeText(model.get(), index, u"again "_s);
     obstructFiles(project, 3);
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save(index));
@@ -366,7 +368,7 @@ void TstDocumentSaving::savingADocumentDoesNothing()
     const TestProject project;
     const auto model = project.create();
     TVLTextDocument *text = model->referenceText(firstText(model.get()));
-    QTextCursor(text).insertText(u"words"_qs);
+    QTextCursor(text).insertText(u"words"_s);
     const auto before = project.files();
     model->save(text);
     QCOMPARE(project.files(), before);
@@ -380,29 +382,29 @@ void TstDocumentSaving::aFailedDocumentIsToldAndTheRestIsWritten()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text);
-    QVERIFY(model->setTitle(index, u"Chapter %1"_qs));
-    QVERIFY(model->setSynopsis(index, u"synopsis"_qs));
-    typeText(model.get(), other, u"the rest"_qs);
+    QVERIFY(model->setTitle(index, u"Chapter %1"_s));
+    QVERIFY(model->setSynopsis(index, u"synopsis"_s));
+    typeText(model.get(), other, u"the rest"_s);
     obstructFiles(project, 3);
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save());
     QCOMPARE(boxes.boxes().size(), 1);
     const TVLUnattendedMessageBoxes::Box box = boxes.boxes().constFirst();
-    QCOMPARE(box.title, u"Project Writer"_qs);
+    QCOMPARE(box.title, u"Project Writer"_s);
     QCOMPARE(box.icon, QMessageBox::Critical);
-    QCOMPARE(box.text, u"The following errors occurred while saving your project."_qs);
+    QCOMPARE(box.text, u"The following errors occurred while saving your project."_s);
     QCOMPARE(box.informativeText,
              QString(u"Could not save project document 'Chapter %1'\nFailed saving document "
-                     "synopsis with id: 3 \nError: '"_qs
+                     "synopsis with id: 3 \nError: '"_s
                      + synopsisWriteError(project, 3)
                      + u"'\n\nTo avoid losing your latest changes, make sure you have enough space "
                        "and write access on your storage device.\nYou can create a copy of your "
                        "project into another location using the menu File > SaveAs.\nYou might "
                        "also try to Compile and Save to RTF or DOC format to avoid losing your "
-                       "latest changes."_qs));
-    QVERIFY(project.readFile(u"Novel.tavelx"_qs) != binder);
-    QVERIFY(project.readFile(u"Files/Docs/4.rtf"_qs).contains("the rest"));
+                       "latest changes."_s));
+    QVERIFY(project.readFile(u"Novel.tavelx"_s) != binder);
+    QVERIFY(project.readFile(u"Files/Docs/4.rtf"_s).contains("the rest"));
     QVERIFY(model->isSaved());
 }
 
@@ -411,9 +413,9 @@ void TstDocumentSaving::eachFailedItemIsTold()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text, u"Other"_qs);
-    QVERIFY(model->setSynopsis(other, u"synopsis"_qs));
-    QVERIFY(model->setSynopsis(index, u"synopsis"_qs));
+    const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text, u"Other"_s);
+    QVERIFY(model->setSynopsis(other, u"synopsis"_s));
+    QVERIFY(model->setSynopsis(index, u"synopsis"_s));
     obstructFiles(project, 3);
     obstructFiles(project, 4);
     const TVLUnattendedMessageBoxes boxes;
@@ -423,7 +425,7 @@ void TstDocumentSaving::eachFailedItemIsTold()
     QVERIFY(boxes.boxes().at(0).informativeText.startsWith(
         u"Could not save project document 'Other'\nFailed saving document synopsis with id: 4 "
         "\nError: '%1'\n--------------------\nCould not save project document ''\nFailed saving "
-        "document synopsis with id: 3 \nError: '%1'\n\nTo avoid"_qs.arg(error)));
+        "document synopsis with id: 3 \nError: '%1'\n\nTo avoid"_s.arg(error)));
 }
 
 void TstDocumentSaving::aFailedDocumentIsTriedAgain()
@@ -431,7 +433,7 @@ void TstDocumentSaving::aFailedDocumentIsTriedAgain()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"text"_qs);
+    typeText(model.get(), index, u"text"_s);
     obstructFiles(project, 3);
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save());
@@ -439,10 +441,10 @@ void TstDocumentSaving::aFailedDocumentIsTriedAgain()
     removeObstacles(project, 3);
     // The project counts as saved, so the next change has to come first.
     QVERIFY(model->save());
-    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/3.rtf"_qs)));
-    QVERIFY(model->setTitle(model->trashFolder(), u"Bin"_qs));
+    QVERIFY(!QFileInfo::exists(project.path(u"Files/Docs/3.rtf"_s)));
+    QVERIFY(model->setTitle(model->trashFolder(), u"Bin"_s));
     QVERIFY(model->save());
-    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_qs).contains("text"));
+    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_s).contains("text"));
     QVERIFY(model->findNode(3)->mTextDocument->isSaved());
     QCOMPARE(boxes.boxes().size(), 1);
 }
@@ -452,14 +454,14 @@ void TstDocumentSaving::theErrorsOfAFailedDocumentAreHandedOut()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"synopsis"_qs));
+    QVERIFY(model->setSynopsis(index, u"synopsis"_s));
     obstructFiles(project, 3);
     const TVLUnattendedMessageBoxes boxes;
     QStringList errors;
     QVERIFY(!model->saveChanges(&errors));
     QCOMPARE(errors,
              QStringList({u"Could not save project document ''\nFailed saving document synopsis "
-                          "with id: 3 \nError: '%1'"_qs.arg(synopsisWriteError(project, 3))}));
+                          "with id: 3 \nError: '%1'"_s.arg(synopsisWriteError(project, 3))}));
 }
 
 void TstDocumentSaving::editorsAreAskedInTheOrderOfTheFirstLoads()
@@ -471,7 +473,7 @@ void TstDocumentSaving::editorsAreAskedInTheOrderOfTheFirstLoads()
     model->loadDocuments(model->findNode(3));
     const SignalLog log(model.get());
     QVERIFY(model->save(false));
-    QCOMPARE(log.lines(), QStringList({u"about to save 4"_qs, u"about to save 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"about to save 4"_s, u"about to save 3"_s}));
 }
 
 void TstDocumentSaving::whatAnEditorPushesGetsIntoTheSave()
@@ -480,9 +482,9 @@ void TstDocumentSaving::whatAnEditorPushesGetsIntoTheSave()
     const auto model = project.create();
     model->loadDocuments(model->findNode(3));
     connect(model.get(), &TVLProjectModel::aboutToSave, this,
-            [&](const QModelIndex &index) { typeText(model.get(), index, u"pushed"_qs); });
+            [&](const QModelIndex &index) { typeText(model.get(), index, u"pushed"_s); });
     QVERIFY(model->save(false));
-    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_qs).contains("pushed"));
+    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_s).contains("pushed"));
     QVERIFY(model->isSaved());
 }
 
@@ -513,16 +515,16 @@ void TstDocumentSaving::aReleasedDocumentIsCutLoose()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     const QPointer<TVLTextDocument> text(model->referenceText(index));
-    typeText(model.get(), index, u"words"_qs);
+    typeText(model.get(), index, u"words"_s);
     QVERIFY(model->saveDocuments(model->findNode(3), true, nullptr));
     QVERIFY(text);
     QVERIFY(model->save());
     const SignalLog log(model.get());
-    QTextCursor(text).insertText(u"lost "_qs);
+    QTextCursor(text).insertText(u"lost "_s);
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
     model->dereferenceItem(text);
-    QCOMPARE(model->documentPlainText(index, false), u"words"_qs);
+    QCOMPARE(model->documentPlainText(index, false), u"words"_s);
 }
 
 void TstDocumentSaving::aDocumentMayBeReleasedWhileItSignals()
@@ -537,13 +539,13 @@ void TstDocumentSaving::aDocumentMayBeReleasedWhileItSignals()
         QVERIFY(model->saveDocuments(model->findNode(3), true, nullptr));
         QVERIFY(!model->findNode(3)->mTextDocument);
     });
-    QTextCursor(text).insertText(u"words"_qs);
+    QTextCursor(text).insertText(u"words"_s);
     QCOMPARE(edits, 1);
     QVERIFY(text);
-    QCOMPARE(text->toPlainText(), u"words"_qs);
+    QCOMPARE(text->toPlainText(), u"words"_s);
     deleteReleasedObjects();
     QVERIFY(!text);
-    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_qs).contains("words"));
+    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_s).contains("words"));
 }
 
 void TstDocumentSaving::aReleasedItemIsLoadedAnew()
@@ -552,11 +554,11 @@ void TstDocumentSaving::aReleasedItemIsLoadedAnew()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     for (int round = 0; round < 3; ++round) {
-        typeTextForGood(model.get(), index, u"%1."_qs.arg(round));
+        typeTextForGood(model.get(), index, u"%1."_s.arg(round));
         QVERIFY(model->save());
         QVERIFY(model->loadedNodes().isEmpty());
     }
-    QCOMPARE(model->documentPlainText(index, false), u"2.1.0."_qs);
+    QCOMPARE(model->documentPlainText(index, false), u"2.1.0."_s);
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->findNode(3)}));
 }
 
@@ -576,7 +578,7 @@ void TstDocumentSaving::thousandsOfItemsComeAndGo()
     QList<TVLProjectNode *> nodes;
     for (int i = 0; i < Items; ++i) {
         nodes.append(model->projectNode(addItem(model.get(), model->draftFolder(), TVL::Text)));
-        typeTextForGood(model.get(), model->createIndex(nodes.constLast()), u"x"_qs,
+        typeTextForGood(model.get(), model->createIndex(nodes.constLast()), u"x"_s,
                         TVL::SynopsisText);
     }
     QCOMPARE(model->loadedNodes(), nodes);
@@ -631,7 +633,7 @@ void TstDocumentSaving::loadingAndSavingLeavesNothingBehind()
 #if TVL_MEMORY_IS_MEASURABLE
     const qint64 memoryAfter = residentMemory();
     QVERIFY2(memoryAfter <= memoryBefore + memoryBefore / 10,
-             qPrintable(u"%1 bytes, then %2"_qs.arg(memoryBefore).arg(memoryAfter)));
+             qPrintable(u"%1 bytes, then %2"_s.arg(memoryBefore).arg(memoryAfter)));
 #else
     Q_UNUSED(memoryBefore)
     Q_UNUSED(WarmUpRounds)

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Ids = QList<int>;
@@ -26,7 +28,7 @@ struct FavoriteStep
 TestModel modelWithTexts(const Ids &favorites = {})
 {
     auto model = blankModel();
-    addTree(model.get(), model->draftFolder(), u"a b c"_qs);
+    addTree(model.get(), model->draftFolder(), u"a b c"_s);
     model->setFavorites(favorites);
     makeAllOld(model.get());
     TVLProjectModelTestAccess::setSaved(model.get());
@@ -67,7 +69,7 @@ int firstWrongStep(TVLProjectModel *model, const QList<FavoriteStep> &steps)
         TVLProjectModelTestAccess::setSaved(model);
         const SignalLog log(model);
         const bool done = model->setFavorite(model->index(step.id), step.favorite, step.atEnd);
-        const Lines lines = {u"modified"_qs, u"data %1"_qs.arg(step.id)};
+        const Lines lines = {u"modified"_s, u"data %1"_s.arg(step.id)};
         const bool isWrong = !done || log.lines() != (step.hasEffect ? lines : Lines())
             || touchedIds(model) != (step.hasEffect ? Ids{step.id} : Ids())
             || model->isModified() != step.hasEffect
@@ -202,7 +204,7 @@ void TstFavorites::aFavoriteIsMarkedBeforeItIsAnnounced()
     const SignalLog log(model.get());
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
     QVERIFY(model->setFavorite(model->researchFolder(), true, false));
-    QCOMPARE(log.lines(), Lines({u"modified"_qs, u"data 1"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified"_s, u"data 1"_s}));
     QCOMPARE(changes.size(), 1);
     for (const int argument : {0, 1})
         QCOMPARE(changes.at(0).at(argument).toModelIndex(), model->researchFolder());
@@ -244,7 +246,7 @@ void TstFavorites::theRootIsNeverListedOrSaved()
     // An invalid index stands for the root, as everywhere.
     QVERIFY(model->setFavorite(QModelIndex(), true, true));
     QVERIFY(model->isFavorite(QModelIndex()));
-    QCOMPARE(log.lines(), Lines{u"modified"_qs});
+    QCOMPARE(log.lines(), Lines{u"modified"_s});
     QCOMPARE(favoritesOf(model.get()), Ids());
     QVERIFY(model->setFavorite(model->index(3), true, true));
     QCOMPARE(favoritesOf(model.get()), Ids{3});
@@ -280,7 +282,7 @@ void TstFavorites::theRoleTakesWhatIsABool_data()
     QTest::addColumn<bool>("taken");
     QTest::newRow("bool") << QVariant(true) << true;
     QTest::newRow("number") << QVariant(1) << true;
-    QTest::newRow("text") << QVariant(u"true"_qs) << true;
+    QTest::newRow("text") << QVariant(u"true"_s) << true;
     QTest::newRow("none") << QVariant() << false;
     QTest::newRow("colour") << QVariant(QColor(1, 2, 3)) << false;
 }
@@ -310,7 +312,7 @@ void TstFavorites::shortcutsDoTheSame()
     QVERIFY(!model->isFavorite(model->index(4)));
     QCOMPARE(favoritesOf(model.get()), Ids({3, 5}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
-    QCOMPARE(log.lines(), Lines{u"data 4"_qs});
+    QCOMPARE(log.lines(), Lines{u"data 4"_s});
 }
 
 void TstFavorites::aFlagWithoutAnEntryIsRepaired()
@@ -426,12 +428,12 @@ void TstFavorites::leavingAndComingIsMarkedBeforeItIsAnnounced()
             [&] { seen = favoritesOf(model.get()); });
     const SignalLog log(model.get());
     model->setFavorites({});
-    QCOMPARE(log.lines(), Lines({u"modified"_qs, u"data 4"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified"_s, u"data 4"_s}));
     model->setFavorites({5});
-    QCOMPARE(log.lines().mid(2), Lines{u"data 5"_qs});
+    QCOMPARE(log.lines().mid(2), Lines{u"data 5"_s});
     TVLProjectModelTestAccess::setSaved(model.get());
     model->setFavorites({5, 6});
-    QCOMPARE(log.lines().mid(3), Lines({u"modified"_qs, u"data 6"_qs}));
+    QCOMPARE(log.lines().mid(3), Lines({u"modified"_s, u"data 6"_s}));
     QCOMPARE(seen, Ids({5, 6}));
 }
 
@@ -441,7 +443,7 @@ void TstFavorites::reorderingTouchesNoItem()
     const SignalLog log(model.get());
     model->setFavorites({5, 3, 4});
     QCOMPARE(favoritesOf(model.get()), Ids({5, 3, 4}));
-    QCOMPARE(log.lines(), Lines{u"modified"_qs});
+    QCOMPARE(log.lines(), Lines{u"modified"_s});
     QCOMPARE(touchedIds(model.get()), Ids());
 }
 
@@ -479,7 +481,7 @@ void TstFavorites::idsOfNoItemArePassedOver()
     const SignalLog log(model.get());
     model->setFavorites({99, 3, -1, 77});
     QCOMPARE(favoritesOf(model.get()), Ids{3});
-    QCOMPARE(log.lines(), Lines({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified"_s, u"data 3"_s}));
     QVERIFY(!model->isFavorite(model->rootIndex()));
     model->setFavorites({4});
     QCOMPARE(favoritesOf(model.get()), Ids{4});
@@ -494,7 +496,7 @@ void TstFavorites::clearingTakesAllBack()
     QCOMPARE(favoritesOf(model.get()), Ids());
     QCOMPARE(flagged(model.get()), Ids());
     QCOMPARE(touchedIds(model.get()), Ids({3, 5}));
-    QCOMPARE(log.lines(), Lines({u"modified"_qs, u"data 3"_qs, u"data 5"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified"_s, u"data 3"_s, u"data 5"_s}));
 }
 
 void TstFavorites::clearingTakesFlagsWithoutEntriesToo()
@@ -504,7 +506,7 @@ void TstFavorites::clearingTakesFlagsWithoutEntriesToo()
     const SignalLog log(model.get());
     model->clearFavorites();
     QCOMPARE(flagged(model.get()), Ids());
-    QCOMPARE(log.lines(), Lines({u"modified"_qs, u"data 4"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified"_s, u"data 4"_s}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
 }
 
@@ -537,9 +539,9 @@ void TstFavorites::deletedItemsLeaveTheList()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"a(b) c"_qs);
+    addTree(model.get(), model->draftFolder(), u"a(b) c"_s);
     model->setFavorites({6, 5, 4, 3});
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_s)));
     QCOMPARE(favoritesOf(model.get()), Ids({6, 3}));
     model->removeIndexesFromDependentStructures({model->index(6)});
     QCOMPARE(favoritesOf(model.get()), Ids{3});
@@ -549,7 +551,7 @@ void TstFavorites::itemsInTheTrashStayFavorites()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"a b"_qs);
+    addTree(model.get(), model->draftFolder(), u"a b"_s);
     model->setFavorites({5, 4});
     QVERIFY(model->moveToTrash({model->index(5)}));
     QCOMPARE(favoritesOf(model.get()), Ids({5, 4}));
@@ -561,11 +563,11 @@ void TstFavorites::aReusedIdIsNoFavorite()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->draftFolder(), u"a"_qs);
+    addTree(model.get(), model->draftFolder(), u"a"_s);
     model->setFavorites({4, 3});
     QVERIFY(model->removeIndex(model->index(4)));
-    addTree(model.get(), model->draftFolder(), u"b"_qs);
-    QCOMPARE(model->title(model->index(4)), u"b"_qs);
+    addTree(model.get(), model->draftFolder(), u"b"_s);
+    QCOMPARE(model->title(model->index(4)), u"b"_s);
     QVERIFY(!model->isFavorite(model->index(4)));
     QCOMPARE(favoritesOf(model.get()), Ids{3});
 }
@@ -575,7 +577,7 @@ void TstFavorites::favoritesSurviveSaveAndReopen()
     const TestProject project;
     {
         const auto model = project.create();
-        addTree(model.get(), model->draftFolder(), u"a b c"_qs);
+        addTree(model.get(), model->draftFolder(), u"a b c"_s);
         model->setFavorites({6, 4});
         QVERIFY(model->addToFavorites(model->index(5), false));
         QVERIFY(model->save(true));

@@ -9,12 +9,14 @@
 #include <QBuffer>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 using Ids = QList<int>;
 
-const QString BinderFile = u"Novel.tavelx"_qs;
+const QString BinderFile = u"Novel.tavelx"_s;
 
 } // namespace
 
@@ -106,7 +108,7 @@ void TstFavoriteSection::anUnknownFavoriteFailsTheBinder()
     QFETCH(const QByteArray, id);
     const TVLUnattendedMessageBoxes boxes;
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Files/version.txt"_s, "18");
     project.writeFile(BinderFile, binderXml(someItems(), favoritesXml({"5", id, "4"})));
     const auto before = project.files();
     QVERIFY(!project.open());

@@ -11,6 +11,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TVLTextCommentLink inspectorComment(const QString &text)
@@ -48,13 +50,13 @@ void TstInspectorNotes::aNoteIsSet()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
+    typeText(model.get(), index, u"some words of text"_s);
     QVERIFY(!model->hasInspectorNotes(index));
     QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
-    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_qs)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_s)));
     QVERIFY(model->hasInspectorNotes(index));
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_qs}));
-    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_qs);
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_s}));
+    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_s);
     QCOMPARE(model->projectNode(index)->mTextDocument->referenceCount(), 0);
 }
 
@@ -63,12 +65,12 @@ void TstInspectorNotes::aSetNoteMarksAllThatWasChanged()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
+    typeText(model.get(), index, u"some words of text"_s);
     TVLTextDocument *text = model->referenceText(index);
     QVERIFY(model->save());
     text->setModified(false);
     makeAllOld(model.get());
-    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"whose"_qs)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"whose"_s)));
     QVERIFY(text->isModified());
     QVERIFY(!text->isSaved());
     QVERIFY(isTouched(model.get(), index));
@@ -80,10 +82,10 @@ void TstInspectorNotes::notesComeInTheOrderOfTheText()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"last"_qs)));
-    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_qs)));
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"last"_qs}));
+    typeText(model.get(), index, u"some words of text"_s);
+    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"last"_s)));
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_s)));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_s, u"last"_s}));
 }
 
 void TstInspectorNotes::notesAreRemovedByWhereTheyStart()
@@ -91,15 +93,15 @@ void TstInspectorNotes::notesAreRemovedByWhereTheyStart()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_qs)));
-    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"second"_qs)));
-    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"third"_qs)));
+    typeText(model.get(), index, u"some words of text"_s);
+    QVERIFY(model->setInspectorNote(index, {0, 4}, inspectorComment(u"first"_s)));
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"second"_s)));
+    QVERIFY(model->setInspectorNote(index, {14, 4}, inspectorComment(u"third"_s)));
     QVERIFY(model->removeInspectorNote(index, 5));
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_qs, u"third"_qs}));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"first"_s, u"third"_s}));
     QVERIFY(model->removeInspectorNotes(index, {14, 0}));
     QVERIFY(!model->hasInspectorNotes(index));
-    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_qs);
+    QCOMPARE(model->documentPlainText(index, false), u"some words of text"_s);
     QCOMPARE(model->projectNode(index)->mTextDocument->referenceCount(), 0);
 }
 
@@ -108,13 +110,13 @@ void TstInspectorNotes::noteRemovalsWithoutNoteChangeNothing()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
-    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_qs)));
+    typeText(model.get(), index, u"some words of text"_s);
+    QVERIFY(model->setInspectorNote(index, {5, 5}, inspectorComment(u"which"_s)));
     QVERIFY(model->save());
     QVERIFY(model->removeInspectorNotes(index, {}));
     QVERIFY(model->removeInspectorNotes(index, {0, 14, -1, 1000}));
     QVERIFY(model->isSaved());
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_qs}));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"which"_s}));
 }
 
 void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
@@ -123,7 +125,7 @@ void TstInspectorNotes::itemsWithoutTextHaveNoNotes()
     const auto model = project.create();
     const QModelIndex image = addItem(model.get(), model->draftFolder(), TVL::Image);
     for (const QModelIndex &index : {image, model->draftFolder()}) {
-        QVERIFY(!model->setInspectorNote(index, {0, 1}, inspectorComment(u"x"_qs)));
+        QVERIFY(!model->setInspectorNote(index, {0, 1}, inspectorComment(u"x"_s)));
         QVERIFY(!model->hasInspectorNotes(index));
         QCOMPARE(model->inspectorNotesToPlainText(index), QStringList());
         QVERIFY(model->removeInspectorNotes(index, {0}));
@@ -162,13 +164,13 @@ void TstInspectorNotes::aNoteThatCannotBeKeptIsRefused()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"some words of text"_qs);
+    typeText(model.get(), index, u"some words of text"_s);
     TVLTextDocument *text = model->referenceText(index);
     QVERIFY(model->save());
     prepare(model.get(), text);
     makeAllOld(model.get());
     const SignalLog log(model.get());
-    QVERIFY(!model->setInspectorNote(index, {location, length}, inspectorComment(u"x"_qs)));
+    QVERIFY(!model->setInspectorNote(index, {location, length}, inspectorComment(u"x"_s)));
     QVERIFY(!model->hasInspectorNotes(index));
     QVERIFY(text->isSaved());
     QVERIFY(model->isSaved());
@@ -182,10 +184,10 @@ void TstInspectorNotes::onlyMainTextsTakeComments()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText}) {
-        typeText(model.get(), index, u"words"_qs, type);
+        typeText(model.get(), index, u"words"_s, type);
         TVLTextDocument *document = model->referenceItem(index, type);
         QCOMPARE(document->takesComments(), type == TVL::MainText);
-        QCOMPARE(TVLTextDoc::setComment(document, {0, 5}, inspectorComment(u"x"_qs)),
+        QCOMPARE(TVLTextDoc::setComment(document, {0, 5}, inspectorComment(u"x"_s)),
                  type == TVL::MainText);
         QCOMPARE(TVLTextDoc::hasInspectorCommentsOrFootnotes(document), type == TVL::MainText);
     }
@@ -194,11 +196,11 @@ void TstInspectorNotes::onlyMainTextsTakeComments()
 void TstInspectorNotes::anEditAtTheSecondRunIsKept()
 {
     const TestProject project;
-    TVLTextCommentLink comment = inspectorComment(u"before"_qs);
+    TVLTextCommentLink comment = inspectorComment(u"before"_s);
     {
         const auto model = project.create();
         const QModelIndex index = firstText(model.get());
-        typeText(model.get(), index, u"some words of text"_qs);
+        typeText(model.get(), index, u"some words of text"_s);
         QVERIFY(model->setInspectorNote(index, {0, 4}, comment));
         QVERIFY(model->setInspectorNote(index, {14, 4}, comment));
         comment.mRtf = "{\\rtf1 after}";
@@ -207,7 +209,7 @@ void TstInspectorNotes::anEditAtTheSecondRunIsKept()
     }
     const auto model = project.open();
     const QModelIndex index = firstText(model.get());
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList(u"after"_qs));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList(u"after"_s));
 }
 
 TVL_TEST(TstInspectorNotes)

@@ -11,9 +11,11 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QUuid SomeUuid(u"{11111111-2222-3333-4444-555555555555}"_qs);
+const QUuid SomeUuid(u"{11111111-2222-3333-4444-555555555555}"_s);
 
 /** An accessor, what an item is given for it, and what it says of that and of no item. */
 struct Accessor
@@ -62,13 +64,13 @@ const QList<Accessor> &accessors()
     using IntPair = QPair<int, int>;
     static const QList<Accessor> rows = {
         {"type", reading(&Model::type), filling(&Node::mNodeType, TVL::PDF), 6, 9},
-        {"title", titleOf, filling(&Node::mTitle, u"A"_qs), u"A"_qs, QString()},
+        {"title", titleOf, filling(&Node::mTitle, u"A"_s), u"A"_s, QString()},
         {"empty title", titleOf, filling(&Node::mTitle, QString()), QString(), QString()},
-        {"shown title", shownTitleOf, filling(&Node::mTitle, u"A"_qs), u"A"_qs, QString()},
-        {"shown empty title", shownTitleOf, filling(&Node::mTitle, QString()), u"Untitled"_qs,
+        {"shown title", shownTitleOf, filling(&Node::mTitle, u"A"_s), u"A"_s, QString()},
+        {"shown empty title", shownTitleOf, filling(&Node::mTitle, QString()), u"Untitled"_s,
          QString()},
-        {"extension", reading(&Model::extension), filling(&Node::mFileExtension, u"pdf"_qs),
-         u"pdf"_qs, QString()},
+        {"extension", reading(&Model::extension), filling(&Node::mFileExtension, u"pdf"_s),
+         u"pdf"_s, QString()},
         {"selection", reading(&Model::selection), filling(&Node::mTextSelection, IntPair(3, 4)),
          QVariant::fromValue(IntPair(3, 4)), QVariant::fromValue(IntPair(0, 0))},
         {"created", reading(&Model::created), filling(&Node::mCreated, SomeDate), SomeDate,
@@ -103,32 +105,32 @@ const QList<Accessor> &accessors()
         {"target", reading(&Model::countTarget), filling(&Node::mTarget, 500), 500, 0},
         {"target type", reading(&Model::targetType),
          filling(&Node::mTargetType, TVL::CharactersTarget), 1, 0},
-        {"text mode", reading(&Model::textMode), filling(&Node::mTextMode, u"Poem"_qs), u"Poem"_qs,
-         u"General"_qs},
+        {"text mode", reading(&Model::textMode), filling(&Node::mTextMode, u"Poem"_s), u"Poem"_s,
+         u"General"_s},
         {"empty text mode", reading(&Model::textMode), filling(&Node::mTextMode, QString()),
-         QString(), u"General"_qs},
-        {"script", reading(&Model::isScriptMode), filling(&Node::mTextMode, u"Script"_qs), true,
+         QString(), u"General"_s},
+        {"script", reading(&Model::isScriptMode), filling(&Node::mTextMode, u"Script"_s), true,
          false},
-        {"no script", reading(&Model::isScriptMode), filling(&Node::mTextMode, u"script"_qs), false,
+        {"no script", reading(&Model::isScriptMode), filling(&Node::mTextMode, u"script"_s), false,
          false},
         {"web address", reading(&Model::webUrl),
-         filling(&Node::mOriginalUrl, u"https://example.com/a?b=c"_qs),
-         QUrl(u"https://example.com/a?b=c"_qs), QUrl()},
+         filling(&Node::mOriginalUrl, u"https://example.com/a?b=c"_s),
+         QUrl(u"https://example.com/a?b=c"_s), QUrl()},
         {"text", reading(&Model::hasText), filling(&Node::mHasText, true), true, false},
         {"notes", reading(&Model::hasDocumentNote), filling(&Node::mHasDocumentNote, true), true,
          false},
         {"synopsis", reading(&Model::hasSynopsis), filling(&Node::mHasSynopsis, true), true, false},
         {"custom meta-data", reading(&Model::hasCustomMetaData),
          [](TVLProjectNode *node) {
-             node->mCustomMetaData = {{u"a"_qs, {}}, {u"b"_qs, u"x"_qs}};
+             node->mCustomMetaData = {{u"a"_s, {}}, {u"b"_s, u"x"_s}};
          },
          true, false},
         {"empty custom meta-data", reading(&Model::hasCustomMetaData),
          [](TVLProjectNode *node) {
-             node->mCustomMetaData = {{u"a"_qs, {}}, {u"b"_qs, {}}};
+             node->mCustomMetaData = {{u"a"_s, {}}, {u"b"_s, {}}};
          },
          false, false},
-        {"path", reading(&Model::rootPathTitle), filling(&Node::mTitle, u"A"_qs), u"Draft/A"_qs,
+        {"path", reading(&Model::rootPathTitle), filling(&Node::mTitle, u"A"_s), u"Draft/A"_s,
          QString()},
     };
     return rows;
@@ -214,9 +216,9 @@ void TstItemAccessors::anIndexOfAnotherModelGivesNothing()
 void TstItemAccessors::anInvalidIndexStandsForTheRoot()
 {
     const auto model = blankModel();
-    model->binderRoot()->mTitle = u"Hidden"_qs;
-    QCOMPARE(model->title(QModelIndex()), u"Hidden"_qs);
-    QCOMPARE(model->title(model->rootIndex()), u"Hidden"_qs);
+    model->binderRoot()->mTitle = u"Hidden"_s;
+    QCOMPARE(model->title(QModelIndex()), u"Hidden"_s);
+    QCOMPARE(model->title(model->rootIndex()), u"Hidden"_s);
     QCOMPARE(model->nodeIdentity(QModelIndex()), -1);
     QCOMPARE(model->rootPathTitle(QModelIndex()), QString());
     QVERIFY(model->includeInCompile(QModelIndex()));
@@ -226,13 +228,13 @@ void TstItemAccessors::labelAndStatusItemComeFromTheirStore()
 {
     const auto model = blankModel();
     const QModelIndex index = firstText(model.get());
-    QCOMPARE(model->label(index).mTitle, u"No Label"_qs);
-    QCOMPARE(model->statusItem(index).mTitle, u"No Status"_qs);
+    QCOMPARE(model->label(index).mTitle, u"No Label"_s);
+    QCOMPARE(model->statusItem(index).mTitle, u"No Status"_s);
     model->projectNode(index)->mLabelId = 1;
     model->projectNode(index)->mStatusId = 5;
-    QCOMPARE(model->label(index).mTitle, u"Chapter"_qs);
+    QCOMPARE(model->label(index).mTitle, u"Chapter"_s);
     QCOMPARE(model->label(index).mColor, QColor(255, 192, 192));
-    QCOMPARE(model->statusItem(index).mTitle, u"Done"_qs);
+    QCOMPARE(model->statusItem(index).mTitle, u"Done"_s);
     model->projectNode(index)->mLabelId = 77;
     model->projectNode(index)->mStatusId = 77;
     QCOMPARE(model->label(index).mId, -1);
@@ -255,7 +257,7 @@ void TstItemAccessors::aTextInMemoryCountsForMoreThanTheFlag()
     TVLProjectNode *node = model->projectNode(index);
     bool &flag = isText ? node->mHasText : node->mHasDocumentNote;
     const auto ask = [&] { return isText ? model->hasText(index) : model->hasDocumentNote(index); };
-    typeText(model.get(), index, u"words"_qs, TVL::DocumentType(type));
+    typeText(model.get(), index, u"words"_s, TVL::DocumentType(type));
     flag = false;
     QVERIFY(ask());
     QVERIFY(flag);
@@ -270,7 +272,7 @@ void TstItemAccessors::theFlagOfTheSynopsisIsNotRefreshed()
     const auto model = blankModel();
     const QModelIndex index = firstText(model.get());
     TVLProjectNode *node = model->projectNode(index);
-    typeText(model.get(), index, u"words"_qs, TVL::SynopsisText);
+    typeText(model.get(), index, u"words"_s, TVL::SynopsisText);
     node->mHasSynopsis = false;
     QVERIFY(model->hasSynopsis(index));
     QVERIFY(!node->mHasSynopsis);
@@ -308,7 +310,7 @@ void TstItemAccessors::anItemIsReferencedWhileADocumentIsInMemory()
     model->dereferenceItem(document);
     // It is about memory, not about who holds it.
     QVERIFY(model->referenced(index));
-    typeTextForGood(model.get(), index, u"x"_qs);
+    typeTextForGood(model.get(), index, u"x"_s);
     QVERIFY(model->save(index));
     QVERIFY(!model->referenced(index));
 
@@ -355,9 +357,9 @@ void TstItemAccessors::theHashesAreThoseOfTheFiles()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->textMd5(index), QByteArray());
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "text");
-    project.writeFile(u"Files/Docs/3_notes.rtf"_qs, "notes");
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "text");
+    project.writeFile(u"Files/Docs/3_notes.rtf"_s, "notes");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "synopsis");
     QCOMPARE(model->textMd5(index), hashOf("text"));
     QCOMPARE(model->noteMd5(index), hashOf("notes"));
     QCOMPARE(model->synopsisMd5(index), hashOf("synopsis"));
@@ -367,7 +369,7 @@ void TstItemAccessors::theHashesOfOtherIndexesAreEmpty()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "text");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "text");
     const auto other = blankModel();
     const QModelIndex foreign = firstText(other.get());
     QCOMPARE(model->textMd5(foreign), QByteArray());
@@ -380,13 +382,13 @@ void TstItemAccessors::thePathOfAnItemHasAllTitles_data()
 {
     QTest::addColumn<QStringList>("titles");
     QTest::addColumn<QString>("path");
-    QTest::newRow("top level") << QStringList({u"A"_qs}) << u"A"_qs;
-    QTest::newRow("below") << QStringList({u"A"_qs, u"B"_qs, u"C"_qs}) << u"A/B/C"_qs;
-    QTest::newRow("empty at the top") << QStringList({u""_qs, u"B"_qs}) << u"B"_qs;
-    QTest::newRow("empty twice at the top") << QStringList({u""_qs, u""_qs, u"C"_qs}) << u"C"_qs;
-    QTest::newRow("empty in between") << QStringList({u"A"_qs, u""_qs, u"C"_qs}) << u"A//C"_qs;
-    QTest::newRow("empty itself") << QStringList({u"A"_qs, u""_qs}) << u"A/"_qs;
-    QTest::newRow("slashes in a title") << QStringList({u"A/B"_qs, u"C"_qs}) << u"A/B/C"_qs;
+    QTest::newRow("top level") << QStringList({u"A"_s}) << u"A"_s;
+    QTest::newRow("below") << QStringList({u"A"_s, u"B"_s, u"C"_s}) << u"A/B/C"_s;
+    QTest::newRow("empty at the top") << QStringList({u""_s, u"B"_s}) << u"B"_s;
+    QTest::newRow("empty twice at the top") << QStringList({u""_s, u""_s, u"C"_s}) << u"C"_s;
+    QTest::newRow("empty in between") << QStringList({u"A"_s, u""_s, u"C"_s}) << u"A//C"_s;
+    QTest::newRow("empty itself") << QStringList({u"A"_s, u""_s}) << u"A/"_s;
+    QTest::newRow("slashes in a title") << QStringList({u"A/B"_s, u"C"_s}) << u"A/B/C"_s;
 }
 
 void TstItemAccessors::thePathOfAnItemHasAllTitles()
@@ -422,18 +424,18 @@ void TstItemAccessors::whatAnItemIsShownFrom_data()
     QTest::addColumn<QString>("url");
     QTest::addColumn<bool>("dynamic");
     QTest::addColumn<bool>("html");
-    const QString web = u"https://example.com/a"_qs;
+    const QString web = u"https://example.com/a"_s;
     const WebRow rows[] = {
         {"text", TVL::Text, {}, {}, {}, false, false},
-        {"PDF", TVL::PDF, {}, u"pdf"_qs, u"file"_qs, false, false},
-        {"imported PDF", TVL::PDF, web, u"pdf"_qs, u"file"_qs, false, false},
+        {"PDF", TVL::PDF, {}, u"pdf"_s, u"file"_s, false, false},
+        {"imported PDF", TVL::PDF, web, u"pdf"_s, u"file"_s, false, false},
         {"dynamic page", TVL::WebArchive, web, {}, web, true, false},
-        {"stored page", TVL::WebArchive, web, u"html"_qs, web, false, true},
-        {"stored archive", TVL::WebArchive, web, u"mht"_qs, web, false, false},
-        {"page without address", TVL::WebArchive, {}, u"html"_qs, u"file"_qs, false, false},
+        {"stored page", TVL::WebArchive, web, u"html"_s, web, false, true},
+        {"stored archive", TVL::WebArchive, web, u"mht"_s, web, false, false},
+        {"page without address", TVL::WebArchive, {}, u"html"_s, u"file"_s, false, false},
         {"text with an address", TVL::Text, web, {}, {}, true, false},
-        {"imported HTML", TVL::Other, web, u"html"_qs, u"file"_qs, false, true},
-        {"HTML in capitals", TVL::WebArchive, web, u"HTML"_qs, web, false, false},
+        {"imported HTML", TVL::Other, web, u"html"_s, u"file"_s, false, true},
+        {"HTML in capitals", TVL::WebArchive, web, u"HTML"_s, web, false, false},
     };
     for (const WebRow &row : rows)
         QTest::newRow(row.name) << int(row.type) << row.address << row.extension << row.url
@@ -469,12 +471,12 @@ void TstItemAccessors::aTextFileIsSearchedForOnRequest()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->nodeUrl(index, true), QUrl());
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 text}");
     QCOMPARE(model->nodeUrl(index, false), QUrl());
     QCOMPARE(model->extension(index), QString());
-    const QUrl url = QUrl::fromLocalFile(project.path(u"Files/Docs/3.rtf"_qs));
+    const QUrl url = QUrl::fromLocalFile(project.path(u"Files/Docs/3.rtf"_s));
     QCOMPARE(model->nodeUrl(index, true), url);
-    QCOMPARE(model->extension(index), u"rtf"_qs);
+    QCOMPARE(model->extension(index), u"rtf"_s);
     QCOMPARE(model->nodeUrl(index, false), url);
     QVERIFY(!model->isModified());
 }
@@ -484,7 +486,7 @@ void TstItemAccessors::anotherFileIsNotTakenForAText()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    project.writeFile(u"Files/Docs/3.pdf"_qs, "pdf");
+    project.writeFile(u"Files/Docs/3.pdf"_s, "pdf");
     QCOMPARE(model->nodeUrl(index, true), QUrl());
     QCOMPARE(model->extension(index), QString());
 }

@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TstItemCloning : public QObject
 {
     Q_OBJECT
@@ -51,17 +53,17 @@ void TstItemCloning::cloneRules_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("target");
     QTest::addColumn<bool>("isAllowed");
-    QTest::newRow("itself") << u"text"_qs << u"text"_qs << false;
-    QTest::newRow("text onto text") << u"text"_qs << u"other"_qs << true;
-    QTest::newRow("folder into the Draft") << u"folder"_qs << u"first"_qs << true;
-    QTest::newRow("picture into the Draft") << u"picture"_qs << u"first"_qs << false;
-    QTest::newRow("picture onto the Draft") << u"picture"_qs << u"Draft"_qs << false;
-    QTest::newRow("picture elsewhere") << u"picture"_qs << u"other"_qs << true;
-    QTest::newRow("into the Trash") << u"text"_qs << u"trashed"_qs << false;
-    QTest::newRow("out of the Trash") << u"trashed"_qs << u"other"_qs << true;
-    QTest::newRow("system folder") << u"Research"_qs << u"other"_qs << false;
-    QTest::newRow("onto a system folder") << u"text"_qs << u"Research"_qs << false;
-    QTest::newRow("onto the Trash folder") << u"text"_qs << u"Trash"_qs << false;
+    QTest::newRow("itself") << u"text"_s << u"text"_s << false;
+    QTest::newRow("text onto text") << u"text"_s << u"other"_s << true;
+    QTest::newRow("folder into the Draft") << u"folder"_s << u"first"_s << true;
+    QTest::newRow("picture into the Draft") << u"picture"_s << u"first"_s << false;
+    QTest::newRow("picture onto the Draft") << u"picture"_s << u"Draft"_s << false;
+    QTest::newRow("picture elsewhere") << u"picture"_s << u"other"_s << true;
+    QTest::newRow("into the Trash") << u"text"_s << u"trashed"_s << false;
+    QTest::newRow("out of the Trash") << u"trashed"_s << u"other"_s << true;
+    QTest::newRow("system folder") << u"Research"_s << u"other"_s << false;
+    QTest::newRow("onto a system folder") << u"text"_s << u"Research"_s << false;
+    QTest::newRow("onto the Trash folder") << u"text"_s << u"Trash"_s << false;
 }
 
 void TstItemCloning::cloneRules()
@@ -71,9 +73,9 @@ void TstItemCloning::cloneRules()
     QFETCH(const bool, isAllowed);
     const TestProject project;
     const auto model = project.create();
-    model->setTitle(firstText(model.get()), u"first"_qs);
-    addTree(model.get(), model->researchFolder(), u"text other folder:3 picture:5"_qs);
-    addTree(model.get(), model->trashFolder(), u"trashed"_qs);
+    model->setTitle(firstText(model.get()), u"first"_s);
+    addTree(model.get(), model->researchFolder(), u"text other folder:3 picture:5"_s);
+    addTree(model.get(), model->trashFolder(), u"trashed"_s);
     const QModelIndex from = itemTitled(model.get(), source);
     const QModelIndex to = itemTitled(model.get(), target);
     QCOMPARE(model->canClone(from, to), isAllowed);
@@ -102,18 +104,18 @@ void TstItemCloning::aCloneHasTheAttributesOfItsSource()
     const QPersistentModelIndex source = addItem(model.get(), model->researchFolder(), TVL::Folder);
     const QPersistentModelIndex target = addItem(model.get(), model->researchFolder(), TVL::Text);
     TVLProjectNode *from = model->projectNode(source);
-    from->mTitle = u"Source"_qs;
+    from->mTitle = u"Source"_s;
     from->mTargetType = TVL::CharactersTarget;
     from->mTarget = 500;
-    from->mFileExtension = u"rtf"_qs;
+    from->mFileExtension = u"rtf"_s;
     from->mDefaultChildTemplateId = 0;
-    from->mIndexCardImageFileExtension = u"png"_qs;
-    from->mIconFileName = u"flag.png"_qs;
-    from->mPreferredExternalApplication = u"viewer"_qs;
-    from->mCustomMetaData = {{u"place"_qs, u"sea"_qs}};
+    from->mIndexCardImageFileExtension = u"png"_s;
+    from->mIconFileName = u"flag.png"_s;
+    from->mPreferredExternalApplication = u"viewer"_s;
+    from->mCustomMetaData = {{u"place"_s, u"sea"_s}};
     from->mTextMode = TVLProjectModel::ScriptFormatMode;
     from->mTypingAttributes = "{\\rtf1}";
-    from->mOriginalUrl = u"https://example.org"_qs;
+    from->mOriginalUrl = u"https://example.org"_s;
     from->mImageScaleFactor = 2.5;
     from->mImageRotation = 3;
     from->mImageScalesProportionally = false;
@@ -159,13 +161,13 @@ void TstItemCloning::aCloneHasTheAttributesOfItsSource()
 void TstItemCloning::aCloneOfASystemFolderIsAFolder()
 {
     const TestProject project;
-    const TestProject otherProject(u"Other"_qs);
+    const TestProject otherProject(u"Other"_s);
     const auto model = project.create();
     const auto other = otherProject.create();
     const QModelIndex target = addItem(model.get(), model->researchFolder(), TVL::Text);
     QVERIFY(model->clone(other->researchFolder(), target, false, true, false, true));
     QCOMPARE(int(model->type(target)), int(TVL::Folder));
-    QCOMPARE(model->title(target), u"Research"_qs);
+    QCOMPARE(model->title(target), u"Research"_s);
 }
 
 void TstItemCloning::equalIndexesAreASuccessWithoutEffect()
@@ -183,10 +185,10 @@ void TstItemCloning::unsavedWordsAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    typeText(model.get(), source, u"new "_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    typeText(model.get(), source, u"new "_s);
     const QModelIndex copy = model->insertRowAndClone(-1, model->researchFolder(), source, {});
-    QCOMPARE(model->documentPlainText(copy, false), u"new a text"_qs);
+    QCOMPARE(model->documentPlainText(copy, false), u"new a text"_s);
     QVERIFY(model->hasText(copy));
 }
 
@@ -194,18 +196,18 @@ void TstItemCloning::aClonedFileCanBeEdited()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
     QVERIFY(model->save(true));
     const QString sourceFile =
-        project.path(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(source)));
+        project.path(u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(source)));
     QVERIFY(QFile::setPermissions(sourceFile, QFileDevice::ReadOwner));
     const QModelIndex copy = model->insertRowAndClone(-1, model->researchFolder(), source, {});
-    const QString copyFile = project.path(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(copy)));
+    const QString copyFile = project.path(u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(copy)));
     QVERIFY(QFile::permissions(copyFile) & QFileDevice::WriteOwner);
-    typeText(model.get(), copy, u"changed "_qs);
+    typeText(model.get(), copy, u"changed "_s);
     QVERIFY(model->save(true));
-    QCOMPARE(model->documentPlainText(source, false), u"a text"_qs);
-    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(copy)))
+    QCOMPARE(model->documentPlainText(source, false), u"a text"_s);
+    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(copy)))
                 .contains("changed"));
 }
 
@@ -215,28 +217,28 @@ void TstItemCloning::allFilesOfAnItemAreCloned()
     const auto model = project.create();
     const QModelIndex source = addItem(model.get(), model->researchFolder(), TVL::PDF);
     const QString id = QString::number(model->nodeIdentity(source));
-    for (const QString &tail : {u".pdf"_qs, u".comments"_qs, u"_icImage.png"_qs, u"_notes.rtf"_qs})
-        project.writeFile(u"Files/Docs/"_qs + id + tail, tail.toUtf8());
+    for (const QString &tail : {u".pdf"_s, u".comments"_s, u"_icImage.png"_s, u"_notes.rtf"_s})
+        project.writeFile(u"Files/Docs/"_s + id + tail, tail.toUtf8());
     const QModelIndex copy = model->insertRowAndClone(-1, model->researchFolder(), source, {});
     const QString copyId = QString::number(model->nodeIdentity(copy));
-    for (const QString &tail : {u".pdf"_qs, u".comments"_qs, u"_icImage.png"_qs, u"_notes.rtf"_qs})
-        QCOMPARE(project.readFile(u"Files/Docs/"_qs + copyId + tail), tail.toUtf8());
+    for (const QString &tail : {u".pdf"_s, u".comments"_s, u"_icImage.png"_s, u"_notes.rtf"_s})
+        QCOMPARE(project.readFile(u"Files/Docs/"_s + copyId + tail), tail.toUtf8());
 }
 
 void TstItemCloning::aCloneTakesTheTargetsDocumentsOutOfMemory()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_s);
     QVERIFY(model->save(true));
     const QPointer<TVLTextDocument> held = model->referenceText(target);
-    typeText(model.get(), target, u"unsaved "_qs);
+    typeText(model.get(), target, u"unsaved "_s);
     QVERIFY(model->clone(source, target, false, true, false, true));
     QVERIFY(!held->node());
-    QCOMPARE(model->documentPlainText(target, false), u"a text"_qs);
+    QCOMPARE(model->documentPlainText(target, false), u"a text"_s);
     QVERIFY(model->save(true));
-    QCOMPARE(model->documentPlainText(target, false), u"a text"_qs);
+    QCOMPARE(model->documentPlainText(target, false), u"a text"_s);
 }
 
 void TstItemCloning::aCloneForgetsWhatItsOldFilesShowed_data()
@@ -252,12 +254,12 @@ void TstItemCloning::aCloneForgetsWhatItsOldFilesShowed()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex research = model->researchFolder();
-    const QPersistentModelIndex source = addTextItem(model.get(), research, u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), research, u"a"_s);
     const QPersistentModelIndex target = addItem(model.get(), research, TVL::Text);
     QImage image(3, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
     QVERIFY(model->setIndexCardImage(source, image));
-    model->projectNode(target)->mIndexCardImageFileExtension = u"png"_qs;
+    model->projectNode(target)->mIndexCardImageFileExtension = u"png"_s;
     QVERIFY(model->save(true));
     // As an outline does that shows it.
     QCOMPARE(model->wordCount(target, false, false), 0);
@@ -275,8 +277,8 @@ void TstItemCloning::snapshotsComeAlongWhenAskedFor()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    QVERIFY(model->addSnapshot(source, u"first"_qs));
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    QVERIFY(model->addSnapshot(source, u"first"_s));
     const QModelIndex with = model->insertRowAndClone(-1, model->researchFolder(), source,
                                                       TVLProjectModel::CloneSnapshots);
     QVERIFY(model->hasSnapshots(with));
@@ -289,22 +291,22 @@ void TstItemCloning::withoutFilesNothingIsCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_s);
     QVERIFY(model->clone(source, target, false, true, true, false));
-    QCOMPARE(model->title(target), u"b"_qs);
-    QCOMPARE(model->documentPlainText(target, false), u"b text"_qs);
+    QCOMPARE(model->title(target), u"b"_s);
+    QCOMPARE(model->documentPlainText(target, false), u"b text"_s);
 }
 
 void TstItemCloning::descendantsComeBeforeThoseOfTheTarget()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b(c) d) e(f)"_qs);
-    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
-    const QPersistentModelIndex e = itemTitled(model.get(), u"e"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b(c) d) e(f)"_s);
+    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_s);
+    const QPersistentModelIndex e = itemTitled(model.get(), u"e"_s);
     QVERIFY(model->clone(a, e, true, true, false, true));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b(c) d) a(b(c) d f)"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b(c) d) a(b(c) d f)"_s);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
 
@@ -312,21 +314,21 @@ void TstItemCloning::aCloneBelowItsSourceEnds()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b)"_qs);
-    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b)"_s);
+    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_s);
     QVERIFY(model->insertRowsAndClone(0, 1, a, a, TVLProjectModel::CloneChildren));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(a(b) b)"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(a(b) b)"_s);
 }
 
 void TstItemCloning::aRefusedDescendantEndsTheClone()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b c:5 d)"_qs);
-    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b c:5 d)"_s);
+    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_s);
     const QPersistentModelIndex target = firstText(model.get());
     QVERIFY(!model->clone(a, target, true, true, false, true));
-    QCOMPARE(treeText(model.get(), model->draftFolder()), u"a(b )"_qs);
+    QCOMPARE(treeText(model.get(), model->draftFolder()), u"a(b )"_s);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
 
@@ -334,14 +336,14 @@ void TstItemCloning::aCloneIsAnnouncedWithRowsThatViewsKnow()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b(c))"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b(c))"_s);
     int open = 0;
     int deepest = 0;
     connect(model.get(), &QAbstractItemModel::rowsAboutToBeInserted, this,
             [&] { deepest = std::max(deepest, ++open); });
     connect(model.get(), &QAbstractItemModel::rowsInserted, this, [&] { --open; });
     QVERIFY(model->insertRowsAndClone(-1, 2, model->researchFolder(),
-                                      itemTitled(model.get(), u"a"_qs),
+                                      itemTitled(model.get(), u"a"_s),
                                       TVLProjectModel::CloneChildren));
     QCOMPARE(open, 0);
     QCOMPARE(deepest, 1);
@@ -351,16 +353,16 @@ void TstItemCloning::onlyTheFilesAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
     const QPersistentModelIndex target =
-        model->insertTextNode(-1, model->researchFolder(), u"b"_qs, {}, {}, {});
-    QVERIFY(model->addSnapshot(source, u"first"_qs));
+        model->insertTextNode(-1, model->researchFolder(), u"b"_s, {}, {}, {});
+    QVERIFY(model->addSnapshot(source, u"first"_s));
     QVERIFY(model->save(true));
     QVERIFY(model->cloneProjectFiles(source, target, true));
-    QCOMPARE(model->title(target), u"b"_qs);
+    QCOMPARE(model->title(target), u"b"_s);
     QVERIFY(model->hasSnapshots(target));
     QVERIFY(model->projectNode(target)->mHasText);
-    QCOMPARE(model->documentPlainText(target, false), u"a text"_qs);
+    QCOMPARE(model->documentPlainText(target, false), u"a text"_s);
     QVERIFY(!model->cloneProjectFiles(source, model->trashFolder(), true));
 }
 
@@ -368,16 +370,16 @@ void TstItemCloning::onlyTheAttributesAreCloned()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_qs);
-    QVERIFY(model->addSnapshot(source, u"first"_qs));
+    const QPersistentModelIndex source = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const QPersistentModelIndex target = addTextItem(model.get(), model->researchFolder(), u"b"_s);
+    QVERIFY(model->addSnapshot(source, u"first"_s));
     model->setLabelIdentity(source, 1);
     const QSignalSpy changed(model.get(), &QAbstractItemModel::dataChanged);
     QVERIFY(model->cloneDesktopProperties(source, target, false));
-    QCOMPARE(model->title(target), u"a"_qs);
+    QCOMPARE(model->title(target), u"a"_s);
     QCOMPARE(model->labelIdentity(target), 1);
     QVERIFY(!model->hasSnapshots(target));
-    QCOMPARE(model->documentPlainText(target, false), u"b text"_qs);
+    QCOMPARE(model->documentPlainText(target, false), u"b text"_s);
     QVERIFY(!changed.isEmpty());
     QVERIFY(model->cloneDesktopProperties(source, target, true));
     QVERIFY(model->hasSnapshots(target));
@@ -395,15 +397,15 @@ void TstItemCloning::duplicatesStandBelowTheLastSource_data()
                         const QString &expected) {
         QTest::newRow(name) << sources << withChildren << expected;
     };
-    row("one", u"a"_qs, false, u"a a-1 b(c d(e)) f"_qs);
-    row("one with children", u"b"_qs, true, u"a b(c d(e)) b-1(c d(e)) f"_qs);
-    row("one without its children", u"b"_qs, false, u"a b(c d(e)) b-1 f"_qs);
-    row("a run stays together", u"a b"_qs, false, u"a b(c d(e)) a-1 b-1 f"_qs);
-    row("in the order of the binder", u"f a"_qs, false, u"a b(c d(e)) f a-1 f-1"_qs);
-    row("the topmost decides the place", u"a e c"_qs, false, u"a a-1 c e b(c d(e)) f"_qs);
-    row("below another they come along once", u"b d e"_qs, true, u"a b(c d(e)) b-1(c d(e)) f"_qs);
-    row("below another they come on their own", u"b d"_qs, false, u"a b(c d(e)) b-1 d f"_qs);
-    row("siblings below", u"c d"_qs, true, u"a b(c d(e) c-1 d-1(e)) f"_qs);
+    row("one", u"a"_s, false, u"a a-1 b(c d(e)) f"_s);
+    row("one with children", u"b"_s, true, u"a b(c d(e)) b-1(c d(e)) f"_s);
+    row("one without its children", u"b"_s, false, u"a b(c d(e)) b-1 f"_s);
+    row("a run stays together", u"a b"_s, false, u"a b(c d(e)) a-1 b-1 f"_s);
+    row("in the order of the binder", u"f a"_s, false, u"a b(c d(e)) f a-1 f-1"_s);
+    row("the topmost decides the place", u"a e c"_s, false, u"a a-1 c e b(c d(e)) f"_s);
+    row("below another they come along once", u"b d e"_s, true, u"a b(c d(e)) b-1(c d(e)) f"_s);
+    row("below another they come on their own", u"b d"_s, false, u"a b(c d(e)) b-1 d f"_s);
+    row("siblings below", u"c d"_s, true, u"a b(c d(e) c-1 d-1(e)) f"_s);
 }
 
 void TstItemCloning::duplicatesStandBelowTheLastSource()
@@ -413,7 +415,7 @@ void TstItemCloning::duplicatesStandBelowTheLastSource()
     QFETCH(const QString, expected);
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b(c d(e)) f"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b(c d(e)) f"_s);
     const QModelIndexList copies =
         model->duplicate(itemsTitled(model.get(), sources), withChildren);
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
@@ -428,29 +430,29 @@ void TstItemCloning::duplicatesHaveUniqueTitles()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a a-1 b-7 a-3"_qs);
+    addTree(model.get(), model->researchFolder(), u"a a-1 b-7 a-3"_s);
     const QModelIndexList sources = TVLModel::directChildren(model->researchFolder());
     QVERIFY(!model->duplicate(sources, true).isEmpty());
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a a-1 b-7 a-3 a-2 a-4 b-8 a-5"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a a-1 b-7 a-3 a-2 a-4 b-8 a-5"_s);
 }
 
 void TstItemCloning::duplicatesCarryTextsAndChildren()
 {
     const TestProject project;
     auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    addTextItem(model.get(), a, u"b"_qs);
-    QVERIFY(model->addSnapshot(a, u"first"_qs));
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    addTextItem(model.get(), a, u"b"_s);
+    QVERIFY(model->addSnapshot(a, u"first"_s));
     model->duplicate({a}, true);
     model->prepareToDestroy();
     model = project.open();
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b) a-1(b)"_qs);
-    const QModelIndex copy = itemTitled(model.get(), u"a-1"_qs);
-    QCOMPARE(model->documentPlainText(copy, false), u"a text"_qs);
-    QCOMPARE(model->synopsis(copy), u"a card"_qs);
-    QCOMPARE(model->documentNoteAsPlainText(copy), u"a note"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b) a-1(b)"_s);
+    const QModelIndex copy = itemTitled(model.get(), u"a-1"_s);
+    QCOMPARE(model->documentPlainText(copy, false), u"a text"_s);
+    QCOMPARE(model->synopsis(copy), u"a card"_s);
+    QCOMPARE(model->documentNoteAsPlainText(copy), u"a note"_s);
     QCOMPARE(model->snapshots(copy).size(), 1);
-    QCOMPARE(model->documentPlainText(model->index(0, 0, copy), false), u"b text"_qs);
+    QCOMPARE(model->documentPlainText(model->index(0, 0, copy), false), u"b text"_s);
 }
 
 void TstItemCloning::duplicatesWithASystemFolderAreRefused()
@@ -478,13 +480,13 @@ void TstItemCloning::duplicatesStandWhereAsked()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
-    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_qs);
-    const QPersistentModelIndex b = itemTitled(model.get(), u"b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
+    const QPersistentModelIndex a = itemTitled(model.get(), u"a"_s);
+    const QPersistentModelIndex b = itemTitled(model.get(), u"b"_s);
     QCOMPARE(model->duplicate(QModelIndexList{b, a}, 0, a, true, true).size(), 2);
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b a(b)) b"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a(b a(b)) b"_s);
     const QModelIndex single = model->duplicate(b, -1, model->researchFolder(), true, true);
-    QCOMPARE(model->title(single), u"b-1"_qs);
+    QCOMPARE(model->title(single), u"b-1"_s);
     QCOMPARE(single.row(), 2);
     QVERIFY(!model->duplicate(b, 9, model->researchFolder(), true, true).isValid());
 }
@@ -492,12 +494,12 @@ void TstItemCloning::duplicatesStandWhereAsked()
 void TstItemCloning::duplicatesAreRefusedInTheTrash()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->trashFolder(), u"a"_qs);
+    addTree(model.get(), model->trashFolder(), u"a"_s);
     const QModelIndex text = firstText(model.get());
     QVERIFY(!model->duplicate(text, 0, model->trashFolder(), true, true).isValid());
-    QVERIFY(!model->duplicate(text, 0, itemTitled(model.get(), u"a"_qs), true, true).isValid());
-    QCOMPARE(model->duplicate({itemTitled(model.get(), u"a"_qs)}, true), QModelIndexList());
-    QCOMPARE(treeText(model.get(), model->trashFolder()), u"a"_qs);
+    QVERIFY(!model->duplicate(text, 0, itemTitled(model.get(), u"a"_s), true, true).isValid());
+    QCOMPARE(model->duplicate({itemTitled(model.get(), u"a"_s)}, true), QModelIndexList());
+    QCOMPARE(treeText(model.get(), model->trashFolder()), u"a"_s);
 }
 
 void TstItemCloning::manyDuplicatesOfOneTitleAreCheap()
@@ -508,8 +510,8 @@ void TstItemCloning::manyDuplicatesOfOneTitleAreCheap()
     QVERIFY(model->insertRows(0, 3000, research));
     const QModelIndexList copies = model->duplicate(TVLModel::directChildren(research), false);
     QCOMPARE(copies.size(), 3000);
-    QCOMPARE(model->title(copies.constFirst()), u"-1"_qs);
-    QCOMPARE(model->title(copies.constLast()), u"-3000"_qs);
+    QCOMPARE(model->title(copies.constFirst()), u"-1"_s);
+    QCOMPARE(model->title(copies.constLast()), u"-3000"_s);
 }
 
 TVL_TEST(TstItemCloning)

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString textOf(const TVLProjectModel *model, const QModelIndex &index, TVL::DocumentType type)
@@ -60,8 +62,8 @@ void TstItemCreation::aNewItemHasItsDocumentsInMemory()
 {
     const auto model = blankModel();
     TVLProjectNode *node =
-        model->insertNode(0, model->draftFolder(), TVL::Text, u"rtf"_qs, QString());
-    QCOMPARE(node->mTitle, u"Untitled"_qs);
+        model->insertNode(0, model->draftFolder(), TVL::Text, u"rtf"_s, QString());
+    QCOMPARE(node->mTitle, u"Untitled"_s);
     QVERIFY(node->mTextDocument && node->mNotesDocument && node->mSynopsisDocument);
     QVERIFY(model->loadedNodes().contains(node));
     QVERIFY(model->isSaved());
@@ -71,10 +73,10 @@ void TstItemCreation::aTextItemComesWithItsTexts()
 {
     const TestProject project;
     auto model = project.create();
-    const QModelIndex index = model->insertTextNode(
-        0, model->draftFolder(), u"One"_qs, u"Text\nof two lines"_qs, u"Card"_qs, u"Note"_qs);
+    const QModelIndex index = model->insertTextNode(0, model->draftFolder(), u"One"_s,
+                                                    u"Text\nof two lines"_s, u"Card"_s, u"Note"_s);
     QCOMPARE(int(model->type(index)), int(TVL::Text));
-    QCOMPARE(model->projectNode(index)->mFileExtension, u"rtf"_qs);
+    QCOMPARE(model->projectNode(index)->mFileExtension, u"rtf"_s);
     QCOMPARE(index.row(), 0);
     QVERIFY(model->isModified());
     const int id = model->nodeIdentity(index);
@@ -82,16 +84,16 @@ void TstItemCreation::aTextItemComesWithItsTexts()
 
     model = project.open();
     const QModelIndex again = model->index(id);
-    QCOMPARE(textOf(model.get(), again, TVL::MainText), u"Text\nof two lines"_qs);
-    QCOMPARE(textOf(model.get(), again, TVL::SynopsisText), u"Card"_qs);
-    QCOMPARE(textOf(model.get(), again, TVL::NotesText), u"Note"_qs);
-    QCOMPARE(model->title(again), u"One"_qs);
+    QCOMPARE(textOf(model.get(), again, TVL::MainText), u"Text\nof two lines"_s);
+    QCOMPARE(textOf(model.get(), again, TVL::SynopsisText), u"Card"_s);
+    QCOMPARE(textOf(model.get(), again, TVL::NotesText), u"Note"_s);
+    QCOMPARE(model->title(again), u"One"_s);
 }
 
 void TstItemCreation::emptyTextsLeaveTheDocumentsClean()
 {
     const auto model = blankModel();
-    const QModelIndex index = model->insertTextNode(-1, QModelIndex(), u"One"_qs, {}, {}, {});
+    const QModelIndex index = model->insertTextNode(-1, QModelIndex(), u"One"_s, {}, {}, {});
     QVERIFY(!model->projectNode(index)->mTextDocument->isDirty());
     QVERIFY(model->isSaved());
 }
@@ -102,17 +104,17 @@ void TstItemCreation::anImageItemWritesItsPicture()
     const auto model = project.create();
     QImage image(3, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
-    const QModelIndex index = model->insertImageNode(-1, model->researchFolder(), u"Sail"_qs, image,
-                                                     u"Card"_qs, u"Note"_qs);
+    const QModelIndex index =
+        model->insertImageNode(-1, model->researchFolder(), u"Sail"_s, image, u"Card"_s, u"Note"_s);
     const TVLProjectNode *node = model->projectNode(index);
     QCOMPARE(int(node->mNodeType), int(TVL::Image));
-    QCOMPARE(node->mFileExtension, u"png"_qs);
+    QCOMPARE(node->mFileExtension, u"png"_s);
     QVERIFY(node->mShowSynopsisImage);
-    const QImage written(project.path(u"Files/Docs/%1.png"_qs.arg(node->mId)), "PNG");
+    const QImage written(project.path(u"Files/Docs/%1.png"_s.arg(node->mId)), "PNG");
     QCOMPARE(written.size(), image.size());
     QCOMPARE(written.pixelColor(0, 0), QColor(Qt::red));
-    QCOMPARE(textOf(model.get(), index, TVL::SynopsisText), u"Card"_qs);
-    QCOMPARE(textOf(model.get(), index, TVL::NotesText), u"Note"_qs);
+    QCOMPARE(textOf(model.get(), index, TVL::SynopsisText), u"Card"_s);
+    QCOMPARE(textOf(model.get(), index, TVL::NotesText), u"Note"_s);
 }
 
 void TstItemCreation::aNullPictureWritesNothing()
@@ -120,9 +122,9 @@ void TstItemCreation::aNullPictureWritesNothing()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index =
-        model->insertImageNode(-1, model->researchFolder(), u"Sail"_qs, QImage(), {}, {});
+        model->insertImageNode(-1, model->researchFolder(), u"Sail"_s, QImage(), {}, {});
     QVERIFY(!model->projectNode(index)->mShowSynopsisImage);
-    QVERIFY(!QFile::exists(project.path(u"Files/Docs/%1.png"_qs.arg(model->nodeIdentity(index)))));
+    QVERIFY(!QFile::exists(project.path(u"Files/Docs/%1.png"_s.arg(model->nodeIdentity(index)))));
 }
 
 void TstItemCreation::severalItemsComeInOneGo_data()
@@ -130,12 +132,12 @@ void TstItemCreation::severalItemsComeInOneGo_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("count");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("first") << 0 << 2 << u"new new a b"_qs;
-    QTest::newRow("in between") << 1 << 3 << u"a new new new b"_qs;
-    QTest::newRow("end") << -1 << 1 << u"a b new"_qs;
-    QTest::newRow("out of range") << 7 << 2 << u"a b new new"_qs;
-    QTest::newRow("none is one") << 1 << 0 << u"a new b"_qs;
-    QTest::newRow("fewer than none is one") << 1 << -4 << u"a new b"_qs;
+    QTest::newRow("first") << 0 << 2 << u"new new a b"_s;
+    QTest::newRow("in between") << 1 << 3 << u"a new new new b"_s;
+    QTest::newRow("end") << -1 << 1 << u"a b new"_s;
+    QTest::newRow("out of range") << 7 << 2 << u"a b new new"_s;
+    QTest::newRow("none is one") << 1 << 0 << u"a new b"_s;
+    QTest::newRow("fewer than none is one") << 1 << -4 << u"a new b"_s;
 }
 
 void TstItemCreation::severalItemsComeInOneGo()
@@ -144,10 +146,10 @@ void TstItemCreation::severalItemsComeInOneGo()
     QFETCH(const int, count);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
     const QSignalSpy inserted(model.get(), &QAbstractItemModel::rowsInserted);
     const QList<TVLProjectNode *> nodes = model->insertMultipleNodes(
-        row, model->researchFolder(), TVL::PDF, u"pdf"_qs, u"new"_qs, count);
+        row, model->researchFolder(), TVL::PDF, u"pdf"_s, u"new"_s, count);
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
     QCOMPARE(inserted.size(), 1);
     QCOMPARE(nodes.size(), std::max(count, 1));
@@ -165,8 +167,8 @@ void TstItemCreation::severalTextsAreUntitled()
     QCOMPARE(texts.size(), 3);
     for (int row = 0; row < 3; ++row) {
         QCOMPARE(texts.at(row), model->index(row, 0, model->researchFolder()));
-        QCOMPARE(model->title(texts.at(row)), u"Untitled"_qs);
-        QCOMPARE(model->projectNode(texts.at(row))->mFileExtension, u"rtf"_qs);
+        QCOMPARE(model->title(texts.at(row)), u"Untitled"_s);
+        QCOMPARE(model->projectNode(texts.at(row))->mFileExtension, u"rtf"_s);
     }
 }
 
@@ -174,10 +176,10 @@ void TstItemCreation::aWebItemIsNamedAfterItsHost()
 {
     const auto model = blankModel();
     const TVLProjectNode *node =
-        model->createUrlNode(QUrl(u"https://www.example.org/a?b=c"_qs), 0, model->researchFolder());
+        model->createUrlNode(QUrl(u"https://www.example.org/a?b=c"_s), 0, model->researchFolder());
     QCOMPARE(int(node->mNodeType), int(TVL::WebArchive));
-    QCOMPARE(node->mTitle, u"www.example.org"_qs);
-    QCOMPARE(node->mOriginalUrl, u"https://www.example.org/a?b=c"_qs);
+    QCOMPARE(node->mTitle, u"www.example.org"_s);
+    QCOMPARE(node->mOriginalUrl, u"https://www.example.org/a?b=c"_s);
     QVERIFY(node->mHasText);
     QVERIFY(node->mFileExtension.isEmpty());
     QVERIFY(model->isSaved());
@@ -189,7 +191,7 @@ void TstItemCreation::anItemIsMadeOutOfARecord()
     TVLProjectNodeProperties record;
     record.mId = 70;
     record.mUuid = QUuid::createUuid();
-    record.mTitle = u"From elsewhere"_qs;
+    record.mTitle = u"From elsewhere"_s;
     record.mNodeType = TVL::Folder;
     record.mLabelId = 1;
     record.mTarget = 300;
@@ -204,9 +206,9 @@ void TstItemCreation::flagsOfARecordAgreeWithTheProject()
 {
     const auto model = blankModel();
     const QModelIndex research = model->researchFolder();
-    const QPersistentModelIndex folder = model->insertUserFolder(-1, research, u"Templates"_qs);
+    const QPersistentModelIndex folder = model->insertUserFolder(-1, research, u"Templates"_s);
     model->setTemplateFolder(folder);
-    const QPersistentModelIndex text = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    const QPersistentModelIndex text = model->insertTextNode(-1, research, u"a"_s, {}, {}, {});
     QVERIFY(model->setFavorite(text, true, true));
     TVLProjectNodeProperties record = model->nodeProperties(folder);
     record.mIsFavorite = true;
@@ -220,12 +222,12 @@ void TstItemCreation::aStaleIndexAnnouncesTheRowOfItsItem()
 {
     const auto model = blankModel();
     const QModelIndex research = model->researchFolder();
-    const QModelIndex stale = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    const QModelIndex stale = model->insertTextNode(-1, research, u"a"_s, {}, {}, {});
     const QPersistentModelIndex present = stale;
-    model->insertTextNode(0, research, u"b"_qs, {}, {}, {});
+    model->insertTextNode(0, research, u"b"_s, {}, {}, {});
     QVERIFY(present.row() != stale.row());
     QSignalSpy changes(model.get(), &TVLProjectModel::dataChanged);
-    QVERIFY(model->setTitle(stale, u"c"_qs));
+    QVERIFY(model->setTitle(stale, u"c"_s));
     QCOMPARE(changes.size(), 1);
     QCOMPARE(changes.constFirst().at(0).toModelIndex(), QModelIndex(present));
     QCOMPARE(changes.constFirst().at(1).toModelIndex(), QModelIndex(present));
@@ -235,11 +237,11 @@ void TstItemCreation::aTakenIdentityInARecordIsReplaced()
 {
     const auto model = blankModel();
     TVLProjectNodeProperties record = *model->projectNode(firstText(model.get()));
-    record.mTitle = u"Twin"_qs;
+    record.mTitle = u"Twin"_s;
     const TVLProjectNode *node = model->insertNodeWithProperties(-1, QModelIndex(), record);
     QVERIFY(node->mId != record.mId);
     QVERIFY(node->mUuid != record.mUuid);
-    QCOMPARE(node->mTitle, u"Twin"_qs);
+    QCOMPARE(node->mTitle, u"Twin"_s);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
 
@@ -247,9 +249,9 @@ void TstItemCreation::aNewItemComesWhereAsked_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("first") << 0 << u"new a b"_qs;
-    QTest::newRow("second") << 1 << u"a new b"_qs;
-    QTest::newRow("last") << -1 << u"a b new"_qs;
+    QTest::newRow("first") << 0 << u"new a b"_s;
+    QTest::newRow("second") << 1 << u"a new b"_s;
+    QTest::newRow("last") << -1 << u"a b new"_s;
 }
 
 void TstItemCreation::aNewItemComesWhereAsked()
@@ -264,8 +266,8 @@ void TstItemCreation::aNewItemComesWhereAsked()
              std::function([&] { return model->createNewText(row, research, QModelIndex()); }),
          }) {
         model->removeChildrenForIndex(research);
-        addTree(model.get(), research, u"a b"_qs);
-        model->setTitle(create(), u"new"_qs);
+        addTree(model.get(), research, u"a b"_s);
+        model->setTitle(create(), u"new"_s);
         QCOMPARE(treeText(model.get(), research), expected);
     }
     QVERIFY(!model->createNewItem(9, research).isValid());
@@ -275,8 +277,8 @@ void TstItemCreation::newItemsAreRefusedInTheTrash()
 {
     const auto model = blankModel();
     const QModelIndex trash = model->trashFolder();
-    addTree(model.get(), trash, u"a"_qs);
-    for (const QModelIndex &parent : {trash, itemTitled(model.get(), u"a"_qs)}) {
+    addTree(model.get(), trash, u"a"_s);
+    for (const QModelIndex &parent : {trash, itemTitled(model.get(), u"a"_s)}) {
         QVERIFY(!model->insertRows(0, 1, parent));
         QVERIFY(!model->createNewItem(0, parent).isValid());
         QVERIFY(!model->createNewFolder(0, parent).isValid());
@@ -285,7 +287,7 @@ void TstItemCreation::newItemsAreRefusedInTheTrash()
         QVERIFY(!model->insertRowsAndClone(0, 1, parent, firstText(model.get()),
                                            TVLProjectModel::SkipCloneRules));
     }
-    QCOMPARE(treeText(model.get(), trash), u"a"_qs);
+    QCOMPARE(treeText(model.get(), trash), u"a"_s);
     QVERIFY(model->isSaved());
 }
 
@@ -295,7 +297,7 @@ void TstItemCreation::aNewFolderIsAFolder()
     const QModelIndex folder = model->createNewFolder(-1, model->draftFolder());
     QCOMPARE(int(model->type(folder)), int(TVL::Folder));
     QVERIFY(model->title(folder).isEmpty());
-    QCOMPARE(model->data(folder).toString(), u"Untitled"_qs);
+    QCOMPARE(model->data(folder).toString(), u"Untitled"_s);
     QVERIFY(model->isModified());
 }
 
@@ -334,16 +336,16 @@ void TstItemCreation::aRowIsClonedFromASource()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex source = model->insertTextNode(-1, model->draftFolder(), u"One"_qs,
-                                                               u"words"_qs, u"card"_qs, u"note"_qs);
+    const QPersistentModelIndex source =
+        model->insertTextNode(-1, model->draftFolder(), u"One"_s, u"words"_s, u"card"_s, u"note"_s);
     const QUuid uuid = QUuid::createUuid();
     const QModelIndex copy = model->insertRowAndClone(0, model->draftFolder(), source, {}, uuid);
     QCOMPARE(copy, model->index(0, 0, model->draftFolder()));
     QCOMPARE(model->nodeUuid(copy), uuid);
-    QCOMPARE(model->title(copy), u"One"_qs);
-    QCOMPARE(textOf(model.get(), copy, TVL::MainText), u"words"_qs);
-    QCOMPARE(textOf(model.get(), copy, TVL::SynopsisText), u"card"_qs);
-    QCOMPARE(textOf(model.get(), copy, TVL::NotesText), u"note"_qs);
+    QCOMPARE(model->title(copy), u"One"_s);
+    QCOMPARE(textOf(model.get(), copy, TVL::MainText), u"words"_s);
+    QCOMPARE(textOf(model.get(), copy, TVL::SynopsisText), u"card"_s);
+    QCOMPARE(textOf(model.get(), copy, TVL::NotesText), u"note"_s);
     QVERIFY(!model->insertRowAndClone(9, model->draftFolder(), source, {}).isValid());
     QVERIFY(!model->insertRowsAndClone(0, 0, model->draftFolder(), source, {}));
     QVERIFY(!model->insertRowsAndClone(-2, 1, model->draftFolder(), source, {}));
@@ -353,10 +355,10 @@ void TstItemCreation::cloneFlagsSayWhatComesAlong_data()
 {
     QTest::addColumn<int>("flags");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("nothing but the item") << 0 << u"a(b(c)) a"_qs;
-    QTest::newRow("children") << 2 << u"a(b(c)) a(b(c))"_qs;
-    QTest::newRow("without files") << 8 << u"a(b(c)) "_qs;
-    QTest::newRow("children without the item's files") << 10 << u"a(b(c)) (b(c))"_qs;
+    QTest::newRow("nothing but the item") << 0 << u"a(b(c)) a"_s;
+    QTest::newRow("children") << 2 << u"a(b(c)) a(b(c))"_s;
+    QTest::newRow("without files") << 8 << u"a(b(c)) "_s;
+    QTest::newRow("children without the item's files") << 10 << u"a(b(c)) (b(c))"_s;
 }
 
 void TstItemCreation::cloneFlagsSayWhatComesAlong()
@@ -365,9 +367,9 @@ void TstItemCreation::cloneFlagsSayWhatComesAlong()
     QFETCH(const QString, expected);
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b(c))"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b(c))"_s);
     QVERIFY(model->insertRowsAndClone(-1, 1, model->researchFolder(),
-                                      itemTitled(model.get(), u"a"_qs),
+                                      itemTitled(model.get(), u"a"_s),
                                       TVLProjectModel::CloneFlags(flags)));
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
@@ -377,10 +379,10 @@ void TstItemCreation::severalClonesAllStandAtTheRow()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
     QVERIFY(model->insertRowsAndClone(1, 2, model->researchFolder(),
-                                      itemTitled(model.get(), u"b"_qs), {}));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a b b b"_qs);
+                                      itemTitled(model.get(), u"b"_s), {}));
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a b b b"_s);
     // Each is inserted in front of the one before.
     const QModelIndex research = model->researchFolder();
     QVERIFY(model->nodeIdentity(model->index(1, 0, research))
@@ -390,31 +392,31 @@ void TstItemCreation::severalClonesAllStandAtTheRow()
 void TstItemCreation::anItemForAMergeTakesUuidAndSource()
 {
     const TestProject project;
-    const TestProject otherProject(u"Other"_qs);
+    const TestProject otherProject(u"Other"_s);
     const auto model = project.create();
     const auto other = otherProject.create();
     const QModelIndex source =
-        other->insertTextNode(-1, QModelIndex(), u"Theirs"_qs, u"words"_qs, {}, {});
+        other->insertTextNode(-1, QModelIndex(), u"Theirs"_s, u"words"_s, {}, {});
     const QUuid uuid = QUuid::createUuid();
     const QModelIndex plain =
-        model->createNewProjectIndex(0, model->researchFolder(), u"Plain"_qs, &uuid, nullptr);
+        model->createNewProjectIndex(0, model->researchFolder(), u"Plain"_s, &uuid, nullptr);
     QCOMPARE(model->nodeUuid(plain), uuid);
-    QCOMPARE(model->title(plain), u"Plain"_qs);
+    QCOMPARE(model->title(plain), u"Plain"_s);
     const QModelIndex copy =
-        model->createNewProjectIndex(0, model->researchFolder(), u"Ours"_qs, nullptr, &source);
-    QCOMPARE(model->title(copy), u"Theirs"_qs);
-    QCOMPARE(model->documentPlainText(copy, false), u"words"_qs);
+        model->createNewProjectIndex(0, model->researchFolder(), u"Ours"_s, nullptr, &source);
+    QCOMPARE(model->title(copy), u"Theirs"_s);
+    QCOMPARE(model->documentPlainText(copy, false), u"words"_s);
 }
 
 void TstItemCreation::conflictingItemsGoToTheirSubfolder()
 {
     const auto model = blankModel();
     const QModelIndex first =
-        model->createNewItemInConflictsFolder(nullptr, u"One"_qs, u"Phone"_qs, nullptr);
+        model->createNewItemInConflictsFolder(nullptr, u"One"_s, u"Phone"_s, nullptr);
     const QModelIndex second =
-        model->createNewItemInConflictsFolder(nullptr, u"Two"_qs, u"Phone"_qs, nullptr);
-    QCOMPARE(treeText(model.get(), model->findSyncConflictsFolder()), u"Phone(One Two)"_qs);
-    QCOMPARE(first.parent(), model->findSyncConflictsSubFolder(u"Phone"_qs));
+        model->createNewItemInConflictsFolder(nullptr, u"Two"_s, u"Phone"_s, nullptr);
+    QCOMPARE(treeText(model.get(), model->findSyncConflictsFolder()), u"Phone(One Two)"_s);
+    QCOMPARE(first.parent(), model->findSyncConflictsSubFolder(u"Phone"_s));
     QCOMPARE(second.row(), 1);
 }
 

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TstItemGroups : public QObject
 {
     Q_OBJECT
@@ -23,12 +25,12 @@ void TstItemGroups::aGroupStandsWhereItsFirstMemberStood_data()
 {
     QTest::addColumn<QString>("members");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("one") << u"b"_qs << u"a (b) c(d) e"_qs;
-    QTest::newRow("neighbours") << u"a b"_qs << u"(a b) c(d) e"_qs;
-    QTest::newRow("in the order of the binder") << u"e a"_qs << u"(a e) b c(d)"_qs;
-    QTest::newRow("a parent takes its child along") << u"c d"_qs << u"a b (c(d)) e"_qs;
-    QTest::newRow("from different parents") << u"b d e"_qs << u"a (b d e) c"_qs;
-    QTest::newRow("the first lies below") << u"d e"_qs << u"a b c((d e))"_qs;
+    QTest::newRow("one") << u"b"_s << u"a (b) c(d) e"_s;
+    QTest::newRow("neighbours") << u"a b"_s << u"(a b) c(d) e"_s;
+    QTest::newRow("in the order of the binder") << u"e a"_s << u"(a e) b c(d)"_s;
+    QTest::newRow("a parent takes its child along") << u"c d"_s << u"a b (c(d)) e"_s;
+    QTest::newRow("from different parents") << u"b d e"_s << u"a (b d e) c"_s;
+    QTest::newRow("the first lies below") << u"d e"_s << u"a b c((d e))"_s;
 }
 
 void TstItemGroups::aGroupStandsWhereItsFirstMemberStood()
@@ -36,7 +38,7 @@ void TstItemGroups::aGroupStandsWhereItsFirstMemberStood()
     QFETCH(const QString, members);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b c(d) e"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b c(d) e"_s);
     const QModelIndex group = model->groupIndexes(itemsTitled(model.get(), members));
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
     QVERIFY(group.isValid());
@@ -48,8 +50,8 @@ void TstItemGroups::aGroupStandsWhereItsFirstMemberStood()
 void TstItemGroups::aGroupIsAnOrdinaryText()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a"_qs);
-    const QModelIndex group = model->groupIndexes(itemsTitled(model.get(), u"a"_qs));
+    addTree(model.get(), model->researchFolder(), u"a"_s);
+    const QModelIndex group = model->groupIndexes(itemsTitled(model.get(), u"a"_s));
     QCOMPARE(int(model->type(group)), int(TVL::Text));
 }
 
@@ -76,9 +78,9 @@ void TstItemGroups::aRefusedGroupLeavesItsEmptyRow()
 void TstItemGroups::noGroupIsMadeInTheTrash()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->trashFolder(), u"a b"_qs);
-    QVERIFY(!model->groupIndexes(itemsTitled(model.get(), u"a b"_qs)).isValid());
-    QCOMPARE(treeText(model.get(), model->trashFolder()), u"a b"_qs);
+    addTree(model.get(), model->trashFolder(), u"a b"_s);
+    QVERIFY(!model->groupIndexes(itemsTitled(model.get(), u"a b"_s)).isValid());
+    QCOMPARE(treeText(model.get(), model->trashFolder()), u"a b"_s);
 }
 
 void TstItemGroups::membersComeOutBehindTheirGroup_data()
@@ -86,11 +88,11 @@ void TstItemGroups::membersComeOutBehindTheirGroup_data()
     QTest::addColumn<QString>("groups");
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("isDone");
-    QTest::newRow("one") << u"a"_qs << u"a b c d(e(f)) g"_qs << true;
-    QTest::newRow("two") << u"d a"_qs << u"a b c d e(f) g"_qs << true;
-    QTest::newRow("one in another") << u"d e"_qs << u"a(b c) d e f g"_qs << true;
-    QTest::newRow("childless ones are passed over") << u"g a b"_qs << u"a b c d(e(f)) g"_qs << true;
-    QTest::newRow("only childless ones") << u"g b"_qs << u"a(b c) d(e(f)) g"_qs << false;
+    QTest::newRow("one") << u"a"_s << u"a b c d(e(f)) g"_s << true;
+    QTest::newRow("two") << u"d a"_s << u"a b c d e(f) g"_s << true;
+    QTest::newRow("one in another") << u"d e"_s << u"a(b c) d e f g"_s << true;
+    QTest::newRow("childless ones are passed over") << u"g a b"_s << u"a b c d(e(f)) g"_s << true;
+    QTest::newRow("only childless ones") << u"g b"_s << u"a(b c) d(e(f)) g"_s << false;
 }
 
 void TstItemGroups::membersComeOutBehindTheirGroup()
@@ -99,7 +101,7 @@ void TstItemGroups::membersComeOutBehindTheirGroup()
     QFETCH(const QString, expected);
     QFETCH(const bool, isDone);
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a(b c) d(e(f)) g"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b c) d(e(f)) g"_s);
     QCOMPARE(model->ungroupIndexes(itemsTitled(model.get(), groups)), isDone);
     QCOMPARE(treeText(model.get(), model->researchFolder()), expected);
     QCOMPARE(model->isModified(), isDone);
@@ -108,10 +110,10 @@ void TstItemGroups::membersComeOutBehindTheirGroup()
 void TstItemGroups::ungroupingUndoesAGroup()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b c"_qs);
-    const QPersistentModelIndex group = model->groupIndexes(itemsTitled(model.get(), u"b c"_qs));
+    addTree(model.get(), model->researchFolder(), u"a b c"_s);
+    const QPersistentModelIndex group = model->groupIndexes(itemsTitled(model.get(), u"b c"_s));
     QVERIFY(model->ungroupIndexes({group}));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a  b c"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a  b c"_s);
     QVERIFY(!model->hasChildren(group));
 }
 

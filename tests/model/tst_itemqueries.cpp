@@ -9,6 +9,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The titles of items, with blanks between them. */
@@ -24,11 +26,11 @@ QString foundTitles(const TVLProjectModel *model, const QModelIndexList &indexes
 TestModel filledModel()
 {
     auto model = blankModel();
-    model->projectNode(firstText(model.get()))->mTitle = u"first"_qs;
-    addTree(model.get(), model->draftFolder(), u"part:3(scene image:5(note))"_qs);
-    addTree(model.get(), model->researchFolder(), u"folder:3(pdf:6 text(other:9)) web:8"_qs);
-    addTree(model.get(), model->trashFolder(), u"old(older:3)"_qs);
-    addTree(model.get(), model->rootIndex(), u"top(below)"_qs);
+    model->projectNode(firstText(model.get()))->mTitle = u"first"_s;
+    addTree(model.get(), model->draftFolder(), u"part:3(scene image:5(note))"_s);
+    addTree(model.get(), model->researchFolder(), u"folder:3(pdf:6 text(other:9)) web:8"_s);
+    addTree(model.get(), model->trashFolder(), u"old(older:3)"_s);
+    addTree(model.get(), model->rootIndex(), u"top(below)"_s);
     return model;
 }
 
@@ -80,13 +82,13 @@ void TstItemQueries::whatLiesBelowAnItem_data()
     QTest::addColumn<bool>("nonText");
     QTest::addColumn<bool>("foldersAndTextOnly");
     QTest::newRow("nothing") << QString() << false << true;
-    QTest::newRow("text") << u"b"_qs << false << true;
-    QTest::newRow("folder") << u"b:3"_qs << false << true;
-    QTest::newRow("image") << u"b:5"_qs << true << false;
-    QTest::newRow("last type") << u"b:9"_qs << true << false;
-    QTest::newRow("deep down") << u"b(c:3(d e:6)) f"_qs << true << false;
-    QTest::newRow("behind others") << u"b c d(e) f:7"_qs << true << false;
-    QTest::newRow("system folder") << u"b:2"_qs << true << true;
+    QTest::newRow("text") << u"b"_s << false << true;
+    QTest::newRow("folder") << u"b:3"_s << false << true;
+    QTest::newRow("image") << u"b:5"_s << true << false;
+    QTest::newRow("last type") << u"b:9"_s << true << false;
+    QTest::newRow("deep down") << u"b(c:3(d e:6)) f"_s << true << false;
+    QTest::newRow("behind others") << u"b c d(e) f:7"_s << true << false;
+    QTest::newRow("system folder") << u"b:2"_s << true << true;
 }
 
 void TstItemQueries::whatLiesBelowAnItem()
@@ -94,8 +96,8 @@ void TstItemQueries::whatLiesBelowAnItem()
     QFETCH(const QString, tree);
     const auto model = emptyModel();
     // What stands beside and above the item has no part in it.
-    addTree(model.get(), model->rootIndex(), u"x:5(a:5) y:8"_qs);
-    const QModelIndex index = itemTitled(model.get(), u"a"_qs);
+    addTree(model.get(), model->rootIndex(), u"x:5(a:5) y:8"_s);
+    const QModelIndex index = itemTitled(model.get(), u"a"_s);
     addTree(model.get(), index, tree);
     QTEST(model->containsNonTextChildren(index), "nonText");
     QTEST(model->containsFoldersAndTextOnly(index), "foldersAndTextOnly");
@@ -104,9 +106,9 @@ void TstItemQueries::whatLiesBelowAnItem()
     if (below.isEmpty())
         return;
     TVLProjectNode *last = model->projectNode(below.constLast());
-    last->mOriginalUrl = u"https://example.com"_qs;
+    last->mOriginalUrl = u"https://example.com"_s;
     QVERIFY(model->containsDynamicWebNode(index));
-    last->mFileExtension = u"html"_qs;
+    last->mFileExtension = u"html"_s;
     QVERIFY(!model->containsDynamicWebNode(index));
 }
 
@@ -129,18 +131,18 @@ void TstItemQueries::theWholeProjectIsAskedByTheRoot()
     QVERIFY(model->containsNonTextChildren(model->rootIndex()));
     QVERIFY(model->containsNonTextChildren(QModelIndex()));
     QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Image, QModelIndex())),
-             u"image"_qs);
+             u"image"_s);
 }
 
 void TstItemQueries::itemsAreFoundByType()
 {
     const auto model = filledModel();
     QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Text, model->rootIndex())),
-             u"first scene note text old top below"_qs);
+             u"first scene note text old top below"_s);
     QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Folder, model->rootIndex())),
-             u"part folder older"_qs);
+             u"part folder older"_s);
     QCOMPARE(foundTitles(model.get(), model->indexesViaType(TVL::Text, model->researchFolder())),
-             u"text"_qs);
+             u"text"_s);
     QCOMPARE(model->indexesViaType(TVL::Media, model->rootIndex()), QModelIndexList());
 }
 
@@ -148,32 +150,32 @@ void TstItemQueries::scriptsAreFound()
 {
     const auto model = filledModel();
     QCOMPARE(model->scriptIndexes(model->rootIndex()), QModelIndexList());
-    const QModelIndexList scripts = itemsTitled(model.get(), u"part note text"_qs);
+    const QModelIndexList scripts = itemsTitled(model.get(), u"part note text"_s);
     for (const QModelIndex &index : scripts)
         model->setTextMode(index, TVLProjectModel::ScriptFormatMode);
     QCOMPARE(model->scriptIndexes(model->rootIndex()), scripts);
-    QCOMPARE(foundTitles(model.get(), model->scriptIndexes(scripts.constFirst())), u"note"_qs);
+    QCOMPARE(foundTitles(model.get(), model->scriptIndexes(scripts.constFirst())), u"note"_s);
 }
 
 void TstItemQueries::textsAreFound()
 {
     const auto model = filledModel();
     QCOMPARE(foundTitles(model.get(), model->textIndexes()),
-             u"first part scene note folder text old older top below"_qs);
+             u"first part scene note folder text old older top below"_s);
 }
 
 void TstItemQueries::textsOutsideTheDraftAreFound()
 {
     const auto model = filledModel();
     QCOMPARE(foundTitles(model.get(), model->nonDraftTextChildrenAndSubChildren()),
-             u"folder text old older top below"_qs);
+             u"folder text old older top below"_s);
 }
 
 void TstItemQueries::itemsOutsideTheDraftAreFound()
 {
     const auto model = filledModel();
     QCOMPARE(foundTitles(model.get(), model->nonDraftChildrenAndSubChildren()),
-             u"Research folder pdf text other web Trash old older top below"_qs);
+             u"Research folder pdf text other web Trash old older top below"_s);
 }
 
 void TstItemQueries::randomTreesAreSearchedAsByRecursion_data()
@@ -219,18 +221,18 @@ void TstItemQueries::aListOfItems_data()
     const QString none;
     QTest::newRow("all") << false << true << none
                          << u"Draft|first|part|scene|image|note|Research|folder|pdf|text|other|web|"
-                            "Trash|old|older|top|below"_qs;
+                            "Trash|old|older|top|below"_s;
     QTest::newRow("without the Trash")
         << false << false << none
-        << u"Draft|first|part|scene|image|note|Research|folder|pdf|text|other|web|top|below"_qs;
+        << u"Draft|first|part|scene|image|note|Research|folder|pdf|text|other|web|top|below"_s;
     QTest::newRow("groups") << true << true << none
-                            << u"Draft|part|image|Research|folder|text|Trash|old|older|top"_qs;
+                            << u"Draft|part|image|Research|folder|text|Trash|old|older|top"_s;
     QTest::newRow("groups without the Trash")
-        << true << false << none << u"Draft|part|image|Research|folder|text|top"_qs;
+        << true << false << none << u"Draft|part|image|Research|folder|text|top"_s;
     QTest::newRow("indented groups")
-        << true << false << u"--"_qs << u"Draft|--part|----image|Research|--folder|----text|top"_qs;
+        << true << false << u"--"_s << u"Draft|--part|----image|Research|--folder|----text|top"_s;
     QTest::newRow("indented by nothing")
-        << true << false << u""_qs << u"Draft|part|image|Research|folder|text|top"_qs;
+        << true << false << u""_s << u"Draft|part|image|Research|folder|text|top"_s;
 }
 
 void TstItemQueries::aListOfItems()
@@ -245,7 +247,7 @@ void TstItemQueries::aListOfItems()
     // The text counts for nothing when there is to be no indentation.
     if (indentText.isNull()) {
         QTEST(
-            linesOf(model->findBasicNodeInfo(groupsOnly, includeTrash, false, u"--"_qs)).join(u'|'),
+            linesOf(model->findBasicNodeInfo(groupsOnly, includeTrash, false, u"--"_s)).join(u'|'),
             "lines");
     }
 }
@@ -256,9 +258,9 @@ void TstItemQueries::aListOfItemsHasUuidsAndIcons()
     const auto model = project.create();
     QImage image(16, 16, QImage::Format_RGB32);
     image.fill(Qt::blue);
-    QVERIFY(model->addCustomIcon(u"Star.png"_qs, image));
-    QVERIFY(model->setCustomIcon(firstText(model.get()), u"Star.png"_qs));
-    const QList<TVLBasicNodeInfo> infos = model->findBasicNodeInfo(false, true, true, u"  "_qs);
+    QVERIFY(model->addCustomIcon(u"Star.png"_s, image));
+    QVERIFY(model->setCustomIcon(firstText(model.get()), u"Star.png"_s));
+    const QList<TVLBasicNodeInfo> infos = model->findBasicNodeInfo(false, true, true, u"  "_s);
     QCOMPARE(infos.size(), model->totalNodesCount());
     QList<QUuid> uuids;
     for (const TVLBasicNodeInfo &info : infos)
@@ -271,15 +273,15 @@ void TstItemQueries::aListOfItemsHasUuidsAndIcons()
 void TstItemQueries::aListKeepsEmptyTitles()
 {
     const auto model = blankModel();
-    const auto infos = model->findBasicNodeInfo(false, true, true, u"-"_qs);
-    QCOMPARE(infos.at(1).mTitle, u"-"_qs);
+    const auto infos = model->findBasicNodeInfo(false, true, true, u"-"_s);
+    QCOMPARE(infos.at(1).mTitle, u"-"_s);
 }
 
 void TstItemQueries::anEmptyProjectHasNothingToList()
 {
     const auto model = emptyModel();
-    QCOMPARE(model->findBasicNodeInfo(false, true, true, u"-"_qs).size(), 0);
-    QCOMPARE(model->findBasicNodeInfo(false, false, true, u"-"_qs).size(), 0);
+    QCOMPARE(model->findBasicNodeInfo(false, true, true, u"-"_s).size(), 0);
+    QCOMPARE(model->findBasicNodeInfo(false, false, true, u"-"_s).size(), 0);
     QCOMPARE(model->textIndexes(), QModelIndexList());
     QCOMPARE(model->nonDraftChildrenAndSubChildren(), QModelIndexList());
 }

@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TstItemRemoval : public QObject
 {
     Q_OBJECT
@@ -40,25 +42,25 @@ void TstItemRemoval::removingAnItemTakesItsFilesAndSaves()
 {
     const TestProject project;
     auto model = project.create();
-    const QModelIndex keep = addTextItem(model.get(), model->draftFolder(), u"keep"_qs);
+    const QModelIndex keep = addTextItem(model.get(), model->draftFolder(), u"keep"_s);
     const QString keptId = QString::number(model->nodeIdentity(keep));
-    const QPersistentModelIndex gone = addTextItem(model.get(), model->draftFolder(), u"gone"_qs);
+    const QPersistentModelIndex gone = addTextItem(model.get(), model->draftFolder(), u"gone"_s);
     const int goneId = model->nodeIdentity(gone);
     const QUuid goneUuid = model->nodeUuid(gone);
     QVERIFY(model->save(true));
-    project.writeFile(u"Files/Docs/%1.pdf"_qs.arg(goneId), "x");
+    project.writeFile(u"Files/Docs/%1.pdf"_s.arg(goneId), "x");
 
     QVERIFY(model->removeIndex(gone));
     QVERIFY(!gone.isValid());
     QVERIFY(model->isSaved());
     QVERIFY(!model->hasNodeId(goneId));
     QVERIFY(!model->hasNodeUuid(goneUuid));
-    QCOMPARE(documentFiles(project.path()),
-             QStringList(
-                 {keptId + u".rtf"_qs, keptId + u"_notes.rtf"_qs, keptId + u"_synopsis.txt"_qs}));
+    QCOMPARE(
+        documentFiles(project.path()),
+        QStringList({keptId + u".rtf"_s, keptId + u"_notes.rtf"_s, keptId + u"_synopsis.txt"_s}));
     model->prepareToDestroy();
     model = project.open();
-    QCOMPARE(treeText(model.get(), model->draftFolder()), u" keep"_qs);
+    QCOMPARE(treeText(model.get(), model->draftFolder()), u" keep"_s);
 }
 
 void TstItemRemoval::removingAnInvalidIndexIsRefused()
@@ -75,10 +77,10 @@ void TstItemRemoval::whatLiesBelowGoesToo()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b(c) d) e"_qs);
-    const QPersistentModelIndex c = itemTitled(model.get(), u"c"_qs);
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"e"_qs);
+    addTree(model.get(), model->researchFolder(), u"a(b(c) d) e"_s);
+    const QPersistentModelIndex c = itemTitled(model.get(), u"c"_s);
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_s)));
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"e"_s);
     QVERIFY(!c.isValid());
     QCOMPARE(mapsOutOfStep(model.get()), QString());
     for (const TVLProjectNode *node : model->loadedNodes())
@@ -89,20 +91,20 @@ void TstItemRemoval::unsavedTextsBelowStayOnDisk()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const int id = model->nodeIdentity(addTextItem(model.get(), a, u"b"_qs));
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const int id = model->nodeIdentity(addTextItem(model.get(), a, u"b"_s));
     QVERIFY(model->removeIndex(a));
-    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_qs.arg(id)).contains("b text"));
+    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_s.arg(id)).contains("b text"));
 }
 
 void TstItemRemoval::removedItemsLeaveWhatReferredToThem()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b) c"_qs);
-    const int a = model->nodeIdentity(itemTitled(model.get(), u"a"_qs));
-    const int b = model->nodeIdentity(itemTitled(model.get(), u"b"_qs));
-    const int c = model->nodeIdentity(itemTitled(model.get(), u"c"_qs));
+    addTree(model.get(), model->researchFolder(), u"a(b) c"_s);
+    const int a = model->nodeIdentity(itemTitled(model.get(), u"a"_s));
+    const int b = model->nodeIdentity(itemTitled(model.get(), u"b"_s));
+    const int c = model->nodeIdentity(itemTitled(model.get(), u"c"_s));
     TVLCollectionMetaData list;
     list.mType = TVL::ArbitraryCollection;
     list.mIds = {a, b, c};
@@ -125,30 +127,30 @@ void TstItemRemoval::aBinderWithRemovedFavoritesOpens()
 {
     const TestProject project;
     auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b) c d e"_qs);
-    for (const QModelIndex &index : itemsTitled(model.get(), u"a b c d e"_qs))
+    addTree(model.get(), model->researchFolder(), u"a(b) c d e"_s);
+    for (const QModelIndex &index : itemsTitled(model.get(), u"a b c d e"_s))
         QVERIFY(model->addToFavorites(index, true));
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
-    QVERIFY(model->moveToTrash({itemTitled(model.get(), u"c"_qs)}));
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_s)));
+    QVERIFY(model->moveToTrash({itemTitled(model.get(), u"c"_s)}));
     QVERIFY(model->emptyTrash());
-    QVERIFY(model->mergeIndexes(itemsTitled(model.get(), u"d e"_qs)).isValid());
+    QVERIFY(model->mergeIndexes(itemsTitled(model.get(), u"d e"_s)).isValid());
     model->prepareToDestroy();
     model = project.open();
     QVERIFY(model);
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"d"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"d"_s);
 }
 
 void TstItemRemoval::removingFromTheModelAloneSavesNothing()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
     QVERIFY(model->save(true));
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
-    model->removeIndexFromModel(itemTitled(model.get(), u"a"_qs));
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"b"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
+    model->removeIndexFromModel(itemTitled(model.get(), u"a"_s));
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"b"_s);
     QVERIFY(model->isSaved());
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
     model->removeIndexFromModel(QModelIndex());
     QCOMPARE(model->rowCount(), 3);
 }
@@ -157,13 +159,13 @@ void TstItemRemoval::childrenAreRemovedWithTheirFiles()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const QPersistentModelIndex b = addTextItem(model.get(), a, u"b"_qs);
-    addTextItem(model.get(), b, u"c"_qs);
-    addTextItem(model.get(), a, u"d"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const QPersistentModelIndex b = addTextItem(model.get(), a, u"b"_s);
+    addTextItem(model.get(), b, u"c"_s);
+    addTextItem(model.get(), a, u"d"_s);
     QVERIFY(model->save(true));
     model->removeChildrenForIndex(a);
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"a"_s);
     QCOMPARE(documentFiles(project.path()).size(), 3);
     QVERIFY(model->isSaved());
     QCOMPARE(mapsOutOfStep(model.get()), QString());
@@ -181,41 +183,41 @@ void TstItemRemoval::emptyingTheTrashRemovesAllInIt()
 {
     const TestProject project;
     auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    addTextItem(model.get(), a, u"b"_qs);
-    const QModelIndex c = addTextItem(model.get(), model->researchFolder(), u"c"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    addTextItem(model.get(), a, u"b"_s);
+    const QModelIndex c = addTextItem(model.get(), model->researchFolder(), u"c"_s);
     const int cId = model->nodeIdentity(c);
     QVERIFY(model->moveToTrash({a}));
     QVERIFY(model->save(true));
 
     SignalLog log(model.get());
     QVERIFY(model->emptyTrash());
-    QCOMPARE(log.lines().last(), u"data %1"_qs.arg(model->nodeIdentity(model->trashFolder())));
+    QCOMPARE(log.lines().last(), u"data %1"_s.arg(model->nodeIdentity(model->trashFolder())));
     QVERIFY(model->isSaved());
     QCOMPARE(model->rowCount(model->trashFolder()), 0);
     QCOMPARE(documentFiles(project.path()).size(), 3);
     model->prepareToDestroy();
     model = project.open();
     QCOMPARE(model->rowCount(model->trashFolder()), 0);
-    QCOMPARE(model->documentPlainText(model->index(cId), false), u"c text"_qs);
+    QCOMPARE(model->documentPlainText(model->index(cId), false), u"c text"_s);
 }
 
 void TstItemRemoval::emptyingAnEmptyTrashDoesNotSave()
 {
     const TestProject project;
     const auto model = project.create();
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
-    model->setTitle(firstText(model.get()), u"changed"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
+    model->setTitle(firstText(model.get()), u"changed"_s);
     QVERIFY(model->emptyTrash());
     QVERIFY(model->isModified());
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
 }
 
 void TstItemRemoval::emptyingTheTrashForgetsItsCorkboard()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->trashFolder(), u"a"_qs);
+    addTree(model.get(), model->trashFolder(), u"a"_s);
     TVLProjectNode *trash = model->projectNode(model->trashFolder());
     const int id = trash->mChildren.constFirst()->mId;
     trash->mSelectedSubdocumentIds = {id};
@@ -229,22 +231,22 @@ void TstItemRemoval::removalIsAnnouncedDeepestFirst()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->trashFolder(), u"a(b(c d) e(f)) g"_qs);
+    addTree(model.get(), model->trashFolder(), u"a(b(c d) e(f)) g"_s);
     QStringList removed;
     connect(model.get(), &QAbstractItemModel::rowsAboutToBeRemoved, this,
             [&](const QModelIndex &parent, int first, int last) {
-                removed.append(u"%1 %2-%3"_qs.arg(model->title(parent)).arg(first).arg(last));
+                removed.append(u"%1 %2-%3"_s.arg(model->title(parent)).arg(first).arg(last));
             });
     QVERIFY(model->emptyTrash());
-    QCOMPARE(removed, QStringList({u"b 0-1"_qs, u"e 0-0"_qs, u"a 0-1"_qs, u"Trash 0-1"_qs}));
+    QCOMPARE(removed, QStringList({u"b 0-1"_s, u"e 0-0"_s, u"a 0-1"_s, u"Trash 0-1"_s}));
 }
 
 void TstItemRemoval::aDirtyTextDoesNotComeBack()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    typeText(model.get(), a, u"more "_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    typeText(model.get(), a, u"more "_s);
     QVERIFY(model->removeIndex(a));
     QVERIFY(model->save(true));
     QCOMPARE(documentFiles(project.path()), QStringList());
@@ -254,7 +256,7 @@ void TstItemRemoval::aHeldDocumentLosesItsItem()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
     QVERIFY(model->save(true));
     const QPointer<TVLTextDocument> document = model->referenceText(a);
     QVERIFY(model->removeIndex(a));
@@ -270,10 +272,10 @@ void TstItemRemoval::anIdIsFreeAgain()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
+    const QModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
     const int id = model->nodeIdentity(a);
     QVERIFY(model->removeIndex(a));
-    const QModelIndex b = model->insertTextNode(-1, model->researchFolder(), u"b"_qs, {}, {}, {});
+    const QModelIndex b = model->insertTextNode(-1, model->researchFolder(), u"b"_s, {}, {}, {});
     QCOMPARE(model->nodeIdentity(b), id);
     QVERIFY(model->documentPlainText(b, false).isEmpty());
     QVERIFY(model->synopsis(b).isEmpty());
@@ -295,16 +297,16 @@ void TstItemRemoval::persistentIndexesOfRemovedItemsBecomeInvalid()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->trashFolder(), u"a(b) c"_qs);
-    addTree(model.get(), model->researchFolder(), u"d"_qs);
+    addTree(model.get(), model->trashFolder(), u"a(b) c"_s);
+    addTree(model.get(), model->researchFolder(), u"d"_s);
     QList<QPersistentModelIndex> gone;
-    for (const QModelIndex &index : itemsTitled(model.get(), u"a b c"_qs))
+    for (const QModelIndex &index : itemsTitled(model.get(), u"a b c"_s))
         gone.append(index);
-    const QPersistentModelIndex kept = itemTitled(model.get(), u"d"_qs);
+    const QPersistentModelIndex kept = itemTitled(model.get(), u"d"_s);
     QVERIFY(model->emptyTrash());
     for (const QPersistentModelIndex &index : std::as_const(gone))
         QVERIFY(!index.isValid());
-    QCOMPARE(model->title(kept), u"d"_qs);
+    QCOMPARE(model->title(kept), u"d"_s);
 }
 
 void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes_data()
@@ -320,10 +322,10 @@ void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex parent = isTopLevel ? QModelIndex() : model->researchFolder();
-    const QPersistentModelIndex before = model->insertTextNode(0, parent, u"a"_qs, {}, {}, {});
-    const QPersistentModelIndex current = model->insertTextNode(1, parent, u"b"_qs, {}, {}, {});
-    const QPersistentModelIndex behind = model->insertTextNode(2, parent, u"c"_qs, {}, {}, {});
-    const QPersistentModelIndex below = model->insertTextNode(0, current, u"d"_qs, {}, {}, {});
+    const QPersistentModelIndex before = model->insertTextNode(0, parent, u"a"_s, {}, {}, {});
+    const QPersistentModelIndex current = model->insertTextNode(1, parent, u"b"_s, {}, {}, {});
+    const QPersistentModelIndex behind = model->insertTextNode(2, parent, u"c"_s, {}, {}, {});
+    const QPersistentModelIndex below = model->insertTextNode(0, current, u"d"_s, {}, {}, {});
     QItemSelectionModel selection(model.get());
     selection.setCurrentIndex(current, QItemSelectionModel::ClearAndSelect);
     QSignalSpy changes(&selection, &QItemSelectionModel::currentChanged);
@@ -334,7 +336,7 @@ void TstItemRemoval::selectionModelsHearThatTheirCurrentItemGoes()
     QVERIFY(!below.isValid());
     QCOMPARE(before.row(), 0);
     QCOMPARE(behind.row(), 1);
-    QCOMPARE(model->title(behind), u"c"_qs);
+    QCOMPARE(model->title(behind), u"c"_s);
 }
 
 TVL_TEST(TstItemRemoval)

@@ -9,11 +9,13 @@
 #include <functional>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Model = TVLProjectModel;
 
-const QUrl SomeUrl(u"https://example.com/a%20b?c=d"_qs);
+const QUrl SomeUrl(u"https://example.com/a%20b?c=d"_s);
 
 /** A setter with a value, and what it has to leave behind. */
 struct Setter
@@ -56,18 +58,18 @@ QVariant scaling(const TVLProjectNode &node)
 const QList<Setter> &setters()
 {
     using IntPair = QPair<int, int>;
-    static const QStringList data = {u"data 3"_qs};
+    static const QStringList data = {u"data 3"_s};
     static const QList<Setter> rows = {
-        {"title", setting(&Model::setTitle, u"A"_qs), storing(&TVLProjectNode::mTitle), u"A"_qs,
-         true, data},
+        {"title", setting(&Model::setTitle, u"A"_s), storing(&TVLProjectNode::mTitle), u"A"_s, true,
+         data},
         {"type", setting(&Model::setType, TVL::Folder), storing(&TVLProjectNode::mNodeType), 3,
          true, data},
         {"target type", setting(&Model::setTargetType, TVL::CharactersTarget),
          storing(&TVLProjectNode::mTargetType), 1, true, data},
         {"web address", setting(&Model::setWebUrl, SomeUrl), storing(&TVLProjectNode::mOriginalUrl),
          SomeUrl.toString(), true, data},
-        {"custom icon", setting(&Model::setCustomIcon, u"Star"_qs),
-         storing(&TVLProjectNode::mIconFileName), u"Star"_qs, true, data},
+        {"custom icon", setting(&Model::setCustomIcon, u"Star"_s),
+         storing(&TVLProjectNode::mIconFileName), u"Star"_s, true, data},
         {"actual size",
          [](Model &model, const QModelIndex &index) { return model.setActualSize(index); }, scaling,
          QVariantList({1.0, false}), true, data},
@@ -92,11 +94,11 @@ const QList<Setter> &setters()
         {"card image", setting(&Model::setShowIndexCardImage, true),
          storing(&TVLProjectNode::mShowSynopsisImage), true, true, data},
         {"text mode",
-         setting(&Model::setTextMode, u"Script"_qs),
+         setting(&Model::setTextMode, u"Script"_s),
          storing(&TVLProjectNode::mTextMode),
-         u"Script"_qs,
+         u"Script"_s,
          true,
-         {u"mode Script of 3"_qs, u"data 3"_qs}},
+         {u"mode Script of 3"_s, u"data 3"_s}},
         {"last modified", setting(&Model::setLastModified, SomeDate),
          storing(&TVLProjectNode::mModified), SomeDate, true, data},
         {"selection",
@@ -166,7 +168,7 @@ void TstItemSetters::aValueIsStoredAndAnnounced()
     const SignalLog log(model.get());
     QVERIFY(setter.set(*model, index));
     QCOMPARE(setter.stored(*model->projectNode(index)), setter.value);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs}) + setter.signalLines);
+    QCOMPARE(log.lines(), QStringList({u"modified"_s}) + setter.signalLines);
     QCOMPARE(isTouched(model.get(), index), setter.touches);
     QCOMPARE(touchedIds(model.get()).size(), setter.touches ? 1 : 0);
     QVERIFY(model->isModified());
@@ -226,11 +228,10 @@ void TstItemSetters::theValueIsThereWhenItIsAnnounced()
     QStringList seen;
     connect(model.get(), &Model::modifiedChanged, this,
             [&] { seen.append(model->textMode(index)); });
-    connect(model.get(), &Model::formatModeChanged, this, [&] {
-        seen.append(isTouched(model.get(), index) ? u"touched"_qs : u"not touched"_qs);
-    });
-    QVERIFY(model->setTextMode(index, u"Script"_qs));
-    QCOMPARE(seen, QStringList({u"Script"_qs, u"touched"_qs}));
+    connect(model.get(), &Model::formatModeChanged, this,
+            [&] { seen.append(isTouched(model.get(), index) ? u"touched"_s : u"not touched"_s); });
+    QVERIFY(model->setTextMode(index, u"Script"_s));
+    QCOMPARE(seen, QStringList({u"Script"_s, u"touched"_s}));
 }
 
 void TstItemSetters::anEqualIdOfADeletedLabelIsSetAnew()
@@ -241,7 +242,7 @@ void TstItemSetters::anEqualIdOfADeletedLabelIsSetAnew()
     makeAllOld(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setLabelIdentity(index, 99));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QVERIFY(isTouched(model.get(), index));
     QCOMPARE(model->labelIdentity(index), 99);
 }
@@ -254,7 +255,7 @@ void TstItemSetters::anEqualIdOfADeletedStatusItemIsSetAnew()
     makeAllOld(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setStatusIdentity(index, 99));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QVERIFY(isTouched(model.get(), index));
 }
 
@@ -307,12 +308,12 @@ void TstItemSetters::theGeneralModeIsTheEmptyOne_data()
     QTest::addColumn<QString>("stored");
     QTest::addColumn<QString>("mode");
     QTest::addColumn<bool>("isChange");
-    QTest::newRow("General for empty") << QString() << u"General"_qs << false;
-    QTest::newRow("empty for General") << u"General"_qs << QString() << false;
+    QTest::newRow("General for empty") << QString() << u"General"_s << false;
+    QTest::newRow("empty for General") << u"General"_s << QString() << false;
     QTest::newRow("empty for empty") << QString() << QString() << false;
-    QTest::newRow("empty for another") << u"Script"_qs << QString() << true;
-    QTest::newRow("General for another") << u"Script"_qs << u"General"_qs << true;
-    QTest::newRow("another for empty") << QString() << u"Poem"_qs << true;
+    QTest::newRow("empty for another") << u"Script"_s << QString() << true;
+    QTest::newRow("General for another") << u"Script"_s << u"General"_s << true;
+    QTest::newRow("another for empty") << QString() << u"Poem"_s << true;
 }
 
 void TstItemSetters::theGeneralModeIsTheEmptyOne()
@@ -334,7 +335,7 @@ void TstItemSetters::aWebAddressIsComparedAsAnAddress()
 {
     const auto model = blankModel();
     const QModelIndex index = firstText(model.get());
-    model->projectNode(index)->mOriginalUrl = u"HTTPS://Example.com/a b"_qs;
+    model->projectNode(index)->mOriginalUrl = u"HTTPS://Example.com/a b"_s;
     QVERIFY(model->setWebUrl(index, model->webUrl(index)));
     QVERIFY(!model->isModified());
     QVERIFY(model->setWebUrl(index, SomeUrl));
@@ -347,7 +348,7 @@ void TstItemSetters::aStoredAddressThatIsNoneCanBeCleared()
 {
     const auto model = blankModel();
     const QModelIndex index = firstText(model.get());
-    model->projectNode(index)->mOriginalUrl = u"http://[nowhere"_qs;
+    model->projectNode(index)->mOriginalUrl = u"http://[nowhere"_s;
     QVERIFY(!model->webUrl(index).isValid());
     QVERIFY(model->setWebUrl(index, QUrl()));
     QCOMPARE(model->projectNode(index)->mOriginalUrl, QString());

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString titlesOf(const TVLProjectModel *model, const QModelIndexList &indexes)
@@ -87,8 +89,8 @@ void TstItemSorting::listsAreSortedByColumn()
     QFETCH(const int, column);
     QFETCH(const Set, set);
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b c d"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c d"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b c d"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c d"_s);
     const int keys[] = {2, 0, 3, 1};
     for (int i = 0; i < 4; ++i)
         set(model->projectNode(indexes.at(i)), keys[i]);
@@ -96,17 +98,17 @@ void TstItemSorting::listsAreSortedByColumn()
         || (column >= TVL::IncludeInCompileColumn && column <= TVL::PreserveFormattingColumn);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::Columns(column), Qt::AscendingOrder)),
-             u"b d a c"_qs);
+             u"b d a c"_s);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::Columns(column), Qt::DescendingOrder)),
-             isFlag ? u"a c b d"_qs : u"c a d b"_qs);
+             isFlag ? u"a c b d"_s : u"c a d b"_s);
 }
 
 void TstItemSorting::titlesAreComparedAsTheLocaleDoes()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"b a ä C"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"b a ä C"_qs);
+    addTree(model.get(), model->researchFolder(), u"b a ä C"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"b a ä C"_s);
     QStringList expected = model->titles(indexes);
     std::sort(expected.begin(), expected.end(), [](const QString &a, const QString &b) {
         return QString::localeAwareCompare(a, b) < 0;
@@ -121,10 +123,10 @@ void TstItemSorting::titlesAreComparedAsTheLocaleDoes()
 void TstItemSorting::labelsAndStatusItemsAreComparedByTitle()
 {
     const auto model = blankModel();
-    model->setLabels({{0, u"z"_qs, QColor()}, {1, u"b"_qs, QColor()}, {2, u"m"_qs, QColor()}});
-    model->setStatusItems({{0, u"m"_qs}, {1, u"z"_qs}, {2, u"b"_qs}});
-    addTree(model.get(), model->researchFolder(), u"a b c d"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c d"_qs);
+    model->setLabels({{0, u"z"_s, QColor()}, {1, u"b"_s, QColor()}, {2, u"m"_s, QColor()}});
+    model->setStatusItems({{0, u"m"_s}, {1, u"z"_s}, {2, u"b"_s}});
+    addTree(model.get(), model->researchFolder(), u"a b c d"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c d"_s);
     for (int i = 0; i < 3; ++i) {
         model->setLabelIdentity(indexes.at(i), i);
         model->setStatusIdentity(indexes.at(i), i);
@@ -134,40 +136,40 @@ void TstItemSorting::labelsAndStatusItemsAreComparedByTitle()
     model->setStatusIdentity(indexes.at(3), -1);
     QCOMPARE(
         titlesOf(model.get(), TVLProjectModel::sort(indexes, TVL::LabelColumn, Qt::AscendingOrder)),
-        u"d b c a"_qs);
+        u"d b c a"_s);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::LabelColumn, Qt::DescendingOrder)),
-             u"a c b d"_qs);
+             u"a c b d"_s);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::StatusColumn, Qt::AscendingOrder)),
-             u"d c a b"_qs);
+             u"d c a b"_s);
 }
 
 void TstItemSorting::synopsesAreComparedByPlaceInMemory()
 {
     const TestProject project;
     auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b c"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b c"_s);
     QVERIFY(model->save(true));
     model->prepareToDestroy();
     model = project.open();
-    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c"_qs);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"a b c"_s);
     (void)model->synopsis(indexes.at(0));
     (void)model->synopsis(indexes.at(2));
     const bool isAFirst = quintptr(model->projectNode(indexes.at(0))->mSynopsisDocument)
         < quintptr(model->projectNode(indexes.at(2))->mSynopsisDocument);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::SynopsisColumn, Qt::AscendingOrder)),
-             isAFirst ? u"b a c"_qs : u"b c a"_qs);
+             isAFirst ? u"b a c"_s : u"b c a"_s);
     QCOMPARE(titlesOf(model.get(),
                       TVLProjectModel::sort(indexes, TVL::SynopsisColumn, Qt::DescendingOrder)),
-             isAFirst ? u"c a b"_qs : u"a c b"_qs);
+             isAFirst ? u"c a b"_s : u"a c b"_s);
 }
 
 void TstItemSorting::progressIsCounted()
 {
     const auto model = blankModel();
-    for (const QString &words : {u"one two three"_qs, u"one"_qs, u"one two"_qs}) {
+    for (const QString &words : {u"one two three"_s, u"one"_s, u"one two"_s}) {
         const QModelIndex index =
             model->insertTextNode(-1, model->researchFolder(), words, words, {}, {});
         model->projectNode(index)->mTarget = 10;
@@ -175,18 +177,18 @@ void TstItemSorting::progressIsCounted()
     const QModelIndexList indexes = recursiveWalk(model.get(), model->researchFolder());
     const QModelIndexList sorted =
         TVLProjectModel::sort(indexes, TVL::ProgressColumn, Qt::AscendingOrder);
-    QCOMPARE(model->titles(sorted), QStringList({u"one"_qs, u"one two"_qs, u"one two three"_qs}));
+    QCOMPARE(model->titles(sorted), QStringList({u"one"_s, u"one two"_s, u"one two three"_s}));
 }
 
 void TstItemSorting::sortingDoesNotCount()
 {
     const TestProject project;
     auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
     QVERIFY(model->save(true));
     model->prepareToDestroy();
     model = project.open();
-    const QModelIndexList indexes = itemsTitled(model.get(), u"a b"_qs);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"a b"_s);
     for (int column = TVL::TitleColumn; column <= TVL::ProgressColumn; ++column)
         (void)TVLProjectModel::sort(indexes, TVL::Columns(column), Qt::AscendingOrder);
     QCOMPARE(model->loadedNodes().size(), 0);
@@ -196,13 +198,13 @@ void TstItemSorting::sortingDoesNotCount()
 void TstItemSorting::otherColumnsGiveTheOrderOfTheBinderWhateverTheOrder()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"c a b"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"b a c"_qs);
+    addTree(model.get(), model->researchFolder(), u"c a b"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"b a c"_s);
     for (const int column : {16, 20, -1}) {
         for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
             QCOMPARE(
                 titlesOf(model.get(), TVLProjectModel::sort(indexes, TVL::Columns(column), order)),
-                u"c a b"_qs);
+                u"c a b"_s);
         }
     }
 }
@@ -210,18 +212,18 @@ void TstItemSorting::otherColumnsGiveTheOrderOfTheBinderWhateverTheOrder()
 void TstItemSorting::sortingChangesNoTree()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"c a b"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"b a c"_qs);
+    addTree(model.get(), model->researchFolder(), u"c a b"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"b a c"_s);
     (void)TVLProjectModel::sort(indexes, TVL::TitleColumn, Qt::AscendingOrder);
-    QCOMPARE(treeText(model.get(), model->researchFolder()), u"c a b"_qs);
+    QCOMPARE(treeText(model.get(), model->researchFolder()), u"c a b"_s);
     QVERIFY(model->isSaved());
 }
 
 void TstItemSorting::equalItemsKeepTheirOrder()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b c d"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"c a d b"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b c d"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"c a d b"_s);
     for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder})
         QCOMPARE(TVLProjectModel::sort(indexes, TVL::TargetColumn, order), indexes);
 }
@@ -231,8 +233,8 @@ void TstItemSorting::indexesOfNothingAndOfOtherModelsAreLeftOut()
     const auto model = blankModel();
     const auto other = blankModel();
     const QModelIndex research = model->researchFolder();
-    const QModelIndex b = model->insertTextNode(-1, research, u"b"_qs, {}, {}, {});
-    const QModelIndex a = model->insertTextNode(-1, research, u"a"_qs, {}, {}, {});
+    const QModelIndex b = model->insertTextNode(-1, research, u"b"_s, {}, {}, {});
+    const QModelIndex a = model->insertTextNode(-1, research, u"a"_s, {}, {}, {});
     const QModelIndexList mixed = {QModelIndex(), b, firstText(other.get()), a, QModelIndex()};
     QCOMPARE(TVLProjectModel::sort(mixed, TVL::TitleColumn, Qt::AscendingOrder),
              QModelIndexList({a, b}));
@@ -280,10 +282,10 @@ void TstItemSorting::shufflingKeepsAllItems()
 void TstItemSorting::foldersAndItemsAreCounted()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a:3 b(c) d:5 e"_qs);
+    addTree(model.get(), model->researchFolder(), u"a:3 b(c) d:5 e"_s);
     int groups = -1;
     int items = -1;
-    model->countFilesAndFolders(itemsTitled(model.get(), u"a b c d e Draft"_qs)
+    model->countFilesAndFolders(itemsTitled(model.get(), u"a b c d e Draft"_s)
                                     + QModelIndexList{QModelIndex()},
                                 &groups, &items);
     QCOMPARE(groups, 3);
@@ -293,12 +295,12 @@ void TstItemSorting::foldersAndItemsAreCounted()
 void TstItemSorting::flatteningMakesAllItemsTopLevel()
 {
     const auto model = blankModel();
-    model->setTitle(firstText(model.get()), u"t"_qs);
-    addTree(model.get(), model->researchFolder(), u"a(b(c d)) e"_qs);
+    model->setTitle(firstText(model.get()), u"t"_s);
+    addTree(model.get(), model->researchFolder(), u"a(b(c d)) e"_s);
     bool isAnnounced = false;
     connect(model.get(), &QAbstractItemModel::rowsMoved, this, [&] { isAnnounced = true; });
     model->flatten();
-    QCOMPARE(treeText(model.get(), QModelIndex()), u"Draft Research Trash t a e b c d"_qs);
+    QCOMPARE(treeText(model.get(), QModelIndex()), u"Draft Research Trash t a e b c d"_s);
     QVERIFY(!isAnnounced);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
 }
@@ -306,26 +308,26 @@ void TstItemSorting::flatteningMakesAllItemsTopLevel()
 void TstItemSorting::identitiesAndTitlesAreListed()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b"_qs);
-    const QModelIndexList indexes = itemsTitled(model.get(), u"b a"_qs);
+    addTree(model.get(), model->researchFolder(), u"a b"_s);
+    const QModelIndexList indexes = itemsTitled(model.get(), u"b a"_s);
     QCOMPARE(model->nodeIdentityList(indexes), QList<int>({5, 4}));
     QCOMPARE(model->nodeUuidList(indexes),
              QList<QUuid>({model->nodeUuid(indexes.at(0)), model->nodeUuid(indexes.at(1))}));
-    QCOMPARE(model->titles(indexes), QStringList({u"b"_qs, u"a"_qs}));
+    QCOMPARE(model->titles(indexes), QStringList({u"b"_s, u"a"_s}));
 }
 
 void TstItemSorting::siblingsWithATitleAreFound()
 {
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), u"a b(a) c"_qs);
-    const QModelIndex a = itemTitled(model.get(), u"a"_qs);
-    QVERIFY(!model->hasSiblingWithTitle(a, u"a"_qs));
-    QVERIFY(model->hasSiblingWithTitle(a, u"b"_qs));
-    QVERIFY(!model->hasSiblingWithTitle(a, u"B"_qs));
+    addTree(model.get(), model->researchFolder(), u"a b(a) c"_s);
+    const QModelIndex a = itemTitled(model.get(), u"a"_s);
+    QVERIFY(!model->hasSiblingWithTitle(a, u"a"_s));
+    QVERIFY(model->hasSiblingWithTitle(a, u"b"_s));
+    QVERIFY(!model->hasSiblingWithTitle(a, u"B"_s));
     QVERIFY(
-        !model->hasSiblingWithTitle(model->index(0, 0, itemTitled(model.get(), u"b"_qs)), u"c"_qs));
-    QVERIFY(!model->hasSiblingWithTitle(model->rootIndex(), u"Draft"_qs));
-    QVERIFY(model->hasSiblingWithTitle(model->trashFolder(), u"Draft"_qs));
+        !model->hasSiblingWithTitle(model->index(0, 0, itemTitled(model.get(), u"b"_s)), u"c"_s));
+    QVERIFY(!model->hasSiblingWithTitle(model->rootIndex(), u"Draft"_s));
+    QVERIFY(model->hasSiblingWithTitle(model->trashFolder(), u"Draft"_s));
 }
 
 void TstItemSorting::titlesAreMadeUnique_data()
@@ -333,16 +335,16 @@ void TstItemSorting::titlesAreMadeUnique_data()
     QTest::addColumn<QString>("siblings");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("free") << u"b"_qs << u"a"_qs << u"a"_qs;
-    QTest::newRow("taken") << u"a"_qs << u"a"_qs << u"a-1"_qs;
-    QTest::newRow("taken with its number") << u"a a-1"_qs << u"a"_qs << u"a-2"_qs;
-    QTest::newRow("a gap is filled") << u"a a-2"_qs << u"a"_qs << u"a-1"_qs;
-    QTest::newRow("its own number counts on") << u"a-4"_qs << u"a-4"_qs << u"a-5"_qs;
-    QTest::newRow("from there past those taken") << u"a-4 a-5 a-6"_qs << u"a-4"_qs << u"a-7"_qs;
-    QTest::newRow("digits alone are the title") << u"12"_qs << u"12"_qs << u"12-1"_qs;
-    QTest::newRow("leading zeros go") << u"a-07"_qs << u"a-07"_qs << u"a-8"_qs;
+    QTest::newRow("free") << u"b"_s << u"a"_s << u"a"_s;
+    QTest::newRow("taken") << u"a"_s << u"a"_s << u"a-1"_s;
+    QTest::newRow("taken with its number") << u"a a-1"_s << u"a"_s << u"a-2"_s;
+    QTest::newRow("a gap is filled") << u"a a-2"_s << u"a"_s << u"a-1"_s;
+    QTest::newRow("its own number counts on") << u"a-4"_s << u"a-4"_s << u"a-5"_s;
+    QTest::newRow("from there past those taken") << u"a-4 a-5 a-6"_s << u"a-4"_s << u"a-7"_s;
+    QTest::newRow("digits alone are the title") << u"12"_s << u"12"_s << u"12-1"_s;
+    QTest::newRow("leading zeros go") << u"a-07"_s << u"a-07"_s << u"a-8"_s;
     QTest::newRow("too long a number is the title")
-        << u"a-12345678901"_qs << u"a-12345678901"_qs << u"a-12345678901-1"_qs;
+        << u"a-12345678901"_s << u"a-12345678901"_s << u"a-12345678901-1"_s;
 }
 
 void TstItemSorting::titlesAreMadeUnique()
@@ -351,8 +353,8 @@ void TstItemSorting::titlesAreMadeUnique()
     QFETCH(const QString, title);
     QFETCH(const QString, expected);
     const auto model = blankModel();
-    addTree(model.get(), model->researchFolder(), siblings + u" new"_qs);
-    const QModelIndex item = itemTitled(model.get(), u"new"_qs);
+    addTree(model.get(), model->researchFolder(), siblings + u" new"_s);
+    const QModelIndex item = itemTitled(model.get(), u"new"_s);
     QCOMPARE(model->findUniqueTitle(title, item), expected);
     model->setTitle(item, title);
     QCOMPARE(model->findUniqueTitle(title, item), expected);

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -35,8 +37,8 @@ void writeProjectOf(const TestProject &project, const QByteArray &version,
         items.replace(items.indexOf(" %" + QByteArray::number(i + 1)) + 1, 2, attributes);
     }
     items.replace("%%", "%");
-    project.writeFile(u"Novel.tavelx"_qs, binderXml(items, {}, version));
-    project.writeFile(u"Files/version.txt"_qs, formatVersion);
+    project.writeFile(u"Novel.tavelx"_s, binderXml(items, {}, version));
+    project.writeFile(u"Files/version.txt"_s, formatVersion);
 }
 
 void writeLaterProject(const TestProject &project)
@@ -47,7 +49,7 @@ void writeLaterProject(const TestProject &project)
 /** What a project's folder of documents has that no item with an id can have put there. */
 QStringList strayFiles(const TestProject &project)
 {
-    return QDir(project.path(u"Files/Docs"_qs)).entryList({u"-1*"_qs});
+    return QDir(project.path(u"Files/Docs"_s)).entryList({u"-1*"_s});
 }
 
 QImage someImage()
@@ -105,12 +107,12 @@ void TstItemsWithoutId::openingTellsOfThemOnce()
     QVERIFY(model);
     QStringList texts;
     for (const auto &box : boxes.takeBoxes())
-        texts.append(box.title + u": "_qs + box.text);
+        texts.append(box.title + u": "_s + box.text);
     QStringList expected;
     if (count > 0)
         expected.append(u"Project Loader: Errors reading project.\nError: Items without an id have "
                         "no place for their texts, which can't be read or edited. There are %1, "
-                        "the first of them is '100%2'."_qs.arg(count));
+                        "the first of them is '100%2'."_s.arg(count));
     QCOMPARE(texts, expected);
     for (const QModelIndex &index : recursiveWalk(model.get(), QModelIndex()))
         (void)model->synopsis(index);
@@ -125,7 +127,7 @@ void TstItemsWithoutId::theirTextsAreReadOnlyAndNeverWritten()
     const auto model = project.open();
     const QModelIndex index = firstText(model.get());
     for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText}) {
-        typeText(model.get(), index, u"words"_qs, type);
+        typeText(model.get(), index, u"words"_s, type);
         QVERIFY(model->isReadOnly(index, type));
     }
     TVLProjectNode *node = model->projectNode(index);
@@ -136,7 +138,7 @@ void TstItemsWithoutId::theirTextsAreReadOnlyAndNeverWritten()
 
     QString error;
     QVERIFY(!Format::writeDocument(project.path(), node, node->mTextDocument, &error));
-    QCOMPARE(error, u"The item has no id"_qs);
+    QCOMPARE(error, u"The item has no id"_s);
     QCOMPARE(strayFiles(project), QStringList());
 }
 
@@ -157,17 +159,16 @@ void TstItemsWithoutId::anImageWithoutAPlaceIsRefused()
     const auto model = project.open();
     const int before = model->totalNodesCount();
     const QModelIndex research = model->researchFolder();
-    QVERIFY(
-        !model->insertImageNode(-1, research, u"Map"_qs, someImage(), u"card"_qs, {}).isValid());
+    QVERIFY(!model->insertImageNode(-1, research, u"Map"_s, someImage(), u"card"_s, {}).isValid());
     QCOMPARE(model->totalNodesCount(), before);
-    QVERIFY(model->insertImageNode(-1, research, u"Map"_qs, QImage(), {}, {}).isValid());
+    QVERIFY(model->insertImageNode(-1, research, u"Map"_s, QImage(), {}, {}).isValid());
 
-    project.writeFile(u"other.png"_qs, "x");
-    QVERIFY(!Format::writeImageFile(project.path(), -1, u"png"_qs, someImage()));
-    QVERIFY(!Format::setIndexCardImage(project.path(), -1, u"png"_qs, someImage()));
+    project.writeFile(u"other.png"_s, "x");
+    QVERIFY(!Format::writeImageFile(project.path(), -1, u"png"_s, someImage()));
+    QVERIFY(!Format::setIndexCardImage(project.path(), -1, u"png"_s, someImage()));
     QVERIFY(
-        !Format::importProjectFile(project.path(), QFileInfo(project.path(u"other.png"_qs)), -1));
-    QVERIFY(!Format::copyFile(project.path(), -1, u"png"_qs, project.path(u"other.png"_qs)));
+        !Format::importProjectFile(project.path(), QFileInfo(project.path(u"other.png"_s)), -1));
+    QVERIFY(!Format::copyFile(project.path(), -1, u"png"_s, project.path(u"other.png"_s)));
     QCOMPARE(strayFiles(project), QStringList());
 }
 
@@ -178,12 +179,12 @@ void TstItemsWithoutId::thereIsNoSnapshotOfThem()
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     (void)boxes.takeBoxes();
-    QVERIFY(!model->addSnapshot(firstText(model.get()), u"First"_qs));
+    QVERIFY(!model->addSnapshot(firstText(model.get()), u"First"_s));
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_qs);
+    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_s);
     QCOMPARE(boxes.boxes().at(0).text,
-             u"'100%2' has no id, so there is no place for a snapshot of it."_qs);
-    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/-1.snapshots"_qs)));
+             u"'100%2' has no id, so there is no place for a snapshot of it."_s);
+    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/-1.snapshots"_s)));
 }
 
 void TstItemsWithoutId::clearingAnIdWritesWhatIsUnsaved()
@@ -192,16 +193,16 @@ void TstItemsWithoutId::clearingAnIdWritesWhatIsUnsaved()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText})
-        typeText(model.get(), index, u"words"_qs, type);
+        typeText(model.get(), index, u"words"_s, type);
     model->clearIndexId(index);
     QCOMPARE(model->nodeIdentity(index), -1);
-    for (const QString &name : {u"3.rtf"_qs, u"3_notes.rtf"_qs, u"3_synopsis.txt"_qs})
-        QVERIFY(project.readFile(u"Files/Docs/"_qs + name).contains("words"));
-    QCOMPARE(model->documentPlainText(index, false), u"words"_qs);
+    for (const QString &name : {u"3.rtf"_s, u"3_notes.rtf"_s, u"3_synopsis.txt"_s})
+        QVERIFY(project.readFile(u"Files/Docs/"_s + name).contains("words"));
+    QCOMPARE(model->documentPlainText(index, false), u"words"_s);
     QVERIFY(model->isReadOnly(index, TVL::MainText));
-    typeText(model.get(), index, u"more "_qs);
+    typeText(model.get(), index, u"more "_s);
     QVERIFY(model->save(true));
-    QVERIFY(!project.readFile(u"Files/Docs/3.rtf"_qs).contains("more"));
+    QVERIFY(!project.readFile(u"Files/Docs/3.rtf"_s).contains("more"));
     QCOMPARE(strayFiles(project), QStringList());
 }
 
@@ -210,15 +211,15 @@ void TstItemsWithoutId::anItemThatCannotBeWrittenKeepsItsId()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    typeText(model.get(), index, u"words"_qs);
-    project.writeFile(u"Files/Docs/3.rtf/obstacle"_qs, "x");
+    typeText(model.get(), index, u"words"_s);
+    project.writeFile(u"Files/Docs/3.rtf/obstacle"_s, "x");
     model->clearIndexId(index);
     QCOMPARE(model->nodeIdentity(index), 3);
     QCOMPARE(mapsOutOfStep(model.get()), QString());
     QVERIFY(model->projectNode(index)->mTextDocument->isDirty());
-    QVERIFY(QDir(project.path(u"Files/Docs/3.rtf"_qs)).removeRecursively());
+    QVERIFY(QDir(project.path(u"Files/Docs/3.rtf"_s)).removeRecursively());
     QVERIFY(model->save(true));
-    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_qs).contains("words"));
+    QVERIFY(project.readFile(u"Files/Docs/3.rtf"_s).contains("words"));
 }
 
 void TstItemsWithoutId::anIdBringsWordsToAFile()
@@ -227,18 +228,18 @@ void TstItemsWithoutId::anIdBringsWordsToAFile()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->referenceNote(index)); // Held, so that a save doesn't let go of it.
-    typeText(model.get(), index, u"saved"_qs, TVL::NotesText);
+    typeText(model.get(), index, u"saved"_s, TVL::NotesText);
     addItem(model.get(), model->draftFolder(), TVL::Text);
     QVERIFY(model->save());
     model->clearIndexId(index);
-    typeText(model.get(), index, u"typed"_qs);
+    typeText(model.get(), index, u"typed"_s);
     model->populateMissingIDs();
     const int id = model->nodeIdentity(index);
     QVERIFY(id > 3);
     QVERIFY(!model->isReadOnly(index, TVL::MainText));
     QVERIFY(model->save(true));
-    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_qs.arg(id)).contains("typed"));
-    QVERIFY(project.readFile(u"Files/Docs/%1_notes.rtf"_qs.arg(id)).contains("saved"));
+    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_s.arg(id)).contains("typed"));
+    QVERIFY(project.readFile(u"Files/Docs/%1_notes.rtf"_s.arg(id)).contains("saved"));
 }
 
 TVL_TEST(TstItemsWithoutId)

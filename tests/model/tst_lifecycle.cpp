@@ -16,6 +16,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -24,7 +26,7 @@ using Format = TVLProjectFolderFormat;
 void obstructBinder(const TestProject &project)
 {
     QFile::remove(project.binderPath());
-    project.writeFile(u"Novel.tavelx/obstacle"_qs, "x");
+    project.writeFile(u"Novel.tavelx/obstacle"_s, "x");
 }
 
 /** Times as exact as the binder keeps them. */
@@ -55,7 +57,7 @@ void growThroughOperations(TVLProjectModel *model, int nodes)
             model->insertRows(random.bounded(model->rowCount(parent) + 1), 1, parent);
             continue;
         }
-        const QString extension = random.bounded(2) ? u"png"_qs : QString();
+        const QString extension = random.bounded(2) ? u"png"_s : QString();
         const QModelIndex index = model->createIndex(model->insertNode(
             -1, parent, TVL::NodeType(random.bounded(10)), extension, randomText(&random, 20)));
         model->setTitle(index, randomText(&random, 20));
@@ -163,9 +165,9 @@ void TstLifecycle::aModelIsNamedAfterItsPath_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("name");
-    QTest::newRow("project") << u"/nowhere/Novel.tavel"_qs << u"Novel"_qs;
-    QTest::newRow("with dots") << u"/nowhere/My.First.Novel.tavel"_qs << u"My.First.Novel"_qs;
-    QTest::newRow("without extension") << u"/nowhere/Novel"_qs << u"Novel"_qs;
+    QTest::newRow("project") << u"/nowhere/Novel.tavel"_s << u"Novel"_s;
+    QTest::newRow("with dots") << u"/nowhere/My.First.Novel.tavel"_s << u"My.First.Novel"_s;
+    QTest::newRow("without extension") << u"/nowhere/Novel"_s << u"Novel"_s;
 }
 
 void TstLifecycle::aModelIsNamedAfterItsPath()
@@ -181,7 +183,7 @@ void TstLifecycle::aNewModelIsEmptyAndSaved()
 {
     QObject parent;
     const auto *model =
-        new TVLProjectModel(u"/nowhere/Novel.tavel"_qs, &parent, false, TVL::FormatVersion18);
+        new TVLProjectModel(u"/nowhere/Novel.tavel"_s, &parent, false, TVL::FormatVersion18);
     QCOMPARE(model->QObject::parent(), &parent);
     QCOMPARE(model->rowCount(), 0);
     QVERIFY(model->isSaved());
@@ -207,7 +209,7 @@ void TstLifecycle::theVersionIsTheOneToldOrThatOfTheFolder()
 {
     const TestProject project;
     QCOMPARE(int(TVLProjectModel(project.path()).formatVersion()), 0);
-    project.writeFile(u"Files/version.txt"_qs, "23");
+    project.writeFile(u"Files/version.txt"_s, "23");
     QCOMPARE(int(TVLProjectModel(project.path()).formatVersion()), 23);
     QCOMPARE(
         int(TVLProjectModel(project.path(), nullptr, false, TVL::FormatVersion16).formatVersion()),
@@ -219,7 +221,7 @@ void TstLifecycle::aBlankProjectHasThreeSystemFoldersAndAText()
     const auto model = blankModel();
     QCOMPARE(model->orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
     QCOMPARE(model->rowCount(), 3);
-    const QStringList titles = {u"Draft"_qs, u"Research"_qs, u"Trash"_qs};
+    const QStringList titles = {u"Draft"_s, u"Research"_s, u"Trash"_s};
     for (int row = 0; row < 3; ++row) {
         const QModelIndex index = model->index(row, 0);
         QCOMPARE(int(model->type(index)), row);
@@ -237,20 +239,20 @@ void TstLifecycle::aBlankProjectHasThreeSystemFoldersAndAText()
 void TstLifecycle::aBlankProjectHasLabelsAndStatusItems()
 {
     const auto model = blankModel();
-    QCOMPARE(model->labelTitle(), u"Label"_qs);
-    QCOMPARE(model->statusTitle(), u"Status"_qs);
+    QCOMPARE(model->labelTitle(), u"Label"_s);
+    QCOMPARE(model->statusTitle(), u"Status"_s);
     QCOMPARE(model->labels(),
-             QList<TVLLabel>({{-1, u"No Label"_qs, QColor()},
-                              {0, u"Concept"_qs, QColor(192, 192, 255)},
-                              {1, u"Chapter"_qs, QColor(255, 192, 192)}}));
+             QList<TVLLabel>({{-1, u"No Label"_s, QColor()},
+                              {0, u"Concept"_s, QColor(192, 192, 255)},
+                              {1, u"Chapter"_s, QColor(255, 192, 192)}}));
     QCOMPARE(model->statusItems(),
-             QList<TVLStatusItem>({{-1, u"No Status"_qs},
-                                   {0, u"N/A"_qs},
-                                   {1, u"To Do"_qs},
-                                   {2, u"First Draft"_qs},
-                                   {3, u"Revised Draft"_qs},
-                                   {4, u"Final Draft"_qs},
-                                   {5, u"Done"_qs}}));
+             QList<TVLStatusItem>({{-1, u"No Status"_s},
+                                   {0, u"N/A"_s},
+                                   {1, u"To Do"_s},
+                                   {2, u"First Draft"_s},
+                                   {3, u"Revised Draft"_s},
+                                   {4, u"Final Draft"_s},
+                                   {5, u"Done"_s}}));
     QCOMPARE(model->defaultLabelIdentity(), -1);
     QCOMPARE(model->defaultStatusIdentity(), -1);
 }
@@ -262,7 +264,7 @@ void TstLifecycle::aBlankProjectHasOneNote()
     QCOMPARE(notes.size(), 1);
     QCOMPARE(notes.at(0).first, 10);
     const QTextDocument *note = notes.at(0).second;
-    QCOMPARE(note->metaInformation(QTextDocument::DocumentTitle), u"General"_qs);
+    QCOMPARE(note->metaInformation(QTextDocument::DocumentTitle), u"General"_s);
     QCOMPARE(note->toPlainText(), QString());
     QCOMPARE(note->QObject::parent(), model.get());
     QVERIFY(!model->projectNotes().isModified());
@@ -271,7 +273,7 @@ void TstLifecycle::aBlankProjectHasOneNote()
 void TstLifecycle::aBlankProjectIsOfFormat18()
 {
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "23");
+    project.writeFile(u"Files/version.txt"_s, "23");
     const TestModel model(new TVLProjectModel(project.path()));
     model->initBlankProject();
     QCOMPARE(int(model->formatVersion()), 18);
@@ -345,10 +347,10 @@ void TstLifecycle::initProjectDerivesTheSnapshotFlagFromTheFolder()
         model->prepareToDestroy();
     }
     QVERIFY(!project.open()->findNode(2)->mHasSnapshots);
-    project.writeFile(u"Snapshots/3.snapshots/index.xml"_qs, "<x/>");
-    project.writeFile(u"Snapshots/4.snapshots/other.xml"_qs, "<x/>");
-    project.writeFile(u"Snapshots/5.snapshots"_qs, "a file");
-    project.writeFile(u"Snapshots/99.snapshots/index.xml"_qs, "<x/>");
+    project.writeFile(u"Snapshots/3.snapshots/index.xml"_s, "<x/>");
+    project.writeFile(u"Snapshots/4.snapshots/other.xml"_s, "<x/>");
+    project.writeFile(u"Snapshots/5.snapshots"_s, "a file");
+    project.writeFile(u"Snapshots/99.snapshots/index.xml"_s, "<x/>");
     const auto model = project.open();
     QList<int> ids;
     tvlForEachNode(model->binderRoot(), [&ids](const TVLProjectNode *node) {
@@ -366,7 +368,7 @@ void TstLifecycle::initProjectDerivesTheSnapshotFlagFromTheFolder()
 void TstLifecycle::aBinderWithoutItemsOpensAsABlankProject()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
+    project.writeFile(u"Novel.tavelx"_s, binderXml({}));
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(model->orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
@@ -389,10 +391,10 @@ void TstLifecycle::aBrokenBinderIsReplacedByItsZippedCopies_data()
 {
     QTest::addColumn<QStringList>("broken");
     QTest::addColumn<QString>("title");
-    QTest::newRow("none broken") << QStringList() << u"third"_qs;
-    QTest::newRow("binder broken") << QStringList({u"Novel.tavelx"_qs}) << u"third"_qs;
+    QTest::newRow("none broken") << QStringList() << u"third"_s;
+    QTest::newRow("binder broken") << QStringList({u"Novel.tavelx"_s}) << u"third"_s;
     QTest::newRow("binder and autosave broken")
-        << QStringList({u"Novel.tavelx"_qs, u"Files/binder.autosave"_qs}) << u"first"_qs;
+        << QStringList({u"Novel.tavelx"_s, u"Files/binder.autosave"_s}) << u"first"_s;
 }
 
 void TstLifecycle::aBrokenBinderIsReplacedByItsZippedCopies()
@@ -402,14 +404,14 @@ void TstLifecycle::aBrokenBinderIsReplacedByItsZippedCopies()
     const TestProject project;
     {
         const auto model = project.create();
-        QVERIFY(model->setTitle(firstText(model.get()), u"first"_qs));
+        QVERIFY(model->setTitle(firstText(model.get()), u"first"_s));
         QVERIFY(model->save(false));
     }
     {
         // Opening a good binder keeps it as backup, saving keeps each as autosave.
         const auto model = project.open();
-        QVERIFY(QFileInfo::exists(project.path(u"Files/binder.backup"_qs)));
-        QVERIFY(model->setTitle(firstText(model.get()), u"third"_qs));
+        QVERIFY(QFileInfo::exists(project.path(u"Files/binder.backup"_s)));
+        QVERIFY(model->setTitle(firstText(model.get()), u"third"_s));
         QVERIFY(model->save(false));
     }
     for (const QString &file : broken)
@@ -424,10 +426,10 @@ void TstLifecycle::aBrokenBinderIsReplacedByItsZippedCopies()
 void TstLifecycle::withOnlyBrokenBindersNothingOpens()
 {
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Novel.tavelx"_qs, "no binder");
-    project.writeFile(u"Files/binder.autosave"_qs, "no zip");
-    project.writeFile(u"Files/binder.backup"_qs, "");
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Novel.tavelx"_s, "no binder");
+    project.writeFile(u"Files/binder.autosave"_s, "no zip");
+    project.writeFile(u"Files/binder.backup"_s, "");
     const auto before = project.files();
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!project.open());
@@ -452,11 +454,11 @@ void TstLifecycle::openingTakesTheRawPartOfTheBinder()
     const TestProject project;
     {
         const auto model = project.create();
-        model->setUserProjectData(u"<UserProjectData><a b=\"c\"/></UserProjectData>"_qs);
+        model->setUserProjectData(u"<UserProjectData><a b=\"c\"/></UserProjectData>"_s);
         QVERIFY(model->save(true));
     }
     QCOMPARE(project.open()->userProjectData(),
-             u"<UserProjectData><a b=\"c\"/></UserProjectData>"_qs);
+             u"<UserProjectData><a b=\"c\"/></UserProjectData>"_s);
 }
 
 // --- Saving
@@ -465,8 +467,8 @@ void TstLifecycle::aSavedProjectReopensWithTheSameTree()
 {
     const TestProject project;
     const auto model = project.create();
-    model->setLabelTitle(u"Colour"_qs);
-    model->setStatusTitle(u"Stage"_qs);
+    model->setLabelTitle(u"Colour"_s);
+    model->setStatusTitle(u"Stage"_s);
     model->setDefaultLabelIdentity(1);
     model->setDefaultStatusIdentity(4);
     roundTimes(model.get());
@@ -476,8 +478,8 @@ void TstLifecycle::aSavedProjectReopensWithTheSameTree()
     QCOMPARE(difference(model.get(), reopened.get()), QString());
     QCOMPARE(reopened->labels(), model->labels());
     QCOMPARE(reopened->statusItems(), model->statusItems());
-    QCOMPARE(reopened->labelTitle(), u"Colour"_qs);
-    QCOMPARE(reopened->statusTitle(), u"Stage"_qs);
+    QCOMPARE(reopened->labelTitle(), u"Colour"_s);
+    QCOMPARE(reopened->statusTitle(), u"Stage"_s);
     QCOMPARE(reopened->defaultLabelIdentity(), 1);
     QCOMPARE(reopened->defaultStatusIdentity(), 4);
     QCOMPARE(int(reopened->formatVersion()), 18);
@@ -511,14 +513,14 @@ void TstLifecycle::aBlankProjectIsWrittenToDisk()
     TVLProjectModel::createBlankProjectOnHdd(project.path());
     QCOMPARE(boxes.boxes().size(), 0);
     QVERIFY(QFileInfo::exists(project.binderPath()));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
-    QVERIFY(QFileInfo::exists(project.path(u"Files/binder.autosave"_qs)));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
+    QVERIFY(QFileInfo::exists(project.path(u"Files/binder.autosave"_s)));
     QVERIFY(!Format::lockExists(project.path()));
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), nullptr);
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(model->orderedChildIDs(nullptr), QList<int>({0, 3, 1, 2}));
-    QCOMPARE(model->collections().at(1).mTitle, u"Search Results"_qs);
+    QCOMPARE(model->collections().at(1).mTitle, u"Search Results"_s);
 }
 
 void TstLifecycle::aForcedSaveOfASavedProjectWritesTheBinder()
@@ -529,7 +531,7 @@ void TstLifecycle::aForcedSaveOfASavedProjectWritesTheBinder()
     const SignalLog log(model.get());
     QVERIFY(model->save(true));
     QVERIFY(QFileInfo::exists(project.binderPath()));
-    QCOMPARE(log.lines(), QStringList({u"saved"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"saved"_s}));
 }
 
 void TstLifecycle::anUnforcedSaveOfASavedProjectWritesNothingButAsksTheEditors()
@@ -541,7 +543,7 @@ void TstLifecycle::anUnforcedSaveOfASavedProjectWritesNothingButAsksTheEditors()
     const auto before = project.files();
     const SignalLog log(model.get());
     QVERIFY(model->save(false));
-    QCOMPARE(log.lines(), QStringList({u"about to save 3"_qs, u"about to save 1"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"about to save 3"_s, u"about to save 1"_s}));
     QVERIFY(model->save());
     QCOMPARE(project.files(), before);
     QVERIFY(model->isSaved());
@@ -554,22 +556,22 @@ void TstLifecycle::editorsAreAskedBeforeTheBinderIsWritten()
     const QList<TVLProjectNode *> nodes = {model->findNode(3), model->findNode(1)};
     for (TVLProjectNode *node : nodes)
         model->loadDocuments(node);
-    const QByteArray before = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray before = project.readFile(u"Novel.tavelx"_s);
     int calls = 0;
     connect(model.get(), &TVLProjectModel::aboutToSave, this, [&](const QModelIndex &index) {
         QCOMPARE(model->projectNode(index), nodes.at(calls));
-        QCOMPARE(project.readFile(u"Novel.tavelx"_qs), before);
+        QCOMPARE(project.readFile(u"Novel.tavelx"_s), before);
         ++calls;
         // What an editor does now still gets into this save, and the list may change meanwhile.
-        QVERIFY(model->setTitle(index, u"pushed %1"_qs.arg(calls)));
+        QVERIFY(model->setTitle(index, u"pushed %1"_s.arg(calls)));
         model->reloadCachedUuids(model->uniqueUuids());
     });
     QVERIFY(model->save(false));
     QCOMPARE(calls, 2);
     QVERIFY(model->isSaved());
     const auto reopened = project.open();
-    QCOMPARE(reopened->title(reopened->index(3)), u"pushed 1"_qs);
-    QCOMPARE(reopened->title(reopened->index(1)), u"pushed 2"_qs);
+    QCOMPARE(reopened->title(reopened->index(3)), u"pushed 1"_s);
+    QCOMPARE(reopened->title(reopened->index(1)), u"pushed 2"_s);
 }
 
 void TstLifecycle::aSaveStampsTheProject()
@@ -578,7 +580,7 @@ void TstLifecycle::aSaveStampsTheProject()
     const auto model = project.create();
     const TVLProjectInfo first = model->info();
     QVERIFY(!first.mModId.isNull());
-    model->setDeviceName(u"elsewhere"_qs);
+    model->setDeviceName(u"elsewhere"_s);
     const QDateTime before = QDateTime::currentDateTimeUtc();
     QVERIFY(model->save(true));
     const TVLProjectInfo second = model->info();
@@ -600,25 +602,25 @@ void TstLifecycle::aMissingVersionFileIsWritten()
 {
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_qs)));
+    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_s)));
     QVERIFY(model->save(true));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
 }
 
 void TstLifecycle::anExistingVersionFileIsLeftAlone()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/version.txt"_qs, "16 and more");
+    project.writeFile(u"Files/version.txt"_s, "16 and more");
     QVERIFY(model->save(true));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("16 and more"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("16 and more"));
 }
 
 namespace {
 
 QString binderError(const TestProject &project)
 {
-    return u"Could not save Binder.\nError: Could not open binder file.\nLocation: '%1'"_qs.arg(
+    return u"Could not save Binder.\nError: Could not open binder file.\nLocation: '%1'"_s.arg(
         project.path());
 }
 
@@ -626,7 +628,7 @@ const QString SaveAdvice =
     u"\n\nTo avoid losing your latest changes, make sure you have enough space and write access on "
     "your storage device.\nYou can create a copy of your project into another location using the "
     "menu File > SaveAs.\nYou might also try to Compile and Save to RTF or DOC format to avoid "
-    "losing your latest changes."_qs;
+    "losing your latest changes."_s;
 
 } // namespace
 
@@ -635,17 +637,17 @@ void TstLifecycle::aFailedBinderWriteShowsOneBoxAndGoesOn()
     const TestProject project;
     const auto model = project.create();
     obstructBinder(project);
-    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_qs)));
+    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_s)));
     TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save(true));
 
     const auto shown = boxes.takeBoxes();
     QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown.at(0).title, u"Project Writer"_qs);
-    QCOMPARE(shown.at(0).text, u"The following errors occurred while saving your project."_qs);
+    QCOMPARE(shown.at(0).title, u"Project Writer"_s);
+    QCOMPARE(shown.at(0).text, u"The following errors occurred while saving your project."_s);
     QCOMPARE(shown.at(0).informativeText, binderError(project) + SaveAdvice);
     QCOMPARE(shown.at(0).icon, QMessageBox::Critical);
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
 }
 
 void TstLifecycle::aFailedSaveLeavesTheProjectSaved()
@@ -653,15 +655,15 @@ void TstLifecycle::aFailedSaveLeavesTheProjectSaved()
     const TestProject project;
     const auto model = project.create();
     obstructBinder(project);
-    QVERIFY(model->setTitle(firstText(model.get()), u"x"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"x"_s));
     QVERIFY(model->isModified());
     TVLUnattendedMessageBoxes boxes;
     const SignalLog log(model.get());
     QVERIFY(!model->save(false));
     QVERIFY(model->isSaved());
-    QCOMPARE(log.lines(), QStringList({u"saved"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"saved"_s}));
     QCOMPARE(boxes.takeBoxes().size(), 1);
-    QVERIFY(model->setTitle(firstText(model.get()), u"y"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"y"_s));
     QVERIFY(model->isModified());
     QVERIFY(!model->save(false));
     QCOMPARE(boxes.takeBoxes().size(), 1);
@@ -671,7 +673,7 @@ void TstLifecycle::theErrorsOfASaveAreHandedOut()
 {
     const TestProject project;
     const auto model = project.create();
-    QStringList errors = {u"from before"_qs};
+    QStringList errors = {u"from before"_s};
     QVERIFY(model->saveChanges(&errors));
     QCOMPARE(errors, QStringList());
     obstructBinder(project);
@@ -685,21 +687,21 @@ void TstLifecycle::theErrorsOfASaveAreHandedOut()
 void TstLifecycle::aPlaceThatCantBeWrittenIsToldOnce()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, "x");
-    const QString path = project.path(u"file/Novel.tavel"_qs);
+    project.writeFile(u"file"_s, "x");
+    const QString path = project.path(u"file/Novel.tavel"_s);
     const TestModel model(TVLProjectModel::createBlankProjectInMemory(path));
     TVLProjectModelTestAccess::markModified(model.get());
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->save(false));
     QVERIFY(model->isSaved());
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().at(0).title, u"Write Error"_qs);
+    QCOMPARE(boxes.boxes().at(0).title, u"Write Error"_s);
     QCOMPARE(boxes.boxes().at(0).text,
-             u"Cannot write to the location: '%1'"_qs.arg(QDir::toNativeSeparators(path)));
+             u"Cannot write to the location: '%1'"_s.arg(QDir::toNativeSeparators(path)));
 
-    QStringList errors = {u"from before"_qs};
+    QStringList errors = {u"from before"_s};
     QVERIFY(!model->saveChanges(&errors));
-    QCOMPARE(errors, QStringList({u"from before"_qs}));
+    QCOMPARE(errors, QStringList({u"from before"_s}));
     QCOMPARE(boxes.boxes().size(), 2);
 }
 
@@ -725,7 +727,7 @@ void TstLifecycle::allIsSaved()
     model->saveAll(true);
     QVERIFY(QFileInfo::exists(project.binderPath()));
     QVERIFY(QFile::remove(project.binderPath()));
-    QVERIFY(model->setTitle(firstText(model.get()), u"x"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"x"_s));
     model->saveAll(false);
     QVERIFY(QFileInfo::exists(project.binderPath()));
     QVERIFY(model->isSaved());
@@ -764,7 +766,7 @@ void TstLifecycle::whileABinderIsReadNothingIsMarked()
     TVLBinderProject *const binder = model.get();
     binder->beginBinderRead();
     TVLProjectModelTestAccess::markModified(model.get());
-    model->setName(u"x"_qs);
+    model->setName(u"x"_s);
     QVERIFY(model->isSaved());
     binder->endBinderRead();
     QVERIFY(model->isSaved());
@@ -782,7 +784,7 @@ void TstLifecycle::anEditedNoteMarksTheProject()
         QTextDocument *note =
             TVLProjectModelTestAccess::projectNotes(model.get()).mNotes.at(0).second;
         QVERIFY(model->isSaved());
-        QTextCursor(note).insertText(u"A thought"_qs);
+        QTextCursor(note).insertText(u"A thought"_s);
         QVERIFY(model->isModified());
         QVERIFY(model->projectNotes().isModified());
     }
@@ -823,14 +825,14 @@ void TstLifecycle::onlySomeGroupsOfOptionsMatter_data()
 {
     QTest::addColumn<QStringList>("groups");
     QTest::addColumn<bool>("areTaken");
-    QTest::newRow("General") << QStringList({u"General"_qs}) << true;
-    QTest::newRow("Navigation") << QStringList({u"Navigation"_qs}) << true;
+    QTest::newRow("General") << QStringList({u"General"_s}) << true;
+    QTest::newRow("Navigation") << QStringList({u"Navigation"_s}) << true;
     QTest::newRow("among others") << QStringList(
-        {u"TextEditing"_qs, u"Navigation"_qs, u"Appearance"_qs})
+        {u"TextEditing"_s, u"Navigation"_s, u"Appearance"_s})
                                   << true;
-    QTest::newRow("TextEditing") << QStringList({u"TextEditing"_qs}) << false;
-    QTest::newRow("other case") << QStringList({u"general"_qs}) << false;
-    QTest::newRow("a part") << QStringList({u"GeneralOptions"_qs}) << false;
+    QTest::newRow("TextEditing") << QStringList({u"TextEditing"_s}) << false;
+    QTest::newRow("other case") << QStringList({u"general"_s}) << false;
+    QTest::newRow("a part") << QStringList({u"GeneralOptions"_s}) << false;
     QTest::newRow("none") << QStringList() << false;
 }
 
@@ -855,29 +857,29 @@ void TstLifecycle::saveAsMovesTheModelToTheNewPlace()
     for (const bool showProgress : {false, true}) {
         const TestProject project;
         const auto model = project.create();
-        project.writeFile(u"Files/Docs/3.rtf"_qs, "text");
+        project.writeFile(u"Files/Docs/3.rtf"_s, "text");
         const auto oldFiles = project.files();
-        const QString target = project.enclosingPath() + u"/deep/Copy.tavel"_qs;
+        const QString target = project.enclosingPath() + u"/deep/Copy.tavel"_s;
         const TVLUnattendedMessageBoxes boxes;
         QVERIFY(model->saveAs(target, showProgress, true));
         QCOMPARE(boxes.boxes().size(), 0);
         QCOMPARE(model->path(), QDir(target));
-        QCOMPARE(model->name(), u"Copy"_qs);
+        QCOMPARE(model->name(), u"Copy"_s);
         QVERIFY(model->isSaved());
         QCOMPARE(TVLProjectModel::findProjectModelViaPath(target), model.get());
         QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), nullptr);
         QCOMPARE(project.files(), oldFiles);
-        QVERIFY(QFileInfo::exists(target + u"/Files/Docs/3.rtf"_qs));
+        QVERIFY(QFileInfo::exists(target + u"/Files/Docs/3.rtf"_s));
         QCOMPARE(Format::compareLockFile(target, nullptr, nullptr, nullptr),
                  int(Format::LockedHere));
 
         // From now on it is the new place that is written.
-        QVERIFY(model->setTitle(firstText(model.get()), u"later"_qs));
+        QVERIFY(model->setTitle(firstText(model.get()), u"later"_s));
         QVERIFY(model->save(false));
         QCOMPARE(project.files(), oldFiles);
         const TestModel reopened(Format::openProject(target));
         QVERIFY(reopened);
-        QCOMPARE(reopened->title(firstText(reopened.get())), u"later"_qs);
+        QCOMPARE(reopened->title(firstText(reopened.get())), u"later"_s);
     }
 }
 
@@ -885,13 +887,13 @@ void TstLifecycle::saveAsNamesTheBinderOfAModifiedProjectAfterItsFolder()
 {
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(model->setTitle(firstText(model.get()), u"unsaved"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"unsaved"_s));
     roundTimes(model.get());
     const auto oldFiles = project.files();
-    const QString target = project.enclosingPath() + u"/Copy.tavel"_qs;
+    const QString target = project.enclosingPath() + u"/Copy.tavel"_s;
     QVERIFY(model->saveAs(target, false, true));
-    QVERIFY(QFileInfo::exists(target + u"/Copy.tavelx"_qs));
-    QVERIFY(!QFileInfo::exists(target + u"/Novel.tavelx"_qs));
+    QVERIFY(QFileInfo::exists(target + u"/Copy.tavelx"_s));
+    QVERIFY(!QFileInfo::exists(target + u"/Novel.tavelx"_s));
     QCOMPARE(project.files(), oldFiles);
     QVERIFY(model->isSaved());
     const TestModel reopened(Format::openProject(target));
@@ -912,7 +914,7 @@ void TstLifecycle::saveAsTreatsTheOldLockAsTold()
     const TestProject project;
     const auto model = project.create();
     QVERIFY(Format::addLock(project.path()));
-    const QString target = project.enclosingPath() + u"/Copy.tavel"_qs;
+    const QString target = project.enclosingPath() + u"/Copy.tavel"_s;
     QVERIFY(model->saveAs(target, false, removeOldLock));
     QCOMPARE(Format::lockExists(project.path()), !removeOldLock);
     QCOMPARE(Format::compareLockFile(target, nullptr, nullptr, nullptr), int(Format::LockedHere));
@@ -931,12 +933,12 @@ void TstLifecycle::saveAsReplacesWhatIsThere()
     const TestProject project;
     const TestProject target;
     if (isFolder)
-        target.writeFile(u"Files/Docs/old.rtf"_qs, "old");
+        target.writeFile(u"Files/Docs/old.rtf"_s, "old");
     else
         QVERIFY(QFile(target.path()).open(QIODevice::WriteOnly));
     const auto model = project.create();
     QVERIFY(model->saveAs(target.path(), false, true));
-    QVERIFY(!QFileInfo::exists(target.path(u"Files/Docs/old.rtf"_qs)));
+    QVERIFY(!QFileInfo::exists(target.path(u"Files/Docs/old.rtf"_s)));
     QVERIFY(target.open());
     QCOMPARE(model->path(), QDir(target.path()));
 }
@@ -945,15 +947,15 @@ void TstLifecycle::saveAsOntoTheProjectItselfIsRefused_data()
 {
     // %1 stands for the folder around the project.
     QTest::addColumn<QString>("target");
-    QTest::newRow("the project") << u"%1/Novel.tavel"_qs;
-    QTest::newRow("the project with a slash") << u"%1/Novel.tavel/"_qs;
-    QTest::newRow("the project in a roundabout way") << u"%1/Novel.tavel/../Novel.tavel"_qs;
-    QTest::newRow("its binder") << u"%1/Novel.tavel/Novel.tavelx"_qs;
-    QTest::newRow("inside it") << u"%1/Novel.tavel/Copy.tavel"_qs;
-    QTest::newRow("its files") << u"%1/Novel.tavel/Files"_qs;
-    QTest::newRow("deep inside it") << u"%1/Novel.tavel/Files/Docs/Copy.tavel"_qs;
-    QTest::newRow("around it") << u"%1"_qs;
-    QTest::newRow("around it with a slash") << u"%1/"_qs;
+    QTest::newRow("the project") << u"%1/Novel.tavel"_s;
+    QTest::newRow("the project with a slash") << u"%1/Novel.tavel/"_s;
+    QTest::newRow("the project in a roundabout way") << u"%1/Novel.tavel/../Novel.tavel"_s;
+    QTest::newRow("its binder") << u"%1/Novel.tavel/Novel.tavelx"_s;
+    QTest::newRow("inside it") << u"%1/Novel.tavel/Copy.tavel"_s;
+    QTest::newRow("its files") << u"%1/Novel.tavel/Files"_s;
+    QTest::newRow("deep inside it") << u"%1/Novel.tavel/Files/Docs/Copy.tavel"_s;
+    QTest::newRow("around it") << u"%1"_s;
+    QTest::newRow("around it with a slash") << u"%1/"_s;
 }
 
 void TstLifecycle::saveAsOntoTheProjectItselfIsRefused()
@@ -967,7 +969,7 @@ void TstLifecycle::saveAsOntoTheProjectItselfIsRefused()
     QVERIFY(!model->saveAs(target.arg(project.enclosingPath()), false, true));
     QCOMPARE(project.files(), before);
     QCOMPARE(model->path(), QDir(project.path()));
-    QCOMPARE(model->name(), u"Novel"_qs);
+    QCOMPARE(model->name(), u"Novel"_s);
     QCOMPARE(boxes.boxes().size(), 0);
     QVERIFY(project.open());
 }
@@ -978,12 +980,12 @@ void TstLifecycle::saveAsThroughALinkToTheProjectsFolderIsRefused()
     const auto model = project.create();
     const auto before = project.files();
     const QTemporaryDir elsewhere;
-    const QString link = elsewhere.filePath(u"link"_qs);
+    const QString link = elsewhere.filePath(u"link"_s);
     QVERIFY(QFile::link(project.enclosingPath(), link));
     const TVLUnattendedMessageBoxes boxes;
-    QVERIFY(!model->saveAs(link + u"/Novel.tavel"_qs, false, true));
+    QVERIFY(!model->saveAs(link + u"/Novel.tavel"_s, false, true));
     QCOMPARE(project.files(), before);
-    QVERIFY(!model->saveAs(link + u"/Novel.tavel/Copy.tavel"_qs, false, true));
+    QVERIFY(!model->saveAs(link + u"/Novel.tavel/Copy.tavel"_s, false, true));
     QCOMPARE(project.files(), before);
     QCOMPARE(model->path(), QDir(project.path()));
 }
@@ -1003,19 +1005,19 @@ void TstLifecycle::aFailedSaveAsLeavesTheModelAndHasTakenTheTarget()
     // A project that was never written has nothing to copy.
     const TestProject project;
     const TestProject target;
-    target.writeFile(u"Files/Docs/old.rtf"_qs, "old");
+    target.writeFile(u"Files/Docs/old.rtf"_s, "old");
     const TestModel model(TVLProjectModel::createBlankProjectInMemory(project.path()));
     const TVLUnattendedMessageBoxes boxes;
     QVERIFY(!model->saveAs(target.path(), false, true));
     QVERIFY(!QFileInfo::exists(target.path()));
     QCOMPARE(model->path(), QDir(project.path()));
-    QCOMPARE(model->name(), u"Novel"_qs);
+    QCOMPARE(model->name(), u"Novel"_s);
     QVERIFY(!Format::lockExists(target.path()));
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path()), model.get());
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().at(0).title, u"Read Error"_qs);
+    QCOMPARE(boxes.boxes().at(0).title, u"Read Error"_s);
     QCOMPARE(boxes.boxes().at(0).text,
-             u"Cannot read the location: '%1'"_qs.arg(QDir::toNativeSeparators(project.path())));
+             u"Cannot read the location: '%1'"_s.arg(QDir::toNativeSeparators(project.path())));
 }
 
 // --- Ending
@@ -1026,13 +1028,13 @@ void TstLifecycle::prepareToDestroySavesAndUnlocks()
     {
         const auto model = project.create();
         QVERIFY(Format::addLock(project.path()));
-        QVERIFY(model->setTitle(firstText(model.get()), u"last words"_qs));
+        QVERIFY(model->setTitle(firstText(model.get()), u"last words"_s));
         model->prepareToDestroy();
         QVERIFY(model->isSaved());
         QVERIFY(!Format::lockExists(project.path()));
     }
     const auto model = project.open();
-    QCOMPARE(model->title(firstText(model.get())), u"last words"_qs);
+    QCOMPARE(model->title(firstText(model.get())), u"last words"_s);
 
     QVERIFY(model->save(true));
     const auto before = project.files();
@@ -1045,10 +1047,10 @@ void TstLifecycle::prepareToDestroyRemovesTheDragAndDropFolder()
     const QString path = TVLProjectModel::dragAndDropPath();
     QCOMPARE(path,
              QDir::toNativeSeparators(QFileInfo(QDir::tempPath()).absoluteFilePath()
-                                      + u"/Tavelinor/DnD"_qs));
+                                      + u"/Tavelinor/DnD"_s));
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(QDir().mkpath(path + u"/something"_qs));
+    QVERIFY(QDir().mkpath(path + u"/something"_s));
     model->prepareToDestroy();
     QVERIFY(!QFileInfo::exists(path));
 }
@@ -1056,7 +1058,7 @@ void TstLifecycle::prepareToDestroyRemovesTheDragAndDropFolder()
 void TstLifecycle::aNewModelCleansUpTheDragAndDropFolderLater()
 {
     const QString path = TVLProjectModel::dragAndDropPath();
-    QVERIFY(QDir().mkpath(path + u"/something"_qs));
+    QVERIFY(QDir().mkpath(path + u"/something"_s));
     const auto model = blankModel();
     QVERIFY(QFileInfo::exists(path));
     QTRY_VERIFY(!QFileInfo::exists(path));
@@ -1079,8 +1081,8 @@ void TstLifecycle::aModelIsFoundByFolderAndByBinder()
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.binderPath()), model.get());
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(other.path()), otherModel.get());
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.enclosingPath()), nullptr);
-    QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path(u"Files"_qs)), nullptr);
-    const auto opened = TestProject(u"Third"_qs).open();
+    QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path(u"Files"_s)), nullptr);
+    const auto opened = TestProject(u"Third"_s).open();
     QVERIFY(opened);
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(opened->path().path()), opened.get());
 }

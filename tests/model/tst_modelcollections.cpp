@@ -9,6 +9,8 @@
 #include <climits>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Something that is done to a model. */
@@ -66,8 +68,8 @@ void TstModelCollections::aCollectionIsReplacedWithAllFields()
         expected[position] = fullRecord();
         QCOMPARE(model->collections(), expected);
         QCOMPARE(log.lines(),
-                 Lines({u"modified of 5"_qs, u"changed %1 Full of 5"_qs.arg(position),
-                        u"changed of 5"_qs}));
+                 Lines({u"modified of 5"_s, u"changed %1 Full of 5"_s.arg(position),
+                        u"changed of 5"_s}));
         QCOMPARE(log.records(), Collections({fullRecord()}));
     }
 }
@@ -78,8 +80,7 @@ void TstModelCollections::replacingACollectionByItsEqualCountsToo()
     const CollectionLog log(model.get());
     model->setCollectionByPos(2, Five.at(2));
     QCOMPARE(model->collections(), Five);
-    QCOMPARE(log.lines(),
-             Lines({u"modified of 5"_qs, u"changed 2 Mine of 5"_qs, u"changed of 5"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified of 5"_s, u"changed 2 Mine of 5"_s, u"changed of 5"_s}));
 }
 
 void TstModelCollections::aCollectionIsReplacedByIdentity()
@@ -88,8 +89,7 @@ void TstModelCollections::aCollectionIsReplacedByIdentity()
     const CollectionLog log(model.get());
     model->setCollectionById(Five.at(4).mId, fullRecord());
     QCOMPARE(model->findCollectionByPos(4), fullRecord());
-    QCOMPARE(log.lines(),
-             Lines({u"modified of 5"_qs, u"changed 4 Full of 5"_qs, u"changed of 5"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified of 5"_s, u"changed 4 Full of 5"_s, u"changed of 5"_s}));
     QVERIFY(!model->hasCollectionWithId(Five.at(4).mId));
 }
 
@@ -116,7 +116,7 @@ void TstModelCollections::aColorIsSet()
         expected.mColor = color;
         QCOMPARE(model->findCollectionByPos(3), expected);
         QCOMPARE(log.lines(),
-                 Lines({u"modified of 5"_qs, u"changed 3 Search of 5"_qs, u"changed of 5"_qs}));
+                 Lines({u"modified of 5"_s, u"changed 3 Search of 5"_s, u"changed of 5"_s}));
         QCOMPARE(log.records(), Collections({expected}));
     }
 }
@@ -127,8 +127,7 @@ void TstModelCollections::aColorIsSetByIdentity()
     const CollectionLog log(model.get());
     model->setCollectionColor(Five.at(2).mId, QColor(1, 2, 3));
     QCOMPARE(model->findCollectionByPos(2).mColor, QColor(1, 2, 3));
-    QCOMPARE(log.lines(),
-             Lines({u"modified of 5"_qs, u"changed 2 Mine of 5"_qs, u"changed of 5"_qs}));
+    QCOMPARE(log.lines(), Lines({u"modified of 5"_s, u"changed 2 Mine of 5"_s, u"changed of 5"_s}));
 }
 
 void TstModelCollections::somethingWithoutColorOfItsOwnTakesNone()
@@ -137,7 +136,7 @@ void TstModelCollections::somethingWithoutColorOfItsOwnTakesNone()
     TVLCollectionMetaData nameless = Five.at(2);
     nameless.mId.clear();
     const Collections given =
-        Five + Collections({nameless, collection(TVL::NoCollection, u"None"_qs)});
+        Five + Collections({nameless, collection(TVL::NoCollection, u"None"_s)});
     model->setCollections(given);
     const CollectionLog log(model.get());
     for (const int position : {0, 1, 5, 6}) {
@@ -155,13 +154,13 @@ void TstModelCollections::theSearchResultsBecomeASearch()
     const CollectionLog log(model.get());
     model->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
     TVLCollectionMetaData expected = fullRecord(TVL::RecentSearchCollection);
-    expected.mTitle = u"Search Results"_qs;
+    expected.mTitle = u"Search Results"_s;
     expected.mColor = QColor();
     QCOMPARE(model->recentSearch(), expected);
     QCOMPARE(model->findCollectionByPos(1), expected);
-    QCOMPARE(titles(model.get()), u"Binder Search Results Mine Search Yours"_qs);
+    QCOMPARE(titles(model.get()), u"Binder Search Results Mine Search Yours"_s);
     QCOMPARE(log.lines(),
-             Lines({u"modified of 5"_qs, u"changed 1 Search Results of 5"_qs, u"changed of 5"_qs}));
+             Lines({u"modified of 5"_s, u"changed 1 Search Results of 5"_s, u"changed of 5"_s}));
     QCOMPARE(log.records(), Collections({expected}));
 }
 
@@ -170,10 +169,10 @@ void TstModelCollections::aRecordOfAnotherKindGoesToTheFirstOfIt()
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
     model->setRecentSearch(fullRecord(TVL::ArbitraryCollection));
-    QCOMPARE(titles(model.get()), u"Binder Found Search Results Search Yours"_qs);
+    QCOMPARE(titles(model.get()), u"Binder Found Search Results Search Yours"_s);
     QCOMPARE(model->findCollectionByPos(2).mId, fullRecord().mId);
     QCOMPARE(model->findCollectionByPos(2).mColor, QColor());
-    QCOMPARE(log.lines().at(1), u"changed 2 Search Results of 5"_qs);
+    QCOMPARE(log.lines().at(1), u"changed 2 Search Results of 5"_s);
 }
 
 void TstModelCollections::aRecordOfNoKindInTheListGoesNowhere()
@@ -196,7 +195,7 @@ void TstModelCollections::theTitleOfTheSearchResultsIsTranslated()
     const EchoTranslator translator;
     model->setRecentSearch(fullRecord(TVL::RecentSearchCollection));
     QCOMPARE(model->recentSearch().mTitle,
-             u"TVLProjectModel|Search Results|Search results collection"_qs);
+             u"TVLProjectModel|Search Results|Search results collection"_s);
 }
 
 void TstModelCollections::nothingHappensOutsideTheList_data()
@@ -216,13 +215,13 @@ void TstModelCollections::nothingHappensOutsideTheList()
     const QModelIndexList items = {model->index(3)};
     model->removeCollection(position);
     model->setCollectionByPos(position, fullRecord());
-    model->setCollectionById(u"no such"_qs, fullRecord());
+    model->setCollectionById(u"no such"_s, fullRecord());
     model->setCollectionColor(position, QColor(1, 2, 3));
-    model->setCollectionColor(u"no such"_qs, QColor(1, 2, 3));
+    model->setCollectionColor(u"no such"_s, QColor(1, 2, 3));
     model->addToCollection(position, items);
-    model->addToCollection(u"no such"_qs, items);
+    model->addToCollection(u"no such"_s, items);
     model->removeFromCollection(position, items);
-    model->removeFromCollection(u"no such"_qs, items);
+    model->removeFromCollection(u"no such"_s, items);
     QCOMPARE(model->collections(), Five);
     QCOMPARE(log.lines(), Lines());
     QVERIFY(model->isSaved());
@@ -234,7 +233,7 @@ void TstModelCollections::everyChangeMarksASavedProject_data()
     using Model = TVLProjectModel;
     const auto add = [](const char *name, const Action &change) { QTest::newRow(name) << change; };
     add("insert", [](Model *model) { model->insertCollection(2, fullRecord()); });
-    add("insert items", [](Model *model) { model->insertCollection(2, {}, u"New"_qs, QColor()); });
+    add("insert items", [](Model *model) { model->insertCollection(2, {}, u"New"_s, QColor()); });
     add("remove", [](Model *model) { model->removeCollection(2); });
     add("move", [](Model *model) { model->moveCollection(2, 0); });
     add("replace", [](Model *model) { model->setCollectionByPos(2, fullRecord()); });
@@ -244,7 +243,7 @@ void TstModelCollections::everyChangeMarksASavedProject_data()
     add("add item", [](Model *model) { model->addToCollection(2, {model->index(0)}); });
     add("remove item", [](Model *model) { model->removeFromCollection(2, {model->index(3)}); });
     add("updated", [](Model *model) { model->setCollectionUpdatedDocuments({3}); });
-    add("ensure", [](Model *model) { (void)model->ensureCollection(u"New"_qs, QColor()); });
+    add("ensure", [](Model *model) { (void)model->ensureCollection(u"New"_s, QColor()); });
 }
 
 void TstModelCollections::everyChangeMarksASavedProject()
@@ -280,8 +279,8 @@ void TstModelCollections::allSearchesAreAnnouncedToSearchAgain()
     const CollectionLog log(model.get());
     model->updateSearchCollections();
     QCOMPARE(log.lines(),
-             Lines({u"changed 0 Full of 6"_qs, u"changed of 6"_qs, u"changed 2 Found of 6"_qs,
-                    u"changed of 6"_qs, u"changed 4 Search of 6"_qs, u"changed of 6"_qs}));
+             Lines({u"changed 0 Full of 6"_s, u"changed of 6"_s, u"changed 2 Found of 6"_s,
+                    u"changed of 6"_s, u"changed 4 Search of 6"_s, u"changed of 6"_s}));
     QCOMPARE(log.records(), Collections({before.at(0), before.at(2), before.at(4)}));
     QCOMPARE(model->collections(), before);
     QVERIFY(model->isSaved());
@@ -293,16 +292,16 @@ void TstModelCollections::aMissingTitleIsMadeAtTheEnd()
 {
     const auto model = modelOfFive();
     const CollectionLog log(model.get());
-    const TVLCollectionMetaData made = model->ensureCollection(u"New"_qs, QColor(1, 2, 3));
+    const TVLCollectionMetaData made = model->ensureCollection(u"New"_s, QColor(1, 2, 3));
     QCOMPARE(made, model->findCollectionByPos(5));
-    QCOMPARE(made.mTitle, u"New"_qs);
+    QCOMPARE(made.mTitle, u"New"_s);
     QCOMPARE(made.mColor, QColor(1, 2, 3));
     QCOMPARE(int(made.mType), int(TVL::ArbitraryCollection));
     QCOMPARE(made.mIds, Ids());
     QVERIFY(!made.mId.isEmpty());
     QCOMPARE(log.lines(),
-             Lines({u"to come 5 New of 5"_qs, u"modified of 6"_qs, u"came 5 New of 6"_qs,
-                    u"changed of 6"_qs}));
+             Lines({u"to come 5 New of 5"_s, u"modified of 6"_s, u"came 5 New of 6"_s,
+                    u"changed of 6"_s}));
 }
 
 void TstModelCollections::aKnownTitleIsNotMadeAgain()
@@ -322,15 +321,15 @@ void TstModelCollections::aTitleWithoutIdentityIsMadeOnceMore()
     TVLCollectionMetaData nameless = Five.at(2);
     nameless.mId.clear();
     model->setCollections(
-        {Five.at(0), Five.at(1), nameless, collection(TVL::NoCollection, u"None"_qs)});
-    for (const QString &title : {u"Mine"_qs, u"None"_qs}) {
+        {Five.at(0), Five.at(1), nameless, collection(TVL::NoCollection, u"None"_s)});
+    for (const QString &title : {u"Mine"_s, u"None"_s}) {
         const TVLCollectionMetaData made = model->ensureCollection(title, QColor());
         QVERIFY(!made.mId.isEmpty());
         QCOMPARE(made.mTitle, title);
         QCOMPARE(int(made.mType), int(TVL::ArbitraryCollection));
         QCOMPARE(made, model->collections().constLast());
     }
-    QCOMPARE(titles(model.get()), u"Binder Found Mine None Mine None"_qs);
+    QCOMPARE(titles(model.get()), u"Binder Found Mine None Mine None"_s);
 }
 
 namespace {
@@ -350,10 +349,10 @@ void TstModelCollections::syncResultsAreMadeOnceWithARandomColor_data()
     QTest::addColumn<QString>("title");
     QTest::newRow("updated") << SyncResults{&TVLProjectModel::updatedDocumentsCollection,
                                             &TVLProjectModel::updatedDocumentsCollectionExists}
-                             << u"Updated Documents"_qs;
+                             << u"Updated Documents"_s;
     QTest::newRow("synced") << SyncResults{&TVLProjectModel::syncedDocumentsCollection,
                                            &TVLProjectModel::syncedDocumentsCollectionExists}
-                            << u"Synced Documents"_qs;
+                            << u"Synced Documents"_s;
 }
 
 void TstModelCollections::syncResultsAreMadeOnceWithARandomColor()
@@ -388,8 +387,8 @@ void TstModelCollections::titlesOfSyncResultsAreTranslated()
     const EchoTranslator translator;
     const TVLCollectionMetaData updated = model->updatedDocumentsCollection();
     const TVLCollectionMetaData synced = model->syncedDocumentsCollection();
-    QCOMPARE(updated.mTitle, u"TVLCollectionMetaData|Updated Documents|"_qs);
-    QCOMPARE(synced.mTitle, u"TVLCollectionMetaData|Synced Documents|"_qs);
+    QCOMPARE(updated.mTitle, u"TVLCollectionMetaData|Updated Documents|"_s);
+    QCOMPARE(synced.mTitle, u"TVLCollectionMetaData|Synced Documents|"_s);
     // The records must know them by the same words.
     QVERIFY(updated.isSyncResultsCollection() && synced.isSyncResultsCollection());
 }
@@ -407,8 +406,8 @@ void TstModelCollections::updatedDocumentsAreReplacedWhenTheyDiffer()
     expected.mIds = {3, 1};
     model->setCollectionUpdatedDocuments({3, 1});
     QCOMPARE(model->findCollectionByPos(5), expected);
-    const Lines lines = {u"modified of 6"_qs, u"changed 5 Updated Documents of 6"_qs,
-                         u"changed of 6"_qs};
+    const Lines lines = {u"modified of 6"_s, u"changed 5 Updated Documents of 6"_s,
+                         u"changed of 6"_s};
     QCOMPARE(log.lines(), lines);
     model->setCollectionUpdatedDocuments({3, 1});
     QCOMPARE(log.lines(), lines);
@@ -422,7 +421,7 @@ void TstModelCollections::updatedDocumentsOfAMissingCollectionMakeIt()
     const auto model = modelOfFive();
     model->setCollectionUpdatedDocuments({3});
     QCOMPARE(model->collections().size(), 6);
-    QCOMPARE(model->findCollectionByTitle(u"Updated Documents"_qs).mIds, Ids{3});
+    QCOMPARE(model->findCollectionByTitle(u"Updated Documents"_s).mIds, Ids{3});
     QVERIFY(!model->syncedDocumentsCollectionExists());
 }
 
@@ -432,7 +431,7 @@ void TstModelCollections::collectionsForSyncAreNeitherBuiltInNorResults()
     (void)model->updatedDocumentsCollection();
     (void)model->syncedDocumentsCollection();
     TVLCollectionMetaData namesake = fullRecord();
-    namesake.mTitle = u"Synced Documents"_qs;
+    namesake.mTitle = u"Synced Documents"_s;
     model->insertCollection(0, namesake);
     QCOMPARE(model->collectionsForExternalFolderSync(), Five.mid(2));
     QVERIFY(model->hasCollectionsForExternalFolderSync());

@@ -6,12 +6,14 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LargestId = std::numeric_limits<int>::max();
 
-const QUuid TakenUuid = QUuid(u"{11111111-2222-3333-4444-555555555555}"_qs);
-const QUuid FreeUuid = QUuid(u"{66666666-7777-8888-9999-aaaaaaaaaaaa}"_qs);
+const QUuid TakenUuid = QUuid(u"{11111111-2222-3333-4444-555555555555}"_s);
+const QUuid FreeUuid = QUuid(u"{66666666-7777-8888-9999-aaaaaaaaaaaa}"_s);
 
 QSet<int> idsOf(const TVLProjectModel *model)
 {
@@ -191,12 +193,12 @@ void TstModelIds::theLargestIdInABinderDoesNotOverflow()
     const QByteArray items = "<BinderItem ID=\"2147483647\" "
                              "UUID=\"11111111-2222-3333-4444-555555555555\" Type=\"Text\">"
                              "<Title>Last</Title></BinderItem>";
-    project.writeFile(u"Novel.tavelx"_qs, binderXml(items));
+    project.writeFile(u"Novel.tavelx"_s, binderXml(items));
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(model->findBiggestNodeId(), LargestId);
     QVERIFY(model->insertRows(0, 3));
-    const QModelIndex folder = model->insertUserFolder(-1, QModelIndex(), u"Folder"_qs);
+    const QModelIndex folder = model->insertUserFolder(-1, QModelIndex(), u"Folder"_s);
     QVERIFY(model->nodeIdentity(folder) >= 0);
     QCOMPARE(idsOf(model.get()).size(), 5);
     QCOMPARE(mapsOutOfStep(model.get()), QString());

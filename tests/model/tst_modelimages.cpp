@@ -12,9 +12,11 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString CardFile = u"Files/Docs/3_icImage.png"_qs;
+const QString CardFile = u"Files/Docs/3_icImage.png"_s;
 
 QImage imageOf(int width, int height, Qt::GlobalColor color = Qt::red)
 {
@@ -94,12 +96,12 @@ void TstModelImages::anItemHasNoCardImageAtFirst()
 void TstModelImages::aCardImageIsWrittenAtOnce()
 {
     const ImageFixture f;
-    f.node()->mIndexCardImageFileExtension = u"jpg"_qs;
+    f.node()->mIndexCardImageFileExtension = u"jpg"_s;
     SignalLog log(f.model.get());
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QVERIFY(isTouched(f.model.get(), f.index));
-    QCOMPARE(f.node()->mIndexCardImageFileExtension, u"png"_qs);
+    QCOMPARE(f.node()->mIndexCardImageFileExtension, u"png"_s);
     QCOMPARE(QImage(f.project.path(CardFile)).size(), QSize(20, 10));
     QVERIFY(f.node()->hasIndexCardPixmap());
     QVERIFY(f.model->hasIndexCardImage(f.index));
@@ -125,7 +127,7 @@ void TstModelImages::aNullImageRemovesTheCardImage()
     makeAllOld(f.model.get());
     SignalLog log(f.model.get());
     QVERIFY(f.model->setIndexCardImage(f.index, QImage()));
-    QCOMPARE(log.lines(), QStringList({u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"data 3"_s}));
     QVERIFY(isTouched(f.model.get(), f.index));
     QVERIFY(!QFileInfo::exists(f.project.path(CardFile)));
     QVERIFY(!f.node()->hasIndexCardPixmap());
@@ -140,20 +142,20 @@ void TstModelImages::anEqualImageIsWrittenAgain()
     QVERIFY(QFile::remove(f.project.path(CardFile)));
     SignalLog log(f.model.get());
     QVERIFY(f.model->setIndexCardImage(f.index, imageOf(20, 10)));
-    QCOMPARE(log.lines(), QStringList({u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"data 3"_s}));
     QVERIFY(f.model->hasIndexCardImage(f.index));
 }
 
 void TstModelImages::aCardImageThatCannotBeWrittenChangesNothing()
 {
     const ImageFixture f;
-    f.node()->mIndexCardImageFileExtension = u"jpg"_qs;
+    f.node()->mIndexCardImageFileExtension = u"jpg"_s;
     f.node()->setIndexCardPixmap(QPixmap::fromImage(imageOf(5, 5)));
-    f.project.writeFile(CardFile + u"/inside"_qs, "a folder where the file belongs");
+    f.project.writeFile(CardFile + u"/inside"_s, "a folder where the file belongs");
     SignalLog log(f.model.get());
     QVERIFY(!f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(!f.model->setIndexCardImage(f.index, QImage()));
-    QCOMPARE(f.node()->mIndexCardImageFileExtension, u"jpg"_qs);
+    QCOMPARE(f.node()->mIndexCardImageFileExtension, u"jpg"_s);
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(5, 5));
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(!isTouched(f.model.get(), f.index));
@@ -165,9 +167,9 @@ void TstModelImages::anItemWithoutIdHasNoPlaceForAnImage()
     f.model->clearIndexId(f.index);
     QVERIFY(!f.model->setIndexCardImage(f.index, imageOf(20, 10)));
     QVERIFY(!f.model->setIndexCardImage(f.model->rootIndex(), imageOf(20, 10)));
-    QVERIFY(!QFileInfo::exists(f.project.path(u"Files/Docs/-1_icImage.png"_qs)));
-    f.project.writeFile(u"Files/Docs/-1_icImage.png"_qs, "x");
-    f.node()->mIndexCardImageFileExtension = u"png"_qs;
+    QVERIFY(!QFileInfo::exists(f.project.path(u"Files/Docs/-1_icImage.png"_s)));
+    f.project.writeFile(u"Files/Docs/-1_icImage.png"_s, "x");
+    f.node()->mIndexCardImageFileExtension = u"png"_s;
     QVERIFY(!f.model->hasIndexCardImage(f.index));
     QVERIFY(!f.model->isImage(f.node()));
 }
@@ -237,7 +239,7 @@ void TstModelImages::attributesTakenOverRefreshTheCard()
     f.project.writeFile(CardFile, {});
     QVERIFY(imageOf(20, 10).save(f.project.path(CardFile)));
     TVLProjectNodeProperties record = f.model->nodeProperties(f.index);
-    record.mIndexCardImageFileExtension = u"png"_qs;
+    record.mIndexCardImageFileExtension = u"png"_s;
     QVERIFY(mobile ? f.model->applyMobileAttributes(f.index, record)
                    : f.model->applyDesktopAttributes(f.index, record));
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(20, 10));
@@ -246,8 +248,8 @@ void TstModelImages::attributesTakenOverRefreshTheCard()
 void TstModelImages::theItemsOwnFileServesAsCard()
 {
     const ImageFixture f;
-    f.node()->mFileExtension = u"bmp"_qs;
-    QVERIFY(TVLProjectFolderFormat::writeImageFile(f.project.path(), 3, u"bmp"_qs, imageOf(7, 8)));
+    f.node()->mFileExtension = u"bmp"_s;
+    QVERIFY(TVLProjectFolderFormat::writeImageFile(f.project.path(), 3, u"bmp"_s, imageOf(7, 8)));
     QVERIFY(!f.model->hasIndexCardImage(f.index));
     QCOMPARE(f.model->rawDataImage(f.index).size(), QSize(7, 8));
     QCOMPARE(f.model->indexCardPixmap(f.index).size(), QSize(7, 8));
@@ -258,10 +260,10 @@ void TstModelImages::theItemsOwnFileServesAsCard()
 void TstModelImages::aDamagedCardImageGivesWayToTheItemsOwnFile()
 {
     const ImageFixture f;
-    f.node()->mIndexCardImageFileExtension = u"png"_qs;
-    f.node()->mFileExtension = u"bmp"_qs;
+    f.node()->mIndexCardImageFileExtension = u"png"_s;
+    f.node()->mFileExtension = u"bmp"_s;
     f.project.writeFile(CardFile, "no image");
-    QVERIFY(TVLProjectFolderFormat::writeImageFile(f.project.path(), 3, u"bmp"_qs, imageOf(7, 8)));
+    QVERIFY(TVLProjectFolderFormat::writeImageFile(f.project.path(), 3, u"bmp"_s, imageOf(7, 8)));
     QVERIFY(f.model->hasIndexCardImage(f.index));
     QCOMPARE(f.model->rawDataImage(f.index).size(), QSize(7, 8));
 }
@@ -274,15 +276,15 @@ void TstModelImages::whatIsAnImage_data()
     QTest::addColumn<bool>("isImage");
     const QString none;
     QTest::newRow("plain text") << none << none << none << false;
-    QTest::newRow("card") << u"png"_qs << none << u"3_icImage.png"_qs << true;
-    QTest::newRow("card in capitals") << u"PNG"_qs << none << u"3_icImage.PNG"_qs << true;
-    QTest::newRow("card without file") << u"png"_qs << none << none << false;
-    QTest::newRow("card of another kind") << u"txt"_qs << none << u"3_icImage.txt"_qs << false;
-    QTest::newRow("image") << none << u"jpg"_qs << u"3.jpg"_qs << true;
-    QTest::newRow("image in capitals") << none << u"TIFF"_qs << u"3.TIFF"_qs << true;
-    QTest::newRow("image without file") << none << u"jpg"_qs << none << false;
-    QTest::newRow("PDF") << none << u"pdf"_qs << u"3.pdf"_qs << false;
-    QTest::newRow("PDF with a card") << u"png"_qs << u"pdf"_qs << u"3_icImage.png"_qs << true;
+    QTest::newRow("card") << u"png"_s << none << u"3_icImage.png"_s << true;
+    QTest::newRow("card in capitals") << u"PNG"_s << none << u"3_icImage.PNG"_s << true;
+    QTest::newRow("card without file") << u"png"_s << none << none << false;
+    QTest::newRow("card of another kind") << u"txt"_s << none << u"3_icImage.txt"_s << false;
+    QTest::newRow("image") << none << u"jpg"_s << u"3.jpg"_s << true;
+    QTest::newRow("image in capitals") << none << u"TIFF"_s << u"3.TIFF"_s << true;
+    QTest::newRow("image without file") << none << u"jpg"_s << none << false;
+    QTest::newRow("PDF") << none << u"pdf"_s << u"3.pdf"_s << false;
+    QTest::newRow("PDF with a card") << u"png"_s << u"pdf"_s << u"3_icImage.png"_s << true;
 }
 
 void TstModelImages::whatIsAnImage()
@@ -294,7 +296,7 @@ void TstModelImages::whatIsAnImage()
     f.node()->mIndexCardImageFileExtension = cardExtension;
     f.node()->mFileExtension = extension;
     if (!file.isEmpty())
-        f.project.writeFile(u"Files/Docs/"_qs + file, "x");
+        f.project.writeFile(u"Files/Docs/"_s + file, "x");
     QTEST(f.model->isImage(f.node()), "isImage");
     QTEST(f.model->imageIndexes(f.model->draftFolder()) == QModelIndexList({f.index}), "isImage");
 }
@@ -304,13 +306,13 @@ void TstModelImages::whatCanBeReadAsAnImage_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("extension");
     QTest::addColumn<bool>("canDisplay");
-    QTest::newRow("image") << int(TVL::Image) << u"png"_qs << true;
-    QTest::newRow("image in capitals") << int(TVL::Image) << u"PNG"_qs << true;
-    QTest::newRow("other file") << int(TVL::Other) << u"jpg"_qs << true;
-    QTest::newRow("image that nobody reads") << int(TVL::Image) << u"xyz"_qs << false;
+    QTest::newRow("image") << int(TVL::Image) << u"png"_s << true;
+    QTest::newRow("image in capitals") << int(TVL::Image) << u"PNG"_s << true;
+    QTest::newRow("other file") << int(TVL::Other) << u"jpg"_s << true;
+    QTest::newRow("image that nobody reads") << int(TVL::Image) << u"xyz"_s << false;
     QTest::newRow("image without a file") << int(TVL::Image) << QString() << false;
-    QTest::newRow("text") << int(TVL::Text) << u"png"_qs << false;
-    QTest::newRow("PDF") << int(TVL::PDF) << u"png"_qs << false;
+    QTest::newRow("text") << int(TVL::Text) << u"png"_s << false;
+    QTest::newRow("PDF") << int(TVL::PDF) << u"png"_s << false;
 }
 
 void TstModelImages::whatCanBeReadAsAnImage()
@@ -328,14 +330,14 @@ void TstModelImages::theExtensionsOfImagesAreInLowerCase()
 {
     for (const QStringList &extensions :
          {TVL::displayImageFormats(), TVLGuiUtil::readImageFormats()}) {
-        QVERIFY(extensions.contains(u"png"_qs));
-        QVERIFY(extensions.contains(u"jpg"_qs));
-        QVERIFY(extensions.contains(u"jpeg"_qs));
-        QVERIFY(!extensions.contains(u"pdf"_qs));
+        QVERIFY(extensions.contains(u"png"_s));
+        QVERIFY(extensions.contains(u"jpg"_s));
+        QVERIFY(extensions.contains(u"jpeg"_s));
+        QVERIFY(!extensions.contains(u"pdf"_s));
         for (const QString &extension : extensions)
             QCOMPARE(extension, extension.toLower());
     }
-    QVERIFY(TVL::displayImageFormats().contains(u"tiff"_qs));
+    QVERIFY(TVL::displayImageFormats().contains(u"tiff"_s));
 }
 
 void TstModelImages::anItemHasNoIconAtFirst()
@@ -344,7 +346,7 @@ void TstModelImages::anItemHasNoIconAtFirst()
     QVERIFY(f.model->icon(f.index).isNull());
     QVERIFY(f.model->icon(f.model->rootIndex()).isNull());
     QCOMPARE(f.model->customIconNames(), QStringList());
-    QVERIFY(f.model->customIcon(u"Star.png"_qs).isNull());
+    QVERIFY(f.model->customIcon(u"Star.png"_s).isNull());
     QVERIFY(f.model->customIcon(QString()).isNull());
 }
 
@@ -352,12 +354,12 @@ void TstModelImages::anItemShowsTheProjectsIcon()
 {
     const ImageFixture f;
     const ImageFixture other;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QCOMPARE(f.model->customIconNames(), QStringList({u"Star.png"_qs}));
-    QCOMPARE(f.model->customIcon(u"Star.png"_qs).size(), QSize(16, 16));
-    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_qs));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QCOMPARE(f.model->customIconNames(), QStringList({u"Star.png"_s}));
+    QCOMPARE(f.model->customIcon(u"Star.png"_s).size(), QSize(16, 16));
+    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_s));
     QCOMPARE(f.model->icon(f.index).pixmap(16).toImage().pixelColor(3, 3), QColor(Qt::red));
-    QVERIFY(f.model->setCustomIcon(f.index, u"Moon.png"_qs));
+    QVERIFY(f.model->setCustomIcon(f.index, u"Moon.png"_s));
     QVERIFY(f.model->icon(f.index).isNull());
     QVERIFY(other.model->icon(f.index).isNull());
 }
@@ -366,83 +368,83 @@ void TstModelImages::anIconMarksTheProject()
 {
     const ImageFixture f;
     SignalLog log(f.model.get());
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs}));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s}));
     QCOMPARE(touchedIds(f.model.get()), QList<int>());
 }
 
 void TstModelImages::anIconThatCannotBeAddedMarksNothing()
 {
     const ImageFixture f;
-    f.project.writeFile(u"Icons"_qs, "a file");
-    QVERIFY(!f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QVERIFY(!f.model->addCustomIcon(u"../Star.png"_qs, imageOf(16, 16)));
+    f.project.writeFile(u"Icons"_s, "a file");
+    QVERIFY(!f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QVERIFY(!f.model->addCustomIcon(u"../Star.png"_s, imageOf(16, 16)));
     QVERIFY(!f.model->isModified());
 }
 
 void TstModelImages::aReplacedIconIsShownAnew()
 {
     const ImageFixture f;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QCOMPARE(f.model->customIcon(u"Star.png"_qs).size(), QSize(16, 16));
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(32, 32)));
-    QCOMPARE(f.model->customIcon(u"Star.png"_qs).size(), QSize(32, 32));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QCOMPARE(f.model->customIcon(u"Star.png"_s).size(), QSize(16, 16));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(32, 32)));
+    QCOMPARE(f.model->customIcon(u"Star.png"_s).size(), QSize(32, 32));
 }
 
 void TstModelImages::renamingAnIconRenamesItForItsItems()
 {
     const ImageFixture f;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
-    for (const QString &title : {u"a"_qs, u"b"_qs})
-        f.model->setCustomIcon(itemTitled(f.model.get(), title), u"Star.png"_qs);
-    f.model->setCustomIcon(itemTitled(f.model.get(), u"c"_qs), u"Moon.png"_qs);
-    QVERIFY(!f.model->customIcon(u"Star.png"_qs).isNull());
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_s);
+    for (const QString &title : {u"a"_s, u"b"_s})
+        f.model->setCustomIcon(itemTitled(f.model.get(), title), u"Star.png"_s);
+    f.model->setCustomIcon(itemTitled(f.model.get(), u"c"_s), u"Moon.png"_s);
+    QVERIFY(!f.model->customIcon(u"Star.png"_s).isNull());
     makeAllOld(f.model.get());
     QVERIFY(f.model->save());
     SignalLog log(f.model.get());
-    QVERIFY(f.model->renameCustomIcon(u"Star.png"_qs, u"Sun.png"_qs));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 4"_qs, u"data 5"_qs}));
+    QVERIFY(f.model->renameCustomIcon(u"Star.png"_s, u"Sun.png"_s));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 4"_s, u"data 5"_s}));
     QCOMPARE(touchedIds(f.model.get()), QList<int>({4, 5}));
-    QCOMPARE(f.model->projectNode(f.model->index(5))->mIconFileName, u"Sun.png"_qs);
-    QCOMPARE(f.model->projectNode(f.model->index(6))->mIconFileName, u"Moon.png"_qs);
-    QCOMPARE(f.model->customIconNames(), QStringList({u"Sun.png"_qs}));
-    QVERIFY(f.model->customIcon(u"Star.png"_qs).isNull());
+    QCOMPARE(f.model->projectNode(f.model->index(5))->mIconFileName, u"Sun.png"_s);
+    QCOMPARE(f.model->projectNode(f.model->index(6))->mIconFileName, u"Moon.png"_s);
+    QCOMPARE(f.model->customIconNames(), QStringList({u"Sun.png"_s}));
+    QVERIFY(f.model->customIcon(u"Star.png"_s).isNull());
     QVERIFY(!f.model->icon(f.model->index(4)).isNull());
 }
 
 void TstModelImages::removingAnIconTakesItFromItsItems()
 {
     const ImageFixture f;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_qs));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_s));
     QVERIFY(!f.model->icon(f.index).isNull());
     makeAllOld(f.model.get());
     QVERIFY(f.model->save());
     SignalLog log(f.model.get());
-    QVERIFY(f.model->removeCustomIcon(u"Star.png"_qs));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QVERIFY(f.model->removeCustomIcon(u"Star.png"_s));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QCOMPARE(touchedIds(f.model.get()), QList<int>({3}));
     QCOMPARE(f.node()->mIconFileName, QString());
     QVERIFY(f.model->icon(f.index).isNull());
-    QVERIFY(f.model->customIcon(u"Star.png"_qs).isNull());
+    QVERIFY(f.model->customIcon(u"Star.png"_s).isNull());
 }
 
 void TstModelImages::anIconThatNobodyHasMarksNothing()
 {
     const ImageFixture f;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
     QVERIFY(f.model->save());
-    QVERIFY(f.model->renameCustomIcon(u"Star.png"_qs, u"Sun.png"_qs));
-    QVERIFY(f.model->removeCustomIcon(u"Sun.png"_qs));
+    QVERIFY(f.model->renameCustomIcon(u"Star.png"_s, u"Sun.png"_s));
+    QVERIFY(f.model->removeCustomIcon(u"Sun.png"_s));
     QVERIFY(!f.model->isModified());
 }
 
 void TstModelImages::anIconWhoseFileStaysKeepsItsItems_data()
 {
     QTest::addColumn<QString>("newName"); ///< Empty for a removal.
-    QTest::newRow("rename to one that is there") << u"Moon.png"_qs;
-    QTest::newRow("rename to a path") << u"../Star.png"_qs;
+    QTest::newRow("rename to one that is there") << u"Moon.png"_s;
+    QTest::newRow("rename to a path") << u"../Star.png"_s;
     QTest::newRow("removal") << QString();
 }
 
@@ -451,31 +453,31 @@ void TstModelImages::anIconWhoseFileStaysKeepsItsItems()
     QFETCH(const QString, newName);
     const ImageFixture f;
     if (!newName.isEmpty())
-        QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    QVERIFY(f.model->addCustomIcon(u"Moon.png"_qs, imageOf(8, 8)));
-    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_qs));
+        QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    QVERIFY(f.model->addCustomIcon(u"Moon.png"_s, imageOf(8, 8)));
+    QVERIFY(f.model->setCustomIcon(f.index, u"Star.png"_s));
     makeAllOld(f.model.get());
     QVERIFY(f.model->save());
-    QVERIFY(newName.isEmpty() ? !f.model->removeCustomIcon(u"Star.png"_qs)
-                              : !f.model->renameCustomIcon(u"Star.png"_qs, newName));
-    QCOMPARE(f.node()->mIconFileName, u"Star.png"_qs);
+    QVERIFY(newName.isEmpty() ? !f.model->removeCustomIcon(u"Star.png"_s)
+                              : !f.model->renameCustomIcon(u"Star.png"_s, newName));
+    QCOMPARE(f.node()->mIconFileName, u"Star.png"_s);
     QVERIFY(!isTouched(f.model.get(), f.index));
     QVERIFY(!f.model->isModified());
-    QCOMPARE(f.model->customIcon(u"Moon.png"_qs).size(), QSize(8, 8));
+    QCOMPARE(f.model->customIcon(u"Moon.png"_s).size(), QSize(8, 8));
 }
 
 void TstModelImages::itemsThatGoMeanwhileAreLeftAlone()
 {
     const ImageFixture f;
-    QVERIFY(f.model->addCustomIcon(u"Star.png"_qs, imageOf(16, 16)));
-    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
+    QVERIFY(f.model->addCustomIcon(u"Star.png"_s, imageOf(16, 16)));
+    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_s);
     for (int id = 4; id <= 6; ++id)
-        f.model->setCustomIcon(f.model->index(id), u"Star.png"_qs);
+        f.model->setCustomIcon(f.model->index(id), u"Star.png"_s);
     connect(f.model.get(), &TVLProjectModel::dataChanged, this, [&](const QModelIndex &index) {
         if (f.model->nodeIdentity(index) == 4)
             f.model->removeChildrenForIndex(index);
     });
-    QVERIFY(f.model->removeCustomIcon(u"Star.png"_qs));
+    QVERIFY(f.model->removeCustomIcon(u"Star.png"_s));
     QCOMPARE(f.model->rowCount(f.model->index(4)), 0);
     QCOMPARE(f.model->projectNode(f.model->index(6))->mIconFileName, QString());
 }
@@ -483,10 +485,10 @@ void TstModelImages::itemsThatGoMeanwhileAreLeftAlone()
 void TstModelImages::anItemWithAFileHasTheIconOfItsKind()
 {
     const ImageFixture f;
-    f.node()->mFileExtension = u"pdf"_qs;
+    f.node()->mFileExtension = u"pdf"_s;
     // Without its file it has the icon of any file.
     QVERIFY(!f.model->icon(f.index).isNull());
-    f.project.writeFile(u"Files/Docs/3.pdf"_qs, "pdf");
+    f.project.writeFile(u"Files/Docs/3.pdf"_s, "pdf");
     QVERIFY(!f.model->icon(f.index).isNull());
     const ImageFixture other;
     QVERIFY(other.model->icon(f.index).isNull());
@@ -495,7 +497,7 @@ void TstModelImages::anItemWithAFileHasTheIconOfItsKind()
 void TstModelImages::tintingAnnouncesEveryItem()
 {
     const ImageFixture f;
-    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_qs);
+    addTree(f.model.get(), f.model->researchFolder(), u"a(b) c"_s);
     QVERIFY(f.model->save());
     makeAllOld(f.model.get());
     QVERIFY(!f.model->tintIcons());
@@ -504,8 +506,8 @@ void TstModelImages::tintingAnnouncesEveryItem()
         f.model->setTintIcons(tint);
         QCOMPARE(f.model->tintIcons(), tint);
         QCOMPARE(log.lines(),
-                 QStringList({u"data 0"_qs, u"data 3"_qs, u"data 1"_qs, u"data 4"_qs, u"data 5"_qs,
-                              u"data 6"_qs, u"data 2"_qs}));
+                 QStringList({u"data 0"_s, u"data 3"_s, u"data 1"_s, u"data 4"_s, u"data 5"_s,
+                              u"data 6"_s, u"data 2"_s}));
     }
     QVERIFY(!f.model->isModified());
     QCOMPARE(touchedIds(f.model.get()), QList<int>());

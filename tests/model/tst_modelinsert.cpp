@@ -4,6 +4,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qint64 LongestTestMs = 60 * 1000;
@@ -57,10 +59,10 @@ void TstModelInsert::anInsertedItemIsAsTold()
 {
     const auto model = blankModel();
     const TVLProjectNode *node =
-        model->insertNode(-1, model->researchFolder(), TVL::PDF, u"pdf"_qs, u"Paper"_qs);
-    QCOMPARE(node->mTitle, u"Paper"_qs);
+        model->insertNode(-1, model->researchFolder(), TVL::PDF, u"pdf"_s, u"Paper"_s);
+    QCOMPARE(node->mTitle, u"Paper"_s);
     QCOMPARE(int(node->mNodeType), int(TVL::PDF));
-    QCOMPARE(node->mFileExtension, u"pdf"_qs);
+    QCOMPARE(node->mFileExtension, u"pdf"_s);
     QCOMPARE(node->mId, 4);
     QVERIFY(!node->mUuid.isNull());
     QVERIFY(isNow(node->mCreated));
@@ -74,7 +76,7 @@ void TstModelInsert::anInsertedItemWithoutTitleIsUntitled()
     const auto model = blankModel();
     const TVLProjectNode *node =
         model->insertNode(-1, QModelIndex(), TVL::Text, QString(), QString());
-    QCOMPARE(node->mTitle, u"Untitled"_qs);
+    QCOMPARE(node->mTitle, u"Untitled"_s);
 }
 
 void TstModelInsert::anInsertedItemGetsTheDefaultLabelAndStatus()
@@ -82,11 +84,10 @@ void TstModelInsert::anInsertedItemGetsTheDefaultLabelAndStatus()
     const auto model = blankModel();
     model->setDefaultLabelIdentity(1);
     model->setDefaultStatusIdentity(3);
-    const TVLProjectNode *node =
-        model->insertNode(-1, QModelIndex(), TVL::Text, QString(), u"x"_qs);
+    const TVLProjectNode *node = model->insertNode(-1, QModelIndex(), TVL::Text, QString(), u"x"_s);
     QCOMPARE(node->mLabelId, 1);
     QCOMPARE(node->mStatusId, 3);
-    const QModelIndex folder = model->insertUserFolder(-1, QModelIndex(), u"x"_qs);
+    const QModelIndex folder = model->insertUserFolder(-1, QModelIndex(), u"x"_s);
     QCOMPARE(model->labelIdentity(folder), 1);
     QCOMPARE(model->statusIdentity(folder), 3);
 }
@@ -95,10 +96,10 @@ void TstModelInsert::anItemIsInsertedAtItsRow_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("first") << 0 << QStringList({u"new"_qs, u"a"_qs, u"b"_qs});
-    QTest::newRow("in between") << 1 << QStringList({u"a"_qs, u"new"_qs, u"b"_qs});
-    QTest::newRow("behind the last") << 2 << QStringList({u"a"_qs, u"b"_qs, u"new"_qs});
-    QTest::newRow("at the end") << -1 << QStringList({u"a"_qs, u"b"_qs, u"new"_qs});
+    QTest::newRow("first") << 0 << QStringList({u"new"_s, u"a"_s, u"b"_s});
+    QTest::newRow("in between") << 1 << QStringList({u"a"_s, u"new"_s, u"b"_s});
+    QTest::newRow("behind the last") << 2 << QStringList({u"a"_s, u"b"_s, u"new"_s});
+    QTest::newRow("at the end") << -1 << QStringList({u"a"_s, u"b"_s, u"new"_s});
 }
 
 void TstModelInsert::anItemIsInsertedAtItsRow()
@@ -107,11 +108,11 @@ void TstModelInsert::anItemIsInsertedAtItsRow()
     QFETCH(const QStringList, expected);
     const auto model = blankModel();
     const QModelIndex research = model->researchFolder();
-    addItem(model.get(), research, TVL::Text, u"a"_qs);
-    addItem(model.get(), research, TVL::Text, u"b"_qs);
-    const TVLProjectNode *node = model->insertNode(row, research, TVL::Text, QString(), u"new"_qs);
+    addItem(model.get(), research, TVL::Text, u"a"_s);
+    addItem(model.get(), research, TVL::Text, u"b"_s);
+    const TVLProjectNode *node = model->insertNode(row, research, TVL::Text, QString(), u"new"_s);
     QCOMPARE(insertedTitles(model.get(), research), expected);
-    QCOMPARE(model->title(model->createIndex(node)), u"new"_qs);
+    QCOMPARE(model->title(model->createIndex(node)), u"new"_s);
 }
 
 void TstModelInsert::anInvalidParentIsTheRoot_data()
@@ -126,18 +127,18 @@ void TstModelInsert::anInvalidParentIsTheRoot()
     QFETCH(const bool, isDefault);
     const auto model = blankModel();
     const QModelIndex parent = isDefault ? QModelIndex() : model->rootIndex();
-    const QModelIndex folder = model->insertUserFolder(1, parent, u"new"_qs);
+    const QModelIndex folder = model->insertUserFolder(1, parent, u"new"_s);
     QCOMPARE(folder, model->index(1, 0));
     QVERIFY(model->insertRows(-1, 1, parent));
     QCOMPARE(insertedTitles(model.get(), QModelIndex()),
-             QStringList({u"Draft"_qs, u"new"_qs, u"Research"_qs, u"Trash"_qs, QString()}));
+             QStringList({u"Draft"_s, u"new"_s, u"Research"_s, u"Trash"_s, QString()}));
 }
 
 void TstModelInsert::insertingAnItemMarksNothing()
 {
     const auto model = blankModel();
-    model->insertNode(-1, QModelIndex(), TVL::Text, QString(), u"x"_qs);
-    model->insertUserFolder(-1, QModelIndex(), u"x"_qs);
+    model->insertNode(-1, QModelIndex(), TVL::Text, QString(), u"x"_s);
+    model->insertUserFolder(-1, QModelIndex(), u"x"_s);
     QVERIFY(model->isSaved());
 }
 
@@ -145,11 +146,11 @@ void TstModelInsert::insertingAnItemAnnouncesTheRow()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    model->insertNode(0, model->draftFolder(), TVL::Text, QString(), u"x"_qs);
-    model->insertNode(-1, model->draftFolder(), TVL::Text, QString(), u"x"_qs);
+    model->insertNode(0, model->draftFolder(), TVL::Text, QString(), u"x"_s);
+    model->insertNode(-1, model->draftFolder(), TVL::Text, QString(), u"x"_s);
     QCOMPARE(log.lines(),
-             QStringList({u"rows 0-0 below 0 to come"_qs, u"rows 0-0 below 0"_qs,
-                          u"rows 2-2 below 0 to come"_qs, u"rows 2-2 below 0"_qs}));
+             QStringList({u"rows 0-0 below 0 to come"_s, u"rows 0-0 below 0"_s,
+                          u"rows 2-2 below 0 to come"_s, u"rows 2-2 below 0"_s}));
 }
 
 void TstModelInsert::topLevelRowsAreAnnouncedWithADefaultParent()
@@ -157,7 +158,7 @@ void TstModelInsert::topLevelRowsAreAnnouncedWithADefaultParent()
     const auto model = blankModel();
     QSignalSpy aboutToInsert(model.get(), &TVLProjectModel::rowsAboutToBeInserted);
     QSignalSpy inserted(model.get(), &TVLProjectModel::rowsInserted);
-    model->insertNode(-1, model->rootIndex(), TVL::Text, QString(), u"x"_qs);
+    model->insertNode(-1, model->rootIndex(), TVL::Text, QString(), u"x"_s);
     QVERIFY(model->insertRows(0, 2, model->rootIndex()));
     QCOMPARE(aboutToInsert.count(), 2);
     QCOMPARE(inserted.count(), 2);
@@ -181,12 +182,12 @@ void TstModelInsert::itemsMayBeInsertedInTheTrashFolderOneByOne()
 void TstModelInsert::aUserFolderIsAFolder()
 {
     const auto model = blankModel();
-    const QModelIndex folder = model->insertUserFolder(0, model->draftFolder(), u"Part One"_qs);
+    const QModelIndex folder = model->insertUserFolder(0, model->draftFolder(), u"Part One"_s);
     QCOMPARE(folder, model->index(0, 0, model->draftFolder()));
     QCOMPARE(int(model->type(folder)), int(TVL::Folder));
-    QCOMPARE(model->title(folder), u"Part One"_qs);
+    QCOMPARE(model->title(folder), u"Part One"_s);
     QCOMPARE(model->projectNode(folder)->mFileExtension, QString());
-    QCOMPARE(model->title(model->insertUserFolder(0, folder, QString())), u"Untitled"_qs);
+    QCOMPARE(model->title(model->insertUserFolder(0, folder, QString())), u"Untitled"_s);
 }
 
 void TstModelInsert::rowsAreInsertedWhereTheyMay_data()
@@ -265,7 +266,7 @@ void TstModelInsert::insertedRowsAreUntitledTextsWithDefaults()
         const QModelIndex index = model->index(row, 0, model->draftFolder());
         QCOMPARE(int(model->type(index)), int(TVL::Text));
         QCOMPARE(model->title(index), QString());
-        QCOMPARE(model->data(index), QVariant(u"Untitled"_qs));
+        QCOMPARE(model->data(index), QVariant(u"Untitled"_s));
         QCOMPARE(model->labelIdentity(index), 0);
         QCOMPARE(model->statusIdentity(index), 2);
         QCOMPARE(model->projectNode(index)->mFileExtension, QString());
@@ -287,7 +288,7 @@ void TstModelInsert::insertedRowsAreAnnouncedAtOnce()
     const SignalLog log(model.get());
     QVERIFY(model->insertRows(-1, 3, model->draftFolder()));
     QCOMPARE(log.lines(),
-             QStringList({u"rows 1-3 below 0 to come"_qs, u"rows 1-3 below 0"_qs, u"modified"_qs}));
+             QStringList({u"rows 1-3 below 0 to come"_s, u"rows 1-3 below 0"_s, u"modified"_s}));
 }
 
 void TstModelInsert::insertedRowsMarkTheProject()
@@ -305,7 +306,7 @@ void TstModelInsert::insertedItemsAreInTheMaps()
 {
     for (const TVL::FormatVersion version : {TVL::FormatVersion16, TVL::FormatVersion23}) {
         const auto model = emptyModel(version);
-        model->insertUserFolder(-1, QModelIndex(), u"x"_qs);
+        model->insertUserFolder(-1, QModelIndex(), u"x"_s);
         QCOMPARE(mapsOutOfStep(model.get()), QString());
         QVERIFY(model->insertRows(0, 5, model->index(0, 0)));
         QCOMPARE(mapsOutOfStep(model.get()), QString());

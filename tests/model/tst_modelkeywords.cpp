@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Ids = QList<int>;
@@ -23,12 +25,12 @@ const QByteArray Dates = "Created='2024-01-02 03:04:05 +0000' Modified='2024-01-
 TestModel modelWithKeywords()
 {
     auto model = blankModel();
-    addTree(model.get(), model->draftFolder(), u"x y z"_qs);
+    addTree(model.get(), model->draftFolder(), u"x y z"_s);
     TVLKeywordModel *keywords = model->keywordModel();
-    keywords->insertItem(0, QModelIndex(), u"a"_qs);
-    keywords->insertItem(1, QModelIndex(), u"b"_qs);
-    keywords->insertItem(0, keywords->index(2), u"c"_qs);
-    keywords->insertItem(2, QModelIndex(), u"d"_qs);
+    keywords->insertItem(0, QModelIndex(), u"a"_s);
+    keywords->insertItem(1, QModelIndex(), u"b"_s);
+    keywords->insertItem(0, keywords->index(2), u"c"_s);
+    keywords->insertItem(2, QModelIndex(), u"d"_s);
     for (int id = 1; id <= 4; ++id)
         keywords->setColor(keywords->index(id), QColor(id, id, id));
     makeAllOld(model.get());
@@ -49,16 +51,16 @@ QString documentsOutOfStep(const TVLProjectModel *model)
     for (int id = 0; id < 200; ++id) {
         if (TVLProjectModelTestAccess::searchIndex(model).affectedDocuments(id)
             != documents.take(id))
-            return u"the search index has other items for keyword %1"_qs.arg(id);
+            return u"the search index has other items for keyword %1"_s.arg(id);
     }
-    return documents.isEmpty() ? QString() : u"an item has an unexpected keyword"_qs;
+    return documents.isEmpty() ? QString() : u"an item has an unexpected keyword"_s;
 }
 
 QStringList dataLines(const Ids &ids)
 {
     QStringList lines;
     for (const int id : ids)
-        lines.append(u"data %1"_qs.arg(id));
+        lines.append(u"data %1"_s.arg(id));
     return lines;
 }
 
@@ -112,7 +114,7 @@ void TstModelKeywords::keywordIdsAreSet()
     const SignalLog log(model.get());
     QVERIFY(model->setKeywordIds(model->index(4), {3, 1}));
     QCOMPARE(model->keywordIds(model->index(4)), Ids({3, 1}));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 4"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 4"_s}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
     QCOMPARE(documentsOutOfStep(model.get()), QString());
     QVERIFY(model->setKeywordIds(model->index(4), {}));
@@ -126,7 +128,7 @@ void TstModelKeywords::anEqualListChangesNothing()
     makeAllOld(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setKeywordIds(model->index(4), {3, 1}));
-    QVERIFY(model->setKeywords(model->index(4), {u"C"_qs, u" a "_qs, u"c"_qs}));
+    QVERIFY(model->setKeywords(model->index(4), {u"C"_s, u" a "_s, u"c"_s}));
     QCOMPARE(log.lines(), QStringList());
     QCOMPARE(touchedIds(model.get()), Ids());
 }
@@ -151,13 +153,13 @@ void TstModelKeywords::keywordsComeInTheItemsOrder()
     const auto model = modelWithKeywords();
     const QModelIndex index = model->index(5);
     QVERIFY(model->setKeywordIds(index, {4, 1, 3}));
-    QCOMPARE(model->keywords(index), QStringList({u"d"_qs, u"a"_qs, u"c"_qs}));
+    QCOMPARE(model->keywords(index), QStringList({u"d"_s, u"a"_s, u"c"_s}));
     QCOMPARE(model->keywordColors(index),
              QList<QColor>({QColor(4, 4, 4), QColor(1, 1, 1), QColor(3, 3, 3)}));
     const QList<QPair<QString, QColor>> expected = {
-        {u"d"_qs, QColor(4, 4, 4)}, {u"a"_qs, QColor(1, 1, 1)}, {u"c"_qs, QColor(3, 3, 3)}};
+        {u"d"_s, QColor(4, 4, 4)}, {u"a"_s, QColor(1, 1, 1)}, {u"c"_s, QColor(3, 3, 3)}};
     QCOMPARE(model->keywordsWithColor(index), expected);
-    QCOMPARE(model->keywordTitle(2), u"b"_qs);
+    QCOMPARE(model->keywordTitle(2), u"b"_s);
 }
 
 void TstModelKeywords::aKeywordThatIsGoneHasNeitherTitleNorColor()
@@ -165,7 +167,7 @@ void TstModelKeywords::aKeywordThatIsGoneHasNeitherTitleNorColor()
     const auto model = modelWithKeywords();
     const QModelIndex index = model->index(5);
     QVERIFY(model->setKeywordIds(index, {77, 1}));
-    QCOMPARE(model->keywords(index), QStringList({QString(), u"a"_qs}));
+    QCOMPARE(model->keywords(index), QStringList({QString(), u"a"_s}));
     QCOMPARE(model->keywordColors(index), QList<QColor>({QColor(), QColor(1, 1, 1)}));
     QCOMPARE(model->keywordTitle(77), QString());
     QCOMPARE(model->keywordTitle(-1), QString());
@@ -178,9 +180,9 @@ void TstModelKeywords::keywordsAreSetByTitle()
 {
     const auto model = modelWithKeywords();
     const SignalLog log(model.get());
-    QVERIFY(model->setKeywords(model->index(6), {u"d"_qs, u"C"_qs}));
+    QVERIFY(model->setKeywords(model->index(6), {u"d"_s, u"C"_s}));
     QCOMPARE(model->keywordIds(model->index(6)), Ids({4, 3}));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 6"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 6"_s}));
     QCOMPARE(model->keywordModel()->orderedIds(), Ids({1, 2, 3, 4}));
     QVERIFY(model->setKeywords(model->index(6), {}));
     QCOMPARE(model->keywordIds(model->index(6)), Ids());
@@ -189,10 +191,9 @@ void TstModelKeywords::keywordsAreSetByTitle()
 void TstModelKeywords::anUnknownTitleMakesTheKeywordOnce()
 {
     const auto model = modelWithKeywords();
-    QVERIFY(
-        model->setKeywords(model->index(6), {u"new one"_qs, u"a"_qs, u"New  One"_qs, u"last"_qs}));
+    QVERIFY(model->setKeywords(model->index(6), {u"new one"_s, u"a"_s, u"New  One"_s, u"last"_s}));
     QCOMPARE(model->keywordIds(model->index(6)), Ids({5, 1, 6}));
-    QCOMPARE(model->keywords(model->index(6)), QStringList({u"new one"_qs, u"a"_qs, u"last"_qs}));
+    QCOMPARE(model->keywords(model->index(6)), QStringList({u"new one"_s, u"a"_s, u"last"_s}));
     QCOMPARE(model->keywordModel()->orderedIds(), Ids({6, 5, 1, 2, 3, 4}));
     QCOMPARE(documentsOutOfStep(model.get()), QString());
 }
@@ -200,7 +201,7 @@ void TstModelKeywords::anUnknownTitleMakesTheKeywordOnce()
 void TstModelKeywords::titlesWithoutContentMakeNoKeyword()
 {
     const auto model = modelWithKeywords();
-    QVERIFY(model->setKeywords(model->index(6), {u"  "_qs, QString(), u"d"_qs}));
+    QVERIFY(model->setKeywords(model->index(6), {u"  "_s, QString(), u"d"_s}));
     QCOMPARE(model->keywordIds(model->index(6)), Ids{4});
     QCOMPARE(model->keywordModel()->rowCount(), 3);
 }
@@ -209,7 +210,7 @@ void TstModelKeywords::settingKeywordsOfAnotherModelsItemMakesNone()
 {
     const auto model = modelWithKeywords();
     const auto other = modelWithKeywords();
-    QVERIFY(!model->setKeywords(other->index(4), {u"new"_qs}));
+    QVERIFY(!model->setKeywords(other->index(4), {u"new"_s}));
     QCOMPARE(model->keywordModel()->rowCount(), 3);
     QVERIFY(model->isSaved());
 }
@@ -268,8 +269,8 @@ void TstModelKeywords::itemsAreMatchedInTheOrderOfTheBinder()
 {
     const auto model = modelWithKeywords();
     // Added last, and deeper than those behind it.
-    addTree(model.get(), model->index(3), u"deep(er)"_qs);
-    const QModelIndex deep = itemTitled(model.get(), u"er"_qs);
+    addTree(model.get(), model->index(3), u"deep(er)"_s);
+    const QModelIndex deep = itemTitled(model.get(), u"er"_s);
     for (const QModelIndex &index :
          {model->index(6), deep, model->trashFolder(), model->index(4), model->draftFolder()})
         QVERIFY(model->setKeywordIds(index, {1}));
@@ -291,13 +292,13 @@ void TstModelKeywords::aRenamedKeywordIsAnnouncedOncePerItem()
     QVERIFY(model->setKeywordIds(model->index(5), {2}));
     makeAllOld(model.get());
     const SignalLog log(model.get());
-    QVERIFY(model->keywordModel()->setTitle(model->keywordModel()->index(1), u"new"_qs));
+    QVERIFY(model->keywordModel()->setTitle(model->keywordModel()->index(1), u"new"_s));
     QStringList lines = log.lines();
     lines.sort();
     QCOMPARE(lines, dataLines({4, 6}));
     QCOMPARE(touchedIds(model.get()), Ids());
     QCOMPARE(model->keywordIds(model->index(4)), Ids({1, 2, 1}));
-    QCOMPARE(model->keywords(model->index(6)), QStringList{u"new"_qs});
+    QCOMPARE(model->keywords(model->index(6)), QStringList{u"new"_s});
 }
 
 void TstModelKeywords::aRecoloredKeywordIsAnnounced()
@@ -343,8 +344,8 @@ void TstModelKeywords::changedKeywordsAreARangeOfSiblings()
     QFETCH(const Ids, announced);
     const auto model = modelWithKeywords();
     TVLKeywordModel *keywords = model->keywordModel();
-    QVERIFY(keywords->insertItem(1, keywords->index(2), u"e"_qs));
-    QVERIFY(keywords->insertItem(2, keywords->index(2), u"f"_qs));
+    QVERIFY(keywords->insertItem(1, keywords->index(2), u"e"_s));
+    QVERIFY(keywords->insertItem(2, keywords->index(2), u"f"_s));
     QVERIFY(model->setKeywordIds(model->index(3), {3}));
     QVERIFY(model->setKeywordIds(model->index(4), {5, 3}));
     QVERIFY(model->setKeywordIds(model->index(5), {6, 5, 3}));
@@ -374,7 +375,7 @@ void TstModelKeywords::aRemovedKeywordLeavesAllItems()
     QCOMPARE(model->keywordIds(model->index(5)), Ids());
     QCOMPARE(model->keywordIds(model->index(6)), Ids{4});
     QStringList lines = log.lines();
-    QCOMPARE(lines.takeLast(), u"modified"_qs);
+    QCOMPARE(lines.takeLast(), u"modified"_s);
     lines.sort();
     QCOMPARE(lines, dataLines({4, 5}));
     QCOMPARE(touchedIds(model.get()), Ids());
@@ -407,13 +408,13 @@ void TstModelKeywords::everyChangeOfAKeywordMarksTheProject()
     const auto model = modelWithKeywords();
     TVLKeywordModel *keywords = model->keywordModel();
     const QList<std::function<void()>> changes = {
-        [&] { keywords->insertItem(0, QModelIndex(), u"n"_qs); },
-        [&] { keywords->setTitle(keywords->index(1), u"m"_qs); },
+        [&] { keywords->insertItem(0, QModelIndex(), u"n"_s); },
+        [&] { keywords->setTitle(keywords->index(1), u"m"_s); },
         [&] { keywords->setColor(keywords->index(1), Qt::red); },
         [&] { keywords->addChild(9, 1); },
         [&] {
             QMimeData mime;
-            mime.setText(u"d"_qs);
+            mime.setText(u"d"_s);
             keywords->dropMimeData(&mime, Qt::MoveAction, 0, 0, QModelIndex());
         },
     };
@@ -429,8 +430,8 @@ void TstModelKeywords::aReusedIdentityIsOnNoItem()
     const auto model = modelWithKeywords();
     QVERIFY(model->setKeywordIds(model->index(4), {3, 1}));
     QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->index(3)));
-    QVERIFY(model->keywordModel()->insertItem(0, QModelIndex(), u"new"_qs));
-    QCOMPARE(model->keywordTitle(3), u"new"_qs);
+    QVERIFY(model->keywordModel()->insertItem(0, QModelIndex(), u"new"_s));
+    QCOMPARE(model->keywordTitle(3), u"new"_s);
     QVERIFY(!model->containsKeywords({3}, QModelIndex()));
 }
 
@@ -440,21 +441,21 @@ void TstModelKeywords::itemsWithoutIdsAreFoundToo()
     const QModelIndex first = addItem(model.get(), QModelIndex(), TVL::Text);
     const QModelIndex second = addItem(model.get(), QModelIndex(), TVL::Text);
     QCOMPARE(model->nodeIdentity(first), -1);
-    QVERIFY(model->setKeywords(first, {u"a"_qs}));
-    QVERIFY(model->setKeywords(second, {u"b"_qs, u"a"_qs}));
+    QVERIFY(model->setKeywords(first, {u"a"_s}));
+    QVERIFY(model->setKeywords(second, {u"b"_s, u"a"_s}));
     const QSignalSpy data(model.get(), &TVLProjectModel::dataChanged);
     QVERIFY(model->keywordModel()->setColor(model->keywordModel()->index(2), Qt::red));
     QCOMPARE(data.size(), 1);
-    QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->findTitle(u"a"_qs)));
+    QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->findTitle(u"a"_s)));
     QCOMPARE(model->keywordIds(first), Ids());
-    QCOMPARE(model->keywords(second), QStringList{u"b"_qs});
+    QCOMPARE(model->keywords(second), QStringList{u"b"_s});
 }
 
 void TstModelKeywords::itemsWithTheSameIdAreFoundToo()
 {
     const TestProject project;
     project.writeFile(
-        u"Novel.tavelx"_qs,
+        u"Novel.tavelx"_s,
         binderXml("<BinderItem ID='5' UUID='00000000-0000-4000-8000-000000000001' " + Dates
                       + " Type='Text'><Keywords><KeywordID>1</KeywordID></Keywords>"
                         "</BinderItem>"
@@ -473,7 +474,7 @@ void TstModelKeywords::itemsThatGetIdsAreFound()
 {
     const auto model = emptyModel(TVL::FormatVersion23);
     const QModelIndex item = addItem(model.get(), QModelIndex(), TVL::Text);
-    QVERIFY(model->setKeywords(item, {u"a"_qs}));
+    QVERIFY(model->setKeywords(item, {u"a"_s}));
     model->populateMissingIDs();
     QCOMPARE(model->nodeIdentity(item), 0);
     QCOMPARE(documentsOutOfStep(model.get()), QString());
@@ -501,15 +502,15 @@ void TstModelKeywords::keywordsSurviveSavingAndOpening()
     {
         const auto model = project.create();
         const QModelIndex text = firstText(model.get());
-        QVERIFY(model->setKeywords(text, {u"a & b"_qs, u"<c>"_qs}));
-        QVERIFY(model->keywordModel()->insertItem(0, model->keywordModel()->index(1), u"d"_qs));
+        QVERIFY(model->setKeywords(text, {u"a & b"_s, u"<c>"_s}));
+        QVERIFY(model->keywordModel()->insertItem(0, model->keywordModel()->index(1), u"d"_s));
         keywords = model->projectKeywords();
         QVERIFY(model->save(true));
     }
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(model->projectKeywords(), keywords);
-    QCOMPARE(model->keywords(firstText(model.get())), QStringList({u"a & b"_qs, u"<c>"_qs}));
+    QCOMPARE(model->keywords(firstText(model.get())), QStringList({u"a & b"_s, u"<c>"_s}));
 }
 
 void TstModelKeywords::itemsOfAnOpenedProjectAreFound()
@@ -517,7 +518,7 @@ void TstModelKeywords::itemsOfAnOpenedProjectAreFound()
     const TestProject project;
     {
         const auto model = project.create();
-        QVERIFY(model->setKeywords(firstText(model.get()), {u"a"_qs, u"b"_qs}));
+        QVERIFY(model->setKeywords(firstText(model.get()), {u"a"_s, u"b"_s}));
         QVERIFY(model->save(true));
     }
     const auto model = project.open();
@@ -525,9 +526,9 @@ void TstModelKeywords::itemsOfAnOpenedProjectAreFound()
     QCOMPARE(documentsOutOfStep(model.get()), QString());
     TVLProjectModelTestAccess::setSaved(model.get());
     const SignalLog log(model.get());
-    QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->findTitle(u"a"_qs)));
-    QCOMPARE(model->keywords(firstText(model.get())), QStringList{u"b"_qs});
-    QCOMPARE(log.lines(), QStringList({u"data 3"_qs, u"modified"_qs}));
+    QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->findTitle(u"a"_s)));
+    QCOMPARE(model->keywords(firstText(model.get())), QStringList{u"b"_s});
+    QCOMPARE(log.lines(), QStringList({u"data 3"_s, u"modified"_s}));
 }
 
 void TstModelKeywords::openingDoesNotMarkTheProject()
@@ -535,16 +536,16 @@ void TstModelKeywords::openingDoesNotMarkTheProject()
     const TestProject project;
     {
         const auto model = project.create();
-        QVERIFY(model->setKeywords(firstText(model.get()), {u"a"_qs}));
+        QVERIFY(model->setKeywords(firstText(model.get()), {u"a"_s}));
         QVERIFY(model->save(true));
     }
     // What the binder says of backups marks it in any case.
-    QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     const QByteArray endTag = "</BackupSettings>";
     const qsizetype start = binder.indexOf("<BackupSettings>");
     QVERIFY(start > 0);
     binder.remove(start, binder.indexOf(endTag) + endTag.size() - start);
-    project.writeFile(u"Novel.tavelx"_qs, binder);
+    project.writeFile(u"Novel.tavelx"_s, binder);
     const auto model = project.open();
     QVERIFY(model && model->isSaved());
     const QMap<QString, QByteArray> before = project.files();
@@ -556,7 +557,7 @@ void TstModelKeywords::aDoubledIdentityLeavesOneKeyword()
 {
     const TestProject project;
     project.writeFile(
-        u"Novel.tavelx"_qs,
+        u"Novel.tavelx"_s,
         binderXml("<BinderItem ID='5' UUID='00000000-0000-4000-8000-000000000001' " + Dates
                       + " Type='Text'><Keywords><KeywordID>2</KeywordID></Keywords></BinderItem>",
                   "<Keywords>"
@@ -570,9 +571,9 @@ void TstModelKeywords::aDoubledIdentityLeavesOneKeyword()
     const auto model = project.open();
     QVERIFY(model);
     const QList<TVLBinderKeyword> expected = {
-        {1, -1, u"d"_qs, {}}, {2, -1, u"e"_qs, {}}, {3, 2, u"c"_qs, {}}};
+        {1, -1, u"d"_s, {}}, {2, -1, u"e"_s, {}}, {3, 2, u"c"_s, {}}};
     QCOMPARE(model->projectKeywords(), expected);
-    QCOMPARE(model->keywords(model->index(5)), QStringList{u"e"_qs});
+    QCOMPARE(model->keywords(model->index(5)), QStringList{u"e"_s});
 }
 
 void TstModelKeywords::randomEditsKeepItemsInStep()
@@ -583,7 +584,7 @@ void TstModelKeywords::randomEditsKeepItemsInStep()
     QRandomGenerator random(8);
     const QModelIndexList items = recursiveWalk(model.get(), QModelIndex());
     const auto anyItem = [&] { return items.at(random.bounded(int(items.size()))); };
-    const auto anyTitle = [&] { return u"W%1"_qs.arg(random.bounded(40)); };
+    const auto anyTitle = [&] { return u"W%1"_s.arg(random.bounded(40)); };
     const auto anyKeyword = [&] { return keywords->findTitle(anyTitle()); };
     for (int step = 1; step <= 10000; ++step) {
         switch (random.bounded(6)) {
@@ -632,7 +633,7 @@ void TstModelKeywords::manyItemsAndKeywordsOpen()
                 + "</Title><Color>0 1 0</Color></Keyword>";
         }
         project.writeFile(
-            u"Novel.tavelx"_qs,
+            u"Novel.tavelx"_s,
             binderXml(items,
                       withKeywords ? "<Keywords>" + keywords + "</Keywords>" : QByteArray()));
     };
@@ -650,7 +651,7 @@ void TstModelKeywords::manyItemsAndKeywordsOpen()
         for (int id = Count; id > Count - 5000; --id)
             QVERIFY(model->keywordModel()->removeItem(model->keywordModel()->index(id)));
         for (int id = 1; id <= 5000; ++id)
-            QVERIFY(model->setKeywords(model->index(id), {u"k %1"_qs.arg(id + 1)}));
+            QVERIFY(model->setKeywords(model->index(id), {u"k %1"_s.arg(id + 1)}));
         QCOMPARE(model->matchKeywords({Count}, 1, QModelIndex()).size(), 0);
         qInfo("keywords removed and set in %lld ms", timer.elapsed());
     }

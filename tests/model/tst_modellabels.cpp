@@ -7,16 +7,18 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QColor Blue = QColor(192, 192, 255);
 const QColor Red = QColor(255, 192, 192);
 const QColor Green = QColor(0, 255, 0);
 
-const TVLLabel NoLabel = {-1, u"No Label"_qs, QColor()};
-const TVLLabel Concept = {0, u"Concept"_qs, Blue};
-const TVLLabel Chapter = {1, u"Chapter"_qs, Red};
-const TVLStatusItem NoStatus = {-1, u"No Status"_qs};
+const TVLLabel NoLabel = {-1, u"No Label"_s, QColor()};
+const TVLLabel Concept = {0, u"Concept"_s, Blue};
+const TVLLabel Chapter = {1, u"Chapter"_s, Red};
+const TVLStatusItem NoStatus = {-1, u"No Status"_s};
 
 using Ids = QList<int>;
 
@@ -28,7 +30,7 @@ TestModel labelledModel()
 {
     auto model = blankModel();
     model->insertRows(0, 4, model->draftFolder());
-    model->setStatusItems({NoStatus, {0, u"To Do"_qs}, {1, u"Done"_qs}});
+    model->setStatusItems({NoStatus, {0, u"To Do"_s}, {1, u"Done"_s}});
     const int used[] = {0, 0, 1, 1, -1};
     for (int i = 0; i < 5; ++i) {
         TVLProjectNode *node = model->findNode(3 + i);
@@ -59,7 +61,7 @@ QStringList labelDataLines(const Ids &ids)
 {
     QStringList lines;
     for (const int id : ids)
-        lines.append(u"data %1"_qs.arg(id));
+        lines.append(u"data %1"_s.arg(id));
     return lines;
 }
 
@@ -113,10 +115,10 @@ void TstModelLabels::settingLabelsTidiesTheList_data()
 {
     QTest::addColumn<QList<TVLLabel>>("given");
     QTest::addColumn<QList<TVLLabel>>("kept");
-    const TVLLabel other = {3, u"Other"_qs, Green};
-    const TVLLabel again = {3, u"Again"_qs, Blue};
-    const TVLLabel noneByAnotherName = {-1, u"Nothing"_qs, QColor()};
-    const TVLLabel noneByAnotherId = {-7, u"Nothing"_qs, QColor()};
+    const TVLLabel other = {3, u"Other"_s, Green};
+    const TVLLabel again = {3, u"Again"_s, Blue};
+    const TVLLabel noneByAnotherName = {-1, u"Nothing"_s, QColor()};
+    const TVLLabel noneByAnotherId = {-7, u"Nothing"_s, QColor()};
     using List = QList<TVLLabel>;
     QTest::newRow("empty") << List() << List({NoLabel});
     QTest::newRow("complete") << List({NoLabel, Chapter, other}) << List({NoLabel, Chapter, other});
@@ -131,8 +133,8 @@ void TstModelLabels::settingLabelsTidiesTheList_data()
     QTest::newRow("none by another id")
         << List({Chapter, noneByAnotherId}) << List({Chapter, noneByAnotherId});
     QTest::newRow("none twice") << List({NoLabel, noneByAnotherName}) << List({NoLabel});
-    QTest::newRow("equal titles") << List({NoLabel, {5, u"x"_qs, Red}, {6, u"x"_qs, Red}})
-                                  << List({NoLabel, {5, u"x"_qs, Red}, {6, u"x"_qs, Red}});
+    QTest::newRow("equal titles") << List({NoLabel, {5, u"x"_s, Red}, {6, u"x"_s, Red}})
+                                  << List({NoLabel, {5, u"x"_s, Red}, {6, u"x"_s, Red}});
 }
 
 void TstModelLabels::settingLabelsTidiesTheList()
@@ -148,10 +150,10 @@ void TstModelLabels::settingStatusItemsTidiesTheList_data()
 {
     QTest::addColumn<QList<TVLStatusItem>>("given");
     QTest::addColumn<QList<TVLStatusItem>>("kept");
-    const TVLStatusItem done = {1, u"Done"_qs};
-    const TVLStatusItem other = {3, u"Other"_qs};
-    const TVLStatusItem again = {3, u"Again"_qs};
-    const TVLStatusItem noneByAnotherName = {-1, u"Nothing"_qs};
+    const TVLStatusItem done = {1, u"Done"_s};
+    const TVLStatusItem other = {3, u"Other"_s};
+    const TVLStatusItem again = {3, u"Again"_s};
+    const TVLStatusItem noneByAnotherName = {-1, u"Nothing"_s};
     using List = QList<TVLStatusItem>;
     QTest::newRow("empty") << List() << List({NoStatus});
     QTest::newRow("complete") << List({NoStatus, done, other}) << List({NoStatus, done, other});
@@ -163,7 +165,7 @@ void TstModelLabels::settingStatusItemsTidiesTheList_data()
     QTest::newRow("none by another name")
         << List({done, noneByAnotherName}) << List({done, noneByAnotherName});
     QTest::newRow("none by another id")
-        << List({done, {-7, u"Nothing"_qs}}) << List({done, {-7, u"Nothing"_qs}});
+        << List({done, {-7, u"Nothing"_s}}) << List({done, {-7, u"Nothing"_s}});
     QTest::newRow("none twice") << List({NoStatus, noneByAnotherName}) << List({NoStatus});
 }
 
@@ -185,35 +187,35 @@ void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged_data()
     const Ids before = {0, 0, 1, 1, -1};
     QTest::newRow("same") << List({NoLabel, Concept, Chapter}) << before << Ids();
     QTest::newRow("another order") << List({Chapter, NoLabel, Concept}) << before << Ids();
-    QTest::newRow("one more") << List({NoLabel, Concept, Chapter, {2, u"x"_qs, Red}}) << before
+    QTest::newRow("one more") << List({NoLabel, Concept, Chapter, {2, u"x"_s, Red}}) << before
                               << Ids();
-    QTest::newRow("one renamed") << List({NoLabel, Concept, {1, u"Scene"_qs, Red}}) << before
+    QTest::newRow("one renamed") << List({NoLabel, Concept, {1, u"Scene"_s, Red}}) << before
                                  << Ids({5, 6});
     QTest::newRow("one recoloured")
-        << List({NoLabel, {0, u"Concept"_qs, Green}, Chapter}) << before << Ids({3, 4});
+        << List({NoLabel, {0, u"Concept"_s, Green}, Chapter}) << before << Ids({3, 4});
     QTest::newRow("one without colour")
-        << List({NoLabel, {0, u"Concept"_qs, QColor()}, Chapter}) << before << Ids({3, 4});
+        << List({NoLabel, {0, u"Concept"_s, QColor()}, Chapter}) << before << Ids({3, 4});
     QTest::newRow("one removed") << List({NoLabel, Chapter}) << Ids({-1, -1, 1, 1, -1})
                                  << Ids({3, 4});
     QTest::newRow("one removed, one renamed")
-        << List({NoLabel, {1, u"Scene"_qs, Red}}) << Ids({-1, -1, 1, 1, -1}) << Ids({3, 4, 5, 6});
+        << List({NoLabel, {1, u"Scene"_s, Red}}) << Ids({-1, -1, 1, 1, -1}) << Ids({3, 4, 5, 6});
     QTest::newRow("all removed") << List() << Ids({-1, -1, -1, -1, -1}) << Ids({3, 4, 5, 6});
     // Also 0 to 2, the system folders, have no label.
-    QTest::newRow("none renamed") << List({{-1, u"Nothing"_qs, QColor()}, Concept, Chapter})
+    QTest::newRow("none renamed") << List({{-1, u"Nothing"_s, QColor()}, Concept, Chapter})
                                   << before << Ids({0, 1, 2, 7});
     QTest::newRow("a later double doesn't count")
-        << List({NoLabel, Concept, Chapter, {1, u"Scene"_qs, Green}}) << before << Ids();
+        << List({NoLabel, Concept, Chapter, {1, u"Scene"_s, Green}}) << before << Ids();
     QTest::newRow("an earlier double counts")
-        << List({NoLabel, Concept, {1, u"Scene"_qs, Green}, Chapter}) << before << Ids({5, 6});
+        << List({NoLabel, Concept, {1, u"Scene"_s, Green}, Chapter}) << before << Ids({5, 6});
     QTest::newRow("titles exchanged")
-        << List({NoLabel, {0, u"Chapter"_qs, Blue}, {1, u"Concept"_qs, Red}}) << before
+        << List({NoLabel, {0, u"Chapter"_s, Blue}, {1, u"Concept"_s, Red}}) << before
         << Ids({3, 4, 5, 6});
     QTest::newRow("ids exchanged")
-        << List({NoLabel, {1, u"Concept"_qs, Blue}, {0, u"Chapter"_qs, Red}}) << before
+        << List({NoLabel, {1, u"Concept"_s, Blue}, {0, u"Chapter"_s, Red}}) << before
         << Ids({3, 4, 5, 6});
     QTest::newRow("none removed") << List({Concept, Chapter}) << before << Ids();
     QTest::newRow("none with another id")
-        << List({{-7, u"Nothing"_qs, QColor()}, Concept, Chapter}) << before << Ids({0, 1, 2, 7});
+        << List({{-7, u"Nothing"_s, QColor()}, Concept, Chapter}) << before << Ids({0, 1, 2, 7});
 }
 
 void TstModelLabels::settingLabelsTouchesTheUsersOfWhatChanged()
@@ -241,25 +243,24 @@ void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged_data()
     QTest::addColumn<Ids>("idsAfter");
     QTest::addColumn<Ids>("touched");
     using List = QList<TVLStatusItem>;
-    const TVLStatusItem toDo = {0, u"To Do"_qs};
-    const TVLStatusItem done = {1, u"Done"_qs};
+    const TVLStatusItem toDo = {0, u"To Do"_s};
+    const TVLStatusItem done = {1, u"Done"_s};
     const Ids before = {0, 0, 1, 1, -1};
     QTest::newRow("same") << List({NoStatus, toDo, done}) << before << Ids();
     QTest::newRow("another order") << List({done, toDo, NoStatus}) << before << Ids();
-    QTest::newRow("one more") << List({NoStatus, toDo, done, {2, u"x"_qs}}) << before << Ids();
-    QTest::newRow("one renamed") << List({NoStatus, toDo, {1, u"Over"_qs}}) << before
-                                 << Ids({5, 6});
+    QTest::newRow("one more") << List({NoStatus, toDo, done, {2, u"x"_s}}) << before << Ids();
+    QTest::newRow("one renamed") << List({NoStatus, toDo, {1, u"Over"_s}}) << before << Ids({5, 6});
     QTest::newRow("one removed") << List({NoStatus, done}) << Ids({-1, -1, 1, 1, -1})
                                  << Ids({3, 4});
     QTest::newRow("all removed") << List() << Ids({-1, -1, -1, -1, -1}) << Ids({3, 4, 5, 6});
-    QTest::newRow("none renamed") << List({{-1, u"Nothing"_qs}, toDo, done}) << before
+    QTest::newRow("none renamed") << List({{-1, u"Nothing"_s}, toDo, done}) << before
                                   << Ids({0, 1, 2, 7});
     QTest::newRow("a later double doesn't count")
-        << List({NoStatus, toDo, done, {1, u"Over"_qs}}) << before << Ids();
+        << List({NoStatus, toDo, done, {1, u"Over"_s}}) << before << Ids();
     QTest::newRow("titles exchanged")
-        << List({NoStatus, {0, u"Done"_qs}, {1, u"To Do"_qs}}) << before << Ids({3, 4, 5, 6});
+        << List({NoStatus, {0, u"Done"_s}, {1, u"To Do"_s}}) << before << Ids({3, 4, 5, 6});
     QTest::newRow("none with another id")
-        << List({{-7, u"Nothing"_qs}, toDo, done}) << before << Ids({0, 1, 2, 7});
+        << List({{-7, u"Nothing"_s}, toDo, done}) << before << Ids({0, 1, 2, 7});
 }
 
 void TstModelLabels::settingStatusItemsTouchesTheUsersOfWhatChanged()
@@ -282,7 +283,7 @@ void TstModelLabels::removingTheDefaultLabelResetsIt()
     model->setDefaultLabelIdentity(1);
     model->setLabels({NoLabel, Chapter});
     QCOMPARE(model->defaultLabelIdentity(), 1);
-    model->setLabels({NoLabel, {1, u"Renamed"_qs, Green}});
+    model->setLabels({NoLabel, {1, u"Renamed"_s, Green}});
     QCOMPARE(model->defaultLabelIdentity(), 1);
     model->setLabels({NoLabel, Concept});
     QCOMPARE(model->defaultLabelIdentity(), -1);
@@ -292,16 +293,16 @@ void TstModelLabels::removingTheDefaultStatusItemResetsIt()
 {
     const auto model = blankModel();
     model->setDefaultStatusIdentity(5);
-    model->setStatusItems({NoStatus, {5, u"Renamed"_qs}});
+    model->setStatusItems({NoStatus, {5, u"Renamed"_s}});
     QCOMPARE(model->defaultStatusIdentity(), 5);
-    model->setStatusItems({NoStatus, {4, u"x"_qs}});
+    model->setStatusItems({NoStatus, {4, u"x"_s}});
     QCOMPARE(model->defaultStatusIdentity(), -1);
 }
 
 void TstModelLabels::usersOfANegativeIdOtherThanMinusOneAreReset()
 {
     const auto model = labelledModel();
-    model->setLabels({NoLabel, {-5, u"Odd"_qs, Red}});
+    model->setLabels({NoLabel, {-5, u"Odd"_s, Red}});
     model->findNode(7)->mLabelId = -5;
     makeAllOld(model.get());
     model->setLabels({NoLabel});
@@ -325,7 +326,7 @@ void TstModelLabels::labelsAndStatusItemsDoNotMeddle()
     const QList<TVLStatusItem> items = model->statusItems();
     model->setLabels({});
     QCOMPARE(model->statusItems(), items);
-    model->setLabels({NoLabel, Concept, Chapter, {7, u"x"_qs, Red}});
+    model->setLabels({NoLabel, Concept, Chapter, {7, u"x"_s, Red}});
     model->setStatusItems({});
     QCOMPARE(model->labels().size(), 4);
 }
@@ -333,7 +334,7 @@ void TstModelLabels::labelsAndStatusItemsDoNotMeddle()
 void TstModelLabels::labelsAreStoredBeforeTheUsersAreAnnounced()
 {
     const auto model = labelledModel();
-    const QList<TVLLabel> expected = {NoLabel, {0, u"Renamed"_qs, Blue}};
+    const QList<TVLLabel> expected = {NoLabel, {0, u"Renamed"_s, Blue}};
     int calls = 0;
     connect(model.get(), &TVLProjectModel::dataChanged, this, [&] {
         ++calls;
@@ -368,7 +369,7 @@ void TstModelLabels::usersOfAStatusItemAreInPlaceWhenTheyAreAnnounced()
 {
     const auto model = labelledModel();
     model->setDefaultStatusIdentity(0);
-    const QList<TVLStatusItem> expected = {NoStatus, {1, u"Done"_qs}};
+    const QList<TVLStatusItem> expected = {NoStatus, {1, u"Done"_s}};
     int users = 0;
     connect(model.get(), &TVLProjectModel::dataChanged, this, [&](const QModelIndex &index) {
         ++users;
@@ -411,12 +412,12 @@ void TstModelLabels::aDefaultOutsideTheNewListIsReset()
     model->setDefaultLabelIdentity(1);
     model->setLabels({});
     // Nobody is told of the default but by the labels' own signal.
-    QVERIFY(!log.lines().mid(2).contains(u"meta data"_qs));
+    QVERIFY(!log.lines().mid(2).contains(u"meta data"_s));
     QCOMPARE(model->defaultLabelIdentity(), -1);
     model->setDefaultLabelIdentity(1);
     QCOMPARE(model->defaultLabelIdentity(), -1);
     // Also none of another id leaves the default at -1.
-    model->setLabels({{-7, u"Nothing"_qs, QColor()}});
+    model->setLabels({{-7, u"Nothing"_s, QColor()}});
     QCOMPARE(model->defaultLabelIdentity(), -1);
 }
 
@@ -429,10 +430,10 @@ void TstModelLabels::theOrderOfSignalsIsUsersListModified()
 
     SignalLog log(model.get());
     model->setLabels({NoLabel, Concept});
-    QCOMPARE(log.lines(), labelDataLines({3, 1}) + QStringList({u"labels"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), labelDataLines({3, 1}) + QStringList({u"labels"_s, u"modified"_s}));
     log.clear();
     model->setStatusItems({NoStatus});
-    QCOMPARE(log.lines(), labelDataLines({3}) + QStringList({u"status items"_qs}));
+    QCOMPARE(log.lines(), labelDataLines({3}) + QStringList({u"status items"_s}));
 }
 
 void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
@@ -441,7 +442,7 @@ void TstModelLabels::settingTheSameLabelsStillMarksAndAnnounces()
     const SignalLog log(model.get());
     model->setLabels(model->labels());
     model->setStatusItems(model->statusItems());
-    QCOMPARE(log.lines(), QStringList({u"labels"_qs, u"modified"_qs, u"status items"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"labels"_s, u"modified"_s, u"status items"_s}));
 }
 
 void TstModelLabels::theDefaultLabelIsGivenToNewItems()
@@ -461,10 +462,10 @@ void addDefaultIds()
     QTest::addColumn<int>("id");
     QTest::addColumn<int>("expected");
     QTest::addColumn<QStringList>("lines");
-    QTest::newRow("known") << 1 << 1 << QStringList({u"modified"_qs, u"meta data"_qs});
+    QTest::newRow("known") << 1 << 1 << QStringList({u"modified"_s, u"meta data"_s});
     QTest::newRow("equal") << -1 << -1 << QStringList();
-    QTest::newRow("unknown") << 77 << -1 << QStringList({u"meta data"_qs});
-    QTest::newRow("unknown and negative") << -2 << -1 << QStringList({u"meta data"_qs});
+    QTest::newRow("unknown") << 77 << -1 << QStringList({u"meta data"_s});
+    QTest::newRow("unknown and negative") << -2 << -1 << QStringList({u"meta data"_s});
 }
 
 } // namespace
@@ -498,7 +499,7 @@ void TstModelLabels::theDefaultIsTakenBack()
     model->setDefaultStatusIdentity(-1);
     QCOMPARE(model->defaultLabelIdentity(), -1);
     QCOMPARE(model->defaultStatusIdentity(), -1);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"meta data"_qs, u"meta data"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"meta data"_s, u"meta data"_s}));
 }
 
 void TstModelLabels::theDefaultStatusItemIsSet_data()
@@ -523,22 +524,22 @@ void TstModelLabels::theTitleOfLabelsIsSet()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    model->setLabelTitle(u"Label"_qs);
+    model->setLabelTitle(u"Label"_s);
     QCOMPARE(log.lines(), QStringList());
-    model->setLabelTitle(u"Colour"_qs);
-    QCOMPARE(model->labelTitle(), u"Colour"_qs);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"label title Colour"_qs, u"meta data"_qs}));
+    model->setLabelTitle(u"Colour"_s);
+    QCOMPARE(model->labelTitle(), u"Colour"_s);
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"label title Colour"_s, u"meta data"_s}));
 }
 
 void TstModelLabels::theTitleOfStatusItemsIsSet()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    model->setStatusTitle(u"Status"_qs);
+    model->setStatusTitle(u"Status"_s);
     QCOMPARE(log.lines(), QStringList());
-    model->setStatusTitle(u"Stage"_qs);
-    QCOMPARE(model->statusTitle(), u"Stage"_qs);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"status title Stage"_qs, u"meta data"_qs}));
+    model->setStatusTitle(u"Stage"_s);
+    QCOMPARE(model->statusTitle(), u"Stage"_s);
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"status title Stage"_s, u"meta data"_s}));
 }
 
 void TstModelLabels::keywordsOfAnItemAreSet()
@@ -551,7 +552,7 @@ void TstModelLabels::keywordsOfAnItemAreSet()
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->setKeywordIds(index, {8, 2, 5}));
     QCOMPARE(model->keywordIds(index), QList<int>({8, 2, 5}));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QCOMPARE(touchedIds(model.get()), QList<int>({3}));
     // Another order is another list.
     QVERIFY(model->setKeywordIds(index, {2, 8, 5}));
@@ -570,7 +571,7 @@ void TstModelLabels::theSameColorInAnotherNotationIsNoChange()
 {
     QFETCH(const QColor, color);
     const auto model = blankModel();
-    const QList<TVLLabel> labels = {{-1, u"No Label"_qs, QColor()}, {0, u"Concept"_qs, color}};
+    const QList<TVLLabel> labels = {{-1, u"No Label"_s, QColor()}, {0, u"Concept"_s, color}};
     model->setLabels(labels);
     model->findNode(3)->mLabelId = 0;
     makeAllOld(model.get());

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 class TstModelLookup : public QObject
 {
     Q_OBJECT
@@ -268,27 +270,27 @@ void TstModelLookup::aTitleIsFoundAmongDirectChildren()
 {
     const auto model = blankModel();
     const QModelIndex folder =
-        addItem(model.get(), model->researchFolder(), TVL::Folder, u"People"_qs);
-    const QModelIndex first = addItem(model.get(), folder, TVL::Text, u"Anna"_qs);
-    addItem(model.get(), folder, TVL::Text, u"Anna"_qs);
+        addItem(model.get(), model->researchFolder(), TVL::Folder, u"People"_s);
+    const QModelIndex first = addItem(model.get(), folder, TVL::Text, u"Anna"_s);
+    addItem(model.get(), folder, TVL::Text, u"Anna"_s);
     const auto other = blankModel();
 
-    QCOMPARE(model->findViaTitle(u"Anna"_qs, folder), first);
-    QCOMPARE(model->findDirectIndexByTitle(u"Anna"_qs, folder), first);
-    QCOMPARE(model->findViaTitle(u"Trash"_qs, QModelIndex()), model->trashFolder());
-    QCOMPARE(model->findViaTitle(u"Trash"_qs, model->rootIndex()), model->trashFolder());
-    QCOMPARE(model->findDirectIndexByTitle(u"Trash"_qs, QModelIndex()), model->trashFolder());
-    QVERIFY(!model->findViaTitle(u"Anna"_qs, model->researchFolder()).isValid());
-    QVERIFY(!model->findDirectIndexByTitle(u"Anna"_qs, QModelIndex()).isValid());
-    QVERIFY(!model->findViaTitle(u"Anna"_qs, first).isValid());
+    QCOMPARE(model->findViaTitle(u"Anna"_s, folder), first);
+    QCOMPARE(model->findDirectIndexByTitle(u"Anna"_s, folder), first);
+    QCOMPARE(model->findViaTitle(u"Trash"_s, QModelIndex()), model->trashFolder());
+    QCOMPARE(model->findViaTitle(u"Trash"_s, model->rootIndex()), model->trashFolder());
+    QCOMPARE(model->findDirectIndexByTitle(u"Trash"_s, QModelIndex()), model->trashFolder());
+    QVERIFY(!model->findViaTitle(u"Anna"_s, model->researchFolder()).isValid());
+    QVERIFY(!model->findDirectIndexByTitle(u"Anna"_s, QModelIndex()).isValid());
+    QVERIFY(!model->findViaTitle(u"Anna"_s, first).isValid());
 }
 
 void TstModelLookup::aTitleIsMatchedExactly_data()
 {
     QTest::addColumn<QString>("title");
-    QTest::newRow("other case") << u"draft"_qs;
-    QTest::newRow("a part") << u"Dra"_qs;
-    QTest::newRow("more") << u"Draft "_qs;
+    QTest::newRow("other case") << u"draft"_s;
+    QTest::newRow("a part") << u"Dra"_s;
+    QTest::newRow("more") << u"Draft "_s;
     QTest::newRow("empty") << QString();
 }
 

@@ -9,16 +9,18 @@
 #include <QStringListModel>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QUuid SomeUuid = QUuid(u"{11111111-2222-3333-4444-555555555555}"_qs);
+const QUuid SomeUuid = QUuid(u"{11111111-2222-3333-4444-555555555555}"_s);
 const QDateTime LaterDate = QDateTime(QDate(2020, 5, 6), QTime(7, 8, 9));
 
 /** An item with a value of its own for each role. */
 QModelIndex filledItem(TVLProjectModel *model)
 {
     TVLProjectNode *node =
-        model->insertNode(-1, model->researchFolder(), TVL::PDF, QString(), u"A <b> title"_qs);
+        model->insertNode(-1, model->researchFolder(), TVL::PDF, QString(), u"A <b> title"_s);
     model->changeIndexUuid(model->createIndex(node), SomeUuid);
     node->mLabelId = 1;
     node->mStatusId = 5;
@@ -80,7 +82,7 @@ void TstModelRoles::everyRoleGivesItsValue_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("expected");
-    const QString title = u"A <b> title"_qs;
+    const QString title = u"A <b> title"_s;
     QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(title);
     QTest::newRow("edit") << int(Qt::EditRole) << QVariant(title);
     QTest::newRow("uuid") << 133 << QVariant::fromValue(SomeUuid);
@@ -110,7 +112,7 @@ void TstModelRoles::everyRoleOfANewItemGivesItsDefault_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("expected");
-    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"Untitled"_qs);
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"Untitled"_s);
     QTest::newRow("edit") << int(Qt::EditRole) << QVariant(QString());
     QTest::newRow("tool tip") << int(Qt::ToolTipRole) << QVariant(QString());
     QTest::newRow("id") << 132 << QVariant(3);
@@ -137,11 +139,11 @@ void TstModelRoles::anEmptyTitleIsShownAsUntitledAndEditedAsEmpty()
 {
     const auto model = blankModel();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setTitle(index, u"Named"_qs));
-    QCOMPARE(model->data(index), QVariant(u"Named"_qs));
+    QVERIFY(model->setTitle(index, u"Named"_s));
+    QCOMPARE(model->data(index), QVariant(u"Named"_s));
     QVERIFY(model->setTitle(index, QString()));
     QCOMPARE(model->data(index), QVariant(TVLProjectModel::trUntitledTitle()));
-    QCOMPARE(model->data(index), QVariant(u"Untitled"_qs));
+    QCOMPARE(model->data(index), QVariant(u"Untitled"_s));
     QCOMPARE(model->data(index, Qt::EditRole), QVariant(QString()));
 }
 
@@ -150,19 +152,19 @@ void TstModelRoles::theToolTipIsTheSynopsis()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"a < b\nand c"_qs));
+    QVERIFY(model->setSynopsis(index, u"a < b\nand c"_s));
     QCOMPARE(model->data(index, Qt::ToolTipRole),
-             QVariant(TVL::toHtmlTooltipFormat(u"a < b\nand c"_qs)));
+             QVariant(TVL::toHtmlTooltipFormat(u"a < b\nand c"_s)));
 }
 
 void TstModelRoles::theToolTipReadsTheSynopsisFromItsFile()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "from the file");
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "from the file");
     const QModelIndex index = firstText(model.get());
     QCOMPARE(model->data(index, Qt::ToolTipRole),
-             QVariant(TVL::toHtmlTooltipFormat(u"from the file"_qs)));
+             QVariant(TVL::toHtmlTooltipFormat(u"from the file"_s)));
     QCOMPARE(model->loadedNodes(), QList<TVLProjectNode *>({model->findNode(3)}));
     QVERIFY(model->isSaved());
 }
@@ -171,7 +173,7 @@ void TstModelRoles::theToolTipOfASystemFolderIsEmpty()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/0_synopsis.txt"_qs, "never shown");
+    project.writeFile(u"Files/Docs/0_synopsis.txt"_s, "never shown");
     QCOMPARE(model->data(model->draftFolder(), Qt::ToolTipRole), QVariant(QString()));
     QVERIFY(model->loadedNodes().isEmpty());
 }
@@ -227,7 +229,7 @@ void TstModelRoles::anIndexWithoutNodeGivesNothing()
 {
     QFETCH(const int, role);
     const auto model = blankModel();
-    const QStringListModel other({u"text"_qs});
+    const QStringListModel other({u"text"_s});
     QVERIFY(!model->data(QModelIndex(), role).isValid());
     QVERIFY(!model->data(model->rootIndex(), role).isValid());
     QVERIFY(!model->data(other.index(0), role).isValid());
@@ -238,36 +240,36 @@ void TstModelRoles::aSetRoleIsStored_data()
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QVariant>("stored");
-    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"x"_qs) << QVariant(u"x"_qs);
-    QTest::newRow("edit") << int(Qt::EditRole) << QVariant(u"x"_qs) << QVariant(u"x"_qs);
-    QTest::newRow("title from a number") << int(Qt::EditRole) << QVariant(12) << QVariant(u"12"_qs);
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"x"_s) << QVariant(u"x"_s);
+    QTest::newRow("edit") << int(Qt::EditRole) << QVariant(u"x"_s) << QVariant(u"x"_s);
+    QTest::newRow("title from a number") << int(Qt::EditRole) << QVariant(12) << QVariant(u"12"_s);
     QTest::newRow("type") << int(TVLProjectModel::NodeTypeRole) << QVariant(3) << QVariant(3);
     QTest::newRow("type from a text")
-        << int(TVLProjectModel::NodeTypeRole) << QVariant(u"8"_qs) << QVariant(8);
+        << int(TVLProjectModel::NodeTypeRole) << QVariant(u"8"_s) << QVariant(8);
     QTest::newRow("label") << int(TVLProjectModel::LabelIdRole) << QVariant(1) << QVariant(1);
     QTest::newRow("label from a text")
-        << int(TVLProjectModel::LabelIdRole) << QVariant(u"0"_qs) << QVariant(0);
+        << int(TVLProjectModel::LabelIdRole) << QVariant(u"0"_s) << QVariant(0);
     QTest::newRow("label from a fraction")
         << int(TVLProjectModel::LabelIdRole) << QVariant(1.0) << QVariant(1);
     QTest::newRow("label that is unknown")
         << int(TVLProjectModel::LabelIdRole) << QVariant(77) << QVariant(77);
     QTest::newRow("status") << int(TVLProjectModel::StatusIdRole) << QVariant(4) << QVariant(4);
     QTest::newRow("status from a text")
-        << int(TVLProjectModel::StatusIdRole) << QVariant(u"2"_qs) << QVariant(2);
+        << int(TVLProjectModel::StatusIdRole) << QVariant(u"2"_s) << QVariant(2);
     QTest::newRow("favorite") << int(TVLProjectModel::FavoriteRole) << QVariant(true)
                               << QVariant(true);
     QTest::newRow("favorite from a number")
         << int(TVLProjectModel::FavoriteRole) << QVariant(1) << QVariant(true);
     QTest::newRow("favorite from a text")
-        << int(TVLProjectModel::FavoriteRole) << QVariant(u"true"_qs) << QVariant(true);
+        << int(TVLProjectModel::FavoriteRole) << QVariant(u"true"_s) << QVariant(true);
     QTest::newRow("keywords") << int(TVLProjectModel::KeywordIdsRole)
                               << QVariant(QVariantList({4, 2})) << QVariant(QVariantList({4, 2}));
     QTest::newRow("keywords from texts")
-        << int(TVLProjectModel::KeywordIdsRole) << QVariant(QStringList({u"4"_qs, u"2"_qs}))
+        << int(TVLProjectModel::KeywordIdsRole) << QVariant(QStringList({u"4"_s, u"2"_s}))
         << QVariant(QVariantList({4, 2}));
     QTest::newRow("keywords of mixed kinds")
         << int(TVLProjectModel::KeywordIdsRole)
-        << QVariant(QVariantList({u"4"_qs, 2.0, u"no number"_qs}))
+        << QVariant(QVariantList({u"4"_s, 2.0, u"no number"_s}))
         << QVariant(QVariantList({4, 2, 0}));
 }
 
@@ -355,7 +357,7 @@ void TstModelRoles::someRolesCannotBeSet_data()
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
     QTest::newRow("decoration") << int(Qt::DecorationRole) << QVariant(QIcon());
-    QTest::newRow("tool tip") << int(Qt::ToolTipRole) << QVariant(u"x"_qs);
+    QTest::newRow("tool tip") << int(Qt::ToolTipRole) << QVariant(u"x"_s);
     QTest::newRow("id") << int(TVLProjectModel::NodeIdRole) << QVariant(9);
     QTest::newRow("uuid") << int(TVLProjectModel::NodeUuidRole) << QVariant::fromValue(SomeUuid);
     QTest::newRow("created") << int(TVLProjectModel::CreatedRole) << QVariant(SomeDate);
@@ -422,8 +424,8 @@ void TstModelRoles::anEqualValueIsTakenWithoutEffect_data()
 {
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("title") << int(Qt::EditRole) << QVariant(u"Draft"_qs);
-    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"Draft"_qs);
+    QTest::newRow("title") << int(Qt::EditRole) << QVariant(u"Draft"_s);
+    QTest::newRow("display") << int(Qt::DisplayRole) << QVariant(u"Draft"_s);
     QTest::newRow("type") << int(TVLProjectModel::NodeTypeRole) << QVariant(0);
     QTest::newRow("label") << int(TVLProjectModel::LabelIdRole) << QVariant(-1);
     QTest::newRow("status") << int(TVLProjectModel::StatusIdRole) << QVariant(-1);
@@ -448,7 +450,7 @@ void TstModelRoles::anEqualIdOfAMissingLabelIsRepaired()
     makeAllOld(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setLabelIdentity(index, 40));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QCOMPARE(touchedIds(model.get()), QList<int>({3}));
 }
 
@@ -460,7 +462,7 @@ void TstModelRoles::anEqualIdOfAMissingStatusItemIsRepaired()
     makeAllOld(model.get());
     const SignalLog log(model.get());
     QVERIFY(model->setStatusIdentity(index, 40));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 3"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 3"_s}));
     QCOMPARE(touchedIds(model.get()), QList<int>({3}));
 }
 
@@ -471,7 +473,7 @@ void TstModelRoles::settersOnAnIndexOfAnotherModelAreRefused()
     const Untouched untouched(model.get());
     const Untouched otherUntouched(other.get());
     const QModelIndex index = firstText(other.get());
-    QVERIFY(!model->setTitle(index, u"x"_qs));
+    QVERIFY(!model->setTitle(index, u"x"_s));
     QVERIFY(!model->setType(index, TVL::Folder));
     QVERIFY(!model->setLabelIdentity(index, 1));
     QVERIFY(!model->setStatusIdentity(index, 1));
@@ -505,11 +507,11 @@ void TstModelRoles::accessorsOnAnInvalidIndexAnswerForTheRoot()
 {
     const auto model = blankModel();
     TVLProjectNode *root = model->binderRoot();
-    root->mTitle = u"hidden"_qs;
+    root->mTitle = u"hidden"_s;
     root->mLabelId = 1;
     root->mStatusId = 2;
     for (const QModelIndex &index : {QModelIndex(), model->rootIndex()}) {
-        QCOMPARE(model->title(index), u"hidden"_qs);
+        QCOMPARE(model->title(index), u"hidden"_s);
         QCOMPARE(model->nodeIdentity(index), -1);
         QCOMPARE(model->nodeUuid(index), root->mUuid);
         QCOMPARE(model->labelIdentity(index), 1);
@@ -522,8 +524,8 @@ void TstModelRoles::titleSubstitutesUntitledOnRequest()
 {
     const auto model = blankModel();
     QCOMPARE(model->title(firstText(model.get())), QString());
-    QCOMPARE(model->title(firstText(model.get()), true), u"Untitled"_qs);
-    QCOMPARE(model->title(model->draftFolder(), true), u"Draft"_qs);
+    QCOMPARE(model->title(firstText(model.get()), true), u"Untitled"_s);
+    QCOMPARE(model->title(model->draftFolder(), true), u"Draft"_s);
 }
 
 void TstModelRoles::theNumbersOfTheRolesAreFixed_data()
@@ -587,25 +589,25 @@ void TstModelRoles::withoutCustomFieldsThereAreSixteenOutlineColumns()
 
 void TstModelRoles::theTextModesAreGeneralAndScript()
 {
-    QCOMPARE(TVLProjectModel::GeneralFormatMode, u"General"_qs);
-    QCOMPARE(TVLProjectModel::ScriptFormatMode, u"Script"_qs);
+    QCOMPARE(TVLProjectModel::GeneralFormatMode, u"General"_s);
+    QCOMPARE(TVLProjectModel::ScriptFormatMode, u"Script"_s);
 }
 
 void TstModelRoles::theModelHasItsNameAndPathAsProperties()
 {
     const auto model = blankModel();
-    QCOMPARE(model->property("name"), QVariant(u"Novel"_qs));
+    QCOMPARE(model->property("name"), QVariant(u"Novel"_s));
     QCOMPARE(model->property("path").value<QDir>(), QDir(unsavedProjectPath()));
     QCOMPARE(model->property("path").value<QDir>(), model->path());
     const QMetaObject *meta = model->metaObject();
     QVERIFY(!meta->property(meta->indexOfProperty("path")).isWritable());
 
     const SignalLog log(model.get());
-    QVERIFY(model->setProperty("name", u"Novel"_qs));
+    QVERIFY(model->setProperty("name", u"Novel"_s));
     QCOMPARE(log.lines(), QStringList());
-    QVERIFY(model->setProperty("name", u"Other"_qs));
-    QCOMPARE(model->name(), u"Other"_qs);
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs}));
+    QVERIFY(model->setProperty("name", u"Other"_s));
+    QCOMPARE(model->name(), u"Other"_s);
+    QCOMPARE(log.lines(), QStringList({u"modified"_s}));
 }
 
 TVL_TEST(TstModelRoles)

@@ -25,16 +25,18 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Ids = QList<int>;
 using Properties = QList<int>;
 
-const QString IndexFile = u"Files/search.indexes"_qs;
-const QString HashFile = u"Files/Docs/docs.checksum"_qs;
+const QString IndexFile = u"Files/search.indexes"_s;
+const QString HashFile = u"Files/Docs/docs.checksum"_s;
 /** Where a new project's first item and the two behind it have their texts. */
-const QString FirstFile = u"Files/Docs/3.rtf"_qs;
-const QString SecondFile = u"Files/Docs/4.rtf"_qs;
+const QString FirstFile = u"Files/Docs/3.rtf"_s;
+const QString SecondFile = u"Files/Docs/4.rtf"_s;
 
 TVLCollectionMetaData searchFor(const QString &text,
                                 TVL::DocumentProperty property = TVL::AllProperties)
@@ -72,14 +74,14 @@ QMap<int, Properties> unconfirmed(const TVLProjectModel *model)
 void makeProject(const TestProject &project)
 {
     const auto model = project.create();
-    typeTextForGood(model.get(), firstText(model.get()), u"harbour"_qs);
-    const QStringList texts = {u"lantern"_qs, u"meadow"_qs};
+    typeTextForGood(model.get(), firstText(model.get()), u"harbour"_s);
+    const QStringList texts = {u"lantern"_s, u"meadow"_s};
     for (const QString &text : texts) {
         const QModelIndex item = addItem(model.get(), model->draftFolder(), TVL::Text);
         typeTextForGood(model.get(), item, text);
     }
     QVERIFY(model->save(true));
-    QCOMPARE(found(model.get(), u"e"_qs, TVL::TextProperty), (Ids{4, 5}));
+    QCOMPARE(found(model.get(), u"e"_s, TVL::TextProperty), (Ids{4, 5}));
     model->prepareToDestroy();
 }
 
@@ -101,7 +103,7 @@ QString loadWarning()
 {
     return u"Search Index was not fully loaded. Your first project search might be slow.This "
            u"might be caused by non-standard characters within the document contents. You might "
-           u"also try \"Tools > Save and Rebuild Search Indexes\" to fix the problem."_qs;
+           u"also try \"Tools > Save and Rebuild Search Indexes\" to fix the problem."_s;
 }
 
 } // namespace
@@ -172,37 +174,37 @@ void TstModelSearch::itemsAreFoundByEachProperty_data()
         QTest::newRow(name) << int(property) << edit;
     };
     row("title", TVL::TitleProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        QVERIFY(model->setTitle(item, u"needle"_qs));
+        QVERIFY(model->setTitle(item, u"needle"_s));
     });
     row("text", TVL::TextProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        typeText(model, item, u"needle"_qs);
+        typeText(model, item, u"needle"_s);
     });
     row("notes", TVL::NotesProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        typeText(model, item, u"needle"_qs, TVL::NotesText);
+        typeText(model, item, u"needle"_s, TVL::NotesText);
     });
     row("synopsis", TVL::SynopsisProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        QVERIFY(model->setSynopsis(item, u"needle"_qs));
+        QVERIFY(model->setSynopsis(item, u"needle"_s));
     });
     row("keywords", TVL::KeywordsProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        QVERIFY(model->setKeywords(item, {u"a needle"_qs}));
+        QVERIFY(model->setKeywords(item, {u"a needle"_s}));
     });
     row("label", TVL::LabelProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        model->setLabels({{-1, u"No Label"_qs, QColor()}, {7, u"Needle"_qs, QColor(Qt::red)}});
+        model->setLabels({{-1, u"No Label"_s, QColor()}, {7, u"Needle"_s, QColor(Qt::red)}});
         QVERIFY(model->setLabelIdentity(item, 7));
     });
     row("status", TVL::StatusProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        model->setStatusItems({{-1, u"No Status"_qs}, {7, u"Needle"_qs}});
+        model->setStatusItems({{-1, u"No Status"_s}, {7, u"Needle"_s}});
         QVERIFY(model->setStatusIdentity(item, 7));
     });
     row("custom meta-data", TVL::CustomMetaDataProperty,
         [](TVLProjectModel *model, const QModelIndex &item) {
-            QVERIFY(model->setCustomMetaData(item, u"pov"_qs, u"needle"_qs));
-            QVERIFY(model->setCustomMetaData(item, u"place"_qs, u"hay"_qs));
-            QVERIFY(found(model, u"needle hay"_qs) != found(model, u"hay needle"_qs));
+            QVERIFY(model->setCustomMetaData(item, u"pov"_s, u"needle"_s));
+            QVERIFY(model->setCustomMetaData(item, u"place"_s, u"hay"_s));
+            QVERIFY(found(model, u"needle hay"_s) != found(model, u"hay needle"_s));
         });
     row("comments", TVL::CommentsProperty, [](TVLProjectModel *model, const QModelIndex &item) {
-        typeText(model, item, u"some words"_qs);
-        QVERIFY(model->setInspectorNote(item, {0, 4}, comment(u"needle"_qs)));
+        typeText(model, item, u"some words"_s);
+        QVERIFY(model->setInspectorNote(item, {0, 4}, comment(u"needle"_s)));
     });
 }
 
@@ -215,19 +217,19 @@ void TstModelSearch::itemsAreFoundByEachProperty()
     makeProject(project);
     auto model = project.open();
     {
-        QCOMPARE(found(model.get(), u"needle"_qs), Ids());
+        QCOMPARE(found(model.get(), u"needle"_s), Ids());
         edit(model.get(), model->index(4));
-        QCOMPARE(found(model.get(), u"needle"_qs), Ids{4});
-        QCOMPARE(found(model.get(), u"needle"_qs, TVL::DocumentProperty(property)), Ids{4});
+        QCOMPARE(found(model.get(), u"needle"_s), Ids{4});
+        QCOMPARE(found(model.get(), u"needle"_s, TVL::DocumentProperty(property)), Ids{4});
         for (int other = TVL::TitleProperty; other <= TVL::CommentsProperty; ++other) {
             if (other != property)
-                QCOMPARE(found(model.get(), u"needle"_qs, TVL::DocumentProperty(other)), Ids());
+                QCOMPARE(found(model.get(), u"needle"_s, TVL::DocumentProperty(other)), Ids());
         }
     }
     // It is the same in the next session.
     model->prepareToDestroy();
     model = project.open();
-    QCOMPARE(found(model.get(), u"needle"_qs, TVL::DocumentProperty(property)), Ids{4});
+    QCOMPARE(found(model.get(), u"needle"_s, TVL::DocumentProperty(property)), Ids{4});
 }
 
 void TstModelSearch::aTextBeingTypedIsFound()
@@ -236,10 +238,10 @@ void TstModelSearch::aTextBeingTypedIsFound()
     makeProject(project);
     const auto model = project.open();
     const QByteArray file = project.readFile(SecondFile);
-    typeText(model.get(), model->index(4), u"unsaved "_qs);
-    QCOMPARE(found(model.get(), u"unsaved lantern"_qs), Ids{4});
-    typeText(model.get(), model->index(4), u"still "_qs);
-    QCOMPARE(found(model.get(), u"still unsaved lantern"_qs), Ids{4});
+    typeText(model.get(), model->index(4), u"unsaved "_s);
+    QCOMPARE(found(model.get(), u"unsaved lantern"_s), Ids{4});
+    typeText(model.get(), model->index(4), u"still "_s);
+    QCOMPARE(found(model.get(), u"still unsaved lantern"_s), Ids{4});
     QCOMPARE(project.readFile(SecondFile), file);
 }
 
@@ -248,18 +250,18 @@ void TstModelSearch::aTypedTextMakesOnlyItsOwnRowsStale()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    QVERIFY(found(model.get(), u"nothing"_qs).isEmpty());
+    QVERIFY(found(model.get(), u"nothing"_s).isEmpty());
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
-    typeText(model.get(), model->index(4), u"x"_qs);
+    typeText(model.get(), model->index(4), u"x"_s);
     QCOMPARE(unconfirmed(model.get()),
              (QMap<int, Properties>{{4, {TVL::TextProperty, TVL::CommentsProperty}}}));
-    typeText(model.get(), model->index(5), u"x"_qs, TVL::NotesText);
+    typeText(model.get(), model->index(5), u"x"_s, TVL::NotesText);
     QCOMPARE(unconfirmed(model.get()).value(5), Properties{TVL::NotesProperty});
-    QVERIFY(model->setSynopsis(model->index(5), u"x"_qs));
+    QVERIFY(model->setSynopsis(model->index(5), u"x"_s));
     QCOMPARE(unconfirmed(model.get()).value(5),
              (Properties{TVL::NotesProperty, TVL::SynopsisProperty}));
     QVERIFY(!unconfirmed(model.get()).contains(3));
-    QVERIFY(found(model.get(), u"nothing"_qs).isEmpty());
+    QVERIFY(found(model.get(), u"nothing"_s).isEmpty());
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
 }
 
@@ -268,16 +270,16 @@ void TstModelSearch::savingConfirmsWhatWasWritten()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    QVERIFY(found(model.get(), u"nothing"_qs).isEmpty());
-    typeText(model.get(), model->index(4), u"x "_qs);
+    QVERIFY(found(model.get(), u"nothing"_s).isEmpty());
+    typeText(model.get(), model->index(4), u"x "_s);
     QVERIFY(!model->checksums()->checksumsMatch(5, TVL::NotesText)
-            || !QFile::exists(project.path(u"Files/Docs/5_notes.rtf"_qs)));
+            || !QFile::exists(project.path(u"Files/Docs/5_notes.rtf"_s)));
     QVERIFY(model->save());
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
     QVERIFY(model->checksums()->checksumsMatch(4, TVL::MainText));
     QCOMPARE(model->checksums()->loadedChecksum(4, TVL::MainText),
              model->checksums()->currentHddChecksum(4, TVL::MainText));
-    QCOMPARE(found(model.get(), u"x lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"x lantern"_s), Ids{4});
 }
 
 void TstModelSearch::aTextThatCouldNotBeWrittenStaysStale()
@@ -286,15 +288,15 @@ void TstModelSearch::aTextThatCouldNotBeWrittenStaysStale()
     makeProject(project);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    QVERIFY(found(model.get(), u"nothing"_qs).isEmpty());
-    typeText(model.get(), model->index(4), u"x "_qs);
+    QVERIFY(found(model.get(), u"nothing"_s).isEmpty());
+    typeText(model.get(), model->index(4), u"x "_s);
     // A folder is where the file would be.
     QVERIFY(QFile::remove(project.path(SecondFile)));
-    QVERIFY(QDir().mkpath(project.path(SecondFile + u"/in the way"_qs)));
+    QVERIFY(QDir().mkpath(project.path(SecondFile + u"/in the way"_s)));
     QVERIFY(!model->save());
     QCOMPARE(boxes.boxes().size(), 1);
     QVERIFY(unconfirmed(model.get()).contains(4));
-    QCOMPARE(found(model.get(), u"x lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"x lantern"_s), Ids{4});
 }
 
 void TstModelSearch::newItemsAreFound_data()
@@ -305,22 +307,22 @@ void TstModelSearch::newItemsAreFound_data()
 
     row("inserted", [](TVLProjectModel *model) {
         const QModelIndex item = addItem(model, model->draftFolder(), TVL::Text);
-        typeText(model, item, u"lantern"_qs);
+        typeText(model, item, u"lantern"_s);
     });
     row("duplicated", [](TVLProjectModel *model) {
         QCOMPARE(model->duplicate({model->index(4)}, true).size(), 1);
     });
     row("duplicated with unsaved words", [](TVLProjectModel *model) {
-        typeText(model, model->index(5), u"lantern "_qs);
+        typeText(model, model->index(5), u"lantern "_s);
         QVERIFY(model->save());
         QCOMPARE(model->duplicate({model->index(5)}, true).size(), 1);
     });
     row("by title", [](TVLProjectModel *model) {
-        addItem(model, model->researchFolder(), TVL::Text, u"Lantern"_qs);
+        addItem(model, model->researchFolder(), TVL::Text, u"Lantern"_s);
     });
     row("by address", [](TVLProjectModel *model) {
-        QVERIFY(model->createUrlNode(QUrl(u"https://lantern.example/x"_qs), 0,
-                                     model->researchFolder()));
+        QVERIFY(
+            model->createUrlNode(QUrl(u"https://lantern.example/x"_s), 0, model->researchFolder()));
     });
 }
 
@@ -331,9 +333,9 @@ void TstModelSearch::newItemsAreFound()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     make(model.get());
-    const Ids ids = found(model.get(), u"lantern"_qs);
+    const Ids ids = found(model.get(), u"lantern"_s);
     QVERIFY(ids.contains(6));
     QVERIFY(ids.contains(4));
     for (const int id : ids)
@@ -346,14 +348,14 @@ void TstModelSearch::removedItemsAreNotFoundAlthoughTheirTextsStay()
     makeProject(project);
     auto model = project.open();
     QVERIFY(model->removeIndex(model->index(4)));
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids());
-    QCOMPARE(model->searchIndex()->indexes(searchFor(u"lantern"_qs)), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids());
+    QCOMPARE(model->searchIndex()->indexes(searchFor(u"lantern"_s)), Ids{4});
     // The file has them too, and they do no harm there.
     model->prepareToDestroy();
     QVERIFY(project.readFile(IndexFile).contains("lantern"));
     model = project.open();
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids());
-    QCOMPARE(model->searchIndex()->indexes(searchFor(u"lantern"_qs)), Ids());
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids());
+    QCOMPARE(model->searchIndex()->indexes(searchFor(u"lantern"_s)), Ids());
 }
 
 void TstModelSearch::aNewItemIsNotFoundByTheTextsOfOneWhoseIdItHas()
@@ -364,9 +366,9 @@ void TstModelSearch::aNewItemIsNotFoundByTheTextsOfOneWhoseIdItHas()
     QVERIFY(model->removeIndex(model->index(5)));
     const QModelIndex item = addItem(model.get(), model->draftFolder(), TVL::Text);
     QCOMPARE(model->nodeIdentity(item), 5);
-    QCOMPARE(found(model.get(), u"meadow"_qs), Ids());
-    typeText(model.get(), item, u"orchard"_qs);
-    QCOMPARE(found(model.get(), u"orchard"_qs), Ids{5});
+    QCOMPARE(found(model.get(), u"meadow"_s), Ids());
+    typeText(model.get(), item, u"orchard"_s);
+    QCOMPARE(found(model.get(), u"orchard"_s), Ids{5});
 }
 
 void TstModelSearch::anOverwrittenItemIsFoundByItsNewTexts()
@@ -374,10 +376,10 @@ void TstModelSearch::anOverwrittenItemIsFoundByItsNewTexts()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    QVERIFY(found(model.get(), u"nothing"_qs).isEmpty());
+    QVERIFY(found(model.get(), u"nothing"_s).isEmpty());
     QVERIFY(model->clone(model->index(4), model->index(5), true, false, true, true));
-    QCOMPARE(found(model.get(), u"lantern"_qs), (Ids{4, 5}));
-    QCOMPARE(found(model.get(), u"meadow"_qs), Ids());
+    QCOMPARE(found(model.get(), u"lantern"_s), (Ids{4, 5}));
+    QCOMPARE(found(model.get(), u"meadow"_s), Ids());
 }
 
 void TstModelSearch::labelsAndStatusItemsTakenOverAreFound()
@@ -389,13 +391,13 @@ void TstModelSearch::labelsAndStatusItemsTakenOverAreFound()
     record.mLabelId = 1;
     record.mStatusId = 5;
     QVERIFY(model->applyMobileAttributes(model->index(4), record));
-    QCOMPARE(found(model.get(), u"Chapter"_qs, TVL::LabelProperty), Ids{4});
-    QCOMPARE(found(model.get(), u"Done"_qs, TVL::StatusProperty), Ids{4});
+    QCOMPARE(found(model.get(), u"Chapter"_s, TVL::LabelProperty), Ids{4});
+    QCOMPARE(found(model.get(), u"Done"_s, TVL::StatusProperty), Ids{4});
     record.mLabelId = -1;
     record.mStatusId = -1;
     QVERIFY(model->applyMobileAttributes(model->index(4), record));
-    QCOMPARE(found(model.get(), u"Chapter"_qs, TVL::LabelProperty), Ids());
-    QCOMPARE(found(model.get(), u"Done"_qs, TVL::StatusProperty), Ids());
+    QCOMPARE(found(model.get(), u"Chapter"_s, TVL::LabelProperty), Ids());
+    QCOMPARE(found(model.get(), u"Done"_s, TVL::StatusProperty), Ids());
 }
 
 void TstModelSearch::labelsThatAreGoneAreNotFound()
@@ -403,18 +405,18 @@ void TstModelSearch::labelsThatAreGoneAreNotFound()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    const QList<TVLLabel> labels = {{-1, u"No Label"_qs, QColor()},
-                                    {7, u"Scene"_qs, QColor(Qt::red)}};
+    const QList<TVLLabel> labels = {{-1, u"No Label"_s, QColor()},
+                                    {7, u"Scene"_s, QColor(Qt::red)}};
     model->setLabels(labels);
     QVERIFY(model->setLabelIdentity(model->index(4), 7));
-    QCOMPARE(found(model.get(), u"scene"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"scene"_s), Ids{4});
     model->setLabels({labels.constFirst()});
     QCOMPARE(model->labelIdentity(model->index(4)), -1);
-    QCOMPARE(found(model.get(), u"scene"_qs), Ids());
+    QCOMPARE(found(model.get(), u"scene"_s), Ids());
     // A label of that number is another one.
     model->setLabels(labels);
-    QCOMPARE(found(model.get(), u"scene"_qs), Ids());
-    QVERIFY(found(model.get(), u"No Label"_qs).contains(4));
+    QCOMPARE(found(model.get(), u"scene"_s), Ids());
+    QVERIFY(found(model.get(), u"No Label"_s).contains(4));
 }
 
 void TstModelSearch::commentsGoWithTheWordsTheyStandAt()
@@ -423,9 +425,9 @@ void TstModelSearch::commentsGoWithTheWordsTheyStandAt()
     makeProject(project);
     auto model = project.open();
     const QModelIndex item = model->index(4);
-    QVERIFY(model->setInspectorNote(item, {0, 7}, comment(u"needle"_qs)));
+    QVERIFY(model->setInspectorNote(item, {0, 7}, comment(u"needle"_s)));
     QVERIFY(model->save());
-    QCOMPARE(found(model.get(), u"needle"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"needle"_s), Ids{4});
     QCOMPARE(model->checksums()->loadedChecksum(4, TVL::CommentsFile),
              model->checksums()->currentHddChecksum(4, TVL::CommentsFile));
     TVLTextDocument *text = model->referenceText(item);
@@ -433,10 +435,10 @@ void TstModelSearch::commentsGoWithTheWordsTheyStandAt()
     all.select(QTextCursor::Document);
     all.removeSelectedText();
     model->dereferenceItem(text);
-    QCOMPARE(found(model.get(), u"needle"_qs), Ids());
+    QCOMPARE(found(model.get(), u"needle"_s), Ids());
     model->prepareToDestroy();
     model = project.open();
-    QCOMPARE(found(model.get(), u"needle"_qs), Ids());
+    QCOMPARE(found(model.get(), u"needle"_s), Ids());
 }
 
 void TstModelSearch::systemFoldersAreNeverFound()
@@ -446,8 +448,8 @@ void TstModelSearch::systemFoldersAreNeverFound()
     const auto model = project.open();
     for (const QModelIndex &folder :
          {model->draftFolder(), model->researchFolder(), model->trashFolder()}) {
-        QVERIFY(model->setTitle(folder, u"needle"_qs));
-        QVERIFY(found(model.get(), u"needle"_qs).isEmpty());
+        QVERIFY(model->setTitle(folder, u"needle"_s));
+        QVERIFY(found(model.get(), u"needle"_s).isEmpty());
     }
 }
 
@@ -461,7 +463,7 @@ void TstModelSearch::aSearchLeavesNoDocumentsInMemory()
     const auto model = project.open();
     addItem(model.get(), model->researchFolder(), TVL::Image);
     TVLProjectModelTestAccess::setSaved(model.get());
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     const QModelIndexList items = recursiveWalk(model.get(), QModelIndex());
     for (const QModelIndex &item : items)
         QVERIFY(!model->referenced(item));
@@ -477,9 +479,9 @@ void TstModelSearch::aSearchLeavesHeldDocumentsAlone()
     makeProject(project);
     const auto model = project.open();
     TVLTextDocument *held = model->referenceText(model->index(4));
-    typeText(model.get(), model->index(5), u"x "_qs);
+    typeText(model.get(), model->index(5), u"x "_s);
     const TVLTextDocument *edited = model->projectNode(model->index(5))->mTextDocument;
-    QCOMPARE(found(model.get(), u"meadow"_qs), Ids{5});
+    QCOMPARE(found(model.get(), u"meadow"_s), Ids{5});
     QCOMPARE(model->projectNode(model->index(4))->mTextDocument, held);
     QCOMPARE(held->referenceCount(), 1);
     QCOMPARE(model->projectNode(model->index(5))->mTextDocument, edited);
@@ -502,7 +504,7 @@ void TstModelSearch::withoutAFileTheFirstSearchAsksForAllTexts()
     const Properties all = {TVL::TextProperty, TVL::NotesProperty, TVL::SynopsisProperty,
                             TVL::CustomMetaDataProperty, TVL::CommentsProperty};
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>{{3, all}, {4, all}, {5, all}}));
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
     QVERIFY(boxes.boxes().isEmpty());
 }
@@ -514,7 +516,7 @@ void TstModelSearch::nothingIsReadAgainAfterASearchAndASave()
     const auto model = project.open();
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
     QVERIFY(!model->searchIndex()->isModified());
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
 }
 
 void TstModelSearch::aTextChangedOutsideIsFoundByTheNextSearch()
@@ -527,8 +529,8 @@ void TstModelSearch::aTextChangedOutsideIsFoundByTheNextSearch()
     QCOMPARE(stale.keys(), Ids{4});
     // Custom meta-data is relied on when all files of the item are.
     QCOMPARE(stale.value(4), (Properties{TVL::TextProperty, TVL::CustomMetaDataProperty}));
-    QCOMPARE(found(model.get(), u"lighthouse"_qs), Ids{4});
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids());
+    QCOMPARE(found(model.get(), u"lighthouse"_s), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids());
 }
 
 void TstModelSearch::aTextRemovedOutsideIsNotFound()
@@ -537,8 +539,8 @@ void TstModelSearch::aTextRemovedOutsideIsNotFound()
     makeProject(project);
     QVERIFY(QFile::remove(project.path(SecondFile)));
     const auto model = project.open();
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids());
-    QCOMPARE(found(model.get(), u"harbour"_qs), Ids{3});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids());
+    QCOMPARE(found(model.get(), u"harbour"_s), Ids{3});
 }
 
 void TstModelSearch::anItemThatIsGoneDoesNoHarmInTheFile()
@@ -550,7 +552,7 @@ void TstModelSearch::anItemThatIsGoneDoesNoHarmInTheFile()
                   "<Document ID=\"-2\"/><Document/><Document ID=\"4\">");
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     QVERIFY(boxes.boxes().isEmpty());
 }
 
@@ -559,8 +561,8 @@ void TstModelSearch::itemsKnowFromTheFileWhetherTheyHaveTexts()
     const TestProject project;
     makeProject(project);
     auto model = project.open();
-    QVERIFY(model->setSynopsis(model->index(5), u"card"_qs));
-    typeText(model.get(), model->index(3), u"note"_qs, TVL::NotesText);
+    QVERIFY(model->setSynopsis(model->index(5), u"card"_s));
+    typeText(model.get(), model->index(3), u"note"_s, TVL::NotesText);
     addItem(model.get(), model->draftFolder(), TVL::Text);
     model->prepareToDestroy();
     model = project.open();
@@ -600,17 +602,17 @@ void TstModelSearch::aDamagedFileWarnsAndOpeningGoesOn()
     QVERIFY(model);
     const auto shown = boxes.takeBoxes();
     QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown.constFirst().title, u"Loading Search Index"_qs);
+    QCOMPARE(shown.constFirst().title, u"Loading Search Index"_s);
     QCOMPARE(shown.constFirst().text, loadWarning());
     QCOMPARE(shown.constFirst().icon, QMessageBox::Warning);
     QCOMPARE(project.readFile(IndexFile), content);
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     model->rebuildSearchIndexes(false, nullptr);
     model->prepareToDestroy();
     model = project.open();
     QVERIFY(boxes.boxes().isEmpty());
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
 }
 
 void TstModelSearch::damagedHashesOnlyMakeTheNextSearchSlower()
@@ -623,7 +625,7 @@ void TstModelSearch::damagedHashesOnlyMakeTheNextSearchSlower()
     QVERIFY(model);
     QVERIFY(boxes.boxes().isEmpty());
     QCOMPARE(unconfirmed(model.get()).keys(), (Ids{3, 4, 5}));
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
 }
 
 void TstModelSearch::textsAreWrittenBeforeTheirHashes()
@@ -632,7 +634,7 @@ void TstModelSearch::textsAreWrittenBeforeTheirHashes()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    typeText(model.get(), model->index(4), u"new "_qs);
+    typeText(model.get(), model->index(4), u"new "_s);
     QVERIFY(model->save());
     model->saveSearchIndex(false);
     QVERIFY(project.readFile(IndexFile).contains("new lantern"));
@@ -646,16 +648,16 @@ void TstModelSearch::hashesAreNotWrittenWhenTextsCouldNotBe()
     makeProject(project);
     const auto model = project.open();
     const QByteArray hashes = project.readFile(HashFile);
-    typeText(model.get(), model->index(4), u"new "_qs);
-    QVERIFY(QFile::rename(project.path(IndexFile), project.path(u"kept"_qs)));
+    typeText(model.get(), model->index(4), u"new "_s);
+    QVERIFY(QFile::rename(project.path(IndexFile), project.path(u"kept"_s)));
     QVERIFY(QDir().mkpath(project.path(IndexFile)));
     QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
     model->saveAll(false);
     QCOMPARE(project.readFile(HashFile), hashes);
     QVERIFY(model->searchIndex()->isModified());
     QVERIFY(QDir().rmdir(project.path(IndexFile)));
-    QVERIFY(QFile::rename(project.path(u"kept"_qs), project.path(IndexFile)));
-    QCOMPARE(found(project.open().get(), u"new"_qs), Ids{4});
+    QVERIFY(QFile::rename(project.path(u"kept"_s), project.path(IndexFile)));
+    QCOMPARE(found(project.open().get(), u"new"_s), Ids{4});
     model->saveAll(false);
     QVERIFY(project.readFile(HashFile) != hashes);
 }
@@ -731,15 +733,15 @@ void TstModelSearch::rebuildingRepairsFilesAndRows()
     auto model = project.open();
     // Rows may be wrong without anybody knowing.
     model->searchIndex()->updatePropertyNode(model->projectNode(model->index(3)), TVL::TextProperty,
-                                             u"lantern"_qs, true);
-    QCOMPARE(found(model.get(), u"lantern"_qs), (Ids{3, 4}));
+                                             u"lantern"_s, true);
+    QCOMPARE(found(model.get(), u"lantern"_s), (Ids{3, 4}));
     model->rebuildSearchIndexes(false, nullptr);
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     model.reset();
     QVERIFY(!project.readFile(HashFile).contains("77.rtf"));
     model = project.open();
     QCOMPARE(unconfirmed(model.get()), (QMap<int, Properties>()));
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
 }
 
 void TstModelSearch::rebuildingTwiceIsAsGoodAsOnce()
@@ -747,16 +749,16 @@ void TstModelSearch::rebuildingTwiceIsAsGoodAsOnce()
     const TestProject project;
     makeProject(project);
     const auto model = project.open();
-    QVERIFY(model->setKeywords(model->index(4), {u"light"_qs, u"night"_qs}));
+    QVERIFY(model->setKeywords(model->index(4), {u"light"_s, u"night"_s}));
     model->rebuildSearchIndexes(false, nullptr);
     const QByteArray once = project.readFile(IndexFile);
     const LogTaker taker;
     model->rebuildSearchIndexes(false, nullptr);
     QCOMPARE(taker.lines(), QStringList());
     QCOMPARE(project.readFile(IndexFile), once);
-    QCOMPARE(found(model.get(), u"night"_qs), Ids{4});
+    QCOMPARE(found(model.get(), u"night"_s), Ids{4});
     QVERIFY(model->setKeywords(model->index(4), {}));
-    QCOMPARE(found(model.get(), u"night"_qs), Ids());
+    QCOMPARE(found(model.get(), u"night"_s), Ids());
 }
 
 void TstModelSearch::rebuildingShowsProgress()
@@ -785,7 +787,7 @@ void TstModelSearch::rebuildingShowsProgress()
     connect(&timer, &QTimer::timeout, this, look);
     timer.start(0);
     model->rebuildSearchIndexes(true, nullptr);
-    QCOMPARE(label, u"Rebuilding search indexes. Please wait."_qs);
+    QCOMPARE(label, u"Rebuilding search indexes. Please wait."_s);
     QCOMPARE(maximum, 6);
     QVERIFY(isModal);
     QCOMPARE(buttons, 0);
@@ -803,7 +805,7 @@ void TstModelSearch::rebuildingShowsWhatStandsInForTheDialog()
         }
         void begin(const QString &text, int total) override
         {
-            mLines->append(u"%1 (%2)"_qs.arg(text).arg(total));
+            mLines->append(u"%1 (%2)"_s.arg(text).arg(total));
         }
         void advance(int steps) override { mLines->append(QString::number(steps)); }
 
@@ -819,8 +821,8 @@ void TstModelSearch::rebuildingShowsWhatStandsInForTheDialog()
     QCOMPARE(lines, QStringList());
     model->rebuildSearchIndexes(true, nullptr);
     TVLProgress::setMaker({});
-    QCOMPARE(lines.takeFirst(), u"Rebuilding search indexes. Please wait. (6)"_qs);
-    QCOMPARE(lines, QStringList(6, u"1"_qs));
+    QCOMPARE(lines.takeFirst(), u"Rebuilding search indexes. Please wait. (6)"_s);
+    QCOMPARE(lines, QStringList(6, u"1"_s));
 }
 
 void TstModelSearch::unreadableTextsDoNotStopARebuild()
@@ -834,16 +836,16 @@ void TstModelSearch::unreadableTextsDoNotStopARebuild()
     model->rebuildSearchIndexes(false, nullptr);
     const auto shown = boxes.takeBoxes();
     QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown.constFirst().title, u"Project Document Loader"_qs);
-    QCOMPARE(found(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(shown.constFirst().title, u"Project Document Loader"_s);
+    QCOMPARE(found(model.get(), u"lantern"_s), Ids{4});
     QVERIFY(model->save(true));
     QCOMPARE(project.readFile(FirstFile), bytes);
 }
 
 void TstModelSearch::matchingIsOpenToAll()
 {
-    QVERIFY(TVLProjectModel::matchQString(u"cart art"_qs, TVLTextMatcher::WholeWord, {u"art"_qs}));
-    QVERIFY(!TVLProjectModel::matchQString(u"cart"_qs, TVLTextMatcher::WholeWord, {u"art"_qs}));
+    QVERIFY(TVLProjectModel::matchQString(u"cart art"_s, TVLTextMatcher::WholeWord, {u"art"_s}));
+    QVERIFY(!TVLProjectModel::matchQString(u"cart"_s, TVLTextMatcher::WholeWord, {u"art"_s}));
     QVERIFY(TVLProjectModel::matchQString(QString(), TVLTextMatcher::EveryWord, {}));
     QVERIFY(!TVLProjectModel::matchQString(QString(), 0, {}));
 }

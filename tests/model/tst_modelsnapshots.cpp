@@ -20,6 +20,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -32,14 +34,14 @@ public:
         : mModel(mProject.create())
         , mIndex(firstText(mModel.get()))
     {
-        typeText(mModel.get(), mIndex, u"first words"_qs);
+        typeText(mModel.get(), mIndex, u"first words"_s);
         QObject::connect(mModel.get(), &TVLProjectModel::snapshotsChanged, &mContext,
                          [this](const QModelIndex &first, const QModelIndex &last) {
-                             log(u"snapshots"_qs, first, last);
+                             log(u"snapshots"_s, first, last);
                          });
         QObject::connect(mModel.get(), &TVLProjectModel::dataChanged, &mContext,
                          [this](const QModelIndex &first, const QModelIndex &last) {
-                             log(u"data"_qs, first, last);
+                             log(u"data"_s, first, last);
                          });
     }
 
@@ -48,10 +50,10 @@ public:
     [[nodiscard]] QModelIndex index() const { return mIndex; }
     [[nodiscard]] TVLProjectNode *node() const { return mModel->projectNode(mIndex); }
     [[nodiscard]] QString text() const { return mModel->documentPlainText(mIndex, false); }
-    [[nodiscard]] QString folder() const { return u"Snapshots/%1.snapshots"_qs.arg(node()->mId); }
+    [[nodiscard]] QString folder() const { return u"Snapshots/%1.snapshots"_s.arg(node()->mId); }
     [[nodiscard]] QString fileOf(const TVLSnapshotInfo &info) const
     {
-        return folder() + u'/' + Format::dateTimeToString(info.mDate, true) + u".rtf"_qs;
+        return folder() + u'/' + Format::dateTimeToString(info.mDate, true) + u".rtf"_s;
     }
     [[nodiscard]] int references() const { return node()->mTextDocument->referenceCount(); }
 
@@ -71,7 +73,7 @@ public:
 private:
     void log(const QString &what, const QModelIndex &first, const QModelIndex &last)
     {
-        mSignals.append(u"%1 %2-%3"_qs.arg(what)
+        mSignals.append(u"%1 %2-%3"_s.arg(what)
                             .arg(mModel->nodeIdentity(first))
                             .arg(mModel->nodeIdentity(last)));
     }
@@ -102,8 +104,8 @@ QStringList takenTitles(const Fixture &fixture)
 
 QStringList changeSignals(const Fixture &fixture)
 {
-    const QString ids = u"%1-%1"_qs.arg(fixture.node()->mId);
-    return {u"snapshots "_qs + ids, u"data "_qs + ids};
+    const QString ids = u"%1-%1"_s.arg(fixture.node()->mId);
+    return {u"snapshots "_s + ids, u"data "_s + ids};
 }
 
 QStringList dataSignal(const Fixture &fixture)
@@ -167,7 +169,7 @@ private Q_SLOTS:
 void TstModelSnapshots::aSnapshotOfTheTextIsMade()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(!fixture.node()->mHasSnapshots);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
     QVERIFY(fixture.node()->mHasSnapshots);
@@ -181,25 +183,25 @@ void TstModelSnapshots::aSnapshotNeedNotBeSavedFirst()
 {
     Fixture fixture;
     fixture.model()->save();
-    fixture.retype(u"unsaved words"_qs);
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_qs, 0)));
+    fixture.retype(u"unsaved words"_s);
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_s, 0)));
     // Making a snapshot changes nothing about the text.
     QVERIFY(!fixture.node()->mTextDocument->isSaved());
-    fixture.retype(u"later words"_qs);
+    fixture.retype(u"later words"_s);
     QTextDocument document;
-    QVERIFY(fixture.model()->loadSnapshot(fixture.index(), snapshotOf(u"First"_qs, 0), &document));
-    QCOMPARE(document.toPlainText(), u"unsaved words"_qs);
+    QVERIFY(fixture.model()->loadSnapshot(fixture.index(), snapshotOf(u"First"_s, 0), &document));
+    QCOMPARE(document.toPlainText(), u"unsaved words"_s);
 }
 
 void TstModelSnapshots::aTitleGetsThePresentTime()
 {
     Fixture fixture;
     const qint64 before = QDateTime::currentSecsSinceEpoch();
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), u"Now <&>"_qs));
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), u"Now <&>"_s));
     const qint64 after = QDateTime::currentSecsSinceEpoch();
     const QList<TVLSnapshotInfo> infos = fixture.model()->snapshots(fixture.index());
     QCOMPARE(infos.size(), 1);
-    QCOMPARE(infos.constFirst().mTitle, u"Now <&>"_qs);
+    QCOMPARE(infos.constFirst().mTitle, u"Now <&>"_s);
     QCOMPARE(infos.constFirst().mDate.timeSpec(), Qt::LocalTime);
     QVERIFY(infos.constFirst().mDate.toSecsSinceEpoch() >= before);
     QVERIFY(infos.constFirst().mDate.toSecsSinceEpoch() <= after);
@@ -210,8 +212,8 @@ void TstModelSnapshots::aFolderHasSnapshotsToo()
     Fixture fixture;
     const QModelIndex folder =
         addItem(fixture.model(), fixture.model()->draftFolder(), TVL::Folder);
-    typeText(fixture.model(), folder, u"about the part"_qs);
-    QVERIFY(fixture.model()->addSnapshot(folder, snapshotOf(u"First"_qs, 0)));
+    typeText(fixture.model(), folder, u"about the part"_s);
+    QVERIFY(fixture.model()->addSnapshot(folder, snapshotOf(u"First"_s, 0)));
     QCOMPARE(fixture.model()->snapshots(folder).size(), 1);
     QVERIFY(fixture.model()->snapshots(fixture.index()).isEmpty());
 }
@@ -219,17 +221,17 @@ void TstModelSnapshots::aFolderHasSnapshotsToo()
 void TstModelSnapshots::aFailureIsShownAndKeepsTheReference()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
     (void)fixture.takeSignals();
     const QMap<QString, QByteArray> before = fixture.project().files();
     TVLUnattendedMessageBoxes boxes;
-    QVERIFY(!fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Second"_qs, 0)));
+    QVERIFY(!fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Second"_s, 0)));
     QCOMPARE(boxes.boxes().size(), 1);
     const TVLUnattendedMessageBoxes::Box box = boxes.boxes().constFirst();
-    QCOMPARE(box.title, u"Snapshot Writer"_qs);
+    QCOMPARE(box.title, u"Snapshot Writer"_s);
     QCOMPARE(box.text,
-             u"Snapshot file already exists. Will not overwrite snapshot file: '%1'"_qs.arg(
+             u"Snapshot file already exists. Will not overwrite snapshot file: '%1'"_s.arg(
                  fixture.project().path(fixture.fileOf(info))));
     QCOMPARE(box.icon, QMessageBox::Critical);
     QCOMPARE(box.standardButtons, QMessageBox::StandardButtons(QMessageBox::Ok));
@@ -237,21 +239,21 @@ void TstModelSnapshots::aFailureIsShownAndKeepsTheReference()
     QCOMPARE(fixture.project().files(), before);
     // Kept as it stands: nothing gives the reference back.
     QCOMPARE(fixture.references(), 1);
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Third"_qs, 1)));
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Third"_s, 1)));
     QCOMPARE(fixture.references(), 1);
 }
 
 void TstModelSnapshots::aDamagedIndexIsShownAndNotTouched()
 {
     Fixture fixture;
-    const QString index = fixture.folder() + u"/index.xml"_qs;
+    const QString index = fixture.folder() + u"/index.xml"_s;
     fixture.project().writeFile(index, "<Snapshots>");
     TVLUnattendedMessageBoxes boxes;
-    QVERIFY(!fixture.model()->addSnapshot(fixture.index(), u"First"_qs));
+    QVERIFY(!fixture.model()->addSnapshot(fixture.index(), u"First"_s));
     QCOMPARE(boxes.boxes().size(), 1);
     QCOMPARE(
         boxes.boxes().constFirst().text,
-        u"Could not read the index of the snapshots: '%1'"_qs.arg(fixture.project().path(index)));
+        u"Could not read the index of the snapshots: '%1'"_s.arg(fixture.project().path(index)));
     QCOMPARE(fixture.project().readFile(index), "<Snapshots>");
     QVERIFY(fixture.model()->snapshots(fixture.index()).isEmpty());
     QVERIFY(!fixture.node()->mHasSnapshots);
@@ -269,8 +271,8 @@ void TstModelSnapshots::aGivenDocumentIsTaken()
     QFETCH(const bool, isExternal);
     Fixture fixture;
     QTextDocument document;
-    document.setPlainText(u"words from elsewhere"_qs);
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    document.setPlainText(u"words from elsewhere"_s);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QString error;
     QVERIFY(isExternal ? fixture.model()->addSnapshotWithExternalDocument(fixture.index(), info,
                                                                           &document, &error)
@@ -280,7 +282,7 @@ void TstModelSnapshots::aGivenDocumentIsTaken()
     QCOMPARE(fixture.takeSignals(), changeSignals(fixture));
     QVERIFY(fixture.node()->mHasSnapshots);
     QVERIFY(fixture.project().readFile(fixture.fileOf(info)).contains("words from elsewhere"));
-    QCOMPARE(fixture.text(), u"first words"_qs);
+    QCOMPARE(fixture.text(), u"first words"_s);
     QCOMPARE(fixture.references(), 0);
 }
 
@@ -290,20 +292,20 @@ void TstModelSnapshots::aGivenDocumentIsTakenForAnyItem()
     const QModelIndex image =
         addItem(fixture.model(), fixture.model()->researchFolder(), TVL::Image);
     const QTextDocument document;
-    QVERIFY(fixture.model()->addSnapshotWithDocument(image, snapshotOf(u"First"_qs, 0), &document,
+    QVERIFY(fixture.model()->addSnapshotWithDocument(image, snapshotOf(u"First"_s, 0), &document,
                                                      nullptr));
     QVERIFY(fixture.model()->projectNode(image)->mHasSnapshots);
-    QVERIFY(!fixture.model()->addSnapshotWithDocument(QModelIndex(), snapshotOf(u"First"_qs, 0),
+    QVERIFY(!fixture.model()->addSnapshotWithDocument(QModelIndex(), snapshotOf(u"First"_s, 0),
                                                       &document, nullptr));
     QVERIFY(!fixture.model()->addSnapshotWithDocument(
-        fixture.model()->rootIndex(), snapshotOf(u"First"_qs, 0), &document, nullptr));
+        fixture.model()->rootIndex(), snapshotOf(u"First"_s, 0), &document, nullptr));
 }
 
 void TstModelSnapshots::aGivenDocumentFailsWithoutABox()
 {
     Fixture fixture;
     TVLUnattendedMessageBoxes boxes;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QString error;
     QVERIFY(!fixture.model()->addSnapshotWithDocument(fixture.index(), info, nullptr, &error));
     QVERIFY(!fixture.node()->mHasSnapshots);
@@ -312,7 +314,7 @@ void TstModelSnapshots::aGivenDocumentFailsWithoutABox()
     QTextDocument document;
     QVERIFY(!fixture.model()->addSnapshotWithExternalDocument(fixture.index(), info, &document,
                                                               &error));
-    QVERIFY(error.startsWith(u"Snapshot file already exists."_qs));
+    QVERIFY(error.startsWith(u"Snapshot file already exists."_s));
     QVERIFY(boxes.boxes().isEmpty());
     QCOMPARE(fixture.takeSignals(), QStringList());
 }
@@ -322,15 +324,15 @@ void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("damagedFile");
     QTest::addColumn<QString>("error");
-    QTest::newRow("a text") << u"Chapter %1"_qs << u"3.rtf"_qs
+    QTest::newRow("a text") << u"Chapter %1"_s << u"3.rtf"_s
                             << u"The text of 'Chapter %1' could not be read, so there is no "
-                               "snapshot of it."_qs;
+                               "snapshot of it."_s;
     QTest::newRow("a text without title")
-        << QString() << u"3.rtf"_qs
-        << u"The text of 'Untitled' could not be read, so there is no snapshot of it."_qs;
-    QTest::newRow("comments") << u"Chapter"_qs << u"3.comments"_qs
+        << QString() << u"3.rtf"_s
+        << u"The text of 'Untitled' could not be read, so there is no snapshot of it."_s;
+    QTest::newRow("comments") << u"Chapter"_s << u"3.comments"_s
                               << u"The comments of 'Chapter' could not be read, so there is no "
-                                 "snapshot of it."_qs;
+                                 "snapshot of it."_s;
 }
 
 void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead()
@@ -342,14 +344,14 @@ void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead()
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     QVERIFY(model->setTitle(index, title));
-    project.writeFile(u"Files/Docs/"_qs + damagedFile, "damaged");
+    project.writeFile(u"Files/Docs/"_s + damagedFile, "damaged");
     TVLUnattendedMessageBoxes boxes;
     TVLTextDocument *text = model->referenceText(index);
     QCOMPARE(boxes.takeBoxes().size(), 1);
     const SignalLog log(model.get());
-    QVERIFY(!model->addSnapshot(index, u"First"_qs));
+    QVERIFY(!model->addSnapshot(index, u"First"_s));
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_qs);
+    QCOMPARE(boxes.boxes().at(0).title, u"Snapshot Writer"_s);
     QCOMPARE(boxes.boxes().at(0).text, error);
     QString told;
     QVERIFY(!model->addSnapshotWithDocument(index, snapshotOf({}, 0), text, &told));
@@ -357,11 +359,11 @@ void TstModelSnapshots::thereIsNoSnapshotOfWhatCouldNotBeRead()
     QVERIFY(!model->addSnapshotWithExternalDocument(index, snapshotOf({}, 0), text, nullptr));
     QCOMPARE(model->snapshots(index), QList<TVLSnapshotInfo>());
     QVERIFY(!model->hasSnapshots(index));
-    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/3.snapshots"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"Snapshots/3.snapshots"_s)));
     QCOMPARE(log.lines(), QStringList());
 
     // A text that the caller has made is one that was read.
-    const QTextDocument own(u"words"_qs);
+    const QTextDocument own(u"words"_s);
     QVERIFY(model->addSnapshotWithExternalDocument(index, snapshotOf({}, 0), &own, nullptr));
 }
 
@@ -384,7 +386,7 @@ void TstModelSnapshots::otherItemsAreRefused()
     const QModelIndex index = type < 0 ? QModelIndex()
         : type <= TVL::TrashFolder     ? model->findSystemFolder(TVL::NodeType(type))
                                    : addItem(model, model->researchFolder(), TVL::NodeType(type));
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     if (index.isValid()) {
         const QTextDocument document;
         QVERIFY(model->addSnapshotWithDocument(index, info, &document, nullptr));
@@ -394,12 +396,12 @@ void TstModelSnapshots::otherItemsAreRefused()
     const QMap<QString, QByteArray> before = fixture.project().files();
     TVLUnattendedMessageBoxes boxes;
     QVERIFY(model->snapshots(index).isEmpty());
-    QVERIFY(!model->addSnapshot(index, snapshotOf(u"Second"_qs, 1)));
-    QVERIFY(!model->addSnapshot(index, u"Second"_qs));
+    QVERIFY(!model->addSnapshot(index, snapshotOf(u"Second"_s, 1)));
+    QVERIFY(!model->addSnapshot(index, u"Second"_s));
     QTextDocument document;
     QVERIFY(!model->loadSnapshot(index, info, &document));
     QVERIFY(!model->loadSnapshotIntoMainText(index, info));
-    QVERIFY(!model->setSnapshotTitle(index, info.mDate, u"Other"_qs));
+    QVERIFY(!model->setSnapshotTitle(index, info.mDate, u"Other"_s));
     QVERIFY(!model->removeSnapshot(index, info));
     QVERIFY(boxes.boxes().isEmpty());
     QCOMPARE(fixture.takeSignals(), QStringList());
@@ -411,7 +413,7 @@ void TstModelSnapshots::indexesOfAnotherModelAreRefused()
     Fixture fixture;
     const auto other = blankModel();
     const QModelIndex index = firstText(other.get());
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QTextDocument document;
     TVLUnattendedMessageBoxes boxes;
     QVERIFY(fixture.model()->snapshots(index).isEmpty());
@@ -419,7 +421,7 @@ void TstModelSnapshots::indexesOfAnotherModelAreRefused()
     QVERIFY(!fixture.model()->addSnapshotWithDocument(index, info, &document, nullptr));
     QVERIFY(!fixture.model()->loadSnapshot(index, info, &document));
     QVERIFY(!fixture.model()->loadSnapshotIntoMainText(index, info));
-    QVERIFY(!fixture.model()->setSnapshotTitle(index, info.mDate, u"Other"_qs));
+    QVERIFY(!fixture.model()->setSnapshotTitle(index, info.mDate, u"Other"_s));
     QVERIFY(!fixture.model()->removeSnapshot(index, info));
     QVERIFY(boxes.boxes().isEmpty());
 }
@@ -434,23 +436,23 @@ void TstModelSnapshots::anItemWithoutSnapshotsHasAnEmptyList()
 void TstModelSnapshots::aSnapshotIsReadIntoADocumentOfTheCaller()
 {
     Fixture fixture;
-    fixture.retype(u"first\nsecond"_qs);
+    fixture.retype(u"first\nsecond"_s);
     TVLTextCommentLink comment(QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(),
                                "{\\rtf1 remark}");
     QVERIFY(fixture.model()->setInspectorNote(fixture.index(), {0, 5}, comment));
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_qs, 0)));
-    fixture.retype(u"later"_qs);
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_s, 0)));
+    fixture.retype(u"later"_s);
     (void)fixture.takeSignals();
     const TVLSnapshotInfo info = fixture.model()->snapshots(fixture.index()).constFirst();
     QTextDocument document;
-    document.setPlainText(u"what was there"_qs);
+    document.setPlainText(u"what was there"_s);
     QVERIFY(fixture.model()->loadSnapshot(fixture.index(), info, &document));
-    QCOMPARE(document.toPlainText(), u"first\nsecond"_qs);
-    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(&document), QStringList{u"remark"_qs});
-    QCOMPARE(fixture.text(), u"later"_qs);
+    QCOMPARE(document.toPlainText(), u"first\nsecond"_s);
+    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(&document), QStringList{u"remark"_s});
+    QCOMPARE(fixture.text(), u"later"_s);
     QCOMPARE(fixture.takeSignals(), QStringList());
     QVERIFY(!fixture.model()->loadSnapshot(fixture.index(), info, nullptr));
-    QVERIFY(!fixture.model()->loadSnapshot(fixture.index(), snapshotOf(u"First"_qs, 1), &document));
+    QVERIFY(!fixture.model()->loadSnapshot(fixture.index(), snapshotOf(u"First"_s, 1), &document));
 }
 
 void TstModelSnapshots::linksOfAnOldSnapshotLeadToUuids()
@@ -459,14 +461,14 @@ void TstModelSnapshots::linksOfAnOldSnapshotLeadToUuids()
     const int id = fixture.node()->mId;
     const QByteArray link = "<LinkID Range=\"0,5\">" + QByteArray::number(id) + "</LinkID>";
     fixture.project().writeFile(
-        fixture.folder() + u"/index.xml"_qs,
+        fixture.folder() + u"/index.xml"_s,
         "<Snapshots Version=\"1.0\"><Snapshot><Title>Old</Title>"
         "<Date>2026-03-01 08:30:00 +0000</Date><Links><TavelinorLinks><TextLinks>"
             + link + "</TextLinks></TavelinorLinks></Links></Snapshot></Snapshots>");
     const TVLSnapshotInfo info = fixture.model()->snapshots(fixture.index()).constFirst();
     fixture.project().writeFile(fixture.fileOf(info), "{\\rtf1 first second}");
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
-    QCOMPARE(fixture.text(), u"first second"_qs);
+    QCOMPARE(fixture.text(), u"first second"_s);
     QCOMPARE(TVLTextDoc::internalLinks(fixture.node()->mTextDocument),
              (QMap<TVLTextRange, QString>{
                  {{0, 5}, TVLTextFormat::internalLinkAddress(fixture.node()->mUuid)}}));
@@ -475,12 +477,12 @@ void TstModelSnapshots::linksOfAnOldSnapshotLeadToUuids()
 void TstModelSnapshots::aSnapshotIsPutInPlaceOfTheText()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"words that came later\nand more of them"_qs);
+    fixture.retype(u"words that came later\nand more of them"_s);
     QSignalSpy edits(fixture.model(), &TVLProjectModel::documentContentsChanged);
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
-    QCOMPARE(fixture.text(), u"first words"_qs);
+    QCOMPARE(fixture.text(), u"first words"_s);
     QCOMPARE(fixture.node()->mRestoredSnapshotDate, info.mDate);
     QCOMPARE(edits.size(), 1);
     QCOMPARE(fixture.references(), 0);
@@ -492,27 +494,27 @@ void TstModelSnapshots::aSnapshotIsPutInPlaceOfTheText()
 void TstModelSnapshots::aRestoredTextIsSaved()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"later"_qs);
+    fixture.retype(u"later"_s);
     QVERIFY(fixture.model()->save());
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
     QVERIFY(fixture.model()->save());
     const auto reopened = fixture.project().open();
-    QCOMPARE(reopened->documentPlainText(firstText(reopened.get()), false), u"first words"_qs);
+    QCOMPARE(reopened->documentPlainText(firstText(reopened.get()), false), u"first words"_s);
 }
 
 void TstModelSnapshots::restoringCanBeUndoneInOneStep()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"words that came later\nand more of them"_qs);
+    fixture.retype(u"words that came later\nand more of them"_s);
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
     fixture.node()->mTextDocument->undo();
-    QCOMPARE(fixture.text(), u"words that came later\nand more of them"_qs);
+    QCOMPARE(fixture.text(), u"words that came later\nand more of them"_s);
     fixture.node()->mTextDocument->redo();
-    QCOMPARE(fixture.text(), u"first words"_qs);
+    QCOMPARE(fixture.text(), u"first words"_s);
 }
 
 void TstModelSnapshots::aRestoredTextIsAsItWas_data()
@@ -529,7 +531,7 @@ void TstModelSnapshots::aRestoredTextIsAsItWas()
     QRandomGenerator random(quint32(seed) + 1);
     const auto document = makeRandomDocument(&random);
     const auto other = makeRandomDocument(&random);
-    QVERIFY(fixture.model()->addSnapshotWithDocument(fixture.index(), snapshotOf(u"First"_qs, 0),
+    QVERIFY(fixture.model()->addSnapshotWithDocument(fixture.index(), snapshotOf(u"First"_s, 0),
                                                      document.get(), nullptr));
     QVERIFY(fixture.model()->overwriteText(fixture.index(), other.get()));
     const TVLSnapshotInfo info = fixture.model()->snapshots(fixture.index()).constFirst();
@@ -543,9 +545,9 @@ void TstModelSnapshots::anEmptySnapshotEmptiesTheText()
 {
     Fixture fixture;
     fixture.retype(QString());
-    const TVLSnapshotInfo info = snapshotOf(u"Empty"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"Empty"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"later"_qs);
+    fixture.retype(u"later"_s);
     QTextCursor cursor(fixture.node()->mTextDocument);
     cursor.createList(QTextListFormat::ListDisc);
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
@@ -557,11 +559,11 @@ void TstModelSnapshots::anEmptySnapshotEmptiesTheText()
 void TstModelSnapshots::theNextEditForgetsWhatWasRestored()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
     QVERIFY(fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
     QCOMPARE(fixture.node()->mRestoredSnapshotDate, info.mDate);
-    typeText(fixture.model(), fixture.index(), u"more "_qs);
+    typeText(fixture.model(), fixture.index(), u"more "_s);
     QVERIFY(!fixture.node()->mRestoredSnapshotDate.isValid());
 }
 
@@ -578,9 +580,9 @@ void TstModelSnapshots::aSnapshotThatCannotBeReadLeavesTheTextAlone()
 {
     QFETCH(const QByteArray, content);
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"later"_qs);
+    fixture.retype(u"later"_s);
     QVERIFY(fixture.model()->save());
     if (content.isEmpty())
         QVERIFY(QFile::remove(fixture.project().path(fixture.fileOf(info))));
@@ -588,7 +590,7 @@ void TstModelSnapshots::aSnapshotThatCannotBeReadLeavesTheTextAlone()
         fixture.project().writeFile(fixture.fileOf(info), content);
     (void)fixture.takeSignals();
     QVERIFY(!fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
-    QCOMPARE(fixture.text(), u"later"_qs);
+    QCOMPARE(fixture.text(), u"later"_s);
     QVERIFY(!fixture.node()->mRestoredSnapshotDate.isValid());
     QVERIFY(fixture.model()->isSaved());
     QCOMPARE(fixture.references(), 0);
@@ -598,34 +600,34 @@ void TstModelSnapshots::aSnapshotThatCannotBeReadLeavesTheTextAlone()
 void TstModelSnapshots::aTextThatCannotBeSavedIsNotReplaced()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
-    fixture.retype(u"later"_qs);
+    fixture.retype(u"later"_s);
     fixture.node()->mTextDocument->setReadOnly(true);
     QVERIFY(!fixture.model()->loadSnapshotIntoMainText(fixture.index(), info));
-    QCOMPARE(fixture.text(), u"later"_qs);
+    QCOMPARE(fixture.text(), u"later"_s);
 }
 
 void TstModelSnapshots::aTitleIsSet()
 {
     Fixture fixture;
     for (const int second : {0, 1})
-        QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Same"_qs, second)));
+        QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Same"_s, second)));
     (void)fixture.takeSignals();
     QVERIFY(fixture.model()->setSnapshotTitle(fixture.index(),
-                                              snapshotOf({}, 1).mDate.addMSecs(500), u"Other"_qs));
-    QCOMPARE(takenTitles(fixture), (QStringList{u"Same"_qs, u"Other"_qs}));
+                                              snapshotOf({}, 1).mDate.addMSecs(500), u"Other"_s));
+    QCOMPARE(takenTitles(fixture), (QStringList{u"Same"_s, u"Other"_s}));
     QCOMPARE(fixture.takeSignals(), changeSignals(fixture));
 }
 
 void TstModelSnapshots::aTitleOfNoSnapshotIsAFailure()
 {
     Fixture fixture;
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_qs, 0)));
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_s, 0)));
     (void)fixture.takeSignals();
     QVERIFY(
-        !fixture.model()->setSnapshotTitle(fixture.index(), snapshotOf({}, 1).mDate, u"Other"_qs));
-    QCOMPARE(takenTitles(fixture), QStringList{u"First"_qs});
+        !fixture.model()->setSnapshotTitle(fixture.index(), snapshotOf({}, 1).mDate, u"Other"_s));
+    QCOMPARE(takenTitles(fixture), QStringList{u"First"_s});
     QCOMPARE(fixture.takeSignals(), QStringList());
 }
 
@@ -633,11 +635,11 @@ void TstModelSnapshots::aSnapshotIsRemoved()
 {
     Fixture fixture;
     for (const int second : {0, 1})
-        QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Same"_qs, second)));
+        QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"Same"_s, second)));
     (void)fixture.takeSignals();
-    QVERIFY(fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"Same"_qs, 0)));
+    QVERIFY(fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"Same"_s, 0)));
     QCOMPARE(fixture.model()->snapshots(fixture.index()),
-             QList<TVLSnapshotInfo>{snapshotOf(u"Same"_qs, 1)});
+             QList<TVLSnapshotInfo>{snapshotOf(u"Same"_s, 1)});
     QVERIFY(fixture.node()->mHasSnapshots);
     // Kept as it stands: not told as a change of the snapshots.
     QCOMPARE(fixture.takeSignals(), dataSignal(fixture));
@@ -646,7 +648,7 @@ void TstModelSnapshots::aSnapshotIsRemoved()
 void TstModelSnapshots::removingTheLastOneShows()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
     (void)fixture.takeSignals();
     QVERIFY(fixture.model()->removeSnapshot(fixture.index(), info));
@@ -659,10 +661,10 @@ void TstModelSnapshots::removingTheLastOneShows()
 void TstModelSnapshots::removingWhatIsNotThereIsAFailure()
 {
     Fixture fixture;
-    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_qs, 0)));
+    QVERIFY(fixture.model()->addSnapshot(fixture.index(), snapshotOf(u"First"_s, 0)));
     (void)fixture.takeSignals();
-    QVERIFY(!fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"Other"_qs, 0)));
-    QVERIFY(!fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"First"_qs, 1)));
+    QVERIFY(!fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"Other"_s, 0)));
+    QVERIFY(!fixture.model()->removeSnapshot(fixture.index(), snapshotOf(u"First"_s, 1)));
     QVERIFY(fixture.node()->mHasSnapshots);
     QCOMPARE(fixture.takeSignals(), QStringList());
 }
@@ -673,21 +675,21 @@ void TstModelSnapshots::anItemThatTakesAnIdHasNoSnapshots()
     TVLProjectModel *model = fixture.model();
     const QModelIndex doomed = addItem(model, model->draftFolder(), TVL::Text);
     const int id = model->nodeIdentity(doomed);
-    QVERIFY(model->addSnapshot(doomed, snapshotOf(u"Of the old item"_qs, 0)));
+    QVERIFY(model->addSnapshot(doomed, snapshotOf(u"Of the old item"_s, 0)));
     QCOMPARE(model->snapshots(doomed).size(), 1);
     QVERIFY(model->removeIndex(doomed));
     const QModelIndex heir = addItem(model, model->draftFolder(), TVL::Text);
     QCOMPARE(model->nodeIdentity(heir), id);
     QVERIFY(model->snapshots(heir).isEmpty());
     QVERIFY(!Format::hasSnapshots(fixture.project().path(), id));
-    QVERIFY(model->addSnapshot(heir, snapshotOf(u"Of the new item"_qs, 0)));
+    QVERIFY(model->addSnapshot(heir, snapshotOf(u"Of the new item"_s, 0)));
     QCOMPARE(model->snapshots(heir).size(), 1);
 }
 
 void TstModelSnapshots::snapshotsSurviveReopening()
 {
     Fixture fixture;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(fixture.model()->addSnapshot(fixture.index(), info));
     fixture.model()->saveAll(true);
     Format::clearSnapshotsCache(fixture.project().path());
@@ -697,7 +699,7 @@ void TstModelSnapshots::snapshotsSurviveReopening()
     QCOMPARE(reopened->snapshots(index), QList<TVLSnapshotInfo>{info});
     QTextDocument document;
     QVERIFY(reopened->loadSnapshot(index, info, &document));
-    QCOMPARE(document.toPlainText(), u"first words"_qs);
+    QCOMPARE(document.toPlainText(), u"first words"_s);
 }
 
 TVL_TEST(TstModelSnapshots)

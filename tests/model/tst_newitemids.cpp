@@ -14,6 +14,8 @@
 #include <ctime>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** A new item never shows or overwrites what another one has left under its id. */
 class TstNewItemIds : public QObject
 {
@@ -39,9 +41,9 @@ private Q_SLOTS:
 
 namespace {
 
-QString docPath(int id, const QString &ending = u".rtf"_qs)
+QString docPath(int id, const QString &ending = u".rtf"_s)
 {
-    return u"Files/Docs/%1"_qs.arg(id) + ending;
+    return u"Files/Docs/%1"_s.arg(id) + ending;
 }
 
 /** A new item, with what it shows and after something was typed and saved. */
@@ -62,15 +64,15 @@ void TstNewItemIds::filesBelowARemovedItemStayItsOwn()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_qs);
-    const int left = model->nodeIdentity(addTextItem(model.get(), a, u"b"_qs));
+    const QPersistentModelIndex a = addTextItem(model.get(), model->researchFolder(), u"a"_s);
+    const int left = model->nodeIdentity(addTextItem(model.get(), a, u"b"_s));
     QVERIFY(model->removeIndex(a));
     const QByteArray before = project.readFile(docPath(left));
     QVERIFY(before.contains("b text"));
 
     // The first gets the id of the removed item, whose own files are gone.
-    QCOMPARE(newItemWithText(model.get(), u"new words"_qs), left - 1);
-    QCOMPARE(newItemWithText(model.get(), u"more words"_qs), left + 1);
+    QCOMPARE(newItemWithText(model.get(), u"new words"_s), left - 1);
+    QCOMPARE(newItemWithText(model.get(), u"more words"_s), left + 1);
     QVERIFY(model->save());
     QCOMPARE(project.readFile(docPath(left)), before);
     QVERIFY(project.readFile(docPath(left - 1)).contains("new words"));
@@ -83,7 +85,7 @@ void TstNewItemIds::filesOfASessionThatWasNotSavedStay()
     int left = -1;
     {
         const auto model = project.create();
-        const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"lost"_qs);
+        const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"lost"_s);
         left = model->nodeIdentity(item);
         // The text is on disk, and the binder doesn't know of it when the session ends.
         QVERIFY(model->saveDocuments(model->projectNode(item), false, nullptr));
@@ -92,7 +94,7 @@ void TstNewItemIds::filesOfASessionThatWasNotSavedStay()
     QVERIFY(before.contains("lost text"));
     const auto model = project.open();
     QVERIFY(!model->hasNodeId(left));
-    QVERIFY(newItemWithText(model.get(), u"new words"_qs) != left);
+    QVERIFY(newItemWithText(model.get(), u"new words"_s) != left);
     QVERIFY(model->save());
     QCOMPARE(project.readFile(docPath(left)), before);
 }
@@ -114,17 +116,17 @@ void TstNewItemIds::whateverWasLeftKeepsItsId()
     QFETCH(const QString, left);
     const TestProject project;
     (void)project.create();
-    project.writeFile(u"Files/Docs/readme.txt"_qs, "no item's");
+    project.writeFile(u"Files/Docs/readme.txt"_s, "no item's");
     if (left.isEmpty())
-        QVERIFY(QFile::link(project.path(u"nowhere"_qs), project.path(docPath(4))));
+        QVERIFY(QFile::link(project.path(u"nowhere"_s), project.path(docPath(4))));
     else
         project.writeFile(left, "left");
     const auto model = project.open();
     const QModelIndex research = model->researchFolder();
     const std::function<int()> makers[] = {
         [&] { return model->nodeIdentity(model->createNewItem(0, research)); },
-        [&] { return model->insertNode(0, research, TVL::Text, u"rtf"_qs, u"n"_qs)->mId; },
-        [&] { return model->nodeIdentity(model->insertUserFolder(0, research, u"n"_qs)); },
+        [&] { return model->insertNode(0, research, TVL::Text, u"rtf"_s, u"n"_s)->mId; },
+        [&] { return model->nodeIdentity(model->insertUserFolder(0, research, u"n"_s)); },
         [&] { return model->nodeIdentity(addItem(model.get(), research, TVL::Text)); },
         [&] {
             return model->nodeIdentity(model->duplicate({firstText(model.get())}, true).value(0));
@@ -140,9 +142,9 @@ void TstNewItemIds::filesThatCouldNotBeDeletedKeepTheirId()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"a"_qs);
+    const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"a"_s);
     const int id = model->nodeIdentity(item);
-    project.writeFile(docPath(id, u".rtf/in the way"_qs), "x");
+    project.writeFile(docPath(id, u".rtf/in the way"_s), "x");
     QVERIFY(model->removeIndex(item));
     QVERIFY(QFile::exists(project.path(docPath(id))));
     QCOMPARE(model->nodeIdentity(model->createNewItem(0, model->draftFolder())), id + 1);
@@ -152,8 +154,8 @@ void TstNewItemIds::aMergedItemWhoseFilesStayKeepsItsId()
 {
     const TestProject project;
     const auto model = project.create();
-    const QPersistentModelIndex a = addTextItem(model.get(), model->draftFolder(), u"a"_qs);
-    const QPersistentModelIndex b = addTextItem(model.get(), model->draftFolder(), u"b"_qs);
+    const QPersistentModelIndex a = addTextItem(model.get(), model->draftFolder(), u"a"_s);
+    const QPersistentModelIndex b = addTextItem(model.get(), model->draftFolder(), u"b"_s);
     QVERIFY(model->save());
     const int id = model->nodeIdentity(b);
     {
@@ -164,18 +166,18 @@ void TstNewItemIds::aMergedItemWhoseFilesStayKeepsItsId()
     }
     QVERIFY(!b.isValid());
     QVERIFY(project.readFile(docPath(id)).contains("b text"));
-    QCOMPARE(newItemWithText(model.get(), u"new words"_qs), id + 1);
+    QCOMPARE(newItemWithText(model.get(), u"new words"_s), id + 1);
 }
 
 void TstNewItemIds::anItemThatLosesItsIdLeavesItsFiles()
 {
     const TestProject project;
     const auto model = project.create();
-    const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"a"_qs);
+    const QModelIndex item = addTextItem(model.get(), model->draftFolder(), u"a"_s);
     const int id = model->nodeIdentity(item);
     QVERIFY(model->save());
     model->clearIndexId(item);
-    QCOMPARE(newItemWithText(model.get(), u"new words"_qs), id + 1);
+    QCOMPARE(newItemWithText(model.get(), u"new words"_s), id + 1);
 }
 
 void TstNewItemIds::itemsWithoutIdsTakeNothingOver()
@@ -228,10 +230,10 @@ void TstNewItemIds::aFolderThatCanNotBeListedIsAskedByName()
     const TestProject project;
     (void)project.create();
     project.writeFile(docPath(4), "left");
-    project.writeFile(docPath(6, u".pdf"_qs), "left");
+    project.writeFile(docPath(6, u".pdf"_s), "left");
     const auto model = project.open();
     {
-        const ReducedPermissions passage(project.path(u"Files/Docs"_qs),
+        const ReducedPermissions passage(project.path(u"Files/Docs"_s),
                                          QFile::WriteOwner | QFile::ExeOwner);
         QCOMPARE(model->nodeIdentity(model->createNewItem(0, model->draftFolder())), 5);
     }
@@ -246,7 +248,7 @@ void TstNewItemIds::anIdThatWasAskedForIsGiven()
     const auto model = project.open();
     TVLProjectNodeProperties record;
     record.mId = 9;
-    record.mTitle = u"From a merge that brought the file"_qs;
+    record.mTitle = u"From a merge that brought the file"_s;
     QCOMPARE(model->nodeIdentity(model->insertRowWithProperties(0, model->draftFolder(), record)),
              9);
 }
@@ -255,9 +257,9 @@ void TstNewItemIds::noIdIsPassedOverForAnItemWithoutFiles()
 {
     const TestProject project;
     const auto model = project.create();
-    addTree(model.get(), model->researchFolder(), u"a(b(c) d)"_qs);
-    const int id = model->nodeIdentity(itemTitled(model.get(), u"a"_qs));
-    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_qs)));
+    addTree(model.get(), model->researchFolder(), u"a(b(c) d)"_s);
+    const int id = model->nodeIdentity(itemTitled(model.get(), u"a"_s));
+    QVERIFY(model->removeIndex(itemTitled(model.get(), u"a"_s)));
     QCOMPARE(model->nodeIdentity(model->createNewItem(0, model->researchFolder())), id);
     QCOMPARE(model->findNextNodeId(), model->findBiggestNodeId() + 1);
 }
@@ -268,7 +270,7 @@ void TstNewItemIds::aReusedIdBringsNoOldTextsAfterAKill()
     int id = -1;
     {
         const auto model = project.create();
-        id = model->nodeIdentity(addTextItem(model.get(), model->draftFolder(), u"old"_qs));
+        id = model->nodeIdentity(addTextItem(model.get(), model->draftFolder(), u"old"_s));
         model->saveAll(true);
         model->prepareToDestroy();
     }
@@ -286,10 +288,10 @@ void TstNewItemIds::aReusedIdBringsNoOldTextsAfterAKill()
     QVERIFY(!model->hasSynopsis(model->index(id)));
     TVLCollectionMetaData search;
     search.mType = TVL::SavedSearchCollection;
-    search.mSearchText = u"old"_qs;
+    search.mSearchText = u"old"_s;
     search.mSearchProperty = TVL::AllProperties;
     QCOMPARE(model->collectionIndexes(search), QModelIndexList());
-    QVERIFY(!project.readFile(u"Files/search.indexes"_qs).contains("old text"));
+    QVERIFY(!project.readFile(u"Files/search.indexes"_s).contains("old text"));
 }
 
 void TstNewItemIds::manyNewItemsAreCheap()

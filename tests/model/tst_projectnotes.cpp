@@ -20,6 +20,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void writeInNote(TVLProjectModel *model, int id, const QString &text)
@@ -32,8 +34,8 @@ void writeInNote(TVLProjectModel *model, int id, const QString &text)
 void makeTwoNotes(const TestProject &project)
 {
     const auto model = project.create();
-    writeInNote(model.get(), 10, u"general"_qs);
-    writeInNote(model.get(), model->addProjectNote(u"Places"_qs), u"places"_qs);
+    writeInNote(model.get(), 10, u"general"_s);
+    writeInNote(model.get(), model->addProjectNote(u"Places"_s), u"places"_s);
     if (!model->save())
         qFatal("could not save the notes");
 }
@@ -44,8 +46,8 @@ QStringList noteLines(TVLProjectModel *model)
     QStringList lines;
     const QList<int> ids = model->projectNoteIdentities();
     for (const int id : ids)
-        lines.append(u"%1 %2: %3"_qs.arg(QString::number(id), model->projectNoteTitle(id),
-                                         model->projectNote(id)->toPlainText()));
+        lines.append(u"%1 %2: %3"_s.arg(QString::number(id), model->projectNoteTitle(id),
+                                        model->projectNote(id)->toPlainText()));
     return lines;
 }
 
@@ -143,22 +145,22 @@ void TstProjectNotes::withoutNotesTheFirstIsMadeOnDemand()
     QCOMPARE(note->parent(), model.get());
     QCOMPARE(note->defaultFont(), tvlOptions()->value(TVLOptions::DefaultFont));
     QVERIFY(model->hasProjectNoteId(10));
-    QCOMPARE(model->projectNoteTitle(10), u"General"_qs);
+    QCOMPARE(model->projectNoteTitle(10), u"General"_s);
     QCOMPARE(model->projectNoteIdentities(), QList<int>({10}));
     QVERIFY(model->isSaved());
     QVERIFY(!model->projectNotes().isModified());
     QCOMPARE(log.lines(), QStringList());
-    QTextCursor(note).insertText(u"words"_qs);
+    QTextCursor(note).insertText(u"words"_s);
     QVERIFY(model->isModified());
 }
 
 void TstProjectNotes::anUnknownNoteIsTheFirst()
 {
     const auto model = blankModel();
-    const int second = model->addProjectNote(u"Second"_qs);
+    const int second = model->addProjectNote(u"Second"_s);
     QCOMPARE(second, 11);
     QCOMPARE(model->projectNote(999), model->projectNote(10));
-    QCOMPARE(model->projectNoteTitle(999), u"General"_qs);
+    QCOMPARE(model->projectNoteTitle(999), u"General"_s);
     QVERIFY(model->projectNote(11) != model->projectNote(10));
     QVERIFY(!model->hasProjectNoteId(999));
     const auto empty = emptyModel();
@@ -174,10 +176,10 @@ void TstProjectNotes::aNoteIsAdded()
             [&](int id) { QVERIFY(!model->hasProjectNoteId(id)); });
     connect(model.get(), &TVLProjectModel::projectNoteAdded, this,
             [&](int id) { QVERIFY(model->hasProjectNoteId(id)); });
-    QCOMPARE(model->addProjectNote(u"Places"_qs), 11);
-    QCOMPARE(log.lines(), QStringList({u"note 11 to come"_qs, u"modified"_qs, u"note 11 came"_qs}));
+    QCOMPARE(model->addProjectNote(u"Places"_s), 11);
+    QCOMPARE(log.lines(), QStringList({u"note 11 to come"_s, u"modified"_s, u"note 11 came"_s}));
     QCOMPARE(model->projectNoteIdentities(), QList<int>({10, 11}));
-    QCOMPARE(model->projectNoteTitle(11), u"Places"_qs);
+    QCOMPARE(model->projectNoteTitle(11), u"Places"_s);
     const QTextDocument *note = model->projectNote(11);
     QCOMPARE(note->parent(), model.get());
     QCOMPARE(note->defaultFont(), tvlOptions()->value(TVLOptions::DefaultFont));
@@ -189,14 +191,14 @@ void TstProjectNotes::aNoteIsAdded()
 void TstProjectNotes::aNewNoteTakesTheLowestFreeId()
 {
     const auto model = blankModel();
-    QCOMPARE(model->addProjectNote(u"a"_qs), 11);
-    QCOMPARE(model->addProjectNote(u"b"_qs), 12);
-    QCOMPARE(model->addProjectNote(u"c"_qs), 13);
+    QCOMPARE(model->addProjectNote(u"a"_s), 11);
+    QCOMPARE(model->addProjectNote(u"b"_s), 12);
+    QCOMPARE(model->addProjectNote(u"c"_s), 13);
     QVERIFY(model->removeProjectNote(11, nullptr));
     QVERIFY(model->removeProjectNote(10, nullptr));
-    QCOMPARE(model->addProjectNote(u"d"_qs), 10);
-    QCOMPARE(model->addProjectNote(u"e"_qs), 11);
-    QCOMPARE(model->addProjectNote(u"f"_qs), 14);
+    QCOMPARE(model->addProjectNote(u"d"_s), 10);
+    QCOMPARE(model->addProjectNote(u"e"_s), 11);
+    QCOMPARE(model->addProjectNote(u"f"_s), 14);
     QCOMPARE(model->projectNoteIdentities(), QList<int>({12, 13, 10, 11, 14}));
 }
 
@@ -211,18 +213,18 @@ void TstProjectNotes::aNoteIsRenamed()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    QVERIFY(model->renameProjectNote(10, u"Places"_qs));
-    QCOMPARE(model->projectNoteTitle(10), u"Places"_qs);
+    QVERIFY(model->renameProjectNote(10, u"Places"_s));
+    QCOMPARE(model->projectNoteTitle(10), u"Places"_s);
     QVERIFY(model->projectNote(10)->isModified());
     QVERIFY(model->projectNotes().isModified());
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"note 10 renamed"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"note 10 renamed"_s}));
 }
 
 void TstProjectNotes::anEqualTitleChangesNothing()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    QVERIFY(model->renameProjectNote(10, u"General"_qs));
+    QVERIFY(model->renameProjectNote(10, u"General"_s));
     QVERIFY(!model->projectNotes().isModified());
     QCOMPARE(log.lines(), QStringList());
 }
@@ -231,8 +233,8 @@ void TstProjectNotes::anUnknownNoteIsNotRenamed()
 {
     const auto model = blankModel();
     const SignalLog log(model.get());
-    QVERIFY(!model->renameProjectNote(999, u"Places"_qs));
-    QCOMPARE(model->projectNoteTitle(10), u"General"_qs);
+    QVERIFY(!model->renameProjectNote(999, u"Places"_s));
+    QCOMPARE(model->projectNoteTitle(10), u"General"_s);
     QCOMPARE(log.lines(), QStringList());
 }
 
@@ -254,8 +256,8 @@ void TstProjectNotes::aNoteIsMoved()
     QFETCH(const QList<int>, expected);
     const TestProject project;
     const auto model = project.create();
-    model->addProjectNote(u"a"_qs);
-    model->addProjectNote(u"b"_qs);
+    model->addProjectNote(u"a"_s);
+    model->addProjectNote(u"b"_s);
     QVERIFY(model->save());
     QVERIFY(!model->projectNotes().isModified());
     const SignalLog log(model.get());
@@ -264,8 +266,8 @@ void TstProjectNotes::aNoteIsMoved()
     QVERIFY(model->projectNotes().isModified());
     QVERIFY(!model->projectNotes().notesModified());
     QCOMPARE(log.lines(),
-             QStringList({u"note at %1 to move to %2"_qs.arg(from).arg(to), u"modified"_qs,
-                          u"note at %1 moved to %2"_qs.arg(from).arg(to)}));
+             QStringList({u"note at %1 to move to %2"_s.arg(from).arg(to), u"modified"_s,
+                          u"note at %1 moved to %2"_s.arg(from).arg(to)}));
 }
 
 void TstProjectNotes::aMoveOutOfRangeIsRefused_data()
@@ -284,7 +286,7 @@ void TstProjectNotes::aMoveOutOfRangeIsRefused()
     QFETCH(const int, from);
     QFETCH(const int, to);
     const auto model = blankModel();
-    model->addProjectNote(u"a"_qs);
+    model->addProjectNote(u"a"_s);
     const SignalLog log(model.get());
     QVERIFY(!model->moveProjectNote(from, to));
     QCOMPARE(model->projectNoteIdentities(), QList<int>({10, 11}));
@@ -295,7 +297,7 @@ void TstProjectNotes::aNoteIsRemoved()
 {
     const TestProject project;
     const auto model = project.create();
-    model->addProjectNote(u"a"_qs);
+    model->addProjectNote(u"a"_s);
     QVERIFY(model->save());
     const QPointer<QTextDocument> note(model->projectNote(10));
     SignalLog log(model.get());
@@ -306,7 +308,7 @@ void TstProjectNotes::aNoteIsRemoved()
     QStringList errors;
     QVERIFY(model->removeProjectNote(10, &errors));
     QCOMPARE(errors, QStringList());
-    QCOMPARE(log.lines(), QStringList({u"note 10 to go"_qs, u"modified"_qs, u"note 10 gone"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"note 10 to go"_s, u"modified"_s, u"note 10 gone"_s}));
     QCOMPARE(model->projectNoteIdentities(), QList<int>({11}));
     QVERIFY(model->projectNotes().isModified());
     QVERIFY(note);
@@ -333,17 +335,17 @@ void TstProjectNotes::theLastNoteMayBeRemoved()
     QVERIFY(model->removeProjectNote(10, nullptr));
     QVERIFY(model->projectNotes().isEmpty());
     QCOMPARE(model->projectNoteIdentities(), QList<int>({10}));
-    QCOMPARE(model->projectNoteTitle(10), u"General"_qs);
+    QCOMPARE(model->projectNoteTitle(10), u"General"_s);
 }
 
 void TstProjectNotes::anEditedNoteMarksTheProject()
 {
     const TestProject project;
     const auto model = project.create();
-    model->addProjectNote(u"a"_qs);
+    model->addProjectNote(u"a"_s);
     QVERIFY(model->save());
     for (const int id : {10, 11}) {
-        QTextCursor(model->projectNote(id)).insertText(u"words"_qs);
+        QTextCursor(model->projectNote(id)).insertText(u"words"_s);
         QVERIFY(model->isModified());
         QVERIFY(model->projectNotes().notesModified());
         QVERIFY(model->save());
@@ -354,9 +356,9 @@ void TstProjectNotes::aSaveLeavesNoNoteModified()
 {
     const TestProject project;
     const auto model = project.create();
-    model->addProjectNote(u"a"_qs);
+    model->addProjectNote(u"a"_s);
     QVERIFY(model->moveProjectNote(0, 1));
-    QTextCursor(model->projectNote(10)).insertText(u"words"_qs);
+    QTextCursor(model->projectNote(10)).insertText(u"words"_s);
     QVERIFY(model->projectNotes().isModified());
     QVERIFY(model->save());
     QVERIFY(!model->projectNotes().isModified());
@@ -373,10 +375,10 @@ void TstProjectNotes::notesAreSavedAndReadAgain()
     QStringList expected;
     {
         const auto model = project.create();
-        model->addProjectNote(u"Places \u6f22 <&> {\\par}"_qs);
+        model->addProjectNote(u"Places \u6f22 <&> {\\par}"_s);
         model->addProjectNote(QString());
         for (const int id : {10, 11, 12})
-            writeInNote(model.get(), id, u"text of %1\nand more \U0001d11e"_qs.arg(id));
+            writeInNote(model.get(), id, u"text of %1\nand more \U0001d11e"_s.arg(id));
         QVERIFY(model->moveProjectNote(2, 0));
         QVERIFY(model->save());
         expected = noteLines(model.get());
@@ -398,8 +400,8 @@ void TstProjectNotes::aReadNoteBelongsToTheModel()
     QCOMPARE(note->parent(), model.get());
     QCOMPARE(note->defaultFont(), tvlOptions()->value(TVLOptions::DefaultFont));
     const SignalLog log(model.get());
-    writeInNote(model.get(), 11, u"more "_qs);
-    QCOMPARE(log.lines(), QStringList(u"modified"_qs));
+    writeInNote(model.get(), 11, u"more "_s);
+    QCOMPARE(log.lines(), QStringList(u"modified"_s));
     QVERIFY(model->isModified());
     QVERIFY(model->save());
 }
@@ -419,7 +421,7 @@ void TstProjectNotes::openingMakesNoFolderForNotes()
     QVERIFY(project.create() != nullptr);
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_qs));
+    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_s));
     QVERIFY(!model->projectNotes().isModified());
     QVERIFY(!QFileInfo::exists(project.path(NotesFolder)));
 }
@@ -428,13 +430,13 @@ void TstProjectNotes::aReadOnlyProjectWithoutNotesOpensWithoutErrors()
 {
     const TestProject project;
     QVERIFY(project.create() != nullptr);
-    const ReducedPermissions reducedFiles(project.path(u"Files"_qs), ReducedPermissions::ReadOnly);
+    const ReducedPermissions reducedFiles(project.path(u"Files"_s), ReducedPermissions::ReadOnly);
     const ReducedPermissions reduced(project.path(), ReducedPermissions::ReadOnly);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     QVERIFY(model);
     QCOMPARE(boxes.boxes().size(), 0);
-    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_qs));
+    QCOMPARE(noteLines(model.get()), QStringList(u"10 General: "_s));
 }
 
 void TstProjectNotes::notesThatHaveNotChangedAreNotWritten()
@@ -448,7 +450,7 @@ void TstProjectNotes::notesThatHaveNotChangedAreNotWritten()
     QVERIFY(model->save(true));
     QVERIFY(!QFileInfo::exists(project.path(noteFile(10))));
     QVERIFY(!QFileInfo::exists(project.path(NotesIndex)));
-    writeInNote(model.get(), 11, u"more "_qs);
+    writeInNote(model.get(), 11, u"more "_s);
     QVERIFY(model->save());
     QVERIFY(QFileInfo::exists(project.path(noteFile(10))));
     QVERIFY(QFileInfo::exists(project.path(NotesIndex)));
@@ -461,16 +463,16 @@ void TstProjectNotes::aMoveARenameAndARemovalAreSaved()
     const auto changed = [&](const std::function<bool(TVLProjectModel *)> &change) {
         const auto model = project.open();
         if (!change(model.get()) || !model->save())
-            return QStringList(u"failed"_qs);
+            return QStringList(u"failed"_s);
         return noteLines(project.open().get());
     };
     QCOMPARE(changed([](TVLProjectModel *model) { return model->moveProjectNote(0, 1); }),
-             QStringList({u"11 Places: places"_qs, u"10 General: general"_qs}));
+             QStringList({u"11 Places: places"_s, u"10 General: general"_s}));
     QCOMPARE(
-        changed([](TVLProjectModel *model) { return model->renameProjectNote(11, u"Persons"_qs); }),
-        QStringList({u"11 Persons: places"_qs, u"10 General: general"_qs}));
+        changed([](TVLProjectModel *model) { return model->renameProjectNote(11, u"Persons"_s); }),
+        QStringList({u"11 Persons: places"_s, u"10 General: general"_s}));
     QCOMPARE(changed([](TVLProjectModel *model) { return model->removeProjectNote(11, nullptr); }),
-             QStringList(u"10 General: general"_qs));
+             QStringList(u"10 General: general"_s));
 }
 
 void TstProjectNotes::aRemovedNoteHasNoFileAtOnce()
@@ -505,7 +507,7 @@ void TstProjectNotes::aNoteWhoseFileCannotBeRemovedStays()
     }
     QCOMPARE(errors,
              QStringList(
-                 u"Could not delete project notes file: '%1'"_qs.arg(project.path(noteFile(11)))));
+                 u"Could not delete project notes file: '%1'"_s.arg(project.path(noteFile(11)))));
     QCOMPARE(noteLines(model.get()), before);
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(model->isSaved());
@@ -519,17 +521,17 @@ void TstProjectNotes::aFailedSaveIsReportedAndLeavesNoNoteModified()
     makeTwoNotes(project);
     const auto model = project.open();
     QVERIFY(model);
-    const int id = model->addProjectNote(u"Persons"_qs);
+    const int id = model->addProjectNote(u"Persons"_s);
     makeUnwritable(project, noteFile(11));
     for (const int each : {10, 11, id})
-        writeInNote(model.get(), each, u"more "_qs);
+        writeInNote(model.get(), each, u"more "_s);
     {
         const TVLUnattendedMessageBoxes boxes;
         QVERIFY(!model->save());
         QCOMPARE(boxes.boxes().size(), 1);
-        QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_qs);
+        QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_s);
         QVERIFY(boxes.boxes().constFirst().informativeText.startsWith(
-            u"Could not save project notes.\nCould not generate project notes file\nError: '%1'\n"_qs
+            u"Could not save project notes.\nCould not generate project notes file\nError: '%1'\n"_s
                 .arg(unwritableText(project, noteFile(11)))));
     }
     QVERIFY(project.readFile(noteFile(10)).contains("more general"));
@@ -547,13 +549,13 @@ void TstProjectNotes::aNoteThatCouldNotBeSavedIsSavedWithTheNextChange()
     const auto model = project.open();
     QVERIFY(model);
     makeUnwritable(project, noteFile(11));
-    writeInNote(model.get(), 11, u"more "_qs);
+    writeInNote(model.get(), 11, u"more "_s);
     QCOMPARE(saveErrors(model.get()).size(), 1);
     QVERIFY(QFile::remove(project.path(noteFile(11))));
-    writeInNote(model.get(), 10, u"another "_qs);
+    writeInNote(model.get(), 10, u"another "_s);
     QCOMPARE(saveErrors(model.get()), QStringList());
     QCOMPARE(noteLines(project.open().get()),
-             QStringList({u"10 General: another general"_qs, u"11 Places: more places"_qs}));
+             QStringList({u"10 General: another general"_s, u"11 Places: more places"_s}));
 }
 
 void TstProjectNotes::linksOfOldAreSetOnOpening()
@@ -578,7 +580,7 @@ void TstProjectNotes::linksOfOldAreSetOnOpening()
         {{5, 4}, TVLTextFormat::internalLinkAddress(uuid)}};
     QCOMPARE(TVLTextDoc::internalLinks(model->projectNote(10)), expected);
     QVERIFY(!model->projectNotes().isModified());
-    writeInNote(model.get(), 10, u"x"_qs);
+    writeInNote(model.get(), 10, u"x"_s);
     QVERIFY(model->save());
     QCOMPARE(TVLTextDoc::internalLinks(project.open()->projectNote(10)).values(),
              expected.values());
@@ -595,24 +597,23 @@ void TstProjectNotes::anUnreadNoteIsKeptAndTheOthersAreSaved()
     QString text;
     const auto model = openWithErrors(project, &text);
     const QString readError =
-        u"Could not open project notes file: '%1'\nError: "_qs.arg(project.path(noteFile(11)));
-    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_qs + readError), qPrintable(text));
-    QCOMPARE(model->projectNoteTitle(11), u"Places"_qs);
+        u"Could not open project notes file: '%1'\nError: "_s.arg(project.path(noteFile(11)));
+    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_s + readError), qPrintable(text));
+    QCOMPARE(model->projectNoteTitle(11), u"Places"_s);
 
-    writeInNote(model.get(), 10, u"more "_qs);
+    writeInNote(model.get(), 10, u"more "_s);
     QCOMPARE(saveErrors(model.get()), QStringList());
     QCOMPARE(project.readFile(noteFile(11)), damaged);
     QVERIFY(project.readFile(noteFile(10)).contains("more general"));
 
-    writeInNote(model.get(), 11, u"lost "_qs);
-    writeInNote(model.get(), 10, u"even "_qs);
+    writeInNote(model.get(), 11, u"lost "_s);
+    writeInNote(model.get(), 10, u"even "_s);
     const QStringList errors = saveErrors(model.get());
     QCOMPARE(errors.size(), 1);
-    QVERIFY2(
-        errors.constFirst().startsWith(
-            u"Could not save project notes.\nCould not generate project notes file\nError: '"_qs
-            + readError),
-        qPrintable(errors.constFirst()));
+    QVERIFY2(errors.constFirst().startsWith(
+                 u"Could not save project notes.\nCould not generate project notes file\nError: '"_s
+                 + readError),
+             qPrintable(errors.constFirst()));
     QCOMPARE(project.readFile(noteFile(11)), damaged);
     QVERIFY(project.readFile(noteFile(10)).contains("even more general"));
 }
@@ -625,11 +626,11 @@ void TstProjectNotes::anUnreadNoteCanBeRemoved()
     QString text;
     const auto model = openWithErrors(project, &text);
     QVERIFY(model->removeProjectNote(11, nullptr));
-    QCOMPARE(model->addProjectNote(u"New"_qs), 11);
-    writeInNote(model.get(), 11, u"words"_qs);
+    QCOMPARE(model->addProjectNote(u"New"_s), 11);
+    writeInNote(model.get(), 11, u"words"_s);
     QCOMPARE(saveErrors(model.get()), QStringList());
     QCOMPARE(noteLines(project.open().get()),
-             QStringList({u"10 General: general"_qs, u"11 New: words"_qs}));
+             QStringList({u"10 General: general"_s, u"11 New: words"_s}));
 }
 
 void TstProjectNotes::anUnreadListIsKeptWithAllItsNotes()
@@ -641,18 +642,18 @@ void TstProjectNotes::anUnreadListIsKeptWithAllItsNotes()
     const auto before = project.files();
     QString text;
     const auto model = openWithErrors(project, &text);
-    const QString readError = u"Error reading project notes inside 'index.xml'.\nError: "_qs;
-    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_qs + readError), qPrintable(text));
-    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_qs));
+    const QString readError = u"Error reading project notes inside 'index.xml'.\nError: "_s;
+    QVERIFY2(text.startsWith(u"Errors reading project.\nError: "_s + readError), qPrintable(text));
+    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_s));
     QCOMPARE(model->projectNote(10), model->projectNote(12));
 
-    writeInNote(model.get(), 12, u"new words"_qs);
-    QCOMPARE(model->addProjectNote(u"Another"_qs), 13);
+    writeInNote(model.get(), 12, u"new words"_s);
+    QCOMPARE(model->addProjectNote(u"Another"_s), 13);
     for (int save = 0; save < 2; ++save) {
-        writeInNote(model.get(), 13, u"more "_qs);
+        writeInNote(model.get(), 13, u"more "_s);
         const QStringList errors = saveErrors(model.get());
         QCOMPARE(errors.size(), 1);
-        QVERIFY2(errors.constFirst().startsWith(u"Could not save project notes.\n"_qs + readError),
+        QVERIFY2(errors.constFirst().startsWith(u"Could not save project notes.\n"_s + readError),
                  qPrintable(errors.constFirst()));
         for (const QString &file : {NotesIndex, noteFile(10), noteFile(11)})
             QCOMPARE(project.readFile(file), before.value(file));
@@ -669,7 +670,7 @@ void TstProjectNotes::anUnreadListThatIsNotTouchedIsNoErrorOfASave()
     QString text;
     const auto model = openWithErrors(project, &text);
     QVERIFY(!model->projectNotes().isModified());
-    QVERIFY(model->setTitle(firstText(model.get()), u"Another"_qs));
+    QVERIFY(model->setTitle(firstText(model.get()), u"Another"_s));
     QCOMPARE(saveErrors(model.get()), QStringList());
     QCOMPARE(project.readFile(NotesIndex), QByteArray());
 }
@@ -683,13 +684,13 @@ void TstProjectNotes::aListThatCanBeReadAgainComesBack()
         QString text;
         const auto model = openWithErrors(project, &text);
         QVERIFY(text.startsWith(
-            u"Errors reading project.\nError: Failed to open project notes file: '%1'\nError: "_qs
+            u"Errors reading project.\nError: Failed to open project notes file: '%1'\nError: "_s
                 .arg(project.path(NotesIndex))));
-        writeInNote(model.get(), 10, u"new words"_qs);
+        writeInNote(model.get(), 10, u"new words"_s);
         QCOMPARE(saveErrors(model.get()).size(), 1);
     }
     QCOMPARE(noteLines(project.open().get()),
-             QStringList({u"10 General: general"_qs, u"11 Places: places"_qs}));
+             QStringList({u"10 General: general"_s, u"11 Places: places"_s}));
 }
 
 void TstProjectNotes::anUnseenFolderIsKeptWithAllItsNotes()
@@ -704,17 +705,17 @@ void TstProjectNotes::anUnseenFolderIsKeptWithAllItsNotes()
         model = openWithErrors(project, &text);
         QCOMPARE(
             text,
-            u"Errors reading project.\nError: Could not enter project notes directory: '%1'"_qs.arg(
+            u"Errors reading project.\nError: Could not enter project notes directory: '%1'"_s.arg(
                 project.path(NotesFolder)));
         QCOMPARE(model->projectNoteIdentities(), QList<int>({10}));
-        QCOMPARE(model->addProjectNote(u"New"_qs), 11);
+        QCOMPARE(model->addProjectNote(u"New"_s), 11);
     }
     // Now that they can be seen they are still not those that the model has.
-    writeInNote(model.get(), 10, u"new words"_qs);
+    writeInNote(model.get(), 10, u"new words"_s);
     QCOMPARE(saveErrors(model.get()).size(), 1);
     for (const QString &file : {NotesIndex, noteFile(10), noteFile(11)})
         QCOMPARE(project.readFile(file), before.value(file));
-    QCOMPARE(model->addProjectNote(u"Another"_qs), 12);
+    QCOMPARE(model->addProjectNote(u"Another"_s), 12);
     QCOMPARE(saveErrors(model.get()).size(), 1);
     QVERIFY(QFileInfo::exists(project.path(noteFile(12))));
 }
@@ -724,13 +725,13 @@ void TstProjectNotes::aNewNoteKeepsOffFilesThatTheListDoesNotKnow()
     const TestProject project;
     makeTwoNotes(project);
     project.writeFile(noteFile(12), rtfOf("Forgotten"));
-    QVERIFY(QFile::link(project.path(u"missing"_qs), project.path(noteFile(13))));
+    QVERIFY(QFile::link(project.path(u"missing"_s), project.path(noteFile(13))));
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(model->addProjectNote(u"New"_qs), 14);
+    QCOMPARE(model->addProjectNote(u"New"_s), 14);
     QCOMPARE(saveErrors(model.get()), QStringList());
     QCOMPARE(project.readFile(noteFile(12)), rtfOf("Forgotten"));
-    QVERIFY(!QFileInfo::exists(project.path(u"missing"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"missing"_s)));
 }
 
 void TstProjectNotes::theFirstNoteKeepsOffAFileWithoutAList()
@@ -741,8 +742,8 @@ void TstProjectNotes::theFirstNoteKeepsOffAFileWithoutAList()
     const auto before = project.files();
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_qs));
-    writeInNote(model.get(), 12, u"new words"_qs);
+    QCOMPARE(noteLines(model.get()), QStringList(u"12 General: "_s));
+    writeInNote(model.get(), 12, u"new words"_s);
     QCOMPARE(saveErrors(model.get()), QStringList());
     for (const QString &file : {noteFile(10), noteFile(11)})
         QCOMPARE(project.readFile(file), before.value(file));

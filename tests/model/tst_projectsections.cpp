@@ -8,21 +8,23 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Model = TVLProjectModel;
 using Format = TVLProjectFolderFormat;
 using Ids = QList<int>;
 
-const QString BinderFile = u"Novel.tavelx"_qs;
-const QString SyncFile = u"Mobile/binder.sync"_qs;
+const QString BinderFile = u"Novel.tavelx"_s;
+const QString SyncFile = u"Mobile/binder.sync"_s;
 
 /** A binder without what every save changes. */
 QString withoutSaveStamp(const QByteArray &binder)
 {
     const qsizetype endOfRootTag = binder.indexOf("<Binder>");
     QString root = QString::fromUtf8(binder.left(endOfRootTag));
-    root.remove(QRegularExpression(u" (ModID|Modified)=\"[^\"]*\""_qs));
+    root.remove(QRegularExpression(u" (ModID|Modified)=\"[^\"]*\""_s));
     return root + QString::fromUtf8(binder.mid(endOfRootTag));
 }
 
@@ -140,10 +142,10 @@ void TstProjectSections::sectionsMayStandInFrontOfTheItems()
             + favoritesXml({"5", "3"}) + "<Binder>" + someItems() + "</Binder></TavelinorProject>");
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(model->autoCompleteStrings(), QStringList{u"Ann"_qs});
-    QCOMPARE(model->customMetaDataSettings().ids(), QStringList{u"pov"_qs});
-    QCOMPARE(model->projectReferences(), QList<TVLReference>{toItem(4, u"In"_qs)});
-    QCOMPARE(TVLLabel::findLabelId(7, model->labels()).mTitle, u"x"_qs);
+    QCOMPARE(model->autoCompleteStrings(), QStringList{u"Ann"_s});
+    QCOMPARE(model->customMetaDataSettings().ids(), QStringList{u"pov"_s});
+    QCOMPARE(model->projectReferences(), QList<TVLReference>{toItem(4, u"In"_s)});
+    QCOMPARE(TVLLabel::findLabelId(7, model->labels()).mTitle, u"x"_s);
     QCOMPARE(model->favoriteIds(), Ids({5, 3}));
     QCOMPARE(model->totalNodesCount(), 7);
 }
@@ -154,12 +156,12 @@ void TstProjectSections::nothingOfAnUnreadableBinderIsLeft()
     filledProject(project).reset();
     const QByteArray filled = project.readFile(BinderFile);
     project.writeFile(BinderFile, filled.left(filled.lastIndexOf("<UserProjectData>")));
-    project.writeFile(u"Files/binder.autosave"_qs, zipOf(BinderFile, binderXml(someItems())));
+    project.writeFile(u"Files/binder.autosave"_s, zipOf(BinderFile, binderXml(someItems())));
     const auto model = project.open();
     QVERIFY(model);
     const auto plain = openedWith({});
     // Every project gets collections with identities and colours of its own.
-    QCOMPARE(differences(model.get(), plain.get()), QStringList{u"collections"_qs});
+    QCOMPARE(differences(model.get(), plain.get()), QStringList{u"collections"_s});
     QCOMPARE(model->collections().size(), plain->collections().size());
     QVERIFY(haveSameItems(model.get(), plain.get()));
 }
@@ -202,20 +204,20 @@ void TstProjectSections::propertiesOfTheProjectAreDynamic()
                                       "<ProjectProperties><" + QByteArray(tag) + ">A &amp; B</"
                                           + tag + "></ProjectProperties>");
         QVERIFY(model);
-        QCOMPARE(model->property(tag), QVariant(u"A & B"_qs));
-        QCOMPARE((model.get()->*get)(), u"A & B"_qs);
+        QCOMPARE(model->property(tag), QVariant(u"A & B"_s));
+        QCOMPARE((model.get()->*get)(), u"A & B"_s);
         QVERIFY(model->isSaved());
         int properties = 0;
         for (const PropertyRow &other : PropertyRows)
             properties += model->property(other.tag).isValid() ? 1 : 0;
         QCOMPARE(properties, 1);
-        (model.get()->*set)(u"<C>"_qs);
+        (model.get()->*set)(u"<C>"_s);
         QVERIFY(model->isModified());
         QVERIFY(model->save());
     }
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(model->property(tag), QVariant(u"<C>"_qs));
+    QCOMPARE(model->property(tag), QVariant(u"<C>"_s));
 }
 
 void TstProjectSections::emptyPropertiesAreNotWritten()
@@ -223,7 +225,7 @@ void TstProjectSections::emptyPropertiesAreNotWritten()
     const TestProject project;
     const auto model = project.create();
     QVERIFY(!project.readFile(BinderFile).contains("ProjectProperties"));
-    model->setAuthorForename(u"Ann"_qs);
+    model->setAuthorForename(u"Ann"_s);
     QVERIFY(model->save());
     QVERIFY(project.readFile(BinderFile).contains("<FirstName>Ann</FirstName>"));
     QVERIFY(!project.readFile(BinderFile).contains("FullName"));
@@ -269,7 +271,7 @@ void TstProjectSections::notificationIsMarkedWhenItChanges()
     QCOMPARE(log.lines(), QStringList());
     model->setNotifyTargets(true);
     QCOMPARE(model->property("notifyTargets"), QVariant(true));
-    QCOMPARE(log.lines(), QStringList{u"modified"_qs});
+    QCOMPARE(log.lines(), QStringList{u"modified"_s});
     TVLProjectModelTestAccess::setSaved(model.get());
     model->setNotifyTargets(true);
     QVERIFY(model->isSaved());
@@ -285,8 +287,8 @@ void TstProjectSections::theBackdropIsAnItemOrAPath_data()
     QTest::newRow("the first item") << QVariant(0);
     QTest::newRow("an item") << QVariant(5);
     QTest::newRow("an item that isn't there") << QVariant(999);
-    QTest::newRow("a path") << QVariant(u"/pictures/A & <B>.png"_qs);
-    QTest::newRow("a path with blanks") << QVariant(u" C:\\pictures\\my map.png "_qs);
+    QTest::newRow("a path") << QVariant(u"/pictures/A & <B>.png"_s);
+    QTest::newRow("a path with blanks") << QVariant(u" C:\\pictures\\my map.png "_s);
 }
 
 void TstProjectSections::theBackdropIsAnItemOrAPath()
@@ -362,7 +364,7 @@ void TstProjectSections::userDataWithoutItsEndTagIsLostOnSaving()
     project.writeFile(BinderFile, binder);
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(differences(model.get(), expected.get()), QStringList{u"user data"_qs});
+    QCOMPARE(differences(model.get(), expected.get()), QStringList{u"user data"_s});
     QVERIFY(model->save(true));
     QVERIFY(!project.readFile(BinderFile).contains("UserProjectData"));
     QVERIFY(haveSameItems(model.get(), expected.get()));
@@ -383,10 +385,10 @@ void TstProjectSections::repeatedFieldsLeaveTheValuesOfItems()
     project.writeFile(BinderFile, binder);
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(differences(model.get(), expected.get()), QStringList{u"fields"_qs});
+    QCOMPARE(differences(model.get(), expected.get()), QStringList{u"fields"_s});
     QCOMPARE(model->customMetaDataSettings().ids(), QStringList());
     QVERIFY(haveSameItems(model.get(), expected.get()));
-    QCOMPARE(model->customMetaData(model->index(4), u"day"_qs), u"Monday"_qs);
+    QCOMPARE(model->customMetaData(model->index(4), u"day"_s), u"Monday"_s);
 }
 
 void TstProjectSections::repeatedLabelsLeaveThoseOfItems()

@@ -13,11 +13,13 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Model = TVLProjectModel;
 
-const QString ModeFile = u"Settings/scriptformat.xml"_qs;
+const QString ModeFile = u"Settings/scriptformat.xml"_s;
 
 TVLScriptMode modeCalled(const QString &title)
 {
@@ -107,8 +109,8 @@ private Q_SLOTS:
 void TstProjectValues::theDefaultsComeFromTheProjectAndTheUser()
 {
     const auto model = blankModel();
-    QCOMPARE(model->defaultProjectTitle(), u"Novel"_qs);
-    QCOMPARE(model->defaultProjectAbbreviatedTitle(), u"Novel"_qs);
+    QCOMPARE(model->defaultProjectTitle(), u"Novel"_s);
+    QCOMPARE(model->defaultProjectAbbreviatedTitle(), u"Novel"_s);
     QCOMPARE(Model::defaultAuthorFullName(), TvlCore::systemUsername());
     QCOMPARE(Model::defaultAuthorSurname(), QString());
     QCOMPARE(Model::defaultAuthorForename(), QString());
@@ -130,16 +132,16 @@ void TstProjectValues::titlesAndNamesAreDynamicProperties()
     const TextValue &value = TextValues[row];
     const auto model = blankModel();
     Model *m = model.get();
-    m->setProperty(value.property, u"from the binder"_qs);
-    QCOMPARE((m->*value.get)(), u"from the binder"_qs);
+    m->setProperty(value.property, u"from the binder"_s);
+    QCOMPARE((m->*value.get)(), u"from the binder"_s);
     QVERIFY(!m->isModified());
 
     const QSignalSpy modifiedSpy(m, &Model::modifiedChanged);
-    (m->*value.set)(u"from the binder"_qs);
+    (m->*value.set)(u"from the binder"_s);
     QCOMPARE(modifiedSpy.count(), 0);
-    (m->*value.set)(u"Überschrift"_qs);
-    QCOMPARE(m->property(value.property), QVariant(u"Überschrift"_qs));
-    QCOMPARE((m->*value.get)(), u"Überschrift"_qs);
+    (m->*value.set)(u"Überschrift"_s);
+    QCOMPARE(m->property(value.property), QVariant(u"Überschrift"_s));
+    QCOMPARE((m->*value.get)(), u"Überschrift"_s);
     QCOMPARE(modifiedSpy.count(), 1);
     (m->*value.set)(QString());
     QCOMPARE((m->*value.get)(), QString());
@@ -149,12 +151,12 @@ void TstProjectValues::titlesAndNamesAreDynamicProperties()
 
 void TstProjectValues::theFolderGivesTheDirectoryName()
 {
-    const TestProject project(u"My.Novel"_qs);
+    const TestProject project(u"My.Novel"_s);
     const auto model = project.create();
-    QCOMPARE(model->directoryName(), u"My.Novel"_qs);
-    model->setName(u"Other"_qs);
-    QCOMPARE(model->directoryName(), u"My.Novel"_qs);
-    QCOMPARE(model->defaultProjectTitle(), u"Other"_qs);
+    QCOMPARE(model->directoryName(), u"My.Novel"_s);
+    model->setName(u"Other"_s);
+    QCOMPARE(model->directoryName(), u"My.Novel"_s);
+    QCOMPARE(model->defaultProjectTitle(), u"Other"_s);
 }
 
 void TstProjectValues::aProjectWithoutNotesSaysSo()
@@ -244,8 +246,8 @@ void TstProjectValues::aBackdropIsAnItemOrAFile_data()
     QTest::newRow("item") << QVariant(7) << QVariant(7) << 7;
     QTest::newRow("item 0") << QVariant(0) << QVariant(0) << 0;
     QTest::newRow("no item") << QVariant(-1) << QVariant() << -1;
-    QTest::newRow("file") << QVariant(u"/a/b.png"_qs) << QVariant(u"/a/b.png"_qs) << -1;
-    QTest::newRow("number as a file") << QVariant(u"7"_qs) << QVariant(u"7"_qs) << -1;
+    QTest::newRow("file") << QVariant(u"/a/b.png"_s) << QVariant(u"/a/b.png"_s) << -1;
+    QTest::newRow("number as a file") << QVariant(u"7"_s) << QVariant(u"7"_s) << -1;
     QTest::newRow("no file") << QVariant(QString()) << QVariant() << -1;
 }
 
@@ -291,7 +293,7 @@ void TstProjectValues::anItemAndAFileOfThatNameDiffer()
     const auto model = project.create();
     model->setFullScreenBackdrop(3);
     QVERIFY(model->save());
-    model->setFullScreenBackdrop(u"3"_qs);
+    model->setFullScreenBackdrop(u"3"_s);
     QVERIFY(model->isModified());
     QVERIFY(!model->fullScreenBackdropIsNodeId());
 }
@@ -313,8 +315,8 @@ void TstProjectValues::theBackdropOfAFileIsRead()
     const auto model = project.create();
     QImage image(10, 20, QImage::Format_RGB32);
     image.fill(Qt::green);
-    QVERIFY(image.save(project.path(u"sky.png"_qs)));
-    model->setFullScreenBackdrop(project.path(u"sky.png"_qs));
+    QVERIFY(image.save(project.path(u"sky.png"_s)));
+    model->setFullScreenBackdrop(project.path(u"sky.png"_s));
     QCOMPARE(model->fullScreenBackdropPixmap().size(), QSize(10, 20));
 }
 
@@ -322,7 +324,7 @@ void TstProjectValues::aBackdropThatIsNotThereIsNull()
 {
     const TestProject project;
     const auto model = project.create();
-    model->setFullScreenBackdrop(project.path(u"none.png"_qs));
+    model->setFullScreenBackdrop(project.path(u"none.png"_s));
     QVERIFY(model->fullScreenBackdropPixmap().isNull());
     model->setFullScreenBackdrop(3);
     QVERIFY(model->fullScreenBackdropPixmap().isNull());
@@ -357,12 +359,12 @@ void TstProjectValues::infoAndDeviceMarkNothing()
 {
     const auto model = blankModel();
     TVLProjectInfo info;
-    info.mDevice = u"tablet"_qs;
+    info.mDevice = u"tablet"_s;
     model->setInfo(info);
-    QCOMPARE(model->deviceName(), u"tablet"_qs);
-    model->setDeviceName(u"phone"_qs);
-    QCOMPARE(model->deviceName(), u"phone"_qs);
-    QCOMPARE(model->info().mDevice, u"phone"_qs);
+    QCOMPARE(model->deviceName(), u"tablet"_s);
+    model->setDeviceName(u"phone"_s);
+    QCOMPARE(model->deviceName(), u"phone"_s);
+    QCOMPARE(model->info().mDevice, u"phone"_s);
     QVERIFY(!model->isModified());
 }
 
@@ -391,19 +393,19 @@ void TstProjectValues::theVersionFileFollows()
 {
     const TestProject project;
     const auto model = project.create();
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
-    project.writeFile(u"Files/version.txt"_qs, "18 by hand");
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
+    project.writeFile(u"Files/version.txt"_s, "18 by hand");
     QVERIFY(model->setFormatVersion(TVL::FormatVersion23));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("23 by hand"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("23 by hand"));
 }
 
 void TstProjectValues::aMissingVersionFileIsNotMade()
 {
     const TestProject project;
     const auto model = project.create();
-    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_qs)));
+    QVERIFY(QFile::remove(project.path(u"Files/version.txt"_s)));
     QVERIFY(model->setFormatVersion(TVL::FormatVersion23));
-    QVERIFY(!QFileInfo::exists(project.path(u"Files/version.txt"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"Files/version.txt"_s)));
 }
 
 void TstProjectValues::anUnsavedProjectGetsNoFolder()
@@ -418,9 +420,9 @@ void TstProjectValues::anEqualVersionWritesNothing()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/version.txt"_qs, "16");
+    project.writeFile(u"Files/version.txt"_s, "16");
     QVERIFY(model->setFormatVersion(TVL::FormatVersion18));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("16"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("16"));
 }
 
 void TstProjectValues::aMobileProjectLeavesTheVersionFile()
@@ -431,17 +433,17 @@ void TstProjectValues::aMobileProjectLeavesTheVersionFile()
     QVERIFY(mobile.setFormatVersion(TVL::FormatVersion23));
     QCOMPARE(int(mobile.formatVersion()), 23);
     QCOMPARE(int(mobile.info().mBinderVersion), 3);
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
 }
 
 void TstProjectValues::aHigherVersionInTheFileStays()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/version.txt"_qs, "99");
+    project.writeFile(u"Files/version.txt"_s, "99");
     QVERIFY(!model->setFormatVersion(TVL::FormatVersion23));
     QCOMPARE(int(model->formatVersion()), 23);
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("99"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("99"));
 }
 
 void TstProjectValues::aNewProjectWritesScreenplays()
@@ -458,15 +460,15 @@ void TstProjectValues::aScriptModeIsWrittenAndAnnounced()
     const TestProject project;
     const auto model = project.create();
     QStringList seen;
-    connect(model.get(), &Model::modifiedChanged, this, [&] { seen.append(u"modified"_qs); });
+    connect(model.get(), &Model::modifiedChanged, this, [&] { seen.append(u"modified"_s); });
     connect(model.get(), &Model::scriptModeChanged, this, [&](const TVLScriptMode &mode) {
         QVERIFY(model->scriptMode() == mode);
         seen.append(mode.mTitle);
     });
-    connect(model.get(), &Model::metaDataChanged, this, [&] { seen.append(u"meta data"_qs); });
-    QVERIFY(model->setScriptMode(modeCalled(u"Opera"_qs)));
-    QCOMPARE(seen, QStringList({u"modified"_qs, u"Opera"_qs, u"meta data"_qs}));
-    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Opera"_qs).toXml());
+    connect(model.get(), &Model::metaDataChanged, this, [&] { seen.append(u"meta data"_s); });
+    QVERIFY(model->setScriptMode(modeCalled(u"Opera"_s)));
+    QCOMPARE(seen, QStringList({u"modified"_s, u"Opera"_s, u"meta data"_s}));
+    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Opera"_s).toXml());
 }
 
 void TstProjectValues::anEqualScriptModeIsWrittenToo()
@@ -484,39 +486,39 @@ void TstProjectValues::aScriptModeComesBack()
 {
     const TestProject project;
     auto model = project.create();
-    QVERIFY(model->setScriptMode(modeCalled(u"Opera"_qs)));
+    QVERIFY(model->setScriptMode(modeCalled(u"Opera"_s)));
     model.reset();
     model = project.open();
     QVERIFY(model);
-    QVERIFY(model->scriptMode() == modeCalled(u"Opera"_qs));
+    QVERIFY(model->scriptMode() == modeCalled(u"Opera"_s));
 }
 
 void TstProjectValues::aDamagedScriptModeIsLeftAlone()
 {
     const TestProject project;
     QVERIFY(project.create());
-    const QByteArray damaged = modeCalled(u"Opera"_qs).toXml().chopped(30);
+    const QByteArray damaged = modeCalled(u"Opera"_s).toXml().chopped(30);
     project.writeFile(ModeFile, damaged);
     QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(u"^Could not read the script mode of "_qs));
+                         QRegularExpression(u"^Could not read the script mode of "_s));
     const auto model = project.open();
     QVERIFY(model);
     QVERIFY(model->scriptMode() == TVLScriptMode::factoryDefaults());
     QVERIFY(model->save(true));
     model->saveAll(true);
     QCOMPARE(project.readFile(ModeFile), damaged);
-    QVERIFY(model->setScriptMode(modeCalled(u"Ballet"_qs)));
-    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Ballet"_qs).toXml());
+    QVERIFY(model->setScriptMode(modeCalled(u"Ballet"_s)));
+    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Ballet"_s).toXml());
 }
 
 void TstProjectValues::aScriptModeThatCannotBeWrittenIsKeptInMemory()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(ModeFile + u"/inside"_qs, "a folder where the file belongs");
+    project.writeFile(ModeFile + u"/inside"_s, "a folder where the file belongs");
     const QSignalSpy modeSpy(model.get(), &Model::scriptModeChanged);
-    QVERIFY(!model->setScriptMode(modeCalled(u"Opera"_qs)));
-    QVERIFY(model->scriptMode() == modeCalled(u"Opera"_qs));
+    QVERIFY(!model->setScriptMode(modeCalled(u"Opera"_s)));
+    QVERIFY(model->scriptMode() == modeCalled(u"Opera"_s));
     QCOMPARE(modeSpy.count(), 1);
     QVERIFY(model->isModified());
 }

@@ -15,6 +15,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 /** Random edits of a project's tree do to a model what they do to the plainest of trees. */
 class TstRandomEdits : public QObject
 {
@@ -142,8 +144,8 @@ RandomEdits::RandomEdits(quint32 seed)
 {
     mSignals.emplace(mModel.get());
     for (const auto &[type, title] :
-         {std::pair(TVL::DraftFolder, u"Draft"_qs), std::pair(TVL::ResearchFolder, u"Research"_qs),
-          std::pair(TVL::TrashFolder, u"Trash"_qs)})
+         {std::pair(TVL::DraftFolder, u"Draft"_s), std::pair(TVL::ResearchFolder, u"Research"_s),
+          std::pair(TVL::TrashFolder, u"Trash"_s)})
         mTree.insertNodes(mTree.root(), -1, type, title, 1);
     mTree.insertClones(mTree.systemFolder(TVL::DraftFolder), 0, 1, nullptr, {});
     mTree.setModified(false);
@@ -166,7 +168,7 @@ QString RandomEdits::step(int number)
         compareTexts(anyItem());
         deleteReleasedObjects();
     }
-    return mWrong.isEmpty() ? QString() : u"%1: %2"_qs.arg(QLatin1String(operation.name), mWrong);
+    return mWrong.isEmpty() ? QString() : u"%1: %2"_s.arg(QLatin1String(operation.name), mWrong);
 }
 
 const RandomEdits::Operation &RandomEdits::chooseOperation()
@@ -262,9 +264,9 @@ Node *RandomEdits::anyRemovable()
 
 QString RandomEdits::anyTitle()
 {
-    static const QStringList titles = {QString(),       u"Chapter"_qs,     u"Chapter-1"_qs,
-                                       u"Chapter-2"_qs, u"Scène 1-09"_qs,  u"-"_qs,
-                                       u"Scene 7"_qs,   u"1-9999999999"_qs};
+    static const QStringList titles = {QString(),      u"Chapter"_s,     u"Chapter-1"_s,
+                                       u"Chapter-2"_s, u"Scène 1-09"_s,  u"-"_s,
+                                       u"Scene 7"_s,   u"1-9999999999"_s};
     return titles.at(mRandom.bounded(int(titles.size())));
 }
 
@@ -276,7 +278,7 @@ void RandomEdits::insertRows()
     const int row = anyRow(parent);
     const int count = mRandom.bounded(0, 4);
     const bool isDone = mModel->insertRows(row, count, indexOf(parent));
-    expectEqual(isDone, mTree.insertClones(parent, row, count, nullptr, {}), u"result"_qs);
+    expectEqual(isDone, mTree.insertClones(parent, row, count, nullptr, {}), u"result"_s);
 }
 
 void RandomEdits::insertNode()
@@ -286,9 +288,9 @@ void RandomEdits::insertNode()
     // System folders are rare, but any number may be anywhere.
     const auto type = TVL::NodeType(chance(20) ? mRandom.bounded(3) : 3 + mRandom.bounded(7));
     const QString title = anyTitle();
-    const TVLProjectNode *made = mModel->insertNode(row, indexOf(parent), type, u"rtf"_qs, title);
+    const TVLProjectNode *made = mModel->insertNode(row, indexOf(parent), type, u"rtf"_s, title);
     expectItem(mModel->createIndex(made),
-               mTree.insertNodes(parent, row, type, title, 1).constFirst(), u"new item"_qs);
+               mTree.insertNodes(parent, row, type, title, 1).constFirst(), u"new item"_s);
 }
 
 void RandomEdits::insertMultipleNodes()
@@ -301,29 +303,29 @@ void RandomEdits::insertMultipleNodes()
     const QList<TVLProjectNode *> made =
         mModel->insertMultipleNodes(row, indexOf(parent), type, QString(), title, count);
     const Nodes expected = mTree.insertNodes(parent, row, type, title, count);
-    expectEqual(made.size(), expected.size(), u"number of items"_qs);
+    expectEqual(made.size(), expected.size(), u"number of items"_s);
     for (qsizetype i = 0; mWrong.isEmpty() && i < made.size(); ++i)
-        expectItem(mModel->createIndex(made.at(i)), expected.at(i), u"new item"_qs);
+        expectItem(mModel->createIndex(made.at(i)), expected.at(i), u"new item"_s);
 }
 
 void RandomEdits::insertTextNode()
 {
     Node *parent = anyParent();
     const int row = anyRow(parent);
-    const QString words = u"Words %1"_qs.arg(++mTexts);
-    const QString synopsis = chance(2) ? u"Synopsis %1\n"_qs.arg(mTexts) : QString();
-    const QString notes = chance(2) ? u"Notes %1\nmore of them"_qs.arg(mTexts) : QString();
+    const QString words = u"Words %1"_s.arg(++mTexts);
+    const QString synopsis = chance(2) ? u"Synopsis %1\n"_s.arg(mTexts) : QString();
+    const QString notes = chance(2) ? u"Notes %1\nmore of them"_s.arg(mTexts) : QString();
     const QModelIndex index =
-        mModel->insertTextNode(row, indexOf(parent), u"Text"_qs, words, synopsis, notes);
+        mModel->insertTextNode(row, indexOf(parent), u"Text"_s, words, synopsis, notes);
     (void)mModel->save(index);
 
-    const Node *node = mTree.insertNodes(parent, row, TVL::Text, u"Text"_qs, 1).constFirst();
+    const Node *node = mTree.insertNodes(parent, row, TVL::Text, u"Text"_s, 1).constFirst();
     ReferenceFiles &files = mTree.filesOf(node);
     files.text.prepend(words);
     files.synopsis.prepend(synopsis);
     files.notes.prepend(notes);
     mTree.setModified();
-    expectItem(index, node, u"new text"_qs);
+    expectItem(index, node, u"new text"_s);
 }
 
 void RandomEdits::insertImageNode()
@@ -333,10 +335,10 @@ void RandomEdits::insertImageNode()
     QImage image(1, 1, QImage::Format_RGB32);
     image.fill(Qt::white);
     const QModelIndex index =
-        mModel->insertImageNode(row, indexOf(parent), u"Picture"_qs, image, QString(), QString());
-    const Node *node = mTree.insertNodes(parent, row, TVL::Image, u"Picture"_qs, 1).constFirst();
+        mModel->insertImageNode(row, indexOf(parent), u"Picture"_s, image, QString(), QString());
+    const Node *node = mTree.insertNodes(parent, row, TVL::Image, u"Picture"_s, 1).constFirst();
     mTree.filesOf(node).hasImage = true;
-    expectItem(index, node, u"new image"_qs);
+    expectItem(index, node, u"new image"_s);
 }
 
 void RandomEdits::createNewFolder()
@@ -346,12 +348,12 @@ void RandomEdits::createNewFolder()
     const QModelIndex index = mModel->createNewFolder(row, indexOf(parent));
     const int position = row == -1 ? parent->count() : row;
     if (!mTree.insertClones(parent, row, 1, nullptr, {})) {
-        expect(!index.isValid(), u"a folder was made where none may be"_qs);
+        expect(!index.isValid(), u"a folder was made where none may be"_s);
         return;
     }
     Node *node = parent->children[size_t(position)].get();
     node->type = TVL::Folder;
-    expectItem(index, node, u"new folder"_qs);
+    expectItem(index, node, u"new folder"_s);
 }
 
 void RandomEdits::createNewText()
@@ -362,9 +364,9 @@ void RandomEdits::createNewText()
     const QModelIndex index = mModel->createNewText(row, indexOf(parent), sibling);
     const int position = row == -1 ? parent->count() : row;
     if (mTree.insertClones(parent, row, 1, nullptr, {}))
-        expectItem(index, parent->children[size_t(position)].get(), u"new text"_qs);
+        expectItem(index, parent->children[size_t(position)].get(), u"new text"_s);
     else
-        expect(!index.isValid(), u"a text was made where none may be"_qs);
+        expect(!index.isValid(), u"a text was made where none may be"_s);
 }
 
 void RandomEdits::insertClones()
@@ -382,7 +384,7 @@ void RandomEdits::insertClones()
         .withChildren = flags.testFlag(TVLProjectModel::CloneChildren),
         .checkRules = !flags.testFlag(TVLProjectModel::SkipCloneRules),
         .withFiles = !flags.testFlag(TVLProjectModel::CloneWithoutFiles)};
-    expectEqual(isDone, mTree.insertClones(parent, row, count, source, options), u"result"_qs);
+    expectEqual(isDone, mTree.insertClones(parent, row, count, source, options), u"result"_s);
 }
 
 void RandomEdits::duplicate()
@@ -394,9 +396,9 @@ void RandomEdits::duplicate()
     const bool withChildren = size <= LargestCopy && chance(2);
     const QModelIndexList made = mModel->duplicate(indexesOf(nodes), withChildren);
     const Nodes expected = mTree.duplicate(nodes, withChildren);
-    expectEqual(made.size(), expected.size(), u"number of copies"_qs);
+    expectEqual(made.size(), expected.size(), u"number of copies"_s);
     for (qsizetype i = 0; mWrong.isEmpty() && i < made.size(); ++i)
-        expectItem(made.at(i), expected.at(i), u"copy"_qs);
+        expectItem(made.at(i), expected.at(i), u"copy"_s);
 }
 
 void RandomEdits::duplicateElsewhere()
@@ -410,9 +412,9 @@ void RandomEdits::duplicateElsewhere()
         mModel->duplicate(indexOf(source), row, indexOf(parent), withChildren, checkRules);
     const Nodes expected = mTree.duplicate({source}, row, parent, withChildren, checkRules);
     if (expected.isEmpty())
-        expect(!made.isValid(), u"a copy was made where none may be"_qs);
+        expect(!made.isValid(), u"a copy was made where none may be"_s);
     else
-        expectItem(made, expected.constFirst(), u"copy"_qs);
+        expectItem(made, expected.constFirst(), u"copy"_s);
 }
 
 // --- Changing
@@ -422,8 +424,8 @@ void RandomEdits::rename()
     Node *node = anyItem();
     const QString title = chance(2) ? anyTitle() : ReferenceTree::uniqueTitle(anyTitle(), node);
     expectEqual(mModel->findUniqueTitle(title, indexOf(node)),
-                ReferenceTree::uniqueTitle(title, node), u"unique title"_qs);
-    expect(mModel->setTitle(indexOf(node), title), u"a title could not be set"_qs);
+                ReferenceTree::uniqueTitle(title, node), u"unique title"_s);
+    expect(mModel->setTitle(indexOf(node), title), u"a title could not be set"_s);
     if (node->title != title)
         mTree.setModified();
     node->title = title;
@@ -437,12 +439,12 @@ void RandomEdits::write()
     TVLTextDocument *document = mModel->referenceText(indexOf(node));
     QTextCursor cursor(document);
     cursor.movePosition(QTextCursor::End);
-    const QString words = u"More words %1\n"_qs.arg(++mTexts);
+    const QString words = u"More words %1\n"_s.arg(++mTexts);
     cursor.insertText(words);
     if (chance(2))
         document->clearUndoRedoStacks();
     mModel->dereferenceItem(document);
-    expect(mModel->save(indexOf(node)), u"a text could not be saved"_qs);
+    expect(mModel->save(indexOf(node)), u"a text could not be saved"_s);
     mTree.filesOf(node).text.append(words);
     mTree.setModified();
 }
@@ -453,7 +455,7 @@ void RandomEdits::move()
     const Nodes nodes = anyItems(5);
     const int row = anyRow(target);
     const bool isDone = mModel->moveToFolder(indexOf(target), indexesOf(nodes), row);
-    expectEqual(isDone, mTree.moveToFolder(target, nodes, row), u"result"_qs);
+    expectEqual(isDone, mTree.moveToFolder(target, nodes, row), u"result"_s);
 }
 
 void RandomEdits::moveOntoItself()
@@ -464,7 +466,7 @@ void RandomEdits::moveOntoItself()
         below.isEmpty() ? nodes.constFirst() : below.at(mRandom.bounded(int(below.size())));
     const int row = anyRow(target);
     const bool isDone = mModel->moveToFolder(indexOf(target), indexesOf(nodes), row);
-    expectEqual(isDone, mTree.moveToFolder(target, nodes, row), u"result"_qs);
+    expectEqual(isDone, mTree.moveToFolder(target, nodes, row), u"result"_s);
 }
 
 void RandomEdits::moveAndBack()
@@ -475,16 +477,16 @@ void RandomEdits::moveAndBack()
     const int oldRow = node->row();
     const int row = anyRow(target);
     const bool isMoved = mModel->moveToFolder(indexOf(target), {indexOf(node)}, row);
-    expectEqual(isMoved, mTree.moveToFolder(target, {node}, row), u"result of the move"_qs);
+    expectEqual(isMoved, mTree.moveToFolder(target, {node}, row), u"result of the move"_s);
     if (!isMoved)
         return;
     const bool isBefore = target == parent && node->row() < oldRow;
     const int backRow = isBefore ? oldRow + 1 : oldRow;
     const bool isBack = mModel->moveToFolder(indexOf(parent), {indexOf(node)}, backRow);
-    expectEqual(isBack, mTree.moveToFolder(parent, {node}, backRow), u"result of the way back"_qs);
+    expectEqual(isBack, mTree.moveToFolder(parent, {node}, backRow), u"result of the way back"_s);
     if (isBack) {
-        expectEqual(indexOf(node).row(), oldRow, u"row after the way back"_qs);
-        expectItem(indexOf(node), node, u"item that went back"_qs);
+        expectEqual(indexOf(node).row(), oldRow, u"row after the way back"_s);
+        expectItem(indexOf(node), node, u"item that went back"_s);
     }
 }
 
@@ -493,14 +495,14 @@ void RandomEdits::moveToTrash()
     Nodes nodes = chance(4) ? anyItems(3) : Nodes({anyRemovable()});
     nodes.removeAll(nullptr);
     const bool isDone = mModel->moveToTrash(indexesOf(nodes));
-    expectEqual(isDone, mTree.moveToTrash(nodes), u"result"_qs);
+    expectEqual(isDone, mTree.moveToTrash(nodes), u"result"_s);
 }
 
 // --- Removing
 
 void RandomEdits::emptyTrash()
 {
-    expect(mModel->emptyTrash(), u"the Trash could not be emptied"_qs);
+    expect(mModel->emptyTrash(), u"the Trash could not be emptied"_s);
     mTree.emptyTrash();
 }
 
@@ -509,8 +511,8 @@ void RandomEdits::removeIndex()
     Node *node = anyRemovable();
     if (!node)
         return;
-    expect(mModel->removeIndex(indexOf(node)), u"an item could not be removed"_qs);
-    expect(!mModel->removeIndex(QModelIndex()), u"no item was removed with success"_qs);
+    expect(mModel->removeIndex(indexOf(node)), u"an item could not be removed"_s);
+    expect(!mModel->removeIndex(QModelIndex()), u"no item was removed with success"_s);
     mTree.remove(node);
     mTree.setModified(false);
 }
@@ -541,16 +543,16 @@ void RandomEdits::group()
     const QModelIndex found = mModel->groupIndexes(indexesOf(nodes));
     const Node *expected = mTree.group(nodes);
     if (expected)
-        expectItem(found, expected, u"group"_qs);
+        expectItem(found, expected, u"group"_s);
     else
-        expect(!found.isValid(), u"a refused group has an index"_qs);
+        expect(!found.isValid(), u"a refused group has an index"_s);
 }
 
 void RandomEdits::ungroup()
 {
     const Nodes nodes = anyItems(4);
     const bool isDone = mModel->ungroupIndexes(indexesOf(nodes));
-    expectEqual(isDone, mTree.ungroup(nodes), u"result"_qs);
+    expectEqual(isDone, mTree.ungroup(nodes), u"result"_s);
 }
 
 void RandomEdits::merge()
@@ -561,9 +563,9 @@ void RandomEdits::merge()
     const QModelIndex found = mModel->mergeIndexes(indexesOf(nodes));
     const Node *expected = mTree.merge(nodes);
     if (expected)
-        expectItem(found, expected, u"merged item"_qs);
+        expectItem(found, expected, u"merged item"_s);
     else
-        expect(!found.isValid(), u"a refused merge has an index"_qs);
+        expect(!found.isValid(), u"a refused merge has an index"_s);
     if (expected && expected->isText())
         compareTexts(expected);
 }
@@ -573,23 +575,23 @@ void RandomEdits::sort()
     const Nodes nodes = anyItems(40);
     const QModelIndexList indexes = indexesOf(nodes);
     const QModelIndexList inOrder = indexesOf(mTree.sorted(nodes));
-    expect(TVLProjectModel::sortIndexes(indexes) == inOrder, u"sortIndexes"_qs);
-    expect(TVLProjectModel::sortIndexesStable(indexes) == inOrder, u"sortIndexesStable"_qs);
-    expect(mModel->sortIndexesHash(indexes) == inOrder, u"sortIndexesHash"_qs);
+    expect(TVLProjectModel::sortIndexes(indexes) == inOrder, u"sortIndexes"_s);
+    expect(TVLProjectModel::sortIndexesStable(indexes) == inOrder, u"sortIndexesStable"_s);
+    expect(mModel->sortIndexesHash(indexes) == inOrder, u"sortIndexesHash"_s);
     expect(TVLProjectModel::sort(indexes, TVL::Columns(20), Qt::DescendingOrder) == inOrder,
-           u"sort by a column that there isn't"_qs);
+           u"sort by a column that there isn't"_s);
     Nodes byTitle = nodes;
     std::stable_sort(byTitle.begin(), byTitle.end(), [](const Node *a, const Node *b) {
         return a->title.localeAwareCompare(b->title) < 0;
     });
     expect(TVLProjectModel::sort(indexes, TVL::TitleColumn, Qt::AscendingOrder)
                == indexesOf(byTitle),
-           u"sort by title"_qs);
+           u"sort by title"_s);
 }
 
 void RandomEdits::save()
 {
-    expect(mModel->save(), u"the project could not be saved"_qs);
+    expect(mModel->save(), u"the project could not be saved"_s);
     mTree.setModified(false);
 }
 
@@ -627,12 +629,12 @@ void RandomEdits::expectEqual(const Value &found, const Value &expected, const Q
 
 void RandomEdits::expectItem(const QModelIndex &index, const Node *node, const QString &what)
 {
-    expect(index.isValid() && index == indexOf(node), what + u" is elsewhere"_qs);
-    expectEqual(mModel->nodeIdentity(index), node->id, what + u", id"_qs);
-    expectEqual(int(mModel->type(index)), int(node->type), what + u", type"_qs);
-    expectEqual(mModel->title(index), node->title, what + u", title"_qs);
+    expect(index.isValid() && index == indexOf(node), what + u" is elsewhere"_s);
+    expectEqual(mModel->nodeIdentity(index), node->id, what + u", id"_s);
+    expectEqual(int(mModel->type(index)), int(node->type), what + u", type"_s);
+    expectEqual(mModel->title(index), node->title, what + u", title"_s);
     if (!node->uuid.isNull())
-        expectEqual(mModel->nodeUuid(index), node->uuid, what + u", uuid"_qs);
+        expectEqual(mModel->nodeUuid(index), node->uuid, what + u", uuid"_s);
 }
 
 void RandomEdits::adoptNewItems()
@@ -640,41 +642,41 @@ void RandomEdits::adoptNewItems()
     const Nodes nodes = mTree.takeNewNodes();
     for (Node *node : nodes) {
         const QModelIndex index = indexOf(node);
-        expectItem(index, node, u"new item"_qs);
+        expectItem(index, node, u"new item"_s);
         node->uuid = mModel->nodeUuid(index);
-        expect(!node->uuid.isNull() && !mKnownUuids.contains(node->uuid), u"uuid in use"_qs);
+        expect(!node->uuid.isNull() && !mKnownUuids.contains(node->uuid), u"uuid in use"_s);
         mKnownUuids.insert(node->uuid);
     }
 }
 
 void RandomEdits::compareFlags()
 {
-    expectEqual(mModel->isModified(), mTree.isModified(), u"modification"_qs);
-    expectEqual(mModel->totalNodesCount(), int(mTree.all().size()), u"number of items"_qs);
-    expectEqual(mModel->uuidsList().size(), mTree.all().size(), u"number of uuids"_qs);
-    expectEqual(mModel->idToUuid().size(), mTree.all().size(), u"number of ids"_qs);
+    expectEqual(mModel->isModified(), mTree.isModified(), u"modification"_s);
+    expectEqual(mModel->totalNodesCount(), int(mTree.all().size()), u"number of items"_s);
+    expectEqual(mModel->uuidsList().size(), mTree.all().size(), u"number of uuids"_s);
+    expectEqual(mModel->idToUuid().size(), mTree.all().size(), u"number of ids"_s);
     expect(mSignals->wrong().isEmpty(), mSignals->wrong());
-    expect(mSignals->resets() == 0, u"the model was reset"_qs);
+    expect(mSignals->resets() == 0, u"the model was reset"_s);
 }
 
 void RandomEdits::compareTrees()
 {
     int count = 0;
     compareChildren(mModel->rootIndex(), mTree.root(), &count);
-    expectEqual(mModel->totalNodesCount(), count, u"number of items"_qs);
-    expectEqual(mapsOutOfStep(mModel.get()), QString(), u"maps"_qs);
+    expectEqual(mModel->totalNodesCount(), count, u"number of items"_s);
+    expectEqual(mapsOutOfStep(mModel.get()), QString(), u"maps"_s);
 }
 
 void RandomEdits::compareChildren(const QModelIndex &parent, const Node *node, int *count)
 {
-    expectEqual(mModel->rowCount(parent), node->count(), u"children of '%1'"_qs.arg(node->title));
+    expectEqual(mModel->rowCount(parent), node->count(), u"children of '%1'"_s.arg(node->title));
     for (int row = 0; mWrong.isEmpty() && row < node->count(); ++row) {
         const Node *child = node->children[size_t(row)].get();
         const QModelIndex index = mModel->index(row, 0, parent);
-        expectItem(index, child, u"item"_qs);
+        expectItem(index, child, u"item"_s);
         expect(mModel->findNode(child->id) == mModel->projectNode(index)
                    && mModel->indexByUuid(child->uuid) == index,
-               u"an item isn't found by id and uuid"_qs);
+               u"an item isn't found by id and uuid"_s);
         ++*count;
         compareChildren(index, child, count);
     }
@@ -686,9 +688,9 @@ void RandomEdits::compareTexts(const Node *node)
         return;
     const ReferenceFiles files = mTree.files().value(node->id);
     const QModelIndex index = indexOf(node);
-    expectEqual(mModel->documentPlainText(index, false), files.text, u"text"_qs);
-    expectEqual(mModel->documentNoteAsPlainText(index), files.notes, u"notes"_qs);
-    expectEqual(mModel->synopsis(index), files.synopsis, u"synopsis"_qs);
+    expectEqual(mModel->documentPlainText(index, false), files.text, u"text"_s);
+    expectEqual(mModel->documentNoteAsPlainText(index), files.notes, u"notes"_s);
+    expectEqual(mModel->synopsis(index), files.synopsis, u"synopsis"_s);
 }
 
 void RandomEdits::compareFiles()
@@ -700,13 +702,13 @@ void RandomEdits::compareFiles()
             if (isThere)
                 expected.insert(QString::number(entry.key()) + ending);
         };
-        expectFile(!entry->text.isEmpty(), u".rtf"_qs);
-        expectFile(!entry->notes.isEmpty(), u"_notes.rtf"_qs);
-        expectFile(!entry->synopsis.isEmpty(), u"_synopsis.txt"_qs);
-        expectFile(entry->hasImage, u".png"_qs);
+        expectFile(!entry->text.isEmpty(), u".rtf"_s);
+        expectFile(!entry->notes.isEmpty(), u"_notes.rtf"_s);
+        expectFile(!entry->synopsis.isEmpty(), u"_synopsis.txt"_s);
+        expectFile(entry->hasImage, u".png"_s);
     }
     const QStringList found = documentFiles(mProject.path());
-    expectEqual(QSet<QString>(found.begin(), found.end()), expected, u"files"_qs);
+    expectEqual(QSet<QString>(found.begin(), found.end()), expected, u"files"_s);
 }
 
 // --- Persistent indexes
@@ -726,9 +728,9 @@ void RandomEdits::checkWatched()
             continue;
         if (const Node *node = mTree.find(watched.uuid)) {
             expect(watched.index == indexOf(node) && mModel->nodeUuid(watched.index) == node->uuid,
-                   u"a persistent index has lost its item"_qs);
+                   u"a persistent index has lost its item"_s);
         } else {
-            expect(!watched.index.isValid(), u"a persistent index has outlived its item"_qs);
+            expect(!watched.index.isValid(), u"a persistent index has outlived its item"_s);
             watched = {};
         }
     }
@@ -741,11 +743,11 @@ QString RandomEdits::reopen()
     mSignals.reset();
     mWatched.clear();
     // Two ways of removing items leave it to their caller to have that saved.
-    expect(mModel->save(true), u"the project could not be saved"_qs);
+    expect(mModel->save(true), u"the project could not be saved"_s);
     mModel->prepareToDestroy();
     mModel = mProject.open();
     if (!mModel)
-        return u"the project could not be opened"_qs;
+        return u"the project could not be opened"_s;
     compareTrees();
     const Nodes nodes = mTree.all();
     for (const Node *node : nodes)
@@ -772,10 +774,10 @@ void TstRandomEdits::editsKeepStepWithAPlainTree()
     for (int number = 0; number < OperationsPerHistory; ++number) {
         const QString wrong = edits.step(number);
         QVERIFY2(wrong.isEmpty(),
-                 qPrintable(u"seed %1, operation %2, %3"_qs.arg(seed).arg(number).arg(wrong)));
+                 qPrintable(u"seed %1, operation %2, %3"_s.arg(seed).arg(number).arg(wrong)));
     }
     const QString wrong = edits.reopen();
-    QVERIFY2(wrong.isEmpty(), qPrintable(u"seed %1, reopened: %2"_qs.arg(seed).arg(wrong)));
+    QVERIFY2(wrong.isEmpty(), qPrintable(u"seed %1, reopened: %2"_s.arg(seed).arg(wrong)));
 }
 
 TVL_TEST(TstRandomEdits)

@@ -22,6 +22,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const int Histories = testCases(400);
@@ -36,7 +38,7 @@ constexpr std::array<TVL::DocumentType, 4> FileTypes = {TVL::MainText, TVL::Note
 
 QString wordOf(int number)
 {
-    return u"word"_qs + QChar(u'a' + number);
+    return u"word"_s + QChar(u'a' + number);
 }
 
 /** A file of an item. */
@@ -47,7 +49,7 @@ struct ItemFile
 
     [[nodiscard]] QString name() const
     {
-        return u"Files/Docs/"_qs + TVLProjectFolderFormat::documentFileNameId(id, type);
+        return u"Files/Docs/"_s + TVLProjectFolderFormat::documentFileNameId(id, type);
     }
 };
 
@@ -156,7 +158,7 @@ void TstRandomHistories::type()
     const auto type = TVL::DocumentType(random(3));
     const QModelIndex item = anyItem();
     const QString word = anyWord();
-    log(u"type %1 into %2 of %3"_qs.arg(word).arg(type).arg(mModel->nodeIdentity(item)));
+    log(u"type %1 into %2 of %3"_s.arg(word).arg(type).arg(mModel->nodeIdentity(item)));
     if (isSometimes(2))
         typeText(mModel.get(), item, word + u' ', type);
     else
@@ -168,7 +170,7 @@ void TstRandomHistories::replaceDocument()
     const QModelIndex item = anyItem();
     const auto type = TVL::DocumentType(random(3));
     const QString text = isSometimes(2) ? QString() : anyWord();
-    log(u"set %1 of %2 to '%3'"_qs.arg(type).arg(mModel->nodeIdentity(item)).arg(text));
+    log(u"set %1 of %2 to '%3'"_s.arg(type).arg(mModel->nodeIdentity(item)).arg(text));
     TVLTextDocument *document = mModel->referenceItem(item, type);
     QTextCursor all(document);
     all.select(QTextCursor::Document);
@@ -180,7 +182,7 @@ void TstRandomHistories::comment()
 {
     const QModelIndex item = anyItem();
     const QString word = anyWord();
-    log(u"comment %1 on %2"_qs.arg(word).arg(mModel->nodeIdentity(item)));
+    log(u"comment %1 on %2"_s.arg(word).arg(mModel->nodeIdentity(item)));
     const TVLTextCommentLink link(QUuid::createUuid().toString(QUuid::WithoutBraces),
                                   "{\\rtf1 " + word.toLatin1() + "}");
     if (!mModel->documentPlainText(item, false).isEmpty())
@@ -189,32 +191,32 @@ void TstRandomHistories::comment()
 
 void TstRandomHistories::save()
 {
-    log(u"save"_qs);
+    log(u"save"_s);
     (void)mModel->save(isSometimes(2));
 }
 
 void TstRandomHistories::saveItem()
 {
     const QModelIndex item = anyItem();
-    log(u"save %1"_qs.arg(mModel->nodeIdentity(item)));
+    log(u"save %1"_s.arg(mModel->nodeIdentity(item)));
     (void)mModel->save(item);
 }
 
 void TstRandomHistories::saveTexts()
 {
-    log(u"save texts"_qs);
+    log(u"save texts"_s);
     mModel->saveSearchIndex(isSometimes(3));
 }
 
 void TstRandomHistories::saveHashes()
 {
-    log(u"save hashes"_qs);
+    log(u"save hashes"_s);
     mModel->saveChecksums(isSometimes(3));
 }
 
 void TstRandomHistories::search()
 {
-    log(u"search"_qs);
+    log(u"search"_s);
     TVLCollectionMetaData search;
     search.mType = TVL::SavedSearchCollection;
     search.mSearchText = anyWord();
@@ -223,14 +225,14 @@ void TstRandomHistories::search()
 
 void TstRandomHistories::rebuild()
 {
-    log(u"rebuild"_qs);
+    log(u"rebuild"_s);
     mModel->rebuildSearchIndexes(false, nullptr);
 }
 
 /** As far as a model lets go of documents at all: of what was saved and has nothing to undo. */
 void TstRandomHistories::letGo()
 {
-    log(u"let go"_qs);
+    log(u"let go"_s);
     for (int id = FirstId; id < FirstId + Items; ++id) {
         TVLProjectNode *node = mModel->projectNode(mModel->index(id));
         if (node->mTextDocument)
@@ -248,7 +250,7 @@ void TstRandomHistories::changeOutside()
     const QString word = anyWord();
     if (file.type == TVL::CommentsFile || mHidden)
         return;
-    log(u"others write %1 to %2"_qs.arg(word, file.name()));
+    log(u"others write %1 to %2"_s.arg(word, file.name()));
     mVersions[file.name()].append(mProject->readFile(file.name()));
     mProject->writeFile(file.name(),
                         file.type == TVL::SynopsisText ? word.toUtf8()
@@ -263,7 +265,7 @@ void TstRandomHistories::changeBackOutside()
         return;
     const QByteArray content = versions.at(random(int(versions.size())));
     mVersions[name].append(mProject->readFile(name));
-    log(u"others bring back %1 of %2 bytes"_qs.arg(name).arg(content.size()));
+    log(u"others bring back %1 of %2 bytes"_s.arg(name).arg(content.size()));
     if (content.isEmpty())
         (void)QFile::remove(mProject->path(name));
     else
@@ -275,37 +277,37 @@ void TstRandomHistories::removeOutside()
     const QString name = anyFile().name();
     if (!QFile::exists(mProject->path(name)) || mHidden)
         return;
-    log(u"others remove %1"_qs.arg(name));
+    log(u"others remove %1"_s.arg(name));
     mVersions[name].append(mProject->readFile(name));
     (void)QFile::remove(mProject->path(name));
 }
 
 void TstRandomHistories::hide()
 {
-    const QString name = isSometimes(4) ? u"Files/Docs/docs.checksum"_qs : anyFile().name();
+    const QString name = isSometimes(4) ? u"Files/Docs/docs.checksum"_s : anyFile().name();
     if (mHidden || !mAway.isEmpty() || !QFile::exists(mProject->path(name)))
         return;
     if (isSometimes(2)) {
-        log(u"%1 can't be read"_qs.arg(name));
+        log(u"%1 can't be read"_s.arg(name));
         mHidden =
             std::make_unique<ReducedPermissions>(mProject->path(name), ReducedPermissions::None);
     } else if (!name.endsWith(u"docs.checksum")) {
-        log(u"%1 is away"_qs.arg(name));
+        log(u"%1 is away"_s.arg(name));
         mAway = mProject->path(name);
-        if (!QFile::rename(mAway, mProject->enclosingPath() + u"/away"_qs))
+        if (!QFile::rename(mAway, mProject->enclosingPath() + u"/away"_s))
             qFatal("%s could not be moved", qPrintable(mAway));
     }
 }
 
 void TstRandomHistories::show()
 {
-    log(u"show"_qs);
+    log(u"show"_s);
     mHidden.reset();
     if (mAway.isEmpty())
         return;
     // Over what may have been written meanwhile, as a service that keeps folders in step does.
     (void)QFile::remove(mAway);
-    if (!QFile::rename(mProject->enclosingPath() + u"/away"_qs, mAway))
+    if (!QFile::rename(mProject->enclosingPath() + u"/away"_s, mAway))
         qFatal("%s could not be moved back", qPrintable(mAway));
     mAway.clear();
 }
@@ -314,14 +316,14 @@ void TstRandomHistories::show()
 
 void TstRandomHistories::close()
 {
-    log(u"close"_qs);
+    log(u"close"_s);
     mModel->prepareToDestroy();
     drop();
 }
 
 void TstRandomHistories::drop()
 {
-    log(u"end"_qs);
+    log(u"end"_s);
     mModel.reset();
 }
 
@@ -377,7 +379,7 @@ void TstRandomHistories::checkItem(const TVLProjectModel *model, int id,
         const QString stored =
             rowsOf(*model->searchIndex(),
                    u"SELECT propertyValue FROM DocumentSearchProperties WHERE identity = %1 AND "
-                   "type = %2"_qs.arg(id)
+                   "type = %2"_s.arg(id)
                        .arg(property))
                 .value(0);
         QCOMPARE(stored, *text);
@@ -424,7 +426,7 @@ void TstRandomHistories::searchesAgreeWithTheFilesInEachSession()
     const int count = std::max(1, Histories / HistoryParts);
     for (quint32 history = seed; history < seed + quint32(count); ++history) {
         mRandom.seed(history);
-        mLog = {u"history %1"_qs.arg(history)};
+        mLog = {u"history %1"_s.arg(history)};
         makeProject();
         for (int step = 0; step < StepsOfAHistory && !QTest::currentTestFailed(); ++step) {
             takeStep();

@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const int Projects = testCases(1000);
@@ -22,7 +24,7 @@ constexpr int Parts = 10;
 constexpr int SearchesOfAProject = 15;
 constexpr int ItemsOfAProject = 10;
 
-const QStringList FieldIds = {u"pov"_qs, u"place"_qs};
+const QStringList FieldIds = {u"pov"_s, u"place"_s};
 
 QModelIndexList items(const TVLProjectModel *model)
 {

@@ -10,6 +10,8 @@
 #include <optional>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 /** Who hears of a change, or answers a box, may remove any item, and the function goes on safely.
  */
 class TstReentrancy : public QObject
@@ -205,7 +207,7 @@ QString wrongAfter(const ChangingProject &project, const TVLProjectNodePropertie
     }
     for (const QModelIndex &index : returned) {
         if (index.isValid() && !items.contains(index))
-            return u"an item is returned that isn't there"_qs;
+            return u"an item is returned that isn't there"_s;
     }
     // A function that has lost its item must not take the root for it.
     TVLProjectNodeProperties now = model->nodeProperties(model->rootIndex());
@@ -217,7 +219,7 @@ QString wrongAfter(const ChangingProject &project, const TVLProjectNodePropertie
     now.mSessionWordCount = root.mSessionWordCount;
     now.mSessionCharacterCount = root.mSessionCharacterCount;
     if (now != root)
-        return u"the root was changed"_qs;
+        return u"the root was changed"_s;
     deleteReleasedObjects();
     return {};
 }
@@ -271,7 +273,7 @@ void runOnEachOccasion(const ChangingFunction &function, Occasion occasion, Vict
     const int step = testPercent() < 100 ? turns / TurnsOfEveryDay + 1 : 1;
     for (int turn = 1; turn <= turns; turn += step) {
         (void)runOnce(function, occasion, victim, turn, &wrong);
-        QVERIFY2(wrong.isEmpty(), qPrintable(u"turn %1: "_qs.arg(turn) + wrong));
+        QVERIFY2(wrong.isEmpty(), qPrintable(u"turn %1: "_s.arg(turn) + wrong));
     }
 }
 

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using References = QList<TVLReference>;
@@ -20,14 +22,14 @@ TVLReference toWebAddress(const QString &address, const QString &title)
     return reference;
 }
 
-const TVLReference Map = toWebAddress(u"https://example.org/map"_qs, u"Map"_qs);
-const TVLReference Diary = toItem(5, u"Diary"_qs);
+const TVLReference Map = toWebAddress(u"https://example.org/map"_s, u"Map"_s);
+const TVLReference Diary = toItem(5, u"Diary"_s);
 
 /** A blank project with the items 3 to 5 in its Draft. */
 TestModel modelWithItems()
 {
     auto model = blankModel();
-    addTree(model.get(), model->draftFolder(), u"x y"_qs);
+    addTree(model.get(), model->draftFolder(), u"x y"_s);
     makeAllOld(model.get());
     return model;
 }
@@ -46,12 +48,11 @@ void addDifferentReferences()
     QTest::addColumn<TVLReference>("there");
     QTest::addColumn<TVLReference>("other");
     const auto [external, internal] = twinsOfTwoTypes();
-    QTest::newRow("another title") << Map << toWebAddress(u"https://example.org/map"_qs, u"map"_qs);
-    QTest::newRow("no title") << Map << toWebAddress(u"https://example.org/map"_qs, QString());
-    QTest::newRow("another address")
-        << Map << toWebAddress(u"https://example.org/Map"_qs, u"Map"_qs);
-    QTest::newRow("no address") << Map << toWebAddress(QString(), u"Map"_qs);
-    QTest::newRow("another item") << Diary << toItem(4, u"Diary"_qs);
+    QTest::newRow("another title") << Map << toWebAddress(u"https://example.org/map"_s, u"map"_s);
+    QTest::newRow("no title") << Map << toWebAddress(u"https://example.org/map"_s, QString());
+    QTest::newRow("another address") << Map << toWebAddress(u"https://example.org/Map"_s, u"Map"_s);
+    QTest::newRow("no address") << Map << toWebAddress(QString(), u"Map"_s);
+    QTest::newRow("another item") << Diary << toItem(4, u"Diary"_s);
     QTest::newRow("the other type, internal") << external << internal;
     QTest::newRow("the other type, external") << internal << external;
 }
@@ -103,7 +104,7 @@ void TstReferences::referencesOfAnItemAreSet()
     const SignalLog log(model.get());
     QVERIFY(model->setReferences(model->index(4), {Map, Diary}));
     QCOMPARE(model->references(model->index(4)), References({Map, Diary}));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 4"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 4"_s}));
     QCOMPARE(touchedIds(model.get()), Ids{4});
     QCOMPARE(model->references(model->index(3)), References());
     QVERIFY(model->setReferences(model->index(4), {}));
@@ -134,7 +135,7 @@ void TstReferences::anotherOrderIsAnotherList()
     const SignalLog log(model.get());
     QVERIFY(model->setReferences(model->index(4), {Diary, Map}));
     QCOMPARE(model->references(model->index(4)), References({Diary, Map}));
-    QCOMPARE(log.lines(), QStringList{u"data 4"_qs});
+    QCOMPARE(log.lines(), QStringList{u"data 4"_s});
 }
 
 void TstReferences::referencesOfAnotherModelsItemAreRefused()
@@ -155,10 +156,10 @@ void TstReferences::aReferenceIsAppended()
     const auto model = modelWithItems();
     const SignalLog log(model.get());
     QVERIFY(model->addReference(model->index(4), Map));
-    QCOMPARE(log.lines(), QStringList({u"modified"_qs, u"data 4"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"modified"_s, u"data 4"_s}));
     QVERIFY(model->addReference(model->index(4), Diary));
     QCOMPARE(model->references(model->index(4)), References({Map, Diary}));
-    QCOMPARE(log.lines().mid(2), QStringList{u"data 4"_qs});
+    QCOMPARE(log.lines().mid(2), QStringList{u"data 4"_s});
     QCOMPARE(touchedIds(model.get()), Ids{4});
 }
 
@@ -230,7 +231,7 @@ void TstReferences::referencesOfTheProjectAreSet()
     const auto model = modelWithItems();
     const SignalLog log(model.get());
     model->setProjectReferences({Map, Diary});
-    QCOMPARE(log.lines(), QStringList({u"references"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"references"_s, u"modified"_s}));
     QCOMPARE(model->projectReferences(), References({Map, Diary}));
     QVERIFY(model->hasProjectReferences());
     QCOMPARE(touchedIds(model.get()), Ids());
@@ -238,7 +239,7 @@ void TstReferences::referencesOfTheProjectAreSet()
     QCOMPARE(model->projectReferences(), References({Diary, Map}));
     model->setProjectReferences({});
     QVERIFY(!model->hasProjectReferences());
-    QCOMPARE(log.lines().mid(2), QStringList({u"references"_qs, u"references"_qs}));
+    QCOMPARE(log.lines().mid(2), QStringList({u"references"_s, u"references"_s}));
 }
 
 void TstReferences::equalReferencesOfTheProjectHaveNoEffect()
@@ -260,10 +261,10 @@ void TstReferences::aReferenceOfTheProjectIsAppended()
     const auto model = modelWithItems();
     const SignalLog log(model.get());
     model->addProjectReference(Map);
-    QCOMPARE(log.lines(), QStringList({u"references"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"references"_s, u"modified"_s}));
     model->addProjectReference(Diary);
     QCOMPARE(model->projectReferences(), References({Map, Diary}));
-    QCOMPARE(log.lines().mid(2), QStringList{u"references"_qs});
+    QCOMPARE(log.lines().mid(2), QStringList{u"references"_s});
 }
 
 void TstReferences::aReferenceOfTheProjectThatIsThereHasNoEffect()
@@ -289,7 +290,7 @@ void TstReferences::aReferenceOfTheProjectThatDiffersIsAdded()
     const SignalLog log(model.get());
     model->addProjectReference(other);
     QCOMPARE(model->projectReferences(), References({there, other}));
-    QCOMPARE(log.lines(), QStringList({u"references"_qs, u"modified"_qs}));
+    QCOMPARE(log.lines(), QStringList({u"references"_s, u"modified"_s}));
 }
 
 void TstReferences::aListMayHoldAReferenceTwice()

@@ -7,6 +7,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Files = QMap<QString, QByteArray>;
@@ -26,12 +28,12 @@ Files filesOfHistory(quint32 seed)
         model->setTitle(index, QString::number(i));
         model->insertCollection(0, {index}, QString::number(i), QColor());
         model->keywordModel()->insertItem(0, QModelIndex(), QString::number(i));
-        model->addSnapshot(index, u"snapshot"_qs);
+        model->addSnapshot(index, u"snapshot"_s);
     }
     QModelIndexList items;
     for (int row = 0; row < model->rowCount(draft); ++row)
         items.append(model->index(row, 0, draft));
-    model->insertCollection(0, model->shuffle(items), u"shuffled"_qs, QColor());
+    model->insertCollection(0, model->shuffle(items), u"shuffled"_s, QColor());
     if (!model->save(true))
         return {};
     Files files = project.files();

@@ -18,6 +18,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** Searches in one session after what happened in others: what is kept of a text is found only as
  * long as it is that of its file, whoever changed which file when, and wherever a session ended. */
 class TstSearchHistories : public QObject
@@ -52,11 +54,11 @@ namespace {
 
 using Ids = QList<int>;
 
-const QString TextsFile = u"Files/search.indexes"_qs;
-const QString HashesFile = u"Files/Docs/docs.checksum"_qs;
-const QString DocsFolder = u"Files/Docs"_qs;
-const QString LanternFile = u"Files/Docs/4.rtf"_qs;
-const QString MeadowFile = u"Files/Docs/5.rtf"_qs;
+const QString TextsFile = u"Files/search.indexes"_s;
+const QString HashesFile = u"Files/Docs/docs.checksum"_s;
+const QString DocsFolder = u"Files/Docs"_s;
+const QString LanternFile = u"Files/Docs/4.rtf"_s;
+const QString MeadowFile = u"Files/Docs/5.rtf"_s;
 
 TVLCollectionMetaData wordSearch(const QString &word)
 {
@@ -85,11 +87,11 @@ Ids idsWithInNewSession(const TestProject &project, const QString &word)
 void makeSearchedProject(const TestProject &project)
 {
     const auto model = project.create();
-    typeTextForGood(model.get(), firstText(model.get()), u"harbour"_qs);
-    for (const QString &text : {u"lantern"_qs, u"meadow"_qs})
+    typeTextForGood(model.get(), firstText(model.get()), u"harbour"_s);
+    for (const QString &text : {u"lantern"_s, u"meadow"_s})
         typeTextForGood(model.get(), addItem(model.get(), model->draftFolder(), TVL::Text), text);
     QVERIFY(model->save(true));
-    QCOMPARE(idsWith(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(idsWith(model.get(), u"lantern"_s), Ids{4});
     model->prepareToDestroy();
 }
 
@@ -171,21 +173,21 @@ void TstSearchHistories::whatIsOutOfSightForOneSessionIsFoundInTheNext()
     const TestProject project;
     makeSearchedProject(project);
     const TVLUnattendedMessageBoxes boxes;
-    const QString away = project.enclosingPath() + u"/away"_qs;
+    const QString away = project.enclosingPath() + u"/away"_s;
     for (int session = 0; session < 2; ++session) {
         if (isAway) {
             QVERIFY(QFile::rename(project.path(path), away));
-            searchAndClose(project, u"lantern"_qs);
+            searchAndClose(project, u"lantern"_s);
             // In place of what was made anew.
             (void)QFile::remove(project.path(path));
             QVERIFY(QFile::rename(away, project.path(path)));
         } else {
             const ReducedPermissions none(project.path(path), ReducedPermissions::None);
-            searchAndClose(project, u"lantern"_qs);
+            searchAndClose(project, u"lantern"_s);
         }
         const auto model = project.open();
-        QCOMPARE(idsWith(model.get(), u"lantern"_qs), Ids{4});
-        QCOMPARE(idsWith(model.get(), u"harbour"_qs), Ids{3});
+        QCOMPARE(idsWith(model.get(), u"lantern"_s), Ids{4});
+        QCOMPARE(idsWith(model.get(), u"harbour"_s), Ids{3});
         model->prepareToDestroy();
     }
 }
@@ -205,13 +207,13 @@ void TstSearchHistories::aTextThatIsChangedBackIsFoundAsItIs()
     replaceWord(project, LanternFile, "lantern", "lighthouse");
     {
         const auto model = project.open();
-        QCOMPARE(idsWith(model.get(), u"lighthouse"_qs), Ids{4});
+        QCOMPARE(idsWith(model.get(), u"lighthouse"_s), Ids{4});
         end(model.get());
     }
-    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_qs), Ids{4});
+    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_s), Ids{4});
     project.writeFile(LanternFile, before);
-    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_qs), Ids());
-    QCOMPARE(idsWithInNewSession(project, u"lantern"_qs), Ids{4});
+    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_s), Ids());
+    QCOMPARE(idsWithInNewSession(project, u"lantern"_s), Ids{4});
 }
 
 void TstSearchHistories::unsavedWordsAreGoneWithTheirSession_data()
@@ -230,21 +232,21 @@ void TstSearchHistories::unsavedWordsAreGoneWithTheirSession()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        typeText(model.get(), model->index(4), u"unsaved "_qs);
+        typeText(model.get(), model->index(4), u"unsaved "_s);
         // These have no files yet.
-        typeText(model.get(), model->index(4), u"unwritten"_qs, TVL::NotesText);
-        typeText(model.get(), model->index(5), u"unwritten"_qs, TVL::SynopsisText);
-        QVERIFY(model->setInspectorNote(model->index(3), {0, 4}, newComment(u"remark"_qs)));
-        QCOMPARE(idsWith(model.get(), u"unsaved lantern"_qs), Ids{4});
-        QCOMPARE(idsWith(model.get(), u"unwritten"_qs), (Ids{4, 5}));
-        QCOMPARE(idsWith(model.get(), u"remark"_qs), Ids{3});
+        typeText(model.get(), model->index(4), u"unwritten"_s, TVL::NotesText);
+        typeText(model.get(), model->index(5), u"unwritten"_s, TVL::SynopsisText);
+        QVERIFY(model->setInspectorNote(model->index(3), {0, 4}, newComment(u"remark"_s)));
+        QCOMPARE(idsWith(model.get(), u"unsaved lantern"_s), Ids{4});
+        QCOMPARE(idsWith(model.get(), u"unwritten"_s), (Ids{4, 5}));
+        QCOMPARE(idsWith(model.get(), u"remark"_s), Ids{3});
         end(model.get());
     }
     const auto model = project.open();
-    for (const QString &word : {u"unsaved"_qs, u"unwritten"_qs, u"remark"_qs})
+    for (const QString &word : {u"unsaved"_s, u"unwritten"_s, u"remark"_s})
         QCOMPARE(idsWith(model.get(), word), Ids());
-    QCOMPARE(idsWith(model.get(), u"lantern"_qs), Ids{4});
-    QCOMPARE(idsWith(model.get(), u"harbour"_qs), Ids{3});
+    QCOMPARE(idsWith(model.get(), u"lantern"_s), Ids{4});
+    QCOMPARE(idsWith(model.get(), u"harbour"_s), Ids{3});
 }
 
 void TstSearchHistories::savedWordsAreFoundHoweverASessionEnds_data()
@@ -260,21 +262,21 @@ void TstSearchHistories::savedWordsAreFoundHoweverASessionEnds()
     const QByteArray before = project.readFile(LanternFile);
     {
         const auto model = project.open();
-        typeText(model.get(), model->index(4), u"saved "_qs);
-        typeText(model.get(), model->index(5), u"saved"_qs, TVL::SynopsisText);
-        QVERIFY(model->setInspectorNote(model->index(3), {0, 4}, newComment(u"remark"_qs)));
+        typeText(model.get(), model->index(4), u"saved "_s);
+        typeText(model.get(), model->index(5), u"saved"_s, TVL::SynopsisText);
+        QVERIFY(model->setInspectorNote(model->index(3), {0, 4}, newComment(u"remark"_s)));
         QVERIFY(model->save());
         end(model.get());
     }
-    QCOMPARE(idsWithInNewSession(project, u"saved"_qs), (Ids{4, 5}));
-    QCOMPARE(idsWithInNewSession(project, u"remark"_qs), Ids{3});
+    QCOMPARE(idsWithInNewSession(project, u"saved"_s), (Ids{4, 5}));
+    QCOMPARE(idsWithInNewSession(project, u"remark"_s), Ids{3});
     // Others bring back what was there.
     project.writeFile(LanternFile, before);
-    QVERIFY(QFile::remove(project.path(u"Files/Docs/5_synopsis.txt"_qs)));
-    QVERIFY(QFile::remove(project.path(u"Files/Docs/3.comments"_qs)));
-    QCOMPARE(idsWithInNewSession(project, u"saved"_qs), Ids());
-    QCOMPARE(idsWithInNewSession(project, u"remark"_qs), Ids());
-    QCOMPARE(idsWithInNewSession(project, u"lantern"_qs), Ids{4});
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/5_synopsis.txt"_s)));
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/3.comments"_s)));
+    QCOMPARE(idsWithInNewSession(project, u"saved"_s), Ids());
+    QCOMPARE(idsWithInNewSession(project, u"remark"_s), Ids());
+    QCOMPARE(idsWithInNewSession(project, u"lantern"_s), Ids{4});
 }
 
 void TstSearchHistories::savingHashesSavesTheirTextsFirst()
@@ -283,7 +285,7 @@ void TstSearchHistories::savingHashesSavesTheirTextsFirst()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        typeText(model.get(), model->index(4), u"saved "_qs);
+        typeText(model.get(), model->index(4), u"saved "_s);
         QVERIFY(model->save());
         model->saveChecksums(false);
         QVERIFY(!model->searchIndex()->isModified());
@@ -291,7 +293,7 @@ void TstSearchHistories::savingHashesSavesTheirTextsFirst()
     }
     const auto model = project.open();
     QCOMPARE(staleTexts(model.get(), 4), QList<int>());
-    QCOMPARE(idsWith(model.get(), u"saved"_qs), Ids{4});
+    QCOMPARE(idsWith(model.get(), u"saved"_s), Ids{4});
 }
 
 void TstSearchHistories::commentsAreFoundAsTheTextKnowsThem()
@@ -300,16 +302,16 @@ void TstSearchHistories::commentsAreFoundAsTheTextKnowsThem()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        QVERIFY(model->setInspectorNote(model->index(4), {0, 4}, newComment(u"remark"_qs)));
+        QVERIFY(model->setInspectorNote(model->index(4), {0, 4}, newComment(u"remark"_s)));
         model->prepareToDestroy();
     }
     const QByteArray before = project.readFile(LanternFile);
     // The words that the comment stands at are gone with the mark at them.
     project.writeFile(LanternFile, "{\\rtf1 lighthouse}");
-    searchAndClose(project, u"lighthouse"_qs);
-    QCOMPARE(idsWithInNewSession(project, u"remark"_qs), Ids());
+    searchAndClose(project, u"lighthouse"_s);
+    QCOMPARE(idsWithInNewSession(project, u"remark"_s), Ids());
     project.writeFile(LanternFile, before);
-    QCOMPARE(idsWithInNewSession(project, u"remark"_qs), Ids{4});
+    QCOMPARE(idsWithInNewSession(project, u"remark"_s), Ids{4});
 }
 
 void TstSearchHistories::aTextThatHasGoneIsNotFound()
@@ -317,11 +319,11 @@ void TstSearchHistories::aTextThatHasGoneIsNotFound()
     const TestProject project;
     makeSearchedProject(project);
     replaceWord(project, LanternFile, "lantern", "lighthouse");
-    searchAndClose(project, u"lighthouse"_qs);
+    searchAndClose(project, u"lighthouse"_s);
     QVERIFY(QFile::remove(project.path(LanternFile)));
     for (int session = 0; session < 2; ++session) {
-        QCOMPARE(idsWithInNewSession(project, u"lighthouse"_qs), Ids());
-        searchAndClose(project, u"lighthouse"_qs);
+        QCOMPARE(idsWithInNewSession(project, u"lighthouse"_s), Ids());
+        searchAndClose(project, u"lighthouse"_s);
     }
 }
 
@@ -342,7 +344,7 @@ void TstSearchHistories::anIdIsNotVouchedForByTheHashOfItsFormerItem()
         model->prepareToDestroy();
     }
     project.writeFile(MeadowFile, file);
-    QCOMPARE(idsWithInNewSession(project, u"meadow"_qs), Ids{5});
+    QCOMPARE(idsWithInNewSession(project, u"meadow"_s), Ids{5});
 }
 
 void TstSearchHistories::aRefreshedTextHasTheHashOfItsFile()
@@ -353,7 +355,7 @@ void TstSearchHistories::aRefreshedTextHasTheHashOfItsFile()
     const auto model = project.open();
     QCOMPARE(staleTexts(model.get(), 4),
              (QList<int>{TVL::TextProperty, TVL::CustomMetaDataProperty}));
-    QVERIFY(idsWith(model.get(), u"nothing"_qs).isEmpty());
+    QVERIFY(idsWith(model.get(), u"nothing"_s).isEmpty());
     QCOMPARE(model->checksums()->loadedChecksum(4, TVL::MainText),
              model->checksums()->currentHddChecksum(4, TVL::MainText));
     model->prepareToDestroy();
@@ -367,9 +369,9 @@ void TstSearchHistories::aTextThatIsNoFilesHasNoHash()
     makeSearchedProject(project);
     const auto model = project.open();
     const TVLProjectChecksums *checksums = model->checksums();
-    typeText(model.get(), model->index(4), u"unsaved "_qs);
+    typeText(model.get(), model->index(4), u"unsaved "_s);
     QVERIFY(!checksums->loadedChecksum(4, TVL::MainText).isEmpty());
-    QVERIFY(idsWith(model.get(), u"nothing"_qs).isEmpty());
+    QVERIFY(idsWith(model.get(), u"nothing"_s).isEmpty());
     QVERIFY(checksums->loadedChecksum(4, TVL::MainText).isEmpty());
     QVERIFY(model->save());
     QCOMPARE(checksums->loadedChecksum(4, TVL::MainText),
@@ -384,12 +386,12 @@ void TstSearchHistories::aSaveTellsTheOtherTextsOfTheItemToo()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        typeText(model.get(), model->index(4), u"card"_qs, TVL::SynopsisText);
+        typeText(model.get(), model->index(4), u"card"_s, TVL::SynopsisText);
         model->prepareToDestroy();
     }
     QVERIFY(QFile::remove(project.path(TextsFile)));
     auto model = project.open();
-    typeText(model.get(), model->index(4), u"note"_qs, TVL::NotesText);
+    typeText(model.get(), model->index(4), u"note"_s, TVL::NotesText);
     QVERIFY(model->save());
     QCOMPARE(staleTexts(model.get(), 4), QList<int>{TVL::CustomMetaDataProperty});
     for (const auto type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::CommentsFile})
@@ -399,7 +401,7 @@ void TstSearchHistories::aSaveTellsTheOtherTextsOfTheItemToo()
     model->saveAll(false);
     model = project.open();
     QCOMPARE(staleTexts(model.get(), 4), QList<int>());
-    QCOMPARE(idsWith(model.get(), u"lantern"_qs), Ids{4});
+    QCOMPARE(idsWith(model.get(), u"lantern"_s), Ids{4});
 }
 
 void TstSearchHistories::aSaveLeavesOutWhatCouldNotBeRead()
@@ -409,7 +411,7 @@ void TstSearchHistories::aSaveLeavesOutWhatCouldNotBeRead()
     project.writeFile(LanternFile, "this is no RTF");
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    typeText(model.get(), model->index(4), u"note"_qs, TVL::NotesText);
+    typeText(model.get(), model->index(4), u"note"_s, TVL::NotesText);
     QCOMPARE(boxes.boxes().size(), 1);
     QVERIFY(model->save());
     QVERIFY(staleTexts(model.get(), 4).contains(TVL::TextProperty));
@@ -423,9 +425,9 @@ void TstSearchHistories::aSaveLeavesOutWhatCouldNotBeWritten()
     makeSearchedProject(project);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    typeText(model.get(), model->index(4), u"unsaved "_qs);
-    typeText(model.get(), model->index(4), u"card"_qs, TVL::SynopsisText);
-    QVERIFY(QDir().mkpath(project.path(u"Files/Docs/4_synopsis.txt/in the way"_qs)));
+    typeText(model.get(), model->index(4), u"unsaved "_s);
+    typeText(model.get(), model->index(4), u"card"_s, TVL::SynopsisText);
+    QVERIFY(QDir().mkpath(project.path(u"Files/Docs/4_synopsis.txt/in the way"_s)));
     QVERIFY(!model->save());
     QCOMPARE(boxes.boxes().size(), 1);
     QCOMPARE(staleTexts(model.get(), 4), QList<int>{TVL::SynopsisProperty});
@@ -440,15 +442,15 @@ void TstSearchHistories::aCleanTextThatOthersHaveChangedSinceGetsNoHash()
     QVERIFY(QFile::remove(project.path(TextsFile)));
     {
         const auto model = project.open();
-        typeText(model.get(), model->index(4), u"note"_qs, TVL::NotesText);
+        typeText(model.get(), model->index(4), u"note"_s, TVL::NotesText);
         replaceWord(project, LanternFile, "lantern", "lighthouse");
         QVERIFY(model->save());
         QVERIFY(!staleTexts(model.get(), 4).contains(TVL::TextProperty));
         QVERIFY(!model->checksums()->checksumsMatch(4, TVL::MainText));
         model->saveAll(false);
     }
-    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_qs), Ids{4});
-    QCOMPARE(idsWithInNewSession(project, u"lantern"_qs), Ids());
+    QCOMPARE(idsWithInNewSession(project, u"lighthouse"_s), Ids{4});
+    QCOMPARE(idsWithInNewSession(project, u"lantern"_s), Ids());
 }
 
 void TstSearchHistories::anItemWithoutTextIsKnownToHaveNone()
@@ -457,7 +459,7 @@ void TstSearchHistories::anItemWithoutTextIsKnownToHaveNone()
     const auto model = project.create();
     const QModelIndex item = addItem(model.get(), model->researchFolder(), TVL::Image);
     const int id = model->nodeIdentity(item);
-    typeText(model.get(), item, u"card"_qs, TVL::SynopsisText);
+    typeText(model.get(), item, u"card"_s, TVL::SynopsisText);
     QVERIFY(model->save());
     QVERIFY(!staleTexts(model.get(), id).contains(TVL::TextProperty));
     QVERIFY(!staleTexts(model.get(), id).contains(TVL::NotesProperty));
@@ -469,24 +471,24 @@ void TstSearchHistories::customMetaDataAreThoseOfTheBinder()
     makeSearchedProject(project);
     {
         const auto model = project.open();
-        QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, u"keeper"_qs));
-        QVERIFY(model->setCustomMetaData(model->index(5), u"pov"_qs, u"farmer"_qs));
+        QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, u"keeper"_s));
+        QVERIFY(model->setCustomMetaData(model->index(5), u"pov"_s, u"farmer"_s));
         model->prepareToDestroy();
     }
     {
         const auto model = project.open();
         QVERIFY(!model->searchIndex()->isModified());
-        QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_qs, u"sailor"_qs));
-        QVERIFY(model->setCustomMetaData(model->index(5), u"pov"_qs, QString()));
-        QVERIFY(model->setCustomMetaData(model->index(3), u"pov"_qs, u"fisher"_qs));
+        QVERIFY(model->setCustomMetaData(model->index(4), u"pov"_s, u"sailor"_s));
+        QVERIFY(model->setCustomMetaData(model->index(5), u"pov"_s, QString()));
+        QVERIFY(model->setCustomMetaData(model->index(3), u"pov"_s, u"fisher"_s));
         // The texts to search by aren't saved any more.
         QVERIFY(model->save());
     }
     const auto model = project.open();
-    QCOMPARE(idsWith(model.get(), u"sailor"_qs), Ids{4});
-    QCOMPARE(idsWith(model.get(), u"fisher"_qs), Ids{3});
-    QCOMPARE(idsWith(model.get(), u"keeper"_qs), Ids());
-    QCOMPARE(idsWith(model.get(), u"farmer"_qs), Ids());
+    QCOMPARE(idsWith(model.get(), u"sailor"_s), Ids{4});
+    QCOMPARE(idsWith(model.get(), u"fisher"_s), Ids{3});
+    QCOMPARE(idsWith(model.get(), u"keeper"_s), Ids());
+    QCOMPARE(idsWith(model.get(), u"farmer"_s), Ids());
     model->prepareToDestroy();
     QVERIFY(project.readFile(TextsFile).contains("sailor"));
 }

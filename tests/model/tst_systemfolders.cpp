@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum Place { AtTopLevel, InDraft, InResearch, InTrash, InFolder, DeepInTrash };
@@ -267,9 +269,9 @@ void TstSystemFolders::theConflictsFolderStandsBelowTheResearchFolder()
     const QModelIndex folder = model->createSyncConflictsFolder();
     QCOMPARE(folder.row(), 2);
     QCOMPARE(model->parent(folder), model->rootIndex());
-    QCOMPARE(model->title(folder), u"Sync Conflicts"_qs);
+    QCOMPARE(model->title(folder), u"Sync Conflicts"_s);
     QCOMPARE(int(model->type(folder)), int(TVL::Folder));
-    QCOMPARE(model->projectNode(folder)->mIconFileName, u"Warning.tiff"_qs);
+    QCOMPARE(model->projectNode(folder)->mIconFileName, u"Warning.tiff"_s);
     QCOMPARE(model->trashFolder().row(), 3);
     QCOMPARE(model->findSyncConflictsFolder(), folder);
 }
@@ -286,9 +288,9 @@ void TstSystemFolders::theConflictsFolderIsMadeOnce()
 void TstSystemFolders::theConflictsFolderIsFoundByItsTitleAtTopLevelOnly()
 {
     const auto model = blankModel();
-    addItem(model.get(), model->draftFolder(), TVL::Folder, u"Sync Conflicts"_qs);
+    addItem(model.get(), model->draftFolder(), TVL::Folder, u"Sync Conflicts"_s);
     QVERIFY(!model->findSyncConflictsFolder().isValid());
-    const QModelIndex text = addItem(model.get(), QModelIndex(), TVL::Text, u"Sync Conflicts"_qs);
+    const QModelIndex text = addItem(model.get(), QModelIndex(), TVL::Text, u"Sync Conflicts"_s);
     QCOMPARE(model->findSyncConflictsFolder(), text);
     QCOMPARE(model->syncConflictsFolder(), text);
 }
@@ -304,29 +306,29 @@ void TstSystemFolders::withoutResearchFolderTheConflictsFolderComesLast()
 void TstSystemFolders::aConflictsSubFolderIsMadeAsTheLastRow()
 {
     const auto model = blankModel();
-    const QModelIndex first = model->syncConflictsSubFolder(u"Tablet"_qs);
-    const QModelIndex second = model->syncConflictsSubFolder(u"Phone"_qs);
+    const QModelIndex first = model->syncConflictsSubFolder(u"Tablet"_s);
+    const QModelIndex second = model->syncConflictsSubFolder(u"Phone"_s);
     const QModelIndex folder = model->findSyncConflictsFolder();
     QVERIFY(folder.isValid());
     QCOMPARE(model->rowCount(folder), 2);
     QCOMPARE(first, model->index(0, 0, folder));
     QCOMPARE(second, model->index(1, 0, folder));
-    QCOMPARE(model->title(second), u"Phone"_qs);
+    QCOMPARE(model->title(second), u"Phone"_s);
     QCOMPARE(int(model->type(second)), int(TVL::Folder));
-    QCOMPARE(model->syncConflictsSubFolder(u"Tablet"_qs), first);
-    QCOMPARE(model->findSyncConflictsSubFolder(u"Phone"_qs), second);
-    const QModelIndex third = model->createSyncConflictsSubFolder(u"Tablet"_qs);
+    QCOMPARE(model->syncConflictsSubFolder(u"Tablet"_s), first);
+    QCOMPARE(model->findSyncConflictsSubFolder(u"Phone"_s), second);
+    const QModelIndex third = model->createSyncConflictsSubFolder(u"Tablet"_s);
     QCOMPARE(third.row(), 2);
-    QCOMPARE(model->findSyncConflictsSubFolder(u"Tablet"_qs), first);
+    QCOMPARE(model->findSyncConflictsSubFolder(u"Tablet"_s), first);
 }
 
 void TstSystemFolders::lookingForAConflictsSubFolderMakesNothing()
 {
     const auto model = blankModel();
-    addItem(model.get(), QModelIndex(), TVL::Folder, u"Phone"_qs);
-    QVERIFY(!model->findSyncConflictsSubFolder(u"Phone"_qs).isValid());
+    addItem(model.get(), QModelIndex(), TVL::Folder, u"Phone"_s);
+    QVERIFY(!model->findSyncConflictsSubFolder(u"Phone"_s).isValid());
     model->syncConflictsFolder();
-    QVERIFY(!model->findSyncConflictsSubFolder(u"Phone"_qs).isValid());
+    QVERIFY(!model->findSyncConflictsSubFolder(u"Phone"_s).isValid());
     QCOMPARE(model->rowCount(model->findSyncConflictsFolder()), 0);
 }
 
@@ -334,9 +336,9 @@ void TstSystemFolders::aConflictsSubFolderIsNamedAfterDeviceAndDate_data()
 {
     QTest::addColumn<QString>("device");
     QTest::addColumn<QString>("shownDevice");
-    QTest::newRow("named") << u"My Phone"_qs << u"My Phone"_qs;
-    QTest::newRow("nameless") << QString() << u"Mobile Device Conflicts"_qs;
-    QTest::newRow("looking like a place holder") << u"%2 %1"_qs << u"%2 %1"_qs;
+    QTest::newRow("named") << u"My Phone"_s << u"My Phone"_s;
+    QTest::newRow("nameless") << QString() << u"Mobile Device Conflicts"_s;
+    QTest::newRow("looking like a place holder") << u"%2 %1"_s << u"%2 %1"_s;
 }
 
 void TstSystemFolders::aConflictsSubFolderIsNamedAfterDeviceAndDate()
@@ -345,7 +347,7 @@ void TstSystemFolders::aConflictsSubFolderIsNamedAfterDeviceAndDate()
     QFETCH(const QString, shownDevice);
     const QDateTime date(QDate(2021, 4, 5), QTime(16, 7, 8));
     const QString name =
-        shownDevice + u" ("_qs + QLocale::system().toString(date, QLocale::ShortFormat) + u")"_qs;
+        shownDevice + u" ("_s + QLocale::system().toString(date, QLocale::ShortFormat) + u")"_s;
     QCOMPARE(TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(device, date), name);
 
     const auto model = blankModel();
@@ -361,12 +363,12 @@ void TstSystemFolders::theConflictsSubFolderOfTheLastSave()
     TVLProjectInfo info = model->info();
     info.mModified = QDateTime(QDate(2021, 4, 5), QTime(16, 7, 8));
     model->setInfo(info);
-    model->setDeviceName(u"Tablet"_qs);
-    QCOMPARE(model->deviceName(), u"Tablet"_qs);
+    model->setDeviceName(u"Tablet"_s);
+    QCOMPARE(model->deviceName(), u"Tablet"_s);
     const QModelIndex folder = model->syncConflictsSubFolderDevice();
     QCOMPARE(
         model->title(folder),
-        TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(u"Tablet"_qs, info.mModified));
+        TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(u"Tablet"_s, info.mModified));
 }
 
 void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft_data()
@@ -375,14 +377,14 @@ void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft_data()
     QTest::addColumn<TVL::NodeType>("type");
     QTest::addColumn<QString>("title");
     QTest::addColumn<bool>("isFound");
-    const QString name = u"Front Matter"_qs;
+    const QString name = u"Front Matter"_s;
     QTest::newRow("top level") << int(AtTopLevel) << TVL::Folder << name << true;
     QTest::newRow("in the Research") << int(InResearch) << TVL::Folder << name << true;
     QTest::newRow("in the Trash") << int(DeepInTrash) << TVL::Folder << name << true;
     QTest::newRow("in the Draft") << int(InDraft) << TVL::Folder << name << false;
     QTest::newRow("text") << int(InResearch) << TVL::Text << name << false;
     QTest::newRow("system folder") << int(AtTopLevel) << TVL::ResearchFolder << name << false;
-    QTest::newRow("other case") << int(InResearch) << TVL::Folder << u"Front matter"_qs << false;
+    QTest::newRow("other case") << int(InResearch) << TVL::Folder << u"Front matter"_s << false;
 }
 
 void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft()
@@ -395,7 +397,7 @@ void TstSystemFolders::theFrontMatterIsAFolderOutsideTheDraft()
     const QModelIndex item = addAt(model.get(), Place(place), type);
     QVERIFY(model->setTitle(item, title));
     QCOMPARE(model->frontMatterFolder(), isFound ? item : QModelIndex());
-    QCOMPARE(TVLProjectModel::frontMatterFolderName(), u"Front Matter"_qs);
+    QCOMPARE(TVLProjectModel::frontMatterFolderName(), u"Front Matter"_s);
 }
 
 void TstSystemFolders::theFirstFrontMatterInTheTreeIsTaken()

@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A blank project with a folder of id 4 that holds a text of id 5, and a folder of id 6. */
@@ -13,9 +15,9 @@ struct Fixture
     Fixture()
         : model(blankModel())
     {
-        first = addItem(model.get(), model->researchFolder(), TVL::Folder, u"First"_qs);
-        text = addItem(model.get(), first, TVL::Text, u"Text"_qs);
-        second = addItem(model.get(), model->researchFolder(), TVL::Folder, u"Second"_qs);
+        first = addItem(model.get(), model->researchFolder(), TVL::Folder, u"First"_s);
+        text = addItem(model.get(), first, TVL::Text, u"Text"_s);
+        second = addItem(model.get(), model->researchFolder(), TVL::Folder, u"Second"_s);
         makeAllOld(model.get());
     }
 
@@ -66,9 +68,8 @@ void TstTemplateFolder::aFolderBecomesTheTemplateFolder()
     QCOMPARE(fixture.model->templateFolderUuid(), fixture.model->nodeUuid(fixture.first));
     QVERIFY(isMarked(fixture.model.get(), fixture.first));
     QCOMPARE(touchedIds(fixture.model.get()), QList<int>({4}));
-    QCOMPARE(
-        log.lines(),
-        QStringList({u"data 4"_qs, u"data 5"_qs, u"modified"_qs, u"template folder 4 for -1"_qs}));
+    QCOMPARE(log.lines(),
+             QStringList({u"data 4"_s, u"data 5"_s, u"modified"_s, u"template folder 4 for -1"_s}));
 }
 
 void TstTemplateFolder::anotherFolderTakesOver()
@@ -83,9 +84,8 @@ void TstTemplateFolder::anotherFolderTakesOver()
     QVERIFY(!isMarked(fixture.model.get(), fixture.first));
     QVERIFY(isMarked(fixture.model.get(), fixture.second));
     QCOMPARE(touchedIds(fixture.model.get()), QList<int>({4, 6}));
-    QCOMPARE(
-        log.lines(),
-        QStringList({u"data 4"_qs, u"data 5"_qs, u"data 6"_qs, u"template folder 6 for 4"_qs}));
+    QCOMPARE(log.lines(),
+             QStringList({u"data 4"_s, u"data 5"_s, u"data 6"_s, u"template folder 6 for 4"_s}));
 }
 
 void TstTemplateFolder::theTemplateFolderIsGivenUp()
@@ -104,7 +104,7 @@ void TstTemplateFolder::theTemplateFolderIsGivenUp()
         QVERIFY(!isMarked(fixture.model.get(), fixture.first));
         QCOMPARE(touchedIds(fixture.model.get()), QList<int>({4}));
         QCOMPARE(log.lines(),
-                 QStringList({u"data 4"_qs, u"data 5"_qs, u"template folder -1 for 4"_qs}));
+                 QStringList({u"data 4"_s, u"data 5"_s, u"template folder -1 for 4"_s}));
     }
 }
 

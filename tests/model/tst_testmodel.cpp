@@ -1,6 +1,8 @@
 #include "ModelChecks.h"
 #include "TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 /** What the fixture of all tests that change a model says of it. */
 class TstTestModel : public QObject
 {
@@ -17,25 +19,25 @@ private Q_SLOTS:
 void TstTestModel::signalsAreTakenInOrder()
 {
     const TestModel model = blankModel();
-    model->setTitle(firstText(model.get()), u"One"_qs);
+    model->setTitle(firstText(model.get()), u"One"_s);
     QCOMPARE(model.takeSignals(),
-             QStringList({u"modifiedChanged(true)"_qs, u"dataChanged(3, 3, [])"_qs}));
+             QStringList({u"modifiedChanged(true)"_s, u"dataChanged(3, 3, [])"_s}));
 }
 
 void TstTestModel::signalsAreTakenByName()
 {
     const TestModel model = blankModel();
-    model->setTitle(firstText(model.get()), u"One"_qs);
-    model->setLabelTitle(u"Kind"_qs);
-    QCOMPARE(model.takeSignals({u"labelTitleChanged"_qs}),
-             QStringList({u"labelTitleChanged(Kind)"_qs}));
+    model->setTitle(firstText(model.get()), u"One"_s);
+    model->setLabelTitle(u"Kind"_s);
+    QCOMPARE(model.takeSignals({u"labelTitleChanged"_s}),
+             QStringList({u"labelTitleChanged(Kind)"_s}));
 }
 
 void TstTestModel::takenSignalsAreForgotten()
 {
     const TestModel model = blankModel();
-    model->setLabelTitle(u"Kind"_qs);
-    QVERIFY(!model.takeSignals({u"labelsChanged"_qs}).contains(u"labelTitleChanged(Kind)"_qs));
+    model->setLabelTitle(u"Kind"_s);
+    QVERIFY(!model.takeSignals({u"labelsChanged"_s}).contains(u"labelTitleChanged(Kind)"_s));
     QCOMPARE(model.takeSignals(), QStringList());
 }
 
@@ -51,12 +53,12 @@ void TstTestModel::aModelOfNothingIsNull()
 void TstTestModel::anotherModelIsListenedToInstead()
 {
     TestModel model = blankModel();
-    model->setLabelTitle(u"Kind"_qs);
+    model->setLabelTitle(u"Kind"_s);
     model = blankModel();
     QCOMPARE(model.takeSignals(), QStringList());
-    model->setLabelTitle(u"Type"_qs);
-    QCOMPARE(model.takeSignals({u"labelTitleChanged"_qs}),
-             QStringList({u"labelTitleChanged(Type)"_qs}));
+    model->setLabelTitle(u"Type"_s);
+    QCOMPARE(model.takeSignals({u"labelTitleChanged"_s}),
+             QStringList({u"labelTitleChanged(Type)"_s}));
 }
 
 TVL_TEST(TstTestModel)

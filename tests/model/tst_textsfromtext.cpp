@@ -7,9 +7,11 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-QString words(int count, const QString &word = u"a"_qs)
+QString words(int count, const QString &word = u"a"_s)
 {
     return QStringList(count, word).join(u' ');
 }
@@ -51,38 +53,38 @@ void TstTextsFromText::aTitleIsMadeOfTheFirstWords_data()
     QTest::addColumn<bool>("ellipsis");
     QTest::addColumn<QString>("expected");
 
-    const QString seven = u"a title"_qs;
+    const QString seven = u"a title"_s;
     QTest::newRow("a title already") << seven << false << false << QString();
     QTest::newRow("a title already, ellipsis") << seven << false << true << QString();
     QTest::newRow("a title already, forced") << seven << true << false << seven;
     QTest::newRow("a title already, forced, ellipsis") << seven << true << true << seven;
     QTest::newRow("empty") << QString() << true << true << QString();
-    QTest::newRow("blanks") << u" \t  \n   "_qs << true << true << QString();
-    QTest::newRow("second paragraph") << u"one\ntwo"_qs << false << false << u"one"_qs;
-    QTest::newRow("second paragraph, empty") << u"one\n"_qs << false << false << u"one"_qs;
-    QTest::newRow("line break") << u"one\u2028two"_qs << false << false << u"one two"_qs;
+    QTest::newRow("blanks") << u" \t  \n   "_s << true << true << QString();
+    QTest::newRow("second paragraph") << u"one\ntwo"_s << false << false << u"one"_s;
+    QTest::newRow("second paragraph, empty") << u"one\n"_s << false << false << u"one"_s;
+    QTest::newRow("line break") << u"one\u2028two"_s << false << false << u"one two"_s;
     // The length of a block counts its end.
     QTest::newRow("49 characters") << QString(49, u'x') << false << false << QString();
     QTest::newRow("50 characters") << QString(50, u'x') << false << false << QString();
     QTest::newRow("49 characters in words") << words(25) << false << false << QString();
-    QTest::newRow("50 characters in words") << words(24) + u" ab"_qs << false << false << words(24);
+    QTest::newRow("50 characters in words") << words(24) + u" ab"_s << false << false << words(24);
     QTest::newRow("49 characters, forced")
         << QString(49, u'x') << true << false << QString(49, u'x');
     QTest::newRow("too long a word") << QString(50, u'x') << true << true << QString();
     QTest::newRow("too long a word first")
-        << QString(60, u'x') + u" y"_qs << true << true << QString();
+        << QString(60, u'x') + u" y"_s << true << true << QString();
     QTest::newRow("too long a word behind")
-        << u"y "_qs + QString(60, u'x') << true << true << u"y..."_qs;
-    QTest::newRow("60 words, ellipsis") << words(60) << true << true << words(25) + u"..."_qs;
+        << u"y "_s + QString(60, u'x') << true << true << u"y..."_s;
+    QTest::newRow("60 words, ellipsis") << words(60) << true << true << words(25) + u"..."_s;
     QTest::newRow("60 words") << words(60) << true << false << words(25);
-    QTest::newRow("60 words, unforced") << words(60) << false << true << words(25) + u"..."_qs;
+    QTest::newRow("60 words, unforced") << words(60) << false << true << words(25) + u"..."_s;
     QTest::newRow("25 words") << words(25) << true << true << words(25);
-    QTest::newRow("26 words") << words(26) << true << true << words(25) + u"..."_qs;
+    QTest::newRow("26 words") << words(26) << true << true << words(25) + u"..."_s;
     QTest::newRow("first paragraph with words")
-        << u"\n  \n\tone   two\nthree"_qs << false << true << u"one two"_qs;
+        << u"\n  \n\tone   two\nthree"_s << false << true << u"one two"_s;
     QTest::newRow("words of later paragraphs aren't left over")
-        << u"one\ntwo"_qs << true << true << u"one"_qs;
-    QTest::newRow("non-breaking blank") << u"one\u00A0two\nx"_qs << false << false << u"one two"_qs;
+        << u"one\ntwo"_s << true << true << u"one"_s;
+    QTest::newRow("non-breaking blank") << u"one\u00A0two\nx"_s << false << false << u"one two"_s;
 }
 
 void TstTextsFromText::aTitleIsMadeOfTheFirstWords()
@@ -111,8 +113,8 @@ void TstTextsFromText::aTitleIsMadeOfAnItemsText()
     typeText(model.get(), index, words(60));
     QCOMPARE(model->calcTitleFromText(index), words(25));
     const QModelIndex other = addItem(model.get(), model->draftFolder(), TVL::Text);
-    typeText(model.get(), other, u"a title"_qs);
-    QCOMPARE(model->calcTitleFromText(other), u"a title"_qs);
+    typeText(model.get(), other, u"a title"_s);
+    QCOMPARE(model->calcTitleFromText(other), u"a title"_s);
     QCOMPARE(model->calcTitleFromText(model->draftFolder()), QString());
     QCOMPARE(model->projectNode(index)->mTextDocument->referenceCount(), 0);
 }
@@ -122,12 +124,12 @@ void TstTextsFromText::aSynopsisIsMadeOfTheFirstTwentyWords_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("blanks") << u" \n \t "_qs << QString();
-    QTest::newRow("few words") << u"  a few\twords "_qs << u"a few words"_qs;
+    QTest::newRow("blanks") << u" \n \t "_s << QString();
+    QTest::newRow("few words") << u"  a few\twords "_s << u"a few words"_s;
     QTest::newRow("20 words") << words(20) << words(20);
     QTest::newRow("21 words") << words(21) << words(20);
     QTest::newRow("long words") << words(30, QString(60, u'x')) << words(20, QString(60, u'x'));
-    QTest::newRow("first paragraph with words") << u"\n \none two\nthree"_qs << u"one two"_qs;
+    QTest::newRow("first paragraph with words") << u"\n \none two\nthree"_s << u"one two"_s;
 }
 
 void TstTextsFromText::aSynopsisIsMadeOfTheFirstTwentyWords()
@@ -157,16 +159,16 @@ void TstTextsFromText::synopsesAreSearched_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("regExp");
     QTest::addColumn<bool>("isFound");
-    QTest::newRow("part of it") << u"hero me"_qs << false << true;
-    QTest::newRow("other case") << u"Hero"_qs << false << false;
-    QTest::newRow("not there") << u"villain"_qs << false << false;
-    QTest::newRow("over the line end") << u"villain?\nno"_qs << false << false;
-    QTest::newRow("expression as text") << u"h.ro"_qs << false << false;
-    QTest::newRow("dot as text") << u"one."_qs << false << true;
-    QTest::newRow("expression") << u"h.ro"_qs << true << true;
-    QTest::newRow("expression, other case") << u"H.ro"_qs << true << false;
-    QTest::newRow("expression from start to end") << u"^The.*one\\.$"_qs << true << true;
-    QTest::newRow("broken expression") << u"hero("_qs << true << false;
+    QTest::newRow("part of it") << u"hero me"_s << false << true;
+    QTest::newRow("other case") << u"Hero"_s << false << false;
+    QTest::newRow("not there") << u"villain"_s << false << false;
+    QTest::newRow("over the line end") << u"villain?\nno"_s << false << false;
+    QTest::newRow("expression as text") << u"h.ro"_s << false << false;
+    QTest::newRow("dot as text") << u"one."_s << false << true;
+    QTest::newRow("expression") << u"h.ro"_s << true << true;
+    QTest::newRow("expression, other case") << u"H.ro"_s << true << false;
+    QTest::newRow("expression from start to end") << u"^The.*one\\.$"_s << true << true;
+    QTest::newRow("broken expression") << u"hero("_s << true << false;
 }
 
 void TstTextsFromText::synopsesAreSearched()
@@ -177,7 +179,7 @@ void TstTextsFromText::synopsesAreSearched()
     const TestProject project;
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
-    QVERIFY(model->setSynopsis(index, u"The hero meets\nanother one."_qs));
+    QVERIFY(model->setSynopsis(index, u"The hero meets\nanother one."_s));
     QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(text, regExp)),
              isFound ? QList<int>({3}) : QList<int>());
 }
@@ -188,10 +190,10 @@ void TstTextsFromText::synopsesAreSearchedInTheOrderOfTheBinder()
     const auto model = project.create();
     const QModelIndex folder = addItem(model.get(), model->researchFolder(), TVL::Folder);
     const QModelIndex image = addItem(model.get(), folder, TVL::Image);
-    QVERIFY(model->setSynopsis(image, u"hero"_qs));
-    QVERIFY(model->setSynopsis(folder, u"hero"_qs));
-    QVERIFY(model->setSynopsis(firstText(model.get()), u"hero"_qs));
-    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)),
+    QVERIFY(model->setSynopsis(image, u"hero"_s));
+    QVERIFY(model->setSynopsis(folder, u"hero"_s));
+    QVERIFY(model->setSynopsis(firstText(model.get()), u"hero"_s));
+    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_s, false)),
              QList<int>({3, 4, 5}));
 }
 
@@ -199,21 +201,21 @@ void TstTextsFromText::onlySynopsesInMemoryAreSearched()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/3_synopsis.txt"_qs, "hero");
-    QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
+    project.writeFile(u"Files/Docs/3_synopsis.txt"_s, "hero");
+    QCOMPARE(model->searchInSynopsis(u"hero"_s, false), QList<QModelIndex>());
     QVERIFY(model->loadedNodes().isEmpty());
     model->loadDocuments(model->findNode(3));
-    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_qs, false)), QList<int>({3}));
+    QCOMPARE(numbersOf(model.get(), model->searchInSynopsis(u"hero"_s, false)), QList<int>({3}));
 }
 
 void TstTextsFromText::systemFoldersAreNotSearched()
 {
     const TestProject project;
     const auto model = project.create();
-    project.writeFile(u"Files/Docs/0_synopsis.txt"_qs, "hero");
+    project.writeFile(u"Files/Docs/0_synopsis.txt"_s, "hero");
     model->loadDocuments(model->findNode(0));
-    QCOMPARE(model->findNode(0)->mSynopsisDocument->toPlainText(), u"hero"_qs);
-    QCOMPARE(model->searchInSynopsis(u"hero"_qs, false), QList<QModelIndex>());
+    QCOMPARE(model->findNode(0)->mSynopsisDocument->toPlainText(), u"hero"_s);
+    QCOMPARE(model->searchInSynopsis(u"hero"_s, false), QList<QModelIndex>());
 }
 
 TVL_TEST(TstTextsFromText)

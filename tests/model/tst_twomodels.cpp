@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** Two projects open at once; the first gives to the second. */
 class TstTwoModels : public QObject
 {
@@ -45,11 +47,11 @@ private:
 
 void TstTwoModels::init()
 {
-    mSourceProject = std::make_unique<TestProject>(u"Giver"_qs);
-    mTargetProject = std::make_unique<TestProject>(u"Taker"_qs);
+    mSourceProject = std::make_unique<TestProject>(u"Giver"_s);
+    mTargetProject = std::make_unique<TestProject>(u"Taker"_s);
     mFrom = mSourceProject->create();
     mTo = mTargetProject->create();
-    mSource = addTextItem(mFrom.get(), mFrom->researchFolder(), u"a"_qs);
+    mSource = addTextItem(mFrom.get(), mFrom->researchFolder(), u"a"_s);
 }
 
 void TstTwoModels::cleanup()
@@ -61,34 +63,34 @@ void TstTwoModels::cleanup()
 
 void TstTwoModels::aCloneBringsItsFilesAndSnapshots()
 {
-    QVERIFY(mFrom->addSnapshot(mSource, u"first"_qs));
+    QVERIFY(mFrom->addSnapshot(mSource, u"first"_s));
     const QModelIndex copy = cloneToResearch(mSource);
-    QCOMPARE(mTo->title(copy), u"a"_qs);
-    QCOMPARE(mTo->documentPlainText(copy, false), u"a text"_qs);
-    QCOMPARE(mTo->synopsis(copy), u"a card"_qs);
-    QCOMPARE(mTo->documentNoteAsPlainText(copy), u"a note"_qs);
+    QCOMPARE(mTo->title(copy), u"a"_s);
+    QCOMPARE(mTo->documentPlainText(copy, false), u"a text"_s);
+    QCOMPARE(mTo->synopsis(copy), u"a card"_s);
+    QCOMPARE(mTo->documentNoteAsPlainText(copy), u"a note"_s);
     QVERIFY(mTo->hasSnapshots(copy));
-    QCOMPARE(mTo->snapshots(copy).constFirst().mTitle, u"first"_qs);
+    QCOMPARE(mTo->snapshots(copy).constFirst().mTitle, u"first"_s);
     QVERIFY(mTo->nodeUuid(copy) != mFrom->nodeUuid(mSource));
 }
 
 void TstTwoModels::aCloneBringsAllBelowIt()
 {
-    const QModelIndex child = mFrom->insertTextNode(-1, mSource, u"b"_qs, u"b text"_qs, {}, {});
-    QVERIFY(mFrom->addSnapshot(child, u"second"_qs));
-    addTree(mFrom.get(), mSource, u"c(d)"_qs);
+    const QModelIndex child = mFrom->insertTextNode(-1, mSource, u"b"_s, u"b text"_s, {}, {});
+    QVERIFY(mFrom->addSnapshot(child, u"second"_s));
+    addTree(mFrom.get(), mSource, u"c(d)"_s);
     const QModelIndex copy = cloneToResearch(mSource);
-    QCOMPARE(treeText(mTo.get(), mTo->researchFolder()), u"a(b c(d))"_qs);
+    QCOMPARE(treeText(mTo.get(), mTo->researchFolder()), u"a(b c(d))"_s);
     const QModelIndex copiedChild = mTo->index(0, 0, copy);
-    QCOMPARE(mTo->documentPlainText(copiedChild, false), u"b text"_qs);
+    QCOMPARE(mTo->documentPlainText(copiedChild, false), u"b text"_s);
     QCOMPARE(mTo->snapshots(copiedChild).size(), 1);
     QCOMPARE(mapsOutOfStep(mTo.get()), QString());
 }
 
 void TstTwoModels::labelsAndStatusItemsAreFoundByTitle()
 {
-    mFrom->setLabels({{7, u"Chapter"_qs, Qt::black}});
-    mFrom->setStatusItems({{9, u"Done"_qs}});
+    mFrom->setLabels({{7, u"Chapter"_s, Qt::black}});
+    mFrom->setStatusItems({{9, u"Done"_s}});
     mFrom->setLabelIdentity(mSource, 7);
     mFrom->setStatusIdentity(mSource, 9);
     const QList<TVLLabel> labels = mTo->labels();
@@ -100,24 +102,24 @@ void TstTwoModels::labelsAndStatusItemsAreFoundByTitle()
 
 void TstTwoModels::unknownLabelsAndStatusItemsAreAdded()
 {
-    mFrom->setLabels({{7, u"Harbour"_qs, QColor(1, 2, 3)}});
-    mFrom->setStatusItems({{9, u"Sunk"_qs}});
+    mFrom->setLabels({{7, u"Harbour"_s, QColor(1, 2, 3)}});
+    mFrom->setStatusItems({{9, u"Sunk"_s}});
     mFrom->setLabelIdentity(mSource, 7);
     mFrom->setStatusIdentity(mSource, 9);
-    addTree(mFrom.get(), mSource, u"b"_qs);
-    mFrom->setLabelIdentity(itemTitled(mFrom.get(), u"b"_qs), 7);
+    addTree(mFrom.get(), mSource, u"b"_s);
+    mFrom->setLabelIdentity(itemTitled(mFrom.get(), u"b"_s), 7);
     const QModelIndex copy = cloneToResearch(mSource);
     QCOMPARE(mTo->labelIdentity(copy), 2);
     QCOMPARE(mTo->statusIdentity(copy), 6);
-    QVERIFY(mTo->labels().constLast() == (TVLLabel{2, u"Harbour"_qs, QColor(1, 2, 3)}));
-    QVERIFY(mTo->statusItems().constLast() == (TVLStatusItem{6, u"Sunk"_qs}));
+    QVERIFY(mTo->labels().constLast() == (TVLLabel{2, u"Harbour"_s, QColor(1, 2, 3)}));
+    QVERIFY(mTo->statusItems().constLast() == (TVLStatusItem{6, u"Sunk"_s}));
     QCOMPARE(mTo->labels().size(), 4);
     QCOMPARE(mTo->labelIdentity(mTo->index(0, 0, copy)), 2);
 }
 
 void TstTwoModels::aLabelWithoutColorGetsOne()
 {
-    mFrom->setLabels({{7, u"Harbour"_qs, QColor()}});
+    mFrom->setLabels({{7, u"Harbour"_s, QColor()}});
     mFrom->setLabelIdentity(mSource, 7);
     (void)cloneToResearch(mSource);
     QVERIFY(mTo->labels().constLast().mColor.isValid());
@@ -146,42 +148,42 @@ void TstTwoModels::aLabelThatIsNoMoreBecomesNone()
 
 void TstTwoModels::keywordsAreFoundByTitle()
 {
-    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"Whale"_qs));
-    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"sea"_qs));
-    const QColor color = mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_qs));
-    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_qs, u"Whale"_qs}));
+    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"Whale"_s));
+    QVERIFY(mTo->keywordModel()->insertItem(0, QModelIndex(), u"sea"_s));
+    const QColor color = mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_s));
+    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_s, u"Whale"_s}));
     const QModelIndex copy = cloneToResearch(mSource);
-    QCOMPARE(mTo->keywords(copy), QStringList({u"sea"_qs, u"Whale"_qs}));
+    QCOMPARE(mTo->keywords(copy), QStringList({u"sea"_s, u"Whale"_s}));
     QCOMPARE(mTo->keywordModel()->rowCount(QModelIndex()), 2);
-    QCOMPARE(mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_qs)), color);
+    QCOMPARE(mTo->keywordModel()->color(mTo->keywordModel()->findTitle(u"sea"_s)), color);
 }
 
 void TstTwoModels::unknownKeywordsAreAddedWithTheirColor()
 {
     TVLKeywordModel *keywords = mFrom->keywordModel();
-    QVERIFY(keywords->insertItem(0, QModelIndex(), u"Sea"_qs));
-    QVERIFY(keywords->insertItem(0, keywords->findTitle(u"Sea"_qs), u"Storm"_qs));
-    keywords->setColor(keywords->findTitle(u"Storm"_qs), QColor(4, 5, 6));
-    QVERIFY(mFrom->setKeywords(mSource, {u"Storm"_qs, u"Sea"_qs}));
+    QVERIFY(keywords->insertItem(0, QModelIndex(), u"Sea"_s));
+    QVERIFY(keywords->insertItem(0, keywords->findTitle(u"Sea"_s), u"Storm"_s));
+    keywords->setColor(keywords->findTitle(u"Storm"_s), QColor(4, 5, 6));
+    QVERIFY(mFrom->setKeywords(mSource, {u"Storm"_s, u"Sea"_s}));
     const QModelIndex copy = cloneToResearch(mSource);
-    QCOMPARE(mTo->keywords(copy), QStringList({u"Storm"_qs, u"Sea"_qs}));
+    QCOMPARE(mTo->keywords(copy), QStringList({u"Storm"_s, u"Sea"_s}));
     const TVLKeywordModel *own = mTo->keywordModel();
     QCOMPARE(own->rowCount(QModelIndex()), 2);
-    QCOMPARE(own->color(own->findTitle(u"Storm"_qs)), QColor(4, 5, 6));
+    QCOMPARE(own->color(own->findTitle(u"Storm"_s)), QColor(4, 5, 6));
 }
 
 void TstTwoModels::referencesComeAlong()
 {
     TVLReference reference;
-    reference.setUrl(QUrl(u"https://example.org"_qs));
-    reference.mTitle = u"Home"_qs;
+    reference.setUrl(QUrl(u"https://example.org"_s));
+    reference.mTitle = u"Home"_s;
     QVERIFY(mFrom->setReferences(mSource, {reference}));
     QCOMPARE(mTo->references(cloneToResearch(mSource)), QList<TVLReference>({reference}));
 }
 
 void TstTwoModels::theSourceStaysAsItIs()
 {
-    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_qs}));
+    QVERIFY(mFrom->setKeywords(mSource, {u"Sea"_s}));
     QVERIFY(mFrom->save(true));
     const TVLProjectNodeProperties record = mFrom->nodeProperties(mSource);
     const auto files = mSourceProject->files();
@@ -214,7 +216,7 @@ void TstTwoModels::attributesAreAppliedFromTheOtherProject()
     mFrom->setLabelIdentity(mSource, 1);
     mFrom->projectNode(mSource)->mTarget = 99;
     QVERIFY(mTo->applyMobileAttributesFromIndex(mSource, target));
-    QCOMPARE(mTo->title(target), u"a"_qs);
+    QCOMPARE(mTo->title(target), u"a"_s);
     QCOMPARE(mTo->labelIdentity(target), 1);
     QCOMPARE(mTo->projectNode(target)->mTarget, 0);
     QVERIFY(mTo->applyDesktopAttributesFromIndex(mSource, target));

@@ -21,6 +21,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** Saves that fail, that are interrupted, and that come while another is under way. */
 class TstUnfinishedSaves : public QObject
 {
@@ -58,7 +60,7 @@ namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
+const QString AutosaveFile = u"Files/binder.autosave"_s;
 
 /** No file below a folder can be written or made for as long as the object lives. */
 ReducedPermissions unwritable(const TestProject &project, const QString &relativePath)
@@ -85,10 +87,10 @@ void setFirstText(TVLProjectModel *model, const QString &words)
 QString makeSavedProject(const TestProject &project)
 {
     const auto model = project.create();
-    setFirstText(model.get(), u"Old words"_qs);
+    setFirstText(model.get(), u"Old words"_s);
     if (!model->save())
         qFatal("the project could not be saved");
-    const QString path = u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(firstText(model.get())));
+    const QString path = u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(firstText(model.get())));
     model->prepareToDestroy();
     return path;
 }
@@ -141,15 +143,15 @@ void TstUnfinishedSaves::aSaveDuringSaveAsIsPutOff()
 {
     const TestProject project;
     makeSavedProject(project);
-    const TestProject target(u"Copy"_qs);
+    const TestProject target(u"Copy"_s);
     const auto model = project.open();
-    model->setTitle(firstText(model.get()), u"Changed"_qs);
+    model->setTitle(firstText(model.get()), u"Changed"_s);
     // The dialog runs the event loop as soon as it is seen, where timers come to their turn.
     WhenProgressShows meanwhile([&] { QVERIFY(!model->save()); });
     QVERIFY(model->saveAs(target.path(), true, true));
     QCOMPARE(meanwhile.count(), 1);
-    QVERIFY(target.readFile(u"Copy.tavelx"_qs).contains("Changed"));
-    QVERIFY(!project.readFile(u"Novel.tavelx"_qs).contains("Changed"));
+    QVERIFY(target.readFile(u"Copy.tavelx"_s).contains("Changed"));
+    QVERIFY(!project.readFile(u"Novel.tavelx"_s).contains("Changed"));
 }
 
 void TstUnfinishedSaves::aSaveWhileTheErrorBoxIsUpIsPutOff()
@@ -158,7 +160,7 @@ void TstUnfinishedSaves::aSaveWhileTheErrorBoxIsUpIsPutOff()
     makeSavedProject(project);
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
-    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
+    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
     connect(&boxes, &TVLUnattendedMessageBoxes::answered, model.get(),
             [&] { QVERIFY(!model->save(true)); });
     QVERIFY(!model->save(true));
@@ -172,7 +174,7 @@ void TstUnfinishedSaves::aSaveThatAnEditorAsksForIsPutOff()
     const TestProject project;
     makeSavedProject(project);
     const auto model = project.open();
-    QCOMPARE(firstTextOf(model.get()), u"Old words"_qs);
+    QCOMPARE(firstTextOf(model.get()), u"Old words"_s);
     int count = 0;
     connect(model.get(), &TVLProjectModel::aboutToSave, this, [&] {
         ++count;
@@ -189,16 +191,16 @@ void TstUnfinishedSaves::aChangeWhileTheErrorBoxIsUpIsAChange()
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     {
-        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
+        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
         connect(&boxes, &TVLUnattendedMessageBoxes::answered, model.get(),
-                [&] { model->setTitle(firstText(model.get()), u"While it is up"_qs); });
-        model->setTitle(firstText(model.get()), u"Before"_qs);
+                [&] { model->setTitle(firstText(model.get()), u"While it is up"_s); });
+        model->setTitle(firstText(model.get()), u"Before"_s);
         QVERIFY(!model->save());
     }
     QVERIFY(model->isModified());
     QVERIFY(model->save());
     QVERIFY(model->isSaved());
-    QVERIFY(project.readFile(u"Novel.tavelx"_qs).contains("While it is up"));
+    QVERIFY(project.readFile(u"Novel.tavelx"_s).contains("While it is up"));
 }
 
 // --- After a failure
@@ -207,17 +209,17 @@ void TstUnfinishedSaves::saveAsWritesWhatAFailedSaveLeft()
 {
     const TestProject project;
     makeSavedProject(project);
-    const TestProject target(u"Copy"_qs);
+    const TestProject target(u"Copy"_s);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     {
-        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
-        model->setTitle(firstText(model.get()), u"Not written"_qs);
+        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
+        model->setTitle(firstText(model.get()), u"Not written"_s);
         QVERIFY(!model->save());
     }
     QVERIFY(model->isSaved());
     QVERIFY(model->saveAs(target.path(), false, true));
-    QVERIFY(target.readFile(u"Copy.tavelx"_qs).contains("Not written"));
+    QVERIFY(target.readFile(u"Copy.tavelx"_s).contains("Not written"));
 }
 
 void TstUnfinishedSaves::theEndWritesWhatAFailedSaveLeft()
@@ -227,12 +229,12 @@ void TstUnfinishedSaves::theEndWritesWhatAFailedSaveLeft()
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     {
-        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
-        model->setTitle(firstText(model.get()), u"Not written"_qs);
+        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
+        model->setTitle(firstText(model.get()), u"Not written"_s);
         QVERIFY(!model->save());
     }
     model->prepareToDestroy();
-    QVERIFY(project.readFile(u"Novel.tavelx"_qs).contains("Not written"));
+    QVERIFY(project.readFile(u"Novel.tavelx"_s).contains("Not written"));
     QCOMPARE(boxes.boxes().size(), 1);
 }
 
@@ -243,12 +245,12 @@ void TstUnfinishedSaves::theEndWritesNotesThatAFailedSaveLeft()
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     const int id = model->projectNoteIdentities().constFirst();
-    const QString path = u"Files/ProjectNotes/Note-%1.rtf"_qs.arg(id);
-    QTextCursor(model->projectNote(id)).insertText(u"Written. "_qs);
+    const QString path = u"Files/ProjectNotes/Note-%1.rtf"_s.arg(id);
+    QTextCursor(model->projectNote(id)).insertText(u"Written. "_s);
     QVERIFY(model->save());
     {
         const ReducedPermissions reduced = unwritable(project, path);
-        QTextCursor(model->projectNote(id)).insertText(u"Not written"_qs);
+        QTextCursor(model->projectNote(id)).insertText(u"Not written"_s);
         expectWarning("Trying again");
         QVERIFY(!model->save());
     }
@@ -265,12 +267,12 @@ void TstUnfinishedSaves::aTextThatLeftMemoryUnwrittenIsReadFromTheJournal()
     const auto model = project.open();
     {
         const ReducedPermissions reduced = unwritable(project, path);
-        setFirstText(model.get(), u"New words"_qs);
+        setFirstText(model.get(), u"New words"_s);
         expectWarning("Trying again");
         QVERIFY(!model->save());
         // It left memory with the save.
-        QCOMPARE(firstTextOf(model.get()), u"New words"_qs);
-        setFirstText(model.get(), u"New words, and newer ones"_qs);
+        QCOMPARE(firstTextOf(model.get()), u"New words"_s);
+        setFirstText(model.get(), u"New words, and newer ones"_s);
         expectWarning("Trying again");
         QVERIFY(!model->save());
     }
@@ -278,23 +280,23 @@ void TstUnfinishedSaves::aTextThatLeftMemoryUnwrittenIsReadFromTheJournal()
     expectWarning("Trying again .*1 files written");
     QVERIFY(model->save(true));
     QVERIFY(project.readFile(path).contains("New words, and newer ones"));
-    QCOMPARE(firstTextOf(model.get()), u"New words, and newer ones"_qs);
+    QCOMPARE(firstTextOf(model.get()), u"New words, and newer ones"_s);
 }
 
 void TstUnfinishedSaves::aTextThatLeftMemoryUnwrittenGoesAlongWithSaveAs()
 {
     const TestProject project;
     const QString path = makeSavedProject(project);
-    const TestProject target(u"Copy"_qs);
+    const TestProject target(u"Copy"_s);
     const TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     const ReducedPermissions reduced = unwritable(project, path);
-    setFirstText(model.get(), u"New words"_qs);
+    setFirstText(model.get(), u"New words"_s);
     expectWarning("Trying again");
     QVERIFY(!model->save());
     expectWarning("Trying again");
     QVERIFY(model->saveAs(target.path(), false, true));
-    QCOMPARE(firstTextOf(model.get()), u"New words"_qs);
+    QCOMPARE(firstTextOf(model.get()), u"New words"_s);
 }
 
 void TstUnfinishedSaves::anInterruptedSaveIsCompletedOnOpening()
@@ -305,7 +307,7 @@ void TstUnfinishedSaves::anInterruptedSaveIsCompletedOnOpening()
         const TVLUnattendedMessageBoxes boxes;
         const auto model = project.open();
         const ReducedPermissions reduced = unwritable(project, path);
-        setFirstText(model.get(), u"New words"_qs);
+        setFirstText(model.get(), u"New words"_s);
         expectWarning("Trying again");
         QVERIFY(!model->save());
     }
@@ -315,7 +317,7 @@ void TstUnfinishedSaves::anInterruptedSaveIsCompletedOnOpening()
     const auto model = project.open();
     QVERIFY(model);
     QVERIFY(project.readFile(path).contains("New words"));
-    QVERIFY(!QFile::exists(project.path(u"Files/redo.journal"_qs)));
+    QVERIFY(!QFile::exists(project.path(u"Files/redo.journal"_s)));
 }
 
 // --- The binder and its copies
@@ -327,8 +329,8 @@ void TstUnfinishedSaves::aBinderThatTheReaderRejectsMakesNoAutosave()
     const QByteArray autosave = project.readFile(AutosaveFile);
     const auto model = project.open();
     // Well-formed, newer than its copy, and nothing that opens.
-    project.writeFile(u"Novel.tavelx"_qs, "<?xml version=\"1.0\"?><Novel/>");
-    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
+    project.writeFile(u"Novel.tavelx"_s, "<?xml version=\"1.0\"?><Novel/>");
+    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
     const TVLUnattendedMessageBoxes boxes;
     expectWarning("Trying again");
     QVERIFY(!model->save(true));
@@ -344,13 +346,13 @@ void TstUnfinishedSaves::anAutosaveThatFailedIsMadeAnew()
     const auto model = project.open();
     {
         const ReducedPermissions reduced = unwritable(project, AutosaveFile);
-        model->setTitle(firstText(model.get()), u"Second"_qs);
+        model->setTitle(firstText(model.get()), u"Second"_s);
         expectWarning("Could not make '.*binder.autosave' of the binder that was saved");
         QVERIFY(model->save());
     }
-    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
+    const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
     const TVLUnattendedMessageBoxes boxes;
-    model->setTitle(firstText(model.get()), u"Third"_qs);
+    model->setTitle(firstText(model.get()), u"Third"_s);
     QVERIFY(!model->save());
     QVERIFY(isCopyOf(project, AutosaveFile));
 }
@@ -363,16 +365,16 @@ void TstUnfinishedSaves::withoutACopyTheBinderIsInTheJournal()
         const TVLUnattendedMessageBoxes boxes;
         const auto model = project.open();
         const ReducedPermissions noCopy = unwritable(project, AutosaveFile);
-        project.writeFile(u"Novel.tavelx"_qs, "<damaged");
-        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_qs);
-        model->setTitle(firstText(model.get()), u"Second"_qs);
+        project.writeFile(u"Novel.tavelx"_s, "<damaged");
+        const ReducedPermissions reduced = unwritable(project, u"Novel.tavelx"_s);
+        model->setTitle(firstText(model.get()), u"Second"_s);
         expectWarning("Trying again");
         QVERIFY(!model->save());
     }
     expectWarning("Completing an interrupted save of .*: 1 files written");
     const auto model = project.open();
     QVERIFY(model);
-    QCOMPARE(model->title(firstText(model.get())), u"Second"_qs);
+    QCOMPARE(model->title(firstText(model.get())), u"Second"_s);
 }
 
 void TstUnfinishedSaves::aVerifiedCopyIsKnownWithoutReading()
@@ -383,17 +385,17 @@ void TstUnfinishedSaves::aVerifiedCopyIsKnownWithoutReading()
     QVERIFY(model->save(true));
     // One that can't be read any more can't have been compared again, nor made anew from.
     const ReducedPermissions reduced(project.path(AutosaveFile), ReducedPermissions::None);
-    model->setTitle(firstText(model.get()), u"Second"_qs);
+    model->setTitle(firstText(model.get()), u"Second"_s);
     expectWarning("Could not make");
     QVERIFY(model->save());
-    QVERIFY(!QFile::exists(project.path(u"Files/redo.journal"_qs)));
+    QVERIFY(!QFile::exists(project.path(u"Files/redo.journal"_s)));
 }
 
 void TstUnfinishedSaves::derivedCopiesAreNotWrittenThroughALink_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("isSymbolic");
-    for (const QString &name : {u"binder.autosave"_qs, u"binder.backup"_qs}) {
+    for (const QString &name : {u"binder.autosave"_s, u"binder.backup"_s}) {
         QTest::addRow("%s, a link", qPrintable(name)) << name << true;
         QTest::addRow("%s, a second name", qPrintable(name)) << name << false;
     }
@@ -406,8 +408,8 @@ void TstUnfinishedSaves::derivedCopiesAreNotWrittenThroughALink()
     const TestProject project;
     makeSavedProject(project);
     QVERIFY(project.open());
-    const QString path = project.path(u"Files/"_qs + name);
-    const QString elsewhere = project.enclosingPath() + u"/elsewhere"_qs;
+    const QString path = project.path(u"Files/"_s + name);
+    const QString elsewhere = project.enclosingPath() + u"/elsewhere"_s;
     QVERIFY(QFile::rename(path, elsewhere));
     QFile other(elsewhere);
     QVERIFY(other.open(QIODevice::ReadOnly));
@@ -417,7 +419,7 @@ void TstUnfinishedSaves::derivedCopiesAreNotWrittenThroughALink()
 
     const auto model = project.open();
     QVERIFY(model);
-    model->setTitle(firstText(model.get()), u"Second"_qs);
+    model->setTitle(firstText(model.get()), u"Second"_s);
     QVERIFY(model->save());
     QVERIFY(!QFileInfo(path).isSymbolicLink());
     QVERIFY(other.seek(0));
@@ -430,21 +432,21 @@ void TstUnfinishedSaves::aBinderOfAnUnknownVersionIsNotSaved()
 {
     const TestProject project;
     makeSavedProject(project);
-    QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     binder.replace("Version=\"1.5\"", "Version=\"9.9\"");
-    project.writeFile(u"Novel.tavelx"_qs, binder);
+    project.writeFile(u"Novel.tavelx"_s, binder);
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     QVERIFY(model);
     // Without that version the items have no ids, which is told on opening.
     QCOMPARE(boxes.takeBoxes().size(), 1);
     const auto before = project.files();
-    setFirstText(model.get(), u"New words"_qs);
+    setFirstText(model.get(), u"New words"_s);
     QVERIFY(!model->save(true));
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_qs);
+    QCOMPARE(boxes.boxes().constFirst().title, u"Project Writer"_s);
     QVERIFY(boxes.boxes().constFirst().informativeText.startsWith(
-        u"Project 'Novel' is incompatible with this version of Tavelinor."_qs));
+        u"Project 'Novel' is incompatible with this version of Tavelinor."_s));
     model->saveAll(true);
     model->rebuildSearchIndexes(false, nullptr);
     QCOMPARE(project.files(), before);
@@ -455,9 +457,9 @@ void TstUnfinishedSaves::anEmptyVersionFileIsWrittenAnew()
     const TestProject project;
     makeSavedProject(project);
     const auto model = project.open();
-    project.writeFile(u"Files/version.txt"_qs, {});
+    project.writeFile(u"Files/version.txt"_s, {});
     QVERIFY(model->save(true));
-    QCOMPARE(project.readFile(u"Files/version.txt"_qs), QByteArray("18"));
+    QCOMPARE(project.readFile(u"Files/version.txt"_s), QByteArray("18"));
 }
 
 TVL_TEST_PREPARED(TstUnfinishedSaves, dropRightsOfTheSuperuser)

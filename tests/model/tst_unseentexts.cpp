@@ -18,6 +18,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** Texts that can't be seen for a while are not texts that were never written. */
 class TstUnseenTexts : public QObject
 {
@@ -41,7 +43,7 @@ private Q_SLOTS:
 
 namespace {
 
-const QString Docs = u"Files/Docs"_qs;
+const QString Docs = u"Files/Docs"_s;
 
 /** A project with one text, closed; the path of the text in it. */
 QString makeProjectWithText(const TestProject &project)
@@ -49,11 +51,11 @@ QString makeProjectWithText(const TestProject &project)
     const auto model = project.create();
     const QModelIndex index = firstText(model.get());
     TVLTextDocument *text = model->referenceText(index);
-    QTextCursor(text).insertText(u"Old words"_qs);
+    QTextCursor(text).insertText(u"Old words"_s);
     model->dereferenceItem(text);
     if (!model->save(true))
         qFatal("the project could not be saved");
-    const QString path = Docs + u"/%1.rtf"_qs.arg(model->nodeIdentity(index));
+    const QString path = Docs + u"/%1.rtf"_s.arg(model->nodeIdentity(index));
     model->prepareToDestroy();
     return path;
 }
@@ -74,7 +76,7 @@ Hide movingAway(const QString &relativePath)
 {
     return [=](const TestProject &project) {
         const QString path = QDir::cleanPath(project.path(relativePath));
-        const QString away = path + u".away"_qs;
+        const QString away = path + u".away"_s;
         if (!QFile::rename(path, away))
             qFatal("%s could not be moved", qPrintable(path));
         return [=] {
@@ -89,7 +91,7 @@ bool typeIntoText(TVLProjectModel *model)
 {
     TVLTextDocument *text = model->referenceText(firstText(model));
     const bool isWritable = !text->isReadOnly();
-    QTextCursor(text).insertText(u"New words "_qs);
+    QTextCursor(text).insertText(u"New words "_s);
     model->dereferenceItem(text);
     return isWritable;
 }
@@ -102,10 +104,10 @@ void TstUnseenTexts::aTextThatIsOutOfSightIsNeverWrittenOver_data()
 {
     QTest::addColumn<Hide>("hide");
     QTest::newRow("no right to look into the texts' folder") << takingRightsOf(Docs);
-    QTest::newRow("no right to look into Files") << takingRightsOf(u"Files"_qs);
+    QTest::newRow("no right to look into Files") << takingRightsOf(u"Files"_s);
     QTest::newRow("no right to look into the project") << takingRightsOf(QString());
     QTest::newRow("the texts' folder is away") << movingAway(Docs);
-    QTest::newRow("Files is away") << movingAway(u"Files"_qs);
+    QTest::newRow("Files is away") << movingAway(u"Files"_s);
     QTest::newRow("the project is away") << movingAway(QString());
 }
 
@@ -184,10 +186,10 @@ void TstUnseenTexts::readingMakesNoFolder_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::newRow("texts") << Docs;
-    QTest::newRow("notes of the project") << u"Files/ProjectNotes"_qs;
-    QTest::newRow("snapshots") << u"Snapshots"_qs;
-    QTest::newRow("icons") << u"Icons"_qs;
-    QTest::newRow("mobile copy") << u"Mobile"_qs;
+    QTest::newRow("notes of the project") << u"Files/ProjectNotes"_s;
+    QTest::newRow("snapshots") << u"Snapshots"_s;
+    QTest::newRow("icons") << u"Icons"_s;
+    QTest::newRow("mobile copy") << u"Mobile"_s;
 }
 
 void TstUnseenTexts::readingMakesNoFolder()
@@ -200,7 +202,7 @@ void TstUnseenTexts::readingMakesNoFolder()
     const QModelIndex item = firstText(model.get());
     TVLCollectionMetaData search;
     search.mType = TVL::SavedSearchCollection;
-    search.mSearchText = u"words"_qs;
+    search.mSearchText = u"words"_s;
     (void)model->collectionIndexes(search);
     model->searchIndex()->updateIndexProperties(item, {TVL::TextProperty}, true);
     QVERIFY(model->snapshots(item).isEmpty());
@@ -216,8 +218,8 @@ void TstUnseenTexts::commentsOutOfSightAreNeverWrittenOver()
     const TestProject project;
     const QString path = makeProjectWithText(project);
     const auto model = project.open();
-    const QString commentsPath = QString(path).replace(u".rtf"_qs, u".comments"_qs);
-    QVERIFY(QFile::link(u"nowhere"_qs, project.path(commentsPath)));
+    const QString commentsPath = QString(path).replace(u".rtf"_s, u".comments"_s);
+    QVERIFY(QFile::link(u"nowhere"_s, project.path(commentsPath)));
     TVLUnattendedMessageBoxes boxes;
     const TVLTextDocument *text = model->referenceText(firstText(model.get()));
     QCOMPARE(boxes.boxes().size(), 1);
@@ -225,7 +227,7 @@ void TstUnseenTexts::commentsOutOfSightAreNeverWrittenOver()
     QVERIFY(typeIntoText(model.get()));
     QVERIFY(model->save(true));
     QCOMPARE(QFile::symLinkTarget(project.path(commentsPath)),
-             QFileInfo(project.path(Docs)).absoluteFilePath() + u"/nowhere"_qs);
+             QFileInfo(project.path(Docs)).absoluteFilePath() + u"/nowhere"_s);
     QVERIFY(project.readFile(path).contains("New words"));
 }
 
@@ -236,12 +238,12 @@ void TstUnseenTexts::aSaveIsNotToldOfCommentsThatAreCutOff()
     {
         const auto model = project.create();
         const QModelIndex index = firstText(model.get());
-        typeText(model.get(), index, u"Old words"_qs);
+        typeText(model.get(), index, u"Old words"_s);
         for (int i = 0; i < 2; ++i) {
             const TVLTextCommentLink comment(QString::number(i), "{\\rtf1 remark}");
             QVERIFY(model->setInspectorNote(index, {4 * i, 3}, comment));
         }
-        path = Docs + u"/%1.comments"_qs.arg(model->nodeIdentity(index));
+        path = Docs + u"/%1.comments"_s.arg(model->nodeIdentity(index));
         QVERIFY(model->save(true));
     }
     const QByteArray whole = project.readFile(path);
@@ -251,7 +253,7 @@ void TstUnseenTexts::aSaveIsNotToldOfCommentsThatAreCutOff()
     TVLUnattendedMessageBoxes boxes;
     const auto model = project.open();
     const QModelIndex index = firstText(model.get());
-    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"remark"_qs, QString()}));
+    QCOMPARE(model->inspectorNotesToPlainText(index), QStringList({u"remark"_s, QString()}));
     QCOMPARE(boxes.takeBoxes().size(), 1);
     for (int i = 0; i < 2; ++i) {
         QVERIFY(typeIntoText(model.get()));
@@ -268,14 +270,14 @@ void TstUnseenTexts::snapshotsOutOfSightAreNotLostInAMerge()
     {
         const auto model = project.create();
         QVERIFY(typeIntoText(model.get()));
-        QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_qs));
+        QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_s));
         addItem(model.get(), model->draftFolder(), TVL::Text);
         QVERIFY(model->save(true));
         model->prepareToDestroy();
     }
     TestModel model;
     {
-        const ReducedPermissions hidden(project.path(u"Snapshots"_qs), ReducedPermissions::None);
+        const ReducedPermissions hidden(project.path(u"Snapshots"_s), ReducedPermissions::None);
         model = project.open();
     }
     const QModelIndex first = firstText(model.get());
@@ -292,9 +294,9 @@ void TstUnseenTexts::aCopyOfWhatIsOutOfSightFails_data()
     const Hide nothing = [](const TestProject &) { return [] {}; };
     QTest::newRow("nothing out of sight") << nothing << true;
     QTest::newRow("no right to look into the texts' folder") << takingRightsOf(Docs) << false;
-    QTest::newRow("no right to look into Snapshots") << takingRightsOf(u"Snapshots"_qs) << false;
+    QTest::newRow("no right to look into Snapshots") << takingRightsOf(u"Snapshots"_s) << false;
     QTest::newRow("no right to look into its snapshots")
-        << takingRightsOf(u"Snapshots/3.snapshots"_qs) << false;
+        << takingRightsOf(u"Snapshots/3.snapshots"_s) << false;
 }
 
 void TstUnseenTexts::aCopyOfWhatIsOutOfSightFails()
@@ -305,7 +307,7 @@ void TstUnseenTexts::aCopyOfWhatIsOutOfSightFails()
     const TestProject target;
     const auto model = project.create();
     QVERIFY(typeIntoText(model.get()));
-    QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_qs));
+    QVERIFY(model->addSnapshot(firstText(model.get()), u"First"_s));
     QVERIFY(model->save(true));
     QCOMPARE(model->nodeIdentity(firstText(model.get())), 3);
     const std::function<void()> show = hide(project);

@@ -12,6 +12,8 @@
 #include <functional>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 /** A new item is announced when it is whole. */
 class TstWholeItems : public QObject
 {
@@ -61,7 +63,7 @@ QStringList shown(const TVLProjectModel *model, const QModelIndex &index)
     add(model->extension(index));
     add(model->showIndexCardImage(index));
     const QSize card = model->indexCardPixmap(index).size();
-    values.append(u"%1x%2"_qs.arg(card.width()).arg(card.height()));
+    values.append(u"%1x%2"_s.arg(card.width()).arg(card.height()));
     add(model->projectNode(index)->mIconFileName);
     add(model->icon(index).isNull());
     return values;
@@ -131,14 +133,14 @@ void TstWholeItems::whatIsTypedIntoAnAnnouncedItemIsSaved()
         if (!model->canHaveText(index))
             return;
         const QPointer<TVLTextDocument> document = model->referenceText(index);
-        QTextCursor(document).insertText(u"typed "_qs);
+        QTextCursor(document).insertText(u"typed "_s);
         edited.append({index, document});
     });
     QVERIFY(model->save(true));
     for (const auto &[index, document] : std::as_const(edited)) {
         QVERIFY(document && document->node() == model->projectNode(index));
         QVERIFY(document->toPlainText().startsWith(u"typed "));
-        QFile file(model->path().filePath(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(index))));
+        QFile file(model->path().filePath(u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(index))));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.readAll().contains("typed "));
     }
@@ -154,10 +156,10 @@ void TstWholeItems::anAnnouncedTextIsCounted()
         words = model->wordCount(index, false, false);
         card = model->synopsis(index);
     });
-    const QModelIndex index = model->insertTextNode(0, model->draftFolder(), u"One"_qs,
-                                                    u"three little words"_qs, u"card"_qs, {});
+    const QModelIndex index = model->insertTextNode(0, model->draftFolder(), u"One"_s,
+                                                    u"three little words"_s, u"card"_s, {});
     QCOMPARE(words, 3);
-    QCOMPARE(card, u"card"_qs);
+    QCOMPARE(card, u"card"_s);
     QCOMPARE(model->wordCount(index, false, false), 3);
     QCOMPARE(model->sessionWordCount(index, false, false), 3);
     QVERIFY(model->isModified());
@@ -174,7 +176,7 @@ void TstWholeItems::anAnnouncedPictureHasItsCard()
         announced = model->indexCardPixmap(index).size();
     });
     const QModelIndex index =
-        model->insertImageNode(0, model->researchFolder(), u"Sail"_qs, image, {}, {});
+        model->insertImageNode(0, model->researchFolder(), u"Sail"_s, image, {}, {});
     QCOMPARE(announced, QSize(3, 2));
     QCOMPARE(model->indexCardPixmap(index).size(), QSize(3, 2));
 }
@@ -183,11 +185,11 @@ void TstWholeItems::anAnnouncedCopyHasEverything()
 {
     const ChangingProject project;
     TVLProjectModel *model = project.model();
-    const QPersistentModelIndex source = project.at(u"f"_qs);
+    const QPersistentModelIndex source = project.at(u"f"_s);
     QImage image(3, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
     QVERIFY(model->setIndexCardImage(source, image));
-    typeText(model, source, u"unsaved "_qs);
+    typeText(model, source, u"unsaved "_s);
     QList<QStringList> announced;
     onEachNewItem(model, this,
                   [&](const QModelIndex &index) { announced.append(shown(model, index)); });
@@ -195,7 +197,7 @@ void TstWholeItems::anAnnouncedCopyHasEverything()
         model->insertRowAndClone(0, model->draftFolder(), source, TVLProjectModel::CloneSnapshots);
     QCOMPARE(announced.size(), 1);
     QCOMPARE(announced.constFirst(), shown(model, copy));
-    QCOMPARE(model->documentPlainText(copy, false), u"unsaved f text"_qs);
+    QCOMPARE(model->documentPlainText(copy, false), u"unsaved f text"_s);
     QCOMPARE(model->wordCount(copy, false, false), 3);
     QCOMPARE(model->indexCardPixmap(copy).size(), QSize(3, 2));
     QCOMPARE(model->keywords(copy), model->keywords(source));
@@ -208,18 +210,18 @@ void TstWholeItems::anAnnouncedCopyOfAnotherProjectHasItsWordsForThings()
     TVLProjectModel *model = project.model();
     QStringList announced;
     onEachNewItem(model, this, [&](const QModelIndex &index) {
-        announced.append(model->title(index) + u": "_qs + model->label(index).mTitle + u", "_qs
-                         + model->statusItem(index).mTitle + u", "_qs
+        announced.append(model->title(index) + u": "_s + model->label(index).mTitle + u", "_s
+                         + model->statusItem(index).mTitle + u", "_s
                          + model->keywords(index).join(u' '));
     });
     QVERIFY(model
-                ->insertRowAndClone(0, model->researchFolder(), project.foreign(u"x"_qs),
+                ->insertRowAndClone(0, model->researchFolder(), project.foreign(u"x"_s),
                                     TVLProjectModel::CloneChildren)
                 .isValid());
     QCOMPARE(announced,
-             QStringList({u"x: x label, x status, x keyword shared"_qs,
-                          u"y: y label, y status, y keyword shared"_qs,
-                          u"z: z label, z status, z keyword shared"_qs}));
+             QStringList({u"x: x label, x status, x keyword shared"_s,
+                          u"y: y label, y status, y keyword shared"_s,
+                          u"z: z label, z status, z keyword shared"_s}));
 }
 
 void TstWholeItems::childrenOfACopyFollowWithTheirOwnSignals()
@@ -228,14 +230,14 @@ void TstWholeItems::childrenOfACopyFollowWithTheirOwnSignals()
     TVLProjectModel *model = project.model();
     QStringList announced;
     onEachNewItem(model, this, [&](const QModelIndex &index) {
-        announced.append(model->title(index) + u" in "_qs + model->title(index.parent())
-                         + u" of "_qs + QString::number(model->rowCount(index)));
+        announced.append(model->title(index) + u" in "_s + model->title(index.parent()) + u" of "_s
+                         + QString::number(model->rowCount(index)));
     });
-    QCOMPARE(model->duplicate({project.at(u"a"_qs)}, true).size(), 1);
+    QCOMPARE(model->duplicate({project.at(u"a"_s)}, true).size(), 1);
     QCOMPARE(announced,
-             QStringList({u"a-1 in Draft of 0"_qs, u"b in a-1 of 0"_qs, u"c in b of 0"_qs,
-                          u"d in a-1 of 0"_qs}));
-    QCOMPARE(treeText(model, model->draftFolder()), u" a(b(c) d) a-1(b(c) d) e"_qs);
+             QStringList({u"a-1 in Draft of 0"_s, u"b in a-1 of 0"_s, u"c in b of 0"_s,
+                          u"d in a-1 of 0"_s}));
+    QCOMPARE(treeText(model, model->draftFolder()), u" a(b(c) d) a-1(b(c) d) e"_s);
 }
 
 void TstWholeItems::textsOfANewItemAreNoEdits()
@@ -243,12 +245,12 @@ void TstWholeItems::textsOfANewItemAreNoEdits()
     const TestProject project;
     const auto model = project.create();
     const SignalLog log(model.get());
-    const QModelIndex index = addTextItem(model.get(), model->draftFolder(), u"a"_qs);
+    const QModelIndex index = addTextItem(model.get(), model->draftFolder(), u"a"_s);
     QCOMPARE(log.lines(),
-             QStringList({u"rows 1-1 below 0 to come"_qs, u"rows 1-1 below 0"_qs, u"modified"_qs}));
+             QStringList({u"rows 1-1 below 0 to come"_s, u"rows 1-1 below 0"_s, u"modified"_s}));
     // They are unsaved all the same.
     QVERIFY(model->save());
-    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_qs.arg(model->nodeIdentity(index)))
+    QVERIFY(project.readFile(u"Files/Docs/%1.rtf"_s.arg(model->nodeIdentity(index)))
                 .contains("a text"));
 }
 
@@ -259,7 +261,7 @@ void TstWholeItems::aCopyThatIsRefusedIsAnnouncedAsItStays()
     QStringList announced;
     onEachNewItem(model, this, [&](const QModelIndex &index) { announced = shown(model, index); });
     const QModelIndex item =
-        model->insertRowAndClone(0, model->draftFolder(), project.at(u"p"_qs), {});
+        model->insertRowAndClone(0, model->draftFolder(), project.at(u"p"_s), {});
     QVERIFY(item.isValid());
     QCOMPARE(model->title(item), QString());
     QCOMPARE(announced, shown(model, item));

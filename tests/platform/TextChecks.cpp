@@ -11,17 +11,19 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString marksOf(const QTextCharFormat &format)
 {
     QStringList marks;
     if (format.boolProperty(TVLTextFormat::InlineAnnotation))
-        marks.append(u"a"_qs);
+        marks.append(u"a"_s);
     if (format.boolProperty(TVLTextFormat::InlineFootnote))
-        marks.append(u"f"_qs);
+        marks.append(u"f"_s);
     if (format.fontWeight() == QFont::Bold)
-        marks.append(u"b"_qs);
+        marks.append(u"b"_s);
     if (TVLTextFormat::hasComment(format)) {
         const TVLTextCommentLink comment = TVLTextFormat::comment(format);
         marks.append((comment.mIsFootnote ? u'n' : u'c') + comment.mIdentity);
@@ -29,7 +31,7 @@ QString marksOf(const QTextCharFormat &format)
     if (!format.anchorHref().isEmpty())
         marks.append(u'l' + format.anchorHref());
     if (format.isImageFormat())
-        marks.append(u"p"_qs);
+        marks.append(u"p"_s);
     return marks.join(u',');
 }
 
@@ -121,14 +123,14 @@ private:
 
 QString placeOf(const QTextBlock &block, ObjectNumbers *numbers)
 {
-    QString place = u"list %1"_qs.arg(numbers->of(block.textList()));
+    QString place = u"list %1"_s.arg(numbers->of(block.textList()));
     if (block.textList())
-        place += u" style %1"_qs.arg(block.textList()->format().style());
+        place += u" style %1"_s.arg(block.textList()->format().style());
     const QTextCursor cursor(block);
-    place += u" frame %1"_qs.arg(numbers->of(cursor.currentFrame()));
+    place += u" frame %1"_s.arg(numbers->of(cursor.currentFrame()));
     if (const QTextTable *table = cursor.currentTable()) {
         const QTextTableCell cell = table->cellAt(cursor);
-        place += u" cell %1,%2 of %3x%4 span %5x%6"_qs.arg(cell.row())
+        place += u" cell %1,%2 of %3x%4 span %5x%6"_s.arg(cell.row())
                      .arg(cell.column())
                      .arg(table->rows())
                      .arg(table->columns())
@@ -214,7 +216,7 @@ private:
     {
         QTextImageFormat format;
         format.merge(charFormat());
-        format.setName(u"picture %1"_qs.arg(mRandom.bounded(5)));
+        format.setName(u"picture %1"_s.arg(mRandom.bounded(5)));
         mDocument->addResource(QTextDocument::ImageResource, QUrl(format.name()),
                                QByteArray("bytes of ") + format.name().toUtf8());
         mCursor.insertImage(format);
@@ -240,7 +242,7 @@ private:
         if (once(3))
             format.setFontPointSize(8 + mRandom.bounded(4));
         if (once(4))
-            TVLTextFormat::setLink(&format, u"tavellnk://%1"_qs.arg(mRandom.bounded(3)));
+            TVLTextFormat::setLink(&format, u"tavellnk://%1"_s.arg(mRandom.bounded(3)));
         if (once(4))
             TVLTextFormat::setComment(&format, {QString::number(mRandom.bounded(3)), "rtf"});
         if (once(4))
@@ -344,19 +346,19 @@ QString differenceOfTexts(const QTextDocument &a, const QTextDocument &b)
     QTextBlock blockOfB = b.begin();
     for (; blockOfA.isValid() && blockOfB.isValid();
          blockOfA = blockOfA.next(), blockOfB = blockOfB.next(), ++number) {
-        const QString paragraph = u"paragraph %1 '%2': "_qs.arg(number).arg(blockOfA.text());
+        const QString paragraph = u"paragraph %1 '%2': "_s.arg(number).arg(blockOfA.text());
         if (blockOfA.text() != blockOfB.text())
-            return paragraph + u"other text '%1'"_qs.arg(blockOfB.text());
+            return paragraph + u"other text '%1'"_s.arg(blockOfB.text());
         if (propertiesOf(blockOfA.blockFormat()) != propertiesOf(blockOfB.blockFormat()))
-            return paragraph + u"other format"_qs;
+            return paragraph + u"other format"_s;
         if (propertiesOf(blockOfA.charFormat()) != propertiesOf(blockOfB.charFormat()))
-            return paragraph + u"other character format"_qs;
+            return paragraph + u"other character format"_s;
         if (runsOf(blockOfA) != runsOf(blockOfB))
-            return paragraph + u"other runs"_qs;
+            return paragraph + u"other runs"_s;
         const QString placeInA = placeOf(blockOfA, &numbersOfA);
         const QString placeInB = placeOf(blockOfB, &numbersOfB);
         if (placeInA != placeInB)
-            return paragraph + placeInA + u" against "_qs + placeInB;
+            return paragraph + placeInA + u" against "_s + placeInB;
     }
-    return a.blockCount() == b.blockCount() ? QString() : u"other number of paragraphs"_qs;
+    return a.blockCount() == b.blockCount() ? QString() : u"other number of paragraphs"_s;
 }

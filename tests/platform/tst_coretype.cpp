@@ -8,6 +8,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 class TstCoreType : public QObject
 {
     Q_OBJECT
@@ -46,14 +48,14 @@ void TstCoreType::aPointIsWrittenWithTheGivenPrecision_data()
     QTest::addColumn<int>("precision");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("zero") << QPointF(0, 0) << 6 << u"0,0"_qs;
-    QTest::newRow("whole") << QPointF(12, -34) << 6 << u"12,-34"_qs;
-    QTest::newRow("fraction") << QPointF(1.5, -0.25) << 6 << u"1.5,-0.25"_qs;
-    QTest::newRow("rounded") << QPointF(1.23456789, 2) << 3 << u"1.23,2"_qs;
-    QTest::newRow("thousands") << QPointF(123456, 1234.5) << 6 << u"123456,1234.5"_qs;
-    QTest::newRow("exponent") << QPointF(1234567, 1e-10) << 6 << u"1.23457e+06,1e-10"_qs;
+    QTest::newRow("zero") << QPointF(0, 0) << 6 << u"0,0"_s;
+    QTest::newRow("whole") << QPointF(12, -34) << 6 << u"12,-34"_s;
+    QTest::newRow("fraction") << QPointF(1.5, -0.25) << 6 << u"1.5,-0.25"_s;
+    QTest::newRow("rounded") << QPointF(1.23456789, 2) << 3 << u"1.23,2"_s;
+    QTest::newRow("thousands") << QPointF(123456, 1234.5) << 6 << u"123456,1234.5"_s;
+    QTest::newRow("exponent") << QPointF(1234567, 1e-10) << 6 << u"1.23457e+06,1e-10"_s;
     QTest::newRow("shortest") << QPointF(0.1, 1.0 / 3) << int(QLocale::FloatingPointShortest)
-                              << u"0.1,0.3333333333333333"_qs;
+                              << u"0.1,0.3333333333333333"_s;
 }
 
 void TstCoreType::aPointIsWrittenWithTheGivenPrecision()
@@ -94,11 +96,11 @@ void TstCoreType::pointTextsAreRead_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QPointF>("point");
 
-    QTest::newRow("whole") << u"12,-34"_qs << QPointF(12, -34);
-    QTest::newRow("fraction") << u"1.5,.25"_qs << QPointF(1.5, 0.25);
-    QTest::newRow("exponent") << u"1.5e+06,2E-1"_qs << QPointF(1500000, 0.2);
-    QTest::newRow("blanks") << u" 1 , 2 "_qs << QPointF(1, 2);
-    QTest::newRow("plus") << u"+1,+2"_qs << QPointF(1, 2);
+    QTest::newRow("whole") << u"12,-34"_s << QPointF(12, -34);
+    QTest::newRow("fraction") << u"1.5,.25"_s << QPointF(1.5, 0.25);
+    QTest::newRow("exponent") << u"1.5e+06,2E-1"_s << QPointF(1500000, 0.2);
+    QTest::newRow("blanks") << u" 1 , 2 "_s << QPointF(1, 2);
+    QTest::newRow("plus") << u"+1,+2"_s << QPointF(1, 2);
 }
 
 void TstCoreType::pointTextsAreRead()
@@ -137,12 +139,12 @@ void TstCoreType::idsAreWrittenInAscendingOrder_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("none") << QSet<int>() << QString();
-    QTest::newRow("one") << QSet<int>{7} << u"7"_qs;
-    QTest::newRow("by number") << QSet<int>{100, 9, 20, 1} << u"1,9,20,100"_qs;
-    QTest::newRow("negative") << QSet<int>{0, -1, 1} << u"-1,0,1"_qs;
+    QTest::newRow("one") << QSet<int>{7} << u"7"_s;
+    QTest::newRow("by number") << QSet<int>{100, 9, 20, 1} << u"1,9,20,100"_s;
+    QTest::newRow("negative") << QSet<int>{0, -1, 1} << u"-1,0,1"_s;
     QTest::newRow("limits") << QSet<int>{std::numeric_limits<int>::max(),
                                          std::numeric_limits<int>::min()}
-                            << u"-2147483648,2147483647"_qs;
+                            << u"-2147483648,2147483647"_s;
 }
 
 void TstCoreType::idsAreWrittenInAscendingOrder()
@@ -159,14 +161,14 @@ void TstCoreType::idTextsAreRead_data()
     QTest::addColumn<QSet<int>>("ids");
 
     QTest::newRow("empty") << QString() << QSet<int>();
-    QTest::newRow("one") << u"5"_qs << QSet<int>{5};
-    QTest::newRow("unordered") << u"5,3,4"_qs << QSet<int>{3, 4, 5};
-    QTest::newRow("twice") << u"5,5"_qs << QSet<int>{5};
-    QTest::newRow("blanks") << u" 5 ,\t6\n"_qs << QSet<int>{5, 6};
-    QTest::newRow("empty pieces") << u",5,,6,"_qs << QSet<int>{5, 6};
-    QTest::newRow("no numbers") << u"5,x,6.5,7 8,9"_qs << QSet<int>{5, 9};
-    QTest::newRow("too large") << u"5,2147483648"_qs << QSet<int>{5};
-    QTest::newRow("other separator") << u"5;6"_qs << QSet<int>();
+    QTest::newRow("one") << u"5"_s << QSet<int>{5};
+    QTest::newRow("unordered") << u"5,3,4"_s << QSet<int>{3, 4, 5};
+    QTest::newRow("twice") << u"5,5"_s << QSet<int>{5};
+    QTest::newRow("blanks") << u" 5 ,\t6\n"_s << QSet<int>{5, 6};
+    QTest::newRow("empty pieces") << u",5,,6,"_s << QSet<int>{5, 6};
+    QTest::newRow("no numbers") << u"5,x,6.5,7 8,9"_s << QSet<int>{5, 9};
+    QTest::newRow("too large") << u"5,2147483648"_s << QSet<int>{5};
+    QTest::newRow("other separator") << u"5;6"_s << QSet<int>();
 }
 
 void TstCoreType::idTextsAreRead()
@@ -177,21 +179,21 @@ void TstCoreType::idTextsAreRead()
 
 void TstCoreType::aUuidIsWrittenWithoutBraces()
 {
-    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_qs);
-    QCOMPARE(TUuid::toStringNoBraces(uuid, true), u"01234567-89AB-CDEF-0123-456789ABCDEF"_qs);
-    QCOMPARE(TUuid::toStringNoBraces(uuid, false), u"01234567-89ab-cdef-0123-456789abcdef"_qs);
-    QCOMPARE(TUuid::toStringNoBraces(QUuid(), true), u"00000000-0000-0000-0000-000000000000"_qs);
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_s);
+    QCOMPARE(TUuid::toStringNoBraces(uuid, true), u"01234567-89AB-CDEF-0123-456789ABCDEF"_s);
+    QCOMPARE(TUuid::toStringNoBraces(uuid, false), u"01234567-89ab-cdef-0123-456789abcdef"_s);
+    QCOMPARE(TUuid::toStringNoBraces(QUuid(), true), u"00000000-0000-0000-0000-000000000000"_s);
 }
 
 void TstCoreType::onlyAWholeTextIsAUuid()
 {
-    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_qs);
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_s);
     const QString text = uuid.toString(QUuid::WithoutBraces);
     for (const QString &whole : {text, text.toUpper(), u'{' + text + u'}'})
         QCOMPARE(TUuid::fromWholeText(whole), uuid);
     for (const QString &other :
-         {QString(), u"{"_qs, u"}"_qs, u"{}"_qs, text + u" (2)"_qs, u'{' + text, text + u'}',
-          u'{' + text.chopped(1) + u'}', u"{{"_qs + text + u"}}"_qs, u'{' + text.chopped(1),
+         {QString(), u"{"_s, u"}"_s, u"{}"_s, text + u" (2)"_s, u'{' + text, text + u'}',
+          u'{' + text.chopped(1) + u'}', u"{{"_s + text + u"}}"_s, u'{' + text.chopped(1),
           text.chopped(1), u'x' + text.sliced(1)})
         QVERIFY2(TUuid::fromWholeText(other).isNull(), qPrintable(other));
 }

@@ -19,6 +19,8 @@
 #include <sys/stat.h>
 #endif
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QDir::Filters Everything =
@@ -196,11 +198,11 @@ QByteArray TstCoreUtil::contentOf(const QString &name) const
 
 void TstCoreUtil::makeTree(const QString &name) const
 {
-    makeFile(name + u"/one.txt"_qs, "1");
-    makeFile(name + u"/.hidden"_qs, "2");
-    makeFile(name + u"/inner/two \u00e4\u4e2d.txt"_qs, "3");
-    makeFile(name + u"/inner/deep/three"_qs, "");
-    QVERIFY(QDir().mkpath(path(name + u"/empty"_qs)));
+    makeFile(name + u"/one.txt"_s, "1");
+    makeFile(name + u"/.hidden"_s, "2");
+    makeFile(name + u"/inner/two \u00e4\u4e2d.txt"_s, "3");
+    makeFile(name + u"/inner/deep/three"_s, "");
+    QVERIFY(QDir().mkpath(path(name + u"/empty"_s)));
 }
 
 TstCoreUtil::Tree TstCoreUtil::tree(const QString &name) const
@@ -231,42 +233,42 @@ void TstCoreUtil::aNewUuidIsUpperCaseWithoutBraces()
 
 void TstCoreUtil::deletingAFolderDeletesEverythingInIt()
 {
-    makeTree(u"folder"_qs);
-    makeFile(u"beside"_qs);
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_qs)));
-    QVERIFY(!QFileInfo::exists(path(u"folder"_qs)));
-    QVERIFY(QFileInfo::exists(path(u"beside"_qs)));
+    makeTree(u"folder"_s);
+    makeFile(u"beside"_s);
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_s)));
+    QVERIFY(!QFileInfo::exists(path(u"folder"_s)));
+    QVERIFY(QFileInfo::exists(path(u"beside"_s)));
 }
 
 void TstCoreUtil::deletingWhatIsNotThereSucceeds()
 {
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"missing"_qs)));
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"missing/inner"_qs)));
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"missing"_s)));
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"missing/inner"_s)));
 }
 
 void TstCoreUtil::deletingAFolderAlsoTakesAFile()
 {
-    makeFile(u"file"_qs);
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"file"_qs)));
-    QVERIFY(!QFileInfo::exists(path(u"file"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"file"_s)));
+    QVERIFY(!QFileInfo::exists(path(u"file"_s)));
 }
 
 void TstCoreUtil::deletingAFolderKeepsTheTargetOfALink()
 {
-    makeTree(u"target"_qs);
-    makeFile(u"target file"_qs);
-    const Tree before = tree(u"target"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder/inner"_qs)));
-    QVERIFY(QFile::link(path(u"target"_qs), path(u"folder/link"_qs)));
-    QVERIFY(QFile::link(path(u"target"_qs), path(u"folder/inner/link"_qs)));
-    QVERIFY(QFile::link(path(u"target file"_qs), path(u"folder/link to file"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"folder/dead link"_qs)));
-    QVERIFY(QFile::link(path(u"folder"_qs), path(u"folder/circle"_qs)));
+    makeTree(u"target"_s);
+    makeFile(u"target file"_s);
+    const Tree before = tree(u"target"_s);
+    QVERIFY(QDir().mkpath(path(u"folder/inner"_s)));
+    QVERIFY(QFile::link(path(u"target"_s), path(u"folder/link"_s)));
+    QVERIFY(QFile::link(path(u"target"_s), path(u"folder/inner/link"_s)));
+    QVERIFY(QFile::link(path(u"target file"_s), path(u"folder/link to file"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"folder/dead link"_s)));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"folder/circle"_s)));
 
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_qs)));
-    QVERIFY(!QFileInfo::exists(path(u"folder"_qs)));
-    QCOMPARE(tree(u"target"_qs), before);
-    QCOMPARE(contentOf(u"target file"_qs), "content");
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_s)));
+    QVERIFY(!QFileInfo::exists(path(u"folder"_s)));
+    QCOMPARE(tree(u"target"_s), before);
+    QCOMPARE(contentOf(u"target file"_s), "content");
 }
 
 void TstCoreUtil::deletingALinkKeepsItsTarget_data()
@@ -274,36 +276,36 @@ void TstCoreUtil::deletingALinkKeepsItsTarget_data()
     QTest::addColumn<QString>("target");
     QTest::addColumn<QString>("suffix");
 
-    QTest::newRow("to a folder") << u"target"_qs << QString();
-    QTest::newRow("to a folder, with a slash") << u"target"_qs << u"/"_qs;
-    QTest::newRow("to a folder, with dots") << u"target"_qs << u"/inner/.."_qs;
-    QTest::newRow("to a file") << u"target/one.txt"_qs << QString();
-    QTest::newRow("to nothing") << u"nowhere"_qs << QString();
+    QTest::newRow("to a folder") << u"target"_s << QString();
+    QTest::newRow("to a folder, with a slash") << u"target"_s << u"/"_s;
+    QTest::newRow("to a folder, with dots") << u"target"_s << u"/inner/.."_s;
+    QTest::newRow("to a file") << u"target/one.txt"_s << QString();
+    QTest::newRow("to nothing") << u"nowhere"_s << QString();
 }
 
 void TstCoreUtil::deletingALinkKeepsItsTarget()
 {
     QFETCH(QString, target);
     QFETCH(QString, suffix);
-    makeTree(u"target"_qs);
-    const Tree before = tree(u"target"_qs);
-    QVERIFY(QFile::link(path(target), path(u"link"_qs)));
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"link"_qs) + suffix));
-    QVERIFY(!QFileInfo(path(u"link"_qs)).isSymbolicLink());
-    QCOMPARE(tree(u"target"_qs), before);
+    makeTree(u"target"_s);
+    const Tree before = tree(u"target"_s);
+    QVERIFY(QFile::link(path(target), path(u"link"_s)));
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"link"_s) + suffix));
+    QVERIFY(!QFileInfo(path(u"link"_s)).isSymbolicLink());
+    QCOMPARE(tree(u"target"_s), before);
 }
 
 void TstCoreUtil::deletingReadOnlyFilesSucceeds()
 {
-    makeFile(u"folder/file"_qs);
-    QVERIFY(QFile::setPermissions(path(u"folder/file"_qs), QFile::ReadOwner));
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_qs)));
-    QVERIFY(!QFileInfo::exists(path(u"folder"_qs)));
+    makeFile(u"folder/file"_s);
+    QVERIFY(QFile::setPermissions(path(u"folder/file"_s), QFile::ReadOwner));
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"folder"_s)));
+    QVERIFY(!QFileInfo::exists(path(u"folder"_s)));
 }
 
 void TstCoreUtil::deletingAnEmptyPathIsRefused()
 {
-    makeFile(u"file"_qs);
+    makeFile(u"file"_s);
     const QString current = QDir::currentPath();
     QVERIFY(QDir::setCurrent(mFolder->path()));
     const bool isDeleted = TVLCoreUtil::DeleteFolderAndFiles(QString());
@@ -313,97 +315,97 @@ void TstCoreUtil::deletingAnEmptyPathIsRefused()
     QVERIFY(!isDeleted);
     QVERIFY(!isEmptied);
     QVERIFY(!isFileDeleted);
-    QCOMPARE(contentOf(u"file"_qs), "content");
+    QCOMPARE(contentOf(u"file"_s), "content");
 }
 
 void TstCoreUtil::deletingContentsKeepsTheFolder()
 {
-    makeTree(u"folder"_qs);
-    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_qs)));
-    QVERIFY(QFileInfo(path(u"folder"_qs)).isDir());
-    QVERIFY(tree(u"folder"_qs).isEmpty());
-    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_qs)));
+    makeTree(u"folder"_s);
+    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_s)));
+    QVERIFY(QFileInfo(path(u"folder"_s)).isDir());
+    QVERIFY(tree(u"folder"_s).isEmpty());
+    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_s)));
 }
 
 void TstCoreUtil::deletingContentsKeepsTheTargetOfALink()
 {
-    makeTree(u"target"_qs);
-    const Tree before = tree(u"target"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder/inner"_qs)));
-    QVERIFY(QFile::link(path(u"target"_qs), path(u"folder/link"_qs)));
-    QVERIFY(QFile::link(path(u"target"_qs), path(u"folder/inner/link"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"folder/dead link"_qs)));
-    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_qs)));
-    QVERIFY(tree(u"folder"_qs).isEmpty());
-    QCOMPARE(tree(u"target"_qs), before);
+    makeTree(u"target"_s);
+    const Tree before = tree(u"target"_s);
+    QVERIFY(QDir().mkpath(path(u"folder/inner"_s)));
+    QVERIFY(QFile::link(path(u"target"_s), path(u"folder/link"_s)));
+    QVERIFY(QFile::link(path(u"target"_s), path(u"folder/inner/link"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"folder/dead link"_s)));
+    QVERIFY(TVLCoreUtil::DeleteFolderContents(path(u"folder"_s)));
+    QVERIFY(tree(u"folder"_s).isEmpty());
+    QCOMPARE(tree(u"target"_s), before);
 }
 
 void TstCoreUtil::deletingContentsIsRefused_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("missing") << u"missing"_qs;
-    QTest::newRow("file") << u"target/one.txt"_qs;
-    QTest::newRow("link") << u"link"_qs;
-    QTest::newRow("link with a slash") << u"link/"_qs;
+    QTest::newRow("missing") << u"missing"_s;
+    QTest::newRow("file") << u"target/one.txt"_s;
+    QTest::newRow("link") << u"link"_s;
+    QTest::newRow("link with a slash") << u"link/"_s;
 }
 
 void TstCoreUtil::deletingContentsIsRefused()
 {
     QFETCH(QString, name);
-    makeTree(u"target"_qs);
-    const Tree before = tree(u"target"_qs);
-    QVERIFY(QFile::link(path(u"target"_qs), path(u"link"_qs)));
+    makeTree(u"target"_s);
+    const Tree before = tree(u"target"_s);
+    QVERIFY(QFile::link(path(u"target"_s), path(u"link"_s)));
     QVERIFY(!TVLCoreUtil::DeleteFolderContents(path(name)));
-    QCOMPARE(tree(u"target"_qs), before);
-    QVERIFY(!QFileInfo::exists(path(u"missing"_qs)));
+    QCOMPARE(tree(u"target"_s), before);
+    QVERIFY(!QFileInfo::exists(path(u"missing"_s)));
 }
 
 void TstCoreUtil::deletingAFileDeletesIt_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("file") << u"file"_qs;
-    QTest::newRow("missing") << u"missing"_qs;
-    QTest::newRow("link to a file") << u"link to file"_qs;
-    QTest::newRow("link to a folder") << u"link to folder"_qs;
-    QTest::newRow("dead link") << u"dead link"_qs;
+    QTest::newRow("file") << u"file"_s;
+    QTest::newRow("missing") << u"missing"_s;
+    QTest::newRow("link to a file") << u"link to file"_s;
+    QTest::newRow("link to a folder") << u"link to folder"_s;
+    QTest::newRow("dead link") << u"dead link"_s;
 }
 
 void TstCoreUtil::deletingAFileDeletesIt()
 {
     QFETCH(QString, name);
-    makeTree(u"folder"_qs);
-    makeFile(u"file"_qs);
-    makeFile(u"other file"_qs);
-    const Tree before = tree(u"folder"_qs);
-    QVERIFY(QFile::link(path(u"other file"_qs), path(u"link to file"_qs)));
-    QVERIFY(QFile::link(path(u"folder"_qs), path(u"link to folder"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"dead link"_qs)));
+    makeTree(u"folder"_s);
+    makeFile(u"file"_s);
+    makeFile(u"other file"_s);
+    const Tree before = tree(u"folder"_s);
+    QVERIFY(QFile::link(path(u"other file"_s), path(u"link to file"_s)));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"link to folder"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"dead link"_s)));
 
     QString error;
     QVERIFY(TVLCoreUtil::DeleteFile(path(name), &error));
     QCOMPARE(error, QString());
     QVERIFY(!QDir(mFolder->path()).entryList(Everything).contains(name));
-    QCOMPARE(tree(u"folder"_qs), before);
-    QCOMPARE(contentOf(u"other file"_qs), "content");
+    QCOMPARE(tree(u"folder"_s), before);
+    QCOMPARE(contentOf(u"other file"_s), "content");
 }
 
 void TstCoreUtil::deletingAFileRefusesAFolder()
 {
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     QString error;
-    QVERIFY(!TVLCoreUtil::DeleteFile(path(u"folder"_qs), &error));
+    QVERIFY(!TVLCoreUtil::DeleteFile(path(u"folder"_s), &error));
     QVERIFY(!error.isEmpty());
-    QVERIFY(!TVLCoreUtil::DeleteFile(path(u"folder"_qs)));
-    QVERIFY(QFileInfo::exists(path(u"folder"_qs)));
+    QVERIFY(!TVLCoreUtil::DeleteFile(path(u"folder"_s)));
+    QVERIFY(QFileInfo::exists(path(u"folder"_s)));
 }
 
 void TstCoreUtil::deletingAFileBelowAFileSucceeds()
 {
-    makeFile(u"file"_qs);
-    QVERIFY(TVLCoreUtil::DeleteFile(path(u"file/inner"_qs)));
-    QVERIFY(QFileInfo::exists(path(u"file"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(TVLCoreUtil::DeleteFile(path(u"file/inner"_s)));
+    QVERIFY(QFileInfo::exists(path(u"file"_s)));
 }
 
 void TstCoreUtil::pathsAreComparedBehindLinks_data()
@@ -412,78 +414,78 @@ void TstCoreUtil::pathsAreComparedBehindLinks_data()
     QTest::addColumn<QString>("folder");
     QTest::addColumn<bool>("isInside");
 
-    QTest::newRow("same") << u"folder"_qs << u"folder"_qs << true;
-    QTest::newRow("same with a slash") << u"folder/"_qs << u"folder"_qs << true;
-    QTest::newRow("same with dots") << u"folder/inner/.."_qs << u"./folder"_qs << true;
-    QTest::newRow("inside") << u"folder/inner"_qs << u"folder"_qs << true;
-    QTest::newRow("new and inside") << u"folder/new/a"_qs << u"folder"_qs << true;
-    QTest::newRow("both new") << u"new/a/b"_qs << u"new/a"_qs << true;
-    QTest::newRow("same by a link") << u"link"_qs << u"folder"_qs << true;
-    QTest::newRow("inside a link's target") << u"folder/inner"_qs << u"link"_qs << true;
-    QTest::newRow("new and inside by a link") << u"link/new"_qs << u"folder"_qs << true;
-    QTest::newRow("above") << u"folder"_qs << u"folder/inner"_qs << false;
-    QTest::newRow("beside") << u"folder/one.txt"_qs << u"folder/inner"_qs << false;
-    QTest::newRow("similar name") << u"folder 2"_qs << u"folder"_qs << false;
+    QTest::newRow("same") << u"folder"_s << u"folder"_s << true;
+    QTest::newRow("same with a slash") << u"folder/"_s << u"folder"_s << true;
+    QTest::newRow("same with dots") << u"folder/inner/.."_s << u"./folder"_s << true;
+    QTest::newRow("inside") << u"folder/inner"_s << u"folder"_s << true;
+    QTest::newRow("new and inside") << u"folder/new/a"_s << u"folder"_s << true;
+    QTest::newRow("both new") << u"new/a/b"_s << u"new/a"_s << true;
+    QTest::newRow("same by a link") << u"link"_s << u"folder"_s << true;
+    QTest::newRow("inside a link's target") << u"folder/inner"_s << u"link"_s << true;
+    QTest::newRow("new and inside by a link") << u"link/new"_s << u"folder"_s << true;
+    QTest::newRow("above") << u"folder"_s << u"folder/inner"_s << false;
+    QTest::newRow("beside") << u"folder/one.txt"_s << u"folder/inner"_s << false;
+    QTest::newRow("similar name") << u"folder 2"_s << u"folder"_s << false;
 }
 
 void TstCoreUtil::pathsAreComparedBehindLinks()
 {
     QFETCH(QString, name);
     QFETCH(QString, folder);
-    makeTree(u"folder"_qs);
-    QVERIFY(QFile::link(path(u"folder"_qs), path(u"link"_qs)));
+    makeTree(u"folder"_s);
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"link"_s)));
     QTEST(TVLCoreUtil::IsSameOrInside(path(name), path(folder)), "isInside");
-    QVERIFY(TVLCoreUtil::IsSameOrInside(path(name), u"/"_qs));
+    QVERIFY(TVLCoreUtil::IsSameOrInside(path(name), u"/"_s));
 }
 
 void TstCoreUtil::copyingAFolderCopiesEverything()
 {
-    makeTree(u"source"_qs);
-    const Tree before = tree(u"source"_qs);
-    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"new/target"_qs)));
-    QCOMPARE(tree(u"new/target"_qs), before);
-    QCOMPARE(tree(u"source"_qs), before);
+    makeTree(u"source"_s);
+    const Tree before = tree(u"source"_s);
+    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"new/target"_s)));
+    QCOMPARE(tree(u"new/target"_s), before);
+    QCOMPARE(tree(u"source"_s), before);
 }
 
 void TstCoreUtil::copyingIntoAnExistingFolderAddsToIt()
 {
-    makeTree(u"source"_qs);
-    makeFile(u"target/inner/own"_qs, "own");
-    Tree expected = tree(u"source"_qs);
-    expected.insert(u"inner/own"_qs, "own");
-    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source/"_qs), path(u"target/"_qs)));
-    QCOMPARE(tree(u"target"_qs), expected);
+    makeTree(u"source"_s);
+    makeFile(u"target/inner/own"_s, "own");
+    Tree expected = tree(u"source"_s);
+    expected.insert(u"inner/own"_s, "own");
+    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source/"_s), path(u"target/"_s)));
+    QCOMPARE(tree(u"target"_s), expected);
 }
 
 void TstCoreUtil::copyingReplacesNoFile()
 {
-    makeFile(u"source/file"_qs, "new");
-    makeFile(u"target/file"_qs, "old");
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"target"_qs)));
-    QCOMPARE(contentOf(u"target/file"_qs), "old");
+    makeFile(u"source/file"_s, "new");
+    makeFile(u"target/file"_s, "old");
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"target"_s)));
+    QCOMPARE(contentOf(u"target/file"_s), "old");
 
-    makeFile(u"source2/file/inner"_qs, "new");
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source2"_qs), path(u"target"_qs)));
-    QCOMPARE(contentOf(u"target/file"_qs), "old");
+    makeFile(u"source2/file/inner"_s, "new");
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source2"_s), path(u"target"_s)));
+    QCOMPARE(contentOf(u"target/file"_s), "old");
 }
 
 void TstCoreUtil::copyingDoesNotFollowLinksToFolders()
 {
-    makeFile(u"outside/file"_qs, "outside");
-    QVERIFY(QDir().mkpath(path(u"source"_qs)));
-    QVERIFY(QFile::link(path(u"outside"_qs), path(u"source/link"_qs)));
-    QVERIFY(QFile::link(path(u"source"_qs), path(u"source/circle"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"source/dead link"_qs)));
-    QVERIFY(QFile::link(path(u"outside/file"_qs), path(u"source/link to file"_qs)));
+    makeFile(u"outside/file"_s, "outside");
+    QVERIFY(QDir().mkpath(path(u"source"_s)));
+    QVERIFY(QFile::link(path(u"outside"_s), path(u"source/link"_s)));
+    QVERIFY(QFile::link(path(u"source"_s), path(u"source/circle"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"source/dead link"_s)));
+    QVERIFY(QFile::link(path(u"outside/file"_s), path(u"source/link to file"_s)));
 
-    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"target"_qs)));
-    const Tree expected = {{u"link"_qs, "->"},
-                           {u"circle"_qs, "->"},
-                           {u"dead link"_qs, "->"},
-                           {u"link to file"_qs, "outside"}};
-    QCOMPARE(tree(u"target"_qs), expected);
-    QCOMPARE(QFile::symLinkTarget(path(u"target/link"_qs)), path(u"outside"_qs));
-    QCOMPARE(QFile::symLinkTarget(path(u"target/dead link"_qs)), path(u"nowhere"_qs));
+    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"target"_s)));
+    const Tree expected = {{u"link"_s, "->"},
+                           {u"circle"_s, "->"},
+                           {u"dead link"_s, "->"},
+                           {u"link to file"_s, "outside"}};
+    QCOMPARE(tree(u"target"_s), expected);
+    QCOMPARE(QFile::symLinkTarget(path(u"target/link"_s)), path(u"outside"_s));
+    QCOMPARE(QFile::symLinkTarget(path(u"target/dead link"_s)), path(u"nowhere"_s));
 }
 
 void TstCoreUtil::copyingIsRefused_data()
@@ -491,57 +493,57 @@ void TstCoreUtil::copyingIsRefused_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("target");
 
-    QTest::newRow("no source") << u"missing"_qs << u"target"_qs;
-    QTest::newRow("source is a file") << u"file"_qs << u"target"_qs;
-    QTest::newRow("source is empty") << QString() << u"target"_qs;
-    QTest::newRow("target is empty") << u"source"_qs << QString();
-    QTest::newRow("target is a file") << u"source"_qs << u"file"_qs;
-    QTest::newRow("target is below a file") << u"source"_qs << u"file/target"_qs;
-    QTest::newRow("into itself") << u"source"_qs << u"source"_qs;
-    QTest::newRow("into itself with a slash") << u"source"_qs << u"source/"_qs;
-    QTest::newRow("into its own folder") << u"source"_qs << u"source/inner"_qs;
-    QTest::newRow("into a new folder of its own") << u"source"_qs << u"source/new/target"_qs;
-    QTest::newRow("into itself with dots") << u"source"_qs << u"other/../source/new"_qs;
+    QTest::newRow("no source") << u"missing"_s << u"target"_s;
+    QTest::newRow("source is a file") << u"file"_s << u"target"_s;
+    QTest::newRow("source is empty") << QString() << u"target"_s;
+    QTest::newRow("target is empty") << u"source"_s << QString();
+    QTest::newRow("target is a file") << u"source"_s << u"file"_s;
+    QTest::newRow("target is below a file") << u"source"_s << u"file/target"_s;
+    QTest::newRow("into itself") << u"source"_s << u"source"_s;
+    QTest::newRow("into itself with a slash") << u"source"_s << u"source/"_s;
+    QTest::newRow("into its own folder") << u"source"_s << u"source/inner"_s;
+    QTest::newRow("into a new folder of its own") << u"source"_s << u"source/new/target"_s;
+    QTest::newRow("into itself with dots") << u"source"_s << u"other/../source/new"_s;
 }
 
 void TstCoreUtil::copyingIsRefused()
 {
     QFETCH(QString, source);
     QFETCH(QString, target);
-    makeTree(u"source"_qs);
-    makeFile(u"file"_qs);
-    const Tree before = tree(u"."_qs);
+    makeTree(u"source"_s);
+    makeFile(u"file"_s);
+    const Tree before = tree(u"."_s);
     QVERIFY(!TVLCoreUtil::CopyDirectory(path(source), path(target)));
-    QCOMPARE(tree(u"."_qs), before);
+    QCOMPARE(tree(u"."_s), before);
 }
 
 void TstCoreUtil::copyingIntoItselfThroughALinkIsRefused()
 {
-    makeTree(u"source"_qs);
-    QVERIFY(QFile::link(path(u"source"_qs), path(u"link"_qs)));
-    const Tree before = tree(u"."_qs);
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"link"_qs)));
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"link/new/target"_qs)));
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"link"_qs), path(u"source/new"_qs)));
-    QVERIFY(!TVLCoreUtil::MoveDirectoryQuick(path(u"source"_qs), path(u"link/new"_qs)));
-    QCOMPARE(tree(u"."_qs), before);
+    makeTree(u"source"_s);
+    QVERIFY(QFile::link(path(u"source"_s), path(u"link"_s)));
+    const Tree before = tree(u"."_s);
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"link"_s)));
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"link/new/target"_s)));
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"link"_s), path(u"source/new"_s)));
+    QVERIFY(!TVLCoreUtil::MoveDirectoryQuick(path(u"source"_s), path(u"link/new"_s)));
+    QCOMPARE(tree(u"."_s), before);
 }
 
 void TstCoreUtil::copyingBesideAFolderOfSimilarNameWorks()
 {
-    makeTree(u"source"_qs);
-    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"source 2"_qs)));
-    QCOMPARE(tree(u"source 2"_qs), tree(u"source"_qs));
+    makeTree(u"source"_s);
+    QVERIFY(TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"source 2"_s)));
+    QCOMPARE(tree(u"source 2"_s), tree(u"source"_s));
 }
 
 void TstCoreUtil::copyingStopsAtAPipe()
 {
 #ifdef Q_OS_UNIX
-    makeFile(u"source/file"_qs);
-    const QByteArray pipe = QFile::encodeName(path(u"source/pipe"_qs));
+    makeFile(u"source/file"_s);
+    const QByteArray pipe = QFile::encodeName(path(u"source/pipe"_s));
     QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
-    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_qs), path(u"target"_qs)));
-    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"source"_qs)));
+    QVERIFY(!TVLCoreUtil::CopyDirectory(path(u"source"_s), path(u"target"_s)));
+    QVERIFY(TVLCoreUtil::DeleteFolderAndFiles(path(u"source"_s)));
 #endif
 }
 
@@ -549,105 +551,105 @@ void TstCoreUtil::movingAFolderMovesEverything_data()
 {
     QTest::addColumn<QString>("target");
 
-    QTest::newRow("free name") << u"target"_qs;
-    QTest::newRow("with a slash") << u"target/"_qs;
-    QTest::newRow("empty folder") << u"empty"_qs;
-    QTest::newRow("in a folder that doesn't exist") << u"new/folder/target"_qs;
+    QTest::newRow("free name") << u"target"_s;
+    QTest::newRow("with a slash") << u"target/"_s;
+    QTest::newRow("empty folder") << u"empty"_s;
+    QTest::newRow("in a folder that doesn't exist") << u"new/folder/target"_s;
 }
 
 void TstCoreUtil::movingAFolderMovesEverything()
 {
     QFETCH(QString, target);
-    makeTree(u"source"_qs);
-    QVERIFY(QDir().mkpath(path(u"empty"_qs)));
-    const Tree before = tree(u"source"_qs);
-    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_qs), path(target)));
+    makeTree(u"source"_s);
+    QVERIFY(QDir().mkpath(path(u"empty"_s)));
+    const Tree before = tree(u"source"_s);
+    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_s), path(target)));
     QCOMPARE(tree(target), before);
-    QVERIFY(!QFileInfo::exists(path(u"source"_qs)));
+    QVERIFY(!QFileInfo::exists(path(u"source"_s)));
 }
 
 void TstCoreUtil::movingIntoAFolderThatIsNotEmptyAddsToIt()
 {
-    makeTree(u"source"_qs);
-    makeFile(u"target/own"_qs, "own");
-    Tree expected = tree(u"source"_qs);
-    expected.insert(u"own"_qs, "own");
-    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_qs), path(u"target"_qs)));
-    QCOMPARE(tree(u"target"_qs), expected);
-    QVERIFY(!QFileInfo::exists(path(u"source"_qs)));
+    makeTree(u"source"_s);
+    makeFile(u"target/own"_s, "own");
+    Tree expected = tree(u"source"_s);
+    expected.insert(u"own"_s, "own");
+    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_s), path(u"target"_s)));
+    QCOMPARE(tree(u"target"_s), expected);
+    QVERIFY(!QFileInfo::exists(path(u"source"_s)));
 }
 
 void TstCoreUtil::movingToAnotherFileSystemCopies()
 {
-    const QTemporaryDir other(u"/dev/shm/tst_coreutil-XXXXXX"_qs);
-    if (!other.isValid() || QFile::rename(mFolder->path(), other.filePath(u"probe"_qs)))
+    const QTemporaryDir other(u"/dev/shm/tst_coreutil-XXXXXX"_s);
+    if (!other.isValid() || QFile::rename(mFolder->path(), other.filePath(u"probe"_s)))
         QSKIP("There is no other file system.");
-    makeTree(u"source"_qs);
-    makeFile(u"outside"_qs);
-    QVERIFY(QFile::link(path(u"outside"_qs), path(u"source/link"_qs)));
-    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_qs), other.filePath(u"target"_qs)));
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(other.filePath(u"target"_qs)), 8);
-    QVERIFY(!QFileInfo::exists(path(u"source"_qs)));
-    QCOMPARE(contentOf(u"outside"_qs), "content");
+    makeTree(u"source"_s);
+    makeFile(u"outside"_s);
+    QVERIFY(QFile::link(path(u"outside"_s), path(u"source/link"_s)));
+    QVERIFY(TVLCoreUtil::MoveDirectoryQuick(path(u"source"_s), other.filePath(u"target"_s)));
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(other.filePath(u"target"_s)), 8);
+    QVERIFY(!QFileInfo::exists(path(u"source"_s)));
+    QCOMPARE(contentOf(u"outside"_s), "content");
 }
 
 void TstCoreUtil::movingThatCannotReplaceAFileKeepsTheSource()
 {
-    makeTree(u"source"_qs);
-    makeFile(u"target/one.txt"_qs, "old");
-    const Tree before = tree(u"source"_qs);
-    QVERIFY(!TVLCoreUtil::MoveDirectoryQuick(path(u"source"_qs), path(u"target"_qs)));
-    QCOMPARE(tree(u"source"_qs), before);
-    QCOMPARE(contentOf(u"target/one.txt"_qs), "old");
+    makeTree(u"source"_s);
+    makeFile(u"target/one.txt"_s, "old");
+    const Tree before = tree(u"source"_s);
+    QVERIFY(!TVLCoreUtil::MoveDirectoryQuick(path(u"source"_s), path(u"target"_s)));
+    QCOMPARE(tree(u"source"_s), before);
+    QCOMPARE(contentOf(u"target/one.txt"_s), "old");
 }
 
 void TstCoreUtil::movingIsRefused_data()
 {
     copyingIsRefused_data();
-    QTest::newRow("out of the target") << u"source/inner"_qs << u"source"_qs;
-    QTest::newRow("far out of the target") << u"source/inner/deep"_qs << u"source"_qs;
+    QTest::newRow("out of the target") << u"source/inner"_s << u"source"_s;
+    QTest::newRow("far out of the target") << u"source/inner/deep"_s << u"source"_s;
 }
 
 void TstCoreUtil::movingIsRefused()
 {
     QFETCH(QString, source);
     QFETCH(QString, target);
-    makeTree(u"source"_qs);
-    makeFile(u"file"_qs);
-    const Tree before = tree(u"."_qs);
+    makeTree(u"source"_s);
+    makeFile(u"file"_s);
+    const Tree before = tree(u"."_s);
     QVERIFY(!TVLCoreUtil::MoveDirectoryQuick(path(source), path(target)));
-    QCOMPARE(tree(u"."_qs), before);
+    QCOMPARE(tree(u"."_s), before);
 }
 
 void TstCoreUtil::entriesAreCountedOnAllLevels()
 {
-    makeTree(u"folder"_qs);
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder"_qs)), 7);
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder/empty"_qs)), 0);
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder/one.txt"_qs)), 0);
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"missing"_qs)), 0);
+    makeTree(u"folder"_s);
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder"_s)), 7);
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder/empty"_s)), 0);
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder/one.txt"_s)), 0);
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"missing"_s)), 0);
     QCOMPARE(TVLCoreUtil::getFileAndDirCount(QString()), 0);
 }
 
 void TstCoreUtil::countingDoesNotFollowLinks()
 {
-    makeTree(u"outside"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
-    QVERIFY(QFile::link(path(u"outside"_qs), path(u"folder/link"_qs)));
-    QVERIFY(QFile::link(path(u"folder"_qs), path(u"folder/circle"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"folder/dead link"_qs)));
-    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder"_qs)), 3);
+    makeTree(u"outside"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
+    QVERIFY(QFile::link(path(u"outside"_s), path(u"folder/link"_s)));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"folder/circle"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"folder/dead link"_s)));
+    QCOMPARE(TVLCoreUtil::getFileAndDirCount(path(u"folder"_s)), 3);
 }
 
 void TstCoreUtil::onlyWhatCertainlyIsNotThereIsMissing()
 {
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
-    QVERIFY(QFile::link(u"nowhere"_qs, path(u"link"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
+    QVERIFY(QFile::link(u"nowhere"_s, path(u"link"_s)));
     for (const QString &name :
-         {u"file"_qs, u"folder"_qs, u"link"_qs, u"link/in nowhere"_qs, u"file/in a file"_qs})
+         {u"file"_s, u"folder"_s, u"link"_s, u"link/in nowhere"_s, u"file/in a file"_s})
         QVERIFY2(!TVLCoreUtil::IsMissing(path(name)), qPrintable(name));
-    for (const QString &name : {u"other"_qs, u"folder/other"_qs, u"other/in nothing"_qs})
+    for (const QString &name : {u"other"_s, u"folder/other"_s, u"other/in nothing"_s})
         QVERIFY2(TVLCoreUtil::IsMissing(path(name)), qPrintable(name));
 }
 
@@ -656,10 +658,10 @@ void TstCoreUtil::readabilityIsTold_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("isReadable");
 
-    QTest::newRow("file") << u"file"_qs << true;
-    QTest::newRow("folder") << u"folder"_qs << true;
-    QTest::newRow("missing") << u"missing"_qs << false;
-    QTest::newRow("below a file") << u"file/inner"_qs << false;
+    QTest::newRow("file") << u"file"_s << true;
+    QTest::newRow("folder") << u"folder"_s << true;
+    QTest::newRow("missing") << u"missing"_s << false;
+    QTest::newRow("below a file") << u"file/inner"_s << false;
     QTest::newRow("empty") << QString() << false;
 }
 
@@ -667,8 +669,8 @@ void TstCoreUtil::readabilityIsTold()
 {
     QFETCH(QString, name);
     QFETCH(bool, isReadable);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     QString error;
     QCOMPARE(TVLCoreUtil::IsReadable(path(name), &error), isReadable);
     QCOMPARE(error.isEmpty(), isReadable);
@@ -680,11 +682,11 @@ void TstCoreUtil::writabilityIsTold_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("isWritable");
 
-    QTest::newRow("file") << u"file"_qs << true;
-    QTest::newRow("folder") << u"folder"_qs << true;
-    QTest::newRow("new file") << u"folder/new"_qs << true;
-    QTest::newRow("in a folder that doesn't exist") << u"missing/new"_qs << false;
-    QTest::newRow("below a file") << u"file/new"_qs << false;
+    QTest::newRow("file") << u"file"_s << true;
+    QTest::newRow("folder") << u"folder"_s << true;
+    QTest::newRow("new file") << u"folder/new"_s << true;
+    QTest::newRow("in a folder that doesn't exist") << u"missing/new"_s << false;
+    QTest::newRow("below a file") << u"file/new"_s << false;
     QTest::newRow("empty") << QString() << false;
 }
 
@@ -692,14 +694,14 @@ void TstCoreUtil::writabilityIsTold()
 {
     QFETCH(QString, name);
     QFETCH(bool, isWritable);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
-    const Tree before = tree(u"."_qs);
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
+    const Tree before = tree(u"."_s);
     QString error;
     QCOMPARE(TVLCoreUtil::IsWritable(path(name), &error), isWritable);
     QCOMPARE(error.isEmpty(), isWritable);
     QCOMPARE(TVLCoreUtil::IsWritable(path(name), nullptr), isWritable);
-    QCOMPARE(tree(u"."_qs), before);
+    QCOMPARE(tree(u"."_s), before);
 }
 
 void TstCoreUtil::textReadsBack_data()
@@ -709,9 +711,9 @@ void TstCoreUtil::textReadsBack_data()
 
     const std::pair<const char *, QString> texts[] = {
         {"empty", QString()},
-        {"plain", u"Hello"_qs},
-        {"line ends", u"a\r\nb\nc\rd\r\n"_qs},
-        {"beyond ASCII", u"\u00c4\u00e9\u00df"_qs},
+        {"plain", u"Hello"_s},
+        {"line ends", u"a\r\nb\nc\rd\r\n"_s},
+        {"beyond ASCII", u"\u00c4\u00e9\u00df"_s},
         {"null character", QString(u'a') + QChar(0) + u'b'},
     };
     for (const char *codecName : {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE", "UTF-16",
@@ -719,8 +721,8 @@ void TstCoreUtil::textReadsBack_data()
         for (const auto &[name, text] : texts)
             QTest::addRow("%s in %s", name, codecName) << QByteArray(codecName) << text;
     }
-    QTest::newRow("beyond the BMP in UTF-8") << QByteArray("UTF-8") << u"\u4e2d\U0001f600"_qs;
-    QTest::newRow("beyond the BMP in UTF-16") << QByteArray("UTF-16LE") << u"\u4e2d\U0001f600"_qs;
+    QTest::newRow("beyond the BMP in UTF-8") << QByteArray("UTF-8") << u"\u4e2d\U0001f600"_s;
+    QTest::newRow("beyond the BMP in UTF-16") << QByteArray("UTF-16LE") << u"\u4e2d\U0001f600"_s;
     QTest::newRow("long") << QByteArray("UTF-8") << QString(3'000'000, QChar(0x4e2d));
 }
 
@@ -729,8 +731,8 @@ void TstCoreUtil::textReadsBack()
     QFETCH(QByteArray, codecName);
     QFETCH(QString, text);
     QString error;
-    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(text, path(u"file"_qs), &error, codecName));
-    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_qs), &error, codecName), text);
+    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(text, path(u"file"_s), &error, codecName));
+    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_s), &error, codecName), text);
     QCOMPARE(error, QString());
 }
 
@@ -749,8 +751,8 @@ void TstCoreUtil::textIsWrittenWithoutByteOrderMark_data()
 void TstCoreUtil::textIsWrittenWithoutByteOrderMark()
 {
     QFETCH(QByteArray, codecName);
-    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"\u00e4"_qs, path(u"file"_qs), nullptr, codecName));
-    QTEST(contentOf(u"file"_qs), "bytes");
+    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"\u00e4"_s, path(u"file"_s), nullptr, codecName));
+    QTEST(contentOf(u"file"_s), "bytes");
 }
 
 void TstCoreUtil::aByteOrderMarkWinsOverTheEncoding_data()
@@ -767,21 +769,21 @@ void TstCoreUtil::aByteOrderMarkWinsOverTheEncoding_data()
 void TstCoreUtil::aByteOrderMarkWinsOverTheEncoding()
 {
     QFETCH(QByteArray, bytes);
-    makeFile(u"file"_qs, bytes);
-    const QString text = u"\u00e4!"_qs;
-    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_qs), nullptr), text);
-    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_qs), nullptr, "ISO-8859-1"), text);
-    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_qs), nullptr, "UTF-16"), text);
+    makeFile(u"file"_s, bytes);
+    const QString text = u"\u00e4!"_s;
+    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_s), nullptr), text);
+    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_s), nullptr, "ISO-8859-1"), text);
+    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_s), nullptr, "UTF-16"), text);
 }
 
 void TstCoreUtil::withoutDetectionTheEncodingWins()
 {
-    makeFile(u"file"_qs, "\xef\xbb\xbf\xc3\xa4");
-    const QString file = path(u"file"_qs);
+    makeFile(u"file"_s, "\xef\xbb\xbf\xc3\xa4");
+    const QString file = path(u"file"_s);
     QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(file, nullptr, "ISO-8859-1", false),
-             u"\u00ef\u00bb\u00bf\u00c3\u00a4"_qs);
+             u"\u00ef\u00bb\u00bf\u00c3\u00a4"_s);
     // The encoding's own mark is still none of the text.
-    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(file, nullptr, "UTF-8", false), u"\u00e4"_qs);
+    QCOMPARE(TVLCoreUtil::ReadUnicodeTextFile(file, nullptr, "UTF-8", false), u"\u00e4"_s);
 }
 
 void TstCoreUtil::bytesThatMeanNothingBecomeReplacementCharacters_data()
@@ -794,30 +796,30 @@ void TstCoreUtil::bytesThatMeanNothingBecomeReplacementCharacters_data()
     QTest::newRow("wrong byte") << utf8
                                 << QByteArray("a\xff"
                                               "b")
-                                << u"a\ufffdb"_qs;
-    QTest::newRow("cut off") << utf8 << QByteArray("a\xc3") << u"a\ufffd"_qs;
+                                << u"a\ufffdb"_s;
+    QTest::newRow("cut off") << utf8 << QByteArray("a\xc3") << u"a\ufffd"_s;
     QTest::newRow("cut off in UTF-16") << QByteArray("UTF-16LE")
                                        << QByteArray("a\x00"
                                                      "b",
                                                      3)
-                                       << u"a\ufffd"_qs;
+                                       << u"a\ufffd"_s;
 }
 
 void TstCoreUtil::bytesThatMeanNothingBecomeReplacementCharacters()
 {
     QFETCH(QByteArray, codecName);
     QFETCH(QByteArray, bytes);
-    makeFile(u"file"_qs, bytes);
+    makeFile(u"file"_s, bytes);
     QString error;
-    QTEST(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_qs), &error, codecName), "text");
+    QTEST(TVLCoreUtil::ReadUnicodeTextFile(path(u"file"_s), &error, codecName), "text");
     QCOMPARE(error, QString());
 }
 
 void TstCoreUtil::charactersThatTheEncodingLacksAreReplaced()
 {
     QVERIFY(
-        TVLCoreUtil::WriteUnicodeTextFile(u"a\u4e2db"_qs, path(u"file"_qs), nullptr, "ISO-8859-1"));
-    QCOMPARE(contentOf(u"file"_qs), "a?b");
+        TVLCoreUtil::WriteUnicodeTextFile(u"a\u4e2db"_s, path(u"file"_s), nullptr, "ISO-8859-1"));
+    QCOMPARE(contentOf(u"file"_s), "a?b");
 }
 
 void TstCoreUtil::readingTextFails_data()
@@ -825,19 +827,19 @@ void TstCoreUtil::readingTextFails_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("codecName");
 
-    QTest::newRow("missing") << u"missing"_qs << QByteArray("UTF-8");
-    QTest::newRow("folder") << u"folder"_qs << QByteArray("UTF-8");
-    QTest::newRow("below a file") << u"file/inner"_qs << QByteArray("UTF-8");
-    QTest::newRow("unknown encoding") << u"file"_qs << QByteArray("No-Such-Encoding");
-    QTest::newRow("empty encoding") << u"file"_qs << QByteArray("");
+    QTest::newRow("missing") << u"missing"_s << QByteArray("UTF-8");
+    QTest::newRow("folder") << u"folder"_s << QByteArray("UTF-8");
+    QTest::newRow("below a file") << u"file/inner"_s << QByteArray("UTF-8");
+    QTest::newRow("unknown encoding") << u"file"_s << QByteArray("No-Such-Encoding");
+    QTest::newRow("empty encoding") << u"file"_s << QByteArray("");
 }
 
 void TstCoreUtil::readingTextFails()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, codecName);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     QString error;
     QVERIFY(TVLCoreUtil::ReadUnicodeTextFile(path(name), &error, codecName).isEmpty());
     QVERIFY(!error.isEmpty());
@@ -848,87 +850,87 @@ void TstCoreUtil::writingTextFails_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("folder") << u"folder"_qs;
-    QTest::newRow("in a folder that doesn't exist") << u"missing/file"_qs;
-    QTest::newRow("below a file") << u"file/inner"_qs;
+    QTest::newRow("folder") << u"folder"_s;
+    QTest::newRow("in a folder that doesn't exist") << u"missing/file"_s;
+    QTest::newRow("below a file") << u"file/inner"_s;
 }
 
 void TstCoreUtil::writingTextFails()
 {
     QFETCH(QString, name);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
-    const Tree before = tree(u"."_qs);
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
+    const Tree before = tree(u"."_s);
     QString error;
-    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"text"_qs, path(name), &error));
+    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"text"_s, path(name), &error));
     QVERIFY(!error.isEmpty());
-    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"text"_qs, path(name), nullptr));
-    QCOMPARE(tree(u"."_qs), before);
+    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"text"_s, path(name), nullptr));
+    QCOMPARE(tree(u"."_s), before);
 }
 
 void TstCoreUtil::writingToAFullDiskFails()
 {
-    const QString fullDisk = u"/dev/full"_qs;
+    const QString fullDisk = u"/dev/full"_s;
     if (!QFileInfo::exists(fullDisk))
         QSKIP("There is no device that is always full.");
     QString error;
-    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"a"_qs, fullDisk, &error));
+    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"a"_s, fullDisk, &error));
     QVERIFY(!error.isEmpty());
     QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(QString(1'000'000, u'a'), fullDisk, nullptr));
 }
 
 void TstCoreUtil::bytesReplaceThoseOfAFile()
 {
-    makeFile(u"file"_qs, "a longer content");
+    makeFile(u"file"_s, "a longer content");
     const QByteArray bytes("a\0b\xff", 4);
     bool couldOpen = false;
     QString error;
-    QVERIFY(TVLCoreUtil::WriteBinaryFile(bytes, path(u"file"_qs), &error, &couldOpen));
+    QVERIFY(TVLCoreUtil::WriteBinaryFile(bytes, path(u"file"_s), &error, &couldOpen));
     QVERIFY(couldOpen);
     QVERIFY(error.isEmpty());
-    QCOMPARE(contentOf(u"file"_qs), bytes);
+    QCOMPARE(contentOf(u"file"_s), bytes);
 }
 
 void TstCoreUtil::whetherAFileCouldBeOpenedIsToldApart()
 {
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     bool couldOpen = true;
-    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", path(u"folder"_qs), nullptr, &couldOpen));
+    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", path(u"folder"_s), nullptr, &couldOpen));
     QVERIFY(!couldOpen);
-    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", u"/dev/full"_qs, nullptr, &couldOpen));
+    QVERIFY(!TVLCoreUtil::WriteBinaryFile("text", u"/dev/full"_s, nullptr, &couldOpen));
     QVERIFY(couldOpen);
 }
 
 void TstCoreUtil::anUnknownEncodingLeavesTheFileAsItWas()
 {
-    makeFile(u"file"_qs);
+    makeFile(u"file"_s);
     QString error;
-    QVERIFY(!TVLCoreUtil::WriteUnicodeTextFile(u"text"_qs, path(u"file"_qs), &error,
-                                               "No-Such-Encoding"));
-    QVERIFY(error.contains(u"No-Such-Encoding"_qs));
-    QCOMPARE(contentOf(u"file"_qs), "content");
+    QVERIFY(
+        !TVLCoreUtil::WriteUnicodeTextFile(u"text"_s, path(u"file"_s), &error, "No-Such-Encoding"));
+    QVERIFY(error.contains(u"No-Such-Encoding"_s));
+    QCOMPARE(contentOf(u"file"_s), "content");
 }
 
 void TstCoreUtil::writingReplacesALongerText()
 {
-    makeFile(u"file"_qs, "a longer text");
-    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"short"_qs, path(u"file"_qs), nullptr));
-    QCOMPARE(contentOf(u"file"_qs), "short");
-    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(QString(), path(u"file"_qs), nullptr));
-    QCOMPARE(contentOf(u"file"_qs), "");
+    makeFile(u"file"_s, "a longer text");
+    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"short"_s, path(u"file"_s), nullptr));
+    QCOMPARE(contentOf(u"file"_s), "short");
+    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(QString(), path(u"file"_s), nullptr));
+    QCOMPARE(contentOf(u"file"_s), "");
 }
 
 void TstCoreUtil::bytesAreReadAsTheyAre()
 {
     const QByteArray bytes("\xef\xbb\xbf\r\n\x00\xff", 7);
-    makeFile(u"file"_qs, bytes);
-    makeFile(u"empty"_qs, "");
+    makeFile(u"file"_s, bytes);
+    makeFile(u"empty"_s, "");
     bool ok = false;
-    QCOMPARE(TVLCoreUtil::ReadBinaryFile(path(u"file"_qs), &ok), bytes);
+    QCOMPARE(TVLCoreUtil::ReadBinaryFile(path(u"file"_s), &ok), bytes);
     QVERIFY(ok);
-    QCOMPARE(TVLCoreUtil::ReadBinaryFile(path(u"file"_qs)), bytes);
+    QCOMPARE(TVLCoreUtil::ReadBinaryFile(path(u"file"_s)), bytes);
     ok = false;
-    QVERIFY(TVLCoreUtil::ReadBinaryFile(path(u"empty"_qs), &ok).isEmpty());
+    QVERIFY(TVLCoreUtil::ReadBinaryFile(path(u"empty"_s), &ok).isEmpty());
     QVERIFY(ok);
 }
 
@@ -936,16 +938,16 @@ void TstCoreUtil::readingBytesFails_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("missing") << u"missing"_qs;
-    QTest::newRow("folder") << u"folder"_qs;
-    QTest::newRow("below a file") << u"file/inner"_qs;
+    QTest::newRow("missing") << u"missing"_s;
+    QTest::newRow("folder") << u"folder"_s;
+    QTest::newRow("below a file") << u"file/inner"_s;
 }
 
 void TstCoreUtil::readingBytesFails()
 {
     QFETCH(QString, name);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     bool ok = true;
     QVERIFY(TVLCoreUtil::ReadBinaryFile(path(name), &ok).isEmpty());
     QVERIFY(!ok);
@@ -955,10 +957,10 @@ void TstCoreUtil::readingBytesFails()
 void TstCoreUtil::fileNamesAreSorted()
 {
     for (const char *name : {"b", "a.txt", "c", "10", "9", ".hidden"})
-        makeFile(u"folder/"_qs + QString::fromLatin1(name));
-    QVERIFY(QDir().mkpath(path(u"folder/inner"_qs)));
-    QCOMPARE(TVLCoreUtil::fileNames(path(u"folder"_qs)),
-             QStringList({u"10"_qs, u"9"_qs, u"a.txt"_qs, u"b"_qs, u"c"_qs}));
+        makeFile(u"folder/"_s + QString::fromLatin1(name));
+    QVERIFY(QDir().mkpath(path(u"folder/inner"_s)));
+    QCOMPARE(TVLCoreUtil::fileNames(path(u"folder"_s)),
+             QStringList({u"10"_s, u"9"_s, u"a.txt"_s, u"b"_s, u"c"_s}));
 }
 
 void TstCoreUtil::thereAreNoFileNamesWithoutAFolder_data()
@@ -966,23 +968,23 @@ void TstCoreUtil::thereAreNoFileNamesWithoutAFolder_data()
     QTest::addColumn<QString>("name");
 
     QTest::newRow("empty path") << QString();
-    QTest::newRow("missing") << u"missing"_qs;
-    QTest::newRow("file") << u"file"_qs;
-    QTest::newRow("empty folder") << u"folder"_qs;
+    QTest::newRow("missing") << u"missing"_s;
+    QTest::newRow("file") << u"file"_s;
+    QTest::newRow("empty folder") << u"folder"_s;
 }
 
 void TstCoreUtil::thereAreNoFileNamesWithoutAFolder()
 {
     QFETCH(QString, name);
-    makeFile(u"file"_qs);
-    QVERIFY(QDir().mkpath(path(u"folder"_qs)));
+    makeFile(u"file"_s);
+    QVERIFY(QDir().mkpath(path(u"folder"_s)));
     QCOMPARE(TVLCoreUtil::fileNames(path(name)), QStringList());
 }
 
 void TstCoreUtil::theTempFolderIsMade()
 {
     const Environment environment({{"TMPDIR", QFile::encodeName(mFolder->path())}});
-    const QString expected = path(u"Tavelinor"_qs);
+    const QString expected = path(u"Tavelinor"_s);
     QVERIFY(!QFileInfo::exists(expected));
     QCOMPARE(TVLCoreUtil::GetTavelinorTempPath(), expected);
     QVERIFY(QFileInfo(expected).isDir());
@@ -1002,9 +1004,9 @@ void TstCoreUtil::aTempPathIsFree_data()
     QTest::addColumn<QString>("extension");
     QTest::addColumn<QString>("tail");
 
-    QTest::newRow("without dot") << u"xml"_qs << u".xml"_qs;
-    QTest::newRow("with dot") << u".rtf"_qs << u".rtf"_qs;
-    QTest::newRow("double") << u"tar.gz"_qs << u".tar.gz"_qs;
+    QTest::newRow("without dot") << u"xml"_s << u".xml"_s;
+    QTest::newRow("with dot") << u".rtf"_s << u".rtf"_s;
+    QTest::newRow("double") << u"tar.gz"_s << u".tar.gz"_s;
     QTest::newRow("none") << QString() << QString();
 }
 
@@ -1014,12 +1016,12 @@ void TstCoreUtil::aTempPathIsFree()
     QFETCH(QString, tail);
     const Environment environment({{"TMPDIR", QFile::encodeName(mFolder->path())}});
     const QString first = TVLCoreUtil::GetNewTempFilePath(extension);
-    QCOMPARE(QFileInfo(first).absolutePath(), path(u"Tavelinor"_qs));
+    QCOMPARE(QFileInfo(first).absolutePath(), path(u"Tavelinor"_s));
     QVERIFY(first.endsWith(tail));
     QCOMPARE(QFileInfo(first).fileName().size(), 36 + tail.size());
     QVERIFY(!QFileInfo::exists(first));
     QVERIFY(first != TVLCoreUtil::GetNewTempFilePath(extension));
-    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"text"_qs, first, nullptr));
+    QVERIFY(TVLCoreUtil::WriteUnicodeTextFile(u"text"_s, first, nullptr));
 }
 
 void TstCoreUtil::aFileNameIsMadeUnique_data()
@@ -1029,25 +1031,25 @@ void TstCoreUtil::aFileNameIsMadeUnique_data()
     QTest::addColumn<QString>("unique");
 
     const QStringList none;
-    QTest::newRow("free") << none << u"a.txt"_qs << u"a.txt"_qs;
-    QTest::newRow("taken") << QStringList{u"a.txt"_qs} << u"a.txt"_qs << u"a 1.txt"_qs;
-    QTest::newRow("taken twice") << QStringList{u"a.txt"_qs, u"a 1.txt"_qs} << u"a.txt"_qs
-                                 << u"a 2.txt"_qs;
-    QTest::newRow("gap") << QStringList{u"a.txt"_qs, u"a 2.txt"_qs} << u"a.txt"_qs << u"a 1.txt"_qs;
-    QTest::newRow("no extension") << QStringList{u"a"_qs} << u"a"_qs << u"a 1"_qs;
-    QTest::newRow("several dots") << QStringList{u"a.b.txt"_qs} << u"a.b.txt"_qs << u"a.b 1.txt"_qs;
-    QTest::newRow("leading dot") << QStringList{u".a"_qs} << u".a"_qs << u".a 1"_qs;
+    QTest::newRow("free") << none << u"a.txt"_s << u"a.txt"_s;
+    QTest::newRow("taken") << QStringList{u"a.txt"_s} << u"a.txt"_s << u"a 1.txt"_s;
+    QTest::newRow("taken twice") << QStringList{u"a.txt"_s, u"a 1.txt"_s} << u"a.txt"_s
+                                 << u"a 2.txt"_s;
+    QTest::newRow("gap") << QStringList{u"a.txt"_s, u"a 2.txt"_s} << u"a.txt"_s << u"a 1.txt"_s;
+    QTest::newRow("no extension") << QStringList{u"a"_s} << u"a"_s << u"a 1"_s;
+    QTest::newRow("several dots") << QStringList{u"a.b.txt"_s} << u"a.b.txt"_s << u"a.b 1.txt"_s;
+    QTest::newRow("leading dot") << QStringList{u".a"_s} << u".a"_s << u".a 1"_s;
     QTest::newRow("folder of that name")
-        << QStringList{u"a.txt/inner"_qs} << u"a.txt"_qs << u"a 1.txt"_qs;
-    QTest::newRow("other extension") << QStringList{u"a.rtf"_qs} << u"a.txt"_qs << u"a.txt"_qs;
-    QTest::newRow("dead link of that name") << none << u"dead.txt"_qs << u"dead 1.txt"_qs;
+        << QStringList{u"a.txt/inner"_s} << u"a.txt"_s << u"a 1.txt"_s;
+    QTest::newRow("other extension") << QStringList{u"a.rtf"_s} << u"a.txt"_s << u"a.txt"_s;
+    QTest::newRow("dead link of that name") << none << u"dead.txt"_s << u"dead 1.txt"_s;
 }
 
 void TstCoreUtil::aFileNameIsMadeUnique()
 {
     QFETCH(QStringList, taken);
     QFETCH(QString, name);
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"dead.txt"_qs)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"dead.txt"_s)));
     for (const QString &each : taken)
         makeFile(each);
     QTEST(TVLCoreUtil::GetUniqueFileName(mFolder->path(), name), "unique");
@@ -1060,12 +1062,12 @@ void TstCoreUtil::theLoginNameComesFromTheEnvironment_data()
     QTest::addColumn<QByteArray>("userName");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("all") << QByteArray("a") << QByteArray("b") << QByteArray("c") << u"a"_qs;
-    QTest::newRow("second") << QByteArray("") << QByteArray("b") << QByteArray("c") << u"b"_qs;
-    QTest::newRow("third") << QByteArray("") << QByteArray("") << QByteArray("c") << u"c"_qs;
+    QTest::newRow("all") << QByteArray("a") << QByteArray("b") << QByteArray("c") << u"a"_s;
+    QTest::newRow("second") << QByteArray("") << QByteArray("b") << QByteArray("c") << u"b"_s;
+    QTest::newRow("third") << QByteArray("") << QByteArray("") << QByteArray("c") << u"c"_s;
     QTest::newRow("none") << QByteArray("") << QByteArray("") << QByteArray("") << QString();
     QTest::newRow("beyond ASCII") << QByteArray("J\xc3\xb6rg") << QByteArray("") << QByteArray("")
-                                  << u"J\u00f6rg"_qs;
+                                  << u"J\u00f6rg"_s;
 }
 
 void TstCoreUtil::theLoginNameComesFromTheEnvironment()

@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QDateTime NewYear2020(QDate(2020, 1, 1), QTime(0, 0), Qt::UTC);
@@ -151,7 +153,7 @@ void TstDoors::theValuesAreThoseOfEveryMachine()
 {
     const TVLReplay replay(42);
     QCOMPARE(nextNumbers(3), QList<quint32>({3548655438, 2003459968, 1553277671}));
-    QCOMPARE(tvlNewUuid().toString(), u"{7e56f9a5-0031-4ce7-98cc-284903756c83}"_qs);
+    QCOMPARE(tvlNewUuid().toString(), u"{7e56f9a5-0031-4ce7-98cc-284903756c83}"_s);
 }
 
 void TstDoors::numbersDoNotShiftIdentities()

@@ -13,6 +13,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 // What can't be written or read is made by wrong kinds of entries and not by permissions, which
 // don't stop the superuser.
 class TstGuiUtil : public QObject
@@ -51,12 +53,12 @@ private:
 void TstGuiUtil::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir(mFolder->path()).mkpath(u"folder/inner"_qs));
-    QFile file(path(u"file"_qs));
+    QVERIFY(QDir(mFolder->path()).mkpath(u"folder/inner"_s));
+    QFile file(path(u"file"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(QFile::link(path(u"folder"_qs), path(u"link to folder"_qs)));
-    QVERIFY(QFile::link(path(u"file"_qs), path(u"link to file"_qs)));
-    QVERIFY(QFile::link(path(u"nowhere"_qs), path(u"dead link"_qs)));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"link to folder"_s)));
+    QVERIFY(QFile::link(path(u"file"_s), path(u"link to file"_s)));
+    QVERIFY(QFile::link(path(u"nowhere"_s), path(u"dead link"_s)));
     mMessageBoxes = std::make_unique<TVLUnattendedMessageBoxes>();
 }
 
@@ -84,18 +86,18 @@ void TstGuiUtil::aLocationIsWritable_data()
     QTest::addColumn<bool>("asFile");
 
     QTest::newRow("empty") << QString() << false << false;
-    QTest::newRow("folder") << u"folder"_qs << true << false;
-    QTest::newRow("folder with slash") << u"folder/"_qs << true << false;
-    QTest::newRow("file") << u"file"_qs << false << true;
-    QTest::newRow("link to a folder") << u"link to folder"_qs << true << false;
-    QTest::newRow("link to a file") << u"link to file"_qs << false << true;
-    QTest::newRow("dead link") << u"dead link"_qs << false << true;
-    QTest::newRow("in a folder") << u"folder/new"_qs << true << true;
-    QTest::newRow("far below a folder") << u"folder/a/b/c"_qs << true << true;
-    QTest::newRow("beside a folder that doesn't exist") << u"folder/a/../b"_qs << true << true;
-    QTest::newRow("below a file") << u"file/new"_qs << false << false;
-    QTest::newRow("far below a file") << u"file/a/b/c"_qs << false << false;
-    QTest::newRow("below a dead link") << u"dead link/new"_qs << false << false;
+    QTest::newRow("folder") << u"folder"_s << true << false;
+    QTest::newRow("folder with slash") << u"folder/"_s << true << false;
+    QTest::newRow("file") << u"file"_s << false << true;
+    QTest::newRow("link to a folder") << u"link to folder"_s << true << false;
+    QTest::newRow("link to a file") << u"link to file"_s << false << true;
+    QTest::newRow("dead link") << u"dead link"_s << false << true;
+    QTest::newRow("in a folder") << u"folder/new"_s << true << true;
+    QTest::newRow("far below a folder") << u"folder/a/b/c"_s << true << true;
+    QTest::newRow("beside a folder that doesn't exist") << u"folder/a/../b"_s << true << true;
+    QTest::newRow("below a file") << u"file/new"_s << false << false;
+    QTest::newRow("far below a file") << u"file/a/b/c"_s << false << false;
+    QTest::newRow("below a dead link") << u"dead link/new"_s << false << false;
 }
 
 void TstGuiUtil::aLocationIsWritable()
@@ -114,13 +116,13 @@ void TstGuiUtil::aLocationIsReadable_data()
     QTest::addColumn<bool>("isReadable");
 
     QTest::newRow("empty") << QString() << false;
-    QTest::newRow("folder") << u"folder"_qs << true;
-    QTest::newRow("file") << u"file"_qs << true;
-    QTest::newRow("link to a folder") << u"link to folder"_qs << true;
-    QTest::newRow("link to a file") << u"link to file"_qs << true;
-    QTest::newRow("dead link") << u"dead link"_qs << false;
-    QTest::newRow("nothing") << u"folder/new"_qs << false;
-    QTest::newRow("below a file") << u"file/new"_qs << false;
+    QTest::newRow("folder") << u"folder"_s << true;
+    QTest::newRow("file") << u"file"_s << true;
+    QTest::newRow("link to a folder") << u"link to folder"_s << true;
+    QTest::newRow("link to a file") << u"link to file"_s << true;
+    QTest::newRow("dead link") << u"dead link"_s << false;
+    QTest::newRow("nothing") << u"folder/new"_s << false;
+    QTest::newRow("below a file") << u"file/new"_s << false;
 }
 
 void TstGuiUtil::aLocationIsReadable()
@@ -132,7 +134,7 @@ void TstGuiUtil::aLocationIsReadable()
 
 void TstGuiUtil::theAnswerFollowsTheFileSystem()
 {
-    const QString inner = path(u"folder/inner"_qs);
+    const QString inner = path(u"folder/inner"_s);
     QVERIFY(TVLGuiUtil::CanReadLocation(inner, false, nullptr));
     QVERIFY(TVLGuiUtil::CanWriteLocation(inner, true, false, nullptr));
 
@@ -147,8 +149,8 @@ void TstGuiUtil::theAnswerFollowsTheFileSystem()
 
 void TstGuiUtil::permissionsCount()
 {
-    const QString folder = path(u"folder"_qs);
-    const QString file = path(u"file"_qs);
+    const QString folder = path(u"folder"_s);
+    const QString file = path(u"file"_s);
     QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     QFile probe(file);
@@ -156,8 +158,8 @@ void TstGuiUtil::permissionsCount()
         QSKIP("This user may write to everything.");
 
     QVERIFY(!TVLGuiUtil::CanWriteLocation(folder, true, false, nullptr));
-    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_qs, true, false, nullptr));
-    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_qs, false, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_s, true, false, nullptr));
+    QVERIFY(!TVLGuiUtil::CanWriteLocation(folder + u"/new"_s, false, false, nullptr));
     QVERIFY(!TVLGuiUtil::CanWriteLocation(file, false, false, nullptr));
     QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
@@ -169,17 +171,17 @@ void TstGuiUtil::aRefusalIsShownOnRequest_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("text");
 
-    const QString writeTitle = u"Write Error"_qs;
-    const QString writeText = u"Cannot write to the location: '%1'"_qs;
-    const QString readTitle = u"Read Error"_qs;
-    const QString readText = u"Cannot read the location: '%1'"_qs;
-    QTest::newRow("write") << true << u"file/new"_qs << writeTitle << writeText;
+    const QString writeTitle = u"Write Error"_s;
+    const QString writeText = u"Cannot write to the location: '%1'"_s;
+    const QString readTitle = u"Read Error"_s;
+    const QString readText = u"Cannot read the location: '%1'"_s;
+    QTest::newRow("write") << true << u"file/new"_s << writeTitle << writeText;
     QTest::newRow("write to an empty path") << true << QString() << writeTitle << writeText;
-    QTest::newRow("read") << false << u"missing"_qs << readTitle << readText;
+    QTest::newRow("read") << false << u"missing"_s << readTitle << readText;
     QTest::newRow("read an empty path") << false << QString() << readTitle << readText;
     QTest::newRow("read what looks like markup")
-        << false << u"<b>bold</b>"_qs << readTitle << readText;
-    QTest::newRow("read what looks like a place") << false << u"%1 %2"_qs << readTitle << readText;
+        << false << u"<b>bold</b>"_s << readTitle << readText;
+    QTest::newRow("read what looks like a place") << false << u"%1 %2"_s << readTitle << readText;
 }
 
 void TstGuiUtil::aRefusalIsShownOnRequest()
@@ -214,9 +216,9 @@ void TstGuiUtil::aRefusalIsShownOnRequest()
 
 void TstGuiUtil::nothingIsShownWhenAllIsWell()
 {
-    const QString folder = path(u"folder"_qs);
+    const QString folder = path(u"folder"_s);
     QVERIFY(TVLGuiUtil::CanWriteLocation(folder, true, true, nullptr));
-    QVERIFY(TVLGuiUtil::CanWriteLocation(path(u"file"_qs), false, true, nullptr));
+    QVERIFY(TVLGuiUtil::CanWriteLocation(path(u"file"_s), false, true, nullptr));
     QVERIFY(TVLGuiUtil::CanReadLocation(folder, true, nullptr));
     QVERIFY(mMessageBoxes->boxes().isEmpty());
 }
@@ -228,24 +230,24 @@ void TstGuiUtil::aMoveIsAllowedWhereItChangesSomething_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<bool>("isAllowed");
     // The tree is a b(c d(e)) f, and an empty target is the top level.
-    QTest::newRow("on itself") << u"b"_qs << u"b"_qs << -1 << false;
-    QTest::newRow("into itself") << u"b"_qs << u"b"_qs << 1 << false;
-    QTest::newRow("into its child") << u"b"_qs << u"d"_qs << 0 << false;
-    QTest::newRow("far below itself") << u"b"_qs << u"e"_qs << 0 << false;
-    QTest::newRow("before itself") << u"b"_qs << QString() << 1 << false;
-    QTest::newRow("behind itself") << u"b"_qs << QString() << 2 << false;
-    QTest::newRow("before itself below another") << u"d"_qs << u"b"_qs << 1 << false;
-    QTest::newRow("the last to the end") << u"f"_qs << QString() << -1 << false;
-    QTest::newRow("the last of another to the end") << u"d"_qs << u"b"_qs << -1 << false;
-    QTest::newRow("up") << u"b"_qs << QString() << 0 << true;
-    QTest::newRow("down") << u"b"_qs << QString() << 3 << true;
-    QTest::newRow("to the end") << u"a"_qs << QString() << -1 << true;
-    QTest::newRow("up in another") << u"d"_qs << u"b"_qs << 0 << true;
-    QTest::newRow("to the end of another") << u"c"_qs << u"b"_qs << -1 << true;
-    QTest::newRow("to its own row elsewhere") << u"c"_qs << QString() << 0 << true;
-    QTest::newRow("into its grandparent") << u"e"_qs << u"b"_qs << 1 << true;
-    QTest::newRow("into a sibling") << u"a"_qs << u"f"_qs << 0 << true;
-    QTest::newRow("out to the top") << u"e"_qs << QString() << 1 << true;
+    QTest::newRow("on itself") << u"b"_s << u"b"_s << -1 << false;
+    QTest::newRow("into itself") << u"b"_s << u"b"_s << 1 << false;
+    QTest::newRow("into its child") << u"b"_s << u"d"_s << 0 << false;
+    QTest::newRow("far below itself") << u"b"_s << u"e"_s << 0 << false;
+    QTest::newRow("before itself") << u"b"_s << QString() << 1 << false;
+    QTest::newRow("behind itself") << u"b"_s << QString() << 2 << false;
+    QTest::newRow("before itself below another") << u"d"_s << u"b"_s << 1 << false;
+    QTest::newRow("the last to the end") << u"f"_s << QString() << -1 << false;
+    QTest::newRow("the last of another to the end") << u"d"_s << u"b"_s << -1 << false;
+    QTest::newRow("up") << u"b"_s << QString() << 0 << true;
+    QTest::newRow("down") << u"b"_s << QString() << 3 << true;
+    QTest::newRow("to the end") << u"a"_s << QString() << -1 << true;
+    QTest::newRow("up in another") << u"d"_s << u"b"_s << 0 << true;
+    QTest::newRow("to the end of another") << u"c"_s << u"b"_s << -1 << true;
+    QTest::newRow("to its own row elsewhere") << u"c"_s << QString() << 0 << true;
+    QTest::newRow("into its grandparent") << u"e"_s << u"b"_s << 1 << true;
+    QTest::newRow("into a sibling") << u"a"_s << u"f"_s << 0 << true;
+    QTest::newRow("out to the top") << u"e"_s << QString() << 1 << true;
 }
 
 namespace {
@@ -254,14 +256,14 @@ namespace {
 std::unique_ptr<QStandardItemModel> smallTree()
 {
     auto model = std::make_unique<QStandardItemModel>();
-    auto *const b = new QStandardItem(u"b"_qs);
-    auto *const d = new QStandardItem(u"d"_qs);
-    model->appendRow(new QStandardItem(u"a"_qs));
+    auto *const b = new QStandardItem(u"b"_s);
+    auto *const d = new QStandardItem(u"d"_s);
+    model->appendRow(new QStandardItem(u"a"_s));
     model->appendRow(b);
-    model->appendRow(new QStandardItem(u"f"_qs));
-    b->appendRow(new QStandardItem(u"c"_qs));
+    model->appendRow(new QStandardItem(u"f"_s));
+    b->appendRow(new QStandardItem(u"c"_s));
     b->appendRow(d);
-    d->appendRow(new QStandardItem(u"e"_qs));
+    d->appendRow(new QStandardItem(u"e"_s));
     return model;
 }
 
@@ -288,7 +290,7 @@ void TstGuiUtil::aMoveIsAllowedWhereItChangesSomething()
 void TstGuiUtil::otherActionsThanMovesAreAllowedAnywhere()
 {
     const auto model = smallTree();
-    const QModelIndex b = titled(*model, u"b"_qs);
+    const QModelIndex b = titled(*model, u"b"_s);
     for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
         QVERIFY(TVLGuiUtil::allowMove(b, b.parent(), b, 0, action));
         QVERIFY(TVLGuiUtil::allowMove(b, b.parent(), QModelIndex(), 1, action));

@@ -11,28 +11,30 @@
 #include <QTextCursor>
 #include <QTextTable>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Texts that look like marks or parts of them, with any number of backslashes. */
 QString randomMarkText(QRandomGenerator *random)
 {
     static const QString pieces[] = {
-        u"{annotation|"_qs,
-        u"|annotation}"_qs,
-        u"{footnote|"_qs,
-        u"|footnote}"_qs,
-        u"{"_qs,
-        u"|"_qs,
-        u"}"_qs,
-        u"\\"_qs,
-        u"\\\\"_qs,
-        u"annotation"_qs,
-        u"footnote"_qs,
-        u"{\\annotation|"_qs,
-        u"|\\\\footnote}"_qs,
-        u"x"_qs,
-        u" "_qs,
-        u"\u2028"_qs,
+        u"{annotation|"_s,
+        u"|annotation}"_s,
+        u"{footnote|"_s,
+        u"|footnote}"_s,
+        u"{"_s,
+        u"|"_s,
+        u"}"_s,
+        u"\\"_s,
+        u"\\\\"_s,
+        u"annotation"_s,
+        u"footnote"_s,
+        u"{\\annotation|"_s,
+        u"|\\\\footnote}"_s,
+        u"x"_s,
+        u" "_s,
+        u"\u2028"_s,
     };
     QString text;
     for (int i = 1 + random->bounded(5); i > 0; --i)
@@ -63,7 +65,7 @@ void insertRandomRuns(QTextCursor *cursor, QRandomGenerator *random)
         if (random->bounded(8) == 0) {
             QTextImageFormat image;
             image.merge(randomFormat(random));
-            image.setName(u"picture"_qs);
+            image.setName(u"picture"_s);
             image.setWidth(3);
             cursor->insertImage(image);
         } else {
@@ -115,43 +117,43 @@ void TstInlineMarkup::notesBecomeMarks_data()
     const auto row = [](const char *name, const QString &text, const QString &marked) {
         QTest::newRow(name) << text << marked;
     };
-    row("empty", u""_qs, u""_qs);
-    row("plain", u"one {two} | three"_qs, u"one {two} | three"_qs);
-    row("annotation", u"a<a:b>c"_qs, u"a{annotation|b|annotation}c"_qs);
-    row("footnote", u"a<f:b>c"_qs, u"a{footnote|b|footnote}c"_qs);
-    row("both", u"a<a,f:b>c"_qs, u"a{footnote|{annotation|b|annotation}|footnote}c"_qs);
-    row("annotation within a footnote", u"<f:a><a,f:b><f:c>"_qs,
-        u"{footnote|a{annotation|b|annotation}c|footnote}"_qs);
-    row("a footnote within an annotation parts it", u"<a:a><a,f:b><a:c>"_qs,
+    row("empty", u""_s, u""_s);
+    row("plain", u"one {two} | three"_s, u"one {two} | three"_s);
+    row("annotation", u"a<a:b>c"_s, u"a{annotation|b|annotation}c"_s);
+    row("footnote", u"a<f:b>c"_s, u"a{footnote|b|footnote}c"_s);
+    row("both", u"a<a,f:b>c"_s, u"a{footnote|{annotation|b|annotation}|footnote}c"_s);
+    row("annotation within a footnote", u"<f:a><a,f:b><f:c>"_s,
+        u"{footnote|a{annotation|b|annotation}c|footnote}"_s);
+    row("a footnote within an annotation parts it", u"<a:a><a,f:b><a:c>"_s,
         u"{annotation|a|annotation}{footnote|{annotation|b|annotation}|footnote}"
-        u"{annotation|c|annotation}"_qs);
-    row("one after the other", u"<a:a><f:b>"_qs,
-        u"{annotation|a|annotation}{footnote|b|footnote}"_qs);
-    row("other formats do not part it", u"<a:a><a,b:b><a:c>"_qs,
-        u"{annotation|a<b:b>c|annotation}"_qs);
-    row("over a paragraph's end", u"<a:a\nb>"_qs,
-        u"{annotation|a|annotation}\n{annotation|b|annotation}"_qs);
-    row("over an empty paragraph", u"<a:a\n\nb>"_qs,
-        u"{annotation|a|annotation}\n\n{annotation|b|annotation}"_qs);
-    row("picture in an annotation", u"<a,p:x.png>y"_qs, u"{annotation|<p:x.png>|annotation}y"_qs);
-    row("literal marks", u"{annotation|x|annotation}"_qs, u"{\\annotation|x|\\annotation}"_qs);
-    row("literal footnote marks", u"{footnote|x|footnote}"_qs, u"{\\footnote|x|\\footnote}"_qs);
-    row("literal marks with backslashes", u"{\\annotation|x|\\\\annotation}"_qs,
-        u"{\\\\annotation|x|\\\\\\annotation}"_qs);
-    row("nearly marks", u"{annotation} {annotations| |annotation| {ann|"_qs,
-        u"{annotation} {annotations| |annotation| {ann|"_qs);
-    row("marks are case sensitive", u"{Annotation|"_qs, u"{Annotation|"_qs);
-    row("literal marks in a note", u"<a:{annotation|x>"_qs,
-        u"{annotation|{\\annotation|x|annotation}"_qs);
-    row("literal marks with one bar", u"{annotation|annotation}"_qs,
-        u"{\\annotation|\\annotation}"_qs);
-    row("a literal mark over two formats", u"{anno<b:tation|>"_qs, u"{\\anno<b:tation|>"_qs);
-    row("a mark's bar after a text's brace", u"<a:{annotation>"_qs,
-        u"{annotation|{\\annotation|annotation}"_qs);
-    row("a mark's bar before a text's brace", u"<a:annotation}>"_qs,
-        u"{annotation|\\annotation}|annotation}"_qs);
-    row("a mark's bar in another kind of mark", u"<f:{annotation>"_qs,
-        u"{footnote|{\\annotation|footnote}"_qs);
+        u"{annotation|c|annotation}"_s);
+    row("one after the other", u"<a:a><f:b>"_s,
+        u"{annotation|a|annotation}{footnote|b|footnote}"_s);
+    row("other formats do not part it", u"<a:a><a,b:b><a:c>"_s,
+        u"{annotation|a<b:b>c|annotation}"_s);
+    row("over a paragraph's end", u"<a:a\nb>"_s,
+        u"{annotation|a|annotation}\n{annotation|b|annotation}"_s);
+    row("over an empty paragraph", u"<a:a\n\nb>"_s,
+        u"{annotation|a|annotation}\n\n{annotation|b|annotation}"_s);
+    row("picture in an annotation", u"<a,p:x.png>y"_s, u"{annotation|<p:x.png>|annotation}y"_s);
+    row("literal marks", u"{annotation|x|annotation}"_s, u"{\\annotation|x|\\annotation}"_s);
+    row("literal footnote marks", u"{footnote|x|footnote}"_s, u"{\\footnote|x|\\footnote}"_s);
+    row("literal marks with backslashes", u"{\\annotation|x|\\\\annotation}"_s,
+        u"{\\\\annotation|x|\\\\\\annotation}"_s);
+    row("nearly marks", u"{annotation} {annotations| |annotation| {ann|"_s,
+        u"{annotation} {annotations| |annotation| {ann|"_s);
+    row("marks are case sensitive", u"{Annotation|"_s, u"{Annotation|"_s);
+    row("literal marks in a note", u"<a:{annotation|x>"_s,
+        u"{annotation|{\\annotation|x|annotation}"_s);
+    row("literal marks with one bar", u"{annotation|annotation}"_s,
+        u"{\\annotation|\\annotation}"_s);
+    row("a literal mark over two formats", u"{anno<b:tation|>"_s, u"{\\anno<b:tation|>"_s);
+    row("a mark's bar after a text's brace", u"<a:{annotation>"_s,
+        u"{annotation|{\\annotation|annotation}"_s);
+    row("a mark's bar before a text's brace", u"<a:annotation}>"_s,
+        u"{annotation|\\annotation}|annotation}"_s);
+    row("a mark's bar in another kind of mark", u"<f:{annotation>"_s,
+        u"{footnote|{\\annotation|footnote}"_s);
 }
 
 void TstInlineMarkup::notesBecomeMarks()
@@ -173,25 +175,25 @@ void TstInlineMarkup::damagedMarksStayAsText_data()
     const auto row = [](const char *name, const QString &marked, const QString &text) {
         QTest::newRow(name) << marked << text;
     };
-    row("no end", u"a{annotation|b"_qs, u"a{annotation|b"_qs);
-    row("no start", u"a|annotation}b"_qs, u"a|annotation}b"_qs);
-    row("end first", u"|annotation}a{annotation|"_qs, u"|annotation}a{annotation|"_qs);
-    row("two starts", u"{annotation|a{annotation|b|annotation}"_qs, u"{annotation|a<a:b>"_qs);
-    row("two ends", u"{annotation|a|annotation}b|annotation}"_qs, u"<a:a>b|annotation}"_qs);
-    row("other kind of end", u"{annotation|a|footnote}"_qs, u"{annotation|a|footnote}"_qs);
-    row("end in another paragraph", u"{annotation|a\nb|annotation}"_qs,
-        u"{annotation|a\nb|annotation}"_qs);
-    row("crossed", u"{annotation|a{footnote|b|annotation}c|footnote}"_qs, u"<a:a><a,f:b><f:c>"_qs);
-    row("footnote within an annotation", u"{annotation|a{footnote|b|footnote}|annotation}"_qs,
-        u"<a:a><a,f:b>"_qs);
-    row("nothing between", u"a{annotation||annotation}b"_qs, u"ab"_qs);
-    row("one bar for two", u"{annotation|annotation}"_qs, u"{annotation|annotation}"_qs);
-    row("one bar for two and an end", u"{annotation|annotation}b|annotation}"_qs,
-        u"<a:annotation}b>"_qs);
-    row("backslashes without need", u"{\\annotation|a{\\\\footnote|"_qs,
-        u"{annotation|a{\\footnote|"_qs);
-    row("cut off", u"{annotation"_qs, u"{annotation"_qs);
-    row("only backslashes", u"{\\\\\\"_qs, u"{\\\\\\"_qs);
+    row("no end", u"a{annotation|b"_s, u"a{annotation|b"_s);
+    row("no start", u"a|annotation}b"_s, u"a|annotation}b"_s);
+    row("end first", u"|annotation}a{annotation|"_s, u"|annotation}a{annotation|"_s);
+    row("two starts", u"{annotation|a{annotation|b|annotation}"_s, u"{annotation|a<a:b>"_s);
+    row("two ends", u"{annotation|a|annotation}b|annotation}"_s, u"<a:a>b|annotation}"_s);
+    row("other kind of end", u"{annotation|a|footnote}"_s, u"{annotation|a|footnote}"_s);
+    row("end in another paragraph", u"{annotation|a\nb|annotation}"_s,
+        u"{annotation|a\nb|annotation}"_s);
+    row("crossed", u"{annotation|a{footnote|b|annotation}c|footnote}"_s, u"<a:a><a,f:b><f:c>"_s);
+    row("footnote within an annotation", u"{annotation|a{footnote|b|footnote}|annotation}"_s,
+        u"<a:a><a,f:b>"_s);
+    row("nothing between", u"a{annotation||annotation}b"_s, u"ab"_s);
+    row("one bar for two", u"{annotation|annotation}"_s, u"{annotation|annotation}"_s);
+    row("one bar for two and an end", u"{annotation|annotation}b|annotation}"_s,
+        u"<a:annotation}b>"_s);
+    row("backslashes without need", u"{\\annotation|a{\\\\footnote|"_s,
+        u"{annotation|a{\\footnote|"_s);
+    row("cut off", u"{annotation"_s, u"{annotation"_s);
+    row("only backslashes", u"{\\\\\\"_s, u"{\\\\\\"_s);
 }
 
 void TstInlineMarkup::damagedMarksStayAsText()
@@ -225,21 +227,21 @@ void TstInlineMarkup::anyDocumentComesBack()
         const QString difference = differenceOfTexts(*original, *document);
         QVERIFY2(
             difference.isEmpty(),
-            qPrintable(u"seed %1: %2\n%3\n%4\n%5"_qs.arg(seed).arg(
+            qPrintable(u"seed %1: %2\n%3\n%4\n%5"_s.arg(seed).arg(
                 difference, describeText(original.get()), marked, describeText(document.get()))));
     }
 }
 
 void TstInlineMarkup::marksHaveTheFormatOfTheirRun()
 {
-    const auto document = makeText(u"a<a,b:b><a,c1:c>d"_qs);
+    const auto document = makeText(u"a<a,b:b><a,c1:c>d"_s);
     TVLInlineMarkup::toMarkup(document.get());
-    QCOMPARE(describeText(document.get()), u"a<b:{annotation|b><c1:c|annotation}>d"_qs);
+    QCOMPARE(describeText(document.get()), u"a<b:{annotation|b><c1:c|annotation}>d"_s);
 }
 
 void TstInlineMarkup::eachDirectionIsOneUndoStep()
 {
-    const QString text = u"a<a:{annotation|b>c\n<f:d><a,f:e>"_qs;
+    const QString text = u"a<a:{annotation|b>c\n<f:d><a,f:e>"_s;
     const auto document = makeText(text);
     TVLInlineMarkup::toMarkup(document.get());
     const QString marked = describeText(document.get());
@@ -255,7 +257,7 @@ void TstInlineMarkup::eachDirectionIsOneUndoStep()
 
 void TstInlineMarkup::aTextWithoutMarksIsLeftAlone()
 {
-    const auto document = makeText(u"a {b} | <b:c> \\ annotation\n\n<c1:d>"_qs);
+    const auto document = makeText(u"a {b} | <b:c> \\ annotation\n\n<c1:d>"_s);
     const QSignalSpy changes(document.get(), &QTextDocument::contentsChange);
     TVLInlineMarkup::toMarkup(document.get());
     TVLInlineMarkup::fromMarkup(document.get());

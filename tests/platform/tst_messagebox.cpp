@@ -15,6 +15,8 @@
 #include <functional>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Box = TVLUnattendedMessageBoxes::Box;
@@ -114,21 +116,21 @@ QString pathOf(Entity entity)
 {
     switch (entity) {
     case TVLMessageBox::ProjectEntity:
-        return u"/home/jo/My Novel.tavel"_qs;
+        return u"/home/jo/My Novel.tavel"_s;
     case TVLMessageBox::DirectoryEntity:
-        return u"/home/jo/Texts"_qs;
+        return u"/home/jo/Texts"_s;
     case TVLMessageBox::FileEntity:
-        return u"/home/jo/Texts/one.rtf"_qs;
+        return u"/home/jo/Texts/one.rtf"_s;
     case TVLMessageBox::CompileSettingsEntity:
-        return u"My Settings"_qs;
+        return u"My Settings"_s;
     case TVLMessageBox::ExportedCompileSettingsEntity:
-        return u"/home/jo/settings.xml"_qs;
+        return u"/home/jo/settings.xml"_s;
     case TVLMessageBox::ApplicationSettingsEntity:
-        return u"/home/jo/app.ini"_qs;
+        return u"/home/jo/app.ini"_s;
     case TVLMessageBox::TemplateEntity:
-        return u"My Template"_qs;
+        return u"My Template"_s;
     }
-    return u"/home/jo/Something"_qs;
+    return u"/home/jo/Something"_s;
 }
 
 /** Puts a mark before each text that goes through it. */
@@ -244,196 +246,192 @@ void TstMessageBox::anEntityHasItsWords_data()
 
     QTest::newRow("overwrite, project")
         << Overwrite << TVLMessageBox::ProjectEntity
-        << u"Project 'My Novel.tavel' already exists."_qs
-        << u"The project at '/home/jo/My Novel.tavel' already exists. If you continue this project will be overwritten. Continue?"_qs;
+        << u"Project 'My Novel.tavel' already exists."_s
+        << u"The project at '/home/jo/My Novel.tavel' already exists. If you continue this project will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, directory")
-        << Overwrite << TVLMessageBox::DirectoryEntity << u"Directory 'Texts' already exists."_qs
-        << u"The directory at '/home/jo/Texts' already exists. If you continue this directory will be overwritten. Continue?"_qs;
+        << Overwrite << TVLMessageBox::DirectoryEntity << u"Directory 'Texts' already exists."_s
+        << u"The directory at '/home/jo/Texts' already exists. If you continue this directory will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, file")
-        << Overwrite << TVLMessageBox::FileEntity << u"File 'one.rtf' already exists."_qs
-        << u"File at '/home/jo/Texts/one.rtf' already exists. If you continue this file will be overwritten. Continue?"_qs;
+        << Overwrite << TVLMessageBox::FileEntity << u"File 'one.rtf' already exists."_s
+        << u"File at '/home/jo/Texts/one.rtf' already exists. If you continue this file will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, compile settings")
         << Overwrite << TVLMessageBox::CompileSettingsEntity
-        << u"Compile Settings 'My Settings' already exists. "_qs
-        << u"Compile settings with the name 'My Settings' already exists. If you continue these settings will be overwritten. Continue?"_qs;
+        << u"Compile Settings 'My Settings' already exists. "_s
+        << u"Compile settings with the name 'My Settings' already exists. If you continue these settings will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, exported compile settings")
         << Overwrite << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Compile Settings 'settings.xml' already exists."_qs
-        << u"Exported compile settings at '/home/jo/settings.xml' already exists. If you continue these settings will be overwritten. Continue?"_qs;
+        << u"Compile Settings 'settings.xml' already exists."_s
+        << u"Exported compile settings at '/home/jo/settings.xml' already exists. If you continue these settings will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, application settings")
         << Overwrite << TVLMessageBox::ApplicationSettingsEntity
-        << u"Application Settings 'app.ini' already exists."_qs
-        << u"Application settings at '/home/jo/app.ini' already exists. If you continue these settings will be overwritten. Continue?"_qs;
+        << u"Application Settings 'app.ini' already exists."_s
+        << u"Application settings at '/home/jo/app.ini' already exists. If you continue these settings will be overwritten. Continue?"_s;
     QTest::newRow("overwrite, template")
-        << Overwrite << TVLMessageBox::TemplateEntity
-        << u"Template 'My Template' already exists."_qs
-        << u"Template 'My Template' already exists. If you continue this template will be overwritten. Continue?"_qs;
+        << Overwrite << TVLMessageBox::TemplateEntity << u"Template 'My Template' already exists."_s
+        << u"Template 'My Template' already exists. If you continue this template will be overwritten. Continue?"_s;
     QTest::newRow("remove, project")
-        << Remove << TVLMessageBox::ProjectEntity << u"Remove project: My Novel.tavel"_qs
-        << u"Remove project at: /home/jo/My Novel.tavel"_qs;
+        << Remove << TVLMessageBox::ProjectEntity << u"Remove project: My Novel.tavel"_s
+        << u"Remove project at: /home/jo/My Novel.tavel"_s;
     QTest::newRow("remove, directory")
-        << Remove << TVLMessageBox::DirectoryEntity << u"Remove directory: Texts"_qs
-        << u"Remove directory at: /home/jo/Texts"_qs;
+        << Remove << TVLMessageBox::DirectoryEntity << u"Remove directory: Texts"_s
+        << u"Remove directory at: /home/jo/Texts"_s;
     QTest::newRow("remove, file") << Remove << TVLMessageBox::FileEntity
-                                  << u"Remove file: one.rtf"_qs
-                                  << u"Remove file at: /home/jo/Texts/one.rtf"_qs;
+                                  << u"Remove file: one.rtf"_s
+                                  << u"Remove file at: /home/jo/Texts/one.rtf"_s;
     QTest::newRow("remove, compile settings")
         << Remove << TVLMessageBox::CompileSettingsEntity
-        << u"Remove compile settings: My Settings"_qs << QString();
+        << u"Remove compile settings: My Settings"_s << QString();
     QTest::newRow("remove, exported compile settings")
         << Remove << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Remove exported compile settings: settings.xml"_qs
-        << u"Remove exported compile settings at: /home/jo/settings.xml"_qs;
+        << u"Remove exported compile settings: settings.xml"_s
+        << u"Remove exported compile settings at: /home/jo/settings.xml"_s;
     QTest::newRow("remove, application settings")
         << Remove << TVLMessageBox::ApplicationSettingsEntity
-        << u"Remove application settings: app.ini"_qs
-        << u"Remove application settings at: /home/jo/app.ini"_qs;
+        << u"Remove application settings: app.ini"_s
+        << u"Remove application settings at: /home/jo/app.ini"_s;
     QTest::newRow("remove, template") << Remove << TVLMessageBox::TemplateEntity
-                                      << u"Remove template: My Template"_qs << QString();
+                                      << u"Remove template: My Template"_s << QString();
     QTest::newRow("reset, compile settings")
-        << Reset << TVLMessageBox::CompileSettingsEntity
-        << u"Reset compile settings to defaults?"_qs
-        << u"This action will reset your settings to the default values and cannot be undone. Continue?"_qs;
+        << Reset << TVLMessageBox::CompileSettingsEntity << u"Reset compile settings to defaults?"_s
+        << u"This action will reset your settings to the default values and cannot be undone. Continue?"_s;
     QTest::newRow("reset, application settings")
         << Reset << TVLMessageBox::ApplicationSettingsEntity
-        << u"Reset application settings to defaults?"_qs
-        << u"This action will reset your settings to the default values and cannot be undone. Continue?"_qs;
+        << u"Reset application settings to defaults?"_s
+        << u"This action will reset your settings to the default values and cannot be undone. Continue?"_s;
     QTest::newRow("not created, project")
         << NotCreated << TVLMessageBox::ProjectEntity
-        << u"Could not create project: My Novel.tavel"_qs
-        << u"Could not create project at: /home/jo/My Novel.tavel"_qs;
+        << u"Could not create project: My Novel.tavel"_s
+        << u"Could not create project at: /home/jo/My Novel.tavel"_s;
     QTest::newRow("not created, directory")
-        << NotCreated << TVLMessageBox::DirectoryEntity << u"Could not create directory: Texts"_qs
-        << u"Could not create directory at: /home/jo/Texts"_qs;
+        << NotCreated << TVLMessageBox::DirectoryEntity << u"Could not create directory: Texts"_s
+        << u"Could not create directory at: /home/jo/Texts"_s;
     QTest::newRow("not created, file")
-        << NotCreated << TVLMessageBox::FileEntity << u"Could not create file: one.rtf"_qs
-        << u"Could not create file at: /home/jo/Texts/one.rtf"_qs;
+        << NotCreated << TVLMessageBox::FileEntity << u"Could not create file: one.rtf"_s
+        << u"Could not create file at: /home/jo/Texts/one.rtf"_s;
     QTest::newRow("not opened, project")
-        << NotOpened << TVLMessageBox::ProjectEntity << u"Could not open project: My Novel.tavel"_qs
-        << u"File does not exist at: /home/jo/My Novel.tavel"_qs;
+        << NotOpened << TVLMessageBox::ProjectEntity << u"Could not open project: My Novel.tavel"_s
+        << u"File does not exist at: /home/jo/My Novel.tavel"_s;
     QTest::newRow("not opened, directory")
-        << NotOpened << TVLMessageBox::DirectoryEntity << u"Could not open directory: Texts"_qs
-        << u"Could not open directory at: /home/jo/Texts"_qs;
+        << NotOpened << TVLMessageBox::DirectoryEntity << u"Could not open directory: Texts"_s
+        << u"Could not open directory at: /home/jo/Texts"_s;
     QTest::newRow("not opened, file")
-        << NotOpened << TVLMessageBox::FileEntity << u"Could not open file: one.rtf"_qs
-        << u"Could not open file at: /home/jo/Texts/one.rtf"_qs;
+        << NotOpened << TVLMessageBox::FileEntity << u"Could not open file: one.rtf"_s
+        << u"Could not open file at: /home/jo/Texts/one.rtf"_s;
     QTest::newRow("not opened, compile settings")
         << NotOpened << TVLMessageBox::CompileSettingsEntity
-        << u"Could not open compile settings: My Settings"_qs << QString();
+        << u"Could not open compile settings: My Settings"_s << QString();
     QTest::newRow("not opened, exported compile settings")
         << NotOpened << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Could not open exported compile settings: settings.xml"_qs
-        << u"Could not open exported compile settings at: /home/jo/settings.xml"_qs;
+        << u"Could not open exported compile settings: settings.xml"_s
+        << u"Could not open exported compile settings at: /home/jo/settings.xml"_s;
     QTest::newRow("not opened, application settings")
         << NotOpened << TVLMessageBox::ApplicationSettingsEntity
-        << u"Could not open application settings: app.ini"_qs
-        << u"Could not open application settings at: /home/jo/app.ini"_qs;
-    QTest::newRow("not opened, template")
-        << NotOpened << TVLMessageBox::TemplateEntity << u"Could not open template: My Template"_qs
-        << QString();
+        << u"Could not open application settings: app.ini"_s
+        << u"Could not open application settings at: /home/jo/app.ini"_s;
+    QTest::newRow("not opened, template") << NotOpened << TVLMessageBox::TemplateEntity
+                                          << u"Could not open template: My Template"_s << QString();
     QTest::newRow("not read, directory")
-        << NotRead << TVLMessageBox::DirectoryEntity << u"Could not read directory: Texts"_qs
-        << u"Could not read directory at: /home/jo/Texts"_qs;
+        << NotRead << TVLMessageBox::DirectoryEntity << u"Could not read directory: Texts"_s
+        << u"Could not read directory at: /home/jo/Texts"_s;
     QTest::newRow("not read, file")
-        << NotRead << TVLMessageBox::FileEntity << u"Could not read file: one.rtf"_qs
-        << u"Could not read file at: /home/jo/Texts/one.rtf"_qs;
+        << NotRead << TVLMessageBox::FileEntity << u"Could not read file: one.rtf"_s
+        << u"Could not read file at: /home/jo/Texts/one.rtf"_s;
     QTest::newRow("not read, compile settings")
         << NotRead << TVLMessageBox::CompileSettingsEntity
-        << u"Could not read compile settings: My Settings"_qs << QString();
+        << u"Could not read compile settings: My Settings"_s << QString();
     QTest::newRow("not read, exported compile settings")
         << NotRead << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Could not import compile settings: settings.xml"_qs
-        << u"Could not import compile settings at: /home/jo/settings.xml"_qs;
+        << u"Could not import compile settings: settings.xml"_s
+        << u"Could not import compile settings at: /home/jo/settings.xml"_s;
     QTest::newRow("not read, application settings")
         << NotRead << TVLMessageBox::ApplicationSettingsEntity
-        << u"Could not read application settings: app.ini"_qs
-        << u"Could not read application settings at: /home/jo/app.ini"_qs;
+        << u"Could not read application settings: app.ini"_s
+        << u"Could not read application settings at: /home/jo/app.ini"_s;
     QTest::newRow("not read, template") << NotRead << TVLMessageBox::TemplateEntity
-                                        << u"Could not read template: My Template"_qs << QString();
+                                        << u"Could not read template: My Template"_s << QString();
     QTest::newRow("not removed, project")
         << NotRemoved << TVLMessageBox::ProjectEntity
-        << u"Could not remove project: My Novel.tavel"_qs
-        << u"Could not remove project at: /home/jo/My Novel.tavel"_qs;
+        << u"Could not remove project: My Novel.tavel"_s
+        << u"Could not remove project at: /home/jo/My Novel.tavel"_s;
     QTest::newRow("not removed, directory")
-        << NotRemoved << TVLMessageBox::DirectoryEntity << u"Could not remove directory: Texts"_qs
-        << u"Could not remove directory at: /home/jo/Texts"_qs;
+        << NotRemoved << TVLMessageBox::DirectoryEntity << u"Could not remove directory: Texts"_s
+        << u"Could not remove directory at: /home/jo/Texts"_s;
     QTest::newRow("not removed, file")
-        << NotRemoved << TVLMessageBox::FileEntity << u"Could not remove file: one.rtf"_qs
-        << u"Could remove file at: /home/jo/Texts/one.rtf"_qs;
+        << NotRemoved << TVLMessageBox::FileEntity << u"Could not remove file: one.rtf"_s
+        << u"Could remove file at: /home/jo/Texts/one.rtf"_s;
     QTest::newRow("not removed, compile settings")
         << NotRemoved << TVLMessageBox::CompileSettingsEntity
-        << u"Could not remove compile settings: My Settings"_qs << QString();
+        << u"Could not remove compile settings: My Settings"_s << QString();
     QTest::newRow("not removed, exported compile settings")
         << NotRemoved << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Could not remove exported compile settings: settings.xml"_qs
-        << u"Could not remove exported compile settings at: /home/jo/settings.xml"_qs;
+        << u"Could not remove exported compile settings: settings.xml"_s
+        << u"Could not remove exported compile settings at: /home/jo/settings.xml"_s;
     QTest::newRow("not removed, application settings")
         << NotRemoved << TVLMessageBox::ApplicationSettingsEntity
-        << u"Could not remove application settings: app.ini"_qs
-        << u"Could not remove application settings at: /home/jo/app.ini"_qs;
+        << u"Could not remove application settings: app.ini"_s
+        << u"Could not remove application settings at: /home/jo/app.ini"_s;
     QTest::newRow("not removed, template")
         << NotRemoved << TVLMessageBox::TemplateEntity
-        << u"Could not remove template: My Template"_qs << QString();
+        << u"Could not remove template: My Template"_s << QString();
     QTest::newRow("not written, project")
-        << NotWritten << TVLMessageBox::ProjectEntity
-        << u"Could not save project: My Novel.tavel"_qs
-        << u"Tavelinor does not allow saving to a project's .tavel folder.\n\nPlease select another location."_qs;
+        << NotWritten << TVLMessageBox::ProjectEntity << u"Could not save project: My Novel.tavel"_s
+        << u"Tavelinor does not allow saving to a project's .tavel folder.\n\nPlease select another location."_s;
     QTest::newRow("not written, directory")
-        << NotWritten << TVLMessageBox::DirectoryEntity << u"Could not write to directory: Texts"_qs
-        << u"Could not write to directory at: /home/jo/Texts\nPlease check the file is not in use by any other applications."_qs;
+        << NotWritten << TVLMessageBox::DirectoryEntity << u"Could not write to directory: Texts"_s
+        << u"Could not write to directory at: /home/jo/Texts\nPlease check the file is not in use by any other applications."_s;
     QTest::newRow("not written, file")
-        << NotWritten << TVLMessageBox::FileEntity << u"Could not save file: one.rtf"_qs
-        << u"Could not save file at: /home/jo/Texts/one.rtf\nPlease check the file is not in use by any other applications."_qs;
+        << NotWritten << TVLMessageBox::FileEntity << u"Could not save file: one.rtf"_s
+        << u"Could not save file at: /home/jo/Texts/one.rtf\nPlease check the file is not in use by any other applications."_s;
     QTest::newRow("not written, compile settings")
         << NotWritten << TVLMessageBox::CompileSettingsEntity
-        << u"Could not save compile settings: My Settings"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save compile settings: My Settings"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not written, exported compile settings")
         << NotWritten << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Could not save export compile settings: settings.xml"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save export compile settings: settings.xml"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not written, application settings")
         << NotWritten << TVLMessageBox::ApplicationSettingsEntity
-        << u"Could not save application settings: app.ini"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save application settings: app.ini"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not written, template")
-        << NotWritten << TVLMessageBox::TemplateEntity << u"Could not save template: My Template"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << NotWritten << TVLMessageBox::TemplateEntity << u"Could not save template: My Template"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not opened to write, project")
         << NotOpenedToWrite << TVLMessageBox::ProjectEntity
-        << u"Could not save project: My Novel.tavel"_qs
-        << u"Tavelinor does not allow saving to a project's .tavel folder.\n\nPlease select another location."_qs;
+        << u"Could not save project: My Novel.tavel"_s
+        << u"Tavelinor does not allow saving to a project's .tavel folder.\n\nPlease select another location."_s;
     QTest::newRow("not opened to write, directory")
         << NotOpenedToWrite << TVLMessageBox::DirectoryEntity
-        << u"Could not write to directory: Texts"_qs
-        << u"Could not write to the directory at: /home/jo/Texts"_qs;
+        << u"Could not write to directory: Texts"_s
+        << u"Could not write to the directory at: /home/jo/Texts"_s;
     QTest::newRow("not opened to write, file")
-        << NotOpenedToWrite << TVLMessageBox::FileEntity << u"Could not save file: one.rtf"_qs
-        << u"Could not save file at: /home/jo/Texts/one.rtf\nPlease check the file is not in use by any other applications."_qs;
+        << NotOpenedToWrite << TVLMessageBox::FileEntity << u"Could not save file: one.rtf"_s
+        << u"Could not save file at: /home/jo/Texts/one.rtf\nPlease check the file is not in use by any other applications."_s;
     QTest::newRow("not opened to write, compile settings")
         << NotOpenedToWrite << TVLMessageBox::CompileSettingsEntity
-        << u"Could not save compile settings: My Settings"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save compile settings: My Settings"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not opened to write, exported compile settings")
         << NotOpenedToWrite << TVLMessageBox::ExportedCompileSettingsEntity
-        << u"Could not save export compile settings: settings.xml"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save export compile settings: settings.xml"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not opened to write, application settings")
         << NotOpenedToWrite << TVLMessageBox::ApplicationSettingsEntity
-        << u"Could not save application settings: app.ini"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save application settings: app.ini"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("not opened to write, template")
         << NotOpenedToWrite << TVLMessageBox::TemplateEntity
-        << u"Could not save template: My Template"_qs
-        << u"Please check the file is not in use by any other application."_qs;
+        << u"Could not save template: My Template"_s
+        << u"Please check the file is not in use by any other application."_s;
     QTest::newRow("incompatible, project")
         << Incompatible << TVLMessageBox::ProjectEntity
-        << u"Project 'My Novel.tavel' is incompatible with this version of Tavelinor."_qs
-        << u"The project at '/home/jo/My Novel.tavel' is incompatible with this version of Tavelinor."_qs;
+        << u"Project 'My Novel.tavel' is incompatible with this version of Tavelinor."_s
+        << u"The project at '/home/jo/My Novel.tavel' is incompatible with this version of Tavelinor."_s;
     QTest::newRow("to be updated, project")
         << ToBeUpdated << TVLMessageBox::ProjectEntity
-        << u"Project 'My Novel.tavel' needs to be updated."_qs
-        << u"The project at '/home/jo/My Novel.tavel' is from a previous version of Tavelinor and needs updating. Updating this project will make it incompatible with earlier versions of Tavelinor."_qs;
+        << u"Project 'My Novel.tavel' needs to be updated."_s
+        << u"The project at '/home/jo/My Novel.tavel' is from a previous version of Tavelinor and needs updating. Updating this project will make it incompatible with earlier versions of Tavelinor."_s;
 }
 
 void TstMessageBox::anEntityHasItsWords()
@@ -498,7 +496,7 @@ void TstMessageBox::anEntityWithoutWordsShowsNothing()
 {
     QFETCH(const Message, message);
     QFETCH(const int, entity);
-    QCOMPARE(show(message, Entity(entity), u"/home/jo/x"_qs), QMessageBox::Cancel);
+    QCOMPARE(show(message, Entity(entity), u"/home/jo/x"_s), QMessageBox::Cancel);
     QCOMPARE(mBoxes->boxes().size(), 0);
 }
 
@@ -525,7 +523,7 @@ void TstMessageBox::buttonsAreAsAsked()
 void TstMessageBox::theAnswerIsGivenBack()
 {
     mBoxes->setAnswer(QMessageBox::Yes);
-    QCOMPARE(TVLMessageBox::confirmOverwrite(nullptr, TVLMessageBox::FileEntity, u"/a"_qs),
+    QCOMPARE(TVLMessageBox::confirmOverwrite(nullptr, TVLMessageBox::FileEntity, u"/a"_s),
              QMessageBox::Yes);
     QCOMPARE(TVLMessageBox::confirmReset(nullptr, TVLMessageBox::ApplicationSettingsEntity),
              QMessageBox::Yes);
@@ -541,7 +539,7 @@ void TstMessageBox::anErrorStandsInPlaceOfTheAdvice_data()
 void TstMessageBox::anErrorStandsInPlaceOfTheAdvice()
 {
     QFETCH(const Entity, entity);
-    const QString error = u"The disk with %1 is full."_qs;
+    const QString error = u"The disk with %1 is full."_s;
     TVLMessageBox::couldNotWrite(nullptr, entity, pathOf(entity), QString(), error);
     TVLMessageBox::couldNotOpenForWrite(nullptr, entity, pathOf(entity), error);
     show(NotWritten, entity, pathOf(entity));
@@ -554,25 +552,25 @@ void TstMessageBox::anErrorStandsInPlaceOfTheAdvice()
 
 void TstMessageBox::aFailedWriteHasTheTitleGiven()
 {
-    TVLMessageBox::couldNotWrite(nullptr, TVLMessageBox::FileEntity, u"/a/b.txt"_qs,
-                                 u"Export Error"_qs, QString());
+    TVLMessageBox::couldNotWrite(nullptr, TVLMessageBox::FileEntity, u"/a/b.txt"_s,
+                                 u"Export Error"_s, QString());
     const Box box = mBoxes->boxes().constFirst();
-    QCOMPARE(box.title, u"Export Error"_qs);
-    QCOMPARE(box.text, u"Could not save file: b.txt"_qs);
+    QCOMPARE(box.title, u"Export Error"_s);
+    QCOMPARE(box.text, u"Could not save file: b.txt"_s);
 }
 
 void TstMessageBox::aProjectOfANewerProgramCannotBeOpened()
 {
-    QCOMPARE(TVLMessageBox::tavelinorNeedsUpdating(nullptr, u"/home/jo/My Novel.tavel"_qs),
+    QCOMPARE(TVLMessageBox::tavelinorNeedsUpdating(nullptr, u"/home/jo/My Novel.tavel"_s),
              QMessageBox::Ok);
     const Box box = mBoxes->boxes().constFirst();
     QCOMPARE(box.title, QString());
-    QCOMPARE(box.text, u"The project \"My Novel.tavel\" could not be opened."_qs);
+    QCOMPARE(box.text, u"The project \"My Novel.tavel\" could not be opened."_s);
     QCOMPARE(box.informativeText,
              u"The project you are trying to open was created or saved using a newer version of "
              "Tavelinor than the one you are currently using. You will need to update Tavelinor to "
              "open this file.\n\nTry selecting \"Check for Updates...\" from the Help menu to look "
-             "for updates."_qs);
+             "for updates."_s);
     QCOMPARE(box.icon, QMessageBox::Warning);
     QCOMPARE(box.standardButtons, Buttons(QMessageBox::Ok));
 }
@@ -583,10 +581,10 @@ void TstMessageBox::aFolderIsNamedWithoutThoseAboveIt_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << u"/a/b.tavel"_qs << u"b.tavel"_qs;
-    QTest::newRow("with a slash behind") << u"/a/b.tavel/"_qs << u"b.tavel"_qs;
-    QTest::newRow("relative") << u"b.tavel"_qs << u"b.tavel"_qs;
-    QTest::newRow("with dots") << u"/a/b.c.tavel"_qs << u"b.c.tavel"_qs;
+    QTest::newRow("plain") << u"/a/b.tavel"_s << u"b.tavel"_s;
+    QTest::newRow("with a slash behind") << u"/a/b.tavel/"_s << u"b.tavel"_s;
+    QTest::newRow("relative") << u"b.tavel"_s << u"b.tavel"_s;
+    QTest::newRow("with dots") << u"/a/b.c.tavel"_s << u"b.c.tavel"_s;
 }
 
 void TstMessageBox::aFolderIsNamedWithoutThoseAboveIt()
@@ -596,10 +594,10 @@ void TstMessageBox::aFolderIsNamedWithoutThoseAboveIt()
     show(Remove, TVLMessageBox::ProjectEntity, path);
     show(Remove, TVLMessageBox::DirectoryEntity, path);
     const QList<Box> boxes = mBoxes->boxes();
-    QCOMPARE(boxes.at(0).text, u"Remove project: "_qs + name);
-    QCOMPARE(boxes.at(0).informativeText, u"Remove project at: "_qs + path);
-    QCOMPARE(boxes.at(1).text, u"Remove directory: "_qs + name);
-    QCOMPARE(boxes.at(1).informativeText, u"Remove directory at: "_qs + path);
+    QCOMPARE(boxes.at(0).text, u"Remove project: "_s + name);
+    QCOMPARE(boxes.at(0).informativeText, u"Remove project at: "_s + path);
+    QCOMPARE(boxes.at(1).text, u"Remove directory: "_s + name);
+    QCOMPARE(boxes.at(1).informativeText, u"Remove directory at: "_s + path);
 }
 
 void TstMessageBox::aTitleIsNotTakenForAPath_data()
@@ -607,23 +605,23 @@ void TstMessageBox::aTitleIsNotTakenForAPath_data()
     QTest::addColumn<Entity>("entity");
     QTest::addColumn<QString>("text");
     QTest::newRow("compile settings")
-        << TVLMessageBox::CompileSettingsEntity << u"Could not read compile settings: This/That"_qs;
+        << TVLMessageBox::CompileSettingsEntity << u"Could not read compile settings: This/That"_s;
     QTest::newRow("template") << TVLMessageBox::TemplateEntity
-                              << u"Could not read template: This/That"_qs;
+                              << u"Could not read template: This/That"_s;
 }
 
 void TstMessageBox::aTitleIsNotTakenForAPath()
 {
     QFETCH(const Entity, entity);
-    show(NotRead, entity, u"This/That"_qs);
+    show(NotRead, entity, u"This/That"_s);
     QTEST(mBoxes->boxes().constFirst().text, "text");
 }
 
 void TstMessageBox::aPathStandsAsItIs_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("what looks like a place") << u"/a/100 %1 %2"_qs;
-    QTest::newRow("what looks like markup") << u"/a/<b>bold<br>"_qs;
+    QTest::newRow("what looks like a place") << u"/a/100 %1 %2"_s;
+    QTest::newRow("what looks like markup") << u"/a/<b>bold<br>"_s;
     QTest::newRow("nothing") << QString();
 }
 
@@ -640,7 +638,7 @@ void TstMessageBox::aPathStandsAsItIs()
     });
     show(NotOpened, TVLMessageBox::DirectoryEntity, path);
     QCOMPARE(mBoxes->boxes().constFirst().informativeText,
-             u"Could not open directory at: "_qs + path);
+             u"Could not open directory at: "_s + path);
     QCOMPARE(formats, QList<Qt::TextFormat>({Qt::PlainText, Qt::PlainText}));
 }
 
@@ -650,18 +648,18 @@ void TstMessageBox::savingIntoAProjectIsRefused_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("isProject");
-    QTest::newRow("a project") << u"/a/Novel.tavel"_qs << true;
-    QTest::newRow("in a project") << u"/a/Novel.tavel/Files/Docs"_qs << true;
-    QTest::newRow("in capitals") << u"/a/Novel.TAVEL"_qs << true;
-    QTest::newRow("a hyphen behind") << u"/a/Novel.tavel-old"_qs << true;
-    QTest::newRow("a dot behind") << u"/a/Novel.tavel.zip"_qs << true;
-    QTest::newRow("a blank behind") << u"/a/Novel.tavel copy"_qs << true;
-    QTest::newRow("a letter behind") << u"/a/Novel.tavelx"_qs << false;
-    QTest::newRow("a letter of another language behind") << u"/a/Novel.tavel\u00e9"_qs << false;
-    QTest::newRow("a digit behind") << u"/a/Novel.tavel2"_qs << false;
-    QTest::newRow("without a dot") << u"/a/tavel"_qs << false;
-    QTest::newRow("another character before") << u"/a/Novel_tavel"_qs << false;
-    QTest::newRow("elsewhere") << u"/a/Backups"_qs << false;
+    QTest::newRow("a project") << u"/a/Novel.tavel"_s << true;
+    QTest::newRow("in a project") << u"/a/Novel.tavel/Files/Docs"_s << true;
+    QTest::newRow("in capitals") << u"/a/Novel.TAVEL"_s << true;
+    QTest::newRow("a hyphen behind") << u"/a/Novel.tavel-old"_s << true;
+    QTest::newRow("a dot behind") << u"/a/Novel.tavel.zip"_s << true;
+    QTest::newRow("a blank behind") << u"/a/Novel.tavel copy"_s << true;
+    QTest::newRow("a letter behind") << u"/a/Novel.tavelx"_s << false;
+    QTest::newRow("a letter of another language behind") << u"/a/Novel.tavel\u00e9"_s << false;
+    QTest::newRow("a digit behind") << u"/a/Novel.tavel2"_s << false;
+    QTest::newRow("without a dot") << u"/a/tavel"_s << false;
+    QTest::newRow("another character before") << u"/a/Novel_tavel"_s << false;
+    QTest::newRow("elsewhere") << u"/a/Backups"_s << false;
     QTest::newRow("nowhere") << QString() << false;
 }
 
@@ -669,35 +667,34 @@ void TstMessageBox::savingIntoAProjectIsRefused()
 {
     QFETCH(const QString, path);
     QFETCH(const bool, isProject);
-    QCOMPARE(TVLMessageBox::isProjectContents(path, nullptr, u"Back Up To"_qs, QString()),
+    QCOMPARE(TVLMessageBox::isProjectContents(path, nullptr, u"Back Up To"_s, QString()),
              isProject);
     const QList<Box> boxes = mBoxes->boxes();
     QCOMPARE(boxes.size(), isProject ? 1 : 0);
     if (!isProject)
         return;
     const Box &box = boxes.constFirst();
-    QCOMPARE(box.title, u"Back Up To"_qs);
-    QCOMPARE(box.text, u"Cannot save to a project's folder"_qs);
+    QCOMPARE(box.title, u"Back Up To"_s);
+    QCOMPARE(box.text, u"Cannot save to a project's folder"_s);
     QCOMPARE(box.informativeText,
              u"Tavelinor does not allow exports or backups to be saved to a project's .tavel "
-             "folder.\n\nPlease select another location."_qs);
+             "folder.\n\nPlease select another location."_s);
     QCOMPARE(box.icon, QMessageBox::Critical);
     QCOMPARE(box.standardButtons, Buttons(QMessageBox::Ok));
 }
 
 void TstMessageBox::theRefusalHasTheTextGiven()
 {
-    QVERIFY(
-        TVLMessageBox::isProjectContents(u"/a/b.tavel"_qs, nullptr, QString(), u"Not here."_qs));
+    QVERIFY(TVLMessageBox::isProjectContents(u"/a/b.tavel"_s, nullptr, QString(), u"Not here."_s));
     QCOMPARE(mBoxes->boxes().constFirst().title, QString());
-    QCOMPARE(mBoxes->boxes().constFirst().informativeText, u"Not here."_qs);
+    QCOMPARE(mBoxes->boxes().constFirst().informativeText, u"Not here."_s);
 }
 
 // --- A check
 
 void TstMessageBox::aCheckStandsBeforeTheButtons()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s,
                     QMessageBox::Yes | QMessageBox::No);
     box.setDefaultButton(QMessageBox::Yes);
     auto *buttons = box.findChild<QDialogButtonBox *>();
@@ -706,11 +703,11 @@ void TstMessageBox::aCheckStandsBeforeTheButtons()
     look([&](QMessageBox * /*shown*/) {
         const QLayoutItem *first = buttons->layout()->itemAt(0);
         const auto *check = qobject_cast<QCheckBox *>(first->widget());
-        isSeen = check && check->isVisible() && check->text() == u"Don't ask again"_qs
+        isSeen = check && check->isVisible() && check->text() == u"Don't ask again"_s
             && !buttons->centerButtons();
     });
     bool checked = false;
-    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Don't ask again"_qs, &checked),
+    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Don't ask again"_s, &checked),
              QMessageBox::Yes);
     QVERIFY(isSeen);
     QCOMPARE(mBoxes->boxes().constFirst().standardButtons, QMessageBox::Yes | QMessageBox::No);
@@ -739,7 +736,7 @@ void TstMessageBox::aCheckKeepsItsValue()
     });
     QMessageBox box;
     bool checked = before;
-    TVLMessageBox::execCheckedMessageBox(&box, u"Check"_qs, &checked);
+    TVLMessageBox::execCheckedMessageBox(&box, u"Check"_s, &checked);
     QCOMPARE(shown, before);
     QCOMPARE(checked, before != isClicked);
 }
@@ -748,14 +745,14 @@ void TstMessageBox::aBoxWithoutButtonsGetsOneForItsCheck()
 {
     QMessageBox box;
     bool checked = false;
-    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Check"_qs, &checked), QMessageBox::Ok);
+    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Check"_s, &checked), QMessageBox::Ok);
     QCOMPARE(mBoxes->boxes().constFirst().standardButtons, Buttons(QMessageBox::Ok));
 }
 
 void TstMessageBox::withoutAValueThereIsNoCheck()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs, QMessageBox::Retry);
-    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Check"_qs, nullptr), QMessageBox::Retry);
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s, QMessageBox::Retry);
+    QCOMPARE(TVLMessageBox::execCheckedMessageBox(&box, u"Check"_s, nullptr), QMessageBox::Retry);
     QCOMPARE(box.findChildren<QCheckBox *>().size(), 0);
 }
 
@@ -764,13 +761,13 @@ void TstMessageBox::withoutAValueThereIsNoCheck()
 void TstMessageBox::aGeneralBoxHasWhatIsGiven()
 {
     QCOMPARE(TVLMessageBox::showMessageBox(
-                 nullptr, u"Title"_qs, u"Text"_qs, u"More"_qs, QMessageBox::Information,
+                 nullptr, u"Title"_s, u"Text"_s, u"More"_s, QMessageBox::Information,
                  QMessageBox::Retry | QMessageBox::Ignore, QMessageBox::Ignore),
              QMessageBox::Ignore);
     const Box box = mBoxes->boxes().constFirst();
-    QCOMPARE(box.title, u"Title"_qs);
-    QCOMPARE(box.text, u"Text"_qs);
-    QCOMPARE(box.informativeText, u"More"_qs);
+    QCOMPARE(box.title, u"Title"_s);
+    QCOMPARE(box.text, u"Text"_s);
+    QCOMPARE(box.informativeText, u"More"_s);
     QCOMPARE(box.icon, QMessageBox::Information);
     QCOMPARE(box.standardButtons, QMessageBox::Retry | QMessageBox::Ignore);
 }
@@ -796,8 +793,7 @@ void TstMessageBox::aGeneralBoxIsWide()
         }
         width = box->width();
     });
-    TVLMessageBox::showMessageBox(nullptr, u"Title"_qs, u"Text"_qs, QString(),
-                                  QMessageBox::Warning);
+    TVLMessageBox::showMessageBox(nullptr, u"Title"_s, u"Text"_s, QString(), QMessageBox::Warning);
     QCOMPARE(size.width(), 500);
     QVERIFY(expanding.testFlag(Qt::Horizontal));
     QVERIFY2(width >= 500, qPrintable(QString::number(width)));
@@ -812,8 +808,8 @@ void TstMessageBox::aGeneralBoxMayHaveACheck()
     });
     bool checked = false;
     QCOMPARE(TVLMessageBox::showMessageBox(
-                 nullptr, u"Title"_qs, u"Text"_qs, u"More"_qs, QMessageBox::Question,
-                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No, u"Always"_qs, &checked),
+                 nullptr, u"Title"_s, u"Text"_s, u"More"_s, QMessageBox::Question,
+                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No, u"Always"_s, &checked),
              QMessageBox::No);
     QVERIFY(checked);
     QVERIFY(isNarrow);
@@ -828,7 +824,7 @@ void TstMessageBox::aBoxIsModalOverItsParent()
         parent = box->parentWidget();
         isModal = box->isModal();
     });
-    TVLMessageBox::couldNotOpen(&window, TVLMessageBox::FileEntity, u"/a"_qs);
+    TVLMessageBox::couldNotOpen(&window, TVLMessageBox::FileEntity, u"/a"_s);
     QCOMPARE(parent, &window);
     QVERIFY(isModal);
     QVERIFY(window.findChildren<QMessageBox *>().isEmpty());
@@ -839,9 +835,9 @@ void TstMessageBox::aBoxThatGoesWithItsParentIsCancelled()
     auto *window = new QWidget;
     look([window](QMessageBox * /*box*/) { delete window; });
     bool checked = true;
-    QCOMPARE(TVLMessageBox::showMessageBox(window, u"Title"_qs, u"Text"_qs, QString(),
+    QCOMPARE(TVLMessageBox::showMessageBox(window, u"Title"_s, u"Text"_s, QString(),
                                            QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok,
-                                           u"Check"_qs, &checked),
+                                           u"Check"_s, &checked),
              QMessageBox::Cancel);
     QVERIFY(checked);
 }

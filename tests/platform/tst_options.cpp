@@ -15,6 +15,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(TVLOptions::Flag)
 Q_DECLARE_METATYPE(TVLOptions::Int)
 Q_DECLARE_METATYPE(TVLOptions::Font)
@@ -94,7 +96,7 @@ void TstOptions::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
     QVERIFY(mFolder->isValid());
-    mPath = mFolder->filePath(u"options.ini"_qs);
+    mPath = mFolder->filePath(u"options.ini"_s);
     tvlOptions()->setFilePath(mPath);
 }
 
@@ -107,7 +109,7 @@ void TstOptions::cleanup()
 
 void TstOptions::useFile(const QByteArray &content)
 {
-    mPath = mFolder->filePath(u"written.ini"_qs);
+    mPath = mFolder->filePath(u"written.ini"_s);
     QFile file(mPath);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
@@ -118,7 +120,7 @@ void TstOptions::useFile(const QByteArray &content)
 QVariant TstOptions::storedValue(const QString &key)
 {
     // A copy, because two QSettings on one file share what they have in memory.
-    const QString copy = mFolder->filePath(u"copy.ini"_qs);
+    const QString copy = mFolder->filePath(u"copy.ini"_s);
     QFile::remove(copy);
     if (!tvlOptions()->sync() || !QFile::copy(mPath, copy))
         return {};
@@ -159,7 +161,7 @@ void TstOptions::aFlagHasAKeyAndADefault()
     for (const bool value : {!defaultValue, defaultValue}) {
         tvlOptions()->setValue(flag, value);
         QCOMPARE(tvlOptions()->value(flag), value);
-        QCOMPARE(storedValue(key), QVariant(value ? u"true"_qs : u"false"_qs));
+        QCOMPARE(storedValue(key), QVariant(value ? u"true"_s : u"false"_s));
     }
     tvlOptions()->setValue(flag, !defaultValue);
     tvlOptions()->setFilePath(mPath);
@@ -173,7 +175,7 @@ void TstOptions::aNumberHasAKeyAndADefault_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("defaultValue");
 
-    QTest::newRow("auto save") << TVLOptions::AutoSaveSeconds << 1 << u"General/AutoSaveSeconds"_qs
+    QTest::newRow("auto save") << TVLOptions::AutoSaveSeconds << 1 << u"General/AutoSaveSeconds"_s
                                << 10;
 }
 
@@ -189,7 +191,7 @@ void TstOptions::aNumberHasAKeyAndADefault()
 
     tvlOptions()->setValue(option, 42);
     QCOMPARE(tvlOptions()->value(option), 42);
-    QCOMPARE(storedValue(key), QVariant(u"42"_qs));
+    QCOMPARE(storedValue(key), QVariant(u"42"_s));
     tvlOptions()->setFilePath(mPath);
     QCOMPARE(tvlOptions()->value(option), 42);
 }
@@ -200,7 +202,7 @@ void TstOptions::aFontHasAKeyAndADefault_data()
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("key");
 
-    QTest::newRow("default font") << TVLOptions::DefaultFont << 6 << u"TextEditing/DefaultFont"_qs;
+    QTest::newRow("default font") << TVLOptions::DefaultFont << 6 << u"TextEditing/DefaultFont"_s;
 }
 
 void TstOptions::aFontHasAKeyAndADefault()
@@ -212,7 +214,7 @@ void TstOptions::aFontHasAKeyAndADefault()
     QCOMPARE(TVLOptions::defaultValue(option), QFont());
     QCOMPARE(tvlOptions()->value(option), QFont());
 
-    QFont font(u"Some Family"_qs, 17, QFont::Bold, true);
+    QFont font(u"Some Family"_s, 17, QFont::Bold, true);
     font.setUnderline(true);
     tvlOptions()->setValue(option, font);
     QCOMPARE(tvlOptions()->value(option), font);
@@ -306,13 +308,13 @@ void TstOptions::aValueOfAnotherKindIsReplaced()
     // The option reads as 10 before and after, so nobody need hear of it.
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 10);
     QCOMPARE(spy.size(), 0);
-    QCOMPARE(storedValue(u"General/AutoSaveSeconds"_qs), QVariant(u"10"_qs));
+    QCOMPARE(storedValue(u"General/AutoSaveSeconds"_s), QVariant(u"10"_s));
 }
 
 void TstOptions::aValueOfAnotherKindReadsTheSameBeforeItIsWritten()
 {
     const QString key = TVLOptions::keyText(TVLOptions::AutoSaveSeconds);
-    const QVariant values[] = {u"7"_qs, 7, 7.5, true, QStringList{u"7"_qs, u"8"_qs}, QFont()};
+    const QVariant values[] = {u"7"_s, 7, 7.5, true, QStringList{u"7"_s, u"8"_s}, QFont()};
     for (const QVariant &value : values) {
         tvlOptions()->setValue(key, value);
         const int before = tvlOptions()->value(TVLOptions::AutoSaveSeconds);
@@ -325,16 +327,16 @@ void TstOptions::aChangeAnnouncesItsGroup()
 {
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
     tvlOptions()->setValue(TVLOptions::DropOnItemsInLists, true);
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Navigation"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Navigation"_s}}));
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_qs}}));
-    tvlOptions()->setValue(TVLOptions::DefaultFont, QFont(u"Some Family"_qs));
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"TextEditing"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_s}}));
+    tvlOptions()->setValue(TVLOptions::DefaultFont, QFont(u"Some Family"_s));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"TextEditing"_s}}));
 }
 
 void TstOptions::anEqualValueAnnouncesNothing()
 {
-    const QFont font(u"Some Family"_qs, 20);
+    const QFont font(u"Some Family"_s, 20);
     tvlOptions()->setValue(TVLOptions::DropOnItemsInLists, true);
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
     tvlOptions()->setValue(TVLOptions::DefaultFont, font);
@@ -346,20 +348,20 @@ void TstOptions::anEqualValueAnnouncesNothing()
     // The default, though it wasn't in the file.
     tvlOptions()->setValue(TVLOptions::SplitFirstLineOfNotes, true);
     QCOMPARE(spy.size(), 0);
-    QCOMPARE(storedValue(u"ImportExport/SplitFirstLineOfNotes"_qs), QVariant(u"true"_qs));
+    QCOMPARE(storedValue(u"ImportExport/SplitFirstLineOfNotes"_s), QVariant(u"true"_s));
 }
 
 void TstOptions::aRawKeyIsStored()
 {
-    const QString key = u"Some/Other/Key"_qs;
+    const QString key = u"Some/Other/Key"_s;
     QVERIFY(!tvlOptions()->value(key).isValid());
     QCOMPARE(tvlOptions()->value(key, 5), QVariant(5));
 
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
-    tvlOptions()->setValue(key, u"text"_qs);
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Some"_qs}}));
-    QCOMPARE(tvlOptions()->value(key, 5), QVariant(u"text"_qs));
-    QCOMPARE(storedValue(key), QVariant(u"text"_qs));
+    tvlOptions()->setValue(key, u"text"_s);
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Some"_s}}));
+    QCOMPARE(tvlOptions()->value(key, 5), QVariant(u"text"_s));
+    QCOMPARE(storedValue(key), QVariant(u"text"_s));
 }
 
 void TstOptions::aRawValueThatIsEqualAnnouncesNothing_data()
@@ -367,22 +369,22 @@ void TstOptions::aRawValueThatIsEqualAnnouncesNothing_data()
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QVariant>("otherValue");
 
-    QTest::newRow("text") << QVariant(u"a"_qs) << QVariant(u"b"_qs);
-    QTest::newRow("case of a text") << QVariant(u"a"_qs) << QVariant(u"A"_qs);
+    QTest::newRow("text") << QVariant(u"a"_s) << QVariant(u"b"_s);
+    QTest::newRow("case of a text") << QVariant(u"a"_s) << QVariant(u"A"_s);
     QTest::newRow("flag") << QVariant(true) << QVariant(false);
     QTest::newRow("number") << QVariant(5) << QVariant(6);
-    QTest::newRow("text for number") << QVariant(5) << QVariant(u"five"_qs);
+    QTest::newRow("text for number") << QVariant(5) << QVariant(u"five"_s);
     QTest::newRow("fraction") << QVariant(5.25) << QVariant(5.5);
-    QTest::newRow("font") << QVariant(QFont(u"A"_qs)) << QVariant(QFont(u"B"_qs));
-    QTest::newRow("list") << QVariant(QStringList{u"a"_qs, u"b"_qs})
-                          << QVariant(QStringList{u"b"_qs, u"a"_qs});
+    QTest::newRow("font") << QVariant(QFont(u"A"_s)) << QVariant(QFont(u"B"_s));
+    QTest::newRow("list") << QVariant(QStringList{u"a"_s, u"b"_s})
+                          << QVariant(QStringList{u"b"_s, u"a"_s});
 }
 
 void TstOptions::aRawValueThatIsEqualAnnouncesNothing()
 {
     QFETCH(QVariant, value);
     QFETCH(QVariant, otherValue);
-    const QString key = u"Some/Key"_qs;
+    const QString key = u"Some/Key"_s;
     tvlOptions()->setValue(key, value);
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
     tvlOptions()->setValue(key, value);
@@ -400,8 +402,8 @@ void TstOptions::aRawValueThatIsEqualAnnouncesNothing()
 void TstOptions::aKeyWithoutGroupIsItsOwnGroup()
 {
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
-    tvlOptions()->setValue(u"Loner"_qs, 1);
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Loner"_qs}}));
+    tvlOptions()->setValue(u"Loner"_s, 1);
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Loner"_s}}));
 }
 
 void TstOptions::aBatchAnnouncesEachGroupOnceInOrder()
@@ -411,17 +413,16 @@ void TstOptions::aBatchAnnouncesEachGroupOnceInOrder()
         const Batch batch(tvlOptions());
         tvlOptions()->setValue(TVLOptions::DropOnItemsInLists, true);
         tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
-        tvlOptions()->setValue(u"Another/Key"_qs, 1);
+        tvlOptions()->setValue(u"Another/Key"_s, 1);
         tvlOptions()->setValue(TVLOptions::TreatTextWithChildrenAsFolder, false);
         tvlOptions()->setValue(TVLOptions::PreviousExitedNormally, false);
         QCOMPARE(spy.size(), 0);
         QCOMPARE(tvlOptions()->value(TVLOptions::AutoSaveSeconds), 11);
     }
-    QCOMPARE(takeGroups(spy),
-             QList<QStringList>({{u"Navigation"_qs, u"General"_qs, u"Another"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"Navigation"_s, u"General"_s, u"Another"_s}}));
 
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 12);
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_s}}));
 }
 
 void TstOptions::anInnerBatchAnnouncesNothing()
@@ -436,7 +437,7 @@ void TstOptions::anInnerBatchAnnouncesNothing()
         QCOMPARE(spy.size(), 0);
         tvlOptions()->setValue(TVLOptions::ImportHtmlAsText, true);
     }
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_qs, u"ImportExport"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_s, u"ImportExport"_s}}));
 }
 
 void TstOptions::aBatchWithoutChangesAnnouncesNothing()
@@ -454,42 +455,42 @@ void TstOptions::aReceiverMayChangeOptions()
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
     QObject receiver;
     connect(tvlOptions(), &TVLOptions::groupsChanged, &receiver, [](const QStringList &groups) {
-        if (groups.contains(u"General"_qs))
+        if (groups.contains(u"General"_s))
             tvlOptions()->setValue(TVLOptions::DropOnItemsInLists, true);
     });
     {
         const Batch batch(tvlOptions());
         tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
     }
-    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_qs}, {u"Navigation"_qs}}));
+    QCOMPARE(takeGroups(spy), QList<QStringList>({{u"General"_s}, {u"Navigation"_s}}));
 }
 
 void TstOptions::anotherFileAnnouncesAllGroups()
 {
-    tvlOptions()->setValue(u"Old/Key"_qs, 1);
-    const QString path = mFolder->filePath(u"new.ini"_qs);
+    tvlOptions()->setValue(u"Old/Key"_s, 1);
+    const QString path = mFolder->filePath(u"new.ini"_s);
     {
         QSettings settings(path, QSettings::IniFormat);
-        settings.setValue(u"New/Key"_qs, 2);
+        settings.setValue(u"New/Key"_s, 2);
     }
     QSignalSpy spy(tvlOptions(), &TVLOptions::groupsChanged);
     tvlOptions()->setFilePath(path);
     QCOMPARE(tvlOptions()->filePath(), path);
-    QCOMPARE(tvlOptions()->value(u"New/Key"_qs).toInt(), 2);
-    QVERIFY(!tvlOptions()->value(u"Old/Key"_qs).isValid());
+    QCOMPARE(tvlOptions()->value(u"New/Key"_s).toInt(), 2);
+    QVERIFY(!tvlOptions()->value(u"Old/Key"_s).isValid());
 
     QList<QStringList> groups = takeGroups(spy);
     QCOMPARE(groups.size(), 1);
     groups.first().sort();
     QCOMPARE(groups.constFirst(),
-             QStringList({u"General"_qs, u"ImportExport"_qs, u"Navigation"_qs, u"New"_qs, u"Old"_qs,
-                          u"TextEditing"_qs}));
+             QStringList({u"General"_s, u"ImportExport"_s, u"Navigation"_s, u"New"_s, u"Old"_s,
+                          u"TextEditing"_s}));
 }
 
 void TstOptions::anotherFileLeavesTheFirstAsItWas()
 {
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
-    tvlOptions()->setFilePath(mFolder->filePath(u"new.ini"_qs));
+    tvlOptions()->setFilePath(mFolder->filePath(u"new.ini"_s));
     QCOMPARE(tvlOptions()->value(TVLOptions::AutoSaveSeconds), 10);
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 12);
     tvlOptions()->setFilePath(mPath);
@@ -498,9 +499,9 @@ void TstOptions::anotherFileLeavesTheFirstAsItWas()
 
 void TstOptions::withoutAPathTheUsersFileIsUsed()
 {
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->filePath(u"user"_qs));
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->filePath(u"user"_s));
     tvlOptions()->setFilePath({});
-    QCOMPARE(tvlOptions()->filePath(), mFolder->filePath(u"user/Tavelinor/Tavelinor.ini"_qs));
+    QCOMPARE(tvlOptions()->filePath(), mFolder->filePath(u"user/Tavelinor/Tavelinor.ini"_s));
     tvlOptions()->setFilePath(mPath);
 }
 
@@ -521,10 +522,10 @@ void TstOptions::whatOthersWriteIsReadBySync()
 void TstOptions::syncFailsWhereNoFileCanBe()
 {
     // A file where the folder should be stops also the superuser.
-    QFile file(mFolder->filePath(u"file"_qs));
+    QFile file(mFolder->filePath(u"file"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
-    tvlOptions()->setFilePath(mFolder->filePath(u"file/options.ini"_qs));
+    tvlOptions()->setFilePath(mFolder->filePath(u"file/options.ini"_s));
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);
     QVERIFY(!tvlOptions()->sync());
     QCOMPARE(tvlOptions()->value(TVLOptions::AutoSaveSeconds), 11);
@@ -541,7 +542,7 @@ void TstOptions::thereIsOneObject()
 void TstOptions::aGuardThatAKilledProcessLeftHoldsNothingUp()
 {
     const auto leaveGuard = [this] {
-        QFile guard(mPath + u".lock"_qs);
+        QFile guard(mPath + u".lock"_s);
         QVERIFY(guard.open(QIODevice::WriteOnly));
     };
     QElapsedTimer timer;
@@ -551,19 +552,19 @@ void TstOptions::aGuardThatAKilledProcessLeftHoldsNothingUp()
     QVERIFY(tvlOptions()->sync());
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 12);
     leaveGuard();
-    tvlOptions()->setFilePath(mFolder->filePath(u"new.ini"_qs));
+    tvlOptions()->setFilePath(mFolder->filePath(u"new.ini"_s));
     leaveGuard();
     tvlOptions()->setFilePath(mPath);
     leaveGuard();
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 13);
     QCoreApplication::processEvents();
     QVERIFY(timer.elapsed() < 10'000);
-    QCOMPARE(storedValue(u"General/AutoSaveSeconds"_qs), QVariant(u"13"_qs));
+    QCOMPARE(storedValue(u"General/AutoSaveSeconds"_s), QVariant(u"13"_s));
 }
 
 void TstOptions::aPipeIsNotOpened()
 {
-    const QString pipe = mFolder->filePath(u"pipe.ini"_qs);
+    const QString pipe = mFolder->filePath(u"pipe.ini"_s);
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     tvlOptions()->setFilePath(pipe);
     tvlOptions()->setValue(TVLOptions::AutoSaveSeconds, 11);

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Steps = 5;
@@ -25,7 +27,7 @@ QList<QProgressDialog *> dialogs()
 
 TVLDialogProgress::Look shownAtOnce()
 {
-    return {.cancelText = u"Stop"_qs, .isShownAtOnce = true};
+    return {.cancelText = u"Stop"_s, .isShownAtOnce = true};
 }
 
 /** Takes away the maker that a test has set. */
@@ -75,7 +77,7 @@ void TstProgress::cleanup()
 void TstProgress::aPlainProgressShowsNothing()
 {
     TVLProgress progress;
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     progress.advance();
     QVERIFY(!progress.isCanceled());
     QCOMPARE(dialogs().size(), 0);
@@ -85,35 +87,35 @@ void TstProgress::aPlainProgressShowsNothing()
 void TstProgress::aDialogIsLikeItsLook()
 {
     QWidget window;
-    TVLDialogProgress progress({.title = u"Title"_qs,
-                                .cancelText = u"Stop"_qs,
+    TVLDialogProgress progress({.title = u"Title"_s,
+                                .cancelText = u"Stop"_s,
                                 .modality = Qt::ApplicationModal,
                                 .flags = Qt::WindowTitleHint},
                                &window);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     const QProgressDialog *dialog = dialogs().constFirst();
-    QCOMPARE(dialog->windowTitle(), u"Title"_qs);
-    QCOMPARE(dialog->labelText(), u"Text"_qs);
+    QCOMPARE(dialog->windowTitle(), u"Title"_s);
+    QCOMPARE(dialog->labelText(), u"Text"_s);
     QCOMPARE(dialog->minimum(), 0);
     QCOMPARE(dialog->maximum(), Steps);
     QCOMPARE(dialog->windowModality(), Qt::ApplicationModal);
     QCOMPARE(dialog->parentWidget(), &window);
     QVERIFY(dialog->windowFlags().testFlag(Qt::WindowTitleHint));
-    QCOMPARE(dialog->findChild<QPushButton *>()->text(), u"Stop"_qs);
+    QCOMPARE(dialog->findChild<QPushButton *>()->text(), u"Stop"_s);
     QVERIFY(!dialog->isVisible());
 }
 
 void TstProgress::aDialogWithoutCancelTextHasNoButton()
 {
     TVLDialogProgress progress({}, nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     QVERIFY(!dialogs().constFirst()->findChild<QPushButton *>());
 }
 
 void TstProgress::aDialogIsShownAtOnceOnRequest()
 {
     TVLDialogProgress progress(shownAtOnce(), nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     QCOMPARE(dialogs().constFirst()->value(), 0);
     QTRY_VERIFY(dialogs().constFirst()->isVisible());
 }
@@ -121,7 +123,7 @@ void TstProgress::aDialogIsShownAtOnceOnRequest()
 void TstProgress::aDialogCountsTheSteps()
 {
     TVLDialogProgress progress(shownAtOnce(), nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     progress.advance();
     QCOMPARE(dialogs().constFirst()->value(), 1);
     progress.advance(3);
@@ -131,7 +133,7 @@ void TstProgress::aDialogCountsTheSteps()
 void TstProgress::theUserMayCancel()
 {
     TVLDialogProgress progress(shownAtOnce(), nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     QVERIFY(!progress.isCanceled());
     dialogs().constFirst()->findChild<QPushButton *>()->click();
     QVERIFY(progress.isCanceled());
@@ -140,7 +142,7 @@ void TstProgress::theUserMayCancel()
 void TstProgress::theDialogGoesWithTheWork()
 {
     TVLDialogProgress progress(shownAtOnce(), nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     progress.finish();
     QCOMPARE(dialogs().size(), 0);
     progress.advance();
@@ -152,7 +154,7 @@ void TstProgress::theDialogGoesWithItsProgress()
     QWidget window;
     {
         TVLDialogProgress progress(shownAtOnce(), &window);
-        progress.begin(u"Text"_qs, Steps);
+        progress.begin(u"Text"_s, Steps);
     }
     QCOMPARE(dialogs().size(), 0);
 }
@@ -160,11 +162,11 @@ void TstProgress::theDialogGoesWithItsProgress()
 void TstProgress::workMayBeginAgain()
 {
     TVLDialogProgress progress(shownAtOnce(), nullptr);
-    progress.begin(u"First"_qs, Steps);
+    progress.begin(u"First"_s, Steps);
     progress.advance();
-    progress.begin(u"Second"_qs, Steps + 1);
+    progress.begin(u"Second"_s, Steps + 1);
     QCOMPARE(dialogs().size(), 1);
-    QCOMPARE(dialogs().constFirst()->labelText(), u"Second"_qs);
+    QCOMPARE(dialogs().constFirst()->labelText(), u"Second"_s);
     QCOMPARE(dialogs().constFirst()->maximum(), Steps + 1);
     QCOMPARE(dialogs().constFirst()->value(), 0);
 }
@@ -174,7 +176,7 @@ void TstProgress::theWindowMayGoDuringTheWork()
     auto *window = new QWidget;
     window->show();
     TVLDialogProgress progress(shownAtOnce(), window);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     QTRY_VERIFY(dialogs().constFirst()->isVisible());
     bool isGone = false;
     QTimer::singleShot(0, this, [&] {
@@ -195,9 +197,9 @@ void TstProgress::aDialogOfTheCallersIsUsed()
     QProgressDialog dialog;
     {
         TVLDialogProgress progress(&dialog);
-        progress.begin(u"Text"_qs, Steps);
+        progress.begin(u"Text"_s, Steps);
         progress.advance(2);
-        QCOMPARE(dialog.labelText(), u"Text"_qs);
+        QCOMPARE(dialog.labelText(), u"Text"_s);
         QCOMPARE(dialog.maximum(), Steps);
         QCOMPARE(dialog.value(), 2);
         dialog.cancel();
@@ -212,7 +214,7 @@ void TstProgress::aDialogOfTheCallersMayGo()
 {
     auto *dialog = new QProgressDialog;
     TVLDialogProgress progress(dialog);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     delete dialog;
     progress.advance();
     QVERIFY(!progress.isCanceled());
@@ -222,7 +224,7 @@ void TstProgress::aDialogOfTheCallersMayGo()
 void TstProgress::noDialogIsNoMatter()
 {
     TVLDialogProgress progress(nullptr);
-    progress.begin(u"Text"_qs, Steps);
+    progress.begin(u"Text"_s, Steps);
     progress.advance();
     QVERIFY(!progress.isCanceled());
     progress.finish();
@@ -233,7 +235,7 @@ void TstProgress::noDialogIsNoMatter()
 void TstProgress::whatIsNotToBeShownIsNot()
 {
     const auto progress = TVLDialogProgress::make(false, shownAtOnce(), nullptr);
-    progress->begin(u"Text"_qs, Steps);
+    progress->begin(u"Text"_s, Steps);
     progress->advance();
     QVERIFY(!progress->isCanceled());
     QCOMPARE(dialogs().size(), 0);
@@ -242,7 +244,7 @@ void TstProgress::whatIsNotToBeShownIsNot()
 void TstProgress::whatIsToBeShownIsADialog()
 {
     const auto progress = TVLDialogProgress::make(true, shownAtOnce(), nullptr);
-    progress->begin(u"Text"_qs, Steps);
+    progress->begin(u"Text"_s, Steps);
     QCOMPARE(dialogs().size(), 1);
 }
 
@@ -258,7 +260,7 @@ void TstProgress::aMakerStandsInForTheDialog()
     QCOMPARE(made, 1);
     const auto hidden = TVLDialogProgress::make(false, shownAtOnce(), nullptr);
     QCOMPARE(made, 1);
-    shown->begin(u"Text"_qs, Steps);
+    shown->begin(u"Text"_s, Steps);
     QCOMPARE(dialogs().size(), 0);
 }
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** All characters that an expression matches as a whole text. */
@@ -47,34 +49,34 @@ private Q_SLOTS:
 
         const QString single = TVLQuote::singleQuotesSearchPattern();
         const QString twofold = TVLQuote::doubleQuotesSearchPattern();
-        QTest::newRow("apostrophe") << single << u"'"_qs;
-        QTest::newRow("left single") << single << u"\u2018"_qs;
-        QTest::newRow("right single") << single << u"\u2019"_qs;
-        QTest::newRow("low single") << single << u"\u201a"_qs;
-        QTest::newRow("reversed single") << single << u"\u201b"_qs;
-        QTest::newRow("single pointing left") << single << u"\u2039"_qs;
-        QTest::newRow("single pointing right") << single << u"\u203a"_qs;
-        QTest::newRow("wide apostrophe") << single << u"\uff07"_qs;
-        QTest::newRow("plain double") << twofold << u"\""_qs;
-        QTest::newRow("left double") << twofold << u"\u201c"_qs;
-        QTest::newRow("right double") << twofold << u"\u201d"_qs;
-        QTest::newRow("low double") << twofold << u"\u201e"_qs;
-        QTest::newRow("reversed double") << twofold << u"\u201f"_qs;
-        QTest::newRow("double pointing left") << twofold << u"\u00ab"_qs;
-        QTest::newRow("double pointing right") << twofold << u"\u00bb"_qs;
-        QTest::newRow("wide double") << twofold << u"\uff02"_qs;
+        QTest::newRow("apostrophe") << single << u"'"_s;
+        QTest::newRow("left single") << single << u"\u2018"_s;
+        QTest::newRow("right single") << single << u"\u2019"_s;
+        QTest::newRow("low single") << single << u"\u201a"_s;
+        QTest::newRow("reversed single") << single << u"\u201b"_s;
+        QTest::newRow("single pointing left") << single << u"\u2039"_s;
+        QTest::newRow("single pointing right") << single << u"\u203a"_s;
+        QTest::newRow("wide apostrophe") << single << u"\uff07"_s;
+        QTest::newRow("plain double") << twofold << u"\""_s;
+        QTest::newRow("left double") << twofold << u"\u201c"_s;
+        QTest::newRow("right double") << twofold << u"\u201d"_s;
+        QTest::newRow("low double") << twofold << u"\u201e"_s;
+        QTest::newRow("reversed double") << twofold << u"\u201f"_s;
+        QTest::newRow("double pointing left") << twofold << u"\u00ab"_s;
+        QTest::newRow("double pointing right") << twofold << u"\u00bb"_s;
+        QTest::newRow("wide double") << twofold << u"\uff02"_s;
     }
 
     void patternMatchesAForm()
     {
         QFETCH(QString, pattern);
         QFETCH(QString, form);
-        QRegExp expression(u"a"_qs + pattern + u"b"_qs, Qt::CaseInsensitive, QRegExp::RegExp2);
+        QRegExp expression(u"a"_s + pattern + u"b"_s, Qt::CaseInsensitive, QRegExp::RegExp2);
         QVERIFY(expression.isValid());
         QCOMPARE(expression.captureCount(), 0);
-        QVERIFY(expression.exactMatch(u"a"_qs + form + u"b"_qs));
-        QVERIFY(!expression.exactMatch(u"ab"_qs));
-        QVERIFY(!expression.exactMatch(u"a"_qs + form + form + u"b"_qs));
+        QVERIFY(expression.exactMatch(u"a"_s + form + u"b"_s));
+        QVERIFY(!expression.exactMatch(u"ab"_s));
+        QVERIFY(!expression.exactMatch(u"a"_s + form + form + u"b"_s));
     }
 
     void patternsMatchTheFormsAndNothingElse()

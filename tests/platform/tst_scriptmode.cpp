@@ -10,6 +10,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A mode in which each property that is kept has a value of its own. */
@@ -27,7 +29,7 @@ TVLScriptMode fullMode()
     block.setProperty(TVLTextFormat::KeepWithNext, true);
     block.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
     QTextCharFormat text;
-    text.setFontFamilies({u"Courier"_qs, u"DejaVu Sans Mono"_qs});
+    text.setFontFamilies({u"Courier"_s, u"DejaVu Sans Mono"_s});
     text.setFontPointSize(11.5);
     text.setFontWeight(QFont::DemiBold);
     text.setFontItalic(true);
@@ -37,8 +39,8 @@ TVLScriptMode fullMode()
     text.setForeground(QColor(10, 20, 30, 40));
     text.setBackground(QColor(Qt::yellow));
     TVLScriptMode mode;
-    mode.mTitle = u"Stage play"_qs;
-    mode.mElements = {TVLScriptElement(u"Cue"_qs, block, text), TVLScriptElement(u"Plain"_qs)};
+    mode.mTitle = u"Stage play"_s;
+    mode.mElements = {TVLScriptElement(u"Cue"_s, block, text), TVLScriptElement(u"Plain"_s)};
     return mode;
 }
 
@@ -100,10 +102,10 @@ void TstScriptMode::aNewModeIsEmpty()
 void TstScriptMode::theFactoryDefaultsAreAScreenplay()
 {
     const TVLScriptMode mode = TVLScriptMode::factoryDefaults();
-    QCOMPARE(mode.mTitle, u"Screenplay"_qs);
+    QCOMPARE(mode.mTitle, u"Screenplay"_s);
     QCOMPARE(namesOf(mode),
-             QStringList({u"Scene Heading"_qs, u"Action"_qs, u"Character"_qs, u"Parenthetical"_qs,
-                          u"Dialogue"_qs, u"Transition"_qs, u"Shot"_qs, u"General"_qs}));
+             QStringList({u"Scene Heading"_s, u"Action"_s, u"Character"_s, u"Parenthetical"_s,
+                          u"Dialogue"_s, u"Transition"_s, u"Shot"_s, u"General"_s}));
 }
 
 void TstScriptMode::theElementsOfAScreenplayHaveTheirLook_data()
@@ -137,7 +139,7 @@ void TstScriptMode::theElementsOfAScreenplayHaveTheirLook()
     QTEST(block.boolProperty(TVLTextFormat::KeepWithNext), "leadsOn");
     QCOMPARE(block.alignment() == Qt::AlignRight, position == 5);
     QCOMPARE(element.charFormat().fontPointSize(), 12.0);
-    QCOMPARE(element.charFormat().fontFamilies().toStringList().constLast(), u"Courier"_qs);
+    QCOMPARE(element.charFormat().fontFamilies().toStringList().constLast(), u"Courier"_s);
 }
 
 void TstScriptMode::loadingTheDefaultsReplacesWhatWas()
@@ -154,7 +156,7 @@ void TstScriptMode::aModeReadsBackEqual_data()
     QTest::newRow("every property") << fullMode();
     QTest::newRow("empty") << TVLScriptMode();
     TVLScriptMode twins;
-    twins.mElements = {TVLScriptElement(u"Twin"_qs), TVLScriptElement(u"Twin"_qs)};
+    twins.mElements = {TVLScriptElement(u"Twin"_s), TVLScriptElement(u"Twin"_s)};
     QTest::newRow("equal names") << twins;
 }
 
@@ -164,10 +166,10 @@ void TstScriptMode::aModeReadsBackEqual()
     const QByteArray xml = mode.toXml();
     QVERIFY(!xml.isEmpty());
     TVLScriptMode readBack = fullMode();
-    QString error = u"untouched"_qs;
+    QString error = u"untouched"_s;
     QVERIFY(readBack.fromXml(xml, &error));
     QVERIFY(readBack == mode);
-    QCOMPARE(error, u"untouched"_qs);
+    QCOMPARE(error, u"untouched"_s);
     QCOMPARE(readBack.toXml(), xml);
 }
 
@@ -190,7 +192,7 @@ void TstScriptMode::anElementKeepsWhatAFileHolds()
     QCOMPARE(int(block.pageBreakPolicy()), int(QTextFormat::PageBreak_AlwaysBefore));
     const QTextCharFormat text = element.charFormat();
     QCOMPARE(text.fontFamilies().toStringList(),
-             QStringList({u"Courier"_qs, u"DejaVu Sans Mono"_qs}));
+             QStringList({u"Courier"_s, u"DejaVu Sans Mono"_s}));
     QCOMPARE(text.fontPointSize(), 11.5);
     QCOMPARE(text.fontWeight(), int(QFont::DemiBold));
     QVERIFY(text.fontItalic());
@@ -210,29 +212,29 @@ void TstScriptMode::anElementDropsWhatAFileDoesNotHold()
     block.setRightMargin(std::numeric_limits<double>::quiet_NaN());
     block.setLineHeight(1, 77);
     QTextCharFormat text;
-    text.setAnchorHref(u"tavellnk://1"_qs);
+    text.setAnchorHref(u"tavellnk://1"_s);
     text.setForeground(QBrush(Qt::red, Qt::Dense4Pattern));
     text.setFontWeight(0);
     text.setFontFamilies({});
-    text.setProperty(QTextFormat::FontPointSize, u"large"_qs);
-    const TVLScriptElement element(u"Name"_qs, block, text);
+    text.setProperty(QTextFormat::FontPointSize, u"large"_s);
+    const TVLScriptElement element(u"Name"_s, block, text);
     QCOMPARE(element.blockFormat().properties().keys(), QList<int>({QTextFormat::LineHeight}));
     QCOMPARE(element.charFormat().propertyCount(), 0);
 }
 
 void TstScriptMode::formatsThatAreSetAreCutDownToo()
 {
-    TVLScriptElement element(u"Name"_qs);
+    TVLScriptElement element(u"Name"_s);
     QTextBlockFormat block;
     block.setIndent(3);
     block.setTopMargin(5);
     element.setBlockFormat(block);
     QTextCharFormat text;
-    text.setToolTip(u"tip"_qs);
+    text.setToolTip(u"tip"_s);
     text.setFontItalic(false);
     element.setCharFormat(text);
-    element.setName(u"Other"_qs);
-    QCOMPARE(element.name(), u"Other"_qs);
+    element.setName(u"Other"_s);
+    QCOMPARE(element.name(), u"Other"_s);
     QCOMPARE(element.blockFormat().properties().keys(), QList<int>({QTextFormat::BlockTopMargin}));
     QCOMPARE(element.charFormat().properties().keys(), QList<int>({QTextFormat::FontItalic}));
 }
@@ -246,20 +248,20 @@ void TstScriptMode::modesAreEqualByTheirValues()
     QTextBlockFormat second;
     second.setLeftMargin(2);
     second.setTopMargin(1);
-    QVERIFY(TVLScriptElement(u"A"_qs, first) == TVLScriptElement(u"A"_qs, second));
-    QVERIFY(TVLScriptElement(u"A"_qs, first) != TVLScriptElement(u"B"_qs, first));
+    QVERIFY(TVLScriptElement(u"A"_s, first) == TVLScriptElement(u"A"_s, second));
+    QVERIFY(TVLScriptElement(u"A"_s, first) != TVLScriptElement(u"B"_s, first));
     QVERIFY(fullMode() == fullMode());
     TVLScriptMode renamed = fullMode();
-    renamed.mTitle = u"Other"_qs;
+    renamed.mTitle = u"Other"_s;
     QVERIFY(renamed != fullMode());
 }
 
 void TstScriptMode::namesWithOddCharactersReadBack_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("empty") << QString(u""_qs);
-    QTest::newRow("markup") << u"<a b=\"c\">'&amp;'</a>]]>"_qs;
-    QTest::newRow("white space") << u"  a\tb\nc\rd\r\ne  "_qs;
+    QTest::newRow("empty") << QString(u""_s);
+    QTest::newRow("markup") << u"<a b=\"c\">'&amp;'</a>]]>"_s;
+    QTest::newRow("white space") << u"  a\tb\nc\rd\r\ne  "_s;
     QTest::newRow("beyond the first plane") << QString::fromUtf8("\xf0\x9f\x8e\xac \xc3\xa9");
 }
 
@@ -302,8 +304,8 @@ void TstScriptMode::unknownPartsArePassedOver()
         modeXml("<!-- later --><Colors><Element Title=\"no\"/></Colors>text<Element Title=\"A\" "
                 "Key=\"Return\"><Next>B</Next><Paragraph LeftIndent=\"3\" Tabs=\"x\">y<z/>"
                 "</Paragraph></Element>")));
-    QCOMPARE(mode.mTitle, u"Mode"_qs);
-    QCOMPARE(namesOf(mode), QStringList({u"A"_qs}));
+    QCOMPARE(mode.mTitle, u"Mode"_s);
+    QCOMPARE(namesOf(mode), QStringList({u"A"_s}));
     QCOMPARE(mode.mElements.constFirst().blockFormat().leftMargin(), 3.0);
 }
 
@@ -381,7 +383,7 @@ void TstScriptMode::aDeeplyNestedFileIsRead()
     TVLScriptMode mode;
     QVERIFY(mode.fromXml(modeXml("<Element Title=\"A\">" + QByteArray("<x>").repeated(depth)
                                  + QByteArray("</x>").repeated(depth) + "</Element>")));
-    QCOMPARE(namesOf(mode), QStringList({u"A"_qs}));
+    QCOMPARE(namesOf(mode), QStringList({u"A"_s}));
 }
 
 void TstScriptMode::aFileThatIsNotThereIsRefused()
@@ -389,7 +391,7 @@ void TstScriptMode::aFileThatIsNotThereIsRefused()
     const QTemporaryDir directory;
     TVLScriptMode mode = fullMode();
     QString error;
-    QVERIFY(!mode.load(directory.filePath(u"none.xml"_qs), &error));
+    QVERIFY(!mode.load(directory.filePath(u"none.xml"_s), &error));
     QVERIFY(!error.isEmpty());
     QVERIFY(mode == fullMode());
 }

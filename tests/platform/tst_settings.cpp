@@ -10,6 +10,8 @@
 #include <limits>
 #include <type_traits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Knows setting 1 of every kind and no other. */
@@ -22,14 +24,14 @@ public:
     bool defaultValue(FlagSetting) const override { return true; }
     int defaultValue(IntSetting) const override { return -7; }
     double defaultValue(RealSetting) const override { return 2.5; }
-    QString defaultValue(StringSetting) const override { return u"none"_qs; }
-    QStringList defaultValue(StringListSetting) const override { return {u"a"_qs, u"b"_qs}; }
+    QString defaultValue(StringSetting) const override { return u"none"_s; }
+    QStringList defaultValue(StringListSetting) const override { return {u"a"_s, u"b"_s}; }
     QColor defaultValue(ColorSetting) const override { return Qt::red; }
     QDateTime defaultValue(DateTimeSetting) const override
     {
         return QDateTime(QDate(2001, 2, 3), QTime(4, 5), Qt::UTC);
     }
-    QFont defaultValue(FontSetting) const override { return QFont(u"Some Family"_qs, 31); }
+    QFont defaultValue(FontSetting) const override { return QFont(u"Some Family"_s, 31); }
     QList<int> defaultValue(IntListSetting) const override { return {4, 5}; }
     QByteArray defaultValue(ByteArraySetting) const override { return "bytes"; }
     QTextCharFormat defaultValue(TextCharFormatSetting) const override
@@ -238,35 +240,34 @@ void TstSettings::everyKindSurvives()
     QVERIFY((survives<S::RealSetting, double>(
         {0, 0.1, -2.5, 1e300, 5e-324, 1.0 / 3, 12345678.9, std::numeric_limits<double>::max()})));
     QVERIFY((survives<S::StringSetting, QString>(
-        {u"word"_qs, u""_qs, u"true"_qs, u"12"_qs, u"a, b"_qs, u"a;b=c#d"_qs, u"@Invalid()"_qs,
-         u"@Size(1 2)"_qs, u"@"_qs, u"@@a"_qs, u"  blanks  "_qs, u"line\nend\ttab\r"_qs,
-         u"\"quoted\\"_qs, u"M\u00fcller \u4e2d\u6587 \U0001f4d6"_qs, QString(QChar(0)),
-         QString(100000, u'x')})));
+        {u"word"_s, u""_s, u"true"_s, u"12"_s, u"a, b"_s, u"a;b=c#d"_s, u"@Invalid()"_s,
+         u"@Size(1 2)"_s, u"@"_s, u"@@a"_s, u"  blanks  "_s, u"line\nend\ttab\r"_s, u"\"quoted\\"_s,
+         u"M\u00fcller \u4e2d\u6587 \U0001f4d6"_s, QString(QChar(0)), QString(100000, u'x')})));
     QVERIFY((survives<S::StringListSetting, QStringList>(
         {{},
-         {u"one"_qs},
-         {u""_qs},
-         {u""_qs, u""_qs},
-         {u"a, b"_qs, u"c"_qs},
-         {u"@Invalid()"_qs},
-         {u"@a"_qs, u"@@"_qs},
-         {u"M\u00fcller"_qs, u"\"x\""_qs, u"a\\"_qs, u" "_qs}})));
+         {u"one"_s},
+         {u""_s},
+         {u""_s, u""_s},
+         {u"a, b"_s, u"c"_s},
+         {u"@Invalid()"_s},
+         {u"@a"_s, u"@@"_s},
+         {u"M\u00fcller"_s, u"\"x\""_s, u"a\\"_s, u" "_s}})));
     QVERIFY((survives<S::ColorSetting, QColor>(
         {Qt::blue, QColor(1, 2, 3, 4), QColor(), QColor::fromHsv(20, 30, 40)})));
     QVERIFY((survives<S::DateTimeSetting, QDateTime>(
         {QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59, 999), Qt::UTC),
          QDateTime(QDate(1999, 12, 31), QTime(1, 2, 3)), QDateTime()})));
-    QFont font(u"Other Family"_qs, 17, QFont::Bold, true);
+    QFont font(u"Other Family"_s, 17, QFont::Bold, true);
     font.setUnderline(true);
-    QVERIFY((survives<S::FontSetting, QFont>({font, QFont(u"Third Family"_qs, 9)})));
+    QVERIFY((survives<S::FontSetting, QFont>({font, QFont(u"Third Family"_s, 9)})));
     QVERIFY((survives<S::ByteArraySetting, QByteArray>({"x", "", "a, b", ")", "@Invalid()"})));
 
     // Properties in the order of their numbers: formats compare it too, and the file has no other.
     QTextCharFormat characters;
     characters.setForeground(Qt::green);
-    characters.setFontFamilies({u"One Family"_qs, u"Another"_qs});
+    characters.setFontFamilies({u"One Family"_s, u"Another"_s});
     characters.setFontWeight(QFont::Bold);
-    characters.setAnchorHref(u"scheme://host"_qs);
+    characters.setAnchorHref(u"scheme://host"_s);
     QVERIFY((survives<S::TextCharFormatSetting, QTextCharFormat>({characters, {}})));
     QTextBlockFormat paragraphs;
     paragraphs.setAlignment(Qt::AlignRight);
@@ -323,7 +324,7 @@ void TstSettings::aListOfNumbersIsReadableInTheFile()
     QFETCH(QByteArray, text);
     const SettingsFile file;
     OneOfEach(file.path()).setValue(Known<TVLSettings::IntListSetting>, numbers);
-    QCOMPARE(file.content(), iniText(u"Kinds/ints"_qs, text));
+    QCOMPARE(file.content(), iniText(u"Kinds/ints"_s, text));
 }
 
 void TstSettings::anEmptyListIsNotAnAbsentOne()
@@ -331,17 +332,17 @@ void TstSettings::anEmptyListIsNotAnAbsentOne()
     const SettingsFile file;
     {
         OneOfEach settings(file.path());
-        QVERIFY(!settings.contains(u"Kinds/ints"_qs));
+        QVERIFY(!settings.contains(u"Kinds/ints"_s));
         QCOMPARE(settings.value(Known<TVLSettings::IntListSetting>), QList<int>({4, 5}));
         settings.setValue(Known<TVLSettings::IntListSetting>, {});
         settings.setValue(Known<TVLSettings::StringListSetting>, QStringList());
     }
     const auto settings = file.open<OneOfEach>();
-    QVERIFY(settings->contains(u"Kinds/ints"_qs));
+    QVERIFY(settings->contains(u"Kinds/ints"_s));
     QCOMPARE(settings->value(Known<TVLSettings::IntListSetting>), QList<int>());
-    QVERIFY(settings->contains(u"Kinds/strings"_qs));
+    QVERIFY(settings->contains(u"Kinds/strings"_s));
     QCOMPARE(settings->value(Known<TVLSettings::StringListSetting>), QStringList());
-    settings->remove(u"Kinds/ints"_qs);
+    settings->remove(u"Kinds/ints"_s);
     QCOMPARE(settings->value(Known<TVLSettings::IntListSetting>), QList<int>({4, 5}));
 }
 
@@ -360,7 +361,7 @@ void TstSettings::aListOfNumbersIsReadInEveryForm()
 {
     QFETCH(QByteArray, text);
     const SettingsFile file;
-    file.write(iniText(u"Kinds/ints"_qs, text));
+    file.write(iniText(u"Kinds/ints"_s, text));
     QTEST(OneOfEach(file.path()).value(Known<TVLSettings::IntListSetting>), "expected");
 }
 
@@ -468,18 +469,18 @@ void TstSettings::aDamagedFormatReadsAsTheDefault()
 void TstSettings::aValueReadsTheSameBeforeItIsWritten()
 {
     using S = TVLSettings;
-    const QVariant values[] = {u"7"_qs,
+    const QVariant values[] = {u"7"_s,
                                7,
                                qlonglong(7),
                                7.5,
                                true,
-                               QStringList{u"7"_qs},
-                               QStringList{u"7"_qs, u"8"_qs},
+                               QStringList{u"7"_s},
+                               QStringList{u"7"_s, u"8"_s},
                                QStringList(),
                                QVariantList{7, 8},
                                QVariantList(),
                                QByteArray("7"),
-                               QFont(u"Third Family"_qs),
+                               QFont(u"Third Family"_s),
                                QVariant(),
                                QTextBlockFormat(),
                                QSize(7, 8)};
@@ -522,8 +523,8 @@ void TstSettings::aSettingWithoutAKeyIsNotStored()
     QVERIFY(isNotStored<S::FlagSetting>(false));
     QVERIFY(isNotStored<S::IntSetting>(1));
     QVERIFY(isNotStored<S::RealSetting>(1.5));
-    QVERIFY(isNotStored<S::StringSetting>(u"x"_qs));
-    QVERIFY(isNotStored<S::StringListSetting>(QStringList(u"x"_qs)));
+    QVERIFY(isNotStored<S::StringSetting>(u"x"_s));
+    QVERIFY(isNotStored<S::StringListSetting>(QStringList(u"x"_s)));
     QVERIFY(isNotStored<S::ColorSetting>(QColor(Qt::blue)));
     QVERIFY(isNotStored<S::DateTimeSetting>(QDateTime::currentDateTimeUtc()));
     QVERIFY(isNotStored<S::FontSetting>(QFont()));
@@ -537,7 +538,7 @@ void TstSettings::aDefaultIsStored()
 {
     const SettingsFile file;
     OneOfEach(file.path()).setValue(Known<TVLSettings::IntSetting>, -7);
-    QCOMPARE(file.content(), iniText(u"Kinds/int"_qs, "-7"));
+    QCOMPARE(file.content(), iniText(u"Kinds/int"_s, "-7"));
 }
 
 void TstSettings::aKeyWithoutANumberIsReached()
@@ -545,19 +546,19 @@ void TstSettings::aKeyWithoutANumberIsReached()
     const SettingsFile file;
     {
         TVLSettings settings(file.path());
-        QVERIFY(!settings.value(u"Some/key"_qs).isValid());
-        QCOMPARE(settings.value(u"Some/key"_qs, 5), QVariant(5));
-        settings.setValue(u"Some/key"_qs, u"text"_qs);
-        QVERIFY(settings.contains(u"Some/key"_qs));
-        QCOMPARE(settings.value(u"Some/key"_qs, 5), QVariant(u"text"_qs));
+        QVERIFY(!settings.value(u"Some/key"_s).isValid());
+        QCOMPARE(settings.value(u"Some/key"_s, 5), QVariant(5));
+        settings.setValue(u"Some/key"_s, u"text"_s);
+        QVERIFY(settings.contains(u"Some/key"_s));
+        QCOMPARE(settings.value(u"Some/key"_s, 5), QVariant(u"text"_s));
     }
-    QCOMPARE(file.content(), iniText(u"Some/key"_qs, "text"));
+    QCOMPARE(file.content(), iniText(u"Some/key"_s, "text"));
 }
 
 void TstSettings::anEmptyKeyIsNoKey()
 {
     const SettingsFile file;
-    file.write(iniText(u"Some/key"_qs, "1"));
+    file.write(iniText(u"Some/key"_s, "1"));
     {
         TVLSettings settings(file.path());
         settings.setValue(QString(), 1);
@@ -565,9 +566,9 @@ void TstSettings::anEmptyKeyIsNoKey()
         // An ordinary QSettings would be empty now.
         settings.remove(QString());
         settings.remove(settings.keyText(TVLSettings::FlagSetting(1)));
-        QCOMPARE(settings.allKeys(), QStringList(u"Some/key"_qs));
+        QCOMPARE(settings.allKeys(), QStringList(u"Some/key"_s));
     }
-    QCOMPARE(file.content(), iniText(u"Some/key"_qs, "1"));
+    QCOMPARE(file.content(), iniText(u"Some/key"_s, "1"));
 }
 
 void TstSettings::removingTakesTheKeyAndAllBelow()
@@ -576,10 +577,10 @@ void TstSettings::removingTakesTheKeyAndAllBelow()
     file.write("[Some]\nkey=1\nkeyRing=2\nkey\\deeper=3\n");
     {
         TVLSettings settings(file.path());
-        settings.remove(u"Some/key"_qs);
-        settings.remove(u"Some/unknown"_qs);
+        settings.remove(u"Some/key"_s);
+        settings.remove(u"Some/unknown"_s);
     }
-    QCOMPARE(file.content(), iniText(u"Some/keyRing"_qs, "2"));
+    QCOMPARE(file.content(), iniText(u"Some/keyRing"_s, "2"));
     TVLSettings(file.path()).clear();
     QCOMPARE(file.content(), QByteArray());
 }
@@ -591,7 +592,7 @@ void TstSettings::aChangeIsWrittenWhenTheEventLoopComesRound()
     settings.setValue(Known<TVLSettings::IntSetting>, 1);
     settings.setValue(Known<TVLSettings::IntSetting>, 2);
     QVERIFY(!file.exists());
-    QTRY_COMPARE(file.content(), iniText(u"Kinds/int"_qs, "2"));
+    QTRY_COMPARE(file.content(), iniText(u"Kinds/int"_s, "2"));
 }
 
 void TstSettings::objectsOnOneFileSeeEachOthersChanges()
@@ -611,13 +612,13 @@ void TstSettings::savingToAnotherFileTakesEverythingAlong()
     source.write("[%General]\nkey=general\n[A%20b]\nc%2Fd=1\n[General]\nloner=x\n");
     OneOfEach settings(source.path());
     settings.setValue(Known<S::FlagSetting>, false);
-    settings.setValue(Known<S::StringSetting>, u"M\u00fcller, @"_qs);
-    settings.setValue(Known<S::StringListSetting>, QStringList{u"@a"_qs, u""_qs});
+    settings.setValue(Known<S::StringSetting>, u"M\u00fcller, @"_s);
+    settings.setValue(Known<S::StringListSetting>, QStringList{u"@a"_s, u""_s});
     settings.setValue(Known<S::IntListSetting>, {});
     settings.setValue(Known<S::ByteArraySetting>, QByteArray("\0\xff,", 3));
     settings.setValue(Known<S::DateTimeSetting>, QDateTime(QDate(2020, 1, 2), QTime(), Qt::UTC));
-    settings.setValue(Known<S::FontSetting>, QFont(u"Other Family"_qs));
-    settings.setValue(u"window"_qs, QSize(1, 2));
+    settings.setValue(Known<S::FontSetting>, QFont(u"Other Family"_s));
+    settings.setValue(u"window"_s, QSize(1, 2));
 
     // Nothing of it is on the disk yet.
     QVERIFY(settings.saveToFile(target.path()));
@@ -625,11 +626,11 @@ void TstSettings::savingToAnotherFileTakesEverythingAlong()
     QCOMPARE(target.content(), source.content());
     const auto saved = target.open<OneOfEach>();
     QCOMPARE(saved->allKeys(), settings.allKeys());
-    QCOMPARE(saved->value(u"General/key"_qs), QVariant(u"general"_qs));
+    QCOMPARE(saved->value(u"General/key"_s), QVariant(u"general"_s));
     QCOMPARE(saved->value(Known<S::FlagSetting>), false);
     QCOMPARE(saved->value(Known<S::IntListSetting>), QList<int>());
-    QCOMPARE(saved->value(Known<S::FontSetting>), QFont(u"Other Family"_qs));
-    QCOMPARE(target.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(saved->value(Known<S::FontSetting>), QFont(u"Other Family"_s));
+    QCOMPARE(target.names(), QStringList(u"ui.ini"_s));
 }
 
 void TstSettings::savingReplacesWhatTheOtherFileHeld()
@@ -640,7 +641,7 @@ void TstSettings::savingReplacesWhatTheOtherFileHeld()
     OneOfEach settings(source.path());
     settings.setValue(Known<TVLSettings::IntSetting>, 3);
     QVERIFY(settings.saveToFile(target.path()));
-    QCOMPARE(target.content(), iniText(u"Kinds/int"_qs, "3"));
+    QCOMPARE(target.content(), iniText(u"Kinds/int"_s, "3"));
     // Also for those who had the other file open.
     QCOMPARE(OneOfEach(target.path()).value(Known<TVLSettings::FlagSetting>), true);
 }
@@ -649,14 +650,14 @@ void TstSettings::savingLeavesTheSourceAsItWas()
 {
     const SettingsFile source;
     const SettingsFile target;
-    source.write(iniText(u"Kinds/int"_qs, "3"));
+    source.write(iniText(u"Kinds/int"_s, "3"));
     OneOfEach settings(source.path());
     QVERIFY(settings.saveToFile(target.path()));
     OneOfEach(target.path()).setValue(Known<TVLSettings::IntSetting>, 4);
     QCOMPARE(settings.value(Known<TVLSettings::IntSetting>), 3);
     QCOMPARE(settings.fileName(), source.path());
-    QCOMPARE(source.content(), iniText(u"Kinds/int"_qs, "3"));
-    QCOMPARE(target.content(), iniText(u"Kinds/int"_qs, "4"));
+    QCOMPARE(source.content(), iniText(u"Kinds/int"_s, "3"));
+    QCOMPARE(target.content(), iniText(u"Kinds/int"_s, "4"));
 }
 
 void TstSettings::savingToItsOwnFileWritesIt()
@@ -664,7 +665,7 @@ void TstSettings::savingToItsOwnFileWritesIt()
     const SettingsFile file;
     file.write("[Kinds]\nflag=false\nints=1, 2\n");
     OneOfEach settings(file.path());
-    settings.remove(u"Kinds/flag"_qs);
+    settings.remove(u"Kinds/flag"_s);
     settings.setValue(Known<TVLSettings::IntSetting>, 3);
     QVERIFY(settings.saveToFile(file.path()));
     QCOMPARE(file.content(), QByteArray("[Kinds]\nint=3\nints=1, 2\n"));
@@ -675,22 +676,22 @@ void TstSettings::savingToItsOwnFileWritesIt()
 void TstSettings::savingMakesTheFolder()
 {
     const SettingsFile source;
-    const SettingsFile target(u"New/Settings/ui.ini"_qs);
+    const SettingsFile target(u"New/Settings/ui.ini"_s);
     OneOfEach settings(source.path());
     settings.setValue(Known<TVLSettings::IntSetting>, 3);
     QVERIFY(settings.saveToFile(target.path()));
-    QCOMPARE(target.content(), iniText(u"Kinds/int"_qs, "3"));
+    QCOMPARE(target.content(), iniText(u"Kinds/int"_s, "3"));
 }
 
 void TstSettings::savingWhereNoFileCanBeFails()
 {
     const SettingsFile source;
-    source.write(iniText(u"Kinds/int"_qs, "3"));
+    source.write(iniText(u"Kinds/int"_s, "3"));
     OneOfEach settings(source.path());
 
     const SettingsFile file;
     file.write("a file");
-    QVERIFY(!settings.saveToFile(file.path() + u"/ui.ini"_qs));
+    QVERIFY(!settings.saveToFile(file.path() + u"/ui.ini"_s));
     QCOMPARE(file.content(), QByteArray("a file"));
 
     const SettingsFile folder;
@@ -702,7 +703,7 @@ void TstSettings::savingWhereNoFileCanBeFails()
     settings.setValue(Known<TVLSettings::IntSetting>, 4);
     settings.sync();
     QCOMPARE(settings.status(), QSettings::NoError);
-    QCOMPARE(source.content(), iniText(u"Kinds/int"_qs, "4"));
+    QCOMPARE(source.content(), iniText(u"Kinds/int"_s, "4"));
 }
 
 void TstSettings::savingOverADamagedFileKeepsIt()
@@ -716,9 +717,9 @@ void TstSettings::savingOverADamagedFileKeepsIt()
         const SettingsFile target;
         target.write(damaged);
         QVERIFY(settings.saveToFile(target.path()));
-        QCOMPARE(target.content(), iniText(u"Kinds/int"_qs, "3"));
-        QCOMPARE(target.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
-        QFile kept(target.pathBeside(u"ui.ini.damaged"_qs));
+        QCOMPARE(target.content(), iniText(u"Kinds/int"_s, "3"));
+        QCOMPARE(target.names(), QStringList({u"ui.ini"_s, u"ui.ini.damaged"_s}));
+        QFile kept(target.pathBeside(u"ui.ini.damaged"_s));
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), damaged);
     }
@@ -728,7 +729,7 @@ void TstSettings::savingNothingMakesAnEmptyFile()
 {
     const SettingsFile source;
     const SettingsFile target;
-    target.write(iniText(u"Kinds/int"_qs, "3"));
+    target.write(iniText(u"Kinds/int"_s, "3"));
     QVERIFY(OneOfEach(source.path()).saveToFile(target.path()));
     QCOMPARE(target.content(), QByteArray());
 }

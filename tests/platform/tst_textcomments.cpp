@@ -11,6 +11,8 @@
 #include <QTextBlock>
 #include <QTextTable>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray rtfOf(const QString &text)
@@ -22,7 +24,7 @@ QByteArray rtfOf(const QString &text)
 
 TVLTextCommentLink fullFootnote(const QString &identity)
 {
-    TVLTextCommentLink comment(identity, rtfOf(u"text of "_qs + identity));
+    TVLTextCommentLink comment(identity, rtfOf(u"text of "_s + identity));
     comment.mIsFootnote = true;
     comment.mIsCollapsed = true;
     comment.mColor = QColor(1, 2, 3);
@@ -42,7 +44,7 @@ QStringList identitiesOf(const QList<TVLTextCommentLink> &comments)
 QString runOf(const QTextCursor &cursor)
 {
     return cursor.isNull() ? QString()
-                           : u"%1-%2"_qs.arg(cursor.selectionStart()).arg(cursor.selectionEnd());
+                           : u"%1-%2"_s.arg(cursor.selectionStart()).arg(cursor.selectionEnd());
 }
 
 } // namespace
@@ -91,15 +93,15 @@ void TstTextComments::commentsComeInTheOrderOfTheText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("identities");
-    QTest::newRow("none") << u"a<b:b>"_qs << QStringList();
-    QTest::newRow("empty") << u""_qs << QStringList();
-    QTest::newRow("in order") << u"<c2:a>b<n1:c>\n<c3:d>"_qs
-                              << QStringList({u"2"_qs, u"1"_qs, u"3"_qs});
-    QTest::newRow("side by side") << u"<c1:a><c2:b>"_qs << QStringList({u"1"_qs, u"2"_qs});
-    QTest::newRow("each once over formats") << u"<c1:a><c1,b:b><c1:c>"_qs << QStringList(u"1"_qs);
-    QTest::newRow("each once over paragraphs") << u"<c1:a\n\nb>"_qs << QStringList(u"1"_qs);
+    QTest::newRow("none") << u"a<b:b>"_s << QStringList();
+    QTest::newRow("empty") << u""_s << QStringList();
+    QTest::newRow("in order") << u"<c2:a>b<n1:c>\n<c3:d>"_s
+                              << QStringList({u"2"_s, u"1"_s, u"3"_s});
+    QTest::newRow("side by side") << u"<c1:a><c2:b>"_s << QStringList({u"1"_s, u"2"_s});
+    QTest::newRow("each once over formats") << u"<c1:a><c1,b:b><c1:c>"_s << QStringList(u"1"_s);
+    QTest::newRow("each once over paragraphs") << u"<c1:a\n\nb>"_s << QStringList(u"1"_s);
     QTest::newRow("each once over other text")
-        << u"<c1:a>b<c1:c><c2:d>"_qs << QStringList({u"1"_qs, u"2"_qs});
+        << u"<c1:a>b<c1:c><c2:d>"_s << QStringList({u"1"_s, u"2"_s});
 }
 
 void TstTextComments::commentsComeInTheOrderOfTheText()
@@ -116,11 +118,11 @@ void TstTextComments::onlyCommentsBetweenThePositionsAreTold_data()
     QTest::addColumn<int>("from");
     QTest::addColumn<int>("to");
     QTest::addColumn<QStringList>("identities");
-    const QStringList all = {u"1"_qs, u"2"_qs};
+    const QStringList all = {u"1"_s, u"2"_s};
     QTest::newRow("all") << -1 << -1 << all;
     QTest::newRow("exactly all") << 2 << 8 << all;
-    QTest::newRow("only the start given") << 4 << -1 << QStringList(u"2"_qs);
-    QTest::newRow("only the end given") << -1 << 6 << QStringList(u"1"_qs);
+    QTest::newRow("only the start given") << 4 << -1 << QStringList(u"2"_s);
+    QTest::newRow("only the end given") << -1 << 6 << QStringList(u"1"_s);
     QTest::newRow("reaching in") << 3 << 7 << all;
     QTest::newRow("between") << 4 << 6 << QStringList();
     QTest::newRow("nothing") << 3 << 3 << QStringList();
@@ -132,18 +134,18 @@ void TstTextComments::onlyCommentsBetweenThePositionsAreTold()
     QFETCH(const int, from);
     QFETCH(const int, to);
     QFETCH(const QStringList, identities);
-    const auto document = makeText(u"01<c1:23>4\n<c2:67>89"_qs);
+    const auto document = makeText(u"01<c1:23>4\n<c2:67>89"_s);
     QCOMPARE(identitiesOf(TVLTextDoc::comments(document.get(), from, to)), identities);
 }
 
 void TstTextComments::theMapTellsWhereEachCommentStarts()
 {
-    const auto document = makeText(u"01<c1:23>\n<c1:56><n2:7>"_qs);
+    const auto document = makeText(u"01<c1:23>\n<c1:56><n2:7>"_s);
     const QMap<int, TVLTextCommentLink> all = TVLTextDoc::commentsMap(document.get(), -1, -1);
     QCOMPARE(all.keys(), QList<int>({2, 7}));
-    QCOMPARE(all.value(2).mIdentity, u"1"_qs);
+    QCOMPARE(all.value(2).mIdentity, u"1"_s);
     QVERIFY(!all.value(2).mIsFootnote);
-    QCOMPARE(all.value(7).mIdentity, u"2"_qs);
+    QCOMPARE(all.value(7).mIdentity, u"2"_s);
     QVERIFY(all.value(7).mIsFootnote);
     // Also from the middle of a run on.
     QCOMPARE(TVLTextDoc::commentsMap(document.get(), 6, 7).keys(), QList<int>({2}));
@@ -151,26 +153,26 @@ void TstTextComments::theMapTellsWhereEachCommentStarts()
 
 void TstTextComments::identitiesTieCommentsToTheText()
 {
-    const auto document = makeText(u"a<c1:b><c1,b:c>d<c2:e>\n<c1:f>"_qs);
-    const TVLTextCommentLink footnote = fullFootnote(u"1"_qs);
+    const auto document = makeText(u"a<c1:b><c1,b:c>d<c2:e>\n<c1:f>"_s);
+    const TVLTextCommentLink footnote = fullFootnote(u"1"_s);
     TVLTextDoc::setComments(document.get(), {footnote});
-    QCOMPARE(describeText(document.get()), u"a<n1:b><b,n1:c>d<c2:e>\n<n1:f>"_qs);
+    QCOMPARE(describeText(document.get()), u"a<n1:b><b,n1:c>d<c2:e>\n<n1:f>"_s);
     QCOMPARE(TVLTextDoc::comments(document.get(), -1, -1),
-             QList<TVLTextCommentLink>({footnote, TVLTextCommentLink(u"2"_qs, {})}));
+             QList<TVLTextCommentLink>({footnote, TVLTextCommentLink(u"2"_s, {})}));
 }
 
 void TstTextComments::commentsThatNoTextNamesAreLeftOut()
 {
-    const auto document = makeText(u"a<c1:b>"_qs);
-    TVLTextDoc::setComments(document.get(), {fullFootnote(u"2"_qs), TVLTextCommentLink()});
-    QCOMPARE(describeText(document.get()), u"a<c1:b>"_qs);
+    const auto document = makeText(u"a<c1:b>"_s);
+    TVLTextDoc::setComments(document.get(), {fullFootnote(u"2"_s), TVLTextCommentLink()});
+    QCOMPARE(describeText(document.get()), u"a<c1:b>"_s);
     QVERIFY(!document->isModified());
 }
 
 void TstTextComments::whatIsSetComesBack()
 {
     // As many as nobody has, in one paragraph and in many.
-    for (const QString &gap : {u" "_qs, u"\n"_qs}) {
+    for (const QString &gap : {u" "_s, u"\n"_s}) {
         QTextDocument document;
         QList<TVLTextCommentLink> comments;
         QTextCursor cursor(&document);
@@ -180,7 +182,7 @@ void TstTextComments::whatIsSetComesBack()
             comment.mIsFootnote = i % 2;
             comment.mNumber = i % 3;
             comments.append(comment);
-            cursor.insertText(u"x"_qs, markedFormat(u'c' + identity));
+            cursor.insertText(u"x"_s, markedFormat(u'c' + identity));
             cursor.insertText(gap, QTextCharFormat());
         }
         TVLTextDoc::setComments(&document, comments);
@@ -190,21 +192,21 @@ void TstTextComments::whatIsSetComesBack()
 
 void TstTextComments::anEmptyListOfCommentsChangesNothing()
 {
-    const auto document = makeText(u"<c1:b>"_qs);
+    const auto document = makeText(u"<c1:b>"_s);
     TVLTextDoc::setComments(document.get(), {});
-    QCOMPARE(describeText(document.get()), u"<c1:b>"_qs);
+    QCOMPARE(describeText(document.get()), u"<c1:b>"_s);
 }
 
 void TstTextComments::uuidsAreRecognised_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("hasUuids");
-    QTest::newRow("none") << u"a"_qs << false;
-    QTest::newRow("numbers") << u"<c1:a><c2:b>"_qs << false;
-    QTest::newRow("uuid") << u"<c0f8fad5b-d9cb-469f-a165-70867728950e:a>"_qs << true;
-    QTest::newRow("footnote by uuid") << u"<n0F8FAD5B-D9CB-469F-A165-70867728950E:a>"_qs << true;
-    QTest::newRow("with braces") << u"<c{0f8fad5b-d9cb-469f-a165-70867728950e}:a>"_qs << true;
-    QTest::newRow("one of many") << u"<c1:a>\n<c0f8fad5b-d9cb-469f-a165-70867728950e:a>"_qs << true;
+    QTest::newRow("none") << u"a"_s << false;
+    QTest::newRow("numbers") << u"<c1:a><c2:b>"_s << false;
+    QTest::newRow("uuid") << u"<c0f8fad5b-d9cb-469f-a165-70867728950e:a>"_s << true;
+    QTest::newRow("footnote by uuid") << u"<n0F8FAD5B-D9CB-469F-A165-70867728950E:a>"_s << true;
+    QTest::newRow("with braces") << u"<c{0f8fad5b-d9cb-469f-a165-70867728950e}:a>"_s << true;
+    QTest::newRow("one of many") << u"<c1:a>\n<c0f8fad5b-d9cb-469f-a165-70867728950e:a>"_s << true;
 }
 
 void TstTextComments::uuidsAreRecognised()
@@ -216,7 +218,7 @@ void TstTextComments::uuidsAreRecognised()
     // What the text had once doesn't count.
     QTextCursor cursor(document.get());
     cursor.select(QTextCursor::Document);
-    cursor.insertText(u"x"_qs, QTextCharFormat());
+    cursor.insertText(u"x"_s, QTextCharFormat());
     QVERIFY(!TVLTextDoc::hasCommentsWithUuids(document.get()));
     QVERIFY(!TVLTextDoc::hasInspectorCommentsOrFootnotes(document.get()));
 }
@@ -227,21 +229,21 @@ void TstTextComments::aCommentIsHungOnARange_data()
     QTest::addColumn<int>("location");
     QTest::addColumn<int>("length");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("in a run") << u"abcd"_qs << 1 << 2 << u"a<cnew:bc>d"_qs;
-    QTest::newRow("all") << u"abcd"_qs << 0 << 4 << u"<cnew:abcd>"_qs;
-    QTest::newRow("over formats") << u"a<b:bc>d"_qs << 2 << 2 << u"a<b:b><b,cnew:c><cnew:d>"_qs;
-    QTest::newRow("over a link") << u"<ltavellnk://1:abc>"_qs << 1 << 1
-                                 << u"<ltavellnk://1:a><cnew,ltavellnk://1:b><ltavellnk://1:c>"_qs;
-    QTest::newRow("over paragraphs") << u"ab\n\ncd"_qs << 1 << 4 << u"a<cnew:b>\n\n<cnew:c>d"_qs;
+    QTest::newRow("in a run") << u"abcd"_s << 1 << 2 << u"a<cnew:bc>d"_s;
+    QTest::newRow("all") << u"abcd"_s << 0 << 4 << u"<cnew:abcd>"_s;
+    QTest::newRow("over formats") << u"a<b:bc>d"_s << 2 << 2 << u"a<b:b><b,cnew:c><cnew:d>"_s;
+    QTest::newRow("over a link") << u"<ltavellnk://1:abc>"_s << 1 << 1
+                                 << u"<ltavellnk://1:a><cnew,ltavellnk://1:b><ltavellnk://1:c>"_s;
+    QTest::newRow("over paragraphs") << u"ab\n\ncd"_s << 1 << 4 << u"a<cnew:b>\n\n<cnew:c>d"_s;
     QTest::newRow("in place of another")
-        << u"a<nold:bcd>e"_qs << 2 << 1 << u"a<nold:b><cnew:c><nold:d>e"_qs;
-    QTest::newRow("beyond the end") << u"abcd"_qs << 2 << 2147483647 << u"ab<cnew:cd>"_qs;
-    QTest::newRow("before the start") << u"abcd"_qs << -2 << 3 << u"<cnew:a>bcd"_qs;
-    QTest::newRow("behind the end") << u"abcd"_qs << 99 << 3 << u"abcd"_qs;
-    QTest::newRow("nothing") << u"abcd"_qs << 1 << 0 << u"abcd"_qs;
-    QTest::newRow("less than nothing") << u"abcd"_qs << 3 << -2 << u"abcd"_qs;
-    QTest::newRow("a picture") << u"a<p:x.png>b"_qs << 1 << 1 << u"a<cnew,p:x.png>b"_qs;
-    QTest::newRow("empty text") << u""_qs << 0 << 1 << u""_qs;
+        << u"a<nold:bcd>e"_s << 2 << 1 << u"a<nold:b><cnew:c><nold:d>e"_s;
+    QTest::newRow("beyond the end") << u"abcd"_s << 2 << 2147483647 << u"ab<cnew:cd>"_s;
+    QTest::newRow("before the start") << u"abcd"_s << -2 << 3 << u"<cnew:a>bcd"_s;
+    QTest::newRow("behind the end") << u"abcd"_s << 99 << 3 << u"abcd"_s;
+    QTest::newRow("nothing") << u"abcd"_s << 1 << 0 << u"abcd"_s;
+    QTest::newRow("less than nothing") << u"abcd"_s << 3 << -2 << u"abcd"_s;
+    QTest::newRow("a picture") << u"a<p:x.png>b"_s << 1 << 1 << u"a<cnew,p:x.png>b"_s;
+    QTest::newRow("empty text") << u""_s << 0 << 1 << u""_s;
 }
 
 void TstTextComments::aCommentIsHungOnARange()
@@ -252,7 +254,7 @@ void TstTextComments::aCommentIsHungOnARange()
     QFETCH(const QString, expected);
     const auto document = makeText(text);
     const bool isHung =
-        TVLTextDoc::setComment(document.get(), {location, length}, {u"new"_qs, rtfOf(u"x"_qs)});
+        TVLTextDoc::setComment(document.get(), {location, length}, {u"new"_s, rtfOf(u"x"_s)});
     QCOMPARE(isHung, expected != text);
     QCOMPARE(describeText(document.get()), expected);
     QCOMPARE(document->isModified(), isHung);
@@ -260,13 +262,13 @@ void TstTextComments::aCommentIsHungOnARange()
 
 void TstTextComments::aCommentWithoutIdentityGetsOne()
 {
-    const auto document = makeText(u"abcd"_qs);
-    TVLTextDoc::setComment(document.get(), {0, 1}, {QString(), rtfOf(u"x"_qs)});
-    TVLTextDoc::setComment(document.get(), {1, 1}, {QString(), rtfOf(u"y"_qs)});
+    const auto document = makeText(u"abcd"_s);
+    TVLTextDoc::setComment(document.get(), {0, 1}, {QString(), rtfOf(u"x"_s)});
+    TVLTextDoc::setComment(document.get(), {1, 1}, {QString(), rtfOf(u"y"_s)});
     const QList<TVLTextCommentLink> comments = TVLTextDoc::comments(document.get(), -1, -1);
     QCOMPARE(comments.size(), 2);
     QVERIFY(comments.at(0).mIdentity != comments.at(1).mIdentity);
-    QCOMPARE(comments.at(1).mRtf, rtfOf(u"y"_qs));
+    QCOMPARE(comments.at(1).mRtf, rtfOf(u"y"_s));
     QVERIFY(TVLTextDoc::hasCommentsWithUuids(document.get()));
 }
 
@@ -274,19 +276,19 @@ void TstTextComments::aCommentIsOneOnAllItsRuns_data()
 {
     QTest::addColumn<int>("location");
     QTest::addColumn<QString>("expected");
-    const QString all = u"a<nx:b>c<nx:d>\n<b,nx:e><cy:f>"_qs;
+    const QString all = u"a<nx:b>c<nx:d>\n<b,nx:e><cy:f>"_s;
     QTest::newRow("set at its first run") << 1 << all;
     QTest::newRow("set at its second run") << 3 << all;
-    QTest::newRow("set at the last of another") << 6 << u"a<nx:b>c<nx:d>\n<b,nx:e><nx:f>"_qs;
+    QTest::newRow("set at the last of another") << 6 << u"a<nx:b>c<nx:d>\n<b,nx:e><nx:f>"_s;
 }
 
 void TstTextComments::aCommentIsOneOnAllItsRuns()
 {
     QFETCH(const int, location);
     QFETCH(const QString, expected);
-    const QString text = u"a<cx:b>c<cx:d>\n<b,cx:e><cy:f>"_qs;
+    const QString text = u"a<cx:b>c<cx:d>\n<b,cx:e><cy:f>"_s;
     const auto document = makeText(text);
-    const TVLTextCommentLink comment = fullFootnote(u"x"_qs);
+    const TVLTextCommentLink comment = fullFootnote(u"x"_s);
     QVERIFY(TVLTextDoc::setComment(document.get(), {location, 1}, comment));
     QCOMPARE(describeText(document.get()), expected);
     QCOMPARE(TVLTextDoc::comments(document.get(), -1, -1).constFirst(), comment);
@@ -301,13 +303,13 @@ void TstTextComments::aCommentIsOneOnAllItsRuns()
 
 void TstTextComments::aDocumentWithoutAPlaceForCommentsTakesNone()
 {
-    const auto document = makeText(u"abcd"_qs);
+    const auto document = makeText(u"abcd"_s);
     document->setProperty("takesComments", false);
-    QVERIFY(!TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_qs)));
-    QCOMPARE(describeText(document.get()), u"abcd"_qs);
+    QVERIFY(!TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_s)));
+    QCOMPARE(describeText(document.get()), u"abcd"_s);
     QVERIFY(!document->isModified());
     document->setProperty("takesComments", true);
-    QVERIFY(TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_qs)));
+    QVERIFY(TVLTextDoc::setComment(document.get(), {1, 2}, fullFootnote(u"1"_s)));
 }
 
 void TstTextComments::joinedTextsKeepTheCommentsOfBoth_data()
@@ -315,13 +317,13 @@ void TstTextComments::joinedTextsKeepTheCommentsOfBoth_data()
     QTest::addColumn<QString>("first");
     QTest::addColumn<QString>("second");
     QTest::addColumn<QString>("identity");
-    QTest::newRow("numbers") << u"a<c1:b>"_qs << u"<c1:c>d"_qs << u"1"_qs;
-    const QString uuid = u"0F8FAD5B-D9CB-469F-A165-70867728950E"_qs;
-    QTest::newRow("uuids") << u"a<c0F8FAD5B-D9CB-469F-A165-70867728950E:b>"_qs
-                           << u"<c0F8FAD5B-D9CB-469F-A165-70867728950E:c>d"_qs << uuid;
-    QTest::newRow("a comment and a footnote") << u"<c1:b>"_qs << u"<n1:c>"_qs << u"1"_qs;
+    QTest::newRow("numbers") << u"a<c1:b>"_s << u"<c1:c>d"_s << u"1"_s;
+    const QString uuid = u"0F8FAD5B-D9CB-469F-A165-70867728950E"_s;
+    QTest::newRow("uuids") << u"a<c0F8FAD5B-D9CB-469F-A165-70867728950E:b>"_s
+                           << u"<c0F8FAD5B-D9CB-469F-A165-70867728950E:c>d"_s << uuid;
+    QTest::newRow("a comment and a footnote") << u"<c1:b>"_s << u"<n1:c>"_s << u"1"_s;
     QTest::newRow("several runs and paragraphs")
-        << u"<c1:a>b\n<b,c1:c>"_qs << u"<c1:d>\n<c1:e>f<b,c1:g>"_qs << u"1"_qs;
+        << u"<c1:a>b\n<b,c1:c>"_s << u"<c1:d>\n<c1:e>f<b,c1:g>"_s << u"1"_s;
 }
 
 void TstTextComments::joinedTextsKeepTheCommentsOfBoth()
@@ -337,8 +339,8 @@ void TstTextComments::joinedTextsKeepTheCommentsOfBoth()
         TVLTextDoc::setComments(document, {comment});
         QCOMPARE(comment.mIdentity, identity);
     };
-    say(target.get(), u"of the first"_qs);
-    say(source.get(), u"of the second"_qs);
+    say(target.get(), u"of the first"_s);
+    say(source.get(), u"of the second"_s);
     const QString before = describeText(target.get());
     target->clearUndoRedoStacks();
 
@@ -346,7 +348,7 @@ void TstTextComments::joinedTextsKeepTheCommentsOfBoth()
     cursor.movePosition(QTextCursor::End);
     TVLTextDoc::appendDocument(cursor, source.get());
     QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(target.get()),
-             QStringList({u"of the first"_qs, u"of the second"_qs}));
+             QStringList({u"of the first"_s, u"of the second"_s}));
     const QStringList identities = identitiesOf(TVLTextDoc::comments(target.get(), -1, -1));
     QCOMPARE(identities.constFirst(), identity);
     QVERIFY(!QUuid::fromString(identities.constLast()).isNull());
@@ -361,30 +363,30 @@ void TstTextComments::joinedTextsKeepTheCommentsOfBoth()
 
 void TstTextComments::aCommentThatIsTheSameStaysOne()
 {
-    const auto target = makeText(u"a<c1:b>"_qs);
-    const auto source = makeText(u"<c1:c><c2:d>"_qs);
-    const TVLTextCommentLink comment(u"1"_qs, rtfOf(u"one"_qs));
+    const auto target = makeText(u"a<c1:b>"_s);
+    const auto source = makeText(u"<c1:c><c2:d>"_s);
+    const TVLTextCommentLink comment(u"1"_s, rtfOf(u"one"_s));
     TVLTextDoc::setComments(target.get(), {comment});
     TVLTextDoc::setComments(source.get(), {comment});
     QTextCursor cursor(target.get());
     cursor.movePosition(QTextCursor::End);
     TVLTextDoc::appendDocument(cursor, source.get());
-    QCOMPARE(describeText(target.get()), u"a<c1:bc><c2:d>"_qs);
+    QCOMPARE(describeText(target.get()), u"a<c1:bc><c2:d>"_s);
 }
 
 void TstTextComments::whatIsReplacedHasNoCommentsAnyMore()
 {
-    const auto target = makeText(u"<c1:a>\n<c1:b>"_qs);
-    const auto source = makeText(u"<c1:c>\n<c1:d>"_qs);
-    TVLTextDoc::setComments(target.get(), {{u"1"_qs, rtfOf(u"old"_qs)}});
-    TVLTextDoc::setComments(source.get(), {{u"1"_qs, rtfOf(u"new"_qs)}});
+    const auto target = makeText(u"<c1:a>\n<c1:b>"_s);
+    const auto source = makeText(u"<c1:c>\n<c1:d>"_s);
+    TVLTextDoc::setComments(target.get(), {{u"1"_s, rtfOf(u"old"_s)}});
+    TVLTextDoc::setComments(source.get(), {{u"1"_s, rtfOf(u"new"_s)}});
     // As an editor does it that formats what is selected, ends of paragraphs too.
     QTextCursor cursor(target.get());
     cursor.select(QTextCursor::Document);
     cursor.setBlockCharFormat(target->begin().begin().fragment().charFormat());
     TVLTextDoc::appendDocument(cursor, source.get());
-    QCOMPARE(describeText(target.get()), u"<c1:c>\n<c1:d>"_qs);
-    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(target.get()), QStringList(u"new"_qs));
+    QCOMPARE(describeText(target.get()), u"<c1:c>\n<c1:d>"_s);
+    QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(target.get()), QStringList(u"new"_s));
 }
 
 void TstTextComments::aCommentIsRemovedFromItsRun_data()
@@ -393,13 +395,13 @@ void TstTextComments::aCommentIsRemovedFromItsRun_data()
     QTest::addColumn<int>("from");
     QTest::addColumn<int>("to");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("whole") << u"a<c1:bc>d"_qs << 1 << 3 << u"abcd"_qs;
-    QTest::newRow("part") << u"a<c1:bc>d"_qs << 2 << 4 << u"a<c1:b>cd"_qs;
-    QTest::newRow("backwards") << u"a<c1:bc>d"_qs << 3 << 1 << u"abcd"_qs;
-    QTest::newRow("several") << u"<c1:a><n2:b>\n<c3,b:c>"_qs << 0 << 4 << u"ab\n<b:c>"_qs;
-    QTest::newRow("nothing selected") << u"<c1:abc>"_qs << 1 << 1 << u"<c1:abc>"_qs;
+    QTest::newRow("whole") << u"a<c1:bc>d"_s << 1 << 3 << u"abcd"_s;
+    QTest::newRow("part") << u"a<c1:bc>d"_s << 2 << 4 << u"a<c1:b>cd"_s;
+    QTest::newRow("backwards") << u"a<c1:bc>d"_s << 3 << 1 << u"abcd"_s;
+    QTest::newRow("several") << u"<c1:a><n2:b>\n<c3,b:c>"_s << 0 << 4 << u"ab\n<b:c>"_s;
+    QTest::newRow("nothing selected") << u"<c1:abc>"_s << 1 << 1 << u"<c1:abc>"_s;
     QTest::newRow("other marks stay")
-        << u"<a,c1:a><c1,ltavellnk://1:b>"_qs << 0 << 2 << u"<a:a><ltavellnk://1:b>"_qs;
+        << u"<a,c1:a><c1,ltavellnk://1:b>"_s << 0 << 2 << u"<a:a><ltavellnk://1:b>"_s;
 }
 
 void TstTextComments::aCommentIsRemovedFromItsRun()
@@ -420,24 +422,24 @@ void TstTextComments::removingTakesTheCommentOffParagraphEnds()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"a\nb"_qs);
+    cursor.insertText(u"a\nb"_s);
     cursor.select(QTextCursor::Document);
     // As an editor does it that formats what is selected.
-    cursor.setCharFormat(markedFormat(u"c1"_qs));
+    cursor.setCharFormat(markedFormat(u"c1"_s));
     QVERIFY(TVLTextFormat::hasComment(document.begin().next().charFormat()));
     TVLTextDoc::removeComment(TVLTextFinder::findCommentViaStartPos(&document, 0));
     QVERIFY(!TVLTextFormat::hasComment(document.begin().next().charFormat()));
-    QCOMPARE(describeText(&document), u"a\nb"_qs);
+    QCOMPARE(describeText(&document), u"a\nb"_s);
 }
 
 void TstTextComments::eachChangeIsOneUndoStep()
 {
-    const QString text = u"ab<b:c>\n<cold:de>"_qs;
+    const QString text = u"ab<b:c>\n<cold:de>"_s;
     const auto document = makeText(text);
-    TVLTextDoc::setComment(document.get(), {1, 4}, {u"new"_qs, {}});
+    TVLTextDoc::setComment(document.get(), {1, 4}, {u"new"_s, {}});
     const QString hung = describeText(document.get());
-    QCOMPARE(hung, u"a<cnew:b><b,cnew:c>\n<cnew:d><cold:e>"_qs);
-    TVLTextDoc::setComments(document.get(), {fullFootnote(u"new"_qs), fullFootnote(u"old"_qs)});
+    QCOMPARE(hung, u"a<cnew:b><b,cnew:c>\n<cnew:d><cold:e>"_s);
+    TVLTextDoc::setComments(document.get(), {fullFootnote(u"new"_s), fullFootnote(u"old"_s)});
     TVLTextDoc::removeComment(TVLTextFinder::findCommentViaStartPos(document.get(), 1));
     document->undo();
     document->undo();
@@ -451,10 +453,10 @@ void TstTextComments::notesAreTold_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("hasNotes");
-    QTest::newRow("none") << u"a"_qs << false;
-    QTest::newRow("comment") << u"a<c1:b>"_qs << true;
-    QTest::newRow("footnote") << u"a\n<n1:b>"_qs << true;
-    QTest::newRow("inline notes are others") << u"<a:a><f:b>"_qs << false;
+    QTest::newRow("none") << u"a"_s << false;
+    QTest::newRow("comment") << u"a<c1:b>"_s << true;
+    QTest::newRow("footnote") << u"a\n<n1:b>"_s << true;
+    QTest::newRow("inline notes are others") << u"<a:a><f:b>"_s << false;
 }
 
 void TstTextComments::notesAreTold()
@@ -466,11 +468,11 @@ void TstTextComments::notesAreTold()
 
 void TstTextComments::notesBecomePlainText()
 {
-    const auto document = makeText(u"<c2:a>b<n1:c><c3:d>"_qs);
+    const auto document = makeText(u"<c2:a>b<n1:c><c3:d>"_s);
     TVLTextDoc::setComments(document.get(),
-                            {{u"1"_qs, rtfOf(u"one\nmore"_qs)}, {u"2"_qs, rtfOf(u"tw\u00f6"_qs)}});
+                            {{u"1"_s, rtfOf(u"one\nmore"_s)}, {u"2"_s, rtfOf(u"tw\u00f6"_s)}});
     QCOMPARE(TVLTextDoc::inspectorNotesToPlainText(document.get()),
-             QStringList({u"tw\u00f6"_qs, u"one\nmore"_qs, QString()}));
+             QStringList({u"tw\u00f6"_s, u"one\nmore"_s, QString()}));
 }
 
 void TstTextComments::aRunIsFoundByItsStart_data()
@@ -479,21 +481,21 @@ void TstTextComments::aRunIsFoundByItsStart_data()
     QTest::addColumn<int>("position");
     QTest::addColumn<QString>("startingThere");
     QTest::addColumn<QString>("around");
-    const QString text = u"01<c1:23><c1,b:4>5<n2:6>"_qs;
-    QTest::newRow("start") << text << 2 << u"2-5"_qs << u"2-5"_qs;
-    QTest::newRow("middle") << text << 3 << QString() << u"2-5"_qs;
-    QTest::newRow("other format") << text << 4 << QString() << u"2-5"_qs;
+    const QString text = u"01<c1:23><c1,b:4>5<n2:6>"_s;
+    QTest::newRow("start") << text << 2 << u"2-5"_s << u"2-5"_s;
+    QTest::newRow("middle") << text << 3 << QString() << u"2-5"_s;
+    QTest::newRow("other format") << text << 4 << QString() << u"2-5"_s;
     QTest::newRow("behind") << text << 5 << QString() << QString();
-    QTest::newRow("footnote") << text << 6 << u"6-7"_qs << u"6-7"_qs;
+    QTest::newRow("footnote") << text << 6 << u"6-7"_s << u"6-7"_s;
     QTest::newRow("end of text") << text << 7 << QString() << QString();
     QTest::newRow("beyond the text") << text << 99 << QString() << QString();
     QTest::newRow("before the text") << text << -1 << QString() << QString();
-    const QString paragraphs = u"<c1:01\n\n45><c2:6\n8>9\n<c2:b>"_qs;
-    QTest::newRow("first of paragraphs") << paragraphs << 0 << u"0-6"_qs << u"0-6"_qs;
-    QTest::newRow("between paragraphs") << paragraphs << 3 << QString() << u"0-6"_qs;
-    QTest::newRow("last of paragraphs") << paragraphs << 4 << QString() << u"0-6"_qs;
-    QTest::newRow("next comment") << paragraphs << 6 << u"6-9"_qs << u"6-9"_qs;
-    QTest::newRow("behind other text") << paragraphs << 11 << u"11-12"_qs << u"11-12"_qs;
+    const QString paragraphs = u"<c1:01\n\n45><c2:6\n8>9\n<c2:b>"_s;
+    QTest::newRow("first of paragraphs") << paragraphs << 0 << u"0-6"_s << u"0-6"_s;
+    QTest::newRow("between paragraphs") << paragraphs << 3 << QString() << u"0-6"_s;
+    QTest::newRow("last of paragraphs") << paragraphs << 4 << QString() << u"0-6"_s;
+    QTest::newRow("next comment") << paragraphs << 6 << u"6-9"_s << u"6-9"_s;
+    QTest::newRow("behind other text") << paragraphs << 11 << u"11-12"_s << u"11-12"_s;
 }
 
 void TstTextComments::aRunIsFoundByItsStart()
@@ -509,21 +511,21 @@ void TstTextComments::noRunReachesOutOfACell()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    const QTextCharFormat format = markedFormat(u"c1"_qs);
-    cursor.insertText(u"ab"_qs, format);
+    const QTextCharFormat format = markedFormat(u"c1"_s);
+    cursor.insertText(u"ab"_s, format);
     const QTextTable *table = cursor.insertTable(1, 2);
-    table->cellAt(0, 0).firstCursorPosition().insertText(u"cd"_qs, format);
-    table->cellAt(0, 1).firstCursorPosition().insertText(u"ef"_qs, format);
+    table->cellAt(0, 0).firstCursorPosition().insertText(u"cd"_s, format);
+    table->cellAt(0, 1).firstCursorPosition().insertText(u"ef"_s, format);
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(u"gh"_qs, format);
+    cursor.insertText(u"gh"_s, format);
     for (const int position : {0, table->cellAt(0, 0).firstPosition(),
                                table->cellAt(0, 1).firstPosition(), cursor.position() - 2}) {
         QCOMPARE(runOf(TVLTextFinder::findCommentViaStartPos(&document, position)),
-                 u"%1-%2"_qs.arg(position).arg(position + 2));
+                 u"%1-%2"_s.arg(position).arg(position + 2));
     }
     TVLTextDoc::removeComment(
         TVLTextFinder::findCommentViaStartPos(&document, table->cellAt(0, 1).firstPosition()));
-    QCOMPARE(describeText(&document), u"<c1:ab>\n[<c1:cd>]\n[ef]\n<c1:gh>"_qs);
+    QCOMPARE(describeText(&document), u"<c1:ab>\n[<c1:cd>]\n[ef]\n<c1:gh>"_s);
 }
 
 void TstTextComments::foundRunsAgreeWithAllComments()
@@ -567,8 +569,8 @@ void TstTextComments::missingDocumentsHaveNoComments()
     QVERIFY(TVLTextDoc::inspectorNotesToPlainText(nullptr).isEmpty());
     QVERIFY(TVLTextFinder::findCommentViaStartPos(nullptr, 0).isNull());
     QVERIFY(TVLTextFinder::findCommentAt(nullptr, 0).isNull());
-    TVLTextDoc::setComments(nullptr, {fullFootnote(u"1"_qs)});
-    TVLTextDoc::setComment(nullptr, {0, 1}, fullFootnote(u"1"_qs));
+    TVLTextDoc::setComments(nullptr, {fullFootnote(u"1"_s)});
+    TVLTextDoc::setComment(nullptr, {0, 1}, fullFootnote(u"1"_s));
     TVLTextDoc::removeComment(QTextCursor());
 }
 

@@ -7,6 +7,8 @@
 #include <QTextDocument>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 class TstTextFormat : public QObject
 {
     Q_OBJECT
@@ -33,32 +35,32 @@ void TstTextFormat::addressesAreToldApart_data()
     QTest::addColumn<QString>("address");
     QTest::addColumn<bool>("byId");
     QTest::addColumn<bool>("byUuid");
-    QTest::newRow("id") << u"tavellnk://12"_qs << true << false;
-    QTest::newRow("id 0") << u"tavellnk://0"_qs << true << false;
-    QTest::newRow("highest id") << u"tavellnk://2147483647"_qs << true << false;
-    QTest::newRow("id too high") << u"tavellnk://2147483648"_qs << false << false;
-    QTest::newRow("negative id") << u"tavellnk://-1"_qs << false << false;
-    QTest::newRow("id with a sign") << u"tavellnk://+1"_qs << false << false;
-    QTest::newRow("id with more behind") << u"tavellnk://12/3"_qs << false << false;
-    QTest::newRow("id in other digits") << u"tavellnk://\u0661"_qs << false << false;
-    QTest::newRow("uuid") << u"tavellnk://0F8FAD5B-D9CB-469F-A165-70867728950E"_qs << false << true;
-    QTest::newRow("lower case") << u"tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e"_qs << false
+    QTest::newRow("id") << u"tavellnk://12"_s << true << false;
+    QTest::newRow("id 0") << u"tavellnk://0"_s << true << false;
+    QTest::newRow("highest id") << u"tavellnk://2147483647"_s << true << false;
+    QTest::newRow("id too high") << u"tavellnk://2147483648"_s << false << false;
+    QTest::newRow("negative id") << u"tavellnk://-1"_s << false << false;
+    QTest::newRow("id with a sign") << u"tavellnk://+1"_s << false << false;
+    QTest::newRow("id with more behind") << u"tavellnk://12/3"_s << false << false;
+    QTest::newRow("id in other digits") << u"tavellnk://\u0661"_s << false << false;
+    QTest::newRow("uuid") << u"tavellnk://0F8FAD5B-D9CB-469F-A165-70867728950E"_s << false << true;
+    QTest::newRow("lower case") << u"tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e"_s << false
                                 << true;
-    QTest::newRow("braces") << u"tavellnk://{0f8fad5b-d9cb-469f-a165-70867728950e}"_qs << false
+    QTest::newRow("braces") << u"tavellnk://{0f8fad5b-d9cb-469f-a165-70867728950e}"_s << false
                             << true;
     QTest::newRow("blanks around")
-        << u" tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e "_qs << false << true;
-    QTest::newRow("half braces") << u"tavellnk://{0f8fad5b-d9cb-469f-a165-70867728950e"_qs << false
+        << u" tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e "_s << false << true;
+    QTest::newRow("half braces") << u"tavellnk://{0f8fad5b-d9cb-469f-a165-70867728950e"_s << false
                                  << false;
-    QTest::newRow("more behind") << u"tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e0"_qs << false
+    QTest::newRow("more behind") << u"tavellnk://0f8fad5b-d9cb-469f-a165-70867728950e0"_s << false
                                  << false;
-    QTest::newRow("null uuid") << u"tavellnk://00000000-0000-0000-0000-000000000000"_qs << false
+    QTest::newRow("null uuid") << u"tavellnk://00000000-0000-0000-0000-000000000000"_s << false
                                << false;
-    QTest::newRow("nothing behind") << u"tavellnk://"_qs << false << false;
-    QTest::newRow("other case") << u"TAVELLNK://12"_qs << false << false;
-    QTest::newRow("comment") << u"tavelcmt://12"_qs << false << false;
-    QTest::newRow("elsewhere") << u"https://example.org/tavellnk://12"_qs << false << false;
-    QTest::newRow("number") << u"12"_qs << false << false;
+    QTest::newRow("nothing behind") << u"tavellnk://"_s << false << false;
+    QTest::newRow("other case") << u"TAVELLNK://12"_s << false << false;
+    QTest::newRow("comment") << u"tavelcmt://12"_s << false << false;
+    QTest::newRow("elsewhere") << u"https://example.org/tavellnk://12"_s << false << false;
+    QTest::newRow("number") << u"12"_s << false << false;
     QTest::newRow("empty") << QString() << false << false;
 }
 
@@ -77,28 +79,28 @@ void TstTextFormat::addressesAreToldApart()
 void TstTextFormat::addressesOfItemsAreRead()
 {
     const QUuid uuid = QUuid::createUuid();
-    QCOMPARE(TVLTextFormat::internalLinkAddress(QUuid(u"0f8fad5b-d9cb-469f-a165-70867728950e"_qs)),
-             u"tavellnk://0F8FAD5B-D9CB-469F-A165-70867728950E"_qs);
+    QCOMPARE(TVLTextFormat::internalLinkAddress(QUuid(u"0f8fad5b-d9cb-469f-a165-70867728950e"_s)),
+             u"tavellnk://0F8FAD5B-D9CB-469F-A165-70867728950E"_s);
     QCOMPARE(TVLTextFormat::linkedNodeUuid(TVLTextFormat::internalLinkAddress(uuid)), uuid);
-    QCOMPARE(TVLTextFormat::internalLinkAddress(34), u"tavellnk://34"_qs);
+    QCOMPARE(TVLTextFormat::internalLinkAddress(34), u"tavellnk://34"_s);
     QCOMPARE(TVLTextFormat::linkedNodeId(TVLTextFormat::internalLinkAddress(34)).value_or(-1), 34);
 }
 
 void TstTextFormat::aLinkIsPutOnAFormat()
 {
     QTextCharFormat format;
-    TVLTextFormat::setLink(&format, u"tavellnk://3"_qs);
+    TVLTextFormat::setLink(&format, u"tavellnk://3"_s);
     QVERIFY(format.isAnchor());
-    QCOMPARE(format.anchorHref(), u"tavellnk://3"_qs);
+    QCOMPARE(format.anchorHref(), u"tavellnk://3"_s);
     QVERIFY(format.boolProperty(0x100003));
 }
 
 void TstTextFormat::aLinkToElsewhereIsNoInternalOne()
 {
     QTextCharFormat format;
-    TVLTextFormat::setLink(&format, u"tavellnk://3"_qs);
-    TVLTextFormat::setLink(&format, u"https://example.org"_qs);
-    QCOMPARE(format.anchorHref(), u"https://example.org"_qs);
+    TVLTextFormat::setLink(&format, u"tavellnk://3"_s);
+    TVLTextFormat::setLink(&format, u"https://example.org"_s);
+    QCOMPARE(format.anchorHref(), u"https://example.org"_s);
     QVERIFY(!format.hasProperty(TVLTextFormat::InternalLink));
 }
 
@@ -107,7 +109,7 @@ void TstTextFormat::aLinkIsTakenOffAFormat()
     QTextCharFormat format;
     format.setFontItalic(true);
     const QTextCharFormat plain = format;
-    TVLTextFormat::setLink(&format, u"tavellnk://3"_qs);
+    TVLTextFormat::setLink(&format, u"tavellnk://3"_s);
     TVLTextFormat::clearLink(&format);
     QCOMPARE(format, plain);
 }
@@ -115,12 +117,12 @@ void TstTextFormat::aLinkIsTakenOffAFormat()
 void TstTextFormat::aPlaceStaysWhenItsLinkGoes()
 {
     QTextCharFormat format;
-    TVLTextFormat::setLink(&format, u"tavellnk://3"_qs);
-    format.setAnchorNames({u"here"_qs});
+    TVLTextFormat::setLink(&format, u"tavellnk://3"_s);
+    format.setAnchorNames({u"here"_s});
     TVLTextFormat::clearLink(&format);
     QVERIFY(format.isAnchor());
     QVERIFY(format.anchorHref().isEmpty());
-    QCOMPARE(format.anchorNames(), QStringList(u"here"_qs));
+    QCOMPARE(format.anchorNames(), QStringList(u"here"_s));
 }
 
 void TstTextFormat::aCommentComesBackFromAFormat_data()
@@ -144,7 +146,7 @@ void TstTextFormat::aCommentComesBackFromAFormat()
     QFETCH(const QColor, color);
     QFETCH(const int, number);
     QFETCH(const QByteArray, rtf);
-    TVLTextCommentLink comment(u"id"_qs, rtf);
+    TVLTextCommentLink comment(u"id"_s, rtf);
     comment.mIsFootnote = isFootnote;
     comment.mIsCollapsed = isCollapsed;
     comment.mColor = color;
@@ -155,17 +157,17 @@ void TstTextFormat::aCommentComesBackFromAFormat()
     QCOMPARE(TVLTextFormat::comment(format), comment);
     QCOMPARE(format.boolProperty(0x100064), !isFootnote);
     QCOMPARE(format.boolProperty(0x100065), isFootnote);
-    QCOMPARE(format.stringProperty(0x100068), u"id"_qs);
+    QCOMPARE(format.stringProperty(0x100068), u"id"_s);
     QCOMPARE(format.colorProperty(0x100069), color);
 }
 
 void TstTextFormat::aCommentReplacesTheOneBefore()
 {
-    TVLTextCommentLink footnote(u"1"_qs, "{\\rtf1 x}");
+    TVLTextCommentLink footnote(u"1"_s, "{\\rtf1 x}");
     footnote.mIsFootnote = true;
     footnote.mColor = Qt::red;
     footnote.mNumber = 4;
-    const TVLTextCommentLink comment(u"2"_qs, {});
+    const TVLTextCommentLink comment(u"2"_s, {});
     QTextCharFormat replaced;
     TVLTextFormat::setComment(&replaced, footnote);
     TVLTextFormat::setComment(&replaced, comment);
@@ -179,7 +181,7 @@ void TstTextFormat::aCommentIsTakenOffAFormat()
     QTextCharFormat format;
     format.setFontItalic(true);
     const QTextCharFormat plain = format;
-    TVLTextCommentLink comment(u"1"_qs, "{\\rtf1 x}");
+    TVLTextCommentLink comment(u"1"_s, "{\\rtf1 x}");
     comment.mColor = Qt::red;
     TVLTextFormat::setComment(&format, comment);
     TVLTextFormat::clearComment(&format);
@@ -202,13 +204,13 @@ void TstTextFormat::aFormatWithoutCommentHasNone()
 void TstTextFormat::defaultsHaveNoProperty()
 {
     QTextCharFormat format;
-    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"1"_qs, {}));
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"1"_s, {}));
     QCOMPARE(format.propertyCount(), 2);
 }
 
 void TstTextFormat::theOptionsFontIsTheDefault()
 {
-    QFont font(u"Some Serif"_qs, 17);
+    QFont font(u"Some Serif"_s, 17);
     font.setItalic(true);
     tvlOptions()->setValue(TVLOptions::DefaultFont, font);
     const QFont stored = tvlOptions()->value(TVLOptions::DefaultFont);

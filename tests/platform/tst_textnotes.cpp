@@ -12,6 +12,8 @@
 #include <QTextBlock>
 #include <QTextTable>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TVLTextCommentLink noteOf(const QString &identity, const QString &text, bool isFootnote)
@@ -28,9 +30,9 @@ std::unique_ptr<QTextDocument> textWithNotes(const QString &notation, bool areFo
 {
     auto document = makeText(notation);
     TVLTextDoc::setComments(document.get(),
-                            {noteOf(u"1"_qs, u"one"_qs, areFootnotes),
-                             noteOf(u"2"_qs, u"two"_qs, areFootnotes),
-                             noteOf(u"3"_qs, u"first\nsecond"_qs, areFootnotes)});
+                            {noteOf(u"1"_s, u"one"_s, areFootnotes),
+                             noteOf(u"2"_s, u"two"_s, areFootnotes),
+                             noteOf(u"3"_s, u"first\nsecond"_s, areFootnotes)});
     document->clearUndoRedoStacks();
     return document;
 }
@@ -74,16 +76,16 @@ void TstTextNotes::notesAreEmbraced_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("marks");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("none") << u"a<b:b>"_qs << u"a"_qs << u"a<b:b>"_qs;
-    QTest::newRow("annotation") << u"a<a:b>c"_qs << u"a"_qs << u"a[b]c"_qs;
-    QTest::newRow("over formats") << u"<a:a><a,b:b>"_qs << u"a"_qs << u"[a<b:b]>"_qs;
-    QTest::newRow("over paragraphs") << u"<a:a\n\nb>"_qs << u"a"_qs << u"[a\n\nb]"_qs;
-    QTest::newRow("other kind stays") << u"<a:a>b<f:c>"_qs << u"f"_qs << u"<a:a>b[c]"_qs;
-    QTest::newRow("both kinds lose one") << u"<a,f:a>"_qs << u"f"_qs << u"<a:[a]>"_qs;
+    QTest::newRow("none") << u"a<b:b>"_s << u"a"_s << u"a<b:b>"_s;
+    QTest::newRow("annotation") << u"a<a:b>c"_s << u"a"_s << u"a[b]c"_s;
+    QTest::newRow("over formats") << u"<a:a><a,b:b>"_s << u"a"_s << u"[a<b:b]>"_s;
+    QTest::newRow("over paragraphs") << u"<a:a\n\nb>"_s << u"a"_s << u"[a\n\nb]"_s;
+    QTest::newRow("other kind stays") << u"<a:a>b<f:c>"_s << u"f"_s << u"<a:a>b[c]"_s;
+    QTest::newRow("both kinds lose one") << u"<a,f:a>"_s << u"f"_s << u"<a:[a]>"_s;
     QTest::newRow("only where all is borne")
-        << u"<a:a><a,f:b><f:c>"_qs << u"a,f"_qs << u"<a:a>[b]<f:c>"_qs;
-    QTest::newRow("picture") << u"<a,p:x.png>"_qs << u"a"_qs << u"[<p:x.png>]"_qs;
-    QTest::newRow("side by side with text") << u"<a:a>b<a:c>"_qs << u"a"_qs << u"[a]b[c]"_qs;
+        << u"<a:a><a,f:b><f:c>"_s << u"a,f"_s << u"<a:a>[b]<f:c>"_s;
+    QTest::newRow("picture") << u"<a,p:x.png>"_s << u"a"_s << u"[<p:x.png>]"_s;
+    QTest::newRow("side by side with text") << u"<a:a>b<a:c>"_s << u"a"_s << u"[a]b[c]"_s;
 }
 
 void TstTextNotes::notesAreEmbraced()
@@ -91,20 +93,19 @@ void TstTextNotes::notesAreEmbraced()
     QFETCH(const QString, text);
     QFETCH(const QString, marks);
     const auto document = makeText(text);
-    TVLTextDoc::embraceInlineNotes(markedFormat(marks), document.get(), QTextCursor(), u"["_qs,
-                                   u"]"_qs);
+    TVLTextDoc::embraceInlineNotes(markedFormat(marks), document.get(), QTextCursor(), u"["_s,
+                                   u"]"_s);
     QTEST(describeText(document.get()), "expected");
 }
 
 void TstTextNotes::onlySelectedNotesAreEmbraced()
 {
-    const auto document = makeText(u"<a:abc>d<a:efg>"_qs);
+    const auto document = makeText(u"<a:abc>d<a:efg>"_s);
     QTextCursor cursor(document.get());
     cursor.setPosition(5);
     cursor.setPosition(1, QTextCursor::KeepAnchor);
-    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_qs), document.get(), cursor, u"(("_qs,
-                                   u"))"_qs);
-    QCOMPARE(describeText(document.get()), u"<a:a>((bc))d((e))<a:fg>"_qs);
+    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_s), document.get(), cursor, u"(("_s, u"))"_s);
+    QCOMPARE(describeText(document.get()), u"<a:a>((bc))d((e))<a:fg>"_s);
 }
 
 void TstTextNotes::commentsBecomeAnnotations_data()
@@ -112,21 +113,21 @@ void TstTextNotes::commentsBecomeAnnotations_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("inBrackets");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("none") << u"a<b:b>"_qs << false << u"a<b:b>"_qs;
-    QTest::newRow("mark") << u"a<c1:b>c"_qs << false << u"ab<a:one>c"_qs;
-    QTest::newRow("brackets") << u"a<c1:b>c"_qs << true << u"ab[one]c"_qs;
+    QTest::newRow("none") << u"a<b:b>"_s << false << u"a<b:b>"_s;
+    QTest::newRow("mark") << u"a<c1:b>c"_s << false << u"ab<a:one>c"_s;
+    QTest::newRow("brackets") << u"a<c1:b>c"_s << true << u"ab[one]c"_s;
     QTest::newRow("format of the run's end")
-        << u"<c1:a><c1,b:b>c"_qs << false << u"a<b:b><a,b:one>c"_qs;
+        << u"<c1:a><c1,b:b>c"_s << false << u"a<b:b><a,b:one>c"_s;
     QTest::newRow("a link doesn't go on")
-        << u"<c1,ltavellnk://1:a>"_qs << true << u"<ltavellnk://1:a>[one]"_qs;
-    QTest::newRow("over paragraphs") << u"<c1:a\nb>c"_qs << true << u"a\nb[one]c"_qs;
+        << u"<c1,ltavellnk://1:a>"_s << true << u"<ltavellnk://1:a>[one]"_s;
+    QTest::newRow("over paragraphs") << u"<c1:a\nb>c"_s << true << u"a\nb[one]c"_s;
     QTest::newRow("several lines stay in the paragraph")
-        << u"<c3:a>b"_qs << true << u"a[first\u2028second]b"_qs;
-    QTest::newRow("each once") << u"<c1:a>b<c1:c><c2:d>"_qs << true << u"a[one]bcd[two]"_qs;
-    QTest::newRow("without text") << u"<cnone:a>b"_qs << true << u"ab"_qs;
-    QTest::newRow("footnotes stay") << u"<nother:a><c1:b>"_qs << false << u"<nother:a>b<a:one>"_qs;
-    QTest::newRow("on a picture") << u"<c1,p:x.png>b"_qs << false << u"<p:x.png><a:one>b"_qs;
-    QTest::newRow("within an inline footnote") << u"<c1,f:a>"_qs << false << u"<f:a><a,f:one>"_qs;
+        << u"<c3:a>b"_s << true << u"a[first\u2028second]b"_s;
+    QTest::newRow("each once") << u"<c1:a>b<c1:c><c2:d>"_s << true << u"a[one]bcd[two]"_s;
+    QTest::newRow("without text") << u"<cnone:a>b"_s << true << u"ab"_s;
+    QTest::newRow("footnotes stay") << u"<nother:a><c1:b>"_s << false << u"<nother:a>b<a:one>"_s;
+    QTest::newRow("on a picture") << u"<c1,p:x.png>b"_s << false << u"<p:x.png><a:one>b"_s;
+    QTest::newRow("within an inline footnote") << u"<c1,f:a>"_s << false << u"<f:a><a,f:one>"_s;
 }
 
 void TstTextNotes::commentsBecomeAnnotations()
@@ -141,32 +142,32 @@ void TstTextNotes::commentsBecomeAnnotations()
 
 void TstTextNotes::footnotesOfTheInspectorBecomeInlineOnes()
 {
-    const auto document = textWithNotes(u"<c1:a>b<cother:c>"_qs, true);
+    const auto document = textWithNotes(u"<c1:a>b<cother:c>"_s, true);
     TVLTextDoc::convertInspectorFootnotesToInlineFootnotes(document.get(), QTextCursor(), false);
-    QCOMPARE(describeText(document.get()), u"a<f:one>b<cother:c>"_qs);
-    const auto bracketed = textWithNotes(u"<c1:a>b"_qs, true);
+    QCOMPARE(describeText(document.get()), u"a<f:one>b<cother:c>"_s);
+    const auto bracketed = textWithNotes(u"<c1:a>b"_s, true);
     TVLTextDoc::convertInspectorFootnotesToInlineFootnotes(bracketed.get(), QTextCursor(), true);
-    QCOMPARE(describeText(bracketed.get()), u"a[one]b"_qs);
+    QCOMPARE(describeText(bracketed.get()), u"a[one]b"_s);
 }
 
 void TstTextNotes::onlySelectedCommentsAreConverted()
 {
-    const auto document = textWithNotes(u"<c1:ab>c<c2:de>"_qs, false);
+    const auto document = textWithNotes(u"<c1:ab>c<c2:de>"_s, false);
     QTextCursor cursor(document.get());
     cursor.setPosition(0);
     cursor.setPosition(1, QTextCursor::KeepAnchor);
     TVLTextDoc::convertInspectorCommentsToInlineAnnotations(document.get(), cursor, true);
-    QCOMPARE(describeText(document.get()), u"ab[one]c<c2:de>"_qs);
+    QCOMPARE(describeText(document.get()), u"ab[one]c<c2:de>"_s);
 }
 
 void TstTextNotes::convertingIsOneUndoStep()
 {
-    const auto document = textWithNotes(u"<c1:a>b\n<c2,a:c>"_qs, false);
+    const auto document = textWithNotes(u"<c1:a>b\n<c2,a:c>"_s, false);
     const QString before = describeText(document.get());
     TVLTextDoc::convertInspectorCommentsToInlineAnnotations(document.get(), QTextCursor(), false);
-    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_qs), document.get(), QTextCursor(), u"["_qs,
-                                   u"]"_qs);
-    QCOMPARE(describeText(document.get()), u"a[one]b\n[ctwo]"_qs);
+    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_s), document.get(), QTextCursor(), u"["_s,
+                                   u"]"_s);
+    QCOMPARE(describeText(document.get()), u"a[one]b\n[ctwo]"_s);
     document->undo();
     document->undo();
     QCOMPARE(describeText(document.get()), before);
@@ -177,14 +178,14 @@ void TstTextNotes::notesBecomeBraces_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("braced");
-    QTest::newRow("none") << u"a<b:b>"_qs << u"a<b:b>"_qs;
-    QTest::newRow("annotation") << u"a<a:b>c"_qs << u"a((b))c"_qs;
-    QTest::newRow("footnote") << u"a<f:b>c"_qs << u"a{{b}}c"_qs;
-    QTest::newRow("annotation in a footnote") << u"<f:a><a,f:b><f:c>"_qs << u"{{a((b))c}}"_qs;
-    QTest::newRow("side by side") << u"<a:a><f:b>"_qs << u"((a)){{b}}"_qs;
-    QTest::newRow("over formats") << u"<a:a><a,b:b>"_qs << u"((a<b:b))>"_qs;
-    QTest::newRow("paragraph by paragraph") << u"<a:a>\n<a:b>"_qs << u"((a))\n((b))"_qs;
-    QTest::newRow("with single brackets") << u"<a:a (b)><f:{c} d>"_qs << u"((a (b))){{{c} d}}"_qs;
+    QTest::newRow("none") << u"a<b:b>"_s << u"a<b:b>"_s;
+    QTest::newRow("annotation") << u"a<a:b>c"_s << u"a((b))c"_s;
+    QTest::newRow("footnote") << u"a<f:b>c"_s << u"a{{b}}c"_s;
+    QTest::newRow("annotation in a footnote") << u"<f:a><a,f:b><f:c>"_s << u"{{a((b))c}}"_s;
+    QTest::newRow("side by side") << u"<a:a><f:b>"_s << u"((a)){{b}}"_s;
+    QTest::newRow("over formats") << u"<a:a><a,b:b>"_s << u"((a<b:b))>"_s;
+    QTest::newRow("paragraph by paragraph") << u"<a:a>\n<a:b>"_s << u"((a))\n((b))"_s;
+    QTest::newRow("with single brackets") << u"<a:a (b)><f:{c} d>"_s << u"((a (b))){{{c} d}}"_s;
 }
 
 void TstTextNotes::notesBecomeBraces()
@@ -204,23 +205,23 @@ void TstTextNotes::bracesBecomeNotes_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("single ones") << u"a (b) {c}"_qs << u"a (b) {c}"_qs;
-    QTest::newRow("no end") << u"a ((b"_qs << u"a ((b"_qs;
-    QTest::newRow("no start") << u"a b))"_qs << u"a b))"_qs;
-    QTest::newRow("end first") << u")) a (("_qs << u")) a (("_qs;
-    QTest::newRow("other kind of end") << u"((a}}"_qs << u"((a}}"_qs;
-    QTest::newRow("in another paragraph") << u"((a\nb))"_qs << u"((a\nb))"_qs;
-    QTest::newRow("nothing between") << u"a(())b {{}}"_qs << u"a(())b {{}}"_qs;
-    QTest::newRow("balanced within") << u"((a (b (c)) d))e"_qs << u"<a:a (b (c)) d>e"_qs;
-    QTest::newRow("a face within") << u"((sad :())b"_qs << u"<a:sad :(>b"_qs;
-    QTest::newRow("one closing too much") << u"((a)))b"_qs << u"<a:a>)b"_qs;
-    QTest::newRow("two starts") << u"((a ((b))"_qs << u"<a:a ((b>"_qs;
-    QTest::newRow("several") << u"((a)) ((b)) {{c}}"_qs << u"<a:a> <a:b> <f:c>"_qs;
+    QTest::newRow("single ones") << u"a (b) {c}"_s << u"a (b) {c}"_s;
+    QTest::newRow("no end") << u"a ((b"_s << u"a ((b"_s;
+    QTest::newRow("no start") << u"a b))"_s << u"a b))"_s;
+    QTest::newRow("end first") << u")) a (("_s << u")) a (("_s;
+    QTest::newRow("other kind of end") << u"((a}}"_s << u"((a}}"_s;
+    QTest::newRow("in another paragraph") << u"((a\nb))"_s << u"((a\nb))"_s;
+    QTest::newRow("nothing between") << u"a(())b {{}}"_s << u"a(())b {{}}"_s;
+    QTest::newRow("balanced within") << u"((a (b (c)) d))e"_s << u"<a:a (b (c)) d>e"_s;
+    QTest::newRow("a face within") << u"((sad :())b"_s << u"<a:sad :(>b"_s;
+    QTest::newRow("one closing too much") << u"((a)))b"_s << u"<a:a>)b"_s;
+    QTest::newRow("two starts") << u"((a ((b))"_s << u"<a:a ((b>"_s;
+    QTest::newRow("several") << u"((a)) ((b)) {{c}}"_s << u"<a:a> <a:b> <f:c>"_s;
     QTest::newRow("several after an unbalanced one")
-        << u"((a :()) ((b (c) d))"_qs << u"<a:a :(> <a:b (c) d>"_qs;
-    QTest::newRow("crossed") << u"((a {{b)) c}}"_qs << u"<a:a ><a,f:b><f: c>"_qs;
-    QTest::newRow("footnote in an annotation") << u"((a {{b}}))"_qs << u"<a:a ><a,f:b>"_qs;
-    QTest::newRow("formats stay") << u"((a<b:b))c>"_qs << u"<a:a><a,b:b><b:c>"_qs;
+        << u"((a :()) ((b (c) d))"_s << u"<a:a :(> <a:b (c) d>"_s;
+    QTest::newRow("crossed") << u"((a {{b)) c}}"_s << u"<a:a ><a,f:b><f: c>"_s;
+    QTest::newRow("footnote in an annotation") << u"((a {{b}}))"_s << u"<a:a ><a,f:b>"_s;
+    QTest::newRow("formats stay") << u"((a<b:b))c>"_s << u"<a:a><a,b:b><b:c>"_s;
 }
 
 void TstTextNotes::bracesBecomeNotes()
@@ -237,7 +238,7 @@ void TstTextNotes::bracesBecomeNotes()
 void TstTextNotes::bracesComeBack()
 {
     QRandomGenerator random(3);
-    const QString marks[] = {u"b"_qs, u"a"_qs, u"f"_qs, u"a,f"_qs};
+    const QString marks[] = {u"b"_s, u"a"_s, u"f"_s, u"a,f"_s};
     for (int round = 0; round < 500; ++round) {
         QTextDocument document;
         QTextCursor cursor(&document);
@@ -257,14 +258,14 @@ void TstTextNotes::bracesComeBack()
 
 void TstTextNotes::aTextWithoutNotesOrBracesIsLeftAlone()
 {
-    const auto document = makeText(u"a (b) {c} <c1:d>\n<b:e>"_qs);
+    const auto document = makeText(u"a (b) {c} <c1:d>\n<b:e>"_s);
     const QSignalSpy changes(document.get(), &QTextDocument::contentsChange);
     TVLTextDoc::convertInlineNotesToBraces(document.get());
     TVLTextDoc::convertBracesToInlineNotes(document.get());
-    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_qs), document.get(), QTextCursor(), u"["_qs,
-                                   u"]"_qs);
-    TVLTextDoc::embraceInlineNotes(QTextCharFormat(), document.get(), QTextCursor(), u"["_qs,
-                                   u"]"_qs);
+    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_s), document.get(), QTextCursor(), u"["_s,
+                                   u"]"_s);
+    TVLTextDoc::embraceInlineNotes(QTextCharFormat(), document.get(), QTextCursor(), u"["_s,
+                                   u"]"_s);
     TVLTextDoc::convertInspectorFootnotesToInlineFootnotes(document.get(), QTextCursor(), true);
     TTextDoc::removeAnnotations(document.get());
     TTextDoc::removeInlineFootnotes(document.get());
@@ -277,21 +278,21 @@ void TstTextNotes::runsAreRemoved_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("withoutAnnotations");
     QTest::addColumn<QString>("withoutFootnotes");
-    QTest::newRow("none") << u"a\n\nb"_qs << u"a\n\nb"_qs << u"a\n\nb"_qs;
-    QTest::newRow("within") << u"a<a:b>c<f:d>e"_qs << u"ac<f:d>e"_qs << u"a<a:b>ce"_qs;
-    QTest::newRow("both kinds") << u"a<a,f:b>c"_qs << u"ac"_qs << u"ac"_qs;
-    QTest::newRow("over formats") << u"a<a:b><a,b:c>d"_qs << u"ad"_qs << u"a<a:b><a,b:c>d"_qs;
-    QTest::newRow("all") << u"<a:ab>"_qs << u""_qs << u"<a:ab>"_qs;
-    QTest::newRow("a paragraph goes") << u"a\n<a:b>\nc"_qs << u"a\nc"_qs << u"a\n<a:b>\nc"_qs;
-    QTest::newRow("the first one goes") << u"<a:a>\nb"_qs << u"b"_qs << u"<a:a>\nb"_qs;
-    QTest::newRow("the last one goes") << u"a\n<a:b>"_qs << u"a"_qs << u"a\n<a:b>"_qs;
-    QTest::newRow("several go") << u"a\n<a:b\nc>\nd"_qs << u"a\nd"_qs << u"a\n<a:b>\n<a:c>\nd"_qs;
-    QTest::newRow("the last ones go") << u"a\n<a:b\nc>"_qs << u"a"_qs << u"a\n<a:b>\n<a:c>"_qs;
-    QTest::newRow("all go") << u"<a:a\nb>"_qs << u""_qs << u"<a:a>\n<a:b>"_qs;
+    QTest::newRow("none") << u"a\n\nb"_s << u"a\n\nb"_s << u"a\n\nb"_s;
+    QTest::newRow("within") << u"a<a:b>c<f:d>e"_s << u"ac<f:d>e"_s << u"a<a:b>ce"_s;
+    QTest::newRow("both kinds") << u"a<a,f:b>c"_s << u"ac"_s << u"ac"_s;
+    QTest::newRow("over formats") << u"a<a:b><a,b:c>d"_s << u"ad"_s << u"a<a:b><a,b:c>d"_s;
+    QTest::newRow("all") << u"<a:ab>"_s << u""_s << u"<a:ab>"_s;
+    QTest::newRow("a paragraph goes") << u"a\n<a:b>\nc"_s << u"a\nc"_s << u"a\n<a:b>\nc"_s;
+    QTest::newRow("the first one goes") << u"<a:a>\nb"_s << u"b"_s << u"<a:a>\nb"_s;
+    QTest::newRow("the last one goes") << u"a\n<a:b>"_s << u"a"_s << u"a\n<a:b>"_s;
+    QTest::newRow("several go") << u"a\n<a:b\nc>\nd"_s << u"a\nd"_s << u"a\n<a:b>\n<a:c>\nd"_s;
+    QTest::newRow("the last ones go") << u"a\n<a:b\nc>"_s << u"a"_s << u"a\n<a:b>\n<a:c>"_s;
+    QTest::newRow("all go") << u"<a:a\nb>"_s << u""_s << u"<a:a>\n<a:b>"_s;
     QTest::newRow("empty ones stay")
-        << u"a\n\n<a:b>\n\nc"_qs << u"a\n\n\nc"_qs << u"a\n\n<a:b>\n\nc"_qs;
-    QTest::newRow("parts of paragraphs") << u"a<a:b\nc>d"_qs << u"a\nd"_qs << u"a<a:b>\n<a:c>d"_qs;
-    QTest::newRow("picture") << u"a<a,p:x.png>b"_qs << u"ab"_qs << u"a<a,p:x.png>b"_qs;
+        << u"a\n\n<a:b>\n\nc"_s << u"a\n\n\nc"_s << u"a\n\n<a:b>\n\nc"_s;
+    QTest::newRow("parts of paragraphs") << u"a<a:b\nc>d"_s << u"a\nd"_s << u"a<a:b>\n<a:c>d"_s;
+    QTest::newRow("picture") << u"a<a,p:x.png>b"_s << u"ab"_s << u"a<a,p:x.png>b"_s;
 }
 
 void TstTextNotes::runsAreRemoved()
@@ -309,23 +310,23 @@ void TstTextNotes::runsInTablesAreRemoved()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    const QTextCharFormat format = markedFormat(u"a"_qs);
-    cursor.insertText(u"a"_qs, format);
+    const QTextCharFormat format = markedFormat(u"a"_s);
+    cursor.insertText(u"a"_s, format);
     const QTextTable *table = cursor.insertTable(1, 3);
-    table->cellAt(0, 0).firstCursorPosition().insertText(u"b"_qs, format);
-    table->cellAt(0, 1).firstCursorPosition().insertText(u"c\nd"_qs, format);
+    table->cellAt(0, 0).firstCursorPosition().insertText(u"b"_s, format);
+    table->cellAt(0, 1).firstCursorPosition().insertText(u"c\nd"_s, format);
     QTextCursor last = table->cellAt(0, 2).firstCursorPosition();
-    last.insertText(u"e\n"_qs, QTextCharFormat());
-    last.insertText(u"f"_qs, format);
+    last.insertText(u"e\n"_s, QTextCharFormat());
+    last.insertText(u"f"_s, format);
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(u"g"_qs, format);
+    cursor.insertText(u"g"_s, format);
     TTextDoc::removeAnnotations(&document);
-    QCOMPARE(describeText(&document), u"\n[]\n[]\n[e]\n"_qs);
+    QCOMPARE(describeText(&document), u"\n[]\n[]\n[e]\n"_s);
 }
 
 void TstTextNotes::whatFollowsARemovedParagraphKeepsItsFormat()
 {
-    const auto document = makeText(u"a\n<a:b>\nc\n<a:d>"_qs);
+    const auto document = makeText(u"a\n<a:b>\nc\n<a:d>"_s);
     int indent = 1;
     for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
         QTextBlockFormat format;
@@ -333,38 +334,38 @@ void TstTextNotes::whatFollowsARemovedParagraphKeepsItsFormat()
         QTextCursor(block).setBlockFormat(format);
     }
     TTextDoc::removeAnnotations(document.get());
-    QCOMPARE(describeText(document.get()), u"a\nc"_qs);
+    QCOMPARE(describeText(document.get()), u"a\nc"_s);
     QCOMPARE(document->begin().blockFormat().indent(), 1);
     QCOMPARE(document->begin().next().blockFormat().indent(), 3);
 }
 
 void TstTextNotes::removingIsOneUndoStep()
 {
-    const QString text = u"a<a:b>\n<a:c\nd>\n<f:e>f"_qs;
+    const QString text = u"a<a:b>\n<a:c\nd>\n<f:e>f"_s;
     const auto document = makeText(text);
     TTextDoc::removeAnnotations(document.get());
     document->undo();
-    QCOMPARE(describeText(document.get()), u"a<a:b>\n<a:c>\n<a:d>\n<f:e>f"_qs);
+    QCOMPARE(describeText(document.get()), u"a<a:b>\n<a:c>\n<a:d>\n<f:e>f"_s);
     QVERIFY(!document->isUndoAvailable());
 }
 
 void TstTextNotes::inspectorNotesAreRemovedByKind()
 {
-    const auto document = makeText(u"<c1:a><n2:b><b,c3:c>d"_qs);
+    const auto document = makeText(u"<c1:a><n2:b><b,c3:c>d"_s);
     TTextDoc::removeInspectorComments(document.get());
-    QCOMPARE(describeText(document.get()), u"a<n2:b><b:c>d"_qs);
+    QCOMPARE(describeText(document.get()), u"a<n2:b><b:c>d"_s);
     TTextDoc::removeInspectorFootnotes(document.get());
-    QCOMPARE(describeText(document.get()), u"ab<b:c>d"_qs);
+    QCOMPARE(describeText(document.get()), u"ab<b:c>d"_s);
 }
 
 void TstTextNotes::annotationsAreListed_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<Texts>("annotations");
-    QTest::newRow("none") << u"a<f:b>"_qs << Texts();
-    QTest::newRow("some") << u"a<a:b>c\n<a:d>"_qs << Texts({{1, u"b"_qs}, {4, u"d"_qs}});
-    QTest::newRow("over formats") << u"<a:a><a,b:b><a,f:c>"_qs << Texts({{0, u"abc"_qs}});
-    QTest::newRow("over paragraphs") << u"x<a:a\nb>"_qs << Texts({{1, u"a\nb"_qs}});
+    QTest::newRow("none") << u"a<f:b>"_s << Texts();
+    QTest::newRow("some") << u"a<a:b>c\n<a:d>"_s << Texts({{1, u"b"_s}, {4, u"d"_s}});
+    QTest::newRow("over formats") << u"<a:a><a,b:b><a,f:c>"_s << Texts({{0, u"abc"_s}});
+    QTest::newRow("over paragraphs") << u"x<a:a\nb>"_s << Texts({{1, u"a\nb"_s}});
 }
 
 void TstTextNotes::annotationsAreListed()
@@ -380,7 +381,7 @@ void TstTextNotes::annotationsAreListed()
 
 void TstTextNotes::missingDocumentsHaveNoNotes()
 {
-    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_qs), nullptr, QTextCursor(), u"["_qs, u"]"_qs);
+    TVLTextDoc::embraceInlineNotes(markedFormat(u"a"_s), nullptr, QTextCursor(), u"["_s, u"]"_s);
     TVLTextDoc::convertInspectorCommentsToInlineAnnotations(nullptr, QTextCursor(), true);
     TVLTextDoc::convertInspectorFootnotesToInlineFootnotes(nullptr, QTextCursor(), true);
     TVLTextDoc::convertInlineNotesToBraces(nullptr);

@@ -13,6 +13,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 std::unique_ptr<QTextDocument> cloneOf(const QTextDocument &document)
@@ -126,7 +128,7 @@ void TstTTextDoc::aCloneIsLikeItsOriginal()
         const auto document = makeRandomRichText(seed);
         const auto clone = cloneOf(*document);
         const QString difference = differenceOfTexts(*document, *clone);
-        QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_qs.arg(seed).arg(difference)));
+        QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_s.arg(seed).arg(difference)));
         QVERIFY(hasPicturesOf(*clone, *document));
         QVERIFY(!document->isModified());
         QVERIFY(!clone->isModified());
@@ -153,7 +155,7 @@ void TstTTextDoc::aCloneOfAnEmptyTextIsLikeItsOriginal()
         QTextBlockFormat format;
         format.setAlignment(Qt::AlignRight);
         cursor.setBlockFormat(format);
-        cursor.setBlockCharFormat(markedFormat(u"b"_qs));
+        cursor.setBlockCharFormat(markedFormat(u"b"_s));
     }
     if (isListItem)
         cursor.createList(QTextListFormat::ListDecimal);
@@ -165,20 +167,20 @@ void TstTTextDoc::aCloneOfAnEmptyTextIsLikeItsOriginal()
 void TstTTextDoc::aCloneHasTheDocumentsSettings_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("text") << u"abc"_qs;
-    QTest::newRow("empty") << u""_qs;
+    QTest::newRow("text") << u"abc"_s;
+    QTest::newRow("empty") << u""_s;
 }
 
 void TstTTextDoc::aCloneHasTheDocumentsSettings()
 {
     QFETCH(const QString, text);
     const auto document = makeText(text);
-    document->setMetaInformation(QTextDocument::DocumentTitle, u"Title"_qs);
-    document->setMetaInformation(QTextDocument::DocumentUrl, u"https://example.org"_qs);
-    document->setDefaultFont(QFont(u"Some Serif"_qs, 17));
+    document->setMetaInformation(QTextDocument::DocumentTitle, u"Title"_s);
+    document->setMetaInformation(QTextDocument::DocumentUrl, u"https://example.org"_s);
+    document->setDefaultFont(QFont(u"Some Serif"_s, 17));
     document->setDocumentMargin(13);
     document->setIndentWidth(21);
-    document->setBaseUrl(QUrl(u"https://example.org/base/"_qs));
+    document->setBaseUrl(QUrl(u"https://example.org/base/"_s));
     document->setDefaultCursorMoveStyle(Qt::VisualMoveStyle);
     document->setPageSize(QSizeF(300, 400));
     QTextOption option(Qt::AlignRight);
@@ -190,8 +192,8 @@ void TstTTextDoc::aCloneHasTheDocumentsSettings()
     document->rootFrame()->setFrameFormat(frameFormat);
 
     const auto clone = cloneOf(*document);
-    QCOMPARE(clone->metaInformation(QTextDocument::DocumentTitle), u"Title"_qs);
-    QCOMPARE(clone->metaInformation(QTextDocument::DocumentUrl), u"https://example.org"_qs);
+    QCOMPARE(clone->metaInformation(QTextDocument::DocumentTitle), u"Title"_s);
+    QCOMPARE(clone->metaInformation(QTextDocument::DocumentUrl), u"https://example.org"_s);
     QCOMPARE(clone->defaultFont(), document->defaultFont());
     QCOMPARE(clone->documentMargin(), 13);
     QCOMPARE(clone->indentWidth(), 21);
@@ -206,29 +208,29 @@ void TstTTextDoc::aCloneHasTheDocumentsSettings()
 
 void TstTTextDoc::aCloneHasPicturesOfAnyKind()
 {
-    const auto document = makeText(u"<p:bytes><p:image><p:none>"_qs);
+    const auto document = makeText(u"<p:bytes><p:image><p:none>"_s);
     QImage image(2, 2, QImage::Format_RGB32);
     image.fill(Qt::red);
-    addPicture(document.get(), u"bytes"_qs, QByteArray("abc"));
-    addPicture(document.get(), u"image"_qs, image);
+    addPicture(document.get(), u"bytes"_s, QByteArray("abc"));
+    addPicture(document.get(), u"image"_s, image);
     const auto clone = cloneOf(*document);
-    QCOMPARE(pictureOf(*clone, u"bytes"_qs).toByteArray(), QByteArray("abc"));
-    QCOMPARE(pictureOf(*clone, u"image"_qs).value<QImage>(), image);
-    QVERIFY(!pictureOf(*clone, u"none"_qs).isValid());
+    QCOMPARE(pictureOf(*clone, u"bytes"_s).toByteArray(), QByteArray("abc"));
+    QCOMPARE(pictureOf(*clone, u"image"_s).value<QImage>(), image);
+    QVERIFY(!pictureOf(*clone, u"none"_s).isValid());
 }
 
 void TstTTextDoc::aCloneIsIndependent()
 {
-    const auto document = makeText(u"abc"_qs);
+    const auto document = makeText(u"abc"_s);
     const auto clone = cloneOf(*document);
-    endOf(clone.get()).insertText(u"d"_qs);
-    QCOMPARE(document->toPlainText(), u"abc"_qs);
-    QCOMPARE(clone->toPlainText(), u"abcd"_qs);
+    endOf(clone.get()).insertText(u"d"_s);
+    QCOMPARE(document->toPlainText(), u"abc"_s);
+    QCOMPARE(clone->toPlainText(), u"abcd"_s);
 }
 
 void TstTTextDoc::aCloneBelongsToItsParent()
 {
-    const auto document = makeText(u"abc"_qs);
+    const auto document = makeText(u"abc"_s);
     QObject parent;
     QCOMPARE(TTextDoc::cloneDocumentQtStyle(document.get(), &parent)->parent(), &parent);
     QCOMPARE(TTextDoc::cloneDocumentQtStyle(nullptr, &parent), nullptr);
@@ -236,7 +238,7 @@ void TstTTextDoc::aCloneBelongsToItsParent()
 
 void TstTTextDoc::aCloneStartsWithoutHistory()
 {
-    const auto document = makeText(u"abc"_qs);
+    const auto document = makeText(u"abc"_s);
     QVERIFY(!cloneOf(*document)->isUndoAvailable());
     QVERIFY(cloneOf(*document)->isUndoRedoEnabled());
     document->setUndoRedoEnabled(false);
@@ -251,13 +253,13 @@ void TstTTextDoc::plainTextHasNoSpecialCharacters_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("plain");
-    QTest::newRow("empty") << u""_qs << u""_qs;
-    QTest::newRow("paragraphs") << u"a\nb\n\nc\n"_qs << u"a\nb\n\nc\n"_qs;
-    QTest::newRow("line ends") << u"a\u2028b"_qs << u"a\nb"_qs;
-    QTest::newRow("no-break space") << u"a\u00a0b"_qs << u"a b"_qs;
-    QTest::newRow("picture") << u"a\ufffcb"_qs << u"ab"_qs;
-    QTest::newRow("others stay") << u"a\tb\u00ad\u2014\U0001f600"_qs
-                                 << u"a\tb\u00ad\u2014\U0001f600"_qs;
+    QTest::newRow("empty") << u""_s << u""_s;
+    QTest::newRow("paragraphs") << u"a\nb\n\nc\n"_s << u"a\nb\n\nc\n"_s;
+    QTest::newRow("line ends") << u"a\u2028b"_s << u"a\nb"_s;
+    QTest::newRow("no-break space") << u"a\u00a0b"_s << u"a b"_s;
+    QTest::newRow("picture") << u"a\ufffcb"_s << u"ab"_s;
+    QTest::newRow("others stay") << u"a\tb\u00ad\u2014\U0001f600"_s
+                                 << u"a\tb\u00ad\u2014\U0001f600"_s;
 }
 
 void TstTTextDoc::plainTextHasNoSpecialCharacters()
@@ -280,26 +282,26 @@ void TstTTextDoc::textIsSplitAtSeparators_data()
                         const QStringList &parts) {
         QTest::newRow(name) << text << separator << parts;
     };
-    row("none", u"abc"_qs, u"#"_qs, {u"abc"_qs});
-    row("empty text", u""_qs, u"#"_qs, {u""_qs});
-    row("empty separator", u"abc"_qs, u""_qs, {u"abc"_qs});
-    row("within a paragraph", u"ab#cd"_qs, u"#"_qs, {u"ab"_qs, u"cd"_qs});
-    row("on its own line", u"ab\n#\ncd"_qs, u"#"_qs, {u"ab"_qs, u"cd"_qs});
-    row("at a line's end", u"ab#\ncd"_qs, u"#"_qs, {u"ab"_qs, u"cd"_qs});
-    row("at a line's start", u"ab\n#cd"_qs, u"#"_qs, {u"ab"_qs, u"cd"_qs});
-    row("only one line end goes", u"ab\n\n#\n\ncd"_qs, u"#"_qs, {u"ab\n"_qs, u"\ncd"_qs});
-    row("line ends within paragraphs", u"ab\u2028#\u2028cd"_qs, u"#"_qs, {u"ab"_qs, u"cd"_qs});
-    row("at both ends", u"#ab#"_qs, u"#"_qs, {u""_qs, u"ab"_qs, u""_qs});
-    row("side by side", u"a##b"_qs, u"#"_qs, {u"a"_qs, u""_qs, u"b"_qs});
-    row("on lines side by side", u"a\n#\n#\nb"_qs, u"#"_qs, {u"a"_qs, u""_qs, u"b"_qs});
-    row("nothing else", u"#"_qs, u"#"_qs, {u""_qs, u""_qs});
-    row("longer", u"a***b**c"_qs, u"***"_qs, {u"a"_qs, u"b**c"_qs});
-    row("repeating itself", u"a***b"_qs, u"**"_qs, {u"a"_qs, u"*b"_qs});
-    row("over formats", u"a*<b:*>*b"_qs, u"***"_qs, {u"a"_qs, u"b"_qs});
-    row("case", u"aXbxc"_qs, u"x"_qs, {u"aXb"_qs, u"c"_qs});
-    row("over paragraphs", u"a\n*\n*\nb"_qs, u"*\n*"_qs, {u"a"_qs, u"b"_qs});
-    row("over paragraphs with carriage returns", u"a*\n*b"_qs, u"*\r\n*"_qs, {u"a"_qs, u"b"_qs});
-    row("paragraph ends alone", u"a\n\nb"_qs, u"\n\n"_qs, {u"a"_qs, u"b"_qs});
+    row("none", u"abc"_s, u"#"_s, {u"abc"_s});
+    row("empty text", u""_s, u"#"_s, {u""_s});
+    row("empty separator", u"abc"_s, u""_s, {u"abc"_s});
+    row("within a paragraph", u"ab#cd"_s, u"#"_s, {u"ab"_s, u"cd"_s});
+    row("on its own line", u"ab\n#\ncd"_s, u"#"_s, {u"ab"_s, u"cd"_s});
+    row("at a line's end", u"ab#\ncd"_s, u"#"_s, {u"ab"_s, u"cd"_s});
+    row("at a line's start", u"ab\n#cd"_s, u"#"_s, {u"ab"_s, u"cd"_s});
+    row("only one line end goes", u"ab\n\n#\n\ncd"_s, u"#"_s, {u"ab\n"_s, u"\ncd"_s});
+    row("line ends within paragraphs", u"ab\u2028#\u2028cd"_s, u"#"_s, {u"ab"_s, u"cd"_s});
+    row("at both ends", u"#ab#"_s, u"#"_s, {u""_s, u"ab"_s, u""_s});
+    row("side by side", u"a##b"_s, u"#"_s, {u"a"_s, u""_s, u"b"_s});
+    row("on lines side by side", u"a\n#\n#\nb"_s, u"#"_s, {u"a"_s, u""_s, u"b"_s});
+    row("nothing else", u"#"_s, u"#"_s, {u""_s, u""_s});
+    row("longer", u"a***b**c"_s, u"***"_s, {u"a"_s, u"b**c"_s});
+    row("repeating itself", u"a***b"_s, u"**"_s, {u"a"_s, u"*b"_s});
+    row("over formats", u"a*<b:*>*b"_s, u"***"_s, {u"a"_s, u"b"_s});
+    row("case", u"aXbxc"_s, u"x"_s, {u"aXb"_s, u"c"_s});
+    row("over paragraphs", u"a\n*\n*\nb"_s, u"*\n*"_s, {u"a"_s, u"b"_s});
+    row("over paragraphs with carriage returns", u"a*\n*b"_s, u"*\r\n*"_s, {u"a"_s, u"b"_s});
+    row("paragraph ends alone", u"a\n\nb"_s, u"\n\n"_s, {u"a"_s, u"b"_s});
 }
 
 void TstTTextDoc::textIsSplitAtSeparators()
@@ -316,33 +318,33 @@ void TstTTextDoc::emptyPartsCanBeSkipped_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("parts");
-    QTest::newRow("nothing") << u""_qs << QStringList();
-    QTest::newRow("only separators") << u"##"_qs << QStringList();
-    QTest::newRow("at both ends") << u"#\nab\n#"_qs << QStringList(u"ab"_qs);
-    QTest::newRow("blanks and paragraphs") << u"a#\n \n\n#b"_qs << QStringList({u"a"_qs, u"b"_qs});
+    QTest::newRow("nothing") << u""_s << QStringList();
+    QTest::newRow("only separators") << u"##"_s << QStringList();
+    QTest::newRow("at both ends") << u"#\nab\n#"_s << QStringList(u"ab"_s);
+    QTest::newRow("blanks and paragraphs") << u"a#\n \n\n#b"_s << QStringList({u"a"_s, u"b"_s});
     QTest::newRow("pictures are something")
-        << u"a#<p:x.png>#b"_qs << QStringList({u"a"_qs, u"<p:x.png>"_qs, u"b"_qs});
+        << u"a#<p:x.png>#b"_s << QStringList({u"a"_s, u"<p:x.png>"_s, u"b"_s});
 }
 
 void TstTTextDoc::emptyPartsCanBeSkipped()
 {
     QFETCH(const QString, text);
     const auto document = makeText(text);
-    QTEST(partsOf(document.get(), u"#"_qs, Qt::SkipEmptyParts), "parts");
+    QTEST(partsOf(document.get(), u"#"_s, Qt::SkipEmptyParts), "parts");
 }
 
 void TstTTextDoc::partsKeepTheirFormats()
 {
-    const auto document = makeText(u"a<a:b>\nc\n#\n<c1:d>\n<b:e>#f\ng"_qs);
-    document->setDefaultFont(QFont(u"Some Serif"_qs, 17));
+    const auto document = makeText(u"a<a:b>\nc\n#\n<c1:d>\n<b:e>#f\ng"_s);
+    document->setDefaultFont(QFont(u"Some Serif"_s, 17));
     int indent = 0;
     for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
         QTextBlockFormat format;
         format.setIndent(indent++);
         QTextCursor(block).setBlockFormat(format);
     }
-    const auto parts = TTextDoc::split(document.get(), u"#"_qs);
-    const QStringList texts = {u"a<a:b>\nc"_qs, u"<c1:d>\n<b:e>"_qs, u"f\ng"_qs};
+    const auto parts = TTextDoc::split(document.get(), u"#"_s);
+    const QStringList texts = {u"a<a:b>\nc"_s, u"<c1:d>\n<b:e>"_s, u"f\ng"_s};
     const QList<int> indents[] = {{0, 1}, {3, 4}, {4, 5}};
     QCOMPARE(parts.size(), 3U);
     for (int i = 0; i < 3; ++i) {
@@ -360,12 +362,12 @@ void TstTTextDoc::partsKeepTheirFormats()
 
 void TstTTextDoc::listsAndPicturesSurviveSplitting()
 {
-    const auto document = makeText(u"one\ntwo\n#\nthree\n<p:x.png>"_qs);
-    addPicture(document.get(), u"x.png"_qs, QByteArray("abc"));
+    const auto document = makeText(u"one\ntwo\n#\nthree\n<p:x.png>"_s);
+    addPicture(document.get(), u"x.png"_s, QByteArray("abc"));
     QTextCursor cursor(document.get());
     cursor.select(QTextCursor::Document);
     cursor.createList(QTextListFormat::ListUpperRoman);
-    const auto parts = TTextDoc::split(document.get(), u"#"_qs);
+    const auto parts = TTextDoc::split(document.get(), u"#"_s);
     QCOMPARE(parts.size(), 2U);
     for (const auto &part : parts) {
         const QTextList *list = part->begin().textList();
@@ -373,20 +375,20 @@ void TstTTextDoc::listsAndPicturesSurviveSplitting()
         QCOMPARE(list->count(), 2);
         QCOMPARE(list->format().style(), QTextListFormat::ListUpperRoman);
     }
-    QCOMPARE(pictureOf(*parts[1], u"x.png"_qs).toByteArray(), QByteArray("abc"));
+    QCOMPARE(pictureOf(*parts[1], u"x.png"_s).toByteArray(), QByteArray("abc"));
 }
 
 void TstTTextDoc::tablesAreNotCut()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"a#b"_qs);
+    cursor.insertText(u"a#b"_s);
     const QTextTable *table = cursor.insertTable(1, 2);
-    table->cellAt(0, 0).firstCursorPosition().insertText(u"c#d"_qs);
-    table->cellAt(0, 1).firstCursorPosition().insertText(u"e\n#\nf"_qs);
-    endOf(&document).insertText(u"g#h"_qs);
-    QCOMPARE(partsOf(&document, u"#"_qs),
-             QStringList({u"a"_qs, u"b\n[c#d]\n[e\n#\nf]\ng"_qs, u"h"_qs}));
+    table->cellAt(0, 0).firstCursorPosition().insertText(u"c#d"_s);
+    table->cellAt(0, 1).firstCursorPosition().insertText(u"e\n#\nf"_s);
+    endOf(&document).insertText(u"g#h"_s);
+    QCOMPARE(partsOf(&document, u"#"_s),
+             QStringList({u"a"_s, u"b\n[c#d]\n[e\n#\nf]\ng"_s, u"h"_s}));
 }
 
 void TstTTextDoc::joinedPartsAreTheWhole()
@@ -398,19 +400,19 @@ void TstTTextDoc::joinedPartsAreTheWhole()
         QTextDocument joined;
         TVLTextDoc::appendDocument(QTextCursor(&joined), first.get());
         endOf(&joined).insertBlock(QTextBlockFormat(), QTextCharFormat());
-        endOf(&joined).insertText(u"#"_qs, QTextCharFormat());
+        endOf(&joined).insertText(u"#"_s, QTextCharFormat());
         endOf(&joined).insertBlock(QTextBlockFormat(), QTextCharFormat());
         TVLTextDoc::appendDocument(endOf(&joined), second.get());
-        const auto parts = TTextDoc::split(&joined, u"#"_qs);
+        const auto parts = TTextDoc::split(&joined, u"#"_s);
         QCOMPARE(parts.size(), 2U);
         // Where a text is empty the paragraph that was there keeps its format.
         if (!first->isEmpty()) {
             const QString difference = differenceOfTexts(*first, *parts[0]);
-            QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_qs.arg(seed).arg(difference)));
+            QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_s.arg(seed).arg(difference)));
         }
         if (!second->isEmpty()) {
             const QString difference = differenceOfTexts(*second, *parts[1]);
-            QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_qs.arg(seed).arg(difference)));
+            QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_s.arg(seed).arg(difference)));
         }
         QVERIFY(hasPicturesOf(*parts[0], *first));
         QVERIFY(hasPicturesOf(*parts[1], *second));
@@ -421,7 +423,7 @@ void TstTTextDoc::joinedPartsAreTheWhole()
 
 void TstTTextDoc::theMostCommonFormatsAreFound()
 {
-    const auto document = makeText(u"a<b:bcdef>\nghi<p:xyz.png>\nj"_qs);
+    const auto document = makeText(u"a<b:bcdef>\nghi<p:xyz.png>\nj"_s);
     QTextBlockFormat format;
     format.setIndent(2);
     QTextCursor(document->begin()).setBlockFormat(format);
@@ -430,18 +432,18 @@ void TstTTextDoc::theMostCommonFormatsAreFound()
     TTextDoc::findMostCommonProperties(document.get(), &charFormat, &blockFormat);
     QCOMPARE(charFormat, QTextCharFormat());
     QCOMPARE(blockFormat.indent(), 2);
-    endOf(document.get()).insertText(u"klm"_qs, markedFormat(u"b"_qs));
+    endOf(document.get()).insertText(u"klm"_s, markedFormat(u"b"_s));
     TTextDoc::findMostCommonProperties(document.get(), &charFormat, nullptr);
-    QCOMPARE(charFormat, markedFormat(u"b"_qs));
+    QCOMPARE(charFormat, markedFormat(u"b"_s));
     TTextDoc::findMostCommonProperties(document.get(), nullptr, nullptr);
 }
 
 void TstTTextDoc::marksAreNoCommonFormat()
 {
-    const auto document = makeText(u"<a,b:ab><f,b:cd><b,c1:ef><b,ltavellnk://1:gh>ijklm"_qs);
+    const auto document = makeText(u"<a,b:ab><f,b:cd><b,c1:ef><b,ltavellnk://1:gh>ijklm"_s);
     QTextCharFormat charFormat;
     TTextDoc::findMostCommonProperties(document.get(), &charFormat, nullptr);
-    QCOMPARE(charFormat, markedFormat(u"b"_qs));
+    QCOMPARE(charFormat, markedFormat(u"b"_s));
 }
 
 void TstTTextDoc::anEmptyTextHasTheFormatsItIsWrittenIn()
@@ -451,11 +453,11 @@ void TstTTextDoc::anEmptyTextHasTheFormatsItIsWrittenIn()
     format.setIndent(2);
     QTextCursor cursor(&document);
     cursor.setBlockFormat(format);
-    cursor.setBlockCharFormat(markedFormat(u"b"_qs));
+    cursor.setBlockCharFormat(markedFormat(u"b"_s));
     QTextCharFormat charFormat;
     QTextBlockFormat blockFormat;
     TTextDoc::findMostCommonProperties(&document, &charFormat, &blockFormat);
-    QCOMPARE(charFormat, markedFormat(u"b"_qs));
+    QCOMPARE(charFormat, markedFormat(u"b"_s));
     QCOMPARE(blockFormat.indent(), 2);
     TTextDoc::findMostCommonProperties(nullptr, &charFormat, &blockFormat);
     QCOMPARE(charFormat, QTextCharFormat());
@@ -467,17 +469,17 @@ void TstTTextDoc::propertiesAreCleared_data()
     QTest::addColumn<QString>("marks");
     QTest::addColumn<bool>("onlyEqual");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("one") << u"a"_qs << true << u"ab<c1:c>\n<b:d><f:e>"_qs;
-    QTest::newRow("one of any value") << u"a"_qs << false << u"ab<c1:c>\n<b:d><f:e>"_qs;
-    QTest::newRow("several") << u"a,b,f"_qs << true << u"ab<c1:c>\nde"_qs;
-    QTest::newRow("other value") << u"c2"_qs << true << u"a<a:b>c\n<a,b:d><f:e>"_qs;
+    QTest::newRow("one") << u"a"_s << true << u"ab<c1:c>\n<b:d><f:e>"_s;
+    QTest::newRow("one of any value") << u"a"_s << false << u"ab<c1:c>\n<b:d><f:e>"_s;
+    QTest::newRow("several") << u"a,b,f"_s << true << u"ab<c1:c>\nde"_s;
+    QTest::newRow("other value") << u"c2"_s << true << u"a<a:b>c\n<a,b:d><f:e>"_s;
 }
 
 void TstTTextDoc::propertiesAreCleared()
 {
     QFETCH(const QString, marks);
     QFETCH(const bool, onlyEqual);
-    const QString text = u"a<a:b><c1:c>\n<a,b:d><f:e>"_qs;
+    const QString text = u"a<a:b><c1:c>\n<a,b:d><f:e>"_s;
     const auto document = makeText(text);
     TTextDoc::clearAll(document.get(), markedFormat(marks), onlyEqual);
     QTEST(describeText(document.get()), "expected");
@@ -487,18 +489,18 @@ void TstTTextDoc::propertiesAreCleared()
 
 void TstTTextDoc::picturesAreNamedOnce()
 {
-    const auto document = makeText(u"<p:b.png>x<p:a.png>\n<p:b.png><a,p:c.png>"_qs);
+    const auto document = makeText(u"<p:b.png>x<p:a.png>\n<p:b.png><a,p:c.png>"_s);
     QCOMPARE(TTextDoc::imageResourceIds(document.get()),
-             QStringList({u"b.png"_qs, u"a.png"_qs, u"c.png"_qs}));
+             QStringList({u"b.png"_s, u"a.png"_s, u"c.png"_s}));
 }
 
 void TstTTextDoc::missingDocumentsAreEmptyOnes()
 {
     QCOMPARE(TTextDoc::toPlainText(nullptr), QString());
     QCOMPARE(TTextDoc::imageResourceIds(nullptr), QStringList());
-    QCOMPARE(partsOf(nullptr, u"#"_qs), QStringList(QString()));
-    QCOMPARE(partsOf(nullptr, u"#"_qs, Qt::SkipEmptyParts), QStringList());
-    TTextDoc::clearAll(nullptr, markedFormat(u"b"_qs), false);
+    QCOMPARE(partsOf(nullptr, u"#"_s), QStringList(QString()));
+    QCOMPARE(partsOf(nullptr, u"#"_s, Qt::SkipEmptyParts), QStringList());
+    TTextDoc::clearAll(nullptr, markedFormat(u"b"_s), false);
     TVLTextDoc::appendDocument(QTextCursor(), nullptr);
 }
 
@@ -515,7 +517,7 @@ void TstTTextDoc::aDocumentIsAppendedWithItsFormats()
         // A paragraph that stands at the very start keeps the format it is written in.
         QTextCursor(&target).setBlockCharFormat(document->begin().charFormat());
         const QString difference = differenceOfTexts(*document, target);
-        QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_qs.arg(seed).arg(difference)));
+        QVERIFY2(difference.isEmpty(), qPrintable(u"seed %1: %2"_s.arg(seed).arg(difference)));
         QVERIFY(hasPicturesOf(target, *document));
     }
 }
@@ -548,14 +550,14 @@ void TstTTextDoc::nothingButTheDocumentIsInserted()
 
 void TstTTextDoc::anEmptyDocumentAppendsNothing()
 {
-    const auto target = makeText(u"a<b:b>"_qs);
+    const auto target = makeText(u"a<b:b>"_s);
     QTextDocument empty;
     QTextBlockFormat format;
     format.setIndent(3);
     QTextCursor(&empty).setBlockFormat(format);
     TVLTextDoc::appendDocument(endOf(target.get()), &empty);
     TVLTextDoc::appendDocument(endOf(target.get()), nullptr);
-    QCOMPARE(describeText(target.get()), u"a<b:b>"_qs);
+    QCOMPARE(describeText(target.get()), u"a<b:b>"_s);
     QCOMPARE(target->begin().blockFormat().indent(), 0);
     QVERIFY(!target->isUndoAvailable());
 }
@@ -565,17 +567,17 @@ void TstTTextDoc::textIsAppendedWithinAParagraph_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("position");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("at the end") << u"<a:x>y"_qs << 4 << u"ab<b:cd><a:x>y"_qs;
-    QTest::newRow("at the start") << u"<a:x>y"_qs << 0 << u"<a:x>yab<b:cd>"_qs;
-    QTest::newRow("in a run") << u"<a:x>y"_qs << 3 << u"ab<b:c><a:x>y<b:d>"_qs;
-    QTest::newRow("paragraphs") << u"x\n\ny"_qs << 3 << u"ab<b:c>x\n\ny<b:d>"_qs;
+    QTest::newRow("at the end") << u"<a:x>y"_s << 4 << u"ab<b:cd><a:x>y"_s;
+    QTest::newRow("at the start") << u"<a:x>y"_s << 0 << u"<a:x>yab<b:cd>"_s;
+    QTest::newRow("in a run") << u"<a:x>y"_s << 3 << u"ab<b:c><a:x>y<b:d>"_s;
+    QTest::newRow("paragraphs") << u"x\n\ny"_s << 3 << u"ab<b:c>x\n\ny<b:d>"_s;
 }
 
 void TstTTextDoc::textIsAppendedWithinAParagraph()
 {
     QFETCH(const QString, text);
     QFETCH(const int, position);
-    const auto target = makeText(u"ab<b:cd>"_qs);
+    const auto target = makeText(u"ab<b:cd>"_s);
     QTextCursor cursor(target.get());
     cursor.setPosition(position);
     TVLTextDoc::appendDocument(cursor, makeText(text).get());
@@ -584,11 +586,11 @@ void TstTTextDoc::textIsAppendedWithinAParagraph()
 
 void TstTTextDoc::theFirstParagraphsFormatDependsOnTheCursors()
 {
-    const auto document = makeText(u"x\ny"_qs);
+    const auto document = makeText(u"x\ny"_s);
     QTextBlockFormat format;
     format.setIndent(3);
     QTextCursor(document->begin()).setBlockFormat(format);
-    const auto target = makeText(u"a\n\nb"_qs);
+    const auto target = makeText(u"a\n\nb"_s);
     TVLTextDoc::appendDocument(endOf(target.get()), document.get());
     QTextCursor cursor(target.get());
     cursor.setPosition(2);
@@ -596,37 +598,37 @@ void TstTTextDoc::theFirstParagraphsFormatDependsOnTheCursors()
     QList<int> indents;
     for (QTextBlock block = target->begin(); block.isValid(); block = block.next())
         indents.append(block.blockFormat().indent());
-    QCOMPARE(describeText(target.get()), u"a\nx\ny\nbx\ny"_qs);
+    QCOMPARE(describeText(target.get()), u"a\nx\ny\nbx\ny"_s);
     QCOMPARE(indents, QList<int>({0, 3, 0, 0, 0}));
 }
 
 void TstTTextDoc::selectedTextIsReplaced()
 {
-    const auto target = makeText(u"a<b:b>c"_qs);
+    const auto target = makeText(u"a<b:b>c"_s);
     QTextCursor cursor(target.get());
     cursor.setPosition(1);
     cursor.setPosition(3, QTextCursor::KeepAnchor);
-    TVLTextDoc::appendDocument(cursor, makeText(u"x"_qs).get());
-    QCOMPARE(describeText(target.get()), u"ax"_qs);
+    TVLTextDoc::appendDocument(cursor, makeText(u"x"_s).get());
+    QCOMPARE(describeText(target.get()), u"ax"_s);
 }
 
 void TstTTextDoc::picturesComeAlong()
 {
-    const auto document = makeText(u"<p:x.png><p:missing.png>"_qs);
-    addPicture(document.get(), u"x.png"_qs, QByteArray("abc"));
+    const auto document = makeText(u"<p:x.png><p:missing.png>"_s);
+    addPicture(document.get(), u"x.png"_s, QByteArray("abc"));
     QTextDocument target;
     TVLTextDoc::appendDocument(QTextCursor(&target), document.get());
     TVLTextDoc::appendDocument(endOf(&target), document.get());
-    QCOMPARE(pictureOf(target, u"x.png"_qs).toByteArray(), QByteArray("abc"));
-    QCOMPARE(TTextDoc::imageResourceIds(&target), QStringList({u"x.png"_qs, u"missing.png"_qs}));
+    QCOMPARE(pictureOf(target, u"x.png"_s).toByteArray(), QByteArray("abc"));
+    QCOMPARE(TTextDoc::imageResourceIds(&target), QStringList({u"x.png"_s, u"missing.png"_s}));
 }
 
 void TstTTextDoc::anotherPictureOfTheSameNameStays()
 {
-    const auto target = makeText(u"<p:x.png>"_qs);
-    addPicture(target.get(), u"x.png"_qs, QByteArray("old"));
-    const auto document = makeText(u"<p:x.png>y<b,p:x.png>z"_qs);
-    addPicture(document.get(), u"x.png"_qs, QByteArray("new"));
+    const auto target = makeText(u"<p:x.png>"_s);
+    addPicture(target.get(), u"x.png"_s, QByteArray("old"));
+    const auto document = makeText(u"<p:x.png>y<b,p:x.png>z"_s);
+    addPicture(document.get(), u"x.png"_s, QByteArray("new"));
     for (int i = 0; i < 2; ++i)
         TVLTextDoc::appendDocument(endOf(target.get()), document.get());
     const QStringList names = TTextDoc::imageResourceIds(target.get());
@@ -634,27 +636,27 @@ void TstTTextDoc::anotherPictureOfTheSameNameStays()
     QCOMPARE(pictureOf(*target, names.at(0)).toByteArray(), QByteArray("old"));
     QCOMPARE(pictureOf(*target, names.at(1)).toByteArray(), QByteArray("new"));
     QCOMPARE(describeText(target.get()),
-             u"<p:x.png%1>y<b,p:%1>z<p:%1>y<b,p:%1>z"_qs.arg(names.at(1)));
+             u"<p:x.png%1>y<b,p:%1>z<p:%1>y<b,p:%1>z"_s.arg(names.at(1)));
     // The original is as it was.
-    QCOMPARE(describeText(document.get()), u"<p:x.png>y<b,p:x.png>z"_qs);
+    QCOMPARE(describeText(document.get()), u"<p:x.png>y<b,p:x.png>z"_s);
 }
 
 void TstTTextDoc::aDocumentCanBeAppendedToItself()
 {
-    const auto document = makeText(u"a<b:b>\nc"_qs);
+    const auto document = makeText(u"a<b:b>\nc"_s);
     TVLTextDoc::appendDocument(endOf(document.get()), document.get());
-    QCOMPARE(describeText(document.get()), u"a<b:b>\nca<b:b>\nc"_qs);
+    QCOMPARE(describeText(document.get()), u"a<b:b>\nca<b:b>\nc"_s);
 }
 
 void TstTTextDoc::appendingIsOneUndoStep()
 {
     for (quint32 seed = 1; seed <= 100; ++seed) {
-        const auto target = makeText(u"<b:ab>\n"_qs);
+        const auto target = makeText(u"<b:ab>\n"_s);
         TVLTextDoc::appendDocument(endOf(target.get()), makeRandomRichText(seed).get());
         const QString appended = describeText(target.get());
         if (target->isUndoAvailable())
             target->undo();
-        QCOMPARE(describeText(target.get()), u"<b:ab>\n"_qs);
+        QCOMPARE(describeText(target.get()), u"<b:ab>\n"_s);
         QVERIFY(!target->isUndoAvailable());
         target->redo();
         QCOMPARE(describeText(target.get()), appended);
@@ -663,17 +665,17 @@ void TstTTextDoc::appendingIsOneUndoStep()
 
 void TstTTextDoc::aListGoesOnOnlyInItself()
 {
-    const auto document = makeText(u"x\ny"_qs);
+    const auto document = makeText(u"x\ny"_s);
     QTextCursor cursor(document.get());
     cursor.select(QTextCursor::Document);
     cursor.createList(QTextListFormat::ListDisc);
-    const auto target = makeText(u"a\n"_qs);
+    const auto target = makeText(u"a\n"_s);
     cursor = QTextCursor(target.get());
     cursor.select(QTextCursor::Document);
     cursor.createList(QTextListFormat::ListDecimal);
     TVLTextDoc::appendDocument(endOf(target.get()), document.get());
     const QTextBlock first = target->begin();
-    QCOMPARE(describeText(target.get()), u"a\nx\ny"_qs);
+    QCOMPARE(describeText(target.get()), u"a\nx\ny"_s);
     QCOMPARE(first.textList()->count(), 1);
     QCOMPARE(first.next().textList()->count(), 2);
     QCOMPARE(first.next().textList()->format().style(), QTextListFormat::ListDisc);

@@ -7,6 +7,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(TVL::NodeType)
 
 // Enumerations of TVL are compared as numbers: QCOMPARE would look for their texts and find the
@@ -53,16 +55,16 @@ void TstTvl::aNodeTypeHasAWord_data()
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("word");
 
-    QTest::newRow("draft") << TVL::DraftFolder << 0 << u"DraftFolder"_qs;
-    QTest::newRow("research") << TVL::ResearchFolder << 1 << u"ResearchFolder"_qs;
-    QTest::newRow("trash") << TVL::TrashFolder << 2 << u"TrashFolder"_qs;
-    QTest::newRow("folder") << TVL::Folder << 3 << u"Folder"_qs;
-    QTest::newRow("text") << TVL::Text << 4 << u"Text"_qs;
-    QTest::newRow("image") << TVL::Image << 5 << u"Image"_qs;
-    QTest::newRow("pdf") << TVL::PDF << 6 << u"PDF"_qs;
-    QTest::newRow("media") << TVL::Media << 7 << u"Media"_qs;
-    QTest::newRow("web") << TVL::WebArchive << 8 << u"WebArchive"_qs;
-    QTest::newRow("other") << TVL::Other << 9 << u"Other"_qs;
+    QTest::newRow("draft") << TVL::DraftFolder << 0 << u"DraftFolder"_s;
+    QTest::newRow("research") << TVL::ResearchFolder << 1 << u"ResearchFolder"_s;
+    QTest::newRow("trash") << TVL::TrashFolder << 2 << u"TrashFolder"_s;
+    QTest::newRow("folder") << TVL::Folder << 3 << u"Folder"_s;
+    QTest::newRow("text") << TVL::Text << 4 << u"Text"_s;
+    QTest::newRow("image") << TVL::Image << 5 << u"Image"_s;
+    QTest::newRow("pdf") << TVL::PDF << 6 << u"PDF"_s;
+    QTest::newRow("media") << TVL::Media << 7 << u"Media"_s;
+    QTest::newRow("web") << TVL::WebArchive << 8 << u"WebArchive"_s;
+    QTest::newRow("other") << TVL::Other << 9 << u"Other"_s;
 }
 
 void TstTvl::aNodeTypeHasAWord()
@@ -82,16 +84,16 @@ void TstTvl::everyNodeTypeIsTested()
 void TstTvl::aKindOfCollectionHasAWord()
 {
     const std::pair<TVL::CollectionType, QString> rows[] = {
-        {TVL::BinderCollection, u"Binder"_qs},
-        {TVL::RecentSearchCollection, u"RecentSearch"_qs},
-        {TVL::SavedSearchCollection, u"SavedSearch"_qs},
-        {TVL::ArbitraryCollection, u"Arbitrary"_qs},
+        {TVL::BinderCollection, u"Binder"_s},
+        {TVL::RecentSearchCollection, u"RecentSearch"_s},
+        {TVL::SavedSearchCollection, u"SavedSearch"_s},
+        {TVL::ArbitraryCollection, u"Arbitrary"_s},
     };
     for (const auto &[type, word] : rows) {
         QCOMPARE(TVL::wordOf(type), word);
         QCOMPARE(int(TVL::toCollectionType(word, TVL::NoCollection)), int(type));
     }
-    QCOMPARE(TVL::wordOf(TVL::NoCollection), u"Arbitrary"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NoCollection), u"Arbitrary"_s);
     QCOMPARE(int(TVL::toCollectionType(u"binder", TVL::NoCollection)), int(TVL::NoCollection));
 }
 
@@ -107,8 +109,8 @@ void TstTvl::otherWordsAreTextNodes()
 {
     QFETCH(QString, word);
     QCOMPARE(int(TVL::toNodeType(word)), int(TVL::Text));
-    QCOMPARE(TVL::wordOf(TVL::NodeType(-1)), u"Text"_qs);
-    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(-1)), u"Text"_s);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_s);
 }
 
 void TstTvl::aBinderVersionHasATextAndAFormat_data()
@@ -117,9 +119,9 @@ void TstTvl::aBinderVersionHasATextAndAFormat_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("format");
 
-    QTest::newRow("1") << 1 << u"1.0"_qs << 16;
-    QTest::newRow("2") << 2 << u"1.5"_qs << 18;
-    QTest::newRow("3") << 3 << u"2.0"_qs << 23;
+    QTest::newRow("1") << 1 << u"1.0"_s << 16;
+    QTest::newRow("2") << 2 << u"1.5"_s << 18;
+    QTest::newRow("3") << 3 << u"2.0"_s << 23;
 }
 
 void TstTvl::aBinderVersionHasATextAndAFormat()
@@ -139,12 +141,12 @@ void TstTvl::otherVersionsAreUnknown_data()
     QTest::addColumn<int>("format");
 
     QTest::newRow("none") << QString() << 0;
-    QTest::newRow("older") << u"0.9"_qs << 15;
-    QTest::newRow("between 1 and 2") << u"1.1"_qs << 17;
-    QTest::newRow("between 2 and 3") << u"1.50"_qs << 22;
-    QTest::newRow("newer") << u"3.0"_qs << 24;
-    QTest::newRow("negative") << u"-1.0"_qs << -16;
-    QTest::newRow("blank") << u" 1.0"_qs << 1;
+    QTest::newRow("older") << u"0.9"_s << 15;
+    QTest::newRow("between 1 and 2") << u"1.1"_s << 17;
+    QTest::newRow("between 2 and 3") << u"1.50"_s << 22;
+    QTest::newRow("newer") << u"3.0"_s << 24;
+    QTest::newRow("negative") << u"-1.0"_s << -16;
+    QTest::newRow("blank") << u" 1.0"_s << 1;
 }
 
 void TstTvl::otherVersionsAreUnknown()
@@ -180,9 +182,9 @@ void TstTvl::everyColorReadsBack()
 
 void TstTvl::aColorHasThreeDecimals()
 {
-    QCOMPARE(TVL::colorToFloatString(QColor(0, 255, 128)), u"0.000 1.000 0.502"_qs);
-    QCOMPARE(TVL::colorToFloatString(QColor(1, 2, 3, 4)), u"0.004 0.008 0.012"_qs);
-    QCOMPARE(TVL::colorToFloatString(QColor::fromHsv(0, 255, 255)), u"1.000 0.000 0.000"_qs);
+    QCOMPARE(TVL::colorToFloatString(QColor(0, 255, 128)), u"0.000 1.000 0.502"_s);
+    QCOMPARE(TVL::colorToFloatString(QColor(1, 2, 3, 4)), u"0.004 0.008 0.012"_s);
+    QCOMPARE(TVL::colorToFloatString(QColor::fromHsv(0, 255, 255)), u"1.000 0.000 0.000"_s);
     QCOMPARE(TVL::colorToFloatString(QColor()), QString());
 }
 
@@ -191,9 +193,9 @@ void TstTvl::colorTextsAreRead_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QColor>("color");
 
-    QTest::newRow("whole") << u"0 1 0"_qs << QColor(0, 255, 0);
-    QTest::newRow("many decimals") << u"0.50196078 0.2 0.4"_qs << QColor(128, 51, 102);
-    QTest::newRow("blanks") << u"  1.0   0.0 0.0 "_qs << QColor(255, 0, 0);
+    QTest::newRow("whole") << u"0 1 0"_s << QColor(0, 255, 0);
+    QTest::newRow("many decimals") << u"0.50196078 0.2 0.4"_s << QColor(128, 51, 102);
+    QTest::newRow("blanks") << u"  1.0   0.0 0.0 "_s << QColor(255, 0, 0);
 }
 
 void TstTvl::colorTextsAreRead()
@@ -225,25 +227,25 @@ void TstTvl::fileNamesAreCleaned_data()
     QTest::addColumn<QString>("clean");
 
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("plain") << u"Chapter One"_qs << u"Chapter One"_qs;
-    QTest::newRow("inner dot") << u"Dr. No.txt"_qs << u"Dr. No.txt"_qs;
-    QTest::newRow("leading dot and blank") << u" .hidden"_qs << u" .hidden"_qs;
-    QTest::newRow("less") << u"a<b"_qs << u"a_b"_qs;
-    QTest::newRow("greater") << u"a>b"_qs << u"a_b"_qs;
-    QTest::newRow("colon") << u"a:b"_qs << u"a_b"_qs;
-    QTest::newRow("quote") << u"a\"b"_qs << u"a_b"_qs;
-    QTest::newRow("slash") << u"a/b"_qs << u"a_b"_qs;
-    QTest::newRow("backslash") << u"a\\b"_qs << u"a_b"_qs;
-    QTest::newRow("bar") << u"a|b"_qs << u"a_b"_qs;
-    QTest::newRow("question mark") << u"a?b"_qs << u"a_b"_qs;
-    QTest::newRow("asterisk") << u"a*b"_qs << u"a_b"_qs;
-    QTest::newRow("several") << u"<>:\"/\\|?*"_qs << u"_________"_qs;
-    QTest::newRow("tab and line end") << u"a\tb\nc"_qs << u"a_b_c"_qs;
-    QTest::newRow("null") << QString(u'a') + QChar(0) + u'b' << u"a_b"_qs;
-    QTest::newRow("delete and next line") << u"a\u007fb\u0085c"_qs << u"a_b_c"_qs;
-    QTest::newRow("trailing dots and blanks") << u"Wait. . ."_qs << u"Wait"_qs;
-    QTest::newRow("nothing left") << u". ."_qs << QString();
-    QTest::newRow("beyond ASCII") << u"\u00c4\u4e2d\U0001f600"_qs << u"\u00c4\u4e2d\U0001f600"_qs;
+    QTest::newRow("plain") << u"Chapter One"_s << u"Chapter One"_s;
+    QTest::newRow("inner dot") << u"Dr. No.txt"_s << u"Dr. No.txt"_s;
+    QTest::newRow("leading dot and blank") << u" .hidden"_s << u" .hidden"_s;
+    QTest::newRow("less") << u"a<b"_s << u"a_b"_s;
+    QTest::newRow("greater") << u"a>b"_s << u"a_b"_s;
+    QTest::newRow("colon") << u"a:b"_s << u"a_b"_s;
+    QTest::newRow("quote") << u"a\"b"_s << u"a_b"_s;
+    QTest::newRow("slash") << u"a/b"_s << u"a_b"_s;
+    QTest::newRow("backslash") << u"a\\b"_s << u"a_b"_s;
+    QTest::newRow("bar") << u"a|b"_s << u"a_b"_s;
+    QTest::newRow("question mark") << u"a?b"_s << u"a_b"_s;
+    QTest::newRow("asterisk") << u"a*b"_s << u"a_b"_s;
+    QTest::newRow("several") << u"<>:\"/\\|?*"_s << u"_________"_s;
+    QTest::newRow("tab and line end") << u"a\tb\nc"_s << u"a_b_c"_s;
+    QTest::newRow("null") << QString(u'a') + QChar(0) + u'b' << u"a_b"_s;
+    QTest::newRow("delete and next line") << u"a\u007fb\u0085c"_s << u"a_b_c"_s;
+    QTest::newRow("trailing dots and blanks") << u"Wait. . ."_s << u"Wait"_s;
+    QTest::newRow("nothing left") << u". ."_s << QString();
+    QTest::newRow("beyond ASCII") << u"\u00c4\u4e2d\U0001f600"_s << u"\u00c4\u4e2d\U0001f600"_s;
 }
 
 void TstTvl::fileNamesAreCleaned()
@@ -262,20 +264,20 @@ void TstTvl::autoNumbersAreStripped_data()
     const auto row = [](const QString &title, const QString &stem, int number) {
         QTest::newRow(qPrintable(u'"' + title + u'"')) << title << stem << number;
     };
-    row(u"Harbour-3"_qs, u"Harbour"_qs, 3);
-    row(u"Harbour-10-12"_qs, u"Harbour-10"_qs, 12);
-    row(u"Harbour-007"_qs, u"Harbour"_qs, 7);
-    row(u"-5"_qs, u""_qs, 5);
-    row(u"Harbour"_qs, u"Harbour"_qs, 0);
-    row(u"Harbour 3"_qs, u"Harbour 3"_qs, 0);
-    row(u"Harbour3"_qs, u"Harbour3"_qs, 0);
-    row(u"Harbour-"_qs, u"Harbour-"_qs, 0);
-    row(u"Harbour-3a"_qs, u"Harbour-3a"_qs, 0);
-    row(u"12"_qs, u"12"_qs, 0);
-    row(u""_qs, u""_qs, 0);
-    row(u"Harbour-999999999"_qs, u"Harbour"_qs, 999999999);
-    row(u"Harbour-1234567890"_qs, u"Harbour-1234567890"_qs, 0);
-    row(u"Harbour-\u0663"_qs, u"Harbour-\u0663"_qs, 0);
+    row(u"Harbour-3"_s, u"Harbour"_s, 3);
+    row(u"Harbour-10-12"_s, u"Harbour-10"_s, 12);
+    row(u"Harbour-007"_s, u"Harbour"_s, 7);
+    row(u"-5"_s, u""_s, 5);
+    row(u"Harbour"_s, u"Harbour"_s, 0);
+    row(u"Harbour 3"_s, u"Harbour 3"_s, 0);
+    row(u"Harbour3"_s, u"Harbour3"_s, 0);
+    row(u"Harbour-"_s, u"Harbour-"_s, 0);
+    row(u"Harbour-3a"_s, u"Harbour-3a"_s, 0);
+    row(u"12"_s, u"12"_s, 0);
+    row(u""_s, u""_s, 0);
+    row(u"Harbour-999999999"_s, u"Harbour"_s, 999999999);
+    row(u"Harbour-1234567890"_s, u"Harbour-1234567890"_s, 0);
+    row(u"Harbour-\u0663"_s, u"Harbour-\u0663"_s, 0);
 }
 
 void TstTvl::autoNumbersAreStripped()
@@ -294,11 +296,11 @@ void TstTvl::toolTipsAreEscaped_data()
     QTest::addColumn<QString>("html");
 
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("plain") << u"Hello"_qs << u"<p>Hello</p>"_qs;
-    QTest::newRow("markup") << u"a < b && \"c\" > d"_qs
-                            << u"<p>a &lt; b &amp;&amp; &quot;c&quot; &gt; d</p>"_qs;
-    QTest::newRow("tag") << u"<br/>"_qs << u"<p>&lt;br/&gt;</p>"_qs;
-    QTest::newRow("line ends") << u"a\nb\r\nc"_qs << u"<p>a<br/>b<br/>c</p>"_qs;
+    QTest::newRow("plain") << u"Hello"_s << u"<p>Hello</p>"_s;
+    QTest::newRow("markup") << u"a < b && \"c\" > d"_s
+                            << u"<p>a &lt; b &amp;&amp; &quot;c&quot; &gt; d</p>"_s;
+    QTest::newRow("tag") << u"<br/>"_s << u"<p>&lt;br/&gt;</p>"_s;
+    QTest::newRow("line ends") << u"a\nb\r\nc"_s << u"<p>a<br/>b<br/>c</p>"_s;
 }
 
 void TstTvl::toolTipsAreEscaped()

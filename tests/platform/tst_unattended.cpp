@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Box = TVLUnattendedMessageBoxes::Box;
@@ -81,19 +83,19 @@ void TstUnattended::cleanup()
 
 void TstUnattended::aBoxIsRecorded()
 {
-    QMessageBox box(QMessageBox::Warning, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Warning, u"Title"_s, u"Text"_s,
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    box.setInformativeText(u"Informative"_qs);
-    box.setDetailedText(u"Detailed"_qs);
+    box.setInformativeText(u"Informative"_s);
+    box.setDetailedText(u"Detailed"_s);
     box.setDefaultButton(QMessageBox::Discard);
     QCOMPARE(box.exec(), int(QMessageBox::Discard));
 
     QCOMPARE(mMessageBoxes->boxes().size(), 1);
     const Box record = mMessageBoxes->boxes().constFirst();
-    QCOMPARE(record.title, u"Title"_qs);
-    QCOMPARE(record.text, u"Text"_qs);
-    QCOMPARE(record.informativeText, u"Informative"_qs);
-    QCOMPARE(record.detailedText, u"Detailed"_qs);
+    QCOMPARE(record.title, u"Title"_s);
+    QCOMPARE(record.text, u"Text"_s);
+    QCOMPARE(record.informativeText, u"Informative"_s);
+    QCOMPARE(record.detailedText, u"Detailed"_s);
     QCOMPARE(record.icon, QMessageBox::Warning);
     QCOMPARE(record.standardButtons,
              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
@@ -104,22 +106,22 @@ void TstUnattended::aBoxIsRecorded()
 void TstUnattended::aBoxIsAnnouncedBeforeItCloses()
 {
     QSignalSpy spy(mMessageBoxes.get(), &TVLUnattendedMessageBoxes::answered);
-    QMessageBox box(QMessageBox::Information, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     bool wasVisible = false;
     connect(mMessageBoxes.get(), &TVLUnattendedMessageBoxes::answered, &box,
             [&] { wasVisible = box.isVisible(); });
     box.exec();
     QVERIFY(wasVisible);
     QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.constFirst().constFirst().value<Box>().text, u"Text"_qs);
+    QCOMPARE(spy.constFirst().constFirst().value<Box>().text, u"Text"_s);
 }
 
 void TstUnattended::takingTheBoxesForgetsThem()
 {
-    QMessageBox::information(nullptr, u"Title"_qs, u"One"_qs);
-    QMessageBox::information(nullptr, u"Title"_qs, u"Two"_qs);
-    QCOMPARE(textsOf(mMessageBoxes->boxes()), QStringList({u"One"_qs, u"Two"_qs}));
-    QCOMPARE(textsOf(mMessageBoxes->takeBoxes()), QStringList({u"One"_qs, u"Two"_qs}));
+    QMessageBox::information(nullptr, u"Title"_s, u"One"_s);
+    QMessageBox::information(nullptr, u"Title"_s, u"Two"_s);
+    QCOMPARE(textsOf(mMessageBoxes->boxes()), QStringList({u"One"_s, u"Two"_s}));
+    QCOMPARE(textsOf(mMessageBoxes->takeBoxes()), QStringList({u"One"_s, u"Two"_s}));
     QVERIFY(mMessageBoxes->boxes().isEmpty());
     QVERIFY(mMessageBoxes->takeBoxes().isEmpty());
 }
@@ -173,18 +175,18 @@ void TstUnattended::aButtonIsChosen()
 void TstUnattended::anOwnButtonIsPressed()
 {
     QMessageBox box;
-    const QAbstractButton *first = box.addButton(u"Merge"_qs, QMessageBox::AcceptRole);
-    box.addButton(u"Replace"_qs, QMessageBox::AcceptRole);
+    const QAbstractButton *first = box.addButton(u"Merge"_s, QMessageBox::AcceptRole);
+    box.addButton(u"Replace"_s, QMessageBox::AcceptRole);
     box.exec();
     QCOMPARE(box.clickedButton(), first);
     QCOMPARE(mMessageBoxes->boxes().constFirst().button, QMessageBox::NoButton);
-    QCOMPARE(mMessageBoxes->boxes().constFirst().buttonText, u"Merge"_qs);
+    QCOMPARE(mMessageBoxes->boxes().constFirst().buttonText, u"Merge"_s);
 }
 
 void TstUnattended::anOwnDefaultButtonIsPressed()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs, QMessageBox::Cancel);
-    QPushButton *merge = box.addButton(u"Merge"_qs, QMessageBox::ActionRole);
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s, QMessageBox::Cancel);
+    QPushButton *merge = box.addButton(u"Merge"_s, QMessageBox::ActionRole);
     box.setDefaultButton(merge);
     box.exec();
     QCOMPARE(box.clickedButton(), merge);
@@ -193,15 +195,15 @@ void TstUnattended::anOwnDefaultButtonIsPressed()
 void TstUnattended::theDetailsButtonIsNotPressed()
 {
     // It would come first in the box.
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s,
                     QMessageBox::Yes | QMessageBox::YesToAll);
-    box.setDetailedText(u"Detailed"_qs);
+    box.setDetailedText(u"Detailed"_s);
     QCOMPARE(box.exec(), int(QMessageBox::Yes));
 }
 
 void TstUnattended::aDisabledButtonIsNotPressed()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s,
                     QMessageBox::Ok | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Ok);
     box.button(QMessageBox::Ok)->setEnabled(false);
@@ -210,7 +212,7 @@ void TstUnattended::aDisabledButtonIsNotPressed()
 
 void TstUnattended::aBoxWithoutUsableButtonsIsRejected()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     box.button(QMessageBox::Ok)->setEnabled(false);
     QCOMPARE(box.exec(), int(QDialog::Rejected));
     QCOMPARE(mMessageBoxes->boxes().size(), 1);
@@ -227,18 +229,18 @@ void TstUnattended::theWishedAnswerIsGiven()
     const Buttons yesNo = QMessageBox::Yes | QMessageBox::No;
     mMessageBoxes->setAnswer(QMessageBox::Yes);
     for (int i = 0; i < 2; ++i) {
-        QCOMPARE(QMessageBox::question(nullptr, u"Title"_qs, u"Text"_qs, yesNo, QMessageBox::No),
+        QCOMPARE(QMessageBox::question(nullptr, u"Title"_s, u"Text"_s, yesNo, QMessageBox::No),
                  QMessageBox::Yes);
     }
     mMessageBoxes->setAnswer(QMessageBox::NoButton);
-    QCOMPARE(QMessageBox::question(nullptr, u"Title"_qs, u"Text"_qs, yesNo, QMessageBox::No),
+    QCOMPARE(QMessageBox::question(nullptr, u"Title"_s, u"Text"_s, yesNo, QMessageBox::No),
              QMessageBox::No);
 }
 
 void TstUnattended::aWishedAnswerThatTheBoxLacksIsPassedOver()
 {
     mMessageBoxes->setAnswer(QMessageBox::Retry);
-    QCOMPARE(QMessageBox::warning(nullptr, u"Title"_qs, u"Text"_qs,
+    QCOMPARE(QMessageBox::warning(nullptr, u"Title"_s, u"Text"_s,
                                   QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok),
              QMessageBox::Ok);
 }
@@ -246,7 +248,7 @@ void TstUnattended::aWishedAnswerThatTheBoxLacksIsPassedOver()
 void TstUnattended::aDisabledWishIsPassedOver()
 {
     mMessageBoxes->setAnswer(QMessageBox::Ok);
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s,
                     QMessageBox::Ok | QMessageBox::Cancel);
     box.button(QMessageBox::Ok)->setEnabled(false);
     QCOMPARE(box.exec(), int(QMessageBox::Cancel));
@@ -254,11 +256,11 @@ void TstUnattended::aDisabledWishIsPassedOver()
 
 void TstUnattended::staticFunctionsReturn()
 {
-    QCOMPARE(QMessageBox::information(nullptr, u"I"_qs, u"Text"_qs), QMessageBox::Ok);
-    QCOMPARE(QMessageBox::warning(nullptr, u"W"_qs, u"Text"_qs), QMessageBox::Ok);
-    QCOMPARE(QMessageBox::critical(nullptr, u"C"_qs, u"Text"_qs), QMessageBox::Ok);
-    QCOMPARE(QMessageBox::question(nullptr, u"Q"_qs, u"Text"_qs), QMessageBox::No);
-    QMessageBox::about(nullptr, u"A"_qs, u"Text"_qs);
+    QCOMPARE(QMessageBox::information(nullptr, u"I"_s, u"Text"_s), QMessageBox::Ok);
+    QCOMPARE(QMessageBox::warning(nullptr, u"W"_s, u"Text"_s), QMessageBox::Ok);
+    QCOMPARE(QMessageBox::critical(nullptr, u"C"_s, u"Text"_s), QMessageBox::Ok);
+    QCOMPARE(QMessageBox::question(nullptr, u"Q"_s, u"Text"_s), QMessageBox::No);
+    QMessageBox::about(nullptr, u"A"_s, u"Text"_s);
     QCOMPARE(mMessageBoxes->boxes().size(), 5);
 }
 
@@ -266,10 +268,9 @@ void TstUnattended::openAndShowAreAnswered()
 {
     QWidget window;
     window.show();
-    QMessageBox opened(QMessageBox::Information, u"Title"_qs, u"opened"_qs, QMessageBox::Ok,
-                       &window);
+    QMessageBox opened(QMessageBox::Information, u"Title"_s, u"opened"_s, QMessageBox::Ok, &window);
     opened.open();
-    QMessageBox shown(QMessageBox::Information, u"Title"_qs, u"shown"_qs, QMessageBox::Ok);
+    QMessageBox shown(QMessageBox::Information, u"Title"_s, u"shown"_s, QMessageBox::Ok);
     shown.setModal(false);
     shown.show();
     QVERIFY(opened.isVisible());
@@ -278,25 +279,25 @@ void TstUnattended::openAndShowAreAnswered()
     QCoreApplication::processEvents();
     QVERIFY(!opened.isVisible());
     QVERIFY(!shown.isVisible());
-    QCOMPARE(textsOf(mMessageBoxes->boxes()), QStringList({u"opened"_qs, u"shown"_qs}));
+    QCOMPARE(textsOf(mMessageBoxes->boxes()), QStringList({u"opened"_s, u"shown"_s}));
     QCOMPARE(opened.result(), int(QMessageBox::Ok));
     QCOMPARE(shown.result(), int(QMessageBox::Ok));
 }
 
 void TstUnattended::nestedBoxesAreAnswered()
 {
-    QMessageBox outer(QMessageBox::Question, u"Title"_qs, u"outer"_qs, QMessageBox::Yes);
+    QMessageBox outer(QMessageBox::Question, u"Title"_s, u"outer"_s, QMessageBox::Yes);
     Button middleResult = QMessageBox::NoButton;
     Button innerResult = QMessageBox::NoButton;
     connect(&outer, &QMessageBox::buttonClicked, &outer, [&] {
-        QMessageBox middle(QMessageBox::Question, u"Title"_qs, u"middle"_qs, QMessageBox::Retry,
+        QMessageBox middle(QMessageBox::Question, u"Title"_s, u"middle"_s, QMessageBox::Retry,
                            &outer);
         // Comes before the answer to the middle box, whose loop runs by then.
         QMetaObject::invokeMethod(
             &middle,
             [&] {
                 innerResult =
-                    QMessageBox::warning(&middle, u"Title"_qs, u"inner"_qs, QMessageBox::Abort);
+                    QMessageBox::warning(&middle, u"Title"_s, u"inner"_s, QMessageBox::Abort);
             },
             Qt::QueuedConnection);
         middleResult = Button(middle.exec());
@@ -306,14 +307,14 @@ void TstUnattended::nestedBoxesAreAnswered()
     QCOMPARE(innerResult, QMessageBox::Abort);
     const QStringList texts = textsOf(mMessageBoxes->boxes());
     QCOMPARE(texts.size(), 3);
-    QCOMPARE(texts.constFirst(), u"outer"_qs);
-    QVERIFY(texts.contains(u"middle"_qs));
-    QVERIFY(texts.contains(u"inner"_qs));
+    QCOMPARE(texts.constFirst(), u"outer"_s);
+    QVERIFY(texts.contains(u"middle"_s));
+    QVERIFY(texts.contains(u"inner"_s));
 }
 
 void TstUnattended::aBoxThatIsShownAgainIsAnsweredAgain()
 {
-    QMessageBox box(QMessageBox::Question, u"Title"_qs, u"Text"_qs,
+    QMessageBox box(QMessageBox::Question, u"Title"_s, u"Text"_s,
                     QMessageBox::Retry | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Retry);
     for (int i = 0; i < 3; ++i)
@@ -323,7 +324,7 @@ void TstUnattended::aBoxThatIsShownAgainIsAnsweredAgain()
 
 void TstUnattended::aBoxThatClosesItselfIsNoMatter()
 {
-    QMessageBox box(QMessageBox::Information, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     box.show();
     box.hide();
     QCoreApplication::processEvents();
@@ -341,7 +342,7 @@ void TstUnattended::aBoxThatIsDeletedIsNoMatter()
 
 void TstUnattended::aReceiverMayCloseTheBox()
 {
-    QMessageBox box(QMessageBox::Information, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     connect(mMessageBoxes.get(), &TVLUnattendedMessageBoxes::answered, &box, [&] { box.done(77); });
     QCOMPARE(box.exec(), 77);
     QCOMPARE(box.clickedButton(), nullptr);
@@ -362,12 +363,12 @@ void TstUnattended::otherDialogsAreLeftAlone()
 {
     QDialog dialog;
     dialog.show();
-    QProgressDialog progress(u"Label"_qs, u"Cancel"_qs, 0, 10);
+    QProgressDialog progress(u"Label"_s, u"Cancel"_s, 0, 10);
     progress.show();
     QErrorMessage error;
-    error.showMessage(u"Text"_qs);
+    error.showMessage(u"Text"_s);
     // A box at last, so that whatever was queued before it has run.
-    QMessageBox::information(nullptr, u"Title"_qs, u"Text"_qs);
+    QMessageBox::information(nullptr, u"Title"_s, u"Text"_s);
     QVERIFY(dialog.isVisible());
     QVERIFY(progress.isVisible());
     QVERIFY(!progress.wasCanceled());
@@ -377,12 +378,12 @@ void TstUnattended::otherDialogsAreLeftAlone()
 
 void TstUnattended::afterItsEndNothingIsAnswered()
 {
-    QMessageBox box(QMessageBox::Information, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     box.show();
     mMessageBoxes.reset();
     QCoreApplication::processEvents();
     QVERIFY(box.isVisible());
-    QMessageBox another(QMessageBox::Information, u"Title"_qs, u"Text"_qs, QMessageBox::Ok);
+    QMessageBox another(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
     another.show();
     QCoreApplication::processEvents();
     QVERIFY(another.isVisible());

@@ -10,6 +10,8 @@
 #include <QTextCursor>
 #include <QTextTable>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** What a word is, in the plainest of ways. */
@@ -79,41 +81,40 @@ void TstWordCount::wordsAreCounted_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("words");
-    QTest::newRow("nothing") << u""_qs << 0;
-    QTest::newRow("blanks") << u" \t  "_qs << 0;
-    QTest::newRow("one") << u"word"_qs << 1;
-    QTest::newRow("two") << u"two words"_qs << 2;
-    QTest::newRow("many blanks") << u"  two   words  "_qs << 2;
-    QTest::newRow("marks alone") << u"... -- !? ***"_qs << 0;
-    QTest::newRow("sentence") << u"\"Well,\" she said, \"it's 3:15 now.\""_qs << 7;
-    QTest::newRow("apostrophe") << u"don't can\u2019t"_qs << 2;
-    QTest::newRow("quoted") << u"'quoted' \u2018quoted\u2019 \u201cquoted\u201d"_qs << 3;
-    QTest::newRow("hyphen parts") << u"well-known"_qs << 2;
-    QTest::newRow("dash parts") << u"now\u2014then"_qs << 2;
-    QTest::newRow("soft hyphen joins") << u"sof\u00adten"_qs << 1;
-    QTest::newRow("no-break space parts") << u"10\u00a0km"_qs << 2;
-    QTest::newRow("numbers") << u"1,000.50 and 7;8 1'000"_qs << 4;
-    QTest::newRow("comma between letters parts") << u"a,b"_qs << 2;
-    QTest::newRow("point between letters parts") << u"e.g. example.org"_qs << 4;
-    QTest::newRow("colon parts") << u"a:b 3:15"_qs << 4;
-    QTest::newRow("point between unlike parts") << u"a.1"_qs << 2;
-    QTest::newRow("two points part") << u"wait..what"_qs << 2;
-    QTest::newRow("underscore joins") << u"snake_case __init__"_qs << 2;
-    QTest::newRow("underscores alone") << u"___ _"_qs << 0;
-    QTest::newRow("paragraphs") << u"one\ntwo\n\nthree"_qs << 3;
-    QTest::newRow("line ends within a paragraph") << u"one\u2028two"_qs << 2;
-    QTest::newRow("picture parts") << u"one\ufffctwo"_qs << 2;
-    QTest::newRow("accents") << u"\u00c9t\u00e9 nai\u0308ve"_qs << 2;
-    QTest::newRow("Cyrillic") << u"\u0432\u043e\u0439\u043d\u0430 \u0438 \u043c\u0438\u0440"_qs
-                              << 3;
-    QTest::newRow("Greek") << u"\u03bb\u03cc\u03b3\u03bf\u03c2"_qs << 1;
-    QTest::newRow("Hebrew with inner quote") << u"\u05e6\u05d4\"\u05dc"_qs << 1;
-    QTest::newRow("Arabic digits") << u"\u0661\u0662\u0663"_qs << 1;
-    QTest::newRow("ideographs one by one") << u"\u6f22\u5b57"_qs << 2;
-    QTest::newRow("Katakana together") << u"\u30ab\u30bf\u30ab\u30ca"_qs << 1;
-    QTest::newRow("astral letters") << u"\U00010400\U00010401 \U0001d7d9"_qs << 2;
-    QTest::newRow("emoji") << u"\U0001f600 \U0001f468\u200d\U0001f469"_qs << 0;
-    QTest::newRow("numbers of other kinds") << u"\u00bd \u2163"_qs << 2;
+    QTest::newRow("nothing") << u""_s << 0;
+    QTest::newRow("blanks") << u" \t  "_s << 0;
+    QTest::newRow("one") << u"word"_s << 1;
+    QTest::newRow("two") << u"two words"_s << 2;
+    QTest::newRow("many blanks") << u"  two   words  "_s << 2;
+    QTest::newRow("marks alone") << u"... -- !? ***"_s << 0;
+    QTest::newRow("sentence") << u"\"Well,\" she said, \"it's 3:15 now.\""_s << 7;
+    QTest::newRow("apostrophe") << u"don't can\u2019t"_s << 2;
+    QTest::newRow("quoted") << u"'quoted' \u2018quoted\u2019 \u201cquoted\u201d"_s << 3;
+    QTest::newRow("hyphen parts") << u"well-known"_s << 2;
+    QTest::newRow("dash parts") << u"now\u2014then"_s << 2;
+    QTest::newRow("soft hyphen joins") << u"sof\u00adten"_s << 1;
+    QTest::newRow("no-break space parts") << u"10\u00a0km"_s << 2;
+    QTest::newRow("numbers") << u"1,000.50 and 7;8 1'000"_s << 4;
+    QTest::newRow("comma between letters parts") << u"a,b"_s << 2;
+    QTest::newRow("point between letters parts") << u"e.g. example.org"_s << 4;
+    QTest::newRow("colon parts") << u"a:b 3:15"_s << 4;
+    QTest::newRow("point between unlike parts") << u"a.1"_s << 2;
+    QTest::newRow("two points part") << u"wait..what"_s << 2;
+    QTest::newRow("underscore joins") << u"snake_case __init__"_s << 2;
+    QTest::newRow("underscores alone") << u"___ _"_s << 0;
+    QTest::newRow("paragraphs") << u"one\ntwo\n\nthree"_s << 3;
+    QTest::newRow("line ends within a paragraph") << u"one\u2028two"_s << 2;
+    QTest::newRow("picture parts") << u"one\ufffctwo"_s << 2;
+    QTest::newRow("accents") << u"\u00c9t\u00e9 nai\u0308ve"_s << 2;
+    QTest::newRow("Cyrillic") << u"\u0432\u043e\u0439\u043d\u0430 \u0438 \u043c\u0438\u0440"_s << 3;
+    QTest::newRow("Greek") << u"\u03bb\u03cc\u03b3\u03bf\u03c2"_s << 1;
+    QTest::newRow("Hebrew with inner quote") << u"\u05e6\u05d4\"\u05dc"_s << 1;
+    QTest::newRow("Arabic digits") << u"\u0661\u0662\u0663"_s << 1;
+    QTest::newRow("ideographs one by one") << u"\u6f22\u5b57"_s << 2;
+    QTest::newRow("Katakana together") << u"\u30ab\u30bf\u30ab\u30ca"_s << 1;
+    QTest::newRow("astral letters") << u"\U00010400\U00010401 \U0001d7d9"_s << 2;
+    QTest::newRow("emoji") << u"\U0001f600 \U0001f468\u200d\U0001f469"_s << 0;
+    QTest::newRow("numbers of other kinds") << u"\u00bd \u2163"_s << 2;
     QTest::newRow("half a surrogate pair") << QString(QChar(0xd801)) << 0;
 }
 
@@ -131,18 +132,18 @@ void TstWordCount::notesCountOnDemand_data()
     QTest::addColumn<int>("withAnnotations");
     QTest::addColumn<int>("withFootnotes");
     QTest::addColumn<int>("withBoth");
-    QTest::newRow("none") << u"one two"_qs << 2 << 2 << 2 << 2;
-    QTest::newRow("annotation") << u"one <a:two three> four"_qs << 2 << 4 << 2 << 4;
-    QTest::newRow("footnote") << u"one <f:two three> four"_qs << 2 << 2 << 4 << 4;
-    QTest::newRow("each") << u"one<a:two><f:three four>"_qs << 1 << 2 << 3 << 4;
+    QTest::newRow("none") << u"one two"_s << 2 << 2 << 2 << 2;
+    QTest::newRow("annotation") << u"one <a:two three> four"_s << 2 << 4 << 2 << 4;
+    QTest::newRow("footnote") << u"one <f:two three> four"_s << 2 << 2 << 4 << 4;
+    QTest::newRow("each") << u"one<a:two><f:three four>"_s << 1 << 2 << 3 << 4;
     QTest::newRow("annotation in a footnote takes both")
-        << u"<f:one ><a,f:two>"_qs << 0 << 0 << 1 << 2;
-    QTest::newRow("a note parts what it stands between") << u"foo<a:x>bar"_qs << 2 << 3 << 2 << 3;
-    QTest::newRow("other formats part nothing") << u"fo<b:o>bar"_qs << 1 << 1 << 1 << 1;
-    QTest::newRow("nor within a note") << u"<a:fo><a,b:o>"_qs << 0 << 1 << 0 << 1;
+        << u"<f:one ><a,f:two>"_s << 0 << 0 << 1 << 2;
+    QTest::newRow("a note parts what it stands between") << u"foo<a:x>bar"_s << 2 << 3 << 2 << 3;
+    QTest::newRow("other formats part nothing") << u"fo<b:o>bar"_s << 1 << 1 << 1 << 1;
+    QTest::newRow("nor within a note") << u"<a:fo><a,b:o>"_s << 0 << 1 << 0 << 1;
     QTest::newRow("inspector comments never count")
-        << u"one <c1:two> <n2:three>"_qs << 3 << 3 << 3 << 3;
-    QTest::newRow("whole paragraphs") << u"<a:one\ntwo>\nthree"_qs << 1 << 3 << 1 << 3;
+        << u"one <c1:two> <n2:three>"_s << 3 << 3 << 3 << 3;
+    QTest::newRow("whole paragraphs") << u"<a:one\ntwo>\nthree"_s << 1 << 3 << 1 << 3;
 }
 
 void TstWordCount::notesCountOnDemand()
@@ -159,10 +160,10 @@ void TstWordCount::cellsOfTablesCount()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"before"_qs);
+    cursor.insertText(u"before"_s);
     const QTextTable *table = cursor.insertTable(1, 2);
-    table->cellAt(0, 0).firstCursorPosition().insertText(u"left cell"_qs);
-    table->cellAt(0, 1).firstCursorPosition().insertText(u"right"_qs);
+    table->cellAt(0, 0).firstCursorPosition().insertText(u"left cell"_s);
+    table->cellAt(0, 1).firstCursorPosition().insertText(u"right"_s);
     QCOMPARE(TVLTextDoc::wordCount(&document, false, false), 4);
 }
 
@@ -175,7 +176,7 @@ void TstWordCount::anEmptyOrMissingDocumentHasNoWords()
 
 void TstWordCount::eachSimpleCharacterIsLikeUnicodeSays()
 {
-    const QString sides[] = {u"a"_qs, u"1"_qs, u"_"_qs, u" "_qs, u"'"_qs, u"."_qs, u""_qs};
+    const QString sides[] = {u"a"_s, u"1"_s, u"_"_s, u" "_s, u"'"_s, u"."_s, u""_s};
     QList<char32_t> characters = charactersBetween(1, 0x530);
     characters += charactersBetween(0x2000, 0x2070);
     characters += {0xfffc, 0x3000, 0x30a2, 0x5b57, 0x10400};
@@ -184,7 +185,7 @@ void TstWordCount::eachSimpleCharacterIsLikeUnicodeSays()
             for (const QString &right : sides) {
                 const QString text = left + QString::fromUcs4(&character, 1) + right;
                 if (wordsIn(text) != plainWordCount(text))
-                    QFAIL(qPrintable(u"U+%1 in '%2'"_qs.arg(uint(character), 0, 16).arg(text)));
+                    QFAIL(qPrintable(u"U+%1 in '%2'"_s.arg(uint(character), 0, 16).arg(text)));
             }
         }
     }
@@ -214,14 +215,14 @@ void TstWordCount::anyTextCountsLikeUnicodeSays()
         const QString text = randomTextOf(characters, &random);
         if (wordsIn(text) != plainWordCount(text))
             QFAIL(qPrintable(
-                u"'%1': %2 for %3"_qs.arg(text).arg(wordsIn(text)).arg(plainWordCount(text))));
+                u"'%1': %2 for %3"_s.arg(text).arg(wordsIn(text)).arg(plainWordCount(text))));
     }
 }
 
 void TstWordCount::notesAddToTheRest()
 {
     QRandomGenerator random(11);
-    const QString marks[] = {u"b"_qs, u"a"_qs, u"f"_qs, u"a,f"_qs};
+    const QString marks[] = {u"b"_s, u"a"_s, u"f"_s, u"a,f"_s};
     for (int i = 0; i < 300; ++i) {
         QTextDocument whole;
         QTextDocument notes;

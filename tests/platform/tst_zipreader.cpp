@@ -8,6 +8,8 @@
 
 #include <private/qzipwriter_p.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QByteArray FirstContent = QByteArray("One morning in spring. ").repeated(40);
@@ -18,10 +20,10 @@ QByteArray sampleZip()
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QZipWriter zip(&buffer);
-    zip.addDirectory(u"folder"_qs);
-    zip.addFile(u"folder/first"_qs, FirstContent);
-    zip.addFile(u"zw\u00f6lf"_qs, SecondContent);
-    zip.addFile(u"empty"_qs, QByteArray());
+    zip.addDirectory(u"folder"_s);
+    zip.addFile(u"folder/first"_s, FirstContent);
+    zip.addFile(u"zw\u00f6lf"_s, SecondContent);
+    zip.addFile(u"empty"_s, QByteArray());
     zip.close();
     return buffer.data();
 }
@@ -49,7 +51,7 @@ private:
 
 QString TstZipReader::writeFile(const QByteArray &bytes) const
 {
-    QFile file(mDirectory.filePath(u"archive"_qs));
+    QFile file(mDirectory.filePath(u"archive"_s));
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("could not write the archive");
     return file.fileName();
@@ -59,9 +61,9 @@ void TstZipReader::entriesAreFoundByNameAndRead_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("in a folder") << u"folder/first"_qs << FirstContent;
-    QTest::newRow("beyond ASCII") << u"zw\u00f6lf"_qs << SecondContent;
-    QTest::newRow("empty") << u"empty"_qs << QByteArray();
+    QTest::newRow("in a folder") << u"folder/first"_s << FirstContent;
+    QTest::newRow("beyond ASCII") << u"zw\u00f6lf"_s << SecondContent;
+    QTest::newRow("empty") << u"empty"_s << QByteArray();
 }
 
 void TstZipReader::entriesAreFoundByNameAndRead()
@@ -79,7 +81,7 @@ void TstZipReader::entriesAreFoundByNameAndRead()
 void TstZipReader::anUnknownNameOrPlaceGivesNothing()
 {
     const TVLZipReader zip(writeFile(sampleZip()));
-    QCOMPARE(zip.indexOf(u"nobody"_qs), -1);
+    QCOMPARE(zip.indexOf(u"nobody"_s), -1);
     QVERIFY(!zip.content(-1));
     QVERIFY(!zip.content(4));
 }
@@ -99,7 +101,7 @@ void TstZipReader::whatIsNoZipIsNotOpen()
     QVERIFY(!zip.isOpen());
     QCOMPARE(zip.count(), 0);
     QVERIFY(!zip.content(0));
-    QVERIFY(!TVLZipReader(mDirectory.filePath(u"missing"_qs)).isOpen());
+    QVERIFY(!TVLZipReader(mDirectory.filePath(u"missing"_s)).isOpen());
 }
 
 void TstZipReader::aZipThatIsCutOffAnywhereGivesNothingWrong()
@@ -107,7 +109,7 @@ void TstZipReader::aZipThatIsCutOffAnywhereGivesNothingWrong()
     const QByteArray whole = sampleZip();
     for (qsizetype size = 0; size < whole.size(); ++size) {
         const TVLZipReader zip(writeFile(whole.first(size)));
-        QVERIFY2(!zip.content(1), qPrintable(u"cut off at %1"_qs.arg(size)));
+        QVERIFY2(!zip.content(1), qPrintable(u"cut off at %1"_s.arg(size)));
     }
 }
 
@@ -122,7 +124,7 @@ void TstZipReader::aChangedByteNeverGivesAnotherContent()
             const std::optional<QByteArray> content = zip.content(index);
             QVERIFY2(!content || *content == FirstContent || *content == SecondContent
                          || content->isEmpty(),
-                     qPrintable(u"byte %1"_qs.arg(i)));
+                     qPrintable(u"byte %1"_s.arg(i)));
         }
     }
 }

@@ -10,6 +10,8 @@
 
 #include <private/qzipreader_p.h>
 
+using namespace Qt::StringLiterals;
+
 class TstZipWriter : public QObject
 {
     Q_OBJECT
@@ -32,11 +34,10 @@ void TstZipWriter::whatWasAddedIsRead_data()
     QRandomGenerator random(1);
     for (char &byte : noise)
         byte = char(random.bounded(256));
-    QTest::newRow("prose") << u"novel.tavelx"_qs << QByteArray("One morning. ").repeated(9000);
-    QTest::newRow("noise") << u"noise"_qs << noise;
-    QTest::newRow("a name in other letters")
-        << u"zw\u00f6lf \u4e00.tavelx"_qs << QByteArray("text");
-    QTest::newRow("nothing") << u"empty"_qs << QByteArray();
+    QTest::newRow("prose") << u"novel.tavelx"_s << QByteArray("One morning. ").repeated(9000);
+    QTest::newRow("noise") << u"noise"_s << noise;
+    QTest::newRow("a name in other letters") << u"zw\u00f6lf \u4e00.tavelx"_s << QByteArray("text");
+    QTest::newRow("nothing") << u"empty"_s << QByteArray();
 }
 
 void TstZipWriter::whatWasAddedIsRead()
@@ -53,7 +54,7 @@ void TstZipWriter::whatWasAddedIsRead()
     QCOMPARE(reader.fileData(name), content);
 
     const QTemporaryDir directory;
-    QFile file(directory.filePath(u"zip"_qs));
+    QFile file(directory.filePath(u"zip"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(zip);
     file.close();
@@ -65,20 +66,20 @@ void TstZipWriter::whatWasAddedIsRead()
 void TstZipWriter::severalFilesKeepTheirOrder()
 {
     TVLZipWriter writer;
-    writer.add(u"b"_qs, "second letter");
-    writer.add(u"a"_qs, "first letter");
+    writer.add(u"b"_s, "second letter");
+    writer.add(u"a"_s, "first letter");
     QByteArray zip = writer.finish();
     QBuffer buffer(&zip);
     const QZipReader reader(&buffer);
     QCOMPARE(reader.fileInfoList().size(), 2);
-    QCOMPARE(reader.fileInfoList().at(0).filePath, u"b"_qs);
-    QCOMPARE(reader.fileData(u"a"_qs), QByteArray("first letter"));
+    QCOMPARE(reader.fileInfoList().at(0).filePath, u"b"_s);
+    QCOMPARE(reader.fileData(u"a"_s), QByteArray("first letter"));
 }
 
 void TstZipWriter::itsOwnerMayChangeAFileAndAllMayReadIt()
 {
     TVLZipWriter writer;
-    writer.add(u"a"_qs, "text");
+    writer.add(u"a"_s, "text");
     QByteArray zip = writer.finish();
     QBuffer buffer(&zip);
     const QZipReader::FileInfo file = QZipReader(&buffer).fileInfoList().constFirst();
@@ -93,7 +94,7 @@ void TstZipWriter::proseIsPackedToLessThanHalf()
     for (int i = 0; i < 20'000; ++i)
         prose += "<Item ID=\"" + QByteArray::number(i) + "\">A title of few words</Item>\n";
     TVLZipWriter writer;
-    writer.add(u"a"_qs, prose);
+    writer.add(u"a"_s, prose);
     QVERIFY(writer.finish().size() < prose.size() / 2);
 }
 

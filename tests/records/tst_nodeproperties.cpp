@@ -9,6 +9,8 @@
 #include <limits>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Properties = TVLProjectNodeProperties;
@@ -71,7 +73,7 @@ TVLReference referenceTo(int id)
 
 QHash<int, TVLFreeformPositionInfo> positionOf(int id)
 {
-    return {{id, {id, QPointF(id, id), u"2020-01-01 00:00:00 +0000"_qs}}};
+    return {{id, {id, QPointF(id, id), u"2020-01-01 00:00:00 +0000"_s}}};
 }
 
 std::vector<Field> fields()
@@ -79,11 +81,11 @@ std::vector<Field> fields()
     using P = Properties;
     using enum Merge;
     const QUuid null;
-    const QUuid left(u"11111111-2222-3333-4444-555555555555"_qs);
-    const QUuid right(u"99999999-2222-3333-4444-555555555555"_qs);
+    const QUuid left(u"11111111-2222-3333-4444-555555555555"_s);
+    const QUuid right(u"99999999-2222-3333-4444-555555555555"_s);
     const QString none;
-    const QString one = u"one"_qs;
-    const QString other = u"other"_qs;
+    const QString one = u"one"_s;
+    const QString other = u"other"_s;
     using Selection = QPair<int, int>;
     using Texts = QMap<QString, QString>;
     using Positions = QHash<int, TVLFreeformPositionInfo>;
@@ -231,16 +233,16 @@ void addTypeWords()
 {
     QTest::addColumn<TVL::NodeType>("type");
     QTest::addColumn<QString>("word");
-    QTest::newRow("draft") << TVL::DraftFolder << u"DraftFolder"_qs;
-    QTest::newRow("research") << TVL::ResearchFolder << u"ResearchFolder"_qs;
-    QTest::newRow("trash") << TVL::TrashFolder << u"TrashFolder"_qs;
-    QTest::newRow("folder") << TVL::Folder << u"Folder"_qs;
-    QTest::newRow("text") << TVL::Text << u"Text"_qs;
-    QTest::newRow("image") << TVL::Image << u"Image"_qs;
-    QTest::newRow("pdf") << TVL::PDF << u"PDF"_qs;
-    QTest::newRow("media") << TVL::Media << u"Media"_qs;
-    QTest::newRow("web archive") << TVL::WebArchive << u"WebArchive"_qs;
-    QTest::newRow("other") << TVL::Other << u"Other"_qs;
+    QTest::newRow("draft") << TVL::DraftFolder << u"DraftFolder"_s;
+    QTest::newRow("research") << TVL::ResearchFolder << u"ResearchFolder"_s;
+    QTest::newRow("trash") << TVL::TrashFolder << u"TrashFolder"_s;
+    QTest::newRow("folder") << TVL::Folder << u"Folder"_s;
+    QTest::newRow("text") << TVL::Text << u"Text"_s;
+    QTest::newRow("image") << TVL::Image << u"Image"_s;
+    QTest::newRow("pdf") << TVL::PDF << u"PDF"_s;
+    QTest::newRow("media") << TVL::Media << u"Media"_s;
+    QTest::newRow("web archive") << TVL::WebArchive << u"WebArchive"_s;
+    QTest::newRow("other") << TVL::Other << u"Other"_s;
 }
 
 } // namespace
@@ -312,10 +314,9 @@ void TstNodeProperties::everyNodeTypeHasItsNumberAndWord()
 
 void TstNodeProperties::theNumbersOfNodeTypesRunFromZeroInTheOrderOfTheirWords()
 {
-    const QStringList words = {u"DraftFolder"_qs, u"ResearchFolder"_qs, u"TrashFolder"_qs,
-                               u"Folder"_qs,      u"Text"_qs,           u"Image"_qs,
-                               u"PDF"_qs,         u"Media"_qs,          u"WebArchive"_qs,
-                               u"Other"_qs};
+    const QStringList words = {u"DraftFolder"_s, u"ResearchFolder"_s, u"TrashFolder"_s, u"Folder"_s,
+                               u"Text"_s,        u"Image"_s,          u"PDF"_s,         u"Media"_s,
+                               u"WebArchive"_s,  u"Other"_s};
     for (int number = 0; number < words.size(); ++number)
         QCOMPARE(int(TVL::toNodeType(words.at(number))), number);
 }
@@ -324,11 +325,11 @@ void TstNodeProperties::anUnknownNodeTypeWordMeansText_data()
 {
     QTest::addColumn<QString>("word");
     QTest::newRow("none") << QString();
-    QTest::newRow("unknown") << u"Unknown"_qs;
-    QTest::newRow("lower case") << u"folder"_qs;
-    QTest::newRow("upper case") << u"IMAGE"_qs;
-    QTest::newRow("blank before") << u" Folder"_qs;
-    QTest::newRow("number") << u"3"_qs;
+    QTest::newRow("unknown") << u"Unknown"_s;
+    QTest::newRow("lower case") << u"folder"_s;
+    QTest::newRow("upper case") << u"IMAGE"_s;
+    QTest::newRow("blank before") << u" Folder"_s;
+    QTest::newRow("number") << u"3"_s;
 }
 
 void TstNodeProperties::anUnknownNodeTypeWordMeansText()
@@ -339,7 +340,7 @@ void TstNodeProperties::anUnknownNodeTypeWordMeansText()
 
 void TstNodeProperties::aNodeTypeOutsideTheTableHasTheWordText()
 {
-    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_qs);
+    QCOMPARE(TVL::wordOf(TVL::NodeType(10)), u"Text"_s);
 }
 
 void TstNodeProperties::isValidNeedsAnIdAndAUuid_data()
@@ -442,25 +443,25 @@ void TstNodeProperties::aDesktopMergeNeverMakesARootFolder()
 void TstNodeProperties::aMobileMergeWithNoIconKeepsTheOldIcon()
 {
     Properties record;
-    record.mIconFileName = u"Leaf"_qs;
+    record.mIconFileName = u"Leaf"_s;
     record.applyMobileProperties(Properties());
-    QCOMPARE(record.mIconFileName, u"Leaf"_qs);
+    QCOMPARE(record.mIconFileName, u"Leaf"_s);
 }
 
 void TstNodeProperties::aMobileMergeWithAnIconReplacesTheOldIcon()
 {
     Properties record;
-    record.mIconFileName = u"Leaf"_qs;
+    record.mIconFileName = u"Leaf"_s;
     Properties incoming;
-    incoming.mIconFileName = u"Flower"_qs;
+    incoming.mIconFileName = u"Flower"_s;
     record.applyMobileProperties(incoming);
-    QCOMPARE(record.mIconFileName, u"Flower"_qs);
+    QCOMPARE(record.mIconFileName, u"Flower"_s);
 }
 
 void TstNodeProperties::aDesktopMergeWithNoIconClearsTheOldIcon()
 {
     Properties record;
-    record.mIconFileName = u"Leaf"_qs;
+    record.mIconFileName = u"Leaf"_s;
     record.applyDesktopProperties(Properties());
     QVERIFY(record.mIconFileName.isEmpty());
 }

@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using NodePtr = std::unique_ptr<TVLProjectNode>;
@@ -510,7 +512,7 @@ void TstProjectNode::destroyingANodeCutsItsDocumentsLooseAndLeavesThemAlive()
     TVLTextDocument text(nullptr, model, node.get(), TVL::MainText);
     TVLTextDocument synopsis(nullptr, model, node.get(), TVL::SynopsisText);
     TVLTextDocument notes(nullptr, model, node.get(), TVL::NotesText);
-    text.setPlainText(u"words"_qs);
+    text.setPlainText(u"words"_s);
     node->mTextDocument = &text;
     node->mSynopsisDocument = &synopsis;
     node->mNotesDocument = &notes;
@@ -519,7 +521,7 @@ void TstProjectNode::destroyingANodeCutsItsDocumentsLooseAndLeavesThemAlive()
         QVERIFY(!document->model());
         QVERIFY(!document->node());
     }
-    QCOMPARE(text.toPlainText(), u"words"_qs);
+    QCOMPARE(text.toPlainText(), u"words"_s);
 }
 
 void TstProjectNode::destroyingANodeCutsDocumentsOfDescendantsLoose()

@@ -22,6 +22,8 @@
 #include <climits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Puts the class-wide colour back that a test changes. */
@@ -153,16 +155,16 @@ void TstRecords::aStatusItemStartsWithoutIdAndTitle()
 void TstRecords::aLabelIsFoundByItsExactTitle()
 {
     const QList<TVLLabel> labels = {
-        {-1, u"None"_qs, {}}, {4, u"Red"_qs, Qt::red}, {2, u"Red"_qs, Qt::blue}};
-    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_qs, labels), labels.at(1));
-    for (const QString &title : {u"red"_qs, u"Red "_qs, QString()})
+        {-1, u"None"_s, {}}, {4, u"Red"_s, Qt::red}, {2, u"Red"_s, Qt::blue}};
+    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_s, labels), labels.at(1));
+    for (const QString &title : {u"red"_s, u"Red "_s, QString()})
         QCOMPARE(TVLLabel::findLabelTitle(title, labels), TVLLabel());
-    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_qs, {}), TVLLabel());
+    QCOMPARE(TVLLabel::findLabelTitle(u"Red"_s, {}), TVLLabel());
 }
 
 void TstRecords::aLabelIsFoundById()
 {
-    const QList<TVLLabel> labels = {{-1, u"None"_qs, {}}, {4, u"Red"_qs, Qt::red}};
+    const QList<TVLLabel> labels = {{-1, u"None"_s, {}}, {4, u"Red"_s, Qt::red}};
     QCOMPARE(TVLLabel::findLabelId(4, labels), labels.at(1));
     QCOMPARE(TVLLabel::findLabelId(-1, labels), labels.at(0));
     QCOMPARE(TVLLabel::findLabelId(0, labels), TVLLabel());
@@ -170,15 +172,15 @@ void TstRecords::aLabelIsFoundById()
 
 void TstRecords::aStatusItemIsFoundByItsExactTitle()
 {
-    const QList<TVLStatusItem> items = {{-1, u"None"_qs}, {4, u"Done"_qs}, {2, u"Done"_qs}};
-    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_qs, items), items.at(1));
-    QCOMPARE(TVLStatusItem::findStatusTitle(u"done"_qs, items), TVLStatusItem());
-    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_qs, {}), TVLStatusItem());
+    const QList<TVLStatusItem> items = {{-1, u"None"_s}, {4, u"Done"_s}, {2, u"Done"_s}};
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_s, items), items.at(1));
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"done"_s, items), TVLStatusItem());
+    QCOMPARE(TVLStatusItem::findStatusTitle(u"Done"_s, {}), TVLStatusItem());
 }
 
 void TstRecords::aStatusItemIsFoundById()
 {
-    const QList<TVLStatusItem> items = {{-1, u"None"_qs}, {4, u"Done"_qs}};
+    const QList<TVLStatusItem> items = {{-1, u"None"_s}, {4, u"Done"_s}};
     QCOMPARE(TVLStatusItem::findStatusId(4, items), items.at(1));
     QCOMPARE(TVLStatusItem::findStatusId(3, items), TVLStatusItem());
 }
@@ -229,9 +231,9 @@ void TstRecords::aReferenceIsInternalWhenItHasATarget()
 
 void TstRecords::aReferenceIsEitherInternalOrAnAddress()
 {
-    const QUrl url(u"https://example.org/a?b=c"_qs);
+    const QUrl url(u"https://example.org/a?b=c"_s);
     TVLReference reference;
-    reference.mTitle = u"Title"_qs;
+    reference.mTitle = u"Title"_s;
     reference.setUrl(url);
     QVERIFY(!reference.isInternal());
     QCOMPARE(reference.mUrl, url);
@@ -243,30 +245,30 @@ void TstRecords::aReferenceIsEitherInternalOrAnAddress()
     reference.setUrl(url);
     QCOMPARE(reference.mInternalLink, -1);
     QCOMPARE(reference.mUrl, url);
-    QCOMPARE(reference.mTitle, u"Title"_qs);
+    QCOMPARE(reference.mTitle, u"Title"_s);
 }
 
 void TstRecords::aReferenceIsFoundByAllItsFields_data()
 {
     QTest::addColumn<TVLReference>("reference");
     QTest::addColumn<bool>("found");
-    const QUrl url(u"https://example.org/a?b=c"_qs);
-    QTest::newRow("address") << TVLReference{-1, url, u"Map"_qs} << true;
-    QTest::newRow("item") << TVLReference{5, QUrl(), u"Diary"_qs} << true;
-    QTest::newRow("another title") << TVLReference{-1, url, u"map"_qs} << false;
+    const QUrl url(u"https://example.org/a?b=c"_s);
+    QTest::newRow("address") << TVLReference{-1, url, u"Map"_s} << true;
+    QTest::newRow("item") << TVLReference{5, QUrl(), u"Diary"_s} << true;
+    QTest::newRow("another title") << TVLReference{-1, url, u"map"_s} << false;
     QTest::newRow("another address")
-        << TVLReference{-1, QUrl(u"https://example.org/a"_qs), u"Map"_qs} << false;
-    QTest::newRow("another item") << TVLReference{6, QUrl(), u"Diary"_qs} << false;
-    QTest::newRow("another type, internal") << TVLReference{5, url, u"Map"_qs} << false;
-    QTest::newRow("another type, external") << TVLReference{-1, QUrl(), u"Diary"_qs} << false;
+        << TVLReference{-1, QUrl(u"https://example.org/a"_s), u"Map"_s} << false;
+    QTest::newRow("another item") << TVLReference{6, QUrl(), u"Diary"_s} << false;
+    QTest::newRow("another type, internal") << TVLReference{5, url, u"Map"_s} << false;
+    QTest::newRow("another type, external") << TVLReference{-1, QUrl(), u"Diary"_s} << false;
     QTest::newRow("nothing") << TVLReference() << false;
 }
 
 void TstRecords::aReferenceIsFoundByAllItsFields()
 {
     QFETCH(const TVLReference, reference);
-    const QList<TVLReference> references = {{-1, QUrl(u"https://example.org/a?b=c"_qs), u"Map"_qs},
-                                            {5, QUrl(), u"Diary"_qs}};
+    const QList<TVLReference> references = {{-1, QUrl(u"https://example.org/a?b=c"_s), u"Map"_s},
+                                            {5, QUrl(), u"Diary"_s}};
     QTEST(TVLReference::contains(reference, references), "found");
     QVERIFY(!TVLReference::contains(reference, {}));
 }
@@ -283,10 +285,10 @@ void TstRecords::aMetaDataFieldStartsEmpty()
 void TstRecords::theReservedIdsAreThoseOfColumnsAndSearch()
 {
     const QStringList expected = {
-        u"title"_qs,           u"label"_qs,       u"status"_qs,          u"createddate"_qs,
-        u"modifieddate"_qs,    u"words"_qs,       u"characters"_qs,      u"includeinexport"_qs,
-        u"pagebreakbefore"_qs, u"compileasis"_qs, u"targetcount"_qs,     u"targetcounttype"_qs,
-        u"progress"_qs,        u"totalwords"_qs,  u"totalcharacters"_qs, u"allkeywords"_qs,
+        u"title"_s,           u"label"_s,       u"status"_s,          u"createddate"_s,
+        u"modifieddate"_s,    u"words"_s,       u"characters"_s,      u"includeinexport"_s,
+        u"pagebreakbefore"_s, u"compileasis"_s, u"targetcount"_s,     u"targetcounttype"_s,
+        u"progress"_s,        u"totalwords"_s,  u"totalcharacters"_s, u"allkeywords"_s,
     };
     QCOMPARE(TVLMetaDataField::reservedIds(), expected);
 }
@@ -294,25 +296,25 @@ void TstRecords::theReservedIdsAreThoseOfColumnsAndSearch()
 void TstRecords::emptySettingsHaveNoId()
 {
     const TVLCustomMetaDataSettings settings;
-    QVERIFY(!settings.hasId(u"pov"_qs));
+    QVERIFY(!settings.hasId(u"pov"_s));
     QVERIFY(!settings.hasId(QString()));
     QVERIFY(settings.ids().isEmpty());
 }
 
 void TstRecords::settingsKnowTheirIdsInOrder()
 {
-    const TVLCustomMetaDataSettings settings = {fieldOf(u"pov"_qs), fieldOf(u"day"_qs),
-                                                fieldOf(u"pov"_qs)};
-    QVERIFY(settings.hasId(u"day"_qs));
-    QVERIFY(settings.hasId(u"pov"_qs));
-    QVERIFY(!settings.hasId(u"place"_qs));
-    QCOMPARE(settings.ids(), QStringList({u"pov"_qs, u"day"_qs, u"pov"_qs}));
+    const TVLCustomMetaDataSettings settings = {fieldOf(u"pov"_s), fieldOf(u"day"_s),
+                                                fieldOf(u"pov"_s)};
+    QVERIFY(settings.hasId(u"day"_s));
+    QVERIFY(settings.hasId(u"pov"_s));
+    QVERIFY(!settings.hasId(u"place"_s));
+    QCOMPARE(settings.ids(), QStringList({u"pov"_s, u"day"_s, u"pov"_s}));
 }
 
 void TstRecords::idsOfFieldsAreCaseSensitive()
 {
-    const TVLCustomMetaDataSettings settings = {fieldOf(u"pov"_qs)};
-    QVERIFY(!settings.hasId(u"POV"_qs));
+    const TVLCustomMetaDataSettings settings = {fieldOf(u"pov"_s)};
+    QVERIFY(!settings.hasId(u"POV"_s));
 }
 
 void TstRecords::anInfoIsAFieldWithAValue()
@@ -321,13 +323,13 @@ void TstRecords::anInfoIsAFieldWithAValue()
     QVERIFY(info.mId.isEmpty() && info.mTitle.isEmpty() && info.mValue.isEmpty());
     QVERIFY(!info.mWraps && !info.mColor.isValid());
 
-    info = {{u"pov"_qs, u"Point of view"_qs, true, Qt::red}, u"Ann"_qs};
+    info = {{u"pov"_s, u"Point of view"_s, true, Qt::red}, u"Ann"_s};
     TVLCustomMetaDataInfo other = info;
     QCOMPARE(other, info);
-    other.mValue = u"Ben"_qs;
+    other.mValue = u"Ben"_s;
     QVERIFY(other != info);
     other = info;
-    other.mTitle = u"Narrator"_qs;
+    other.mTitle = u"Narrator"_s;
     QVERIFY(other != info);
 }
 
@@ -355,12 +357,12 @@ void TstRecords::aCompletionIsFoundByItsExactText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("position");
-    QTest::newRow("the first") << u"Ann"_qs << 0;
-    QTest::newRow("the first of several") << u"Ben"_qs << 1;
-    QTest::newRow("the last") << u"Zoe"_qs << 3;
-    QTest::newRow("another case") << u"ann"_qs << -1;
-    QTest::newRow("a part") << u"An"_qs << -1;
-    QTest::newRow("with a blank") << u"Ann "_qs << -1;
+    QTest::newRow("the first") << u"Ann"_s << 0;
+    QTest::newRow("the first of several") << u"Ben"_s << 1;
+    QTest::newRow("the last") << u"Zoe"_s << 3;
+    QTest::newRow("another case") << u"ann"_s << -1;
+    QTest::newRow("a part") << u"An"_s << -1;
+    QTest::newRow("with a blank") << u"Ann "_s << -1;
     QTest::newRow("empty") << QString() << -1;
 }
 
@@ -368,7 +370,7 @@ void TstRecords::aCompletionIsFoundByItsExactText()
 {
     QFETCH(const QString, text);
     const QList<TVLAutoCompleteItem> items = {
-        {-2, u"Ann"_qs}, {3, u"Ben"_qs}, {-1, u"Ben"_qs}, {0, u"Zoe"_qs}};
+        {-2, u"Ann"_s}, {3, u"Ben"_s}, {-1, u"Ben"_s}, {0, u"Zoe"_s}};
     QTEST(int(TVLAutoCompleteItem::indexOf(text, items)), "position");
     QCOMPARE(TVLAutoCompleteItem::indexOf(text, {}), -1);
 }
@@ -376,8 +378,8 @@ void TstRecords::aCompletionIsFoundByItsExactText()
 void TstRecords::completionsAreListedByTheirTexts()
 {
     QCOMPARE(TVLAutoCompleteItem::toStringList({}), QStringList());
-    QCOMPARE(TVLAutoCompleteItem::toStringList({{3, u"z"_qs}, {-1, u"a"_qs}, {-2, u"z"_qs}}),
-             QStringList({u"z"_qs, u"a"_qs, u"z"_qs}));
+    QCOMPARE(TVLAutoCompleteItem::toStringList({{3, u"z"_s}, {-1, u"a"_s}, {-2, u"z"_s}}),
+             QStringList({u"z"_s, u"a"_s, u"z"_s}));
 }
 
 void TstRecords::aSnapshotStartsWithoutDate()
@@ -440,10 +442,10 @@ void TstRecords::aResetTypeIsReadBackFromItsWord_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("word");
-    QTest::newRow("midnight") << int(TVLSessionTarget::Midnight) << u"Midnight"_qs;
-    QTest::newRow("project close") << int(TVLSessionTarget::ProjectClose) << u"ProjectClose"_qs;
-    QTest::newRow("next day") << int(TVLSessionTarget::NextDay) << u"NextDay"_qs;
-    QTest::newRow("never") << int(TVLSessionTarget::Never) << u"Never"_qs;
+    QTest::newRow("midnight") << int(TVLSessionTarget::Midnight) << u"Midnight"_s;
+    QTest::newRow("project close") << int(TVLSessionTarget::ProjectClose) << u"ProjectClose"_s;
+    QTest::newRow("next day") << int(TVLSessionTarget::NextDay) << u"NextDay"_s;
+    QTest::newRow("never") << int(TVLSessionTarget::Never) << u"Never"_s;
 }
 
 void TstRecords::aResetTypeIsReadBackFromItsWord()
@@ -498,7 +500,7 @@ void TstRecords::projectNotesAreModifiedByANotesText()
     TVLProjectNotes notes;
     notes.mNotes = {{1, &first}, {2, &second}};
     QVERIFY(!notes.isModified());
-    QTextCursor(&second).insertText(u"x"_qs);
+    QTextCursor(&second).insertText(u"x"_s);
     QVERIFY(notes.notesModified());
     QVERIFY(notes.isModified());
     second.setModified(false);
@@ -544,13 +546,13 @@ void TstRecords::detachingATextDocumentLeavesItsText()
     int place = 0; // The document only keeps the address.
     TVLTextDocument document(nullptr, reinterpret_cast<TVLProjectModel *>(&place), &node,
                              TVL::NotesText);
-    document.setPlainText(u"words"_qs);
+    document.setPlainText(u"words"_s);
     document.setIndex(items.index(0, 0));
     document.detach();
     QVERIFY(!document.model());
     QVERIFY(!document.node());
     QVERIFY(!document.index().isValid());
-    QCOMPARE(document.toPlainText(), u"words"_qs);
+    QCOMPARE(document.toPlainText(), u"words"_s);
     QCOMPARE(document.documentType(), TVL::NotesText);
 }
 
@@ -621,7 +623,7 @@ void TstRecords::aCollectionHasTheColorOfItsType()
     collection.mType = TVL::BinderCollection;
     QCOMPARE(collection.color(), QColor(230, 234, 238));
     collection.mType = TVL::RecentSearchCollection;
-    QCOMPARE(collection.color(), QColor(u"lavender"_qs));
+    QCOMPARE(collection.color(), QColor(u"lavender"_s));
     collection.mType = TVL::SavedSearchCollection;
     QCOMPARE(collection.color(), QColor(1, 2, 3));
     collection.mType = TVL::ArbitraryCollection;
@@ -660,10 +662,10 @@ void TstRecords::theTitlesOfSyncResultsAreReserved_data()
 {
     QTest::addColumn<QString>("title");
     QTest::addColumn<bool>("reserved");
-    QTest::newRow("updated") << u"Updated Documents"_qs << true;
-    QTest::newRow("synced") << u"Synced Documents"_qs << true;
-    QTest::newRow("other case") << u"synced documents"_qs << false;
-    QTest::newRow("longer") << u"Synced Documents 2"_qs << false;
+    QTest::newRow("updated") << u"Updated Documents"_s << true;
+    QTest::newRow("synced") << u"Synced Documents"_s << true;
+    QTest::newRow("other case") << u"synced documents"_s << false;
+    QTest::newRow("longer") << u"Synced Documents 2"_s << false;
     QTest::newRow("empty") << QString() << false;
 }
 
@@ -678,9 +680,9 @@ void TstRecords::theTitlesOfSyncResultsAreReserved()
 void TstRecords::theTitlesOfSyncResultsAreTranslated()
 {
     const BracketTranslator translator;
-    QVERIFY(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"<Updated Documents>"_qs));
-    QVERIFY(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"<Synced Documents>"_qs));
-    QVERIFY(!TVLCollectionMetaData::isSyncResultsCollectionTitle(u"Synced Documents"_qs));
+    QVERIFY(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"<Updated Documents>"_s));
+    QVERIFY(TVLCollectionMetaData::isSyncResultsCollectionTitle(u"<Synced Documents>"_s));
+    QVERIFY(!TVLCollectionMetaData::isSyncResultsCollectionTitle(u"Synced Documents"_s));
 }
 
 void TstRecords::externalSyncTakesOnlyOrdinaryCollections_data()
@@ -688,9 +690,9 @@ void TstRecords::externalSyncTakesOnlyOrdinaryCollections_data()
     QTest::addColumn<TVL::CollectionType>("type");
     QTest::addColumn<QString>("title");
     QTest::addColumn<bool>("suitable");
-    const QString ordinary = u"Chapters"_qs;
-    const QString synced = u"Synced Documents"_qs;
-    const QString updated = u"Updated Documents"_qs;
+    const QString ordinary = u"Chapters"_s;
+    const QString synced = u"Synced Documents"_s;
+    const QString updated = u"Updated Documents"_s;
     QTest::newRow("binder") << TVL::BinderCollection << ordinary << false;
     QTest::newRow("search results") << TVL::RecentSearchCollection << ordinary << false;
     QTest::newRow("saved search") << TVL::SavedSearchCollection << ordinary << true;

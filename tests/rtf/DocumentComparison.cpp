@@ -9,6 +9,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString brushText(const QVariant &value)
@@ -20,8 +22,8 @@ QString brushText(const QVariant &value)
 QString lengthValue(const QTextLength &length)
 {
     return length.type() == QTextLength::VariableLength
-        ? u"free"_qs
-        : u"%1:%2"_qs.arg(length.type()).arg(length.rawValue(), 0, 'f', 2);
+        ? u"free"_s
+        : u"%1:%2"_s.arg(length.type()).arg(length.rawValue(), 0, 'f', 2);
 }
 
 /** A property's value as text; empty when it is what holds without the property. */
@@ -37,7 +39,7 @@ QString valueText(int property, const QVariant &value)
         return qFuzzyIsNull(value.toDouble()) ? QString()
                                               : QString::number(value.toDouble(), 'f', 2);
     if (value.userType() == QMetaType::Bool)
-        return value.toBool() ? u"yes"_qs : QString();
+        return value.toBool() ? u"yes"_s : QString();
     if (value.userType() == QMetaType::QStringList)
         return value.toStringList().join(u'|');
     if (property == QTextFormat::FontWeight && value.toInt() == QFont::Normal)
@@ -47,7 +49,7 @@ QString valueText(int property, const QVariant &value)
         for (const QVariant &item : value.toList()) {
             if (item.canConvert<QTextOption::Tab>()) {
                 const auto tab = item.value<QTextOption::Tab>();
-                texts.append(u"%1/%2"_qs.arg(tab.position).arg(tab.type));
+                texts.append(u"%1/%2"_s.arg(tab.position).arg(tab.type));
             } else {
                 texts.append(valueText(0, item));
             }
@@ -79,11 +81,11 @@ QString formatText(const QTextFormat &format)
             QStringList lengths;
             for (const QTextLength &length : widths)
                 lengths.append(lengthValue(length));
-            texts.append(u"widths=%1"_qs.arg(lengths.join(u',')));
+            texts.append(u"widths=%1"_s.arg(lengths.join(u',')));
             continue;
         }
         if (const QString value = valueText(it.key(), it.value()); !value.isEmpty())
-            texts.append(u"%1=%2"_qs.arg(it.key(), 0, 16).arg(value));
+            texts.append(u"%1=%2"_s.arg(it.key(), 0, 16).arg(value));
     }
     return texts.join(u' ');
 }
@@ -95,7 +97,7 @@ public:
     QStringList describe(const QTextDocument &document)
     {
         mDocument = &document;
-        mLines.append(u"title "_qs + document.metaInformation(QTextDocument::DocumentTitle));
+        mLines.append(u"title "_s + document.metaInformation(QTextDocument::DocumentTitle));
         frame(document.rootFrame()->begin());
         return mLines;
     }
@@ -115,7 +117,7 @@ private:
 
     void describeTable(QTextTable *table)
     {
-        mLines.append(u"table %1x%2 %3"_qs.arg(table->rows())
+        mLines.append(u"table %1x%2 %3"_s.arg(table->rows())
                           .arg(table->columns())
                           .arg(formatText(table->format())));
         for (int row = 0; row < table->rows(); ++row) {
@@ -126,7 +128,7 @@ private:
                 QTextCharFormat format = cell.format();
                 format.clearProperty(QTextFormat::TableCellRowSpan);
                 format.clearProperty(QTextFormat::TableCellColumnSpan);
-                mLines.append(u"cell %1,%2 %3x%4 %5"_qs.arg(row)
+                mLines.append(u"cell %1,%2 %3x%4 %5"_s.arg(row)
                                   .arg(column)
                                   .arg(cell.rowSpan())
                                   .arg(cell.columnSpan())
@@ -134,15 +136,15 @@ private:
                 frame(cell.begin());
             }
         }
-        mLines.append(u"table end"_qs);
+        mLines.append(u"table end"_s);
     }
 
     void block(const QTextBlock &block)
     {
-        mLines.append(u"block "_qs + formatText(block.blockFormat()));
+        mLines.append(u"block "_s + formatText(block.blockFormat()));
         // The first block of a cell has the cell's own format there.
         if (block.charFormat().objectType() != QTextFormat::TableCellObject)
-            mLines.append(u"mark "_qs + formatText(block.charFormat()));
+            mLines.append(u"mark "_s + formatText(block.charFormat()));
         if (const QTextList *list = block.textList()) {
             const int number = mLists.value(list->objectIndex(), int(mLists.size()));
             mLists.insert(list->objectIndex(), number);
@@ -151,7 +153,7 @@ private:
                 format.clearProperty(QTextFormat::ListNumberSuffix);
             const bool emptySuffix = format.hasProperty(QTextFormat::ListNumberSuffix)
                 && format.numberSuffix().isEmpty();
-            mLines.append(u"item %1 of list %2 %3 %4"_qs.arg(list->itemNumber(block))
+            mLines.append(u"item %1 of list %2 %3 %4"_s.arg(list->itemNumber(block))
                               .arg(number)
                               .arg(formatText(format))
                               .arg(emptySuffix));
@@ -161,13 +163,13 @@ private:
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const QString format = formatText(it.fragment().charFormat());
             if (format != lastFormat && !text.isEmpty())
-                mLines.append(u"run '%1' %2"_qs.arg(std::exchange(text, {}), lastFormat));
+                mLines.append(u"run '%1' %2"_s.arg(std::exchange(text, {}), lastFormat));
             lastFormat = format;
             text += it.fragment().text();
             picture(it.fragment().charFormat());
         }
         if (!text.isEmpty())
-            mLines.append(u"run '%1' %2"_qs.arg(text, lastFormat));
+            mLines.append(u"run '%1' %2"_s.arg(text, lastFormat));
     }
 
     void picture(const QTextCharFormat &format)
@@ -176,7 +178,7 @@ private:
             return;
         const QVariant resource =
             mDocument->resource(QTextDocument::ImageResource, QUrl(format.toImageFormat().name()));
-        mLines.append(u"picture "_qs + QString::fromLatin1(resource.toByteArray().toHex()));
+        mLines.append(u"picture "_s + QString::fromLatin1(resource.toByteArray().toHex()));
     }
 
     const QTextDocument *mDocument = nullptr;
@@ -192,7 +194,7 @@ QString differenceOfDocuments(const QTextDocument &a, const QTextDocument &b)
     const QStringList second = ContentDescriber().describe(b);
     for (qsizetype i = 0; i < qMax(first.size(), second.size()); ++i) {
         if (first.value(i) != second.value(i))
-            return u"line %1:\n  %2\n  %3"_qs.arg(i).arg(first.value(i), second.value(i));
+            return u"line %1:\n  %2\n  %3"_s.arg(i).arg(first.value(i), second.value(i));
     }
     return {};
 }

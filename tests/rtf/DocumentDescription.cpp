@@ -9,6 +9,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 template <typename Value>
@@ -25,7 +27,7 @@ QString nameOf(const NameRow<Value> (&rows)[Count], Value value)
         if (row.value == value)
             return QString::fromUtf16(row.name);
     }
-    return u"? %1"_qs.arg(int(value));
+    return u"? %1"_s.arg(int(value));
 }
 
 constexpr NameRow<int> UnderlineNames[] = {
@@ -105,7 +107,7 @@ QString quoted(const QString &text)
         else if (character == QChar::LineSeparator)
             shown += u"<line>";
         else
-            shown += u"<%1>"_qs.arg(uint(character), 4, 16, QChar(u'0'));
+            shown += u"<%1>"_s.arg(uint(character), 4, 16, QChar(u'0'));
     };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const bool isPair =
@@ -124,33 +126,33 @@ QStringList fontWords(const QTextCharFormat &format)
 {
     QStringList words;
     if (const QStringList families = format.fontFamilies().toStringList(); !families.isEmpty())
-        words += u"font "_qs + families.join(u'/');
+        words += u"font "_s + families.join(u'/');
     if (format.hasProperty(QTextFormat::FontPointSize))
-        words += u"size "_qs + number(format.fontPointSize());
+        words += u"size "_s + number(format.fontPointSize());
     if (format.hasProperty(QTextFormat::FontWeight) && format.fontWeight() == QFont::Bold)
-        words += u"bold"_qs;
+        words += u"bold"_s;
     else if (format.hasProperty(QTextFormat::FontWeight))
-        words += u"weight %1"_qs.arg(format.fontWeight());
+        words += u"weight %1"_s.arg(format.fontWeight());
     if (format.fontItalic())
-        words += u"italic"_qs;
+        words += u"italic"_s;
     if (format.boolProperty(TVLTextFormat::DoubleUnderline))
-        words += u"underlined twice"_qs;
+        words += u"underlined twice"_s;
     else if (format.underlineStyle() != QTextCharFormat::NoUnderline)
         words += nameOf(UnderlineNames, int(format.underlineStyle()));
     if (format.underlineColor().isValid())
-        words += u"line "_qs + colorName(format.underlineColor());
+        words += u"line "_s + colorName(format.underlineColor());
     if (format.fontStrikeOut())
-        words += u"struck out"_qs;
+        words += u"struck out"_s;
     if (format.fontOverline())
-        words += u"overlined"_qs;
+        words += u"overlined"_s;
     if (format.verticalAlignment() != QTextCharFormat::AlignNormal)
         words += nameOf(VerticalNames, int(format.verticalAlignment()));
     if (format.fontCapitalization() != QFont::MixedCase)
         words += nameOf(CapitalizationNames, int(format.fontCapitalization()));
     if (format.hasProperty(QTextFormat::FontLetterSpacing))
-        words += u"spacing "_qs + number(format.fontLetterSpacing());
+        words += u"spacing "_s + number(format.fontLetterSpacing());
     if (format.hasProperty(QTextFormat::FontStretch))
-        words += u"stretch %1"_qs.arg(format.fontStretch());
+        words += u"stretch %1"_s.arg(format.fontStretch());
     return words;
 }
 
@@ -158,27 +160,27 @@ QStringList markWords(const QTextCharFormat &format)
 {
     QStringList words;
     if (format.hasProperty(QTextFormat::ForegroundBrush))
-        words += u"colour "_qs + colorName(format.foreground().color());
+        words += u"colour "_s + colorName(format.foreground().color());
     if (format.hasProperty(QTextFormat::BackgroundBrush))
-        words += u"background "_qs + colorName(format.background().color());
+        words += u"background "_s + colorName(format.background().color());
     if (const int preset = format.intProperty(TVLTextFormat::PresetHighlight))
-        words += u"preset %1"_qs.arg(preset);
+        words += u"preset %1"_s.arg(preset);
     if (format.boolProperty(TVLTextFormat::Hidden))
-        words += u"hidden"_qs;
+        words += u"hidden"_s;
     if (format.boolProperty(TVLTextFormat::InlineFootnote))
-        words += u"footnote"_qs;
+        words += u"footnote"_s;
     if (format.boolProperty(TVLTextFormat::InlineAnnotation))
-        words += u"annotation"_qs;
+        words += u"annotation"_s;
     if (!format.anchorHref().isEmpty())
         words +=
-            (format.boolProperty(TVLTextFormat::InternalLink) ? u"internal link "_qs : u"link "_qs)
+            (format.boolProperty(TVLTextFormat::InternalLink) ? u"internal link "_s : u"link "_s)
             + format.anchorHref();
     if (!format.toolTip().isEmpty())
-        words += u"tip "_qs + quoted(format.toolTip());
+        words += u"tip "_s + quoted(format.toolTip());
     if (!format.anchorNames().isEmpty())
-        words += u"bookmark "_qs + format.anchorNames().join(u'/');
+        words += u"bookmark "_s + format.anchorNames().join(u'/');
     if (TVLTextFormat::hasComment(format))
-        words += u"comment "_qs + format.stringProperty(TVLTextFormat::CommentIdentity);
+        words += u"comment "_s + format.stringProperty(TVLTextFormat::CommentIdentity);
     return words;
 }
 
@@ -187,13 +189,13 @@ QString lineHeightText(const QTextBlockFormat &format)
     const QString height = number(format.lineHeight());
     switch (format.lineHeightType()) {
     case QTextBlockFormat::ProportionalHeight:
-        return u"lines %1%"_qs.arg(height);
+        return u"lines %1%"_s.arg(height);
     case QTextBlockFormat::FixedHeight:
-        return u"lines exactly "_qs + height;
+        return u"lines exactly "_s + height;
     case QTextBlockFormat::MinimumHeight:
-        return u"lines at least "_qs + height;
+        return u"lines at least "_s + height;
     default:
-        return u"lines plus "_qs + height;
+        return u"lines plus "_s + height;
     }
 }
 
@@ -227,33 +229,33 @@ QStringList blockWords(const QTextBlockFormat &format)
 {
     QStringList words;
     if (format.hasProperty(QTextFormat::BlockAlignment))
-        words += u"aligned "_qs + nameOf(AlignmentNames, sideOnPage(format));
+        words += u"aligned "_s + nameOf(AlignmentNames, sideOnPage(format));
     if (format.hasProperty(QTextFormat::LayoutDirection))
         words +=
-            format.layoutDirection() == Qt::RightToLeft ? u"right to left"_qs : u"left to right"_qs;
+            format.layoutDirection() == Qt::RightToLeft ? u"right to left"_s : u"left to right"_s;
     words += distanceWords(format);
     if (format.hasProperty(QTextFormat::LineHeightType))
         words += lineHeightText(format);
     if (format.indent() > 0)
-        words += u"indent %1"_qs.arg(format.indent());
+        words += u"indent %1"_s.arg(format.indent());
     for (const QTextOption::Tab &tab : format.tabPositions())
-        words += u"tab"_qs + nameOf(TabNames, int(tab.type)) + u' ' + number(tab.position);
+        words += u"tab"_s + nameOf(TabNames, int(tab.type)) + u' ' + number(tab.position);
     if (format.hasProperty(QTextFormat::BackgroundBrush))
-        words += u"background "_qs + colorName(format.background().color());
+        words += u"background "_s + colorName(format.background().color());
     if (format.headingLevel() > 0)
-        words += u"heading %1"_qs.arg(format.headingLevel());
+        words += u"heading %1"_s.arg(format.headingLevel());
     if (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore)
-        words += u"on a new page"_qs;
+        words += u"on a new page"_s;
     if (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysAfter)
-        words += u"ends its page"_qs;
+        words += u"ends its page"_s;
     if (format.nonBreakableLines())
-        words += u"kept together"_qs;
+        words += u"kept together"_s;
     if (format.boolProperty(TVLTextFormat::KeepWithNext))
-        words += u"kept with next"_qs;
+        words += u"kept with next"_s;
     for (int property = TVLTextFormat::ScriptElement; property <= TVLTextFormat::SectionDepth;
          ++property) {
         if (format.hasProperty(property))
-            words += u"script "_qs + format.property(property).toString();
+            words += u"script "_s + format.property(property).toString();
     }
     return words;
 }
@@ -266,13 +268,13 @@ QString lengthText(const QTextLength &length)
     case QTextLength::PercentageLength:
         return number(length.rawValue()) + u'%';
     default:
-        return u"free"_qs;
+        return u"free"_s;
     }
 }
 
 QString numberSuffix(const QTextListFormat &format)
 {
-    return format.hasProperty(QTextFormat::ListNumberSuffix) ? format.numberSuffix() : u"."_qs;
+    return format.hasProperty(QTextFormat::ListNumberSuffix) ? format.numberSuffix() : u"."_s;
 }
 
 class Describer
@@ -287,7 +289,7 @@ public:
     {
         if (const QString title = mDocument.metaInformation(QTextDocument::DocumentTitle);
             !title.isEmpty())
-            line({u"title"_qs, quoted(title)});
+            line({u"title"_s, quoted(title)});
         frame(mDocument.rootFrame()->begin());
         return mText;
     }
@@ -298,7 +300,7 @@ private:
     {
         mText += QString(mDepth * 2, u' ') + head.join(u' ');
         if (!details.isEmpty())
-            mText += u": "_qs + details.join(u", ");
+            mText += u": "_s + details.join(u", ");
         mText += u'\n';
     }
 
@@ -319,16 +321,16 @@ private:
         const QTextTableFormat format = table->format();
         QStringList words;
         if (format.border() > 0)
-            words += u"border "_qs + number(format.border());
+            words += u"border "_s + number(format.border());
         if (format.hasProperty(QTextFormat::BlockAlignment))
-            words += u"aligned "_qs + nameOf(AlignmentNames, int(format.alignment()));
+            words += u"aligned "_s + nameOf(AlignmentNames, int(format.alignment()));
         if (format.headerRowCount() > 0)
-            words += u"header rows %1"_qs.arg(format.headerRowCount());
+            words += u"header rows %1"_s.arg(format.headerRowCount());
         QStringList widths;
         for (const QTextLength &length : format.columnWidthConstraints())
             widths += lengthText(length);
-        words += u"widths "_qs + widths.join(u' ');
-        line({u"table"_qs, u"%1 x %2"_qs.arg(table->rows()).arg(table->columns())}, words);
+        words += u"widths "_s + widths.join(u' ');
+        line({u"table"_s, u"%1 x %2"_s.arg(table->rows()).arg(table->columns())}, words);
         ++mDepth;
         for (int row = 0; row < table->rows(); ++row) {
             for (int column = 0; column < table->columns(); ++column) {
@@ -344,12 +346,12 @@ private:
     {
         QStringList words;
         if (cell.rowSpan() > 1 || cell.columnSpan() > 1)
-            words += u"spans %1 x %2"_qs.arg(cell.rowSpan()).arg(cell.columnSpan());
+            words += u"spans %1 x %2"_s.arg(cell.rowSpan()).arg(cell.columnSpan());
         if (cell.format().hasProperty(QTextFormat::BackgroundBrush))
-            words += u"background "_qs + colorName(cell.format().background().color());
+            words += u"background "_s + colorName(cell.format().background().color());
         if (cell.format().verticalAlignment() != QTextCharFormat::AlignNormal)
             words += nameOf(VerticalNames, int(cell.format().verticalAlignment()));
-        line({u"cell"_qs, u"%1,%2"_qs.arg(cell.row() + 1).arg(cell.column() + 1)}, words);
+        line({u"cell"_s, u"%1,%2"_s.arg(cell.row() + 1).arg(cell.column() + 1)}, words);
         ++mDepth;
         frame(cell.begin());
         --mDepth;
@@ -360,7 +362,7 @@ private:
         QStringList words;
         if (const QTextList *list = block.textList())
             words += item(*list, block);
-        line({u"paragraph"_qs}, words + blockWords(block.blockFormat()));
+        line({u"paragraph"_s}, words + blockWords(block.blockFormat()));
         ++mDepth;
         for (auto it = block.begin(); !it.atEnd(); ++it)
             run(it.fragment());
@@ -376,9 +378,9 @@ private:
         const QString marker = format.numberPrefix() + nameOf(ListNames, int(format.style()))
             + (format.style() > QTextListFormat::ListDecimal ? QString() : numberSuffix(format));
         const QString start = format.hasProperty(TVLTextFormat::ListStart)
-            ? u", from %1"_qs.arg(format.intProperty(TVLTextFormat::ListStart))
+            ? u", from %1"_s.arg(format.intProperty(TVLTextFormat::ListStart))
             : QString();
-        return u"item %1 of list %2 (%3, level %4)"_qs.arg(list.itemNumber(block) + 1)
+        return u"item %1 of list %2 (%3, level %4)"_s.arg(list.itemNumber(block) + 1)
             .arg(place + 1)
             .arg(marker + start)
             .arg(format.indent());
@@ -394,13 +396,13 @@ private:
         const QTextImageFormat image = format.toImageFormat();
         QStringList words;
         if (image.width() > 0 || image.height() > 0)
-            words += u"%1 x %2"_qs.arg(number(image.width()), number(image.height()));
+            words += u"%1 x %2"_s.arg(number(image.width()), number(image.height()));
         if (const QString kind = image.stringProperty(TVLTextFormat::PictureKind); !kind.isEmpty())
-            words += u"kind "_qs + kind;
+            words += u"kind "_s + kind;
         const QByteArray bytes =
             mDocument.resource(QTextDocument::ImageResource, QUrl(image.name())).toByteArray();
-        words += u"bytes "_qs + QString::fromLatin1(bytes.toHex());
-        line({u"picture"_qs}, words + markWords(format));
+        words += u"bytes "_s + QString::fromLatin1(bytes.toHex());
+        line({u"picture"_s}, words + markWords(format));
     }
 
     const QTextDocument &mDocument;

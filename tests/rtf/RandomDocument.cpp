@@ -10,6 +10,8 @@
 #include <QUrl>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Maker
@@ -84,9 +86,9 @@ private:
         format.setIndent(1 + below(once(6) ? 14 : 4));
         if (format.style() <= QTextListFormat::ListDecimal) {
             if (once(3))
-                format.setNumberPrefix(u"(\u00a7"_qs);
+                format.setNumberPrefix(u"(\u00a7"_s);
             if (once(3))
-                format.setNumberSuffix(once(2) ? u") "_qs : QString());
+                format.setNumberSuffix(once(2) ? u") "_s : QString());
             if (once(4))
                 format.setProperty(TVLTextFormat::ListStart, anyOf({0, 2, 30, 4000}));
         }
@@ -182,15 +184,14 @@ private:
             bytes = "\xff\xd8\xff not decoded by anyone";
         QTextImageFormat format;
         format.merge(charFormat());
-        format.setName(
-            u"pictures/%1 %2.png"_qs.arg(below(1000000)).arg(makeRandomText(mRandom, 4)));
+        format.setName(u"pictures/%1 %2.png"_s.arg(below(1000000)).arg(makeRandomText(mRandom, 4)));
         if (once(2)) {
             format.setWidth(1 + distance(100));
             format.setHeight(1 + distance(100));
         }
         if (once(5) && mOptions.mBrokenPictures) {
             bytes = "metafile";
-            format.setProperty(TVLTextFormat::PictureKind, u"\\wmetafile8\\picw100\\pich200"_qs);
+            format.setProperty(TVLTextFormat::PictureKind, u"\\wmetafile8\\picw100\\pich200"_s);
         }
         mDocument->addResource(QTextDocument::ImageResource, QUrl(format.name()), bytes);
         mCursor.insertImage(format);
@@ -238,7 +239,7 @@ private:
             format.setProperty(TVLTextFormat::KeepWithNext, true);
         // What a paragraph is in a script goes by what else it has.
         if (format.nonBreakableLines())
-            format.setProperty(TVLTextFormat::ScriptElement, u"Shot; 5% {\\}\u00e9"_qs);
+            format.setProperty(TVLTextFormat::ScriptElement, u"Shot; 5% {\\}\u00e9"_s);
         if (format.headingLevel() > 4)
             format.setProperty(TVLTextFormat::SectionDepth, 7);
         if (format.boolProperty(TVLTextFormat::KeepWithNext))
@@ -284,8 +285,8 @@ private:
     void font(QTextCharFormat *format)
     {
         if (once(2))
-            format->setFontFamilies(once(4) ? QStringList{u"Font \u00e9{}"_qs, u"Other"_qs}
-                                            : QStringList(u"Family %1"_qs.arg(below(5))));
+            format->setFontFamilies(once(4) ? QStringList{u"Font \u00e9{}"_s, u"Other"_s}
+                                            : QStringList(u"Family %1"_s.arg(below(5))));
         if (once(2))
             format->setFontPointSize((2 + below(100)) / 2.0);
         if (once(3))
@@ -329,8 +330,8 @@ private:
         if (mOptions.mInlineNotes && once(10))
             format->setProperty(TVLTextFormat::InlineFootnote, true);
         if (once(8)) {
-            const QString addresses[] = {u"https://example.org/?a=\"b\"&c=\\d#e"_qs, u"#place"_qs,
-                                         u"tavellnk://%1"_qs.arg(below(100)),
+            const QString addresses[] = {u"https://example.org/?a=\"b\"&c=\\d#e"_s, u"#place"_s,
+                                         u"tavellnk://%1"_s.arg(below(100)),
                                          TVLTextFormat::internalLinkAddress(QUuid::createUuidV5(
                                              QUuid(), QByteArray::number(below(5))))};
             TVLTextFormat::setLink(format, addresses[below(4)]);
@@ -339,10 +340,10 @@ private:
         }
         if (once(8))
             TVLTextFormat::setComment(format,
-                                      TVLTextCommentLink(u"comment \"%1\""_qs.arg(below(20)), {}));
+                                      TVLTextCommentLink(u"comment \"%1\""_s.arg(below(20)), {}));
         if (once(12)) {
             format->setAnchor(true);
-            format->setAnchorNames({u"place %1"_qs.arg(below(5))});
+            format->setAnchorNames({u"place %1"_s.arg(below(5))});
         }
     }
 

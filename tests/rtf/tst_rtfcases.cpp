@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QDir casesDirectory()
@@ -23,8 +25,8 @@ QString firstDifference(const QString &actual, const QString &expected)
     const QStringList expectedLines = expected.split(u'\n');
     for (qsizetype i = 0; i < qMax(actualLines.size(), expectedLines.size()); ++i) {
         if (actualLines.value(i) != expectedLines.value(i))
-            return u"line %1\nexpected: %2\nactual:   %3"_qs.arg(i + 1).arg(expectedLines.value(i),
-                                                                            actualLines.value(i));
+            return u"line %1\nexpected: %2\nactual:   %3"_s.arg(i + 1).arg(expectedLines.value(i),
+                                                                           actualLines.value(i));
     }
     return {};
 }
@@ -50,30 +52,30 @@ void TstRtfCases::everyFileHasADescription()
             names.append(file.completeBaseName());
         return names;
     };
-    QCOMPARE(baseNames(u"*.rtf"_qs), baseNames(u"*.expected"_qs));
-    QVERIFY(!baseNames(u"*.rtf"_qs).isEmpty());
+    QCOMPARE(baseNames(u"*.rtf"_s), baseNames(u"*.expected"_s));
+    QVERIFY(!baseNames(u"*.rtf"_s).isEmpty());
 }
 
 void TstRtfCases::aFileReadsAsItsDescriptionSays_data()
 {
     QTest::addColumn<QString>("name");
-    for (const QFileInfo &file : casesDirectory().entryInfoList({u"*.rtf"_qs}, QDir::Files))
+    for (const QFileInfo &file : casesDirectory().entryInfoList({u"*.rtf"_s}, QDir::Files))
         QTest::newRow(qPrintable(file.completeBaseName())) << file.completeBaseName();
 }
 
 void TstRtfCases::aFileReadsAsItsDescriptionSays()
 {
     QFETCH(QString, name);
-    QFile file(casesDirectory().filePath(name + u".rtf"_qs));
+    QFile file(casesDirectory().filePath(name + u".rtf"_s));
     QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
     QTextDocument document;
     TVLTextRtfReader reader(&document);
     QVERIFY2(reader.read(&file), qPrintable(reader.errorString()));
     const QString actual = describeDocument(document);
     const QString expected = QString::fromUtf8(
-        TVLCoreUtil::ReadBinaryFile(casesDirectory().filePath(name + u".expected"_qs)));
+        TVLCoreUtil::ReadBinaryFile(casesDirectory().filePath(name + u".expected"_s)));
     QVERIFY2(actual == expected,
-             qPrintable(firstDifference(actual, expected) + u"\n\n"_qs + actual));
+             qPrintable(firstDifference(actual, expected) + u"\n\n"_s + actual));
 }
 
 TVL_TEST(TstRtfCases)

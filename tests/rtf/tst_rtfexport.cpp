@@ -16,6 +16,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum Note { Annotation, Footnote, InspectorComment, InspectorFootnote };
@@ -30,8 +32,8 @@ QTextCharFormat noteFormat(Note note)
         format.setProperty(TVLTextFormat::InlineFootnote, true);
     if (note == InspectorComment || note == InspectorFootnote) {
         QTextDocument text;
-        text.setPlainText(u"note"_qs);
-        TVLTextCommentLink comment(u"ID"_qs, TVLTextRtf::toRtfCData(&text));
+        text.setPlainText(u"note"_s);
+        TVLTextCommentLink comment(u"ID"_s, TVLTextRtf::toRtfCData(&text));
         comment.mIsFootnote = note == InspectorFootnote;
         TVLTextFormat::setComment(&format, comment);
     }
@@ -44,10 +46,10 @@ std::unique_ptr<QTextDocument> makeDocument(Note note)
     auto document = std::make_unique<QTextDocument>();
     QTextCursor cursor(document.get());
     const bool isInline = note == Annotation || note == Footnote;
-    cursor.insertText(u"Text"_qs, isInline ? QTextCharFormat() : noteFormat(note));
+    cursor.insertText(u"Text"_s, isInline ? QTextCharFormat() : noteFormat(note));
     if (isInline)
-        cursor.insertText(u"note"_qs, noteFormat(note));
-    cursor.insertText(u" more"_qs, QTextCharFormat());
+        cursor.insertText(u"note"_s, noteFormat(note));
+    cursor.insertText(u" more"_s, QTextCharFormat());
     return document;
 }
 
@@ -66,10 +68,10 @@ QString describeExport(const QByteArray &rtf)
     if (!reader.read(rtf))
         return reader.errorString();
     QString text = describeDocument(document);
-    const QString font = u"font %1, size %2"_qs.arg(QTextDocument().defaultFont().family())
+    const QString font = u"font %1, size %2"_s.arg(QTextDocument().defaultFont().family())
                              .arg(QTextDocument().defaultFont().pointSizeF());
-    text.replace(u": "_qs + font + u'\n', u"\n"_qs);
-    return text.replace(font, u"*"_qs);
+    text.replace(u": "_s + font + u'\n', u"\n"_s);
+    return text.replace(font, u"*"_s);
 }
 
 } // namespace
@@ -112,11 +114,10 @@ void TstRtfExport::notesGoWhereTheyShall_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<QByteArray>("words");
 
-    const QString none = u"paragraph\n  \"Text more\"\n"_qs;
-    const QString footnote = u"paragraph\n  \"Text\"\n  \"note\": *, footnote\n  \" more\"\n"_qs;
-    const QString annotation =
-        u"paragraph\n  \"Text\"\n  \"note\": *, annotation\n  \" more\"\n"_qs;
-    const QString inText = u"paragraph\n  \"Text[note] more\"\n"_qs;
+    const QString none = u"paragraph\n  \"Text more\"\n"_s;
+    const QString footnote = u"paragraph\n  \"Text\"\n  \"note\": *, footnote\n  \" more\"\n"_s;
+    const QString annotation = u"paragraph\n  \"Text\"\n  \"note\": *, annotation\n  \" more\"\n"_s;
+    const QString inText = u"paragraph\n  \"Text[note] more\"\n"_s;
     const QByteArray footnoteWords = "{\\footnote\\pard";
     const QByteArray endnoteWords = "{\\footnote\\ftnalt\\pard";
     const QByteArray annotationWords = "{\\*\\annotation";
@@ -160,39 +161,39 @@ void TstRtfExport::notesKeepTheirFormats()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"Text"_qs, QTextCharFormat());
+    cursor.insertText(u"Text"_s, QTextCharFormat());
     QTextCharFormat format = noteFormat(Footnote);
-    cursor.insertText(u"plain "_qs, format);
+    cursor.insertText(u"plain "_s, format);
     format.setFontItalic(true);
-    TVLTextFormat::setLink(&format, u"http://example.org/"_qs);
-    cursor.insertText(u"slanted link"_qs, format);
+    TVLTextFormat::setLink(&format, u"http://example.org/"_s);
+    cursor.insertText(u"slanted link"_s, format);
     QTextCharFormat bold;
     bold.setFontWeight(QFont::Bold);
-    cursor.insertText(u" bold"_qs, bold);
+    cursor.insertText(u" bold"_s, bold);
     QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
              u"paragraph\n  \"Text\"\n  \"plain \": *, footnote\n"
              "  \"slanted link\": *, italic, footnote, link http://example.org/\n"
-             "  \" bold\": *, bold\n"_qs);
+             "  \" bold\": *, bold\n"_s);
 }
 
 void TstRtfExport::aNoteOverTwoParagraphsBecomesTwo()
 {
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"one\ntwo"_qs, noteFormat(Footnote));
+    cursor.insertText(u"one\ntwo"_s, noteFormat(Footnote));
     QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
-             u"paragraph\n  \"one\": *, footnote\nparagraph\n  \"two\": *, footnote\n"_qs);
+             u"paragraph\n  \"one\": *, footnote\nparagraph\n  \"two\": *, footnote\n"_s);
 }
 
 void TstRtfExport::aDamagedInspectorNoteLosesNothingElse()
 {
     QTextDocument document;
     QTextCharFormat format;
-    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, "{\\rtf1 saved\\par {\\b par"));
-    QTextCursor(&document).insertText(u"Text"_qs, format);
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_s, "{\\rtf1 saved\\par {\\b par"));
+    QTextCursor(&document).insertText(u"Text"_s, format);
     QCOMPARE(describeExport(makeWriter().toRtf(&document, false)),
              u"paragraph\n  \"Text\"\n  \"saved<line>\": *, annotation\n"
-             "  \"par\": *, bold, annotation\n"_qs);
+             "  \"par\": *, bold, annotation\n"_s);
 }
 
 void TstRtfExport::footnotesStartWithABlankWhenAsked()
@@ -208,11 +209,11 @@ void TstRtfExport::anEmptyInspectorCommentIsStillThere()
 {
     QTextDocument document;
     QTextCharFormat format;
-    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, {}));
-    QTextCursor(&document).insertText(u"Text"_qs, format);
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_s, {}));
+    QTextCursor(&document).insertText(u"Text"_s, format);
     const QByteArray rtf = makeWriter().toRtf(&document, false);
     QVERIFY2(rtf.contains("{\\*\\annotation\\pard\\plain{\\chatn}}"), rtf);
-    QCOMPARE(describeExport(rtf), u"paragraph\n  \"Text\"\n"_qs);
+    QCOMPARE(describeExport(rtf), u"paragraph\n  \"Text\"\n"_s);
 }
 
 void TstRtfExport::backgroundsBecomeHighlightsWhenAsked_data()
@@ -234,7 +235,7 @@ void TstRtfExport::backgroundsBecomeHighlightsWhenAsked()
     QTextDocument document;
     QTextCharFormat format;
     format.setBackground(background);
-    QTextCursor(&document).insertText(u"Text"_qs, format);
+    QTextCursor(&document).insertText(u"Text"_s, format);
 
     TVLTextRtfWriter writer = makeWriter();
     QVERIFY(!writer.toRtf(&document, false).contains("\\highlight"));
@@ -242,10 +243,10 @@ void TstRtfExport::backgroundsBecomeHighlightsWhenAsked()
     QByteArray rtf = writer.toRtf(&document, false);
     // The shading keeps the exact colour for those who prefer it.
     QCOMPARE(describeExport(rtf),
-             u"paragraph\n  \"Text\": *, background %1\n"_qs.arg(background.name()));
+             u"paragraph\n  \"Text\": *, background %1\n"_s.arg(background.name()));
     rtf.replace("\\cb", "\\unknown").replace("\\chcbpat", "\\unknown");
     QCOMPARE(describeExport(rtf),
-             u"paragraph\n  \"Text\": *, background %1\n"_qs.arg(highlight.name()));
+             u"paragraph\n  \"Text\": *, background %1\n"_s.arg(highlight.name()));
 }
 
 void TstRtfExport::linksAreDecoratedWhenAsked_data()
@@ -255,13 +256,13 @@ void TstRtfExport::linksAreDecoratedWhenAsked_data()
     QTest::addColumn<int>("underline");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("not asked") << false << QColor() << 0 << u""_qs;
-    QTest::newRow("plain") << true << QColor() << 0 << u", underlined, colour #0000ff"_qs;
+    QTest::newRow("not asked") << false << QColor() << 0 << u""_s;
+    QTest::newRow("plain") << true << QColor() << 0 << u", underlined, colour #0000ff"_s;
     QTest::newRow("with a colour of its own")
-        << true << QColor(0xff0000) << 0 << u", underlined, colour #ff0000"_qs;
+        << true << QColor(0xff0000) << 0 << u", underlined, colour #ff0000"_s;
     QTest::newRow("with a line of its own")
         << true << QColor() << int(QTextCharFormat::WaveUnderline)
-        << u", underlined with a wave, colour #0000ff"_qs;
+        << u", underlined with a wave, colour #0000ff"_s;
 }
 
 void TstRtfExport::linksAreDecoratedWhenAsked()
@@ -272,35 +273,35 @@ void TstRtfExport::linksAreDecoratedWhenAsked()
     QFETCH(QString, expected);
     QTextDocument document;
     QTextCharFormat format;
-    TVLTextFormat::setLink(&format, u"http://example.org/"_qs);
+    TVLTextFormat::setLink(&format, u"http://example.org/"_s);
     if (color.isValid())
         format.setForeground(color);
     if (underline)
         format.setUnderlineStyle(static_cast<QTextCharFormat::UnderlineStyle>(underline));
     QTextCursor cursor(&document);
-    cursor.insertText(u"link"_qs, format);
-    cursor.insertText(u" text"_qs, QTextCharFormat());
+    cursor.insertText(u"link"_s, format);
+    cursor.insertText(u" text"_s, QTextCharFormat());
     TVLTextRtfWriter writer = makeWriter();
     writer.setDecorateHyperlinks(decorate);
     QCOMPARE(
         describeExport(writer.toRtf(&document, false)),
-        u"paragraph\n  \"link\": *%1, link http://example.org/\n  \" text\"\n"_qs.arg(expected));
+        u"paragraph\n  \"link\": *%1, link http://example.org/\n  \" text\"\n"_s.arg(expected));
 }
 
 void TstRtfExport::defaultFontsAreSpelledOut()
 {
     QTextDocument document;
-    document.setDefaultFont(QFont(u"Some Serif"_qs, 13));
+    document.setDefaultFont(QFont(u"Some Serif"_s, 13));
     QTextCursor cursor(&document);
     QTextCharFormat sized;
     sized.setFontPointSize(20);
-    cursor.insertText(u"plain"_qs, QTextCharFormat());
-    cursor.insertText(u"large"_qs, sized);
+    cursor.insertText(u"plain"_s, QTextCharFormat());
+    cursor.insertText(u"large"_s, sized);
     const QByteArray rtf = makeWriter().toRtf(&document, false);
     QVERIFY2(rtf.startsWith("{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0\n{\\fonttbl\n{\\f0"), rtf);
     QCOMPARE(describeExport(rtf),
              u"paragraph\n  \"plain\": font Some Serif, size 13\n"
-             "  \"large\": font Some Serif, size 20\n"_qs);
+             "  \"large\": font Some Serif, size 20\n"_s);
     QVERIFY(!TVLTextRtfWriter(nullptr).toRtf(&document, false).contains("\\fonttbl"));
 }
 
@@ -322,8 +323,8 @@ void TstRtfExport::picturesBecomeOnesThatOthersKnow()
     QVERIFY(image.save(&buffer, "BMP"));
     for (const QVariant &resource : {QVariant(bitmap), QVariant(image)}) {
         QTextDocument document;
-        document.addResource(QTextDocument::ImageResource, QUrl(u"red"_qs), resource);
-        QTextCursor(&document).insertImage(u"red"_qs);
+        document.addResource(QTextDocument::ImageResource, QUrl(u"red"_s), resource);
+        QTextCursor(&document).insertImage(u"red"_s);
         const QByteArray rtf = makeWriter().toRtf(&document, false);
         QVERIFY2(rtf.contains("\\pngblip\\picw3\\pich2"), rtf);
         QVERIFY2(!rtf.contains("tvlname"), rtf);
@@ -333,10 +334,10 @@ void TstRtfExport::picturesBecomeOnesThatOthersKnow()
 void TstRtfExport::everyPlaceOfAPictureHasItsBytes()
 {
     QTextDocument document;
-    document.addResource(QTextDocument::ImageResource, QUrl(u"a"_qs), QByteArray("\xff\xd8\xff"));
+    document.addResource(QTextDocument::ImageResource, QUrl(u"a"_s), QByteArray("\xff\xd8\xff"));
     QTextCursor cursor(&document);
-    cursor.insertImage(u"a"_qs);
-    cursor.insertImage(u"a"_qs);
+    cursor.insertImage(u"a"_s);
+    cursor.insertImage(u"a"_s);
     QCOMPARE(makeWriter().toRtf(&document, false).count("ffd8ff"), 2);
     QCOMPARE(TVLTextRtfWriter(nullptr).toRtf(&document, false).count("ffd8ff"), 1);
 }
@@ -348,7 +349,7 @@ void TstRtfExport::textFromRightToLeftSaysWhereItStarts()
     format.setLayoutDirection(Qt::RightToLeft);
     QTextCursor cursor(&document);
     cursor.setBlockFormat(format);
-    cursor.insertText(u"\u05d0"_qs);
+    cursor.insertText(u"\u05d0"_s);
     QVERIFY(makeWriter().toRtf(&document, false).contains("\\qr\\rtlpar"));
     format.setAlignment(Qt::AlignRight);
     cursor.setBlockFormat(format);
@@ -382,10 +383,10 @@ void TstRtfExport::raisedAndLoweredTextStandsInGroupsOfItsOwn()
     bold.setFontWeight(QFont::Bold);
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"before"_qs, QTextCharFormat());
-    cursor.insertText(u"first"_qs, shifted);
-    cursor.insertText(u"second"_qs, bold);
-    cursor.insertText(u"behind"_qs, QTextCharFormat());
+    cursor.insertText(u"before"_s, QTextCharFormat());
+    cursor.insertText(u"first"_s, shifted);
+    cursor.insertText(u"second"_s, bold);
+    cursor.insertText(u"behind"_s, QTextCharFormat());
     cursor.setBlockCharFormat(shifted);
     TVLTextRtfWriter writer(nullptr);
     writer.setExportingMode(exporting);
@@ -408,13 +409,13 @@ void TstRtfExport::raisedTextOfAnInspectorsNoteStandsInAGroupOfItsOwn()
     raised.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
     QTextDocument note;
     QTextCursor noteCursor(&note);
-    noteCursor.insertText(u"m"_qs, QTextCharFormat());
-    noteCursor.insertText(u"2"_qs, raised);
-    noteCursor.insertText(u" of floor"_qs, QTextCharFormat());
+    noteCursor.insertText(u"m"_s, QTextCharFormat());
+    noteCursor.insertText(u"2"_s, raised);
+    noteCursor.insertText(u" of floor"_s, QTextCharFormat());
     QTextCharFormat format;
-    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_qs, TVLTextRtf::toRtfCData(&note)));
+    TVLTextFormat::setComment(&format, TVLTextCommentLink(u"ID"_s, TVLTextRtf::toRtfCData(&note)));
     QTextDocument document;
-    QTextCursor(&document).insertText(u"Text"_qs, format);
+    QTextCursor(&document).insertText(u"Text"_s, format);
     const QByteArray rtf = makeWriter().toRtf(&document, false);
     QVERIFY2(rtf.contains("\\super 2} of floor"), rtf);
 }
@@ -424,9 +425,9 @@ void TstRtfExport::aCommentHasNoBookmarks()
     const auto exported = [](Note note) {
         QTextCharFormat format = noteFormat(note);
         format.setAnchor(true);
-        format.setAnchorNames({u"place"_qs});
+        format.setAnchorNames({u"place"_s});
         QTextDocument document;
-        QTextCursor(&document).insertText(u"note"_qs, format);
+        QTextCursor(&document).insertText(u"note"_s, format);
         return makeWriter().toRtf(&document, false);
     };
     QVERIFY(!exported(Annotation).contains("\\bkmk"));
@@ -445,15 +446,15 @@ void TstRtfExport::aFileIsWrittenAndAFailureTold()
 {
     const QTemporaryDir directory;
     const auto document = makeDocument(Footnote);
-    const QString path = directory.filePath(u"text.rtf"_qs);
+    const QString path = directory.filePath(u"text.rtf"_s);
     QString error;
     QVERIFY2(TVLTextRtf::toRtfFile(path, document.get(), &error, false, true), qPrintable(error));
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), makeWriter().toRtf(document.get(), false));
-    const QString nowhere = directory.filePath(u"missing/text.rtf"_qs);
+    const QString nowhere = directory.filePath(u"missing/text.rtf"_s);
     QVERIFY(!TVLTextRtf::toRtfFile(nowhere, document.get(), &error, false, false));
-    QCOMPARE(error, u"No such file or directory"_qs);
+    QCOMPARE(error, u"No such file or directory"_s);
     QVERIFY(!TVLTextRtf::toRtfFile(nowhere, document.get(), nullptr, false, false));
 }
 

@@ -11,12 +11,14 @@
 #include <QTextDocument>
 #include <QTextTable>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString NotRtf = u"This is not a rich text file."_qs;
-const QString CutOff = u"The file ends before its text does."_qs;
-const QString TooDeep = u"The file is nested too deeply."_qs;
-const QString GoesOn = u"The file goes on behind the end of its text."_qs;
+const QString NotRtf = u"This is not a rich text file."_s;
+const QString CutOff = u"The file ends before its text does."_s;
+const QString TooDeep = u"The file is nested too deeply."_s;
+const QString GoesOn = u"The file goes on behind the end of its text."_s;
 
 /** What an unoptimised build under the sanitizers still reads a megabyte in. */
 const int Megabyte = testSize(1'000'000);
@@ -71,7 +73,7 @@ QList<QByteArray> readCases()
 {
     QList<QByteArray> cases;
     const QDir directory(QStringLiteral(TVL_RTF_CASES));
-    for (const QFileInfo &info : directory.entryInfoList({u"*.rtf"_qs}, QDir::Files)) {
+    for (const QFileInfo &info : directory.entryInfoList({u"*.rtf"_s}, QDir::Files)) {
         QFile file(info.filePath());
         if (file.open(QIODevice::ReadOnly))
             cases.append(file.readAll());
@@ -190,45 +192,45 @@ void TstRtfHostile::textIsSaved_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("of a file without end")
-        << QByteArray("{\\rtf1 one\\par {\\b two") << u"one\ntwo"_qs;
+        << QByteArray("{\\rtf1 one\\par {\\b two") << u"one\ntwo"_s;
     QTest::newRow("of a row without end")
-        << QByteArray("{\\rtf1\\trowd\\cellx9\\intbl a\\cell b") << u"\na\nb\n"_qs;
-    QTest::newRow("of a note without end") << QByteArray("{\\rtf1 a{\\footnote b") << u"ab"_qs;
+        << QByteArray("{\\rtf1\\trowd\\cellx9\\intbl a\\cell b") << u"\na\nb\n"_s;
+    QTest::newRow("of a note without end") << QByteArray("{\\rtf1 a{\\footnote b") << u"ab"_s;
     QTest::newRow("of a field without end")
-        << QByteArray("{\\rtf1 a{\\field{\\*\\fldinst HYPERLINK x}{\\fldrslt b") << u"ab"_qs;
+        << QByteArray("{\\rtf1 a{\\field{\\*\\fldinst HYPERLINK x}{\\fldrslt b") << u"ab"_s;
     QTest::newRow("above what is too deep")
-        << wrapped("above" + QByteArray(20'000, '{') + "below") << u"abovebelow"_qs;
+        << wrapped("above" + QByteArray(20'000, '{') + "below") << u"abovebelow"_s;
     QTest::newRow("below what is too deep")
         << wrapped(QByteArray(20'000, '{')
                    + "below{\\*\\unknown hidden}{\\fonttbl{\\f0 A;}}{\\pict "
                      "89}{\\footnote note}"
                    + QByteArray(20'000, '}') + " behind")
-        << u"belownote behind"_qs;
+        << u"belownote behind"_s;
     QTest::newRow("behind the last brace")
-        << wrapped("text") + "more\\par end" << u"text\nmore\nend"_qs;
+        << wrapped("text") + "more\\par end" << u"text\nmore\nend"_s;
     QTest::newRow("behind a brace too many")
         << QByteArray("{\\rtf1\\ansicpg1251 one\\par two}}{\\b \\'ff}\\par four}")
-        << u"one\ntwo\n\u044f\nfour"_qs;
+        << u"one\ntwo\n\u044f\nfour"_s;
     QTest::newRow("of a second file") << QByteArray(
         "{\\rtf1{\\fonttbl{\\f0 A;}}one}\n{\\rtf1{\\fonttbl{\\f0 B;}}two}{\\rtf1 three}\n")
-                                      << u"one\ntwo\nthree"_qs;
-    QTest::newRow("among zeros") << wrapped(QByteArray("a\0b\0\0c", 6)) << u"abc"_qs;
-    QTest::newRow("among zeros in hexadecimal") << wrapped("a\\'00b\\u0?c") << u"abc"_qs;
+                                      << u"one\ntwo\nthree"_s;
+    QTest::newRow("among zeros") << wrapped(QByteArray("a\0b\0\0c", 6)) << u"abc"_s;
+    QTest::newRow("among zeros in hexadecimal") << wrapped("a\\'00b\\u0?c") << u"abc"_s;
     QTest::newRow("among bytes that are no characters") << wrapped("a\\'81b\x8d"
                                                                    "c")
-                                                        << u"a\u0081b\u008dc"_qs;
+                                                        << u"a\u0081b\u008dc"_s;
     QTest::newRow("among half surrogates")
-        << wrapped("a\\u-10179?b\\u-8704?c") << u"a\ufffdb\ufffdc"_qs;
+        << wrapped("a\\u-10179?b\\u-8704?c") << u"a\ufffdb\ufffdc"_s;
     QTest::newRow("with a document's own structure in it")
-        << wrapped("a\\u8233?b\\u-560?c\\u-559?d\\'0de\\'0af") << u"a\nb\ufffdc\ufffdd\ne\nf"_qs;
+        << wrapped("a\\u8233?b\\u-560?c\\u-559?d\\'0de\\'0af") << u"a\nb\ufffdc\ufffdd\ne\nf"_s;
     QTest::newRow("behind a half double byte")
         << QByteArray("{\\rtf1\\ansicpg932 a\\'93 b\\'93{c}\\'93\\b d\\'93}")
-        << u"a\u0093 b\u0093c\u0093d\u0093"_qs;
+        << u"a\u0093 b\u0093c\u0093d\u0093"_s;
     QTest::newRow("behind half an UTF-8 character")
         << QByteArray("{\\rtf1\\ansicpg65001 \\'c3\\'a9 \\'e2\\'82 a \\'ff}")
-        << u"\u00e9 \u00e2\u0082 a \u00ff"_qs;
+        << u"\u00e9 \u00e2\u0082 a \u00ff"_s;
     QTest::newRow("of an unknown code page")
-        << QByteArray("{\\rtf1\\ansicpg12345 caf\\'e9}") << u"caf\u00e9"_qs;
+        << QByteArray("{\\rtf1\\ansicpg12345 caf\\'e9}") << u"caf\u00e9"_s;
     QTest::newRow("with numbers beyond all bounds") << wrapped(
         "\\fs2147483647\\li99999999999\\fi-99999999999\\sl-2147483648\\sb9999999999\\tx99999999999"
         "\\f-2147483648\\cf2147483647\\cb-99999999999\\expnd99999999999\\expndtw-"
@@ -236,21 +238,21 @@ void TstRtfHostile::textIsSaved_data()
         "\\ilvl99999999999\\ls2147483647\\outlinelevel-2147483648\\itap-"
         "5\\tvlindent99999999999\\tvlmarker-7\\tvlweight-3\\tvlvalign99\\tvlpreset-9 "
         "text\\u99999999999?\\u-99999999999?\\u1114112?.")
-                                                    << u"text\uffff\u0001."_qs;
+                                                    << u"text\uffff\u0001."_s;
     QTest::newRow("in a table with such numbers") << wrapped(
         "\\trowd\\trleft-99999999999\\tvlborder2147483647\\tvlborderstyle99\\tvlpadding-"
         "99999999999\\tvlspacing2147483647\\tvlwidthtype9\\tvlwidth2147483647"
         "\\clbrdrt\\brdrw2147483647\\tvlcoltype-9\\tvlcolwidth-2147483648\\cellx-"
         "99999999999\\cellx2147483647\\cellx99999999999\\pard\\intbl a\\cell b\\cell c\\cell\\row")
-                                                  << u"\na\nb\nc\n"_qs;
+                                                  << u"\na\nb\nc\n"_s;
     QTest::newRow("behind a picture that claims to be enormous")
         << wrapped("{\\pict\\pngblip\\picw2147483647\\pich2147483647\\picwgoal2147483647\\pichgoal2"
                    "147483647\\picscalex2147483647\\picscaley-2147483648 89}a")
-        << u"\ufffca"_qs;
+        << u"\ufffca"_s;
     QTest::newRow("behind a skip beyond all bounds")
         << wrapped("\\uc2147483647\\u960 " + QByteArray(100, 'x') + "saved")
-        << u"\u03c0"_qs + QString(36, u'x') + u"saved"_qs;
-    QTest::newRow("behind a negative skip") << wrapped("\\uc-1\\u960 saved") << u"\u03c0saved"_qs;
+        << u"\u03c0"_s + QString(36, u'x') + u"saved"_s;
+    QTest::newRow("behind a negative skip") << wrapped("\\uc-1\\u960 saved") << u"\u03c0saved"_s;
     QTest::newRow("in a tower of tables")
         << wrapped("\\pard\\intbl\\itap2000000000 deep\\nestcell\\itap1 less\\cell") << QString();
 }

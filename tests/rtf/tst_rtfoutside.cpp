@@ -25,6 +25,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Starting an office for the first time takes a while. */
@@ -42,7 +44,7 @@ QString sourcePath(const QString &name)
 QString normalized(QString text)
 {
     static const QRegularExpression marker(
-        u"^\\s*([0-9]+\\.|[a-z]\\)|[\u2022\u25e6\u25aa\u2013-])\\s+"_qs,
+        u"^\\s*([0-9]+\\.|[a-z]\\)|[\u2022\u25e6\u25aa\u2013-])\\s+"_s,
         QRegularExpression::MultilineOption);
     return text.remove(QChar(QChar::ByteOrderMark)).remove(marker).simplified();
 }
@@ -168,10 +170,10 @@ bool TstRtfOutside::convert(const QStringList &paths, const QString &format,
     QProcess office;
     office.setStandardOutputFile(QProcess::nullDevice());
     office.start(
-        u"soffice"_qs,
-        QStringList{u"--headless"_qs,
-                    u"-env:UserInstallation=file://%1"_qs.arg(mDirectory.filePath(u"profile"_qs)),
-                    u"--convert-to"_qs, format, u"--outdir"_qs, directory}
+        u"soffice"_s,
+        QStringList{u"--headless"_s,
+                    u"-env:UserInstallation=file://%1"_s.arg(mDirectory.filePath(u"profile"_s)),
+                    u"--convert-to"_s, format, u"--outdir"_s, directory}
             + paths);
     return office.waitForFinished(OfficeMilliseconds + MillisecondsPerFile * int(paths.size()));
 }
@@ -186,9 +188,9 @@ QString TstRtfOutside::convert(const QString &path, const QString &format)
 
 void TstRtfOutside::readOfficesFile(QTextDocument *document, QString *path)
 {
-    if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
+    if (QStandardPaths::findExecutable(u"soffice"_s).isEmpty())
         QSKIP("LibreOffice (soffice) isn't installed.");
-    *path = convert(sourcePath(u"rich.fodt"_qs), u"rtf"_qs);
+    *path = convert(sourcePath(u"rich.fodt"_s), u"rtf"_s);
     const QByteArray rtf = TVLCoreUtil::ReadBinaryFile(*path);
     QVERIFY(!rtf.isEmpty());
     TVLTextRtfReader reader(document);
@@ -202,16 +204,16 @@ void TstRtfOutside::anOfficesTextReadsAsTheOfficeReadsIt()
     readOfficesFile(&document, &path);
     if (QTest::currentTestFailed() || path.isEmpty())
         return;
-    const QString expected = QString::fromUtf8(
-        TVLCoreUtil::ReadBinaryFile(convert(path, u"txt:Text (encoded):UTF8"_qs)));
+    const QString expected =
+        QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(convert(path, u"txt:Text (encoded):UTF8"_s)));
     QVERIFY(expected.contains(u"Last."));
     QCOMPARE(normalized(document.toPlainText()), normalized(expected));
     const QString description = describeDocument(document);
     for (const QString &part :
-         {u"heading 1"_qs, u", bold\n"_qs, u", italic, colour #ff0000, background #ffff00\n"_qs,
-          u"link http://example.org/?a=1&b=2\n"_qs, u"item 2 of list 1 (1., level 1)"_qs,
-          u"item 2 of list 2 (a), level 2)"_qs, u"table 2 x 2"_qs, u"cell 2,1: spans 1 x 2\n"_qs,
-          u"aligned centred"_qs})
+         {u"heading 1"_s, u", bold\n"_s, u", italic, colour #ff0000, background #ffff00\n"_s,
+          u"link http://example.org/?a=1&b=2\n"_s, u"item 2 of list 1 (1., level 1)"_s,
+          u"item 2 of list 2 (a), level 2)"_s, u"table 2 x 2"_s, u"cell 2,1: spans 1 x 2\n"_s,
+          u"aligned centred"_s})
         QVERIFY2(description.contains(part), qPrintable(part + u'\n' + description));
 }
 
@@ -223,19 +225,19 @@ void TstRtfOutside::whatWasReadReadsTheSameInAnOffice()
     if (QTest::currentTestFailed() || path.isEmpty())
         return;
     for (const bool exporting : {true, false}) {
-        const QString written = mDirectory.filePath(u"written.rtf"_qs);
+        const QString written = mDirectory.filePath(u"written.rtf"_s);
         QString error;
         QVERIFY2(TVLTextRtf::toRtfFile(written, &document, &error, false, exporting),
                  qPrintable(error));
         const QString text = QString::fromUtf8(
-            TVLCoreUtil::ReadBinaryFile(convert(written, u"txt:Text (encoded):UTF8"_qs)));
+            TVLCoreUtil::ReadBinaryFile(convert(written, u"txt:Text (encoded):UTF8"_s)));
         QCOMPARE(normalized(text), normalized(document.toPlainText()));
     }
 }
 
 void TstRtfOutside::exportedNotesAreNotesInAnOffice()
 {
-    if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
+    if (QStandardPaths::findExecutable(u"soffice"_s).isEmpty())
         QSKIP("LibreOffice (soffice) isn't installed.");
     QTextDocument document;
     QTextCharFormat footnote;
@@ -243,29 +245,29 @@ void TstRtfOutside::exportedNotesAreNotesInAnOffice()
     QTextCharFormat annotation;
     annotation.setProperty(TVLTextFormat::InlineAnnotation, true);
     QTextCursor cursor(&document);
-    cursor.insertText(u"Text"_qs, QTextCharFormat());
-    cursor.insertText(u"at the foot"_qs, footnote);
-    cursor.insertText(u" goes on"_qs, QTextCharFormat());
-    cursor.insertText(u"at the side"_qs, annotation);
-    cursor.insertText(u" and ends."_qs, QTextCharFormat());
-    const QString written = mDirectory.filePath(u"notes.rtf"_qs);
+    cursor.insertText(u"Text"_s, QTextCharFormat());
+    cursor.insertText(u"at the foot"_s, footnote);
+    cursor.insertText(u" goes on"_s, QTextCharFormat());
+    cursor.insertText(u"at the side"_s, annotation);
+    cursor.insertText(u" and ends."_s, QTextCharFormat());
+    const QString written = mDirectory.filePath(u"notes.rtf"_s);
     QString error;
     QVERIFY2(TVLTextRtf::toRtfFile(written, &document, &error, false, true), qPrintable(error));
 
-    QString xml = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(convert(written, u"fodt"_qs)));
+    QString xml = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(convert(written, u"fodt"_s)));
     QVERIFY(!xml.isEmpty());
-    xml = xml.mid(xml.indexOf(u"<office:text"_qs));
+    xml = xml.mid(xml.indexOf(u"<office:text"_s));
     const auto content = [&xml](const QString &element) {
-        const QRegularExpression whole(u"<%1[ >].*?</%1>"_qs.arg(element),
+        const QRegularExpression whole(u"<%1[ >].*?</%1>"_s.arg(element),
                                        QRegularExpression::DotMatchesEverythingOption);
-        const QRegularExpression tags(u"<[^>]*>"_qs);
+        const QRegularExpression tags(u"<[^>]*>"_s);
         const QString found = whole.match(xml).captured();
         xml.remove(found);
         return QString(found).remove(tags).simplified();
     };
-    QVERIFY2(content(u"office:annotation"_qs).endsWith(u"at the side"_qs), qPrintable(xml));
-    QVERIFY2(content(u"text:note"_qs).endsWith(u"at the foot"_qs), qPrintable(xml));
-    QCOMPARE(content(u"text:p"_qs), u"Text goes on and ends."_qs);
+    QVERIFY2(content(u"office:annotation"_s).endsWith(u"at the side"_s), qPrintable(xml));
+    QVERIFY2(content(u"text:note"_s).endsWith(u"at the foot"_s), qPrintable(xml));
+    QCOMPARE(content(u"text:p"_s), u"Text goes on and ends."_s);
 }
 
 void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice_data()
@@ -279,10 +281,10 @@ void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice_data()
 void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
 {
     QFETCH(bool, exporting);
-    if (QStandardPaths::findExecutable(u"soffice"_qs).isEmpty())
+    if (QStandardPaths::findExecutable(u"soffice"_s).isEmpty())
         QSKIP("LibreOffice (soffice) isn't installed.");
-    const QDir directory(mDirectory.filePath(exporting ? u"exported"_qs : u"own"_qs));
-    QVERIFY(directory.mkpath(u"."_qs));
+    const QDir directory(mDirectory.filePath(exporting ? u"exported"_s : u"own"_s));
+    QVERIFY(directory.mkpath(u"."_s));
     QRandomGenerator random(exporting ? 11 : 12);
     QStringList paths;
     QStringList expected;
@@ -290,7 +292,7 @@ void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
         // Tables with merged cells or with tables in them bring the office itself down.
         const auto document =
             makeRandomDocument(&random, {.mTables = false, .mBrokenPictures = false});
-        paths.append(directory.filePath(u"%1.rtf"_qs.arg(i)));
+        paths.append(directory.filePath(u"%1.rtf"_s.arg(i)));
         QString error;
         QVERIFY2(TVLTextRtf::toRtfFile(paths.constLast(), document.get(), &error, false, exporting),
                  qPrintable(error));
@@ -301,39 +303,38 @@ void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
     // More than about 250 files at once the office doesn't convert.
     constexpr qsizetype FilesPerRun = 200;
     for (qsizetype i = 0; i < paths.size(); i += FilesPerRun)
-        QVERIFY(convert(paths.mid(i, FilesPerRun), u"fodt"_qs, directory.path()));
+        QVERIFY(convert(paths.mid(i, FilesPerRun), u"fodt"_s, directory.path()));
 
     QStringList differences;
     for (qsizetype i = 0; i < paths.size(); ++i) {
         QString read = paths.at(i);
-        read.replace(u".rtf"_qs, u".fodt"_qs);
+        read.replace(u".rtf"_s, u".fodt"_s);
         const QString words = OfficeWords(TVLCoreUtil::ReadBinaryFile(read)).text();
         if (words != expected.at(i))
-            differences.append(u"%1\nexpected: %2\nactual:   %3"_qs.arg(
+            differences.append(u"%1\nexpected: %2\nactual:   %3"_s.arg(
                 QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(paths.at(i))), expected.at(i),
                 words));
     }
     QVERIFY2(differences.isEmpty(),
-             qPrintable(u"%1 of %2 differ, the first:\n%3"_qs.arg(differences.size())
+             qPrintable(u"%1 of %2 differ, the first:\n%3"_s.arg(differences.size())
                             .arg(paths.size())
                             .arg(differences.value(0))));
 }
 
 void TstRtfOutside::aConvertersTextReadsAsItsSource()
 {
-    if (QStandardPaths::findExecutable(u"pandoc"_qs).isEmpty())
+    if (QStandardPaths::findExecutable(u"pandoc"_s).isEmpty())
         QSKIP("pandoc isn't installed.");
     const auto pandoc = [](const QStringList &arguments) {
         QProcess process;
-        process.start(u"pandoc"_qs, QStringList(sourcePath(u"rich.md"_qs)) + arguments);
+        process.start(u"pandoc"_s, QStringList(sourcePath(u"rich.md"_s)) + arguments);
         process.waitForFinished(OfficeMilliseconds);
         return process.readAllStandardOutput();
     };
     QTextDocument document;
     TVLTextRtfReader reader(&document);
-    QVERIFY2(reader.read(pandoc({u"-s"_qs, u"-t"_qs, u"rtf"_qs})),
-             qPrintable(reader.errorString()));
-    const QString expected = QString::fromUtf8(pandoc({u"-t"_qs, u"plain"_qs, u"--wrap=none"_qs}));
+    QVERIFY2(reader.read(pandoc({u"-s"_s, u"-t"_s, u"rtf"_s})), qPrintable(reader.errorString()));
+    const QString expected = QString::fromUtf8(pandoc({u"-t"_s, u"plain"_s, u"--wrap=none"_s}));
     QVERIFY(expected.contains(u"Last."));
     QCOMPARE(normalized(document.toPlainText()), normalized(expected));
 }

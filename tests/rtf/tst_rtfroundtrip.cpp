@@ -12,6 +12,8 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray toRtf(const QTextDocument &document)
@@ -59,7 +61,7 @@ void TstRtfRoundTrip::randomDocumentsComeBackEqual()
         const QString difference = differenceOfDocuments(*document, read);
         QVERIFY2(
             difference.isEmpty(),
-            qPrintable(u"document %1, %2\n%3"_qs.arg(i).arg(difference, QString::fromLatin1(rtf))));
+            qPrintable(u"document %1, %2\n%3"_s.arg(i).arg(difference, QString::fromLatin1(rtf))));
         const QByteArray second = toRtf(read);
         QTextDocument readAgain;
         fromRtf(second, &readAgain);

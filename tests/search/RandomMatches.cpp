@@ -4,6 +4,8 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 template <typename Item>
@@ -20,25 +22,23 @@ const std::vector<Alphabet> &alphabets()
     const QString highHalf(QChar(0xd83d));
     const QString lowHalf(QChar(0xde00));
     static const std::vector<Alphabet> all = {
-        {u"a"_qs, u"b"_qs},
-        {u"a"_qs, u"A"_qs, u"b"_qs, u" "_qs},
-        {u"a"_qs, u"b"_qs, u"1"_qs, u"-"_qs, u"B"_qs},
-        {u"s"_qs, u"S"_qs, u"\u017f"_qs, u"k"_qs, u"\u212a"_qs, u" "_qs},
-        {u"i"_qs, u"I"_qs, u"\u0130"_qs, u"\u0131"_qs, u"i\u0307"_qs, u"."_qs},
-        {u"\u00df"_qs, u"\u1e9e"_qs, u"ss"_qs, u"\ufb01"_qs, u"fi"_qs, u"\u00e9"_qs, u"\u00c9"_qs},
-        {u"\u03c3"_qs, u"\u03a3"_qs, u"\u03c2"_qs, u"\u00b5"_qs, u"\u03bc"_qs, u"\u0345"_qs,
-         u"\u03b9"_qs},
-        {u"\u13a0"_qs, u"\uab70"_qs, u"\u10d0"_qs, u"\u1c90"_qs, u"\u01c4"_qs, u"\u01c5"_qs,
-         u"\u01c6"_qs},
-        {u"\u043f"_qs, u"\u041f"_qs, u"\u0440"_qs, u"\u0420"_qs, u" "_qs},
-        {u"'"_qs, u"\u2019"_qs, u"\u02bc"_qs, u"\""_qs, u"\u201c"_qs, u"s"_qs, u"t"_qs},
-        {u"a"_qs, u"\u00bb"_qs, u"\""_qs, u"\u2039"_qs, u"'"_qs},
-        {u"e"_qs, u"\u0301"_qs, u"\u00e9"_qs, u"E"_qs, u" "_qs},
-        {u"\U0001f600"_qs, u"\U00010400"_qs, u"\U00010428"_qs, u"a"_qs, u" "_qs},
-        {highHalf, lowHalf, u"a"_qs, u"\U0001f600"_qs},
-        {QString(QChar(0)), u"a"_qs, u" "_qs},
-        {u"\ufeff"_qs, u"a"_qs, u"\ufffd"_qs, u"\uffff"_qs},
-        {u"\u4e2d"_qs, u"\u6587"_qs, u"\u3002"_qs, u"a"_qs},
+        {u"a"_s, u"b"_s},
+        {u"a"_s, u"A"_s, u"b"_s, u" "_s},
+        {u"a"_s, u"b"_s, u"1"_s, u"-"_s, u"B"_s},
+        {u"s"_s, u"S"_s, u"\u017f"_s, u"k"_s, u"\u212a"_s, u" "_s},
+        {u"i"_s, u"I"_s, u"\u0130"_s, u"\u0131"_s, u"i\u0307"_s, u"."_s},
+        {u"\u00df"_s, u"\u1e9e"_s, u"ss"_s, u"\ufb01"_s, u"fi"_s, u"\u00e9"_s, u"\u00c9"_s},
+        {u"\u03c3"_s, u"\u03a3"_s, u"\u03c2"_s, u"\u00b5"_s, u"\u03bc"_s, u"\u0345"_s, u"\u03b9"_s},
+        {u"\u13a0"_s, u"\uab70"_s, u"\u10d0"_s, u"\u1c90"_s, u"\u01c4"_s, u"\u01c5"_s, u"\u01c6"_s},
+        {u"\u043f"_s, u"\u041f"_s, u"\u0440"_s, u"\u0420"_s, u" "_s},
+        {u"'"_s, u"\u2019"_s, u"\u02bc"_s, u"\""_s, u"\u201c"_s, u"s"_s, u"t"_s},
+        {u"a"_s, u"\u00bb"_s, u"\""_s, u"\u2039"_s, u"'"_s},
+        {u"e"_s, u"\u0301"_s, u"\u00e9"_s, u"E"_s, u" "_s},
+        {u"\U0001f600"_s, u"\U00010400"_s, u"\U00010428"_s, u"a"_s, u" "_s},
+        {highHalf, lowHalf, u"a"_s, u"\U0001f600"_s},
+        {QString(QChar(0)), u"a"_s, u" "_s},
+        {u"\ufeff"_s, u"a"_s, u"\ufffd"_s, u"\uffff"_s},
+        {u"\u4e2d"_s, u"\u6587"_s, u"\u3002"_s, u"a"_s},
     };
     return all;
 }
@@ -90,15 +90,15 @@ QString randomExpression(const QString &text, const Alphabet &alphabet, int dept
                          QRandomGenerator *random)
 {
     static const std::vector<QString> pieces = {
-        u"."_qs,      u"^"_qs,      u"$"_qs,      u"\\b"_qs,  u"\\w"_qs,    u"\\d"_qs,
-        u"\\s"_qs,    u"[ab]"_qs,   u"[^a]"_qs,   u"[]a]"_qs, u"(a)\\1"_qs, u"\\x0061"_qs,
-        u"\\141"_qs,  u"\\."_qs,    u"\\-"_qs,    u"\\a"_qs,  u"(?=a)"_qs,  u"(?!a)"_qs,
-        u"(?:ab)"_qs, u"[\\]a]"_qs, u"\\x61b"_qs, u"a{2}"_qs, u"[[a]"_qs,   u"[\"b]"_qs,
+        u"."_s,      u"^"_s,      u"$"_s,      u"\\b"_s,  u"\\w"_s,    u"\\d"_s,
+        u"\\s"_s,    u"[ab]"_s,   u"[^a]"_s,   u"[]a]"_s, u"(a)\\1"_s, u"\\x0061"_s,
+        u"\\141"_s,  u"\\."_s,    u"\\-"_s,    u"\\a"_s,  u"(?=a)"_s,  u"(?!a)"_s,
+        u"(?:ab)"_s, u"[\\]a]"_s, u"\\x61b"_s, u"a{2}"_s, u"[[a]"_s,   u"[\"b]"_s,
     };
-    static const std::vector<QString> bad = {u"("_qs,  u"["_qs, u"*"_qs,   u"a{"_qs, u")"_qs,
-                                             u"\\"_qs, u"+"_qs, u"{2}"_qs, u"]"_qs,  u"}"_qs};
-    static const std::vector<QString> quantifiers = {u"*"_qs,     u"+"_qs,    u"?"_qs,  u"{0}"_qs,
-                                                     u"{1,2}"_qs, u"{,1}"_qs, u"+?"_qs, u"?+"_qs};
+    static const std::vector<QString> bad = {u"("_s,  u"["_s, u"*"_s,   u"a{"_s, u")"_s,
+                                             u"\\"_s, u"+"_s, u"{2}"_s, u"]"_s,  u"}"_s};
+    static const std::vector<QString> quantifiers = {u"*"_s,     u"+"_s,    u"?"_s,  u"{0}"_s,
+                                                     u"{1,2}"_s, u"{,1}"_s, u"+?"_s, u"?+"_s};
     QString expression;
     for (int i = 1 + random->bounded(4); i > 0; --i) {
         const int kind = random->bounded(24);
@@ -145,14 +145,14 @@ QString described(const MatchCase &match)
             if (character >= u' ' && character <= u'~')
                 shown += character;
             else
-                shown += u"\\u%1"_qs.arg(int(character.unicode()), 4, 16, QChar(u'0'));
+                shown += u"\\u%1"_s.arg(int(character.unicode()), 4, 16, QChar(u'0'));
         }
         return u'"' + shown + u'"';
     };
     QStringList words;
     for (const QString &word : match.words)
         words.append(escaped(word));
-    return u"text %1, flags %2, words %3"_qs.arg(escaped(match.text))
+    return u"text %1, flags %2, words %3"_s.arg(escaped(match.text))
         .arg(match.flags)
-        .arg(words.join(u", "_qs));
+        .arg(words.join(u", "_s));
 }

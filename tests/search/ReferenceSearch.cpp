@@ -4,22 +4,23 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QStringList Vocabulary = {
-    u"art"_qs,         u"cart"_qs, u"Art"_qs,           u"artist"_qs,        u"red"_qs,
-    u"Tired"_qs,       u"it's"_qs, u"it\u2019s"_qs,     u"\"so\""_qs,        u"\u201cso\u201d"_qs,
-    u"a.c"_qs,         u"abc"_qs,  u"\u00e9t\u00e9"_qs, u"\u00c9T\u00c9"_qs, u"2"_qs,
-    u"b2b"_qs,         u"(x)"_qs,  u"dark blue"_qs,     u"\u6f22\u5b57"_qs,  u"\U0001d11e"_qs,
-    u"stra\u00dfe"_qs,
+    u"art"_s,         u"cart"_s, u"Art"_s,           u"artist"_s,        u"red"_s,
+    u"Tired"_s,       u"it's"_s, u"it\u2019s"_s,     u"\"so\""_s,        u"\u201cso\u201d"_s,
+    u"a.c"_s,         u"abc"_s,  u"\u00e9t\u00e9"_s, u"\u00c9T\u00c9"_s, u"2"_s,
+    u"b2b"_s,         u"(x)"_s,  u"dark blue"_s,     u"\u6f22\u5b57"_s,  u"\U0001d11e"_s,
+    u"stra\u00dfe"_s,
 };
 
-const QStringList Separators = {u" "_qs, u", "_qs, u","_qs,     u"\n"_qs,
-                                u"-"_qs, u""_qs,   u"\u00a0"_qs};
+const QStringList Separators = {u" "_s, u", "_s, u","_s, u"\n"_s, u"-"_s, u""_s, u"\u00a0"_s};
 
 const QStringList Expressions = {
-    u"a.c"_qs,        u"^art"_qs, u"art$"_qs, u"\\bart\\b"_qs, u"[a-c]+2"_qs,
-    u"(red|it's)"_qs, u"("_qs,    u"\\d"_qs,  u"t.*d"_qs,      u""_qs};
+    u"a.c"_s,        u"^art"_s, u"art$"_s, u"\\bart\\b"_s, u"[a-c]+2"_s,
+    u"(red|it's)"_s, u"("_s,    u"\\d"_s,  u"t.*d"_s,      u""_s};
 
 constexpr int CaseSensitive = 2;
 constexpr int WholeWord = 4 | 8;
@@ -44,7 +45,7 @@ QStringList splitAtBlanks(const QString &text)
 
 QStringList splitAtCommasOrBlanks(const QString &text)
 {
-    return text.contains(u", "_qs) ? text.split(u", "_qs, Qt::SkipEmptyParts) : splitAtBlanks(text);
+    return text.contains(u", "_s) ? text.split(u", "_s, Qt::SkipEmptyParts) : splitAtBlanks(text);
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 SqlTrace::SqlTrace(const QSqlDatabase &database)
     : mHandle(*static_cast<sqlite3 *const *>(database.driver()->handle().constData()))
 {
@@ -30,9 +32,9 @@ QStringList SqlTrace::take()
 int SqlTrace::record(unsigned, void *trace, void *statement, void *)
 {
     // The driver has the database count placeholders that are bound by position.
-    static const QRegularExpression counted(u":\\d+"_qs);
+    static const QRegularExpression counted(u":\\d+"_s);
     QString text = QString::fromUtf8(sqlite3_sql(static_cast<sqlite3_stmt *>(statement)));
-    static_cast<SqlTrace *>(trace)->mStatements.append(text.replace(counted, u"?"_qs));
+    static_cast<SqlTrace *>(trace)->mStatements.append(text.replace(counted, u"?"_s));
     return 0;
 }
 
@@ -45,7 +47,7 @@ QStringList rowsOf(const QSqlDatabase &database, const QString &statement)
     while (query.next()) {
         QStringList values;
         for (int i = 0; query.value(i).isValid(); ++i)
-            values.append(query.isNull(i) ? u"NULL"_qs : query.value(i).toString());
+            values.append(query.isNull(i) ? u"NULL"_s : query.value(i).toString());
         rows.append(values.join(u'|'));
     }
     return rows;
@@ -62,6 +64,6 @@ void expectSqlErrors(const QString &part, int times)
 {
     for (int i = 0; i < times; ++i)
         QTest::ignoreMessage(QtCriticalMsg,
-                             QRegularExpression(u"^sql error \".*%1.* \\d+$"_qs.arg(part),
+                             QRegularExpression(u"^sql error \".*%1.* \\d+$"_s.arg(part),
                                                 QRegularExpression::DotMatchesEverythingOption));
 }

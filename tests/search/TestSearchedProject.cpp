@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void writeFile(const QString &path, const QByteArray &content)
@@ -39,7 +41,7 @@ private:
 };
 
 TestSearchedProject::TestSearchedProject()
-    : mPath(mDirectory.filePath(u"Novel.tavel"_qs))
+    : mPath(mDirectory.filePath(u"Novel.tavel"_s))
     , mFolder(mPath, TVL::FormatVersion18)
     , mChecksums(&mFolder)
     , mRoot({-1, QUuid()}, nullptr)

@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The rows of a statement, each with blanks between its values. */
@@ -31,7 +33,7 @@ QStringList plainRowsOf(const TVLSearchIndex &index, const QString &statement)
 
 QStringList keywordRows(const TVLSearchIndex &index)
 {
-    return plainRowsOf(index, u"SELECT identity, title FROM ProjectKeywords ORDER BY identity"_qs);
+    return plainRowsOf(index, u"SELECT identity, title FROM ProjectKeywords ORDER BY identity"_s);
 }
 
 /** Document, type and value of each row. */
@@ -39,14 +41,14 @@ QStringList documentRows(const TVLSearchIndex &index)
 {
     return plainRowsOf(index,
                        u"SELECT identity, type, propertyValue FROM DocumentIntProperties "
-                       "ORDER BY identity, type, rowid"_qs);
+                       "ORDER BY identity, type, rowid"_s);
 }
 
 void ignoreSqlErrors(const QString &text, int times = 1)
 {
     for (int i = 0; i < times; ++i)
-        QTest::ignoreMessage(
-            QtCriticalMsg, QRegularExpression(u"^sql error \".*\" \".*%1.*\" \\d+$"_qs.arg(text)));
+        QTest::ignoreMessage(QtCriticalMsg,
+                             QRegularExpression(u"^sql error \".*\" \".*%1.*\" \\d+$"_s.arg(text)));
 }
 
 } // namespace
@@ -83,59 +85,59 @@ private:
 
 void TstKeywordRows::aKeywordIsAdded()
 {
-    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_s));
     QVERIFY(mIndex->addKeyword(1, QString()));
-    QVERIFY(mIndex->addKeyword(2, u"x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_qs));
-    QCOMPARE(keywordRows(*mIndex),
-             QStringList(
-                 {u"1 "_qs, u"2 x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_qs, u"3 Sea"_qs}));
+    QVERIFY(mIndex->addKeyword(2, u"x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_s));
+    QCOMPARE(
+        keywordRows(*mIndex),
+        QStringList({u"1 "_s, u"2 x'); DROP TABLE ProjectKeywords; -- :i \u6f22"_s, u"3 Sea"_s}));
 }
 
 void TstKeywordRows::aKeywordOfATakenIdIsRefusedAndLogged()
 {
-    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
-    ignoreSqlErrors(u"UNIQUE constraint failed: ProjectKeywords.identity"_qs);
-    QVERIFY(!mIndex->addKeyword(3, u"Land"_qs));
-    QCOMPARE(keywordRows(*mIndex), QStringList{u"3 Sea"_qs});
-    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_s));
+    ignoreSqlErrors(u"UNIQUE constraint failed: ProjectKeywords.identity"_s);
+    QVERIFY(!mIndex->addKeyword(3, u"Land"_s));
+    QCOMPARE(keywordRows(*mIndex), QStringList{u"3 Sea"_s});
+    QVERIFY(mIndex->addKeyword(4, u"Land"_s));
 }
 
 void TstKeywordRows::aKeywordIsRenamed()
 {
-    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
-    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
-    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_qs));
-    QCOMPARE(keywordRows(*mIndex), QStringList({u"3 Ocean"_qs, u"4 Land"_qs}));
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_s));
+    QVERIFY(mIndex->addKeyword(4, u"Land"_s));
+    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_s));
+    QCOMPARE(keywordRows(*mIndex), QStringList({u"3 Ocean"_s, u"4 Land"_s}));
 }
 
 void TstKeywordRows::renamingAnUnknownKeywordChangesNothing()
 {
-    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_qs));
+    QVERIFY(mIndex->updateKeyword(3, u"Ocean"_s));
     QCOMPARE(keywordRows(*mIndex), QStringList());
 }
 
 void TstKeywordRows::aKeywordIsRemovedWithItsDocuments()
 {
-    QVERIFY(mIndex->addKeyword(3, u"Sea"_qs));
-    QVERIFY(mIndex->addKeyword(4, u"Land"_qs));
+    QVERIFY(mIndex->addKeyword(3, u"Sea"_s));
+    QVERIFY(mIndex->addKeyword(4, u"Land"_s));
     QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
     QVERIFY(mIndex->setDocumentKeywords(11, {3}));
     QVERIFY(mIndex->removeKeyword(3));
-    QCOMPARE(keywordRows(*mIndex), QStringList{u"4 Land"_qs});
-    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 4"_qs});
+    QCOMPARE(keywordRows(*mIndex), QStringList{u"4 Land"_s});
+    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 4"_s});
     QVERIFY(mIndex->removeKeyword(77));
 }
 
 void TstKeywordRows::onlyRowsOfKeywordsGoWithAKeyword()
 {
     // A label and a status of the keyword's number.
-    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 3), (10, 7, 3)"_qs);
+    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 3), (10, 7, 3)"_s);
     QVERIFY(mIndex->addDocumentKeyword(10, 3));
     QCOMPARE(mIndex->affectedDocuments(3), QSet<int>{10});
     QVERIFY(mIndex->removeDocumentKeyword(10, 3));
     QVERIFY(mIndex->removeKeyword(3));
     QVERIFY(mIndex->setDocumentKeywords(10, {}));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"10 6 3"_qs, u"10 7 3"_qs}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 6 3"_s, u"10 7 3"_s}));
     QVERIFY(mIndex->affectedDocuments(3).isEmpty());
 }
 
@@ -144,7 +146,7 @@ void TstKeywordRows::documentsGetKeywords()
     QVERIFY(mIndex->addDocumentKeyword(10, 3));
     QVERIFY(mIndex->addDocumentKeyword(10, 1));
     QVERIFY(mIndex->addDocumentKeyword(0, 3));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"0 5 3"_qs, u"10 5 3"_qs, u"10 5 1"_qs}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"0 5 3"_s, u"10 5 3"_s, u"10 5 1"_s}));
     QCOMPARE(mIndex->affectedDocuments(3), QSet<int>({0, 10}));
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{10});
     QVERIFY(mIndex->affectedDocuments(2).isEmpty());
@@ -156,7 +158,7 @@ void TstKeywordRows::aKeywordOfADocumentIsRemoved()
     QVERIFY(mIndex->setDocumentKeywords(11, {3}));
     QVERIFY(mIndex->removeDocumentKeyword(10, 3));
     QVERIFY(mIndex->removeDocumentKeyword(11, 4));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 4"_qs, u"11 5 3"_qs}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 4"_s, u"11 5 3"_s}));
 }
 
 void TstKeywordRows::keywordsOfADocumentAreReplaced()
@@ -164,9 +166,9 @@ void TstKeywordRows::keywordsOfADocumentAreReplaced()
     QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
     QVERIFY(mIndex->setDocumentKeywords(11, {3}));
     QVERIFY(mIndex->setDocumentKeywords(10, {7, 3}));
-    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 7"_qs, u"10 5 3"_qs, u"11 5 3"_qs}));
+    QCOMPARE(documentRows(*mIndex), QStringList({u"10 5 7"_s, u"10 5 3"_s, u"11 5 3"_s}));
     QVERIFY(mIndex->setDocumentKeywords(10, {}));
-    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
+    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_s});
 }
 
 void TstKeywordRows::aDocumentIsAffectedOnce()
@@ -180,22 +182,22 @@ void TstKeywordRows::aDocumentIsAffectedOnce()
 void TstKeywordRows::aRemovedDocumentKeepsItsTexts()
 {
     execute(*mIndex,
-            u"INSERT INTO DocumentSearchProperties VALUES (10, 1, 'Title', 1), (10, 2, 'x', 0)"_qs);
-    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 1), (10, 7, 2)"_qs);
+            u"INSERT INTO DocumentSearchProperties VALUES (10, 1, 'Title', 1), (10, 2, 'x', 0)"_s);
+    execute(*mIndex, u"INSERT INTO DocumentIntProperties VALUES (10, 6, 1), (10, 7, 2)"_s);
     QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
     QVERIFY(mIndex->setDocumentKeywords(11, {3}));
     QVERIFY(mIndex->removeDocument(10));
-    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_qs});
-    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentSearchProperties"_qs),
-             QStringList{u"2"_qs});
+    QCOMPARE(documentRows(*mIndex), QStringList{u"11 5 3"_s});
+    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentSearchProperties"_s),
+             QStringList{u"2"_s});
     QVERIFY(mIndex->removeDocument(99));
 }
 
 void TstKeywordRows::aNewStoreHasNothingBeyondItsTables()
 {
-    const QString objects = u"SELECT count(*) FROM sqlite_master WHERE sql IS NOT NULL"_qs;
+    const QString objects = u"SELECT count(*) FROM sqlite_master WHERE sql IS NOT NULL"_s;
     QVERIFY(mIndex->affectedDocuments(1).isEmpty());
-    QCOMPARE(plainRowsOf(*mIndex, objects), QStringList{u"6"_qs});
+    QCOMPARE(plainRowsOf(*mIndex, objects), QStringList{u"6"_s});
 }
 
 void TstKeywordRows::successMarksTheStoreAsModified()
@@ -203,8 +205,8 @@ void TstKeywordRows::successMarksTheStoreAsModified()
     QVERIFY(mIndex->affectedDocuments(1).isEmpty());
     QVERIFY(!mIndex->isModified());
     const QList<std::function<bool(TVLSearchIndex *)>> changes = {
-        [](TVLSearchIndex *index) { return index->addKeyword(1, u"a"_qs); },
-        [](TVLSearchIndex *index) { return index->updateKeyword(1, u"b"_qs); },
+        [](TVLSearchIndex *index) { return index->addKeyword(1, u"a"_s); },
+        [](TVLSearchIndex *index) { return index->updateKeyword(1, u"b"_s); },
         [](TVLSearchIndex *index) { return index->removeKeyword(1); },
         [](TVLSearchIndex *index) { return index->addDocumentKeyword(1, 1); },
         [](TVLSearchIndex *index) { return index->removeDocumentKeyword(1, 1); },
@@ -219,12 +221,12 @@ void TstKeywordRows::successMarksTheStoreAsModified()
 
 void TstKeywordRows::aFailureIsLoggedAndTheStoreWorksOn()
 {
-    execute(*mIndex, u"ALTER TABLE ProjectKeywords RENAME TO Away"_qs);
-    execute(*mIndex, u"ALTER TABLE DocumentIntProperties RENAME TO AwayToo"_qs);
-    ignoreSqlErrors(u"no such table: ProjectKeywords"_qs, 3);
-    ignoreSqlErrors(u"no such table: .*DocumentIntProperties"_qs, 8);
-    QVERIFY(!mIndex->addKeyword(1, u"a"_qs));
-    QVERIFY(!mIndex->updateKeyword(1, u"a"_qs));
+    execute(*mIndex, u"ALTER TABLE ProjectKeywords RENAME TO Away"_s);
+    execute(*mIndex, u"ALTER TABLE DocumentIntProperties RENAME TO AwayToo"_s);
+    ignoreSqlErrors(u"no such table: ProjectKeywords"_s, 3);
+    ignoreSqlErrors(u"no such table: .*DocumentIntProperties"_s, 8);
+    QVERIFY(!mIndex->addKeyword(1, u"a"_s));
+    QVERIFY(!mIndex->updateKeyword(1, u"a"_s));
     QVERIFY(!mIndex->removeKeyword(1));
     QVERIFY(!mIndex->addDocumentKeyword(1, 1));
     QVERIFY(!mIndex->removeDocumentKeyword(1, 1));
@@ -233,9 +235,9 @@ void TstKeywordRows::aFailureIsLoggedAndTheStoreWorksOn()
     QVERIFY(!mIndex->removeDocument(1));
     QVERIFY(!mIndex->isModified());
 
-    execute(*mIndex, u"ALTER TABLE Away RENAME TO ProjectKeywords"_qs);
-    execute(*mIndex, u"ALTER TABLE AwayToo RENAME TO DocumentIntProperties"_qs);
-    QVERIFY(mIndex->addKeyword(1, u"a"_qs));
+    execute(*mIndex, u"ALTER TABLE Away RENAME TO ProjectKeywords"_s);
+    execute(*mIndex, u"ALTER TABLE AwayToo RENAME TO DocumentIntProperties"_s);
+    QVERIFY(mIndex->addKeyword(1, u"a"_s));
     QVERIFY(mIndex->setDocumentKeywords(1, {1}));
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{1});
 }
@@ -245,22 +247,22 @@ void TstKeywordRows::aReplacementStopsAtTheFirstThatFails()
     QVERIFY(mIndex->setDocumentKeywords(10, {3, 4}));
     execute(*mIndex,
             u"CREATE TRIGGER refuse BEFORE INSERT ON DocumentIntProperties "
-            "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs);
-    ignoreSqlErrors(u"refused"_qs, 1);
+            "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
+    ignoreSqlErrors(u"refused"_s, 1);
     QVERIFY(!mIndex->setDocumentKeywords(10, {1, 9, 2}));
-    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 1"_qs});
+    QCOMPARE(documentRows(*mIndex), QStringList{u"10 5 1"_s});
 }
 
 void TstKeywordRows::statementsWorkInsideATransaction()
 {
     QVERIFY(mIndex->transaction());
-    QVERIFY(mIndex->addKeyword(1, u"a"_qs));
+    QVERIFY(mIndex->addKeyword(1, u"a"_s));
     QVERIFY(mIndex->setDocumentKeywords(5, {1}));
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{5});
     QVERIFY(mIndex->rollback());
     QCOMPARE(keywordRows(*mIndex), QStringList());
     QVERIFY(mIndex->affectedDocuments(1).isEmpty());
-    QVERIFY(mIndex->addKeyword(1, u"b"_qs));
+    QVERIFY(mIndex->addKeyword(1, u"b"_s));
 }
 
 void TstKeywordRows::manyDocumentsAndKeywords()
@@ -279,8 +281,8 @@ void TstKeywordRows::manyDocumentsAndKeywords()
     for (int id = 0; id < 5000; ++id)
         QVERIFY(mIndex->removeKeyword(id));
     qInfo("asked, replaced and removed in %lld ms", timer.elapsed());
-    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentIntProperties"_qs),
-             QStringList{u"5000"_qs});
+    QCOMPARE(plainRowsOf(*mIndex, u"SELECT count(*) FROM DocumentIntProperties"_s),
+             QStringList{u"5000"_s});
 }
 
 TVL_TEST(TstKeywordRows)

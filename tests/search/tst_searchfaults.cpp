@@ -18,6 +18,8 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
+
 struct sqlite3;
 Q_DECLARE_OPAQUE_POINTER(sqlite3 *)
 
@@ -88,8 +90,8 @@ private:
     rlimit mBefore = {};
 };
 
-const QList<TVLLabel> Labels = {{3, u"Three"_qs, QColor(1, 2, 3)}, {1, u"Uno"_qs, QColor()}};
-const QList<TVLStatusItem> Items = {{3, u"Three"_qs}, {1, u"Uno"_qs}};
+const QList<TVLLabel> Labels = {{3, u"Three"_s, QColor(1, 2, 3)}, {1, u"Uno"_s, QColor()}};
+const QList<TVLStatusItem> Items = {{3, u"Three"_s}, {1, u"Uno"_s}};
 
 } // namespace
 
@@ -113,34 +115,34 @@ private:
 void TstSearchFaults::checkThatAllFails(TVLSearchIndex *index)
 {
     TestSearchedProject project;
-    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
+    TVLProjectNode *node = project.addNode(7, u"Title"_s);
     QVERIFY(!index->addProjectNode(node));
     QVERIFY(!index->addDocument(project.searchedIndex(7)));
-    QVERIFY(!index->addDocumentData(7, u"Title"_qs, 1, 1, {1}));
+    QVERIFY(!index->addDocumentData(7, u"Title"_s, 1, 1, {1}));
     QVERIFY(!index->removeDocument(7));
     for (int property = 0; property < 10; ++property) {
         const auto value = TVL::DocumentProperty(property);
-        index->updatePropertyNode(node, value, u"text"_qs, true);
+        index->updatePropertyNode(node, value, u"text"_s, true);
         index->invalidatePropertyNode(node, value);
         index->validateProperty(7, value);
         QVERIFY(!index->hasText(7, value));
-        QVERIFY(index->searchTextProperties({u"x"_qs}, 0, value).isEmpty());
-        QVERIFY(index->searchIntProperties({u"x"_qs}, 0, value).isEmpty());
+        QVERIFY(index->searchTextProperties({u"x"_s}, 0, value).isEmpty());
+        QVERIFY(index->searchIntProperties({u"x"_s}, 0, value).isEmpty());
     }
-    QVERIFY(!index->addLabel(1, u"One"_qs, QColor()));
+    QVERIFY(!index->addLabel(1, u"One"_s, QColor()));
     QVERIFY(!index->setLabels(Labels));
     QVERIFY(index->labels().isEmpty());
     QVERIFY(!index->hasLabel(1));
-    QVERIFY(!index->addStatusItem(1, u"One"_qs));
+    QVERIFY(!index->addStatusItem(1, u"One"_s));
     QVERIFY(!index->setStatusItems(Items));
     QVERIFY(index->statusItems().isEmpty());
-    QVERIFY(!index->addKeyword(1, u"One"_qs));
-    QVERIFY(!index->updateKeyword(1, u"One"_qs));
+    QVERIFY(!index->addKeyword(1, u"One"_s));
+    QVERIFY(!index->updateKeyword(1, u"One"_s));
     QVERIFY(!index->removeKeyword(1));
     QVERIFY(!index->setDocumentKeywords(7, {1}));
     QVERIFY(index->affectedDocuments(1).isEmpty());
     QVERIFY(index->notConfirmedIndexes().isEmpty());
-    QVERIFY(index->indexes(searchFor(u"x"_qs)).isEmpty());
+    QVERIFY(index->indexes(searchFor(u"x"_s)).isEmpty());
     QVERIFY(!index->createTables());
     QVERIFY(!index->dropTables());
 }
@@ -155,18 +157,18 @@ void TstSearchFaults::aStoreWithoutDriverIsEmptyAndUsable()
 {
     const QStringList paths = QCoreApplication::libraryPaths();
     QCoreApplication::setLibraryPaths({});
-    if (QSqlDatabase::isDriverAvailable(u"QSQLITE"_qs)) {
+    if (QSqlDatabase::isDriverAvailable(u"QSQLITE"_s)) {
         QCoreApplication::setLibraryPaths(paths);
         QFAIL("The driver is there already");
     }
     TestSearchedProject project;
-    project.addNode(7, u"Title"_qs);
+    project.addNode(7, u"Title"_s);
     {
         const LogTaker taker;
         TVLSearchIndex index(&project);
         QVERIFY(!index.isOpen());
-        QCOMPARE(taker.lines().filter(u"could not open QSQLITE connection"_qs).size(), 1);
-        QCOMPARE(taker.lines().filter(u"could not create schema:"_qs).size(), 0);
+        QCOMPARE(taker.lines().filter(u"could not open QSQLITE connection"_s).size(), 1);
+        QCOMPARE(taker.lines().filter(u"could not create schema:"_s).size(), 0);
         checkThatAllFails(&index);
         QVERIFY(!index.isModified());
 
@@ -183,17 +185,17 @@ void TstSearchFaults::aStoreWithoutDriverIsEmptyAndUsable()
 void TstSearchFaults::theHandleOfAnotherSqliteIsNotTouched()
 {
     ForeignDriver::sMemory = foreignMemory();
-    QSqlDatabase::registerSqlDriver(u"QSQLITE"_qs, new QSqlDriverCreator<ForeignDriver>);
+    QSqlDatabase::registerSqlDriver(u"QSQLITE"_s, new QSqlDriverCreator<ForeignDriver>);
     {
         const LogTaker taker;
         TVLSearchIndex index;
         QVERIFY(index.isOpen());
-        QCOMPARE(taker.lines().filter(u"needs an open connection of SQLite"_qs).size(), 1);
+        QCOMPARE(taker.lines().filter(u"needs an open connection of SQLite"_s).size(), 1);
         QVERIFY(index.labels().isEmpty());
     }
     QCOMPARE(ForeignDriver::sMemory, foreignMemory());
-    QSqlDatabase::registerSqlDriver(u"QSQLITE"_qs, nullptr);
-    QVERIFY(TVLSearchIndex().addLabel(1, u"One"_qs, QColor()));
+    QSqlDatabase::registerSqlDriver(u"QSQLITE"_s, nullptr);
+    QVERIFY(TVLSearchIndex().addLabel(1, u"One"_s, QColor()));
 }
 
 void TstSearchFaults::aStoreThatIsNotConnectedIsEmptyAndUsable()
@@ -202,19 +204,19 @@ void TstSearchFaults::aStoreThatIsNotConnectedIsEmptyAndUsable()
     const LogTaker taker;
     index.close();
     TestSearchedProject project;
-    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
-    index.updatePropertyNode(node, TVL::TextProperty, u"text"_qs, true);
+    TVLProjectNode *node = project.addNode(7, u"Title"_s);
+    index.updatePropertyNode(node, TVL::TextProperty, u"text"_s, true);
     QVERIFY(!index.hasText(node, TVL::TextProperty));
     QVERIFY(!index.setLabels(Labels));
     QVERIFY(index.labels().isEmpty());
-    QVERIFY(index.indexes(searchFor(u"x"_qs)).isEmpty());
+    QVERIFY(index.indexes(searchFor(u"x"_s)).isEmpty());
     QVERIFY(!index.isModified());
 }
 
 void TstSearchFaults::aStoreNeedsNoRoomOnDisk()
 {
     constexpr int Count = 2000;
-    const QString prose = u"5 KB of prose, or so it seems. "_qs.repeated(165);
+    const QString prose = u"5 KB of prose, or so it seems. "_s.repeated(165);
     TestSearchedProject project;
     const LogTaker taker;
     const FileSizeLimit limit(20'000);
@@ -222,32 +224,32 @@ void TstSearchFaults::aStoreNeedsNoRoomOnDisk()
     QVERIFY(index.setLabels(Labels));
     QVERIFY(index.setStatusItems(Items));
     for (int id = 0; id < Count; ++id) {
-        TVLProjectNode *node = project.addNode(id, u"Title"_qs);
+        TVLProjectNode *node = project.addNode(id, u"Title"_s);
         QVERIFY(index.addProjectNode(node));
         index.updatePropertyNode(node, TVL::NotesProperty, prose, true);
         project.setText(id, TVL::TextProperty, prose + QString::number(id));
     }
-    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_qs)), QList<int>{1999});
+    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_s)), QList<int>{1999});
     // All of it once more inside the transaction that the first search opened.
     for (int id = 0; id < Count; ++id) {
         project.setText(id, TVL::TextProperty, prose + prose + QString::number(id));
         index.invalidateDocument(id, TVL::MainText);
     }
-    QCOMPARE(index.indexes(searchFor(u"5 KB"_qs)).size(), Count);
+    QCOMPARE(index.indexes(searchFor(u"5 KB"_s)).size(), Count);
     QCOMPARE(taker.lines(), QStringList());
-    QVERIFY(!index.setLabels({{7, u"a"_qs, QColor()}, {7, u"b"_qs, QColor()}}));
+    QVERIFY(!index.setLabels({{7, u"a"_s, QColor()}, {7, u"b"_s, QColor()}}));
     QCOMPARE(taker.lines().size(), 1);
     QCOMPARE(index.labels(), Labels);
     QCOMPARE(index.statusItems(), Items);
-    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_qs)), QList<int>{1999});
-    QCOMPARE(rowsOf(index, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+    QCOMPARE(index.indexes(searchFor(u"seems. 1999"_s)), QList<int>{1999});
+    QCOMPARE(rowsOf(index, u"PRAGMA integrity_check"_s), QStringList{u"ok"_s});
 }
 
 void TstSearchFaults::aFileThatIsCutOffByTheDiskIsNotTakenForSaved()
 {
     TestSearchedProject project;
     TVLSearchIndex index(&project);
-    TVLProjectNode *node = project.addNode(7, u"Title"_qs);
+    TVLProjectNode *node = project.addNode(7, u"Title"_s);
     QVERIFY(index.addProjectNode(node));
     index.updatePropertyNode(node, TVL::TextProperty, QString(100'000, u'x'), true);
     {

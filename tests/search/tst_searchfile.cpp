@@ -12,9 +12,11 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString CouldNotOpen = u"Could not find or open the search.indexes file"_qs;
+const QString CouldNotOpen = u"Could not find or open the search.indexes file"_s;
 
 /** A file with the given items. */
 QByteArray fileOf(const QByteArray &documents)
@@ -29,11 +31,11 @@ QStringList rowsOfItem(const TVLSearchIndex &index, int id = 7)
 {
     return rowsOf(index,
                   u"SELECT type, propertyValue, confirmed FROM DocumentSearchProperties "
-                  "WHERE identity = %1 ORDER BY type"_qs.arg(id));
+                  "WHERE identity = %1 ORDER BY type"_s.arg(id));
 }
 
-const QStringList UntouchedRows = {u"1|Title|1"_qs, u"2||0"_qs, u"3||0"_qs,
-                                   u"4||0"_qs,      u"8||0"_qs, u"9||0"_qs};
+const QStringList UntouchedRows = {u"1|Title|1"_s, u"2||0"_s, u"3||0"_s,
+                                   u"4||0"_s,      u"8||0"_s, u"9||0"_s};
 
 } // namespace
 
@@ -116,7 +118,7 @@ void TstSearchFile::cleanup()
 
 TVLProjectNode *TstSearchFile::addItem(int id)
 {
-    TVLProjectNode *node = mProject->addNode(id, u"Title"_qs);
+    TVLProjectNode *node = mProject->addNode(id, u"Title"_s);
     if (!mIndex->addProjectNode(node))
         qFatal("The item could not be added");
     return node;
@@ -148,21 +150,21 @@ void TstSearchFile::anEmptyStoreIsWritten()
 void TstSearchFile::theFileLiesInTheProject()
 {
     QCOMPARE(mIndex->searchIndexesFilePath(),
-             mProject->searchedPath() + u"/Files/search.indexes"_qs);
+             mProject->searchedPath() + u"/Files/search.indexes"_s);
 }
 
 void TstSearchFile::itemsAreWrittenWithWhatTheyHave()
 {
     addItem(12);
     addItem(7);
-    mProject->addNode(3, u"x"_qs);
+    mProject->addNode(3, u"x"_s);
     QVERIFY(mIndex->addDocumentData(3, QString(), 1, 1, {}));
-    setText(7, TVL::TextProperty, u"a <b> & \"c\""_qs);
-    setText(7, TVL::NotesProperty, u"notes"_qs);
-    setText(7, TVL::SynopsisProperty, u"synopsis"_qs);
-    setText(7, TVL::CustomMetaDataProperty, u"meta data"_qs);
-    setText(7, TVL::CommentsProperty, u"one\ntwo"_qs);
-    setText(12, TVL::NotesProperty, u"  "_qs);
+    setText(7, TVL::TextProperty, u"a <b> & \"c\""_s);
+    setText(7, TVL::NotesProperty, u"notes"_s);
+    setText(7, TVL::SynopsisProperty, u"synopsis"_s);
+    setText(7, TVL::CustomMetaDataProperty, u"meta data"_s);
+    setText(7, TVL::CommentsProperty, u"one\ntwo"_s);
+    setText(12, TVL::NotesProperty, u"  "_s);
     mIndex->save();
     QCOMPARE(mProject->readIndex(),
              fileOf("        <Document ID=\"3\"/>\n"
@@ -187,16 +189,16 @@ void TstSearchFile::theFileIsWrittenWithTheseStatements()
     SqlTrace trace(*mIndex);
     mIndex->save();
     const QString selectText =
-        u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_qs;
+        u"SELECT propertyValue FROM DocumentSearchProperties WHERE type=:t AND identity = :i"_s;
     QCOMPARE(trace.take(),
-             QStringList(u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs)
+             QStringList(u"SELECT DISTINCT identity FROM DocumentSearchProperties"_s)
                  + QStringList(12, selectText));
 }
 
 void TstSearchFile::aTextOfARemovedItemIsWritten()
 {
     addItem(7);
-    setText(7, TVL::TextProperty, u"still here"_qs);
+    setText(7, TVL::TextProperty, u"still here"_s);
     QVERIFY(mIndex->removeDocument(7));
     mIndex->save();
     QVERIFY(mProject->readIndex().contains("<Document ID=\"7\">"));
@@ -208,13 +210,13 @@ void TstSearchFile::whatXmlCannotHoldIsCleaned_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("read");
     QTest::newRow("control characters")
-        << u"a\u0001b\u001fc"_qs + QChar(0) + u"d\u007f"_qs << u"abcd\u007f"_qs;
-    QTest::newRow("tabs and line ends") << u"\ta\nb\r\nc\rd"_qs << u"\ta\nb\r\nc\rd"_qs;
-    QTest::newRow("half a pair") << u"a"_qs + QChar(0xd800) + u"b"_qs << u"a\ufffdb"_qs;
+        << u"a\u0001b\u001fc"_s + QChar(0) + u"d\u007f"_s << u"abcd\u007f"_s;
+    QTest::newRow("tabs and line ends") << u"\ta\nb\r\nc\rd"_s << u"\ta\nb\r\nc\rd"_s;
+    QTest::newRow("half a pair") << u"a"_s + QChar(0xd800) + u"b"_s << u"a\ufffdb"_s;
     QTest::newRow("no characters")
-        << u"a"_qs + QChar(0xfffe) + QChar(0xffff) + u"b"_qs << u"a\ufffd\ufffdb"_qs;
-    QTest::newRow("nothing left") << u"\u0001"_qs << u""_qs;
-    QTest::newRow("an end of CDATA") << u"a]]>b"_qs << u"a]]>b"_qs;
+        << u"a"_s + QChar(0xfffe) + QChar(0xffff) + u"b"_s << u"a\ufffd\ufffdb"_s;
+    QTest::newRow("nothing left") << u"\u0001"_s << u""_s;
+    QTest::newRow("an end of CDATA") << u"a]]>b"_s << u"a]]>b"_s;
 }
 
 void TstSearchFile::whatXmlCannotHoldIsCleaned()
@@ -226,13 +228,13 @@ void TstSearchFile::whatXmlCannotHoldIsCleaned()
     mIndex->save();
 
     TVLSearchIndex again(mProject.get());
-    QVERIFY(again.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QVERIFY(again.addDocumentData(7, u"Title"_s, 1, 1, {}));
     QString error;
     QVERIFY2(again.load(&error), qPrintable(error));
     QCOMPARE(rowsOfItem(again),
-             QStringList({u"1|Title|1"_qs, u"2|"_qs + read + u"|1"_qs, u"3|"_qs + read + u"|1"_qs,
-                          u"4|"_qs + read + u"|1"_qs, u"8|"_qs + read + u"|1"_qs,
-                          u"9|"_qs + read + u"|1"_qs}));
+             QStringList({u"1|Title|1"_s, u"2|"_s + read + u"|1"_s, u"3|"_s + read + u"|1"_s,
+                          u"4|"_s + read + u"|1"_s, u"8|"_s + read + u"|1"_s,
+                          u"9|"_s + read + u"|1"_s}));
 }
 
 void TstSearchFile::savingClearsTheModifiedFlag()
@@ -266,7 +268,7 @@ void TstSearchFile::whatALinkLeadsToIsNotWritten()
     mIndex->save();
     QVERIFY(QFile::remove(mProject->indexPath()));
     QVERIFY(QFile::link(elsewhere.fileName(), mProject->indexPath()));
-    setText(7, TVL::NotesProperty, u"notes"_qs);
+    setText(7, TVL::NotesProperty, u"notes"_s);
     QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
     mIndex->save();
     QCOMPARE(mProject->readIndex(), "of somebody else");
@@ -278,21 +280,21 @@ void TstSearchFile::aDatabaseThatFailsLeavesTheFileAsItWas()
     addItem();
     mIndex->save();
     const QByteArray before = mProject->readIndex();
-    setText(7, TVL::TextProperty, u"new"_qs);
-    execute(*mIndex, u"ALTER TABLE DocumentSearchProperties RENAME TO Away"_qs);
-    expectSqlErrors(u"SELECT DISTINCT identity.*no such table"_qs);
+    setText(7, TVL::TextProperty, u"new"_s);
+    execute(*mIndex, u"ALTER TABLE DocumentSearchProperties RENAME TO Away"_s);
+    expectSqlErrors(u"SELECT DISTINCT identity.*no such table"_s);
     mIndex->save();
     QVERIFY(mIndex->isModified());
     QCOMPARE(mProject->readIndex(), before);
 
-    execute(*mIndex, u"CREATE VIEW DocumentSearchProperties AS SELECT identity FROM Away"_qs);
-    expectSqlErrors(u"SELECT propertyValue.*no such column"_qs);
+    execute(*mIndex, u"CREATE VIEW DocumentSearchProperties AS SELECT identity FROM Away"_s);
+    expectSqlErrors(u"SELECT propertyValue.*no such column"_s);
     mIndex->save();
     QVERIFY(mIndex->isModified());
     QCOMPARE(mProject->readIndex(), before);
 
-    execute(*mIndex, u"DROP VIEW DocumentSearchProperties"_qs);
-    execute(*mIndex, u"ALTER TABLE Away RENAME TO DocumentSearchProperties"_qs);
+    execute(*mIndex, u"DROP VIEW DocumentSearchProperties"_s);
+    execute(*mIndex, u"ALTER TABLE Away RENAME TO DocumentSearchProperties"_s);
     mIndex->save();
     QVERIFY(!mIndex->isModified());
     QVERIFY(mProject->readIndex().contains("<Text>new</Text>"));
@@ -301,7 +303,7 @@ void TstSearchFile::aDatabaseThatFailsLeavesTheFileAsItWas()
 void TstSearchFile::aStoreWithoutProjectHasNoFile()
 {
     TVLSearchIndex index;
-    QVERIFY(index.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QVERIFY(index.addDocumentData(7, u"Title"_s, 1, 1, {}));
     QCOMPARE(index.searchIndexesFilePath(), QString());
     index.save();
     QVERIFY(index.isModified());
@@ -315,22 +317,22 @@ void TstSearchFile::hashesOfOtherTextsAreTakenBackFirst()
     const TVLProjectNode *node = addItem();
     mProject->writeDocument(7, TVL::MainText, "content");
     mProject->writeDocument(7, TVL::NotesText, "notes");
-    mIndex->updatePropertyNode(node, TVL::TextProperty, u"content"_qs, true);
-    mIndex->updatePropertyNode(node, TVL::NotesProperty, u"notes"_qs, true);
+    mIndex->updatePropertyNode(node, TVL::TextProperty, u"content"_s, true);
+    mIndex->updatePropertyNode(node, TVL::NotesProperty, u"notes"_s, true);
     mIndex->save();
     QVERIFY(mProject->checksums()->saveChecksums());
     const ChecksumMap before = mProject->checksums()->checksums();
     QCOMPARE(before.size(), 2);
 
-    setText(7, TVL::TextProperty, u"typed"_qs);
+    setText(7, TVL::TextProperty, u"typed"_s);
     mIndex->save();
     QVERIFY(mProject->readIndex().contains("typed"));
     QVERIFY(mProject->checksums()->loadChecksums());
     QCOMPARE(mProject->checksums()->checksums(),
-             (ChecksumMap{{{QUuid(), u"7_notes.rtf"_qs}, before.last()}}));
+             (ChecksumMap{{{QUuid(), u"7_notes.rtf"_s}, before.last()}}));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|typed|0"_qs));
-    QVERIFY(rowsOfItem(*mIndex).contains(u"3|notes|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|typed|0"_s));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|notes|1"_s));
 }
 
 void TstSearchFile::textsStayAsTheyAreWhenHashesCannotBeTakenBack()
@@ -341,7 +343,7 @@ void TstSearchFile::textsStayAsTheyAreWhenHashesCannotBeTakenBack()
     const QString hashes =
         TVLProjectFolderFormat::projectChecksumFilePathId(mProject->searchedPath());
     QVERIFY(QDir().mkpath(hashes));
-    setText(7, TVL::TextProperty, u"new"_qs);
+    setText(7, TVL::TextProperty, u"new"_s);
     QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
     mIndex->save();
     QCOMPARE(mProject->readIndex(), before);
@@ -357,13 +359,13 @@ void TstSearchFile::textsStayAsTheyAreWhileTheFolderOfTheHashesIsAway()
     mIndex->save();
     const QByteArray before = mProject->readIndex();
     const QString docs = TVLProjectFolderFormat::filesDocsPath(mProject->searchedPath());
-    QVERIFY(QFile::rename(docs, docs + u".away"_qs));
-    setText(7, TVL::TextProperty, u"new"_qs);
+    QVERIFY(QFile::rename(docs, docs + u".away"_s));
+    setText(7, TVL::TextProperty, u"new"_s);
     QTest::ignoreMessage(QtCriticalMsg, "could not write to search indexes file");
     mIndex->save();
     QCOMPARE(mProject->readIndex(), before);
     QVERIFY(mIndex->isModified());
-    QVERIFY(QFile::rename(docs + u".away"_qs, docs));
+    QVERIFY(QFile::rename(docs + u".away"_s, docs));
     mIndex->save();
     QVERIFY(!mIndex->isModified());
 }
@@ -376,12 +378,12 @@ void TstSearchFile::anAbsentFileIsNoError()
     mProject->writeDocument(7, TVL::MainText, "content");
     mProject->recordHashes();
     mProject->checksums()->setChecksums({});
-    QString error = u"as before"_qs;
+    QString error = u"as before"_s;
     QVERIFY(!mIndex->isLoaded());
     QVERIFY(mIndex->load(&error));
     QVERIFY(mIndex->isLoaded());
     QVERIFY(!mIndex->isModified());
-    QCOMPARE(error, u"as before"_qs);
+    QCOMPARE(error, u"as before"_s);
     QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
     // Without texts nothing may be confirmed by a hash.
     QVERIFY(mProject->checksums()->checksums().isEmpty());
@@ -403,7 +405,7 @@ void TstSearchFile::aFileThatFailsWhileItIsReadIsAnError()
 {
     addItem();
     // It can be opened and has no end, and reading where nothing is mapped fails.
-    QVERIFY(QFile::link(u"/proc/self/mem"_qs, mProject->indexPath()));
+    QVERIFY(QFile::link(u"/proc/self/mem"_s, mProject->indexPath()));
     QString error;
     QVERIFY(!mIndex->load(&error));
     QVERIFY(!error.isEmpty());
@@ -427,12 +429,12 @@ void TstSearchFile::textsAreTakenFromTheFile()
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Comments>a\nb</Comments><Notes>notes</Notes>"
                                 "<Text>a &lt;b&gt; &amp;&#13;</Text><Synopsis> s </Synopsis>"
                                 "<CustomMetaData><![CDATA[1 2]]></CustomMetaData></Document>"));
-    QString error = u"before"_qs;
+    QString error = u"before"_s;
     QVERIFY(mIndex->load(&error));
     QCOMPARE(error, QString());
     QCOMPARE(rowsOfItem(*mIndex),
-             QStringList({u"1|Title|1"_qs, u"2|a <b> &\r|1"_qs, u"3|notes|1"_qs, u"4| s |1"_qs,
-                          u"8|1 2|1"_qs, u"9|a\nb|1"_qs}));
+             QStringList({u"1|Title|1"_s, u"2|a <b> &\r|1"_s, u"3|notes|1"_s, u"4| s |1"_s,
+                          u"8|1 2|1"_s, u"9|a\nb|1"_s}));
 }
 
 void TstSearchFile::theFileIsReadWithTheseStatements()
@@ -442,11 +444,11 @@ void TstSearchFile::theFileIsReadWithTheseStatements()
     SqlTrace trace(*mIndex);
     QVERIFY(mIndex->load());
     QCOMPARE(trace.take(),
-             QStringList(u"BEGIN"_qs)
+             QStringList(u"BEGIN"_s)
                  + QStringList(5,
                                u"UPDATE DocumentSearchProperties SET propertyValue = :v, "
-                               "confirmed = :c WHERE identity = :id AND type = :t"_qs)
-                 + QStringList(u"COMMIT"_qs));
+                               "confirmed = :c WHERE identity = :id AND type = :t"_s)
+                 + QStringList(u"COMMIT"_s));
 }
 
 void TstSearchFile::theTitleOfTheFileIsNotUsed()
@@ -454,7 +456,7 @@ void TstSearchFile::theTitleOfTheFileIsNotUsed()
     addItem();
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Title>Old</Title></Document>"));
     QVERIFY(mIndex->load());
-    QCOMPARE(rowsOfItem(*mIndex).constFirst(), u"1|Title|1"_qs);
+    QCOMPARE(rowsOfItem(*mIndex).constFirst(), u"1|Title|1"_s);
 }
 
 void TstSearchFile::textsAreConfirmedByTheirFiles_data()
@@ -462,11 +464,11 @@ void TstSearchFile::textsAreConfirmedByTheirFiles_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("unconfirmed");
     QTest::newRow("none") << -1 << QString();
-    QTest::newRow("text") << int(TVL::MainText) << u"2 8"_qs;
-    QTest::newRow("notes") << int(TVL::NotesText) << u"3 8"_qs;
-    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"4 8"_qs;
+    QTest::newRow("text") << int(TVL::MainText) << u"2 8"_s;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"3 8"_s;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"4 8"_s;
     QTest::newRow("links") << int(TVL::LinksFile) << QString();
-    QTest::newRow("comments") << int(TVL::CommentsFile) << u"8 9"_qs;
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"8 9"_s;
 }
 
 void TstSearchFile::textsAreConfirmedByTheirFiles()
@@ -483,7 +485,7 @@ void TstSearchFile::textsAreConfirmedByTheirFiles()
     QVERIFY(mIndex->load());
     QCOMPARE(
         rowsOf(*mIndex,
-               u"SELECT type FROM DocumentSearchProperties WHERE confirmed = 0 ORDER BY type"_qs)
+               u"SELECT type FROM DocumentSearchProperties WHERE confirmed = 0 ORDER BY type"_s)
             .join(u' '),
         unconfirmed);
 }
@@ -495,8 +497,8 @@ void TstSearchFile::besideHashesATextWithoutOneIsNotConfirmed()
     mProject->recordHashes();
     QVERIFY(mIndex->load());
     // Nor is there a file that it could be the text of. Of an empty text there is none either way.
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|unsaved|0"_qs));
-    QVERIFY(rowsOfItem(*mIndex).contains(u"3||1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|unsaved|0"_s));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3||1"_s));
 }
 
 void TstSearchFile::commentsNeedTheTextToo()
@@ -507,10 +509,10 @@ void TstSearchFile::commentsNeedTheTextToo()
     mProject->recordHashes();
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Comments>comments</Comments></Document>"));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|1"_s));
     mProject->writeDocument(7, TVL::MainText, "changed");
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"9|comments|0"_s));
 }
 
 void TstSearchFile::metaDataNeedsAllFiles()
@@ -519,10 +521,10 @@ void TstSearchFile::metaDataNeedsAllFiles()
     mProject->writeIndex(
         fileOf("<Document ID=\"7\"><CustomMetaData>m</CustomMetaData></Document>"));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|1"_s));
     mProject->writeDocument(7, TVL::CommentsFile, "unrecorded");
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"8|m|0"_s));
 }
 
 void TstSearchFile::aFileChangedOutsideIsNotConfirmed()
@@ -533,7 +535,7 @@ void TstSearchFile::aFileChangedOutsideIsNotConfirmed()
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>stale</Text></Document>"));
     mProject->writeDocument(7, TVL::MainText, "as changed");
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_s));
 }
 
 void TstSearchFile::aFileThatIsGoneIsNotConfirmed()
@@ -545,7 +547,7 @@ void TstSearchFile::aFileThatIsGoneIsNotConfirmed()
     QVERIFY(QFile::remove(
         TVLProjectFolderFormat::docsNodeTypeFilePath(mProject->searchedPath(), 7, TVL::MainText)));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|stale|0"_s));
 }
 
 void TstSearchFile::itemsWithoutUsableIdAreSkipped_data()
@@ -572,17 +574,17 @@ void TstSearchFile::itemsWithoutUsableIdAreSkipped()
     QString error;
     QVERIFY2(mIndex->load(&error), qPrintable(error));
     QCOMPARE(rowsOfItem(*mIndex, 7), UntouchedRows);
-    QVERIFY(rowsOfItem(*mIndex, 8).contains(u"2|y|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex, 8).contains(u"2|y|1"_s));
 }
 
 void TstSearchFile::anItemThatIsNoMoreChangesNothing()
 {
     addItem(7);
     mProject->writeIndex(fileOf("<Document ID=\"99\"><Text>x</Text></Document>"));
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     QVERIFY(mIndex->load());
-    QCOMPARE(rowsOf(*mIndex, u"SELECT DISTINCT identity FROM DocumentSearchProperties"_qs),
-             QStringList{u"7"_qs});
+    QCOMPARE(rowsOf(*mIndex, u"SELECT DISTINCT identity FROM DocumentSearchProperties"_s),
+             QStringList{u"7"_s});
     QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
 }
 
@@ -597,12 +599,11 @@ void TstSearchFile::anItemThatTheFileLacksStaysUnconfirmed()
 void TstSearchFile::missingTextsAreEmpty()
 {
     addItem(7);
-    setAllTexts(7, u"before"_qs);
+    setAllTexts(7, u"before"_s);
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Notes/></Document>"));
     QVERIFY(mIndex->load());
     QCOMPARE(rowsOfItem(*mIndex),
-             QStringList(
-                 {u"1|before|0"_qs, u"2||1"_qs, u"3||1"_qs, u"4||1"_qs, u"8||1"_qs, u"9||1"_qs}));
+             QStringList({u"1|before|0"_s, u"2||1"_s, u"3||1"_s, u"4||1"_s, u"8||1"_s, u"9||1"_s}));
 }
 
 void TstSearchFile::unknownElementsAreIgnored()
@@ -616,7 +617,7 @@ void TstSearchFile::unknownElementsAreIgnored()
                          "</Documents></SearchIndexes>");
     QString error;
     QVERIFY2(mIndex->load(&error), qPrintable(error));
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|yes|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|yes|1"_s));
 }
 
 void TstSearchFile::ofSeveralElementsTheFirstCounts()
@@ -624,7 +625,7 @@ void TstSearchFile::ofSeveralElementsTheFirstCounts()
     addItem(7);
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text><Text>two</Text></Document>"));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_s));
 }
 
 void TstSearchFile::ofSeveralItemsTheLastCounts()
@@ -633,8 +634,8 @@ void TstSearchFile::ofSeveralItemsTheLastCounts()
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"
                                 "<Document ID=\"7\"><Notes>two</Notes></Document>"));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_qs));
-    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_s));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_s));
 }
 
 void TstSearchFile::loadingIsNoModification()
@@ -654,8 +655,8 @@ void TstSearchFile::loadingTwiceReplacesTexts()
     QVERIFY(mIndex->load());
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Notes>two</Notes></Document>"));
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_qs));
-    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2||1"_s));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"3|two|1"_s));
 }
 
 void TstSearchFile::loadingInsideAnOpenTransactionIsPartOfIt()
@@ -664,10 +665,10 @@ void TstSearchFile::loadingInsideAnOpenTransactionIsPartOfIt()
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>one</Text></Document>"));
     QVERIFY(mIndex->transaction());
     QVERIFY(mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_s));
     mProject->writeIndex(fileOf("<Document ID=\"7\"><Text>two</Text></Document>") + "<");
     QVERIFY(!mIndex->load());
-    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_qs));
+    QVERIFY(rowsOfItem(*mIndex).contains(u"2|one|1"_s));
     QVERIFY(mIndex->rollback());
     QCOMPARE(rowsOfItem(*mIndex), UntouchedRows);
 }
@@ -689,14 +690,14 @@ void TstSearchFile::aMissingFolderIsAnError()
 void TstSearchFile::filesReadBack_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << u""_qs;
-    QTest::newRow("plain") << u"It was a dark and stormy night."_qs;
-    QTest::newRow("markup") << u"<b>&amp;</b> \"'"_qs;
-    QTest::newRow("blanks") << u"  a  \t b \n"_qs;
-    QTest::newRow("only blanks") << u" \n\t "_qs;
-    QTest::newRow("only a carriage return") << u"\r"_qs;
-    QTest::newRow("Unicode") << u"\u6f22\u5b57 \U0001d11e \u00e9 \u2028 \u0085 \ufeff"_qs;
-    QTest::newRow("long") << u"word "_qs.repeated(200'000);
+    QTest::newRow("empty") << u""_s;
+    QTest::newRow("plain") << u"It was a dark and stormy night."_s;
+    QTest::newRow("markup") << u"<b>&amp;</b> \"'"_s;
+    QTest::newRow("blanks") << u"  a  \t b \n"_s;
+    QTest::newRow("only blanks") << u" \n\t "_s;
+    QTest::newRow("only a carriage return") << u"\r"_s;
+    QTest::newRow("Unicode") << u"\u6f22\u5b57 \U0001d11e \u00e9 \u2028 \u0085 \ufeff"_s;
+    QTest::newRow("long") << u"word "_s.repeated(200'000);
 }
 
 void TstSearchFile::filesReadBack()
@@ -707,11 +708,11 @@ void TstSearchFile::filesReadBack()
     mIndex->save();
 
     TVLSearchIndex again(mProject.get());
-    QVERIFY(again.addDocumentData(7, u"Title"_qs, 1, 1, {}));
+    QVERIFY(again.addDocumentData(7, u"Title"_s, 1, 1, {}));
     QVERIFY(again.load());
-    const QString rest = u'|' + text + u"|1"_qs;
+    const QString rest = u'|' + text + u"|1"_s;
     QCOMPARE(rowsOfItem(again),
-             QStringList({u"1|Title|1"_qs, u'2' + rest, u'3' + rest, u'4' + rest, u'8' + rest,
+             QStringList({u"1|Title|1"_s, u'2' + rest, u'3' + rest, u'4' + rest, u'8' + rest,
                           u'9' + rest}));
 }
 
@@ -719,15 +720,15 @@ void TstSearchFile::aSavedFileIsTheSameAgain()
 {
     for (int id = 0; id < 50; ++id) {
         addItem(id);
-        setAllTexts(id, u"Text %1\r\n & more"_qs.arg(id));
+        setAllTexts(id, u"Text %1\r\n & more"_s.arg(id));
     }
     execute(*mIndex,
-            u"UPDATE DocumentSearchProperties SET propertyValue = 'Title' WHERE type = 1"_qs);
+            u"UPDATE DocumentSearchProperties SET propertyValue = 'Title' WHERE type = 1"_s);
     mIndex->save();
     const QByteArray first = mProject->readIndex();
     TVLSearchIndex again(mProject.get());
     for (int id = 0; id < 50; ++id)
-        QVERIFY(again.addDocumentData(id, u"Title"_qs, 1, 1, {}));
+        QVERIFY(again.addDocumentData(id, u"Title"_s, 1, 1, {}));
     QVERIFY(again.load());
     again.save();
     QCOMPARE(mProject->readIndex(), first);
@@ -739,7 +740,7 @@ void TstSearchFile::nothingIsUnconfirmedAfterAnUnchangedSession()
     for (const int type : {0, 1, 2, 4}) {
         mProject->writeDocument(7, TVL::DocumentType(type), "content");
         mIndex->updatePropertyNode(node, TVL::toDocumentProperty(TVL::DocumentType(type)),
-                                   u"content"_qs, true);
+                                   u"content"_s, true);
     }
     mIndex->save();
     QVERIFY(mProject->checksums()->saveChecksums());

@@ -9,6 +9,8 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int ItemCount = 20;
@@ -29,7 +31,7 @@ QStringList allRows(const TVLSearchIndex &index)
 {
     return rowsOf(index,
                   u"SELECT identity, type, propertyValue, confirmed FROM DocumentSearchProperties "
-                  "ORDER BY identity, type"_qs);
+                  "ORDER BY identity, type"_s);
 }
 
 qint64 peakMemory()
@@ -69,7 +71,7 @@ void TstSearchFileHostile::init()
     mProject = std::make_unique<TestSearchedProject>();
     mIndex = std::make_unique<TVLSearchIndex>(mProject.get());
     for (int id = 0; id < ItemCount; ++id)
-        QVERIFY(mIndex->addProjectNode(mProject->addNode(id, u"Title"_qs)));
+        QVERIFY(mIndex->addProjectNode(mProject->addNode(id, u"Title"_s)));
     mUntouched = allRows(*mIndex);
 }
 
@@ -168,14 +170,14 @@ void TstSearchFileHostile::flippedBitsNeverHarm()
 void TstSearchFileHostile::aRefusedFileIsSearchedAnew()
 {
     mProject->writeDocument(7, TVL::MainText, "on disk");
-    mProject->setText(7, TVL::TextProperty, u"on disk"_qs);
+    mProject->setText(7, TVL::TextProperty, u"on disk"_s);
     mProject->recordHashes();
     mProject->writeIndex(goodFile().chopped(30));
     QVERIFY(!mIndex->load());
     // Neither by the file's text, nor by its hash as having none.
     mIndex->validateIndexes(nullptr);
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
-    QVERIFY(allRows(*mIndex).contains(u"7|2|on disk|1"_qs));
+    QVERIFY(allRows(*mIndex).contains(u"7|2|on disk|1"_s));
 }
 
 void TstSearchFileHostile::aRefusedFileDoesNotConfirmWhatIsWrittenNext()
@@ -193,7 +195,7 @@ void TstSearchFileHostile::aRefusedFileDoesNotConfirmWhatIsWrittenNext()
     TVLSearchIndex next(mProject.get());
     QVERIFY(next.addProjectNode(mProject->nodes().at(7)));
     QVERIFY(next.load());
-    QVERIFY(allRows(next).contains(u"7|2||0"_qs));
+    QVERIFY(allRows(next).contains(u"7|2||0"_s));
 }
 
 void TstSearchFileHostile::deepNestingIsSurvived()
@@ -204,7 +206,7 @@ void TstSearchFileHostile::deepNestingIsSurvived()
                          + QByteArray("</a>").repeated(Depth)
                          + "</Text></Document></Documents></SearchIndexes>");
     QVERIFY(mIndex->load());
-    QVERIFY(allRows(*mIndex).contains(u"7|2|deep|1"_qs));
+    QVERIFY(allRows(*mIndex).contains(u"7|2|deep|1"_s));
     mProject->writeIndex("<SearchIndexes><Documents>" + QByteArray("<a>").repeated(Depth));
     QVERIFY(!mIndex->load());
 }
@@ -219,10 +221,10 @@ void TstSearchFileHostile::aHugeElementIsSurvived()
     QVERIFY(mIndex->load());
     QCOMPARE(rowsOf(*mIndex,
                     u"SELECT length(propertyValue) FROM DocumentSearchProperties "
-                    "WHERE identity = 7 AND type = 2"_qs),
+                    "WHERE identity = 7 AND type = 2"_s),
              QStringList{QString::number(Size)});
     const qint64 grown = peakMemory() - before;
-    QVERIFY2(grown < 20ll * Size, qPrintable(u"%1 bytes more"_qs.arg(grown)));
+    QVERIFY2(grown < 20ll * Size, qPrintable(u"%1 bytes more"_s.arg(grown)));
 }
 
 TVL_TEST(TstSearchFileHostile)

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr TVL::DocumentType FileTypes[] = {TVL::MainText, TVL::NotesText, TVL::SynopsisText,
@@ -40,15 +42,15 @@ Opened stateOf(TVLSearchIndex *index, const TestSearchedProject &project, bool i
     opened.isModified = index->isModified();
     opened.rows = rowsOf(*index,
                          u"SELECT identity, type, propertyValue, confirmed "
-                         "FROM DocumentSearchProperties ORDER BY identity, type"_qs)
+                         "FROM DocumentSearchProperties ORDER BY identity, type"_s)
         + rowsOf(*index,
                  u"SELECT identity, type, propertyValue FROM DocumentIntProperties "
-                 "ORDER BY identity, type, propertyValue"_qs);
+                 "ORDER BY identity, type, propertyValue"_s);
     for (int id = 0; id < 12; ++id) {
         for (const TVL::DocumentType type : FileTypes)
             opened.hashes.append(project.checksums()->loadedChecksum(id, type));
     }
-    index->addDocumentData(7, u"new"_qs, -1, -1, {});
+    index->addDocumentData(7, u"new"_s, -1, -1, {});
     opened.isMisleadingWithNewItem = index->isFileMisleading();
     return opened;
 }
@@ -136,7 +138,7 @@ void TstSearchFilling::addNodes(TestSearchedProject *project)
         while (random(2))
             node->mKeywords.append(random(5));
         if (random(2))
-            node->mCustomMetaData = {{u"a"_qs, u"1"_qs}, {u"b"_qs, u"2"_qs}};
+            node->mCustomMetaData = {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}};
     }
 }
 
@@ -157,7 +159,7 @@ void TstSearchFilling::writeDocuments(TestSearchedProject *project)
     if (random(2))
         writeSome();
     const QDir docs(TVLProjectFolderFormat::filesDocsPath(project->searchedPath()));
-    for (const QString &name : docs.entryList({u"*.rtf"_qs, u"*.txt"_qs}, QDir::Files)) {
+    for (const QString &name : docs.entryList({u"*.rtf"_s, u"*.txt"_s}, QDir::Files)) {
         if (random(8) == 0)
             QFile::remove(docs.filePath(name));
     }
@@ -202,7 +204,7 @@ void TstSearchFilling::rowsAreThoseOfEachStepByItself()
         QCOMPARE(opened.isRead, expected.isRead);
         QCOMPARE(opened.isModified, expected.isModified);
         QCOMPARE(opened.isMisleadingWithNewItem, expected.isMisleadingWithNewItem);
-        QFAIL(qPrintable(u"project %1 differs"_qs.arg(i)));
+        QFAIL(qPrintable(u"project %1 differs"_s.arg(i)));
     }
     qInstallMessageHandler(handler);
 }
@@ -211,24 +213,24 @@ void TstSearchFilling::rowsOfEachItemAreWrittenOnce()
 {
     TestSearchedProject project;
     for (int id = 0; id < 250; ++id)
-        project.addNode(id, u"Item %1"_qs.arg(id));
+        project.addNode(id, u"Item %1"_s.arg(id));
     project.writeIndex(indexWith("<Document ID=\"3\"><Text>text</Text></Document>"));
     TVLSearchIndex index(&project);
     SqlTrace trace(index);
     QVERIFY(index.fill(nodesOf(project)));
     const QStringList statements = trace.take();
     // Six texts and two numbers of each item, a hundred at a time.
-    QCOMPARE(statements.filter(u"INTO DocumentSearchProperties"_qs).size(), 15);
-    QCOMPARE(statements.filter(u"INTO DocumentIntProperties"_qs).size(), 5);
-    QVERIFY(statements.filter(u"UPDATE"_qs).isEmpty());
-    QCOMPARE(rowsOf(index, u"SELECT count(*) FROM DocumentSearchProperties"_qs),
-             QStringList(u"1500"_qs));
+    QCOMPARE(statements.filter(u"INTO DocumentSearchProperties"_s).size(), 15);
+    QCOMPARE(statements.filter(u"INTO DocumentIntProperties"_s).size(), 5);
+    QVERIFY(statements.filter(u"UPDATE"_s).isEmpty());
+    QCOMPARE(rowsOf(index, u"SELECT count(*) FROM DocumentSearchProperties"_s),
+             QStringList(u"1500"_s));
 }
 
 void TstSearchFilling::aFaultyFileLeavesItemsWithTheirTitles()
 {
     TestSearchedProject project;
-    project.addNode(3, u"Title"_qs);
+    project.addNode(3, u"Title"_s);
     project.writeIndex(indexWith("<Document ID=\"3\"><Text>text</Text></Document><Document"));
     TVLSearchIndex index(&project);
     QString error;
@@ -236,26 +238,26 @@ void TstSearchFilling::aFaultyFileLeavesItemsWithTheirTitles()
     QVERIFY(!error.isEmpty());
     QCOMPARE(rowsOf(index,
                     u"SELECT propertyValue, confirmed FROM DocumentSearchProperties "
-                    "WHERE propertyValue != '' OR confirmed"_qs),
-             QStringList(u"Title|1"_qs));
+                    "WHERE propertyValue != '' OR confirmed"_s),
+             QStringList(u"Title|1"_s));
 }
 
 void TstSearchFilling::twoItemsOfOneIdLeaveTheFirst()
 {
     TestSearchedProject project;
-    const TVLProjectNode *first = project.addNode(3, u"First"_qs);
-    const TVLProjectNode *second = project.addNode(3, u"Second"_qs);
+    const TVLProjectNode *first = project.addNode(3, u"First"_s);
+    const TVLProjectNode *second = project.addNode(3, u"Second"_s);
     TVLSearchIndex index(&project);
-    expectSqlErrors(u"UNIQUE"_qs, 6);
+    expectSqlErrors(u"UNIQUE"_s, 6);
     QVERIFY(index.fill({first, second}));
-    QCOMPARE(rowsOf(index, u"SELECT propertyValue FROM DocumentSearchProperties WHERE type = 1"_qs),
-             QStringList(u"First"_qs));
+    QCOMPARE(rowsOf(index, u"SELECT propertyValue FROM DocumentSearchProperties WHERE type = 1"_s),
+             QStringList(u"First"_s));
 }
 
 void TstSearchFilling::aFolderThatCannotBeListedIsLookedIntoFileByFile()
 {
     TestSearchedProject project;
-    project.addNode(3, u"Title"_qs);
+    project.addNode(3, u"Title"_s);
     project.writeDocument(3, TVL::NotesText, "changed since");
     project.writeIndex(indexWith("<Document ID=\"3\"></Document>"));
     QFile docs(TVLProjectFolderFormat::filesDocsPath(project.searchedPath()));
@@ -263,22 +265,22 @@ void TstSearchFilling::aFolderThatCannotBeListedIsLookedIntoFileByFile()
     const Opened opened = filled(&project, nodesOf(project));
     QVERIFY(docs.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner));
     QVERIFY(opened.isRead);
-    QVERIFY(opened.rows.contains(u"3|2||1"_qs));
-    QVERIFY(opened.rows.contains(u"3|3||0"_qs));
+    QVERIFY(opened.rows.contains(u"3|2||1"_s));
+    QVERIFY(opened.rows.contains(u"3|3||0"_s));
 }
 
 void TstSearchFilling::aFileNameInOtherLettersIsNotTakenForMissing()
 {
     TestSearchedProject project;
-    project.addNode(3, u"Title"_qs);
+    project.addNode(3, u"Title"_s);
     project.writeIndex(indexWith("<Document ID=\"3\"></Document>"));
-    QFile file(TVLProjectFolderFormat::filesDocsPath(project.searchedPath()) + u"/3_NOTES.RTF"_qs);
+    QFile file(TVLProjectFolderFormat::filesDocsPath(project.searchedPath()) + u"/3_NOTES.RTF"_s);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
     // As the file system has it: where these letters are others, nothing is at the item's path.
     const QString path =
         TVLProjectFolderFormat::docsNodeTypeFilePath(project.searchedPath(), 3, TVL::NotesText);
-    QCOMPARE(filled(&project, nodesOf(project)).rows.contains(u"3|3||1"_qs), !QFile::exists(path));
+    QCOMPARE(filled(&project, nodesOf(project)).rows.contains(u"3|3||1"_s), !QFile::exists(path));
 }
 
 TVL_TEST(TstSearchFilling)

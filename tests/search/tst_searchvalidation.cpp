@@ -14,16 +14,18 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Request = TestSearchedProject::Request;
 
 const QString UpdateText =
-    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_qs;
+    u"UPDATE DocumentSearchProperties SET propertyValue = :v, confirmed = :c WHERE identity = :id AND type = :t"_s;
 const QString UpdateConfirmed =
-    u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_qs;
+    u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_s;
 const QString SelectUnconfirmed =
-    u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_qs;
+    u"SELECT identity, type FROM DocumentSearchProperties WHERE type != :t AND confirmed = :c"_s;
 
 const QList<TVL::DocumentProperty> Rebuilt = {TVL::SynopsisProperty, TVL::TextProperty,
                                               TVL::NotesProperty, TVL::CustomMetaDataProperty,
@@ -33,7 +35,7 @@ QStringList validatedRows(const TVLSearchIndex &index, int id)
 {
     return rowsOf(index,
                   u"SELECT type, propertyValue, confirmed FROM DocumentSearchProperties "
-                  "WHERE identity = %1 ORDER BY type"_qs.arg(id));
+                  "WHERE identity = %1 ORDER BY type"_s.arg(id));
 }
 
 } // namespace
@@ -109,9 +111,9 @@ void TstSearchValidation::cleanup()
 void TstSearchValidation::addItems(int count)
 {
     for (int id = count; id-- > 0;) {
-        TVLProjectNode *node = mProject->addNode(id, u"Title %1"_qs.arg(id));
+        TVLProjectNode *node = mProject->addNode(id, u"Title %1"_s.arg(id));
         for (const TVL::DocumentProperty property : Rebuilt)
-            mProject->setText(id, property, u"%1 of %2"_qs.arg(int(property)).arg(id));
+            mProject->setText(id, property, u"%1 of %2"_s.arg(int(property)).arg(id));
         QVERIFY(mIndex->addProjectNode(node));
     }
 }
@@ -143,7 +145,7 @@ void TstSearchValidation::newItemsAreUnconfirmedButForTheirTitles()
 void TstSearchValidation::titlesAreNeverUnconfirmed()
 {
     addItems(1);
-    execute(*mIndex, u"UPDATE DocumentSearchProperties SET confirmed = 1"_qs);
+    execute(*mIndex, u"UPDATE DocumentSearchProperties SET confirmed = 1"_s);
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
     mIndex->invalidateProperty(0, TVL::TitleProperty);
     SqlTrace trace(*mIndex);
@@ -165,9 +167,9 @@ void TstSearchValidation::allUnconfirmedTextsAreAskedForInOrder()
     QCOMPARE(mProject->takeRequests(), expected);
     for (int id = 0; id < 3; ++id)
         QCOMPARE(validatedRows(*mIndex, id),
-                 QStringList({u"1|Title %1|1"_qs.arg(id), u"2|2 of %1|1"_qs.arg(id),
-                              u"3|3 of %1|1"_qs.arg(id), u"4|4 of %1|1"_qs.arg(id),
-                              u"8|8 of %1|1"_qs.arg(id), u"9|9 of %1|1"_qs.arg(id)}));
+                 QStringList({u"1|Title %1|1"_s.arg(id), u"2|2 of %1|1"_s.arg(id),
+                              u"3|3 of %1|1"_s.arg(id), u"4|4 of %1|1"_s.arg(id),
+                              u"8|8 of %1|1"_s.arg(id), u"9|9 of %1|1"_s.arg(id)}));
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
 }
 
@@ -179,13 +181,13 @@ void TstSearchValidation::onlyUnconfirmedTextsAreAskedFor()
     mIndex->invalidateDocument(1, TVL::NotesText);
     mIndex->invalidateProperty(2, TVL::TextProperty);
     mIndex->invalidateProperty(0, TVL::TitleProperty);
-    mProject->setText(1, TVL::NotesProperty, u"changed"_qs);
-    mProject->setText(1, TVL::TextProperty, u"changed"_qs);
+    mProject->setText(1, TVL::NotesProperty, u"changed"_s);
+    mProject->setText(1, TVL::TextProperty, u"changed"_s);
     mIndex->validateIndexes(nullptr);
     QCOMPARE(mProject->takeRequests(),
              (QList<Request>{{1, TVL::NotesProperty}, {2, TVL::TextProperty}}));
-    QVERIFY(validatedRows(*mIndex, 1).contains(u"3|changed|1"_qs));
-    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"3|changed|1"_s));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_s));
 }
 
 void TstSearchValidation::whatIsConfirmedIsNotAskedForAgain()
@@ -207,7 +209,7 @@ void TstSearchValidation::itemsThatAreNoMoreAreNotAskedFor()
         QCOMPARE(request.first, 1);
     QCOMPARE(mIndex->notConfirmedIndexes().keys(), QList<int>{0});
     // By its title it is still found; who asks has to know.
-    QCOMPARE(mIndex->indexes(searchFor(u"Title 0"_qs)), QList<int>{0});
+    QCOMPARE(mIndex->indexes(searchFor(u"Title 0"_s)), QList<int>{0});
 }
 
 void TstSearchValidation::aStoreWithoutProjectAsksNobody()
@@ -220,19 +222,19 @@ void TstSearchValidation::aStoreWithoutProjectAsksNobody()
     index.updateIndexProperties(mProject->searchedIndex(0), Rebuilt, true);
     QCOMPARE(index.notConfirmedIndexes().size(), 1);
     QVERIFY(mProject->takeRequests().isEmpty());
-    QCOMPARE(index.indexes(searchFor(u"Title"_qs)), QList<int>{0});
+    QCOMPARE(index.indexes(searchFor(u"Title"_s)), QList<int>{0});
 }
 
 void TstSearchValidation::aSearchAsksFirst()
 {
     addItems(2);
-    QCOMPARE(mIndex->indexes(searchFor(u"9 of 1"_qs)), QList<int>{1});
+    QCOMPARE(mIndex->indexes(searchFor(u"9 of 1"_s)), QList<int>{1});
     QCOMPARE(mProject->takeRequests().size(), 10);
-    mProject->setText(0, TVL::TextProperty, u"needle"_qs);
-    QVERIFY(mIndex->indexes(searchFor(u"needle"_qs)).isEmpty());
+    mProject->setText(0, TVL::TextProperty, u"needle"_s);
+    QVERIFY(mIndex->indexes(searchFor(u"needle"_s)).isEmpty());
     QVERIFY(mProject->takeRequests().isEmpty());
     mIndex->invalidateDocument(0, TVL::MainText);
-    QCOMPARE(mIndex->indexes(searchFor(u"needle"_qs)), QList<int>{0});
+    QCOMPARE(mIndex->indexes(searchFor(u"needle"_s)), QList<int>{0});
     QCOMPARE(mProject->takeRequests(), (QList<Request>{{0, TVL::TextProperty}}));
 }
 
@@ -241,7 +243,7 @@ void TstSearchValidation::aSearchWithoutWordsAsksForNothing()
     addItems(1);
     SqlTrace trace(*mIndex);
     for (const int searchOperator : {1, 2, 3, 5, -1}) {
-        TVLCollectionMetaData search = searchFor(u" \n"_qs);
+        TVLCollectionMetaData search = searchFor(u" \n"_s);
         search.mSearchOperator = TVL::SearchOperator(searchOperator);
         QVERIFY(mIndex->indexes(search).isEmpty());
     }
@@ -285,8 +287,8 @@ void TstSearchValidation::withADialogTextsAreConfirmedByTheirFiles()
     QCOMPARE(trace.take().count(UpdateConfirmed), 4);
     // What is stored stays, whatever the project has.
     QCOMPARE(validatedRows(*mIndex, 0),
-             QStringList({u"1|Title 0|1"_qs, u"2||1"_qs, u"3||1"_qs, u"4||1"_qs, u"8|8 of 0|1"_qs,
-                          u"9||1"_qs}));
+             QStringList(
+                 {u"1|Title 0|1"_s, u"2||1"_s, u"3||1"_s, u"4||1"_s, u"8|8 of 0|1"_s, u"9||1"_s}));
 }
 
 void TstSearchValidation::withADialogChangedTextsAreAskedFor()
@@ -314,7 +316,7 @@ void TstSearchValidation::withADialogTextsInMemoryAreAskedFor()
     const QList<Request> requests = mProject->takeRequests();
     QCOMPARE(requests.size(), 6);
     QCOMPARE(requests.constFirst(), (Request{0, TVL::CustomMetaDataProperty}));
-    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 1).contains(u"2|2 of 1|1"_s));
 }
 
 void TstSearchValidation::withADialogMetaDataIsAskedFor()
@@ -345,14 +347,14 @@ void TstSearchValidation::aMissingFolderStopsAnUpdateByChecksums()
 void TstSearchValidation::theDialogIsLeftAlone()
 {
     addItems(3);
-    QProgressDialog dialog(u"label"_qs, QString(), 5, 10);
+    QProgressDialog dialog(u"label"_s, QString(), 5, 10);
     dialog.setMinimumDuration(0);
     dialog.setValue(6);
     mIndex->validateIndexes(&dialog);
     QCOMPARE(dialog.value(), 6);
     QCOMPARE(dialog.minimum(), 5);
     QCOMPARE(dialog.maximum(), 10);
-    QCOMPARE(dialog.labelText(), u"label"_qs);
+    QCOMPARE(dialog.labelText(), u"label"_s);
 }
 
 // --- Updating
@@ -370,34 +372,34 @@ void TstSearchValidation::everyPropertyHasItsSource()
 {
     QFETCH(int, property);
     QFETCH(bool, isText);
-    TVLProjectNode *node = mProject->addNode(7, u"Title"_qs);
+    TVLProjectNode *node = mProject->addNode(7, u"Title"_s);
     node->mLabelId = 3;
     node->mStatusId = 4;
     node->mKeywords = {5};
     QVERIFY(mIndex->addProjectNode(node));
-    mProject->setText(7, TVL::DocumentProperty(property), u"its text"_qs);
+    mProject->setText(7, TVL::DocumentProperty(property), u"its text"_s);
     mIndex->updateIndexProperties(mProject->searchedIndex(7), {TVL::DocumentProperty(property)},
                                   false);
     QCOMPARE(mProject->takeRequests().size(), isText ? 1 : 0);
     QCOMPARE(rowsOf(*mIndex,
                     u"SELECT type FROM DocumentSearchProperties WHERE propertyValue = 'its text' "
-                    "AND confirmed"_qs),
+                    "AND confirmed"_s),
              isText ? QStringList{QString::number(property)} : QStringList());
     // A label and a status have no text, and are set to that.
-    QStringList numbers = {u"5|5"_qs, u"6|3"_qs, u"7|4"_qs};
+    QStringList numbers = {u"5|5"_s, u"6|3"_s, u"7|4"_s};
     if (property == 6)
-        numbers[1] = u"6|"_qs;
+        numbers[1] = u"6|"_s;
     if (property == 7)
-        numbers[2] = u"7|"_qs;
+        numbers[2] = u"7|"_s;
     QCOMPARE(
-        rowsOf(*mIndex, u"SELECT type, propertyValue FROM DocumentIntProperties ORDER BY type"_qs),
+        rowsOf(*mIndex, u"SELECT type, propertyValue FROM DocumentIntProperties ORDER BY type"_s),
         numbers);
 }
 
 void TstSearchValidation::nothingIsUpdatedWithoutPropertiesOrItem()
 {
     addItems(1);
-    mProject->addNode(-1, u"No id"_qs);
+    mProject->addNode(-1, u"No id"_s);
     SqlTrace trace(*mIndex);
     mIndex->updateIndexProperties(mProject->searchedIndex(0), {}, false);
     mIndex->updateIndexProperties({}, Rebuilt, false);
@@ -467,11 +469,11 @@ void TstSearchValidation::aTextThatIsNoFilesLosesItsHash()
     mProject->recordHashes();
     mProject->checksums()->setModified(false);
     mIndex->updateIndexProperties(mProject->searchedIndex(0), {TVL::TextProperty}, false);
-    QVERIFY(!mProject->checksums()->checksums().contains({QUuid(), u"0.rtf"_qs}));
+    QVERIFY(!mProject->checksums()->checksums().contains({QUuid(), u"0.rtf"_s}));
     QCOMPARE(mProject->checksums()->checksums().size(), 3);
     QVERIFY(mProject->checksums()->isModified());
     // One that isn't confirmed is none, too.
-    mIndex->updatePropertyNode(mProject->nodes().constFirst(), TVL::NotesProperty, u"typed"_qs,
+    mIndex->updatePropertyNode(mProject->nodes().constFirst(), TVL::NotesProperty, u"typed"_s,
                                false);
     QCOMPARE(mProject->checksums()->checksums().size(), 2);
 }
@@ -492,9 +494,9 @@ void TstSearchValidation::anItemThatIsNewHasNoHashes()
         mProject->writeDocument(id, TVL::MainText, "of another item");
     mProject->recordHashes();
     QCOMPARE(mProject->checksums()->checksums().size(), 2);
-    QVERIFY(mIndex->addProjectNode(mProject->addNode(0, u"Title"_qs)));
+    QVERIFY(mIndex->addProjectNode(mProject->addNode(0, u"Title"_s)));
     QCOMPARE(mProject->checksums()->checksums().keys(),
-             QList<ChecksumKey>({{QUuid(), u"1.rtf"_qs}}));
+             QList<ChecksumKey>({{QUuid(), u"1.rtf"_s}}));
     mIndex->forgetTexts(1);
     QVERIFY(mProject->checksums()->checksums().isEmpty());
 }
@@ -517,7 +519,7 @@ void TstSearchValidation::theStatementsOfAnUpdate()
     const QModelIndex index = mProject->searchedIndex(0);
     SqlTrace trace(*mIndex);
     mIndex->updateIndexProperties(index, {TVL::TextProperty, TVL::NotesProperty}, false);
-    QCOMPARE(trace.take(), QStringList({u"BEGIN"_qs, UpdateText, UpdateText}));
+    QCOMPARE(trace.take(), QStringList({u"BEGIN"_s, UpdateText, UpdateText}));
     // Refused by the database now, but that doesn't matter.
     mIndex->updateIndexProperties(index, {TVL::TextProperty}, false);
     QCOMPARE(trace.take().constLast(), UpdateText);
@@ -532,8 +534,8 @@ void TstSearchValidation::theTransactionStaysOpen()
     QVERIFY(!mIndex->transaction());
     // Its values are there all the same.
     QVERIFY(mIndex->hasText(1, TVL::TextProperty));
-    QCOMPARE(mIndex->indexes(searchFor(u"2 of 1"_qs)), QList<int>{1});
-    QVERIFY(mIndex->addDocumentData(9, u"later"_qs, 1, 1, {}));
+    QCOMPARE(mIndex->indexes(searchFor(u"2 of 1"_s)), QList<int>{1});
+    QVERIFY(mIndex->addDocumentData(9, u"later"_s, 1, 1, {}));
     QVERIFY(mIndex->rollback());
     QVERIFY(!mIndex->hasText(1, TVL::TextProperty));
     QVERIFY(!mIndex->hasText(9, TVL::TitleProperty));
@@ -544,27 +546,27 @@ void TstSearchValidation::anotherConnectionIsCommitted()
 {
     addItems(1);
     {
-        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_qs, u"searchindex"_qs);
+        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"searchindex"_s);
         QVERIFY(other.open());
         QVERIFY(other.transaction());
         mIndex->validateIndexes(nullptr);
         QVERIFY(!other.rollback());
         QVERIFY(!mIndex->transaction());
     }
-    QSqlDatabase::removeDatabase(u"searchindex"_qs);
+    QSqlDatabase::removeDatabase(u"searchindex"_s);
     // Without one nothing is said.
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     mIndex->invalidateProperty(0, TVL::TextProperty);
     mIndex->validateIndexes(nullptr);
-    QVERIFY(!QSqlDatabase::connectionNames().contains(u"searchindex"_qs));
+    QVERIFY(!QSqlDatabase::connectionNames().contains(u"searchindex"_s));
 }
 
 void TstSearchValidation::labelsAreReplacedInTheOpenTransaction()
 {
     openTransaction();
-    const QList<TVLLabel> labels = {{3, u"Three"_qs, QColor(1, 2, 3)}, {1, u"Uno"_qs, QColor()}};
-    const QList<TVLStatusItem> items = {{3, u"Three"_qs}, {1, u"Uno"_qs}};
-    QVERIFY(mIndex->setLabels({{7, u"Old"_qs, QColor()}}));
+    const QList<TVLLabel> labels = {{3, u"Three"_s, QColor(1, 2, 3)}, {1, u"Uno"_s, QColor()}};
+    const QList<TVLStatusItem> items = {{3, u"Three"_s}, {1, u"Uno"_s}};
+    QVERIFY(mIndex->setLabels({{7, u"Old"_s, QColor()}}));
     QVERIFY(mIndex->setLabels(labels));
     QVERIFY(mIndex->setStatusItems(items));
     QCOMPARE(mIndex->labels(), labels);
@@ -575,16 +577,16 @@ void TstSearchValidation::labelsAreReplacedInTheOpenTransaction()
 void TstSearchValidation::failedReplacementsAreTakenBackInTheOpenTransaction()
 {
     openTransaction();
-    const QList<TVLLabel> labels = {{3, u"Three"_qs, QColor(1, 2, 3)}, {1, u"Uno"_qs, QColor()}};
-    const QList<TVLStatusItem> items = {{3, u"Three"_qs}, {1, u"Uno"_qs}};
+    const QList<TVLLabel> labels = {{3, u"Three"_s, QColor(1, 2, 3)}, {1, u"Uno"_s, QColor()}};
+    const QList<TVLStatusItem> items = {{3, u"Three"_s}, {1, u"Uno"_s}};
     QVERIFY(mIndex->setLabels(labels));
     QVERIFY(mIndex->setStatusItems(items));
     QVERIFY(mIndex->setDocumentKeywords(0, {1, 2}));
     for (int pass = 0; pass < 3; ++pass) {
-        expectSqlErrors(u"UNIQUE constraint failed: ProjectLabels.identity"_qs);
-        QVERIFY(!mIndex->setLabels({{7, u"a"_qs, QColor()}, {7, u"b"_qs, QColor()}}));
-        expectSqlErrors(u"UNIQUE constraint failed: ProjectStatusItems.identity"_qs);
-        QVERIFY(!mIndex->setStatusItems({{7, u"a"_qs}, {7, u"b"_qs}}));
+        expectSqlErrors(u"UNIQUE constraint failed: ProjectLabels.identity"_s);
+        QVERIFY(!mIndex->setLabels({{7, u"a"_s, QColor()}, {7, u"b"_s, QColor()}}));
+        expectSqlErrors(u"UNIQUE constraint failed: ProjectStatusItems.identity"_s);
+        QVERIFY(!mIndex->setStatusItems({{7, u"a"_s}, {7, u"b"_s}}));
         QCOMPARE(mIndex->labels(), labels);
         QCOMPARE(mIndex->statusItems(), items);
         QCOMPARE(mIndex->affectedDocuments(2), QSet<int>{0});
@@ -599,13 +601,13 @@ void TstSearchValidation::failedReplacementsAreTakenBackInTheOpenTransaction()
 void TstSearchValidation::keywordsWorkOnInTheOpenTransaction()
 {
     openTransaction();
-    QVERIFY(mIndex->addKeyword(1, u"Sea"_qs));
+    QVERIFY(mIndex->addKeyword(1, u"Sea"_s));
     QVERIFY(mIndex->setDocumentKeywords(0, {1}));
-    QCOMPARE(mIndex->indexes(searchFor(u"Sea"_qs)), QList<int>{0});
+    QCOMPARE(mIndex->indexes(searchFor(u"Sea"_s)), QList<int>{0});
     execute(*mIndex,
             u"CREATE TRIGGER refuse BEFORE INSERT ON DocumentIntProperties "
-            "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_qs);
-    expectSqlErrors(u"refused"_qs);
+            "WHEN NEW.propertyValue = 9 BEGIN SELECT RAISE(ABORT, 'refused'); END"_s);
+    expectSqlErrors(u"refused"_s);
     QVERIFY(!mIndex->setDocumentKeywords(0, {1, 9}));
     QCOMPARE(mIndex->affectedDocuments(1), QSet<int>{0});
     QVERIFY(mIndex->removeKeyword(1));
@@ -623,7 +625,7 @@ void TstSearchValidation::theFileIsSavedAndLoadedInTheOpenTransaction()
     QVERIFY(mIndex->notConfirmedIndexes().isEmpty());
     mProject->writeIndex("<SearchIndexes><Documents><Document ID=\"0\"><Text>no</Text></Document>");
     QVERIFY(!mIndex->load());
-    QVERIFY(validatedRows(*mIndex, 0).contains(u"2|2 of 0|1"_qs));
+    QVERIFY(validatedRows(*mIndex, 0).contains(u"2|2 of 0|1"_s));
     QVERIFY(!mIndex->transaction());
 }
 

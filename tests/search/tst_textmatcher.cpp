@@ -12,6 +12,8 @@
 #include <memory>
 #include <set>
 
+using namespace Qt::StringLiterals;
+
 using Flag = TVLTextMatcher::Flag;
 
 namespace {
@@ -117,9 +119,9 @@ private Q_SLOTS:
     void exactTextChangesNothing()
     {
         for (int flags = 0; flags < 2 * FlagCombinations; flags += 2) {
-            for (const QString &word : {u"art"_qs, u"Cart"_qs, u"x"_qs, QString()}) {
-                QCOMPARE(matches(u"cart art"_qs, flags | Flag::ExactText, {word}),
-                         matches(u"cart art"_qs, flags & ~Flag::ExactText, {word}));
+            for (const QString &word : {u"art"_s, u"Cart"_s, u"x"_s, QString()}) {
+                QCOMPARE(matches(u"cart art"_s, flags | Flag::ExactText, {word}),
+                         matches(u"cart art"_s, flags & ~Flag::ExactText, {word}));
             }
         }
     }
@@ -127,12 +129,12 @@ private Q_SLOTS:
     /** One matcher, one text after another, in both forms. */
     void matcherKeepsNothingOfTheTextBefore()
     {
-        const QStringList texts = {u"a cart"_qs, u"art"_qs, {},           u"no"_qs,
-                                   u"Art!"_qs,   u"art"_qs, u"artful"_qs, u"the art of it"_qs};
+        const QStringList texts = {u"a cart"_s, u"art"_s, {},          u"no"_s,
+                                   u"Art!"_s,   u"art"_s, u"artful"_s, u"the art of it"_s};
         for (const int flags : {0, int(Flag::WholeWord), int(Flag::RegularExpression)}) {
-            TVLTextMatcher matcher(flags, {u"art"_qs});
+            TVLTextMatcher matcher(flags, {u"art"_s});
             for (const QString &text : texts) {
-                const bool expected = referenceMatch(text, flags, {u"art"_qs});
+                const bool expected = referenceMatch(text, flags, {u"art"_s});
                 const QByteArray utf8 = text.toUtf8();
                 QCOMPARE(matcher.matches(text), expected);
                 QCOMPARE(matcher.matchesUtf8(utf8.constData(), utf8.size()), expected);
@@ -142,14 +144,14 @@ private Q_SLOTS:
 
     void movedMatcherMatches()
     {
-        TVLTextMatcher first(Flag::WholeWord, {u"art"_qs});
+        TVLTextMatcher first(Flag::WholeWord, {u"art"_s});
         QVERIFY(first.matchesUtf8("an art"));
         TVLTextMatcher second(std::move(first));
         QVERIFY(second.matchesUtf8("an art"));
         QVERIFY(!second.matchesUtf8("a cart"));
         TVLTextMatcher third(0, {});
         third = std::move(second);
-        QVERIFY(third.matches(u"art"_qs));
+        QVERIFY(third.matches(u"art"_s));
     }
 
     /** A character at any place of a word takes the same characters as in an expression. */
@@ -159,8 +161,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("behind");
         QTest::addColumn<int>("flags");
         QTest::newRow("alone") << QString() << QString() << 0;
-        QTest::newRow("behind a letter") << u"x"_qs << QString() << 0;
-        QTest::newRow("before a quotation mark") << QString() << u"'"_qs << 0;
+        QTest::newRow("behind a letter") << u"x"_s << QString() << 0;
+        QTest::newRow("before a quotation mark") << QString() << u"'"_s << 0;
         QTest::newRow("alone, by case") << QString() << QString() << int(Flag::CaseSensitive);
     }
 
@@ -217,7 +219,7 @@ private Q_SLOTS:
                 && matcher.matches(match.text) == expected
                 && matcher.matchesUtf8(utf8.constData(), utf8.size()) == expectedOfUtf8;
             if (!agrees) {
-                QFAIL(qPrintable(u"seed %1: %2, in UTF-8 %3"_qs.arg(seed).arg(
+                QFAIL(qPrintable(u"seed %1: %2, in UTF-8 %3"_s.arg(seed).arg(
                     described(match), QString::fromLatin1(utf8.toHex()))));
             }
             matching += expected ? 1 : 0;
@@ -232,7 +234,7 @@ private Q_SLOTS:
     void everyBytePairBesideAMatchCountsAsItsCharacters()
     {
         const int flags = Flag::WholeWord;
-        TVLTextMatcher matcher(flags, {u"a"_qs});
+        TVLTextMatcher matcher(flags, {u"a"_s});
         for (int pair = 0; pair < 0x10000; pair += testStep(1)) {
             const QByteArray beside{char(pair >> 8), char(pair & 0xff)};
             QByteArrayList texts;
@@ -240,7 +242,7 @@ private Q_SLOTS:
                 texts << QByteArray(lead + beside + "a") << QByteArray("a" + (lead + beside));
             for (const QByteArray &text : texts) {
                 if (matcher.matchesUtf8(text.constData(), text.size())
-                    != referenceMatch(decoded(text), flags, {u"a"_qs}))
+                    != referenceMatch(decoded(text), flags, {u"a"_s}))
                     QFAIL(text.toHex().constData());
             }
         }
@@ -249,16 +251,16 @@ private Q_SLOTS:
     void expressionsThatBeginAtTheStartOfATextMatchAsStepByStep()
     {
         const QStringList patterns = {
-            u"^Z.*x$"_qs,   u"^Zx"_qs,      u"^Z?x"_qs,         u"^Z*x"_qs,  u"^Z+x"_qs,
-            u"^Z{0,2}x"_qs, u"^(Z)x"_qs,    u"^Z|x"_qs,         u"^\\Zx"_qs, u"^\\.x"_qs,
-            u"^^Zx"_qs,     u"^*Zx"_qs,     u"Z^x"_qs,          u"^[Z]x"_qs, u"^kx"_qs,
-            u"^\u017f"_qs,  u"^\u00e9x"_qs, u"^\U0001f600x"_qs, u"^it's"_qs, u"^ZxZxZx"_qs,
+            u"^Z.*x$"_s,   u"^Zx"_s,      u"^Z?x"_s,         u"^Z*x"_s,  u"^Z+x"_s,
+            u"^Z{0,2}x"_s, u"^(Z)x"_s,    u"^Z|x"_s,         u"^\\Zx"_s, u"^\\.x"_s,
+            u"^^Zx"_s,     u"^*Zx"_s,     u"Z^x"_s,          u"^[Z]x"_s, u"^kx"_s,
+            u"^\u017f"_s,  u"^\u00e9x"_s, u"^\U0001f600x"_s, u"^it's"_s, u"^ZxZxZx"_s,
         };
         const QStringList texts = {
-            u"Zx"_qs,          u"zx"_qs,        u"aZx"_qs,    u"x"_qs,        u"Z"_qs,
-            u"ZZx"_qs,         u"Z more x"_qs,  u"\nZx"_qs,   u".x"_qs,       u"\u212ax"_qs,
-            u"Kx"_qs,          u"s"_qs,         u"\u017f"_qs, u"\u00c9x"_qs,  u"e\u0301x"_qs,
-            u"\U0001f600x"_qs, u"it\u2019s"_qs, u"ZxZxZx"_qs, u"\ufeffZx"_qs, u""_qs,
+            u"Zx"_s,          u"zx"_s,        u"aZx"_s,    u"x"_s,        u"Z"_s,
+            u"ZZx"_s,         u"Z more x"_s,  u"\nZx"_s,   u".x"_s,       u"\u212ax"_s,
+            u"Kx"_s,          u"s"_s,         u"\u017f"_s, u"\u00c9x"_s,  u"e\u0301x"_s,
+            u"\U0001f600x"_s, u"it\u2019s"_s, u"ZxZxZx"_s, u"\ufeffZx"_s, u""_s,
         };
         for (const QString &pattern : patterns) {
             for (const QString &text : texts) {
@@ -272,29 +274,29 @@ private Q_SLOTS:
     {
         for (int size = 0; size < 300; ++size) {
             const QString filling(size, u'-');
-            QVERIFY(matches(filling + u"needle"_qs, 0, {u"needle"_qs}));
-            QVERIFY(matches(filling + u"needle"_qs + filling, Flag::WholeWord, {u"Needle"_qs}));
-            QVERIFY(!matches(filling + u"needl"_qs, 0, {u"needle"_qs}));
-            QVERIFY(matches(filling + u"it\u2019s"_qs + filling, 0, {u"it's"_qs}));
+            QVERIFY(matches(filling + u"needle"_s, 0, {u"needle"_s}));
+            QVERIFY(matches(filling + u"needle"_s + filling, Flag::WholeWord, {u"Needle"_s}));
+            QVERIFY(!matches(filling + u"needl"_s, 0, {u"needle"_s}));
+            QVERIFY(matches(filling + u"it\u2019s"_s + filling, 0, {u"it's"_s}));
         }
     }
 
     void manyRejectedMatchesTakeLinearTime()
     {
-        const QString text = u"art"_qs.repeated(300'000);
-        QVERIFY(!matches(text, Flag::WholeWord, {u"art"_qs}));
-        QVERIFY(!matches(text, Flag::WholeWord, {u"a'"_qs}));
+        const QString text = u"art"_s.repeated(300'000);
+        QVERIFY(!matches(text, Flag::WholeWord, {u"art"_s}));
+        QVERIFY(!matches(text, Flag::WholeWord, {u"a'"_s}));
     }
 
     void longWordIsFound()
     {
-        const QString word = u"Lorem\u00e4 ipsum's "_qs.repeated(400);
-        QVERIFY(matches(u"x"_qs + word + u"y"_qs, 0, {word.toUpper()}));
+        const QString word = u"Lorem\u00e4 ipsum's "_s.repeated(400);
+        QVERIFY(matches(u"x"_s + word + u"y"_s, 0, {word.toUpper()}));
         QVERIFY(!matches(word.chopped(1), 0, {word}));
     }
 
 private:
-    static quint32 firstSeed() { return qEnvironmentVariable("TVL_TEST_SEED", u"1"_qs).toUInt(); }
+    static quint32 firstSeed() { return qEnvironmentVariable("TVL_TEST_SEED", u"1"_s).toUInt(); }
 
     /** Cased characters that some mapping takes for one, and their neighbours. */
     static QString relatives(QChar character, const QString &cased)
@@ -318,148 +320,143 @@ private:
 
     static void addWordRows()
     {
-        const QString text = u"The red fox and the blue hare"_qs;
-        addRow("one of some words is enough", text, 0, {u"green"_qs, u"fox"_qs}, true);
-        addRow("none of some words", text, 0, {u"green"_qs, u"wolf"_qs}, false);
-        addRow("every word is there", text, Flag::EveryWord, {u"hare"_qs, u"fox"_qs}, true);
-        addRow("one word of all is missing", text, Flag::EveryWord, {u"fox"_qs, u"wolf"_qs}, false);
-        addRow("words may overlap", u"abc"_qs, Flag::EveryWord, {u"ab"_qs, u"bc"_qs}, true);
+        const QString text = u"The red fox and the blue hare"_s;
+        addRow("one of some words is enough", text, 0, {u"green"_s, u"fox"_s}, true);
+        addRow("none of some words", text, 0, {u"green"_s, u"wolf"_s}, false);
+        addRow("every word is there", text, Flag::EveryWord, {u"hare"_s, u"fox"_s}, true);
+        addRow("one word of all is missing", text, Flag::EveryWord, {u"fox"_s, u"wolf"_s}, false);
+        addRow("words may overlap", u"abc"_s, Flag::EveryWord, {u"ab"_s, u"bc"_s}, true);
         addRow("no words, every one", text, Flag::EveryWord, {}, true);
         addRow("no words, any one", text, 0, {}, false);
         addRow("no words, no text, every one", {}, Flag::EveryWord, {}, true);
-        addRow("a word with a blank", text, 0, {u"red fox"_qs}, true);
+        addRow("a word with a blank", text, 0, {u"red fox"_s}, true);
         addRow("a word as long as the text", text, Flag::WholeWord, {text}, true);
-        addRow("a word longer than the text", u"fox"_qs, 0, {u"foxes"_qs}, false);
-        addRow("no text", {}, 0, {u"fox"_qs}, false);
-        addRow("what has a meaning in expressions is plain", u"a+b (c)? [d] $5.00 ^\\|{}*"_qs, 32,
-               {u"a+b"_qs, u"(c)?"_qs, u"[d]"_qs, u"$5.00"_qs, u"^\\|{}*"_qs}, true);
-        addRow("a full stop is only that", u"axb"_qs, 0, {u"a.b"_qs}, false);
+        addRow("a word longer than the text", u"fox"_s, 0, {u"foxes"_s}, false);
+        addRow("no text", {}, 0, {u"fox"_s}, false);
+        addRow("what has a meaning in expressions is plain", u"a+b (c)? [d] $5.00 ^\\|{}*"_s, 32,
+               {u"a+b"_s, u"(c)?"_s, u"[d]"_s, u"$5.00"_s, u"^\\|{}*"_s}, true);
+        addRow("a full stop is only that", u"axb"_s, 0, {u"a.b"_s}, false);
     }
 
     static void addBoundaryRows()
     {
         const int whole = Flag::WholeWord;
-        addRow("inside a word", u"cart"_qs, whole, {u"art"_qs}, false);
-        addRow("behind a rejected match", u"cart art"_qs, whole, {u"art"_qs}, true);
-        addRow("overlapping a rejected match", u"xaa a-a-a y"_qs, whole, {u"a-a"_qs}, true);
-        addRow("match inside a rejected match", u"aaa aaa"_qs, Flag::NotAfterLetter, {u"aa"_qs},
+        addRow("inside a word", u"cart"_s, whole, {u"art"_s}, false);
+        addRow("behind a rejected match", u"cart art"_s, whole, {u"art"_s}, true);
+        addRow("overlapping a rejected match", u"xaa a-a-a y"_s, whole, {u"a-a"_s}, true);
+        addRow("match inside a rejected match", u"aaa aaa"_s, Flag::NotAfterLetter, {u"aa"_s},
                true);
-        addRow("before a letter", u"arts"_qs, whole, {u"art"_qs}, false);
-        addRow("before a number", u"art2"_qs, whole, {u"art"_qs}, false);
-        addRow("behind a number", u"2art"_qs, whole, {u"art"_qs}, false);
-        addRow("between marks", u"(art)"_qs, whole, {u"art"_qs}, true);
-        addRow("between low lines", u"_art_"_qs, whole, {u"art"_qs}, true);
-        addRow("the whole text", u"art"_qs, whole, {u"art"_qs}, true);
-        addRow("start only: before a letter", u"arts"_qs, Flag::NotAfterLetter, {u"art"_qs}, true);
-        addRow("start only: behind one", u"cart"_qs, Flag::NotAfterLetter, {u"art"_qs}, false);
-        addRow("end only: behind a letter", u"cart"_qs, Flag::NotBeforeLetter, {u"art"_qs}, true);
-        addRow("end only: before one", u"arts"_qs, Flag::NotBeforeLetter, {u"art"_qs}, false);
-        addRow("behind a letter of two bytes", u"\u00e9art"_qs, whole, {u"art"_qs}, false);
-        addRow("before a letter of two bytes", u"art\u00e9"_qs, whole, {u"art"_qs}, false);
-        addRow("behind a letter of three bytes", u"\u4e2dart"_qs, whole, {u"art"_qs}, false);
-        addRow("before a letter of three bytes", u"art\u4e2d"_qs, whole, {u"art"_qs}, false);
-        addRow("between curly quotes", u"\u201cart\u201d"_qs, whole, {u"art"_qs}, true);
-        addRow("before a combining mark", u"art\u0301"_qs, whole, {u"art"_qs}, true);
-        addRow("beside pictures", u"\U0001f600art\U0001f600"_qs, whole, {u"art"_qs}, true);
+        addRow("before a letter", u"arts"_s, whole, {u"art"_s}, false);
+        addRow("before a number", u"art2"_s, whole, {u"art"_s}, false);
+        addRow("behind a number", u"2art"_s, whole, {u"art"_s}, false);
+        addRow("between marks", u"(art)"_s, whole, {u"art"_s}, true);
+        addRow("between low lines", u"_art_"_s, whole, {u"art"_s}, true);
+        addRow("the whole text", u"art"_s, whole, {u"art"_s}, true);
+        addRow("start only: before a letter", u"arts"_s, Flag::NotAfterLetter, {u"art"_s}, true);
+        addRow("start only: behind one", u"cart"_s, Flag::NotAfterLetter, {u"art"_s}, false);
+        addRow("end only: behind a letter", u"cart"_s, Flag::NotBeforeLetter, {u"art"_s}, true);
+        addRow("end only: before one", u"arts"_s, Flag::NotBeforeLetter, {u"art"_s}, false);
+        addRow("behind a letter of two bytes", u"\u00e9art"_s, whole, {u"art"_s}, false);
+        addRow("before a letter of two bytes", u"art\u00e9"_s, whole, {u"art"_s}, false);
+        addRow("behind a letter of three bytes", u"\u4e2dart"_s, whole, {u"art"_s}, false);
+        addRow("before a letter of three bytes", u"art\u4e2d"_s, whole, {u"art"_s}, false);
+        addRow("between curly quotes", u"\u201cart\u201d"_s, whole, {u"art"_s}, true);
+        addRow("before a combining mark", u"art\u0301"_s, whole, {u"art"_s}, true);
+        addRow("beside pictures", u"\U0001f600art\U0001f600"_s, whole, {u"art"_s}, true);
         // Half a pair is no letter, whatever the pair is.
-        addRow("beside letters of four bytes", u"\U00010400art\U00010400"_qs, whole, {u"art"_qs},
+        addRow("beside letters of four bytes", u"\U00010400art\U00010400"_s, whole, {u"art"_s},
                true);
-        addRow("a word of marks", u"a -- b"_qs, whole, {u"--"_qs}, true);
-        addRow("a word of marks between letters", u"a--b"_qs, whole, {u"--"_qs}, false);
+        addRow("a word of marks", u"a -- b"_s, whole, {u"--"_s}, true);
+        addRow("a word of marks between letters", u"a--b"_s, whole, {u"--"_s}, false);
     }
 
     static void addQuoteRows()
     {
-        addRow("plain apostrophe, curly text", u"and it\u2019s"_qs, 0, {u"it's"_qs}, true);
-        addRow("plain apostrophe, plain text", u"and it's"_qs, 0, {u"it's"_qs}, true);
-        addRow("curly apostrophe, plain text", u"and it's"_qs, 0, {u"it\u2019s"_qs}, false);
-        addRow("curly apostrophe, curly text", u"and it\u2019s"_qs, 0, {u"IT\u2019S"_qs}, true);
-        addRow("plain double quotes", u"so \u201cyes\u201d, she"_qs, 0, {u"\"yes\""_qs}, true);
-        addRow("double quotes pointing", u"\u00abOui\u00bb"_qs, 0, {u"\"oui\""_qs}, true);
-        addRow("double is not single", u"it\u201ds"_qs, 0, {u"it's"_qs}, false);
-        addRow("both marks", u"\u2018\u201cNo\u201d\u2019"_qs, 0, {u"'\"no\"'"_qs}, true);
-        addRow("only a quote", u"a \u2019 b"_qs, 0, {u"'"_qs}, true);
-        addRow("a quote and whole words", u"it\u2019s"_qs, Flag::WholeWord, {u"'s"_qs}, false);
-        addRow("quote in an expression", u"it\u2019s"_qs, Flag::RegularExpression, {u"t's?$"_qs},
+        addRow("plain apostrophe, curly text", u"and it\u2019s"_s, 0, {u"it's"_s}, true);
+        addRow("plain apostrophe, plain text", u"and it's"_s, 0, {u"it's"_s}, true);
+        addRow("curly apostrophe, plain text", u"and it's"_s, 0, {u"it\u2019s"_s}, false);
+        addRow("curly apostrophe, curly text", u"and it\u2019s"_s, 0, {u"IT\u2019S"_s}, true);
+        addRow("plain double quotes", u"so \u201cyes\u201d, she"_s, 0, {u"\"yes\""_s}, true);
+        addRow("double quotes pointing", u"\u00abOui\u00bb"_s, 0, {u"\"oui\""_s}, true);
+        addRow("double is not single", u"it\u201ds"_s, 0, {u"it's"_s}, false);
+        addRow("both marks", u"\u2018\u201cNo\u201d\u2019"_s, 0, {u"'\"no\"'"_s}, true);
+        addRow("only a quote", u"a \u2019 b"_s, 0, {u"'"_s}, true);
+        addRow("a quote and whole words", u"it\u2019s"_s, Flag::WholeWord, {u"'s"_s}, false);
+        addRow("quote in an expression", u"it\u2019s"_s, Flag::RegularExpression, {u"t's?$"_s},
                true);
-        addRow("a quote and case", u"It\u2019s"_qs, Flag::CaseSensitive, {u"it's"_qs}, false);
+        addRow("a quote and case", u"It\u2019s"_s, Flag::CaseSensitive, {u"it's"_s}, false);
     }
 
     static void addCaseRows()
     {
         const int sensitive = Flag::CaseSensitive;
-        addRow("another case", u"The FOX"_qs, 0, {u"fox"_qs}, true);
-        addRow("another case, by case", u"The FOX"_qs, sensitive, {u"fox"_qs}, false);
-        addRow("same case, by case", u"The Fox fox"_qs, sensitive, {u"fox"_qs}, true);
-        addRow("another case beyond ASCII", u"\u00c4RGER"_qs, 0, {u"\u00e4rger"_qs}, true);
-        addRow("another case of two lead bytes", u"\u041f\u0420\u0418\u0412\u0415\u0422"_qs, 0,
-               {u"\u043f\u0440\u0438\u0432\u0435\u0442"_qs}, true);
-        addRow("long s", u"Congre\u017fs"_qs, 0, {u"congress"_qs}, true);
-        addRow("Kelvin sign", u"100 \u212a"_qs, Flag::WholeWord, {u"k"_qs}, true);
-        addRow("final sigma", u"\u03bb\u03cc\u03b3\u03bf\u03c2"_qs, 0,
-               {u"\u039b\u038c\u0393\u039f\u03a3"_qs}, true);
-        addRow("sharp s stays alone", u"Strasse"_qs, 0, {u"stra\u00dfe"_qs}, false);
-        addRow("ligature stays alone", u"\ufb01nd"_qs, 0, {u"find"_qs}, false);
-        addRow("dotless i is no i", u"\u0131"_qs, 0, {u"i"_qs}, false);
+        addRow("another case", u"The FOX"_s, 0, {u"fox"_s}, true);
+        addRow("another case, by case", u"The FOX"_s, sensitive, {u"fox"_s}, false);
+        addRow("same case, by case", u"The Fox fox"_s, sensitive, {u"fox"_s}, true);
+        addRow("another case beyond ASCII", u"\u00c4RGER"_s, 0, {u"\u00e4rger"_s}, true);
+        addRow("another case of two lead bytes", u"\u041f\u0420\u0418\u0412\u0415\u0422"_s, 0,
+               {u"\u043f\u0440\u0438\u0432\u0435\u0442"_s}, true);
+        addRow("long s", u"Congre\u017fs"_s, 0, {u"congress"_s}, true);
+        addRow("Kelvin sign", u"100 \u212a"_s, Flag::WholeWord, {u"k"_s}, true);
+        addRow("final sigma", u"\u03bb\u03cc\u03b3\u03bf\u03c2"_s, 0,
+               {u"\u039b\u038c\u0393\u039f\u03a3"_s}, true);
+        addRow("sharp s stays alone", u"Strasse"_s, 0, {u"stra\u00dfe"_s}, false);
+        addRow("ligature stays alone", u"\ufb01nd"_s, 0, {u"find"_s}, false);
+        addRow("dotless i is no i", u"\u0131"_s, 0, {u"i"_s}, false);
         // Its small form is two characters, and these are what an expression looks for.
-        addRow("capital i with dot does not find itself", u"\u0130"_qs, 0, {u"\u0130"_qs}, false);
-        addRow("capital i with dot finds its small form", u"i\u0307"_qs, 0, {u"\u0130"_qs}, true);
-        addRow("capital i with dot, by case", u"\u0130"_qs, sensitive, {u"\u0130"_qs}, true);
-        addRow("letters beyond the basic plane", u"\U00010400"_qs, 0, {u"\U00010428"_qs}, true);
+        addRow("capital i with dot does not find itself", u"\u0130"_s, 0, {u"\u0130"_s}, false);
+        addRow("capital i with dot finds its small form", u"i\u0307"_s, 0, {u"\u0130"_s}, true);
+        addRow("capital i with dot, by case", u"\u0130"_s, sensitive, {u"\u0130"_s}, true);
+        addRow("letters beyond the basic plane", u"\U00010400"_s, 0, {u"\U00010428"_s}, true);
     }
 
     static void addExpressionRows()
     {
         const int expression = Flag::RegularExpression;
-        addRow("expression", u"many colours"_qs, expression, {u"colou?rs\\b"_qs}, true);
-        addRow("expression without match", u"many colors"_qs, expression, {u"colours"_qs}, false);
-        addRow("expression by case", u"Grey"_qs, expression | 2, {u"gr[ae]y"_qs}, false);
-        addRow("alternatives", u"a hare"_qs, expression, {u"fox|hare"_qs}, true);
-        addRow("repeated expression", u"ab"_qs, expression, {u"abc*"_qs}, true);
-        addRow("anchored at the start", u"a fox"_qs, expression, {u"^fox"_qs}, false);
-        addRow("anchored at the end", u"a fox"_qs, expression, {u"fox$"_qs}, true);
-        addRow("back reference", u"bookkeeper"_qs, expression, {u"(o)\\1(k)\\2"_qs}, true);
-        addRow("matches of no length", u"abc"_qs, expression, {u"x*"_qs}, true);
-        addRow("matches of no length are passed over", u"abc"_qs, expression | 12, {u"x*"_qs},
-               false);
-        addRow("a match of no length between blanks", u"ab  c"_qs, expression | 12, {u"x*"_qs},
-               true);
-        addRow("a match of no length between letters", u"ab"_qs, expression | 12, {u"\\B"_qs},
-               false);
-        addRow("expressions with boundaries", u"xa1 b2"_qs, expression | 12, {u"[a-b]\\d"_qs},
-               true);
-        addRow("a bad expression", u"fox("_qs, expression, {u"fox("_qs}, false);
-        addRow("a bad expression among good ones", u"fox"_qs, expression, {u"["_qs, u"fox"_qs},
-               true);
-        addRow("a bad expression where all are asked", u"fox"_qs, expression | 32,
-               {u"fox"_qs, u"*"_qs}, false);
-        addRow("a small form of two characters in an expression", u"i\u0307."_qs, expression,
-               {u"\u0130\\."_qs}, true);
-        addRow("a plain expression", u"The Fox"_qs, expression, {u"fox"_qs}, true);
+        addRow("expression", u"many colours"_s, expression, {u"colou?rs\\b"_s}, true);
+        addRow("expression without match", u"many colors"_s, expression, {u"colours"_s}, false);
+        addRow("expression by case", u"Grey"_s, expression | 2, {u"gr[ae]y"_s}, false);
+        addRow("alternatives", u"a hare"_s, expression, {u"fox|hare"_s}, true);
+        addRow("repeated expression", u"ab"_s, expression, {u"abc*"_s}, true);
+        addRow("anchored at the start", u"a fox"_s, expression, {u"^fox"_s}, false);
+        addRow("anchored at the end", u"a fox"_s, expression, {u"fox$"_s}, true);
+        addRow("back reference", u"bookkeeper"_s, expression, {u"(o)\\1(k)\\2"_s}, true);
+        addRow("matches of no length", u"abc"_s, expression, {u"x*"_s}, true);
+        addRow("matches of no length are passed over", u"abc"_s, expression | 12, {u"x*"_s}, false);
+        addRow("a match of no length between blanks", u"ab  c"_s, expression | 12, {u"x*"_s}, true);
+        addRow("a match of no length between letters", u"ab"_s, expression | 12, {u"\\B"_s}, false);
+        addRow("expressions with boundaries", u"xa1 b2"_s, expression | 12, {u"[a-b]\\d"_s}, true);
+        addRow("a bad expression", u"fox("_s, expression, {u"fox("_s}, false);
+        addRow("a bad expression among good ones", u"fox"_s, expression, {u"["_s, u"fox"_s}, true);
+        addRow("a bad expression where all are asked", u"fox"_s, expression | 32,
+               {u"fox"_s, u"*"_s}, false);
+        addRow("a small form of two characters in an expression", u"i\u0307."_s, expression,
+               {u"\u0130\\."_s}, true);
+        addRow("a plain expression", u"The Fox"_s, expression, {u"fox"_s}, true);
     }
 
     static void addOddRows()
     {
         const QString null(QChar(0));
-        addRow("empty word", u"abc"_qs, 0, {QString()}, true);
+        addRow("empty word", u"abc"_s, 0, {QString()}, true);
         addRow("empty word, no text", {}, Flag::WholeWord, {QString()}, true);
-        addRow("empty word before a letter", u"a"_qs, Flag::NotBeforeLetter, {QString()}, true);
-        addRow("empty word among letters", u"abc"_qs, Flag::WholeWord, {QString()}, false);
-        addRow("empty word beside a mark", u"ab  c"_qs, Flag::WholeWord, {QString()}, true);
-        addRow("null string as word", u"abc"_qs, Flag::RegularExpression, {QString()}, true);
-        addRow("null character in the text", u"a"_qs + null + u"b"_qs, 0, {u"b"_qs}, true);
-        addRow("null character in the word", u"a"_qs + null + u"b"_qs, 0, {null + u"b"_qs}, true);
-        addRow("null character that is missing", u"ab"_qs, 0, {u"a"_qs + null + u"b"_qs}, false);
-        addRow("combining mark", u"e\u0301a"_qs, 0, {u"\u0301a"_qs}, true);
-        addRow("composed is not decomposed", u"\u00e9"_qs, 0, {u"e\u0301"_qs}, false);
-        addRow("picture", u"a\U0001f600b"_qs, 0, {u"\U0001f600"_qs}, true);
-        addRow("half a picture", u"a\U0001f600b"_qs, Flag::CaseSensitive, {QString(QChar(0xd83d))},
+        addRow("empty word before a letter", u"a"_s, Flag::NotBeforeLetter, {QString()}, true);
+        addRow("empty word among letters", u"abc"_s, Flag::WholeWord, {QString()}, false);
+        addRow("empty word beside a mark", u"ab  c"_s, Flag::WholeWord, {QString()}, true);
+        addRow("null string as word", u"abc"_s, Flag::RegularExpression, {QString()}, true);
+        addRow("null character in the text", u"a"_s + null + u"b"_s, 0, {u"b"_s}, true);
+        addRow("null character in the word", u"a"_s + null + u"b"_s, 0, {null + u"b"_s}, true);
+        addRow("null character that is missing", u"ab"_s, 0, {u"a"_s + null + u"b"_s}, false);
+        addRow("combining mark", u"e\u0301a"_s, 0, {u"\u0301a"_s}, true);
+        addRow("composed is not decomposed", u"\u00e9"_s, 0, {u"e\u0301"_s}, false);
+        addRow("picture", u"a\U0001f600b"_s, 0, {u"\U0001f600"_s}, true);
+        addRow("half a picture", u"a\U0001f600b"_s, Flag::CaseSensitive, {QString(QChar(0xd83d))},
                true);
-        addRow("byte order mark", u"\ufeffabc"_qs, 0, {u"\ufeffa"_qs}, true);
-        addRow("start behind a byte order mark", u"\ufeffabc"_qs, Flag::RegularExpression,
-               {u"^abc"_qs}, false);
-        addRow("two byte order marks", u"\ufeff\ufeffa"_qs, Flag::RegularExpression,
-               {u"^\ufeff\ufeffa"_qs}, true);
+        addRow("byte order mark", u"\ufeffabc"_s, 0, {u"\ufeffa"_s}, true);
+        addRow("start behind a byte order mark", u"\ufeffabc"_s, Flag::RegularExpression,
+               {u"^abc"_s}, false);
+        addRow("two byte order marks", u"\ufeff\ufeffa"_s, Flag::RegularExpression,
+               {u"^\ufeff\ufeffa"_s}, true);
     }
 };
 

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 SettingsFile::SettingsFile(const QString &name)
     : mName(name)
 {
@@ -51,7 +53,7 @@ QVariant SettingsFile::storedValue(const QString &key) const
 
 QString SettingsFile::copy() const
 {
-    const QString path = mCopies.filePath(QString::number(++mCopyCount) + u".ini"_qs);
+    const QString path = mCopies.filePath(QString::number(++mCopyCount) + u".ini"_s);
     if (exists() && !QFile::copy(this->path(), path))
         qFatal("can't copy a test's file");
     return path;
@@ -60,7 +62,7 @@ QString SettingsFile::copy() const
 QByteArray iniText(const QString &key, const QByteArray &value)
 {
     const bool hasGroup = key.contains(u'/');
-    const QString group = hasGroup ? key.section(u'/', 0, 0) : u"General"_qs;
+    const QString group = hasGroup ? key.section(u'/', 0, 0) : u"General"_s;
     QString name = hasGroup ? key.section(u'/', 1) : key;
     name.replace(u'/', u'\\');
     return '[' + group.toUtf8() + "]\n" + name.toUtf8() + '=' + value + '\n';

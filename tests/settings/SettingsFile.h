@@ -7,12 +7,14 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /** The place of an ini file in a folder of its own, gone with the object. */
 class SettingsFile
 {
 public:
     /** Names the file without making it. */
-    explicit SettingsFile(const QString &name = u"ui.ini"_qs);
+    explicit SettingsFile(const QString &name = u"ui.ini"_s);
 
     [[nodiscard]] QString path() const;
     /** The path of another file in the same folder. */

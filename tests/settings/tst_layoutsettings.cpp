@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QImage picture()
@@ -79,12 +81,12 @@ void TstLayoutSettings::theNameIsStored()
     {
         TVLLayoutSettings layout(file.path());
         QCOMPARE(layout.name(), QString());
-        layout.setName(u"Two \u2014 editors"_qs);
-        QCOMPARE(layout.name(), u"Two \u2014 editors"_qs);
+        layout.setName(u"Two \u2014 editors"_s);
+        QCOMPARE(layout.name(), u"Two \u2014 editors"_s);
     }
-    QCOMPARE(file.content(), iniText(u"layoutName"_qs, u"Two \u2014 editors"_qs.toUtf8()));
-    QCOMPARE(file.open<TVLLayoutSettings>()->name(), u"Two \u2014 editors"_qs);
-    file.write(iniText(u"layoutName"_qs, "@Size(1 2)"));
+    QCOMPARE(file.content(), iniText(u"layoutName"_s, u"Two \u2014 editors"_s.toUtf8()));
+    QCOMPARE(file.open<TVLLayoutSettings>()->name(), u"Two \u2014 editors"_s);
+    file.write(iniText(u"layoutName"_s, "@Size(1 2)"));
     QCOMPARE(file.open<TVLLayoutSettings>()->name(), QString());
 }
 
@@ -96,7 +98,7 @@ void TstLayoutSettings::thePreviewIsStoredAsPng()
     QBuffer expected;
     QVERIFY(expected.open(QIODevice::WriteOnly));
     QVERIFY(picture().save(&expected, "PNG"));
-    const QVariant stored = file.storedValue(u"layoutPreview"_qs);
+    const QVariant stored = file.storedValue(u"layoutPreview"_s);
     QCOMPARE(stored.typeId(), int(QMetaType::QByteArray));
     QCOMPARE(stored.toByteArray(), expected.data());
     QVERIFY(stored.toByteArray().startsWith("\x89PNG"));
@@ -116,7 +118,7 @@ void TstLayoutSettings::withoutAPreviewTheImageIsNull()
     QFETCH(QByteArray, text);
     const SettingsFile file;
     QVERIFY(TVLLayoutSettings(file.path()).preview().isNull());
-    file.write(iniText(u"layoutPreview"_qs, text));
+    file.write(iniText(u"layoutPreview"_s, text));
     QVERIFY(file.open<TVLLayoutSettings>()->preview().isNull());
 }
 
@@ -125,7 +127,7 @@ void TstLayoutSettings::aNullPreviewReplacesAnother()
     const SettingsFile file;
     TVLLayoutSettings(file.path()).setPreview(picture());
     TVLLayoutSettings(file.path()).setPreview(QImage());
-    QCOMPARE(file.storedValue(u"layoutPreview"_qs), QVariant(QByteArray()));
+    QCOMPARE(file.storedValue(u"layoutPreview"_s), QVariant(QByteArray()));
     QVERIFY(file.open<TVLLayoutSettings>()->preview().isNull());
 }
 
@@ -135,13 +137,13 @@ void TstLayoutSettings::aSplitterStateIsStored_data()
     QTest::addColumn<StateGetter>("state");
     QTest::addColumn<StateSetter>("setState");
 
-    QTest::newRow("editors") << u"editorSplitterState"_qs
+    QTest::newRow("editors") << u"editorSplitterState"_s
                              << StateGetter(&TVLLayoutSettings::editorSplitterState)
                              << StateSetter(&TVLLayoutSettings::setEditorSplitterState);
-    QTest::newRow("inspector") << u"inspectorSplitterState"_qs
+    QTest::newRow("inspector") << u"inspectorSplitterState"_s
                                << StateGetter(&TVLLayoutSettings::inspectorSplitterState)
                                << StateSetter(&TVLLayoutSettings::setInspectorSplitterState);
-    QTest::newRow("binder") << u"binderSplitterState"_qs
+    QTest::newRow("binder") << u"binderSplitterState"_s
                             << StateGetter(&TVLLayoutSettings::binderSplitterState)
                             << StateSetter(&TVLLayoutSettings::setBinderSplitterState);
 }
@@ -175,7 +177,7 @@ void TstLayoutSettings::whatTheBinderAffectsIsStored()
         layout.setBinderAffectsType(TVL::AffectType(3));
         QCOMPARE(int(layout.binderAffectsType()), 3);
     }
-    QCOMPARE(file.content(), iniText(u"binderAffects"_qs, "3"));
+    QCOMPARE(file.content(), iniText(u"binderAffects"_s, "3"));
     QCOMPARE(int(file.open<TVLLayoutSettings>()->binderAffectsType()), 3);
 }
 
@@ -185,10 +187,10 @@ void TstLayoutSettings::anInspectorModeIsStored_data()
     QTest::addColumn<InspectorGetter>("mode");
     QTest::addColumn<InspectorSetter>("setMode");
 
-    QTest::newRow("shown") << u"inspectorMode"_qs
+    QTest::newRow("shown") << u"inspectorMode"_s
                            << InspectorGetter(&TVLLayoutSettings::inspectorMode)
                            << InspectorSetter(&TVLLayoutSettings::setInspectorMode);
-    QTest::newRow("chosen") << u"inspectorModeUserSelected"_qs
+    QTest::newRow("chosen") << u"inspectorModeUserSelected"_s
                             << InspectorGetter(&TVLLayoutSettings::userSelectedInspectorMode)
                             << InspectorSetter(&TVLLayoutSettings::setUserSelectedInspectorMode);
 }
@@ -343,7 +345,7 @@ void TstLayoutSettings::aSizeWithoutAPositionUsesTheDefaultPosition()
     const SettingsFile file;
     TVLLayoutSettings layout(file.path());
     layout.setWindowSize(QSize(123, 45), false);
-    QVERIFY(!layout.contains(u"windowPosition"_qs));
+    QVERIFY(!layout.contains(u"windowPosition"_s));
     const QRect fallback = TVLLayoutSettings::defaultMainWindowGeometry(nullptr);
     QCOMPARE(layout.windowGeometry(nullptr), QRect(fallback.topLeft(), QSize(123, 45)));
 }
@@ -353,8 +355,8 @@ void TstLayoutSettings::aPositionWithoutASizeUsesTheDefaultSize()
     const SettingsFile file;
     TVLLayoutSettings layout(file.path());
     layout.setWindowPosition(QPoint(12, 34));
-    QVERIFY(!layout.contains(u"windowSize"_qs));
-    QVERIFY(!layout.contains(u"windowMaximized"_qs));
+    QVERIFY(!layout.contains(u"windowSize"_s));
+    QVERIFY(!layout.contains(u"windowMaximized"_s));
     const QRect fallback = TVLLayoutSettings::defaultMainWindowGeometry(nullptr);
     QCOMPARE(layout.windowGeometry(nullptr), QRect(QPoint(12, 34), fallback.size()));
 }
@@ -394,7 +396,7 @@ void TstLayoutSettings::maximizedIsStoredWithTheSize()
     const SettingsFile file;
     for (const bool isMaximized : {true, false, true}) {
         TVLLayoutSettings(file.path()).setWindowSize(QSize(700, 800), isMaximized);
-        QCOMPARE(file.storedValue(u"windowMaximized"_qs).toBool(), isMaximized);
+        QCOMPARE(file.storedValue(u"windowMaximized"_s).toBool(), isMaximized);
         const auto layout = file.open<TVLLayoutSettings>();
         QCOMPARE(layout->windowMaximized(nullptr), isMaximized);
         QCOMPARE(layout->windowGeometry(nullptr).size(), QSize(700, 800));
@@ -406,7 +408,7 @@ void TstLayoutSettings::visibilityFlagsAreStored()
     for (const int flags : {0, 1, 61708, 61806, -1}) {
         const SettingsFile file;
         TVLLayoutSettings(file.path()).setVisibilityFlags(flags);
-        QCOMPARE(file.content(), iniText(u"visibilityFlags"_qs, QByteArray::number(flags)));
+        QCOMPARE(file.content(), iniText(u"visibilityFlags"_s, QByteArray::number(flags)));
         QCOMPARE(file.open<TVLLayoutSettings>()->visibilityFlags(nullptr), flags);
     }
 }

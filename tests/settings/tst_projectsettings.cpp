@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using HistoryGetter = QByteArray (TVLProjectSettings::*)() const;
@@ -35,12 +37,12 @@ void TstProjectSettings::aProjectHasALayout()
     const SettingsFile file;
     {
         TVLProjectSettings project(file.path());
-        project.setName(u"Mine"_qs);
+        project.setName(u"Mine"_s);
         project.setWindowSize(QSize(10, 20), true);
         project.setValue(TVLSettings::TintBinderIcons, true);
     }
     const auto layout = file.open<TVLLayoutSettings>();
-    QCOMPARE(layout->name(), u"Mine"_qs);
+    QCOMPARE(layout->name(), u"Mine"_s);
     QCOMPARE(layout->windowMaximized(nullptr), true);
     QCOMPARE(layout->value(TVLSettings::TintBinderIcons), true);
 }
@@ -49,13 +51,13 @@ void TstProjectSettings::theIgnoreListIsStored_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::newRow("empty") << QStringList();
-    QTest::newRow("one") << QStringList(u"Gandalfish"_qs);
-    QTest::newRow("several") << QStringList{u"Zaphod"_qs, u"d'Artagnan"_qs, u"M\u00fcller"_qs};
-    QTest::newRow("hard ones") << QStringList{u"a, b"_qs, u"@home"_qs, u"\"x\""_qs,
-                                              u""_qs,     u"true"_qs,  u"\u4e2d\u6587"_qs};
+    QTest::newRow("one") << QStringList(u"Gandalfish"_s);
+    QTest::newRow("several") << QStringList{u"Zaphod"_s, u"d'Artagnan"_s, u"M\u00fcller"_s};
+    QTest::newRow("hard ones") << QStringList{u"a, b"_s, u"@home"_s, u"\"x\""_s,
+                                              u""_s,     u"true"_s,  u"\u4e2d\u6587"_s};
     QStringList many;
     for (int i = 0; i < 20000; ++i)
-        many += u"word"_qs + QString::number(i);
+        many += u"word"_s + QString::number(i);
     QTest::newRow("many") << many;
 }
 
@@ -68,9 +70,9 @@ void TstProjectSettings::theIgnoreListIsStored()
         QCOMPARE(project.ignoreList(), QStringList());
         project.setIgnoreList(words);
         QCOMPARE(project.ignoreList(), words);
-        QCOMPARE(project.allKeys(), QStringList(u"ignoreList"_qs));
+        QCOMPARE(project.allKeys(), QStringList(u"ignoreList"_s));
     }
-    QCOMPARE(file.storedValue(u"ignoreList"_qs).toStringList(), words);
+    QCOMPARE(file.storedValue(u"ignoreList"_s).toStringList(), words);
     QCOMPARE(file.open<TVLProjectSettings>()->ignoreList(), words);
 }
 
@@ -79,7 +81,7 @@ void TstProjectSettings::anIgnoreListOfAnotherKindIsEmpty()
     for (const QByteArray &text :
          {QByteArray("@Size(1 2)"), QByteArray("@Invalid()"), QByteArray("@ByteArray(a)")}) {
         const SettingsFile file;
-        file.write(iniText(u"ignoreList"_qs, text));
+        file.write(iniText(u"ignoreList"_s, text));
         QCOMPARE(TVLProjectSettings(file.path()).ignoreList(), QStringList());
     }
 }
@@ -91,15 +93,15 @@ void TstProjectSettings::aHistoryIsStored_data()
     QTest::addColumn<HistorySetter>("setHistory");
 
     using P = TVLProjectSettings;
-    QTest::newRow("first editor") << u"firstEditorHistory"_qs
+    QTest::newRow("first editor") << u"firstEditorHistory"_s
                                   << HistoryGetter(&P::firstEditorHistory)
                                   << HistorySetter(&P::setFirstEditorHistory);
     QTest::newRow("second editor")
-        << u"secondEditorHistory"_qs << HistoryGetter(&P::secondEditorHistory)
+        << u"secondEditorHistory"_s << HistoryGetter(&P::secondEditorHistory)
         << HistorySetter(&P::setSecondEditorHistory);
-    QTest::newRow("binder") << u"binderHistory"_qs << HistoryGetter(&P::binderHistory)
+    QTest::newRow("binder") << u"binderHistory"_s << HistoryGetter(&P::binderHistory)
                             << HistorySetter(&P::setBinderHistory);
-    QTest::newRow("full screen") << u"fullScreenHistory"_qs << HistoryGetter(&P::fullScreenHistory)
+    QTest::newRow("full screen") << u"fullScreenHistory"_s << HistoryGetter(&P::fullScreenHistory)
                                  << HistorySetter(&P::setFullScreenHistory);
 }
 
@@ -130,14 +132,14 @@ void TstProjectSettings::theBackupFlagOfOlderProjectsCanBeRemoved()
     {
         TVLProjectSettings project(file.path());
         const QString key = project.keyText(TVLSettings::ExcludeFromBackups);
-        QCOMPARE(key, u"excludeFromAutomaticBackups"_qs);
+        QCOMPARE(key, u"excludeFromAutomaticBackups"_s);
         QVERIFY(project.contains(key));
         QCOMPARE(project.value(TVLSettings::ExcludeFromBackups), true);
         project.remove(key);
         QVERIFY(!project.contains(key));
         QCOMPARE(project.value(TVLSettings::ExcludeFromBackups), false);
     }
-    QCOMPARE(file.content(), iniText(u"showInvisibles"_qs, "true"));
+    QCOMPARE(file.content(), iniText(u"showInvisibles"_s, "true"));
 }
 
 void TstProjectSettings::aLayoutIsTakenOutOfAProject()

@@ -16,6 +16,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray contentOf(const QString &path)
@@ -53,11 +55,11 @@ QByteArray wholeFile()
     const SettingsFile file;
     {
         TVLProjectSettings settings(file.path());
-        settings.setName(u"M\u00fcller"_qs);
+        settings.setName(u"M\u00fcller"_s);
         settings.setPreview(QImage(3, 3, QImage::Format_Mono));
         settings.setWindowPosition(QPoint(1, 2));
         settings.setWindowSize(QSize(3, 4), true);
-        settings.setIgnoreList({u"one"_qs, u"two"_qs});
+        settings.setIgnoreList({u"one"_s, u"two"_s});
         settings.setBinderHistory(QByteArray(40, '\xf0'));
         settings.setValue(TVLSettings::ExpandedBinderItems, {1, 2, 3});
         settings.setValue(TVLSettings::CardSize, 5);
@@ -100,9 +102,9 @@ private Q_SLOTS:
 
 void TstSettingsFiles::openingAndReadingMakesNoFile()
 {
-    const SettingsFile file(u"Folder/ui.ini"_qs);
+    const SettingsFile file(u"Folder/ui.ini"_s);
     readAll(TVLProjectSettings(file.path()));
-    QVERIFY(!QFile::exists(file.pathBeside(u"Folder"_qs)));
+    QVERIFY(!QFile::exists(file.pathBeside(u"Folder"_s)));
 }
 
 void TstSettingsFiles::readingADamagedFileTouchesNothing_data()
@@ -134,7 +136,7 @@ void TstSettingsFiles::readingADamagedFileTouchesNothing()
         settings.sync();
     }
     QCOMPARE(file.content(), content);
-    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_s));
 }
 
 void TstSettingsFiles::aDamagedFileIsKeptBeforeTheFirstChange_data()
@@ -153,14 +155,14 @@ void TstSettingsFiles::aDamagedFileIsKeptBeforeTheFirstChange()
         settings.setValue(TVLSettings::CardSize, 5);
         settings.setValue(TVLSettings::CardRatio, 6);
     }
-    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
-    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), content);
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_s, u"ui.ini.damaged"_s}));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_s)), content);
     QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
     QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardRatio), 6);
 
     // What was written can be read, so nothing more is kept.
     TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 7);
-    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_s, u"ui.ini.damaged"_s}));
 }
 
 void TstSettingsFiles::aWholeFileIsNotKept_data()
@@ -183,24 +185,24 @@ void TstSettingsFiles::aWholeFileIsNotKept()
     const SettingsFile file;
     file.write(content);
     TVLProjectSettings(file.path()).setValue(TVLSettings::CardRatio, 6);
-    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_s));
     const auto settings = file.open<TVLProjectSettings>();
     QCOMPARE(settings->value(TVLSettings::CardRatio), 6);
     if (content.contains("layoutName=x"))
-        QCOMPARE(settings->name(), u"x"_qs);
+        QCOMPARE(settings->name(), u"x"_s);
 }
 
 void TstSettingsFiles::everyWayOfChangingKeepsADamagedFile()
 {
     using Change = std::function<void(TVLProjectSettings &)>;
     const Change changes[] = {
-        [](TVLProjectSettings &settings) { settings.setValue(u"key"_qs, 1); },
+        [](TVLProjectSettings &settings) { settings.setValue(u"key"_s, 1); },
         [](TVLProjectSettings &settings) { settings.setValue(TVLSettings::GhostNotes, true); },
         [](TVLProjectSettings &settings) {
             settings.setPreview(QImage(1, 1, QImage::Format_Mono));
         },
         [](TVLProjectSettings &settings) { settings.setIgnoreList({}); },
-        [](TVLProjectSettings &settings) { settings.remove(u"layoutName"_qs); },
+        [](TVLProjectSettings &settings) { settings.remove(u"layoutName"_s); },
         [](TVLProjectSettings &settings) { settings.clear(); },
         [](TVLProjectSettings &settings) { QVERIFY(settings.saveToFile(settings.fileName())); },
     };
@@ -213,7 +215,7 @@ void TstSettingsFiles::everyWayOfChangingKeepsADamagedFile()
             change(settings);
         }
         QVERIFY(file.content() != damaged);
-        QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), damaged);
+        QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_s)), damaged);
     }
 }
 
@@ -224,27 +226,27 @@ void TstSettingsFiles::whatChangesNothingLeavesADamagedFileAlone()
     file.write(damaged);
     {
         TVLProjectSettings settings(file.path());
-        settings.setName(u"x"_qs);
-        settings.setIgnoreList({u"a"_qs, u"b"_qs});
-        settings.setValue(u"Other/key"_qs, u"1"_qs);
-        settings.remove(u"Another"_qs);
-        settings.remove(u"Other/key/below"_qs);
+        settings.setName(u"x"_s);
+        settings.setIgnoreList({u"a"_s, u"b"_s});
+        settings.setValue(u"Other/key"_s, u"1"_s);
+        settings.remove(u"Another"_s);
+        settings.remove(u"Other/key/below"_s);
         settings.remove(QString());
         settings.sync();
     }
     QCOMPARE(file.content(), damaged);
-    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_s));
 
     const SettingsFile emptied;
     emptied.write("word\n");
     TVLProjectSettings(emptied.path()).clear();
     QCOMPARE(emptied.content(), QByteArray("word\n"));
-    QCOMPARE(emptied.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(emptied.names(), QStringList(u"ui.ini"_s));
 
     // A whole group goes, and is something to write.
-    TVLProjectSettings(file.path()).remove(u"Other"_qs);
-    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
-    QVERIFY(!file.open<TVLProjectSettings>()->contains(u"Other/key"_qs));
+    TVLProjectSettings(file.path()).remove(u"Other"_s);
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_s, u"ui.ini.damaged"_s}));
+    QVERIFY(!file.open<TVLProjectSettings>()->contains(u"Other/key"_s));
 }
 
 void TstSettingsFiles::theSecondObjectOnADamagedFileKeepsItToo()
@@ -257,7 +259,7 @@ void TstSettingsFiles::theSecondObjectOnADamagedFileKeepsItToo()
     const TVLProjectSettings open(file.path());
     readAll(open);
     TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 5);
-    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), damaged);
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_s)), damaged);
 }
 
 void TstSettingsFiles::aDamagedFileIsKeptOnceForTheSameContent()
@@ -268,7 +270,7 @@ void TstSettingsFiles::aDamagedFileIsKeptOnceForTheSameContent()
         file.write(damaged);
         TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, time);
     }
-    QCOMPARE(file.names(), QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs}));
+    QCOMPARE(file.names(), QStringList({u"ui.ini"_s, u"ui.ini.damaged"_s}));
 }
 
 void TstSettingsFiles::anotherDamagedFileDoesNotReplaceTheFirst()
@@ -279,11 +281,11 @@ void TstSettingsFiles::anotherDamagedFileDoesNotReplaceTheFirst()
         TVLProjectSettings(file.path()).setValue(TVLSettings::CardSize, 5);
     }
     QCOMPARE(file.names(),
-             QStringList({u"ui.ini"_qs, u"ui.ini.damaged"_qs, u"ui.ini.damaged-2"_qs,
-                          u"ui.ini.damaged-3"_qs}));
-    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_qs)), QByteArray("one"));
-    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-2"_qs)), QByteArray("two"));
-    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-3"_qs)), QByteArray("three"));
+             QStringList(
+                 {u"ui.ini"_s, u"ui.ini.damaged"_s, u"ui.ini.damaged-2"_s, u"ui.ini.damaged-3"_s}));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged"_s)), QByteArray("one"));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-2"_s)), QByteArray("two"));
+    QCOMPARE(contentOf(file.pathBeside(u"ui.ini.damaged-3"_s)), QByteArray("three"));
 }
 
 void TstSettingsFiles::aDamagedFileThatCannotBeKeptIsNotWritten()
@@ -293,7 +295,7 @@ void TstSettingsFiles::aDamagedFileThatCannotBeKeptIsNotWritten()
     {
         const SettingsFile whole(name);
         TVLProjectSettings(whole.path()).setValue(TVLSettings::CardSize, 5);
-        QCOMPARE(whole.content(), iniText(u"IndexCard/Size"_qs, "5"));
+        QCOMPARE(whole.content(), iniText(u"IndexCard/Size"_s, "5"));
     }
     const QByteArray damaged = "[IndexCard]\nSize=9\nword\n";
     const SettingsFile file(name);
@@ -302,7 +304,7 @@ void TstSettingsFiles::aDamagedFileThatCannotBeKeptIsNotWritten()
         TVLProjectSettings settings(file.path());
         settings.setValue(TVLSettings::CardSize, 5);
         settings.setPreview(QImage(1, 1, QImage::Format_Mono));
-        settings.remove(u"IndexCard/Size"_qs);
+        settings.remove(u"IndexCard/Size"_s);
         settings.clear();
         QCOMPARE(settings.value(TVLSettings::CardSize), 9);
         QVERIFY(!settings.saveToFile(settings.fileName()));
@@ -319,12 +321,12 @@ void TstSettingsFiles::whatCanBeReadOfADamagedFileIsRead()
     file.write("[General]\nlayoutName=x\nword\n[IndexCard]\nSize=9\n");
     {
         TVLProjectSettings settings(file.path());
-        QCOMPARE(settings.name(), u"x"_qs);
+        QCOMPARE(settings.name(), u"x"_s);
         QCOMPARE(settings.value(TVLSettings::CardSize), 9);
         settings.setValue(TVLSettings::CardRatio, 1);
     }
     const auto settings = file.open<TVLProjectSettings>();
-    QCOMPARE(settings->name(), u"x"_qs);
+    QCOMPARE(settings->name(), u"x"_s);
     QCOMPARE(settings->value(TVLSettings::CardSize), 9);
     QCOMPARE(settings->value(TVLSettings::CardRatio), 1);
 }
@@ -344,7 +346,7 @@ void TstSettingsFiles::junkBreaksNothing()
             settings.setValue(TVLSettings::CardSize, 5);
         }
         QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
-        const QString kept = file.pathBeside(u"ui.ini.damaged"_qs);
+        const QString kept = file.pathBeside(u"ui.ini.damaged"_s);
         // Only the shortest junk can happen to be a whole file.
         QVERIFY(contentOf(kept) == junk || (junk.size() < 20 && !QFile::exists(kept)));
     }
@@ -394,10 +396,10 @@ void TstSettingsFiles::aHugeFileIsRead()
         QCOMPARE(settings.value(TVLSettings::FirstOutlinerColumnWidths).size(), keyCount + 1);
         settings.setValue(TVLSettings::CardSize, 5);
     }
-    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_s));
     const auto settings = file.open<TVLProjectSettings>();
     QCOMPARE(settings->allKeys().size(), keyCount + 3);
-    QCOMPARE(settings->value(u"Many/key%1"_qs.arg(keyCount - 1)).toInt(), keyCount - 1);
+    QCOMPARE(settings->value(u"Many/key%1"_s.arg(keyCount - 1)).toInt(), keyCount - 1);
     QCOMPARE(settings->value(TVLSettings::CardSize), 5);
 }
 
@@ -414,15 +416,15 @@ void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing()
     QFETCH(bool, isFolder);
     const SettingsFile inTheWay;
     if (isFolder)
-        QVERIFY(QDir().mkpath(inTheWay.path() + u"/inner"_qs));
+        QVERIFY(QDir().mkpath(inTheWay.path() + u"/inner"_s));
     else
         inTheWay.write("words");
     const SettingsFile elsewhere;
     {
-        TVLProjectSettings settings(isFolder ? inTheWay.path() : inTheWay.path() + u"/ui.ini"_qs);
+        TVLProjectSettings settings(isFolder ? inTheWay.path() : inTheWay.path() + u"/ui.ini"_s);
         QCOMPARE(settings.value(TVLSettings::CardSize), 220);
         settings.setValue(TVLSettings::CardSize, 5);
-        settings.setIgnoreList({u"word"_qs});
+        settings.setIgnoreList({u"word"_s});
         settings.sync();
         QCOMPARE(settings.status(), QSettings::AccessError);
         // They stay in memory, and can be saved where there is room for them.
@@ -430,13 +432,13 @@ void TstSettingsFiles::aFileThatCannotBeWrittenLosesNothing()
         QVERIFY(settings.saveToFile(elsewhere.path()));
         QVERIFY(!settings.saveToFile(settings.fileName()));
         QCOMPARE(settings.value(TVLSettings::CardSize), 5);
-        QCOMPARE(settings.ignoreList(), QStringList(u"word"_qs));
+        QCOMPARE(settings.ignoreList(), QStringList(u"word"_s));
     }
     QCOMPARE(elsewhere.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
-    QCOMPARE(elsewhere.open<TVLProjectSettings>()->ignoreList(), QStringList(u"word"_qs));
+    QCOMPARE(elsewhere.open<TVLProjectSettings>()->ignoreList(), QStringList(u"word"_s));
     if (isFolder)
         QCOMPARE(QDir(inTheWay.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList(u"inner"_qs));
+                 QStringList(u"inner"_s));
     else
         QCOMPARE(inTheWay.content(), QByteArray("words"));
 }
@@ -447,7 +449,7 @@ void TstSettingsFiles::aGuardThatAKilledProcessLeftHoldsNothingUp_data()
     QTest::addColumn<Change>("change");
     const auto add = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
     const auto leaveGuard = [](const SettingsFile &file) {
-        QFile guard(file.path() + u".lock"_qs);
+        QFile guard(file.path() + u".lock"_s);
         QVERIFY(guard.open(QIODevice::WriteOnly));
     };
     add("at the end of the object", [leaveGuard](const SettingsFile &file) {
@@ -486,7 +488,7 @@ void TstSettingsFiles::aGuardThatAKilledProcessLeftHoldsNothingUp()
     change(file);
     QVERIFY(timer.elapsed() < 10'000);
     QCOMPARE(file.open<TVLProjectSettings>()->value(TVLSettings::CardSize), 5);
-    QCOMPARE(file.names(), QStringList(u"ui.ini"_qs));
+    QCOMPARE(file.names(), QStringList(u"ui.ini"_s));
 }
 
 void TstSettingsFiles::aPipeInAFilesPlaceIsNotOpened()

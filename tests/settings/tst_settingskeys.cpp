@@ -10,6 +10,8 @@
 #include <set>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 using S = TVLSettings;
 
 namespace {
@@ -104,7 +106,7 @@ const QList<Row<QList<int>>> &intListRows()
 
 const QList<Row<QString>> &stringRows()
 {
-    static const QList<Row<QString>> rows = {{48, Project, "Compile/ContentRoot", u"-1"_qs}};
+    static const QList<Row<QString>> rows = {{48, Project, "Compile/ContentRoot", u"-1"_s}};
     return rows;
 }
 
@@ -362,7 +364,7 @@ void TstSettingsKeys::listsOfNumbersAreReadAsQtStoresThem_data()
     QTest::newRow("empty list of texts") << QVariant(QStringList()) << QList<int>();
     QTest::newRow("empty list of values") << QVariant(QVariantList()) << QList<int>();
     QTest::newRow("list of texts")
-        << QVariant(QStringList({u"7"_qs, u"-8"_qs})) << QList<int>({7, -8});
+        << QVariant(QStringList({u"7"_s, u"-8"_s})) << QList<int>({7, -8});
     QTest::newRow("list of values") << QVariant(QVariantList({7, -8})) << QList<int>({7, -8});
     QTest::newRow("list of one value") << QVariant(QVariantList() << 7) << QList<int>({7});
     QTest::newRow("list of numbers")
@@ -403,13 +405,13 @@ void TstSettingsKeys::listsOfNumbers()
 
 void TstSettingsKeys::texts()
 {
-    TestedSetting<S::StringSetting, QString>(u"12"_qs, "12")
+    TestedSetting<S::StringSetting, QString>(u"12"_s, "12")
         .check({"a, b", "@Invalid()", "@ByteArray(12)", "@Size(1 2)", "@Variant(junk)"});
 }
 
 void TstSettingsKeys::listsOfTexts()
 {
-    TestedSetting<S::StringListSetting, QStringList>({u"a b"_qs, u"c"_qs}, "a b, c")
+    TestedSetting<S::StringListSetting, QStringList>({u"a b"_s, u"c"_s}, "a b, c")
         .check({"@Invalid()", "@ByteArray(a)", "@Size(1 2)", "@Variant(junk)"});
 }
 
@@ -471,13 +473,13 @@ void TstSettingsKeys::aListOfNumbersSurvives()
 void TstSettingsKeys::theContentRootIsAText()
 {
     const SettingsFile file;
-    const QString empty = u""_qs;
+    const QString empty = u""_s;
     TVLProjectSettings(file.path()).setValue(S::CompileContentRoot, empty);
     QCOMPARE(file.open<TVLProjectSettings>()->value(S::CompileContentRoot), empty);
     // The number 48 is another setting among the whole numbers.
     const SettingsFile other;
     TVLProjectSettings(other.path()).setValue(S::SecondEditorMode, 5);
-    QCOMPARE(other.open<TVLProjectSettings>()->value(S::CompileContentRoot), u"-1"_qs);
+    QCOMPARE(other.open<TVLProjectSettings>()->value(S::CompileContentRoot), u"-1"_s);
 }
 
 void TstSettingsKeys::allSettingsLieInOneFile()

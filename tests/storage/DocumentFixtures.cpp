@@ -15,6 +15,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void linkInProject(const TestProject &project, const QString &relativePath, const QString &target)
@@ -64,12 +66,12 @@ UnopenableFile::~UnopenableFile()
 
 void UnopenableFile::linkTo(const TestProject &project, const QString &relativePath) const
 {
-    linkInProject(project, relativePath, u"/proc/self/fd/%1"_qs.arg(mSocket));
+    linkInProject(project, relativePath, u"/proc/self/fd/%1"_s.arg(mSocket));
 }
 
 QString UnopenableFile::errorText()
 {
-    return u"It isn't an ordinary file"_qs;
+    return u"It isn't an ordinary file"_s;
 }
 
 void checkUnopenableDocument(const QString &message)
@@ -92,18 +94,18 @@ void checkUnopenableDocument(const QString &message)
 void linkToUnreadableFile(const TestProject &project, const QString &relativePath)
 {
     // The memory at its beginning belongs to no one.
-    linkInProject(project, relativePath, u"/proc/self/mem"_qs);
+    linkInProject(project, relativePath, u"/proc/self/mem"_s);
 }
 
 void makeUnwritable(const TestProject &project, const QString &relativePath)
 {
-    linkInProject(project, relativePath, u"/dev/full"_qs);
+    linkInProject(project, relativePath, u"/dev/full"_s);
 }
 
 QString unwritableText(const TestProject &project, const QString &relativePath)
 {
-    return u"'"_qs + project.path(relativePath)
-        + u"' is a link, and what it leads to is not written"_qs;
+    return u"'"_s + project.path(relativePath)
+        + u"' is a link, and what it leads to is not written"_s;
 }
 
 QByteArray rtfOf(const QByteArray &text)
@@ -113,7 +115,7 @@ QByteArray rtfOf(const QByteArray &text)
 
 QString docsPath(TVL::DocumentType type, int id)
 {
-    return u"Files/Docs/"_qs + TVLProjectFolderFormat::documentFileNameId(id, type);
+    return u"Files/Docs/"_s + TVLProjectFolderFormat::documentFileNameId(id, type);
 }
 
 TVLTextCommentLink numberedComment(int number)

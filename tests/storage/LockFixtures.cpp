@@ -4,6 +4,8 @@
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int PatienceMs = 120'000;
@@ -20,7 +22,7 @@ void start(QProcess *process, const LockIdentity &identity, const QString &what,
 
 QString identityPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/userlock.id"_qs;
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/userlock.id"_s;
 }
 
 QString lockProgramFile()
@@ -31,10 +33,10 @@ QString lockProgramFile()
 QProcessEnvironment LockIdentity::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"USER"_qs, user);
+    environment.insert(u"USER"_s, user);
     if (!home.isEmpty()) {
-        environment.insert(u"HOME"_qs, home);
-        environment.insert(u"XDG_DATA_HOME"_qs, home);
+        environment.insert(u"HOME"_s, home);
+        environment.insert(u"XDG_DATA_HOME"_s, home);
     }
     return environment;
 }
@@ -78,7 +80,7 @@ void LockHolder::kill()
 LockReport compareLock(const LockIdentity &identity, const QString &projectPath)
 {
     QProcess process;
-    start(&process, identity, u"compare"_qs, projectPath);
+    start(&process, identity, u"compare"_s, projectPath);
     if (!process.waitForFinished(PatienceMs) || process.exitStatus() != QProcess::NormalExit)
         return {};
     const QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n');

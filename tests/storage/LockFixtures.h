@@ -3,6 +3,8 @@
 #include <QProcess>
 #include <QString>
 
+using namespace Qt::StringLiterals;
+
 /** The program that the processes of these tests run, as a lock names it. */
 [[nodiscard]] QString lockProgramFile();
 
@@ -13,8 +15,8 @@
 struct LockIdentity
 {
     QString file = lockProgramFile(); ///< The program, or a copy of it.
-    QString name = u"writer"_qs; ///< What the application is called.
-    QString user = u"anna"_qs;
+    QString name = u"writer"_s; ///< What the application is called.
+    QString user = u"anna"_s;
     QString home; ///< Where the user's data is; empty for that of the test.
 
     [[nodiscard]] QProcessEnvironment environment() const;
@@ -25,7 +27,7 @@ class LockHolder
 {
 public:
     LockHolder(const LockIdentity &identity, const QString &projectPath,
-               const QString &what = u"hold"_qs);
+               const QString &what = u"hold"_s);
     ~LockHolder();
     Q_DISABLE_COPY_MOVE(LockHolder)
 

@@ -7,15 +7,17 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-const QString NotesFolder = u"Files/ProjectNotes"_qs;
-const QString NotesIndex = u"Files/ProjectNotes/index.xml"_qs;
+using namespace Qt::StringLiterals;
 
-const QStringList ThreeNotes = {u"10 Title 10: Text 10"_qs, u"11 Title 11: Text 11"_qs,
-                                u"12 Title 12: Text 12"_qs};
+const QString NotesFolder = u"Files/ProjectNotes"_s;
+const QString NotesIndex = u"Files/ProjectNotes/index.xml"_s;
+
+const QStringList ThreeNotes = {u"10 Title 10: Text 10"_s, u"11 Title 11: Text 11"_s,
+                                u"12 Title 12: Text 12"_s};
 
 QString noteFile(int id)
 {
-    return u"Files/ProjectNotes/Note-%1.rtf"_qs.arg(id);
+    return u"Files/ProjectNotes/Note-%1.rtf"_s.arg(id);
 }
 
 QString noteTitle(const QTextDocument *note)
@@ -59,8 +61,7 @@ QStringList Notes::lines() const
 {
     QStringList lines;
     for (const auto &[id, note] : mList)
-        lines.append(
-            u"%1 %2: %3"_qs.arg(QString::number(id), noteTitle(note), note->toPlainText()));
+        lines.append(u"%1 %2: %3"_s.arg(QString::number(id), noteTitle(note), note->toPlainText()));
     return lines;
 }
 
@@ -77,7 +78,7 @@ void writeThreeNotes(const TestProject &project)
 {
     Notes notes;
     for (int id = 10; id < 13; ++id)
-        notes.add(id, u"Title %1"_qs.arg(id), u"Text %1"_qs.arg(id));
+        notes.add(id, u"Title %1"_s.arg(id), u"Text %1"_s.arg(id));
     if (!notes.write(project))
         qFatal("could not write notes");
 }

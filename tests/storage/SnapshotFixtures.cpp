@@ -9,6 +9,8 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
+
 using Format = TVLProjectFolderFormat;
 
 QDateTime momentOf(int second)
@@ -26,18 +28,18 @@ TVLSnapshotInfo snapshotOf(const QString &title, int second)
 
 QString snapshotsFolder(int id)
 {
-    return u"Snapshots/%1.snapshots"_qs.arg(id);
+    return u"Snapshots/%1.snapshots"_s.arg(id);
 }
 
 QString snapshotsIndex(int id)
 {
-    return snapshotsFolder(id) + u"/index.xml"_qs;
+    return snapshotsFolder(id) + u"/index.xml"_s;
 }
 
 QString snapshotFile(int second, int id)
 {
     return snapshotsFolder(id) + u'/' + Format::dateTimeToString(momentOf(second), true)
-        + u".rtf"_qs;
+        + u".rtf"_s;
 }
 
 QString addSnapshot(const TestProject &project, const QString &title, int second,
@@ -48,7 +50,7 @@ QString addSnapshot(const TestProject &project, const QString &title, int second
     QString error;
     const bool ok =
         Format::addSnapshot(project.path(), id, snapshotOf(title, second), &document, &error);
-    return ok || !error.isEmpty() ? error : u"failed"_qs;
+    return ok || !error.isEmpty() ? error : u"failed"_s;
 }
 
 QStringList snapshotTitles(const TestProject &project, int id)
@@ -56,7 +58,7 @@ QStringList snapshotTitles(const TestProject &project, int id)
     Format::clearSnapshotsCache(project.path());
     QList<TVLSnapshotInfo> infos;
     if (!Format::readSnapshots(project.path(), id, &infos))
-        return {u"unreadable"_qs};
+        return {u"unreadable"_s};
     QStringList titles;
     for (const TVLSnapshotInfo &info : std::as_const(infos))
         titles.append(info.mTitle);
@@ -68,7 +70,7 @@ QString snapshotText(const TestProject &project, int second, int id)
     QTextDocument document;
     const bool ok =
         Format::readSnapshot(project.path(), id, snapshotOf(QString(), second), &document, {});
-    return ok ? document.toPlainText() : u"unreadable"_qs;
+    return ok ? document.toPlainText() : u"unreadable"_s;
 }
 
 FileSizeLimit::FileSizeLimit(int bytes)

@@ -9,6 +9,8 @@
 #include <private/qzipreader_p.h>
 #include <private/qzipwriter_p.h>
 
+using namespace Qt::StringLiterals;
+
 QByteArray zipOf(const QList<ZipEntry> &entries)
 {
     QBuffer buffer;
@@ -69,7 +71,7 @@ QStringList outlineOf(const TVLProjectModel *model)
     QStringList lines;
     tvlForEachNode(model->binderRoot(), [&lines](const TVLProjectNode *node) {
         const QString indentation(TVLProjectNode::childLevel(node) - 1, u' ');
-        lines.append(u"%1%2 %3"_qs.arg(indentation).arg(node->mId).arg(node->mTitle));
+        lines.append(u"%1%2 %3"_s.arg(indentation).arg(node->mId).arg(node->mTitle));
     });
     return lines;
 }

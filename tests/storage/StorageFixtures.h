@@ -7,10 +7,12 @@
 #include <QStringList>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 class TVLProjectModel;
 
 /** The second copy of a binder, from the project's folder. */
-const QString AutosaveFile = u"Files/binder.autosave"_qs;
+const QString AutosaveFile = u"Files/binder.autosave"_s;
 
 /** One file in a zip. */
 struct ZipEntry

@@ -12,6 +12,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -23,9 +25,9 @@ std::unique_ptr<TestBinderProject> randomBinder(int nodes)
     options.nodes = nodes;
     options.seed = 4711;
     auto binder = std::make_unique<TestBinderProject>(makeRandomTree(options));
-    binder->mLabelTitle = u"Label"_qs;
-    binder->mLabels = {{-1, u"No Label"_qs, QColor()}, {1, u"Idea"_qs, QColor(10, 20, 30)}};
-    binder->mStatusItems = {{-1, u"No Status"_qs}, {1, u"Draft"_qs}};
+    binder->mLabelTitle = u"Label"_s;
+    binder->mLabels = {{-1, u"No Label"_s, QColor()}, {1, u"Idea"_s, QColor(10, 20, 30)}};
+    binder->mStatusItems = {{-1, u"No Status"_s}, {1, u"Draft"_s}};
     binder->mInfo.mModified = QDateTime::fromSecsSinceEpoch(1'700'000'000);
     return binder;
 }
@@ -33,7 +35,7 @@ std::unique_ptr<TestBinderProject> randomBinder(int nodes)
 /** Whether a read project says what a written one did; if not, @p where tells what differs. */
 bool equalProjects(const TestBinderProject &left, const TestBinderProject &right, QString *where)
 {
-    *where = u"labels or status items"_qs;
+    *where = u"labels or status items"_s;
     return left.mLabelTitle == right.mLabelTitle && left.mLabels == right.mLabels
         && left.mStatusItems == right.mStatusItems
         && equalTrees(left.binderRoot(), right.binderRoot(), where);
@@ -63,7 +65,7 @@ void setField(QByteArray *zip, const Field &field, quint32 value)
 /** The most memory that the process ever had mapped, in bytes. */
 qint64 peakMemory()
 {
-    QFile status(u"/proc/self/status"_qs);
+    QFile status(u"/proc/self/status"_s);
     if (!status.open(QIODevice::ReadOnly))
         return -1;
     for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
@@ -117,7 +119,7 @@ void TstBrokenZips::aWholeZipReadsBack()
 {
     const auto binder = randomBinder(60);
     const TestProject project;
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binder->write()));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binder->write()));
     TestBinderProject read;
     QVERIFY(Format::readZippedBinderFilePath(project.path(AutosaveFile), &read));
     QString where;
@@ -130,7 +132,7 @@ void TstBrokenZips::aVeryCompressibleBinderReadsBack()
     auto *node = new TVLProjectNode({0, uuidOf(0)}, binder.binderRoot());
     node->mTitle = QString(5'000'000, u'x');
     const TestProject project;
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binder.write()));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binder.write()));
     TestBinderProject read;
     QVERIFY(Format::readZippedBinderFilePath(project.path(AutosaveFile), &read));
     QCOMPARE(read.binderRoot()->mChildren.constFirst()->mTitle, node->mTitle);
@@ -138,9 +140,9 @@ void TstBrokenZips::aVeryCompressibleBinderReadsBack()
 
 void TstBrokenZips::aCutOffZipOpensAsNothing()
 {
-    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
+    const QByteArray zip = zipOf(u"Novel.tavelx"_s, randomBinder(60)->write());
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Files/version.txt"_s, "18");
     const Silence silence;
     for (qsizetype size = 0; size < zip.size(); size += 97) {
         project.writeFile(AutosaveFile, zip.first(size));
@@ -163,9 +165,9 @@ void TstBrokenZips::aZipWithAChangedByteOpensAsItWasOrNotAtAll()
     QFETCH(int, mask);
 
     const auto binder = randomBinder(60);
-    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, binder->write());
+    const QByteArray zip = zipOf(u"Novel.tavelx"_s, binder->write());
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Files/version.txt"_s, "18");
     const Silence silence;
     for (qsizetype position = 0; position < zip.size(); position += testStep(61)) {
         QByteArray broken = zip;
@@ -174,14 +176,14 @@ void TstBrokenZips::aZipWithAChangedByteOpensAsItWasOrNotAtAll()
         const TestModel model = project.open();
         QString where;
         QVERIFY2(!model || equalTrees(model->binderRoot(), binder->binderRoot(), &where),
-                 qPrintable(u"byte %1: %2"_qs.arg(position).arg(where)));
+                 qPrintable(u"byte %1: %2"_s.arg(position).arg(where)));
     }
 }
 
 void TstBrokenZips::aZipWithAnyChangedBitReadsAsItWasOrNotAtAll()
 {
     const auto binder = randomBinder(4);
-    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, binder->write());
+    const QByteArray zip = zipOf(u"Novel.tavelx"_s, binder->write());
     const TestProject project;
     const Silence silence;
     for (qsizetype bit = 0; bit < zip.size() * 8; ++bit) {
@@ -192,7 +194,7 @@ void TstBrokenZips::aZipWithAnyChangedBitReadsAsItWasOrNotAtAll()
         QString where;
         QVERIFY2(!Format::readZippedBinderFilePath(project.path(AutosaveFile), &read)
                      || equalProjects(read, *binder, &where),
-                 qPrintable(u"byte %1, bit %2: %3"_qs.arg(bit / 8).arg(bit % 8).arg(where)));
+                 qPrintable(u"byte %1, bit %2: %3"_s.arg(bit / 8).arg(bit % 8).arg(where)));
     }
 }
 
@@ -220,11 +222,11 @@ void TstBrokenZips::aZipThatClaimsAnImpossibleSizeIsRefusedWithoutAllocatingIt()
     QFETCH(quint32, claim);
 
     constexpr qint64 Allowance = 256 * 1024 * 1024;
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_s, randomBinder(60)->write());
     for (const Field &field : fields)
         setField(&zip, field, claim);
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Files/version.txt"_s, "18");
     project.writeFile(AutosaveFile, zip);
     const qint64 before = peakMemory();
     QVERIFY(before > 0);
@@ -237,7 +239,7 @@ void TstBrokenZips::aZipThatClaimsAnImpossibleSizeIsRefusedWithoutAllocatingIt()
 
 void TstBrokenZips::aZipWhoseChecksumIsWrongIsRefused()
 {
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_s, randomBinder(60)->write());
     setField(&zip, DirectoryCrc, 0x12345678);
     const TestProject project;
     project.writeFile(AutosaveFile, zip);
@@ -248,7 +250,7 @@ void TstBrokenZips::aZipWhoseChecksumIsWrongIsRefused()
 
 void TstBrokenZips::aZipThatClaimsLessThanItHoldsIsRefused()
 {
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, randomBinder(60)->write());
+    QByteArray zip = zipOf(u"Novel.tavelx"_s, randomBinder(60)->write());
     for (const Field &field : {LocalSize, DirectorySize})
         setField(&zip, field, 17);
     const TestProject project;
@@ -260,15 +262,14 @@ void TstBrokenZips::aZipThatClaimsLessThanItHoldsIsRefused()
 
 void TstBrokenZips::aBinderVersionIsNotReadFromAZipWhoseChecksumIsWrong()
 {
-    QByteArray zip = zipOf(u"Novel.tavelx"_qs, binderXml({}, {}, "1.0"));
+    QByteArray zip = zipOf(u"Novel.tavelx"_s, binderXml({}, {}, "1.0"));
     const TestProject project;
-    project.writeFile(u"Files/binder.backup"_qs,
-                      zipOf(u"Novel.tavelx"_qs, binderXml({}, {}, "1.5")));
+    project.writeFile(u"Files/binder.backup"_s, zipOf(u"Novel.tavelx"_s, binderXml({}, {}, "1.5")));
     project.writeFile(AutosaveFile, zip);
-    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.0"_qs);
+    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.0"_s);
     setField(&zip, DirectoryCrc, 0x12345678);
     project.writeFile(AutosaveFile, zip);
-    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.5"_qs);
+    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.5"_s);
 }
 
 void TstBrokenZips::aZipWithNothingReadableInItIsRefused_data()
@@ -283,12 +284,12 @@ void TstBrokenZips::aZipWithNothingReadableInItIsRefused_data()
         << QByteArray("PK\5\6\0\0\0\0\xff\xff\xff\xff\xff\xff\xff\x7f\0\0\0\0\0\0", 22);
     QTest::newRow("zeros") << QByteArray(4096, '\0');
     QTest::newRow("no entry") << zipOf(QList<ZipEntry>());
-    QTest::newRow("empty entry") << zipOf(u"Novel.tavelx"_qs, {});
-    QTest::newRow("entry of nonsense") << zipOf(u"Novel.tavelx"_qs, "nonsense");
+    QTest::newRow("empty entry") << zipOf(u"Novel.tavelx"_s, {});
+    QTest::newRow("entry of nonsense") << zipOf(u"Novel.tavelx"_s, "nonsense");
     QTest::newRow("entry that is a zip")
-        << zipOf(u"Novel.tavelx"_qs, zipOf(u"Novel.tavelx"_qs, binderXml({})));
+        << zipOf(u"Novel.tavelx"_s, zipOf(u"Novel.tavelx"_s, binderXml({})));
     QTest::newRow("binder behind a text")
-        << zipOf({{u"read me"_qs, "text", {}}, {u"Novel.tavelx"_qs, binderXml({}), {}}});
+        << zipOf({{u"read me"_s, "text", {}}, {u"Novel.tavelx"_s, binderXml({}), {}}});
 }
 
 void TstBrokenZips::aZipWithNothingReadableInItIsRefused()
@@ -299,8 +300,8 @@ void TstBrokenZips::aZipWithNothingReadableInItIsRefused()
     project.writeFile(AutosaveFile, content);
     TestBinderProject read;
     QVERIFY(!Format::readZippedBinderFilePath(project.path(AutosaveFile), &read));
-    QVERIFY(!Format::readZippedBinderFilePath(project.path(u"Files"_qs), &read));
-    QVERIFY(!Format::readZippedBinderFilePath(project.path(u"missing"_qs), &read));
+    QVERIFY(!Format::readZippedBinderFilePath(project.path(u"Files"_s), &read));
+    QVERIFY(!Format::readZippedBinderFilePath(project.path(u"missing"_s), &read));
 }
 
 TVL_TEST(TstBrokenZips)

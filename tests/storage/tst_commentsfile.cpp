@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -104,14 +106,14 @@ void TstCommentsFile::commentsAreReadFromTheirFile()
                       "<?xml version='1.0'?><Comments Version='1.0'>"
                       "<Comment ID='a' Collapsed='Yes' Color='1.000 0.000 0.000' Footnote='Yes' "
                       "Number='2'><![CDATA[{\\rtf1 a}]]></Comment><Comment ID='b'/></Comments>");
-    TVLTextCommentLink comment(u"a"_qs, "{\\rtf1 a}");
+    TVLTextCommentLink comment(u"a"_s, "{\\rtf1 a}");
     comment.mIsCollapsed = comment.mIsFootnote = true;
     comment.mColor = QColor(255, 0, 0);
     comment.mNumber = 2;
     Extras extras;
     QVERIFY(parse(project, &extras));
     QCOMPARE(extras.mComments,
-             (QList<TVLTextCommentLink>{comment, TVLTextCommentLink(u"b"_qs, {})}));
+             (QList<TVLTextCommentLink>{comment, TVLTextCommentLink(u"b"_s, {})}));
     QVERIFY(extras.mLinkFileComments.isEmpty());
 }
 
@@ -130,7 +132,7 @@ void TstCommentsFile::linksAndCommentsAreReadFromALinksFile()
     QCOMPARE(extras.mTextLinks.mTargets, (QMap<TVLTextRange, int>{{{1, 2}, 3}}));
     QCOMPARE(extras.mNotesLinks.mTargets, (QMap<TVLTextRange, int>{{{4, 5}, 6}}));
     QCOMPARE(extras.mLinkFileComments,
-             (QList<TVLTextCommentLink>{TVLTextCommentLink(u"a"_qs, "rtf")}));
+             (QList<TVLTextCommentLink>{TVLTextCommentLink(u"a"_s, "rtf")}));
     QVERIFY(extras.mComments.isEmpty());
     QVERIFY(errors.isEmpty());
 }
@@ -176,13 +178,13 @@ void TstCommentsFile::aCommentsFileThatCannotBeOpenedIsReported()
 {
     const TestProject project;
     const QString message =
-        u"Could not open comments file for reading: '%1'"_qs.arg(project.path(CommentsFile));
+        u"Could not open comments file for reading: '%1'"_s.arg(project.path(CommentsFile));
     project.writeFile(LinksFile, "<Links/>");
-    project.writeFile(CommentsFile + u"/file"_qs, "in a folder");
+    project.writeFile(CommentsFile + u"/file"_s, "in a folder");
     Extras extras;
-    QStringList errors = {u"before"_qs};
+    QStringList errors = {u"before"_s};
     QVERIFY(!parse(project, &extras, &errors));
-    QCOMPARE(errors, (QStringList{u"before"_qs, message}));
+    QCOMPARE(errors, (QStringList{u"before"_s, message}));
 
     QVERIFY(QDir(project.path(CommentsFile)).removeRecursively());
     const UnopenableFile unopenable;
@@ -221,7 +223,7 @@ void TstCommentsFile::aBrokenCommentsFileIsReported()
     QStringList errors;
     QVERIFY(!parse(project, &extras, &errors));
     QCOMPARE(errors,
-             QStringList(u"Could not load comments file: '%1'"_qs.arg(project.path(CommentsFile))));
+             QStringList(u"Could not load comments file: '%1'"_s.arg(project.path(CommentsFile))));
     QVERIFY(isEmpty(extras));
     QCOMPARE(project.readFile(CommentsFile), content);
 }
@@ -232,7 +234,7 @@ void TstCommentsFile::commentsBeforeAnErrorAreKept()
     project.writeFile(CommentsFile, "<Comments><Comment ID='a'>whole</Comment><Comment ID='b'>cu");
     Extras extras;
     QVERIFY(!parse(project, &extras));
-    QCOMPARE(extras.mComments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"a"_qs, "whole")}));
+    QCOMPARE(extras.mComments, (QList<TVLTextCommentLink>{TVLTextCommentLink(u"a"_s, "whole")}));
 }
 
 void TstCommentsFile::aLinksFileThatCannotBeOpenedFailsWithoutAMessage()
@@ -266,7 +268,7 @@ void TstCommentsFile::aBrokenLinksFileIsReported()
     QVERIFY(!parse(project, &extras, &errors));
     QCOMPARE(
         errors,
-        QStringList(u"Could not load links and notes file: '%1'"_qs.arg(project.path(LinksFile))));
+        QStringList(u"Could not load links and notes file: '%1'"_s.arg(project.path(LinksFile))));
 }
 
 void TstCommentsFile::aLinksFileOfSomethingElseIsNoError_data()
@@ -300,7 +302,7 @@ void TstCommentsFile::messagesNeedNotBeAskedFor()
     project.writeFile(CommentsFile, "broken");
     QVERIFY(!parse(project, &extras));
     QVERIFY(QFile::remove(project.path(CommentsFile)));
-    project.writeFile(CommentsFile + u"/file"_qs, {});
+    project.writeFile(CommentsFile + u"/file"_s, {});
     QVERIFY(!parse(project, &extras));
     LoadedItem item;
     TVLTextDoc::setComment(item.text(), {0, 0}, numberedComment(1));
@@ -311,14 +313,14 @@ void TstCommentsFile::messagesNeedNotBeAskedFor()
 void TstCommentsFile::theFormOfACommentsFile()
 {
     const TestProject project;
-    project.writeFile(u"other"_qs, {});
-    const QString filePath = project.path(u"file"_qs);
-    const QList<TVLTextCommentLink> comments = {TVLTextCommentLink(u"a"_qs, "{\\rtf1 ]]>}"),
-                                                TVLTextCommentLink(u"b"_qs, "{\\rtf1 \xe4}")};
-    QString error = u"untouched"_qs;
+    project.writeFile(u"other"_s, {});
+    const QString filePath = project.path(u"file"_s);
+    const QList<TVLTextCommentLink> comments = {TVLTextCommentLink(u"a"_s, "{\\rtf1 ]]>}"),
+                                                TVLTextCommentLink(u"b"_s, "{\\rtf1 \xe4}")};
+    QString error = u"untouched"_s;
     QVERIFY(Format::writeCommentsFile(filePath, comments, &error));
-    QCOMPARE(error, u"untouched"_qs);
-    QCOMPARE(project.readFile(u"file"_qs),
+    QCOMPARE(error, u"untouched"_s);
+    QCOMPARE(project.readFile(u"file"_s),
              QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                         "<Comments Version=\"1.0\">\n"
                         "    <Comment ID=\"a\" Collapsed=\"No\">"
@@ -331,15 +333,15 @@ void TstCommentsFile::theFormOfACommentsFile()
 void TstCommentsFile::aShorterFileLeavesNothingOfALongerOne()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, {});
-    project.writeFile(u"other"_qs, {});
-    const QString filePath = project.path(u"file"_qs);
+    project.writeFile(u"file"_s, {});
+    project.writeFile(u"other"_s, {});
+    const QString filePath = project.path(u"file"_s);
     const QList<TVLTextCommentLink> shorter = {numberedComment(1)};
-    QVERIFY(Format::writeCommentsFile(project.path(u"other"_qs), shorter, nullptr));
+    QVERIFY(Format::writeCommentsFile(project.path(u"other"_s), shorter, nullptr));
     QVERIFY(Format::writeCommentsFile(
-        filePath, {TVLTextCommentLink(u"long"_qs, QByteArray(100'000, 'x'))}, nullptr));
+        filePath, {TVLTextCommentLink(u"long"_s, QByteArray(100'000, 'x'))}, nullptr));
     QVERIFY(Format::writeCommentsFile(filePath, shorter, nullptr));
-    QCOMPARE(project.readFile(u"file"_qs), project.readFile(u"other"_qs));
+    QCOMPARE(project.readFile(u"file"_s), project.readFile(u"other"_s));
 }
 
 void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath_data()
@@ -347,9 +349,9 @@ void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath_data()
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<int>("error");
 
-    QTest::newRow("no folder") << u"nowhere/file"_qs << ENOENT;
-    QTest::newRow("folder in the file's place") << u"folder"_qs << EISDIR;
-    QTest::newRow("a link") << u"socket"_qs << 0;
+    QTest::newRow("no folder") << u"nowhere/file"_s << ENOENT;
+    QTest::newRow("folder in the file's place") << u"folder"_s << EISDIR;
+    QTest::newRow("a link") << u"socket"_s << 0;
 }
 
 void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath()
@@ -357,19 +359,19 @@ void TstCommentsFile::aFileThatCannotBeOpenedIsReportedWithItsPath()
     QFETCH(QString, fileName);
     QFETCH(int, error);
 
-    const TestProject project(u"Novel %1"_qs);
-    project.writeFile(u"folder/file"_qs, "in a folder");
+    const TestProject project(u"Novel %1"_s);
+    project.writeFile(u"folder/file"_s, "in a folder");
     const UnopenableFile unopenable;
-    unopenable.linkTo(project, u"socket"_qs);
+    unopenable.linkTo(project, u"socket"_s);
     QString text;
     QVERIFY(!Format::writeCommentsFile(project.path(fileName), {numberedComment(1)}, &text));
     // A folder is told by words of the framework, all else by those of the system.
     if (error == EISDIR)
-        QVERIFY2(text.endsWith(u" - ("_qs + project.path(fileName) + u')'), qPrintable(text));
+        QVERIFY2(text.endsWith(u" - ("_s + project.path(fileName) + u')'), qPrintable(text));
     else if (error == 0)
         QVERIFY2(text.startsWith(unwritableText(project, fileName)), qPrintable(text));
     else
-        QCOMPARE(text, qt_error_string(error) + u" - ("_qs + project.path(fileName) + u')');
+        QCOMPARE(text, qt_error_string(error) + u" - ("_s + project.path(fileName) + u')');
 }
 
 void TstCommentsFile::aFileThatIsALinkIsNotWritten_data()
@@ -385,12 +387,12 @@ void TstCommentsFile::aFileThatIsALinkIsNotWritten()
     QFETCH(int, size);
 
     const TestProject project;
-    makeUnwritable(project, u"file"_qs);
-    const QString filePath = project.path(u"file"_qs);
+    makeUnwritable(project, u"file"_s);
+    const QString filePath = project.path(u"file"_s);
     QString error;
     QVERIFY(!Format::writeCommentsFile(
-        filePath, {TVLTextCommentLink(u"id"_qs, QByteArray(size, 'x'))}, &error));
-    QCOMPARE(error, u"%1 - (%2)"_qs.arg(unwritableText(project, u"file"_qs), filePath));
+        filePath, {TVLTextCommentLink(u"id"_s, QByteArray(size, 'x'))}, &error));
+    QCOMPARE(error, u"%1 - (%2)"_s.arg(unwritableText(project, u"file"_s), filePath));
 }
 
 void TstCommentsFile::noDocumentHasNoComments()
@@ -407,7 +409,7 @@ void TstCommentsFile::theCommentsOfADocumentAreWritten()
     const TestProject project;
     project.writeFile(docsPath(TVL::MainText), {}); // Makes the folder.
     LoadedItem item;
-    item.text()->setPlainText(u"Once upon a time"_qs);
+    item.text()->setPlainText(u"Once upon a time"_s);
     const QList<TVLTextCommentLink> comments = {numberedComment(2), numberedComment(1)};
     TVLTextDoc::setComment(item.text(), {0, 4}, comments.at(0));
     TVLTextDoc::setComment(item.text(), {10, 1}, comments.at(1));
@@ -422,7 +424,7 @@ void TstCommentsFile::aDocumentWithoutCommentsHasNoFile()
     const TestProject project;
     project.writeFile(CommentsFile, "<Comments/>");
     LoadedItem item;
-    item.text()->setPlainText(u"Once upon a time"_qs);
+    item.text()->setPlainText(u"Once upon a time"_s);
     QVERIFY(Format::writeComments(project.path(), item.node(), item.text(), nullptr));
     QVERIFY(!QFileInfo::exists(project.path(CommentsFile)));
     QVERIFY(Format::writeComments(project.path(), item.node(), item.text(), nullptr));
@@ -431,7 +433,7 @@ void TstCommentsFile::aDocumentWithoutCommentsHasNoFile()
 void TstCommentsFile::aFileThatCannotBeRemovedIsAFailure()
 {
     const TestProject project;
-    project.writeFile(CommentsFile + u"/file"_qs, "in a folder");
+    project.writeFile(CommentsFile + u"/file"_s, "in a folder");
     LoadedItem item;
     QString error;
     QVERIFY(!Format::writeComments(project.path(), item.node(), item.text(), &error));

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -129,7 +131,7 @@ void TstCommentsKept::aCutOffCommentsFileIsLeftAlone()
     Session session(project);
     QCOMPARE(session.isRead(), isWhole);
     for (int i = 0; i < 2; ++i) {
-        session.type(u"More "_qs);
+        session.type(u"More "_s);
         QCOMPARE(session.save(), QStringList());
         QCOMPARE(project.readFile(CommentsPath), isWhole ? WholeComments : content);
     }
@@ -148,7 +150,7 @@ void TstCommentsKept::aCutOffLinksFileIsLeftAlone()
     project.writeFile(TextPath, textWithComments());
     project.writeFile(LinksPath, content);
     Session session(project);
-    session.type(u"More "_qs);
+    session.type(u"More "_s);
     QCOMPARE(session.save(), QStringList());
     QCOMPARE(project.readFile(LinksPath), content);
     // A file of comments would be the one that counts from then on.
@@ -162,12 +164,12 @@ void TstCommentsKept::whatIsAddedToACutOffFileIsTold_data()
     QTest::addColumn<QString>("message");
     QTest::newRow("comments, behind the first")
         << CommentsPath << WholeComments.first(WholeComments.indexOf("</Comment>") + 10)
-        << u"Could not load comments file: '%1'"_qs;
+        << u"Could not load comments file: '%1'"_s;
     QTest::newRow("comments, in the first")
         << CommentsPath << WholeComments.first(WholeComments.indexOf("one"))
-        << u"Could not load comments file: '%1'"_qs;
+        << u"Could not load comments file: '%1'"_s;
     QTest::newRow("links") << LinksPath << WholeLinks.first(WholeLinks.indexOf("</Comment>") + 10)
-                           << u"Could not load links and notes file: '%1'"_qs;
+                           << u"Could not load links and notes file: '%1'"_s;
 }
 
 void TstCommentsKept::whatIsAddedToACutOffFileIsTold()
@@ -178,7 +180,7 @@ void TstCommentsKept::whatIsAddedToACutOffFileIsTold()
     const TestProject project;
     project.writeFile(TextPath, textWithComments());
     project.writeFile(file, content);
-    const QStringList errors{u"Failed saving inspector notes for id: 12 \nError: '%1'"_qs.arg(
+    const QStringList errors{u"Failed saving inspector notes for id: 12 \nError: '%1'"_s.arg(
         message.arg(project.path(file)))};
     for (const int location : {6, 0}) {
         Session session(project);
@@ -221,9 +223,9 @@ void TstCommentsKept::aFileWhoseTextIsGoneIsLeftAlone()
     // Also when the text has a file again, whose words the comments don't hang on.
     for (int i = 0; i < 3; ++i) {
         Session session(project);
-        session.type(u"New words "_qs);
+        session.type(u"New words "_s);
         QCOMPARE(session.save(), QStringList());
-        session.type(u"and more "_qs);
+        session.type(u"and more "_s);
         QCOMPARE(session.save(), QStringList());
         if (!isOfNothing)
             QCOMPARE(project.readFile(file), content);
@@ -234,7 +236,7 @@ void TstCommentsKept::aFileWhoseTextIsGoneIsLeftAlone()
     project.writeFile(TextPath, textWithComments());
     Session session(project);
     QCOMPARE(session.comments().value(0),
-             file == CommentsPath && !isOfNothing ? u"one"_qs : QString());
+             file == CommentsPath && !isOfNothing ? u"one"_s : QString());
 }
 
 void TstCommentsKept::commentsWhoseTextIsGoneStayBesideNewOnes()
@@ -243,7 +245,7 @@ void TstCommentsKept::commentsWhoseTextIsGoneStayBesideNewOnes()
     project.writeFile(CommentsPath, WholeComments);
     {
         Session session(project);
-        session.type(u"New words"_qs);
+        session.type(u"New words"_s);
         session.comment(0, 3, 7);
         QCOMPARE(session.save(), QStringList());
     }

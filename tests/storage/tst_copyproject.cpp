@@ -14,6 +14,8 @@
 #include <functional>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -22,14 +24,14 @@ using Files = QMap<QString, QByteArray>;
 /** A project of several folders, locked by someone. */
 void fill(const TestProject &project)
 {
-    project.writeFile(u"Novel.tavelx"_qs, "binder");
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Files/user.lock"_qs, "[General]\nuser=someone\n");
+    project.writeFile(u"Novel.tavelx"_s, "binder");
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Files/user.lock"_s, "[General]\nuser=someone\n");
     for (int id = 0; id < 10; ++id)
-        project.writeFile(u"Files/Docs/%1.rtf"_qs.arg(id), QByteArray::number(id));
-    project.writeFile(u"Files/Data/A/B/C/content.rtf"_qs, QByteArray(100000, 'x'));
-    project.writeFile(u"Icons/\u6f22.png"_qs, "icon");
-    QDir().mkpath(project.path(u"Snapshots/empty"_qs));
+        project.writeFile(u"Files/Docs/%1.rtf"_s.arg(id), QByteArray::number(id));
+    project.writeFile(u"Files/Data/A/B/C/content.rtf"_s, QByteArray(100000, 'x'));
+    project.writeFile(u"Icons/\u6f22.png"_s, "icon");
+    QDir().mkpath(project.path(u"Snapshots/empty"_s));
 }
 
 /** Cancels a progress dialog, or whatever else is to be done, as soon as it shows a value. */
@@ -160,8 +162,8 @@ private:
 
 void TstCopyProject::init()
 {
-    mSource = std::make_unique<TestProject>(u"Novel"_qs);
-    mTarget = std::make_unique<TestProject>(u"Copy"_qs);
+    mSource = std::make_unique<TestProject>(u"Novel"_s);
+    mTarget = std::make_unique<TestProject>(u"Copy"_s);
     fill(*mSource);
 }
 
@@ -171,16 +173,16 @@ void TstCopyProject::aFolderIsCopiedOnAllLevels()
     QVERIFY(QDir().mkpath(targetPath()));
     QVERIFY(Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
     QCOMPARE(mTarget->files(), before);
-    QVERIFY(QFileInfo(mTarget->path(u"Snapshots/empty"_qs)).isDir());
+    QVERIFY(QFileInfo(mTarget->path(u"Snapshots/empty"_s)).isDir());
     QCOMPARE(mSource->files(), before);
 }
 
 void TstCopyProject::hiddenFilesAreNotCopied()
 {
     Files expected = mSource->files();
-    mSource->writeFile(u".hidden"_qs, "hidden");
-    mSource->writeFile(u".folder/file"_qs, "hidden");
-    mSource->writeFile(u"Files/.hidden"_qs, "hidden");
+    mSource->writeFile(u".hidden"_s, "hidden");
+    mSource->writeFile(u".folder/file"_s, "hidden");
+    mSource->writeFile(u"Files/.hidden"_s, "hidden");
     QVERIFY(QDir().mkpath(targetPath()));
     QVERIFY(Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
     QCOMPARE(mTarget->files(), expected);
@@ -188,32 +190,32 @@ void TstCopyProject::hiddenFilesAreNotCopied()
 
 void TstCopyProject::aFolderIsCopiedIntoExistingOnes()
 {
-    mTarget->writeFile(u"Files/Docs/99.rtf"_qs, "99");
+    mTarget->writeFile(u"Files/Docs/99.rtf"_s, "99");
     Files expected = mSource->files();
-    expected.insert(u"Files/Docs/99.rtf"_qs, "99");
+    expected.insert(u"Files/Docs/99.rtf"_s, "99");
     QVERIFY(Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
     QCOMPARE(mTarget->files(), expected);
 }
 
 void TstCopyProject::aFileThatExistsEndsTheCopy()
 {
-    mTarget->writeFile(u"Files/Docs/5.rtf"_qs, "mine");
+    mTarget->writeFile(u"Files/Docs/5.rtf"_s, "mine");
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
-    QCOMPARE(mTarget->readFile(u"Files/Docs/5.rtf"_qs), QByteArray("mine"));
+    QCOMPARE(mTarget->readFile(u"Files/Docs/5.rtf"_s), QByteArray("mine"));
 }
 
 void TstCopyProject::aFolderInPlaceOfAFileEndsTheCopy()
 {
-    mTarget->writeFile(u"Novel.tavelx/file"_qs, "mine");
+    mTarget->writeFile(u"Novel.tavelx/file"_s, "mine");
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
-    QCOMPARE(mTarget->readFile(u"Novel.tavelx/file"_qs), QByteArray("mine"));
+    QCOMPARE(mTarget->readFile(u"Novel.tavelx/file"_s), QByteArray("mine"));
 }
 
 void TstCopyProject::aFileInPlaceOfAFolderEndsTheCopy()
 {
-    mTarget->writeFile(u"Files"_qs, "mine");
+    mTarget->writeFile(u"Files"_s, "mine");
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath())));
-    QCOMPARE(mTarget->readFile(u"Files"_qs), QByteArray("mine"));
+    QCOMPARE(mTarget->readFile(u"Files"_s), QByteArray("mine"));
 }
 
 void TstCopyProject::everyEntryCountsAsProgress()
@@ -231,7 +233,7 @@ void TstCopyProject::everyEntryCountsAsProgress()
 void TstCopyProject::aCancelledFolderCopyLeavesWhatItHadCopied()
 {
     QVERIFY(QDir().mkpath(targetPath()));
-    QProgressDialog progress(QString(), u"Stop"_qs, 0, 1000);
+    QProgressDialog progress(QString(), u"Stop"_s, 0, 1000);
     progress.setValue(0);
     onProgress(&progress, 12, [&progress] { progress.cancel(); });
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath()), &progress));
@@ -246,7 +248,7 @@ void TstCopyProject::aCancelledFolderCopyLeavesWhatItHadCopied()
 void TstCopyProject::aCopyThatIsCancelledBeforehandCopiesNothing()
 {
     QVERIFY(QDir().mkpath(targetPath()));
-    QProgressDialog progress(QString(), u"Stop"_qs, 0, 1000);
+    QProgressDialog progress(QString(), u"Stop"_s, 0, 1000);
     progress.cancel();
     QVERIFY(!Format::copyDirectory(QDir(mSource->path()), QDir(targetPath()), &progress));
     QVERIFY(QDir(targetPath()).isEmpty());
@@ -277,8 +279,8 @@ void TstCopyProject::aProjectIsCopied_data()
     QTest::addColumn<QString>("targetSuffix");
 
     QTest::newRow("by folders") << QString() << QString();
-    QTest::newRow("by folders with slashes") << u"/"_qs << u"/"_qs;
-    QTest::newRow("by binders") << u"/Novel.tavelx"_qs << u"/Copy.tavelx"_qs;
+    QTest::newRow("by folders with slashes") << u"/"_s << u"/"_s;
+    QTest::newRow("by binders") << u"/Novel.tavelx"_s << u"/Copy.tavelx"_s;
 }
 
 void TstCopyProject::aProjectIsCopied()
@@ -307,7 +309,7 @@ void TstCopyProject::theBinderIsRenamedOnRequest()
 
     Files expected = mSource->files();
     if (renameBinder)
-        expected.insert(u"Copy.tavelx"_qs, expected.take(u"Novel.tavelx"_qs));
+        expected.insert(u"Copy.tavelx"_s, expected.take(u"Novel.tavelx"_s));
     QVERIFY(
         Format::copyProject(mSource->path(), targetPath(), renameBinder, nullptr, false, false));
     QCOMPARE(mTarget->files(), expected);
@@ -328,7 +330,7 @@ void TstCopyProject::theLockIsClearedOnRequest()
 
     Files expected = mSource->files();
     if (clearLock)
-        expected.remove(u"Files/user.lock"_qs);
+        expected.remove(u"Files/user.lock"_s);
     QVERIFY(Format::copyProject(mSource->path(), targetPath(), false, nullptr, clearLock, false));
     QCOMPARE(mTarget->files(), expected);
     QVERIFY(Format::lockExists(mSource->path()));
@@ -336,11 +338,11 @@ void TstCopyProject::theLockIsClearedOnRequest()
 
 void TstCopyProject::anExistingTargetIsReplacedOnRequest()
 {
-    mTarget->writeFile(u"Novel.tavelx"_qs, "mine");
-    mTarget->writeFile(u"mine/.hidden"_qs, "mine");
+    mTarget->writeFile(u"Novel.tavelx"_s, "mine");
+    mTarget->writeFile(u"mine/.hidden"_s, "mine");
     QVERIFY(Format::copyProject(mSource->path(), targetPath(), false, nullptr, false, true));
     QCOMPARE(mTarget->files(), mSource->files());
-    QVERIFY(!QFileInfo::exists(mTarget->path(u"mine"_qs)));
+    QVERIFY(!QFileInfo::exists(mTarget->path(u"mine"_s)));
 }
 
 void TstCopyProject::aFileInTheTargetsPlaceIsReplacedOnRequest()
@@ -354,9 +356,9 @@ void TstCopyProject::aFileInTheTargetsPlaceIsReplacedOnRequest()
 
 void TstCopyProject::anExistingTargetIsAddedToOtherwise()
 {
-    mTarget->writeFile(u"mine"_qs, "mine");
+    mTarget->writeFile(u"mine"_s, "mine");
     Files expected = mSource->files();
-    expected.insert(u"mine"_qs, "mine");
+    expected.insert(u"mine"_s, "mine");
     QVERIFY(Format::copyProject(mSource->path(), targetPath(), false, nullptr, false, false));
     QCOMPARE(mTarget->files(), expected);
     // Now every file is there already.
@@ -370,12 +372,12 @@ void TstCopyProject::aProjectIsNotCopiedIntoItself_data()
     QTest::addColumn<bool>("replaceTarget");
 
     QTest::newRow("itself") << QString() << false;
-    QTest::newRow("itself with a slash") << u"/"_qs << false;
-    QTest::newRow("itself by its binder") << u"/Novel.tavelx"_qs << false;
-    QTest::newRow("new subfolder") << u"/Copy.tavel"_qs << false;
-    QTest::newRow("existing subfolder") << u"/Files"_qs << false;
-    QTest::newRow("deep subfolder") << u"/a/b/c/Copy.tavel"_qs << false;
-    QTest::newRow("new subfolder, to be replaced") << u"/Copy.tavel"_qs << true;
+    QTest::newRow("itself with a slash") << u"/"_s << false;
+    QTest::newRow("itself by its binder") << u"/Novel.tavelx"_s << false;
+    QTest::newRow("new subfolder") << u"/Copy.tavel"_s << false;
+    QTest::newRow("existing subfolder") << u"/Files"_s << false;
+    QTest::newRow("deep subfolder") << u"/a/b/c/Copy.tavel"_s << false;
+    QTest::newRow("new subfolder, to be replaced") << u"/Copy.tavel"_s << true;
 }
 
 void TstCopyProject::aProjectIsNotCopiedIntoItself()
@@ -395,36 +397,36 @@ void TstCopyProject::aProjectIsNotCopiedIntoItself()
 
 void TstCopyProject::aLinkIntoTheProjectIsNoWayAround()
 {
-    const QString link = mSource->enclosingPath() + u"/link"_qs;
-    QVERIFY(QFile::link(mSource->path(u"Files"_qs), link));
+    const QString link = mSource->enclosingPath() + u"/link"_s;
+    QVERIFY(QFile::link(mSource->path(u"Files"_s), link));
     const Files before = mSource->files();
-    QVERIFY(!Format::copyProject(mSource->path(), link + u"/Copy.tavel"_qs, true, nullptr, true,
-                                 false));
-    QVERIFY(!QFileInfo::exists(link + u"/Copy.tavel"_qs));
+    QVERIFY(
+        !Format::copyProject(mSource->path(), link + u"/Copy.tavel"_s, true, nullptr, true, false));
+    QVERIFY(!QFileInfo::exists(link + u"/Copy.tavel"_s));
     QCOMPARE(mSource->files(), before);
 }
 
 void TstCopyProject::replacingATargetInsideTheProjectDeletesItFirst()
 {
     Files expected = mSource->files();
-    mSource->writeFile(u"Copy.tavel/Copy.tavelx"_qs, "to be replaced");
-    QVERIFY(!Format::copyProject(mSource->path(), mSource->path(u"Copy.tavel"_qs), true, nullptr,
+    mSource->writeFile(u"Copy.tavel/Copy.tavelx"_s, "to be replaced");
+    QVERIFY(!Format::copyProject(mSource->path(), mSource->path(u"Copy.tavel"_s), true, nullptr,
                                  true, true));
     QCOMPARE(mSource->files(), expected);
-    QVERIFY(!QFileInfo::exists(mSource->path(u"Copy.tavel"_qs)));
+    QVERIFY(!QFileInfo::exists(mSource->path(u"Copy.tavel"_s)));
 }
 
 void TstCopyProject::aNameThatBeginsWithTheProjectsNameIsNoSubfolder()
 {
-    const QString target = mSource->path() + u" copy.tavel"_qs;
+    const QString target = mSource->path() + u" copy.tavel"_s;
     QVERIFY(Format::copyProject(mSource->path(), target, true, nullptr, false, false));
-    QVERIFY(QFileInfo::exists(target + u"/Novel.tavel copy.tavelx"_qs));
+    QVERIFY(QFileInfo::exists(target + u"/Novel.tavel copy.tavelx"_s));
 }
 
 void TstCopyProject::aMissingProjectIsReportedAndNotCopied()
 {
     TVLUnattendedMessageBoxes boxes;
-    const QString missing = mSource->enclosingPath() + u"/missing.tavel"_qs;
+    const QString missing = mSource->enclosingPath() + u"/missing.tavel"_s;
     QVERIFY(!Format::copyProject(missing, targetPath(), true, nullptr, true, false));
     QCOMPARE(boxes.boxes().size(), 1);
     QVERIFY(boxes.boxes().constFirst().text.contains(QDir::toNativeSeparators(missing)));
@@ -436,15 +438,15 @@ void TstCopyProject::aTargetThatCannotBeMadeIsReported_data()
 {
     QTest::addColumn<QString>("target");
 
-    QTest::newRow("below a regular file") << u"file/Copy.tavel"_qs;
-    QTest::newRow("a regular file") << u"file"_qs;
+    QTest::newRow("below a regular file") << u"file/Copy.tavel"_s;
+    QTest::newRow("a regular file") << u"file"_s;
 }
 
 void TstCopyProject::aTargetThatCannotBeMadeIsReported()
 {
     QFETCH(QString, target);
 
-    mTarget->writeFile(u"file"_qs, "mine");
+    mTarget->writeFile(u"file"_s, "mine");
     const Files before = mTarget->files();
     TVLUnattendedMessageBoxes boxes;
     QVERIFY(
@@ -459,7 +461,7 @@ void TstCopyProject::aTargetThatCannotBeMadeIsReported()
 void TstCopyProject::aCancelledCopyLeavesAPartialTarget()
 {
     const Files before = mSource->files();
-    QProgressDialog progress(QString(), u"Stop"_qs, 0, 1000);
+    QProgressDialog progress(QString(), u"Stop"_s, 0, 1000);
     progress.setValue(0);
     onProgress(&progress, 12, [&progress] { progress.cancel(); });
     QVERIFY(!Format::copyProject(mSource->path(), targetPath(), true, &progress, true, false));
@@ -485,8 +487,8 @@ void TstCopyProject::progressIsShownInAModalDialog()
     QVERIFY(Format::copyProjectProgress(mSource->path(), targetPath(), false, false, false, true,
                                         &window));
     QCOMPARE(watcher.mDialogs, 1);
-    QCOMPARE(watcher.mTitle, u"Save As"_qs);
-    QCOMPARE(watcher.mButton, u"Abort Save"_qs);
+    QCOMPARE(watcher.mTitle, u"Save As"_s);
+    QCOMPARE(watcher.mButton, u"Abort Save"_s);
     QCOMPARE(watcher.mMinimum, 0);
     QCOMPARE(watcher.mMaximum, 24);
     QVERIFY(watcher.mIsModal);
@@ -507,13 +509,13 @@ void TstCopyProject::pressingTheButtonOfTheDialogEndsTheCopy()
 
 void TstCopyProject::aCopyWithProgressTakesTheSameSteps()
 {
-    mTarget->writeFile(u"mine"_qs, "mine");
+    mTarget->writeFile(u"mine"_s, "mine");
     Files expected = mSource->files();
-    expected.insert(u"Copy.tavelx"_qs, expected.take(u"Novel.tavelx"_qs));
-    expected.remove(u"Files/user.lock"_qs);
+    expected.insert(u"Copy.tavelx"_s, expected.take(u"Novel.tavelx"_s));
+    expected.remove(u"Files/user.lock"_s);
     for (const bool showProgress : {false, true}) {
-        QVERIFY(Format::copyProjectProgress(mSource->path() + u"/Novel.tavelx"_qs,
-                                            targetPath() + u"/Copy.tavelx"_qs, true, true, true,
+        QVERIFY(Format::copyProjectProgress(mSource->path() + u"/Novel.tavelx"_s,
+                                            targetPath() + u"/Copy.tavelx"_s, true, true, true,
                                             showProgress, nullptr));
         QCOMPARE(mTarget->files(), expected);
     }
@@ -539,17 +541,17 @@ void TstCopyProject::replacingNeverDeletesWhatIsToBeCopied()
 
 void TstCopyProject::aLinkThatLeadsBackEndsTheCopy()
 {
-    QVERIFY(QFile::link(mSource->path(), mSource->path(u"Files/back"_qs)));
+    QVERIFY(QFile::link(mSource->path(), mSource->path(u"Files/back"_s)));
     QVERIFY(!TVLProjectFolderFormat::copyProject(mSource->path(), targetPath(), false, nullptr,
                                                  false, false));
-    QVERIFY(QFile::remove(mSource->path(u"Files/back"_qs)));
+    QVERIFY(QFile::remove(mSource->path(u"Files/back"_s)));
 }
 
 void TstCopyProject::removingAFolder()
 {
-    QVERIFY(Format::removeDirectory(QDir(mSource->path(u"Files"_qs))));
-    QCOMPARE(mSource->files().keys(), (QStringList{u"Icons/\u6f22.png"_qs, u"Novel.tavelx"_qs}));
-    QVERIFY(Format::removeDirectory(QDir(mSource->path(u"Files"_qs))));
+    QVERIFY(Format::removeDirectory(QDir(mSource->path(u"Files"_s))));
+    QCOMPARE(mSource->files().keys(), (QStringList{u"Icons/\u6f22.png"_s, u"Novel.tavelx"_s}));
+    QVERIFY(Format::removeDirectory(QDir(mSource->path(u"Files"_s))));
 }
 
 void TstCopyProject::removingAProject_data()
@@ -557,17 +559,17 @@ void TstCopyProject::removingAProject_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("folder") << QString();
-    QTest::newRow("folder with a slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/Novel.tavelx"_qs;
+    QTest::newRow("folder with a slash") << u"/"_s;
+    QTest::newRow("binder") << u"/Novel.tavelx"_s;
 }
 
 void TstCopyProject::removingAProject()
 {
     QFETCH(QString, suffix);
 
-    const QString sibling = mSource->enclosingPath() + u"/Novel.txt"_qs;
+    const QString sibling = mSource->enclosingPath() + u"/Novel.txt"_s;
     QVERIFY(QFile::copy(mSource->binderPath(), sibling));
-    mSource->writeFile(u".hidden"_qs, "hidden");
+    mSource->writeFile(u".hidden"_s, "hidden");
     QVERIFY(Format::removeProject(mSource->path() + suffix));
     QVERIFY(!QFileInfo::exists(mSource->path()));
     QVERIFY(QFileInfo::exists(sibling));

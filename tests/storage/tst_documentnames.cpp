@@ -4,11 +4,13 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString Path = u"/projects/Novel.tavel"_qs;
+const QString Path = u"/projects/Novel.tavel"_s;
 constexpr int NoDocumentType = -1;
 
 /** Numbers that are no document type, beside the one whose file is found by its extension. */
@@ -48,20 +50,20 @@ void TstDocumentNames::theNamesOfAType_data()
     QTest::addColumn<QString>("dataName");
     QTest::addColumn<QString>("description");
 
-    QTest::newRow("main text") << int(TVL::MainText) << u"12.rtf"_qs << u"content.rtf"_qs
-                               << u"document"_qs;
-    QTest::newRow("notes") << int(TVL::NotesText) << u"12_notes.rtf"_qs << u"notes.rtf"_qs
-                           << u"notes"_qs;
-    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"12_synopsis.txt"_qs
-                              << u"synopsis.txt"_qs << u"synopsis"_qs;
-    QTest::newRow("links") << int(TVL::LinksFile) << u"12.links"_qs << u"content.links"_qs
+    QTest::newRow("main text") << int(TVL::MainText) << u"12.rtf"_s << u"content.rtf"_s
+                               << u"document"_s;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"12_notes.rtf"_s << u"notes.rtf"_s
+                           << u"notes"_s;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"12_synopsis.txt"_s << u"synopsis.txt"_s
+                              << u"synopsis"_s;
+    QTest::newRow("links") << int(TVL::LinksFile) << u"12.links"_s << u"content.links"_s
                            << QString();
-    QTest::newRow("comments") << int(TVL::CommentsFile) << u"12.comments"_qs
-                              << u"content.comments"_qs << QString();
+    QTest::newRow("comments") << int(TVL::CommentsFile) << u"12.comments"_s << u"content.comments"_s
+                              << QString();
     QTest::newRow("styles of the text")
-        << int(TVL::TextStyles) << u"12.styles"_qs << u"content.styles"_qs << QString();
+        << int(TVL::TextStyles) << u"12.styles"_s << u"content.styles"_s << QString();
     QTest::newRow("styles of the notes")
-        << int(TVL::NotesStyles) << u"12_notes.styles"_qs << u"note.styles"_qs << QString();
+        << int(TVL::NotesStyles) << u"12_notes.styles"_s << u"note.styles"_s << QString();
 }
 
 void TstDocumentNames::theNamesOfAType()
@@ -89,8 +91,8 @@ void TstDocumentNames::aTypeWithoutAFileHasNoNames()
 
 void TstDocumentNames::aNumberedNameHoldsAnyId()
 {
-    QCOMPARE(Format::documentFileNameId(0, TVL::MainText), u"0.rtf"_qs);
-    QCOMPARE(Format::documentFileNameId(2147483647, TVL::NotesText), u"2147483647_notes.rtf"_qs);
+    QCOMPARE(Format::documentFileNameId(0, TVL::MainText), u"0.rtf"_s);
+    QCOMPARE(Format::documentFileNameId(2147483647, TVL::NotesText), u"2147483647_notes.rtf"_s);
 }
 
 void TstDocumentNames::theTypeOfANumberedFile_data()
@@ -229,16 +231,16 @@ void TstDocumentNames::thePathsOfAType()
     const QUuid uuid = uuidOf(12);
     const QString folder = u'/' + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
     QCOMPARE(Format::filesDocsNodeTypeFilePath(Path, 12, documentType),
-             Path + u"/Files/Docs/"_qs + docsName);
+             Path + u"/Files/Docs/"_s + docsName);
     QCOMPARE(Format::docsNodeTypeFilePath(Path, 12, documentType),
-             Path + u"/Files/Docs/"_qs + docsName);
-    const QString dataPath = Path + u"/Files/Data"_qs + folder + dataName;
+             Path + u"/Files/Docs/"_s + docsName);
+    const QString dataPath = Path + u"/Files/Data"_s + folder + dataName;
     QCOMPARE(Format::filesDataNodeTypeFilePath(Path, uuid, documentType), dataPath);
     QCOMPARE(Format::dataNodeTypeFilePath(Path, uuid, documentType), dataPath);
     QCOMPARE(Format::writeDataNodeTypeFilePath(Path, uuid, documentType), dataPath);
     QCOMPARE(Format::readDataNodeTypeFilePath(Path, uuid, documentType, nullptr), dataPath);
     QCOMPARE(Format::mobileDataNodeTypeFilePath(Path, uuid, documentType),
-             Path + u"/Mobile/Data"_qs + folder + dataName);
+             Path + u"/Mobile/Data"_s + folder + dataName);
     QCOMPARE(Format::nodeTypeFileName(uuid, documentType, true), folder.mid(1) + dataName);
 }
 
@@ -255,11 +257,11 @@ void TstDocumentNames::aTypeWithoutAFileHasNoPath()
 
 void TstDocumentNames::theUuidOfAFileNameIsInEitherCase()
 {
-    const QUuid uuid(u"abcdefab-cdef-4abc-8def-abcdefabcdef"_qs);
+    const QUuid uuid(u"abcdefab-cdef-4abc-8def-abcdefabcdef"_s);
     QCOMPARE(Format::nodeTypeFileName(uuid, TVL::NotesText, true),
-             u"ABCDEFAB-CDEF-4ABC-8DEF-ABCDEFABCDEF/notes.rtf"_qs);
+             u"ABCDEFAB-CDEF-4ABC-8DEF-ABCDEFABCDEF/notes.rtf"_s);
     QCOMPARE(Format::nodeTypeFileName(uuid, TVL::NotesText, false),
-             u"abcdefab-cdef-4abc-8def-abcdefabcdef/notes.rtf"_qs);
+             u"abcdefab-cdef-4abc-8def-abcdefabcdef/notes.rtf"_s);
 }
 
 void TstDocumentNames::filesAreReadFromTheDesktop()

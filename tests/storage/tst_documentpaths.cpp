@@ -9,20 +9,22 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString Docs = u"Files/Docs/"_qs;
+const QString Docs = u"Files/Docs/"_s;
 
 QString dataFolder(const QUuid &uuid)
 {
-    return u"Files/Data/"_qs + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
+    return u"Files/Data/"_s + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
 }
 
 QString mobileFolder(const QUuid &uuid)
 {
-    return u"Mobile/Data/"_qs + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
+    return u"Mobile/Data/"_s + uuid.toString(QUuid::WithoutBraces).toUpper() + u'/';
 }
 
 /** Makes files in a folder of a project and returns their paths. */
@@ -100,7 +102,7 @@ private Q_SLOTS:
 void TstDocumentPaths::numberedDocumentsAreFound()
 {
     const TestProject project;
-    writeFiles(project, Docs, {u"12.rtf"_qs, u"13_notes.rtf"_qs});
+    writeFiles(project, Docs, {u"12.rtf"_s, u"13_notes.rtf"_s});
     for (const QString &path : namesOf(project)) {
         QVERIFY(Format::docsDocumentExists(path, 12, TVL::MainText));
         QVERIFY(!Format::docsDocumentExists(path, 12, TVL::NotesText));
@@ -113,8 +115,8 @@ void TstDocumentPaths::numberedDocumentsAreFound()
 void TstDocumentPaths::documentsInAnItemsFolderAreFound()
 {
     const TestProject project;
-    writeFiles(project, dataFolder(uuidOf(1)), {u"content.rtf"_qs});
-    writeFiles(project, mobileFolder(uuidOf(1)), {u"notes.rtf"_qs});
+    writeFiles(project, dataFolder(uuidOf(1)), {u"content.rtf"_s});
+    writeFiles(project, mobileFolder(uuidOf(1)), {u"notes.rtf"_s});
     for (const QString &path : namesOf(project)) {
         QVERIFY(Format::dataDocumentExists(path, uuidOf(1), TVL::MainText));
         QVERIFY(!Format::dataDocumentExists(path, uuidOf(1), TVL::NotesText));
@@ -127,8 +129,8 @@ void TstDocumentPaths::documentsInAnItemsFolderAreFound()
 void TstDocumentPaths::aTypeWithoutAFileDoesNotExist()
 {
     const TestProject project;
-    writeFiles(project, Docs, {u"12.pdf"_qs});
-    writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_qs});
+    writeFiles(project, Docs, {u"12.pdf"_s});
+    writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_s});
     QVERIFY(!Format::docsDocumentExists(project.path(), 12, TVL::ForeignFile));
     QVERIFY(!Format::dataDocumentExists(project.path(), uuidOf(1), TVL::ForeignFile));
     QVERIFY(!Format::mobileDocumentExists(project.path(), uuidOf(1), TVL::ForeignFile));
@@ -138,8 +140,8 @@ void TstDocumentPaths::aTypeWithoutAFileDoesNotExist()
 void TstDocumentPaths::foldersOfItemsAreFound()
 {
     const TestProject project;
-    writeFiles(project, dataFolder(uuidOf(1)), {u"x"_qs});
-    writeFiles(project, mobileFolder(uuidOf(2)), {u"x"_qs});
+    writeFiles(project, dataFolder(uuidOf(1)), {u"x"_s});
+    writeFiles(project, mobileFolder(uuidOf(2)), {u"x"_s});
     for (const QString &path : namesOf(project)) {
         QVERIFY(Format::dataDocumentFolderExists(path, uuidOf(1)));
         QVERIFY(!Format::dataDocumentFolderExists(path, uuidOf(2)));
@@ -187,19 +189,19 @@ void TstDocumentPaths::theMainFileOfAnItemsFolder_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("none") << QStringList{u"x"_qs} << QString();
-    QTest::newRow("text") << QStringList{u"content.rtf"_qs} << u"content.rtf"_qs;
+    QTest::newRow("none") << QStringList{u"x"_s} << QString();
+    QTest::newRow("text") << QStringList{u"content.rtf"_s} << u"content.rtf"_s;
     QTest::newRow("PDF beside all others")
-        << QStringList{u"content.comments"_qs, u"content.pdf"_qs,  u"content.styles"_qs,
-                       u"content.links"_qs,    u"notes.rtf"_qs,    u"synopsis.txt"_qs,
-                       u"notes.styles"_qs,     u"content2.jpg"_qs, u"Content.jpg"_qs}
-        << u"content.pdf"_qs;
-    QTest::newRow("only others") << QStringList{u"content.comments"_qs, u"content.styles"_qs,
-                                                u"content.links"_qs}
+        << QStringList{u"content.comments"_s, u"content.pdf"_s,  u"content.styles"_s,
+                       u"content.links"_s,    u"notes.rtf"_s,    u"synopsis.txt"_s,
+                       u"notes.styles"_s,     u"content2.jpg"_s, u"Content.jpg"_s}
+        << u"content.pdf"_s;
+    QTest::newRow("only others") << QStringList{u"content.comments"_s, u"content.styles"_s,
+                                                u"content.links"_s}
                                  << QString();
-    QTest::newRow("no extension") << QStringList{u"content"_qs} << u"content"_qs;
-    QTest::newRow("two extensions") << QStringList{u"content.tar.gz"_qs} << u"content.tar.gz"_qs;
-    QTest::newRow("folder") << QStringList{u"content.rtf/file"_qs} << QString();
+    QTest::newRow("no extension") << QStringList{u"content"_s} << u"content"_s;
+    QTest::newRow("two extensions") << QStringList{u"content.tar.gz"_s} << u"content.tar.gz"_s;
+    QTest::newRow("folder") << QStringList{u"content.rtf/file"_s} << QString();
 }
 
 void TstDocumentPaths::theMainFileOfAnItemsFolder()
@@ -208,17 +210,17 @@ void TstDocumentPaths::theMainFileOfAnItemsFolder()
     QFETCH(QString, expected);
 
     const TestProject project;
-    writeFiles(project, u"folder/"_qs, names);
-    QCOMPARE(Format::findContentDocument(project.path(u"folder"_qs)),
-             expected.isEmpty() ? QString() : project.path(u"folder/"_qs + expected));
-    QCOMPARE(Format::findContentDocument(project.path(u"nowhere"_qs)), QString());
+    writeFiles(project, u"folder/"_s, names);
+    QCOMPARE(Format::findContentDocument(project.path(u"folder"_s)),
+             expected.isEmpty() ? QString() : project.path(u"folder/"_s + expected));
+    QCOMPARE(Format::findContentDocument(project.path(u"nowhere"_s)), QString());
 }
 
 void TstDocumentPaths::theMainFileIsSearchedOnBothSides()
 {
     const TestProject project;
-    const QStringList desktop = writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_qs});
-    const QStringList mobile = writeFiles(project, mobileFolder(uuidOf(1)), {u"content.rtf"_qs});
+    const QStringList desktop = writeFiles(project, dataFolder(uuidOf(1)), {u"content.pdf"_s});
+    const QStringList mobile = writeFiles(project, mobileFolder(uuidOf(1)), {u"content.rtf"_s});
     for (const QString &path : namesOf(project)) {
         QCOMPARE(Format::findDesktopContentDocument(path, uuidOf(1)), desktop.constFirst());
         QCOMPARE(Format::findMobileContentDocument(path, uuidOf(1)), mobile.constFirst());
@@ -231,10 +233,10 @@ void TstDocumentPaths::theFilesOfAMobileItem()
 {
     const TestProject project;
     writeFiles(project, mobileFolder(uuidOf(1)),
-               {u"content.rtf"_qs, u"notes.rtf"_qs, u"folder/file"_qs});
+               {u"content.rtf"_s, u"notes.rtf"_s, u"folder/file"_s});
     QStringList names = Format::mobileDataNodePathFiles(project.path(), uuidOf(1));
     names.sort();
-    QCOMPARE(names, (QStringList{u"content.rtf"_qs, u"notes.rtf"_qs}));
+    QCOMPARE(names, (QStringList{u"content.rtf"_s, u"notes.rtf"_s}));
     QVERIFY(Format::mobileDataNodePathFiles(project.path(), uuidOf(2)).isEmpty());
 }
 
@@ -243,10 +245,10 @@ void TstDocumentPaths::theNumberedMainFileHasTheExtension_data()
     QTest::addColumn<QString>("extension");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("none") << QString() << u"12.rtf"_qs;
-    QTest::newRow("without a dot") << u"pdf"_qs << u"12.pdf"_qs;
-    QTest::newRow("with a dot") << u".pdf"_qs << u"12.pdf"_qs;
-    QTest::newRow("two") << u"tar.gz"_qs << u"12.tar.gz"_qs;
+    QTest::newRow("none") << QString() << u"12.rtf"_s;
+    QTest::newRow("without a dot") << u"pdf"_s << u"12.pdf"_s;
+    QTest::newRow("with a dot") << u".pdf"_s << u"12.pdf"_s;
+    QTest::newRow("two") << u"tar.gz"_s << u"12.tar.gz"_s;
 }
 
 void TstDocumentPaths::theNumberedMainFileHasTheExtension()
@@ -254,22 +256,20 @@ void TstDocumentPaths::theNumberedMainFileHasTheExtension()
     QFETCH(QString, extension);
     QFETCH(QString, expected);
 
-    QCOMPARE(Format::constructMainNodeFilePath(u"/P.tavel"_qs, 12, extension),
-             u"/P.tavel/Files/Docs/"_qs + expected);
+    QCOMPARE(Format::constructMainNodeFilePath(u"/P.tavel"_s, 12, extension),
+             u"/P.tavel/Files/Docs/"_s + expected);
 }
 
 void TstDocumentPaths::theRtfIsTheMainFileWhenItIsThere()
 {
     const TestProject project;
     QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), QString());
-    writeFiles(project, Docs, {u"112.pdf"_qs, u"12_notes.rtf"_qs, u"2.pdf"_qs});
+    writeFiles(project, Docs, {u"112.pdf"_s, u"12_notes.rtf"_s, u"2.pdf"_s});
     QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), QString());
-    writeFiles(project, Docs, {u"12.pdf"_qs});
-    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12),
-             project.path(Docs + u"12.pdf"_qs));
-    writeFiles(project, Docs, {u"12.rtf"_qs, u"12.avi"_qs});
-    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12),
-             project.path(Docs + u"12.rtf"_qs));
+    writeFiles(project, Docs, {u"12.pdf"_s});
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), project.path(Docs + u"12.pdf"_s));
+    writeFiles(project, Docs, {u"12.rtf"_s, u"12.avi"_s});
+    QCOMPARE(Format::findMainNodeFilePathHdd(project.path(), 12), project.path(Docs + u"12.rtf"_s));
 }
 
 void TstDocumentPaths::theExtensionOfANumberedItem_data()
@@ -277,16 +277,15 @@ void TstDocumentPaths::theExtensionOfANumberedItem_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("none") << QStringList{u"13.rtf"_qs, u"12_notes.rtf"_qs} << QString();
-    QTest::newRow("text") << QStringList{u"12.rtf"_qs} << u"rtf"_qs;
+    QTest::newRow("none") << QStringList{u"13.rtf"_s, u"12_notes.rtf"_s} << QString();
+    QTest::newRow("text") << QStringList{u"12.rtf"_s} << u"rtf"_s;
     QTest::newRow("PDF beside others")
-        << QStringList{u"12.comments"_qs, u"12.links"_qs, u"12.pdf"_qs, u"12.styles"_qs}
-        << u"pdf"_qs;
-    QTest::newRow("only others") << QStringList{u"12.comments"_qs, u"12.links"_qs, u"12.styles"_qs}
+        << QStringList{u"12.comments"_s, u"12.links"_s, u"12.pdf"_s, u"12.styles"_s} << u"pdf"_s;
+    QTest::newRow("only others") << QStringList{u"12.comments"_s, u"12.links"_s, u"12.styles"_s}
                                  << QString();
-    QTest::newRow("two extensions") << QStringList{u"12.tar.gz"_qs} << u"gz"_qs;
-    QTest::newRow("folder") << QStringList{u"12.rtfd/file"_qs} << QString();
-    QTest::newRow("case") << QStringList{u"12.PDF"_qs} << u"PDF"_qs;
+    QTest::newRow("two extensions") << QStringList{u"12.tar.gz"_s} << u"gz"_s;
+    QTest::newRow("folder") << QStringList{u"12.rtfd/file"_s} << QString();
+    QTest::newRow("case") << QStringList{u"12.PDF"_s} << u"PDF"_s;
 }
 
 void TstDocumentPaths::theExtensionOfANumberedItem()
@@ -302,18 +301,18 @@ void TstDocumentPaths::theExtensionOfANumberedItem()
 
 void TstDocumentPaths::theNumberedFilesBesideTheMainOne()
 {
-    QCOMPARE(Format::supportingNodeFilePaths(u"/P"_qs, 12),
-             (QStringList{u"/P/Files/Docs/12.styles"_qs, u"/P/Files/Docs/12.comments"_qs,
-                          u"/P/Files/Docs/12_notes.rtf"_qs, u"/P/Files/Docs/12_notes.styles"_qs,
-                          u"/P/Files/Docs/12_synopsis.txt"_qs}));
+    QCOMPARE(Format::supportingNodeFilePaths(u"/P"_s, 12),
+             (QStringList{u"/P/Files/Docs/12.styles"_s, u"/P/Files/Docs/12.comments"_s,
+                          u"/P/Files/Docs/12_notes.rtf"_s, u"/P/Files/Docs/12_notes.styles"_s,
+                          u"/P/Files/Docs/12_synopsis.txt"_s}));
 }
 
 void TstDocumentPaths::allNumberedFiles()
 {
-    for (const QString &extension : {u"pdf"_qs, u".pdf"_qs}) {
-        QCOMPARE(Format::nodeFilePaths(u"/P"_qs, 12, extension),
-                 QStringList(u"/P/Files/Docs/12.pdf"_qs)
-                     + Format::supportingNodeFilePaths(u"/P"_qs, 12));
+    for (const QString &extension : {u"pdf"_s, u".pdf"_s}) {
+        QCOMPARE(Format::nodeFilePaths(u"/P"_s, 12, extension),
+                 QStringList(u"/P/Files/Docs/12.pdf"_s)
+                     + Format::supportingNodeFilePaths(u"/P"_s, 12));
     }
 }
 
@@ -321,14 +320,14 @@ void TstDocumentPaths::theNumberedFilesThatExist()
 {
     const TestProject project;
     QVERIFY(Format::existingNodeFilePaths(project.path(), 12, {}).isEmpty());
-    const QStringList some = writeFiles(project, Docs, {u"12_notes.rtf"_qs, u"12_synopsis.txt"_qs});
-    writeFiles(project, Docs, {u"12.links"_qs, u"13.rtf"_qs, u"12.pdf"_qs});
+    const QStringList some = writeFiles(project, Docs, {u"12_notes.rtf"_s, u"12_synopsis.txt"_s});
+    writeFiles(project, Docs, {u"12.links"_s, u"13.rtf"_s, u"12.pdf"_s});
     QCOMPARE(Format::existingNodeFilePaths(project.path(), 12, {}), some);
     const QStringList all =
         writeFiles(project, Docs,
-                   {u"12.rtf"_qs, u"12.styles"_qs, u"12.comments"_qs, u"12_notes.rtf"_qs,
-                    u"12_notes.styles"_qs, u"12_synopsis.txt"_qs});
-    QCOMPARE(Format::existingNodeFilePaths(project.path(), 12, u"rtf"_qs), all);
+                   {u"12.rtf"_s, u"12.styles"_s, u"12.comments"_s, u"12_notes.rtf"_s,
+                    u"12_notes.styles"_s, u"12_synopsis.txt"_s});
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), 12, u"rtf"_s), all);
 }
 
 void TstDocumentPaths::theFilesThatExistInAnItemsFolder()
@@ -338,15 +337,15 @@ void TstDocumentPaths::theFilesThatExistInAnItemsFolder()
     QVERIFY(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}).isEmpty());
     const QStringList all =
         writeFiles(project, folder,
-                   {u"content.rtf"_qs, u"content.styles"_qs, u"content.comments"_qs,
-                    u"notes.rtf"_qs, u"notes.styles"_qs, u"synopsis.txt"_qs});
+                   {u"content.rtf"_s, u"content.styles"_s, u"content.comments"_s, u"notes.rtf"_s,
+                    u"notes.styles"_s, u"synopsis.txt"_s});
     // The name by which the styles of the notes are looked up is another one.
-    writeFiles(project, folder, {u"note.styles"_qs, u"content.links"_qs, u"content.pdf"_qs});
+    writeFiles(project, folder, {u"note.styles"_s, u"content.links"_s, u"content.pdf"_s});
     QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}), all);
     QStringList ofPdf = all;
-    ofPdf[0] = project.path(folder + u"content.pdf"_qs);
-    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u"pdf"_qs), ofPdf);
-    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u".pdf"_qs), ofPdf);
+    ofPdf[0] = project.path(folder + u"content.pdf"_s);
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u"pdf"_s), ofPdf);
+    QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), u".pdf"_s), ofPdf);
     QVERIFY(QFile::remove(all.at(2)));
     QCOMPARE(Format::existingNodeFilePaths(project.path(), uuidOf(1), {}),
              all.mid(0, 2) + all.mid(3));
@@ -359,8 +358,8 @@ void TstDocumentPaths::theVersionDecidesWhichFilesAreMeant_data()
 
     QTest::newRow("unknown") << 0 << QString();
     QTest::newRow("16") << 16 << QString();
-    QTest::newRow("18") << 18 << Docs + u"12.pdf"_qs;
-    QTest::newRow("23") << 23 << dataFolder(uuidOf(12)) + u"content.pdf"_qs;
+    QTest::newRow("18") << 18 << Docs + u"12.pdf"_s;
+    QTest::newRow("23") << 23 << dataFolder(uuidOf(12)) + u"content.pdf"_s;
     QTest::newRow("24") << 24 << QString();
 }
 
@@ -370,10 +369,10 @@ void TstDocumentPaths::theVersionDecidesWhichFilesAreMeant()
     QFETCH(QString, expected);
 
     const TestProject project;
-    writeFiles(project, Docs, {u"12.pdf"_qs});
-    writeFiles(project, dataFolder(uuidOf(12)), {u"content.pdf"_qs});
+    writeFiles(project, Docs, {u"12.pdf"_s});
+    writeFiles(project, dataFolder(uuidOf(12)), {u"content.pdf"_s});
     const auto formatVersion = TVL::FormatVersion(version);
-    const TVLProjectNodeProperties properties = propertiesOf(12, u"pdf"_qs);
+    const TVLProjectNodeProperties properties = propertiesOf(12, u"pdf"_s);
     const QStringList paths =
         expected.isEmpty() ? QStringList() : QStringList(project.path(expected));
     QCOMPARE(Format::existingNodeFilePaths(project.path(), properties, formatVersion), paths);
@@ -399,16 +398,16 @@ void TstDocumentPaths::aHashIsTheRawSha1OfTheContent()
     QFETCH(QByteArray, hash);
 
     const TestProject project;
-    project.writeFile(u"file"_qs, content);
-    QCOMPARE(Format::calcChecksum(project.path(u"file"_qs)), hash);
+    project.writeFile(u"file"_s, content);
+    QCOMPARE(Format::calcChecksum(project.path(u"file"_s)), hash);
 }
 
 void TstDocumentPaths::theHashesOfAnItemsFiles()
 {
     const TestProject project;
-    project.writeFile(Docs + u"12.comments"_qs, "abc");
-    project.writeFile(dataFolder(uuidOf(1)) + u"notes.rtf"_qs, "abc");
-    project.writeFile(mobileFolder(uuidOf(1)) + u"synopsis.txt"_qs, "abc");
+    project.writeFile(Docs + u"12.comments"_s, "abc");
+    project.writeFile(dataFolder(uuidOf(1)) + u"notes.rtf"_s, "abc");
+    project.writeFile(mobileFolder(uuidOf(1)) + u"synopsis.txt"_s, "abc");
     for (const QString &path : namesOf(project)) {
         QCOMPARE(Format::md5(path, 12, TVL::CommentsFile), Sha1OfAbc);
         QCOMPARE(Format::md5(path, 12, TVL::MainText), QByteArray());
@@ -422,21 +421,21 @@ void TstDocumentPaths::theHashesOfAnItemsFiles()
 void TstDocumentPaths::whatCannotBeReadHasNoHash()
 {
     const TestProject project;
-    project.writeFile(u"folder/file"_qs, "abc");
-    QVERIFY(Format::calcChecksum(project.path(u"folder"_qs)).isEmpty());
-    QVERIFY(Format::calcChecksum(project.path(u"nowhere"_qs)).isEmpty());
+    project.writeFile(u"folder/file"_s, "abc");
+    QVERIFY(Format::calcChecksum(project.path(u"folder"_s)).isEmpty());
+    QVERIFY(Format::calcChecksum(project.path(u"nowhere"_s)).isEmpty());
     QVERIFY(Format::calcChecksum(QString()).isEmpty());
     // It opens, and then can't be read.
-    QVERIFY(Format::calcChecksum(u"/proc/self/mem"_qs).isEmpty());
+    QVERIFY(Format::calcChecksum(u"/proc/self/mem"_s).isEmpty());
 }
 
 void TstDocumentPaths::otherAlgorithmsCanBeAskedFor()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, "abc");
-    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_qs), QCryptographicHash::Md5),
+    project.writeFile(u"file"_s, "abc");
+    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_s), QCryptographicHash::Md5),
              QByteArray::fromHex("900150983cd24fb0d6963f7d28e17f72"));
-    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_qs), QCryptographicHash::Sha1),
+    QCOMPARE(TVLFileUtil::calcChecksum(project.path(u"file"_s), QCryptographicHash::Sha1),
              Sha1OfAbc);
 }
 

@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using Format = TVLProjectFolderFormat;
 
 /** Reading in a run that follows one that came to no regular end. */
@@ -34,13 +36,13 @@ void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("word");
 
-    QTest::newRow("main text") << int(TVL::MainText) << u"document"_qs;
-    QTest::newRow("notes") << int(TVL::NotesText) << u"notes"_qs;
+    QTest::newRow("main text") << int(TVL::MainText) << u"document"_s;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"notes"_s;
 }
 
 void TstDocumentsAfterCrash::aTextIsLookedAtBeforeItIsOpened()
 {
-    checkUnopenableDocument(u"RTF Inspector could not read %1 location: '%2'\nError: %3"_qs);
+    checkUnopenableDocument(u"RTF Inspector could not read %1 location: '%2'\nError: %3"_s);
 }
 
 void TstDocumentsAfterCrash::aSynopsisIsNot()
@@ -52,7 +54,7 @@ void TstDocumentsAfterCrash::aSynopsisIsNot()
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.synopsis(), &error));
     QCOMPARE(error,
-             u"Could not open synopsis file for reading: '%1'\nError: %2"_qs.arg(
+             u"Could not open synopsis file for reading: '%1'\nError: %2"_s.arg(
                  project.path(docsPath(TVL::SynopsisText)), UnopenableFile::errorText()));
     QVERIFY(item.synopsis()->isReadOnly());
 }
@@ -63,7 +65,7 @@ void TstDocumentsAfterCrash::aTextThatIsWholeIsRead()
     project.writeFile(docsPath(TVL::MainText), rtfOf("Once"));
     LoadedItem item;
     QVERIFY(Format::readDocument(project.path(), item.node(), item.text(), nullptr));
-    QCOMPARE(item.text()->toPlainText(), u"Once"_qs);
+    QCOMPARE(item.text()->toPlainText(), u"Once"_s);
     QVERIFY(!item.text()->isReadOnly());
 }
 
@@ -78,12 +80,12 @@ void TstDocumentsAfterCrash::aMissingTextIsNoError()
 void TstDocumentsAfterCrash::aFolderIsStillReportedAsOne()
 {
     const TestProject project;
-    project.writeFile(docsPath(TVL::MainText) + u"/file"_qs, {});
+    project.writeFile(docsPath(TVL::MainText) + u"/file"_s, {});
     LoadedItem item;
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
     QCOMPARE(error,
-             u"Error: Trying to read directory as a file: '%1'"_qs.arg(
+             u"Error: Trying to read directory as a file: '%1'"_s.arg(
                  project.path(docsPath(TVL::MainText))));
 }
 

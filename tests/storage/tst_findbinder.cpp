@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -67,10 +69,10 @@ void TstFindBinder::anEmptyFolderGivesTheDefaultName()
 void TstFindBinder::theDefaultNameWinsAndNothingIsRenamed()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "default");
-    project.writeFile(u"project.tavelx"_qs, "older");
-    project.writeFile(u"Other.tavelx"_qs, "other");
-    setAge(project.path(u"Novel.tavelx"_qs), 10);
+    project.writeFile(u"Novel.tavelx"_s, "default");
+    project.writeFile(u"project.tavelx"_s, "older");
+    project.writeFile(u"Other.tavelx"_s, "other");
+    setAge(project.path(u"Novel.tavelx"_s), 10);
     const auto before = project.files();
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
     QCOMPARE(project.files(), before);
@@ -78,53 +80,53 @@ void TstFindBinder::theDefaultNameWinsAndNothingIsRenamed()
 
 void TstFindBinder::anOlderBinderIsRenamedToItsDefaultNameByTheFirstLook()
 {
-    const TestProject project(u"My Novel"_qs);
-    project.writeFile(u"project.tavelx"_qs, "older");
-    QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.path(u"My Novel.tavelx"_qs));
-    QCOMPARE(project.files(), (QMap<QString, QByteArray>{{u"My Novel.tavelx"_qs, "older"}}));
+    const TestProject project(u"My Novel"_s);
+    project.writeFile(u"project.tavelx"_s, "older");
+    QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.path(u"My Novel.tavelx"_s));
+    QCOMPARE(project.files(), (QMap<QString, QByteArray>{{u"My Novel.tavelx"_s, "older"}}));
 }
 
 void TstFindBinder::anOlderBinderComesBeforeANewerOne()
 {
     const TestProject project;
-    project.writeFile(u"project.tavelx"_qs, "older");
-    project.writeFile(u"Other.tavelx"_qs, "other");
-    setAge(project.path(u"project.tavelx"_qs), 10);
+    project.writeFile(u"project.tavelx"_s, "older");
+    project.writeFile(u"Other.tavelx"_s, "other");
+    setAge(project.path(u"project.tavelx"_s), 10);
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
     QCOMPARE(
         project.files(),
-        (QMap<QString, QByteArray>{{u"Novel.tavelx"_qs, "older"}, {u"Other.tavelx"_qs, "other"}}));
+        (QMap<QString, QByteArray>{{u"Novel.tavelx"_s, "older"}, {u"Other.tavelx"_s, "other"}}));
 }
 
 void TstFindBinder::aBinderOfAnotherNameIsRenamed()
 {
     const TestProject project;
-    project.writeFile(u"Other.tavelx"_qs, "other");
+    project.writeFile(u"Other.tavelx"_s, "other");
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
-    QCOMPARE(project.files(), (QMap<QString, QByteArray>{{u"Novel.tavelx"_qs, "other"}}));
+    QCOMPARE(project.files(), (QMap<QString, QByteArray>{{u"Novel.tavelx"_s, "other"}}));
 }
 
 void TstFindBinder::ofTwoOtherBindersTheNewestIsRenamedAndTheOtherStays()
 {
     const TestProject project;
-    project.writeFile(u"A.tavelx"_qs, "a");
-    project.writeFile(u"B.tavelx"_qs, "b");
-    project.writeFile(u"C.tavelx"_qs, "c");
-    setAge(project.path(u"A.tavelx"_qs), 10);
-    setAge(project.path(u"B.tavelx"_qs), 1);
-    setAge(project.path(u"C.tavelx"_qs), 20);
+    project.writeFile(u"A.tavelx"_s, "a");
+    project.writeFile(u"B.tavelx"_s, "b");
+    project.writeFile(u"C.tavelx"_s, "c");
+    setAge(project.path(u"A.tavelx"_s), 10);
+    setAge(project.path(u"B.tavelx"_s), 1);
+    setAge(project.path(u"C.tavelx"_s), 20);
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
     QCOMPARE(project.files(),
              (QMap<QString, QByteArray>{
-                 {u"A.tavelx"_qs, "a"}, {u"C.tavelx"_qs, "c"}, {u"Novel.tavelx"_qs, "b"}}));
+                 {u"A.tavelx"_s, "a"}, {u"C.tavelx"_s, "c"}, {u"Novel.tavelx"_s, "b"}}));
 }
 
 void TstFindBinder::aSecondLookChangesNothing()
 {
     const TestProject project;
-    project.writeFile(u"A.tavelx"_qs, "a");
-    project.writeFile(u"B.tavelx"_qs, "b");
-    setAge(project.path(u"A.tavelx"_qs), 10);
+    project.writeFile(u"A.tavelx"_s, "a");
+    project.writeFile(u"B.tavelx"_s, "b");
+    setAge(project.path(u"A.tavelx"_s), 10);
     (void)Format::findOpenBinderFilePath(project.path());
     const auto after = project.files();
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
@@ -134,25 +136,25 @@ void TstFindBinder::aSecondLookChangesNothing()
 void TstFindBinder::aTrailingSlashIsTolerated()
 {
     const TestProject project;
-    project.writeFile(u"project.tavelx"_qs, "older");
+    project.writeFile(u"project.tavelx"_s, "older");
     QCOMPARE(Format::findOpenBinderFilePath(project.path() + u'/'), project.binderPath());
-    QCOMPARE(project.files().keys(), QStringList(u"Novel.tavelx"_qs));
+    QCOMPARE(project.files().keys(), QStringList(u"Novel.tavelx"_s));
 }
 
 void TstFindBinder::aPathWithoutANameOfItsOwnStandsForItsFolder_data()
 {
     QTest::addColumn<QString>("suffix");
-    QTest::newRow("dot") << u"/."_qs;
-    QTest::newRow("dot dot") << u"/Files/.."_qs;
-    QTest::newRow("slashes") << u"//"_qs;
+    QTest::newRow("dot") << u"/."_s;
+    QTest::newRow("dot dot") << u"/Files/.."_s;
+    QTest::newRow("slashes") << u"//"_s;
 }
 
 void TstFindBinder::aPathWithoutANameOfItsOwnStandsForItsFolder()
 {
     QFETCH(const QString, suffix);
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "the binder");
-    project.writeFile(u"Files/version.txt"_qs, "18");
+    project.writeFile(u"Novel.tavelx"_s, "the binder");
+    project.writeFile(u"Files/version.txt"_s, "18");
     const auto before = project.files();
     const QString path = project.path() + suffix;
     QCOMPARE(Format::calcEnclosingPath(path), project.path());
@@ -164,10 +166,10 @@ void TstFindBinder::aPathWithoutANameOfItsOwnStandsForItsFolder()
 void TstFindBinder::aBinderPathThatExistsIsItself()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "default");
-    project.writeFile(u"Other.tavelx"_qs, "other");
+    project.writeFile(u"Novel.tavelx"_s, "default");
+    project.writeFile(u"Other.tavelx"_s, "other");
     const auto before = project.files();
-    for (const QString &name : {u"Novel.tavelx"_qs, u"Other.tavelx"_qs})
+    for (const QString &name : {u"Novel.tavelx"_s, u"Other.tavelx"_s})
         QCOMPARE(Format::findOpenBinderFilePath(project.path(name)), project.path(name));
     QCOMPARE(project.files(), before);
 }
@@ -175,18 +177,18 @@ void TstFindBinder::aBinderPathThatExistsIsItself()
 void TstFindBinder::aBinderPathThatDoesNotExistIsNotHealed()
 {
     const TestProject project;
-    project.writeFile(u"Other.tavelx"_qs, "other");
+    project.writeFile(u"Other.tavelx"_s, "other");
     QCOMPARE(Format::findOpenBinderFilePath(project.binderPath()), project.binderPath());
-    QCOMPARE(project.files().keys(), QStringList(u"Other.tavelx"_qs));
+    QCOMPARE(project.files().keys(), QStringList(u"Other.tavelx"_s));
 }
 
 void TstFindBinder::otherFilesAreNoBinders()
 {
     const TestProject project;
-    project.writeFile(u"Novel.txt"_qs, "text");
-    project.writeFile(u"Novel.tavel"_qs, "text");
-    project.writeFile(u"Novel.tavelx.bak"_qs, "text");
-    project.writeFile(u"Files/Novel.tavelx"_qs, "text");
+    project.writeFile(u"Novel.txt"_s, "text");
+    project.writeFile(u"Novel.tavel"_s, "text");
+    project.writeFile(u"Novel.tavelx.bak"_s, "text");
+    project.writeFile(u"Files/Novel.tavelx"_s, "text");
     const auto before = project.files();
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
     QCOMPARE(project.files(), before);
@@ -195,9 +197,9 @@ void TstFindBinder::otherFilesAreNoBinders()
 void TstFindBinder::aFolderUnderTheDefaultNameIsNotRenamedOver()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
-    project.writeFile(u"project.tavelx"_qs, "older");
-    project.writeFile(u"Other.tavelx"_qs, "other");
+    project.writeFile(u"Novel.tavelx/file"_s, "in a folder");
+    project.writeFile(u"project.tavelx"_s, "older");
+    project.writeFile(u"Other.tavelx"_s, "other");
     const auto before = project.files();
     QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.binderPath());
     QCOMPARE(project.files(), before);
@@ -207,8 +209,8 @@ void TstFindBinder::aFailedRenameGivesTheOldName_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("older name") << u"project.tavelx"_qs;
-    QTest::newRow("other name") << u"Other.tavelx"_qs;
+    QTest::newRow("older name") << u"project.tavelx"_s;
+    QTest::newRow("other name") << u"Other.tavelx"_s;
 }
 
 void TstFindBinder::aFailedRenameGivesTheOldName()
@@ -224,40 +226,39 @@ void TstFindBinder::aFailedRenameGivesTheOldName()
 void TstFindBinder::aLinkToNowhereUnderTheDefaultNameMakesTheRenameFail()
 {
     const TestProject project;
-    project.writeFile(u"project.tavelx"_qs, "older");
-    QVERIFY(QFile::link(project.path(u"nowhere/file"_qs), project.binderPath()));
-    QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.path(u"project.tavelx"_qs));
-    QCOMPARE(project.readFile(u"project.tavelx"_qs), QByteArray("older"));
+    project.writeFile(u"project.tavelx"_s, "older");
+    QVERIFY(QFile::link(project.path(u"nowhere/file"_s), project.binderPath()));
+    QCOMPARE(Format::findOpenBinderFilePath(project.path()), project.path(u"project.tavelx"_s));
+    QCOMPARE(project.readFile(u"project.tavelx"_s), QByteArray("older"));
     QVERIFY(QFileInfo(project.binderPath()).isSymLink());
 }
 
 void TstFindBinder::theNewestBinderIsFoundByItsTime()
 {
     const TestProject project;
-    for (const QString &name : {u"A.tavelx"_qs, u"B.tavelx"_qs, u"C.tavelx"_qs})
+    for (const QString &name : {u"A.tavelx"_s, u"B.tavelx"_s, u"C.tavelx"_s})
         project.writeFile(name, {});
-    setAge(project.path(u"A.tavelx"_qs), 2);
-    setAge(project.path(u"B.tavelx"_qs), 1);
-    setAge(project.path(u"C.tavelx"_qs), 3);
-    for (const QString &path :
-         {project.path(), project.path() + u'/', project.path(u"A.tavelx"_qs)})
-        QCOMPARE(Format::findNewestBinderFilePath(path), project.path(u"B.tavelx"_qs));
+    setAge(project.path(u"A.tavelx"_s), 2);
+    setAge(project.path(u"B.tavelx"_s), 1);
+    setAge(project.path(u"C.tavelx"_s), 3);
+    for (const QString &path : {project.path(), project.path() + u'/', project.path(u"A.tavelx"_s)})
+        QCOMPARE(Format::findNewestBinderFilePath(path), project.path(u"B.tavelx"_s));
 }
 
 void TstFindBinder::theNewestBinderIsAFile()
 {
     const TestProject project;
-    project.writeFile(u"A.tavelx"_qs, {});
-    setAge(project.path(u"A.tavelx"_qs), 10);
-    project.writeFile(u"B.tavelx/file"_qs, {});
-    QCOMPARE(Format::findNewestBinderFilePath(project.path()), project.path(u"A.tavelx"_qs));
+    project.writeFile(u"A.tavelx"_s, {});
+    setAge(project.path(u"A.tavelx"_s), 10);
+    project.writeFile(u"B.tavelx/file"_s, {});
+    QCOMPARE(Format::findNewestBinderFilePath(project.path()), project.path(u"A.tavelx"_s));
 }
 
 void TstFindBinder::withoutBindersThereIsNoNewestOne()
 {
     const TestProject project;
     QCOMPARE(Format::findNewestBinderFilePath(project.path()), QString());
-    project.writeFile(u"Novel.txt"_qs, {});
+    project.writeFile(u"Novel.txt"_s, {});
     QCOMPARE(Format::findNewestBinderFilePath(project.path()), QString());
 }
 

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The interval of the timer and the time that a busy machine takes over it. */
@@ -18,8 +20,8 @@ constexpr int OneInterval = 4000 + 3000;
 
 constexpr int WatcherTimeout = 30000;
 
-const QString FilesFolder = u"Files"_qs;
-const QString Settings = u"Settings"_qs;
+const QString FilesFolder = u"Files"_s;
+const QString Settings = u"Settings"_s;
 
 QTimer *timerOf(const TVLProjectFolderMonitor &monitor)
 {
@@ -141,8 +143,8 @@ void TstFolderMonitor::foldersThatAreMissingAreMade()
 void TstFolderMonitor::foldersThatAreThereStayAsTheyAre()
 {
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Settings/ui.ini"_qs, "[General]");
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Settings/ui.ini"_s, "[General]");
     const auto before = project.files();
     const TVLProjectFolderMonitor monitor(project.path());
     QVERIFY(isWatching(monitor));
@@ -152,8 +154,8 @@ void TstFolderMonitor::foldersThatAreThereStayAsTheyAre()
 void TstFolderMonitor::aProjectWithoutAFolderIsNotWatched_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("nothing there") << u"missing"_qs;
-    QTest::newRow("a file") << u"file"_qs;
+    QTest::newRow("nothing there") << u"missing"_s;
+    QTest::newRow("a file") << u"file"_s;
     QTest::newRow("an empty path") << QString();
 }
 
@@ -161,7 +163,7 @@ void TstFolderMonitor::aProjectWithoutAFolderIsNotWatched()
 {
     QFETCH(const QString, name);
     const TestProject project;
-    project.writeFile(u"file"_qs, "no folder");
+    project.writeFile(u"file"_s, "no folder");
     const QString path = name.isEmpty() ? QString() : project.path(name);
     const auto before = project.files();
     TVLProjectFolderMonitor monitor(path);
@@ -171,7 +173,7 @@ void TstFolderMonitor::aProjectWithoutAFolderIsNotWatched()
     QVERIFY(!monitor.startMonitor(path));
     QVERIFY(isIdle(monitor));
     QCOMPARE(project.files(), before);
-    QVERIFY(!QFileInfo::exists(project.path(u"missing"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"missing"_s)));
 }
 
 void TstFolderMonitor::aFolderThatCannotBeUsedIsNotWatched_data()
@@ -192,7 +194,7 @@ void TstFolderMonitor::aFolderThatCannotBeUsedIsNotWatched()
     if (isFile)
         project.writeFile(folder, "no folder");
     else
-        project.writeFile(folder + u"/file"_qs, "in a folder");
+        project.writeFile(folder + u"/file"_s, "in a folder");
     {
         const ReducedPermissions reduced(project.path(folder),
                                          isFile ? QFile::permissions(project.path(folder))
@@ -261,7 +263,7 @@ void TstFolderMonitor::startingWithAPathMovesTheWatch()
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), OneInterval);
     QCOMPARE(pathsIn(spy), QStringList(other.path(FilesFolder)));
     // One that can't be watched ends the watch all the same.
-    QVERIFY(!monitor.startMonitor(other.path(u"missing"_qs)));
+    QVERIFY(!monitor.startMonitor(other.path(u"missing"_s)));
     QVERIFY(isIdle(monitor));
 }
 
@@ -284,10 +286,10 @@ void TstFolderMonitor::folderInUse_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("isReadOnly");
     QTest::addColumn<bool>("expected");
-    QTest::newRow("a folder") << u"folder"_qs << false << true;
-    QTest::newRow("a read-only folder") << u"folder"_qs << true << false;
-    QTest::newRow("a file") << u"folder/file"_qs << false << false;
-    QTest::newRow("a read-only file") << u"folder/file"_qs << true << false;
+    QTest::newRow("a folder") << u"folder"_s << false << true;
+    QTest::newRow("a read-only folder") << u"folder"_s << true << false;
+    QTest::newRow("a file") << u"folder/file"_s << false << false;
+    QTest::newRow("a read-only file") << u"folder/file"_s << true << false;
 }
 
 void TstFolderMonitor::folderInUse()
@@ -296,20 +298,20 @@ void TstFolderMonitor::folderInUse()
     QFETCH(const bool, isReadOnly);
     QFETCH(const bool, expected);
     const TestProject project;
-    project.writeFile(u"folder/file"_qs, "text");
+    project.writeFile(u"folder/file"_s, "text");
     const TVLProjectFolderMonitor monitor({});
     const QString filePath = project.path(path);
     const ReducedPermissions reduced(
         filePath, isReadOnly ? ReducedPermissions::ReadOnly : QFile::permissions(filePath));
     QCOMPARE(monitor.isOk(filePath), expected);
-    QVERIFY(!monitor.isOk(project.path(u"missing"_qs)));
+    QVERIFY(!monitor.isOk(project.path(u"missing"_s)));
     QVERIFY(!monitor.isOk(QString()));
 }
 
 void TstFolderMonitor::aLossOfFilesGivesOneSignal()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/1.rtf"_qs, "text");
+    project.writeFile(u"Files/Docs/1.rtf"_s, "text");
     TVLProjectFolderMonitor monitor(project.path());
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
     remove(project, FilesFolder);
@@ -440,10 +442,10 @@ void TstFolderMonitor::aFileThatIsLostIsTold_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("isReadOnly");
     QTest::addColumn<bool>("isLost");
-    QTest::newRow("a file") << u"Files/file"_qs << false << false;
-    QTest::newRow("a read-only file") << u"Files/file"_qs << true << true;
-    QTest::newRow("a folder") << u"Files"_qs << false << true;
-    QTest::newRow("nothing") << u"Files/missing"_qs << false << true;
+    QTest::newRow("a file") << u"Files/file"_s << false << false;
+    QTest::newRow("a read-only file") << u"Files/file"_s << true << true;
+    QTest::newRow("a folder") << u"Files"_s << false << true;
+    QTest::newRow("nothing") << u"Files/missing"_s << false << true;
 }
 
 void TstFolderMonitor::aFileThatIsLostIsTold()
@@ -452,7 +454,7 @@ void TstFolderMonitor::aFileThatIsLostIsTold()
     QFETCH(const bool, isReadOnly);
     QFETCH(const bool, isLost);
     const TestProject project;
-    project.writeFile(u"Files/file"_qs, "text");
+    project.writeFile(u"Files/file"_s, "text");
     const QString filePath = project.path(path);
     TVLProjectFolderMonitor monitor(project.path());
     const QSignalSpy spy(&monitor, &TVLProjectFolderMonitor::externallyModified);
@@ -475,13 +477,13 @@ void TstFolderMonitor::ordinaryChangesGiveNoSignal()
         change();
         return QTest::qWaitFor([&] { return !changes.isEmpty(); }, WatcherTimeout);
     };
-    const QString file = u"Files/new.txt"_qs;
+    const QString file = u"Files/new.txt"_s;
     QVERIFY(isSeen([&] { project.writeFile(file, "text"); }));
-    QVERIFY(isSeen([&] { QFile::rename(project.path(file), project.path(u"Files/old.txt"_qs)); }));
-    QVERIFY(isSeen([&] { QFile::remove(project.path(u"Files/old.txt"_qs)); }));
-    QVERIFY(isSeen([&] { QDir().mkpath(project.path(u"Files/Docs"_qs)); }));
-    QVERIFY(isSeen([&] { remove(project, u"Files/Docs"_qs); }));
-    QVERIFY(isSeen([&] { project.writeFile(u"Settings/ui.ini"_qs, "[General]"); }));
+    QVERIFY(isSeen([&] { QFile::rename(project.path(file), project.path(u"Files/old.txt"_s)); }));
+    QVERIFY(isSeen([&] { QFile::remove(project.path(u"Files/old.txt"_s)); }));
+    QVERIFY(isSeen([&] { QDir().mkpath(project.path(u"Files/Docs"_s)); }));
+    QVERIFY(isSeen([&] { remove(project, u"Files/Docs"_s); }));
+    QVERIFY(isSeen([&] { project.writeFile(u"Settings/ui.ini"_s, "[General]"); }));
     lookNow(&monitor);
     QCOMPARE(pathsIn(spy), QStringList());
     QVERIFY(isWatching(monitor));

@@ -7,11 +7,13 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString VersionFile = u"Files/version.txt"_qs;
+const QString VersionFile = u"Files/version.txt"_s;
 
 QByteArray binderOfVersion(const QByteArray &version)
 {
@@ -68,26 +70,26 @@ void TstFormatVersion::aNumberIsMadeOfAllDigitsOfAText_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("number");
 
-    QTest::newRow("plain") << u"23"_qs << 23;
-    QTest::newRow("with a dot") << u"2.3"_qs << 23;
-    QTest::newRow("scattered") << u"v2 3"_qs << 23;
-    QTest::newRow("older version") << u"1.8"_qs << 18;
-    QTest::newRow("with words") << u"18 (upgraded)"_qs << 18;
-    QTest::newRow("digits in the words") << u"18 (from 16)"_qs << 1816;
-    QTest::newRow("white space") << u" \t18\r\n"_qs << 18;
-    QTest::newRow("byte order mark") << u"\ufeff18"_qs << 18;
-    QTest::newRow("leading zeros") << u"0018"_qs << 18;
-    QTest::newRow("minus sign") << u"-18"_qs << 18;
-    QTest::newRow("zero") << u"0"_qs << 0;
+    QTest::newRow("plain") << u"23"_s << 23;
+    QTest::newRow("with a dot") << u"2.3"_s << 23;
+    QTest::newRow("scattered") << u"v2 3"_s << 23;
+    QTest::newRow("older version") << u"1.8"_s << 18;
+    QTest::newRow("with words") << u"18 (upgraded)"_s << 18;
+    QTest::newRow("digits in the words") << u"18 (from 16)"_s << 1816;
+    QTest::newRow("white space") << u" \t18\r\n"_s << 18;
+    QTest::newRow("byte order mark") << u"\ufeff18"_s << 18;
+    QTest::newRow("leading zeros") << u"0018"_s << 18;
+    QTest::newRow("minus sign") << u"-18"_s << 18;
+    QTest::newRow("zero") << u"0"_s << 0;
     QTest::newRow("empty") << QString() << 0;
-    QTest::newRow("no digit") << u"eighteen"_qs << 0;
-    QTest::newRow("largest") << u"2147483647"_qs << 2147483647;
-    QTest::newRow("too large") << u"2147483648"_qs << 0;
+    QTest::newRow("no digit") << u"eighteen"_s << 0;
+    QTest::newRow("largest") << u"2147483647"_s << 2147483647;
+    QTest::newRow("too large") << u"2147483648"_s << 0;
     QTest::newRow("far too large") << QString(1000, u'9') << 0;
     // They count as numbers, so they are kept, and then make a number that nothing can read.
-    QTest::newRow("superscript") << u"18\u00b2"_qs << 0;
-    QTest::newRow("fraction") << u"18\u00bd"_qs << 0;
-    QTest::newRow("Roman numeral") << u"18\u2167"_qs << 0;
+    QTest::newRow("superscript") << u"18\u00b2"_s << 0;
+    QTest::newRow("fraction") << u"18\u00bd"_s << 0;
+    QTest::newRow("Roman numeral") << u"18\u2167"_s << 0;
 }
 
 void TstFormatVersion::aNumberIsMadeOfAllDigitsOfAText()
@@ -134,7 +136,7 @@ void TstFormatVersion::theVersionFileMakesTheBinderUnread()
 {
     const TestProject project;
     project.writeFile(VersionFile, {});
-    project.writeFile(u"project.tavelx"_qs, binderOfVersion("1.5"));
+    project.writeFile(u"project.tavelx"_s, binderOfVersion("1.5"));
     const auto before = project.files();
     QCOMPARE(int(Format::projectFormatVersion(project.path())), 0);
     QCOMPARE(project.files(), before);
@@ -143,8 +145,8 @@ void TstFormatVersion::theVersionFileMakesTheBinderUnread()
 void TstFormatVersion::anUnreadableVersionFileGivesNoVersionAndStays()
 {
     const TestProject project;
-    project.writeFile(VersionFile + u"/file"_qs, "a folder in place of the file");
-    project.writeFile(u"Novel.tavelx"_qs, binderOfVersion("1.5"));
+    project.writeFile(VersionFile + u"/file"_s, "a folder in place of the file");
+    project.writeFile(u"Novel.tavelx"_s, binderOfVersion("1.5"));
     const auto before = project.files();
     QCOMPARE(int(Format::projectFormatVersion(project.path())), 0);
     QCOMPARE(project.files(), before);
@@ -173,7 +175,7 @@ void TstFormatVersion::withoutAVersionFileTheBinderDecidesTheFormat()
     QFETCH(int, version);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderOfVersion(binderVersion));
+    project.writeFile(u"Novel.tavelx"_s, binderOfVersion(binderVersion));
     auto expected = project.files();
     if (version != 0)
         expected.insert(VersionFile, QByteArray::number(version));
@@ -184,7 +186,7 @@ void TstFormatVersion::withoutAVersionFileTheBinderDecidesTheFormat()
 void TstFormatVersion::aBinderOfGrammar10GivesFormat16AndAVersionFile()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderOfVersion("1.0"));
+    project.writeFile(u"Novel.tavelx"_s, binderOfVersion("1.0"));
     QCOMPARE(int(Format::projectFormatVersion(project.path())), 16);
     QCOMPARE(project.readFile(VersionFile), QByteArray("16"));
 }
@@ -192,9 +194,9 @@ void TstFormatVersion::aBinderOfGrammar10GivesFormat16AndAVersionFile()
 void TstFormatVersion::aBinderWithAnUnreadableVersionGivesNoVersionAndNoFile()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "<TavelinorProject><Binder/></TavelinorProject>");
+    project.writeFile(u"Novel.tavelx"_s, "<TavelinorProject><Binder/></TavelinorProject>");
     QCOMPARE(int(Format::projectFormatVersion(project.path())), 0);
-    QCOMPARE(project.files().keys(), QStringList(u"Novel.tavelx"_qs));
+    QCOMPARE(project.files().keys(), QStringList(u"Novel.tavelx"_s));
 }
 
 void TstFormatVersion::aProjectWithoutABinderHasNoVersionAndGetsNoFile_data()
@@ -220,8 +222,8 @@ void TstFormatVersion::theFormatIsFoundByBinderPathAndWithATrailingSlash_data()
 {
     QTest::addColumn<QString>("suffix");
 
-    QTest::newRow("slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/Novel.tavelx"_qs;
+    QTest::newRow("slash") << u"/"_s;
+    QTest::newRow("binder") << u"/Novel.tavelx"_s;
 }
 
 void TstFormatVersion::theFormatIsFoundByBinderPathAndWithATrailingSlash()
@@ -229,7 +231,7 @@ void TstFormatVersion::theFormatIsFoundByBinderPathAndWithATrailingSlash()
     QFETCH(QString, suffix);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderOfVersion("1.5"));
+    project.writeFile(u"Novel.tavelx"_s, binderOfVersion("1.5"));
     QCOMPARE(Format::projectFormatVersion(project.path() + suffix), TVL::FormatVersion18);
     QCOMPARE(project.readFile(VersionFile), QByteArray("18"));
     project.writeFile(VersionFile, "23");
@@ -299,9 +301,9 @@ void TstFormatVersion::writingAVersionMakesTheProjectsFolders()
 void TstFormatVersion::writingAVersionFailsWhereItsFileCannotBe()
 {
     const TestProject project;
-    project.writeFile(VersionFile + u"/file"_qs, "a folder in place of the file");
+    project.writeFile(VersionFile + u"/file"_s, "a folder in place of the file");
     QVERIFY(!Format::writeFormatVersion(project.path(), 18));
-    QVERIFY(!Format::writeFormatVersion(project.path(VersionFile + u"/file/Novel.tavel"_qs), 18));
+    QVERIFY(!Format::writeFormatVersion(project.path(VersionFile + u"/file/Novel.tavel"_s), 18));
 }
 
 void TstFormatVersion::theBinderVersionIsReadFromTheFirstFileThatHasOne_data()
@@ -311,23 +313,23 @@ void TstFormatVersion::theBinderVersionIsReadFromTheFirstFileThatHasOne_data()
     QTest::addColumn<QByteArray>("backup");
     QTest::addColumn<QString>("version");
 
-    const auto zipped = [](const QByteArray &binder) { return zipOf(u"Novel.tavelx"_qs, binder); };
+    const auto zipped = [](const QByteArray &binder) { return zipOf(u"Novel.tavelx"_s, binder); };
     const QByteArray none;
     const QByteArray silent = "<TavelinorProject/>";
     const QByteArray a = binderOfVersion("1.0");
     const QByteArray b = binderOfVersion("1.5");
     const QByteArray c = binderOfVersion("2.0");
-    QTest::newRow("all") << a << zipped(b) << zipped(c) << u"1.0"_qs;
-    QTest::newRow("no plain binder") << none << zipped(b) << zipped(c) << u"1.5"_qs;
-    QTest::newRow("silent plain binder") << silent << zipped(b) << zipped(c) << u"1.5"_qs;
-    QTest::newRow("backup alone") << none << none << zipped(c) << u"2.0"_qs;
-    QTest::newRow("silent autosave") << none << zipped(silent) << zipped(c) << u"2.0"_qs;
-    QTest::newRow("autosave is no zip") << none << a << zipped(c) << u"2.0"_qs;
+    QTest::newRow("all") << a << zipped(b) << zipped(c) << u"1.0"_s;
+    QTest::newRow("no plain binder") << none << zipped(b) << zipped(c) << u"1.5"_s;
+    QTest::newRow("silent plain binder") << silent << zipped(b) << zipped(c) << u"1.5"_s;
+    QTest::newRow("backup alone") << none << none << zipped(c) << u"2.0"_s;
+    QTest::newRow("silent autosave") << none << zipped(silent) << zipped(c) << u"2.0"_s;
+    QTest::newRow("autosave is no zip") << none << a << zipped(c) << u"2.0"_s;
     QTest::newRow("all silent") << silent << zipped(silent) << zipped(silent) << QString();
     QTest::newRow("plain binder cut off behind its root element")
-        << a.first(a.indexOf("<Binder>")) << zipped(b) << none << u"1.0"_qs;
+        << a.first(a.indexOf("<Binder>")) << zipped(b) << none << u"1.0"_s;
     QTest::newRow("plain binder cut off in its root element")
-        << a.first(a.indexOf("Version=")) << zipped(b) << none << u"1.5"_qs;
+        << a.first(a.indexOf("Version=")) << zipped(b) << none << u"1.5"_s;
 }
 
 void TstFormatVersion::theBinderVersionIsReadFromTheFirstFileThatHasOne()
@@ -339,24 +341,23 @@ void TstFormatVersion::theBinderVersionIsReadFromTheFirstFileThatHasOne()
 
     const TestProject project;
     if (!plain.isEmpty())
-        project.writeFile(u"Novel.tavelx"_qs, plain);
+        project.writeFile(u"Novel.tavelx"_s, plain);
     if (!autosave.isEmpty())
-        project.writeFile(u"Files/binder.autosave"_qs, autosave);
+        project.writeFile(u"Files/binder.autosave"_s, autosave);
     if (!backup.isEmpty())
-        project.writeFile(u"Files/binder.backup"_qs, backup);
+        project.writeFile(u"Files/binder.backup"_s, backup);
     QCOMPARE(Format::readProjectBinderVersion(project.path()), version);
 }
 
 void TstFormatVersion::aZippedBinderVersionIsTakenFromTheEntryNamedLikeTheBinder()
 {
     const TestProject project;
-    project.writeFile(u"Files/binder.autosave"_qs,
-                      zipOf({{u"Other.tavelx"_qs, binderOfVersion("1.0"), {}},
-                             {u"Novel.tavelx"_qs, binderOfVersion("1.5"), {}}}));
-    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.5"_qs);
+    project.writeFile(u"Files/binder.autosave"_s,
+                      zipOf({{u"Other.tavelx"_s, binderOfVersion("1.0"), {}},
+                             {u"Novel.tavelx"_s, binderOfVersion("1.5"), {}}}));
+    QCOMPARE(Format::readProjectBinderVersion(project.path()), u"1.5"_s);
 
-    project.writeFile(u"Files/binder.autosave"_qs,
-                      zipOf(u"Other.tavelx"_qs, binderOfVersion("1.0")));
+    project.writeFile(u"Files/binder.autosave"_s, zipOf(u"Other.tavelx"_s, binderOfVersion("1.0")));
     QCOMPARE(Format::readProjectBinderVersion(project.path()), QString());
 }
 
@@ -364,7 +365,7 @@ void TstFormatVersion::theBinderVersionOfAProjectWithoutBindersIsEmpty()
 {
     const TestProject project;
     QCOMPARE(Format::readProjectBinderVersion(project.path()), QString());
-    project.writeFile(u"Files/other"_qs, {});
+    project.writeFile(u"Files/other"_s, {});
     QCOMPARE(Format::readProjectBinderVersion(project.path()), QString());
 }
 
@@ -373,8 +374,8 @@ void TstFormatVersion::theRootElementSaysTheRawVersion_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("version");
 
-    QTest::newRow("known") << binderOfVersion("1.5") << u"1.5"_qs;
-    QTest::newRow("unknown") << binderOfVersion("later") << u"later"_qs;
+    QTest::newRow("known") << binderOfVersion("1.5") << u"1.5"_s;
+    QTest::newRow("unknown") << binderOfVersion("later") << u"later"_s;
     QTest::newRow("none") << QByteArray("<TavelinorProject/>") << QString();
     QTest::newRow("not XML") << QByteArray("mobile/binder.sync") << QString();
     QTest::newRow("nothing") << QByteArray() << QString();
@@ -390,7 +391,7 @@ void TstFormatVersion::theRootElementSaysTheRawVersion()
     QCOMPARE(Format::readBinderVersion(&buffer), version);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, content);
+    project.writeFile(u"Novel.tavelx"_s, content);
     const TVLProjectInfo info = Format::readBinderFileProjectInfo(project.binderPath());
     QCOMPARE(info.mVersion, version);
     QCOMPARE(int(info.mBinderVersion), int(TVL::toBinderVersion(version)));
@@ -430,7 +431,7 @@ void TstFormatVersion::compatibilityForReadingNeedsABinderAndAKnownFormat()
 
     const TestProject project;
     if (!binder.isEmpty())
-        project.writeFile(u"Novel.tavelx"_qs, binder);
+        project.writeFile(u"Novel.tavelx"_s, binder);
     if (!version.isEmpty())
         project.writeFile(VersionFile, version);
     for (const QString &path : {project.path(), project.path() + u'/', project.binderPath()})
@@ -444,19 +445,19 @@ void TstFormatVersion::compatibilityForOtherModesGoesByTheNameAlone_data()
     QTest::addColumn<bool>("compatible");
 
     const QIODevice::OpenMode write = QIODevice::WriteOnly;
-    QTest::newRow("folder") << write << u"/nowhere/Novel.tavel"_qs << true;
-    QTest::newRow("binder") << write << u"/nowhere/Novel.tavelx"_qs << true;
-    QTest::newRow("folder in capitals") << write << u"/nowhere/Novel.TAVEL"_qs << false;
-    QTest::newRow("binder in capitals") << write << u"/nowhere/Novel.TAVELX"_qs << false;
-    QTest::newRow("other extension") << write << u"/nowhere/Novel.txt"_qs << false;
-    QTest::newRow("none") << write << u"/nowhere/Novel"_qs << false;
+    QTest::newRow("folder") << write << u"/nowhere/Novel.tavel"_s << true;
+    QTest::newRow("binder") << write << u"/nowhere/Novel.tavelx"_s << true;
+    QTest::newRow("folder in capitals") << write << u"/nowhere/Novel.TAVEL"_s << false;
+    QTest::newRow("binder in capitals") << write << u"/nowhere/Novel.TAVELX"_s << false;
+    QTest::newRow("other extension") << write << u"/nowhere/Novel.txt"_s << false;
+    QTest::newRow("none") << write << u"/nowhere/Novel"_s << false;
     QTest::newRow("empty") << write << QString() << false;
     QTest::newRow("reading and writing")
-        << QIODevice::OpenMode(QIODevice::ReadWrite) << u"/nowhere/Novel.tavel"_qs << true;
+        << QIODevice::OpenMode(QIODevice::ReadWrite) << u"/nowhere/Novel.tavel"_s << true;
     QTest::newRow("reading text") << (QIODevice::ReadOnly | QIODevice::Text)
-                                  << u"/nowhere/Novel.tavel"_qs << true;
+                                  << u"/nowhere/Novel.tavel"_s << true;
     QTest::newRow("not open") << QIODevice::OpenMode(QIODevice::NotOpen)
-                              << u"/nowhere/Novel.tavel"_qs << true;
+                              << u"/nowhere/Novel.tavel"_s << true;
 }
 
 void TstFormatVersion::compatibilityForOtherModesGoesByTheNameAlone()

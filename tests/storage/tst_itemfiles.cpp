@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 /** The functions that take a listing of the folder. */
 class TVLProjectFolderFormatTestAccess
 {
@@ -39,14 +41,14 @@ using Files = QMap<QString, QByteArray>;
 constexpr int Id = 12;
 
 // What stands behind the id in the names of an item's files.
-const QStringList Tails = {u".rtf"_qs,         u".pdf"_qs,          u".comments"_qs,
-                           u".links"_qs,       u".styles"_qs,       u".tar.gz"_qs,
-                           u"_notes.rtf"_qs,   u"_notes.styles"_qs, u"_synopsis.txt"_qs,
-                           u"_icImage.jpg"_qs, u"_icImage.png"_qs};
+const QStringList Tails = {u".rtf"_s,         u".pdf"_s,          u".comments"_s,
+                           u".links"_s,       u".styles"_s,       u".tar.gz"_s,
+                           u"_notes.rtf"_s,   u"_notes.styles"_s, u"_synopsis.txt"_s,
+                           u"_icImage.jpg"_s, u"_icImage.png"_s};
 
 QString docsFile(const QString &name)
 {
-    return u"Files/Docs/"_qs + name;
+    return u"Files/Docs/"_s + name;
 }
 
 /** Writes a file of each kind for an item; each holds its own name. */
@@ -61,7 +63,7 @@ void writeAllFiles(const TestProject &project, int id)
 /** Names of the numbered files. */
 QStringList docs(const TestProject &project)
 {
-    return QDir(project.path(u"Files/Docs"_qs)).entryList(QDir::Files, QDir::Name);
+    return QDir(project.path(u"Files/Docs"_s)).entryList(QDir::Files, QDir::Name);
 }
 
 /** Writes a file beside the project's folder. */
@@ -129,10 +131,10 @@ void TstItemFiles::aFileIsImportedUnderItsSuffix_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("imported");
-    QTest::newRow("plain") << u"picture.png"_qs << u"12.png"_qs;
-    QTest::newRow("several dots") << u"archive.tar.gz"_qs << u"12.gz"_qs;
-    QTest::newRow("upper case") << u"Book.PDF"_qs << u"12.PDF"_qs;
-    QTest::newRow("no suffix") << u"README"_qs << u"12."_qs;
+    QTest::newRow("plain") << u"picture.png"_s << u"12.png"_s;
+    QTest::newRow("several dots") << u"archive.tar.gz"_s << u"12.gz"_s;
+    QTest::newRow("upper case") << u"Book.PDF"_s << u"12.PDF"_s;
+    QTest::newRow("no suffix") << u"README"_s << u"12."_s;
 }
 
 void TstItemFiles::aFileIsImportedUnderItsSuffix()
@@ -153,65 +155,65 @@ void TstItemFiles::aFileIsImportedUnderItsSuffix()
 void TstItemFiles::whatCannotBeImportedIsAFailure()
 {
     const TestProject project;
-    const QString source = writeOutside(project, u"picture.png"_qs, "content");
+    const QString source = writeOutside(project, u"picture.png"_s, "content");
     QVERIFY(!Format::importProjectFile(project.path(), QFileInfo(), Id));
-    QVERIFY(!Format::importProjectFile(project.path(), QFileInfo(source + u"x"_qs), Id));
+    QVERIFY(!Format::importProjectFile(project.path(), QFileInfo(source + u"x"_s), Id));
     QVERIFY(!Format::importProjectFile(project.path(), QFileInfo(project.enclosingPath()), Id));
     QVERIFY(project.files().isEmpty());
-    project.writeFile(docsFile(u"12.png"_qs), "mine");
+    project.writeFile(docsFile(u"12.png"_s), "mine");
     QVERIFY(!Format::importProjectFile(project.path(), QFileInfo(source), Id));
-    QCOMPARE(project.readFile(docsFile(u"12.png"_qs)), "mine");
+    QCOMPARE(project.readFile(docsFile(u"12.png"_s)), "mine");
 }
 
 void TstItemFiles::aCopiedFileReplacesTheOldOne()
 {
     const TestProject project;
-    const QString source = writeOutside(project, u"picture"_qs, "new");
+    const QString source = writeOutside(project, u"picture"_s, "new");
     QVERIFY(QFile::setPermissions(source, QFileDevice::ReadOwner));
-    project.writeFile(docsFile(u"12.png"_qs), "old and longer");
+    project.writeFile(docsFile(u"12.png"_s), "old and longer");
     for (const char *binder : {"", "/Novel.tavelx"}) {
         QVERIFY(
-            Format::copyFile(project.path() + QString::fromLatin1(binder), Id, u"png"_qs, source));
-        QCOMPARE(project.files(), (Files{{docsFile(u"12.png"_qs), "new"}}));
+            Format::copyFile(project.path() + QString::fromLatin1(binder), Id, u"png"_s, source));
+        QCOMPARE(project.files(), (Files{{docsFile(u"12.png"_s), "new"}}));
     }
-    QVERIFY(isWritable(project.path(docsFile(u"12.png"_qs))));
-    QVERIFY(Format::copyFile(project.path(), 13, u"png"_qs, source));
-    QCOMPARE(project.readFile(docsFile(u"13.png"_qs)), "new");
+    QVERIFY(isWritable(project.path(docsFile(u"12.png"_s))));
+    QVERIFY(Format::copyFile(project.path(), 13, u"png"_s, source));
+    QCOMPARE(project.readFile(docsFile(u"13.png"_s)), "new");
 }
 
 void TstItemFiles::whatCannotBeCopiedLeavesTheOldOne()
 {
     const TestProject project;
     const UnopenableFile unopenable;
-    project.writeFile(docsFile(u"12.png"_qs), "old");
-    unopenable.linkTo(project, u"unopenable"_qs);
+    project.writeFile(docsFile(u"12.png"_s), "old");
+    unopenable.linkTo(project, u"unopenable"_s);
     for (const QString &source :
-         {project.path(u"missing"_qs), project.path(), project.path(u"unopenable"_qs), QString()})
-        QVERIFY(!Format::copyFile(project.path(), Id, u"png"_qs, source));
-    QCOMPARE(project.readFile(docsFile(u"12.png"_qs)), "old");
+         {project.path(u"missing"_s), project.path(), project.path(u"unopenable"_s), QString()})
+        QVERIFY(!Format::copyFile(project.path(), Id, u"png"_s, source));
+    QCOMPARE(project.readFile(docsFile(u"12.png"_s)), "old");
     // A folder isn't a file to be replaced.
-    project.writeFile(docsFile(u"13.png/file"_qs), "old");
-    QVERIFY(!Format::copyFile(project.path(), 13, u"png"_qs, project.path(docsFile(u"12.png"_qs))));
-    QCOMPARE(project.readFile(docsFile(u"13.png/file"_qs)), "old");
+    project.writeFile(docsFile(u"13.png/file"_s), "old");
+    QVERIFY(!Format::copyFile(project.path(), 13, u"png"_s, project.path(docsFile(u"12.png"_s))));
+    QCOMPARE(project.readFile(docsFile(u"13.png/file"_s)), "old");
 }
 
 void TstItemFiles::aFileCopiedOntoItselfStays()
 {
     const TestProject project;
-    const QString file = project.path(docsFile(u"12.png"_qs));
-    project.writeFile(docsFile(u"12.png"_qs), "content");
-    QVERIFY(QFile::link(file, project.path(u"link"_qs)));
-    QVERIFY(Format::copyFile(project.path(), Id, u"png"_qs, file));
-    QVERIFY(Format::copyFile(project.path(), Id, u"png"_qs, project.path(u"link"_qs)));
-    QCOMPARE(project.readFile(docsFile(u"12.png"_qs)), "content");
+    const QString file = project.path(docsFile(u"12.png"_s));
+    project.writeFile(docsFile(u"12.png"_s), "content");
+    QVERIFY(QFile::link(file, project.path(u"link"_s)));
+    QVERIFY(Format::copyFile(project.path(), Id, u"png"_s, file));
+    QVERIFY(Format::copyFile(project.path(), Id, u"png"_s, project.path(u"link"_s)));
+    QCOMPARE(project.readFile(docsFile(u"12.png"_s)), "content");
 }
 
 void TstItemFiles::anAddressLeadsToTheFile()
 {
-    const TestProject project(u"My Novel #1"_qs);
-    const QString file = project.path(docsFile(u"12.html"_qs));
-    QCOMPARE(Format::url(project.path(), Id, u"html"_qs), QUrl::fromLocalFile(file));
-    QCOMPARE(Format::url(project.binderPath(), Id, u"html"_qs).toLocalFile(), file);
+    const TestProject project(u"My Novel #1"_s);
+    const QString file = project.path(docsFile(u"12.html"_s));
+    QCOMPARE(Format::url(project.path(), Id, u"html"_s), QUrl::fromLocalFile(file));
+    QCOMPARE(Format::url(project.binderPath(), Id, u"html"_s).toLocalFile(), file);
     QVERIFY(project.files().isEmpty());
 }
 
@@ -220,7 +222,7 @@ void TstItemFiles::removingAnItemRemovesAllItsFilesAndNoOthers()
     const TestProject project;
     for (const int id : {1, 2, 123})
         writeAllFiles(project, id);
-    project.writeFile(docsFile(u"docs.checksum"_qs), "checksums");
+    project.writeFile(docsFile(u"docs.checksum"_s), "checksums");
     const Files expected = project.files();
     writeAllFiles(project, Id);
     QCOMPARE(docs(project).size(), 4 * Tails.size() + 1);
@@ -235,20 +237,20 @@ void TstItemFiles::removingFollowsNamesAndNotTheirStart_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("isRemoved");
-    QTest::newRow("12.rtf") << u"12.rtf"_qs << true;
-    QTest::newRow("12.pdf") << u"12.pdf"_qs << true;
-    QTest::newRow("12.RTF") << u"12.RTF"_qs << true;
-    QTest::newRow("12.rtf.bak") << u"12.rtf.bak"_qs << true;
-    QTest::newRow("123.rtf") << u"123.rtf"_qs << false;
-    QTest::newRow("1.rtf") << u"1.rtf"_qs << false;
-    QTest::newRow("012.rtf") << u"012.rtf"_qs << false;
-    QTest::newRow("-12.rtf") << u"-12.rtf"_qs << false;
-    QTest::newRow("12") << u"12"_qs << false;
-    QTest::newRow("12_other.rtf") << u"12_other.rtf"_qs << false;
-    QTest::newRow("12_icImage") << u"12_icImage"_qs << false;
-    QTest::newRow("12a.rtf") << u"12a.rtf"_qs << false;
-    QTest::newRow("Arabic digits") << u"\u0661\u0662.rtf"_qs << false;
-    QTest::newRow("a number too large") << u"99999999999912.rtf"_qs << false;
+    QTest::newRow("12.rtf") << u"12.rtf"_s << true;
+    QTest::newRow("12.pdf") << u"12.pdf"_s << true;
+    QTest::newRow("12.RTF") << u"12.RTF"_s << true;
+    QTest::newRow("12.rtf.bak") << u"12.rtf.bak"_s << true;
+    QTest::newRow("123.rtf") << u"123.rtf"_s << false;
+    QTest::newRow("1.rtf") << u"1.rtf"_s << false;
+    QTest::newRow("012.rtf") << u"012.rtf"_s << false;
+    QTest::newRow("-12.rtf") << u"-12.rtf"_s << false;
+    QTest::newRow("12") << u"12"_s << false;
+    QTest::newRow("12_other.rtf") << u"12_other.rtf"_s << false;
+    QTest::newRow("12_icImage") << u"12_icImage"_s << false;
+    QTest::newRow("12a.rtf") << u"12a.rtf"_s << false;
+    QTest::newRow("Arabic digits") << u"\u0661\u0662.rtf"_s << false;
+    QTest::newRow("a number too large") << u"99999999999912.rtf"_s << false;
 }
 
 void TstItemFiles::removingFollowsNamesAndNotTheirStart()
@@ -264,8 +266,8 @@ void TstItemFiles::removingFollowsNamesAndNotTheirStart()
 void TstItemFiles::removingAnItemRemovesItsSnapshots()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs, 123), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s, 123), QString());
     QVERIFY(Format::removeProjectFiles(project.path(), Id));
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
@@ -306,12 +308,12 @@ void TstItemFiles::aListingServesManyItems()
 void TstItemFiles::aListingNeedNotBeUpToDate()
 {
     const TestProject project;
-    project.writeFile(docsFile(u"12.pdf"_qs), "goes before");
+    project.writeFile(docsFile(u"12.pdf"_s), "goes before");
     const TVLNumberedFiles files(project.path());
-    QCOMPARE(files.fileNames(Id), QStringList{u"12.pdf"_qs});
-    QVERIFY(QFile::remove(project.path(docsFile(u"12.pdf"_qs))));
-    for (const QString &name : {u"12.rtf"_qs, u"12.comments"_qs, u"12.styles"_qs,
-                                u"12_notes.rtf"_qs, u"12_notes.styles"_qs, u"12_synopsis.txt"_qs})
+    QCOMPARE(files.fileNames(Id), QStringList{u"12.pdf"_s});
+    QVERIFY(QFile::remove(project.path(docsFile(u"12.pdf"_s))));
+    for (const QString &name : {u"12.rtf"_s, u"12.comments"_s, u"12.styles"_s, u"12_notes.rtf"_s,
+                                u"12_notes.styles"_s, u"12_synopsis.txt"_s})
         project.writeFile(docsFile(name), "came later");
     QVERIFY(Access::removeProjectFiles(project.path(), Id, files));
     QVERIFY(project.files().isEmpty());
@@ -321,23 +323,23 @@ void TstItemFiles::whatCannotBeRemovedIsAFailure()
 {
     const TestProject project;
     writeAllFiles(project, Id);
-    QVERIFY(QFile::remove(project.path(docsFile(u"12.rtf"_qs))));
-    project.writeFile(docsFile(u"12.rtf/file"_qs), "in a folder");
+    QVERIFY(QFile::remove(project.path(docsFile(u"12.rtf"_s))));
+    project.writeFile(docsFile(u"12.rtf/file"_s), "in a folder");
     QVERIFY(!Format::removeProjectFiles(project.path(), Id));
     // All else is gone.
-    QCOMPARE(project.files(), (Files{{docsFile(u"12.rtf/file"_qs), "in a folder"}}));
+    QCOMPARE(project.files(), (Files{{docsFile(u"12.rtf/file"_s), "in a folder"}}));
 }
 
 void TstItemFiles::linksAreRemovedAndNotWhatTheyLeadTo()
 {
     const TestProject project;
-    project.writeFile(u"kept.pdf"_qs, "kept");
-    QVERIFY(QDir().mkpath(project.path(u"Files/Docs"_qs)));
-    QVERIFY(QFile::link(project.path(u"kept.pdf"_qs), project.path(docsFile(u"12.pdf"_qs))));
-    QVERIFY(QFile::link(project.path(u"missing"_qs), project.path(docsFile(u"12.mp3"_qs))));
+    project.writeFile(u"kept.pdf"_s, "kept");
+    QVERIFY(QDir().mkpath(project.path(u"Files/Docs"_s)));
+    QVERIFY(QFile::link(project.path(u"kept.pdf"_s), project.path(docsFile(u"12.pdf"_s))));
+    QVERIFY(QFile::link(project.path(u"missing"_s), project.path(docsFile(u"12.mp3"_s))));
     QVERIFY(Format::removeProjectFiles(project.path(), Id));
-    QCOMPARE(project.files(), (Files{{u"kept.pdf"_qs, "kept"}}));
-    QVERIFY(QDir(project.path(u"Files/Docs"_qs))
+    QCOMPARE(project.files(), (Files{{u"kept.pdf"_s, "kept"}}));
+    QVERIFY(QDir(project.path(u"Files/Docs"_s))
                 .isEmpty(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot));
 }
 
@@ -348,7 +350,7 @@ void TstItemFiles::manyItemsAreClonedAndRemovedInNoTime()
     constexpr int Clones = 100;
     const TestProject project;
     for (int id = 0; id < Items; ++id)
-        project.writeFile(docsFile(u"%1.rtf"_qs.arg(id)), "text");
+        project.writeFile(docsFile(u"%1.rtf"_s.arg(id)), "text");
     QElapsedTimer timer;
     timer.start();
     const TVLNumberedFiles files(project.path());
@@ -369,10 +371,10 @@ void TstItemFiles::anItemsOwnFoldersAreRemoved()
     const QString data = Format::filesDataNodePath(QString(), uuidOf(1)).mid(1);
     const QString snapshots = Format::snapshotsNodePath(QString(), uuidOf(1)).mid(1);
     const QString kept = Format::filesDataNodePath(QString(), uuidOf(2)).mid(1);
-    project.writeFile(kept + u"/content.rtf"_qs, "kept");
+    project.writeFile(kept + u"/content.rtf"_s, "kept");
     const Files expected = project.files();
-    project.writeFile(data + u"/content.rtf"_qs, "text");
-    project.writeFile(snapshots + u"/index.xml"_qs, "index");
+    project.writeFile(data + u"/content.rtf"_s, "text");
+    project.writeFile(snapshots + u"/index.xml"_s, "index");
     QVERIFY(Format::removeProjectFiles(project.binderPath(), uuidOf(1)));
     QCOMPARE(project.files(), expected);
     QVERIFY(!QFileInfo::exists(project.path(data)));
@@ -387,9 +389,9 @@ void TstItemFiles::aMobileFolderIsRemoved()
     const TestProject project;
     const QString mobile = Format::mobileDataNodePath(QString(), uuidOf(1)).mid(1);
     const QString desktop = Format::filesDataNodePath(QString(), uuidOf(1)).mid(1);
-    project.writeFile(desktop + u"/content.rtf"_qs, "kept");
+    project.writeFile(desktop + u"/content.rtf"_s, "kept");
     const Files expected = project.files();
-    project.writeFile(mobile + u"/content.rtf"_qs, "text");
+    project.writeFile(mobile + u"/content.rtf"_s, "text");
     QVERIFY(Format::removeProjectFilesMobile(project.binderPath(), uuidOf(1)));
     QCOMPARE(project.files(), expected);
     QVERIFY(Format::removeProjectFilesMobile(project.path(), uuidOf(1)));
@@ -398,24 +400,24 @@ void TstItemFiles::aMobileFolderIsRemoved()
 void TstItemFiles::theMobileCopyIsRemoved()
 {
     const TestProject project;
-    project.writeFile(docsFile(u"12.rtf"_qs), "kept");
+    project.writeFile(docsFile(u"12.rtf"_s), "kept");
     const Files expected = project.files();
-    project.writeFile(u"Mobile/binder.sync"_qs, "binder");
-    project.writeFile(u"Mobile/Data/x/content.rtf"_qs, "text");
-    project.writeFile(u"Files/mobilescripts.checksums"_qs, "checksums");
+    project.writeFile(u"Mobile/binder.sync"_s, "binder");
+    project.writeFile(u"Mobile/Data/x/content.rtf"_s, "text");
+    project.writeFile(u"Files/mobilescripts.checksums"_s, "checksums");
     QVERIFY(Format::deleteAllMobileFiles(project.binderPath()));
     QCOMPARE(project.files(), expected);
-    QVERIFY(!QFileInfo::exists(project.path(u"Mobile"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"Mobile"_s)));
     QVERIFY(Format::deleteAllMobileFiles(project.path()));
 }
 
 void TstItemFiles::theMobileCopyIsRemovedAsFarAsPossible()
 {
     const TestProject project;
-    project.writeFile(u"Mobile/binder.sync"_qs, "binder");
-    project.writeFile(u"Files/mobilescripts.checksums/file"_qs, "in a folder");
+    project.writeFile(u"Mobile/binder.sync"_s, "binder");
+    project.writeFile(u"Files/mobilescripts.checksums/file"_s, "in a folder");
     QVERIFY(!Format::deleteAllMobileFiles(project.path()));
-    QVERIFY(!QFileInfo::exists(project.path(u"Mobile"_qs)));
+    QVERIFY(!QFileInfo::exists(project.path(u"Mobile"_s)));
 }
 
 void TstItemFiles::aCloneHasAllFiles_data()
@@ -430,7 +432,7 @@ void TstItemFiles::aCloneHasAllFiles()
 {
     QFETCH(const int, form);
     const TestProject project;
-    const TestProject other(u"Other"_qs);
+    const TestProject other(u"Other"_s);
     writeAllFiles(project, Id);
     writeAllFiles(project, 123);
     const Files before = project.files();
@@ -443,7 +445,7 @@ void TstItemFiles::aCloneHasAllFiles()
                                           project.path(), 5));
     Files expected = form == 0 ? Files() : before;
     for (const QString &tail : Tails)
-        expected.insert(docsFile(u"5"_qs + tail), (u"12"_qs + tail).toUtf8());
+        expected.insert(docsFile(u"5"_s + tail), (u"12"_s + tail).toUtf8());
     QCOMPARE((form == 0 ? other : project).files(), expected);
     if (form == 0)
         QCOMPARE(project.files(), before);
@@ -452,26 +454,26 @@ void TstItemFiles::aCloneHasAllFiles()
 void TstItemFiles::aCloneHasTheSnapshots()
 {
     const TestProject project;
-    const TestProject other(u"Other"_qs);
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
+    const TestProject other(u"Other"_s);
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s), QString());
     QVERIFY(Format::cloneProjectFiles(project.path(), Id, other.path(), 5));
-    QCOMPARE(snapshotTitles(other, 5), QStringList{u"First"_qs});
-    QCOMPARE(snapshotText(other, 0, 5), u"text"_qs);
+    QCOMPARE(snapshotTitles(other, 5), QStringList{u"First"_s});
+    QCOMPARE(snapshotText(other, 0, 5), u"text"_s);
 }
 
 void TstItemFiles::aCloneReplacesWhatTheTargetHas()
 {
     const TestProject project;
     writeAllFiles(project, Id);
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s), QString());
     Files expected = project.files();
     for (const QString &tail : Tails)
-        expected.insert(docsFile(u"5"_qs + tail), (u"12"_qs + tail).toUtf8());
+        expected.insert(docsFile(u"5"_s + tail), (u"12"_s + tail).toUtf8());
     expected.insert(snapshotsIndex(5), expected.value(snapshotsIndex()));
     expected.insert(snapshotFile(0, 5), expected.value(snapshotFile(0)));
 
     writeAllFiles(project, 5);
-    QCOMPARE(addSnapshot(project, u"Other"_qs, 0, u"other"_qs, 5), QString());
+    QCOMPARE(addSnapshot(project, u"Other"_s, 0, u"other"_s, 5), QString());
     for (int time = 0; time < 2; ++time) {
         QVERIFY(Format::cloneProjectFiles(project.path(), Id, project.path(), 5));
         QCOMPARE(project.files(), expected);
@@ -490,7 +492,7 @@ void TstItemFiles::aCloneOntoItselfChangesNothing()
 {
     const TestProject project;
     writeAllFiles(project, Id);
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s), QString());
     const Files before = project.files();
     QVERIFY(Format::cloneProjectFiles(project.path(), Id, project.path(), Id));
     QCOMPARE(project.files(), before);
@@ -499,74 +501,74 @@ void TstItemFiles::aCloneOntoItselfChangesNothing()
 void TstItemFiles::aCloneKnowsWhatCameAfterItsListing()
 {
     const TestProject project;
-    project.writeFile(docsFile(u"12.pdf"_qs), "goes");
+    project.writeFile(docsFile(u"12.pdf"_s), "goes");
     const TVLNumberedFiles files(project.path());
     QCOMPARE(files.fileNames(Id).size(), 1);
-    QVERIFY(QFile::remove(project.path(docsFile(u"12.pdf"_qs))));
-    project.writeFile(docsFile(u"12.rtf"_qs), "just saved");
-    project.writeFile(docsFile(u"12_notes.rtf"_qs), "just saved too");
+    QVERIFY(QFile::remove(project.path(docsFile(u"12.pdf"_s))));
+    project.writeFile(docsFile(u"12.rtf"_s), "just saved");
+    project.writeFile(docsFile(u"12_notes.rtf"_s), "just saved too");
     QVERIFY(Access::cloneProjectFiles(project.path(), Id, files, project.path(), 5));
-    QCOMPARE(project.readFile(docsFile(u"5.rtf"_qs)), "just saved");
-    QCOMPARE(project.readFile(docsFile(u"5_notes.rtf"_qs)), "just saved too");
+    QCOMPARE(project.readFile(docsFile(u"5.rtf"_s)), "just saved");
+    QCOMPARE(project.readFile(docsFile(u"5_notes.rtf"_s)), "just saved too");
     QCOMPARE(docs(project).size(), 4);
 }
 
 void TstItemFiles::clonedFilesCanBeWritten()
 {
     const TestProject project;
-    project.writeFile(docsFile(u"12.rtf"_qs), "text");
-    project.writeFile(docsFile(u"5.rtf"_qs), "old");
-    QVERIFY(QFile::setPermissions(project.path(docsFile(u"12.rtf"_qs)), QFileDevice::ReadOwner));
-    QVERIFY(QFile::setPermissions(project.path(docsFile(u"5.rtf"_qs)), QFileDevice::ReadOwner));
+    project.writeFile(docsFile(u"12.rtf"_s), "text");
+    project.writeFile(docsFile(u"5.rtf"_s), "old");
+    QVERIFY(QFile::setPermissions(project.path(docsFile(u"12.rtf"_s)), QFileDevice::ReadOwner));
+    QVERIFY(QFile::setPermissions(project.path(docsFile(u"5.rtf"_s)), QFileDevice::ReadOwner));
     QVERIFY(Format::cloneProjectFiles(project.path(), Id, project.path(), 5));
-    QCOMPARE(project.readFile(docsFile(u"5.rtf"_qs)), "text");
-    QVERIFY(isWritable(project.path(docsFile(u"5.rtf"_qs))));
-    QVERIFY(!isWritable(project.path(docsFile(u"12.rtf"_qs))));
+    QCOMPARE(project.readFile(docsFile(u"5.rtf"_s)), "text");
+    QVERIFY(isWritable(project.path(docsFile(u"5.rtf"_s))));
+    QVERIFY(!isWritable(project.path(docsFile(u"12.rtf"_s))));
 }
 
 void TstItemFiles::aCloneGoesOnAfterAFailure()
 {
     const TestProject project;
     writeAllFiles(project, Id);
-    project.writeFile(docsFile(u"5.comments/file"_qs), "in its place");
+    project.writeFile(docsFile(u"5.comments/file"_s), "in its place");
     QVERIFY(!Format::cloneProjectFiles(project.path(), Id, project.path(), 5));
     for (const QString &tail : Tails) {
         if (tail != u".comments")
-            QCOMPARE(project.readFile(docsFile(u"5"_qs + tail)), (u"12"_qs + tail).toUtf8());
+            QCOMPARE(project.readFile(docsFile(u"5"_s + tail)), (u"12"_s + tail).toUtf8());
     }
     const TestProject blocked;
-    blocked.writeFile(u"Files"_qs, "a file");
+    blocked.writeFile(u"Files"_s, "a file");
     QVERIFY(!Format::cloneProjectFiles(project.path(), Id, blocked.path(), 5));
 }
 
 void TstItemFiles::aDiskThatTakesNoCopyIsAFailure()
 {
     const TestProject project;
-    project.writeFile(docsFile(u"12.rtf"_qs), QByteArray(10000, 'x'));
-    project.writeFile(docsFile(u"12_notes.rtf"_qs), "short");
+    project.writeFile(docsFile(u"12.rtf"_s), QByteArray(10000, 'x'));
+    project.writeFile(docsFile(u"12_notes.rtf"_s), "short");
     {
         const FileSizeLimit limit(4096);
         QVERIFY(!Format::cloneProjectFiles(project.path(), Id, project.path(), 5));
     }
-    QCOMPARE(docs(project), (QStringList{u"12.rtf"_qs, u"12_notes.rtf"_qs, u"5_notes.rtf"_qs}));
+    QCOMPARE(docs(project), (QStringList{u"12.rtf"_s, u"12_notes.rtf"_s, u"5_notes.rtf"_s}));
 }
 
 void TstItemFiles::aMobileItemIsCloned()
 {
     const TestProject project;
-    const TestProject other(u"Other"_qs);
+    const TestProject other(u"Other"_s);
     const QString source = Format::mobileDataNodePath(QString(), uuidOf(1)).mid(1);
     const QString target = Format::mobileDataNodePath(QString(), uuidOf(2)).mid(1);
-    project.writeFile(source + u"/content.rtf"_qs, "text");
-    project.writeFile(source + u"/notes.rtf"_qs, "notes");
+    project.writeFile(source + u"/content.rtf"_s, "text");
+    project.writeFile(source + u"/notes.rtf"_s, "notes");
     QVERIFY(Format::cloneMobileProjectFiles(project.binderPath(), uuidOf(1), other.binderPath(),
                                             uuidOf(2)));
     QCOMPARE(other.files(),
-             (Files{{target + u"/content.rtf"_qs, "text"}, {target + u"/notes.rtf"_qs, "notes"}}));
+             (Files{{target + u"/content.rtf"_s, "text"}, {target + u"/notes.rtf"_s, "notes"}}));
     // Nothing is replaced there.
-    other.writeFile(target + u"/content.rtf"_qs, "mine");
+    other.writeFile(target + u"/content.rtf"_s, "mine");
     QVERIFY(!Format::cloneMobileProjectFiles(project.path(), uuidOf(1), other.path(), uuidOf(2)));
-    QCOMPARE(other.readFile(target + u"/content.rtf"_qs), "mine");
+    QCOMPARE(other.readFile(target + u"/content.rtf"_s), "mine");
     // An item without a text need not have a folder.
     QVERIFY(Format::cloneMobileProjectFiles(project.path(), uuidOf(3), other.path(), uuidOf(4)));
     QCOMPARE(other.files().size(), 2);

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -50,7 +52,7 @@ Files mobileFiles(const TestProject &project, const QUuid &uuid)
     return filesIn(project, mobile(uuid, QString()));
 }
 
-const Files Texts = {{u"content.rtf"_qs, "text"}, {u"synopsis.txt"_qs, "synopsis"}};
+const Files Texts = {{u"content.rtf"_s, "text"}, {u"synopsis.txt"_s, "synopsis"}};
 
 void writeMobile(const TestProject &project, const QUuid &uuid)
 {
@@ -93,9 +95,9 @@ private Q_SLOTS:
 
 void TstItemLayouts::foldersOfTheMobileCopyMayBeInSmallLetters()
 {
-    const QUuid uuid(u"4f0a1f3b-8c70-4f6e-9b3f-0d2b6a2a1c44"_qs);
+    const QUuid uuid(u"4f0a1f3b-8c70-4f6e-9b3f-0d2b6a2a1c44"_s);
     const TestProject project;
-    const QString folder = u"Mobile/Data/"_qs + uuid.toString(QUuid::WithoutBraces);
+    const QString folder = u"Mobile/Data/"_s + uuid.toString(QUuid::WithoutBraces);
     const auto write = [&] {
         for (auto file = Texts.cbegin(); file != Texts.cend(); ++file)
             project.writeFile(folder + u'/' + file.key(), file.value());
@@ -108,7 +110,7 @@ void TstItemLayouts::foldersOfTheMobileCopyMayBeInSmallLetters()
     QVERIFY(!Format::md5Mobile(project.path(), uuid, TVL::SynopsisText).isEmpty());
     QCOMPARE(Format::mobileDataNodePathFiles(project.path(), uuid).size(), 2);
     QCOMPARE(Format::findMobileContentDocument(project.path(), uuid),
-             project.path(folder + u"/content.rtf"_qs));
+             project.path(folder + u"/content.rtf"_s));
     QVERIFY(Format::copyMobileToMobile(project.path(), uuid, Two));
     QCOMPARE(mobileFiles(project, Two), Texts);
     QVERIFY(Format::cloneMobileProjectFiles(project.path(), uuid, project.path(), One));
@@ -148,10 +150,10 @@ void TstItemLayouts::copiesReplaceNothing()
     const TestProject project;
     writeDesktop(project, One);
     writeMobile(project, One);
-    project.writeFile(mobile(Two, u"content.rtf"_qs), "mine");
+    project.writeFile(mobile(Two, u"content.rtf"_s), "mine");
     QVERIFY(!Format::copyDesktopToMobileV23(project.path(), One, Two));
     QVERIFY(!Format::copyMobileToMobile(project.path(), One, Two));
-    QCOMPARE(project.readFile(mobile(Two, u"content.rtf"_qs)), "mine");
+    QCOMPARE(project.readFile(mobile(Two, u"content.rtf"_s)), "mine");
 }
 
 void TstItemLayouts::copiesNeedASource()
@@ -182,9 +184,9 @@ void TstItemLayouts::aMobileItemTakesTheDesktopItemsPlace()
     writeMobile(project, One);
     writeDesktop(project, Two);
     if (isThere) {
-        project.writeFile(desktop(One, u"content.rtf"_qs), "old");
-        project.writeFile(desktop(One, u"notes.rtf"_qs), "old");
-        project.writeFile(desktop(One, u"folder/.hidden"_qs), "old");
+        project.writeFile(desktop(One, u"content.rtf"_s), "old");
+        project.writeFile(desktop(One, u"notes.rtf"_s), "old");
+        project.writeFile(desktop(One, u"folder/.hidden"_s), "old");
     }
     if (form == 0)
         QVERIFY(Format::copyMobileToDesktopV23(project.binderPath(), One));
@@ -223,18 +225,18 @@ void TstItemLayouts::numberedFilesGetTheNamesOfAnItemsFolder_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("copy");
-    QTest::newRow("main text") << u"12.rtf"_qs << u"content.rtf"_qs;
-    QTest::newRow("notes") << u"12_notes.rtf"_qs << u"notes.rtf"_qs;
-    QTest::newRow("synopsis") << u"12_synopsis.txt"_qs << u"synopsis.txt"_qs;
-    QTest::newRow("links") << u"12.links"_qs << u"content.links"_qs;
-    QTest::newRow("comments") << u"12.comments"_qs << u"content.comments"_qs;
-    QTest::newRow("styles") << u"12.styles"_qs << u"content.styles"_qs;
-    QTest::newRow("main file of another kind") << u"12.pdf"_qs << u"content.pdf"_qs;
-    QTest::newRow("upper case") << u"12.PDF"_qs << u"content.PDF"_qs;
+    QTest::newRow("main text") << u"12.rtf"_s << u"content.rtf"_s;
+    QTest::newRow("notes") << u"12_notes.rtf"_s << u"notes.rtf"_s;
+    QTest::newRow("synopsis") << u"12_synopsis.txt"_s << u"synopsis.txt"_s;
+    QTest::newRow("links") << u"12.links"_s << u"content.links"_s;
+    QTest::newRow("comments") << u"12.comments"_s << u"content.comments"_s;
+    QTest::newRow("styles") << u"12.styles"_s << u"content.styles"_s;
+    QTest::newRow("main file of another kind") << u"12.pdf"_s << u"content.pdf"_s;
+    QTest::newRow("upper case") << u"12.PDF"_s << u"content.PDF"_s;
     // These have no type by their numbered names.
-    QTest::newRow("styles of the notes") << u"12_notes.styles"_qs << QString();
-    QTest::newRow("index card image") << u"12_icImage.png"_qs << QString();
-    QTest::newRow("another item") << u"123.rtf"_qs << QString();
+    QTest::newRow("styles of the notes") << u"12_notes.styles"_s << QString();
+    QTest::newRow("index card image") << u"12_icImage.png"_s << QString();
+    QTest::newRow("another item") << u"123.rtf"_s << QString();
 }
 
 void TstItemLayouts::numberedFilesGetTheNamesOfAnItemsFolder()
@@ -242,38 +244,38 @@ void TstItemLayouts::numberedFilesGetTheNamesOfAnItemsFolder()
     QFETCH(const QString, name);
     QFETCH(const QString, copy);
     const TestProject project;
-    project.writeFile(u"Files/Docs/"_qs + name, "content");
-    QVERIFY(Format::copyDesktopV18ToPath(project.binderPath(), 12, project.path(u"a/b"_qs)));
-    QCOMPARE(filesIn(project, u"a/b"_qs), copy.isEmpty() ? Files() : Files({{copy, "content"}}));
-    QCOMPARE(project.readFile(u"Files/Docs/"_qs + name), "content");
+    project.writeFile(u"Files/Docs/"_s + name, "content");
+    QVERIFY(Format::copyDesktopV18ToPath(project.binderPath(), 12, project.path(u"a/b"_s)));
+    QCOMPARE(filesIn(project, u"a/b"_s), copy.isEmpty() ? Files() : Files({{copy, "content"}}));
+    QCOMPARE(project.readFile(u"Files/Docs/"_s + name), "content");
 }
 
 void TstItemLayouts::numberedFilesReplaceThoseInTheFolder()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/12.rtf"_qs, "new");
-    QVERIFY(QFile::setPermissions(project.path(u"Files/Docs/12.rtf"_qs), QFileDevice::ReadOwner));
-    project.writeFile(u"Files/Docs/12_notes.rtf"_qs, "new notes");
-    project.writeFile(u"target/content.rtf"_qs, "old");
-    project.writeFile(u"target/content.comments"_qs, "old");
-    QVERIFY(Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"target"_qs)));
-    QCOMPARE(filesIn(project, u"target"_qs),
-             (Files{{u"content.rtf"_qs, "new"},
-                    {u"content.comments"_qs, "old"},
-                    {u"notes.rtf"_qs, "new notes"}}));
-    QVERIFY(QFile::permissions(project.path(u"target/content.rtf"_qs))
+    project.writeFile(u"Files/Docs/12.rtf"_s, "new");
+    QVERIFY(QFile::setPermissions(project.path(u"Files/Docs/12.rtf"_s), QFileDevice::ReadOwner));
+    project.writeFile(u"Files/Docs/12_notes.rtf"_s, "new notes");
+    project.writeFile(u"target/content.rtf"_s, "old");
+    project.writeFile(u"target/content.comments"_s, "old");
+    QVERIFY(Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"target"_s)));
+    QCOMPARE(filesIn(project, u"target"_s),
+             (Files{{u"content.rtf"_s, "new"},
+                    {u"content.comments"_s, "old"},
+                    {u"notes.rtf"_s, "new notes"}}));
+    QVERIFY(QFile::permissions(project.path(u"target/content.rtf"_s))
                 .testFlag(QFileDevice::WriteOwner));
     // One that can't be replaced doesn't keep the others back.
-    project.writeFile(u"blocked/notes.rtf/file"_qs, "in its place");
-    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"blocked"_qs)));
-    QCOMPARE(project.readFile(u"blocked/content.rtf"_qs), "new");
+    project.writeFile(u"blocked/notes.rtf/file"_s, "in its place");
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"blocked"_s)));
+    QCOMPARE(project.readFile(u"blocked/content.rtf"_s), "new");
 }
 
 void TstItemLayouts::numberedFilesGoToEitherFolder()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/12.rtf"_qs, "text");
-    project.writeFile(u"Files/Docs/12_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"Files/Docs/12.rtf"_s, "text");
+    project.writeFile(u"Files/Docs/12_synopsis.txt"_s, "synopsis");
     QVERIFY(Format::copyDesktopV18ToDesktopV23(project.binderPath(), 12, One));
     QCOMPARE(desktopFiles(project, One), Texts);
     QVERIFY(mobileFiles(project, One).isEmpty());
@@ -285,11 +287,11 @@ void TstItemLayouts::numberedFilesGoToEitherFolder()
 void TstItemLayouts::aFolderThatCannotBeMadeIsAFailure()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/12.rtf"_qs, "text");
-    project.writeFile(u"file"_qs, "a file");
-    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file/folder"_qs)));
-    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file"_qs)));
-    QCOMPARE(project.readFile(u"file"_qs), "a file");
+    project.writeFile(u"Files/Docs/12.rtf"_s, "text");
+    project.writeFile(u"file"_s, "a file");
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file/folder"_s)));
+    QVERIFY(!Format::copyDesktopV18ToPath(project.path(), 12, project.path(u"file"_s)));
+    QCOMPARE(project.readFile(u"file"_s), "a file");
 }
 
 void TstItemLayouts::foldersAreListedByTheirUuids()
@@ -297,15 +299,15 @@ void TstItemLayouts::foldersAreListedByTheirUuids()
     const TestProject project;
     writeDesktop(project, One);
     writeDesktop(project, Two);
-    project.writeFile(u"Files/Data/docs.checksum"_qs, "checksums");
-    project.writeFile(u"Files/Data/no uuid/file"_qs, "file");
-    project.writeFile(desktop(QUuid(), u"content.rtf"_qs), "text");
+    project.writeFile(u"Files/Data/docs.checksum"_s, "checksums");
+    project.writeFile(u"Files/Data/no uuid/file"_s, "file");
+    project.writeFile(desktop(QUuid(), u"content.rtf"_s), "text");
     project.writeFile(desktop(uuidOf(3), QString()).chopped(1), "a file");
-    project.writeFile(desktop(One, QString()).chopped(1) + u" (2)/content.rtf"_qs, "a copy");
+    project.writeFile(desktop(One, QString()).chopped(1) + u" (2)/content.rtf"_s, "a copy");
     QList<QUuid> uuids = Format::folderUUIDs(Format::filesDataPath(project.path()));
     std::sort(uuids.begin(), uuids.end());
     QCOMPARE(uuids, (QList{One, Two}));
-    QCOMPARE(Format::folderUUIDs(project.path(u"missing"_qs)), QList<QUuid>());
+    QCOMPARE(Format::folderUUIDs(project.path(u"missing"_s)), QList<QUuid>());
 }
 
 TVL_TEST(TstItemLayouts)

@@ -9,11 +9,13 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QUuid NodeUuid(u"{0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d}"_qs);
+const QUuid NodeUuid(u"{0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d}"_s);
 
 /** An operation that computes a path. */
 struct PathOperation
@@ -91,10 +93,7 @@ private Q_SLOTS:
 private:
     static void addPathRows();
     static void addDirectoryRows();
-    [[nodiscard]] QString project() const
-    {
-        return mDirectory->filePath(u"deep/My Novel.tavel"_qs);
-    }
+    [[nodiscard]] QString project() const { return mDirectory->filePath(u"deep/My Novel.tavel"_s); }
     [[nodiscard]] QString writeFile(const QString &path) const;
 
     std::unique_ptr<QTemporaryDir> mDirectory;
@@ -129,44 +128,44 @@ void TstLayout::addPathRows()
                         const QString &suffix) {
         QTest::newRow(name) << PathOperation{compute} << suffix;
     };
-    const QString uuid = u"0A1B2C3D-4E5F-4A6B-8C7D-9E0F1A2B3C4D"_qs;
-    add("files", &Format::filesPath, u"/Files"_qs);
-    add("documents", &Format::filesDocsPath, u"/Files/Docs"_qs);
-    add("data", &Format::filesDataPath, u"/Files/Data"_qs);
+    const QString uuid = u"0A1B2C3D-4E5F-4A6B-8C7D-9E0F1A2B3C4D"_s;
+    add("files", &Format::filesPath, u"/Files"_s);
+    add("documents", &Format::filesDocsPath, u"/Files/Docs"_s);
+    add("data", &Format::filesDataPath, u"/Files/Data"_s);
     add(
         "data of an item",
         [](const QString &path) { return Format::filesDataNodePath(path, NodeUuid); },
-        u"/Files/Data/"_qs + uuid);
-    add("settings", &Format::settingsPath, u"/Settings"_qs);
-    add("search index", &Format::searchIndexesFilePath, u"/Files/search.indexes"_qs);
-    add("checksums by id", &Format::projectChecksumFilePathId, u"/Files/Docs/docs.checksum"_qs);
-    add("checksums by uuid", &Format::projectChecksumFilePath, u"/Files/Data/docs.checksum"_qs);
+        u"/Files/Data/"_s + uuid);
+    add("settings", &Format::settingsPath, u"/Settings"_s);
+    add("search index", &Format::searchIndexesFilePath, u"/Files/search.indexes"_s);
+    add("checksums by id", &Format::projectChecksumFilePathId, u"/Files/Docs/docs.checksum"_s);
+    add("checksums by uuid", &Format::projectChecksumFilePath, u"/Files/Data/docs.checksum"_s);
     add("checksums of scripts", &Format::filesMobileScriptsChecksumsFilePath,
-        u"/Files/mobilescripts.checksums"_qs);
-    add("autosave", &Format::binderAutosaveFilePath, u"/Files/binder.autosave"_qs);
-    add("backup", &Format::binderBackupFilePath, u"/Files/binder.backup"_qs);
-    add("snapshots", &Format::snapshotsPath, u"/Snapshots"_qs);
+        u"/Files/mobilescripts.checksums"_s);
+    add("autosave", &Format::binderAutosaveFilePath, u"/Files/binder.autosave"_s);
+    add("backup", &Format::binderBackupFilePath, u"/Files/binder.backup"_s);
+    add("snapshots", &Format::snapshotsPath, u"/Snapshots"_s);
     add(
         "snapshots of an item",
         [](const QString &path) { return Format::snapshotsNodePath(path, NodeUuid); },
-        u"/Snapshots/"_qs + uuid);
-    add("mobile", &Format::mobilePath, u"/Mobile"_qs);
-    add("mobile data", &Format::mobileDataPath, u"/Mobile/Data"_qs);
+        u"/Snapshots/"_s + uuid);
+    add("mobile", &Format::mobilePath, u"/Mobile"_s);
+    add("mobile data", &Format::mobileDataPath, u"/Mobile/Data"_s);
     add(
         "mobile data of an item",
         [](const QString &path) { return Format::mobileDataNodePath(path, NodeUuid); },
-        u"/Mobile/Data/"_qs + uuid);
-    add("mobile binder", &Format::mobileBinderSyncFilePath, u"/Mobile/binder.sync"_qs);
-    add("mobile search index", &Format::mobileSearchIndexesFilePath, u"/Mobile/search.indexes"_qs);
+        u"/Mobile/Data/"_s + uuid);
+    add("mobile binder", &Format::mobileBinderSyncFilePath, u"/Mobile/binder.sync"_s);
+    add("mobile search index", &Format::mobileSearchIndexesFilePath, u"/Mobile/search.indexes"_s);
     add("mobile checksums of scripts", &Format::mobileDataScriptsChecksumsFilePath,
-        u"/Mobile/Data/scripts.checksums"_qs);
+        u"/Mobile/Data/scripts.checksums"_s);
     add(
         "mobile checksums of an item",
         [](const QString &path) { return Format::mobileDataUuidChecksumsFilePath(path, NodeUuid); },
-        u"/Mobile/Data/"_qs + uuid + u".checksums"_qs);
-    add("script options", &Format::settingsScriptsMobFilePath, u"/Settings/scripts.mob"_qs);
+        u"/Mobile/Data/"_s + uuid + u".checksums"_s);
+    add("script options", &Format::settingsScriptsMobFilePath, u"/Settings/scripts.mob"_s);
     add("external sync", &Format::externalFolderSyncFilePath,
-        u"/Settings/User/folder-sync-win.ini"_qs);
+        u"/Settings/User/folder-sync-win.ini"_s);
 }
 
 void TstLayout::pathOperationsComputeTextAndCreateNothing()
@@ -183,7 +182,7 @@ void TstLayout::pathOperationsPutTheirSuffixBehindThePathAsGiven()
     QFETCH(PathOperation, operation);
     QFETCH(QString, suffix);
 
-    for (const QString &path : {u"Novel.tavel"_qs, u"../Novel.tavel"_qs, u"Novel.tavelx"_qs})
+    for (const QString &path : {u"Novel.tavel"_s, u"../Novel.tavel"_s, u"Novel.tavelx"_s})
         QCOMPARE(operation.compute(path), path + suffix);
 }
 
@@ -195,18 +194,18 @@ void TstLayout::existsOperationsTestTheComputedPath_data()
     const auto add = [](const char *name, bool (*exists)(const QString &), const QString &path) {
         QTest::newRow(name) << ExistsOperation{exists} << path;
     };
-    const QString uuid = u"0A1B2C3D-4E5F-4A6B-8C7D-9E0F1A2B3C4D"_qs;
+    const QString uuid = u"0A1B2C3D-4E5F-4A6B-8C7D-9E0F1A2B3C4D"_s;
     add(
         "data of an item",
         [](const QString &path) { return Format::filesDataNodePathExists(path, NodeUuid); },
-        u"/Files/Data/"_qs + uuid);
-    add("mobile binder", &Format::mobileBinderSyncFilePathExists, u"/Mobile/binder.sync"_qs);
+        u"/Files/Data/"_s + uuid);
+    add("mobile binder", &Format::mobileBinderSyncFilePathExists, u"/Mobile/binder.sync"_s);
     add(
         "mobile data of an item",
         [](const QString &path) { return Format::mobileDataNodePathExists(path, NodeUuid); },
-        u"/Mobile/Data/"_qs + uuid);
+        u"/Mobile/Data/"_s + uuid);
     add("external sync", &Format::externalFolderSyncFilePathExists,
-        u"/Settings/User/folder-sync-win.ini"_qs);
+        u"/Settings/User/folder-sync-win.ini"_s);
 }
 
 void TstLayout::existsOperationsTestTheComputedPath()
@@ -216,7 +215,7 @@ void TstLayout::existsOperationsTestTheComputedPath()
 
     QVERIFY(!operation.exists(project()));
     QVERIFY(QDir(mDirectory->path()).isEmpty());
-    (void)writeFile(project() + path + u"/file"_qs);
+    (void)writeFile(project() + path + u"/file"_s);
     QVERIFY(operation.exists(project()));
 }
 
@@ -225,15 +224,14 @@ void TstLayout::addDirectoryRows()
     QTest::addColumn<DirectoryOperation>("operation");
     QTest::addColumn<QString>("subfolder");
 
-    QTest::newRow("files") << DirectoryOperation{&Format::filesDirectory} << u"Files"_qs;
-    QTest::newRow("icons") << DirectoryOperation{&Format::iconsDirectory} << u"Icons"_qs;
-    QTest::newRow("documents") << DirectoryOperation{&Format::docsDirectory} << u"Files/Docs"_qs;
-    QTest::newRow("settings") << DirectoryOperation{&Format::settingsDirectory} << u"Settings"_qs;
-    QTest::newRow("snapshots") << DirectoryOperation{&Format::snapshotsDirectory}
-                               << u"Snapshots"_qs;
-    QTest::newRow("mobile") << DirectoryOperation{&Format::mobileDirectory} << u"Mobile"_qs;
+    QTest::newRow("files") << DirectoryOperation{&Format::filesDirectory} << u"Files"_s;
+    QTest::newRow("icons") << DirectoryOperation{&Format::iconsDirectory} << u"Icons"_s;
+    QTest::newRow("documents") << DirectoryOperation{&Format::docsDirectory} << u"Files/Docs"_s;
+    QTest::newRow("settings") << DirectoryOperation{&Format::settingsDirectory} << u"Settings"_s;
+    QTest::newRow("snapshots") << DirectoryOperation{&Format::snapshotsDirectory} << u"Snapshots"_s;
+    QTest::newRow("mobile") << DirectoryOperation{&Format::mobileDirectory} << u"Mobile"_s;
     QTest::newRow("mobile data") << DirectoryOperation{&Format::mobileDataDirectory}
-                                 << u"Mobile/Data"_qs;
+                                 << u"Mobile/Data"_s;
 }
 
 void TstLayout::directoryOperationsCreateWhatIsMissing()
@@ -253,7 +251,7 @@ void TstLayout::directoryOperationsLeaveWhatIsThere()
     QFETCH(DirectoryOperation, operation);
     QFETCH(QString, subfolder);
 
-    const QString file = writeFile(project() + u'/' + subfolder + u"/file"_qs);
+    const QString file = writeFile(project() + u'/' + subfolder + u"/file"_s);
     bool ok = false;
     const QDir directory = operation.make(project(), &ok);
     QVERIFY(ok);
@@ -267,7 +265,7 @@ void TstLayout::directoryOperationsAcceptTheBinderFile()
     QFETCH(QString, subfolder);
 
     bool ok = false;
-    const QDir directory = operation.make(project() + u"/My Novel.tavelx"_qs, &ok);
+    const QDir directory = operation.make(project() + u"/My Novel.tavelx"_s, &ok);
     QVERIFY(ok);
     QCOMPARE(directory.absolutePath(), project() + u'/' + subfolder);
     QVERIFY(directory.exists());
@@ -291,7 +289,7 @@ void TstLayout::directoryOperationsWorkWithoutTheResultPointer()
     QFETCH(QString, subfolder);
 
     QCOMPARE(operation.make(project(), nullptr).absolutePath(), project() + u'/' + subfolder);
-    const QString below = writeFile(mDirectory->filePath(u"file"_qs)) + u"/Novel.tavel"_qs;
+    const QString below = writeFile(mDirectory->filePath(u"file"_s)) + u"/Novel.tavel"_s;
     (void)operation.make(below, nullptr);
     QVERIFY(!QFileInfo::exists(below));
 }
@@ -300,9 +298,9 @@ void TstLayout::directoryOperationsFailBelowARegularFile()
 {
     QFETCH(DirectoryOperation, operation);
 
-    const QString file = writeFile(mDirectory->filePath(u"file"_qs));
+    const QString file = writeFile(mDirectory->filePath(u"file"_s));
     bool ok = true;
-    (void)operation.make(file + u"/Novel.tavel"_qs, &ok);
+    (void)operation.make(file + u"/Novel.tavel"_s, &ok);
     QVERIFY(!ok);
     QVERIFY(QFileInfo(file).isFile());
 }
@@ -321,7 +319,7 @@ void TstLayout::directoryOperationsFailWhereAFileTakesTheName()
 
 void TstLayout::aFolderThatCannotBeEnteredGivesTheFolderAboveIt()
 {
-    (void)writeFile(project() + u"/Files"_qs);
+    (void)writeFile(project() + u"/Files"_s);
     bool ok = true;
     QCOMPARE(Format::filesDirectory(project(), &ok).absolutePath(), project());
     QVERIFY(!ok);
@@ -329,11 +327,11 @@ void TstLayout::aFolderThatCannotBeEnteredGivesTheFolderAboveIt()
 
 void TstLayout::theDocumentsFolderFailsWithTheFilesFolder()
 {
-    (void)writeFile(project() + u"/Files"_qs);
+    (void)writeFile(project() + u"/Files"_s);
     bool ok = true;
     QCOMPARE(Format::docsDirectory(project(), &ok).absolutePath(), project());
     QVERIFY(!ok);
-    QVERIFY(!QFileInfo::exists(project() + u"/Docs"_qs));
+    QVERIFY(!QFileInfo::exists(project() + u"/Docs"_s));
 }
 
 void TstLayout::filePathOperationsMakeTheirFolderButNotTheFile_data()
@@ -342,14 +340,14 @@ void TstLayout::filePathOperationsMakeTheirFolderButNotTheFile_data()
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("fileName");
 
-    QTest::newRow("version") << PathOperation{&Format::versionFilePath} << u"Files"_qs
-                             << u"version.txt"_qs;
-    QTest::newRow("settings") << PathOperation{&Format::settingsUiFilePath} << u"Settings"_qs
-                              << u"ui.ini"_qs;
+    QTest::newRow("version") << PathOperation{&Format::versionFilePath} << u"Files"_s
+                             << u"version.txt"_s;
+    QTest::newRow("settings") << PathOperation{&Format::settingsUiFilePath} << u"Settings"_s
+                              << u"ui.ini"_s;
     QTest::newRow("script format") << PathOperation{&Format::scriptformatXmlFilePath}
-                                   << u"Settings"_qs << u"scriptformat.xml"_qs;
-    QTest::newRow("template") << PathOperation{&Format::templateInfoXmlFilePath} << u"Settings"_qs
-                              << u"templateinfo.xml"_qs;
+                                   << u"Settings"_s << u"scriptformat.xml"_s;
+    QTest::newRow("template") << PathOperation{&Format::templateInfoXmlFilePath} << u"Settings"_s
+                              << u"templateinfo.xml"_s;
 }
 
 void TstLayout::filePathOperationsMakeTheirFolderButNotTheFile()
@@ -359,7 +357,7 @@ void TstLayout::filePathOperationsMakeTheirFolderButNotTheFile()
     QFETCH(QString, fileName);
 
     const QString expected = project() + u'/' + folder + u'/' + fileName;
-    const QString binder = project() + u"/My Novel.tavelx"_qs;
+    const QString binder = project() + u"/My Novel.tavelx"_s;
     for (const QString &path : {project(), project() + u'/', binder}) {
         QCOMPARE(operation.compute(path), expected);
         QVERIFY(QFileInfo(project() + u'/' + folder).isDir());
@@ -369,26 +367,25 @@ void TstLayout::filePathOperationsMakeTheirFolderButNotTheFile()
 
 void TstLayout::ensurePathExistsMakesAllFoldersOfAPath()
 {
-    const QString path = mDirectory->filePath(u"a/b/c"_qs);
-    QStringList errors = {u"earlier"_qs};
+    const QString path = mDirectory->filePath(u"a/b/c"_s);
+    QStringList errors = {u"earlier"_s};
     for (int pass = 0; pass < 2; ++pass) {
         bool ok = false;
         QCOMPARE(Format::ensurePathExists(path, &ok, &errors).absolutePath(), path);
         QVERIFY(ok);
         QVERIFY(QFileInfo(path).isDir());
     }
-    QCOMPARE(errors, QStringList(u"earlier"_qs));
+    QCOMPARE(errors, QStringList(u"earlier"_s));
 }
 
 void TstLayout::ensurePathExistsReportsAFolderThatCannotBeMade()
 {
-    const QString path = writeFile(mDirectory->filePath(u"file"_qs)) + u"/folder"_qs;
-    QStringList errors = {u"earlier"_qs};
+    const QString path = writeFile(mDirectory->filePath(u"file"_s)) + u"/folder"_s;
+    QStringList errors = {u"earlier"_s};
     bool ok = true;
     (void)Format::ensurePathExists(path, &ok, &errors);
     QVERIFY(!ok);
-    QCOMPARE(errors,
-             (QStringList{u"earlier"_qs, u"Could not create directory: '%1'"_qs.arg(path)}));
+    QCOMPARE(errors, (QStringList{u"earlier"_s, u"Could not create directory: '%1'"_s.arg(path)}));
 
     ok = true;
     (void)Format::ensurePathExists(path, &ok);
@@ -401,18 +398,18 @@ void TstLayout::theEnclosingPathIsTheProjectsFolder_data()
     QTest::addColumn<QString>("expected");
 
     const QString current = QDir::currentPath();
-    QTest::newRow("folder") << u"/books/Novel.tavel"_qs << u"/books/Novel.tavel"_qs;
-    QTest::newRow("folder with a slash") << u"/books/Novel.tavel/"_qs << u"/books/Novel.tavel"_qs;
-    QTest::newRow("binder") << u"/books/Novel.tavel/Novel.tavelx"_qs << u"/books/Novel.tavel"_qs;
+    QTest::newRow("folder") << u"/books/Novel.tavel"_s << u"/books/Novel.tavel"_s;
+    QTest::newRow("folder with a slash") << u"/books/Novel.tavel/"_s << u"/books/Novel.tavel"_s;
+    QTest::newRow("binder") << u"/books/Novel.tavel/Novel.tavelx"_s << u"/books/Novel.tavel"_s;
     QTest::newRow("binder of another name")
-        << u"/books/Novel.tavel/Other.tavelx"_qs << u"/books/Novel.tavel"_qs;
+        << u"/books/Novel.tavel/Other.tavelx"_s << u"/books/Novel.tavel"_s;
     QTest::newRow("binder in capitals")
-        << u"/books/Novel.tavel/Novel.TAVELX"_qs << u"/books/Novel.tavel/Novel.TAVELX"_qs;
-    QTest::newRow("any extension") << u"/books/Novel"_qs << u"/books/Novel"_qs;
-    QTest::newRow("relative folder") << u"Novel.tavel"_qs << current + u"/Novel.tavel"_qs;
+        << u"/books/Novel.tavel/Novel.TAVELX"_s << u"/books/Novel.tavel/Novel.TAVELX"_s;
+    QTest::newRow("any extension") << u"/books/Novel"_s << u"/books/Novel"_s;
+    QTest::newRow("relative folder") << u"Novel.tavel"_s << current + u"/Novel.tavel"_s;
     QTest::newRow("relative binder")
-        << u"Novel.tavel/Novel.tavelx"_qs << current + u"/Novel.tavel"_qs;
-    QTest::newRow("binder alone") << u"Novel.tavelx"_qs << current;
+        << u"Novel.tavel/Novel.tavelx"_s << current + u"/Novel.tavel"_s;
+    QTest::newRow("binder alone") << u"Novel.tavelx"_s << current;
 }
 
 void TstLayout::theEnclosingPathIsTheProjectsFolder()
@@ -430,11 +427,11 @@ void TstLayout::theProjectsNameComesFromItsFolder_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("folder") << u"/books/My Novel.tavel"_qs << u"My Novel"_qs;
-    QTest::newRow("folder with a slash") << u"/books/My Novel.tavel/"_qs << u"My Novel"_qs;
-    QTest::newRow("folder with dots") << u"/books/My.Novel.2.tavel"_qs << u"My.Novel.2"_qs;
-    QTest::newRow("folder without an extension") << u"/books/Novel"_qs << u"Novel"_qs;
-    QTest::newRow("binder") << u"/books/Novel.tavel/Other.tavelx"_qs << u"Novel"_qs;
+    QTest::newRow("folder") << u"/books/My Novel.tavel"_s << u"My Novel"_s;
+    QTest::newRow("folder with a slash") << u"/books/My Novel.tavel/"_s << u"My Novel"_s;
+    QTest::newRow("folder with dots") << u"/books/My.Novel.2.tavel"_s << u"My.Novel.2"_s;
+    QTest::newRow("folder without an extension") << u"/books/Novel"_s << u"Novel"_s;
+    QTest::newRow("binder") << u"/books/Novel.tavel/Other.tavelx"_s << u"Novel"_s;
 }
 
 void TstLayout::theProjectsNameComesFromItsFolder()
@@ -452,18 +449,17 @@ void TstLayout::theDefaultBinderIsNamedAfterThePath_data()
     QTest::addColumn<QString>("binder");
     QTest::addColumn<QString>("olderBinder");
 
-    const QString older = u"/books/My Novel.tavel/project.tavelx"_qs;
-    QTest::newRow("folder") << u"/books/My Novel.tavel"_qs
-                            << u"/books/My Novel.tavel/My Novel.tavelx"_qs << older;
+    const QString older = u"/books/My Novel.tavel/project.tavelx"_s;
+    QTest::newRow("folder") << u"/books/My Novel.tavel"_s
+                            << u"/books/My Novel.tavel/My Novel.tavelx"_s << older;
     QTest::newRow("folder with a slash")
-        << u"/books/My Novel.tavel/"_qs << u"/books/My Novel.tavel/My Novel.tavelx"_qs << older;
-    QTest::newRow("binder") << u"/books/My Novel.tavel/Other.tavelx"_qs
-                            << u"/books/My Novel.tavel/Other.tavelx"_qs << older;
-    QTest::newRow("folder with dots") << u"/books/a.b.tavel"_qs << u"/books/a.b.tavel/a.b.tavelx"_qs
-                                      << u"/books/a.b.tavel/project.tavelx"_qs;
+        << u"/books/My Novel.tavel/"_s << u"/books/My Novel.tavel/My Novel.tavelx"_s << older;
+    QTest::newRow("binder") << u"/books/My Novel.tavel/Other.tavelx"_s
+                            << u"/books/My Novel.tavel/Other.tavelx"_s << older;
+    QTest::newRow("folder with dots") << u"/books/a.b.tavel"_s << u"/books/a.b.tavel/a.b.tavelx"_s
+                                      << u"/books/a.b.tavel/project.tavelx"_s;
     QTest::newRow("folder without an extension")
-        << u"/books/Novel"_qs << u"/books/Novel/Novel.tavelx"_qs
-        << u"/books/Novel/project.tavelx"_qs;
+        << u"/books/Novel"_s << u"/books/Novel/Novel.tavelx"_s << u"/books/Novel/project.tavelx"_s;
 }
 
 void TstLayout::theDefaultBinderIsNamedAfterThePath()
@@ -478,7 +474,7 @@ void TstLayout::theDefaultBinderIsNamedAfterThePath()
 
 void TstLayout::theNameFilterShowsProjectFolders()
 {
-    QCOMPARE(Format::nameFilter(), u"Tavelinor Folder (*.tavel)"_qs);
+    QCOMPARE(Format::nameFilter(), u"Tavelinor Folder (*.tavel)"_s);
 }
 
 void TstLayout::ensureProjectPathExistsMakesTheFolder_data()
@@ -486,8 +482,8 @@ void TstLayout::ensureProjectPathExistsMakesTheFolder_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("folder") << QString();
-    QTest::newRow("folder with a slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/My Novel.tavelx"_qs;
+    QTest::newRow("folder with a slash") << u"/"_s;
+    QTest::newRow("binder") << u"/My Novel.tavelx"_s;
 }
 
 void TstLayout::ensureProjectPathExistsMakesTheFolder()
@@ -495,9 +491,9 @@ void TstLayout::ensureProjectPathExistsMakesTheFolder()
     QFETCH(QString, suffix);
 
     for (int pass = 0; pass < 2; ++pass) {
-        QString error = u"untouched"_qs;
+        QString error = u"untouched"_s;
         QVERIFY(Format::ensureProjectPathExists(project() + suffix, &error));
-        QCOMPARE(error, u"untouched"_qs);
+        QCOMPARE(error, u"untouched"_s);
         QVERIFY(QFileInfo(project()).isDir());
         QVERIFY(QDir(project()).isEmpty());
     }
@@ -505,10 +501,10 @@ void TstLayout::ensureProjectPathExistsMakesTheFolder()
 
 void TstLayout::ensureProjectPathExistsReportsTheAbsolutePath()
 {
-    const QString path = writeFile(mDirectory->filePath(u"file"_qs)) + u"/Novel.tavel"_qs;
+    const QString path = writeFile(mDirectory->filePath(u"file"_s)) + u"/Novel.tavel"_s;
     QString error;
     QVERIFY(!Format::ensureProjectPathExists(QDir::current().relativeFilePath(path), &error));
-    QCOMPARE(error, u"Could not create project directory: %1"_qs.arg(QDir::cleanPath(path)));
+    QCOMPARE(error, u"Could not create project directory: %1"_s.arg(QDir::cleanPath(path)));
     QVERIFY(!Format::ensureProjectPathExists(path, nullptr));
 }
 
@@ -526,8 +522,8 @@ void TstLayout::anObjectKeepsItsPathAndVersion()
 
 void TstLayout::settingAnObjectsPathTakesTheEnclosingPath()
 {
-    Format format(u"/elsewhere"_qs, TVL::FormatVersion18);
-    format.setProjectPath(project() + u"/My Novel.tavelx"_qs);
+    Format format(u"/elsewhere"_s, TVL::FormatVersion18);
+    format.setProjectPath(project() + u"/My Novel.tavelx"_s);
     QCOMPARE(format.projectPath(), project());
 }
 

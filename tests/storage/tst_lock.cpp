@@ -15,12 +15,14 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString LockFile = u"Files/user.lock"_qs;
-const QString OwnUser = u"M\u00fcller"_qs;
+const QString LockFile = u"Files/user.lock"_s;
+const QString OwnUser = u"M\u00fcller"_s;
 
 /** Changes to the keys of a lock; an invalid value removes the key. */
 using Edits = QMap<QString, QVariant>;
@@ -104,15 +106,15 @@ void TstLock::aLockHoldsSixKeys()
     QStringList keys = lock.allKeys();
     keys.sort();
     QCOMPARE(keys,
-             (QStringList{u"app_path"_qs, u"host"_qs, u"platform"_qs, u"project_path"_qs,
-                          u"user"_qs, u"uuid"_qs}));
-    QCOMPARE(lock.value(u"platform"_qs).toString(), u"win"_qs);
-    QCOMPARE(lock.value(u"host"_qs).toString(), QHostInfo::localHostName());
-    QCOMPARE(lock.value(u"user"_qs).toString(), OwnUser);
-    QCOMPARE(lock.value(u"uuid"_qs).toString(), Format::userLockId().toString());
-    QVERIFY(lock.value(u"uuid"_qs).toString().startsWith(u'{'));
-    QCOMPARE(lock.value(u"project_path"_qs).toString(), project.path());
-    QCOMPARE(lock.value(u"app_path"_qs).toString(), QCoreApplication::applicationFilePath());
+             (QStringList{u"app_path"_s, u"host"_s, u"platform"_s, u"project_path"_s, u"user"_s,
+                          u"uuid"_s}));
+    QCOMPARE(lock.value(u"platform"_s).toString(), u"win"_s);
+    QCOMPARE(lock.value(u"host"_s).toString(), QHostInfo::localHostName());
+    QCOMPARE(lock.value(u"user"_s).toString(), OwnUser);
+    QCOMPARE(lock.value(u"uuid"_s).toString(), Format::userLockId().toString());
+    QVERIFY(lock.value(u"uuid"_s).toString().startsWith(u'{'));
+    QCOMPARE(lock.value(u"project_path"_s).toString(), project.path());
+    QCOMPARE(lock.value(u"app_path"_s).toString(), QCoreApplication::applicationFilePath());
 }
 
 void TstLock::aLockCanBeAddedByEitherPath_data()
@@ -120,8 +122,8 @@ void TstLock::aLockCanBeAddedByEitherPath_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("folder") << QString();
-    QTest::newRow("folder with a slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/Novel.tavelx"_qs;
+    QTest::newRow("folder with a slash") << u"/"_s;
+    QTest::newRow("binder") << u"/Novel.tavelx"_s;
 }
 
 void TstLock::aLockCanBeAddedByEitherPath()
@@ -143,7 +145,7 @@ void TstLock::aSecondLockIsRefusedAndLeavesTheFirst()
 {
     const TestProject project;
     QVERIFY(Format::addLock(project.path()));
-    edit(project, {{u"user"_qs, u"Someone"_qs}});
+    edit(project, {{u"user"_s, u"Someone"_s}});
     const auto before = project.files();
     QVERIFY(!Format::addLock(project.path()));
     QCOMPARE(project.files(), before);
@@ -165,7 +167,7 @@ void TstLock::aPipeInTheLocksPlaceIsNotOpened()
 {
     constexpr mode_t Mode = 0600;
     const TestProject project;
-    QVERIFY(QDir().mkpath(project.path(u"Files"_qs)));
+    QVERIFY(QDir().mkpath(project.path(u"Files"_s)));
     QCOMPARE(mkfifo(QFile::encodeName(project.path(LockFile)), Mode), 0);
     QVERIFY(Format::lockExists(project.path()));
     QVERIFY(!Format::addLock(project.path()));
@@ -178,7 +180,7 @@ void TstLock::aPipeInTheLocksPlaceIsNotOpened()
 void TstLock::aLockThatCannotBeWrittenIsRefused()
 {
     const TestProject project;
-    project.writeFile(u"Files"_qs, "a file in place of the folder");
+    project.writeFile(u"Files"_s, "a file in place of the folder");
     const auto before = project.files();
     QVERIFY(!Format::addLock(project.path()));
     QVERIFY(!Format::lockExists(project.path()));
@@ -190,7 +192,7 @@ void TstLock::whatAProcessKilledWhileItLockedLeavesIsNotWaitedFor()
     constexpr int Patience = 5000;
     const TestProject project;
     // By this settings keep others from writing the same file.
-    project.writeFile(LockFile + u".lock"_qs, {});
+    project.writeFile(LockFile + u".lock"_s, {});
     QElapsedTimer timer;
     timer.start();
     QVERIFY(Format::addLock(project.path()));
@@ -211,19 +213,19 @@ void TstLock::lookingForALockCreatesNothing()
 void TstLock::removingALock()
 {
     const TestProject project;
-    project.writeFile(u"Files/other"_qs, "other");
+    project.writeFile(u"Files/other"_s, "other");
     QVERIFY(Format::removeLock(project.path()));
     QVERIFY(Format::addLock(project.path()));
     QVERIFY(Format::removeLock(project.path()));
     QVERIFY(!Format::lockExists(project.path()));
     QVERIFY(Format::removeLock(project.path()));
-    QCOMPARE(project.files().keys(), QStringList(u"Files/other"_qs));
+    QCOMPARE(project.files().keys(), QStringList(u"Files/other"_s));
 }
 
 void TstLock::removingALockThatIsAFolderFails()
 {
     const TestProject project;
-    project.writeFile(LockFile + u"/file"_qs, "in a folder");
+    project.writeFile(LockFile + u"/file"_s, "in a folder");
     QVERIFY(Format::lockExists(project.path()));
     QVERIFY(!Format::removeLock(project.path()));
     QVERIFY(!Format::addLock(project.path()));
@@ -247,7 +249,7 @@ void TstLock::aRemovedLockCanBeAddedAgain()
 void TstLock::withoutALockTheResultIs0()
 {
     const TestProject project;
-    project.writeFile(u"Files/other"_qs, {});
+    project.writeFile(u"Files/other"_s, {});
     QCOMPARE(Format::compareLockFile(project.path(), nullptr, nullptr, nullptr), 0);
 }
 
@@ -257,34 +259,34 @@ void TstLock::aLockComparesByItsKeys_data()
     QTest::addColumn<int>("result");
 
     const QVariant removed;
-    const QString platform = u"platform"_qs;
-    const QString host = u"host"_qs;
-    const QString user = u"user"_qs;
-    const QString uuid = u"uuid"_qs;
-    const QString projectPath = u"project_path"_qs;
-    const QString appPath = u"app_path"_qs;
-    const QString other = u"other"_qs;
+    const QString platform = u"platform"_s;
+    const QString host = u"host"_s;
+    const QString user = u"user"_s;
+    const QString uuid = u"uuid"_s;
+    const QString projectPath = u"project_path"_s;
+    const QString appPath = u"app_path"_s;
+    const QString other = u"other"_s;
 
     QTest::newRow("untouched") << Edits() << 1;
     QTest::newRow("extra key") << Edits{{other, other}} << 1;
     QTest::newRow("user missing") << Edits{{user, removed}} << 1;
     QTest::newRow("project path of a copy")
-        << Edits{{projectPath, u"/elsewhere/Novel.tavel"_qs}} << 2;
+        << Edits{{projectPath, u"/elsewhere/Novel.tavel"_s}} << 2;
     QTest::newRow("project path missing") << Edits{{projectPath, removed}} << 2;
     QTest::newRow("project path and program of others")
         << Edits{{projectPath, other}, {appPath, other}} << 2;
-    QTest::newRow("other program") << Edits{{appPath, u"/opt/other"_qs}} << 3;
+    QTest::newRow("other program") << Edits{{appPath, u"/opt/other"_s}} << 3;
     QTest::newRow("program missing") << Edits{{appPath, removed}} << 3;
     QTest::newRow("user missing, other program") << Edits{{user, removed}, {appPath, other}} << 3;
-    QTest::newRow("other platform") << Edits{{platform, u"mac"_qs}} << 4;
-    QTest::newRow("platform in capitals") << Edits{{platform, u"Win"_qs}} << 4;
+    QTest::newRow("other platform") << Edits{{platform, u"mac"_s}} << 4;
+    QTest::newRow("platform in capitals") << Edits{{platform, u"Win"_s}} << 4;
     QTest::newRow("platform missing") << Edits{{platform, removed}} << 4;
     QTest::newRow("other host") << Edits{{host, other}} << 4;
     QTest::newRow("host missing") << Edits{{host, removed}} << 4;
     QTest::newRow("other identity") << Edits{{uuid, QUuid::createUuid().toString()}} << 4;
     QTest::newRow("identity missing") << Edits{{uuid, removed}} << 4;
     QTest::newRow("other user") << Edits{{user, other}} << 4;
-    QTest::newRow("empty user") << Edits{{user, QString(u""_qs)}} << 4;
+    QTest::newRow("empty user") << Edits{{user, QString(u""_s)}} << 4;
     QTest::newRow("other host and project path") << Edits{{host, other}, {projectPath, other}} << 4;
     QTest::newRow("other user and program") << Edits{{user, other}, {appPath, other}} << 4;
     QTest::newRow("all missing") << Edits{{platform, removed},    {host, removed},
@@ -309,7 +311,7 @@ void TstLock::aLockWithoutAUserComparesAsTheCurrentUsers()
 {
     const TestProject project;
     QVERIFY(Format::addLock(project.path()));
-    edit(project, {{u"user"_qs, QVariant()}});
+    edit(project, {{u"user"_s, QVariant()}});
     QString user;
     QCOMPARE(Format::compareLockFile(project.path(), nullptr, &user, nullptr),
              int(Format::LockedHere));
@@ -330,7 +332,7 @@ void TstLock::aMovedProjectComparesAs2()
 {
     const TestProject project;
     QVERIFY(Format::addLock(project.path()));
-    const QString moved = project.enclosingPath() + u"/Other.tavel"_qs;
+    const QString moved = project.enclosingPath() + u"/Other.tavel"_s;
     QVERIFY(QDir().rename(project.path(), moved));
     QCOMPARE(Format::compareLockFile(moved, nullptr, nullptr, nullptr), 2);
 }
@@ -340,16 +342,16 @@ void TstLock::aLockFromAnotherHostComparesAs4AndItsValuesAreTold()
     const TestProject project;
     QVERIFY(Format::addLock(project.path()));
     edit(project,
-         {{u"host"_qs, u"laptop"_qs},
-          {u"user"_qs, u"\u6f22, \"the\" writer"_qs},
-          {u"app_path"_qs, u"C:/Program Files/app.exe"_qs}});
+         {{u"host"_s, u"laptop"_s},
+          {u"user"_s, u"\u6f22, \"the\" writer"_s},
+          {u"app_path"_s, u"C:/Program Files/app.exe"_s}});
     QString host;
     QString user;
     QString appPath;
     QCOMPARE(Format::compareLockFile(project.path(), &host, &user, &appPath), 4);
-    QCOMPARE(host, u"laptop"_qs);
-    QCOMPARE(user, u"\u6f22, \"the\" writer"_qs);
-    QCOMPARE(appPath, u"C:/Program Files/app.exe"_qs);
+    QCOMPARE(host, u"laptop"_s);
+    QCOMPARE(user, u"\u6f22, \"the\" writer"_s);
+    QCOMPARE(appPath, u"C:/Program Files/app.exe"_s);
 }
 
 void TstLock::theValuesOfALockNeedNotBeAskedFor()
@@ -368,7 +370,7 @@ void TstLock::comparingChangesNothing()
 {
     const TestProject project;
     QVERIFY(Format::addLock(project.path()));
-    edit(project, {{u"user"_qs, QVariant()}, {u"host"_qs, u"laptop"_qs}});
+    edit(project, {{u"user"_s, QVariant()}, {u"host"_s, u"laptop"_s}});
     const auto before = project.files();
     QCOMPARE(Format::compareLockFile(project.path(), nullptr, nullptr, nullptr), 4);
     QCOMPARE(project.files(), before);
@@ -378,10 +380,10 @@ void TstLock::anyFolderNameCompares_data()
 {
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("Unicode") << u"\u6f22 \u00dcber \U0001d11e"_qs;
-    QTest::newRow("characters of the file format") << u"a; b, c=d \"e\" %20 #f [g] @h"_qs;
-    QTest::newRow("dots") << u"..a.b.."_qs;
-    QTest::newRow("blanks") << u" a "_qs;
+    QTest::newRow("Unicode") << u"\u6f22 \u00dcber \U0001d11e"_s;
+    QTest::newRow("characters of the file format") << u"a; b, c=d \"e\" %20 #f [g] @h"_s;
+    QTest::newRow("dots") << u"..a.b.."_s;
+    QTest::newRow("blanks") << u" a "_s;
 }
 
 void TstLock::anyFolderNameCompares()

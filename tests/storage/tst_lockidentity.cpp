@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -42,7 +44,7 @@ void TstLockIdentity::aFileThatCannotBeOpenedGivesANullIdentity()
     for (int pass = 0; pass < 2; ++pass) {
         QTest::ignoreMessage(
             QtDebugMsg,
-            QRegularExpression(u"^Could not open userlock.id file: \"?%1\"?$"_qs.arg(
+            QRegularExpression(u"^Could not open userlock.id file: \"?%1\"?$"_s.arg(
                 QRegularExpression::escape(identityPath()))));
         QVERIFY(Format::userLockId().isNull());
     }

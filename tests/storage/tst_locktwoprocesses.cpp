@@ -9,11 +9,13 @@
 #include <QSettings>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString LockFile = u"Files/user.lock"_qs;
+const QString LockFile = u"Files/user.lock"_s;
 
 /** Changes who a process is. */
 using Change = void (*)(LockIdentity *identity, const QTemporaryDir &place);
@@ -22,7 +24,7 @@ void changeNothing(LockIdentity *, const QTemporaryDir &) { }
 
 void changeProgram(LockIdentity *identity, const QTemporaryDir &place)
 {
-    const QString copy = place.filePath(u"lock_program"_qs);
+    const QString copy = place.filePath(u"lock_program"_s);
     if (!QFile::copy(lockProgramFile(), copy))
         qFatal("could not copy %s", qPrintable(lockProgramFile()));
     identity->file = copy;
@@ -30,18 +32,18 @@ void changeProgram(LockIdentity *identity, const QTemporaryDir &place)
 
 void changeUser(LockIdentity *identity, const QTemporaryDir &)
 {
-    identity->user = u"berta"_qs;
+    identity->user = u"berta"_s;
 }
 
 void changeHome(LockIdentity *identity, const QTemporaryDir &place)
 {
-    identity->home = place.filePath(u"home"_qs);
+    identity->home = place.filePath(u"home"_s);
 }
 
 /** An application of another name has its user's identity elsewhere. */
 void changeApplication(LockIdentity *identity, const QTemporaryDir &)
 {
-    identity->name = u"reader"_qs;
+    identity->name = u"reader"_s;
 }
 
 void changeProgramAndUser(LockIdentity *identity, const QTemporaryDir &place)
@@ -134,7 +136,7 @@ void TstLockTwoProcesses::anotherProcessSeesWhoHasTheProject()
     const LockReport report = compareLock(onlooker, project.path());
     QCOMPARE(report.result, result);
     QCOMPARE(report.host, QHostInfo::localHostName());
-    QCOMPARE(report.user, u"anna"_qs);
+    QCOMPARE(report.user, u"anna"_s);
     QCOMPARE(report.program, lockProgramFile());
     QCOMPARE(project.readFile(LockFile), lock);
     QVERIFY(holder.close());
@@ -168,7 +170,7 @@ void TstLockTwoProcesses::aCopyOfALockedProjectIsKnownAsOne()
     change(&onlooker, place);
     const LockReport report = compareLock(onlooker, copy.path());
     QCOMPARE(report.result, result);
-    QCOMPARE(report.user, u"anna"_qs);
+    QCOMPARE(report.user, u"anna"_s);
     QCOMPARE(report.program, lockProgramFile());
 
     // The copy's lock goes its own ways.
@@ -186,12 +188,12 @@ void TstLockTwoProcesses::aLockOfAnotherHostIsSomeoneElses()
     QVERIFY(holder.isHolding());
     {
         QSettings lock(project.path(LockFile), QSettings::IniFormat);
-        lock.setValue(u"host"_qs, u"attic"_qs);
+        lock.setValue(u"host"_s, u"attic"_s);
     }
     const LockReport report = compareLock({}, project.path());
     QCOMPARE(report.result, 4);
-    QCOMPARE(report.host, u"attic"_qs);
-    QCOMPARE(report.user, u"anna"_qs);
+    QCOMPARE(report.host, u"attic"_s);
+    QCOMPARE(report.user, u"anna"_s);
     QCOMPARE(report.program, lockProgramFile());
 }
 
@@ -202,7 +204,7 @@ void TstLockTwoProcesses::onlyTheFirstOfTwoProcessesGetsTheLock()
     LockHolder first({}, project.path());
     QVERIFY(first.isHolding());
     const QByteArray lock = project.readFile(LockFile);
-    LockHolder second({.user = u"berta"_qs, .home = {}}, project.path());
+    LockHolder second({.user = u"berta"_s, .home = {}}, project.path());
     QVERIFY(!second.isHolding());
     QCOMPARE(project.readFile(LockFile), lock);
     QVERIFY(first.close());
@@ -217,13 +219,13 @@ void TstLockTwoProcesses::closingTheProjectFreesIt()
     QVERIFY(first.close());
     QVERIFY(!Format::lockExists(project.path()));
 
-    const LockIdentity berta{.user = u"berta"_qs, .home = {}};
+    const LockIdentity berta{.user = u"berta"_s, .home = {}};
     QCOMPARE(compareLock(berta, project.path()).result, 0);
     LockHolder second(berta, project.path());
     QVERIFY(second.isHolding());
     const LockReport report = compareLock({}, project.path());
     QCOMPARE(report.result, 4);
-    QCOMPARE(report.user, u"berta"_qs);
+    QCOMPARE(report.user, u"berta"_s);
     QVERIFY(second.close());
 }
 
@@ -251,7 +253,7 @@ void TstLockTwoProcesses::aLockOutlivesAKilledProcessAndStillTellsWho()
     const LockReport report = compareLock(onlooker, project.path());
     QCOMPARE(report.result, result);
     QCOMPARE(report.host, QHostInfo::localHostName());
-    QCOMPARE(report.user, u"anna"_qs);
+    QCOMPARE(report.user, u"anna"_s);
     QCOMPARE(report.program, lockProgramFile());
 }
 
@@ -263,7 +265,7 @@ void TstLockTwoProcesses::whoeverComesAfterAKilledProcessMayTakeTheLockOver()
         LockHolder killed({}, project.path());
         QVERIFY(killed.isHolding());
     }
-    const LockIdentity berta{.user = u"berta"_qs, .home = {}};
+    const LockIdentity berta{.user = u"berta"_s, .home = {}};
     QCOMPARE(compareLock(berta, project.path()).result, 4);
     QVERIFY(Format::removeLock(project.path()));
     LockHolder next(berta, project.path());

@@ -7,12 +7,14 @@
 #include <QPointer>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 using Files = QMap<QString, QByteArray>;
 
-const QString SyncFile = u"Mobile/binder.sync"_qs;
+const QString SyncFile = u"Mobile/binder.sync"_s;
 
 /** A name and how many minutes old the file is; its content is its name. */
 using Ages = QList<QPair<QString, int>>;
@@ -53,8 +55,8 @@ void TstMobileBinder::aMobileProjectOpensFromItsBinder_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("folder") << QString();
-    QTest::newRow("folder with a slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/Novel.tavelx"_qs;
+    QTest::newRow("folder with a slash") << u"/"_s;
+    QTest::newRow("binder") << u"/Novel.tavelx"_s;
 }
 
 void TstMobileBinder::aMobileProjectOpensFromItsBinder()
@@ -63,7 +65,7 @@ void TstMobileBinder::aMobileProjectOpensFromItsBinder()
 
     const TestProject project;
     project.writeFile(SyncFile, mobileBinder());
-    project.writeFile(u"Novel.tavelx"_qs, binderXml(itemXml(7, "DraftFolder", "At home")));
+    project.writeFile(u"Novel.tavelx"_s, binderXml(itemXml(7, "DraftFolder", "At home")));
     QPointer<TVLProjectModel> model;
     {
         QObject parent;
@@ -74,7 +76,7 @@ void TstMobileBinder::aMobileProjectOpensFromItsBinder()
         QCOMPARE(model->QObject::parent(), &parent);
         QVERIFY(model->isMobileProject());
         QCOMPARE(model->path().path(), project.path());
-        QCOMPARE(outlineOf(model), (QStringList{u"0 Draft"_qs, u" 1 On the road"_qs}));
+        QCOMPARE(outlineOf(model), (QStringList{u"0 Draft"_s, u" 1 On the road"_s}));
         QVERIFY(mapsAgreeWithTree(model));
         QVERIFY(model->isSaved());
     }
@@ -85,8 +87,8 @@ void TstMobileBinder::openingAMobileProjectChangesNothing()
 {
     const TestProject project;
     project.writeFile(SyncFile, mobileBinder());
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Novel.tavelx"_s, binderXml({}));
     const Files before = project.files();
     const TestModel model(Format::openMobileSyncProject(project.path(), nullptr));
     QVERIFY(model);
@@ -99,13 +101,13 @@ void TstMobileBinder::withoutAReadableMobileBinderThereIsNoMobileProject_data()
     QTest::addColumn<QByteArray>("content");
 
     const QByteArray binder = mobileBinder();
-    QTest::newRow("no mobile folder") << u"Files/version.txt"_qs << QByteArray("18");
-    QTest::newRow("other name") << u"Mobile/other.sync"_qs << binder;
-    QTest::newRow("a folder") << u"Mobile/binder.sync/file"_qs << binder;
+    QTest::newRow("no mobile folder") << u"Files/version.txt"_s << QByteArray("18");
+    QTest::newRow("other name") << u"Mobile/other.sync"_s << binder;
+    QTest::newRow("a folder") << u"Mobile/binder.sync/file"_s << binder;
     QTest::newRow("empty") << SyncFile << QByteArray("");
     QTest::newRow("cut off") << SyncFile << binder.first(binder.indexOf("the road"));
     QTest::newRow("nonsense") << SyncFile << QByteArray("nonsense");
-    QTest::newRow("a zip") << SyncFile << zipOf(u"binder.sync"_qs, binder);
+    QTest::newRow("a zip") << SyncFile << zipOf(u"binder.sync"_s, binder);
 }
 
 void TstMobileBinder::withoutAReadableMobileBinderThereIsNoMobileProject()
@@ -114,8 +116,8 @@ void TstMobileBinder::withoutAReadableMobileBinderThereIsNoMobileProject()
     QFETCH(QByteArray, content);
 
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Novel.tavelx"_s, binderXml({}));
     project.writeFile(file, content);
     const Files before = project.files();
     QString error;
@@ -139,13 +141,13 @@ void TstMobileBinder::aMobileProjectIsSavedToItsOwnBinderAlone()
 {
     const TestProject project;
     project.writeFile(SyncFile, mobileBinder());
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Novel.tavelx"_qs, binderXml({}));
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Novel.tavelx"_s, binderXml({}));
     Files expected = project.files();
     expected.remove(SyncFile);
     const TestModel model(Format::openMobileSyncProject(project.path(), nullptr));
     QVERIFY(model);
-    QVERIFY(model->setTitle(model->index(1), u"Back home"_qs));
+    QVERIFY(model->setTitle(model->index(1), u"Back home"_s));
     QVERIFY(model->save());
     Files after = project.files();
     QVERIFY(after.take(SyncFile).contains("<Title>Back home</Title>"));
@@ -184,7 +186,7 @@ void TstMobileBinder::aBinderFileMayPointToTheMobileBinder()
     QFETCH(bool, points);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, content);
+    project.writeFile(u"Novel.tavelx"_s, content);
     for (const QString &path : {project.path(), project.path() + u'/', project.binderPath()})
         QCOMPARE(Format::isNewMobileProjectTavelxContents(path), points);
 }
@@ -193,7 +195,7 @@ void TstMobileBinder::aMissingBinderFilePointsNowhere()
 {
     const TestProject project;
     QVERIFY(!Format::isNewMobileProjectTavelxContents(project.path()));
-    project.writeFile(u"Novel.tavelx/file"_qs, "mobile/binder.sync");
+    project.writeFile(u"Novel.tavelx/file"_s, "mobile/binder.sync");
     QVERIFY(!Format::isNewMobileProjectTavelxContents(project.path()));
 }
 
@@ -202,9 +204,9 @@ void TstMobileBinder::oneSyncFileIsLeft_data()
     QTest::addColumn<Ages>("files");
     QTest::addColumn<QByteArray>("survivor");
 
-    const QString right = u"binder.sync"_qs;
-    const QString a = u"a.sync"_qs;
-    const QString z = u"z (conflict).sync"_qs;
+    const QString right = u"binder.sync"_s;
+    const QString a = u"a.sync"_s;
+    const QString z = u"z (conflict).sync"_s;
     QTest::newRow("none") << Ages() << QByteArray();
     QTest::newRow("the right one") << Ages{{right, 5}} << QByteArray("binder.sync");
     QTest::newRow("one of another name") << Ages{{a, 5}} << QByteArray("a.sync");
@@ -220,12 +222,12 @@ void TstMobileBinder::oneSyncFileIsLeft()
     QFETCH(Ages, files);
     QFETCH(QByteArray, survivor);
 
-    for (const QString &suffix : {QString(), u"/"_qs, u"/Novel.tavelx"_qs}) {
+    for (const QString &suffix : {QString(), u"/"_s, u"/Novel.tavelx"_s}) {
         const TestProject project;
-        QVERIFY(QDir().mkpath(project.path(u"Mobile"_qs)));
+        QVERIFY(QDir().mkpath(project.path(u"Mobile"_s)));
         for (const auto &[name, minutes] : std::as_const(files)) {
-            project.writeFile(u"Mobile/"_qs + name, name.toUtf8());
-            setAge(project.path(u"Mobile/"_qs + name), minutes);
+            project.writeFile(u"Mobile/"_s + name, name.toUtf8());
+            setAge(project.path(u"Mobile/"_s + name), minutes);
         }
         const Files expected = files.isEmpty() ? Files() : Files{{SyncFile, survivor}};
         for (int pass = 0; pass < 2; ++pass) {
@@ -240,16 +242,16 @@ void TstMobileBinder::withoutAMobileFolderThereIsNothingToDo()
     const TestProject project;
     QVERIFY(Format::ensureMobileBinderSyncFileName(project.path()));
     QVERIFY(!QFileInfo::exists(project.path()));
-    project.writeFile(u"Mobile"_qs, "a file in place of the folder");
+    project.writeFile(u"Mobile"_s, "a file in place of the folder");
     QVERIFY(Format::ensureMobileBinderSyncFileName(project.path()));
-    QCOMPARE(project.files().keys(), QStringList(u"Mobile"_qs));
+    QCOMPARE(project.files().keys(), QStringList(u"Mobile"_s));
 }
 
 void TstMobileBinder::aFolderOfThatNameMakesTheRenameFail()
 {
     const TestProject project;
-    project.writeFile(u"Mobile/binder.sync/file"_qs, "in a folder");
-    project.writeFile(u"Mobile/a.sync"_qs, "a");
+    project.writeFile(u"Mobile/binder.sync/file"_s, "in a folder");
+    project.writeFile(u"Mobile/a.sync"_s, "a");
     const Files before = project.files();
     QVERIFY(!Format::ensureMobileBinderSyncFileName(project.path()));
     QCOMPARE(project.files(), before);
@@ -258,12 +260,12 @@ void TstMobileBinder::aFolderOfThatNameMakesTheRenameFail()
 void TstMobileBinder::otherFilesOfTheMobileFolderStay()
 {
     const TestProject project;
-    project.writeFile(u"Mobile/a.sync"_qs, "a");
-    project.writeFile(u"Mobile/search.indexes"_qs, "index");
-    project.writeFile(u"Mobile/a.sync.bak"_qs, "backup");
-    project.writeFile(u"Mobile/Data/b.sync"_qs, "data");
+    project.writeFile(u"Mobile/a.sync"_s, "a");
+    project.writeFile(u"Mobile/search.indexes"_s, "index");
+    project.writeFile(u"Mobile/a.sync.bak"_s, "backup");
+    project.writeFile(u"Mobile/Data/b.sync"_s, "data");
     Files expected = project.files();
-    expected.insert(SyncFile, expected.take(u"Mobile/a.sync"_qs));
+    expected.insert(SyncFile, expected.take(u"Mobile/a.sync"_s));
     QVERIFY(Format::ensureMobileBinderSyncFileName(project.path()));
     QCOMPARE(project.files(), expected);
 }

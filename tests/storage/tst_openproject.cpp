@@ -9,12 +9,14 @@
 #include <QPointer>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString VersionFile = u"Files/version.txt"_qs;
-const QString BackupFile = u"Files/binder.backup"_qs;
+const QString VersionFile = u"Files/version.txt"_s;
+const QString BackupFile = u"Files/binder.backup"_s;
 
 /** What a file that should hold a binder holds. */
 enum class State {
@@ -67,11 +69,11 @@ QByteArray binderOf(const QByteArray &source, int firstId)
 QStringList outlineOfBinder(const QString &source, int firstId)
 {
     const auto line = [&](int level, int number, const QString &title) {
-        return u"%1%2 %3 %4"_qs.arg(QString(level, u' ')).arg(firstId + number).arg(source, title);
+        return u"%1%2 %3 %4"_s.arg(QString(level, u' ')).arg(firstId + number).arg(source, title);
     };
-    return {line(0, 0, u"draft"_qs), line(1, 1, u"part"_qs),  line(2, 2, u"one"_qs),
-            line(2, 3, u"two"_qs),   line(3, 4, u"three"_qs), line(0, 5, u"research"_qs),
-            line(0, 6, u"trash"_qs)};
+    return {line(0, 0, u"draft"_s), line(1, 1, u"part"_s),  line(2, 2, u"one"_s),
+            line(2, 3, u"two"_s),   line(3, 4, u"three"_s), line(0, 5, u"research"_s),
+            line(0, 6, u"trash"_s)};
 }
 
 /** The binder, ended in its second text: the folders and a text before it are whole. */
@@ -95,7 +97,7 @@ QByteArray plainContent(const QByteArray &binder, State state)
     case State::Garbage:
         return "<?xml version=\"1.0\"?>\n<TavelinorProject Version=\"1.5\">\1\2\3\xff\xfe";
     case State::Foreign:
-        return zipOf(u"Novel.tavelx"_qs, binder);
+        return zipOf(u"Novel.tavelx"_s, binder);
     default:
         return {};
     }
@@ -103,16 +105,16 @@ QByteArray plainContent(const QByteArray &binder, State state)
 
 QByteArray zipContent(const QByteArray &binder, State state)
 {
-    const QByteArray zip = zipOf(u"Novel.tavelx"_qs, binder);
+    const QByteArray zip = zipOf(u"Novel.tavelx"_s, binder);
     switch (state) {
     case State::Good:
         return zip;
     case State::CutOff:
         return firstHalf(zip);
     case State::CutOffInside:
-        return zipOf(u"Novel.tavelx"_qs, cutOff(binder));
+        return zipOf(u"Novel.tavelx"_s, cutOff(binder));
     case State::Garbage:
-        return zipOf(u"Novel.tavelx"_qs, "no binder at all");
+        return zipOf(u"Novel.tavelx"_s, "no binder at all");
     case State::Foreign:
         return binder;
     default:
@@ -124,7 +126,7 @@ constexpr int PlainId = 100;
 constexpr int AutosaveId = 200;
 constexpr int BackupId = 300;
 
-const QStringList BlankOutline = {u"0 Draft"_qs, u" 3 "_qs, u"1 Research"_qs, u"2 Trash"_qs};
+const QStringList BlankOutline = {u"0 Draft"_s, u" 3 "_s, u"1 Research"_s, u"2 Trash"_s};
 
 } // namespace
 
@@ -166,10 +168,10 @@ void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("empty folder") << true << QString();
-    QTest::newRow("empty folder with a slash") << true << u"/"_qs;
-    QTest::newRow("binder in an empty folder") << true << u"/Novel.tavelx"_qs;
+    QTest::newRow("empty folder with a slash") << true << u"/"_s;
+    QTest::newRow("binder in an empty folder") << true << u"/Novel.tavelx"_s;
     QTest::newRow("missing folder") << false << QString();
-    QTest::newRow("binder in a missing folder") << false << u"/Novel.tavelx"_qs;
+    QTest::newRow("binder in a missing folder") << false << u"/Novel.tavelx"_s;
 }
 
 void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject()
@@ -182,9 +184,9 @@ void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject()
     const TestModel model(Format::openProject(project.path() + suffix));
     QVERIFY(model);
     QCOMPARE(outlineOf(model.get()).size(), 4);
-    QCOMPARE(model->title(model->draftFolder()), u"Draft"_qs);
-    QCOMPARE(model->title(model->researchFolder()), u"Research"_qs);
-    QCOMPARE(model->title(model->trashFolder()), u"Trash"_qs);
+    QCOMPARE(model->title(model->draftFolder()), u"Draft"_s);
+    QCOMPARE(model->title(model->researchFolder()), u"Research"_s);
+    QCOMPARE(model->title(model->trashFolder()), u"Trash"_s);
     QCOMPARE(model->rowCount(model->draftFolder()), 1);
     QCOMPARE(model->formatVersion(), TVL::FormatVersion18);
     QCOMPARE(model->path().path(), project.path());
@@ -196,7 +198,7 @@ void TstOpenProject::anEmptyOrMissingFolderGivesABlankProject()
 void TstOpenProject::aTemplateThatIsNotThereGivesNoProject()
 {
     const TestProject project;
-    const TestModel model(Format::openProject(project.path(), project.path(u"no.template"_qs)));
+    const TestModel model(Format::openProject(project.path(), project.path(u"no.template"_s)));
     QVERIFY(!model);
     QVERIFY(!QFileInfo::exists(project.path()));
 }
@@ -227,7 +229,7 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
     const QByteArray plainBinder = binderOf("plain", PlainId);
     project.writeFile(VersionFile, "18");
     if (plain != State::Absent)
-        project.writeFile(u"Novel.tavelx"_qs, plainContent(plainBinder, plain));
+        project.writeFile(u"Novel.tavelx"_s, plainContent(plainBinder, plain));
     if (autosave != State::Absent)
         project.writeFile(AutosaveFile, zipContent(binderOf("autosave", AutosaveId), autosave));
     if (backup != State::Absent)
@@ -243,7 +245,7 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
     if (plain == State::Good) {
         const QList<ZipEntry> entries = zipEntries(after.value(BackupFile));
         QCOMPARE(entries.size(), 1);
-        QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_qs);
+        QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_s);
         QCOMPARE(entries.constFirst().content, plainBinder);
         after.remove(BackupFile);
         auto expected = before;
@@ -258,9 +260,9 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
         QCOMPARE(outlineOf(model.get()), BlankOutline);
         return;
     }
-    const QString source = plain == State::Good ? u"plain"_qs
-        : autosave == State::Good               ? u"autosave"_qs
-        : backup == State::Good                 ? u"backup"_qs
+    const QString source = plain == State::Good ? u"plain"_s
+        : autosave == State::Good               ? u"autosave"_s
+        : backup == State::Good                 ? u"backup"_s
                                                 : QString();
     QCOMPARE(model != nullptr, !source.isEmpty());
     if (!model)
@@ -274,7 +276,7 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
         QCOMPARE(model->hasNodeId(otherId), otherId == firstId);
         QCOMPARE(model->hasNodeUuid(uuidOf(otherId)), otherId == firstId);
     }
-    QCOMPARE(model->labelTitle(), source + u" label"_qs);
+    QCOMPARE(model->labelTitle(), source + u" label"_s);
     QCOMPARE(model->labels().size(), 2);
     QCOMPARE(model->labels().constLast().mId, firstId);
     QVERIFY(model->statusItems().isEmpty());
@@ -284,41 +286,41 @@ void TstOpenProject::theFirstReadableBinderIsOpened()
 void TstOpenProject::aCutOffBinderOpensFromTheAutosaveAndTheBackupStays()
 {
     const TestProject project;
-    const QByteArray backup = zipOf(u"Novel.tavelx"_qs, binderOf("backup", BackupId));
+    const QByteArray backup = zipOf(u"Novel.tavelx"_s, binderOf("backup", BackupId));
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"Novel.tavelx"_qs, cutOff(binderOf("plain", PlainId)));
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
+    project.writeFile(u"Novel.tavelx"_s, cutOff(binderOf("plain", PlainId)));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binderOf("autosave", AutosaveId)));
     project.writeFile(BackupFile, backup);
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_qs, AutosaveId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_s, AutosaveId));
     QCOMPARE(project.readFile(BackupFile), backup);
 }
 
 void TstOpenProject::aGoodBinderIsOpenedThoughTheAutosaveIsNewer()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderOf("plain", PlainId));
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
+    project.writeFile(u"Novel.tavelx"_s, binderOf("plain", PlainId));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binderOf("autosave", AutosaveId)));
     setAge(project.binderPath(), 24 * 60);
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_s, PlainId));
 }
 
 void TstOpenProject::aFolderInTheBindersPlaceIsPassedOver()
 {
     const TestProject project;
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx/file"_s, "in a folder");
     const auto before = project.files();
     QVERIFY(!project.open());
     QCOMPARE(project.files(), before);
 
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binderOf("autosave", AutosaveId)));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binderOf("autosave", AutosaveId)));
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_qs, AutosaveId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"autosave"_s, AutosaveId));
 }
 
 void TstOpenProject::aFallbackTakesTheFirstFileOfTheZipWhateverItsName()
@@ -326,11 +328,11 @@ void TstOpenProject::aFallbackTakesTheFirstFileOfTheZipWhateverItsName()
     const TestProject project;
     project.writeFile(VersionFile, "18");
     project.writeFile(AutosaveFile,
-                      zipOf({{u"Before the rename.tavelx"_qs, binderOf("first", 1), {}},
-                             {u"Novel.tavelx"_qs, binderOf("second", 50), {}}}));
+                      zipOf({{u"Before the rename.tavelx"_s, binderOf("first", 1), {}},
+                             {u"Novel.tavelx"_s, binderOf("second", 50), {}}}));
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"first"_qs, 1));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"first"_s, 1));
 
     project.writeFile(AutosaveFile, zipOf(QList<ZipEntry>()));
     QVERIFY(!project.open());
@@ -340,8 +342,8 @@ void TstOpenProject::aFallbackThatTheUserSavesHealsTheBinder()
 {
     const TestProject project;
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"Novel.tavelx"_qs, cutOff(binderOf("plain", PlainId)));
-    project.writeFile(BackupFile, zipOf(u"Novel.tavelx"_qs, binderOf("backup", BackupId)));
+    project.writeFile(u"Novel.tavelx"_s, cutOff(binderOf("plain", PlainId)));
+    project.writeFile(BackupFile, zipOf(u"Novel.tavelx"_s, binderOf("backup", BackupId)));
     {
         const TestModel model = project.open();
         QVERIFY(model);
@@ -351,19 +353,19 @@ void TstOpenProject::aFallbackThatTheUserSavesHealsTheBinder()
     project.writeFile(BackupFile, {});
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"backup"_qs, BackupId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"backup"_s, BackupId));
 }
 
 void TstOpenProject::openingWritesTheBackupAndNothingElse()
 {
     const TestProject project;
     (void)project.create();
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 text}");
-    project.writeFile(u"Files/user.lock"_qs, "[General]\nuser=someone\n");
-    project.writeFile(u"Settings/ui.ini"_qs, "[General]\n");
-    project.writeFile(u"Snapshots/3.snapshots/index.xml"_qs, "<Snapshots/>");
-    project.writeFile(u"Mobile/binder.sync"_qs, "mobile");
-    project.writeFile(u"Icons/icon.png"_qs, "icon");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 text}");
+    project.writeFile(u"Files/user.lock"_s, "[General]\nuser=someone\n");
+    project.writeFile(u"Settings/ui.ini"_s, "[General]\n");
+    project.writeFile(u"Snapshots/3.snapshots/index.xml"_s, "<Snapshots/>");
+    project.writeFile(u"Mobile/binder.sync"_s, "mobile");
+    project.writeFile(u"Icons/icon.png"_s, "icon");
     const auto before = project.files();
     for (int pass = 0; pass < 2; ++pass) {
         const TestModel model = project.open();
@@ -371,7 +373,7 @@ void TstOpenProject::openingWritesTheBackupAndNothingElse()
         auto after = project.files();
         const QList<ZipEntry> entries = zipEntries(after.take(BackupFile));
         QCOMPARE(entries.size(), 1);
-        QCOMPARE(entries.constFirst().content, before.value(u"Novel.tavelx"_qs));
+        QCOMPARE(entries.constFirst().content, before.value(u"Novel.tavelx"_s));
         QCOMPARE(after, before);
     }
 }
@@ -392,7 +394,7 @@ void TstOpenProject::openingWithoutAVersionFileWritesIt()
 
     const TestProject project;
     const QByteArray binder = binderXml(itemXml(0, "DraftFolder", "Draft"), {}, binderVersion);
-    project.writeFile(u"Novel.tavelx"_qs, binder);
+    project.writeFile(u"Novel.tavelx"_s, binder);
     const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(int(model->formatVersion()), formatVersion);
@@ -400,7 +402,7 @@ void TstOpenProject::openingWithoutAVersionFileWritesIt()
     QVERIFY(after.remove(BackupFile));
     QCOMPARE(after,
              (QMap<QString, QByteArray>{{VersionFile, QByteArray::number(formatVersion)},
-                                        {u"Novel.tavelx"_qs, binder}}));
+                                        {u"Novel.tavelx"_s, binder}}));
 }
 
 void TstOpenProject::openingRenamesABinderOfAnotherName()
@@ -408,24 +410,24 @@ void TstOpenProject::openingRenamesABinderOfAnotherName()
     const TestProject project;
     const QByteArray binder = binderOf("plain", PlainId);
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"project.tavelx"_qs, binder);
+    project.writeFile(u"project.tavelx"_s, binder);
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
-    QCOMPARE(project.files().keys(), (QStringList{BackupFile, VersionFile, u"Novel.tavelx"_qs}));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_s, PlainId));
+    QCOMPARE(project.files().keys(), (QStringList{BackupFile, VersionFile, u"Novel.tavelx"_s}));
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
 }
 
 void TstOpenProject::aBackupThatCannotBeWrittenIsIgnored()
 {
     const TestProject project;
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"Novel.tavelx"_qs, binderOf("plain", PlainId));
-    project.writeFile(BackupFile + u"/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx"_s, binderOf("plain", PlainId));
+    project.writeFile(BackupFile + u"/file"_s, "in a folder");
     const auto before = project.files();
     const TestModel model = project.open();
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_s, PlainId));
     QCOMPARE(project.files(), before);
 }
 
@@ -448,13 +450,13 @@ void TstOpenProject::aProjectOpensByEitherPath()
     const TestProject project;
     const QByteArray binder = binderOf("plain", PlainId);
     if (plain == State::Good)
-        project.writeFile(u"Novel.tavelx"_qs, binder);
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, binder));
+        project.writeFile(u"Novel.tavelx"_s, binder);
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, binder));
     const TestModel model(Format::openProject(project.path() + suffix));
     QVERIFY(model);
-    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_qs, PlainId));
+    QCOMPARE(outlineOf(model.get()), outlineOfBinder(u"plain"_s, PlainId));
     QCOMPARE(model->path().path(), project.path());
-    QCOMPARE(model->name(), u"Novel"_qs);
+    QCOMPARE(model->name(), u"Novel"_s);
     QCOMPARE(TVLProjectModel::findProjectModelViaPath(project.path() + suffix), model.get());
     QCOMPARE(QFileInfo::exists(Format::binderBackupFilePath(project.path())), plain == State::Good);
 }
@@ -478,14 +480,14 @@ void TstOpenProject::aFailedOpenLeavesNoModelBehind()
 {
     const TestProject project;
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"Novel.tavelx"_qs, cutOff(binderOf("plain", PlainId)));
-    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_qs, cutOff(binderOf("autosave", 1))));
+    project.writeFile(u"Novel.tavelx"_s, cutOff(binderOf("plain", PlainId)));
+    project.writeFile(AutosaveFile, zipOf(u"Novel.tavelx"_s, cutOff(binderOf("autosave", 1))));
     QObject parent;
     QVERIFY(!Format::openProject(project.path(), {}, &parent));
     QVERIFY(parent.children().isEmpty());
     QVERIFY(!TVLProjectModel::findProjectModelViaPath(project.path()));
 
-    project.writeFile(BackupFile, zipOf(u"Novel.tavelx"_qs, binderOf("backup", BackupId)));
+    project.writeFile(BackupFile, zipOf(u"Novel.tavelx"_s, binderOf("backup", BackupId)));
     const TVLProjectModel *model = Format::openProject(project.path(), {}, &parent);
     QVERIFY(model);
     QCOMPARE(parent.children(), QObjectList{const_cast<TVLProjectModel *>(model)});
@@ -499,10 +501,10 @@ void TstOpenProject::aBookOpensWhole()
     int id = 0;
     const int draftId = id++;
     QByteArray parts;
-    QStringList outline = {u"0 The Draft & more"_qs};
+    QStringList outline = {u"0 The Draft & more"_s};
     for (int part = 1; part <= Parts; ++part) {
         const int partId = id++;
-        outline.append(u" %1 Part %2"_qs.arg(partId).arg(part));
+        outline.append(u" %1 Part %2"_s.arg(partId).arg(part));
         QByteArray chapters;
         for (int chapter = 1; chapter <= ChaptersOfAPart; ++chapter) {
             QByteArray xml = itemXml(id, "Text",
@@ -513,14 +515,14 @@ void TstOpenProject::aBookOpensWhole()
                         "<IncludeInCompile>Yes</IncludeInCompile><Unknown/></MetaData>"
                         "<TextSettings><Target Type=\"Words\">1000</Target></TextSettings>");
             chapters += xml;
-            outline.append(u"  %1 Chapter %2 \u201c\u00ef\u201d"_qs.arg(id).arg(chapter));
+            outline.append(u"  %1 Chapter %2 \u201c\u00ef\u201d"_s.arg(id).arg(chapter));
             ++id;
         }
         parts += itemXml(partId, "Folder", "Part " + QByteArray::number(part), chapters);
     }
     QByteArray items = itemXml(draftId, "DraftFolder", "The Draft &amp; more", parts);
     for (const char *type : {"ResearchFolder", "TrashFolder"}) {
-        outline.append(u"%1 %2"_qs.arg(id).arg(QString::fromLatin1(type)));
+        outline.append(u"%1 %2"_s.arg(id).arg(QString::fromLatin1(type)));
         items += itemXml(id++, type, type);
     }
     const QByteArray binder =
@@ -536,11 +538,11 @@ void TstOpenProject::aBookOpensWhole()
           "<DefaultStatusID>2</DefaultStatusID><StatusItems><Status ID=\"-1\">No Status</Status>"
           "<Status ID=\"2\">Draft</Status></StatusItems></StatusSettings></TavelinorProject>\n";
 
-    const TestProject project(u"A Book"_qs);
+    const TestProject project(u"A Book"_s);
     project.writeFile(VersionFile, "18");
-    project.writeFile(u"A Book.tavelx"_qs, binder);
-    project.writeFile(u"Files/Docs/2.rtf"_qs, "{\\rtf1 text}");
-    project.writeFile(u"Files/Docs/2_synopsis.txt"_qs, "synopsis");
+    project.writeFile(u"A Book.tavelx"_s, binder);
+    project.writeFile(u"Files/Docs/2.rtf"_s, "{\\rtf1 text}");
+    project.writeFile(u"Files/Docs/2_synopsis.txt"_s, "synopsis");
     const auto before = project.files();
 
     const TestModel model = project.open();
@@ -552,15 +554,14 @@ void TstOpenProject::aBookOpensWhole()
     QCOMPARE(zipEntries(after.take(BackupFile)).value(0).content, binder);
     QCOMPARE(after, before);
 
-    QCOMPARE(model->name(), u"A Book"_qs);
-    QCOMPARE(model->deviceName(), u"desk"_qs);
-    QCOMPARE(model->labelTitle(), u"Point of view"_qs);
-    QCOMPARE(
-        model->labels(),
-        (QList<TVLLabel>{{-1, u"No Label"_qs, QColor()}, {1, u"Idea"_qs, QColor(0, 128, 255)}}));
+    QCOMPARE(model->name(), u"A Book"_s);
+    QCOMPARE(model->deviceName(), u"desk"_s);
+    QCOMPARE(model->labelTitle(), u"Point of view"_s);
+    QCOMPARE(model->labels(),
+             (QList<TVLLabel>{{-1, u"No Label"_s, QColor()}, {1, u"Idea"_s, QColor(0, 128, 255)}}));
     QCOMPARE(model->defaultLabelIdentity(), 1);
-    QCOMPARE(model->statusTitle(), u"State"_qs);
-    QCOMPARE(model->statusItems(), (QList<TVLStatusItem>{{-1, u"No Status"_qs}, {2, u"Draft"_qs}}));
+    QCOMPARE(model->statusTitle(), u"State"_s);
+    QCOMPARE(model->statusItems(), (QList<TVLStatusItem>{{-1, u"No Status"_s}, {2, u"Draft"_s}}));
     QCOMPARE(model->defaultStatusIdentity(), 2);
     const TVLProjectNode *chapter = model->findNode(2);
     QCOMPARE(int(chapter->mNodeType), int(TVL::Text));

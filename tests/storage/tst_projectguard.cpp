@@ -14,6 +14,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 /** One process at a time changes a project. */
 class TstProjectGuard : public QObject
 {
@@ -39,7 +41,7 @@ private Q_SLOTS:
 
 namespace {
 
-const QString GuardFile = u"Files/.guard"_qs;
+const QString GuardFile = u"Files/.guard"_s;
 
 void makeUnlockedProject(const TestProject &project)
 {
@@ -48,12 +50,12 @@ void makeUnlockedProject(const TestProject &project)
 
 QString heldBy(const QString &program, const TestProject &project)
 {
-    return u"another run of %1 is at work on '%2'"_qs.arg(program, project.path());
+    return u"another run of %1 is at work on '%2'"_s.arg(program, project.path());
 }
 
 QString ownProgram()
 {
-    return QFileInfo(QFileInfo(u"/proc/self/exe"_qs).symLinkTarget()).fileName();
+    return QFileInfo(QFileInfo(u"/proc/self/exe"_s).symLinkTarget()).fileName();
 }
 
 } // namespace
@@ -78,11 +80,11 @@ void TstProjectGuard::theGuardIsThereAsLongAsItIsHeld()
 void TstProjectGuard::aSecondOneIsRefused_data()
 {
     QTest::addColumn<QString>("way");
-    QTest::newRow("by the folder") << u"%1/Novel.tavel"_qs;
-    QTest::newRow("with a closing slash") << u"%1/Novel.tavel/"_qs;
-    QTest::newRow("by the binder") << u"%1/Novel.tavel/Novel.tavelx"_qs;
-    QTest::newRow("by dots") << u"%1/./Novel.tavel/../Novel.tavel"_qs;
-    QTest::newRow("by a link") << u"%1/Link.tavel"_qs;
+    QTest::newRow("by the folder") << u"%1/Novel.tavel"_s;
+    QTest::newRow("with a closing slash") << u"%1/Novel.tavel/"_s;
+    QTest::newRow("by the binder") << u"%1/Novel.tavel/Novel.tavelx"_s;
+    QTest::newRow("by dots") << u"%1/./Novel.tavel/../Novel.tavel"_s;
+    QTest::newRow("by a link") << u"%1/Link.tavel"_s;
 }
 
 void TstProjectGuard::aSecondOneIsRefused()
@@ -90,12 +92,12 @@ void TstProjectGuard::aSecondOneIsRefused()
     QFETCH(const QString, way);
     const TestProject project;
     makeUnlockedProject(project);
-    QVERIFY(QFile::link(project.path(), project.enclosingPath() + u"/Link.tavel"_qs));
+    QVERIFY(QFile::link(project.path(), project.enclosingPath() + u"/Link.tavel"_s));
     const auto guard = TVLProjectGuard::take(project.path());
     QVERIFY(guard);
     QString error;
     QVERIFY(!TVLProjectGuard::take(way.arg(project.enclosingPath()), &error));
-    QVERIFY2(error.startsWith(u"another run of %1 is at work on '"_qs.arg(ownProgram())),
+    QVERIFY2(error.startsWith(u"another run of %1 is at work on '"_s.arg(ownProgram())),
              qPrintable(error));
     // The refused one has taken nothing away.
     QVERIFY(!TVLProjectGuard::take(project.path()));
@@ -107,11 +109,11 @@ void TstProjectGuard::anotherProcessIsKeptOutWhateverItsEnvironment_data()
     QTest::addColumn<LockIdentity>("other");
     const LockIdentity anna;
     LockIdentity berta;
-    berta.user = u"berta"_qs;
+    berta.user = u"berta"_s;
     LockIdentity elsewhere;
-    elsewhere.home = u"/nowhere"_qs;
+    elsewhere.home = u"/nowhere"_s;
     LockIdentity reader;
-    reader.name = u"reader"_qs;
+    reader.name = u"reader"_s;
     QTest::newRow("the same") << anna << anna;
     QTest::newRow("another user's name") << anna << berta;
     QTest::newRow("another home") << anna << elsewhere;
@@ -124,14 +126,14 @@ void TstProjectGuard::anotherProcessIsKeptOutWhateverItsEnvironment()
     QFETCH(const LockIdentity, other);
     const TestProject project;
     makeUnlockedProject(project);
-    LockHolder first(holder, project.path(), u"guard"_qs);
+    LockHolder first(holder, project.path(), u"guard"_s);
     QVERIFY(first.isHolding());
-    LockHolder second(other, project.path(), u"guard"_qs);
+    LockHolder second(other, project.path(), u"guard"_s);
     QVERIFY(!second.isHolding());
-    QCOMPARE(second.answer(), heldBy(u"lock_program"_qs, project));
+    QCOMPARE(second.answer(), heldBy(u"lock_program"_s, project));
     QString error;
     QVERIFY(!TVLProjectGuard::take(project.path(), &error));
-    QCOMPARE(error, heldBy(u"lock_program"_qs, project));
+    QCOMPARE(error, heldBy(u"lock_program"_s, project));
     QVERIFY(first.close());
     QVERIFY(TVLProjectGuard::take(project.path()));
 }
@@ -141,7 +143,7 @@ void TstProjectGuard::whatAKilledProcessLeavesIsTakenOver()
     const TestProject project;
     makeUnlockedProject(project);
     const auto before = project.files();
-    LockHolder holder({}, project.path(), u"guard"_qs);
+    LockHolder holder({}, project.path(), u"guard"_s);
     QVERIFY(holder.isHolding());
     QVERIFY(!TVLProjectGuard::take(project.path()));
     holder.kill();
@@ -181,8 +183,8 @@ void TstProjectGuard::theGuardOfAnotherHostHolds()
     QVERIFY(!TVLProjectGuard::take(project.path(), &error));
     QCOMPARE(error,
              u"'%1' is locked by user %2 on host attic, program writer; if nobody has it open, "
-             "delete Files/.guard in it"_qs.arg(project.path(),
-                                                QFileInfo(project.path(GuardFile)).owner()));
+             "delete Files/.guard in it"_s.arg(project.path(),
+                                               QFileInfo(project.path(GuardFile)).owner()));
     QCOMPARE(project.readFile(GuardFile), content);
     QVERIFY(QFile::remove(project.path(GuardFile)));
     QVERIFY(TVLProjectGuard::take(project.path()));
@@ -192,7 +194,7 @@ void TstProjectGuard::aGuardThatMayNotBeTakenOverTellsWhoseItIs()
 {
     const TestProject project;
     makeUnlockedProject(project);
-    LockHolder holder({}, project.path(), u"guard"_qs);
+    LockHolder holder({}, project.path(), u"guard"_s);
     QVERIFY(holder.isHolding());
     holder.kill();
     // As one that another user has left.
@@ -201,9 +203,9 @@ void TstProjectGuard::aGuardThatMayNotBeTakenOverTellsWhoseItIs()
     QVERIFY(!TVLProjectGuard::take(project.path(), &error));
     QCOMPARE(error,
              u"'%1' is locked by user %2 on host %3, program lock_program; if nobody has it open, "
-             "delete Files/.guard in it"_qs.arg(project.path(),
-                                                QFileInfo(project.path(GuardFile)).owner(),
-                                                QSysInfo::machineHostName()));
+             "delete Files/.guard in it"_s.arg(project.path(),
+                                               QFileInfo(project.path(GuardFile)).owner(),
+                                               QSysInfo::machineHostName()));
 }
 
 void TstProjectGuard::aPipeInItsPlaceIsNotOpened()
@@ -215,8 +217,8 @@ void TstProjectGuard::aPipeInItsPlaceIsNotOpened()
     QString error;
     QVERIFY(!TVLProjectGuard::take(project.path(), &error));
     QCOMPARE(error,
-             u"'%1' can't be locked: there is no way to make '%2'"_qs.arg(project.path(),
-                                                                          project.path(GuardFile)));
+             u"'%1' can't be locked: there is no way to make '%2'"_s.arg(project.path(),
+                                                                         project.path(GuardFile)));
     QVERIFY(QFile::remove(project.path(GuardFile)));
     QVERIFY(TVLProjectGuard::take(project.path()));
 }
@@ -226,12 +228,12 @@ void TstProjectGuard::whereNothingCanBeMadeThereIsNoGuard()
     const TestProject project;
     makeUnlockedProject(project);
     const auto before = project.files();
-    const ReducedPermissions permissions(project.path(u"Files"_qs), ReducedPermissions::ReadOnly);
+    const ReducedPermissions permissions(project.path(u"Files"_s), ReducedPermissions::ReadOnly);
     QString error;
     QVERIFY(!TVLProjectGuard::take(project.path(), &error));
     QCOMPARE(error,
-             u"'%1' can't be locked: there is no way to make '%2'"_qs.arg(project.path(),
-                                                                          project.path(GuardFile)));
+             u"'%1' can't be locked: there is no way to make '%2'"_s.arg(project.path(),
+                                                                         project.path(GuardFile)));
     QCOMPARE(project.files(), before);
 }
 
@@ -240,7 +242,7 @@ void TstProjectGuard::patienceWaitsForTheEndOfTheOther()
     constexpr int Patience = 60'000;
     const TestProject project;
     makeUnlockedProject(project);
-    LockHolder holder({}, project.path(), u"guard"_qs);
+    LockHolder holder({}, project.path(), u"guard"_s);
     QVERIFY(holder.isHolding());
     holder.endSoon();
     QVERIFY(TVLProjectGuard::take(project.path(), nullptr, Patience));
@@ -249,8 +251,8 @@ void TstProjectGuard::patienceWaitsForTheEndOfTheOther()
 void TstProjectGuard::noCopyOfAProjectIsGuarded()
 {
     const TestProject project;
-    const TestProject copy(u"Copy"_qs);
-    const TestProject other(u"Other"_qs);
+    const TestProject copy(u"Copy"_s);
+    const TestProject other(u"Other"_s);
     const TestModel model = project.create();
     const auto guard = TVLProjectGuard::take(project.path());
     QVERIFY(guard);

@@ -14,6 +14,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -21,7 +23,7 @@ using Files = QMap<QString, QByteArray>;
 
 QString couldNotGenerate(const QString &reason)
 {
-    return u"Could not generate project notes file\nError: '%1'"_qs.arg(reason);
+    return u"Could not generate project notes file\nError: '%1'"_s.arg(reason);
 }
 
 } // namespace
@@ -90,9 +92,9 @@ void TstProjectNoteFiles::aFolderThatCannotBeMadeIsReported_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("the project is a file") << QString();
-    QTest::newRow("its files are a file") << u"Files"_qs;
-    QTest::newRow("a link leads nowhere") << u"link"_qs;
-    QTest::newRow("nothing may be made") << u"Files/read-only"_qs;
+    QTest::newRow("its files are a file") << u"Files"_s;
+    QTest::newRow("a link leads nowhere") << u"link"_s;
+    QTest::newRow("nothing may be made") << u"Files/read-only"_s;
 }
 
 void TstProjectNoteFiles::aFolderThatCannotBeMadeIsReported()
@@ -103,23 +105,23 @@ void TstProjectNoteFiles::aFolderThatCannotBeMadeIsReported()
         QFile projectFile(project.path());
         QVERIFY(projectFile.open(QIODevice::WriteOnly));
     } else {
-        project.writeFile(file == u"link" ? u"Files/file"_qs : file, "text");
+        project.writeFile(file == u"link" ? u"Files/file"_s : file, "text");
     }
     if (file == u"link")
-        QVERIFY(QFile::link(project.path(u"missing"_qs), project.path(NotesFolder)));
-    const QString files = file.isEmpty() ? project.path() : project.path(u"Files"_qs);
+        QVERIFY(QFile::link(project.path(u"missing"_s), project.path(NotesFolder)));
+    const QString files = file.isEmpty() ? project.path() : project.path(u"Files"_s);
     const ReducedPermissions reduced(files,
                                      file == u"Files/read-only" ? ReducedPermissions::ReadOnly
                                                                 : QFile::permissions(files));
 
-    expectLog(u"ERROR: Could not create project notes directory: "_qs + project.path(NotesFolder));
-    QStringList errors = {u"before"_qs};
+    expectLog(u"ERROR: Could not create project notes directory: "_s + project.path(NotesFolder));
+    QStringList errors = {u"before"_s};
     bool ok = true;
     (void)Format::projectNotesDirectory(project.path(), &ok, &errors);
     QVERIFY(!ok);
     QCOMPARE(errors,
-             QStringList({u"before"_qs,
-                          u"Could not create project notes directory: '%1'"_qs.arg(
+             QStringList({u"before"_s,
+                          u"Could not create project notes directory: '%1'"_s.arg(
                               project.path(NotesFolder))}));
 }
 
@@ -136,13 +138,13 @@ void TstProjectNoteFiles::aFolderThatCannotBeEnteredIsReported()
     const TestProject project;
     project.writeFile(isFile ? NotesFolder : NotesIndex, "text");
     const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::None);
-    expectLog(u"ERROR: Could not enter project notes directory: "_qs + project.path(NotesFolder));
+    expectLog(u"ERROR: Could not enter project notes directory: "_s + project.path(NotesFolder));
     QStringList errors;
     bool ok = true;
     (void)Format::projectNotesDirectory(project.path(), &ok, &errors);
     QVERIFY(!ok);
     QCOMPARE(errors,
-             QStringList(u"Could not enter project notes directory: '%1'"_qs.arg(
+             QStringList(u"Could not enter project notes directory: '%1'"_s.arg(
                  project.path(NotesFolder))));
 }
 
@@ -152,17 +154,17 @@ void TstProjectNoteFiles::notesAreWrittenBesideTheirIndex()
 {
     const TestProject project;
     Notes notes;
-    notes.add(11, u"Places & more"_qs, u"The text of places"_qs);
-    notes.add(10, u"General"_qs, u"The general text"_qs);
+    notes.add(11, u"Places & more"_s, u"The text of places"_s);
+    notes.add(10, u"General"_s, u"The general text"_s);
     QStringList errors;
     QVERIFY(notes.write(project, &errors));
     QCOMPARE(errors, QStringList());
     const Files files = project.files();
     QCOMPARE(files.keys(), QStringList({noteFile(10), noteFile(11), NotesIndex}));
-    QCOMPARE(QString::fromUtf8(files.value(NotesIndex)).remove(u'\n').remove(u"    "_qs),
+    QCOMPARE(QString::fromUtf8(files.value(NotesIndex)).remove(u'\n').remove(u"    "_s),
              u"<?xml version=\"1.0\" encoding=\"UTF-8\"?><ProjectNotes Version=\"1.0\">"
              "<Note ID=\"11\"><Title>Places &amp; more</Title></Note>"
-             "<Note ID=\"10\"><Title>General</Title></Note></ProjectNotes>"_qs);
+             "<Note ID=\"10\"><Title>General</Title></Note></ProjectNotes>"_s);
     QVERIFY(files.value(noteFile(11)).startsWith("{\\rtf1"));
     QVERIFY(files.value(noteFile(11)).contains("The text of places"));
     QVERIFY(files.value(noteFile(10)).contains("The general text"));
@@ -180,21 +182,21 @@ void TstProjectNoteFiles::aNoteWithoutADocumentIsInTheIndexOnly()
 {
     const TestProject project;
     Notes notes;
-    notes.add(10, u"General"_qs, u"Text"_qs);
+    notes.add(10, u"General"_s, u"Text"_s);
     notes.mList.append({11, nullptr});
     QVERIFY(notes.write(project));
     QCOMPARE(project.files().keys(), QStringList({noteFile(10), NotesIndex}));
-    QCOMPARE(noteLinesIn(project), QStringList({u"10 General: Text"_qs, u"11 : "_qs}));
+    QCOMPARE(noteLinesIn(project), QStringList({u"10 General: Text"_s, u"11 : "_s}));
 }
 
 void TstProjectNoteFiles::anEmptyNoteHasAFile()
 {
     const TestProject project;
     Notes notes;
-    notes.add(10, u"General"_qs, QString());
+    notes.add(10, u"General"_s, QString());
     QVERIFY(notes.write(project));
     QVERIFY(project.readFile(noteFile(10)).startsWith("{\\rtf1"));
-    QCOMPARE(noteLinesIn(project), QStringList(u"10 General: "_qs));
+    QCOMPARE(noteLinesIn(project), QStringList(u"10 General: "_s));
 }
 
 void TstProjectNoteFiles::whatHasNotChangedIsNotWritten()
@@ -209,30 +211,30 @@ void TstProjectNoteFiles::whatHasNotChangedIsNotWritten()
         return QFileInfo(project.path(file)).lastModified().secsTo(QDateTime::currentDateTime())
             < 1800;
     };
-    setNoteText(notes.at(1), u"Another"_qs);
+    setNoteText(notes.at(1), u"Another"_s);
     QVERIFY(notes.write(project));
     QVERIFY(!isWritten(NotesIndex));
     QVERIFY(!isWritten(noteFile(10)));
     QVERIFY(isWritten(noteFile(11)));
     QVERIFY(!isWritten(noteFile(12)));
     // A text of the same length is another one as well.
-    setNoteText(notes.at(2), u"Xext 12"_qs);
+    setNoteText(notes.at(2), u"Xext 12"_s);
     notes.mList.move(0, 1);
     QVERIFY(notes.write(project));
     QVERIFY(isWritten(NotesIndex));
     QVERIFY(isWritten(noteFile(12)));
     QVERIFY(!isWritten(noteFile(10)));
     QCOMPARE(noteLinesIn(project),
-             QStringList({u"11 Title 11: Another"_qs, u"10 Title 10: Text 10"_qs,
-                          u"12 Title 12: Xext 12"_qs}));
+             QStringList({u"11 Title 11: Another"_s, u"10 Title 10: Text 10"_s,
+                          u"12 Title 12: Xext 12"_s}));
 }
 
 void TstProjectNoteFiles::anIndexThatCannotBeWrittenIsReportedAndTheNotesAreWritten_data()
 {
     QTest::addColumn<QString>("obstacle");
-    QTest::newRow("can't be opened") << u"unopenable"_qs;
-    QTest::newRow("a link") << u"link"_qs;
-    QTest::newRow("no permission") << u"read-only"_qs;
+    QTest::newRow("can't be opened") << u"unopenable"_s;
+    QTest::newRow("a link") << u"link"_s;
+    QTest::newRow("no permission") << u"read-only"_s;
 }
 
 void TstProjectNoteFiles::anIndexThatCannotBeWrittenIsReportedAndTheNotesAreWritten()
@@ -253,12 +255,12 @@ void TstProjectNoteFiles::anIndexThatCannotBeWrittenIsReportedAndTheNotesAreWrit
         reason = qt_error_string(EACCES);
     }
     Notes notes;
-    notes.add(10, u"General"_qs, u"Text"_qs);
-    expectLog(u"ERROR: Failed to open project notes: "_qs + project.path(NotesIndex));
+    notes.add(10, u"General"_s, u"Text"_s);
+    expectLog(u"ERROR: Failed to open project notes: "_s + project.path(NotesIndex));
     QStringList errors;
     QVERIFY(!notes.write(project, &errors));
     QCOMPARE(errors,
-             QStringList(u"Failed to open project notes file: '%1'\nError: '%2'"_qs.arg(
+             QStringList(u"Failed to open project notes file: '%1'\nError: '%2'"_s.arg(
                  project.path(NotesIndex), reason)));
     QVERIFY(project.readFile(noteFile(10)).contains("Text"));
 }
@@ -286,10 +288,10 @@ void TstProjectNoteFiles::aFailedNoteDoesNotStopTheOthers()
         expected.append(couldNotGenerate(unwritableText(project, noteFile(id))));
     }
     for (int place = 0; place < 3; ++place)
-        setNoteText(notes.at(place), u"Another %1"_qs.arg(place + 10));
-    QStringList errors = {u"before"_qs};
+        setNoteText(notes.at(place), u"Another %1"_s.arg(place + 10));
+    QStringList errors = {u"before"_s};
     QVERIFY(!notes.write(project, &errors));
-    QCOMPARE(errors, QStringList(u"before"_qs) + expected);
+    QCOMPARE(errors, QStringList(u"before"_s) + expected);
     for (int id = 10; id < 13; ++id) {
         if (!failing.contains(id))
             QVERIFY(project.readFile(noteFile(id)).contains("Another"));
@@ -308,7 +310,7 @@ void TstProjectNoteFiles::aReadOnlyFolderKeepsWhatItHas()
     const Files before = project.files();
     Notes notes;
     QVERIFY(notes.read(project));
-    notes.add(13, u"New"_qs, u"Words"_qs);
+    notes.add(13, u"New"_s, u"Words"_s);
     QStringList errors;
     {
         const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::ReadOnly);
@@ -319,7 +321,7 @@ void TstProjectNoteFiles::aReadOnlyFolderKeepsWhatItHas()
     for (int id = 10; id < 13; ++id)
         QCOMPARE(project.readFile(noteFile(id)), before.value(noteFile(id)));
     QVERIFY(notes.write(project));
-    QCOMPARE(noteLinesIn(project), ThreeNotes + QStringList(u"13 New: Words"_qs));
+    QCOMPARE(noteLinesIn(project), ThreeNotes + QStringList(u"13 New: Words"_s));
 }
 
 void TstProjectNoteFiles::withoutTheFolderNothingIsWritten()
@@ -328,12 +330,12 @@ void TstProjectNoteFiles::withoutTheFolderNothingIsWritten()
     project.writeFile(NotesFolder, "a file");
     const Files before = project.files();
     Notes notes;
-    notes.add(10, u"General"_qs, u"Text"_qs);
-    expectLog(u"ERROR: Could not enter project notes directory: "_qs + project.path(NotesFolder));
+    notes.add(10, u"General"_s, u"Text"_s);
+    expectLog(u"ERROR: Could not enter project notes directory: "_s + project.path(NotesFolder));
     QStringList errors;
     QVERIFY(!notes.write(project, &errors));
     QCOMPARE(errors,
-             QStringList(u"Could not enter project notes directory: '%1'"_qs.arg(
+             QStringList(u"Could not enter project notes directory: '%1'"_s.arg(
                  project.path(NotesFolder))));
     QCOMPARE(project.files(), before);
 }
@@ -354,16 +356,16 @@ void TstProjectNoteFiles::anUnreadNoteIsNeverWrittenOver()
     Notes notes;
     QStringList readErrors;
     QVERIFY(!notes.read(project, &readErrors));
-    setNoteText(notes.at(0), u"First"_qs);
-    setNoteText(notes.at(2), u"Third"_qs);
+    setNoteText(notes.at(0), u"First"_s);
+    setNoteText(notes.at(2), u"Third"_s);
     // With nothing new in it there is nothing to report.
     QStringList errors;
     QVERIFY(notes.write(project, &errors));
     QCOMPARE(errors, QStringList());
     QCOMPARE(project.readFile(noteFile(11)), content);
-    setNoteText(notes.at(0), u"First again"_qs);
-    setNoteText(notes.at(1), u"New words"_qs);
-    setNoteText(notes.at(2), u"Third again"_qs);
+    setNoteText(notes.at(0), u"First again"_s);
+    setNoteText(notes.at(1), u"New words"_s);
+    setNoteText(notes.at(2), u"Third again"_s);
     QVERIFY(!notes.write(project, &errors));
     QCOMPARE(errors, QStringList(couldNotGenerate(readErrors.constFirst())));
     QCOMPARE(project.readFile(noteFile(11)), content);
@@ -385,9 +387,9 @@ void TstProjectNoteFiles::anUnreadNoteIsWrittenAgainOnceItCanBeRead()
     QCOMPARE(noteLinesIn(project), ThreeNotes);
     Notes notes;
     QVERIFY(notes.read(project));
-    setNoteText(notes.at(1), u"Words"_qs);
+    setNoteText(notes.at(1), u"Words"_s);
     QVERIFY(notes.write(project));
-    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Words"_qs);
+    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Words"_s);
 }
 
 // --- Removing
@@ -404,7 +406,7 @@ void TstProjectNoteFiles::aRemovedNoteIsInTheIndexUntilTheNextWrite()
     QCOMPARE(project.files(), expected);
     Notes notes;
     QVERIFY(notes.read(project));
-    QCOMPARE(notes.lines().at(1), u"11 Title 11: "_qs);
+    QCOMPARE(notes.lines().at(1), u"11 Title 11: "_s);
     delete notes.mList.takeAt(1).second;
     QVERIFY(notes.write(project));
     QCOMPARE(noteLinesIn(project), QStringList({ThreeNotes.at(0), ThreeNotes.at(2)}));
@@ -435,18 +437,18 @@ void TstProjectNoteFiles::aFailedRemovalIsReported()
     const TestProject project;
     writeThreeNotes(project);
     if (isFolder)
-        project.writeFile(noteFile(13) + u"/file"_qs, "text");
+        project.writeFile(noteFile(13) + u"/file"_s, "text");
     const Files before = project.files();
     const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::ReadOnly);
     const int id = isFolder ? 13 : 11;
-    const QString reason = isFolder ? u"Is a folder"_qs : qt_error_string(EACCES);
-    expectLog(u"Project notes delete error: "_qs + reason);
-    QStringList errors = {u"before"_qs};
+    const QString reason = isFolder ? u"Is a folder"_s : qt_error_string(EACCES);
+    expectLog(u"Project notes delete error: "_s + reason);
+    QStringList errors = {u"before"_s};
     QVERIFY(!Format::removeProjectNote(project.path(), id, &errors));
     QCOMPARE(errors,
-             QStringList({u"before"_qs,
-                          u"Could not delete project notes file: '%1'"_qs.arg(
-                              project.path(noteFile(id)))}));
+             QStringList(
+                 {u"before"_s,
+                  u"Could not delete project notes file: '%1'"_s.arg(project.path(noteFile(id)))}));
     QCOMPARE(project.files(), before);
 }
 
@@ -456,7 +458,7 @@ void TstProjectNoteFiles::aProjectCanBeNamedByItsBinder()
 {
     const TestProject project;
     Notes notes;
-    notes.add(10, u"General"_qs, u"Text"_qs);
+    notes.add(10, u"General"_s, u"Text"_s);
     QVERIFY(Format::writeProjectNotes(project.binderPath(), notes.mList, nullptr));
     Notes read;
     QVERIFY(Format::readProjectNotes(project.binderPath(), &read.mList, nullptr, nullptr));
@@ -468,15 +470,15 @@ void TstProjectNoteFiles::aProjectCanBeNamedByItsBinder()
 
 void TstProjectNoteFiles::aMessageHoldsAnyPath()
 {
-    const TestProject project(u"100%1 %2 %3"_qs);
+    const TestProject project(u"100%1 %2 %3"_s);
     writeThreeNotes(project);
     makeUnwritable(project, NotesIndex);
     Notes notes;
     QStringList errors;
     QVERIFY(!notes.write(project, &errors));
     QCOMPARE(errors.constFirst(),
-             u"Failed to open project notes file: '"_qs + project.path(NotesIndex)
-                 + u"'\nError: '"_qs + unwritableText(project, NotesIndex) + u'\'');
+             u"Failed to open project notes file: '"_s + project.path(NotesIndex) + u"'\nError: '"_s
+                 + unwritableText(project, NotesIndex) + u'\'');
 }
 
 void TstProjectNoteFiles::errorsNeedNotBeAskedFor()
@@ -485,7 +487,7 @@ void TstProjectNoteFiles::errorsNeedNotBeAskedFor()
     writeThreeNotes(project);
     makeUnwritable(project, noteFile(11));
     Notes notes;
-    notes.add(11, u"Title"_qs, u"Text"_qs);
+    notes.add(11, u"Title"_s, u"Text"_s);
     QVERIFY(!notes.write(project));
     project.writeFile(NotesIndex, "damaged");
     QVERIFY(!notes.read(project));
@@ -493,7 +495,7 @@ void TstProjectNoteFiles::errorsNeedNotBeAskedFor()
     blocked.writeFile(NotesFolder, "a file");
     QVERIFY(!notes.write(blocked));
     QVERIFY(!notes.read(blocked));
-    project.writeFile(noteFile(13) + u"/file"_qs, "text");
+    project.writeFile(noteFile(13) + u"/file"_s, "text");
     QVERIFY(!Format::removeProjectNote(project.path(), 13, nullptr));
 }
 

@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -23,9 +25,9 @@ void addTypeRows()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("word");
 
-    QTest::newRow("main text") << int(TVL::MainText) << u"document"_qs;
-    QTest::newRow("notes") << int(TVL::NotesText) << u"notes"_qs;
-    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"synopsis"_qs;
+    QTest::newRow("main text") << int(TVL::MainText) << u"document"_s;
+    QTest::newRow("notes") << int(TVL::NotesText) << u"notes"_s;
+    QTest::newRow("synopsis") << int(TVL::SynopsisText) << u"synopsis"_s;
 }
 
 /** A project whose items with the ids 1 to 9 are known by their uuids. */
@@ -65,7 +67,7 @@ QByteArray linksFile(const QByteArray &textLinks, const QByteArray &noteLinks,
 void writeTextWithComment(const TestProject &project, const TVLTextCommentLink &comment)
 {
     LoadedItem item;
-    item.edit(TVL::MainText, u"Once upon a time"_qs);
+    item.edit(TVL::MainText, u"Once upon a time"_s);
     TVLTextDoc::setComment(item.text(), {5, 4}, comment);
     writeAll(project, &item);
     QFile::remove(project.path(docsPath(TVL::CommentsFile)));
@@ -75,7 +77,7 @@ void writeTextWithComment(const TestProject &project, const TVLTextCommentLink &
 void writeTextWithIdLink(const TestProject &project, TVL::DocumentType type, int id)
 {
     LoadedItem item;
-    item.edit(type, u"Once upon a time"_qs);
+    item.edit(type, u"Once upon a time"_s);
     TVLTextDoc::setInternalLinks(item.document(type),
                                  {{{5, 4}, TVLTextFormat::internalLinkAddress(id)}});
     writeAll(project, &item);
@@ -159,11 +161,11 @@ void TstReadDocuments::aMissingFileLeavesTheDocumentAsItIs()
     project.writeFile(docsPath(TVL::MainText, 13), rtfOf("Another item"));
     LoadedItem item;
     TVLTextDocument *document = item.document(TVL::DocumentType(type));
-    document->setPlainText(u"As it is"_qs);
-    QString error = u"untouched"_qs;
+    document->setPlainText(u"As it is"_s);
+    QString error = u"untouched"_s;
     QVERIFY(Format::readDocument(project.path(), item.node(), document, &error));
-    QCOMPARE(document->toPlainText(), u"As it is"_qs);
-    QCOMPARE(error, u"untouched"_qs);
+    QCOMPARE(document->toPlainText(), u"As it is"_s);
+    QCOMPARE(error, u"untouched"_s);
     QVERIFY(!document->isReadOnly());
 }
 
@@ -197,11 +199,11 @@ void TstReadDocuments::aTextIsRead()
     const auto before = project.files();
     LoadedItem item;
     TVLTextDocument *document = item.document(TVL::DocumentType(type));
-    document->setPlainText(u"Replaced"_qs);
-    QString error = u"untouched"_qs;
+    document->setPlainText(u"Replaced"_s);
+    QString error = u"untouched"_s;
     QVERIFY(Format::readDocument(project.path(), item.node(), document, &error));
-    QCOMPARE(document->toPlainText(), u"Once\n\u6f22 \u00e4"_qs);
-    QCOMPARE(error, u"untouched"_qs);
+    QCOMPARE(document->toPlainText(), u"Once\n\u6f22 \u00e4"_s);
+    QCOMPARE(error, u"untouched"_s);
     QVERIFY(!document->isReadOnly());
     QCOMPARE(project.files(), before);
 }
@@ -211,11 +213,11 @@ void TstReadDocuments::aSynopsisIsUtf8_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf\xc3\xa4") << u"\u00e4"_qs;
-    QTest::newRow("two line ends") << QByteArray("a\r\nb\nc") << u"a\nb\nc"_qs;
-    QTest::newRow("beyond the first plane") << QByteArray("\xf0\x9d\x84\x9e") << u"\U0001d11e"_qs;
-    QTest::newRow("bytes that are none") << QByteArray("a\xff") << u"a\ufffd"_qs;
-    QTest::newRow("RTF") << rtfOf("x") << u"{\\rtf1\\ansi x}"_qs;
+    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf\xc3\xa4") << u"\u00e4"_s;
+    QTest::newRow("two line ends") << QByteArray("a\r\nb\nc") << u"a\nb\nc"_s;
+    QTest::newRow("beyond the first plane") << QByteArray("\xf0\x9d\x84\x9e") << u"\U0001d11e"_s;
+    QTest::newRow("bytes that are none") << QByteArray("a\xff") << u"a\ufffd"_s;
+    QTest::newRow("RTF") << rtfOf("x") << u"{\\rtf1\\ansi x}"_s;
 }
 
 void TstReadDocuments::aSynopsisIsUtf8()
@@ -246,7 +248,7 @@ void TstReadDocuments::inlineMarkupBecomesFormats()
     project.writeFile(docsPath(TVL::MainText), rtfOf("a\\{annotation|b|annotation\\}c"));
     LoadedItem item;
     QVERIFY(Format::readDocument(project.path(), item.node(), item.text(), nullptr));
-    QCOMPARE(item.text()->toPlainText(), u"abc"_qs);
+    QCOMPARE(item.text()->toPlainText(), u"abc"_s);
     QTextCursor cursor(item.text());
     cursor.setPosition(2);
     QVERIFY(cursor.charFormat().boolProperty(TVLTextFormat::InlineAnnotation));
@@ -259,7 +261,7 @@ void TstReadDocuments::aProjectCanBeNamedByItsBinder()
     for (const QString &path : {project.path(), project.path() + u'/', project.binderPath()}) {
         LoadedItem item;
         QVERIFY(Format::readDocument(path, item.node(), item.text(), nullptr));
-        QCOMPARE(item.text()->toPlainText(), u"Once"_qs);
+        QCOMPARE(item.text()->toPlainText(), u"Once"_s);
     }
 }
 
@@ -274,13 +276,13 @@ void TstReadDocuments::aFolderInTheFilesPlaceIsReported()
 
     const TestProject project;
     const QString filePath = docsPath(TVL::DocumentType(type));
-    project.writeFile(filePath + u"/file"_qs, "in a folder");
+    project.writeFile(filePath + u"/file"_s, "in a folder");
     LoadedItem item;
     TVLTextDocument *document = item.document(TVL::DocumentType(type));
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), document, &error));
     QCOMPARE(error,
-             u"Error: Trying to read directory as a file: '%1'"_qs.arg(project.path(filePath)));
+             u"Error: Trying to read directory as a file: '%1'"_s.arg(project.path(filePath)));
     QVERIFY(document->isReadOnly());
 }
 
@@ -291,7 +293,7 @@ void TstReadDocuments::aFileThatCannotBeOpenedIsReported_data()
 
 void TstReadDocuments::aFileThatCannotBeOpenedIsReported()
 {
-    checkUnopenableDocument(u"Could not open %1 file for reading: '%2'\nError: %3"_qs);
+    checkUnopenableDocument(u"Could not open %1 file for reading: '%2'\nError: %3"_s);
 }
 
 void TstReadDocuments::aSynopsisThatCannotBeReadToItsEndIsReported()
@@ -301,7 +303,7 @@ void TstReadDocuments::aSynopsisThatCannotBeReadToItsEndIsReported()
     LoadedItem item;
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.synopsis(), &error));
-    QVERIFY2(error.startsWith(u"Could not open synopsis file for reading: '%1'\nError: "_qs.arg(
+    QVERIFY2(error.startsWith(u"Could not open synopsis file for reading: '%1'\nError: "_s.arg(
                  project.path(docsPath(TVL::SynopsisText)))),
              qPrintable(error));
     QVERIFY(item.synopsis()->isReadOnly());
@@ -315,8 +317,8 @@ void TstReadDocuments::anRtfThatCannotBeReadIsReported_data()
 
     const auto add = [](const char *name, const QByteArray &content) {
         QTest::addRow("%s of the main text", name)
-            << int(TVL::MainText) << u"document"_qs << content;
-        QTest::addRow("%s of the notes", name) << int(TVL::NotesText) << u"notes"_qs << content;
+            << int(TVL::MainText) << u"document"_s << content;
+        QTest::addRow("%s of the notes", name) << int(TVL::NotesText) << u"notes"_s << content;
     };
     add("cut-off RTF", "{\\rtf1\\ansi {Once upon");
     add("text behind the end", "{\\rtf1\\ansi Once upon} a time");
@@ -345,7 +347,7 @@ void TstReadDocuments::anRtfThatCannotBeReadIsReported()
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), document, &error));
     QCOMPARE(error,
-             u"RTF Reader failed loading %1 file: '%2'\nError: %3"_qs.arg(
+             u"RTF Reader failed loading %1 file: '%2'\nError: %3"_s.arg(
                  word, project.path(filePath), reader.errorString()));
     QVERIFY(document->isReadOnly());
     QCOMPARE(project.readFile(filePath), content);
@@ -353,15 +355,15 @@ void TstReadDocuments::anRtfThatCannotBeReadIsReported()
 
 void TstReadDocuments::aMessageHoldsAnyPath()
 {
-    const TestProject project(u"100%1 %2 %3"_qs);
+    const TestProject project(u"100%1 %2 %3"_s);
     const UnopenableFile unopenable;
     unopenable.linkTo(project, docsPath(TVL::MainText));
     LoadedItem item;
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
     QCOMPARE(error,
-             u"Could not open document file for reading: '"_qs
-                 + project.path(docsPath(TVL::MainText)) + u"'\nError: "_qs
+             u"Could not open document file for reading: '"_s
+                 + project.path(docsPath(TVL::MainText)) + u"'\nError: "_s
                  + UnopenableFile::errorText());
 }
 
@@ -369,7 +371,7 @@ void TstReadDocuments::errorsNeedNotBeAskedFor()
 {
     const TestProject project;
     project.writeFile(docsPath(TVL::MainText), "no RTF");
-    project.writeFile(docsPath(TVL::NotesText) + u"/file"_qs, {});
+    project.writeFile(docsPath(TVL::NotesText) + u"/file"_s, {});
     project.writeFile(docsPath(TVL::CommentsFile), "no XML");
     LoadedItem item;
     QVERIFY(!readAll(project, &item));
@@ -400,12 +402,12 @@ void TstReadDocuments::allDocumentsThatAreLoadedAreRead()
     project.writeFile(docsPath(TVL::NotesText), rtfOf("Notes"));
     project.writeFile(docsPath(TVL::SynopsisText), "Synopsis");
     LoadedItem item;
-    QStringList errors = {u"before"_qs};
+    QStringList errors = {u"before"_s};
     QVERIFY(readAll(project, &item, &errors));
-    QCOMPARE(item.text()->toPlainText(), u"Text"_qs);
-    QCOMPARE(item.notes()->toPlainText(), u"Notes"_qs);
-    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_qs);
-    QCOMPARE(errors, QStringList(u"before"_qs));
+    QCOMPARE(item.text()->toPlainText(), u"Text"_s);
+    QCOMPARE(item.notes()->toPlainText(), u"Notes"_s);
+    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_s);
+    QCOMPARE(errors, QStringList(u"before"_s));
 }
 
 void TstReadDocuments::documentsThatAreNotLoadedAreLeftOut()
@@ -417,7 +419,7 @@ void TstReadDocuments::documentsThatAreNotLoadedAreLeftOut()
     TVLTextDocument *text = std::exchange(item.node()->mTextDocument, nullptr);
     item.node()->mSynopsisDocument = nullptr;
     QVERIFY(readAll(project, &item));
-    QCOMPARE(item.notes()->toPlainText(), u"Notes"_qs);
+    QCOMPARE(item.notes()->toPlainText(), u"Notes"_s);
     QVERIFY(!text->isReadOnly());
 }
 
@@ -440,8 +442,8 @@ void TstReadDocuments::aFailureDoesNotStopTheOthers()
     LoadedItem item;
     QVERIFY(!readAll(project, &item));
     QVERIFY(item.text()->isReadOnly());
-    QCOMPARE(item.notes()->toPlainText(), u"Notes"_qs);
-    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_qs);
+    QCOMPARE(item.notes()->toPlainText(), u"Notes"_s);
+    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_s);
     QVERIFY(!item.notes()->isReadOnly());
     QVERIFY(!item.synopsis()->isReadOnly());
 }
@@ -451,14 +453,14 @@ void TstReadDocuments::errorsAreAppendedInTheirOrder()
     const TestProject project;
     for (const TVL::DocumentType type :
          {TVL::MainText, TVL::NotesText, TVL::SynopsisText, TVL::CommentsFile})
-        project.writeFile(docsPath(type) + u"/file"_qs, {});
+        project.writeFile(docsPath(type) + u"/file"_s, {});
     LoadedItem item;
-    QStringList errors = {u"before"_qs};
+    QStringList errors = {u"before"_s};
     QVERIFY(!readAll(project, &item, &errors));
-    const QString directory = u"Error: Trying to read directory as a file: '%1'"_qs;
+    const QString directory = u"Error: Trying to read directory as a file: '%1'"_s;
     QCOMPARE(errors,
-             (QStringList{u"before"_qs,
-                          u"Could not open comments file for reading: '%1'"_qs.arg(
+             (QStringList{u"before"_s,
+                          u"Could not open comments file for reading: '%1'"_s.arg(
                               project.path(docsPath(TVL::CommentsFile))),
                           directory.arg(project.path(docsPath(TVL::MainText))),
                           directory.arg(project.path(docsPath(TVL::NotesText))),
@@ -471,7 +473,7 @@ void TstReadDocuments::theSynopsisIsUnmodifiedInAnyCase_data()
 
     QTest::newRow("file") << docsPath(TVL::SynopsisText);
     QTest::newRow("no file") << docsPath(TVL::MainText);
-    QTest::newRow("failure") << docsPath(TVL::SynopsisText) + u"/file"_qs;
+    QTest::newRow("failure") << docsPath(TVL::SynopsisText) + u"/file"_s;
 }
 
 void TstReadDocuments::theSynopsisIsUnmodifiedInAnyCase()
@@ -503,7 +505,7 @@ void TstReadDocuments::commentsComeFromTheCommentsFile()
     comment.mColor = QColor(255, 0, 0);
     comment.mIsCollapsed = true;
     LoadedItem item;
-    item.edit(TVL::MainText, u"Once upon a time"_qs);
+    item.edit(TVL::MainText, u"Once upon a time"_s);
     TVLTextDoc::setComment(item.text(), {5, 4}, comment);
     writeAll(project, &item);
 
@@ -516,7 +518,7 @@ void TstReadDocuments::commentsComeFromTheCommentsFile()
 void TstReadDocuments::commentsOfALinksFileNeedAModel()
 {
     const TestProject project;
-    const TVLTextCommentLink comment(u"old"_qs, rtfOf("Old"));
+    const TVLTextCommentLink comment(u"old"_s, rtfOf("Old"));
     writeTextWithComment(project, comment);
     project.writeFile(
         docsPath(TVL::LinksFile),
@@ -546,7 +548,7 @@ void TstReadDocuments::commentsOfALinksFileAreNotForCommentsWithUuids()
 void TstReadDocuments::theCommentsFileWinsOverALinksFile()
 {
     const TestProject project;
-    const TVLTextCommentLink comment(u"id"_qs, rtfOf("New"));
+    const TVLTextCommentLink comment(u"id"_s, rtfOf("New"));
     writeTextWithComment(project, comment);
     project.writeFile(docsPath(TVL::CommentsFile), commentsFileOf(comment));
     project.writeFile(docsPath(TVL::LinksFile),
@@ -567,9 +569,9 @@ void TstReadDocuments::brokenCommentsAreReportedAndTheTextIsReadAllTheSame()
     QStringList errors;
     QVERIFY(!readAll(project, &item, &errors));
     QCOMPARE(errors,
-             QStringList(u"Could not load comments file: '%1'"_qs.arg(
+             QStringList(u"Could not load comments file: '%1'"_s.arg(
                  project.path(docsPath(TVL::CommentsFile)))));
-    QCOMPARE(item.text()->toPlainText(), u"Text"_qs);
+    QCOMPARE(item.text()->toPlainText(), u"Text"_s);
     QVERIFY(!item.text()->isReadOnly());
 }
 
@@ -582,7 +584,7 @@ void TstReadDocuments::aSynopsisAloneNeedsNoComments()
     item.node()->mTextDocument = nullptr;
     item.node()->mNotesDocument = nullptr;
     QVERIFY(readAll(project, &item));
-    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_qs);
+    QCOMPARE(item.synopsis()->toPlainText(), u"Synopsis"_s);
 }
 
 void TstReadDocuments::linksOfALinksFileAreSet_data()

@@ -22,6 +22,8 @@
 #include <cerrno>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -35,7 +37,7 @@ QByteArray linksXml(const QByteArray &textLinks)
 
 QString couldNotOpen(const TestProject &project, const QString &file, const QString &reason)
 {
-    return u"Could not open project notes file: '%1'\nError: %2"_qs.arg(project.path(file), reason);
+    return u"Could not open project notes file: '%1'\nError: %2"_s.arg(project.path(file), reason);
 }
 
 /** A project whose items with the ids 1 to 9 are known by their uuids. */
@@ -116,10 +118,10 @@ void TstReadProjectNotes::aProjectWithoutNotesIsLeftUntouched_data()
     QTest::addColumn<QString>("folder");
     QTest::addColumn<bool>("isReadOnly");
     QTest::newRow("no project") << QString() << false;
-    QTest::newRow("a project without files") << u"Settings"_qs << false;
-    QTest::newRow("a project without notes") << u"Files"_qs << false;
-    QTest::newRow("a read-only project without files") << u"Settings"_qs << true;
-    QTest::newRow("a read-only project without notes") << u"Files"_qs << true;
+    QTest::newRow("a project without files") << u"Settings"_s << false;
+    QTest::newRow("a project without notes") << u"Files"_s << false;
+    QTest::newRow("a read-only project without files") << u"Settings"_s << true;
+    QTest::newRow("a read-only project without notes") << u"Files"_s << true;
 }
 
 void TstReadProjectNotes::aProjectWithoutNotesIsLeftUntouched()
@@ -143,7 +145,7 @@ void TstReadProjectNotes::aProjectWithoutNotesIsLeftUntouched()
     QCOMPARE(notes.lines(), QStringList());
     QVERIFY(!QFileInfo::exists(project.path(NotesFolder)));
     QCOMPARE(QFileInfo::exists(project.path()), !folder.isEmpty());
-    QCOMPARE(QFileInfo::exists(project.path(u"Files"_qs)), folder == u"Files");
+    QCOMPARE(QFileInfo::exists(project.path(u"Files"_s)), folder == u"Files");
 }
 
 void TstReadProjectNotes::aFolderWithoutAnIndexIsAnEmptyList()
@@ -164,7 +166,7 @@ void TstReadProjectNotes::notesAreReadInTheOrderOfTheIndex()
         project.writeFile(noteFile(id), rtfOf("Text " + QByteArray::number(id)));
     const Files before = project.files();
     QCOMPARE(noteLinesIn(project),
-             QStringList({u"30 : Text 30"_qs, u"10 : Text 10"_qs, u"20 : Text 20"_qs}));
+             QStringList({u"30 : Text 30"_s, u"10 : Text 10"_s, u"20 : Text 20"_s}));
     QCOMPARE(project.files(), before);
 }
 
@@ -173,9 +175,9 @@ void TstReadProjectNotes::whatIsReadIsAppended()
     const TestProject project;
     writeThreeNotes(project);
     Notes notes;
-    notes.add(5, u"First"_qs, u"Text"_qs);
+    notes.add(5, u"First"_s, u"Text"_s);
     QVERIFY(notes.read(project));
-    QCOMPARE(notes.lines(), QStringList(u"5 First: Text"_qs) + ThreeNotes);
+    QCOMPARE(notes.lines(), QStringList(u"5 First: Text"_s) + ThreeNotes);
 }
 
 void TstReadProjectNotes::aReadNoteIsNobodysAndUnmodified()
@@ -201,13 +203,13 @@ void TstReadProjectNotes::aNoteWithoutAFileIsEmpty()
     writeThreeNotes(project);
     QVERIFY(QFile::remove(project.path(noteFile(11))));
     QCOMPARE(noteLinesIn(project),
-             QStringList({ThreeNotes.at(0), u"11 Title 11: "_qs, ThreeNotes.at(2)}));
+             QStringList({ThreeNotes.at(0), u"11 Title 11: "_s, ThreeNotes.at(2)}));
     QVERIFY(!QFileInfo::exists(project.path(noteFile(11))));
     Notes notes;
     QVERIFY(notes.read(project));
-    setNoteText(notes.at(1), u"Back"_qs);
+    setNoteText(notes.at(1), u"Back"_s);
     QVERIFY(notes.write(project));
-    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_qs);
+    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_s);
 }
 
 void TstReadProjectNotes::aNoteOfNoBytesIsEmpty()
@@ -216,14 +218,14 @@ void TstReadProjectNotes::aNoteOfNoBytesIsEmpty()
     writeThreeNotes(project);
     project.writeFile(noteFile(11), {});
     QCOMPARE(noteLinesIn(project),
-             QStringList({ThreeNotes.at(0), u"11 Title 11: "_qs, ThreeNotes.at(2)}));
+             QStringList({ThreeNotes.at(0), u"11 Title 11: "_s, ThreeNotes.at(2)}));
     Notes notes;
     QStringList errors;
     QVERIFY(notes.read(project, &errors));
     QCOMPARE(errors, QStringList());
-    setNoteText(notes.at(1), u"Back"_qs);
+    setNoteText(notes.at(1), u"Back"_s);
     QVERIFY(notes.write(project));
-    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_qs);
+    QCOMPARE(noteLinesIn(project).at(1), u"11 Title 11: Back"_s);
 }
 
 void TstReadProjectNotes::aTitleThatIsOnlyInTheIndexIsKept()
@@ -235,8 +237,8 @@ void TstReadProjectNotes::aTitleThatIsOnlyInTheIndexIsKept()
     project.writeFile(noteFile(10), rtfOf("Text"));
     project.writeFile(noteFile(11), rtfOf("{\\info{\\title Of the file}}Text"));
     project.writeFile(noteFile(12), rtfOf("Text"));
-    const QStringList expected = {u"10 Of the index: Text"_qs, u"11 Of the file: Text"_qs,
-                                  u"12 : Text"_qs};
+    const QStringList expected = {u"10 Of the index: Text"_s, u"11 Of the file: Text"_s,
+                                  u"12 : Text"_s};
     QCOMPARE(noteLinesIn(project), expected);
     Notes notes;
     QVERIFY(notes.read(project));
@@ -254,9 +256,9 @@ void TstReadProjectNotes::twoEntriesOfOneIdAreOneNote()
     Notes notes;
     QVERIFY(notes.read(project));
     QCOMPARE(notes.lines(), ThreeNotes.first(2));
-    setNoteText(notes.at(0), u"Changed"_qs);
+    setNoteText(notes.at(0), u"Changed"_s);
     QVERIFY(notes.write(project));
-    QCOMPARE(noteLinesIn(project).at(0), u"10 Title 10: Changed"_qs);
+    QCOMPARE(noteLinesIn(project).at(0), u"10 Title 10: Changed"_s);
 }
 
 void TstReadProjectNotes::entriesWithoutAnIdAreLeftOut()
@@ -286,14 +288,14 @@ void TstReadProjectNotes::anIndexThatCannotBeOpenedIsReported()
         unopenable.linkTo(project, NotesIndex);
     else
         QVERIFY(QFile::setPermissions(project.path(NotesIndex), ReducedPermissions::None));
-    expectLog(u"failed to open project notes"_qs);
+    expectLog(u"failed to open project notes"_s);
     Notes notes;
-    QStringList errors = {u"before"_qs};
+    QStringList errors = {u"before"_s};
     QVERIFY(!notes.read(project, &errors));
     const QString reason = hasPermission ? UnopenableFile::errorText() : qt_error_string(EACCES);
     QCOMPARE(errors,
-             QStringList({u"before"_qs,
-                          u"Failed to open project notes file: '%1'\nError: %2"_qs.arg(
+             QStringList({u"before"_s,
+                          u"Failed to open project notes file: '%1'\nError: %2"_s.arg(
                               project.path(NotesIndex), reason)}));
     QVERIFY(notes.mList.isEmpty());
 }
@@ -305,11 +307,11 @@ void TstReadProjectNotes::anIndexThatIsDamagedIsReported_data()
 
     QTest::newRow("nothing")
         << QByteArray()
-        << u"Unexpected tag  on line 1.  Expected tag ProjectNotes Line:1 Column: 0"_qs;
+        << u"Unexpected tag  on line 1.  Expected tag ProjectNotes Line:1 Column: 0"_s;
     QTest::newRow("no XML") << QByteArray("Once upon") << QString();
     QTest::newRow("cut off behind a note")
         << QByteArray("<ProjectNotes Version=\"1.0\">\n<Note ID=\"10\"/>\n")
-        << u"Premature end of document. Line:3 Column: 0"_qs;
+        << u"Premature end of document. Line:3 Column: 0"_s;
     QTest::newRow("cut off in a tag")
         << QByteArray("<ProjectNotes><Note ID=\"10\"/><Note I") << QString();
     QTest::newRow("another file") << QByteArray("<Snapshots Version=\"1.0\"/>") << QString();
@@ -333,10 +335,10 @@ void TstReadProjectNotes::anIndexThatIsDamagedIsReported()
     QVERIFY(!notes.read(project, &errors));
     QVERIFY(notes.mList.isEmpty());
     QCOMPARE(errors.size(), 1);
-    const QString start = u"Error reading project notes inside 'index.xml'.\nError: "_qs;
+    const QString start = u"Error reading project notes inside 'index.xml'.\nError: "_s;
     QVERIFY2(errors.constFirst().startsWith(start), qPrintable(errors.constFirst()));
-    QVERIFY(errors.constFirst().contains(u" Line:"_qs));
-    QVERIFY(errors.constFirst().contains(u" Column: "_qs));
+    QVERIFY(errors.constFirst().contains(u" Line:"_s));
+    QVERIFY(errors.constFirst().contains(u" Column: "_s));
     if (!reason.isEmpty())
         QCOMPARE(errors.constFirst(), start + reason);
     QCOMPARE(project.files(), before);
@@ -347,13 +349,13 @@ void TstReadProjectNotes::aFolderThatCannotBeUsedIsReported()
     const TestProject project;
     writeThreeNotes(project);
     const ReducedPermissions reduced(project.path(NotesFolder), ReducedPermissions::None);
-    expectLog(u"ERROR: Could not enter project notes directory: "_qs + project.path(NotesFolder));
+    expectLog(u"ERROR: Could not enter project notes directory: "_s + project.path(NotesFolder));
     Notes notes;
     QStringList errors;
     QVERIFY(!notes.read(project, &errors));
     QVERIFY(notes.mList.isEmpty());
     QCOMPARE(errors,
-             QStringList(u"Could not enter project notes directory: '%1'"_qs.arg(
+             QStringList(u"Could not enter project notes directory: '%1'"_s.arg(
                  project.path(NotesFolder))));
 }
 
@@ -379,7 +381,7 @@ void TstReadProjectNotes::aNoteThatCannotBeOpenedIsReportedAndTheOthersAreRead()
     QVERIFY(!notes.read(project, &errors));
     const QString reason = hasPermission ? UnopenableFile::errorText() : qt_error_string(EACCES);
     QCOMPARE(errors, QStringList(couldNotOpen(project, noteFile(11), reason)));
-    QCOMPARE(notes.lines(), QStringList({ThreeNotes.at(0), u"11 Title 11: "_qs, ThreeNotes.at(2)}));
+    QCOMPARE(notes.lines(), QStringList({ThreeNotes.at(0), u"11 Title 11: "_s, ThreeNotes.at(2)}));
 }
 
 void TstReadProjectNotes::aNoteThatIsDamagedIsReportedAndTheOthersAreRead_data()
@@ -400,11 +402,11 @@ void TstReadProjectNotes::aNoteThatIsDamagedIsReportedAndTheOthersAreRead()
     QCOMPARE(errors.size(), 1);
     QVERIFY2(errors.constFirst().startsWith(couldNotOpen(project, noteFile(11), QString())),
              qPrintable(errors.constFirst()));
-    QVERIFY(!errors.constFirst().endsWith(u"Error: "_qs));
+    QVERIFY(!errors.constFirst().endsWith(u"Error: "_s));
     QCOMPARE(notes.mList.size(), 3);
     QCOMPARE(notes.lines().at(0), ThreeNotes.at(0));
     QCOMPARE(notes.lines().at(2), ThreeNotes.at(2));
-    QCOMPARE(noteTitle(notes.at(1)), u"Title 11"_qs);
+    QCOMPARE(noteTitle(notes.at(1)), u"Title 11"_s);
     QVERIFY(!notes.at(1)->isModified());
     QCOMPARE(project.files(), before);
 }
@@ -416,7 +418,7 @@ void TstReadProjectNotes::whatCanBeReadOfADamagedNoteIsShown()
     project.writeFile(noteFile(11), "{\\rtf1\\ansi Once upon");
     Notes notes;
     QVERIFY(!notes.read(project));
-    QCOMPARE(notes.lines().at(1), u"11 Title 11: Once upon"_qs);
+    QCOMPARE(notes.lines().at(1), u"11 Title 11: Once upon"_s);
 }
 
 // --- There and back
@@ -424,13 +426,13 @@ void TstReadProjectNotes::whatCanBeReadOfADamagedNoteIsShown()
 void TstReadProjectNotes::titlesSurvive_data()
 {
     QTest::addColumn<QString>("title");
-    QTest::newRow("plain") << u"Places"_qs;
+    QTest::newRow("plain") << u"Places"_s;
     QTest::newRow("none") << QString();
-    QTest::newRow("of XML") << u"<Title>&amp;\"'</Title>"_qs;
-    QTest::newRow("of RTF") << u"\\par {braces} \\'e4;"_qs;
-    QTest::newRow("of a message") << u"100%1 %2 %n"_qs;
-    QTest::newRow("of another script") << u"\u6f22\u5b57 \u0639\u0631\u0628\u064a \u00e4\u00df"_qs;
-    QTest::newRow("beyond the first plane") << u"\U0001d11e \U0001f600"_qs;
+    QTest::newRow("of XML") << u"<Title>&amp;\"'</Title>"_s;
+    QTest::newRow("of RTF") << u"\\par {braces} \\'e4;"_s;
+    QTest::newRow("of a message") << u"100%1 %2 %n"_s;
+    QTest::newRow("of another script") << u"\u6f22\u5b57 \u0639\u0631\u0628\u064a \u00e4\u00df"_s;
+    QTest::newRow("beyond the first plane") << u"\U0001d11e \U0001f600"_s;
     QTest::newRow("long") << QString(5000, u'x');
 }
 
@@ -439,7 +441,7 @@ void TstReadProjectNotes::titlesSurvive()
     QFETCH(const QString, title);
     const TestProject project;
     Notes notes;
-    notes.add(10, title, u"Text"_qs);
+    notes.add(10, title, u"Text"_s);
     notes.add(11, title, QString());
     QVERIFY(notes.write(project));
     QCOMPARE(noteLinesIn(project), notes.lines());
@@ -457,7 +459,7 @@ void TstReadProjectNotes::idsSurvive()
     QFETCH(const int, id);
     const TestProject project;
     Notes notes;
-    notes.add(id, u"Title"_qs, u"Text"_qs);
+    notes.add(id, u"Title"_s, u"Text"_s);
     QVERIFY(notes.write(project));
     QVERIFY(QFileInfo::exists(project.path(noteFile(id))));
     QCOMPARE(noteLinesIn(project), notes.lines());
@@ -468,7 +470,7 @@ void TstReadProjectNotes::manyNotesSurvive()
     const TestProject project;
     Notes notes;
     for (int id = 1010; id > 10; --id)
-        notes.add(id, u"Title %1"_qs.arg(id), u"Text %1"_qs.arg(id));
+        notes.add(id, u"Title %1"_s.arg(id), u"Text %1"_s.arg(id));
     QVERIFY(notes.write(project));
     QCOMPARE(noteLinesIn(project), notes.lines());
 }
@@ -503,7 +505,7 @@ void TstReadProjectNotes::inlineNotesSurvive()
 {
     const TestProject project;
     Notes notes;
-    QTextDocument *note = notes.add(10, u"Title"_qs, u"Once upon a time"_qs);
+    QTextDocument *note = notes.add(10, u"Title"_s, u"Once upon a time"_s);
     QTextCursor cursor(note);
     cursor.setPosition(5);
     cursor.setPosition(9, QTextCursor::KeepAnchor);
@@ -512,10 +514,10 @@ void TstReadProjectNotes::inlineNotesSurvive()
     cursor.mergeCharFormat(format);
     QVERIFY(notes.write(project));
     // The document itself isn't touched.
-    QCOMPARE(note->toPlainText(), u"Once upon a time"_qs);
+    QCOMPARE(note->toPlainText(), u"Once upon a time"_s);
     Notes read;
     QVERIFY(read.read(project));
-    QCOMPARE(read.at(0)->toPlainText(), u"Once upon a time"_qs);
+    QCOMPARE(read.at(0)->toPlainText(), u"Once upon a time"_s);
     QTextCursor inNote(read.at(0));
     inNote.setPosition(7);
     QVERIFY(inNote.charFormat().boolProperty(TVLTextFormat::InlineAnnotation));
@@ -527,7 +529,7 @@ void TstReadProjectNotes::linksSurvive()
 {
     const TestProject project;
     Notes notes;
-    QTextDocument *note = notes.add(10, u"Title"_qs, u"Once upon a time"_qs);
+    QTextDocument *note = notes.add(10, u"Title"_s, u"Once upon a time"_s);
     const QMap<TVLTextRange, QString> links = {{{0, 4}, addressOf(1)}, {{10, 6}, addressOf(2)}};
     TVLTextDoc::setInternalLinks(note, links);
     QVERIFY(notes.write(project));
@@ -564,7 +566,7 @@ void TstReadProjectNotes::linksByUuidInTheFileWin()
 {
     const TestProject project;
     Notes notes;
-    TVLTextDoc::setInternalLinks(notes.add(10, QString(), u"Once upon a time"_qs),
+    TVLTextDoc::setInternalLinks(notes.add(10, QString(), u"Once upon a time"_s),
                                  {{{5, 4}, addressOf(1)}});
     QVERIFY(notes.write(project));
     project.writeFile(NotesIndex,
@@ -651,14 +653,14 @@ void TstReadProjectNotes::fileWithLinksByUuid()
 {
     QFETCH(const QByteArray, content);
     const TestProject project;
-    project.writeFile(u"file.rtf"_qs, content);
-    QTEST(Format::hasLinksInSyncFileFormat(project.path(u"file.rtf"_qs)), "expected");
+    project.writeFile(u"file.rtf"_s, content);
+    QTEST(Format::hasLinksInSyncFileFormat(project.path(u"file.rtf"_s)), "expected");
 }
 
 void TstReadProjectNotes::aFileThatIsNotThereHasNoLinks()
 {
     const TestProject project;
-    QVERIFY(!Format::hasLinksInSyncFileFormat(project.path(u"file.rtf"_qs)));
+    QVERIFY(!Format::hasLinksInSyncFileFormat(project.path(u"file.rtf"_s)));
     QVERIFY(!Format::hasLinksInSyncFileFormat(QString()));
     QVERIFY(!Format::hasLinksInSyncFileFormat(project.enclosingPath()));
 }

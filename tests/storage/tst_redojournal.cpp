@@ -11,6 +11,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** What a save is about to write survives whatever ends it. */
 class TstRedoJournal : public QObject
 {
@@ -40,8 +42,8 @@ private Q_SLOTS:
 
 namespace {
 
-const QString JournalFile = u"Files/redo.journal"_qs;
-const QString TextFile = u"Files/Docs/5.rtf"_qs;
+const QString JournalFile = u"Files/redo.journal"_s;
+const QString TextFile = u"Files/Docs/5.rtf"_s;
 const QByteArray OldWords = "{\\rtf1 Old words}";
 const QByteArray NewWords = "{\\rtf1 New words, and more of them}";
 
@@ -81,8 +83,8 @@ void expectLine(const char *pattern)
 /** The one file in the folder of words that have no place any more. */
 QByteArray recoveredWords(const TestProject &project)
 {
-    const QStringList names = QDir(project.path(u"Recovered"_qs)).entryList(QDir::Files);
-    return names.size() == 1 ? project.readFile(u"Recovered/"_qs + names.constFirst())
+    const QStringList names = QDir(project.path(u"Recovered"_s)).entryList(QDir::Files);
+    return names.size() == 1 ? project.readFile(u"Recovered/"_s + names.constFirst())
                              : QByteArray::number(names.size());
 }
 
@@ -123,7 +125,7 @@ void TstRedoJournal::anInterruptedSaveIsCompleted()
     QFETCH(const QByteArray, before);
     QFETCH(const QByteArray, after);
     const TestProject project;
-    project.writeFile(u"Files/Docs/1.rtf"_qs, "another");
+    project.writeFile(u"Files/Docs/1.rtf"_s, "another");
     if (!before.isNull())
         project.writeFile(TextFile, before);
     beginAndBeKilled(project, {{project.path(TextFile), NewWords}});
@@ -137,7 +139,7 @@ void TstRedoJournal::anInterruptedSaveIsCompleted()
     TVLRedoJournal::replay(project.path());
     QCOMPARE(project.readFile(TextFile), NewWords);
     QVERIFY(!QFile::exists(project.path(JournalFile)));
-    QVERIFY(!QFile::exists(project.path(u"Recovered"_qs)));
+    QVERIFY(!QFile::exists(project.path(u"Recovered"_s)));
 }
 
 void TstRedoJournal::otherWordsThatCameSinceStay()
@@ -171,23 +173,23 @@ void TstRedoJournal::aJournalThatCannotBeReadStays()
 {
     const TestProject project;
     project.writeFile(TextFile, OldWords);
-    project.writeFile(JournalFile + u"/file"_qs, "in a folder");
+    project.writeFile(JournalFile + u"/file"_s, "in a folder");
     expectLine("The journal of .* can't be read");
     TVLRedoJournal::replay(project.path());
     expectLine("Could not write the journal of .*, saving without");
     QVERIFY(tvlWriteJournaled(project.path(), {project.path(TextFile), NewWords}, nullptr));
     QCOMPARE(project.readFile(TextFile), NewWords);
-    QCOMPARE(project.readFile(JournalFile + u"/file"_qs), QByteArray("in a folder"));
+    QCOMPARE(project.readFile(JournalFile + u"/file"_s), QByteArray("in a folder"));
 }
 
 void TstRedoJournal::aJournalNeverWritesOutsideItsProject_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("above") << u"../stolen"_qs;
-    QTest::newRow("above, from below") << u"Files/../../stolen"_qs;
-    QTest::newRow("absolute") << u"/stolen"_qs;
+    QTest::newRow("above") << u"../stolen"_s;
+    QTest::newRow("above, from below") << u"Files/../../stolen"_s;
+    QTest::newRow("absolute") << u"/stolen"_s;
     QTest::newRow("none") << QString();
-    QTest::newRow("through a link") << u"Files/link/stolen"_qs;
+    QTest::newRow("through a link") << u"Files/link/stolen"_s;
 }
 
 void TstRedoJournal::aJournalNeverWritesOutsideItsProject()
@@ -195,19 +197,19 @@ void TstRedoJournal::aJournalNeverWritesOutsideItsProject()
     QFETCH(const QString, path);
     const TestProject project;
     project.writeFile(TextFile, OldWords);
-    QVERIFY(QFile::link(project.enclosingPath(), project.path(u"Files/link"_qs)));
+    QVERIFY(QFile::link(project.enclosingPath(), project.path(u"Files/link"_s)));
     project.writeFile(JournalFile, journalOf(path));
     expectLine("The journal of .* is cut off and was dropped");
     TVLRedoJournal::replay(project.path());
-    QVERIFY(!QFile::exists(project.enclosingPath() + u"/stolen"_qs));
-    QVERIFY(!QFile::exists(u"/stolen"_qs));
+    QVERIFY(!QFile::exists(project.enclosingPath() + u"/stolen"_s));
+    QVERIFY(!QFile::exists(u"/stolen"_s));
 }
 
 void TstRedoJournal::aJournalThatWasNeverFinishedIsSwept()
 {
     const TestProject project;
     project.writeFile(TextFile, OldWords);
-    project.writeFile(JournalFile + u".Ab12Cd"_qs, "half a");
+    project.writeFile(JournalFile + u".Ab12Cd"_s, "half a");
     TVLRedoJournal::replay(project.path());
     QCOMPARE(project.files(), (QMap<QString, QByteArray>{{TextFile, OldWords}}));
 }
@@ -215,7 +217,7 @@ void TstRedoJournal::aJournalThatWasNeverFinishedIsSwept()
 void TstRedoJournal::whatCouldNotBeWrittenStaysUntilItCan()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/5.rtf/file"_qs, "in a folder");
+    project.writeFile(u"Files/Docs/5.rtf/file"_s, "in a folder");
     const QString path = project.path(TextFile);
     QString error;
     expectLine("Trying again .*: 0 files written, 0 kept.*, 1 can't");
@@ -235,10 +237,10 @@ void TstRedoJournal::whatCouldNotBeWrittenStaysUntilItCan()
 void TstRedoJournal::theNextSaveKeepsWhatTheLastCouldNotWrite()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/5.rtf/file"_qs, "in a folder");
+    project.writeFile(u"Files/Docs/5.rtf/file"_s, "in a folder");
     expectLine("Trying again .*1 can't");
     QVERIFY(!tvlWriteJournaled(project.path(), {project.path(TextFile), NewWords}, nullptr));
-    const QString other = u"Files/Docs/6.rtf"_qs;
+    const QString other = u"Files/Docs/6.rtf"_s;
     expectLine("Trying again .*1 can't");
     QVERIFY(tvlWriteJournaled(project.path(), {project.path(other), OldWords}, nullptr));
     QVERIFY(QDir(project.path(TextFile)).removeRecursively());
@@ -261,7 +263,7 @@ void TstRedoJournal::aLaterSaveOfTheFileCounts()
 {
     QFETCH(const bool, isRemoved);
     const TestProject project;
-    project.writeFile(u"Files/Docs/5.rtf/file"_qs, "in a folder");
+    project.writeFile(u"Files/Docs/5.rtf/file"_s, "in a folder");
     const QString path = project.path(TextFile);
     expectLine("Trying again .*1 can't");
     QVERIFY(!tvlWriteJournaled(project.path(), {path, NewWords}, nullptr));
@@ -277,8 +279,8 @@ void TstRedoJournal::aLaterSaveOfTheFileCounts()
 void TstRedoJournal::commentsWaitForTheirText()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/5.rtf/file"_qs, "in a folder");
-    const QString comments = u"Files/Docs/5.comments"_qs;
+    project.writeFile(u"Files/Docs/5.rtf/file"_s, "in a folder");
+    const QString comments = u"Files/Docs/5.comments"_s;
     project.writeFile(comments, "<old/>");
     beginAndBeKilled(
         project, {{project.path(TextFile), NewWords}, {project.path(comments), "<new/>", true}});
@@ -299,7 +301,7 @@ void TstRedoJournal::aFileIsReadAsTheJournalHasIt()
     QVERIFY(!TVLRedoJournal::pendingContent(project.path(), path));
     beginAndBeKilled(project, {{path, NewWords}});
     QCOMPARE(TVLRedoJournal::pendingContent(project.path(), path), NewWords);
-    QVERIFY(!TVLRedoJournal::pendingContent(project.path(), path + u"x"_qs));
+    QVERIFY(!TVLRedoJournal::pendingContent(project.path(), path + u"x"_s));
     project.writeFile(TextFile, "");
     QCOMPARE(TVLRedoJournal::pendingContent(project.path(), path), NewWords);
     project.writeFile(TextFile, "other");
@@ -319,7 +321,7 @@ void TstRedoJournal::rawTextsOfABinderAreReadAsTheJournalHasThem()
 void TstRedoJournal::aGivenUpChangeLeavesWhatWasThere()
 {
     const TestProject project;
-    project.writeFile(u"Files/Docs/5.rtf/file"_qs, "in a folder");
+    project.writeFile(u"Files/Docs/5.rtf/file"_s, "in a folder");
     const auto before = project.files();
     bool couldOpen = true;
     QString error;
@@ -333,7 +335,7 @@ void TstRedoJournal::aLinkInTheJournalsPlaceIsReplaced()
 {
     const TestProject project;
     project.writeFile(TextFile, OldWords);
-    const QString elsewhere = project.enclosingPath() + u"/elsewhere"_qs;
+    const QString elsewhere = project.enclosingPath() + u"/elsewhere"_s;
     QFile other(elsewhere);
     QVERIFY(other.open(QIODevice::WriteOnly));
     QCOMPARE(other.write("somebody else's"), 15);

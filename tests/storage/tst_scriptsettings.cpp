@@ -8,11 +8,13 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using Format = TVLProjectFolderFormat;
 
 namespace {
 
-const QString ModeFile = u"Settings/scriptformat.xml"_qs;
+const QString ModeFile = u"Settings/scriptformat.xml"_s;
 
 TVLScriptMode modeCalled(const QString &title)
 {
@@ -45,12 +47,12 @@ void TstScriptSettings::aModeIsWrittenAndRead()
 {
     const TestProject project;
     QString error;
-    QVERIFY(Format::writeScriptSettings(project.path(), modeCalled(u"Opera"_qs), &error));
+    QVERIFY(Format::writeScriptSettings(project.path(), modeCalled(u"Opera"_s), &error));
     QCOMPARE(error, QString());
-    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Opera"_qs).toXml());
+    QCOMPARE(project.readFile(ModeFile), modeCalled(u"Opera"_s).toXml());
     TVLScriptMode mode;
     QVERIFY(Format::readScriptSettings(project.path(), &mode, &error));
-    QVERIFY(mode == modeCalled(u"Opera"_qs));
+    QVERIFY(mode == modeCalled(u"Opera"_s));
     QCOMPARE(error, QString());
 }
 
@@ -58,10 +60,10 @@ void TstScriptSettings::theProjectMayBeNamedByItsBinder()
 {
     const TestProject project;
     QVERIFY(project.create());
-    QVERIFY(Format::writeScriptSettings(project.binderPath(), modeCalled(u"Opera"_qs)));
+    QVERIFY(Format::writeScriptSettings(project.binderPath(), modeCalled(u"Opera"_s)));
     TVLScriptMode mode;
     QVERIFY(Format::readScriptSettings(project.binderPath(), &mode));
-    QCOMPARE(mode.mTitle, u"Opera"_qs);
+    QCOMPARE(mode.mTitle, u"Opera"_s);
     QVERIFY(QFileInfo::exists(project.path(ModeFile)));
 }
 
@@ -78,10 +80,10 @@ void TstScriptSettings::aModeReplacesTheOneBefore()
 void TstScriptSettings::aProjectWithoutTheFileLeavesTheMode()
 {
     const TestProject project;
-    project.writeFile(u"Settings/ui.ini"_qs, "");
-    TVLScriptMode mode = modeCalled(u"Opera"_qs);
+    project.writeFile(u"Settings/ui.ini"_s, "");
+    TVLScriptMode mode = modeCalled(u"Opera"_s);
     QVERIFY(Format::readScriptSettings(project.path(), &mode));
-    QVERIFY(mode == modeCalled(u"Opera"_qs));
+    QVERIFY(mode == modeCalled(u"Opera"_s));
 }
 
 void TstScriptSettings::lookingForTheFileMakesNothing()
@@ -97,11 +99,11 @@ void TstScriptSettings::aDamagedFileLeavesTheModeAndItself()
     const TestProject project;
     const QByteArray damaged = TVLScriptMode::factoryDefaults().toXml().chopped(20);
     project.writeFile(ModeFile, damaged);
-    TVLScriptMode mode = modeCalled(u"Opera"_qs);
+    TVLScriptMode mode = modeCalled(u"Opera"_s);
     QString error;
     QVERIFY(!Format::readScriptSettings(project.path(), &mode, &error));
     QVERIFY(!error.isEmpty());
-    QVERIFY(mode == modeCalled(u"Opera"_qs));
+    QVERIFY(mode == modeCalled(u"Opera"_s));
     QCOMPARE(project.readFile(ModeFile), damaged);
 }
 
@@ -111,7 +113,7 @@ void TstScriptSettings::aModeThatCannotBeStoredLeavesTheFile()
     project.writeFile(ModeFile, "what was there");
     QString error;
     QVERIFY(!Format::writeScriptSettings(project.path(), modeCalled(QChar(1)), &error));
-    QCOMPARE(error, u"The script mode has names that can't be stored."_qs);
+    QCOMPARE(error, u"The script mode has names that can't be stored."_s);
     QCOMPARE(project.readFile(ModeFile), QByteArray("what was there"));
     QVERIFY(!Format::writeScriptSettings(project.path(), modeCalled(QChar(1))));
 }
@@ -119,24 +121,24 @@ void TstScriptSettings::aModeThatCannotBeStoredLeavesTheFile()
 void TstScriptSettings::aFolderInPlaceOfTheFileIsToldOf()
 {
     const TestProject project;
-    project.writeFile(ModeFile + u"/inside"_qs, "x");
+    project.writeFile(ModeFile + u"/inside"_s, "x");
     QString error;
     QVERIFY(!Format::writeScriptSettings(project.path(), TVLScriptMode(), &error));
     QVERIFY(!error.isEmpty());
-    TVLScriptMode mode = modeCalled(u"Opera"_qs);
+    TVLScriptMode mode = modeCalled(u"Opera"_s);
     QVERIFY(!Format::readScriptSettings(project.path(), &mode));
-    QVERIFY(mode == modeCalled(u"Opera"_qs));
+    QVERIFY(mode == modeCalled(u"Opera"_s));
 }
 
 void TstScriptSettings::aFileInPlaceOfTheFolderIsToldOf()
 {
     const TestProject project;
-    project.writeFile(u"Settings"_qs, "a file");
+    project.writeFile(u"Settings"_s, "a file");
     QString error;
     QVERIFY(!Format::writeScriptSettings(project.path(), TVLScriptMode(), &error));
     QVERIFY(!error.isEmpty());
     // Nothing is written beside the place where it belongs.
-    QCOMPARE(project.files().keys(), QStringList({u"Settings"_qs}));
+    QCOMPARE(project.files().keys(), QStringList({u"Settings"_s}));
 }
 
 void TstScriptSettings::theTagsAreThoseOfTheBinder_data()

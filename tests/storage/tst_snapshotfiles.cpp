@@ -18,6 +18,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -28,13 +30,13 @@ constexpr int Id = 12;
 bool addDocument(const TestProject &project, const QTextDocument &document, int second = 0,
                  QString *error = nullptr)
 {
-    return Format::addSnapshot(project.path(), Id, snapshotOf(u"Title"_qs, second), &document,
+    return Format::addSnapshot(project.path(), Id, snapshotOf(u"Title"_s, second), &document,
                                error);
 }
 
 QString alreadyExists(const TestProject &project, const QString &file)
 {
-    return u"Snapshot file already exists. Will not overwrite snapshot file: '%1'"_qs.arg(
+    return u"Snapshot file already exists. Will not overwrite snapshot file: '%1'"_s.arg(
         project.path(file));
 }
 
@@ -127,8 +129,8 @@ void TstSnapshotFiles::aFileIsNamedByItsDateInUtc()
     const TestProject project;
     const QDateTime date(QDate(2026, 3, 1), QTime(1, 2, 3, 456), Qt::OffsetFromUTC, -3600);
     QCOMPARE(Format::snapshotFilePath(project.path(), 7, date),
-             project.path(u"Snapshots/7.snapshots/2026-03-01-02-02-03+0000.rtf"_qs));
-    QVERIFY(QFileInfo(project.path(u"Snapshots/7.snapshots"_qs)).isDir());
+             project.path(u"Snapshots/7.snapshots/2026-03-01-02-02-03+0000.rtf"_s));
+    QVERIFY(QFileInfo(project.path(u"Snapshots/7.snapshots"_s)).isDir());
     QVERIFY(project.files().isEmpty());
     QCOMPARE(Format::snapshotFilePath(project.binderPath(), 7, date),
              Format::snapshotFilePath(project.path(), 7, date));
@@ -138,10 +140,10 @@ void TstSnapshotFiles::aFileOfNoFolderOrNoDateHasNoPath()
 {
     const TestProject project;
     QCOMPARE(Format::snapshotFilePath(project.path(), 7, QDateTime()), QString());
-    project.writeFile(u"Snapshots/8.snapshots"_qs, "a file");
+    project.writeFile(u"Snapshots/8.snapshots"_s, "a file");
     QCOMPARE(Format::snapshotFilePath(project.path(), 8, momentOf(0)), QString());
     const TestProject other;
-    other.writeFile(u"Snapshots"_qs, "a file");
+    other.writeFile(u"Snapshots"_s, "a file");
     QCOMPARE(Format::snapshotFilePath(other.path(), 7, momentOf(0)), QString());
 }
 
@@ -170,7 +172,7 @@ void TstSnapshotFiles::commentsFootnotesAndLinksAreReadAsTheyWere()
     const TestProject project;
     QTextDocument document;
     QTextCursor cursor(&document);
-    cursor.insertText(u"Comment Footnote Link Web annotation footnote "_qs);
+    cursor.insertText(u"Comment Footnote Link Web annotation footnote "_s);
     TVLTextCommentLink footnote = numberedComment(2);
     footnote.mIsFootnote = true;
     footnote.mNumber = 3;
@@ -179,11 +181,11 @@ void TstSnapshotFiles::commentsFootnotesAndLinksAreReadAsTheyWere()
     TVLTextDoc::setInternalLinks(&document,
                                  {{{17, 4}, TVLTextFormat::internalLinkAddress(uuidOf(4))}});
     QTextCharFormat web;
-    TVLTextFormat::setLink(&web, u"https://example.org/"_qs);
+    TVLTextFormat::setLink(&web, u"https://example.org/"_s);
     QTextCharFormat note;
     note.setProperty(TVLTextFormat::InlineAnnotation, true);
-    cursor.insertText(u"web"_qs, web);
-    cursor.insertText(u"annotation {footnote| |annotation}"_qs, note);
+    cursor.insertText(u"web"_s, web);
+    cursor.insertText(u"annotation {footnote| |annotation}"_s, note);
     cursor.insertTable(2, 3);
 
     QVERIFY(addDocument(project, document));
@@ -197,10 +199,10 @@ void TstSnapshotFiles::commentsFootnotesAndLinksAreReadAsTheyWere()
 void TstSnapshotFiles::anEmptyTextHasASnapshotToo()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"Empty"_qs, 0, QString()), QString());
+    QCOMPARE(addSnapshot(project, u"Empty"_s, 0, QString()), QString());
     QVERIFY(QFileInfo::exists(project.path(snapshotFile(0))));
     QCOMPARE(snapshotText(project, 0), QString());
-    QCOMPARE(snapshotTitles(project), QStringList{u"Empty"_qs});
+    QCOMPARE(snapshotTitles(project), QStringList{u"Empty"_s});
 }
 
 void TstSnapshotFiles::theTextItselfIsNotTouched()
@@ -209,7 +211,7 @@ void TstSnapshotFiles::theTextItselfIsNotTouched()
     QTextDocument document;
     QTextCharFormat note;
     note.setProperty(TVLTextFormat::InlineFootnote, true);
-    QTextCursor(&document).insertText(u"a footnote"_qs, note);
+    QTextCursor(&document).insertText(u"a footnote"_s, note);
     document.setModified(false);
     const int revision = document.revision();
     QVERIFY(addDocument(project, document));
@@ -221,18 +223,18 @@ void TstSnapshotFiles::theTextItselfIsNotTouched()
 void TstSnapshotFiles::readingReplacesWhatADocumentHolds()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text\nof a snapshot"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text\nof a snapshot"_s), QString());
     QTextDocument document;
-    document.setPlainText(u"what was there"_qs);
-    QVERIFY(Format::readSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0), &document, {}));
-    QCOMPARE(document.toPlainText(), u"text\nof a snapshot"_qs);
+    document.setPlainText(u"what was there"_s);
+    QVERIFY(Format::readSnapshot(project.path(), Id, snapshotOf(u"First"_s, 0), &document, {}));
+    QCOMPARE(document.toPlainText(), u"text\nof a snapshot"_s);
 }
 
 void TstSnapshotFiles::linksByIdBecomeLinksByUuid()
 {
     const TestProject project;
     QTextDocument document;
-    document.setPlainText(u"first second third"_qs);
+    document.setPlainText(u"first second third"_s);
     TVLTextDoc::setInternalLinks(&document,
                                  {{{0, 5}, TVLTextFormat::internalLinkAddress(4)},
                                   {{13, 5}, TVLTextFormat::internalLinkAddress(uuidOf(6))}});
@@ -280,7 +282,7 @@ void TstSnapshotFiles::whatCannotBeReadIsAFailure()
         project.writeFile(snapshotFile(0), content);
     const Files before = project.files();
     QTextDocument document;
-    const TVLSnapshotInfo info = snapshotOf(u"First"_qs, 0);
+    const TVLSnapshotInfo info = snapshotOf(u"First"_s, 0);
     QVERIFY(!Format::readSnapshot(project.path(), Id, info, &document, {}));
     QVERIFY(!Format::readSnapshot(project.path(), Id, info, nullptr, {}));
     QCOMPARE(project.files(), before);
@@ -291,8 +293,8 @@ void TstSnapshotFiles::readingMakesNoFolder()
     const TestProject project;
     QTextDocument document;
     for (const int second : {0, 1})
-        QVERIFY(!Format::readSnapshot(project.path(), Id, snapshotOf(u"First"_qs, second),
-                                      &document, {}));
+        QVERIFY(!Format::readSnapshot(project.path(), Id, snapshotOf(u"First"_s, second), &document,
+                                      {}));
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
 }
 
@@ -300,7 +302,7 @@ void TstSnapshotFiles::noDocumentIsAFailureWithoutAMessage()
 {
     const TestProject project;
     QString error;
-    QVERIFY(!Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0), nullptr, &error));
+    QVERIFY(!Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_s, 0), nullptr, &error));
     QCOMPARE(error, QString());
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
@@ -314,39 +316,39 @@ void TstSnapshotFiles::aTextThatCouldNotBeReadMakesNone()
     QString error;
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
     QVERIFY(
-        !Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_qs, 0), item.text(), &error));
-    QCOMPARE(error, u"There is no snapshot of a text that could not be read"_qs);
+        !Format::addSnapshot(project.path(), Id, snapshotOf(u"First"_s, 0), item.text(), &error));
+    QCOMPARE(error, u"There is no snapshot of a text that could not be read"_s);
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
 }
 
 void TstSnapshotFiles::aSecondSnapshotInTheSameSecondFails()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"first text"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"first text"_s), QString());
     const Files before = project.files();
-    QCOMPARE(addSnapshot(project, u"Second"_qs, 0, u"second text"_qs),
+    QCOMPARE(addSnapshot(project, u"Second"_s, 0, u"second text"_s),
              alreadyExists(project, snapshotFile(0)));
     QTextDocument document;
-    TVLSnapshotInfo within = snapshotOf(u"Third"_qs, 0);
+    TVLSnapshotInfo within = snapshotOf(u"Third"_s, 0);
     within.mDate = within.mDate.addMSecs(999);
     QString error;
     QVERIFY(!Format::writeSnapshotDocument(project.path(), Id, within, &document, &error));
     QCOMPARE(error, alreadyExists(project, snapshotFile(0)));
     QVERIFY(!Format::addSnapshot(project.path(), Id, within, &document, nullptr));
     QCOMPARE(project.files(), before);
-    QCOMPARE(snapshotTitles(project), QStringList{u"First"_qs});
-    QCOMPARE(snapshotText(project, 0), u"first text"_qs);
+    QCOMPARE(snapshotTitles(project), QStringList{u"First"_s});
+    QCOMPARE(snapshotText(project, 0), u"first text"_s);
 }
 
 void TstSnapshotFiles::aFileThatCannotBeOpenedIsReported()
 {
     const TestProject project;
     QVERIFY(QDir().mkpath(project.path(snapshotsFolder())));
-    QVERIFY(QFile::link(project.path(u"missing/file"_qs), project.path(snapshotFile(0))));
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs),
-             u"Could not open snapshot file for writing: '%1'\nError: %2"_qs.arg(
+    QVERIFY(QFile::link(project.path(u"missing/file"_s), project.path(snapshotFile(0))));
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s),
+             u"Could not open snapshot file for writing: '%1'\nError: %2"_s.arg(
                  project.path(snapshotFile(0)),
-                 u"'%1' is a link, and what it leads to is not written"_qs.arg(
+                 u"'%1' is a link, and what it leads to is not written"_s.arg(
                      project.path(snapshotFile(0)))));
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
 }
@@ -357,51 +359,51 @@ void TstSnapshotFiles::aFolderThatCannotBeMadeIsReported()
     project.writeFile(snapshotsFolder(), "a file");
     const QTextDocument document;
     QString error;
-    QVERIFY(!Format::writeSnapshotDocument(project.path(), Id, snapshotOf(u"First"_qs, 0),
-                                           &document, &error));
-    QVERIFY(error.startsWith(u"Could not open snapshot file for writing: ''\nError: "_qs));
+    QVERIFY(!Format::writeSnapshotDocument(project.path(), Id, snapshotOf(u"First"_s, 0), &document,
+                                           &error));
+    QVERIFY(error.startsWith(u"Could not open snapshot file for writing: ''\nError: "_s));
     QCOMPARE(project.readFile(snapshotsFolder()), "a file");
 }
 
 void TstSnapshotFiles::aTextThatCannotBeWrittenIsReported()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"first"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"first"_s), QString());
     const Files before = project.files();
     {
         const FileSizeLimit limit(4096);
-        QCOMPARE(addSnapshot(project, u"Second"_qs, 1, QString(10000, u'x')),
-                 u"RTF Writer failed generating RTF contents for snapshot file: '%1'"_qs.arg(
+        QCOMPARE(addSnapshot(project, u"Second"_s, 1, QString(10000, u'x')),
+                 u"RTF Writer failed generating RTF contents for snapshot file: '%1'"_s.arg(
                      project.path(snapshotFile(1))));
     }
     // Half a text would stand in the way of the next attempt.
     QCOMPARE(project.files(), before);
-    QCOMPARE(addSnapshot(project, u"Second"_qs, 1, QString(10000, u'x')), QString());
+    QCOMPARE(addSnapshot(project, u"Second"_s, 1, QString(10000, u'x')), QString());
 }
 
 void TstSnapshotFiles::aFailedIndexLeavesTheTextOnDisk()
 {
     const TestProject project;
     QVERIFY(QDir().mkpath(project.path(snapshotsFolder())));
-    QVERIFY(QFile::link(project.path(u"missing/file"_qs), project.path(snapshotsIndex())));
+    QVERIFY(QFile::link(project.path(u"missing/file"_s), project.path(snapshotsIndex())));
     QCOMPARE(
-        addSnapshot(project, u"First"_qs, 0, u"text"_qs),
-        u"Could not write the index of the snapshots: '%1'"_qs.arg(project.path(snapshotsIndex())));
-    QCOMPARE(snapshotText(project, 0), u"text"_qs);
+        addSnapshot(project, u"First"_s, 0, u"text"_s),
+        u"Could not write the index of the snapshots: '%1'"_s.arg(project.path(snapshotsIndex())));
+    QCOMPARE(snapshotText(project, 0), u"text"_s);
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
 }
 
 void TstSnapshotFiles::anOldNameIsBroughtIntoItsPresentFormOnce()
 {
     const TestProject project;
-    const QString oldName = snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_qs;
+    const QString oldName = snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_s;
     project.writeFile(oldName, rtfOf("old"));
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"Old"_qs, 0)}));
+    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"Old"_s, 0)}));
     Format::fixSnapshotFileNames(project.path(), Id);
     QVERIFY(!QFileInfo::exists(project.path(oldName)));
     QCOMPARE(project.readFile(snapshotFile(0)), rtfOf("old"));
 
-    const QString laterName = snapshotsFolder() + u"/2026-03-01-06-30-01+0200.rtf"_qs;
+    const QString laterName = snapshotsFolder() + u"/2026-03-01-06-30-01+0200.rtf"_s;
     project.writeFile(laterName, rtfOf("later"));
     const Files before = project.files();
     Format::fixSnapshotFileNames(project.path(), Id);
@@ -411,10 +413,10 @@ void TstSnapshotFiles::anOldNameIsBroughtIntoItsPresentFormOnce()
 void TstSnapshotFiles::presentNamesAndIndexesAreLeftAlone()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"First"_qs, 0, u"text"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"First"_s, 0, u"text"_s), QString());
     setAge(project.path(snapshotsIndex()), 10);
     const QDateTime age = QFileInfo(project.path(snapshotsIndex())).lastModified();
-    const TestProject copy(u"Copy"_qs);
+    const TestProject copy(u"Copy"_s);
     const Files before = project.files();
     QVERIFY(QDir().rename(project.path(), copy.path()));
     Format::fixSnapshotFileNames(copy.path(), Id);
@@ -429,8 +431,8 @@ void TstSnapshotFiles::anIndexIsBroughtIntoItsPresentForm()
                       "<Snapshots><Snapshot><Date>2026-03-01 06:30:00 +0200"
                       "</Date><Title>Old</Title></Snapshot></Snapshots>");
     Format::fixSnapshotFileNames(project.path(), Id);
-    const TestProject other(u"Other"_qs);
-    QVERIFY(Format::writeSnapshots(other.path(), Id, {snapshotOf(u"Old"_qs, 0)}));
+    const TestProject other(u"Other"_s);
+    QVERIFY(Format::writeSnapshots(other.path(), Id, {snapshotOf(u"Old"_s, 0)}));
     QCOMPARE(project.readFile(snapshotsIndex()), other.readFile(snapshotsIndex()));
 }
 
@@ -448,9 +450,9 @@ void TstSnapshotFiles::aNameThatIsTakenOrNoDateStays()
     const TestProject project;
     project.writeFile(snapshotsIndex(), indexWithLinks({}));
     project.writeFile(snapshotFile(0), rtfOf("present"));
-    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_qs, rtfOf("old"));
-    project.writeFile(snapshotsFolder() + u"/draft.rtf"_qs, rtfOf("draft"));
-    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.txt"_qs, "text");
+    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_s, rtfOf("old"));
+    project.writeFile(snapshotsFolder() + u"/draft.rtf"_s, rtfOf("draft"));
+    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.txt"_s, "text");
     Files before = project.files();
     Format::fixSnapshotFileNames(project.path(), Id);
     Files after = project.files();
@@ -475,7 +477,7 @@ void TstSnapshotFiles::textsThatNoIndexKnowsOfSurviveTheRepair()
         project.writeFile(snapshotsIndex(), index);
     const Files before = project.files();
     Format::fixSnapshotFileNames(project.path(), Id);
-    QCOMPARE(snapshotText(project, 0), u"text"_qs);
+    QCOMPARE(snapshotText(project, 0), u"text"_s);
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13}));
     QCOMPARE(project.files(), before);
 }
@@ -483,46 +485,46 @@ void TstSnapshotFiles::textsThatNoIndexKnowsOfSurviveTheRepair()
 void TstSnapshotFiles::snapshotsOfOthersAreAdded()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"Own"_qs, 5, u"own"_qs), QString());
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs, 13), QString());
-    QCOMPARE(addSnapshot(project, u"B"_qs, 2, u"b"_qs, 13), QString());
-    QCOMPARE(addSnapshot(project, u"C"_qs, 3, u"c"_qs, 14), QString());
+    QCOMPARE(addSnapshot(project, u"Own"_s, 5, u"own"_s), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s, 13), QString());
+    QCOMPARE(addSnapshot(project, u"B"_s, 2, u"b"_s, 13), QString());
+    QCOMPARE(addSnapshot(project, u"C"_s, 3, u"c"_s, 14), QString());
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13, Id, 15, 14, 13}));
-    QCOMPARE(snapshotTitles(project), (QStringList{u"Own"_qs, u"A"_qs, u"B"_qs, u"C"_qs}));
-    QCOMPARE(snapshotText(project, 5), u"own"_qs);
-    QCOMPARE(snapshotText(project, 2), u"b"_qs);
-    QCOMPARE(snapshotText(project, 3), u"c"_qs);
+    QCOMPARE(snapshotTitles(project), (QStringList{u"Own"_s, u"A"_s, u"B"_s, u"C"_s}));
+    QCOMPARE(snapshotText(project, 5), u"own"_s);
+    QCOMPARE(snapshotText(project, 2), u"b"_s);
+    QCOMPARE(snapshotText(project, 3), u"c"_s);
     // To an item that has none yet.
     QVERIFY(Format::mergeSnapshots(project.path(), 16, {14}));
     QVERIFY(Format::hasSnapshots(project.path(), 16));
-    QCOMPARE(snapshotText(project, 3, 16), u"c"_qs);
+    QCOMPARE(snapshotText(project, 3, 16), u"c"_s);
 }
 
 void TstSnapshotFiles::theSourceKeepsItsSnapshots()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs, 13), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s, 13), QString());
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13}));
-    QCOMPARE(snapshotTitles(project, 13), QStringList{u"A"_qs});
-    QCOMPARE(snapshotText(project, 1, 13), u"a"_qs);
+    QCOMPARE(snapshotTitles(project, 13), QStringList{u"A"_s});
+    QCOMPARE(snapshotText(project, 1, 13), u"a"_s);
 }
 
 void TstSnapshotFiles::aSnapshotOfTheSameSecondIsDropped()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"Own"_qs, 1, u"own"_qs), QString());
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs, 13), QString());
-    QCOMPARE(addSnapshot(project, u"B"_qs, 2, u"b"_qs, 13), QString());
+    QCOMPARE(addSnapshot(project, u"Own"_s, 1, u"own"_s), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s, 13), QString());
+    QCOMPARE(addSnapshot(project, u"B"_s, 2, u"b"_s, 13), QString());
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13}));
-    QCOMPARE(snapshotTitles(project), (QStringList{u"Own"_qs, u"B"_qs}));
-    QCOMPARE(snapshotText(project, 1), u"own"_qs);
-    QCOMPARE(snapshotText(project, 1, 13), u"a"_qs);
+    QCOMPARE(snapshotTitles(project), (QStringList{u"Own"_s, u"B"_s}));
+    QCOMPARE(snapshotText(project, 1), u"own"_s);
+    QCOMPARE(snapshotText(project, 1, 13), u"a"_s);
 }
 
 void TstSnapshotFiles::aMissingTextIsDropped()
 {
     const TestProject project;
-    QVERIFY(Format::writeSnapshots(project.path(), 13, {snapshotOf(u"Gone"_qs, 1)}));
+    QVERIFY(Format::writeSnapshots(project.path(), 13, {snapshotOf(u"Gone"_s, 1)}));
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13}));
     QVERIFY(!Format::hasSnapshots(project.path(), Id));
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder())));
@@ -531,10 +533,10 @@ void TstSnapshotFiles::aMissingTextIsDropped()
 void TstSnapshotFiles::filesOfOldNamesAreMergedToo()
 {
     const TestProject project;
-    project.writeFile(snapshotsFolder(13) + u"/2026-03-01-06-30-00+0200.rtf"_qs, rtfOf("old"));
-    QVERIFY(Format::writeSnapshots(project.path(), 13, {snapshotOf(u"Old"_qs, 0)}));
+    project.writeFile(snapshotsFolder(13) + u"/2026-03-01-06-30-00+0200.rtf"_s, rtfOf("old"));
+    QVERIFY(Format::writeSnapshots(project.path(), 13, {snapshotOf(u"Old"_s, 0)}));
     QVERIFY(Format::mergeSnapshots(project.path(), Id, {13}));
-    QCOMPARE(snapshotText(project, 0), u"old"_qs);
+    QCOMPARE(snapshotText(project, 0), u"old"_s);
 }
 
 void TstSnapshotFiles::mergingNothingMakesNothing()
@@ -549,14 +551,14 @@ void TstSnapshotFiles::mergingNothingMakesNothing()
 void TstSnapshotFiles::aDiskThatTakesNoCopyIsAFailure()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, QString(10000, u'x'), 13), QString());
-    QCOMPARE(addSnapshot(project, u"B"_qs, 2, u"short"_qs, 13), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, QString(10000, u'x'), 13), QString());
+    QCOMPARE(addSnapshot(project, u"B"_s, 2, u"short"_s, 13), QString());
     {
         const FileSizeLimit limit(4096);
         QVERIFY(!Format::mergeSnapshots(project.path(), Id, {13}));
     }
-    QCOMPARE(snapshotTitles(project), QStringList{u"B"_qs});
-    QCOMPARE(snapshotText(project, 2), u"short"_qs);
+    QCOMPARE(snapshotTitles(project), QStringList{u"B"_s});
+    QCOMPARE(snapshotText(project, 2), u"short"_s);
 }
 
 void TstSnapshotFiles::anItemGetsTheSnapshotsOfAnother_data()
@@ -570,16 +572,16 @@ void TstSnapshotFiles::anItemGetsTheSnapshotsOfAnother()
 {
     QFETCH(const bool, isOtherProject);
     const TestProject project;
-    const TestProject otherProject(u"Other"_qs);
+    const TestProject otherProject(u"Other"_s);
     const TestProject &target = isOtherProject ? otherProject : project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs), QString());
-    QCOMPARE(addSnapshot(project, u"B"_qs, 2, u"b"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s), QString());
+    QCOMPARE(addSnapshot(project, u"B"_s, 2, u"b"_s), QString());
     QVERIFY(!Format::hasSnapshots(target.path(), 20));
     QVERIFY(Format::cloneSnapshots(project.path(), Id, target.path(), 20));
     QVERIFY(Format::hasSnapshots(target.path(), 20));
-    QCOMPARE(snapshotTitles(target, 20), (QStringList{u"A"_qs, u"B"_qs}));
-    QCOMPARE(snapshotText(target, 2, 20), u"b"_qs);
-    QCOMPARE(snapshotTitles(project), (QStringList{u"A"_qs, u"B"_qs}));
+    QCOMPARE(snapshotTitles(target, 20), (QStringList{u"A"_s, u"B"_s}));
+    QCOMPARE(snapshotText(target, 2, 20), u"b"_s);
+    QCOMPARE(snapshotTitles(project), (QStringList{u"A"_s, u"B"_s}));
 }
 
 void TstSnapshotFiles::aSourceWithoutSnapshotsLeavesNoFolder()
@@ -587,44 +589,44 @@ void TstSnapshotFiles::aSourceWithoutSnapshotsLeavesNoFolder()
     const TestProject project;
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
     QVERIFY(!QFileInfo::exists(project.path(snapshotsFolder(20))));
-    QCOMPARE(addSnapshot(project, u"Own"_qs, 1, u"own"_qs, 20), QString());
+    QCOMPARE(addSnapshot(project, u"Own"_s, 1, u"own"_s, 20), QString());
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
-    QCOMPARE(snapshotText(project, 1, 20), u"own"_qs);
+    QCOMPARE(snapshotText(project, 1, 20), u"own"_s);
 }
 
 void TstSnapshotFiles::aTargetsSnapshotsAreReplaced()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs), QString());
-    QCOMPARE(addSnapshot(project, u"Own"_qs, 1, u"own"_qs, 20), QString());
-    QCOMPARE(addSnapshot(project, u"Own too"_qs, 2, u"own too"_qs, 20), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s), QString());
+    QCOMPARE(addSnapshot(project, u"Own"_s, 1, u"own"_s, 20), QString());
+    QCOMPARE(addSnapshot(project, u"Own too"_s, 2, u"own too"_s, 20), QString());
     QList<TVLSnapshotInfo> known;
     QVERIFY(Format::readSnapshots(project.path(), 20, &known));
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
     // Not what was known of it before.
     QVERIFY(Format::readSnapshots(project.path(), 20, &known));
-    QCOMPARE(known, QList<TVLSnapshotInfo>{snapshotOf(u"A"_qs, 1)});
-    QCOMPARE(snapshotText(project, 1, 20), u"a"_qs);
+    QCOMPARE(known, QList<TVLSnapshotInfo>{snapshotOf(u"A"_s, 1)});
+    QCOMPARE(snapshotText(project, 1, 20), u"a"_s);
     // A second time it is the same.
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
-    QCOMPARE(snapshotTitles(project, 20), QStringList{u"A"_qs});
+    QCOMPARE(snapshotTitles(project, 20), QStringList{u"A"_s});
 }
 
 void TstSnapshotFiles::clonedFilesOfOldNamesAreFound()
 {
     const TestProject project;
-    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_qs, rtfOf("old"));
-    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"Old"_qs, 0)}));
+    project.writeFile(snapshotsFolder() + u"/2026-03-01-06-30-00+0200.rtf"_s, rtfOf("old"));
+    QVERIFY(Format::writeSnapshots(project.path(), Id, {snapshotOf(u"Old"_s, 0)}));
     // The target was looked through before.
-    QCOMPARE(addSnapshot(project, u"Own"_qs, 5, u"own"_qs, 20), QString());
+    QCOMPARE(addSnapshot(project, u"Own"_s, 5, u"own"_s, 20), QString());
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
-    QCOMPARE(snapshotText(project, 0, 20), u"old"_qs);
+    QCOMPARE(snapshotText(project, 0, 20), u"old"_s);
 }
 
 void TstSnapshotFiles::cloningOntoItselfChangesNothing()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s), QString());
     const Files before = project.files();
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.binderPath(), Id));
     QCOMPARE(project.files(), before);
@@ -633,7 +635,7 @@ void TstSnapshotFiles::cloningOntoItselfChangesNothing()
 void TstSnapshotFiles::clonedFilesCanBeWritten()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s), QString());
     for (const QString &file : {snapshotsIndex(), snapshotFile(1)})
         QVERIFY(QFile::setPermissions(project.path(file), QFileDevice::ReadOwner));
     QVERIFY(Format::cloneSnapshots(project.path(), Id, project.path(), 20));
@@ -644,10 +646,10 @@ void TstSnapshotFiles::clonedFilesCanBeWritten()
 void TstSnapshotFiles::aCloneThatFailsIsAFailure()
 {
     const TestProject project;
-    QCOMPARE(addSnapshot(project, u"A"_qs, 1, u"a"_qs), QString());
+    QCOMPARE(addSnapshot(project, u"A"_s, 1, u"a"_s), QString());
     project.writeFile(snapshotsFolder(20), "a file");
     QVERIFY(!Format::cloneSnapshots(project.path(), Id, project.path(), 20));
-    project.writeFile(snapshotFile(1, 21) + u"/folder/file"_qs, "in its place");
+    project.writeFile(snapshotFile(1, 21) + u"/folder/file"_s, "in its place");
     QVERIFY(!Format::cloneSnapshots(project.path(), Id, project.path(), 21));
     // No index that names a text which isn't there.
     QVERIFY(!Format::hasSnapshots(project.path(), 21));

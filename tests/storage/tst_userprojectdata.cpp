@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -39,20 +41,20 @@ void TstUserProjectData::rawTextIsCutFromStartToEndTag_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("data");
 
-    const QString plain = u"<UserProjectData>x</UserProjectData>"_qs;
+    const QString plain = u"<UserProjectData>x</UserProjectData>"_s;
     QTest::newRow("in a binder") << binderWith(plain.toUtf8()) << plain;
     QTest::newRow("nothing else") << plain.toUtf8() << plain;
     QTest::newRow("not even XML") << QByteArray("<<< & ") + plain.toUtf8() + " >" << plain;
     QTest::newRow("empty element") << QByteArray("<UserProjectData></UserProjectData>")
-                                   << u"<UserProjectData></UserProjectData>"_qs;
+                                   << u"<UserProjectData></UserProjectData>"_s;
     QTest::newRow("first end tag")
         << QByteArray("<UserProjectData>a</UserProjectData>b</UserProjectData>")
-        << u"<UserProjectData>a</UserProjectData>"_qs;
+        << u"<UserProjectData>a</UserProjectData>"_s;
     QTest::newRow("first start tag")
         << QByteArray("<UserProjectData>a<UserProjectData>b</UserProjectData>")
-        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_qs;
-    QTest::newRow("Unicode") << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_qs.toUtf8()
-                             << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_qs;
+        << u"<UserProjectData>a<UserProjectData>b</UserProjectData>"_s;
+    QTest::newRow("Unicode") << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_s.toUtf8()
+                             << u"<UserProjectData>\u6f22\U0001d11e</UserProjectData>"_s;
     QTest::newRow("none") << binderWith({}) << QString();
     QTest::newRow("no end tag") << QByteArray("<UserProjectData>x") << QString();
     QTest::newRow("no start tag") << QByteArray("x</UserProjectData>") << QString();
@@ -70,7 +72,7 @@ void TstUserProjectData::rawTextIsCutFromStartToEndTag()
     QFETCH(QString, data);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, content);
+    project.writeFile(u"Novel.tavelx"_s, content);
     QCOMPARE(Format::readUserProjectData(project.binderPath()), data);
 }
 
@@ -78,7 +80,7 @@ void TstUserProjectData::rawTextOfAFileThatCannotBeReadIsEmpty()
 {
     const TestProject project;
     QCOMPARE(Format::readUserProjectData(project.binderPath()), QString());
-    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx/file"_s, "in a folder");
     QCOMPARE(Format::readUserProjectData(project.binderPath()), QString());
 }
 
@@ -95,7 +97,7 @@ void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte_data()
     QTest::newRow("instruction") << QByteArray("<?do this?>");
     QTest::newRow("white space") << QByteArray("\n\n      \t  \r\n  x \r");
     QTest::newRow("namespaces") << QByteArray("<n:a xmlns:n=\"urn:x\"><n:b/></n:a>");
-    QTest::newRow("Unicode") << u"\u6f22\U0001d11e\u00e9\u200d"_qs.toUtf8();
+    QTest::newRow("Unicode") << u"\u6f22\U0001d11e\u00e9\u200d"_s.toUtf8();
     QTest::newRow("words of a binder")
         << QByteArray("<Binder><BinderItem/></Binder><LabelSettings/>");
     QTest::newRow("undeclared prefix") << QByteArray("<n:a n:b='c'/>");
@@ -109,13 +111,13 @@ void TstUserProjectData::rawTextSurvivesOpenAndSaveByteForByte()
 
     const QByteArray data = "<UserProjectData>" + content + "</UserProjectData>";
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
+    project.writeFile(u"Novel.tavelx"_s, binderWith(data));
     for (int pass = 0; pass < 3; ++pass) {
         const TestModel model = project.open();
         QVERIFY(model);
         QCOMPARE(model->userProjectData(), QString::fromUtf8(data));
         QVERIFY(model->save(true));
-        const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+        const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
         QCOMPARE(binder.count("<UserProjectData>"), 1);
         QVERIFY(binder.contains("\n    " + data));
     }
@@ -152,12 +154,12 @@ void TstUserProjectData::rawTextSurvivesTheDeclarationsThatASaveDrops()
     QVERIFY(root >= 0);
     binder.insert(root + qstrlen("<TavelinorProject"), attributes);
     binder.insert(root, documentType);
-    project.writeFile(u"Novel.tavelx"_qs, binder);
+    project.writeFile(u"Novel.tavelx"_s, binder);
     for (int pass = 0; pass < 3; ++pass) {
         const TestModel model = project.open();
         QVERIFY(model);
         QVERIFY(model->save(true));
-        QVERIFY(project.readFile(u"Novel.tavelx"_qs).contains("\n    " + data));
+        QVERIFY(project.readFile(u"Novel.tavelx"_s).contains("\n    " + data));
     }
 }
 
@@ -176,20 +178,20 @@ void TstUserProjectData::rawTextWithoutItsExactTagsIsLostOnSaving()
     QFETCH(QByteArray, data);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, binderWith(data));
+    project.writeFile(u"Novel.tavelx"_s, binderWith(data));
     const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->userProjectData(), QString());
     QVERIFY(model->save(true));
-    QVERIFY(!project.readFile(u"Novel.tavelx"_qs).contains("UserProjectData"));
-    QCOMPARE(outlineOf(model.get()), QStringList(u"0 Draft"_qs));
+    QVERIFY(!project.readFile(u"Novel.tavelx"_s).contains("UserProjectData"));
+    QCOMPARE(outlineOf(model.get()), QStringList(u"0 Draft"_s));
 }
 
 void TstUserProjectData::aBinderWhoseRawTextNeverEndsIsNotRead()
 {
     const TestProject project;
-    project.writeFile(u"Files/version.txt"_qs, "18");
-    project.writeFile(u"Novel.tavelx"_qs, binderWith("<UserProjectData>x"));
+    project.writeFile(u"Files/version.txt"_s, "18");
+    project.writeFile(u"Novel.tavelx"_s, binderWith("<UserProjectData>x"));
     const auto before = project.files();
     QVERIFY(!project.open());
     QCOMPARE(project.files(), before);
@@ -198,9 +200,8 @@ void TstUserProjectData::aBinderWhoseRawTextNeverEndsIsNotRead()
 void TstUserProjectData::aFallbackHasNoRawText()
 {
     const TestProject project;
-    project.writeFile(
-        u"Files/binder.autosave"_qs,
-        zipOf(u"Novel.tavelx"_qs, binderWith("<UserProjectData>x</UserProjectData>")));
+    project.writeFile(u"Files/binder.autosave"_s,
+                      zipOf(u"Novel.tavelx"_s, binderWith("<UserProjectData>x</UserProjectData>")));
     const TestModel model = project.open();
     QVERIFY(model);
     QCOMPARE(model->userProjectData(), QString());

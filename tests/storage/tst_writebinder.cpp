@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -30,7 +32,7 @@ std::unique_ptr<TestBinderProject> makeBinder(const QString &title, bool isMobil
 QMap<QString, QByteArray> filesWithoutJournal(const TestProject &project)
 {
     QMap<QString, QByteArray> files = project.files();
-    if (!files.remove(u"Files/redo.journal"_qs))
+    if (!files.remove(u"Files/redo.journal"_s))
         qFatal("there is no journal");
     return files;
 }
@@ -80,8 +82,8 @@ void TstWriteBinder::aBinderIsWrittenUnderItsDefaultName_data()
     QTest::addColumn<QString>("suffix");
 
     QTest::newRow("folder") << QString();
-    QTest::newRow("folder with a slash") << u"/"_qs;
-    QTest::newRow("binder") << u"/Novel.tavelx"_qs;
+    QTest::newRow("folder with a slash") << u"/"_s;
+    QTest::newRow("binder") << u"/Novel.tavelx"_s;
 }
 
 void TstWriteBinder::aBinderIsWrittenUnderItsDefaultName()
@@ -90,29 +92,29 @@ void TstWriteBinder::aBinderIsWrittenUnderItsDefaultName()
 
     const TestProject project;
     QVERIFY(QDir().mkpath(project.path()));
-    const auto binder = makeBinder(u"One"_qs);
-    QString error = u"untouched"_qs;
+    const auto binder = makeBinder(u"One"_s);
+    QString error = u"untouched"_s;
     QVERIFY(Format::writeBinder(project.path() + suffix, binder.get(), &error));
-    QCOMPARE(error, u"untouched"_qs);
-    QCOMPARE(project.files().keys(), (QStringList{AutosaveFile, u"Novel.tavelx"_qs}));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder->write());
+    QCOMPARE(error, u"untouched"_s);
+    QCOMPARE(project.files().keys(), (QStringList{AutosaveFile, u"Novel.tavelx"_s}));
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder->write());
 }
 
 void TstWriteBinder::theProjectsFolderIsMade()
 {
     const TestProject project;
-    const QString path = project.path(u"deep/down/Inner.tavel"_qs);
-    QVERIFY(Format::writeBinder(path, makeBinder(u"One"_qs).get(), nullptr));
-    QVERIFY(QFileInfo(path + u"/Inner.tavelx"_qs).isFile());
+    const QString path = project.path(u"deep/down/Inner.tavel"_s);
+    QVERIFY(Format::writeBinder(path, makeBinder(u"One"_s).get(), nullptr));
+    QVERIFY(QFileInfo(path + u"/Inner.tavelx"_s).isFile());
 }
 
 void TstWriteBinder::theBinderIsOverwrittenInPlace()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "old");
+    project.writeFile(u"Novel.tavelx"_s, "old");
     QFile openBefore(project.binderPath());
     QVERIFY(openBefore.open(QIODevice::ReadOnly));
-    const auto binder = makeBinder(u"One"_qs);
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
     // A file put in its place would leave the old one to who has it open.
     QCOMPARE(openBefore.readAll(), binder->write());
@@ -121,44 +123,44 @@ void TstWriteBinder::theBinderIsOverwrittenInPlace()
 void TstWriteBinder::aLinkInTheBindersPlaceIsNotWrittenThrough()
 {
     const TestProject project;
-    project.writeFile(u"elsewhere"_qs, "old");
-    QVERIFY(QFile::link(project.path(u"elsewhere"_qs), project.binderPath()));
-    const auto binder = makeBinder(u"One"_qs);
+    project.writeFile(u"elsewhere"_s, "old");
+    QVERIFY(QFile::link(project.path(u"elsewhere"_s), project.binderPath()));
+    const auto binder = makeBinder(u"One"_s);
     QString error;
     QVERIFY(!Format::writeBinder(project.path(), binder.get(), &error));
     QCOMPARE(error,
-             u"'%1' is a link, and what it leads to is not written"_qs.arg(project.binderPath()));
+             u"'%1' is a link, and what it leads to is not written"_s.arg(project.binderPath()));
     QVERIFY(QFileInfo(project.binderPath()).isSymLink());
-    QCOMPARE(project.readFile(u"elsewhere"_qs), QByteArray("old"));
+    QCOMPARE(project.readFile(u"elsewhere"_s), QByteArray("old"));
 }
 
 void TstWriteBinder::aShorterBinderLeavesNothingOfALongerOne()
 {
     const TestProject project;
     QVERIFY(Format::writeBinder(project.path(), makeBinder(QString(100000, u'x')).get(), nullptr));
-    const auto binder = makeBinder(u"short"_qs);
+    const auto binder = makeBinder(u"short"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder->write());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder->write());
 }
 
 void TstWriteBinder::theSameProjectGivesTheSameBytes()
 {
     const TestProject project;
-    const auto binder = makeBinder(u"One"_qs);
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
-    const QByteArray first = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray first = project.readFile(u"Novel.tavelx"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), first);
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), first);
 }
 
 void TstWriteBinder::anOlderBinderGetsItsDefaultNameAndTheNewContent()
 {
     const TestProject project;
-    project.writeFile(u"project.tavelx"_qs, "older");
-    const auto binder = makeBinder(u"One"_qs);
+    project.writeFile(u"project.tavelx"_s, "older");
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
-    QCOMPARE(project.files().keys(), (QStringList{AutosaveFile, u"Novel.tavelx"_qs}));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder->write());
+    QCOMPARE(project.files().keys(), (QStringList{AutosaveFile, u"Novel.tavelx"_s}));
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder->write());
 }
 
 void TstWriteBinder::aBinderThatCannotBeRenamedIsWrittenUnderItsOldName_data()
@@ -167,7 +169,7 @@ void TstWriteBinder::aBinderThatCannotBeRenamedIsWrittenUnderItsOldName_data()
     QTest::addColumn<bool>("defaultNameIsTaken");
 
     QTest::newRow("default name too long") << QString(249, u'n') << false;
-    QTest::newRow("default name taken by a link to nowhere") << u"Novel"_qs << true;
+    QTest::newRow("default name taken by a link to nowhere") << u"Novel"_s << true;
 }
 
 void TstWriteBinder::aBinderThatCannotBeRenamedIsWrittenUnderItsOldName()
@@ -176,51 +178,51 @@ void TstWriteBinder::aBinderThatCannotBeRenamedIsWrittenUnderItsOldName()
     QFETCH(bool, defaultNameIsTaken);
 
     const TestProject project(projectName);
-    project.writeFile(u"Old.tavelx"_qs, "old");
+    project.writeFile(u"Old.tavelx"_s, "old");
     if (defaultNameIsTaken)
-        QVERIFY(QFile::link(project.path(u"nowhere/file"_qs), project.binderPath()));
-    const auto binder = makeBinder(u"One"_qs);
+        QVERIFY(QFile::link(project.path(u"nowhere/file"_s), project.binderPath()));
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(Format::writeBinder(project.path(), binder.get(), nullptr));
-    QCOMPARE(project.readFile(u"Old.tavelx"_qs), binder->write());
+    QCOMPARE(project.readFile(u"Old.tavelx"_s), binder->write());
     QVERIFY(!QFileInfo::exists(project.binderPath()));
     const QList<ZipEntry> entries = zipEntries(project.readFile(AutosaveFile));
     QCOMPARE(entries.size(), 1);
-    QCOMPARE(entries.constFirst().name, u"Old.tavelx"_qs);
+    QCOMPARE(entries.constFirst().name, u"Old.tavelx"_s);
 }
 
 void TstWriteBinder::aFolderInTheBindersPlaceIsReported()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx/file"_s, "in a folder");
     const auto before = project.files();
     QString error;
-    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_qs).get(), &error));
-    QCOMPARE(error, u"Could not open binder file."_qs);
+    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_s).get(), &error));
+    QCOMPARE(error, u"Could not open binder file."_s);
     QCOMPARE(filesWithoutJournal(project), before);
 }
 
 void TstWriteBinder::aFailedWriteLeavesTheAutosaveAlone()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx/file"_s, "in a folder");
     project.writeFile(AutosaveFile, "autosave");
-    project.writeFile(u"Files/binder.backup"_qs, "backup");
+    project.writeFile(u"Files/binder.backup"_s, "backup");
     const auto before = project.files();
-    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_qs).get(), nullptr));
+    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_s).get(), nullptr));
     QCOMPARE(filesWithoutJournal(project), before);
 }
 
 void TstWriteBinder::aProjectFolderThatCannotBeMadeIsReported()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, {});
-    const QString path = project.path(u"file/Inner.tavel"_qs);
+    project.writeFile(u"file"_s, {});
+    const QString path = project.path(u"file/Inner.tavel"_s);
     for (const bool isMobile : {false, true}) {
-        for (const QString &suffix : {QString(), u"/Inner.tavelx"_qs}) {
+        for (const QString &suffix : {QString(), u"/Inner.tavelx"_s}) {
             QString error;
             QVERIFY(
-                !Format::writeBinder(path + suffix, makeBinder(u"One"_qs, isMobile).get(), &error));
-            QCOMPARE(error, u"Could not create project directory: %1"_qs.arg(path));
+                !Format::writeBinder(path + suffix, makeBinder(u"One"_s, isMobile).get(), &error));
+            QCOMPARE(error, u"Could not create project directory: %1"_s.arg(path));
         }
     }
 }
@@ -228,21 +230,21 @@ void TstWriteBinder::aProjectFolderThatCannotBeMadeIsReported()
 void TstWriteBinder::errorsNeedNotBeAskedFor()
 {
     const TestProject project;
-    project.writeFile(u"file"_qs, {});
-    project.writeFile(u"Novel.tavelx/file"_qs, {});
-    const auto binder = makeBinder(u"One"_qs);
+    project.writeFile(u"file"_s, {});
+    project.writeFile(u"Novel.tavelx/file"_s, {});
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(!Format::writeBinder(project.path(), binder.get(), nullptr));
-    QVERIFY(!Format::writeBinder(project.path(u"file/Inner.tavel"_qs), binder.get(), nullptr));
+    QVERIFY(!Format::writeBinder(project.path(u"file/Inner.tavel"_s), binder.get(), nullptr));
 }
 
 void TstWriteBinder::theAutosaveHoldsTheBinderUnderItsName()
 {
     const TestProject project;
-    QVERIFY(Format::writeBinder(project.path(), makeBinder(u"\u00dcber \u6f22"_qs).get(), nullptr));
+    QVERIFY(Format::writeBinder(project.path(), makeBinder(u"\u00dcber \u6f22"_s).get(), nullptr));
     const QList<ZipEntry> entries = zipEntries(project.readFile(AutosaveFile));
     QCOMPARE(entries.size(), 1);
-    QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_qs);
-    QCOMPARE(entries.constFirst().content, project.readFile(u"Novel.tavelx"_qs));
+    QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_s);
+    QCOMPARE(entries.constFirst().content, project.readFile(u"Novel.tavelx"_s));
     const QFile::Permissions permissions = entries.constFirst().permissions;
     QVERIFY(permissions.testFlags(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup
                                   | QFile::ReadOther));
@@ -252,11 +254,11 @@ void TstWriteBinder::theAutosaveHoldsTheBinderUnderItsName()
 void TstWriteBinder::theAutosaveFollowsEverySave()
 {
     const TestProject project;
-    for (const QString &title : {u"One"_qs, QString(50000, u'2'), u"Three"_qs}) {
+    for (const QString &title : {u"One"_s, QString(50000, u'2'), u"Three"_s}) {
         QVERIFY(Format::writeBinder(project.path(), makeBinder(title).get(), nullptr));
         const QList<ZipEntry> entries = zipEntries(project.readFile(AutosaveFile));
         QCOMPARE(entries.size(), 1);
-        QCOMPARE(entries.constFirst().content, project.readFile(u"Novel.tavelx"_qs));
+        QCOMPARE(entries.constFirst().content, project.readFile(u"Novel.tavelx"_s));
     }
 }
 
@@ -264,8 +266,8 @@ void TstWriteBinder::aFailedAutosaveIsIgnored_data()
 {
     QTest::addColumn<QString>("obstacle");
 
-    QTest::newRow("a file in place of the folder") << u"Files"_qs;
-    QTest::newRow("a folder in place of the file") << AutosaveFile + u"/file"_qs;
+    QTest::newRow("a file in place of the folder") << u"Files"_s;
+    QTest::newRow("a folder in place of the file") << AutosaveFile + u"/file"_s;
 }
 
 void TstWriteBinder::aFailedAutosaveIsIgnored()
@@ -274,19 +276,19 @@ void TstWriteBinder::aFailedAutosaveIsIgnored()
 
     const TestProject project;
     project.writeFile(obstacle, "obstacle");
-    const auto binder = makeBinder(u"One"_qs);
+    const auto binder = makeBinder(u"One"_s);
     QString error;
     QVERIFY(Format::writeBinder(project.path(), binder.get(), &error));
     QVERIFY(error.isEmpty());
     QCOMPARE(
         project.files(),
-        (QMap<QString, QByteArray>{{obstacle, "obstacle"}, {u"Novel.tavelx"_qs, binder->write()}}));
+        (QMap<QString, QByteArray>{{obstacle, "obstacle"}, {u"Novel.tavelx"_s, binder->write()}}));
 }
 
 void TstWriteBinder::savingMakesNoBackup()
 {
     const TestProject project;
-    QVERIFY(Format::writeBinder(project.path(), makeBinder(u"One"_qs).get(), nullptr));
+    QVERIFY(Format::writeBinder(project.path(), makeBinder(u"One"_s).get(), nullptr));
     QVERIFY(!QFileInfo::exists(Format::binderBackupFilePath(project.path())));
 }
 
@@ -296,76 +298,75 @@ void TstWriteBinder::aMobileBinderIsWrittenToTheMobileFolderAndNotZipped()
     bool ok = false;
     (void)Format::mobileDirectory(project.path(), &ok);
     QVERIFY(ok);
-    const auto binder = makeBinder(u"One"_qs, true);
+    const auto binder = makeBinder(u"One"_s, true);
     for (const QString &path : {project.path(), project.path() + u'/', project.binderPath()}) {
         QVERIFY(Format::writeBinder(path, binder.get(), nullptr));
         QCOMPARE(project.files(),
-                 (QMap<QString, QByteArray>{{u"Mobile/binder.sync"_qs, binder->write()}}));
+                 (QMap<QString, QByteArray>{{u"Mobile/binder.sync"_s, binder->write()}}));
     }
 }
 
 void TstWriteBinder::aMobileBinderThatCannotBeOpenedIsReported()
 {
     const TestProject project;
-    project.writeFile(u"Mobile/binder.sync/file"_qs, "in a folder");
+    project.writeFile(u"Mobile/binder.sync/file"_s, "in a folder");
     const auto before = project.files();
     QString error;
-    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_qs, true).get(), &error));
-    QCOMPARE(error, u"Could not open binder file."_qs);
+    QVERIFY(!Format::writeBinder(project.path(), makeBinder(u"One"_s, true).get(), &error));
+    QCOMPARE(error, u"Could not open binder file."_s);
     QCOMPARE(project.files(), before);
 }
 
 void TstWriteBinder::theDesktopBinderCanBeAskedForByName()
 {
     const TestProject project;
-    const auto binder = makeBinder(u"One"_qs);
+    const auto binder = makeBinder(u"One"_s);
     QVERIFY(Format::writeDesktopBinder(project.path(), binder.get(), nullptr));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder->write());
-    QVERIFY(Format::writeBinderFile(project.path(u"copy"_qs), binder.get(), nullptr));
-    QCOMPARE(project.readFile(u"copy"_qs), binder->write());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder->write());
+    QVERIFY(Format::writeBinderFile(project.path(u"copy"_s), binder.get(), nullptr));
+    QCOMPARE(project.readFile(u"copy"_s), binder->write());
 }
 
 void TstWriteBinder::compressingNeedsAFile()
 {
     const TestProject project;
-    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_qs, project.binderPath()));
+    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_s, project.binderPath()));
     QVERIFY(!QFileInfo::exists(project.path()));
-    project.writeFile(u"folder/file"_qs, {});
-    QVERIFY(
-        !Format::compressBinder(project.path(), u"binder.backup"_qs, project.path(u"folder"_qs)));
+    project.writeFile(u"folder/file"_s, {});
+    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_s, project.path(u"folder"_s)));
     QVERIFY(!QFileInfo::exists(Format::binderBackupFilePath(project.path())));
 }
 
 void TstWriteBinder::compressingNeedsTheFilesFolder()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "binder");
-    project.writeFile(u"Files"_qs, "obstacle");
+    project.writeFile(u"Novel.tavelx"_s, "binder");
+    project.writeFile(u"Files"_s, "obstacle");
     const auto before = project.files();
-    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_qs, project.binderPath()));
+    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_s, project.binderPath()));
     QCOMPARE(project.files(), before);
 }
 
 void TstWriteBinder::compressingReplacesTheZip()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "binder");
-    project.writeFile(u"Files/binder.backup"_qs, QByteArray(100000, 'x'));
-    QVERIFY(Format::compressBinder(project.path(), u"binder.backup"_qs, project.binderPath()));
-    const QList<ZipEntry> entries = zipEntries(project.readFile(u"Files/binder.backup"_qs));
+    project.writeFile(u"Novel.tavelx"_s, "binder");
+    project.writeFile(u"Files/binder.backup"_s, QByteArray(100000, 'x'));
+    QVERIFY(Format::compressBinder(project.path(), u"binder.backup"_s, project.binderPath()));
+    const QList<ZipEntry> entries = zipEntries(project.readFile(u"Files/binder.backup"_s));
     QCOMPARE(entries.size(), 1);
-    QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_qs);
+    QCOMPARE(entries.constFirst().name, u"Novel.tavelx"_s);
     QCOMPARE(entries.constFirst().content, QByteArray("binder"));
-    QVERIFY(project.readFile(u"Files/binder.backup"_qs).size() < 1000);
+    QVERIFY(project.readFile(u"Files/binder.backup"_s).size() < 1000);
 }
 
 void TstWriteBinder::compressingFailsWhereTheZipCannotBe()
 {
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, "binder");
-    project.writeFile(u"Files/binder.backup/file"_qs, "in a folder");
+    project.writeFile(u"Novel.tavelx"_s, "binder");
+    project.writeFile(u"Files/binder.backup/file"_s, "in a folder");
     const auto before = project.files();
-    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_qs, project.binderPath()));
+    QVERIFY(!Format::compressBinder(project.path(), u"binder.backup"_s, project.binderPath()));
     QCOMPARE(project.files(), before);
 }
 
@@ -379,7 +380,7 @@ void TstWriteBinder::compressingABinderOfAnyContentKeepsIt_data()
     QTest::newRow("empty") << QByteArray("");
     QTest::newRow("all bytes") << allBytes;
     QTest::newRow("very compressible") << QByteArray(5'000'000, ' ');
-    QTest::newRow("Unicode") << u"\u6f22\U0001d11e"_qs.repeated(1000).toUtf8();
+    QTest::newRow("Unicode") << u"\u6f22\U0001d11e"_s.repeated(1000).toUtf8();
 }
 
 void TstWriteBinder::compressingABinderOfAnyContentKeepsIt()
@@ -387,9 +388,9 @@ void TstWriteBinder::compressingABinderOfAnyContentKeepsIt()
     QFETCH(QByteArray, content);
 
     const TestProject project;
-    project.writeFile(u"Novel.tavelx"_qs, content);
-    QVERIFY(Format::compressBinder(project.path(), u"binder.backup"_qs, project.binderPath()));
-    const QList<ZipEntry> entries = zipEntries(project.readFile(u"Files/binder.backup"_qs));
+    project.writeFile(u"Novel.tavelx"_s, content);
+    QVERIFY(Format::compressBinder(project.path(), u"binder.backup"_s, project.binderPath()));
+    const QList<ZipEntry> entries = zipEntries(project.readFile(u"Files/binder.backup"_s));
     QCOMPARE(entries.size(), 1);
     QCOMPARE(entries.constFirst().content, content);
 }

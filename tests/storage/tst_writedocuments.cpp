@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -25,11 +27,11 @@ void addWrittenTypeRows()
     QTest::addColumn<QString>("message");
 
     QTest::newRow("main text") << int(TVL::MainText)
-                               << u"Failed saving text for document with id: 12 \nError: '%1'"_qs;
+                               << u"Failed saving text for document with id: 12 \nError: '%1'"_s;
     QTest::newRow("notes") << int(TVL::NotesText)
-                           << u"Failed saving document notes with id: 12 \nError: '%1'"_qs;
+                           << u"Failed saving document notes with id: 12 \nError: '%1'"_s;
     QTest::newRow("synopsis") << int(TVL::SynopsisText)
-                              << u"Failed saving document synopsis with id: 12 \nError: '%1'"_qs;
+                              << u"Failed saving document synopsis with id: 12 \nError: '%1'"_s;
 }
 
 bool writeEverything(const TestProject &project, LoadedItem *item, QStringList *errors = nullptr)
@@ -44,7 +46,7 @@ QString textOnDisk(const TestProject &project, TVL::DocumentType type)
     LoadedItem item;
     QString error;
     if (!Format::readDocument(project.path(), item.node(), item.document(type), &error))
-        return u"unreadable: "_qs + error;
+        return u"unreadable: "_s + error;
     return item.document(type)->toPlainText();
 }
 
@@ -53,7 +55,7 @@ QList<TVLTextCommentLink> commentsOnDisk(const TestProject &project)
     LoadedItem item;
     TVLProjectLinksAndComments extras;
     if (!Format::parseLinksAndComments(project.path(), item.node(), &extras, nullptr))
-        return {TVLTextCommentLink(u"unreadable"_qs, {})};
+        return {TVLTextCommentLink(u"unreadable"_s, {})};
     return extras.mComments;
 }
 
@@ -146,8 +148,8 @@ void TstWriteDocuments::aTextSurvives_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("text");
 
-    const QString texts[] = {u"Once"_qs, u"a\nb\n\n c \n"_qs, u"{\\rtf1 <b>&amp;}"_qs,
-                             u"\u00e4 \u6f22 \U0001d11e \u2019"_qs, QString(100'000, u'x')};
+    const QString texts[] = {u"Once"_s, u"a\nb\n\n c \n"_s, u"{\\rtf1 <b>&amp;}"_s,
+                             u"\u00e4 \u6f22 \U0001d11e \u2019"_s, QString(100'000, u'x')};
     for (const TVL::DocumentType type : AllTypes) {
         for (qsizetype i = 0; i < std::ssize(texts); ++i)
             QTest::addRow("type %d, text %d", int(type), int(i)) << int(type) << texts[i];
@@ -162,10 +164,10 @@ void TstWriteDocuments::aTextSurvives()
     const TestProject project;
     LoadedItem item;
     item.edit(TVL::DocumentType(type), text);
-    QString error = u"untouched"_qs;
+    QString error = u"untouched"_s;
     QVERIFY(Format::writeDocument(project.path(), item.node(),
                                   item.document(TVL::DocumentType(type)), &error));
-    QCOMPARE(error, u"untouched"_qs);
+    QCOMPARE(error, u"untouched"_s);
     QCOMPARE(project.files().keys(), QStringList(docsPath(TVL::DocumentType(type))));
     QCOMPARE(textOnDisk(project, TVL::DocumentType(type)), text);
 }
@@ -174,7 +176,7 @@ void TstWriteDocuments::aSynopsisIsPlainUtf8()
 {
     const TestProject project;
     LoadedItem item;
-    item.edit(TVL::SynopsisText, u"a\n\u00e4 \u6f22"_qs);
+    item.edit(TVL::SynopsisText, u"a\n\u00e4 \u6f22"_s);
     QTextCursor cursor(item.synopsis());
     cursor.select(QTextCursor::Document);
     QTextCharFormat bold;
@@ -188,7 +190,7 @@ void TstWriteDocuments::formatsAndInlineNotesSurvive()
 {
     const TestProject project;
     LoadedItem item;
-    item.edit(TVL::MainText, u"abcdef"_qs);
+    item.edit(TVL::MainText, u"abcdef"_s);
     QTextCursor cursor(item.text());
     cursor.setPosition(2);
     cursor.setPosition(4, QTextCursor::KeepAnchor);
@@ -200,7 +202,7 @@ void TstWriteDocuments::formatsAndInlineNotesSurvive()
 
     LoadedItem again;
     QVERIFY(Format::readDocument(project.path(), again.node(), again.text(), nullptr));
-    QCOMPARE(again.text()->toPlainText(), u"abcdef"_qs);
+    QCOMPARE(again.text()->toPlainText(), u"abcdef"_s);
     for (int position = 1; position <= 6; ++position) {
         QTextCursor at(again.text());
         at.setPosition(position);
@@ -214,7 +216,7 @@ void TstWriteDocuments::theLiveDocumentIsNotTouched()
 {
     const TestProject project;
     LoadedItem item;
-    item.edit(TVL::MainText, u"abc"_qs);
+    item.edit(TVL::MainText, u"abc"_s);
     QTextCursor cursor(item.text());
     cursor.select(QTextCursor::Document);
     QTextCharFormat format;
@@ -224,7 +226,7 @@ void TstWriteDocuments::theLiveDocumentIsNotTouched()
     const int steps = item.text()->availableUndoSteps();
     const int revision = item.text()->revision();
     QVERIFY(Format::writeDocument(project.path(), item.node(), item.text(), nullptr));
-    QCOMPARE(item.text()->toPlainText(), u"abc"_qs);
+    QCOMPARE(item.text()->toPlainText(), u"abc"_s);
     QCOMPARE(item.text()->availableUndoSteps(), steps);
     QCOMPARE(item.text()->revision(), revision);
     QVERIFY(item.text()->isUndoRedoEnabled());
@@ -236,7 +238,7 @@ void TstWriteDocuments::theSameTextGivesTheSameBytes()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once upon a time"_qs);
+    editAll(&item, u"Once upon a time"_s);
     QVERIFY(writeEverything(project, &item));
     const auto first = project.files();
     QCOMPARE(first.size(), 4);
@@ -258,9 +260,9 @@ void TstWriteDocuments::aShorterTextLeavesNothingOfALongerOne()
     const TestProject project;
     project.writeFile(docsPath(TVL::DocumentType(type)), QByteArray(100'000, 'x'));
     LoadedItem item;
-    item.edit(TVL::DocumentType(type), u"Once"_qs);
+    item.edit(TVL::DocumentType(type), u"Once"_s);
     QVERIFY(writeEverything(project, &item));
-    QCOMPARE(textOnDisk(project, TVL::DocumentType(type)), u"Once"_qs);
+    QCOMPARE(textOnDisk(project, TVL::DocumentType(type)), u"Once"_s);
 }
 
 void TstWriteDocuments::aFileIsOverwrittenInPlace_data()
@@ -278,7 +280,7 @@ void TstWriteDocuments::aFileIsOverwrittenInPlace()
     QFile openBefore(project.path(filePath));
     QVERIFY(openBefore.open(QIODevice::ReadOnly));
     LoadedItem item;
-    item.edit(TVL::DocumentType(type), u"Once"_qs);
+    item.edit(TVL::DocumentType(type), u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     // A file put in its place would leave the old one to who has it open.
     QVERIFY(openBefore.readAll().contains("Once"));
@@ -288,7 +290,7 @@ void TstWriteDocuments::aMissingFolderIsMade()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files().keys(),
              (QStringList{docsPath(TVL::CommentsFile), docsPath(TVL::MainText),
@@ -299,7 +301,7 @@ void TstWriteDocuments::aProjectCanBeNamedByItsBinder()
 {
     const TestProject project;
     LoadedItem item;
-    item.edit(TVL::NotesText, u"Once"_qs);
+    item.edit(TVL::NotesText, u"Once"_s);
     for (const QString &path : {project.path(), project.path() + u'/', project.binderPath()}) {
         QVERIFY(Format::writeDocument(path, item.node(), item.notes(), nullptr));
         QCOMPARE(project.files().keys(), QStringList(docsPath(TVL::NotesText)));
@@ -330,9 +332,9 @@ void TstWriteDocuments::blanksAloneAreAText()
     const TestProject project;
     for (const TVL::DocumentType type : AllTypes) {
         LoadedItem item;
-        item.edit(type, u" "_qs);
+        item.edit(type, u" "_s);
         QVERIFY(writeEverything(project, &item));
-        QCOMPARE(textOnDisk(project, type), u" "_qs);
+        QCOMPARE(textOnDisk(project, type), u" "_s);
     }
 }
 
@@ -348,14 +350,14 @@ void TstWriteDocuments::aFileOfAnEmptyDocumentThatCannotBeRemovedIsReported()
 
     const TestProject project;
     const QString filePath = docsPath(TVL::DocumentType(type));
-    project.writeFile(filePath + u"/file"_qs, "in a folder");
+    project.writeFile(filePath + u"/file"_s, "in a folder");
     const auto before = project.files();
     LoadedItem item;
     item.document(TVL::DocumentType(type))->setSaved(false);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
     const QString reason =
-        u"Document contents is empty, but Tavelinor failed removing its file: '%1'"_qs.arg(
+        u"Document contents is empty, but Tavelinor failed removing its file: '%1'"_s.arg(
             project.path(filePath));
     QCOMPARE(errors, QStringList(message.arg(reason)));
     QVERIFY(!item.document(TVL::DocumentType(type))->isSaved());
@@ -366,8 +368,8 @@ void TstWriteDocuments::aFolderThatCannotBeMadeIsReported_data()
 {
     QTest::addColumn<QString>("obstacle");
 
-    QTest::newRow("a file in place of Files") << u"Files"_qs;
-    QTest::newRow("a file in place of Docs") << u"Files/Docs"_qs;
+    QTest::newRow("a file in place of Files") << u"Files"_s;
+    QTest::newRow("a file in place of Docs") << u"Files/Docs"_s;
 }
 
 void TstWriteDocuments::aFolderThatCannotBeMadeIsReported()
@@ -378,10 +380,10 @@ void TstWriteDocuments::aFolderThatCannotBeMadeIsReported()
     project.writeFile(obstacle, "obstacle");
     for (const TVL::DocumentType type : AllTypes) {
         LoadedItem item;
-        item.edit(type, u"Once"_qs);
+        item.edit(type, u"Once"_s);
         QString error;
         QVERIFY(!Format::writeDocument(project.path(), item.node(), item.document(type), &error));
-        QCOMPARE(error, u"Could not create directory: '%1'"_qs.arg(project.path(u"Files/Docs"_qs)));
+        QCOMPARE(error, u"Could not create directory: '%1'"_s.arg(project.path(u"Files/Docs"_s)));
     }
     // In particular nothing was put where the way ended.
     QCOMPARE(project.files().keys(), QStringList(obstacle));
@@ -400,7 +402,7 @@ void TstWriteDocuments::aFileThatCannotBeOpenedIsReported()
     const UnopenableFile unopenable;
     unopenable.linkTo(project, docsPath(TVL::DocumentType(type)));
     LoadedItem item;
-    item.edit(TVL::DocumentType(type), u"Once"_qs);
+    item.edit(TVL::DocumentType(type), u"Once"_s);
     QString error;
     QVERIFY(!Format::writeDocument(project.path(), item.node(),
                                    item.document(TVL::DocumentType(type)), &error));
@@ -437,7 +439,7 @@ void TstWriteDocuments::savedDocumentsAreNotTouched()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     QMap<QString, QDateTime> times;
     const QStringList names = project.files().keys();
@@ -447,9 +449,9 @@ void TstWriteDocuments::savedDocumentsAreNotTouched()
     }
     const auto before = project.files();
 
-    QStringList errors = {u"untouched"_qs};
+    QStringList errors = {u"untouched"_s};
     QVERIFY(writeEverything(project, &item, &errors));
-    QCOMPARE(errors, QStringList(u"untouched"_qs));
+    QCOMPARE(errors, QStringList(u"untouched"_s));
     QCOMPARE(project.files(), before);
     for (const QString &name : names)
         QCOMPARE(QFileInfo(project.path(name)).lastModified(), times.value(name));
@@ -470,7 +472,7 @@ void TstWriteDocuments::onlyUnsavedDocumentsAreWritten()
 
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     for (const TVL::DocumentType each : AllTypes)
         item.document(each)->setSaved(each != type);
     QVERIFY(writeEverything(project, &item));
@@ -483,7 +485,7 @@ void TstWriteDocuments::documentsThatAreNotLoadedAreLeftOut()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     item.node()->mTextDocument = nullptr;
     item.node()->mSynopsisDocument = nullptr;
     QVERIFY(writeEverything(project, &item));
@@ -496,11 +498,11 @@ void TstWriteDocuments::writingMarksDocumentsAsSaved()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(item.document(type)->isSaved());
-        QCOMPARE(textOnDisk(project, type), u"Once"_qs);
+        QCOMPARE(textOnDisk(project, type), u"Once"_s);
     }
     QCOMPARE(commentsOnDisk(project), QList<TVLTextCommentLink>{numberedComment(1)});
 }
@@ -525,7 +527,7 @@ void TstWriteDocuments::anUnreadableDocumentIsNeverWritten()
     const Format format(project.path(), TVL::FormatVersion18);
     QVERIFY(!format.readDocuments(item.node(), nullptr, nullptr));
     // Not even when it was edited, or emptied, and others of the item are written.
-    for (const QString &text : {u"Edited"_qs, QString()}) {
+    for (const QString &text : {u"Edited"_s, QString()}) {
         editAll(&item, text);
         QVERIFY(writeEverything(project, &item));
         QCOMPARE(project.readFile(docsPath(TVL::DocumentType(type))), content);
@@ -538,16 +540,16 @@ void TstWriteDocuments::anUnreadableDocumentIsNeverWritten()
 void TstWriteDocuments::aFolderInTheTextsPlaceIsLeftAlone()
 {
     const TestProject project;
-    project.writeFile(docsPath(TVL::MainText) + u"/file"_qs, "in a folder");
+    project.writeFile(docsPath(TVL::MainText) + u"/file"_s, "in a folder");
     const auto before = project.files();
     LoadedItem item;
     const Format format(project.path(), TVL::FormatVersion18);
     QStringList errors;
     QVERIFY(!format.readDocuments(item.node(), nullptr, &errors));
     QCOMPARE(errors,
-             QStringList(u"Error: Trying to read directory as a file: '%1'"_qs.arg(
+             QStringList(u"Error: Trying to read directory as a file: '%1'"_s.arg(
                  project.path(docsPath(TVL::MainText)))));
-    item.edit(TVL::MainText, u"Edited"_qs);
+    item.edit(TVL::MainText, u"Edited"_s);
     QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files(), before);
 }
@@ -556,7 +558,7 @@ void TstWriteDocuments::aClearedTextLosesItsFile()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.files().size(), 4);
     for (const TVL::DocumentType type : AllTypes) {
@@ -577,7 +579,7 @@ void TstWriteDocuments::removedCommentsLoseTheirFile()
 {
     const TestProject project;
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(writeEverything(project, &item));
     QVERIFY(exists(project, TVL::CommentsFile));
     QTextCursor cursor(item.text());
@@ -588,7 +590,7 @@ void TstWriteDocuments::removedCommentsLoseTheirFile()
     item.text()->setSaved(false);
     QVERIFY(writeEverything(project, &item));
     QVERIFY(!exists(project, TVL::CommentsFile));
-    QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_qs);
+    QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_s);
 }
 
 void TstWriteDocuments::commentsAreWrittenWithTheMainTextAlone()
@@ -596,7 +598,7 @@ void TstWriteDocuments::commentsAreWrittenWithTheMainTextAlone()
     const TestProject project;
     project.writeFile(docsPath(TVL::CommentsFile), "<Comments/>");
     LoadedItem item;
-    item.edit(TVL::NotesText, u"Once"_qs);
+    item.edit(TVL::NotesText, u"Once"_s);
     TVLTextDoc::setComment(item.notes(), {0, 1}, numberedComment(1));
     QVERIFY(writeEverything(project, &item));
     QCOMPARE(project.readFile(docsPath(TVL::CommentsFile)), QByteArray("<Comments/>"));
@@ -615,7 +617,7 @@ void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved()
     const TestProject project;
     makeUnwritable(project, docsPath(TVL::DocumentType(type)));
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
     QCOMPARE(errors,
@@ -623,7 +625,7 @@ void TstWriteDocuments::aFailureIsReportedAndLeavesTheDocumentUnsaved()
     for (const TVL::DocumentType each : AllTypes) {
         QCOMPARE(item.document(each)->isSaved(), each != type);
         if (each != type)
-            QCOMPARE(textOnDisk(project, each), u"Once"_qs);
+            QCOMPARE(textOnDisk(project, each), u"Once"_s);
     }
 }
 
@@ -633,13 +635,13 @@ void TstWriteDocuments::aFailedTextDoesNotStopTheOthers()
     const UnopenableFile unopenable;
     unopenable.linkTo(project, docsPath(TVL::MainText));
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(!writeEverything(project, &item));
     QVERIFY(!item.text()->isSaved());
     QVERIFY(item.notes()->isSaved());
     QVERIFY(item.synopsis()->isSaved());
-    QCOMPARE(textOnDisk(project, TVL::NotesText), u"Once"_qs);
-    QCOMPARE(textOnDisk(project, TVL::SynopsisText), u"Once"_qs);
+    QCOMPARE(textOnDisk(project, TVL::NotesText), u"Once"_s);
+    QCOMPARE(textOnDisk(project, TVL::SynopsisText), u"Once"_s);
 }
 
 void TstWriteDocuments::allFailuresAreInTheList()
@@ -649,18 +651,18 @@ void TstWriteDocuments::allFailuresAreInTheList()
     for (const TVL::DocumentType type : AllTypes)
         unopenable.linkTo(project, docsPath(type));
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
     const auto reason = [&project](TVL::DocumentType type) {
         return unwritableText(project, docsPath(type));
     };
     QCOMPARE(errors,
-             (QStringList{u"Failed saving text for document with id: 12 \nError: '%1'"_qs.arg(
+             (QStringList{u"Failed saving text for document with id: 12 \nError: '%1'"_s.arg(
                               reason(TVL::MainText)),
-                          u"Failed saving document notes with id: 12 \nError: '%1'"_qs.arg(
+                          u"Failed saving document notes with id: 12 \nError: '%1'"_s.arg(
                               reason(TVL::NotesText)),
-                          u"Failed saving document synopsis with id: 12 \nError: '%1'"_qs.arg(
+                          u"Failed saving document synopsis with id: 12 \nError: '%1'"_s.arg(
                               reason(TVL::SynopsisText))}));
     for (const TVL::DocumentType type : AllTypes)
         QVERIFY(!item.document(type)->isSaved());
@@ -672,7 +674,7 @@ void TstWriteDocuments::commentsOfAFailedTextAreNotWritten()
     const UnopenableFile unopenable;
     unopenable.linkTo(project, docsPath(TVL::MainText));
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(!writeEverything(project, &item));
     QVERIFY(!exists(project, TVL::CommentsFile));
 }
@@ -698,7 +700,7 @@ void TstWriteDocuments::anUnreadableCommentsFileIsNeverWritten()
     QVERIFY(item.text()->areCommentsReadOnly());
     QVERIFY(!item.text()->isReadOnly());
 
-    QTextCursor(item.text()).insertText(u"More "_qs);
+    QTextCursor(item.text()).insertText(u"More "_s);
     item.text()->setSaved(false);
     if (addsComment)
         TVLTextDoc::setComment(item.text(), {0, 4}, numberedComment(1));
@@ -707,10 +709,10 @@ void TstWriteDocuments::anUnreadableCommentsFileIsNeverWritten()
     QCOMPARE(
         errors,
         addsComment ? QStringList(
-            u"Failed saving inspector notes for id: 12 \nError: 'Could not load comments file: '%1''"_qs
+            u"Failed saving inspector notes for id: 12 \nError: 'Could not load comments file: '%1''"_s
                 .arg(project.path(docsPath(TVL::CommentsFile))))
                     : QStringList());
-    QCOMPARE(textOnDisk(project, TVL::MainText), u"More Text"_qs);
+    QCOMPARE(textOnDisk(project, TVL::MainText), u"More Text"_s);
     QCOMPARE(project.readFile(docsPath(TVL::CommentsFile)), damaged);
 }
 
@@ -733,15 +735,15 @@ void TstWriteDocuments::failedCommentsAreReportedAndWrittenAgainLater()
     else
         makeUnwritable(project, comments);
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QStringList errors;
     QVERIFY(!writeEverything(project, &item, &errors));
-    const QString start = u"Failed saving inspector notes for id: 12 \nError: '"_qs;
+    const QString start = u"Failed saving inspector notes for id: 12 \nError: '"_s;
     QCOMPARE(errors.size(), 1);
     QVERIFY(errors.constFirst().startsWith(isFolder ? start
                                                     : start + unwritableText(project, comments)));
-    QVERIFY(errors.constFirst().endsWith(u" - ("_qs + project.path(comments) + u")'"_qs));
-    QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_qs);
+    QVERIFY(errors.constFirst().endsWith(u" - ("_s + project.path(comments) + u")'"_s));
+    QCOMPARE(textOnDisk(project, TVL::MainText), u"Once"_s);
     QVERIFY(item.notes()->isSaved());
 
     QVERIFY(isFolder ? QDir().rmdir(project.path(comments))
@@ -758,14 +760,14 @@ void TstWriteDocuments::aLaterSaveTriesAgain()
     for (const TVL::DocumentType type : AllTypes)
         makeUnwritable(project, docsPath(type));
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(!writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes)
         QVERIFY(QFile::remove(project.path(docsPath(type))));
     QVERIFY(writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(item.document(type)->isSaved());
-        QCOMPARE(textOnDisk(project, type), u"Once"_qs);
+        QCOMPARE(textOnDisk(project, type), u"Once"_s);
     }
     QCOMPARE(commentsOnDisk(project), QList<TVLTextCommentLink>{numberedComment(1)});
 }
@@ -774,8 +776,8 @@ void TstWriteDocuments::errorsAreReplaced()
 {
     const TestProject project;
     LoadedItem item;
-    item.edit(TVL::NotesText, u"Once"_qs);
-    QStringList errors = {u"before"_qs};
+    item.edit(TVL::NotesText, u"Once"_s);
+    QStringList errors = {u"before"_s};
     QVERIFY(writeEverything(project, &item, &errors));
     QVERIFY(errors.isEmpty());
 }
@@ -784,9 +786,9 @@ void TstWriteDocuments::errorsNeedNotBeAskedFor()
 {
     const TestProject project;
     for (const TVL::DocumentType type : AllTypes)
-        project.writeFile(docsPath(type) + u"/file"_qs, {});
+        project.writeFile(docsPath(type) + u"/file"_s, {});
     LoadedItem item;
-    editAll(&item, u"Once"_qs);
+    editAll(&item, u"Once"_s);
     QVERIFY(!writeEverything(project, &item));
     for (const TVL::DocumentType type : AllTypes) {
         QVERIFY(!Format::writeDocument(project.path(), item.node(), item.document(type), nullptr));

@@ -5,6 +5,8 @@
 
 #include <QUuid>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QDateTime randomDate(QRandomGenerator *random)
@@ -34,7 +36,7 @@ QList<TVLReference> randomReferences(QRandomGenerator *random, int nodes)
             reference.setInternalLink(random->bounded(nodes));
         else
             reference.setUrl(
-                QUrl(u"https://example.org/a b/%1?q=%2#\u00fc"_qs.arg(random->bounded(100))
+                QUrl(u"https://example.org/a b/%1?q=%2#\u00fc"_s.arg(random->bounded(100))
                          .arg(random->bounded(100))));
         references.append(reference);
     }
@@ -82,18 +84,18 @@ private:
         node->mLabelId = mRandom.bounded(-1, 20);
         node->mStatusId = mRandom.bounded(-1, 20);
         node->mIncludeInCompile = chance(2);
-        node->mFileExtension = chance(3) ? u"png"_qs : QString();
+        node->mFileExtension = chance(3) ? u"png"_s : QString();
         node->mIconFileName = chance(3) ? text(10) : QString();
         node->mPageBreakBefore = chance(3);
         node->mCompileAsIs = chance(3);
         if (chance(3))
             node->mNotesTextSelection = selection();
         node->mShowSynopsisImage = chance(3);
-        node->mIndexCardImageFileExtension = chance(4) ? u"jpg"_qs : QString();
+        node->mIndexCardImageFileExtension = chance(4) ? u"jpg"_s : QString();
         node->mIgnoresTitlePrefixAndSuffix = chance(3);
         node->mPreferredExternalApplication = chance(4) ? text(20) : QString();
         for (int i = mRandom.bounded(3); i > 0; --i)
-            node->mCustomMetaData.insert(u"field%1"_qs.arg(mRandom.bounded(9)), text(40));
+            node->mCustomMetaData.insert(u"field%1"_s.arg(mRandom.bounded(9)), text(40));
         for (int i = mRandom.bounded(4); i > 0; --i)
             node->mKeywords.append(mRandom.bounded(50));
         if (chance(3))
@@ -109,7 +111,7 @@ private:
 
     void fillText(TVLProjectNode *node)
     {
-        node->mTextMode = chance(4) ? u"Script"_qs : QString();
+        node->mTextMode = chance(4) ? u"Script"_s : QString();
         if (chance(2))
             node->mTextSelection = selection();
         if (chance(3))
@@ -131,7 +133,7 @@ private:
             node->mCurrentPdfPage = 1 + mRandom.bounded(99);
         }
         node->mOriginalUrl =
-            chance(2) ? u"https://example.org/?a=1&b=%1"_qs.arg(text(5)) : QString();
+            chance(2) ? u"https://example.org/?a=1&b=%1"_s.arg(text(5)) : QString();
         node->mIsAlias = chance(3);
     }
 
@@ -183,18 +185,18 @@ bool equalTrees(const TVLProjectNode *left, const TVLProjectNode *right, QString
     const TVLProjectNode *const leftRoot = left;
     const TVLProjectNode *const rightRoot = right;
     const auto differ = [&](const QString &what) {
-        *where = u"%1 of item %2"_qs.arg(what).arg(left ? left->mId : -1);
+        *where = u"%1 of item %2"_s.arg(what).arg(left ? left->mId : -1);
         return false;
     };
     for (;;) {
         left = left->nextInPreOrder(leftRoot);
         right = right->nextInPreOrder(rightRoot);
         if (!left || !right)
-            return left == right || differ(u"number of items"_qs);
+            return left == right || differ(u"number of items"_s);
         if (TVLProjectNode::childLevel(left) != TVLProjectNode::childLevel(right))
-            return differ(u"level"_qs);
+            return differ(u"level"_s);
         if (static_cast<const TVLProjectNodeProperties &>(*left)
             != static_cast<const TVLProjectNodeProperties &>(*right))
-            return differ(u"properties"_qs);
+            return differ(u"properties"_s);
     }
 }

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QPersistentModelIndex>
 
+using namespace Qt::StringLiterals;
+
 /**
  * Holds the row signals of a model to their word: each change that is announced comes about, alone,
  * and is told with the indexes that its parents have then.
@@ -17,7 +19,7 @@ public:
     /** What was wrong so far; empty while nothing is. */
     [[nodiscard]] QString wrong() const
     {
-        return mWrong.isEmpty() && mIsOpen ? u"a change was announced and not done"_qs : mWrong;
+        return mWrong.isEmpty() && mIsOpen ? u"a change was announced and not done"_s : mWrong;
     }
 
     /** How often the model was reset. */

@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Test
@@ -33,10 +35,10 @@ std::map<QByteArray, Test> &registeredTests()
 QString temporaryTemplate()
 {
     constexpr qint64 EnoughBytes = qint64(2) << 30;
-    const QStorageInfo memory(u"/dev/shm"_qs);
+    const QStorageInfo memory(u"/dev/shm"_s);
     const bool isUsable = qEnvironmentVariableIsEmpty("TMPDIR") && memory.rootPath() == u"/dev/shm"
         && memory.bytesAvailable() > EnoughBytes && QFileInfo(memory.rootPath()).isWritable();
-    return (isUsable ? memory.rootPath() : QDir::tempPath()) + u"/tvl-test-XXXXXX"_qs;
+    return (isUsable ? memory.rootPath() : QDir::tempPath()) + u"/tvl-test-XXXXXX"_s;
 }
 
 /**
@@ -62,9 +64,9 @@ int runTest(int argc, char **argv, const Test &test)
     qputenv("TMPDIR", home.path().toLocal8Bit());
 
     QApplication application(argc, argv);
-    application.setApplicationName(u"tvl-test"_qs);
-    application.setApplicationVersion(u"1.2.3"_qs);
-    tvlOptions()->setFilePath(home.filePath(u"options.ini"_qs));
+    application.setApplicationName(u"tvl-test"_s);
+    application.setApplicationVersion(u"1.2.3"_s);
+    tvlOptions()->setFilePath(home.filePath(u"options.ini"_s));
     const std::unique_ptr<QObject> object = test.make();
     return QTest::qExec(object.get(), argc, argv);
 }

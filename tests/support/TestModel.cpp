@@ -4,6 +4,8 @@
 
 #include <QMetaMethod>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString listInBrackets(const QStringList &items)
@@ -60,7 +62,7 @@ public:
             const QVariant argument(method.parameterMetaType(i), arguments[i + 1]);
             texts.append(argumentText(mModel, argument));
         }
-        mSignals.append({QString::fromLatin1(method.name()), texts.join(u", "_qs)});
+        mSignals.append({QString::fromLatin1(method.name()), texts.join(u", "_s)});
         return -1;
     }
 

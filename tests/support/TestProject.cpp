@@ -6,14 +6,16 @@
 #include <QFile>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 TestProject::TestProject(const QString &name)
-    : mPath(mDirectory.filePath(name + u".tavel"_qs))
+    : mPath(mDirectory.filePath(name + u".tavel"_s))
 {
 }
 
 QString TestProject::binderPath() const
 {
-    return path(QFileInfo(mPath).completeBaseName() + u".tavelx"_qs);
+    return path(QFileInfo(mPath).completeBaseName() + u".tavelx"_s);
 }
 
 void TestProject::writeFile(const QString &relativePath, const QByteArray &content) const

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /** Access to what a project model keeps to itself. */
 class TVLProjectModelTestAccess
 {
@@ -28,7 +30,7 @@ class TestProject
 {
 public:
     /** Names the project, without making anything. */
-    explicit TestProject(const QString &name = u"Novel"_qs);
+    explicit TestProject(const QString &name = u"Novel"_s);
 
     /** The project's folder, `<name>.tavel`. */
     [[nodiscard]] QString path() const { return mPath; }

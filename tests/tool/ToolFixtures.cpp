@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QProcess>
 
+using namespace Qt::StringLiterals;
+
 QList<QByteArray> ProgramResult::errorLines() const
 {
     QList<QByteArray> lines = errors.split('\n');
@@ -244,24 +246,24 @@ QByteArray fullBinder()
 void writeProject(const TestProject &project, const QByteArray &binder,
                   const QByteArray &formatVersion)
 {
-    project.writeFile(u"Novel.tavelx"_qs, binder);
-    project.writeFile(u"Files/version.txt"_qs, formatVersion);
+    project.writeFile(u"Novel.tavelx"_s, binder);
+    project.writeFile(u"Files/version.txt"_s, formatVersion);
     // An opening makes this folder where there is none.
-    QDir().mkpath(project.path(u"Settings"_qs));
+    QDir().mkpath(project.path(u"Settings"_s));
 }
 
 void writeSoundProject(const TestProject &project)
 {
     writeProject(project, soundBinder());
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Gulls.}");
-    project.writeFile(u"Files/Docs/4_synopsis.txt"_qs, "Gulls");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Gulls.}");
+    project.writeFile(u"Files/Docs/4_synopsis.txt"_s, "Gulls");
     recordHashes(project);
-    project.writeFile(u"Snapshots/5.snapshots/index.xml"_qs, "<Snapshots/>");
+    project.writeFile(u"Snapshots/5.snapshots/index.xml"_s, "<Snapshots/>");
 }
 
 void recordHashes(const TestProject &project)
 {
-    const QString path = project.path(u"Files/Docs/docs.checksum"_qs);
+    const QString path = project.path(u"Files/Docs/docs.checksum"_s);
     const ChecksumMap hashes = TVLProjectChecksums::calcFilesDocsChecksums(project.path());
     if (!TVLProjectChecksums::saveChecksumFile(path, hashes))
         qFatal("could not write %s", qPrintable(path));
@@ -296,5 +298,5 @@ ProjectChange cuttingOff(const QString &relativePath)
 
 QByteArray catOf(const TestProject &project, const QString &item)
 {
-    return runTool({u"cat"_qs, project.path(), item}).output;
+    return runTool({u"cat"_s, project.path(), item}).output;
 }

@@ -10,9 +10,11 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** The files of a project that hashes and texts to be searched are kept in. */
-const QString HashesFile = u"Files/Docs/docs.checksum"_qs;
-const QString IndexFile = u"Files/search.indexes"_qs;
+const QString HashesFile = u"Files/Docs/docs.checksum"_s;
+const QString IndexFile = u"Files/search.indexes"_s;
 
 /** What a program that ran to its end has left. */
 struct ProgramResult

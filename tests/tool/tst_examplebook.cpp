@@ -6,6 +6,8 @@
 #include <QJsonArray>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** The example program that works on a book, and what the tool says of it afterwards. */
 class TstExampleBook : public QObject
 {
@@ -34,7 +36,7 @@ void writeBook(const TestProject &project, const QList<int> &ids)
     QByteArray chapters;
     for (const int id : ids) {
         chapters += item(id, "Text", "Chapter " + QByteArray::number(id));
-        project.writeFile(u"Files/Docs/%1.rtf"_qs.arg(id),
+        project.writeFile(u"Files/Docs/%1.rtf"_s.arg(id),
                           "{\\rtf1 Text " + QByteArray::number(id) + "}");
     }
     writeProject(
@@ -48,7 +50,7 @@ void writeBook(const TestProject &project, const QList<int> &ids)
 /** The items of the Draft with their children in parentheses. */
 QString bookTreeOf(const TestProject &project)
 {
-    const QJsonArray items = runTool({u"outline"_qs, u"--json"_qs, project.path()}).json().array();
+    const QJsonArray items = runTool({u"outline"_s, u"--json"_s, project.path()}).json().array();
     QStringList titles;
     for (const QJsonValue &item : items[0][u"children"].toArray()) {
         QStringList children;
@@ -68,9 +70,9 @@ void TstExampleBook::theLastChaptersMoveToAFolderOfTheirOwn_data()
     QTest::newRow("of many")
         << QList<int>{10, 11, 12, 13, 14}
         << u"Part 1() Part 2(Chapter 10, Chapter 11) Epilogue() The End(Chapter 12, Chapter 13, "
-           "Chapter 14)"_qs;
+           "Chapter 14)"_s;
     QTest::newRow("of two") << QList<int>{10, 11}
-                            << u"Part 1() Part 2() Epilogue() The End(Chapter 10, Chapter 11)"_qs;
+                            << u"Part 1() Part 2() Epilogue() The End(Chapter 10, Chapter 11)"_s;
 }
 
 void TstExampleBook::theLastChaptersMoveToAFolderOfTheirOwn()
@@ -89,13 +91,11 @@ void TstExampleBook::theLastChapterHasASnapshotAndANewLine()
     const TestProject project;
     writeBook(project, {10, 11, 12, 13});
     QCOMPARE(runExample({project.path()}).status, 0);
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"13"_qs}).output,
-             QByteArray("Text 13\nTHE END\n"));
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"12"_qs}).output, QByteArray("Text 12\n"));
-    QCOMPARE(
-        runTool({u"snapshot"_qs, u"show"_qs, project.path(), u"13"_qs, u"Before the last line"_qs})
-            .output,
-        QByteArray("Text 13\n"));
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"13"_s}).output, QByteArray("Text 13\nTHE END\n"));
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"12"_s}).output, QByteArray("Text 12\n"));
+    QCOMPARE(runTool({u"snapshot"_s, u"show"_s, project.path(), u"13"_s, u"Before the last line"_s})
+                 .output,
+             QByteArray("Text 13\n"));
 }
 
 void TstExampleBook::theBookIsSoundAndNotLocked()
@@ -103,7 +103,7 @@ void TstExampleBook::theBookIsSoundAndNotLocked()
     const TestProject project;
     writeBook(project, {10, 11, 12, 13});
     QCOMPARE(runExample({project.path()}).status, 0);
-    const ProgramResult check = runTool({u"check"_qs, project.path()});
+    const ProgramResult check = runTool({u"check"_s, project.path()});
     QVERIFY2(check.status == 0, check.output);
     QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
 }
@@ -113,11 +113,11 @@ void TstExampleBook::whatCannotBeWorkedOnStaysAsItIs_data()
     QTest::addColumn<QString>("project"); // of the folder of the test; empty for none named
     QTest::addColumn<QByteArray>("error");
     QTest::newRow("nothing named") << QString() << QByteArray("give a project that exists");
-    QTest::newRow("nothing there") << u"None.tavel"_qs << QByteArray("give a project that exists");
-    QTest::newRow("no chapters") << u"Novel.tavel"_qs
+    QTest::newRow("nothing there") << u"None.tavel"_s << QByteArray("give a project that exists");
+    QTest::newRow("no chapters") << u"Novel.tavel"_s
                                  << QByteArray("the Draft has no folder with chapters");
-    QTest::newRow("locked") << u"Locked.tavel"_qs << QByteArray("is locked or can't be");
-    QTest::newRow("damaged") << u"Damaged.tavel"_qs << QByteArray("can't be read");
+    QTest::newRow("locked") << u"Locked.tavel"_s << QByteArray("is locked or can't be");
+    QTest::newRow("damaged") << u"Damaged.tavel"_s << QByteArray("can't be read");
 }
 
 void TstExampleBook::whatCannotBeWorkedOnStaysAsItIs()
@@ -127,9 +127,9 @@ void TstExampleBook::whatCannotBeWorkedOnStaysAsItIs()
     const TestProject novel;
     writeBook(novel, {});
     const QString folder = novel.enclosingPath();
-    writeFileAt(folder + u"/Locked.tavel/Files/user.lock"_qs, "host=elsewhere");
-    writeFileAt(folder + u"/Damaged.tavel/Damaged.tavelx"_qs, "<Tavel");
-    writeFileAt(folder + u"/Damaged.tavel/Files/version.txt"_qs, "18");
+    writeFileAt(folder + u"/Locked.tavel/Files/user.lock"_s, "host=elsewhere");
+    writeFileAt(folder + u"/Damaged.tavel/Damaged.tavelx"_s, "<Tavel");
+    writeFileAt(folder + u"/Damaged.tavel/Files/version.txt"_s, "18");
     auto before = everythingBelow(folder);
 
     const ProgramResult result =
@@ -152,11 +152,11 @@ void TstExampleBook::aTextThatCannotBeReadIsLeftAlone()
     const TestProject project;
     writeBook(project, {10, 11, 12, 13});
     const QByteArray damaged = "{\\rtf1 Half a";
-    project.writeFile(u"Files/Docs/13.rtf"_qs, damaged);
+    project.writeFile(u"Files/Docs/13.rtf"_s, damaged);
     const ProgramResult result = runExample({project.path()});
     QCOMPARE(result.status, 1);
     QVERIFY2(result.errors.contains("the chapter can't be written"), result.errors);
-    QCOMPARE(project.readFile(u"Files/Docs/13.rtf"_qs), damaged);
+    QCOMPARE(project.readFile(u"Files/Docs/13.rtf"_s), damaged);
 }
 
 TVL_TEST(TstExampleBook)

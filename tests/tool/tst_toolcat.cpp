@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** `tavel cat`. */
 class TstToolCat : public QObject
 {
@@ -33,7 +35,7 @@ namespace {
 
 ProgramResult cat(const TestProject &project, const QString &item, const QStringList &options = {})
 {
-    return runTool(QStringList{u"cat"_qs, project.path(), item} + options);
+    return runTool(QStringList{u"cat"_s, project.path(), item} + options);
 }
 
 } // namespace
@@ -41,10 +43,10 @@ ProgramResult cat(const TestProject &project, const QString &item, const QString
 void TstToolCat::anItemIsNamedInSeveralWays_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("by its id") << u"4"_qs;
+    QTest::newRow("by its id") << u"4"_s;
     QTest::newRow("by its uuid") << QString::fromLatin1(uuidOf(4));
     QTest::newRow("by its uuid in braces") << u'{' + QString::fromLatin1(uuidOf(4)) + u'}';
-    QTest::newRow("by titles") << u"Draft/Part 1/The Harbour"_qs;
+    QTest::newRow("by titles") << u"Draft/Part 1/The Harbour"_s;
 }
 
 void TstToolCat::anItemIsNamedInSeveralWays()
@@ -63,10 +65,10 @@ void TstToolCat::theFirstItemOfAPathCounts()
     const TestProject project;
     writeProject(project,
                  binderXml(systemFolders(item(3, "Text", "Twin") + item(4, "Text", "Twin"))));
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 The first.}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 The second.}");
-    QCOMPARE(cat(project, u"Draft/Twin"_qs).output, QByteArray("The first.\n"));
-    QCOMPARE(cat(project, u"4"_qs).output, QByteArray("The second.\n"));
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 The first.}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 The second.}");
+    QCOMPARE(cat(project, u"Draft/Twin"_s).output, QByteArray("The first.\n"));
+    QCOMPARE(cat(project, u"4"_s).output, QByteArray("The second.\n"));
 }
 
 void TstToolCat::titlesMayHoldSlashes()
@@ -78,34 +80,34 @@ void TstToolCat::titlesMayHoldSlashes()
         binderXml(systemFolders(
             item(3, "Folder", "a")
             + item(5, "Folder", "a/b", {.attributes = {}, .metaData = {}, .children = child}))));
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Found.}");
-    QCOMPARE(cat(project, u"Draft/a/b/c/d"_qs).output, QByteArray("Found.\n"));
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Found.}");
+    QCOMPARE(cat(project, u"Draft/a/b/c/d"_s).output, QByteArray("Found.\n"));
 }
 
 void TstToolCat::notesAndSynopsisAreWrittenWhenAskedFor()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/4_notes.rtf"_qs, "{\\rtf1 Ask the {\\b keeper}.}");
-    QCOMPARE(cat(project, u"4"_qs, {u"--notes"_qs}).output, QByteArray("Ask the keeper.\n"));
-    QCOMPARE(cat(project, u"4"_qs, {u"--synopsis"_qs}).output, QByteArray("Gulls\n"));
+    project.writeFile(u"Files/Docs/4_notes.rtf"_s, "{\\rtf1 Ask the {\\b keeper}.}");
+    QCOMPARE(cat(project, u"4"_s, {u"--notes"_s}).output, QByteArray("Ask the keeper.\n"));
+    QCOMPARE(cat(project, u"4"_s, {u"--synopsis"_s}).output, QByteArray("Gulls\n"));
 }
 
 void TstToolCat::paragraphsAndLinesEndWithLineFeeds()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 One\\line two\\par three\\par}");
-    QCOMPARE(cat(project, u"4"_qs).output, QByteArray("One\ntwo\nthree\n"));
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 One\\line two\\par three\\par}");
+    QCOMPARE(cat(project, u"4"_s).output, QByteArray("One\ntwo\nthree\n"));
 }
 
 void TstToolCat::everyCharacterIsWrittenInUtf8()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/4.rtf"_qs,
+    project.writeFile(u"Files/Docs/4.rtf"_s,
                       "{\\rtf1\\ansi na\\'efve \\u8212? \\u-10180?\\u-8435?}");
-    QCOMPARE(cat(project, u"4"_qs).output, u"na\u00efve \u2014 \U0001f30d\n"_qs.toUtf8());
+    QCOMPARE(cat(project, u"4"_s).output, u"na\u00efve \u2014 \U0001f30d\n"_s.toUtf8());
 }
 
 void TstToolCat::anUntitledItemIsFoundByTheTitleThatIsShown()
@@ -115,17 +117,17 @@ void TstToolCat::anUntitledItemIsFoundByTheTitleThatIsShown()
                  binderXml(systemFolders(item(
                      3, "Text", "",
                      {.attributes = {}, .metaData = {}, .children = item(4, "Text", "Below")}))));
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Nameless.}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Below it.}");
-    QCOMPARE(cat(project, u"Draft/Untitled"_qs).output, QByteArray("Nameless.\n"));
-    QCOMPARE(cat(project, u"Draft/Untitled/Below"_qs).output, QByteArray("Below it.\n"));
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 Nameless.}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Below it.}");
+    QCOMPARE(cat(project, u"Draft/Untitled"_s).output, QByteArray("Nameless.\n"));
+    QCOMPARE(cat(project, u"Draft/Untitled/Below"_s).output, QByteArray("Below it.\n"));
 }
 
 void TstToolCat::anItemWithoutAFileHasAnEmptyText()
 {
     const TestProject project;
     writeSoundProject(project);
-    const ProgramResult result = cat(project, u"5"_qs);
+    const ProgramResult result = cat(project, u"5"_s);
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output, QByteArray());
 }
@@ -134,12 +136,12 @@ void TstToolCat::whatCannotBeShownIsAFailure_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("error");
-    QTest::newRow("an id of no item") << u"77"_qs << QByteArray("tavel: there is no item '77'");
+    QTest::newRow("an id of no item") << u"77"_s << QByteArray("tavel: there is no item '77'");
     QTest::newRow("a path to no item")
-        << u"Draft/Nowhere"_qs << QByteArray("tavel: there is no item 'Draft/Nowhere'");
+        << u"Draft/Nowhere"_s << QByteArray("tavel: there is no item 'Draft/Nowhere'");
     QTest::newRow("nothing") << QString() << QByteArray("tavel: there is no item ''");
     QTest::newRow("a system folder")
-        << u"Draft"_qs << QByteArray("tavel: 'Draft' has no text of its own");
+        << u"Draft"_s << QByteArray("tavel: 'Draft' has no text of its own");
 }
 
 void TstToolCat::whatCannotBeShownIsAFailure()
@@ -158,20 +160,20 @@ void TstToolCat::notesAndSynopsisAtOnceAreRefused()
 {
     const TestProject project;
     writeSoundProject(project);
-    QCOMPARE(cat(project, u"4"_qs, {u"--notes"_qs, u"--synopsis"_qs}).status, 2);
-    QCOMPARE(runTool({u"cat"_qs, project.path()}).status, 2);
+    QCOMPARE(cat(project, u"4"_s, {u"--notes"_s, u"--synopsis"_s}).status, 2);
+    QCOMPARE(runTool({u"cat"_s, project.path()}).status, 2);
 }
 
 void TstToolCat::aDamagedTextIsToldInOneLine()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Cut off");
-    const ProgramResult result = cat(project, u"4"_qs);
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Cut off");
+    const ProgramResult result = cat(project, u"4"_s);
     QCOMPARE(result.status, 1);
     QCOMPARE(result.errorLines().size(), 1);
     QVERIFY(result.errors.startsWith("tavel: RTF Reader failed loading document file: '"));
-    QCOMPARE(project.readFile(u"Files/Docs/4.rtf"_qs), QByteArray("{\\rtf1 Cut off"));
+    QCOMPARE(project.readFile(u"Files/Docs/4.rtf"_s), QByteArray("{\\rtf1 Cut off"));
 }
 
 void TstToolCat::aTextOutOfSightIsAFailure_data()
@@ -179,10 +181,10 @@ void TstToolCat::aTextOutOfSightIsAFailure_data()
     QTest::addColumn<QString>("hidden");
     QTest::addColumn<QString>("option");
     QTest::addColumn<QByteArray>("what");
-    const QString docs = u"Files/Docs"_qs;
-    QTest::newRow("a text") << docs + u"/4.rtf"_qs << QString() << QByteArray("document");
-    QTest::newRow("notes") << docs + u"/4_notes.rtf"_qs << u"--notes"_qs << QByteArray("notes");
-    QTest::newRow("a synopsis") << docs + u"/4_synopsis.txt"_qs << u"--synopsis"_qs
+    const QString docs = u"Files/Docs"_s;
+    QTest::newRow("a text") << docs + u"/4.rtf"_s << QString() << QByteArray("document");
+    QTest::newRow("notes") << docs + u"/4_notes.rtf"_s << u"--notes"_s << QByteArray("notes");
+    QTest::newRow("a synopsis") << docs + u"/4_synopsis.txt"_s << u"--synopsis"_s
                                 << QByteArray("synopsis");
     QTest::newRow("all texts") << docs << QString() << QByteArray("document");
 }
@@ -195,10 +197,10 @@ void TstToolCat::aTextOutOfSightIsAFailure()
     const TestProject project;
     writeSoundProject(project);
     const QString path = project.path(hidden);
-    QVERIFY(QFile::exists(path) ? QFile::rename(path, path + u".away"_qs) : true);
-    QVERIFY(QFile::link(u"nowhere"_qs, path));
+    QVERIFY(QFile::exists(path) ? QFile::rename(path, path + u".away"_s) : true);
+    QVERIFY(QFile::link(u"nowhere"_s, path));
     const ProgramResult result =
-        cat(project, u"4"_qs, option.isEmpty() ? QStringList() : QStringList(option));
+        cat(project, u"4"_s, option.isEmpty() ? QStringList() : QStringList(option));
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(result.errorLines().size(), 1);
@@ -213,7 +215,7 @@ void TstToolCat::anItemWithoutAnIdHasNoTextThatCanBeRead()
     QByteArray items = systemFolders(item(4, "Text", "The Harbour"));
     items.replace("ID=\"4\" UUID", "UUID");
     writeProject(project, binderXml(items));
-    const ProgramResult result = cat(project, u"Draft/The Harbour"_qs);
+    const ProgramResult result = cat(project, u"Draft/The Harbour"_s);
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(
@@ -230,7 +232,7 @@ void TstToolCat::nothingIsWritten()
     const TestProject project;
     writeSoundProject(project);
     const auto before = everythingBelow(project.path());
-    QCOMPARE(cat(project, u"4"_qs).status, 0);
+    QCOMPARE(cat(project, u"4"_s).status, 0);
     QCOMPARE(everythingBelow(project.path()), before);
 }
 

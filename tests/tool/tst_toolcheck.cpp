@@ -14,6 +14,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** Does something bad to a sound project. */
 using Damage = ProjectChange;
 Q_DECLARE_METATYPE(Damage)
@@ -44,10 +46,10 @@ private Q_SLOTS:
 
 namespace {
 
-const QString Binder = u"Novel.tavelx"_qs;
-const QString Autosave = u"Files/binder.autosave"_qs;
-const QString Backup = u"Files/binder.backup"_qs;
-const QString VersionFile = u"Files/version.txt"_qs;
+const QString Binder = u"Novel.tavelx"_s;
+const QString Autosave = u"Files/binder.autosave"_s;
+const QString Backup = u"Files/binder.backup"_s;
+const QString VersionFile = u"Files/version.txt"_s;
 
 /** Replaces a text in the binder, which must be there once. */
 Damage inBinder(const QByteArray &from, const QByteArray &to)
@@ -107,7 +109,7 @@ Damage removingFolder(const QString &relativePath)
 Damage linkingToNowhere(const QString &relativePath)
 {
     return [relativePath](const TestProject &project) {
-        if (!QFile::link(u"nowhere"_qs, project.path(relativePath)))
+        if (!QFile::link(u"nowhere"_s, project.path(relativePath)))
             qFatal("could not make the link %s", qPrintable(relativePath));
     };
 }
@@ -122,9 +124,9 @@ Damage recordingText(int id, const QByteArray &element)
                        + element + "></Document></Documents></SearchIndexes>");
 }
 
-const QString SnapshotList = u"Snapshots/4.snapshots/index.xml"_qs;
-const QString SnapshotText = u"Snapshots/4.snapshots/2026-03-01-01-00-00+0000.rtf"_qs;
-const QString OldSnapshotText = u"Snapshots/4.snapshots/2026-03-02-00-00-00+0200.rtf"_qs;
+const QString SnapshotList = u"Snapshots/4.snapshots/index.xml"_s;
+const QString SnapshotText = u"Snapshots/4.snapshots/2026-03-01-01-00-00+0000.rtf"_s;
+const QString OldSnapshotText = u"Snapshots/4.snapshots/2026-03-02-00-00-00+0200.rtf"_s;
 
 /** Gives an item two snapshots, one of which is named as older versions did. */
 void withSnapshots(const TestProject &project)
@@ -175,336 +177,335 @@ QList<DamageRow> damageRows()
 
     return {
         // The binder
-        {"no binder", removing(Binder), {u"noBinder Novel.tavelx"_qs}},
+        {"no binder", removing(Binder), {u"noBinder Novel.tavelx"_s}},
         {"no binder, an autosave",
-         all({zipping(u"binder.autosave"_qs), removing(Binder)}),
-         {u"noBinder Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
-        {"a binder that is cut off", cutOff, {u"binderUnreadable Novel.tavelx"_qs}},
+         all({zipping(u"binder.autosave"_s), removing(Binder)}),
+         {u"noBinder Novel.tavelx"_s, u"fallback "_s + Autosave}},
+        {"a binder that is cut off", cutOff, {u"binderUnreadable Novel.tavelx"_s}},
         {"a binder that is cut off, an autosave",
-         all({zipping(u"binder.autosave"_qs), cutOff}),
-         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
+         all({zipping(u"binder.autosave"_s), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_s, u"fallback "_s + Autosave}},
         {"a binder that is cut off, a backup",
-         all({zipping(u"binder.backup"_qs), cutOff}),
-         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Backup}},
+         all({zipping(u"binder.backup"_s), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_s, u"fallback "_s + Backup}},
         {"a binder that is cut off, both copies",
-         all({zipping(u"binder.autosave"_qs), zipping(u"binder.backup"_qs), cutOff}),
-         {u"binderUnreadable Novel.tavelx"_qs, u"fallback "_qs + Autosave}},
+         all({zipping(u"binder.autosave"_s), zipping(u"binder.backup"_s), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_s, u"fallback "_s + Autosave}},
         {"a binder that is cut off, an autosave that isn't a zip, a backup",
-         all({writing(Autosave, "no zip"), zipping(u"binder.backup"_qs), cutOff}),
-         {u"binderUnreadable Novel.tavelx"_qs, u"autosaveUnreadable "_qs + Autosave,
-          u"fallback "_qs + Backup}},
+         all({writing(Autosave, "no zip"), zipping(u"binder.backup"_s), cutOff}),
+         {u"binderUnreadable Novel.tavelx"_s, u"autosaveUnreadable "_s + Autosave,
+          u"fallback "_s + Backup}},
         {"nothing readable",
          all({writing(Autosave, "no zip"), writing(Backup, {}), cutOff}),
-         {u"binderUnreadable Novel.tavelx"_qs, u"autosaveUnreadable "_qs + Autosave,
-          u"backupUnreadable "_qs + Backup}},
+         {u"binderUnreadable Novel.tavelx"_s, u"autosaveUnreadable "_s + Autosave,
+          u"backupUnreadable "_s + Backup}},
         {"a good binder, an autosave that isn't a zip",
          writing(Autosave, "no zip"),
-         {u"autosaveUnreadable "_qs + Autosave}},
+         {u"autosaveUnreadable "_s + Autosave}},
         {"a good binder, a backup of a binder that is cut off",
-         all({cutOff, zipping(u"binder.backup"_qs), writing(Binder, soundBinder())}),
-         {u"backupUnreadable "_qs + Backup}},
+         all({cutOff, zipping(u"binder.backup"_s), writing(Binder, soundBinder())}),
+         {u"backupUnreadable "_s + Backup}},
         {"a folder in the binder's place",
          all({removing(Binder),
               [](const TestProject &project) { QDir().mkpath(project.binderPath()); }}),
-         {u"binderUnreadable Novel.tavelx"_qs}},
-        {"a renamed binder", renamingBinder(u"Story.tavelx"_qs), {u"binderName Story.tavelx"_qs}},
+         {u"binderUnreadable Novel.tavelx"_s}},
+        {"a renamed binder", renamingBinder(u"Story.tavelx"_s), {u"binderName Story.tavelx"_s}},
         {"the binder's older name",
-         renamingBinder(u"project.tavelx"_qs),
-         {u"binderName project.tavelx"_qs}},
+         renamingBinder(u"project.tavelx"_s),
+         {u"binderName project.tavelx"_s}},
         {"a second binder",
-         writing(u"Copy.tavelx"_qs, soundBinder()),
-         {u"severalBinders Copy.tavelx"_qs}},
+         writing(u"Copy.tavelx"_s, soundBinder()),
+         {u"severalBinders Copy.tavelx"_s}},
         {"the older name beside a stranger",
-         all({renamingBinder(u"project.tavelx"_qs), writing(u"Zebra.tavelx"_qs, "x")}),
-         {u"binderName project.tavelx"_qs, u"severalBinders Zebra.tavelx"_qs}},
+         all({renamingBinder(u"project.tavelx"_s), writing(u"Zebra.tavelx"_s, "x")}),
+         {u"binderName project.tavelx"_s, u"severalBinders Zebra.tavelx"_s}},
 
         // Versions
-        {"no version file", removing(VersionFile), {u"formatVersionMissing "_qs + VersionFile}},
+        {"no version file", removing(VersionFile), {u"formatVersionMissing "_s + VersionFile}},
         {"an empty version file",
          writing(VersionFile, {}),
-         {u"formatVersionInvalid "_qs + VersionFile}},
+         {u"formatVersionInvalid "_s + VersionFile}},
         {"a version that doesn't exist",
          writing(VersionFile, "17"),
-         {u"formatVersionInvalid "_qs + VersionFile}},
+         {u"formatVersionInvalid "_s + VersionFile}},
         {"another version than the binder's",
          writing(VersionFile, "23"),
-         {u"formatVersionMismatch "_qs + VersionFile}},
+         {u"formatVersionMismatch "_s + VersionFile}},
         {"an unknown binder version",
          formed("9.9", "18", systemFolders({})),
-         {u"binderVersionUnknown Novel.tavelx"_qs,
-          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs,
-          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs,
-          u"nullUuid 00000000-0000-0000-0000-000000000000"_qs}},
+         {u"binderVersionUnknown Novel.tavelx"_s,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_s,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_s,
+          u"nullUuid 00000000-0000-0000-0000-000000000000"_s}},
 
         // Identities
         {"an id used twice",
          inBinder("ID=\"5\" U", "ID=\"4\" U"),
-         {u"duplicateId #4"_qs, u"unknownCollectionMember Picks"_qs,
-          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+         {u"duplicateId #4"_s, u"unknownCollectionMember Picks"_s,
+          u"orphanedSnapshots Snapshots/5.snapshots"_s}},
         {"a uuid used twice",
          inBinder(fifthUuid, "UUID=\"" + uuidOf(4) + '"'),
-         {u"duplicateUuid "_qs + uuidText(4)}},
+         {u"duplicateUuid "_s + uuidText(4)}},
         {"a null uuid",
          inBinder(fifthUuid, "UUID=\"00000000-0000-0000-0000-000000000000\""),
-         {u"nullUuid #5"_qs}},
-        {"no uuid", inBinder(fifthUuid, {}), {u"nullUuid #5"_qs}},
+         {u"nullUuid #5"_s}},
+        {"no uuid", inBinder(fifthUuid, {}), {u"nullUuid #5"_s}},
         {"no id",
          inBinder("ID=\"5\" U", "U"),
-         {u"missingId "_qs + uuidText(5), u"unknownCollectionMember Picks"_qs,
-          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+         {u"missingId "_s + uuidText(5), u"unknownCollectionMember Picks"_s,
+          u"orphanedSnapshots Snapshots/5.snapshots"_s}},
         {"an id that is no number",
          inBinder("ID=\"5\" U", "ID=\"five\" U"),
-         {u"missingId "_qs + uuidText(5), u"unknownCollectionMember Picks"_qs,
-          u"orphanedSnapshots Snapshots/5.snapshots"_qs}},
+         {u"missingId "_s + uuidText(5), u"unknownCollectionMember Picks"_s,
+          u"orphanedSnapshots Snapshots/5.snapshots"_s}},
         {"a uuid used twice where there are no ids",
          formed("2.0", "23", systemFolders(item(3, "Text", "One") + item(3, "Text", "Two"))),
-         {u"duplicateUuid "_qs + uuidText(3)}},
+         {u"duplicateUuid "_s + uuidText(3)}},
 
         // Dates
         {"a creation date of another form",
          inBinder(fifth, fifthWith("Created=\"2026", "Created=\"26")),
-         {u"invalidDate #5"_qs}},
+         {u"invalidDate #5"_s}},
         {"a day that doesn't exist",
          inBinder(fifth, fifthWith("03-02", "02-30")),
-         {u"invalidDate #5"_qs}},
+         {u"invalidDate #5"_s}},
         {"no dates",
          inBinder(fifth, fifth.first(fifth.indexOf(" Created"))),
-         {u"invalidDate #5"_qs, u"invalidDate #5"_qs}},
+         {u"invalidDate #5"_s, u"invalidDate #5"_s}},
 
         // Texts
         {"the folder of the texts behind a link to nowhere",
-         all({removingFolder(u"Files/Docs"_qs), linkingToNowhere(u"Files/Docs"_qs)}),
-         {u"unreadableDocuments Files/Docs"_qs, u"unreadableHashes Files/Docs/docs.checksum"_qs}},
+         all({removingFolder(u"Files/Docs"_s), linkingToNowhere(u"Files/Docs"_s)}),
+         {u"unreadableDocuments Files/Docs"_s, u"unreadableHashes Files/Docs/docs.checksum"_s}},
         {"a file in the place of the folder of the texts",
-         all({removingFolder(u"Files/Docs"_qs), writing(u"Files/Docs"_qs, "x")}),
-         {u"unreadableDocuments Files/Docs"_qs, u"unreadableHashes Files/Docs/docs.checksum"_qs}},
+         all({removingFolder(u"Files/Docs"_s), writing(u"Files/Docs"_s, "x")}),
+         {u"unreadableDocuments Files/Docs"_s, u"unreadableHashes Files/Docs/docs.checksum"_s}},
         {"no folder of the texts that there were",
-         all({recordingText(4, "Text"), removingFolder(u"Files/Docs"_qs)}),
-         {u"missingDocuments Files/Docs"_qs}},
+         all({recordingText(4, "Text"), removingFolder(u"Files/Docs"_s)}),
+         {u"missingDocuments Files/Docs"_s}},
         {"no folder of the notes that there were",
-         all({recordingText(4, "Notes"), removingFolder(u"Files/Docs"_qs)}),
-         {u"missingDocuments Files/Docs"_qs}},
+         all({recordingText(4, "Notes"), removingFolder(u"Files/Docs"_s)}),
+         {u"missingDocuments Files/Docs"_s}},
         {"texts behind links to nowhere",
-         all({linkingToNowhere(u"Files/Docs/5.rtf"_qs),
-              linkingToNowhere(u"Files/Docs/5.comments"_qs)}),
-         {u"unreadableDocument Files/Docs/5.rtf"_qs,
-          u"unreadableComments Files/Docs/5.comments"_qs}},
+         all({linkingToNowhere(u"Files/Docs/5.rtf"_s),
+              linkingToNowhere(u"Files/Docs/5.comments"_s)}),
+         {u"unreadableDocument Files/Docs/5.rtf"_s, u"unreadableComments Files/Docs/5.comments"_s}},
         {"texts that are damaged",
-         all({writing(u"Files/Docs/3.rtf"_qs, "no rich text"),
-              writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Cut off"),
-              writing(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Cut off"),
-              writing(u"Files/Docs/5_synopsis.txt/file"_qs, "in a folder")}),
-         {u"unreadableDocument Files/Docs/3.rtf"_qs, u"unreadableDocument Files/Docs/4.rtf"_qs,
-          u"unreadableDocument Files/Docs/5_notes.rtf"_qs,
-          u"unreadableDocument Files/Docs/5_synopsis.txt"_qs,
-          u"changedDocument Files/Docs/4.rtf"_qs}},
+         all({writing(u"Files/Docs/3.rtf"_s, "no rich text"),
+              writing(u"Files/Docs/4.rtf"_s, "{\\rtf1 Cut off"),
+              writing(u"Files/Docs/5_notes.rtf"_s, "{\\rtf1 Cut off"),
+              writing(u"Files/Docs/5_synopsis.txt/file"_s, "in a folder")}),
+         {u"unreadableDocument Files/Docs/3.rtf"_s, u"unreadableDocument Files/Docs/4.rtf"_s,
+          u"unreadableDocument Files/Docs/5_notes.rtf"_s,
+          u"unreadableDocument Files/Docs/5_synopsis.txt"_s,
+          u"changedDocument Files/Docs/4.rtf"_s}},
         {"comments that are damaged",
-         all({writing(u"Files/Docs/4.comments"_qs, "<Comments><Comment"),
-              writing(u"Files/Docs/5.links"_qs, "<Links><TavelinorLinks>")}),
-         {u"unreadableComments Files/Docs/4.comments"_qs,
-          u"unreadableComments Files/Docs/5.links"_qs}},
+         all({writing(u"Files/Docs/4.comments"_s, "<Comments><Comment"),
+              writing(u"Files/Docs/5.links"_s, "<Links><TavelinorLinks>")}),
+         {u"unreadableComments Files/Docs/4.comments"_s,
+          u"unreadableComments Files/Docs/5.links"_s}},
 
         {"project notes whose index is damaged",
-         writing(u"Files/ProjectNotes/index.xml"_qs, "<ProjectNotes><Note ID=\"1\">"),
-         {u"unreadableNotes Files/ProjectNotes"_qs}},
+         writing(u"Files/ProjectNotes/index.xml"_s, "<ProjectNotes><Note ID=\"1\">"),
+         {u"unreadableNotes Files/ProjectNotes"_s}},
         {"project notes of which one is damaged",
-         all({writing(u"Files/ProjectNotes/index.xml"_qs,
+         all({writing(u"Files/ProjectNotes/index.xml"_s,
                       "<ProjectNotes><Note ID=\"1\"><Title>A</Title></Note>"
                       "<Note ID=\"2\"><Title>B</Title></Note></ProjectNotes>"),
-              writing(u"Files/ProjectNotes/Note-1.rtf"_qs, "{\\rtf1 Whole.}"),
-              writing(u"Files/ProjectNotes/Note-2.rtf"_qs, "{\\rtf1 Cut off")}),
-         {u"unreadableNotes Files/ProjectNotes"_qs}},
+              writing(u"Files/ProjectNotes/Note-1.rtf"_s, "{\\rtf1 Whole.}"),
+              writing(u"Files/ProjectNotes/Note-2.rtf"_s, "{\\rtf1 Cut off")}),
+         {u"unreadableNotes Files/ProjectNotes"_s}},
 
         // What was recorded of texts
         {"texts that were changed outside",
-         all({writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}"),
-              writing(u"Files/Docs/4_synopsis.txt"_qs, {})}),
-         {u"changedDocument Files/Docs/4.rtf"_qs, u"changedDocument Files/Docs/4_synopsis.txt"_qs}},
+         all({writing(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}"),
+              writing(u"Files/Docs/4_synopsis.txt"_s, {})}),
+         {u"changedDocument Files/Docs/4.rtf"_s, u"changedDocument Files/Docs/4_synopsis.txt"_s}},
         {"a folder in the place of a text",
-         all({removing(u"Files/Docs/4_synopsis.txt"_qs),
-              writing(u"Files/Docs/4_synopsis.txt/file"_qs, "in a folder")}),
-         {u"unreadableDocument Files/Docs/4_synopsis.txt"_qs,
-          u"changedDocument Files/Docs/4_synopsis.txt"_qs}},
+         all({removing(u"Files/Docs/4_synopsis.txt"_s),
+              writing(u"Files/Docs/4_synopsis.txt/file"_s, "in a folder")}),
+         {u"unreadableDocument Files/Docs/4_synopsis.txt"_s,
+          u"changedDocument Files/Docs/4_synopsis.txt"_s}},
         {"texts that are gone",
-         all({removing(u"Files/Docs/4.rtf"_qs), removing(u"Files/Docs/4_synopsis.txt"_qs)}),
-         {u"missingDocument Files/Docs/4.rtf"_qs, u"missingDocument Files/Docs/4_synopsis.txt"_qs}},
+         all({removing(u"Files/Docs/4.rtf"_s), removing(u"Files/Docs/4_synopsis.txt"_s)}),
+         {u"missingDocument Files/Docs/4.rtf"_s, u"missingDocument Files/Docs/4_synopsis.txt"_s}},
         {"hashes that aren't whole",
          writing(HashesFile,
                  "4.rtf=0\n4_synopsis.txt=\n" + ofHash("5.rtf", 39) + ofHash("5.rtf", 41)),
-         QStringList(4, u"unreadableHashes "_qs + HashesFile)},
+         QStringList(4, u"unreadableHashes "_s + HashesFile)},
         {"lines that are no hashes",
          writing(HashesFile,
                  "gulls\n" + ofHash("", 40) + ofHash("../4.rtf", 40) + ofHash(uuidOf(4) + '/', 40)
                      + ofHash(uuidOf(4) + "/a/b", 40) + "4.rtf=" + QByteArray(40, 'g') + '\n'
                      + QByteArray("\xff\xfe\0=\n", 5)),
-         QStringList(7, u"unreadableHashes "_qs + HashesFile)},
-        {"hashes that are cut off", cuttingOff(HashesFile), {u"unreadableHashes "_qs + HashesFile}},
+         QStringList(7, u"unreadableHashes "_s + HashesFile)},
+        {"hashes that are cut off", cuttingOff(HashesFile), {u"unreadableHashes "_s + HashesFile}},
         {"a folder in the place of the hashes",
-         all({removing(HashesFile), writing(HashesFile + u"/file"_qs, "in a folder")}),
-         {u"unreadableHashes "_qs + HashesFile}},
+         all({removing(HashesFile), writing(HashesFile + u"/file"_s, "in a folder")}),
+         {u"unreadableHashes "_s + HashesFile}},
         {"a search index that is empty",
          writing(IndexFile, {}),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a search index that is no XML",
          writing(IndexFile, "gulls"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a search index that is cut off",
          writing(IndexFile, "<SearchIndexes><Documents><Document ID=\"4\"><Text>Gu"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a search index of another root",
          writing(IndexFile, "<Documents/>"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a search index without documents",
          writing(IndexFile, "<SearchIndexes><Other><Documents/></Other></SearchIndexes>"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a search index with a document type",
          writing(IndexFile, "<!DOCTYPE SearchIndexes><SearchIndexes><Documents/></SearchIndexes>"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         {u"unreadableSearchIndex "_s + IndexFile}},
         {"a folder in the place of the search index",
-         writing(IndexFile + u"/file"_qs, "in a folder"),
-         {u"unreadableSearchIndex "_qs + IndexFile}},
+         writing(IndexFile + u"/file"_s, "in a folder"),
+         {u"unreadableSearchIndex "_s + IndexFile}},
 
         // System folders
-        {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_qs}},
+        {"no Trash", inBinder(trash, {}), {u"missingSystemFolder TrashFolder"_s}},
         {"two Trash folders",
          inBinder(trash, trash + item(8, "TrashFolder", "Bin")),
-         {u"doubledSystemFolder TrashFolder"_qs}},
+         {u"doubledSystemFolder TrashFolder"_s}},
         {"a system folder further down",
          inBinder(
              research,
              item(8, "Folder", "Shelf", {.attributes = {}, .metaData = {}, .children = research})),
-         {u"missingSystemFolder ResearchFolder"_qs}},
+         {u"missingSystemFolder ResearchFolder"_s}},
         {"a second Draft further down",
          inBinder(
              research,
              item(1, "ResearchFolder", "Research",
                   {.attributes = {}, .metaData = {}, .children = item(8, "DraftFolder", "Old")})),
-         {u"doubledSystemFolder DraftFolder"_qs}},
+         {u"doubledSystemFolder DraftFolder"_s}},
         {"no items at all",
          formed("1.5", "18", {}),
-         {u"missingSystemFolder DraftFolder"_qs, u"missingSystemFolder ResearchFolder"_qs,
-          u"missingSystemFolder TrashFolder"_qs}},
+         {u"missingSystemFolder DraftFolder"_s, u"missingSystemFolder ResearchFolder"_s,
+          u"missingSystemFolder TrashFolder"_s}},
 
         // The project's tables
         {"two labels of one id",
          inFullBinder("<Label ID=\"7\"", "<Label ID=\"1\" Color=\"\"/><Label ID=\"7\""),
-         {u"duplicateLabel LabelSettings"_qs}},
+         {u"duplicateLabel LabelSettings"_s}},
         {"two status items of one id",
          inFullBinder("<Status ID=\"3\"", "<Status ID=\"2\"/><Status ID=\"3\""),
-         {u"duplicateStatus StatusSettings"_qs}},
+         {u"duplicateStatus StatusSettings"_s}},
         {"two keywords of one id",
          inFullBinder("<Keyword ID=\"9\">", "<Keyword ID=\"5\"/><Keyword ID=\"9\">"),
-         {u"duplicateKeyword Keywords"_qs}},
+         {u"duplicateKeyword Keywords"_s}},
         {"two custom fields of one id",
          inFullBinder("<MetaDataField ID=\"place\"",
                       "<MetaDataField ID=\"pov\"/><MetaDataField ID=\"place\""),
-         {u"duplicateField CustomMetaDataSettings"_qs}},
+         {u"duplicateField CustomMetaDataSettings"_s}},
         {"a default label that doesn't exist",
          inFullBinder("<DefaultLabelID>7<", "<DefaultLabelID>70<"),
-         {u"unknownDefaultLabel LabelSettings"_qs}},
+         {u"unknownDefaultLabel LabelSettings"_s}},
         {"a default status that doesn't exist",
          inFullBinder("<DefaultStatusID>2<", "<DefaultStatusID>0<"),
-         {u"unknownDefaultStatus StatusSettings"_qs}},
+         {u"unknownDefaultStatus StatusSettings"_s}},
 
         // What refers to something
         {"a label that doesn't exist",
          inBinder("<LabelID>1</LabelID>", "<LabelID>99</LabelID>"),
-         {u"unknownLabel #4"_qs}},
+         {u"unknownLabel #4"_s}},
         {"a status that doesn't exist",
          inBinder("<StatusID>3</StatusID>", "<StatusID>-7</StatusID>"),
-         {u"unknownStatus #5"_qs}},
+         {u"unknownStatus #5"_s}},
         {"a keyword that doesn't exist",
          inFullBinder("<KeywordID>5</KeywordID>", "<KeywordID>55</KeywordID>"),
-         {u"unknownKeyword #4"_qs}},
+         {u"unknownKeyword #4"_s}},
         {"a value in a custom field that doesn't exist",
          inFullBinder("<FieldID>place</FieldID><Value>Quay",
                       "<FieldID>plaice</FieldID><Value>Quay"),
-         {u"unknownField #5"_qs}},
+         {u"unknownField #5"_s}},
         {"a template for children that doesn't exist",
          inFullBinder("<DefaultChildTemplateID>7<", "<DefaultChildTemplateID>77<"),
-         {u"unknownChildTemplate #3"_qs}},
+         {u"unknownChildTemplate #3"_s}},
         {"an item's reference to one that doesn't exist",
          inFullBinder("<Reference BinderID=\"5\">", "<Reference BinderID=\"55\">"),
-         {u"unknownReference #4"_qs}},
+         {u"unknownReference #4"_s}},
         {"an item's reference to an id that none can have",
          inFullBinder("<Reference BinderID=\"5\">", "<Reference BinderID=\"-5\">"),
-         {u"unknownReference #4"_qs}},
+         {u"unknownReference #4"_s}},
         {"the project's reference to an item that doesn't exist",
          inFullBinder("<Reference BinderID=\"4\">", "<Reference BinderID=\"44\">"),
-         {u"unknownReference ProjectReferences"_qs}},
+         {u"unknownReference ProjectReferences"_s}},
         {"a backdrop that is an item that doesn't exist",
          inFullBinder("\"BinderID\">8<", "\"BinderID\">88<"),
-         {u"unknownBackdrop FullScreenBackdrop"_qs}},
+         {u"unknownBackdrop FullScreenBackdrop"_s}},
         {"a template folder that doesn't exist",
          inFullBinder("<TemplateFolderUUID>" + uuidOf(6), "<TemplateFolderUUID>" + uuidOf(66)),
-         {u"unknownTemplateFolder TemplateFolderUUID"_qs}},
+         {u"unknownTemplateFolder TemplateFolderUUID"_s}},
         {"a template folder's id that doesn't exist",
          inFullBinder("<TemplateFolderUUID>" + uuidOf(6) + "</TemplateFolderUUID>",
                       "<TemplateFolderID>66</TemplateFolderID>"),
-         {u"unknownTemplateFolder TemplateFolderID"_qs}},
+         {u"unknownTemplateFolder TemplateFolderID"_s}},
         {"a favorite that doesn't exist",
          inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"),
-         {u"unknownFavorite Novel.tavelx"_qs}},
+         {u"unknownFavorite Novel.tavelx"_s}},
         {"favorites that can't exist",
          inFullBinder("<Favorites><BinderID>5</BinderID><BinderID>3<",
                       "<Favorites><BinderID>-1</BinderID><BinderID>three<"),
-         {u"unknownFavorite Novel.tavelx"_qs, u"unknownFavorite Novel.tavelx"_qs}},
+         {u"unknownFavorite Novel.tavelx"_s, u"unknownFavorite Novel.tavelx"_s}},
         {"a favorite whose item has no uuid",
          inFullBinder(fifthUuid, {}),
-         {u"unknownFavorite Novel.tavelx"_qs, u"nullUuid #5"_qs}},
+         {u"unknownFavorite Novel.tavelx"_s, u"nullUuid #5"_s}},
         {"a good binder, a backup with a favorite that doesn't exist",
          all({inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"),
-              zipping(u"binder.backup"_qs), writing(Binder, fullBinder())}),
-         {u"unknownFavorite "_qs + Backup}},
+              zipping(u"binder.backup"_s), writing(Binder, fullBinder())}),
+         {u"unknownFavorite "_s + Backup}},
         {"a collection member that doesn't exist",
          inBinder("<BinderID>5</BinderID>", "<BinderID>55</BinderID>"),
-         {u"unknownCollectionMember Picks"_qs}},
+         {u"unknownCollectionMember Picks"_s}},
         {"files of no item",
-         all({writing(u"Files/Docs/9.rtf"_qs, "x"), writing(u"Files/Docs/9_notes.rtf"_qs, "x"),
-              writing(u"Files/Docs/99999999999.pdf"_qs, "x"),
-              writing(u"Files/Docs/cover.png"_qs, "x")}),
-         {u"orphanedFile Files/Docs/9.rtf"_qs, u"orphanedFile Files/Docs/99999999999.pdf"_qs,
-          u"orphanedFile Files/Docs/9_notes.rtf"_qs}},
+         all({writing(u"Files/Docs/9.rtf"_s, "x"), writing(u"Files/Docs/9_notes.rtf"_s, "x"),
+              writing(u"Files/Docs/99999999999.pdf"_s, "x"),
+              writing(u"Files/Docs/cover.png"_s, "x")}),
+         {u"orphanedFile Files/Docs/9.rtf"_s, u"orphanedFile Files/Docs/99999999999.pdf"_s,
+          u"orphanedFile Files/Docs/9_notes.rtf"_s}},
         {"snapshots of no item",
-         all({writing(u"Snapshots/9.snapshots/index.xml"_qs, "x"),
-              writing(u"Snapshots/other/index.xml"_qs, "x"),
-              writing(u"Snapshots/"_qs + uuidText(4) + u"/index.xml"_qs, "x"),
-              writing(u"Snapshots/"_qs + uuidText(77) + u"/index.xml"_qs, "x")}),
-         {u"orphanedSnapshots Snapshots/"_qs + uuidText(77),
-          u"orphanedSnapshots Snapshots/9.snapshots"_qs}},
+         all({writing(u"Snapshots/9.snapshots/index.xml"_s, "x"),
+              writing(u"Snapshots/other/index.xml"_s, "x"),
+              writing(u"Snapshots/"_s + uuidText(4) + u"/index.xml"_s, "x"),
+              writing(u"Snapshots/"_s + uuidText(77) + u"/index.xml"_s, "x")}),
+         {u"orphanedSnapshots Snapshots/"_s + uuidText(77),
+          u"orphanedSnapshots Snapshots/9.snapshots"_s}},
 
         // Snapshots
         {"snapshots behind a link to nowhere",
-         all({removingFolder(u"Snapshots"_qs), linkingToNowhere(u"Snapshots"_qs)}),
-         {u"unreadableSnapshots Snapshots"_qs}},
+         all({removingFolder(u"Snapshots"_s), linkingToNowhere(u"Snapshots"_s)}),
+         {u"unreadableSnapshots Snapshots"_s}},
         {"snapshots of an item behind a link to nowhere",
-         all({removingFolder(u"Snapshots/5.snapshots"_qs),
-              linkingToNowhere(u"Snapshots/5.snapshots"_qs)}),
-         {u"unreadableSnapshots Snapshots/5.snapshots/index.xml"_qs}},
+         all({removingFolder(u"Snapshots/5.snapshots"_s),
+              linkingToNowhere(u"Snapshots/5.snapshots"_s)}),
+         {u"unreadableSnapshots Snapshots/5.snapshots/index.xml"_s}},
         {"a list of snapshots that is cut off",
          all({withSnapshots, cuttingOff(SnapshotList)}),
-         {u"unreadableSnapshots "_qs + SnapshotList}},
+         {u"unreadableSnapshots "_s + SnapshotList}},
         {"a list of snapshots that is empty",
          all({withSnapshots, writing(SnapshotList, {})}),
-         {u"unreadableSnapshots "_qs + SnapshotList}},
+         {u"unreadableSnapshots "_s + SnapshotList}},
         {"a list of snapshots behind a link to nowhere",
          all({withSnapshots, removing(SnapshotList), linkingToNowhere(SnapshotList)}),
-         {u"unreadableSnapshots "_qs + SnapshotList}},
+         {u"unreadableSnapshots "_s + SnapshotList}},
         {"snapshots without a list",
          all({withSnapshots, removing(SnapshotList)}),
-         {u"missingSnapshots "_qs + SnapshotList}},
+         {u"missingSnapshots "_s + SnapshotList}},
         {"snapshots that are damaged",
          all({withSnapshots, cuttingOff(SnapshotText), cuttingOff(OldSnapshotText)}),
-         {u"unreadableSnapshot "_qs + SnapshotText, u"unreadableSnapshot "_qs + OldSnapshotText}},
+         {u"unreadableSnapshot "_s + SnapshotText, u"unreadableSnapshot "_s + OldSnapshotText}},
         {"a snapshot in the place of which is a folder",
-         all({withSnapshots, removing(SnapshotText), writing(SnapshotText + u"/file"_qs, "x")}),
-         {u"unreadableSnapshot "_qs + SnapshotText}},
+         all({withSnapshots, removing(SnapshotText), writing(SnapshotText + u"/file"_s, "x")}),
+         {u"unreadableSnapshot "_s + SnapshotText}},
         {"a snapshot behind a link to nowhere",
          all({withSnapshots, removing(SnapshotText), linkingToNowhere(SnapshotText)}),
-         {u"unreadableSnapshot "_qs + SnapshotText}},
+         {u"unreadableSnapshot "_s + SnapshotText}},
         {"a snapshot that is gone",
          all({withSnapshots, removing(SnapshotText)}),
-         {u"missingSnapshot "_qs + SnapshotText}},
+         {u"missingSnapshot "_s + SnapshotText}},
     };
 }
 
@@ -527,7 +528,7 @@ void TstToolCheck::aSoundProjectHasNoProblems_data()
     QTest::newRow("with something in every part of the binder")
         << all({writeSoundProject, writing(Binder, fullBinder())});
     QTest::newRow("with both copies of its binder")
-        << all({writeSoundProject, zipping(u"binder.autosave"_qs), zipping(u"binder.backup"_qs)});
+        << all({writeSoundProject, zipping(u"binder.autosave"_s), zipping(u"binder.backup"_s)});
     QTest::newRow("of format 16") << formed(
         "1.0", "16",
         systemFolders(soundDraftItems())
@@ -535,11 +536,11 @@ void TstToolCheck::aSoundProjectHasNoProblems_data()
             .replace("<StatusID>3</StatusID>", {}));
     QTest::newRow("of format 23") << formed("2.0", "23", systemFolders({}));
     QTest::newRow("with snapshots") << all({writeSoundProject, withSnapshots});
-    QTest::newRow("without a folder of texts or of snapshots") << all(
-        {writeSoundProject, removingFolder(u"Files/Docs"_qs), removingFolder(u"Snapshots"_qs),
-         recordingText(77, "Text"), recordingText(4, "CustomMetaData")});
+    QTest::newRow("without a folder of texts or of snapshots")
+        << all({writeSoundProject, removingFolder(u"Files/Docs"_s), removingFolder(u"Snapshots"_s),
+                recordingText(77, "Text"), recordingText(4, "CustomMetaData")});
     QTest::newRow("as the tool makes it") << Damage([](const TestProject &project) {
-        if (runTool({u"new"_qs, project.path()}).status != 0)
+        if (runTool({u"new"_s, project.path()}).status != 0)
             qFatal("could not make a project");
     });
 }
@@ -551,16 +552,16 @@ void TstToolCheck::aSoundProjectHasNoProblems()
     make(project);
     const auto before = everythingBelow(project.enclosingPath());
 
-    const ProgramResult json = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    const ProgramResult json = runTool({u"check"_s, project.path(), u"--json"_s});
     QVERIFY2(json.status == 0, json.output);
     QCOMPARE(json.errors, QByteArray());
-    QCOMPARE(json.json().object(),
-             QJsonObject(
-                 {{u"path"_qs, project.path()}, {u"ok"_qs, true}, {u"problems"_qs, QJsonArray()}}));
-    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    QCOMPARE(
+        json.json().object(),
+        QJsonObject({{u"path"_s, project.path()}, {u"ok"_s, true}, {u"problems"_s, QJsonArray()}}));
+    const ProgramResult text = runTool({u"check"_s, project.path()});
     QCOMPARE(text.status, 0);
     QCOMPARE(text.errors, QByteArray());
-    QCOMPARE(text.output, u"No problems in %1\n"_qs.arg(project.path()).toUtf8());
+    QCOMPARE(text.output, u"No problems in %1\n"_s.arg(project.path()).toUtf8());
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
 }
 
@@ -582,27 +583,27 @@ void TstToolCheck::damageIsFound()
     damage(project);
     const auto before = everythingBelow(project.enclosingPath());
 
-    const ProgramResult json = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    const ProgramResult json = runTool({u"check"_s, project.path(), u"--json"_s});
     QVERIFY(!json.crashed);
     const QJsonObject report = json.json().object();
     QCOMPARE(problemsOf(report), problems);
     QCOMPARE(report[u"ok"], QJsonValue(false));
     QCOMPARE(json.status, 1);
     const QByteArray summary = problems.size() == 1
-        ? u"tavel: 1 problem in '%1'\n"_qs.arg(project.path()).toUtf8()
-        : u"tavel: %1 problems in '%2'\n"_qs.arg(problems.size()).arg(project.path()).toUtf8();
+        ? u"tavel: 1 problem in '%1'\n"_s.arg(project.path()).toUtf8()
+        : u"tavel: %1 problems in '%2'\n"_s.arg(problems.size()).arg(project.path()).toUtf8();
     QCOMPARE(json.errors, summary);
 
     QByteArray lines;
     const QJsonArray array = report[u"problems"].toArray();
     for (const QJsonValue &problem : array) {
         QVERIFY(!problem[u"text"].toString().isEmpty());
-        lines += u"%1: %2: %3\n"_qs
+        lines += u"%1: %2: %3\n"_s
                      .arg(problem[u"kind"].toString(), problem[u"where"].toString(),
                           problem[u"text"].toString())
                      .toUtf8();
     }
-    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    const ProgramResult text = runTool({u"check"_s, project.path()});
     QCOMPARE(text.status, 1);
     QCOMPARE(text.output, lines);
     QCOMPARE(text.errors, summary);
@@ -611,55 +612,55 @@ void TstToolCheck::damageIsFound()
 
 void TstToolCheck::everyKindOfProblemHasARow()
 {
-    const QStringList kinds{u"noBinder"_qs,
-                            u"binderUnreadable"_qs,
-                            u"autosaveUnreadable"_qs,
-                            u"backupUnreadable"_qs,
-                            u"fallback"_qs,
-                            u"binderName"_qs,
-                            u"severalBinders"_qs,
-                            u"binderVersionUnknown"_qs,
-                            u"formatVersionMissing"_qs,
-                            u"formatVersionInvalid"_qs,
-                            u"formatVersionMismatch"_qs,
-                            u"missingId"_qs,
-                            u"duplicateId"_qs,
-                            u"nullUuid"_qs,
-                            u"duplicateUuid"_qs,
-                            u"invalidDate"_qs,
-                            u"unknownLabel"_qs,
-                            u"unknownStatus"_qs,
-                            u"unknownKeyword"_qs,
-                            u"unknownField"_qs,
-                            u"unknownChildTemplate"_qs,
-                            u"unknownReference"_qs,
-                            u"unknownBackdrop"_qs,
-                            u"unknownTemplateFolder"_qs,
-                            u"unknownFavorite"_qs,
-                            u"duplicateLabel"_qs,
-                            u"duplicateStatus"_qs,
-                            u"duplicateKeyword"_qs,
-                            u"duplicateField"_qs,
-                            u"unknownDefaultLabel"_qs,
-                            u"unknownDefaultStatus"_qs,
-                            u"missingSystemFolder"_qs,
-                            u"doubledSystemFolder"_qs,
-                            u"unreadableDocuments"_qs,
-                            u"missingDocuments"_qs,
-                            u"unreadableDocument"_qs,
-                            u"unreadableComments"_qs,
-                            u"unreadableNotes"_qs,
-                            u"changedDocument"_qs,
-                            u"missingDocument"_qs,
-                            u"unreadableHashes"_qs,
-                            u"unreadableSearchIndex"_qs,
-                            u"unknownCollectionMember"_qs,
-                            u"orphanedFile"_qs,
-                            u"orphanedSnapshots"_qs,
-                            u"unreadableSnapshots"_qs,
-                            u"missingSnapshots"_qs,
-                            u"unreadableSnapshot"_qs,
-                            u"missingSnapshot"_qs};
+    const QStringList kinds{u"noBinder"_s,
+                            u"binderUnreadable"_s,
+                            u"autosaveUnreadable"_s,
+                            u"backupUnreadable"_s,
+                            u"fallback"_s,
+                            u"binderName"_s,
+                            u"severalBinders"_s,
+                            u"binderVersionUnknown"_s,
+                            u"formatVersionMissing"_s,
+                            u"formatVersionInvalid"_s,
+                            u"formatVersionMismatch"_s,
+                            u"missingId"_s,
+                            u"duplicateId"_s,
+                            u"nullUuid"_s,
+                            u"duplicateUuid"_s,
+                            u"invalidDate"_s,
+                            u"unknownLabel"_s,
+                            u"unknownStatus"_s,
+                            u"unknownKeyword"_s,
+                            u"unknownField"_s,
+                            u"unknownChildTemplate"_s,
+                            u"unknownReference"_s,
+                            u"unknownBackdrop"_s,
+                            u"unknownTemplateFolder"_s,
+                            u"unknownFavorite"_s,
+                            u"duplicateLabel"_s,
+                            u"duplicateStatus"_s,
+                            u"duplicateKeyword"_s,
+                            u"duplicateField"_s,
+                            u"unknownDefaultLabel"_s,
+                            u"unknownDefaultStatus"_s,
+                            u"missingSystemFolder"_s,
+                            u"doubledSystemFolder"_s,
+                            u"unreadableDocuments"_s,
+                            u"missingDocuments"_s,
+                            u"unreadableDocument"_s,
+                            u"unreadableComments"_s,
+                            u"unreadableNotes"_s,
+                            u"changedDocument"_s,
+                            u"missingDocument"_s,
+                            u"unreadableHashes"_s,
+                            u"unreadableSearchIndex"_s,
+                            u"unknownCollectionMember"_s,
+                            u"orphanedFile"_s,
+                            u"orphanedSnapshots"_s,
+                            u"unreadableSnapshots"_s,
+                            u"missingSnapshots"_s,
+                            u"unreadableSnapshot"_s,
+                            u"missingSnapshot"_s};
     QSet<QString> tested;
     const QList<DamageRow> rows = damageRows();
     for (const DamageRow &row : rows) {
@@ -674,11 +675,11 @@ void TstToolCheck::theKeysAreStable()
     const TestProject project;
     writeSoundProject(project);
     removing(VersionFile)(project);
-    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
-    QCOMPARE(report.keys(), QStringList({u"ok"_qs, u"path"_qs, u"problems"_qs}));
+    const QJsonObject report = runTool({u"check"_s, project.path(), u"--json"_s}).json().object();
+    QCOMPARE(report.keys(), QStringList({u"ok"_s, u"path"_s, u"problems"_s}));
     QCOMPARE(report[u"path"], QJsonValue(project.path()));
     QCOMPARE(report[u"problems"][0].toObject().keys(),
-             QStringList({u"kind"_qs, u"text"_qs, u"where"_qs}));
+             QStringList({u"kind"_s, u"text"_s, u"where"_s}));
 }
 
 void TstToolCheck::theXmlErrorIsToldWithItsLine_data()
@@ -688,13 +689,13 @@ void TstToolCheck::theXmlErrorIsToldWithItsLine_data()
     QTest::addColumn<QString>("end");
     const QByteArray head = "<?xml version=\"1.0\"?>\n<TavelinorProject Version=\"1.5\">\n";
     QTest::newRow("markup that is wrong") << QByteArray(head + "<Binder>\n<BinderItem></Binder>")
-                                          << u"line 4, column "_qs << QString();
+                                          << u"line 4, column "_s << QString();
     QTest::newRow("an element that doesn't belong there")
-        << QByteArray(head + "<Binder><Foo/></Binder></TavelinorProject>") << u"line 3, column "_qs
-        << u"Unexpected tag Foo on line 3.  Expected tag BinderItem"_qs;
+        << QByteArray(head + "<Binder><Foo/></Binder></TavelinorProject>") << u"line 3, column "_s
+        << u"Unexpected tag Foo on line 3.  Expected tag BinderItem"_s;
     QTest::newRow("no version") << QByteArray("<TavelinorProject>\n</TavelinorProject>")
-                                << u"line 1, column "_qs << u": the root element has no version"_qs;
-    QTest::newRow("an empty file") << QByteArray() << u"line 1, column 0: "_qs << QString();
+                                << u"line 1, column "_s << u": the root element has no version"_s;
+    QTest::newRow("an empty file") << QByteArray() << u"line 1, column 0: "_s << QString();
 }
 
 void TstToolCheck::theXmlErrorIsToldWithItsLine()
@@ -704,8 +705,8 @@ void TstToolCheck::theXmlErrorIsToldWithItsLine()
     QFETCH(const QString, end);
     const TestProject project;
     writeProject(project, binder);
-    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
-    QCOMPARE(problemsOf(report), QStringList(u"binderUnreadable Novel.tavelx"_qs));
+    const QJsonObject report = runTool({u"check"_s, project.path(), u"--json"_s}).json().object();
+    QCOMPARE(problemsOf(report), QStringList(u"binderUnreadable Novel.tavelx"_s));
     const QString text = report[u"problems"][0][u"text"].toString();
     QVERIFY2(text.startsWith(start), qPrintable(text));
     QVERIFY2(text.endsWith(end), qPrintable(text));
@@ -717,11 +718,11 @@ void TstToolCheck::theItemsOfAFallbackAreChecked()
     const TestProject project;
     writeSoundProject(project);
     inBinder("<StatusID>3</StatusID>", "<StatusID>33</StatusID>")(project);
-    all({zipping(u"binder.backup"_qs), removing(Binder)})(project);
-    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
-    QCOMPARE(problemsOf(report),
-             QStringList(
-                 {u"noBinder Novel.tavelx"_qs, u"fallback "_qs + Backup, u"unknownStatus #5"_qs}));
+    all({zipping(u"binder.backup"_s), removing(Binder)})(project);
+    const QJsonObject report = runTool({u"check"_s, project.path(), u"--json"_s}).json().object();
+    QCOMPARE(
+        problemsOf(report),
+        QStringList({u"noBinder Novel.tavelx"_s, u"fallback "_s + Backup, u"unknownStatus #5"_s}));
 }
 
 void TstToolCheck::aDeadFavoriteIsToldWithItsIdAndWhatItDoes()
@@ -729,11 +730,11 @@ void TstToolCheck::aDeadFavoriteIsToldWithItsIdAndWhatItDoes()
     const TestProject project;
     writeSoundProject(project);
     inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<")(project);
-    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    const ProgramResult result = runTool({u"check"_s, project.path()});
     QCOMPARE(result.output,
              QByteArray("unknownFavorite: Novel.tavelx: the favorites hold the id 55, which stands "
                         "for no item; that keeps the binder from loading\n"));
-    QCOMPARE(runTool({u"info"_qs, project.path()}).status, 1);
+    QCOMPARE(runTool({u"info"_s, project.path()}).status, 1);
 }
 
 void TstToolCheck::aDeadFavoriteMakesAnOpeningFallBack()
@@ -741,14 +742,14 @@ void TstToolCheck::aDeadFavoriteMakesAnOpeningFallBack()
     const TestProject project;
     writeSoundProject(project);
     inBinder("<StatusID>3</StatusID>", "<StatusID>33</StatusID>")(project);
-    zipping(u"binder.backup"_qs)(project);
+    zipping(u"binder.backup"_s)(project);
     inFullBinder("<Favorites><BinderID>5<", "<Favorites><BinderID>55<")(project);
-    zipping(u"binder.autosave"_qs)(project);
-    const QJsonObject report = runTool({u"check"_qs, project.path(), u"--json"_qs}).json().object();
+    zipping(u"binder.autosave"_s)(project);
+    const QJsonObject report = runTool({u"check"_s, project.path(), u"--json"_s}).json().object();
     QCOMPARE(problemsOf(report),
-             QStringList({u"unknownFavorite Novel.tavelx"_qs, u"unknownFavorite "_qs + Autosave,
-                          u"fallback "_qs + Backup, u"unknownStatus #5"_qs}));
-    QCOMPARE(runTool({u"info"_qs, project.path()}).status, 0);
+             QStringList({u"unknownFavorite Novel.tavelx"_s, u"unknownFavorite "_s + Autosave,
+                          u"fallback "_s + Backup, u"unknownStatus #5"_s}));
+    QCOMPARE(runTool({u"info"_s, project.path()}).status, 0);
 }
 
 void TstToolCheck::aTextIsOneLineWhateverTheTitle()
@@ -758,7 +759,7 @@ void TstToolCheck::aTextIsOneLineWhateverTheTitle()
                  binderXml(systemFolders(item(
                      3, "Text", "One&#10;two",
                      {.attributes = {}, .metaData = "<LabelID>9</LabelID>", .children = {}}))));
-    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    const ProgramResult result = runTool({u"check"_s, project.path()});
     QCOMPARE(result.output,
              QByteArray("unknownLabel: #3: 'One two' has the label 9, which doesn't exist\n"));
 }
@@ -766,10 +767,10 @@ void TstToolCheck::aTextIsOneLineWhateverTheTitle()
 void TstToolCheck::whatIsNoProjectIsAFailure_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("nothing") << u"Nothing.tavel"_qs;
+    QTest::newRow("nothing") << u"Nothing.tavel"_s;
     QTest::newRow("no path") << QString();
-    QTest::newRow("a file") << u"Novel.tavel/Files/version.txt"_qs;
-    QTest::newRow("a binder that isn't there") << u"Novel.tavel/Other.tavelx"_qs;
+    QTest::newRow("a file") << u"Novel.tavel/Files/version.txt"_s;
+    QTest::newRow("a binder that isn't there") << u"Novel.tavel/Other.tavelx"_s;
 }
 
 void TstToolCheck::whatIsNoProjectIsAFailure()
@@ -780,10 +781,10 @@ void TstToolCheck::whatIsNoProjectIsAFailure()
     ProgramPlace place;
     place.workingDirectory = project.enclosingPath();
     const auto before = everythingBelow(project.enclosingPath());
-    const ProgramResult result = runTool({u"check"_qs, u"--json"_qs, path}, place);
+    const ProgramResult result = runTool({u"check"_s, u"--json"_s, path}, place);
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
-    QCOMPARE(result.errors, u"tavel: there is no project at '%1'\n"_qs.arg(path).toUtf8());
+    QCOMPARE(result.errors, u"tavel: there is no project at '%1'\n"_s.arg(path).toUtf8());
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
 }
 
@@ -800,7 +801,7 @@ void TstToolCheck::aVeryDeepTreeIsChecked()
     writeProject(
         project,
         binderXml(draft + item(1, "ResearchFolder", "Research") + item(2, "TrashFolder", "Trash")));
-    const ProgramResult result = runTool({u"check"_qs, project.path()});
+    const ProgramResult result = runTool({u"check"_s, project.path()});
     QVERIFY(!result.crashed);
     QVERIFY2(result.status == 0, result.output);
 }
@@ -809,8 +810,8 @@ void TstToolCheck::anInterruptedSaveIsToldInOneLine()
 {
     const TestProject project;
     writeSoundProject(project);
-    const QString path = project.path(u"Files/Docs/4.rtf"_qs);
-    const QString elsewhere = project.enclosingPath() + u"/4.rtf"_qs;
+    const QString path = project.path(u"Files/Docs/4.rtf"_s);
+    const QString elsewhere = project.enclosingPath() + u"/4.rtf"_s;
     {
         const TVLUnattendedMessageBoxes boxes;
         const auto model = project.open();
@@ -818,21 +819,21 @@ void TstToolCheck::anInterruptedSaveIsToldInOneLine()
         QVERIFY(QFile::rename(path, elsewhere));
         QVERIFY(QFile::link(elsewhere, path));
         QTextDocument words;
-        words.setPlainText(u"Terns."_qs);
+        words.setPlainText(u"Terns."_s);
         QVERIFY(model->overwriteText(model->index(4), &words));
         QVERIFY(!model->save());
     }
     QVERIFY(QFile::remove(path));
-    project.writeFile(u"Files/Docs/4.rtf"_qs, {});
+    project.writeFile(u"Files/Docs/4.rtf"_s, {});
 
-    const ProgramResult text = runTool({u"check"_qs, project.path()});
+    const ProgramResult text = runTool({u"check"_s, project.path()});
     QCOMPARE(text.output.split('\n').constFirst(),
              QByteArray("a save was interrupted; the next opening completes it (1 files)"));
     // Who reads sees the words, and leaves it to others to complete the save.
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"4"_qs}).output, QByteArray("Terns.\n"));
-    QCOMPARE(runTool({u"check"_qs, project.path()}).output, text.output);
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"4"_s}).output, QByteArray("Terns.\n"));
+    QCOMPARE(runTool({u"check"_s, project.path()}).output, text.output);
     QVERIFY(project.open());
-    QVERIFY(!runTool({u"check"_qs, project.path()}).output.contains("interrupted"));
+    QVERIFY(!runTool({u"check"_s, project.path()}).output.contains("interrupted"));
 }
 
 TVL_TEST(TstToolCheck)

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QTextCursor>
 
+using namespace Qt::StringLiterals;
+
 /** `tavel check`: whether the document files are what the project has recorded of them. */
 class TstToolCheckHashes : public QObject
 {
@@ -43,7 +45,7 @@ namespace {
 /** The problems of a project, each as its kind, a blank and its place. */
 QStringList hashProblemsOf(const TestProject &project)
 {
-    const ProgramResult result = runTool({u"check"_qs, project.path(), u"--json"_qs});
+    const ProgramResult result = runTool({u"check"_s, project.path(), u"--json"_s});
     QStringList problems;
     const QJsonArray array = result.json().object()[u"problems"].toArray();
     for (const QJsonValue &problem : array)
@@ -78,13 +80,13 @@ void TstToolCheckHashes::whatTheLibrarySavesAgrees()
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
         for (const int id : {3, 4, 5}) {
             for (const auto type : {TVL::MainText, TVL::NotesText, TVL::SynopsisText})
-                typeText(model, id, type, u"Fog. "_qs);
+                typeText(model, id, type, u"Fog. "_s);
         }
     });
     QVERIFY(project.readFile(HashesFile).contains("5_notes.rtf="));
     QCOMPARE(hashProblemsOf(project), QStringList());
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
-        typeText(model, 4, TVL::MainText, u"And rain. "_qs);
+        typeText(model, 4, TVL::MainText, u"And rain. "_s);
         TVLTextDocument *synopsis = model->referenceItem(model->index(4), TVL::SynopsisText);
         synopsis->clear();
         model->dereferenceItem(synopsis);
@@ -95,20 +97,20 @@ void TstToolCheckHashes::whatTheLibrarySavesAgrees()
 void TstToolCheckHashes::whatTheToolSavesAgrees()
 {
     const TestProject project;
-    QCOMPARE(runTool({u"new"_qs, project.path()}).status, 0);
-    const QString text = project.enclosingPath() + u"/Watch.txt"_qs;
+    QCOMPARE(runTool({u"new"_s, project.path()}).status, 0);
+    const QString text = project.enclosingPath() + u"/Watch.txt"_s;
     writeFileAt(text, "All is well.\n");
-    QCOMPARE(runTool({u"import"_qs, project.path(), text}).status, 0);
+    QCOMPARE(runTool({u"import"_s, project.path(), text}).status, 0);
     QVERIFY(!project.readFile(HashesFile).isEmpty());
     QCOMPARE(hashProblemsOf(project), QStringList());
 
-    const QString item = u"Draft/Watch"_qs;
-    QCOMPARE(runTool({u"snapshot"_qs, u"add"_qs, project.path(), item, u"First"_qs}).status, 0);
+    const QString item = u"Draft/Watch"_s;
+    QCOMPARE(runTool({u"snapshot"_s, u"add"_s, project.path(), item, u"First"_s}).status, 0);
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
-        typeText(model, model->findNextNodeId() - 1, TVL::MainText, u"Fog. "_qs);
+        typeText(model, model->findNextNodeId() - 1, TVL::MainText, u"Fog. "_s);
     });
     const QByteArray hashes = project.readFile(HashesFile);
-    QCOMPARE(runTool({u"snapshot"_qs, u"restore"_qs, project.path(), item, u"First"_qs}).status, 0);
+    QCOMPARE(runTool({u"snapshot"_s, u"restore"_s, project.path(), item, u"First"_s}).status, 0);
     QVERIFY(project.readFile(HashesFile) != hashes);
     QCOMPARE(hashProblemsOf(project), QStringList());
 }
@@ -118,11 +120,11 @@ void TstToolCheckHashes::whatWasRemovedIsNotMissed()
     const TestProject project;
     writeSoundProject(project);
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
-        typeText(model, 5, TVL::MainText, u"Fog. "_qs);
+        typeText(model, 5, TVL::MainText, u"Fog. "_s);
         QVERIFY(model->save());
         QVERIFY(model->removeIndex(model->index(5)));
     });
-    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
+    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_s)));
     QCOMPARE(hashProblemsOf(project), QStringList());
     // Nor when another item has got the id.
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
@@ -137,18 +139,18 @@ void TstToolCheckHashes::aChangeOutsideIsToldUntilTheTextIsSaved()
     const TestProject project;
     writeSoundProject(project);
     changeWithTheLibrary(project, [](TVLProjectModel *) {});
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
-    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_qs};
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}");
+    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_s};
     QCOMPARE(hashProblemsOf(project), changed);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).output,
+    QCOMPARE(runTool({u"check"_s, project.path()}).output,
              QByteArray("changedDocument: Files/Docs/4.rtf: the file differs from its recorded "
                         "hash: it was changed behind the project's back\n"));
     // Somebody looks for something, which changes nothing.
-    QCOMPARE(runTool({u"search"_qs, project.path(), u"terns"_qs}).output,
+    QCOMPARE(runTool({u"search"_s, project.path(), u"terns"_s}).output,
              QByteArray("4  The Harbour  (1 hit; Text: Terns.)\n"));
     QCOMPARE(hashProblemsOf(project), changed);
     changeWithTheLibrary(
-        project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_qs); });
+        project, [](TVLProjectModel *model) { typeText(model, 4, TVL::MainText, u"Fog. "_s); });
     QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
@@ -165,14 +167,14 @@ void TstToolCheckHashes::whatASessionSavesIsNoChangeFromOutside()
     const TestProject project;
     writeSoundProject(project);
     changeWithTheLibrary(project, [](TVLProjectModel *model) {
-        typeText(model, 3, TVL::MainText, u"Fog. "_qs);
-        typeText(model, 4, TVL::NotesText, u"Rain. "_qs);
+        typeText(model, 3, TVL::MainText, u"Fog. "_s);
+        typeText(model, 4, TVL::NotesText, u"Rain. "_s);
         // The texts of the items are known from here on.
         model->searchIndex()->validateIndexes(nullptr);
     });
     TestModel model = project.open();
-    typeText(model.get(), 4, TVL::MainText, u"And rain. "_qs);
-    typeText(model.get(), 5, TVL::SynopsisText, u"A boat. "_qs);
+    typeText(model.get(), 4, TVL::MainText, u"And rain. "_s);
+    typeText(model.get(), 5, TVL::SynopsisText, u"A boat. "_s);
     TVLTextDocument *notes = model->referenceItem(model->index(4), TVL::NotesText);
     notes->clear();
     model->dereferenceItem(notes);
@@ -182,17 +184,17 @@ void TstToolCheckHashes::whatASessionSavesIsNoChangeFromOutside()
     QCOMPARE(hashProblemsOf(project), QStringList());
 
     // Others change what the session has saved, and what it hasn't.
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Terns.}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
-    QVERIFY(QFile::remove(project.path(u"Files/Docs/5_synopsis.txt"_qs)));
-    const QStringList changed({u"changedDocument Files/Docs/3.rtf"_qs,
-                               u"changedDocument Files/Docs/4.rtf"_qs,
-                               u"missingDocument Files/Docs/5_synopsis.txt"_qs});
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 Terns.}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}");
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/5_synopsis.txt"_s)));
+    const QStringList changed({u"changedDocument Files/Docs/3.rtf"_s,
+                               u"changedDocument Files/Docs/4.rtf"_s,
+                               u"missingDocument Files/Docs/5_synopsis.txt"_s});
     QCOMPARE(hashProblemsOf(project), changed);
     // The next session saves its hashes without having looked at these.
     model.reset();
     changeWithTheLibrary(
-        project, [](TVLProjectModel *next) { typeText(next, 5, TVL::MainText, u"Fog. "_qs); });
+        project, [](TVLProjectModel *next) { typeText(next, 5, TVL::MainText, u"Fog. "_s); });
     QCOMPARE(hashProblemsOf(project), changed);
 }
 
@@ -201,11 +203,11 @@ void TstToolCheckHashes::whatASessionRemovesIsNotMissed()
     const TestProject project;
     writeSoundProject(project);
     changeWithTheLibrary(
-        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
+        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_s); });
     const TestModel model = project.open();
     // The binder on disk still has the item.
     QVERIFY(model->removeFilesForNode(model->projectNode(model->index(5))));
-    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_qs)));
+    QVERIFY(!QFile::exists(project.path(u"Files/Docs/5.rtf"_s)));
     QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
@@ -214,7 +216,7 @@ void TstToolCheckHashes::whatASessionReplacesIsNoChangeFromOutside()
     const TestProject project;
     writeSoundProject(project);
     changeWithTheLibrary(
-        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_qs); });
+        project, [](TVLProjectModel *model) { typeText(model, 5, TVL::MainText, u"Fog. "_s); });
     const TestModel model = project.open();
     QVERIFY(model->cloneProjectFiles(model->index(4), model->index(5), false));
     QCOMPARE(hashProblemsOf(project), QStringList());
@@ -224,8 +226,8 @@ void TstToolCheckHashes::whatASessionReplacesIsNoChangeFromOutside()
     model->searchIndex()->validateIndexes(nullptr);
     model->saveAll(false);
     QCOMPARE(hashProblemsOf(project), QStringList());
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Terns.}");
-    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/5.rtf"_qs));
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 Terns.}");
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/5.rtf"_s));
 }
 
 void TstToolCheckHashes::aFileThatWasBeingWrittenIsNoChangeFromOutside()
@@ -234,12 +236,12 @@ void TstToolCheckHashes::aFileThatWasBeingWrittenIsNoChangeFromOutside()
     writeSoundProject(project);
     changeWithTheLibrary(project, [](TVLProjectModel *) {});
     const QByteArray hashes = project.readFile(HashesFile);
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Ter");
-    QVERIFY(hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_qs));
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Ter");
+    QVERIFY(hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_s));
     project.writeFile(HashesFile, hashes + "\n4.rtf.saved=\n");
-    QVERIFY(!hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_qs));
+    QVERIFY(!hashProblemsOf(project).contains(u"changedDocument Files/Docs/4.rtf"_s));
     project.writeFile(HashesFile, hashes + "\n4.rtf.saved=12\n");
-    QVERIFY(hashProblemsOf(project).contains(u"unreadableHashes "_qs + HashesFile));
+    QVERIFY(hashProblemsOf(project).contains(u"unreadableHashes "_s + HashesFile));
 }
 
 void TstToolCheckHashes::aChangeOutsideIsToldThoughASearchHasTakenItIn()
@@ -248,8 +250,8 @@ void TstToolCheckHashes::aChangeOutsideIsToldThoughASearchHasTakenItIn()
     writeSoundProject(project);
     changeWithTheLibrary(
         project, [](TVLProjectModel *model) { model->searchIndex()->validateIndexes(nullptr); });
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
-    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_qs};
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}");
+    const QStringList changed{u"changedDocument Files/Docs/4.rtf"_s};
     for (int session = 0; session < 2; ++session) {
         changeWithTheLibrary(project, [](TVLProjectModel *model) {
             model->searchIndex()->validateIndexes(nullptr);
@@ -266,8 +268,8 @@ void TstToolCheckHashes::aFileThatIsNotRecordedIsNoProblem()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Fog.}");
-    project.writeFile(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Fog.}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 Fog.}");
+    project.writeFile(u"Files/Docs/5_notes.rtf"_s, "{\\rtf1 Fog.}");
     QCOMPARE(hashProblemsOf(project), QStringList());
 }
 
@@ -292,7 +294,7 @@ void TstToolCheckHashes::theLastHashOfAFileCounts()
     project.writeFile(HashesFile, wrong + right);
     QCOMPARE(hashProblemsOf(project), QStringList());
     project.writeFile(HashesFile, right + wrong);
-    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_s));
 }
 
 void TstToolCheckHashes::hashesMayBeWrittenInOtherWays_data()
@@ -314,12 +316,12 @@ void TstToolCheckHashes::hashesMayBeWrittenInOtherWays()
     const TestProject project;
     writeSoundProject(project);
     const QByteArray hash =
-        TVLProjectFolderFormat::calcChecksum(project.path(u"Files/Docs/4.rtf"_qs)).toHex();
+        TVLProjectFolderFormat::calcChecksum(project.path(u"Files/Docs/4.rtf"_s)).toHex();
     project.writeFile(HashesFile,
                       before + "4.rtf=" + (isInCapitals ? hash.toUpper() : hash) + behind);
     QCOMPARE(hashProblemsOf(project), QStringList());
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
-    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_qs));
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}");
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument Files/Docs/4.rtf"_s));
 }
 
 void TstToolCheckHashes::filesInFoldersOfTheirOwnAreCompared()
@@ -330,15 +332,15 @@ void TstToolCheckHashes::filesInFoldersOfTheirOwnAreCompared()
         binderXml(systemFolders(item(3, "Text", "One") + item(4, "Text", "Two")), {}, "2.0"), "23");
     const QByteArray emptyHash = "da39a3ee5e6b4b0d3255bfef95601890afd80709";
     const QByteArray name = uuidOf(3) + "/synopsis.txt";
-    const QString path = u"Files/Data/"_qs + QString::fromLatin1(name);
+    const QString path = u"Files/Data/"_s + QString::fromLatin1(name);
     project.writeFile(path, {});
     project.writeFile(
         HashesFile, name + '=' + emptyHash + '\n' + uuidOf(9) + "/content.rtf=" + emptyHash + '\n');
     QCOMPARE(hashProblemsOf(project), QStringList());
     project.writeFile(path, "A boat");
-    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument "_qs + path));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"changedDocument "_s + path));
     QVERIFY(QFile::remove(project.path(path)));
-    QCOMPARE(hashProblemsOf(project), QStringList(u"missingDocument "_qs + path));
+    QCOMPARE(hashProblemsOf(project), QStringList(u"missingDocument "_s + path));
 }
 
 void TstToolCheckHashes::aDamagedLineIsToldByItsNumber()
@@ -346,7 +348,7 @@ void TstToolCheckHashes::aDamagedLineIsToldByItsNumber()
     const TestProject project;
     writeSoundProject(project);
     project.writeFile(HashesFile, project.readFile(HashesFile) + "\ngulls\n");
-    QCOMPARE(runTool({u"check"_qs, project.path()}).output,
+    QCOMPARE(runTool({u"check"_s, project.path()}).output,
              QByteArray("unreadableHashes: Files/Docs/docs.checksum: line 4 isn't a file with its "
                         "hash\n"));
 }
@@ -357,7 +359,7 @@ void TstToolCheckHashes::whereASearchIndexIsDamagedIsTold()
     writeSoundProject(project);
     const auto textOf = [&project](const QByteArray &index) {
         project.writeFile(IndexFile, index);
-        const QByteArray output = runTool({u"check"_qs, project.path()}).output;
+        const QByteArray output = runTool({u"check"_s, project.path()}).output;
         const QByteArray head = "unreadableSearchIndex: Files/search.indexes: ";
         return output.startsWith(head) ? output.sliced(head.size()).trimmed() : QByteArray();
     };
@@ -376,16 +378,16 @@ void TstToolCheckHashes::manyFilesAreCompared()
     QByteArray items;
     for (int id = 3; id < Count + 3; ++id) {
         items += item(id, "Text", "Page");
-        project.writeFile(u"Files/Docs/%1_synopsis.txt"_qs.arg(id), QByteArray::number(id));
+        project.writeFile(u"Files/Docs/%1_synopsis.txt"_s.arg(id), QByteArray::number(id));
     }
     writeProject(project, binderXml(systemFolders(items)));
     recordHashes(project);
     QCOMPARE(hashProblemsOf(project), QStringList());
-    project.writeFile(u"Files/Docs/1000_synopsis.txt"_qs, "another");
-    QVERIFY(QFile::remove(project.path(u"Files/Docs/2000_synopsis.txt"_qs)));
+    project.writeFile(u"Files/Docs/1000_synopsis.txt"_s, "another");
+    QVERIFY(QFile::remove(project.path(u"Files/Docs/2000_synopsis.txt"_s)));
     QCOMPARE(hashProblemsOf(project),
-             QStringList({u"changedDocument Files/Docs/1000_synopsis.txt"_qs,
-                          u"missingDocument Files/Docs/2000_synopsis.txt"_qs}));
+             QStringList({u"changedDocument Files/Docs/1000_synopsis.txt"_s,
+                          u"missingDocument Files/Docs/2000_synopsis.txt"_s}));
 }
 
 TVL_TEST(TstToolCheckHashes)

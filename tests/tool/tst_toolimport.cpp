@@ -16,6 +16,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 /** `tavel import`. */
 class TstToolImport : public QObject
 {
@@ -62,7 +64,7 @@ class Source
 {
 public:
     explicit Source(const TestProject &project)
-        : mPath(project.enclosingPath() + u"/source"_qs)
+        : mPath(project.enclosingPath() + u"/source"_s)
     {
         QDir().mkpath(mPath);
     }
@@ -79,7 +81,7 @@ private:
 
 ProgramResult import(const TestProject &project, const QStringList &arguments)
 {
-    return runTool(QStringList{u"import"_qs, project.path()} + arguments);
+    return runTool(QStringList{u"import"_s, project.path()} + arguments);
 }
 
 /** Titles below an item, each with those of its children in parentheses. */
@@ -88,7 +90,7 @@ QString treeOf(const QJsonArray &items)
     QStringList titles;
     for (const QJsonValue &item : items) {
         const QString children = treeOf(item[u"children"].toArray());
-        const bool isFolder = item[u"type"] == u"Folder"_qs;
+        const bool isFolder = item[u"type"] == u"Folder"_s;
         titles.append(item[u"title"].toString()
                       + (isFolder || !children.isEmpty() ? u'(' + children + u')' : QString()));
     }
@@ -97,7 +99,7 @@ QString treeOf(const QJsonArray &items)
 
 QJsonArray draftOf(const TestProject &project)
 {
-    const QJsonArray items = runTool({u"outline"_qs, u"--json"_qs, project.path()}).json().array();
+    const QJsonArray items = runTool({u"outline"_s, u"--json"_s, project.path()}).json().array();
     return items[0][u"children"].toArray();
 }
 
@@ -119,15 +121,15 @@ void TstToolImport::filesBecomeTextsAtTheEndOfTheDraft()
     const TestProject project;
     writeSoundProject(project);
     const Source source(project);
-    const ProgramResult result = import(
-        project, {source.write(u"b.txt"_qs, "Bees.\n"), source.write(u"a.txt"_qs, "Ants.\n")});
+    const ProgramResult result =
+        import(project, {source.write(u"b.txt"_s, "Bees.\n"), source.write(u"a.txt"_s, "Ants.\n")});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output, QByteArray("Imported 2 texts and 0 folders into 'Draft'\n"));
-    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch) b a"_qs);
-    QCOMPARE(catOf(project, u"Draft/b"_qs), QByteArray("Bees.\n"));
-    QCOMPARE(catOf(project, u"Draft/a"_qs), QByteArray("Ants.\n"));
-    QCOMPARE(catOf(project, u"4"_qs), QByteArray("Gulls.\n"));
+    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch) b a"_s);
+    QCOMPARE(catOf(project, u"Draft/b"_s), QByteArray("Bees.\n"));
+    QCOMPARE(catOf(project, u"Draft/a"_s), QByteArray("Ants.\n"));
+    QCOMPARE(catOf(project, u"4"_s), QByteArray("Gulls.\n"));
 }
 
 void TstToolImport::anItemMayBeNamedToPutThemIn()
@@ -135,12 +137,11 @@ void TstToolImport::anItemMayBeNamedToPutThemIn()
     const TestProject project;
     writeSoundProject(project);
     const Source source(project);
-    const ProgramResult result =
-        import(project,
-               {source.write(u"a.txt"_qs, "Ants."), u"--into"_qs, u"Draft/Part 1/First Watch"_qs});
+    const ProgramResult result = import(
+        project, {source.write(u"a.txt"_s, "Ants."), u"--into"_s, u"Draft/Part 1/First Watch"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output, QByteArray("Imported 1 text and 0 folders into 'First Watch'\n"));
-    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch(a))"_qs);
+    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch(a))"_s);
 }
 
 void TstToolImport::theProjectIsSoundAndNotLockedAfterwards()
@@ -148,8 +149,8 @@ void TstToolImport::theProjectIsSoundAndNotLockedAfterwards()
     const TestProject project;
     writeSoundProject(project);
     const Source source(project);
-    QCOMPARE(import(project, {source.write(u"a.txt"_qs, "Ants.")}).status, 0);
-    const ProgramResult check = runTool({u"check"_qs, project.path()});
+    QCOMPARE(import(project, {source.write(u"a.txt"_s, "Ants.")}).status, 0);
+    const ProgramResult check = runTool({u"check"_s, project.path()});
     QVERIFY2(check.status == 0, check.output);
     QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
 }
@@ -159,30 +160,30 @@ void TstToolImport::importingAgainAddsTheSameOnceMore()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    const QString file = source.write(u"a.txt"_qs, "Ants.\n");
+    const QString file = source.write(u"a.txt"_s, "Ants.\n");
     QCOMPARE(import(project, {file, file}).status, 0);
     QCOMPARE(import(project, {file}).status, 0);
     const QJsonArray items = draftOf(project);
-    QCOMPARE(treeOf(items), u"a a a"_qs);
+    QCOMPARE(treeOf(items), u"a a a"_s);
     QSet<int> ids;
     for (const QJsonValue &item : items) {
         ids.insert(item[u"id"].toInt());
         QCOMPARE(catOf(project, QString::number(item[u"id"].toInt())), QByteArray("Ants.\n"));
     }
     QCOMPARE(ids.size(), 3);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
 }
 
 void TstToolImport::aTitleIsTheCompleteBaseName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("title");
-    QTest::newRow("plain") << u"Loomings.txt"_qs << u"Loomings"_qs;
-    QTest::newRow("dots") << u"1. The Carpet.Bag.txt"_qs << u"1. The Carpet.Bag"_qs;
-    QTest::newRow("capitals in the suffix") << u"Chowder.TXT"_qs << u"Chowder"_qs;
-    QTest::newRow("beyond ASCII") << u"\u4e2d \U0001f30d.txt"_qs << u"\u4e2d \U0001f30d"_qs;
-    QTest::newRow("markup") << u"a <b> & c.txt"_qs << u"a <b> & c"_qs;
-    QTest::newRow("nothing but a suffix") << u".txt"_qs << u"Untitled"_qs;
+    QTest::newRow("plain") << u"Loomings.txt"_s << u"Loomings"_s;
+    QTest::newRow("dots") << u"1. The Carpet.Bag.txt"_s << u"1. The Carpet.Bag"_s;
+    QTest::newRow("capitals in the suffix") << u"Chowder.TXT"_s << u"Chowder"_s;
+    QTest::newRow("beyond ASCII") << u"\u4e2d \U0001f30d.txt"_s << u"\u4e2d \U0001f30d"_s;
+    QTest::newRow("markup") << u"a <b> & c.txt"_s << u"a <b> & c"_s;
+    QTest::newRow("nothing but a suffix") << u".txt"_s << u"Untitled"_s;
 }
 
 void TstToolImport::aTitleIsTheCompleteBaseName()
@@ -194,7 +195,7 @@ void TstToolImport::aTitleIsTheCompleteBaseName()
     const Source source(project);
     QCOMPARE(import(project, {source.write(name, "x")}).status, 0);
     QCOMPARE(draftTreeOf(project), title);
-    QCOMPARE(catOf(project, u"Draft/"_qs + title), QByteArray("x\n"));
+    QCOMPARE(catOf(project, u"Draft/"_s + title), QByteArray("x\n"));
 }
 
 void TstToolImport::newItemsHaveTheDefaultLabelAndStatus()
@@ -205,12 +206,12 @@ void TstToolImport::newItemsHaveTheDefaultLabelAndStatus()
     sections.replace("<DefaultStatusID>-1", "<DefaultStatusID>3");
     writeProject(project, binderXml(systemFolders({}), sections));
     const Source source(project);
-    source.write(u"folder/a.txt"_qs, "x");
-    QCOMPARE(import(project, {source.path(u"folder"_qs)}).status, 0);
+    source.write(u"folder/a.txt"_s, "x");
+    QCOMPARE(import(project, {source.path(u"folder"_s)}).status, 0);
     const QJsonValue folder = draftOf(project).at(0);
     for (const QJsonValue &item : {folder, folder[u"children"][0]}) {
-        QCOMPARE(item[u"label"], QJsonValue(u"Idea"_qs));
-        QCOMPARE(item[u"status"], QJsonValue(u"Done"_qs));
+        QCOMPARE(item[u"label"], QJsonValue(u"Idea"_s));
+        QCOMPARE(item[u"status"], QJsonValue(u"Done"_s));
     }
 }
 
@@ -229,8 +230,8 @@ void TstToolImport::plainTextComesBackAsItWas_data()
         << QByteArray("  One\ttwo  \n") << QByteArray("  One\ttwo  \n");
     QTest::newRow("empty") << QByteArray() << QByteArray();
     QTest::newRow("many scripts")
-        << u"na\u00efve \u4e2d\u6587 \u0634 \U0001f30d \u2014\n"_qs.toUtf8()
-        << u"na\u00efve \u4e2d\u6587 \u0634 \U0001f30d \u2014\n"_qs.toUtf8();
+        << u"na\u00efve \u4e2d\u6587 \u0634 \U0001f30d \u2014\n"_s.toUtf8()
+        << u"na\u00efve \u4e2d\u6587 \u0634 \U0001f30d \u2014\n"_s.toUtf8();
     QTest::newRow("what looks like rich text")
         << QByteArray("{\\rtf1 {\\b x}}\\par\n") << QByteArray("{\\rtf1 {\\b x}}\\par\n");
     QTest::newRow("what looks like HTML")
@@ -244,11 +245,11 @@ void TstToolImport::plainTextComesBackAsItWas()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    const ProgramResult result = import(project, {source.write(u"a.txt"_qs, content)});
+    const ProgramResult result = import(project, {source.write(u"a.txt"_s, content)});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
-    QCOMPARE(catOf(project, u"Draft/a"_qs), text);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    QCOMPARE(catOf(project, u"Draft/a"_s), text);
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
 }
 
 void TstToolImport::encodingsAreToldByTheirMark_data()
@@ -267,11 +268,11 @@ void TstToolImport::encodingsAreToldByTheirMark()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    const QString text = u"na\u00efve\r\n\U0001f30d\r\n"_qs;
+    const QString text = u"na\u00efve\r\n\U0001f30d\r\n"_s;
     QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
     const QByteArray content = encoder(text);
-    QCOMPARE(import(project, {source.write(u"a.txt"_qs, content)}).status, 0);
-    QCOMPARE(catOf(project, u"Draft/a"_qs), u"na\u00efve\n\U0001f30d\n"_qs.toUtf8());
+    QCOMPARE(import(project, {source.write(u"a.txt"_s, content)}).status, 0);
+    QCOMPARE(catOf(project, u"Draft/a"_s), u"na\u00efve\n\U0001f30d\n"_s.toUtf8());
 }
 
 void TstToolImport::aTextInOneLongLineComesBack()
@@ -281,8 +282,8 @@ void TstToolImport::aTextInOneLongLineComesBack()
     const Source source(project);
     const QByteArray text = QByteArray("Seven whole words without any line end ").repeated(135000);
     QVERIFY(text.size() > 5000000);
-    QCOMPARE(import(project, {source.write(u"a.txt"_qs, text)}).status, 0);
-    QVERIFY(catOf(project, u"Draft/a"_qs) == text + '\n');
+    QCOMPARE(import(project, {source.write(u"a.txt"_s, text)}).status, 0);
+    QVERIFY(catOf(project, u"Draft/a"_s) == text + '\n');
 }
 
 void TstToolImport::richTextKeepsItsFormats()
@@ -291,11 +292,11 @@ void TstToolImport::richTextKeepsItsFormats()
     writeEmptyProject(project);
     const Source source(project);
     const QString file =
-        source.write(u"a.rtf"_qs, "{\\rtf1\\ansi Plain {\\b bold}\\par na\\'efve\\par}");
+        source.write(u"a.rtf"_s, "{\\rtf1\\ansi Plain {\\b bold}\\par na\\'efve\\par}");
     QCOMPARE(import(project, {file}).status, 0);
-    QCOMPARE(catOf(project, u"Draft/a"_qs), u"Plain bold\nna\u00efve\n"_qs.toUtf8());
+    QCOMPARE(catOf(project, u"Draft/a"_s), u"Plain bold\nna\u00efve\n"_s.toUtf8());
     const QString id = QString::number(draftOf(project).at(0)[u"id"].toInt());
-    const QByteArray written = project.readFile(u"Files/Docs/%1.rtf"_qs.arg(id));
+    const QByteArray written = project.readFile(u"Files/Docs/%1.rtf"_s.arg(id));
     QTextDocument document;
     QTextCursor(&document).insertFragment(TVLTextRtf::fromRtfCData(written));
     QTextCursor cursor(&document);
@@ -313,14 +314,14 @@ void TstToolImport::foldersBecomeFoldersInNaturalOrder()
     for (const char *name : {"Book/10.txt", "Book/9.txt", "Book/Part 2/x.txt", "Book/Part 10/y.txt",
                              "Book/part 1/b 02.txt", "Book/part 1/B 1.txt", "Book/part 1/a.txt"})
         source.write(QString::fromLatin1(name), "x");
-    QDir().mkpath(source.path(u"Book/Zero"_qs));
+    QDir().mkpath(source.path(u"Book/Zero"_s));
     const ProgramResult result =
-        import(project, {source.path(u"Book/"_qs), source.write(u"After.txt"_qs, "x")});
+        import(project, {source.path(u"Book/"_s), source.write(u"After.txt"_s, "x")});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output, QByteArray("Imported 8 texts and 5 folders into 'Draft'\n"));
     QCOMPARE(draftTreeOf(project),
-             u"Book(9 10 part 1(a B 1 b 02) Part 2(x) Part 10(y) Zero()) After"_qs);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+             u"Book(9 10 part 1(a B 1 b 02) Part 2(x) Part 10(y) Zero()) After"_s);
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
 }
 
 void TstToolImport::hiddenFilesInFoldersAreLeftOut()
@@ -328,11 +329,11 @@ void TstToolImport::hiddenFilesInFoldersAreLeftOut()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    source.write(u"Book/a.txt"_qs, "x");
-    source.write(u"Book/.index"_qs, "x");
-    source.write(u"Book/.hidden/b.png"_qs, "x");
-    QCOMPARE(import(project, {source.path(u"Book"_qs)}).status, 0);
-    QCOMPARE(draftTreeOf(project), u"Book(a)"_qs);
+    source.write(u"Book/a.txt"_s, "x");
+    source.write(u"Book/.index"_s, "x");
+    source.write(u"Book/.hidden/b.png"_s, "x");
+    QCOMPARE(import(project, {source.path(u"Book"_s)}).status, 0);
+    QCOMPARE(draftTreeOf(project), u"Book(a)"_s);
 }
 
 void TstToolImport::filesAreSplitIntoItemsSideBySide()
@@ -343,19 +344,19 @@ void TstToolImport::filesAreSplitIntoItemsSideBySide()
     const QByteArray text =
         "Call me Ishmael\nSome years ago\n#\n\n#\nThe bag\n#\n"
         "This first line is too long for a title and so it ends in the middle\n";
-    const QString file = source.write(u"a.txt"_qs, text);
-    const ProgramResult result = import(project, {file, u"--split"_qs, u"#"_qs});
+    const QString file = source.write(u"a.txt"_s, text);
+    const ProgramResult result = import(project, {file, u"--split"_s, u"#"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output, QByteArray("Imported 3 texts and 0 folders into 'Draft'\n"));
     const QJsonArray items = draftOf(project);
     QCOMPARE(items.size(), 3);
-    QCOMPARE(items.at(0)[u"title"], QJsonValue(u"Call me Ishmael"_qs));
-    QCOMPARE(items.at(1)[u"title"], QJsonValue(u"The bag"_qs));
+    QCOMPARE(items.at(0)[u"title"], QJsonValue(u"Call me Ishmael"_s));
+    QCOMPARE(items.at(1)[u"title"], QJsonValue(u"The bag"_s));
     QCOMPARE(items.at(2)[u"title"],
-             QJsonValue(u"This first line is too long for a title and so it..."_qs));
-    QCOMPARE(catOf(project, u"Draft/Call me Ishmael"_qs),
+             QJsonValue(u"This first line is too long for a title and so it..."_s));
+    QCOMPARE(catOf(project, u"Draft/Call me Ishmael"_s),
              QByteArray("Call me Ishmael\nSome years ago\n"));
-    QCOMPARE(catOf(project, u"Draft/The bag"_qs), QByteArray("The bag\n"));
+    QCOMPARE(catOf(project, u"Draft/The bag"_s), QByteArray("The bag\n"));
 }
 
 void TstToolImport::partsWithoutATitleAreNumbered()
@@ -364,23 +365,22 @@ void TstToolImport::partsWithoutATitleAreNumbered()
     writeEmptyProject(project);
     const Source source(project);
     const QByteArray longWord(60, 'a');
-    const QString file = source.write(u"My text.txt"_qs, longWord + "\n#\nShort\n#\n" + longWord);
-    QCOMPARE(import(project, {file, u"--split"_qs, u"#"_qs}).status, 0);
-    QCOMPARE(draftTreeOf(project), u"My text 1 Short My text 3"_qs);
+    const QString file = source.write(u"My text.txt"_s, longWord + "\n#\nShort\n#\n" + longWord);
+    QCOMPARE(import(project, {file, u"--split"_s, u"#"_s}).status, 0);
+    QCOMPARE(draftTreeOf(project), u"My text 1 Short My text 3"_s);
 }
 
 void TstToolImport::aSeparatorMayHoldLineEndsAndBackslashes_data()
 {
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("an empty line") << u"\\n\\n"_qs << QByteArray("one\n\ntwo\n\nthree\n");
-    QTest::newRow("a line of its own")
-        << u"\\n***\\n"_qs << QByteArray("one\n***\ntwo\n***\nthree");
-    QTest::newRow("a backslash") << u"\\\\"_qs << QByteArray("one\\two\\three");
-    QTest::newRow("a backslash and an n") << u"\\\\n"_qs << QByteArray("one\\ntwo\\nthree");
+    QTest::newRow("an empty line") << u"\\n\\n"_s << QByteArray("one\n\ntwo\n\nthree\n");
+    QTest::newRow("a line of its own") << u"\\n***\\n"_s << QByteArray("one\n***\ntwo\n***\nthree");
+    QTest::newRow("a backslash") << u"\\\\"_s << QByteArray("one\\two\\three");
+    QTest::newRow("a backslash and an n") << u"\\\\n"_s << QByteArray("one\\ntwo\\nthree");
     QTest::newRow("a backslash before another letter")
-        << u"\\x"_qs << QByteArray("one\\xtwo\\xthree");
-    QTest::newRow("a backslash at the end") << u"#\\"_qs << QByteArray("one#\\two#\\three");
+        << u"\\x"_s << QByteArray("one\\xtwo\\xthree");
+    QTest::newRow("a backslash at the end") << u"#\\"_s << QByteArray("one#\\two#\\three");
 }
 
 void TstToolImport::aSeparatorMayHoldLineEndsAndBackslashes()
@@ -390,9 +390,9 @@ void TstToolImport::aSeparatorMayHoldLineEndsAndBackslashes()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    QCOMPARE(import(project, {source.write(u"a.txt"_qs, content), u"--split"_qs, separator}).status,
+    QCOMPARE(import(project, {source.write(u"a.txt"_s, content), u"--split"_s, separator}).status,
              0);
-    QCOMPARE(draftTreeOf(project), u"one two three"_qs);
+    QCOMPARE(draftTreeOf(project), u"one two three"_s);
 }
 
 void TstToolImport::aSeparatorThatDoesNotOccurGivesOneItem()
@@ -400,25 +400,25 @@ void TstToolImport::aSeparatorThatDoesNotOccurGivesOneItem()
     const TestProject project;
     writeEmptyProject(project);
     const Source source(project);
-    const QString file = source.write(u"a.txt"_qs, "Call me\nIshmael\n");
-    QCOMPARE(import(project, {file, u"--split"_qs, u"#"_qs}).status, 0);
-    QCOMPARE(draftTreeOf(project), u"Call me"_qs);
-    QCOMPARE(catOf(project, u"Draft/Call me"_qs), QByteArray("Call me\nIshmael\n"));
+    const QString file = source.write(u"a.txt"_s, "Call me\nIshmael\n");
+    QCOMPARE(import(project, {file, u"--split"_s, u"#"_s}).status, 0);
+    QCOMPARE(draftTreeOf(project), u"Call me"_s);
+    QCOMPARE(catOf(project, u"Draft/Call me"_s), QByteArray("Call me\nIshmael\n"));
 }
 
 void TstToolImport::whatCannotBeImportedIsToldBeforeAnythingChanges_data()
 {
     QTest::addColumn<QString>("path"); // below the folder of the test
     QTest::addColumn<QString>("error");
-    const QString otherKind = u"'%1' is neither plain text (.txt) nor rich text (.rtf)"_qs;
-    QTest::newRow("an image") << u"source/map.png"_qs << otherKind;
-    QTest::newRow("no suffix") << u"source/README"_qs << otherKind;
-    QTest::newRow("no such file") << u"source/none.txt"_qs << u"there is no file '%1'"_qs;
+    const QString otherKind = u"'%1' is neither plain text (.txt) nor rich text (.rtf)"_s;
+    QTest::newRow("an image") << u"source/map.png"_s << otherKind;
+    QTest::newRow("no suffix") << u"source/README"_s << otherKind;
+    QTest::newRow("no such file") << u"source/none.txt"_s << u"there is no file '%1'"_s;
     QTest::newRow("a file of the project")
-        << u"Novel.tavel/Files/Docs/4.rtf"_qs << u"'%1' lies in the project itself"_qs;
-    QTest::newRow("the project") << u"Novel.tavel"_qs << u"'%1' lies in the project itself"_qs;
-    QTest::newRow("a link to a folder") << u"source/link"_qs << u"'%1' is a link to a folder"_qs;
-    QTest::newRow("a link to nothing") << u"source/dead.txt"_qs << u"there is no file '%1'"_qs;
+        << u"Novel.tavel/Files/Docs/4.rtf"_s << u"'%1' lies in the project itself"_s;
+    QTest::newRow("the project") << u"Novel.tavel"_s << u"'%1' lies in the project itself"_s;
+    QTest::newRow("a link to a folder") << u"source/link"_s << u"'%1' is a link to a folder"_s;
+    QTest::newRow("a link to nothing") << u"source/dead.txt"_s << u"there is no file '%1'"_s;
 }
 
 void TstToolImport::whatCannotBeImportedIsToldBeforeAnythingChanges()
@@ -428,18 +428,18 @@ void TstToolImport::whatCannotBeImportedIsToldBeforeAnythingChanges()
     const TestProject project;
     writeSoundProject(project);
     const Source source(project);
-    const QString good = source.write(u"a.txt"_qs, "Ants.");
-    source.write(u"map.png"_qs, "x");
-    source.write(u"README"_qs, "x");
-    QVERIFY(QFile::link(project.enclosingPath(), source.path(u"link"_qs)));
-    QVERIFY(QFile::link(source.path(u"nowhere.txt"_qs), source.path(u"dead.txt"_qs)));
+    const QString good = source.write(u"a.txt"_s, "Ants.");
+    source.write(u"map.png"_s, "x");
+    source.write(u"README"_s, "x");
+    QVERIFY(QFile::link(project.enclosingPath(), source.path(u"link"_s)));
+    QVERIFY(QFile::link(source.path(u"nowhere.txt"_s), source.path(u"dead.txt"_s)));
     const auto before = everythingBelow(project.path());
 
     const QString named = project.enclosingPath() + u'/' + path;
     const ProgramResult result = import(project, {good, named});
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
-    QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(error.arg(named)).toUtf8());
+    QCOMPARE(result.errors, u"tavel: %1\n"_s.arg(error.arg(named)).toUtf8());
     QCOMPARE(everythingBelow(project.path()), before);
 }
 
@@ -448,30 +448,30 @@ void TstToolImport::aBrokenFileIsLeftOutAndTheOthersAreImported_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("cut-off rich text") << u"x.rtf"_qs << QByteArray("{\\rtf1 Half a")
+    QTest::newRow("cut-off rich text") << u"x.rtf"_s << QByteArray("{\\rtf1 Half a")
                                        << QByteArray("The file ends before its text does.");
-    QTest::newRow("empty rich text") << u"x.rtf"_qs << QByteArray() << QByteArray();
+    QTest::newRow("empty rich text") << u"x.rtf"_s << QByteArray() << QByteArray();
     QTest::newRow("plain text under the wrong name")
-        << u"x.rtf"_qs << QByteArray("Plain") << QByteArray();
+        << u"x.rtf"_s << QByteArray("Plain") << QByteArray();
     const QByteArray noText =
         "it isn't text in UTF-8, nor in another encoding with a byte order mark";
-    QTest::newRow("Latin-1") << u"x.txt"_qs << QByteArray("na\xefve") << noText;
-    QTest::newRow("a character cut off") << u"x.txt"_qs << QByteArray("na\xc3") << noText;
-    QTest::newRow("bytes of anything") << u"x.txt"_qs << QByteArray("\x89PNG\0\1\2\3", 8) << noText;
-    QTest::newRow("UTF-16 cut off in a character") << u"x.txt"_qs
+    QTest::newRow("Latin-1") << u"x.txt"_s << QByteArray("na\xefve") << noText;
+    QTest::newRow("a character cut off") << u"x.txt"_s << QByteArray("na\xc3") << noText;
+    QTest::newRow("bytes of anything") << u"x.txt"_s << QByteArray("\x89PNG\0\1\2\3", 8) << noText;
+    QTest::newRow("UTF-16 cut off in a character") << u"x.txt"_s
                                                    << QByteArray("\xff\xfe"
                                                                  "a\0b",
                                                                  5)
                                                    << noText;
-    QTest::newRow("UTF-16 cut off in a pair") << u"x.txt"_qs
+    QTest::newRow("UTF-16 cut off in a pair") << u"x.txt"_s
                                               << QByteArray("\xff\xfe"
                                                             "a\0\x3d\xd8",
                                                             6)
                                               << noText;
-    QTest::newRow("UTF-8 with a byte too many") << u"x.txt"_qs << QByteArray("a\x80z") << noText;
-    QTest::newRow("a surrogate in UTF-8") << u"x.txt"_qs << QByteArray("a\xed\xa0\x80z") << noText;
-    QTest::newRow("an overlong character") << u"x.txt"_qs << QByteArray("a\xc1\x81z") << noText;
-    QTest::newRow("UTF-16 without a mark") << u"x.txt"_qs << QByteArray("a\0b\0", 4) << noText;
+    QTest::newRow("UTF-8 with a byte too many") << u"x.txt"_s << QByteArray("a\x80z") << noText;
+    QTest::newRow("a surrogate in UTF-8") << u"x.txt"_s << QByteArray("a\xed\xa0\x80z") << noText;
+    QTest::newRow("an overlong character") << u"x.txt"_s << QByteArray("a\xc1\x81z") << noText;
+    QTest::newRow("UTF-16 without a mark") << u"x.txt"_s << QByteArray("a\0b\0", 4) << noText;
 }
 
 void TstToolImport::aBrokenFileIsLeftOutAndTheOthersAreImported()
@@ -484,19 +484,18 @@ void TstToolImport::aBrokenFileIsLeftOutAndTheOthersAreImported()
         writeEmptyProject(project);
         const Source source(project);
         const QString broken = source.write(name, content);
-        QStringList arguments{source.write(u"a.txt"_qs, "a"), broken,
-                              source.write(u"b.txt"_qs, "b")};
+        QStringList arguments{source.write(u"a.txt"_s, "a"), broken, source.write(u"b.txt"_s, "b")};
         if (isSplit)
-            arguments += {u"--split"_qs, u"#"_qs};
+            arguments += {u"--split"_s, u"#"_s};
         const ProgramResult result = import(project, arguments);
         QCOMPARE(result.status, 1);
         QCOMPARE(result.output, QByteArray("Imported 2 texts and 0 folders into 'Draft'\n"));
         QCOMPARE(result.errorLines().size(), 1);
-        const QByteArray start = u"tavel: '%1' is not imported: "_qs.arg(broken).toUtf8();
+        const QByteArray start = u"tavel: '%1' is not imported: "_s.arg(broken).toUtf8();
         QVERIFY2(result.errors.startsWith(start + reason), result.errors);
         QVERIFY(result.errors.size() > start.size() + 1);
-        QCOMPARE(draftTreeOf(project), u"a b"_qs);
-        QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+        QCOMPARE(draftTreeOf(project), u"a b"_s);
+        QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
     }
 }
 
@@ -504,11 +503,11 @@ void TstToolImport::aPlaceThatTakesNothingIsRefused_data()
 {
     QTest::addColumn<QString>("into");
     QTest::addColumn<QByteArray>("error");
-    QTest::newRow("the Trash") << u"Trash"_qs
+    QTest::newRow("the Trash") << u"Trash"_s
                                << QByteArray("nothing can be imported into the Trash: 'Trash'");
     QTest::newRow("an item in the Trash")
-        << u"9"_qs << QByteArray("nothing can be imported into the Trash: '9'");
-    QTest::newRow("no item") << u"Nowhere"_qs << QByteArray("there is no item 'Nowhere'");
+        << u"9"_s << QByteArray("nothing can be imported into the Trash: '9'");
+    QTest::newRow("no item") << u"Nowhere"_s << QByteArray("there is no item 'Nowhere'");
 }
 
 void TstToolImport::aPlaceThatTakesNothingIsRefused()
@@ -523,12 +522,12 @@ void TstToolImport::aPlaceThatTakesNothingIsRefused()
                            + ::item(2, "TrashFolder", "Trash",
                                     {.attributes = {}, .metaData = {}, .children = old})));
     const Source source(project);
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     const ProgramResult result =
-        import(project, {source.write(u"a.txt"_qs, "a"), u"--into"_qs, into});
+        import(project, {source.write(u"a.txt"_s, "a"), u"--into"_s, into});
     QCOMPARE(result.status, 1);
     QCOMPARE(result.errors, "tavel: " + error + '\n');
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
     QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
 }
 
@@ -538,24 +537,24 @@ void TstToolImport::filesOfNoItemAreLeftAlone()
     writeSoundProject(project);
     // Such as an import leaves that was killed, or a removed item with others in it.
     const QMap<QString, QByteArray> leftBehind{
-        {u"Files/Docs/6.rtf"_qs, "{\\rtf1 Old.}"},
-        {u"Files/Docs/7_notes.rtf"_qs, "{\\rtf1 Old notes.}"},
-        {u"Files/Docs/8.rtf"_qs, "{\\rtf1 damag"},
-        {u"Snapshots/11.snapshots/index.xml"_qs, "<Snapshots/>"}};
+        {u"Files/Docs/6.rtf"_s, "{\\rtf1 Old.}"},
+        {u"Files/Docs/7_notes.rtf"_s, "{\\rtf1 Old notes.}"},
+        {u"Files/Docs/8.rtf"_s, "{\\rtf1 damag"},
+        {u"Snapshots/11.snapshots/index.xml"_s, "<Snapshots/>"}};
     for (auto file = leftBehind.begin(); file != leftBehind.end(); ++file)
         project.writeFile(file.key(), file.value());
     const Source source(project);
-    source.write(u"Book/a.txt"_qs, "New.\n");
-    source.write(u"Book/b.txt"_qs, "");
-    source.write(u"Book/c.txt"_qs, "New.\n");
+    source.write(u"Book/a.txt"_s, "New.\n");
+    source.write(u"Book/b.txt"_s, "");
+    source.write(u"Book/c.txt"_s, "New.\n");
 
-    const ProgramResult result = import(project, {source.path(u"Book"_qs)});
+    const ProgramResult result = import(project, {source.path(u"Book"_s)});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
-    QCOMPARE(catOf(project, u"Draft/Book"_qs), QByteArray());
-    QCOMPARE(catOf(project, u"Draft/Book/a"_qs), QByteArray("New.\n"));
-    QCOMPARE(catOf(project, u"Draft/Book/b"_qs), QByteArray());
-    QCOMPARE(catOf(project, u"Draft/Book/c"_qs), QByteArray("New.\n"));
+    QCOMPARE(catOf(project, u"Draft/Book"_s), QByteArray());
+    QCOMPARE(catOf(project, u"Draft/Book/a"_s), QByteArray("New.\n"));
+    QCOMPARE(catOf(project, u"Draft/Book/b"_s), QByteArray());
+    QCOMPARE(catOf(project, u"Draft/Book/c"_s), QByteArray("New.\n"));
     for (auto file = leftBehind.begin(); file != leftBehind.end(); ++file)
         QCOMPARE(project.readFile(file.key()), file.value());
 }
@@ -565,15 +564,15 @@ void TstToolImport::aTextThatCannotBeWrittenIsLeftOut()
     const TestProject project;
     writeProject(project, soundBinder());
     // Where the folder of texts should be there is a file.
-    project.writeFile(u"Files/Docs"_qs, "in the way");
+    project.writeFile(u"Files/Docs"_s, "in the way");
     const Source source(project);
-    const QString file = source.write(u"a.txt"_qs, "Ants.");
+    const QString file = source.write(u"a.txt"_s, "Ants.");
     const ProgramResult result = import(project, {file});
     QCOMPARE(result.status, 1);
     QVERIFY2(result.errorLines().constLast().startsWith(
-                 u"tavel: '%1' is not imported: "_qs.arg(file).toUtf8()),
+                 u"tavel: '%1' is not imported: "_s.arg(file).toUtf8()),
              result.errors);
-    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch)"_qs);
+    QCOMPARE(draftTreeOf(project), u"Part 1(The Harbour First Watch)"_s);
 }
 
 void TstToolImport::aFailedSaveIsAFailure()
@@ -581,16 +580,16 @@ void TstToolImport::aFailedSaveIsAFailure()
     const TestProject project;
     writeSoundProject(project);
     const Source source(project);
-    const QString file = source.write(u"a.txt"_qs, "Ants.");
+    const QString file = source.write(u"a.txt"_s, "Ants.");
     // No file may be larger than 2 KB: the binder would be.
     const ProgramResult result =
-        runProgram(u"sh"_qs,
-                   {u"-c"_qs, u"trap '' XFSZ; ulimit -f 4; exec \"$@\""_qs, u"sh"_qs,
-                    QStringLiteral(TAVEL_EXECUTABLE), u"import"_qs, project.path(), file});
+        runProgram(u"sh"_s,
+                   {u"-c"_s, u"trap '' XFSZ; ulimit -f 4; exec \"$@\""_s, u"sh"_s,
+                    QStringLiteral(TAVEL_EXECUTABLE), u"import"_s, project.path(), file});
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(result.errorLines().constLast(),
-             u"tavel: the project could not be saved: '%1'"_qs.arg(project.path()).toUtf8());
+             u"tavel: the project could not be saved: '%1'"_s.arg(project.path()).toUtf8());
     QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
 }
 
@@ -603,12 +602,12 @@ void TstToolImport::manyFilesAreImportedInTheirOrder()
     QStringList numbers;
     for (int i = 1; i <= Count; ++i) {
         numbers.append(QString::number(i));
-        source.write(u"Book/%1.txt"_qs.arg(i), "Text " + QByteArray::number(i));
+        source.write(u"Book/%1.txt"_s.arg(i), "Text " + QByteArray::number(i));
     }
-    QCOMPARE(import(project, {source.path(u"Book"_qs)}).status, 0);
-    QCOMPARE(draftTreeOf(project), u"Book("_qs + numbers.join(u' ') + u')');
-    QCOMPARE(catOf(project, u"Draft/Book/299"_qs), QByteArray("Text 299\n"));
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    QCOMPARE(import(project, {source.path(u"Book"_s)}).status, 0);
+    QCOMPARE(draftTreeOf(project), u"Book("_s + numbers.join(u' ') + u')');
+    QCOMPARE(catOf(project, u"Draft/Book/299"_s), QByteArray("Text 299\n"));
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
 }
 
 void TstToolImport::aTerminalShowsABar()
@@ -627,7 +626,7 @@ void TstToolImport::aTerminalShowsABar()
     QVERIFY(other.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
 
     const ProgramResult result =
-        runTool({u"import"_qs, project.path(), source.path(QString())}, place);
+        runTool({u"import"_s, project.path(), source.path(QString())}, place);
     QCOMPARE(result.status, 1);
     QByteArray shown(100000, '\0');
     const ssize_t size = read(terminal, shown.data(), std::size_t(shown.size()));

@@ -12,6 +12,8 @@
 #include <QSettings>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** `tavel info`, and how a project is opened that is only read. */
 class TstToolInfo : public QObject
 {
@@ -51,7 +53,7 @@ namespace {
 
 QJsonObject infoOf(const QString &path, const ProgramPlace &place = {})
 {
-    const ProgramResult result = runTool({u"info"_qs, path, u"--json"_qs}, place);
+    const ProgramResult result = runTool({u"info"_s, path, u"--json"_s}, place);
     if (result.status != 0 || !result.errors.isEmpty())
         qCritical("%s", result.errors.constData());
     return result.json().object();
@@ -60,7 +62,7 @@ QJsonObject infoOf(const QString &path, const ProgramPlace &place = {})
 void writeFullProject(const TestProject &project)
 {
     writeSoundProject(project);
-    project.writeFile(u"Novel.tavelx"_qs, fullBinder());
+    project.writeFile(u"Novel.tavelx"_s, fullBinder());
 }
 
 QSet<QString> keysOf(const QJsonValue &value)
@@ -77,59 +79,57 @@ void TstToolInfo::theKeysAreStable()
     writeFullProject(project);
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(keysOf(info),
-             QSet<QString>({u"name"_qs,
-                            u"path"_qs,
-                            u"formatVersion"_qs,
-                            u"binderVersion"_qs,
-                            u"binderVersionText"_qs,
-                            u"items"_qs,
-                            u"counts"_qs,
-                            u"words"_qs,
-                            u"characters"_qs,
-                            u"draftWords"_qs,
-                            u"draftCharacters"_qs,
-                            u"unreadableTexts"_qs,
-                            u"labelTitle"_qs,
-                            u"labels"_qs,
-                            u"statusTitle"_qs,
-                            u"statusItems"_qs,
-                            u"keywords"_qs,
-                            u"customMetaData"_qs,
-                            u"collections"_qs,
-                            u"favorites"_qs,
-                            u"references"_qs,
-                            u"notes"_qs,
-                            u"completions"_qs,
-                            u"properties"_qs,
-                            u"targets"_qs,
-                            u"inBackups"_qs,
-                            u"save"_qs,
-                            u"locked"_qs,
-                            u"lock"_qs}));
-    QCOMPARE(keysOf(info[u"counts"]),
-             QSet<QString>({u"DraftFolder"_qs, u"ResearchFolder"_qs, u"TrashFolder"_qs,
-                            u"Folder"_qs, u"Text"_qs, u"Image"_qs, u"PDF"_qs, u"Media"_qs,
-                            u"WebArchive"_qs, u"Other"_qs}));
+             QSet<QString>({u"name"_s,
+                            u"path"_s,
+                            u"formatVersion"_s,
+                            u"binderVersion"_s,
+                            u"binderVersionText"_s,
+                            u"items"_s,
+                            u"counts"_s,
+                            u"words"_s,
+                            u"characters"_s,
+                            u"draftWords"_s,
+                            u"draftCharacters"_s,
+                            u"unreadableTexts"_s,
+                            u"labelTitle"_s,
+                            u"labels"_s,
+                            u"statusTitle"_s,
+                            u"statusItems"_s,
+                            u"keywords"_s,
+                            u"customMetaData"_s,
+                            u"collections"_s,
+                            u"favorites"_s,
+                            u"references"_s,
+                            u"notes"_s,
+                            u"completions"_s,
+                            u"properties"_s,
+                            u"targets"_s,
+                            u"inBackups"_s,
+                            u"save"_s,
+                            u"locked"_s,
+                            u"lock"_s}));
+    QCOMPARE(
+        keysOf(info[u"counts"]),
+        QSet<QString>({u"DraftFolder"_s, u"ResearchFolder"_s, u"TrashFolder"_s, u"Folder"_s,
+                       u"Text"_s, u"Image"_s, u"PDF"_s, u"Media"_s, u"WebArchive"_s, u"Other"_s}));
     QCOMPARE(keysOf(info[u"labels"][0]),
-             QSet<QString>({u"id"_qs, u"title"_qs, u"color"_qs, u"default"_qs}));
-    QCOMPARE(keysOf(info[u"statusItems"][0]),
-             QSet<QString>({u"id"_qs, u"title"_qs, u"default"_qs}));
+             QSet<QString>({u"id"_s, u"title"_s, u"color"_s, u"default"_s}));
+    QCOMPARE(keysOf(info[u"statusItems"][0]), QSet<QString>({u"id"_s, u"title"_s, u"default"_s}));
     QCOMPARE(keysOf(info[u"keywords"][0]),
-             QSet<QString>({u"id"_qs, u"parent"_qs, u"title"_qs, u"color"_qs, u"items"_qs}));
+             QSet<QString>({u"id"_s, u"parent"_s, u"title"_s, u"color"_s, u"items"_s}));
     QCOMPARE(keysOf(info[u"customMetaData"][0]),
-             QSet<QString>({u"id"_qs, u"title"_qs, u"color"_qs, u"wraps"_qs, u"items"_qs}));
-    QCOMPARE(keysOf(info[u"collections"][0]),
-             QSet<QString>({u"title"_qs, u"kind"_qs, u"members"_qs}));
-    QCOMPARE(keysOf(info[u"favorites"][0]), QSet<QString>({u"id"_qs, u"title"_qs}));
-    QCOMPARE(keysOf(info[u"references"][0]), QSet<QString>({u"title"_qs, u"item"_qs, u"url"_qs}));
-    QCOMPARE(keysOf(info[u"notes"][0]), QSet<QString>({u"id"_qs, u"title"_qs}));
+             QSet<QString>({u"id"_s, u"title"_s, u"color"_s, u"wraps"_s, u"items"_s}));
+    QCOMPARE(keysOf(info[u"collections"][0]), QSet<QString>({u"title"_s, u"kind"_s, u"members"_s}));
+    QCOMPARE(keysOf(info[u"favorites"][0]), QSet<QString>({u"id"_s, u"title"_s}));
+    QCOMPARE(keysOf(info[u"references"][0]), QSet<QString>({u"title"_s, u"item"_s, u"url"_s}));
+    QCOMPARE(keysOf(info[u"notes"][0]), QSet<QString>({u"id"_s, u"title"_s}));
     QCOMPARE(keysOf(info[u"properties"]),
-             QSet<QString>({u"ProjectTitle"_qs, u"AbbreviatedTitle"_qs, u"FullName"_qs,
-                            u"LastName"_qs, u"FirstName"_qs}));
-    QCOMPARE(keysOf(info[u"targets"]), QSet<QString>({u"draft"_qs, u"session"_qs, u"notify"_qs}));
+             QSet<QString>({u"ProjectTitle"_s, u"AbbreviatedTitle"_s, u"FullName"_s, u"LastName"_s,
+                            u"FirstName"_s}));
+    QCOMPARE(keysOf(info[u"targets"]), QSet<QString>({u"draft"_s, u"session"_s, u"notify"_s}));
     QCOMPARE(keysOf(info[u"lock"]),
-             QSet<QString>({u"state"_qs, u"host"_qs, u"user"_qs, u"program"_qs}));
-    QCOMPARE(keysOf(info[u"save"]), QSet<QString>({u"device"_qs, u"time"_qs, u"id"_qs}));
+             QSet<QString>({u"state"_s, u"host"_s, u"user"_s, u"program"_s}));
+    QCOMPARE(keysOf(info[u"save"]), QSet<QString>({u"device"_s, u"time"_s, u"id"_s}));
 }
 
 void TstToolInfo::theValuesAreTheProjects()
@@ -137,21 +137,21 @@ void TstToolInfo::theValuesAreTheProjects()
     const TestProject project;
     writeSoundProject(project);
     const QJsonObject info = infoOf(project.path());
-    QCOMPARE(info[u"name"], QJsonValue(u"Novel"_qs));
+    QCOMPARE(info[u"name"], QJsonValue(u"Novel"_s));
     QCOMPARE(info[u"path"], QJsonValue(project.path()));
     QCOMPARE(info[u"formatVersion"], QJsonValue(18));
     QCOMPARE(info[u"binderVersion"], QJsonValue(2));
-    QCOMPARE(info[u"binderVersionText"], QJsonValue(u"1.5"_qs));
+    QCOMPARE(info[u"binderVersionText"], QJsonValue(u"1.5"_s));
     QCOMPARE(info[u"save"],
-             QJsonValue(QJsonObject{{u"device"_qs, u"desk"_qs},
-                                    {u"time"_qs, u"2026-03-04T10:11:12Z"_qs},
-                                    {u"id"_qs, u"11111111-2222-4333-8444-555555555555"_qs}}));
+             QJsonValue(QJsonObject{{u"device"_s, u"desk"_s},
+                                    {u"time"_s, u"2026-03-04T10:11:12Z"_s},
+                                    {u"id"_s, u"11111111-2222-4333-8444-555555555555"_s}}));
     QCOMPARE(info[u"locked"], QJsonValue(false));
     QCOMPARE(info[u"lock"],
-             QJsonValue(QJsonObject{{u"state"_qs, u"none"_qs},
-                                    {u"host"_qs, QJsonValue()},
-                                    {u"user"_qs, QJsonValue()},
-                                    {u"program"_qs, QJsonValue()}}));
+             QJsonValue(QJsonObject{{u"state"_s, u"none"_s},
+                                    {u"host"_s, QJsonValue()},
+                                    {u"user"_s, QJsonValue()},
+                                    {u"program"_s, QJsonValue()}}));
 }
 
 void TstToolInfo::countsAreByType()
@@ -164,16 +164,16 @@ void TstToolInfo::countsAreByType()
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(info[u"items"], QJsonValue(11));
     QCOMPARE(info[u"counts"],
-             QJsonValue(QJsonObject{{u"DraftFolder"_qs, 1},
-                                    {u"ResearchFolder"_qs, 1},
-                                    {u"TrashFolder"_qs, 1},
-                                    {u"Folder"_qs, 1},
-                                    {u"Text"_qs, 2},
-                                    {u"Image"_qs, 1},
-                                    {u"PDF"_qs, 1},
-                                    {u"Media"_qs, 1},
-                                    {u"WebArchive"_qs, 1},
-                                    {u"Other"_qs, 1}}));
+             QJsonValue(QJsonObject{{u"DraftFolder"_s, 1},
+                                    {u"ResearchFolder"_s, 1},
+                                    {u"TrashFolder"_s, 1},
+                                    {u"Folder"_s, 1},
+                                    {u"Text"_s, 2},
+                                    {u"Image"_s, 1},
+                                    {u"PDF"_s, 1},
+                                    {u"Media"_s, 1},
+                                    {u"WebArchive"_s, 1},
+                                    {u"Other"_s, 1}}));
 }
 
 void TstToolInfo::wordsAndCharactersAreThoseOfAllTexts()
@@ -185,9 +185,9 @@ void TstToolInfo::wordsAndCharactersAreThoseOfAllTexts()
                   item(1, "ResearchFolder", "Research",
                        {.attributes = {}, .metaData = {}, .children = item(5, "Text", "Notes")}));
     writeProject(project, binderXml(items));
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 Two words}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Three more\\par words}");
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Aside}");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 Two words}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Three more\\par words}");
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 Aside}");
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(info[u"words"], QJsonValue(6));
     QCOMPARE(info[u"characters"], QJsonValue(9 + 16 + 5));
@@ -200,11 +200,11 @@ void TstToolInfo::aTextThatCannotBeReadIsCountedApart()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Cut off");
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 Cut off");
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(info[u"words"], QJsonValue(1));
     QCOMPARE(info[u"unreadableTexts"], QJsonValue(1));
-    QVERIFY(runTool({u"info"_qs, project.path()}).output.contains("\nUnreadable texts: 1\n"));
+    QVERIFY(runTool({u"info"_s, project.path()}).output.contains("\nUnreadable texts: 1\n"));
 }
 
 void TstToolInfo::labelsAndStatusItemsAreListed()
@@ -212,22 +212,22 @@ void TstToolInfo::labelsAndStatusItemsAreListed()
     const TestProject project;
     writeFullProject(project);
     const QJsonObject info = infoOf(project.path());
-    QCOMPARE(info[u"labelTitle"], QJsonValue(u"Strand"_qs));
-    QCOMPARE(info[u"statusTitle"], QJsonValue(u"Stage"_qs));
+    QCOMPARE(info[u"labelTitle"], QJsonValue(u"Strand"_s));
+    QCOMPARE(info[u"statusTitle"], QJsonValue(u"Stage"_s));
     const auto label = [](int id, const QString &title, const QJsonValue &color, bool isDefault) {
         return QJsonObject{
-            {u"id"_qs, id}, {u"title"_qs, title}, {u"color"_qs, color}, {u"default"_qs, isDefault}};
+            {u"id"_s, id}, {u"title"_s, title}, {u"color"_s, color}, {u"default"_s, isDefault}};
     };
     QCOMPARE(info[u"labels"].toArray(),
-             QJsonArray({label(-1, u"No Label"_qs, {}, false),
-                         label(1, u"Chapter"_qs, u"#ffc080"_qs, false),
-                         label(7, u"Idea"_qs, u"#0000ff"_qs, true)}));
+             QJsonArray({label(-1, u"No Label"_s, {}, false),
+                         label(1, u"Chapter"_s, u"#ffc080"_s, false),
+                         label(7, u"Idea"_s, u"#0000ff"_s, true)}));
     const auto status = [](int id, const QString &title, bool isDefault) {
-        return QJsonObject{{u"id"_qs, id}, {u"title"_qs, title}, {u"default"_qs, isDefault}};
+        return QJsonObject{{u"id"_s, id}, {u"title"_s, title}, {u"default"_s, isDefault}};
     };
     QCOMPARE(info[u"statusItems"].toArray(),
-             QJsonArray({status(-1, u"No Status"_qs, false), status(2, u"First Draft"_qs, true),
-                         status(3, u"Done"_qs, false)}));
+             QJsonArray({status(-1, u"No Status"_s, false), status(2, u"First Draft"_s, true),
+                         status(3, u"Done"_s, false)}));
 }
 
 void TstToolInfo::keywordsAndFieldsAreListedWithTheItemsThatHaveThem()
@@ -237,26 +237,26 @@ void TstToolInfo::keywordsAndFieldsAreListedWithTheItemsThatHaveThem()
     const QJsonObject info = infoOf(project.path());
     const auto keyword = [](int id, const QJsonValue &parent, const QString &title,
                             const QJsonValue &color, int items) {
-        return QJsonObject{{u"id"_qs, id},
-                           {u"parent"_qs, parent},
-                           {u"title"_qs, title},
-                           {u"color"_qs, color},
-                           {u"items"_qs, items}};
+        return QJsonObject{{u"id"_s, id},
+                           {u"parent"_s, parent},
+                           {u"title"_s, title},
+                           {u"color"_s, color},
+                           {u"items"_s, items}};
     };
     QCOMPARE(info[u"keywords"].toArray(),
-             QJsonArray({keyword(3, {}, u"People"_qs, u"#ff0000"_qs, 2),
-                         keyword(5, 3, u"Anna"_qs, {}, 1), keyword(9, {}, u"Places"_qs, {}, 0)}));
+             QJsonArray({keyword(3, {}, u"People"_s, u"#ff0000"_s, 2),
+                         keyword(5, 3, u"Anna"_s, {}, 1), keyword(9, {}, u"Places"_s, {}, 0)}));
     const auto field = [](const QString &id, const QString &title, const QJsonValue &color,
                           bool wraps, int items) {
-        return QJsonObject{{u"id"_qs, id},
-                           {u"title"_qs, title},
-                           {u"color"_qs, color},
-                           {u"wraps"_qs, wraps},
-                           {u"items"_qs, items}};
+        return QJsonObject{{u"id"_s, id},
+                           {u"title"_s, title},
+                           {u"color"_s, color},
+                           {u"wraps"_s, wraps},
+                           {u"items"_s, items}};
     };
     QCOMPARE(info[u"customMetaData"].toArray(),
-             QJsonArray({field(u"pov"_qs, u"Point of View"_qs, u"#00ff00"_qs, false, 2),
-                         field(u"place"_qs, u"Place"_qs, {}, true, 1)}));
+             QJsonArray({field(u"pov"_s, u"Point of View"_s, u"#00ff00"_s, false, 2),
+                         field(u"place"_s, u"Place"_s, {}, true, 1)}));
 }
 
 void TstToolInfo::anItemThatHasAKeywordTwiceCountsOnce()
@@ -287,7 +287,7 @@ void TstToolInfo::veryDeepKeywordsAreListed()
     const QJsonArray told = infoOf(project.path())[u"keywords"].toArray();
     QCOMPARE(told.size(), Depth);
     QCOMPARE(told.last()[u"parent"], QJsonValue(Depth - 1));
-    QCOMPARE(runTool({u"info"_qs, project.path()}).output.count("\nKeyword "), Depth);
+    QCOMPARE(runTool({u"info"_s, project.path()}).output.count("\nKeyword "), Depth);
 }
 
 void TstToolInfo::listsOfItemsAreTold()
@@ -297,23 +297,22 @@ void TstToolInfo::listsOfItemsAreTold()
     const QJsonObject info = infoOf(project.path());
     const auto collection = [](const QString &title, const QString &kind,
                                const QJsonValue &members) {
-        return QJsonObject{{u"title"_qs, title}, {u"kind"_qs, kind}, {u"members"_qs, members}};
+        return QJsonObject{{u"title"_s, title}, {u"kind"_s, kind}, {u"members"_s, members}};
     };
     QCOMPARE(info[u"collections"].toArray(),
-             QJsonArray({collection(u"Binder"_qs, u"Binder"_qs, {}),
-                         collection(u"Search Results"_qs, u"RecentSearch"_qs, {}),
-                         collection(u"Ships"_qs, u"SavedSearch"_qs, {}),
-                         collection(u"Picks"_qs, u"Arbitrary"_qs, 2)}));
+             QJsonArray({collection(u"Binder"_s, u"Binder"_s, {}),
+                         collection(u"Search Results"_s, u"RecentSearch"_s, {}),
+                         collection(u"Ships"_s, u"SavedSearch"_s, {}),
+                         collection(u"Picks"_s, u"Arbitrary"_s, 2)}));
     QCOMPARE(info[u"favorites"].toArray(),
-             QJsonArray({QJsonObject{{u"id"_qs, 5}, {u"title"_qs, u"First Watch"_qs}},
-                         QJsonObject{{u"id"_qs, 3}, {u"title"_qs, u"Part 1"_qs}}}));
-    QCOMPARE(
-        info[u"references"].toArray(),
-        QJsonArray(
-            {QJsonObject{{u"title"_qs, u"Opening"_qs}, {u"item"_qs, 4}, {u"url"_qs, QJsonValue()}},
-             QJsonObject{{u"title"_qs, u"Maps"_qs},
-                         {u"item"_qs, QJsonValue()},
-                         {u"url"_qs, u"https://example.org/maps"_qs}}}));
+             QJsonArray({QJsonObject{{u"id"_s, 5}, {u"title"_s, u"First Watch"_s}},
+                         QJsonObject{{u"id"_s, 3}, {u"title"_s, u"Part 1"_s}}}));
+    QCOMPARE(info[u"references"].toArray(),
+             QJsonArray(
+                 {QJsonObject{{u"title"_s, u"Opening"_s}, {u"item"_s, 4}, {u"url"_s, QJsonValue()}},
+                  QJsonObject{{u"title"_s, u"Maps"_s},
+                              {u"item"_s, QJsonValue()},
+                              {u"url"_s, u"https://example.org/maps"_s}}}));
     QCOMPARE(info[u"completions"], QJsonValue(2));
 }
 
@@ -321,13 +320,13 @@ void TstToolInfo::notesAreToldByTheirTitles()
 {
     const TestProject project;
     const TestModel model = project.create();
-    const int id = model->addProjectNote(u"Tides"_qs);
+    const int id = model->addProjectNote(u"Tides"_s);
     model->prepareToDestroy();
     const QJsonArray notes = infoOf(project.path())[u"notes"].toArray();
-    QVERIFY(notes.contains(QJsonObject{{u"id"_qs, id}, {u"title"_qs, u"Tides"_qs}}));
-    QVERIFY(runTool({u"info"_qs, project.path()})
-                .output.contains(u"Project note %1:"_qs.arg(id).leftJustified(18).toUtf8()
-                                 + "Tides\n"));
+    QVERIFY(notes.contains(QJsonObject{{u"id"_s, id}, {u"title"_s, u"Tides"_s}}));
+    QVERIFY(
+        runTool({u"info"_s, project.path()})
+            .output.contains(u"Project note %1:"_s.arg(id).leftJustified(18).toUtf8() + "Tides\n"));
 }
 
 void TstToolInfo::whatTheProjectSaysOfItselfIsTold()
@@ -336,29 +335,29 @@ void TstToolInfo::whatTheProjectSaysOfItselfIsTold()
     writeFullProject(project);
     const QJsonObject info = infoOf(project.path());
     QCOMPARE(info[u"properties"].toObject(),
-             QJsonObject({{u"ProjectTitle"_qs, u"The Long Harbour"_qs},
-                          {u"AbbreviatedTitle"_qs, u"Harbour"_qs},
-                          {u"FullName"_qs, u"Anna Maria Quist"_qs},
-                          {u"LastName"_qs, u"Quist"_qs},
-                          {u"FirstName"_qs, u"Anna"_qs}}));
+             QJsonObject({{u"ProjectTitle"_s, u"The Long Harbour"_s},
+                          {u"AbbreviatedTitle"_s, u"Harbour"_s},
+                          {u"FullName"_s, u"Anna Maria Quist"_s},
+                          {u"LastName"_s, u"Quist"_s},
+                          {u"FirstName"_s, u"Anna"_s}}));
     QCOMPARE(info[u"targets"][u"draft"].toObject(),
-             QJsonObject({{u"count"_qs, 80000},
-                          {u"type"_qs, u"Words"_qs},
-                          {u"countIncludedOnly"_qs, true},
-                          {u"currentCompileGroupOnly"_qs, true},
-                          {u"showOverrun"_qs, true},
-                          {u"buffer"_qs, 50},
-                          {u"deadline"_qs, u"2026-12-31"_qs},
-                          {u"ignoreDeadline"_qs, true}}));
+             QJsonObject({{u"count"_s, 80000},
+                          {u"type"_s, u"Words"_s},
+                          {u"countIncludedOnly"_s, true},
+                          {u"currentCompileGroupOnly"_s, true},
+                          {u"showOverrun"_s, true},
+                          {u"buffer"_s, 50},
+                          {u"deadline"_s, u"2026-12-31"_s},
+                          {u"ignoreDeadline"_s, true}}));
     QCOMPARE(info[u"targets"][u"session"].toObject(),
-             QJsonObject({{u"count"_qs, 1200},
-                          {u"type"_qs, u"Characters"_qs},
-                          {u"countDraftOnly"_qs, true},
-                          {u"allowNegatives"_qs, true},
-                          {u"reset"_qs, u"NextDay"_qs},
-                          {u"fromDeadline"_qs, true},
-                          {u"canWriteOnDeadlineDate"_qs, true},
-                          {u"writingDays"_qs, u"Mon,Tue"_qs}}));
+             QJsonObject({{u"count"_s, 1200},
+                          {u"type"_s, u"Characters"_s},
+                          {u"countDraftOnly"_s, true},
+                          {u"allowNegatives"_s, true},
+                          {u"reset"_s, u"NextDay"_s},
+                          {u"fromDeadline"_s, true},
+                          {u"canWriteOnDeadlineDate"_s, true},
+                          {u"writingDays"_s, u"Mon,Tue"_s}}));
     QCOMPARE(info[u"targets"][u"notify"], QJsonValue(true));
     QCOMPARE(info[u"inBackups"], QJsonValue(false));
 }
@@ -369,7 +368,7 @@ void TstToolInfo::whatAProjectDoesNotSayIsNullOrEmpty()
     writeProject(project, binderXml(systemFolders({})));
     const QJsonObject info = infoOf(project.path());
     for (const QString &list :
-         {u"keywords"_qs, u"customMetaData"_qs, u"favorites"_qs, u"references"_qs})
+         {u"keywords"_s, u"customMetaData"_s, u"favorites"_s, u"references"_s})
         QCOMPARE(info[list], QJsonValue(QJsonArray()));
     for (const QString &property : keysOf(info[u"properties"]))
         QCOMPARE(info[u"properties"][property], QJsonValue(QJsonValue::Null));
@@ -384,9 +383,8 @@ void TstToolInfo::aSaveStampThatIsMissingIsNull()
     const TestProject project;
     writeProject(project, binderXml(systemFolders({})));
     QCOMPARE(infoOf(project.path())[u"save"],
-             QJsonValue(QJsonObject{{u"device"_qs, QJsonValue()},
-                                    {u"time"_qs, QJsonValue()},
-                                    {u"id"_qs, QJsonValue()}}));
+             QJsonValue(QJsonObject{
+                 {u"device"_s, QJsonValue()}, {u"time"_s, QJsonValue()}, {u"id"_s, QJsonValue()}}));
 }
 
 void TstToolInfo::aLockIsToldAndKept()
@@ -394,9 +392,9 @@ void TstToolInfo::aLockIsToldAndKept()
     const TestProject project;
     writeSoundProject(project);
     QVERIFY(TVLProjectFolderFormat::addLock(project.path()));
-    const QByteArray lock = project.readFile(u"Files/user.lock"_qs);
+    const QByteArray lock = project.readFile(u"Files/user.lock"_s);
     QCOMPARE(infoOf(project.path())[u"locked"], QJsonValue(true));
-    QCOMPARE(project.readFile(u"Files/user.lock"_qs), lock);
+    QCOMPARE(project.readFile(u"Files/user.lock"_s), lock);
 }
 
 void TstToolInfo::whoHasTheProjectIsTold_data()
@@ -407,16 +405,16 @@ void TstToolInfo::whoHasTheProjectIsTold_data()
     QTest::addColumn<QString>("state");
     QTest::addColumn<QString>("text");
     QTest::newRow("the tool itself, before it was killed")
-        << u"berta"_qs << QString() << QStringLiteral(TAVEL_EXECUTABLE) << u"own"_qs
-        << u"by this program and user"_qs;
+        << u"berta"_s << QString() << QStringLiteral(TAVEL_EXECUTABLE) << u"own"_s
+        << u"by this program and user"_s;
     QTest::newRow("the project that this is a copy of")
-        << u"berta"_qs << u"/elsewhere/Novel.tavel"_qs << QString() << u"copied"_qs
-        << u"by a lock that was copied with the project"_qs;
+        << u"berta"_s << u"/elsewhere/Novel.tavel"_s << QString() << u"copied"_s
+        << u"by a lock that was copied with the project"_s;
     QTest::newRow("another program of the user")
-        << u"berta"_qs << QString() << QString() << u"otherProgram"_qs
-        << u"by another program of this user"_qs;
-    QTest::newRow("another user") << u"anna"_qs << QString() << QString() << u"other"_qs
-                                  << u"by someone else"_qs;
+        << u"berta"_s << QString() << QString() << u"otherProgram"_s
+        << u"by another program of this user"_s;
+    QTest::newRow("another user") << u"anna"_s << QString() << QString() << u"other"_s
+                                  << u"by someone else"_s;
 }
 
 void TstToolInfo::whoHasTheProjectIsTold()
@@ -428,34 +426,34 @@ void TstToolInfo::whoHasTheProjectIsTold()
     QFETCH(const QString, text);
     const TestProject project;
     writeSoundProject(project);
-    LockHolder holder({.name = u"tavel"_qs, .user = user, .home = {}}, project.path());
+    LockHolder holder({.name = u"tavel"_s, .user = user, .home = {}}, project.path());
     QVERIFY(holder.isHolding());
     {
-        QSettings lock(project.path(u"Files/user.lock"_qs), QSettings::IniFormat);
+        QSettings lock(project.path(u"Files/user.lock"_s), QSettings::IniFormat);
         if (!projectPath.isEmpty())
-            lock.setValue(u"project_path"_qs, projectPath);
+            lock.setValue(u"project_path"_s, projectPath);
         if (!program.isEmpty())
-            lock.setValue(u"app_path"_qs, program);
+            lock.setValue(u"app_path"_s, program);
     }
     if (program.isEmpty())
         program = lockProgramFile();
-    const QByteArray lock = project.readFile(u"Files/user.lock"_qs);
+    const QByteArray lock = project.readFile(u"Files/user.lock"_s);
 
     ProgramPlace place;
-    place.environment.insert(u"USER"_qs, u"berta"_qs);
+    place.environment.insert(u"USER"_s, u"berta"_s);
     const QJsonObject info = infoOf(project.path(), place);
     QCOMPARE(info[u"locked"], QJsonValue(true));
     QCOMPARE(info[u"lock"].toObject(),
-             QJsonObject({{u"state"_qs, state},
-                          {u"host"_qs, QHostInfo::localHostName()},
-                          {u"user"_qs, user},
-                          {u"program"_qs, program}}));
-    const QByteArray line = u"\nLocked:           %1: user %2 on host %3, program %4\n"_qs
+             QJsonObject({{u"state"_s, state},
+                          {u"host"_s, QHostInfo::localHostName()},
+                          {u"user"_s, user},
+                          {u"program"_s, program}}));
+    const QByteArray line = u"\nLocked:           %1: user %2 on host %3, program %4\n"_s
                                 .arg(text, user, QHostInfo::localHostName(), program)
                                 .toUtf8();
-    const QByteArray output = runTool({u"info"_qs, project.path()}, place).output;
+    const QByteArray output = runTool({u"info"_s, project.path()}, place).output;
     QVERIFY2(output.contains(line), output);
-    QCOMPARE(project.readFile(u"Files/user.lock"_qs), lock);
+    QCOMPARE(project.readFile(u"Files/user.lock"_s), lock);
 }
 
 void TstToolInfo::aProjectOfEveryFormatIsTold_data()
@@ -487,7 +485,7 @@ void TstToolInfo::theTextFormSaysTheSame()
 {
     const TestProject project;
     writeSoundProject(project);
-    const ProgramResult result = runTool({u"info"_qs, project.path()});
+    const ProgramResult result = runTool({u"info"_s, project.path()});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors, QByteArray());
     const QByteArray expected = "Name:             Novel\n"
@@ -529,7 +527,7 @@ void TstToolInfo::theTextFormOfAFullProject()
 {
     const TestProject project;
     writeFullProject(project);
-    const QByteArray output = runTool({u"info"_qs, project.path()}).output;
+    const QByteArray output = runTool({u"info"_s, project.path()}).output;
     for (const char *lines : {
              "Binder version:   2 (1.5)\n"
              "Title:            The Long Harbour\n"
@@ -572,12 +570,12 @@ void TstToolInfo::aProjectMayBeNamedInOtherWays_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("path");
-    QTest::newRow("relative") << QString() << u"Novel.tavel"_qs;
-    QTest::newRow("with a closing slash") << QString() << u"Novel.tavel/"_qs;
-    QTest::newRow("by its binder") << QString() << u"Novel.tavel/Novel.tavelx"_qs;
-    QTest::newRow("as the working folder") << u"/Novel.tavel"_qs << u"."_qs;
-    QTest::newRow("as the folder above") << u"/Novel.tavel/Files"_qs << u".."_qs;
-    QTest::newRow("by its binder from inside") << u"/Novel.tavel"_qs << u"Novel.tavelx"_qs;
+    QTest::newRow("relative") << QString() << u"Novel.tavel"_s;
+    QTest::newRow("with a closing slash") << QString() << u"Novel.tavel/"_s;
+    QTest::newRow("by its binder") << QString() << u"Novel.tavel/Novel.tavelx"_s;
+    QTest::newRow("as the working folder") << u"/Novel.tavel"_s << u"."_s;
+    QTest::newRow("as the folder above") << u"/Novel.tavel/Files"_s << u".."_s;
+    QTest::newRow("by its binder from inside") << u"/Novel.tavel"_s << u"Novel.tavelx"_s;
 }
 
 void TstToolInfo::aProjectMayBeNamedInOtherWays()
@@ -591,7 +589,7 @@ void TstToolInfo::aProjectMayBeNamedInOtherWays()
     const QJsonObject info = infoOf(path, place);
     QCOMPARE(info[u"path"], QJsonValue(project.path()));
     QCOMPARE(info[u"items"], QJsonValue(6));
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), soundBinder());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), soundBinder());
 }
 
 void TstToolInfo::nothingIsWritten()
@@ -599,7 +597,7 @@ void TstToolInfo::nothingIsWritten()
     const TestProject project;
     writeSoundProject(project);
     const auto before = everythingBelow(project.enclosingPath());
-    for (const QString &command : {u"info"_qs, u"outline"_qs}) {
+    for (const QString &command : {u"info"_s, u"outline"_s}) {
         QCOMPARE(runTool({command, project.path()}).status, 0);
         QCOMPARE(everythingBelow(project.enclosingPath()), before);
     }
@@ -609,8 +607,8 @@ void TstToolInfo::aBrokenBinderIsReplacedByTheAutosave()
 {
     const TestProject project;
     writeSoundProject(project);
-    zipBinder(project, u"binder.autosave"_qs);
-    project.writeFile(u"Novel.tavelx"_qs, soundBinder().first(soundBinder().size() / 2));
+    zipBinder(project, u"binder.autosave"_s);
+    project.writeFile(u"Novel.tavelx"_s, soundBinder().first(soundBinder().size() / 2));
     const auto before = everythingBelow(project.path());
 
     QCOMPARE(infoOf(project.path())[u"items"], QJsonValue(6));
@@ -622,19 +620,19 @@ void TstToolInfo::whatIsNoProjectIsAFailure_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("reason");
-    const QString nothing = u"there is no project at '%1'"_qs;
-    const QString noBinder = u"there is no project in the folder '%1'"_qs;
-    const QString unreadable = u"the project can't be read: '%1'; 'tavel check' tells more"_qs;
-    QTest::newRow("nothing") << QString() << u"Novel.tavel"_qs << nothing;
+    const QString nothing = u"there is no project at '%1'"_s;
+    const QString noBinder = u"there is no project in the folder '%1'"_s;
+    const QString unreadable = u"the project can't be read: '%1'; 'tavel check' tells more"_s;
+    QTest::newRow("nothing") << QString() << u"Novel.tavel"_s << nothing;
     QTest::newRow("no path") << QString() << QString() << nothing;
     QTest::newRow("a binder that isn't there")
-        << u"Novel.tavel/Novel.tavelx"_qs << u"Novel.tavel/Other.tavelx"_qs << nothing;
-    QTest::newRow("a file") << u"Novel.tavel"_qs << u"Novel.tavel"_qs << nothing;
-    QTest::newRow("an ordinary folder") << u"shelf/book.txt"_qs << u"shelf"_qs << noBinder;
+        << u"Novel.tavel/Novel.tavelx"_s << u"Novel.tavel/Other.tavelx"_s << nothing;
+    QTest::newRow("a file") << u"Novel.tavel"_s << u"Novel.tavel"_s << nothing;
+    QTest::newRow("an ordinary folder") << u"shelf/book.txt"_s << u"shelf"_s << noBinder;
     QTest::newRow("a project without a binder")
-        << u"Novel.tavel/Files/version.txt"_qs << u"Novel.tavel"_qs << noBinder;
+        << u"Novel.tavel/Files/version.txt"_s << u"Novel.tavel"_s << noBinder;
     QTest::newRow("a binder that isn't one")
-        << u"Novel.tavel/Novel.tavelx"_qs << u"Novel.tavel"_qs << unreadable;
+        << u"Novel.tavel/Novel.tavelx"_s << u"Novel.tavel"_s << unreadable;
 }
 
 void TstToolInfo::whatIsNoProjectIsAFailure()
@@ -648,19 +646,19 @@ void TstToolInfo::whatIsNoProjectIsAFailure()
     // The look-up of a binder may leave a version file, and an opening a folder; that is not the
     // point.
     if (file.endsWith(u".tavelx")) {
-        project.writeFile(u"Files/version.txt"_qs, "18");
-        QDir().mkpath(project.path(u"Settings"_qs));
+        project.writeFile(u"Files/version.txt"_s, "18");
+        QDir().mkpath(project.path(u"Settings"_s));
     }
     ProgramPlace place;
     place.workingDirectory = project.enclosingPath();
     const auto before = everythingBelow(project.enclosingPath());
 
-    for (const QString &command : {u"info"_qs, u"outline"_qs}) {
-        for (const QStringList &options : {QStringList(), QStringList(u"--json"_qs)}) {
+    for (const QString &command : {u"info"_s, u"outline"_s}) {
+        for (const QStringList &options : {QStringList(), QStringList(u"--json"_s)}) {
             const ProgramResult result = runTool(QStringList{command, path} + options, place);
             QCOMPARE(result.status, 1);
             QCOMPARE(result.output, QByteArray());
-            QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(reason.arg(path)).toUtf8());
+            QCOMPARE(result.errors, u"tavel: %1\n"_s.arg(reason.arg(path)).toUtf8());
             QCOMPARE(everythingBelow(project.enclosingPath()), before);
         }
     }

@@ -15,6 +15,8 @@
 #include <QSysInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** What the commands that change a project make of locks and of damaged binders. */
 class TstToolLock : public QObject
 {
@@ -51,16 +53,16 @@ private:
 
 namespace {
 
-const QString LockName = u"Files/user.lock"_qs;
+const QString LockName = u"Files/user.lock"_s;
 
 /** A command of each kind that changes a project. */
 QList<QStringList> changesOf(const TestProject &project)
 {
-    const QString file = project.enclosingPath() + u"/a.txt"_qs;
+    const QString file = project.enclosingPath() + u"/a.txt"_s;
     writeFileAt(file, "Ants.");
-    return {{u"import"_qs, project.path(), file},
-            {u"snapshot"_qs, u"add"_qs, project.path(), u"4"_qs},
-            {u"snapshot"_qs, u"restore"_qs, project.path(), u"4"_qs, u"1"_qs}};
+    return {{u"import"_s, project.path(), file},
+            {u"snapshot"_s, u"add"_s, project.path(), u"4"_s},
+            {u"snapshot"_s, u"restore"_s, project.path(), u"4"_s, u"1"_s}};
 }
 
 /** What a lock says of who has a project. */
@@ -76,8 +78,8 @@ struct Lock
 void writeLock(const TestProject &project, const Lock &lock)
 {
     const QString text = u"[General]\nplatform=win\nhost=%1\nuser=%2\nuuid=%3\nproject_path=%4\n"
-                         "app_path=%5\n"_qs.arg(lock.host, lock.user, lock.userId.toString(),
-                                                lock.projectPath, lock.program);
+                         "app_path=%5\n"_s.arg(lock.host, lock.user, lock.userId.toString(),
+                                               lock.projectPath, lock.program);
     project.writeFile(LockName, text.toUtf8());
 }
 
@@ -85,14 +87,14 @@ void writeLock(const TestProject &project, const Lock &lock)
  */
 void aChangeWouldDrop(const QString &parts, const QStringList &change, const TestProject &project)
 {
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     const ProgramResult result = runTool(change);
     QCOMPARE(result.status, 1);
-    QCOMPARE(result.errors,
-             u"tavel: a save by this version would drop parts of '%1': %2\n"_qs
-                 .arg(project.path(), parts)
-                 .toUtf8());
-    QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+    QCOMPARE(
+        result.errors,
+        u"tavel: a save by this version would drop parts of '%1': %2\n"_s.arg(project.path(), parts)
+            .toUtf8());
+    QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
 }
 
 /** Every change is refused because the binder is damaged, and nothing on disk changes. */
@@ -104,7 +106,7 @@ void everyChangeFindsADamagedBinder(const TestProject &project)
         QCOMPARE(result.status, 1);
         QCOMPARE(result.errors,
                  u"tavel: the binder of '%1' is damaged and so is left alone; 'tavel check' tells "
-                 "more\n"_qs.arg(project.path())
+                 "more\n"_s.arg(project.path())
                      .toUtf8());
         QCOMPARE(everythingBelow(project.path()), before);
     }
@@ -120,7 +122,7 @@ void TstToolLock::initTestCase()
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << mUserId;
     writeFileAt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-                    + u"/tavel/userlock.id"_qs,
+                    + u"/tavel/userlock.id"_s,
                 bytes);
 }
 
@@ -129,23 +131,23 @@ void TstToolLock::aProjectOfSomeoneElseIsNotChanged_data()
     QTest::addColumn<Lock>("lock");
     QTest::addColumn<QString>("who");
     Lock lock;
-    lock.host = u"attic"_qs;
-    lock.user = u"anna"_qs;
-    lock.program = u"/opt/writer"_qs;
-    QTest::newRow("someone else") << lock << u"user anna on host attic, program /opt/writer"_qs;
+    lock.host = u"attic"_s;
+    lock.user = u"anna"_s;
+    lock.program = u"/opt/writer"_s;
+    QTest::newRow("someone else") << lock << u"user anna on host attic, program /opt/writer"_s;
     lock = {};
     lock.userId = mUserId;
-    lock.program = u"/opt/writer"_qs;
+    lock.program = u"/opt/writer"_s;
     QTest::newRow("another program of the same user")
         << lock
-        << u"user %1 on host %2, program /opt/writer"_qs.arg(TvlCore::systemUsernameEnv(),
-                                                             QSysInfo::machineHostName());
+        << u"user %1 on host %2, program /opt/writer"_s.arg(TvlCore::systemUsernameEnv(),
+                                                            QSysInfo::machineHostName());
     lock = {};
     lock.host.clear();
     lock.user.clear();
     lock.program.clear();
     QTest::newRow("a lock that was cut off")
-        << lock << u"user unknown on host unknown, program unknown"_qs;
+        << lock << u"user unknown on host unknown, program unknown"_s;
 }
 
 void TstToolLock::aProjectOfSomeoneElseIsNotChanged()
@@ -163,7 +165,7 @@ void TstToolLock::aProjectOfSomeoneElseIsNotChanged()
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.errors,
                  u"tavel: '%1' is locked by %2; if nobody has it open, delete Files/user.lock in "
-                 "it\n"_qs.arg(project.path(), who)
+                 "it\n"_s.arg(project.path(), who)
                      .toUtf8());
         QCOMPARE(everythingBelow(project.path()), before);
     }
@@ -173,10 +175,10 @@ void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged_data()
 {
     QTest::addColumn<QString>("user");
     QTest::addColumn<bool>("isKilled");
-    QTest::newRow("another program of the same user") << u"berta"_qs << false;
-    QTest::newRow("another user's program") << u"anna"_qs << false;
-    QTest::newRow("another program of the same user, killed") << u"berta"_qs << true;
-    QTest::newRow("another user's program, killed") << u"anna"_qs << true;
+    QTest::newRow("another program of the same user") << u"berta"_s << false;
+    QTest::newRow("another user's program") << u"anna"_s << false;
+    QTest::newRow("another program of the same user, killed") << u"berta"_s << true;
+    QTest::newRow("another user's program, killed") << u"anna"_s << true;
 }
 
 void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged()
@@ -185,7 +187,7 @@ void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged()
     QFETCH(const bool, isKilled);
     const TestProject project;
     writeSoundProject(project);
-    LockHolder holder({.name = u"tavel"_qs, .user = user, .home = {}}, project.path());
+    LockHolder holder({.name = u"tavel"_s, .user = user, .home = {}}, project.path());
     QVERIFY(holder.isHolding());
     if (isKilled)
         holder.kill();
@@ -196,7 +198,7 @@ void TstToolLock::aProjectThatAnotherProcessHasIsNotChanged()
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.errors,
                  u"tavel: '%1' is locked by user %2 on host %3, program %4; if nobody has it open, "
-                 "delete Files/user.lock in it\n"_qs
+                 "delete Files/user.lock in it\n"_s
                      .arg(project.path(), user, QHostInfo::localHostName(), lockProgramFile())
                      .toUtf8());
         QCOMPARE(everythingBelow(project.path()), before);
@@ -207,7 +209,7 @@ void TstToolLock::aLockThatIsInNobodysWayGivesPlace_data()
 {
     QTest::addColumn<QString>("projectPath"); // nothing for the project's own
     QTest::newRow("of a run that was killed") << QString();
-    QTest::newRow("of the project that this one is a copy of") << u"/elsewhere/Novel.tavel"_qs;
+    QTest::newRow("of the project that this one is a copy of") << u"/elsewhere/Novel.tavel"_s;
 }
 
 void TstToolLock::aLockThatIsInNobodysWayGivesPlace()
@@ -231,7 +233,7 @@ void TstToolLock::aLockByAnotherWayToTheProjectHolds()
 {
     const TestProject project;
     writeSoundProject(project);
-    const QString link = project.enclosingPath() + u"/Link.tavel"_qs;
+    const QString link = project.enclosingPath() + u"/Link.tavel"_s;
     QVERIFY(QFile::link(project.path(), link));
     Lock lock;
     lock.userId = mUserId;
@@ -262,22 +264,22 @@ void TstToolLock::onlyOneOfTwoRunsAtOnceChangesAProject()
         if (run->exitCode() == 0)
             ++imports;
         else
-            QCOMPARE(errors,
-                     u"tavel: another run of tavel is at work on '%1'\n"_qs.arg(project.path())
-                         .toUtf8());
+            QCOMPARE(
+                errors,
+                u"tavel: another run of tavel is at work on '%1'\n"_s.arg(project.path()).toUtf8());
     }
     QVERIFY(imports > 0);
-    const QByteArray outline = runTool({u"outline"_qs, project.path()}).output;
+    const QByteArray outline = runTool({u"outline"_s, project.path()}).output;
     QCOMPARE(outline.count("[Text] a "), imports);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
 }
 
 void TstToolLock::aDamagedBinderIsLeftAlone()
 {
     const TestProject project;
     writeSoundProject(project);
-    zipBinder(project, u"binder.autosave"_qs);
-    project.writeFile(u"Novel.tavelx"_qs, soundBinder().chopped(100));
+    zipBinder(project, u"binder.autosave"_s);
+    project.writeFile(u"Novel.tavelx"_s, soundBinder().chopped(100));
     everyChangeFindsADamagedBinder(project);
 }
 
@@ -285,12 +287,12 @@ void TstToolLock::aBinderThatIsGoneIsMadeAnewFromItsCopy()
 {
     const TestProject project;
     writeSoundProject(project);
-    zipBinder(project, u"binder.autosave"_qs);
+    zipBinder(project, u"binder.autosave"_s);
     QVERIFY(QFile::remove(project.binderPath()));
     QCOMPARE(runTool(changesOf(project).constFirst()).status, 0);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"4"_qs}).output, QByteArray("Gulls.\n"));
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/a"_qs}).output, QByteArray("Ants.\n"));
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"4"_s}).output, QByteArray("Gulls.\n"));
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"Draft/a"_s}).output, QByteArray("Ants.\n"));
 }
 
 void TstToolLock::aProjectOfALaterFormatIsNotChanged()
@@ -300,15 +302,15 @@ void TstToolLock::aProjectOfALaterFormatIsNotChanged()
     for (int id = 0; id <= 4; ++id)
         items.replace("ID=\"" + QByteArray::number(id) + "\" UUID", "UUID");
     writeProject(project, binderXml(items, {}, "2.0"), "23");
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     for (const QStringList &change : changesOf(project)) {
         const ProgramResult result = runTool(change);
         QCOMPARE(result.status, 1);
         QCOMPARE(result.errors,
-                 u"tavel: projects of format version 23 can't be changed yet: '%1'\n"_qs
+                 u"tavel: projects of format version 23 can't be changed yet: '%1'\n"_s
                      .arg(project.path())
                      .toUtf8());
-        QCOMPARE(project.readFile(u"Novel.tavelx"_qs), binder);
+        QCOMPARE(project.readFile(u"Novel.tavelx"_s), binder);
         QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
     }
 }
@@ -339,11 +341,11 @@ void TstToolLock::whatASaveWouldDropIsLeftAlone()
                    "<Blank>\n</Blank><TemplateFolderID>99</TemplateFolderID>"
                    // With this a project counts as modified once it is open.
                    "<BackupSettings><Exclude>Yes</Exclude></BackupSettings>");
-    project.writeFile(u"Novel.tavelx"_qs, binder);
+    project.writeFile(u"Novel.tavelx"_s, binder);
     const QList<QStringList> changes = changesOf(project);
     QCOMPARE(runTool(changes.at(1)).status, 0); // A snapshot takes no save.
     for (const QStringList &change : {changes.at(0), changes.at(2)}) {
-        aChangeWouldDrop(u"Unheard, Of, Text"_qs, change, project);
+        aChangeWouldDrop(u"Unheard, Of, Text"_s, change, project);
     }
 }
 
@@ -355,8 +357,8 @@ void TstToolLock::anEntityOfAnotherFileIsLeftAlone()
     const qsizetype root = binder.indexOf("<TavelinorProject");
     binder.insert(root, "<!DOCTYPE TavelinorProject [<!ENTITY part SYSTEM \"part.xml\">]>\n");
     binder.replace("The Harbour", "The &part; Harbour");
-    project.writeFile(u"Novel.tavelx"_qs, binder);
-    aChangeWouldDrop(u"the entity 'part'"_qs, changesOf(project).constFirst(), project);
+    project.writeFile(u"Novel.tavelx"_s, binder);
+    aChangeWouldDrop(u"the entity 'part'"_s, changesOf(project).constFirst(), project);
 }
 
 void TstToolLock::userDataThatCannotBeKeptIsLeftAlone_data()
@@ -374,8 +376,8 @@ void TstToolLock::userDataThatCannotBeKeptIsLeftAlone()
     const TestProject project;
     writeSoundProject(project);
     const QByteArray binder = soundBinder().replace("</Binder>", "</Binder>" + section);
-    project.writeFile(u"Novel.tavelx"_qs, binder);
-    aChangeWouldDrop(u"UserProjectData"_qs, changesOf(project).constFirst(), project);
+    project.writeFile(u"Novel.tavelx"_s, binder);
+    aChangeWouldDrop(u"UserProjectData"_s, changesOf(project).constFirst(), project);
 }
 
 void TstToolLock::aPartThatHoldsNothingKeepsNoSave_data()
@@ -413,22 +415,20 @@ void TstToolLock::aPartThatHoldsNothingKeepsNoSave()
     const ProgramResult result = runTool(changesOf(project).constFirst());
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
-    QCOMPARE(runTool({u"cat"_qs, project.path(), u"Draft/a"_qs}).output, QByteArray("Ants.\n"));
+    QCOMPARE(runTool({u"cat"_s, project.path(), u"Draft/a"_s}).output, QByteArray("Ants.\n"));
 }
 
 void TstToolLock::everyPartOfABinderIsKept()
 {
-    const QStringList records{u"labelTitle"_qs,  u"labels"_qs,      u"statusTitle"_qs,
-                              u"statusItems"_qs, u"keywords"_qs,    u"customMetaData"_qs,
-                              u"collections"_qs, u"favorites"_qs,   u"references"_qs,
-                              u"notes"_qs,       u"completions"_qs, u"properties"_qs,
-                              u"targets"_qs,     u"inBackups"_qs};
+    const QStringList records{
+        u"labelTitle"_s,     u"labels"_s,      u"statusTitle"_s, u"statusItems"_s, u"keywords"_s,
+        u"customMetaData"_s, u"collections"_s, u"favorites"_s,   u"references"_s,  u"notes"_s,
+        u"completions"_s,    u"properties"_s,  u"targets"_s,     u"inBackups"_s};
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Novel.tavelx"_qs, fullBinder());
+    project.writeFile(u"Novel.tavelx"_s, fullBinder());
     const auto recordsOf = [&] {
-        const QJsonObject info =
-            runTool({u"info"_qs, project.path(), u"--json"_qs}).json().object();
+        const QJsonObject info = runTool({u"info"_s, project.path(), u"--json"_s}).json().object();
         QJsonObject kept;
         for (const QString &key : records)
             kept.insert(key, info.value(key));
@@ -441,8 +441,8 @@ void TstToolLock::everyPartOfABinderIsKept()
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
     QCOMPARE(recordsOf(), before);
-    QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
-    const QByteArray binder = project.readFile(u"Novel.tavelx"_qs);
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
+    const QByteArray binder = project.readFile(u"Novel.tavelx"_s);
     QVERIFY(binder.contains("<FullScreenBackdrop Type=\"BinderID\">8</FullScreenBackdrop>"));
     QVERIFY(binder.contains("<PaperType>A5</PaperType>"));
     QVERIFY(binder.contains("<UserProjectData><Compile Font=\"Serif\"/></UserProjectData>"));
@@ -454,8 +454,8 @@ void TstToolLock::aBinderWithADeadFavoriteIsLeftAlone()
     const TestProject project;
     writeSoundProject(project);
     // An opening would fall back on this copy, and a save would write over the newer binder.
-    zipBinder(project, u"binder.autosave"_qs);
-    project.writeFile(u"Novel.tavelx"_qs,
+    zipBinder(project, u"binder.autosave"_s);
+    project.writeFile(u"Novel.tavelx"_s,
                       fullBinder().replace("<Favorites><BinderID>5<", "<Favorites><BinderID>55<"));
     everyChangeFindsADamagedBinder(project);
 }
@@ -464,8 +464,8 @@ void TstToolLock::whereThereIsNoProjectNothingIsMade_data()
 {
     QTest::addColumn<bool>("isFolder");
     QTest::addColumn<QString>("error");
-    QTest::newRow("nothing") << false << u"there is no project at '%1'"_qs;
-    QTest::newRow("an empty folder") << true << u"there is no project in the folder '%1'"_qs;
+    QTest::newRow("nothing") << false << u"there is no project at '%1'"_s;
+    QTest::newRow("an empty folder") << true << u"there is no project in the folder '%1'"_s;
 }
 
 void TstToolLock::whereThereIsNoProjectNothingIsMade()
@@ -478,7 +478,7 @@ void TstToolLock::whereThereIsNoProjectNothingIsMade()
     for (const QStringList &change : changesOf(project)) {
         const ProgramResult result = runTool(change);
         QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(error.arg(project.path())).toUtf8());
+        QCOMPARE(result.errors, u"tavel: %1\n"_s.arg(error.arg(project.path())).toUtf8());
         QCOMPARE(everythingBelow(project.path()).size(), 0);
     }
 }

@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** `tavel outline`. */
 class TstToolOutline : public QObject
 {
@@ -32,12 +34,12 @@ constexpr int Depth = 5000;
 
 ProgramResult outlineOf(const TestProject &project)
 {
-    return runTool({u"outline"_qs, project.path()});
+    return runTool({u"outline"_s, project.path()});
 }
 
 QJsonArray jsonOutlineOf(const TestProject &project)
 {
-    const ProgramResult result = runTool({u"outline"_qs, u"--json"_qs, project.path()});
+    const ProgramResult result = runTool({u"outline"_s, u"--json"_s, project.path()});
     if (result.status != 0 || !result.errors.isEmpty())
         qCritical("%s", result.errors.constData());
     return result.json().array();
@@ -47,14 +49,14 @@ QJsonObject itemJson(int id, const char *type, const QString &title, const QJson
                      const QJsonValue &status = {}, const QJsonArray &children = {}, int words = 0)
 {
     const bool hasText = qstrcmp(type, "Text") == 0 || qstrcmp(type, "Folder") == 0;
-    return {{u"id"_qs, id},
-            {u"uuid"_qs, QString::fromLatin1(uuidOf(id))},
-            {u"type"_qs, QString::fromLatin1(type)},
-            {u"title"_qs, title},
-            {u"label"_qs, label},
-            {u"status"_qs, status},
-            {u"words"_qs, hasText ? QJsonValue(words) : QJsonValue()},
-            {u"children"_qs, children}};
+    return {{u"id"_s, id},
+            {u"uuid"_s, QString::fromLatin1(uuidOf(id))},
+            {u"type"_s, QString::fromLatin1(type)},
+            {u"title"_s, title},
+            {u"label"_s, label},
+            {u"status"_s, status},
+            {u"words"_s, hasText ? QJsonValue(words) : QJsonValue()},
+            {u"children"_s, children}};
 }
 
 /** A project in whose Draft each folder holds the next one; their ids begin with 3. */
@@ -124,12 +126,12 @@ void TstToolOutline::theJsonFormIsATreeOfItems()
     const TestProject project;
     writeSoundProject(project);
     const QJsonArray texts{
-        itemJson(4, "Text", u"The Harbour"_qs, u"Chapter"_qs, u"First Draft"_qs, {}, 1),
-        itemJson(5, "Text", u"First Watch"_qs, QJsonValue(), u"Done"_qs)};
-    const QJsonArray parts{itemJson(3, "Folder", u"Part 1"_qs, QJsonValue(), QJsonValue(), texts)};
+        itemJson(4, "Text", u"The Harbour"_s, u"Chapter"_s, u"First Draft"_s, {}, 1),
+        itemJson(5, "Text", u"First Watch"_s, QJsonValue(), u"Done"_s)};
+    const QJsonArray parts{itemJson(3, "Folder", u"Part 1"_s, QJsonValue(), QJsonValue(), texts)};
     const QJsonArray expected{
-        itemJson(0, "DraftFolder", u"Draft"_qs, QJsonValue(), QJsonValue(), parts),
-        itemJson(1, "ResearchFolder", u"Research"_qs), itemJson(2, "TrashFolder", u"Trash"_qs)};
+        itemJson(0, "DraftFolder", u"Draft"_s, QJsonValue(), QJsonValue(), parts),
+        itemJson(1, "ResearchFolder", u"Research"_s), itemJson(2, "TrashFolder", u"Trash"_s)};
     QCOMPARE(jsonOutlineOf(project), expected);
 }
 
@@ -137,8 +139,8 @@ void TstToolOutline::theKeysOfAnItemAreStable()
 {
     const TestProject project;
     writeSoundProject(project);
-    const QStringList keys{u"children"_qs, u"id"_qs,   u"label"_qs, u"status"_qs,
-                           u"title"_qs,    u"type"_qs, u"uuid"_qs,  u"words"_qs};
+    const QStringList keys{u"children"_s, u"id"_s,   u"label"_s, u"status"_s,
+                           u"title"_s,    u"type"_s, u"uuid"_s,  u"words"_s};
     const QJsonArray items = jsonOutlineOf(project);
     QCOMPARE(items.size(), 3);
     for (const QJsonValue &item : items)
@@ -173,12 +175,12 @@ void TstToolOutline::aLabelThatDoesNotExistIsNone()
 void TstToolOutline::titlesKeepEveryCharacter()
 {
     const TestProject project;
-    const QString title = u"\"Quoted\" \\ {[,]} \u00e9\u4e2d\U0001f6a2 \n end"_qs;
-    const QByteArray xml = title.toHtmlEscaped().replace(u'\n', u"&#10;"_qs).toUtf8();
+    const QString title = u"\"Quoted\" \\ {[,]} \u00e9\u4e2d\U0001f6a2 \n end"_s;
+    const QByteArray xml = title.toHtmlEscaped().replace(u'\n', u"&#10;"_s).toUtf8();
     writeProject(project, binderXml(systemFolders(item(3, "Text", xml) + item(4, "Text", "Next"))));
     const QJsonValue children = jsonOutlineOf(project)[0][u"children"];
     QCOMPARE(children[0][u"title"], QJsonValue(title));
-    QCOMPARE(children[1][u"title"], QJsonValue(u"Next"_qs));
+    QCOMPARE(children[1][u"title"], QJsonValue(u"Next"_s));
 }
 
 void TstToolOutline::aVeryDeepTreeIsShownAsText()
@@ -202,7 +204,7 @@ void TstToolOutline::aVeryDeepTreeIsShownAsJson()
 {
     const TestProject project;
     writeDeepProject(project);
-    const ProgramResult result = runTool({u"outline"_qs, u"--json"_qs, project.path()});
+    const ProgramResult result = runTool({u"outline"_s, u"--json"_s, project.path()});
     QVERIFY(!result.crashed);
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors, QByteArray());
@@ -241,8 +243,8 @@ void TstToolOutline::wordsAreCountedInEachText()
 {
     const TestProject project;
     writeSoundProject(project);
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 A word\\par on the part}");
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Cut off");
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 A word\\par on the part}");
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 Cut off");
     const QByteArray text = outlineOf(project).output;
     QVERIFY(text.contains("Part 1 (#3) [words: 5]\n"));
     QVERIFY(text.contains("First Watch (#5) [status: Done]\n"));

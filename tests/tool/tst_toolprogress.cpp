@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A terminal of the test's own. */
@@ -56,8 +58,8 @@ private:
 ProgramResult importFour(const TestProject &project, const QString &errorFile)
 {
     writeSoundProject(project);
-    QStringList arguments = {u"import"_qs, project.path()};
-    for (const QString &name : {u"a.txt"_qs, u"b.txt"_qs, u"c.rtf"_qs, u"d.txt"_qs}) {
+    QStringList arguments = {u"import"_s, project.path()};
+    for (const QString &name : {u"a.txt"_s, u"b.txt"_s, u"c.rtf"_s, u"d.txt"_s}) {
         const QString path = project.enclosingPath() + u'/' + name;
         writeFileAt(path, "Words.");
         arguments.append(path);
@@ -104,7 +106,7 @@ void TstToolProgress::aTerminalShowsABarThatGoes()
 void TstToolProgress::aFileGetsNoBar()
 {
     const TestProject project;
-    const QString errors = project.enclosingPath() + u"/errors"_qs;
+    const QString errors = project.enclosingPath() + u"/errors"_s;
     QCOMPARE(importFour(project, errors).status, 1);
     QFile file(errors);
     QVERIFY(file.open(QIODevice::ReadOnly));

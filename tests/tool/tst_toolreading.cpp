@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /** Commands that only read change nothing. */
 class TstToolReading : public QObject
 {
@@ -24,13 +26,13 @@ void TstToolReading::noFolderIsMade_data()
     const auto row = [](const QString &command, const QStringList &arguments = {}) {
         QTest::newRow(qPrintable(command)) << command.split(u' ') << arguments;
     };
-    row(u"info"_qs);
-    row(u"outline"_qs);
-    row(u"cat"_qs, {u"4"_qs});
-    row(u"search"_qs, {u"gulls"_qs});
-    row(u"check"_qs);
-    row(u"snapshot list"_qs, {u"5"_qs});
-    row(u"snapshot show"_qs, {u"5"_qs, u"First"_qs});
+    row(u"info"_s);
+    row(u"outline"_s);
+    row(u"cat"_s, {u"4"_s});
+    row(u"search"_s, {u"gulls"_s});
+    row(u"check"_s);
+    row(u"snapshot list"_s, {u"5"_s});
+    row(u"snapshot show"_s, {u"5"_s, u"First"_s});
 }
 
 void TstToolReading::noFolderIsMade()
@@ -40,8 +42,8 @@ void TstToolReading::noFolderIsMade()
     const TestProject project;
     writeSoundProject(project);
     project.writeFile(IndexFile, "<SearchIndexes><Documents/></SearchIndexes>");
-    QVERIFY(QDir(project.path(u"Files/Docs"_qs)).removeRecursively());
-    QVERIFY(QDir(project.path(u"Snapshots"_qs)).removeRecursively());
+    QVERIFY(QDir(project.path(u"Files/Docs"_s)).removeRecursively());
+    QVERIFY(QDir(project.path(u"Snapshots"_s)).removeRecursively());
     const auto before = everythingBelow(project.enclosingPath());
     QVERIFY(!runTool(command + QStringList{project.path()} + arguments).crashed);
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
@@ -59,11 +61,11 @@ void TstToolReading::nothingIsChanged()
     const TestProject project;
     writeSoundProject(project);
     // A binder that still has the name of old, settings that can't be read, no copy of the binder.
-    QVERIFY(QFile::rename(project.path(u"Novel.tavelx"_qs), project.path(u"Old.tavelx"_qs)));
-    project.writeFile(u"Settings/ui.ini"_qs, "[General\n\xff\xfe");
+    QVERIFY(QFile::rename(project.path(u"Novel.tavelx"_s), project.path(u"Old.tavelx"_s)));
+    project.writeFile(u"Settings/ui.ini"_s, "[General\n\xff\xfe");
     project.writeFile(IndexFile, "<SearchInd");
     project.writeFile(HashesFile, "4.rtf=da39");
-    const QString link = project.enclosingPath() + u"/Linked.tavel"_qs;
+    const QString link = project.enclosingPath() + u"/Linked.tavel"_s;
     QVERIFY(QFile::link(project.path(), link));
     const auto before = everythingBelow(project.path());
     for (const QString &path : {project.path(), link}) {

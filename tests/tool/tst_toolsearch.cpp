@@ -14,6 +14,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 /** Does something to a project that can be searched. */
 using Change = ProjectChange;
 Q_DECLARE_METATYPE(Change)
@@ -61,13 +63,13 @@ private Q_SLOTS:
 
 namespace {
 
-const QString HashFile = u"Files/Docs/docs.checksum"_qs;
+const QString HashFile = u"Files/Docs/docs.checksum"_s;
 
 /** Lets the library give an item a comment, and save all that it keeps of a project. */
 void addCommentAndSave(const TestProject &project, int id, const QByteArray &text)
 {
     const TestModel model = project.open();
-    const TVLTextCommentLink comment(u"comment"_qs, "{\\rtf1 " + text + "}");
+    const TVLTextCommentLink comment(u"comment"_s, "{\\rtf1 " + text + "}");
     if (!model->setInspectorNote(model->index(id), {0, 3}, comment))
         qFatal("item %d takes no comment", id);
     model->prepareToDestroy();
@@ -77,21 +79,21 @@ void addCommentAndSave(const TestProject &project, int id, const QByteArray &tex
 void writeSearchedProject(const TestProject &project)
 {
     writeProject(project, fullBinder());
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1\\ansi Grey morning, na\\'efve as ever.}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs,
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1\\ansi Grey morning, na\\'efve as ever.}");
+    project.writeFile(u"Files/Docs/4.rtf"_s,
                       "{\\rtf1 Grey gulls over the harbour wall.\\par It\\u8217?s late.}");
-    project.writeFile(u"Files/Docs/4_synopsis.txt"_qs, "A boat comes in");
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 The red cart left. Dark art remained.}");
-    project.writeFile(u"Files/Docs/5_notes.rtf"_qs, "{\\rtf1 Ask the keeper}");
-    project.writeFile(u"Files/Docs/7.rtf"_qs, "{\\rtf1 Colours: red, dark blue}");
-    project.writeFile(u"Files/Docs/8_notes.rtf"_qs, "{\\rtf1 Drawn from an old chart}");
+    project.writeFile(u"Files/Docs/4_synopsis.txt"_s, "A boat comes in");
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 The red cart left. Dark art remained.}");
+    project.writeFile(u"Files/Docs/5_notes.rtf"_s, "{\\rtf1 Ask the keeper}");
+    project.writeFile(u"Files/Docs/7.rtf"_s, "{\\rtf1 Colours: red, dark blue}");
+    project.writeFile(u"Files/Docs/8_notes.rtf"_s, "{\\rtf1 Drawn from an old chart}");
     addCommentAndSave(project, 5, "Check the tides");
 }
 
 ProgramResult search(const TestProject &project, const QString &text,
                      const QStringList &options = {})
 {
-    return runTool(QStringList{u"search"_qs, project.path(), text} + options);
+    return runTool(QStringList{u"search"_s, project.path(), text} + options);
 }
 
 /** Lines of found items without what was found in each. */
@@ -109,7 +111,7 @@ QByteArray itemLines(const QByteArray &output)
 /** The ids of the items that a search finds, in its order. */
 QList<int> found(const TestProject &project, const QString &text, const QStringList &options = {})
 {
-    const ProgramResult result = search(project, text, options + QStringList(u"--json"_qs));
+    const ProgramResult result = search(project, text, options + QStringList(u"--json"_s));
     if (result.crashed || result.status != 0 || !result.errors.isEmpty())
         qCritical("%d: %s", result.status, result.errors.constData());
     QList<int> ids;
@@ -138,11 +140,11 @@ struct PropertyRow
 QList<PropertyRow> propertyRows()
 {
     return {
-        {"Title", u"sheet"_qs, {7}},        {"Text", u"gulls"_qs, {4}},
-        {"Notes", u"keeper"_qs, {5}},       {"Synopsis", u"boat"_qs, {4}},
-        {"Keywords", u"people"_qs, {4, 5}}, {"Label", u"chapter"_qs, {4}},
-        {"Status", u"done"_qs, {5}},        {"CustomMetaData", u"quay"_qs, {5}},
-        {"Comments", u"tides"_qs, {5}},
+        {"Title", u"sheet"_s, {7}},        {"Text", u"gulls"_s, {4}},
+        {"Notes", u"keeper"_s, {5}},       {"Synopsis", u"boat"_s, {4}},
+        {"Keywords", u"people"_s, {4, 5}}, {"Label", u"chapter"_s, {4}},
+        {"Status", u"done"_s, {5}},        {"CustomMetaData", u"quay"_s, {5}},
+        {"Comments", u"tides"_s, {5}},
     };
 }
 
@@ -154,48 +156,48 @@ void TstToolSearch::anOperatorSaysHowTheTextIsTaken_data()
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QList<int>>("ids");
     const auto by = [](const char *word) {
-        return QStringList{u"--operator"_qs, QString::fromLatin1(word)};
+        return QStringList{u"--operator"_s, QString::fromLatin1(word)};
     };
-    const QStringList sensitive{u"--case"_qs};
+    const QStringList sensitive{u"--case"_s};
 
-    QTest::newRow("a phrase") << u"grey gulls"_qs << by("exact") << QList<int>{4};
-    QTest::newRow("a phrase in another order") << u"gulls grey"_qs << by("exact") << QList<int>();
-    QTest::newRow("a phrase is the default") << u"grey gulls"_qs << QStringList() << QList<int>{4};
-    QTest::newRow("a part of words") << u"art"_qs << QStringList() << QList<int>{3, 5, 8};
-    QTest::newRow("no letters of ASCII") << u"NA\u00cfVE"_qs << QStringList() << QList<int>{3};
-    QTest::newRow("a straight apostrophe") << u"it's"_qs << QStringList() << QList<int>{4};
-    QTest::newRow("over the end of a paragraph") << u"wall. It"_qs << QStringList() << QList<int>();
-    QTest::newRow("blanks alone are a phrase") << u"  "_qs << QStringList() << QList<int>();
+    QTest::newRow("a phrase") << u"grey gulls"_s << by("exact") << QList<int>{4};
+    QTest::newRow("a phrase in another order") << u"gulls grey"_s << by("exact") << QList<int>();
+    QTest::newRow("a phrase is the default") << u"grey gulls"_s << QStringList() << QList<int>{4};
+    QTest::newRow("a part of words") << u"art"_s << QStringList() << QList<int>{3, 5, 8};
+    QTest::newRow("no letters of ASCII") << u"NA\u00cfVE"_s << QStringList() << QList<int>{3};
+    QTest::newRow("a straight apostrophe") << u"it's"_s << QStringList() << QList<int>{4};
+    QTest::newRow("over the end of a paragraph") << u"wall. It"_s << QStringList() << QList<int>();
+    QTest::newRow("blanks alone are a phrase") << u"  "_s << QStringList() << QList<int>();
 
-    QTest::newRow("all words") << u"wall grey"_qs << by("all") << QList<int>{4};
-    QTest::newRow("all words, in several texts") << u"wall cart"_qs << by("all") << QList<int>();
-    QTest::newRow("all words between blanks") << u"dark red"_qs << by("all") << QList<int>{5, 7};
-    QTest::newRow("all words between commas") << u"dark blue, red"_qs << by("all") << QList<int>{7};
-    QTest::newRow("all of no words") << u" \t"_qs << by("all") << QList<int>();
+    QTest::newRow("all words") << u"wall grey"_s << by("all") << QList<int>{4};
+    QTest::newRow("all words, in several texts") << u"wall cart"_s << by("all") << QList<int>();
+    QTest::newRow("all words between blanks") << u"dark red"_s << by("all") << QList<int>{5, 7};
+    QTest::newRow("all words between commas") << u"dark blue, red"_s << by("all") << QList<int>{7};
+    QTest::newRow("all of no words") << u" \t"_s << by("all") << QList<int>();
 
-    QTest::newRow("any word") << u"wall cart nothing"_qs << by("any") << QList<int>{4, 5};
+    QTest::newRow("any word") << u"wall cart nothing"_s << by("any") << QList<int>{4, 5};
     QTest::newRow("any word between commas")
-        << u"dark blue, grey m"_qs << by("any") << QList<int>{3, 7};
+        << u"dark blue, grey m"_s << by("any") << QList<int>{3, 7};
 
-    QTest::newRow("a whole word") << u"art"_qs << by("word") << QList<int>{5};
-    QTest::newRow("any whole word") << u"art wall"_qs << by("word") << QList<int>{4, 5};
-    QTest::newRow("a part is no whole word") << u"harb"_qs << by("word") << QList<int>();
+    QTest::newRow("a whole word") << u"art"_s << by("word") << QList<int>{5};
+    QTest::newRow("any whole word") << u"art wall"_s << by("word") << QList<int>{4, 5};
+    QTest::newRow("a part is no whole word") << u"harb"_s << by("word") << QList<int>();
 
-    QTest::newRow("an expression") << u"gr[ae]y .*wall"_qs << by("regexp") << QList<int>{4};
-    QTest::newRow("an expression at the start") << u"^grey"_qs << by("regexp") << QList<int>{3, 4};
-    QTest::newRow("an expression that is a text") << u"late\\."_qs << by("regexp") << QList<int>{4};
+    QTest::newRow("an expression") << u"gr[ae]y .*wall"_s << by("regexp") << QList<int>{4};
+    QTest::newRow("an expression at the start") << u"^grey"_s << by("regexp") << QList<int>{3, 4};
+    QTest::newRow("an expression that is a text") << u"late\\."_s << by("regexp") << QList<int>{4};
     QTest::newRow("no expression without being asked")
-        << u"gr[ae]y"_qs << QStringList() << QList<int>();
+        << u"gr[ae]y"_s << QStringList() << QList<int>();
 
-    QTest::newRow("the right case") << u"Grey"_qs << sensitive << QList<int>{3, 4};
-    QTest::newRow("the wrong case") << u"grey"_qs << sensitive << QList<int>();
+    QTest::newRow("the right case") << u"Grey"_s << sensitive << QList<int>{3, 4};
+    QTest::newRow("the wrong case") << u"grey"_s << sensitive << QList<int>();
     QTest::newRow("words in the right case")
-        << u"Grey wall"_qs << sensitive + by("all") << QList<int>{4};
+        << u"Grey wall"_s << sensitive + by("all") << QList<int>{4};
     QTest::newRow("words in the wrong case")
-        << u"grey wall"_qs << sensitive + by("all") << QList<int>();
+        << u"grey wall"_s << sensitive + by("all") << QList<int>();
     QTest::newRow("an expression in the wrong case")
-        << u"^grey"_qs << sensitive + by("regexp") << QList<int>();
-    QTest::newRow("a label in the wrong case") << u"chapter"_qs << sensitive << QList<int>();
+        << u"^grey"_s << sensitive + by("regexp") << QList<int>();
+    QTest::newRow("a label in the wrong case") << u"chapter"_s << sensitive << QList<int>();
 }
 
 void TstToolSearch::anOperatorSaysHowTheTextIsTaken()
@@ -228,14 +230,14 @@ void TstToolSearch::aPropertySaysWhereToLook()
     QStringList otherWords;
     for (const PropertyRow &other : std::as_const(others))
         otherWords.append(other.word);
-    const QStringList inProperty{u"--in"_qs, QString::fromLatin1(own.property)};
-    const QStringList anyInProperty = inProperty + QStringList{u"--operator"_qs, u"any"_qs};
+    const QStringList inProperty{u"--in"_s, QString::fromLatin1(own.property)};
+    const QStringList anyInProperty = inProperty + QStringList{u"--operator"_s, u"any"_s};
 
     const TestProject project;
     writeSearchedProject(project);
     QCOMPARE(found(project, own.word, inProperty), own.ids);
     QCOMPARE(found(project, otherWords.join(u' '), anyInProperty), QList<int>());
-    QCOMPARE(found(project, own.word, {u"--in"_qs, u"All"_qs}), own.ids);
+    QCOMPARE(found(project, own.word, {u"--in"_s, u"All"_s}), own.ids);
     QCOMPARE(found(project, own.word), own.ids);
 }
 
@@ -244,8 +246,7 @@ void TstToolSearch::thePropertiesAreTheWordsOfTheBinder()
     const TestProject project;
     writeSearchedProject(project);
     for (const auto &row : TVLPropertyWords) {
-        const ProgramResult result =
-            search(project, u"gulls"_qs, {u"--in"_qs, row.word.toString()});
+        const ProgramResult result = search(project, u"gulls"_s, {u"--in"_s, row.word.toString()});
         QVERIFY2(result.status == 0, result.errors);
     }
 }
@@ -254,19 +255,19 @@ void TstToolSearch::wordsOfOptionsMayBeInAnyCase()
 {
     const TestProject project;
     writeSearchedProject(project);
-    QCOMPARE(found(project, u"quay"_qs, {u"--in"_qs, u"CUSTOMmetadata"_qs}), QList<int>{5});
-    QCOMPARE(found(project, u"wall grey"_qs, {u"--operator"_qs, u"All"_qs}), QList<int>{4});
+    QCOMPARE(found(project, u"quay"_s, {u"--in"_s, u"CUSTOMmetadata"_s}), QList<int>{5});
+    QCOMPARE(found(project, u"wall grey"_s, {u"--operator"_s, u"All"_s}), QList<int>{4});
 }
 
 void TstToolSearch::nothingFoundIsNoFailure()
 {
     const TestProject project;
     writeSearchedProject(project);
-    const ProgramResult lines = search(project, u"nowhere"_qs);
+    const ProgramResult lines = search(project, u"nowhere"_s);
     QCOMPARE(lines.status, 0);
     QCOMPARE(lines.output, QByteArray());
     QCOMPARE(lines.errors, QByteArray());
-    const ProgramResult json = search(project, u"nowhere"_qs, {u"--json"_qs});
+    const ProgramResult json = search(project, u"nowhere"_s, {u"--json"_s});
     QCOMPARE(json.status, 0);
     QVERIFY(json.json().isArray());
     QCOMPARE(json.json().array(), QJsonArray());
@@ -276,7 +277,7 @@ void TstToolSearch::eachItemIsALine()
 {
     const TestProject project;
     writeSearchedProject(project);
-    const ProgramResult result = search(project, u"art"_qs);
+    const ProgramResult result = search(project, u"art"_s);
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.output,
@@ -293,29 +294,28 @@ void TstToolSearch::theFirstHitIsShownInItsWords_data()
     QTest::addColumn<int>("hits");
     QTest::addColumn<QString>("excerpt");
     const QByteArray far(200, 'x');
-    QTest::newRow("whole text") << QByteArray("Grey gulls") << u"gulls"_qs << QStringList() << 1
-                                << u"Grey gulls"_qs;
+    QTest::newRow("whole text") << QByteArray("Grey gulls") << u"gulls"_s << QStringList() << 1
+                                << u"Grey gulls"_s;
     QTest::newRow("within words")
         << QByteArray("The harbour lay still and grey while the gulls went out to the sea and came "
                       "back again")
-        << u"gulls"_qs << QStringList() << 1
-        << u"…lay still and grey while the gulls went out to the sea and came…"_qs;
+        << u"gulls"_s << QStringList() << 1
+        << u"…lay still and grey while the gulls went out to the sea and came…"_s;
     QTest::newRow("within a long word")
-        << far + "gulls" + far << u"gulls"_qs << QStringList() << 1
-        << u"…"_qs + QString(50, u'x') + u"gulls"_qs + QString(50, u'x') + u"…"_qs;
-    QTest::newRow("over line ends") << QByteArray("one\\par two\\par three") << u"two"_qs
-                                    << QStringList() << 1 << u"one two three"_qs;
-    QTest::newRow("several") << QByteArray("a gull, two gulls, GULLS") << u"gull"_qs
-                             << QStringList() << 3 << u"a gull, two gulls, GULLS"_qs;
+        << far + "gulls" + far << u"gulls"_s << QStringList() << 1
+        << u"…"_s + QString(50, u'x') + u"gulls"_s + QString(50, u'x') + u"…"_s;
+    QTest::newRow("over line ends") << QByteArray("one\\par two\\par three") << u"two"_s
+                                    << QStringList() << 1 << u"one two three"_s;
+    QTest::newRow("several") << QByteArray("a gull, two gulls, GULLS") << u"gull"_s << QStringList()
+                             << 3 << u"a gull, two gulls, GULLS"_s;
     QTest::newRow("any of some words")
-        << QByteArray("sea and gulls") << u"gulls sea"_qs
-        << QStringList({u"--operator"_qs, u"any"_qs}) << 2 << u"sea and gulls"_qs;
-    QTest::newRow("whole words") << QByteArray("cart art") << u"art"_qs
-                                 << QStringList({u"--operator"_qs, u"word"_qs}) << 1
-                                 << u"cart art"_qs;
+        << QByteArray("sea and gulls") << u"gulls sea"_s << QStringList({u"--operator"_s, u"any"_s})
+        << 2 << u"sea and gulls"_s;
+    QTest::newRow("whole words") << QByteArray("cart art") << u"art"_s
+                                 << QStringList({u"--operator"_s, u"word"_s}) << 1 << u"cart art"_s;
     QTest::newRow("an expression")
-        << QByteArray("b1 b22") << u"b[0-9]+"_qs << QStringList({u"--operator"_qs, u"regexp"_qs})
-        << 2 << u"b1 b22"_qs;
+        << QByteArray("b1 b22") << u"b[0-9]+"_s << QStringList({u"--operator"_s, u"regexp"_s}) << 2
+        << u"b1 b22"_s;
 }
 
 void TstToolSearch::theFirstHitIsShownInItsWords()
@@ -327,23 +327,23 @@ void TstToolSearch::theFirstHitIsShownInItsWords()
     QFETCH(const QString, excerpt);
     const TestProject project;
     writeProject(project, binderXml(systemFolders(item(3, "Text", "Title"))));
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 " + text + '}');
-    const ProgramResult json = search(project, wanted, options + QStringList{u"--json"_qs});
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 " + text + '}');
+    const ProgramResult json = search(project, wanted, options + QStringList{u"--json"_s});
     QCOMPARE(json.json().array().size(), 1);
     const QJsonObject found = json.json().array().at(0).toObject();
     QCOMPARE(found[u"hits"], QJsonValue(hits));
     QCOMPARE(found[u"first"],
-             QJsonValue(QJsonObject{{u"property"_qs, u"Text"_qs}, {u"text"_qs, excerpt}}));
-    const QString count = hits == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(hits);
+             QJsonValue(QJsonObject{{u"property"_s, u"Text"_s}, {u"text"_s, excerpt}}));
+    const QString count = hits == 1 ? u"1 hit"_s : u"%1 hits"_s.arg(hits);
     QCOMPARE(QString::fromUtf8(search(project, wanted, options).output),
-             u"3  Title  (%1; Text: %2)\n"_qs.arg(count, excerpt));
+             u"3  Title  (%1; Text: %2)\n"_s.arg(count, excerpt));
 }
 
 void TstToolSearch::aTextMayBeginWithAHyphen()
 {
     const TestProject project;
     writeProject(project, binderXml(systemFolders(item(3, "Text", "Card -reverse side"))));
-    const ProgramResult result = runTool({u"search"_qs, project.path(), u"--"_qs, u"-reverse"_qs});
+    const ProgramResult result = runTool({u"search"_s, project.path(), u"--"_s, u"-reverse"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(itemLines(result.output), QByteArray("3  Card -reverse side\n"));
 }
@@ -366,7 +366,7 @@ void TstToolSearch::itemsComeInTheOrderOfTheBinder()
             item(folder, "Folder", "Tales", {.attributes = {}, .metaData = {}, .children = texts});
     }
     writeProject(project, binderXml(systemFolders(chapters)));
-    QCOMPARE(found(project, u"tale"_qs), expected);
+    QCOMPARE(found(project, u"tale"_s), expected);
 }
 
 void TstToolSearch::aTitleStaysOnItsLine()
@@ -375,34 +375,33 @@ void TstToolSearch::aTitleStaysOnItsLine()
     writeProject(
         project,
         binderXml(systemFolders(item(3, "Text", "One&#10;two %1 \xc3\xa9") + item(4, "Text", ""))));
-    project.writeFile(u"Files/Docs/3.rtf"_qs, "{\\rtf1 gulls}");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 gulls}");
-    QCOMPARE(search(project, u"gulls"_qs).output,
+    project.writeFile(u"Files/Docs/3.rtf"_s, "{\\rtf1 gulls}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 gulls}");
+    QCOMPARE(search(project, u"gulls"_s).output,
              QByteArray("3  One two %1 \xc3\xa9  (1 hit; Text: gulls)\n"
                         "4  Untitled  (1 hit; Text: gulls)\n"));
-    const QJsonArray items = search(project, u"gulls"_qs, {u"--json"_qs}).json().array();
-    QCOMPARE(items.at(0)[u"title"], QJsonValue(u"One\ntwo %1 \u00e9"_qs));
-    QCOMPARE(items.at(1)[u"title"], QJsonValue(u""_qs));
+    const QJsonArray items = search(project, u"gulls"_s, {u"--json"_s}).json().array();
+    QCOMPARE(items.at(0)[u"title"], QJsonValue(u"One\ntwo %1 \u00e9"_s));
+    QCOMPARE(items.at(1)[u"title"], QJsonValue(u""_s));
 }
 
 void TstToolSearch::theJsonFormIsAnArrayOfItems()
 {
     const TestProject project;
     writeSearchedProject(project);
-    const ProgramResult result = search(project, u"people"_qs, {u"--json"_qs});
+    const ProgramResult result = search(project, u"people"_s, {u"--json"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors, QByteArray());
     const auto itemJson = [](int id, const QString &title) {
         return QJsonObject{
-            {u"id"_qs, id},
-            {u"uuid"_qs, QString::fromLatin1(uuidOf(id))},
-            {u"title"_qs, title},
-            {u"hits"_qs, 1},
-            {u"first"_qs,
-             QJsonObject{{u"property"_qs, u"Keywords"_qs}, {u"text"_qs, u"People"_qs}}}};
+            {u"id"_s, id},
+            {u"uuid"_s, QString::fromLatin1(uuidOf(id))},
+            {u"title"_s, title},
+            {u"hits"_s, 1},
+            {u"first"_s, QJsonObject{{u"property"_s, u"Keywords"_s}, {u"text"_s, u"People"_s}}}};
     };
     QCOMPARE(result.json().array(),
-             QJsonArray({itemJson(4, u"The Harbour"_qs), itemJson(5, u"First Watch"_qs)}));
+             QJsonArray({itemJson(4, u"The Harbour"_s), itemJson(5, u"First Watch"_s)}));
 }
 
 void TstToolSearch::systemFoldersAreNotFoundButWhatIsInTheTrashIs()
@@ -412,8 +411,8 @@ void TstToolSearch::systemFoldersAreNotFoundButWhatIsInTheTrashIs()
     const QByteArray items = item(0, "DraftFolder", "Draft") + item(1, "ResearchFolder", "Research")
         + item(2, "TrashFolder", "Trash", {.attributes = {}, .metaData = {}, .children = scrap});
     writeProject(project, binderXml(items));
-    QCOMPARE(found(project, u"draft"_qs), QList<int>{4});
-    QCOMPARE(found(project, u"trash"_qs), QList<int>{4});
+    QCOMPARE(found(project, u"draft"_s), QList<int>{4});
+    QCOMPARE(found(project, u"trash"_s), QList<int>{4});
 }
 
 void TstToolSearch::wrongUseIsToldBeforeTheProjectIsTouched_data()
@@ -421,24 +420,24 @@ void TstToolSearch::wrongUseIsToldBeforeTheProjectIsTouched_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("line");
     QTest::newRow("an unknown operator")
-        << QStringList{u"gulls"_qs, u"--operator"_qs, u"fuzzy"_qs}
+        << QStringList{u"gulls"_s, u"--operator"_s, u"fuzzy"_s}
         << QByteArray("unknown operator 'fuzzy'; it is one of exact, all, any, word, regexp");
     QTest::newRow("an empty operator")
-        << QStringList{u"gulls"_qs, u"--operator"_qs, QString()}
+        << QStringList{u"gulls"_s, u"--operator"_s, QString()}
         << QByteArray("unknown operator ''; it is one of exact, all, any, word, regexp");
     QTest::newRow("an unknown property")
-        << QStringList{u"gulls"_qs, u"--in"_qs, u"Texts"_qs}
+        << QStringList{u"gulls"_s, u"--in"_s, u"Texts"_s}
         << QByteArray("unknown property 'Texts'; it is one of All, Title, Text, Notes, Synopsis, "
                       "Keywords, Label, Status, CustomMetaData, Comments");
     QTest::newRow("an empty text")
         << QStringList{QString()} << QByteArray("the text to look for is empty");
     QTest::newRow("a broken expression")
-        << QStringList{u"gr(e"_qs, u"--operator"_qs, u"regexp"_qs}
+        << QStringList{u"gr(e"_s, u"--operator"_s, u"regexp"_s}
         << QByteArray("'gr(e' is no regular expression: unexpected end");
     QTest::newRow("no text") << QStringList()
                              << QByteArray("TEXT is missing; see 'tavel search --help'");
     QTest::newRow("two texts") << QStringList{
-        u"a"_qs, u"b"_qs} << QByteArray("one argument too many: 'b'; see 'tavel search --help'");
+        u"a"_s, u"b"_s} << QByteArray("one argument too many: 'b'; see 'tavel search --help'");
 }
 
 void TstToolSearch::wrongUseIsToldBeforeTheProjectIsTouched()
@@ -448,7 +447,7 @@ void TstToolSearch::wrongUseIsToldBeforeTheProjectIsTouched()
     const TestProject project;
     writeSearchedProject(project);
     const auto before = everythingBelow(project.enclosingPath());
-    const ProgramResult result = runTool(QStringList{u"search"_qs, project.path()} + arguments);
+    const ProgramResult result = runTool(QStringList{u"search"_s, project.path()} + arguments);
     QCOMPARE(result.status, 2);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(result.errors, "tavel: " + line + '\n');
@@ -459,10 +458,10 @@ void TstToolSearch::whatIsNoProjectIsAFailure_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("error");
-    QTest::newRow("nothing") << u"Nothing.tavel"_qs << u"there is no project at '%1'"_qs;
-    QTest::newRow("no path") << QString() << u"there is no project at '%1'"_qs;
+    QTest::newRow("nothing") << u"Nothing.tavel"_s << u"there is no project at '%1'"_s;
+    QTest::newRow("no path") << QString() << u"there is no project at '%1'"_s;
     QTest::newRow("a folder without a binder")
-        << u"Empty.tavel"_qs << u"there is no project in the folder '%1'"_qs;
+        << u"Empty.tavel"_s << u"there is no project in the folder '%1'"_s;
 }
 
 void TstToolSearch::whatIsNoProjectIsAFailure()
@@ -470,14 +469,14 @@ void TstToolSearch::whatIsNoProjectIsAFailure()
     QFETCH(const QString, path);
     QFETCH(const QString, error);
     const TestProject project;
-    QDir(project.enclosingPath()).mkpath(u"Empty.tavel"_qs);
+    QDir(project.enclosingPath()).mkpath(u"Empty.tavel"_s);
     ProgramPlace place;
     place.workingDirectory = project.enclosingPath();
     const auto before = everythingBelow(project.enclosingPath());
-    const ProgramResult result = runTool({u"search"_qs, path, u"gulls"_qs, u"--json"_qs}, place);
+    const ProgramResult result = runTool({u"search"_s, path, u"gulls"_s, u"--json"_s}, place);
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
-    QCOMPARE(result.errors, u"tavel: %1\n"_qs.arg(error.arg(path)).toUtf8());
+    QCOMPARE(result.errors, u"tavel: %1\n"_s.arg(error.arg(path)).toUtf8());
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
 }
 
@@ -485,20 +484,20 @@ void TstToolSearch::aProjectWithIdsAloneIsSearched()
 {
     const TestProject project;
     writeProject(project, binderXml(systemFolders(soundDraftItems()), {}, "1.0"), "16");
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Gulls.}");
-    QCOMPARE(found(project, u"gulls"_qs), QList<int>{4});
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Gulls.}");
+    QCOMPARE(found(project, u"gulls"_s), QList<int>{4});
 }
 
 void TstToolSearch::aProjectWithoutIdsIsRefused()
 {
     const TestProject project;
     writeProject(project, binderXml(systemFolders(item(3, "Text", "Gulls")), {}, "2.0"), "23");
-    const ProgramResult result = search(project, u"gulls"_qs);
+    const ProgramResult result = search(project, u"gulls"_s);
     QCOMPARE(result.status, 1);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(
         result.errors,
-        u"tavel: projects of format version 23 can't be searched yet: '%1'\n"_qs.arg(project.path())
+        u"tavel: projects of format version 23 can't be searched yet: '%1'\n"_s.arg(project.path())
             .toUtf8());
 }
 
@@ -511,7 +510,7 @@ void TstToolSearch::nothingIsWritten_data()
         removing(HashFile)(project);
     });
     QTest::newRow("with a text that was changed outside")
-        << writing(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns.}");
+        << writing(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns.}");
     QTest::newRow("with a damaged index") << cuttingOff(IndexFile);
     QTest::newRow("with damaged hashes") << writing(HashFile, "4.rtf=0");
 }
@@ -523,7 +522,7 @@ void TstToolSearch::nothingIsWritten()
     writeSearchedProject(project);
     change(project);
     const auto before = everythingBelow(project.enclosingPath());
-    QCOMPARE(search(project, u"red"_qs).status, 0);
+    QCOMPARE(search(project, u"red"_s).status, 0);
     QCOMPARE(everythingBelow(project.enclosingPath()), before);
 }
 
@@ -532,10 +531,10 @@ void TstToolSearch::aLockedProjectIsSearchedAndStaysLocked()
     const TestProject project;
     writeSearchedProject(project);
     QVERIFY(TVLProjectFolderFormat::addLock(project.path()));
-    const QByteArray lock = project.readFile(u"Files/user.lock"_qs);
-    QCOMPARE(found(project, u"gulls"_qs), QList<int>{4});
+    const QByteArray lock = project.readFile(u"Files/user.lock"_s);
+    QCOMPARE(found(project, u"gulls"_s), QList<int>{4});
     QVERIFY(TVLProjectFolderFormat::lockExists(project.path()));
-    QCOMPARE(project.readFile(u"Files/user.lock"_qs), lock);
+    QCOMPARE(project.readFile(u"Files/user.lock"_s), lock);
     TVLProjectFolderFormat::removeLock(project.path());
 }
 
@@ -543,24 +542,24 @@ void TstToolSearch::aTextThatWasChangedOutsideIsReadAgain()
 {
     const TestProject project;
     writeSearchedProject(project);
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns over the harbour.}");
-    project.writeFile(u"Files/Docs/4_synopsis.txt"_qs, "A raft comes in");
-    project.writeFile(u"Files/Docs/8_notes.rtf"_qs, "{\\rtf1 Traced}");
-    QCOMPARE(found(project, u"gulls"_qs), QList<int>());
-    QCOMPARE(found(project, u"terns"_qs), QList<int>{4});
-    QCOMPARE(found(project, u"boat"_qs), QList<int>());
-    QCOMPARE(found(project, u"raft"_qs), QList<int>{4});
-    QCOMPARE(found(project, u"traced"_qs), QList<int>{8});
-    QCOMPARE(found(project, u"keeper"_qs), QList<int>{5});
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns over the harbour.}");
+    project.writeFile(u"Files/Docs/4_synopsis.txt"_s, "A raft comes in");
+    project.writeFile(u"Files/Docs/8_notes.rtf"_s, "{\\rtf1 Traced}");
+    QCOMPARE(found(project, u"gulls"_s), QList<int>());
+    QCOMPARE(found(project, u"terns"_s), QList<int>{4});
+    QCOMPARE(found(project, u"boat"_s), QList<int>());
+    QCOMPARE(found(project, u"raft"_s), QList<int>{4});
+    QCOMPARE(found(project, u"traced"_s), QList<int>{8});
+    QCOMPARE(found(project, u"keeper"_s), QList<int>{5});
 }
 
 void TstToolSearch::aTextThatIsGoneIsNotFound()
 {
     const TestProject project;
     writeSearchedProject(project);
-    removing(u"Files/Docs/4.rtf"_qs)(project);
-    QCOMPARE(found(project, u"gulls"_qs), QList<int>());
-    QCOMPARE(found(project, u"boat"_qs), QList<int>{4});
+    removing(u"Files/Docs/4.rtf"_s)(project);
+    QCOMPARE(found(project, u"gulls"_s), QList<int>());
+    QCOMPARE(found(project, u"boat"_s), QList<int>{4});
 }
 
 void TstToolSearch::aDamagedIndexStopsNoSearch_data()
@@ -584,7 +583,7 @@ void TstToolSearch::aDamagedIndexStopsNoSearch()
     writeSearchedProject(project);
     change(project);
     const ProgramResult result =
-        search(project, u"gulls keeper boat tides sheet"_qs, {u"--operator"_qs, u"any"_qs});
+        search(project, u"gulls keeper boat tides sheet"_s, {u"--operator"_s, u"any"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(itemLines(result.output),
              QByteArray("4  The Harbour\n5  First Watch\n7  Scene Sheet\n"));
@@ -608,50 +607,50 @@ void TstToolSearch::damagedHashesStopNoSearch()
     QFETCH(const Change, change);
     const TestProject project;
     writeSearchedProject(project);
-    project.writeFile(u"Files/Docs/4.rtf"_qs, "{\\rtf1 Terns over the harbour.}");
+    project.writeFile(u"Files/Docs/4.rtf"_s, "{\\rtf1 Terns over the harbour.}");
     change(project);
     const ProgramResult result =
-        search(project, u"terns gulls keeper tides"_qs, {u"--operator"_qs, u"any"_qs});
+        search(project, u"terns gulls keeper tides"_s, {u"--operator"_s, u"any"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(itemLines(result.output), QByteArray("4  The Harbour\n5  First Watch\n"));
     QCOMPARE(result.errors, QByteArray());
-    QCOMPARE(found(project, u"gulls"_qs), QList<int>());
+    QCOMPARE(found(project, u"gulls"_s), QList<int>());
 }
 
 void TstToolSearch::aDamagedTextIsToldAndTheOthersAreSearched()
 {
     const TestProject project;
     writeSearchedProject(project);
-    project.writeFile(u"Files/Docs/5.rtf"_qs, "{\\rtf1 Cut off");
-    const auto before = project.readFile(u"Files/Docs/5.rtf"_qs);
-    const ProgramResult result = search(project, u"gulls keeper"_qs, {u"--operator"_qs, u"any"_qs});
+    project.writeFile(u"Files/Docs/5.rtf"_s, "{\\rtf1 Cut off");
+    const auto before = project.readFile(u"Files/Docs/5.rtf"_s);
+    const ProgramResult result = search(project, u"gulls keeper"_s, {u"--operator"_s, u"any"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(itemLines(result.output), QByteArray("4  The Harbour\n5  First Watch\n"));
     QCOMPARE(result.errorLines().size(), 1);
     QVERIFY2(result.errors.startsWith("tavel: Project Document Loader: Could not load document "
                                       "'First Watch' "),
              result.errors);
-    QCOMPARE(project.readFile(u"Files/Docs/5.rtf"_qs), before);
+    QCOMPARE(project.readFile(u"Files/Docs/5.rtf"_s), before);
 }
 
 void TstToolSearch::whatWasImportedIsFoundByItsIndex()
 {
     const TestProject project;
-    QCOMPARE(runTool({u"new"_qs, project.path()}).status, 0);
-    const QString text = project.enclosingPath() + u"/Watch.txt"_qs;
+    QCOMPARE(runTool({u"new"_s, project.path()}).status, 0);
+    const QString text = project.enclosingPath() + u"/Watch.txt"_s;
     writeFileAt(text, "All is well.\n");
-    QCOMPARE(runTool({u"import"_qs, project.path(), text}).status, 0);
+    QCOMPARE(runTool({u"import"_s, project.path(), text}).status, 0);
     QVERIFY(project.readFile(IndexFile).contains("<Text>All is well.</Text>"));
-    QCOMPARE(found(project, u"is well"_qs).size(), 1);
+    QCOMPARE(found(project, u"is well"_s).size(), 1);
 
-    const QString item = u"Draft/Watch"_qs;
-    QCOMPARE(runTool({u"snapshot"_qs, u"add"_qs, project.path(), item, u"First"_qs}).status, 0);
-    const QString id = QString::number(found(project, u"is well"_qs).value(0));
-    project.writeFile(u"Files/Docs/%1.rtf"_qs.arg(id), "{\\rtf1 Fog.}");
-    QCOMPARE(found(project, u"fog"_qs).size(), 1);
-    QCOMPARE(runTool({u"snapshot"_qs, u"restore"_qs, project.path(), item, u"First"_qs}).status, 0);
-    QCOMPARE(found(project, u"fog"_qs).size(), 0);
-    QCOMPARE(found(project, u"is well"_qs).size(), 1);
+    const QString item = u"Draft/Watch"_s;
+    QCOMPARE(runTool({u"snapshot"_s, u"add"_s, project.path(), item, u"First"_s}).status, 0);
+    const QString id = QString::number(found(project, u"is well"_s).value(0));
+    project.writeFile(u"Files/Docs/%1.rtf"_s.arg(id), "{\\rtf1 Fog.}");
+    QCOMPARE(found(project, u"fog"_s).size(), 1);
+    QCOMPARE(runTool({u"snapshot"_s, u"restore"_s, project.path(), item, u"First"_s}).status, 0);
+    QCOMPARE(found(project, u"fog"_s).size(), 0);
+    QCOMPARE(found(project, u"is well"_s).size(), 1);
     QVERIFY(project.readFile(IndexFile).contains("<Text>All is well.</Text>"));
 }
 
@@ -660,10 +659,10 @@ void TstToolSearch::hashesAreNotSavedWithoutTheIndexThatTheyVouchFor()
     const TestProject project;
     writeSearchedProject(project);
     const QByteArray hashes = project.readFile(HashFile);
-    const QString text = project.enclosingPath() + u"/Watch.txt"_qs;
+    const QString text = project.enclosingPath() + u"/Watch.txt"_s;
     writeFileAt(text, "All is well.\n");
     puttingAFolderInPlaceOf(IndexFile)(project);
-    const ProgramResult result = runTool({u"import"_qs, project.path(), text});
+    const ProgramResult result = runTool({u"import"_s, project.path(), text});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errorLines(),
              QList<QByteArray>(
@@ -673,7 +672,7 @@ void TstToolSearch::hashesAreNotSavedWithoutTheIndexThatTheyVouchFor()
                   "could not write to search indexes file"}));
     QCOMPARE(project.readFile(HashFile), hashes);
     QVERIFY(QDir().rmdir(project.path(IndexFile)));
-    QCOMPARE(found(project, u"is well"_qs).size(), 1);
+    QCOMPARE(found(project, u"is well"_s).size(), 1);
 }
 
 TVL_TEST(TstToolSearch)

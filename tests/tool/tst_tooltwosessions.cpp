@@ -12,6 +12,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 /** A variable of the environment and its value; none is taken out of it. */
 using Variable = std::pair<QString, std::optional<QString>>;
 /** What the environment of one run has in place of that of this test. */
@@ -44,8 +46,8 @@ Texts textsOf(std::size_t run)
 {
     Texts texts;
     for (int i = 0; i < Files; ++i) {
-        const QString title = u"Text %1 of run %2"_qs.arg(i).arg(run);
-        texts.insert(title, u"The words of '%1', and no others."_qs.arg(title));
+        const QString title = u"Text %1 of run %2"_s.arg(i).arg(run);
+        texts.insert(title, u"The words of '%1', and no others."_s.arg(title));
     }
     return texts;
 }
@@ -53,9 +55,9 @@ Texts textsOf(std::size_t run)
 /** Writes texts as files; the folder that they lie in. */
 QString writeFiles(const Texts &texts, const TestProject &project)
 {
-    const QString folder = project.enclosingPath() + u"/files"_qs;
+    const QString folder = project.enclosingPath() + u"/files"_s;
     for (auto text = texts.begin(); text != texts.end(); ++text)
-        writeFileAt(folder + u'/' + text.key() + u".txt"_qs, text.value().toUtf8());
+        writeFileAt(folder + u'/' + text.key() + u".txt"_s, text.value().toUtf8());
     return folder;
 }
 
@@ -80,8 +82,8 @@ void startIn(const Session &session, QProcess *process, const QStringList &argum
 bool isTruthful(const QProcess &run, const QByteArray &errors, const QString &projectPath)
 {
     const QByteArray busy =
-        u"tavel: another run of tavel is at work on '%1'\n"_qs.arg(projectPath).toUtf8();
-    const QByteArray locked = u"tavel: '%1' is locked by user "_qs.arg(projectPath).toUtf8();
+        u"tavel: another run of tavel is at work on '%1'\n"_s.arg(projectPath).toUtf8();
+    const QByteArray locked = u"tavel: '%1' is locked by user "_s.arg(projectPath).toUtf8();
     if (run.exitStatus() != QProcess::NormalExit)
         return false;
     return run.exitCode() == 0
@@ -109,20 +111,19 @@ void TstToolTwoSessions::noTextOfTwoImportsAtOnceIsLost_data()
 {
     QTest::addColumn<Session>("first");
     QTest::addColumn<Session>("second");
-    const QString runtime = u"XDG_RUNTIME_DIR"_qs;
-    const QString temporary = u"TMPDIR"_qs;
-    const QString home = u"HOME"_qs;
-    const QString data = u"XDG_DATA_HOME"_qs;
+    const QString runtime = u"XDG_RUNTIME_DIR"_s;
+    const QString temporary = u"TMPDIR"_s;
+    const QString home = u"HOME"_s;
+    const QString data = u"XDG_DATA_HOME"_s;
     const QString folder = QDir::homePath();
-    QTest::newRow("of one user") << Session{{runtime, folder + u"/one"_qs}}
-                                 << Session{{runtime, folder + u"/two"_qs}};
+    QTest::newRow("of one user") << Session{{runtime, folder + u"/one"_s}}
+                                 << Session{{runtime, folder + u"/two"_s}};
     QTest::newRow("that keep temporary files elsewhere")
-        << Session{{runtime, {}}, {temporary, folder + u"/one"_qs}}
-        << Session{{runtime, {}}, {temporary, folder + u"/two"_qs}};
-    QTest::newRow("of two homes") << Session{{home, folder + u"/one"_qs},
-                                             {data, folder + u"/one"_qs}}
-                                  << Session{{home, folder + u"/two"_qs},
-                                             {data, folder + u"/two"_qs}};
+        << Session{{runtime, {}}, {temporary, folder + u"/one"_s}}
+        << Session{{runtime, {}}, {temporary, folder + u"/two"_s}};
+    QTest::newRow("of two homes") << Session{{home, folder + u"/one"_s}, {data, folder + u"/one"_s}}
+                                  << Session{{home, folder + u"/two"_s},
+                                             {data, folder + u"/two"_s}};
     QTest::newRow("of which one has none of the variables")
         << Session{} << Session{{runtime, {}}, {temporary, {}}, {home, {}}};
 }
@@ -139,7 +140,7 @@ void TstToolTwoSessions::noTextOfTwoImportsAtOnceIsLost()
         std::array<QProcess, 2> runs;
         for (std::size_t i = 0; i < runs.size(); ++i)
             startIn(sessions.at(i), &runs.at(i),
-                    {u"import"_qs, project.path(), writeFiles(textsOf(i), places.at(i))});
+                    {u"import"_s, project.path(), writeFiles(textsOf(i), places.at(i))});
 
         Texts imported;
         for (std::size_t i = 0; i < runs.size(); ++i) {
@@ -153,7 +154,7 @@ void TstToolTwoSessions::noTextOfTwoImportsAtOnceIsLost()
         QCOMPARE(draftTextsOf(project), imported);
         QVERIFY(!QFileInfo::exists(TVLProjectGuard::filePath(project.path())));
         QVERIFY(!TVLProjectFolderFormat::lockExists(project.path()));
-        QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+        QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
     }
 }
 
@@ -163,7 +164,7 @@ void TstToolTwoSessions::aProjectIsMadeOnce()
         const TestProject project;
         std::array<QProcess, 4> runs;
         for (QProcess &run : runs)
-            startIn({}, &run, {u"new"_qs, project.path()});
+            startIn({}, &run, {u"new"_s, project.path()});
         int made = 0;
         for (QProcess &run : runs) {
             QVERIFY(run.waitForFinished(PatienceMs));
@@ -171,7 +172,7 @@ void TstToolTwoSessions::aProjectIsMadeOnce()
         }
         QCOMPARE(made, 1);
         QVERIFY(!QFileInfo::exists(TVLProjectGuard::filePath(project.path())));
-        QCOMPARE(runTool({u"check"_qs, project.path()}).status, 0);
+        QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
     }
 }
 
@@ -182,12 +183,12 @@ void TstToolTwoSessions::aProjectIsNotMadeWhereAnotherRunIsAtWork()
     const auto guard = TVLProjectGuard::take(project.path());
     QVERIFY(guard);
     const auto before = everythingBelow(project.path());
-    const ProgramResult result = runTool({u"new"_qs, project.path()});
+    const ProgramResult result = runTool({u"new"_s, project.path()});
     QCOMPARE(result.status, 1);
-    const QString program = QFileInfo(u"/proc/self/exe"_qs).symLinkTarget().section(u'/', -1);
+    const QString program = QFileInfo(u"/proc/self/exe"_s).symLinkTarget().section(u'/', -1);
     QCOMPARE(
         result.errors,
-        u"tavel: another run of %1 is at work on '%2'\n"_qs.arg(program, project.path()).toUtf8());
+        u"tavel: another run of %1 is at work on '%2'\n"_s.arg(program, project.path()).toUtf8());
     QCOMPARE(everythingBelow(project.path()), before);
 }
 
@@ -198,10 +199,9 @@ void TstToolTwoSessions::whoeverOnlyReadsIsNotKeptOut()
     const auto guard = TVLProjectGuard::take(project.path());
     QVERIFY(guard);
     for (const QStringList &command :
-         {QStringList{u"check"_qs, project.path()}, QStringList{u"info"_qs, project.path()},
-          QStringList{u"outline"_qs, project.path()},
-          QStringList{u"cat"_qs, project.path(), u"4"_qs},
-          QStringList{u"search"_qs, project.path(), u"Gulls"_qs}}) {
+         {QStringList{u"check"_s, project.path()}, QStringList{u"info"_s, project.path()},
+          QStringList{u"outline"_s, project.path()}, QStringList{u"cat"_s, project.path(), u"4"_s},
+          QStringList{u"search"_s, project.path(), u"Gulls"_s}}) {
         const ProgramResult result = runTool(command);
         QCOMPARE(result.errors, QByteArray());
         QCOMPARE(result.status, 0);

@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QXmlStreamReader>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Reads over an element; whether it holds anything. */
@@ -88,8 +90,8 @@ QStringList sectionsOfSave(const TVLProjectModel &model)
  */
 bool maySaveLeaveOut(const QString &section)
 {
-    static const QSet<QString> sections{u"TemplateFolderUUID"_qs, u"TemplateFolderID"_qs,
-                                        u"ProjectProperties"_qs, u"FullScreenBackdrop"_qs};
+    static const QSet<QString> sections{u"TemplateFolderUUID"_s, u"TemplateFolderID"_s,
+                                        u"ProjectProperties"_s, u"FullScreenBackdrop"_s};
     return sections.contains(section);
 }
 
@@ -107,6 +109,6 @@ QStringList sectionsLostBySaving(const QString &binderPath, const TVLProjectMode
         [&kept](const QString &name) { return kept.contains(name) || maySaveLeaveOut(name); });
     const QStringList entities = externalEntities(binder);
     for (const QString &name : entities)
-        lost.append(u"the entity '%1'"_qs.arg(name));
+        lost.append(u"the entity '%1'"_s.arg(name));
     return lost;
 }

@@ -9,16 +9,18 @@
 
 #include <QCommandLineParser>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QCommandLineOption notesOption()
 {
-    return QCommandLineOption(u"notes"_qs, u"The item's notes instead of its text."_qs);
+    return QCommandLineOption(u"notes"_s, u"The item's notes instead of its text."_s);
 }
 
 QCommandLineOption synopsisOption()
 {
-    return QCommandLineOption(u"synopsis"_qs, u"The item's synopsis instead of its text."_qs);
+    return QCommandLineOption(u"synopsis"_s, u"The item's synopsis instead of its text."_s);
 }
 
 TVL::DocumentType wantedText(const QCommandLineParser &parser)
@@ -34,7 +36,7 @@ ExitStatus runCat(const QCommandLineParser &parser, Console *console)
     const QString &name = arguments.last();
     const QString &path = arguments.at(arguments.size() - 2);
     if (parser.isSet(notesOption()) && parser.isSet(synopsisOption()))
-        return console->refuse(u"give --notes or --synopsis, not both"_qs);
+        return console->refuse(u"give --notes or --synopsis, not both"_s);
 
     QString error;
     const std::unique_ptr<TVLProjectModel> model = openToRead(path, &error);
@@ -42,10 +44,10 @@ ExitStatus runCat(const QCommandLineParser &parser, Console *console)
         return console->fail(error);
     TVLProjectNode *node = findItem(*model, name);
     if (!node)
-        return console->fail(u"there is no item '%1'"_qs.arg(name));
+        return console->fail(u"there is no item '%1'"_s.arg(name));
     const TVL::DocumentType type = wantedText(parser);
     if (type == TVL::MainText && !node->canHaveText())
-        return console->fail(u"'%1' has no text of its own"_qs.arg(node->mTitle));
+        return console->fail(u"'%1' has no text of its own"_s.arg(node->mTitle));
 
     const auto document = readItemText(model->path().absolutePath(), node, type, &error);
     if (!document)
@@ -58,8 +60,8 @@ ExitStatus runCat(const QCommandLineParser &parser, Console *console)
 
 Command catCommand()
 {
-    return {u"cat"_qs,
-            u"Writes an item's text as plain text."_qs,
+    return {u"cat"_s,
+            u"Writes an item's text as plain text."_s,
             {projectArgument(), itemArgument()},
             {notesOption(), synopsisOption()},
             runCat};

@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QJsonObject reportToJson(const QString &projectPath, const QList<Problem> &problems,
@@ -17,11 +19,11 @@ QJsonObject reportToJson(const QString &projectPath, const QList<Problem> &probl
     QJsonArray array;
     for (const Problem &problem : problems)
         array.append(QJsonObject{
-            {u"kind"_qs, problem.kind}, {u"where"_qs, problem.where}, {u"text"_qs, problem.text}});
+            {u"kind"_s, problem.kind}, {u"where"_s, problem.where}, {u"text"_s, problem.text}});
     QJsonObject report = {
-        {u"path"_qs, projectPath}, {u"ok"_qs, problems.isEmpty()}, {u"problems"_qs, array}};
+        {u"path"_s, projectPath}, {u"ok"_s, problems.isEmpty()}, {u"problems"_s, array}};
     if (interruptedFiles > 0)
-        report.insert(u"interruptedFiles"_qs, interruptedFiles);
+        report.insert(u"interruptedFiles"_s, interruptedFiles);
     return report;
 }
 
@@ -30,13 +32,12 @@ void writeText(const QString &projectPath, const QList<Problem> &problems, int i
 {
     if (interruptedFiles > 0)
         console->writeLine(
-            u"a save was interrupted; the next opening completes it (%1 files)"_qs.arg(
+            u"a save was interrupted; the next opening completes it (%1 files)"_s.arg(
                 interruptedFiles));
     for (const Problem &problem : problems)
-        console->writeLine(
-            oneLine(u"%1: %2: %3"_qs.arg(problem.kind, problem.where, problem.text)));
+        console->writeLine(oneLine(u"%1: %2: %3"_s.arg(problem.kind, problem.where, problem.text)));
     if (problems.isEmpty())
-        console->writeLine(u"No problems in %1"_qs.arg(oneLine(projectPath)));
+        console->writeLine(u"No problems in %1"_s.arg(oneLine(projectPath)));
 }
 
 ExitStatus runCheck(const QCommandLineParser &parser, Console *console)
@@ -58,16 +59,16 @@ ExitStatus runCheck(const QCommandLineParser &parser, Console *console)
         return ExitStatus::Done;
     return console->fail(
         problems.size() == 1
-            ? u"1 problem in '%1'"_qs.arg(files->projectPath)
-            : u"%1 problems in '%2'"_qs.arg(problems.size()).arg(files->projectPath));
+            ? u"1 problem in '%1'"_s.arg(files->projectPath)
+            : u"%1 problems in '%2'"_s.arg(problems.size()).arg(files->projectPath));
 }
 
 } // namespace
 
 Command checkCommand()
 {
-    return {u"check"_qs,
-            u"Reports what is wrong with a project; changes nothing."_qs,
+    return {u"check"_s,
+            u"Reports what is wrong with a project; changes nothing."_s,
             {projectArgument()},
             {jsonOption()},
             runCheck};

@@ -6,15 +6,17 @@
 #include <algorithm>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString HelpName = u"help"_qs;
-const QString VersionName = u"version"_qs;
-const QString JsonName = u"json"_qs;
+const QString HelpName = u"help"_s;
+const QString VersionName = u"version"_s;
+const QString JsonName = u"json"_s;
 
 QCommandLineOption helpOption()
 {
-    return QCommandLineOption({u"h"_qs, HelpName}, u"Shows this help."_qs);
+    return QCommandLineOption({u"h"_s, HelpName}, u"Shows this help."_s);
 }
 
 /** A line on wrong use, with a hint at the help. The parser closes its own texts with a full stop.
@@ -23,14 +25,14 @@ ExitStatus refuseUse(QString text, const QString &helpCommand, Console *console)
 {
     if (text.endsWith(u'.'))
         text.chop(1);
-    return console->refuse(u"%1; see '%2 --help'"_qs.arg(text, helpCommand));
+    return console->refuse(u"%1; see '%2 --help'"_s.arg(text, helpCommand));
 }
 
 QString listOf(const QList<Command> &commands)
 {
     QStringList lines;
     for (const Command &command : commands)
-        lines.append(u"  %1 %2"_qs.arg(command.name, -16).arg(command.summary));
+        lines.append(u"  %1 %2"_s.arg(command.name, -16).arg(command.summary));
     return lines.join(u'\n');
 }
 
@@ -39,9 +41,9 @@ QString syntaxOf(const CommandArgument &argument)
 {
     switch (argument.count) {
     case CommandArgument::AtMostOnce:
-        return u"[%1]"_qs.arg(argument.name);
+        return u"[%1]"_s.arg(argument.name);
     case CommandArgument::OnceOrMore:
-        return argument.name + u"..."_qs;
+        return argument.name + u"..."_s;
     default:
         return argument.name;
     }
@@ -60,7 +62,7 @@ void setUp(QCommandLineParser *parser, const Command &command)
 QString commandHelp(const QCommandLineParser &parser, const QString &name)
 {
     QString help = parser.helpText();
-    const qsizetype place = help.indexOf(u" [options]"_qs);
+    const qsizetype place = help.indexOf(u" [options]"_s);
     return place < 0 ? help : help.insert(place, u' ' + name);
 }
 
@@ -71,9 +73,9 @@ QString argumentsError(const Command &command, const QStringList &given)
     const qsizetype known = command.arguments.size();
     const qsizetype least = lastCount == CommandArgument::AtMostOnce ? known - 1 : known;
     if (given.size() < least)
-        return u"%1 is missing"_qs.arg(command.arguments.at(given.size()).name);
+        return u"%1 is missing"_s.arg(command.arguments.at(given.size()).name);
     if (given.size() > known && lastCount != CommandArgument::OnceOrMore)
-        return u"one argument too many: '%1'"_qs.arg(given.at(known));
+        return u"one argument too many: '%1'"_s.arg(given.at(known));
     return {};
 }
 
@@ -87,7 +89,7 @@ ExitStatus runCommand(const Command &command, const QStringList &arguments, Cons
         console->write(commandHelp(parser, command.name).toUtf8());
         return ExitStatus::Done;
     }
-    const QString self = u"tavel "_qs + command.name;
+    const QString self = u"tavel "_s + command.name;
     if (!parsed)
         return refuseUse(parser.errorText(), self, console);
     if (const QString error = argumentsError(command, parser.positionalArguments());
@@ -112,14 +114,14 @@ ExitStatus answerWithoutCommand(const QStringList &given, const QList<Command> &
     const QString &word = given.constFirst();
     const QList<Command> related = commandsAbout(word, commands);
     if (related.isEmpty())
-        return refuseUse(u"unknown command '%1'"_qs.arg(word), u"tavel"_qs, console);
-    const QString self = u"tavel "_qs + word;
+        return refuseUse(u"unknown command '%1'"_s.arg(word), u"tavel"_s, console);
+    const QString self = u"tavel "_s + word;
     if (given.size() == 1)
-        return refuseUse(u"it isn't said what to do"_qs, self, console);
+        return refuseUse(u"it isn't said what to do"_s, self, console);
     const QString &second = given.at(1);
     if (second != u"--help" && second != u"-h")
-        return refuseUse(u"unknown command '%1 %2'"_qs.arg(word, second), self, console);
-    console->writeLine(u"Usage: %1 COMMAND\n\nCommands:\n%2\n\nSee '%1 COMMAND --help'."_qs.arg(
+        return refuseUse(u"unknown command '%1 %2'"_s.arg(word, second), self, console);
+    console->writeLine(u"Usage: %1 COMMAND\n\nCommands:\n%2\n\nSee '%1 COMMAND --help'."_s.arg(
         self, listOf(related)));
     return ExitStatus::Done;
 }
@@ -136,11 +138,11 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.setApplicationDescription(
         u"Works on writing projects.\n\nCommands:\n%1\n\n"
-        "Exit status: 0 done, 1 the operation failed, 2 wrong use."_qs.arg(listOf(commands)));
+        "Exit status: 0 done, 1 the operation failed, 2 wrong use."_s.arg(listOf(commands)));
     parser.addOption(helpOption());
-    parser.addOption({{u"v"_qs, VersionName}, u"Shows the version."_qs});
-    parser.addPositionalArgument(u"COMMAND"_qs, u"See 'tavel COMMAND --help'."_qs);
-    const QString self = u"tavel"_qs;
+    parser.addOption({{u"v"_s, VersionName}, u"Shows the version."_s});
+    parser.addPositionalArgument(u"COMMAND"_s, u"See 'tavel COMMAND --help'."_s);
+    const QString self = u"tavel"_s;
     if (!parser.parse(arguments))
         return refuseUse(parser.errorText(), self, console);
     if (parser.isSet(HelpName)) {
@@ -148,12 +150,12 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
         return ExitStatus::Done;
     }
     if (parser.isSet(VersionName)) {
-        console->writeLine(u"tavel "_qs + QCoreApplication::applicationVersion());
+        console->writeLine(u"tavel "_s + QCoreApplication::applicationVersion());
         return ExitStatus::Done;
     }
 
     if (parser.positionalArguments().isEmpty())
-        return refuseUse(u"no command given"_qs, self, console);
+        return refuseUse(u"no command given"_s, self, console);
     // As they were given: the parser has dropped the "--" in front of a text that begins with "-".
     const QStringList given =
         arguments.sliced(arguments.indexOf(parser.positionalArguments().constFirst(), 1));
@@ -167,17 +169,17 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
 
 CommandArgument projectArgument()
 {
-    return {u"PATH"_qs, u"The project: its folder, or the binder file in it."_qs};
+    return {u"PATH"_s, u"The project: its folder, or the binder file in it."_s};
 }
 
 CommandArgument itemArgument()
 {
-    return {u"ITEM"_qs, u"An id, a uuid, or titles such as 'Draft/Chapter One'."_qs};
+    return {u"ITEM"_s, u"An id, a uuid, or titles such as 'Draft/Chapter One'."_s};
 }
 
 QCommandLineOption jsonOption()
 {
-    return QCommandLineOption(JsonName, u"Writes the result as JSON."_qs);
+    return QCommandLineOption(JsonName, u"Writes the result as JSON."_s);
 }
 
 bool wantsJson(const QCommandLineParser &parser)

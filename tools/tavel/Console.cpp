@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 QString oneLine(const QString &text)
 {
     QString line = text;
@@ -36,7 +38,7 @@ void Console::writeLine(const QString &line)
 void Console::complain(const QString &text)
 {
     removeProgress();
-    mErrors.write(u"tavel: %1\n"_qs.arg(oneLine(text)).toUtf8());
+    mErrors.write(u"tavel: %1\n"_s.arg(oneLine(text)).toUtf8());
 }
 
 void Console::showProgress(qsizetype done, qsizetype total)

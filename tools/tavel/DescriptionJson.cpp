@@ -6,6 +6,8 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A JSON array of what a function makes of each record. */
@@ -34,19 +36,19 @@ QJsonObject countsOf(const ProjectDescription &project)
 QJsonArray labelsOf(const ProjectDescription &project)
 {
     return arrayOf(project.labels, [&project](const TVLLabel &label) {
-        return QJsonObject{{u"id"_qs, label.mId},
-                           {u"title"_qs, label.mTitle},
-                           {u"color"_qs, colorOrNull(label.mColor)},
-                           {u"default"_qs, label.mId == project.defaultLabelId}};
+        return QJsonObject{{u"id"_s, label.mId},
+                           {u"title"_s, label.mTitle},
+                           {u"color"_s, colorOrNull(label.mColor)},
+                           {u"default"_s, label.mId == project.defaultLabelId}};
     });
 }
 
 QJsonArray statusItemsOf(const ProjectDescription &project)
 {
     return arrayOf(project.statusItems, [&project](const TVLStatusItem &item) {
-        return QJsonObject{{u"id"_qs, item.mId},
-                           {u"title"_qs, item.mTitle},
-                           {u"default"_qs, item.mId == project.defaultStatusId}};
+        return QJsonObject{{u"id"_s, item.mId},
+                           {u"title"_s, item.mTitle},
+                           {u"default"_s, item.mId == project.defaultStatusId}};
     });
 }
 
@@ -55,22 +57,22 @@ QJsonArray statusItemsOf(const ProjectDescription &project)
 QJsonArray keywordsOf(const ProjectDescription &project)
 {
     return arrayOf(project.keywords, [](const KeywordUse &use) {
-        return QJsonObject{{u"id"_qs, use.keyword.mId},
-                           {u"parent"_qs, idOrNull(use.keyword.mParentId)},
-                           {u"title"_qs, use.keyword.mTitle},
-                           {u"color"_qs, colorOrNull(use.keyword.mColor)},
-                           {u"items"_qs, use.items}};
+        return QJsonObject{{u"id"_s, use.keyword.mId},
+                           {u"parent"_s, idOrNull(use.keyword.mParentId)},
+                           {u"title"_s, use.keyword.mTitle},
+                           {u"color"_s, colorOrNull(use.keyword.mColor)},
+                           {u"items"_s, use.items}};
     });
 }
 
 QJsonArray fieldsOf(const ProjectDescription &project)
 {
     return arrayOf(project.fields, [](const FieldUse &use) {
-        return QJsonObject{{u"id"_qs, use.field.mId},
-                           {u"title"_qs, use.field.mTitle},
-                           {u"color"_qs, colorOrNull(use.field.mColor)},
-                           {u"wraps"_qs, use.field.mWraps},
-                           {u"items"_qs, use.items}};
+        return QJsonObject{{u"id"_s, use.field.mId},
+                           {u"title"_s, use.field.mTitle},
+                           {u"color"_s, colorOrNull(use.field.mColor)},
+                           {u"wraps"_s, use.field.mWraps},
+                           {u"items"_s, use.items}};
     });
 }
 
@@ -80,25 +82,25 @@ QJsonArray collectionsOf(const ProjectDescription &project)
         // Only a list that is kept by hand has members; the others are sought anew each time.
         const bool hasMembers = collection.mType == TVL::ArbitraryCollection;
         return QJsonObject{
-            {u"title"_qs, collection.mTitle},
-            {u"kind"_qs, TVL::wordOf(collection.mType)},
-            {u"members"_qs, hasMembers ? QJsonValue(collection.mIds.size()) : QJsonValue()}};
+            {u"title"_s, collection.mTitle},
+            {u"kind"_s, TVL::wordOf(collection.mType)},
+            {u"members"_s, hasMembers ? QJsonValue(collection.mIds.size()) : QJsonValue()}};
     });
 }
 
 QJsonArray titledIdsOf(const QList<TitledId> &titledIds)
 {
     return arrayOf(titledIds, [](const TitledId &titledId) {
-        return QJsonObject{{u"id"_qs, idOrNull(titledId.id)}, {u"title"_qs, titledId.title}};
+        return QJsonObject{{u"id"_s, idOrNull(titledId.id)}, {u"title"_s, titledId.title}};
     });
 }
 
 QJsonArray referencesOf(const ProjectDescription &project)
 {
     return arrayOf(project.references, [](const TVLReference &reference) {
-        return QJsonObject{{u"title"_qs, reference.mTitle},
-                           {u"item"_qs, idOrNull(reference.mInternalLink)},
-                           {u"url"_qs, textOrNull(reference.mUrl.toString())}};
+        return QJsonObject{{u"title"_s, reference.mTitle},
+                           {u"item"_s, idOrNull(reference.mInternalLink)},
+                           {u"url"_s, textOrNull(reference.mUrl.toString())}};
     });
 }
 
@@ -114,56 +116,56 @@ QJsonObject targetsOf(const ProjectDescription &project)
 {
     const TVLDraftTarget &draft = project.draftTarget;
     const TVLSessionTarget &session = project.sessionTarget;
-    return {{u"draft"_qs,
-             QJsonObject{{u"count"_qs, draft.mCount},
-                         {u"type"_qs, countTypeWord(draft.mType)},
-                         {u"countIncludedOnly"_qs, draft.mCountIncludedOnly},
-                         {u"currentCompileGroupOnly"_qs, draft.mCurrentCompileGroupOnly},
-                         {u"showOverrun"_qs, draft.mShowOverrun},
-                         {u"buffer"_qs, draft.mBuffer},
-                         {u"deadline"_qs, textOrNull(draft.mDeadline)},
-                         {u"ignoreDeadline"_qs, draft.mIgnoreDeadline}}},
-            {u"session"_qs,
-             QJsonObject{{u"count"_qs, session.mCount},
-                         {u"type"_qs, countTypeWord(session.mType)},
-                         {u"countDraftOnly"_qs, session.mCountDraftOnly},
-                         {u"allowNegatives"_qs, session.mAllowNegatives},
-                         {u"reset"_qs, TVLSessionTarget::toString(session.mResetType)},
-                         {u"fromDeadline"_qs, session.mFromDeadline},
-                         {u"canWriteOnDeadlineDate"_qs, session.mCanWriteOnDeadlineDate},
-                         {u"writingDays"_qs, textOrNull(session.mWritingDays)}}},
-            {u"notify"_qs, project.notifiesTargets}};
+    return {{u"draft"_s,
+             QJsonObject{{u"count"_s, draft.mCount},
+                         {u"type"_s, countTypeWord(draft.mType)},
+                         {u"countIncludedOnly"_s, draft.mCountIncludedOnly},
+                         {u"currentCompileGroupOnly"_s, draft.mCurrentCompileGroupOnly},
+                         {u"showOverrun"_s, draft.mShowOverrun},
+                         {u"buffer"_s, draft.mBuffer},
+                         {u"deadline"_s, textOrNull(draft.mDeadline)},
+                         {u"ignoreDeadline"_s, draft.mIgnoreDeadline}}},
+            {u"session"_s,
+             QJsonObject{{u"count"_s, session.mCount},
+                         {u"type"_s, countTypeWord(session.mType)},
+                         {u"countDraftOnly"_s, session.mCountDraftOnly},
+                         {u"allowNegatives"_s, session.mAllowNegatives},
+                         {u"reset"_s, TVLSessionTarget::toString(session.mResetType)},
+                         {u"fromDeadline"_s, session.mFromDeadline},
+                         {u"canWriteOnDeadlineDate"_s, session.mCanWriteOnDeadlineDate},
+                         {u"writingDays"_s, textOrNull(session.mWritingDays)}}},
+            {u"notify"_s, project.notifiesTargets}};
 }
 
 QJsonObject saveOf(const TVLProjectInfo &info)
 {
-    return {{u"device"_qs, textOrNull(info.mDevice)},
-            {u"time"_qs, toJson(info.mModified)},
-            {u"id"_qs, toJson(info.mModId)}};
+    return {{u"device"_s, textOrNull(info.mDevice)},
+            {u"time"_s, toJson(info.mModified)},
+            {u"id"_s, toJson(info.mModId)}};
 }
 
 QString wordOf(int lockState)
 {
     switch (lockState) {
     case TVLProjectFolderFormat::NotLocked:
-        return u"none"_qs;
+        return u"none"_s;
     case TVLProjectFolderFormat::LockedHere:
-        return u"own"_qs;
+        return u"own"_s;
     case TVLProjectFolderFormat::LockedElsewhere:
-        return u"copied"_qs;
+        return u"copied"_s;
     case TVLProjectFolderFormat::LockedByOtherProgram:
-        return u"otherProgram"_qs;
+        return u"otherProgram"_s;
     default:
-        return u"other"_qs;
+        return u"other"_s;
     }
 }
 
 QJsonObject lockOf(const LockDescription &lock)
 {
-    return {{u"state"_qs, wordOf(lock.state)},
-            {u"host"_qs, textOrNull(lock.host)},
-            {u"user"_qs, textOrNull(lock.user)},
-            {u"program"_qs, textOrNull(lock.program)}};
+    return {{u"state"_s, wordOf(lock.state)},
+            {u"host"_s, textOrNull(lock.host)},
+            {u"user"_s, textOrNull(lock.user)},
+            {u"program"_s, textOrNull(lock.program)}};
 }
 
 } // namespace
@@ -171,34 +173,34 @@ QJsonObject lockOf(const LockDescription &lock)
 QJsonObject toJson(const ProjectDescription &project)
 {
     return {
-        {u"name"_qs, project.name},
-        {u"path"_qs, project.path},
-        {u"formatVersion"_qs, project.formatVersion},
-        {u"binderVersion"_qs, int(project.info.mBinderVersion)},
-        {u"binderVersionText"_qs, project.info.mVersion},
-        {u"items"_qs, project.items},
-        {u"counts"_qs, countsOf(project)},
-        {u"words"_qs, project.texts.all.words},
-        {u"characters"_qs, project.texts.all.characters},
-        {u"draftWords"_qs, project.texts.draft.words},
-        {u"draftCharacters"_qs, project.texts.draft.characters},
-        {u"unreadableTexts"_qs, project.texts.unreadable},
-        {u"labelTitle"_qs, project.labelTitle},
-        {u"labels"_qs, labelsOf(project)},
-        {u"statusTitle"_qs, project.statusTitle},
-        {u"statusItems"_qs, statusItemsOf(project)},
-        {u"keywords"_qs, keywordsOf(project)},
-        {u"customMetaData"_qs, fieldsOf(project)},
-        {u"collections"_qs, collectionsOf(project)},
-        {u"favorites"_qs, titledIdsOf(project.favorites)},
-        {u"references"_qs, referencesOf(project)},
-        {u"notes"_qs, titledIdsOf(project.notes)},
-        {u"completions"_qs, project.completions},
-        {u"properties"_qs, propertiesOf(project)},
-        {u"targets"_qs, targetsOf(project)},
-        {u"inBackups"_qs, project.isInBackups},
-        {u"save"_qs, saveOf(project.info)},
-        {u"locked"_qs, project.lock.state != TVLProjectFolderFormat::NotLocked},
-        {u"lock"_qs, lockOf(project.lock)},
+        {u"name"_s, project.name},
+        {u"path"_s, project.path},
+        {u"formatVersion"_s, project.formatVersion},
+        {u"binderVersion"_s, int(project.info.mBinderVersion)},
+        {u"binderVersionText"_s, project.info.mVersion},
+        {u"items"_s, project.items},
+        {u"counts"_s, countsOf(project)},
+        {u"words"_s, project.texts.all.words},
+        {u"characters"_s, project.texts.all.characters},
+        {u"draftWords"_s, project.texts.draft.words},
+        {u"draftCharacters"_s, project.texts.draft.characters},
+        {u"unreadableTexts"_s, project.texts.unreadable},
+        {u"labelTitle"_s, project.labelTitle},
+        {u"labels"_s, labelsOf(project)},
+        {u"statusTitle"_s, project.statusTitle},
+        {u"statusItems"_s, statusItemsOf(project)},
+        {u"keywords"_s, keywordsOf(project)},
+        {u"customMetaData"_s, fieldsOf(project)},
+        {u"collections"_s, collectionsOf(project)},
+        {u"favorites"_s, titledIdsOf(project.favorites)},
+        {u"references"_s, referencesOf(project)},
+        {u"notes"_s, titledIdsOf(project.notes)},
+        {u"completions"_s, project.completions},
+        {u"properties"_s, propertiesOf(project)},
+        {u"targets"_s, targetsOf(project)},
+        {u"inBackups"_s, project.isInBackups},
+        {u"save"_s, saveOf(project.info)},
+        {u"locked"_s, project.lock.state != TVLProjectFolderFormat::NotLocked},
+        {u"lock"_s, lockOf(project.lock)},
     };
 }

@@ -3,23 +3,25 @@
 
 #include "TVLProjectFolderFormat.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Lines = QList<QPair<QString, QString>>;
 
 QString toText(const QJsonValue &value)
 {
-    return value.isNull() ? u"unknown"_qs : value.toString();
+    return value.isNull() ? u"unknown"_s : value.toString();
 }
 
 QString inAllAndDraft(qint64 all, qint64 draft)
 {
-    return u"%1, %2 of them in the draft"_qs.arg(all).arg(draft);
+    return u"%1, %2 of them in the draft"_s.arg(all).arg(draft);
 }
 
 QString itemsText(qsizetype count)
 {
-    return count == 1 ? u"1 item"_qs : u"%1 items"_qs.arg(count);
+    return count == 1 ? u"1 item"_s : u"%1 items"_s.arg(count);
 }
 
 /** A title with what follows it: nothing stands where a part is empty. */
@@ -28,7 +30,7 @@ QString withParts(const QString &title, const QStringList &parts)
     QString text = title;
     for (const QString &part : parts) {
         if (!part.isEmpty())
-            text += (text.isEmpty() ? QString() : u" "_qs) + part;
+            text += (text.isEmpty() ? QString() : u" "_s) + part;
     }
     return text;
 }
@@ -37,7 +39,7 @@ QString inBrackets(const QStringList &notes)
 {
     QStringList filled = notes;
     filled.removeAll(QString());
-    return filled.isEmpty() ? QString() : u'(' + filled.join(u", "_qs) + u')';
+    return filled.isEmpty() ? QString() : u'(' + filled.join(u", "_s) + u')';
 }
 
 QString noteIf(bool condition, const QString &note)
@@ -49,21 +51,21 @@ void addHead(const ProjectDescription &project, Lines *lines)
 {
     const TVLProjectInfo &info = project.info;
     *lines += Lines{
-        {u"Name"_qs, project.name},
-        {u"Path"_qs, project.path},
-        {u"Format version"_qs, QString::number(project.formatVersion)},
-        {u"Binder version"_qs, u"%1 (%2)"_qs.arg(info.mBinderVersion).arg(info.mVersion)},
+        {u"Name"_s, project.name},
+        {u"Path"_s, project.path},
+        {u"Format version"_s, QString::number(project.formatVersion)},
+        {u"Binder version"_s, u"%1 (%2)"_s.arg(info.mBinderVersion).arg(info.mVersion)},
     };
 }
 
 void addProperties(const ProjectDescription &project, Lines *lines)
 {
     static const QHash<QString, QString> names{
-        {TVLProjectFolderFormat::ProjectTitleTag, u"Title"_qs},
-        {TVLProjectFolderFormat::AbbreviatedTitleTag, u"Short title"_qs},
-        {TVLProjectFolderFormat::FullNameTag, u"Author"_qs},
-        {TVLProjectFolderFormat::LastNameTag, u"Surname"_qs},
-        {TVLProjectFolderFormat::FirstNameTag, u"Forename"_qs},
+        {TVLProjectFolderFormat::ProjectTitleTag, u"Title"_s},
+        {TVLProjectFolderFormat::AbbreviatedTitleTag, u"Short title"_s},
+        {TVLProjectFolderFormat::FullNameTag, u"Author"_s},
+        {TVLProjectFolderFormat::LastNameTag, u"Surname"_s},
+        {TVLProjectFolderFormat::FirstNameTag, u"Forename"_s},
     };
     for (const auto &[tag, value] : project.properties) {
         if (!value.isEmpty())
@@ -73,31 +75,31 @@ void addProperties(const ProjectDescription &project, Lines *lines)
 
 void addCounts(const ProjectDescription &project, Lines *lines)
 {
-    lines->append({u"Items"_qs, QString::number(project.items)});
+    lines->append({u"Items"_s, QString::number(project.items)});
     for (int type = 0; type < ProjectDescription::TypeCount; ++type) {
         if (const int count = project.typeCounts.at(std::size_t(type)))
-            lines->append({u"  "_qs + TVL::wordOf(TVL::NodeType(type)), QString::number(count)});
+            lines->append({u"  "_s + TVL::wordOf(TVL::NodeType(type)), QString::number(count)});
     }
     const TextCounts &texts = project.texts;
-    lines->append({u"Words"_qs, inAllAndDraft(texts.all.words, texts.draft.words)});
-    lines->append({u"Characters"_qs, inAllAndDraft(texts.all.characters, texts.draft.characters)});
+    lines->append({u"Words"_s, inAllAndDraft(texts.all.words, texts.draft.words)});
+    lines->append({u"Characters"_s, inAllAndDraft(texts.all.characters, texts.draft.characters)});
     if (texts.unreadable > 0)
-        lines->append({u"Unreadable texts"_qs, QString::number(texts.unreadable)});
+        lines->append({u"Unreadable texts"_s, QString::number(texts.unreadable)});
 }
 
 void addLabelsAndStatusItems(const ProjectDescription &project, Lines *lines)
 {
-    const QString isDefault = u"(default)"_qs;
-    lines->append({u"Labels"_qs, u"called '%1'"_qs.arg(project.labelTitle)});
+    const QString isDefault = u"(default)"_s;
+    lines->append({u"Labels"_s, u"called '%1'"_s.arg(project.labelTitle)});
     for (const TVLLabel &label : project.labels)
-        lines->append({u"Label %1"_qs.arg(label.mId),
+        lines->append({u"Label %1"_s.arg(label.mId),
                        withParts(label.mTitle,
                                  {colorName(label.mColor),
                                   noteIf(label.mId == project.defaultLabelId, isDefault)})});
-    lines->append({u"Status items"_qs, u"called '%1'"_qs.arg(project.statusTitle)});
+    lines->append({u"Status items"_s, u"called '%1'"_s.arg(project.statusTitle)});
     for (const TVLStatusItem &item : project.statusItems)
         lines->append(
-            {u"Status %1"_qs.arg(item.mId),
+            {u"Status %1"_s.arg(item.mId),
              withParts(item.mTitle, {noteIf(item.mId == project.defaultStatusId, isDefault)})});
 }
 
@@ -112,15 +114,15 @@ void addKeywordsAndFields(const ProjectDescription &project, Lines *lines)
 {
     for (const KeywordUse &use : project.keywords)
         lines->append(
-            {u"Keyword %1"_qs.arg(use.keyword.mId),
+            {u"Keyword %1"_s.arg(use.keyword.mId),
              indent(use.depth)
                  + withParts(use.keyword.mTitle,
                              {colorName(use.keyword.mColor), inBrackets({itemsText(use.items)})})});
     for (const FieldUse &use : project.fields)
-        lines->append({u"Field %1"_qs.arg(use.field.mId),
+        lines->append({u"Field %1"_s.arg(use.field.mId),
                        withParts(use.field.mTitle,
                                  {colorName(use.field.mColor),
-                                  inBrackets({noteIf(use.field.mWraps, u"wraps"_qs),
+                                  inBrackets({noteIf(use.field.mWraps, u"wraps"_s),
                                               itemsText(use.items)})})});
 }
 
@@ -129,27 +131,27 @@ void addLists(const ProjectDescription &project, Lines *lines)
     for (const TVLCollectionMetaData &collection : project.collections) {
         const bool hasMembers = collection.mType == TVL::ArbitraryCollection;
         lines->append(
-            {u"Collection"_qs,
+            {u"Collection"_s,
              withParts(collection.mTitle,
                        {inBrackets({TVL::wordOf(collection.mType),
                                     noteIf(hasMembers, itemsText(collection.mIds.size()))})})});
     }
     for (const TitledId &favorite : project.favorites)
-        lines->append({u"Favorite"_qs, withParts(favorite.title, {u"(#%1)"_qs.arg(favorite.id)})});
+        lines->append({u"Favorite"_s, withParts(favorite.title, {u"(#%1)"_s.arg(favorite.id)})});
     for (const TVLReference &reference : project.references) {
-        const QString target = reference.isInternal() ? u"#%1"_qs.arg(reference.mInternalLink)
+        const QString target = reference.isInternal() ? u"#%1"_s.arg(reference.mInternalLink)
                                                       : reference.mUrl.toString();
-        lines->append({u"Reference"_qs, withParts(reference.mTitle, {inBrackets({target})})});
+        lines->append({u"Reference"_s, withParts(reference.mTitle, {inBrackets({target})})});
     }
     for (const TitledId &note : project.notes)
-        lines->append({u"Project note %1"_qs.arg(note.id), note.title});
+        lines->append({u"Project note %1"_s.arg(note.id), note.title});
     if (project.completions > 0)
-        lines->append({u"Completions"_qs, QString::number(project.completions)});
+        lines->append({u"Completions"_s, QString::number(project.completions)});
 }
 
 QString targetText(int count, int type)
 {
-    return u"%1 %2"_qs.arg(count).arg(countTypeWord(type).toLower());
+    return u"%1 %2"_s.arg(count).arg(countTypeWord(type).toLower());
 }
 
 void addTargets(const ProjectDescription &project, Lines *lines)
@@ -157,39 +159,39 @@ void addTargets(const ProjectDescription &project, Lines *lines)
     const TVLDraftTarget &draft = project.draftTarget;
     if (draft != TVLDraftTarget()) {
         const QStringList notes{
-            noteIf(draft.mCountIncludedOnly, u"of what is compiled"_qs),
-            noteIf(draft.mCurrentCompileGroupOnly, u"of the current compile group"_qs),
-            noteIf(draft.mShowOverrun, u"shows overrun"_qs),
-            noteIf(draft.mBuffer > 0, u"buffer %1"_qs.arg(draft.mBuffer)),
-            noteIf(!draft.mDeadline.isEmpty(), u"deadline "_qs + draft.mDeadline),
-            noteIf(draft.mIgnoreDeadline, u"deadline ignored"_qs)};
-        lines->append({u"Draft target"_qs,
+            noteIf(draft.mCountIncludedOnly, u"of what is compiled"_s),
+            noteIf(draft.mCurrentCompileGroupOnly, u"of the current compile group"_s),
+            noteIf(draft.mShowOverrun, u"shows overrun"_s),
+            noteIf(draft.mBuffer > 0, u"buffer %1"_s.arg(draft.mBuffer)),
+            noteIf(!draft.mDeadline.isEmpty(), u"deadline "_s + draft.mDeadline),
+            noteIf(draft.mIgnoreDeadline, u"deadline ignored"_s)};
+        lines->append({u"Draft target"_s,
                        withParts(targetText(draft.mCount, draft.mType), {inBrackets(notes)})});
     }
     const TVLSessionTarget &session = project.sessionTarget;
     if (session != TVLSessionTarget()) {
         const QStringList notes{
-            noteIf(session.mCountDraftOnly, u"of the draft"_qs),
-            noteIf(session.mAllowNegatives, u"negatives allowed"_qs),
-            u"reset "_qs + TVLSessionTarget::toString(session.mResetType),
-            noteIf(session.mFromDeadline, u"from the deadline"_qs),
-            noteIf(session.mCanWriteOnDeadlineDate, u"deadline's day included"_qs),
-            noteIf(!session.mWritingDays.isEmpty(), u"writing days "_qs + session.mWritingDays)};
-        lines->append({u"Session target"_qs,
+            noteIf(session.mCountDraftOnly, u"of the draft"_s),
+            noteIf(session.mAllowNegatives, u"negatives allowed"_s),
+            u"reset "_s + TVLSessionTarget::toString(session.mResetType),
+            noteIf(session.mFromDeadline, u"from the deadline"_s),
+            noteIf(session.mCanWriteOnDeadlineDate, u"deadline's day included"_s),
+            noteIf(!session.mWritingDays.isEmpty(), u"writing days "_s + session.mWritingDays)};
+        lines->append({u"Session target"_s,
                        withParts(targetText(session.mCount, session.mType), {inBrackets(notes)})});
     }
     if (project.notifiesTargets)
-        lines->append({u"Notify"_qs, u"when a target is reached"_qs});
+        lines->append({u"Notify"_s, u"when a target is reached"_s});
 }
 
 void addSave(const ProjectDescription &project, Lines *lines)
 {
     const TVLProjectInfo &info = project.info;
     *lines += Lines{
-        {u"In backups"_qs, project.isInBackups ? u"yes"_qs : u"no"_qs},
-        {u"Saved by"_qs, toText(textOrNull(info.mDevice))},
-        {u"Saved at"_qs, toText(toJson(info.mModified))},
-        {u"Save"_qs, toText(toJson(info.mModId))},
+        {u"In backups"_s, project.isInBackups ? u"yes"_s : u"no"_s},
+        {u"Saved by"_s, toText(textOrNull(info.mDevice))},
+        {u"Saved at"_s, toText(toJson(info.mModified))},
+        {u"Save"_s, toText(toJson(info.mModId))},
     };
 }
 
@@ -198,22 +200,22 @@ QString lockText(const LockDescription &lock)
     QString what;
     switch (lock.state) {
     case TVLProjectFolderFormat::NotLocked:
-        return u"no"_qs;
+        return u"no"_s;
     case TVLProjectFolderFormat::LockedHere:
-        what = u"by this program and user"_qs;
+        what = u"by this program and user"_s;
         break;
     case TVLProjectFolderFormat::LockedElsewhere:
-        what = u"by a lock that was copied with the project"_qs;
+        what = u"by a lock that was copied with the project"_s;
         break;
     case TVLProjectFolderFormat::LockedByOtherProgram:
-        what = u"by another program of this user"_qs;
+        what = u"by another program of this user"_s;
         break;
     default:
-        what = u"by someone else"_qs;
+        what = u"by someone else"_s;
     }
-    return u"%1: user %2 on host %3, program %4"_qs.arg(what, toText(textOrNull(lock.user)),
-                                                        toText(textOrNull(lock.host)),
-                                                        toText(textOrNull(lock.program)));
+    return u"%1: user %2 on host %3, program %4"_s.arg(what, toText(textOrNull(lock.user)),
+                                                       toText(textOrNull(lock.host)),
+                                                       toText(textOrNull(lock.program)));
 }
 
 } // namespace
@@ -229,6 +231,6 @@ QList<QPair<QString, QString>> toLines(const ProjectDescription &project)
     addLists(project, &lines);
     addTargets(project, &lines);
     addSave(project, &lines);
-    lines.append({u"Locked"_qs, lockText(project.lock)});
+    lines.append({u"Locked"_s, lockText(project.lock)});
     return lines;
 }

@@ -11,21 +11,23 @@
 
 #include <QCommandLineParser>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QCommandLineOption intoOption()
 {
-    return QCommandLineOption(u"into"_qs, u"The item to put them in, the Draft if not given."_qs,
-                              u"ITEM"_qs);
+    return QCommandLineOption(u"into"_s, u"The item to put them in, the Draft if not given."_s,
+                              u"ITEM"_s);
 }
 
 QCommandLineOption splitOption()
 {
     return QCommandLineOption(
-        u"split"_qs,
+        u"split"_s,
         u"Makes an item of each part of a file between two of these texts. A \\n in it is the end "
-        "of a line, a \\\\ a backslash."_qs,
-        u"TEXT"_qs);
+        "of a line, a \\\\ a backslash."_s,
+        u"TEXT"_s);
 }
 
 /** A text in which a backslash and a letter stand for what can't be typed on a command line. */
@@ -49,16 +51,16 @@ TVLProjectNode *findTarget(const TVLProjectModel &model, const QCommandLineParse
         const QModelIndex draft = model.draftFolder();
         if (draft.isValid())
             return model.projectNode(draft);
-        *error = u"the project has no Draft folder; say with --into where to put the files"_qs;
+        *error = u"the project has no Draft folder; say with --into where to put the files"_s;
         return nullptr;
     }
     const QString name = parser.value(intoOption());
     TVLProjectNode *node = findItem(model, name);
     const QModelIndex index = model.createIndex(node);
     if (!node)
-        *error = u"there is no item '%1'"_qs.arg(name);
+        *error = u"there is no item '%1'"_s.arg(name);
     else if (model.isTrashFolder(index) || model.trashContains(index))
-        *error = u"nothing can be imported into the Trash: '%1'"_qs.arg(name);
+        *error = u"nothing can be imported into the Trash: '%1'"_s.arg(name);
     else
         return node;
     return nullptr;
@@ -66,7 +68,7 @@ TVLProjectNode *findTarget(const TVLProjectModel &model, const QCommandLineParse
 
 QString counted(int count, const QString &thing)
 {
-    return u"%1 %2%3"_qs.arg(count).arg(thing, count == 1 ? QString() : u"s"_qs);
+    return u"%1 %2%3"_s.arg(count).arg(thing, count == 1 ? QString() : u"s"_s);
 }
 
 /** Imports a whole plan, and tells of each file that it can't; whether there is none. */
@@ -77,7 +79,7 @@ bool importAll(const QList<ImportEntry> &plan, Importer *importer, Console *cons
     progress.begin(QString(), int(plan.size()));
     for (const ImportEntry &entry : plan) {
         if (QString error; !importer->import(entry, &error)) {
-            console->complain(u"'%1' is not imported: %2"_qs.arg(entry.path, error));
+            console->complain(u"'%1' is not imported: %2"_s.arg(entry.path, error));
             isComplete = false;
         }
         progress.advance();
@@ -91,7 +93,7 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
     const QString &path = arguments.constFirst();
     const QString separator = unescaped(parser.value(splitOption()));
     if (parser.isSet(splitOption()) && separator.isEmpty())
-        return console->refuse(u"the text of --split is empty"_qs);
+        return console->refuse(u"the text of --split is empty"_s);
 
     // Before the project is touched.
     QString error;
@@ -113,8 +115,8 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
     const bool isChanged = importer.textCount() + importer.folderCount() > 0;
     if (isChanged && !project->save(&error))
         return console->fail(error);
-    console->writeLine(oneLine(u"Imported %1 and %2 into '%3'"_qs.arg(
-        counted(importer.textCount(), u"text"_qs), counted(importer.folderCount(), u"folder"_qs),
+    console->writeLine(oneLine(u"Imported %1 and %2 into '%3'"_s.arg(
+        counted(importer.textCount(), u"text"_s), counted(importer.folderCount(), u"folder"_s),
         target->mTitle)));
     return isComplete ? ExitStatus::Done : ExitStatus::Failed;
 }
@@ -123,10 +125,10 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
 
 Command importCommand()
 {
-    return {u"import"_qs,
-            u"Puts text files, and folders of them, into a project as new items."_qs,
+    return {u"import"_s,
+            u"Puts text files, and folders of them, into a project as new items."_s,
             {projectArgument(),
-             {u"FILE"_qs, u"Plain text (.txt), rich text (.rtf), or a folder of such files."_qs,
+             {u"FILE"_s, u"Plain text (.txt), rich text (.rtf), or a folder of such files."_s,
               CommandArgument::OnceOrMore}},
             {intoOption(), splitOption()},
             runImport};

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct SuffixRow
@@ -39,15 +41,15 @@ QString refusalOf(const QFileInfo &info, const QString &projectPath)
 {
     const QString path = info.filePath();
     if (!info.exists())
-        return u"there is no file '%1'"_qs.arg(path);
+        return u"there is no file '%1'"_s.arg(path);
     if (TVLCoreUtil::IsSameOrInside(path, projectPath))
-        return u"'%1' lies in the project itself"_qs.arg(path);
+        return u"'%1' lies in the project itself"_s.arg(path);
     if (info.isDir() && info.isSymbolicLink())
-        return u"'%1' is a link to a folder"_qs.arg(path);
+        return u"'%1' is a link to a folder"_s.arg(path);
     if (info.isDir() && !(info.isReadable() && info.isExecutable()))
-        return u"the folder '%1' can't be read"_qs.arg(path);
+        return u"the folder '%1' can't be read"_s.arg(path);
     if (!kindOf(info))
-        return u"'%1' is neither plain text (.txt) nor rich text (.rtf)"_qs.arg(path);
+        return u"'%1' is neither plain text (.txt) nor rich text (.rtf)"_s.arg(path);
     return {};
 }
 

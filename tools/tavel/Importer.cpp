@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The largest number that a name in a folder begins with; -1 for none. */
@@ -114,7 +116,7 @@ std::vector<Importer::Part> Importer::partsOf(const ImportEntry &entry,
     for (auto &part : TTextDoc::split(document.get(), mSeparator, Qt::SkipEmptyParts)) {
         QString title = TVLProjectModel::calcTitleFromText(part.get(), true, true);
         if (title.isEmpty())
-            title = u"%1 %2"_qs.arg(entry.title).arg(parts.size() + 1);
+            title = u"%1 %2"_s.arg(entry.title).arg(parts.size() + 1);
         parts.push_back({title, std::move(part)});
     }
     return parts;
@@ -126,7 +128,7 @@ TVLProjectNode *Importer::makeItem(TVL::NodeType type, const QString &title)
     properties.mId = std::max(mFirstId, mModel->findNextNodeId());
     properties.mNodeType = type;
     properties.mTitle = title.isEmpty() ? TVLProjectModel::trUntitledTitle() : title;
-    properties.mFileExtension = type == TVL::Text ? u"rtf"_qs : QString();
+    properties.mFileExtension = type == TVL::Text ? u"rtf"_s : QString();
     properties.mLabelId = mModel->defaultLabelIdentity();
     properties.mStatusId = mModel->defaultStatusIdentity();
     properties.mCreated = tvlNow();
@@ -145,17 +147,17 @@ QString Importer::writeText(TVLProjectNode *node, const QTextDocument &document)
     TVLTextDocument *text = mModel->referenceText(index);
     if (!text || !mModel->overwriteText(index, &document) || text->isReadOnly()) {
         mModel->dereferenceItem(text);
-        return u"its place in the project can't be looked into"_qs;
+        return u"its place in the project can't be looked into"_s;
     }
     // With nobody holding it and nothing to undo, the text goes from memory when it is written.
     text->clearUndoRedoStacks();
     mModel->dereferenceItem(text);
     QStringList errors;
     if (!mModel->saveDocuments(node, false, &errors))
-        return errors.isEmpty() ? u"its text can't be written"_qs : errors.join(u' ');
+        return errors.isEmpty() ? u"its text can't be written"_s : errors.join(u' ');
     const QString filePath = TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
         mModel->path().absolutePath(), node->mId, TVL::MainText);
-    return QFileInfo(filePath).isFile() ? QString() : u"its text has not been written"_qs;
+    return QFileInfo(filePath).isFile() ? QString() : u"its text has not been written"_s;
 }
 
 void Importer::removeItems(QList<TVLProjectNode *> nodes)

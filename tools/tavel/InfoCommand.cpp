@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 ExitStatus runInfo(const QCommandLineParser &parser, Console *console)
@@ -32,8 +34,8 @@ ExitStatus runInfo(const QCommandLineParser &parser, Console *console)
 
 Command infoCommand()
 {
-    return {u"info"_qs,
-            u"Tells what a project is made of."_qs,
+    return {u"info"_s,
+            u"Tells what a project is made of."_s,
             {projectArgument()},
             {jsonOption()},
             runInfo};

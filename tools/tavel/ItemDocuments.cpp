@@ -6,13 +6,15 @@
 #include "TVLTextDoc.h"
 #include "TVLTextDocument.h"
 
+using namespace Qt::StringLiterals;
+
 std::unique_ptr<TVLTextDocument> readItemText(const QString &projectPath, TVLProjectNode *node,
                                               TVL::DocumentType type, QString *error)
 {
     auto document = std::make_unique<TVLTextDocument>(nullptr, nullptr, node, type);
     document->setUndoRedoEnabled(false);
     if (node->mId < 0) {
-        *error = u"'%1' has no id, and so no text that can be read"_qs.arg(node->mTitle);
+        *error = u"'%1' has no id, and so no text that can be read"_s.arg(node->mTitle);
         return nullptr;
     }
     if (!TVLProjectFolderFormat::readDocument(projectPath, node, document.get(), error))

@@ -12,19 +12,21 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** What is wrong with the name of a project to be; empty when nothing is. */
 QString nameError(const QString &path, const QString &projectPath)
 {
     if (!TVLProjectFolderFormat::isCompatible(QIODevice::WriteOnly, path))
-        return u"the path of a project must end in .tavel or .tavelx: '%1'"_qs.arg(path);
+        return u"the path of a project must end in .tavel or .tavelx: '%1'"_s.arg(path);
     if (TVLProjectFolderFormat::directoryName(projectPath).isEmpty())
-        return u"the path has no name in front of its extension: '%1'"_qs.arg(path);
+        return u"the path has no name in front of its extension: '%1'"_s.arg(path);
     // A binder of another name would be renamed by the first opening.
     const QString binderPath = TVLProjectFolderFormat::defaultBinderFilePath(projectPath);
     if (projectPath != path && binderPath != path)
-        return u"the binder must bear the name of its folder: '%1'"_qs.arg(binderPath);
+        return u"the binder must bear the name of its folder: '%1'"_s.arg(binderPath);
     return {};
 }
 
@@ -50,9 +52,9 @@ QString placeError(const QString &projectPath)
     if (!info.exists())
         return {};
     if (!info.isDir())
-        return u"there is a file at '%1'"_qs.arg(projectPath);
+        return u"there is a file at '%1'"_s.arg(projectPath);
     if (!isEmptyBesideItsGuard(projectPath))
-        return u"the folder '%1' isn't empty"_qs.arg(projectPath);
+        return u"the folder '%1' isn't empty"_s.arg(projectPath);
     return {};
 }
 
@@ -79,9 +81,9 @@ ExitStatus runNew(const QCommandLineParser &parser, Console *console)
     const std::unique_ptr<TVLProjectModel> model(
         TVLProjectModel::createBlankProjectInMemory(projectPath));
     if (!model->save(true))
-        return console->fail(u"the project could not be saved: '%1'"_qs.arg(projectPath));
+        return console->fail(u"the project could not be saved: '%1'"_s.arg(projectPath));
     model->prepareToDestroy();
-    console->writeLine(oneLine(u"Created %1"_qs.arg(projectPath)));
+    console->writeLine(oneLine(u"Created %1"_s.arg(projectPath)));
     return ExitStatus::Done;
 }
 
@@ -89,10 +91,9 @@ ExitStatus runNew(const QCommandLineParser &parser, Console *console)
 
 Command newCommand()
 {
-    return {
-        u"new"_qs,
-        u"Makes a blank project."_qs,
-        {{u"PATH"_qs, u"The folder to make, ending in .tavel. It may exist if it is empty."_qs}},
-        {},
-        runNew};
+    return {u"new"_s,
+            u"Makes a blank project."_s,
+            {{u"PATH"_s, u"The folder to make, ending in .tavel. It may exist if it is empty."_s}},
+            {},
+            runNew};
 }

@@ -14,6 +14,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /**
@@ -59,7 +61,7 @@ QByteArray treeIndent(qsizetype depth)
 QString lineIndent(qsizetype depth)
 {
     const QString blanks(2 * qMin(depth, DeepestIndent), u' ');
-    return depth > DeepestIndent ? blanks + u"(depth %1) "_qs.arg(depth) : blanks;
+    return depth > DeepestIndent ? blanks + u"(depth %1) "_s.arg(depth) : blanks;
 }
 
 /** Writes the outline of one project. */
@@ -105,14 +107,14 @@ QString OutlineWriter::textOf(TVLProjectNode *node) const
 {
     const QString identity = node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true)
                                            : u'#' + QString::number(node->mId);
-    QString text = u'[' + TVL::wordOf(node->mNodeType) + u"] "_qs + shownTitle(node) + u" ("_qs
+    QString text = u'[' + TVL::wordOf(node->mNodeType) + u"] "_s + shownTitle(node) + u" ("_s
         + identity + u')';
     if (mLabels.contains(node->mLabelId))
-        text += u" [label: "_qs + mLabels.value(node->mLabelId) + u']';
+        text += u" [label: "_s + mLabels.value(node->mLabelId) + u']';
     if (mStatusItems.contains(node->mStatusId))
-        text += u" [status: "_qs + mStatusItems.value(node->mStatusId) + u']';
+        text += u" [status: "_s + mStatusItems.value(node->mStatusId) + u']';
     if (const qint64 words = wordsOf(node).value_or(0); words > 0)
-        text += u" [words: "_qs + QString::number(words) + u']';
+        text += u" [words: "_s + QString::number(words) + u']';
     return oneLine(text);
 }
 
@@ -130,13 +132,13 @@ QByteArray OutlineWriter::jsonOf(TVLProjectNode *node) const
 {
     const std::optional<qint64> words = wordsOf(node);
     const QJsonObject object{
-        {u"id"_qs, idOrNull(node->mId)},
-        {u"uuid"_qs, toJson(node->mUuid)},
-        {u"type"_qs, TVL::wordOf(node->mNodeType)},
-        {u"title"_qs, node->mTitle},
-        {u"label"_qs, textOrNull(mLabels.value(node->mLabelId))},
-        {u"status"_qs, textOrNull(mStatusItems.value(node->mStatusId))},
-        {u"words"_qs, words ? QJsonValue(*words) : QJsonValue()},
+        {u"id"_s, idOrNull(node->mId)},
+        {u"uuid"_s, toJson(node->mUuid)},
+        {u"type"_s, TVL::wordOf(node->mNodeType)},
+        {u"title"_s, node->mTitle},
+        {u"label"_s, textOrNull(mLabels.value(node->mLabelId))},
+        {u"status"_s, textOrNull(mStatusItems.value(node->mStatusId))},
+        {u"words"_s, words ? QJsonValue(*words) : QJsonValue()},
     };
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -187,8 +189,8 @@ ExitStatus runOutline(const QCommandLineParser &parser, Console *console)
 
 Command outlineCommand()
 {
-    return {u"outline"_qs,
-            u"Shows the tree of a project's items."_qs,
+    return {u"outline"_s,
+            u"Shows the tree of a project's items."_s,
             {projectArgument()},
             {jsonOption()},
             runOutline};

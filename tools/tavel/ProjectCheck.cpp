@@ -15,6 +15,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** How many ASCII digits a name begins with. */
@@ -29,7 +31,7 @@ qsizetype leadingDigits(const QString &name)
 /** Reads over the texts of an item in the file of texts to search by; whether there are any. */
 bool hasRecordedText(QXmlStreamReader *reader)
 {
-    static const QStringList tags{u"Text"_qs, u"Notes"_qs, u"Synopsis"_qs};
+    static const QStringList tags{u"Text"_s, u"Notes"_s, u"Synopsis"_s};
     bool isFound = false;
     while (reader->readNextStartElement()) {
         const bool isText = tags.contains(reader->name());
@@ -53,7 +55,7 @@ std::optional<int> leadingNumber(const QString &name, const QString &rest)
 
 QString identityOf(const TVLProjectNode *node)
 {
-    return node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true) : u"#%1"_qs.arg(node->mId);
+    return node->mId < 0 ? TUuid::toStringNoBraces(node->mUuid, true) : u"#%1"_s.arg(node->mId);
 }
 
 ProjectCheck::ProjectCheck(const BinderFiles &files)
@@ -72,7 +74,7 @@ QList<Problem> ProjectCheck::run()
         checkTables();
         checkDefaults();
         checkWhatItemsReferTo();
-        checkReferences(mProject->projectReferences(), u"ProjectReferences"_qs);
+        checkReferences(mProject->projectReferences(), u"ProjectReferences"_s);
         checkBackdrop();
         checkTemplateFolder();
         checkCollections();
@@ -101,8 +103,8 @@ QString ProjectCheck::relative(const QString &path) const
 void ProjectCheck::readBinder()
 {
     readPlainBinder();
-    readZippedBinder(mFiles.autosave, u"autosaveUnreadable"_qs);
-    readZippedBinder(mFiles.backup, u"backupUnreadable"_qs);
+    readZippedBinder(mFiles.autosave, u"autosaveUnreadable"_s);
+    readZippedBinder(mFiles.backup, u"backupUnreadable"_s);
     if (!mProject && mUnloadable)
         take(std::move(mUnloadable), mUnloadableSource);
 }
@@ -111,7 +113,7 @@ void ProjectCheck::readPlainBinder()
 {
     if (mFiles.binder.isEmpty()) {
         const QString expected = TVLProjectFolderFormat::defaultBinderFilePath(mFiles.projectPath);
-        add(u"noBinder"_qs, relative(expected), u"there is no binder file"_qs);
+        add(u"noBinder"_s, relative(expected), u"there is no binder file"_s);
         return;
     }
     auto project = std::make_unique<TVLBinderContents>();
@@ -123,7 +125,7 @@ void ProjectCheck::readPlainBinder()
     if (error.isEmpty())
         takeIfLoadable(std::move(project), mFiles.binder);
     else
-        add(u"binderUnreadable"_qs, relative(mFiles.binder), error);
+        add(u"binderUnreadable"_s, relative(mFiles.binder), error);
 }
 
 void ProjectCheck::readZippedBinder(const QString &path, const QString &unreadableKind)
@@ -134,16 +136,16 @@ void ProjectCheck::readZippedBinder(const QString &path, const QString &unreadab
     if (TVLProjectFolderFormat::readZippedBinderFilePath(path, project.get()))
         takeIfLoadable(std::move(project), path);
     else
-        add(unreadableKind, relative(path), u"the zipped copy of the binder can't be read"_qs);
+        add(unreadableKind, relative(path), u"the zipped copy of the binder can't be read"_s);
 }
 
 bool ProjectCheck::hasDeadFavorites(const TVLBinderContents &project, const QString &source)
 {
     const QList<int> ids = project.deadFavorites();
     for (const int id : ids)
-        add(u"unknownFavorite"_qs, relative(source),
+        add(u"unknownFavorite"_s, relative(source),
             u"the favorites hold the id %1, which stands for no item; that keeps the binder from "
-            "loading"_qs.arg(id));
+            "loading"_s.arg(id));
     return !ids.isEmpty();
 }
 
@@ -156,8 +158,8 @@ void ProjectCheck::takeIfLoadable(std::unique_ptr<TVLBinderContents> project, co
         }
     } else if (!mProject) {
         if (source != mFiles.binder)
-            add(u"fallback"_qs, relative(source),
-                u"an opening falls back on this copy of the binder"_qs);
+            add(u"fallback"_s, relative(source),
+                u"an opening falls back on this copy of the binder"_s);
         take(std::move(project), source);
     }
 }
@@ -178,12 +180,12 @@ void ProjectCheck::checkBinderNames()
     const QString expected =
         QFileInfo(TVLProjectFolderFormat::defaultBinderFilePath(mFiles.projectPath)).fileName();
     if (chosen != expected)
-        add(u"binderName"_qs, chosen,
-            u"the binder's name is not the folder's: '%1'"_qs.arg(expected));
+        add(u"binderName"_s, chosen,
+            u"the binder's name is not the folder's: '%1'"_s.arg(expected));
     for (const QString &name : std::as_const(mFiles.allBinders)) {
         if (name != chosen)
-            add(u"severalBinders"_qs, name,
-                u"a binder beside '%1', which is the one in use"_qs.arg(chosen));
+            add(u"severalBinders"_s, name,
+                u"a binder beside '%1', which is the one in use"_s.arg(chosen));
     }
 }
 
@@ -191,24 +193,24 @@ void ProjectCheck::checkVersions()
 {
     const TVLProjectInfo info = mProject ? mProject->info() : TVLProjectInfo();
     if (mProject && info.mBinderVersion == TVL::NoBinderVersion)
-        add(u"binderVersionUnknown"_qs, relative(mProjectSource),
-            u"the binder's version '%1' is unknown"_qs.arg(info.mVersion));
+        add(u"binderVersionUnknown"_s, relative(mProjectSource),
+            u"the binder's version '%1' is unknown"_s.arg(info.mVersion));
 
-    const QString where = u"Files/version.txt"_qs;
+    const QString where = u"Files/version.txt"_s;
     const QString filePath =
-        TVLProjectFolderFormat::filesPath(mFiles.projectPath) + u"/version.txt"_qs;
+        TVLProjectFolderFormat::filesPath(mFiles.projectPath) + u"/version.txt"_s;
     if (!QFileInfo::exists(filePath)) {
-        add(u"formatVersionMissing"_qs, where, u"there is no version file"_qs);
+        add(u"formatVersionMissing"_s, where, u"there is no version file"_s);
         return;
     }
     const int version = TVLProjectFolderFormat::extractVersionNumber(
         TVLCoreUtil::ReadUnicodeTextFile(filePath, nullptr));
     if (!TVL::isValidFormatVersion(version))
-        add(u"formatVersionInvalid"_qs, where, u"%1 is not a format version"_qs.arg(version));
+        add(u"formatVersionInvalid"_s, where, u"%1 is not a format version"_s.arg(version));
     else if (info.mBinderVersion != TVL::NoBinderVersion
              && TVL::toBinderVersion(TVL::FormatVersion(version)) != info.mBinderVersion)
-        add(u"formatVersionMismatch"_qs, where,
-            u"the format version is %1, but the binder's version is '%2'"_qs.arg(version).arg(
+        add(u"formatVersionMismatch"_s, where,
+            u"the format version is %1, but the binder's version is '%2'"_s.arg(version).arg(
                 info.mVersion));
 }
 
@@ -218,8 +220,8 @@ void ProjectCheck::checkItems()
 {
     tvlForEachNode(mProject->binderRoot(), [this](const TVLProjectNode *node) {
         checkIdentity(node);
-        checkDate(node, node->mCreated, u"creation"_qs);
-        checkDate(node, node->mModified, u"modification"_qs);
+        checkDate(node, node->mCreated, u"creation"_s);
+        checkDate(node, node->mModified, u"modification"_s);
     });
 }
 
@@ -228,22 +230,22 @@ void ProjectCheck::checkIdentity(const TVLProjectNode *node)
     if (node->mId >= 0) {
         const TVLProjectNode *&first = mById[node->mId];
         if (first)
-            add(u"duplicateId"_qs, identityOf(node),
-                u"'%1' has the same id as '%2'"_qs.arg(node->mTitle, first->mTitle));
+            add(u"duplicateId"_s, identityOf(node),
+                u"'%1' has the same id as '%2'"_s.arg(node->mTitle, first->mTitle));
         else
             first = node;
     } else if (mHasIds) {
-        add(u"missingId"_qs, identityOf(node), u"'%1' has no id"_qs.arg(node->mTitle));
+        add(u"missingId"_s, identityOf(node), u"'%1' has no id"_s.arg(node->mTitle));
     }
 
     if (node->mUuid.isNull()) {
-        add(u"nullUuid"_qs, identityOf(node), u"'%1' has no uuid"_qs.arg(node->mTitle));
+        add(u"nullUuid"_s, identityOf(node), u"'%1' has no uuid"_s.arg(node->mTitle));
         return;
     }
     const TVLProjectNode *&first = mByUuid[node->mUuid];
     if (first)
-        add(u"duplicateUuid"_qs, TUuid::toStringNoBraces(node->mUuid, true),
-            u"'%1' has the same uuid as '%2'"_qs.arg(node->mTitle, first->mTitle));
+        add(u"duplicateUuid"_s, TUuid::toStringNoBraces(node->mUuid, true),
+            u"'%1' has the same uuid as '%2'"_s.arg(node->mTitle, first->mTitle));
     else
         first = node;
 }
@@ -251,8 +253,8 @@ void ProjectCheck::checkIdentity(const TVLProjectNode *node)
 void ProjectCheck::checkDate(const TVLProjectNode *node, const QDateTime &date, const QString &what)
 {
     if (!date.isValid())
-        add(u"invalidDate"_qs, identityOf(node),
-            u"'%1' has no valid %2 date"_qs.arg(node->mTitle, what));
+        add(u"invalidDate"_s, identityOf(node),
+            u"'%1' has no valid %2 date"_s.arg(node->mTitle, what));
 }
 
 void ProjectCheck::checkSystemFolders()
@@ -272,10 +274,10 @@ void ProjectCheck::checkSystemFolders()
     for (int i = 0; i < SystemFolderCount; ++i) {
         const QString word = TVL::wordOf(TVL::NodeType(i));
         if (top.at(std::size_t(i)) == 0)
-            add(u"missingSystemFolder"_qs, word, u"no item at top level is the %1"_qs.arg(word));
+            add(u"missingSystemFolder"_s, word, u"no item at top level is the %1"_s.arg(word));
         if (all.at(std::size_t(i)) > 1)
-            add(u"doubledSystemFolder"_qs, word,
-                u"%1 items are of the type %2"_qs.arg(all.at(std::size_t(i))).arg(word));
+            add(u"doubledSystemFolder"_s, word,
+                u"%1 items are of the type %2"_s.arg(all.at(std::size_t(i))).arg(word));
     }
 }
 
@@ -289,8 +291,8 @@ void ProjectCheck::checkDocs()
     const QStringList names = directory.entryList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QString &name : names) {
         if (leadingNumber(name) && !isOfItem(QUuid(), name))
-            add(u"orphanedFile"_qs, relative(directory.filePath(name)),
-                u"the file belongs to no item"_qs);
+            add(u"orphanedFile"_s, relative(directory.filePath(name)),
+                u"the file belongs to no item"_s);
     }
 }
 
@@ -307,11 +309,11 @@ bool ProjectCheck::checkDocsFolder()
     if (folder.isDir() && folder.isReadable() && folder.isExecutable())
         return true;
     if (!TVLCoreUtil::IsMissing(path))
-        add(u"unreadableDocuments"_qs, relative(path),
-            u"the folder of the texts can't be looked into"_qs);
+        add(u"unreadableDocuments"_s, relative(path),
+            u"the folder of the texts can't be looked into"_s);
     else if (areTextsRecorded())
-        add(u"missingDocuments"_qs, relative(path),
-            u"the folder of the texts is gone, though there were texts to search by"_qs);
+        add(u"missingDocuments"_s, relative(path),
+            u"the folder of the texts is gone, though there were texts to search by"_s);
     return false;
 }
 
@@ -324,7 +326,7 @@ bool ProjectCheck::areTextsRecorded() const
     while (reader.readNextStartElement()) {
         if (reader.name() != u"Document")
             continue; // What items lie in.
-        const bool isItem = mById.contains(reader.attributes().value(u"ID"_qs).toInt());
+        const bool isItem = mById.contains(reader.attributes().value(u"ID"_s).toInt());
         if (hasRecordedText(&reader) && isItem)
             return true;
     }
@@ -349,8 +351,8 @@ void ProjectCheck::checkTexts()
                 !TVLCoreUtil::IsMissing(TVLProjectFolderFormat::filesDocsNodeTypeFilePath(
                     mFiles.projectPath, node->mId, TVL::CommentsFile));
             const TVL::DocumentType type = hasComments ? TVL::CommentsFile : TVL::LinksFile;
-            add(u"unreadableComments"_qs, filePathOf(node, type),
-                u"the comments of '%1' can't be read"_qs.arg(node->mTitle));
+            add(u"unreadableComments"_s, filePathOf(node, type),
+                u"the comments of '%1' can't be read"_s.arg(node->mTitle));
         }
     });
 }
@@ -359,7 +361,7 @@ void ProjectCheck::checkText(TVLProjectNode *node, TVL::DocumentType type)
 {
     QString error;
     if (!readItemText(mFiles.projectPath, node, type, &error))
-        add(u"unreadableDocument"_qs, filePathOf(node, type), oneLine(error));
+        add(u"unreadableDocument"_s, filePathOf(node, type), oneLine(error));
 }
 
 QString ProjectCheck::filePathOf(const TVLProjectNode *node, TVL::DocumentType type) const
@@ -379,5 +381,5 @@ void ProjectCheck::checkNotes()
     if (areRead)
         return;
     for (const QString &error : std::as_const(errors))
-        add(u"unreadableNotes"_qs, u"Files/ProjectNotes"_qs, oneLine(error));
+        add(u"unreadableNotes"_s, u"Files/ProjectNotes"_s, oneLine(error));
 }

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
@@ -71,7 +73,7 @@ void ProjectCheck::checkHashes()
     bool isRead = false;
     const QString lines = QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(filePath, &isRead));
     if (!isRead)
-        add(u"unreadableHashes"_qs, relative(filePath), u"the file can't be read"_qs);
+        add(u"unreadableHashes"_s, relative(filePath), u"the file can't be read"_s);
 
     // Of several lines for one file the last one counts.
     QMap<QString, QByteArray> hashes;
@@ -83,8 +85,8 @@ void ProjectCheck::checkHashes()
         if (const std::optional<HashRecord> record = recordOf(line))
             hashes.insert(record->name, record->hash);
         else
-            add(u"unreadableHashes"_qs, relative(filePath),
-                u"line %1 isn't a file with its hash"_qs.arg(number));
+            add(u"unreadableHashes"_s, relative(filePath),
+                u"line %1 isn't a file with its hash"_s.arg(number));
     }
     ChecksumMap checksums = TVLProjectChecksums::toUuidChecksumMap(hashes);
     // Where the project has noted how it left a file, a record is of what others made of it.
@@ -102,12 +104,12 @@ void ProjectCheck::checkHash(const QUuid &uuid, const QString &name, const QByte
     const QString filePath = folder + u'/' + name;
     if (!TVLCoreUtil::IsMissing(filePath)) {
         if (!TVLProjectChecksums::checksumsMatch(filePath, hash))
-            add(u"changedDocument"_qs, relative(filePath),
+            add(u"changedDocument"_s, relative(filePath),
                 u"the file differs from its recorded hash: it was changed behind the project's "
-                "back"_qs);
+                "back"_s);
     } else if (isOfItem(uuid, name)) {
-        add(u"missingDocument"_qs, relative(filePath),
-            u"the file's hash is recorded, but the file is gone"_qs);
+        add(u"missingDocument"_s, relative(filePath),
+            u"the file's hash is recorded, but the file is gone"_s);
     }
 }
 
@@ -117,5 +119,5 @@ void ProjectCheck::checkSearchIndex()
     if (TVLCoreUtil::IsMissing(filePath))
         return;
     if (const QString error = TVLSearchIndex::fileError(filePath); !error.isEmpty())
-        add(u"unreadableSearchIndex"_qs, relative(filePath), error);
+        add(u"unreadableSearchIndex"_s, relative(filePath), error);
 }

@@ -3,6 +3,8 @@
 
 #include "TUuid.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The ids of records as a set. */
@@ -39,30 +41,30 @@ void ProjectCheck::checkIdsOf(const QList<Record> &records, const QString &kind,
             titles.insert(record.mId, record.mTitle);
         else
             add(kind, where,
-                u"'%1' has the same id as '%2': %3"_qs.arg(record.mTitle, *first,
-                                                           problemText(record.mId)));
+                u"'%1' has the same id as '%2': %3"_s.arg(record.mTitle, *first,
+                                                          problemText(record.mId)));
     }
 }
 
 void ProjectCheck::checkTables()
 {
-    checkIdsOf(mProject->labels(), u"duplicateLabel"_qs, u"LabelSettings"_qs);
-    checkIdsOf(mProject->statusItems(), u"duplicateStatus"_qs, u"StatusSettings"_qs);
-    checkIdsOf(mProject->projectKeywords(), u"duplicateKeyword"_qs, u"Keywords"_qs);
-    checkIdsOf<TVLMetaDataField>(mProject->customMetaDataSettings(), u"duplicateField"_qs,
-                                 u"CustomMetaDataSettings"_qs);
+    checkIdsOf(mProject->labels(), u"duplicateLabel"_s, u"LabelSettings"_s);
+    checkIdsOf(mProject->statusItems(), u"duplicateStatus"_s, u"StatusSettings"_s);
+    checkIdsOf(mProject->projectKeywords(), u"duplicateKeyword"_s, u"Keywords"_s);
+    checkIdsOf<TVLMetaDataField>(mProject->customMetaDataSettings(), u"duplicateField"_s,
+                                 u"CustomMetaDataSettings"_s);
 }
 
 void ProjectCheck::checkDefaults()
 {
     const int label = mProject->defaultLabelIdentity();
     if (label != -1 && !idsOf(mProject->labels()).contains(label))
-        add(u"unknownDefaultLabel"_qs, u"LabelSettings"_qs,
-            u"new items are to get the label %1, which doesn't exist"_qs.arg(label));
+        add(u"unknownDefaultLabel"_s, u"LabelSettings"_s,
+            u"new items are to get the label %1, which doesn't exist"_s.arg(label));
     const int status = mProject->defaultStatusIdentity();
     if (status != -1 && !idsOf(mProject->statusItems()).contains(status))
-        add(u"unknownDefaultStatus"_qs, u"StatusSettings"_qs,
-            u"new items are to get the status %1, which doesn't exist"_qs.arg(status));
+        add(u"unknownDefaultStatus"_s, u"StatusSettings"_s,
+            u"new items are to get the status %1, which doesn't exist"_s.arg(status));
 }
 
 void ProjectCheck::checkWhatItemsReferTo()
@@ -74,24 +76,24 @@ void ProjectCheck::checkWhatItemsReferTo()
     tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
         const auto addUnknown = [&](const QString &kind, const QString &what, const QString &id) {
             add(kind, identityOf(node),
-                u"'%1' has the %2 %3, which doesn't exist"_qs.arg(node->mTitle, what, id));
+                u"'%1' has the %2 %3, which doesn't exist"_s.arg(node->mTitle, what, id));
         };
         if (node->mLabelId != -1 && !labels.contains(node->mLabelId))
-            addUnknown(u"unknownLabel"_qs, u"label"_qs, problemText(node->mLabelId));
+            addUnknown(u"unknownLabel"_s, u"label"_s, problemText(node->mLabelId));
         if (node->mStatusId != -1 && !statusItems.contains(node->mStatusId))
-            addUnknown(u"unknownStatus"_qs, u"status"_qs, problemText(node->mStatusId));
+            addUnknown(u"unknownStatus"_s, u"status"_s, problemText(node->mStatusId));
         for (const int id : node->mKeywords) {
             if (!keywords.contains(id))
-                addUnknown(u"unknownKeyword"_qs, u"keyword"_qs, problemText(id));
+                addUnknown(u"unknownKeyword"_s, u"keyword"_s, problemText(id));
         }
         for (auto value = node->mCustomMetaData.cbegin(); value != node->mCustomMetaData.cend();
              ++value) {
             if (!fields.contains(value.key()))
-                addUnknown(u"unknownField"_qs, u"custom field"_qs, problemText(value.key()));
+                addUnknown(u"unknownField"_s, u"custom field"_s, problemText(value.key()));
         }
         const int childTemplate = node->mDefaultChildTemplateId;
         if (childTemplate != -1 && !mById.contains(childTemplate))
-            addUnknown(u"unknownChildTemplate"_qs, u"template for children"_qs,
+            addUnknown(u"unknownChildTemplate"_s, u"template for children"_s,
                        problemText(childTemplate));
         checkReferences(node->mReferences, identityOf(node));
     });
@@ -101,8 +103,8 @@ void ProjectCheck::checkReferences(const QList<TVLReference> &references, const 
 {
     for (const TVLReference &reference : references) {
         if (reference.isInternal() && !mById.contains(reference.mInternalLink))
-            add(u"unknownReference"_qs, where,
-                u"the reference '%1' leads to the id %2, which no item has"_qs.arg(
+            add(u"unknownReference"_s, where,
+                u"the reference '%1' leads to the id %2, which no item has"_s.arg(
                     reference.mTitle, problemText(reference.mInternalLink)));
     }
 }
@@ -111,21 +113,21 @@ void ProjectCheck::checkBackdrop()
 {
     const QVariant backdrop = mProject->fullScreenBackdrop();
     if (backdrop.typeId() == QMetaType::Int && !mById.contains(backdrop.toInt()))
-        add(u"unknownBackdrop"_qs, u"FullScreenBackdrop"_qs,
-            u"the backdrop is the item of the id %1, which no item has"_qs.arg(backdrop.toInt()));
+        add(u"unknownBackdrop"_s, u"FullScreenBackdrop"_s,
+            u"the backdrop is the item of the id %1, which no item has"_s.arg(backdrop.toInt()));
 }
 
 void ProjectCheck::checkTemplateFolder()
 {
     const QUuid uuid = mProject->namedTemplateFolderUuid().value_or(QUuid());
     if (!uuid.isNull() && !mByUuid.contains(uuid))
-        add(u"unknownTemplateFolder"_qs, u"TemplateFolderUUID"_qs,
-            u"the template folder has the uuid %1, which no item has"_qs.arg(
+        add(u"unknownTemplateFolder"_s, u"TemplateFolderUUID"_s,
+            u"the template folder has the uuid %1, which no item has"_s.arg(
                 TUuid::toStringNoBraces(uuid, true)));
     const int id = mProject->namedTemplateFolderId().value_or(-1);
     if (id >= 0 && !mById.contains(id))
-        add(u"unknownTemplateFolder"_qs, u"TemplateFolderID"_qs,
-            u"the template folder has the id %1, which no item has"_qs.arg(id));
+        add(u"unknownTemplateFolder"_s, u"TemplateFolderID"_s,
+            u"the template folder has the id %1, which no item has"_s.arg(id));
 }
 
 void ProjectCheck::checkCollections()
@@ -133,8 +135,8 @@ void ProjectCheck::checkCollections()
     for (const TVLCollectionMetaData &collection : mProject->collections()) {
         for (const int id : collection.mIds) {
             if (!mById.contains(id))
-                add(u"unknownCollectionMember"_qs, collection.mTitle,
-                    u"the collection holds the id %1, which no item has"_qs.arg(id));
+                add(u"unknownCollectionMember"_s, collection.mTitle,
+                    u"the collection holds the id %1, which no item has"_s.arg(id));
         }
     }
 }

@@ -14,11 +14,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Format = TVLProjectFolderFormat;
 
-const QString ListName = u"index.xml"_qs;
+const QString ListName = u"index.xml"_s;
 
 /** The name of a snapshot's file as it is now; older versions wrote the date in other forms. */
 QString presentName(const QString &fileName)
@@ -29,14 +31,14 @@ QString presentName(const QString &fileName)
 
 QStringList textsIn(const QDir &folder)
 {
-    return folder.entryList({u"*.rtf"_qs}, QDir::Files | QDir::System);
+    return folder.entryList({u"*.rtf"_s}, QDir::Files | QDir::System);
 }
 
 /** The path of a snapshot's text, whether there is one or not. */
 QString textPathOf(const QDir &folder, const TVLSnapshotInfo &snapshot)
 {
     const QString name = Format::dateTimeToString(snapshot.mDate, true);
-    const QString path = folder.filePath(name + u".rtf"_qs);
+    const QString path = folder.filePath(name + u".rtf"_s);
     if (!TVLCoreUtil::IsMissing(path))
         return path;
     const QStringList names = textsIn(folder);
@@ -54,20 +56,20 @@ void ProjectCheck::checkSnapshots()
     const QFileInfo all(path);
     if (!all.isDir() || !all.isReadable() || !all.isExecutable()) {
         if (!TVLCoreUtil::IsMissing(path))
-            add(u"unreadableSnapshots"_qs, relative(path),
-                u"the folder of the snapshots can't be looked into"_qs);
+            add(u"unreadableSnapshots"_s, relative(path),
+                u"the folder of the snapshots can't be looked into"_s);
         return;
     }
     const QDir directory(path);
     const QStringList names = directory.entryList(
         QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &name : names) {
-        const std::optional<int> id = leadingNumber(name, u".snapshots"_qs);
+        const std::optional<int> id = leadingNumber(name, u".snapshots"_s);
         const QUuid uuid = QUuid::fromString(name);
         const bool isOrphan = id ? !mById.contains(*id) : !uuid.isNull() && !mByUuid.contains(uuid);
         if (isOrphan)
-            add(u"orphanedSnapshots"_qs, relative(directory.filePath(name)),
-                u"the snapshots belong to no item"_qs);
+            add(u"orphanedSnapshots"_s, relative(directory.filePath(name)),
+                u"the snapshots belong to no item"_s);
         else if (id)
             checkSnapshotsOf(*id, directory.filePath(name));
     }
@@ -80,11 +82,11 @@ void ProjectCheck::checkSnapshotsOf(int id, const QString &folderPath)
     const bool isOutOfSight = !QFileInfo::exists(listPath) && !TVLCoreUtil::IsMissing(listPath);
     QList<TVLSnapshotInfo> snapshots;
     if (isOutOfSight || !Format::readSnapshots(mFiles.projectPath, id, &snapshots))
-        add(u"unreadableSnapshots"_qs, relative(listPath),
-            u"the list of the item's snapshots can't be read"_qs);
+        add(u"unreadableSnapshots"_s, relative(listPath),
+            u"the list of the item's snapshots can't be read"_s);
     else if (!QFileInfo::exists(listPath) && !textsIn(folder).isEmpty())
-        add(u"missingSnapshots"_qs, relative(listPath),
-            u"there are texts of snapshots, but no list of them"_qs);
+        add(u"missingSnapshots"_s, relative(listPath),
+            u"there are texts of snapshots, but no list of them"_s);
     for (const TVLSnapshotInfo &snapshot : std::as_const(snapshots))
         checkSnapshot(folder, snapshot);
 }
@@ -93,13 +95,13 @@ void ProjectCheck::checkSnapshot(const QDir &folder, const TVLSnapshotInfo &snap
 {
     const QString path = textPathOf(folder, snapshot);
     const QString what =
-        u"the snapshot '%1' of %2"_qs.arg(oneLine(snapshot.mTitle), dateTextOf(snapshot));
+        u"the snapshot '%1' of %2"_s.arg(oneLine(snapshot.mTitle), dateTextOf(snapshot));
     if (TVLCoreUtil::IsMissing(path)) {
-        add(u"missingSnapshot"_qs, relative(path), u"%1 has no text"_qs.arg(what));
+        add(u"missingSnapshot"_s, relative(path), u"%1 has no text"_s.arg(what));
         return;
     }
-    QString error = u"it is no file"_qs;
+    QString error = u"it is no file"_s;
     if (!QFileInfo(path).isFile() || !readRichTextFile(path, &error))
-        add(u"unreadableSnapshot"_qs, relative(path),
-            u"%1 can't be read: %2"_qs.arg(what, oneLine(error)));
+        add(u"unreadableSnapshot"_s, relative(path),
+            u"%1 can't be read: %2"_s.arg(what, oneLine(error)));
 }

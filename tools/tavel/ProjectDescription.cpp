@@ -7,6 +7,8 @@
 
 #include <QTextDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** What is counted over the items. */
@@ -169,10 +171,10 @@ QString countTypeWord(int type)
 {
     switch (TVLCountType(type)) {
     case TVLCountType::Characters:
-        return u"Characters"_qs;
+        return u"Characters"_s;
     case TVLCountType::Pages:
-        return u"Pages"_qs;
+        return u"Pages"_s;
     default:
-        return u"Words"_qs;
+        return u"Words"_s;
     }
 }

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString ifExists(const QString &path)
@@ -30,11 +32,11 @@ std::optional<BinderFiles> findBinderFiles(const QString &path, QString *error)
     BinderFiles files;
     files.projectPath = TVLProjectFolderFormat::calcEnclosingPath(fullPath);
     if (path.isEmpty() || !QFileInfo::exists(fullPath) || !QFileInfo(files.projectPath).isDir()) {
-        *error = u"there is no project at '%1'"_qs.arg(path);
+        *error = u"there is no project at '%1'"_s.arg(path);
         return std::nullopt;
     }
     files.binder = TVLProjectFolderFormat::presentBinderFilePath(fullPath);
-    files.allBinders = QDir(files.projectPath).entryList({u"*.tavelx"_qs}, QDir::Files, QDir::Name);
+    files.allBinders = QDir(files.projectPath).entryList({u"*.tavelx"_s}, QDir::Files, QDir::Name);
     files.autosave = ifExists(TVLProjectFolderFormat::binderAutosaveFilePath(files.projectPath));
     files.backup = ifExists(TVLProjectFolderFormat::binderBackupFilePath(files.projectPath));
     return files;
@@ -50,7 +52,7 @@ std::optional<BinderFiles> requireBinderFiles(const QString &path, QString *erro
 {
     std::optional<BinderFiles> files = findBinderFiles(path, error);
     if (files && files->isEmpty()) {
-        *error = u"there is no project in the folder '%1'"_qs.arg(path);
+        *error = u"there is no project in the folder '%1'"_s.arg(path);
         return std::nullopt;
     }
     return files;
@@ -70,5 +72,5 @@ std::unique_ptr<TVLProjectModel> openToRead(const QString &path, QString *error,
 
 QString unreadableProject(const QString &path)
 {
-    return u"the project can't be read: '%1'; 'tavel check' tells more"_qs.arg(path);
+    return u"the project can't be read: '%1'; 'tavel check' tells more"_s.arg(path);
 }

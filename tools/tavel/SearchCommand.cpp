@@ -18,6 +18,8 @@
 #include <iterator>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr TVLWord<TVL::SearchOperator> Operators[] = {
@@ -59,29 +61,29 @@ bool takeWord(const TVLWord<Value> (&table)[Size], const QString &word, Value *v
 
 QString wordError(const QString &what, const QString &word, const QStringList &words)
 {
-    return u"unknown %1 '%2'; it is one of %3"_qs.arg(what, word, words.join(u", "_qs));
+    return u"unknown %1 '%2'; it is one of %3"_s.arg(what, word, words.join(u", "_s));
 }
 
 QCommandLineOption operatorOption()
 {
     return QCommandLineOption(
-        u"operator"_qs,
+        u"operator"_s,
         u"How to take TEXT: as it stands (exact, the default), as words of which all or any are to "
-        "be found, as whole words of which any is (word), or as a regular expression (regexp)."_qs,
-        u"OPERATOR"_qs, u"exact"_qs);
+        "be found, as whole words of which any is (word), or as a regular expression (regexp)."_s,
+        u"OPERATOR"_s, u"exact"_s);
 }
 
 QCommandLineOption propertyOption()
 {
     return QCommandLineOption(
-        u"in"_qs,
-        u"Where to look: one of %1. Without it, in all."_qs.arg(propertyWords().join(u", "_qs)),
-        u"PROPERTY"_qs, u"All"_qs);
+        u"in"_s,
+        u"Where to look: one of %1. Without it, in all."_s.arg(propertyWords().join(u", "_s)),
+        u"PROPERTY"_s, u"All"_s);
 }
 
 QCommandLineOption caseOption()
 {
-    return QCommandLineOption(u"case"_qs, u"Tells capital letters from small ones."_qs);
+    return QCommandLineOption(u"case"_s, u"Tells capital letters from small ones."_s);
 }
 
 /**
@@ -92,13 +94,13 @@ QString textError(const TVLCollectionMetaData &search)
 {
     const QString &text = search.mSearchText;
     if (text.isEmpty())
-        return u"the text to look for is empty"_qs;
+        return u"the text to look for is empty"_s;
     if (search.mSearchOperator != TVL::RegExpOperator)
         return {};
     const QRegExp expression(text, search.mCaseSensitivity, QRegExp::RegExp2);
     return expression.isValid()
         ? QString()
-        : u"'%1' is no regular expression: %2"_qs.arg(text, expression.errorString());
+        : u"'%1' is no regular expression: %2"_s.arg(text, expression.errorString());
 }
 
 /** Takes what is to be looked for from a command line; empty, or what is wrong with that. */
@@ -110,12 +112,12 @@ QString takeSearch(const QCommandLineParser &parser, TVLCollectionMetaData *sear
     const QString searchOperator = parser.value(operatorOption());
     TVL::SearchOperator operatorNumber = TVL::ExactOperator;
     if (!takeWord(Operators, searchOperator, &operatorNumber))
-        return wordError(u"operator"_qs, searchOperator, wordsOf(Operators));
+        return wordError(u"operator"_s, searchOperator, wordsOf(Operators));
     search->mSearchOperator = operatorNumber;
     const QString property = parser.value(propertyOption());
     if (!takeWord(TVLPropertyWords, property, &search->mSearchProperty)
         && !takeWord(FurtherProperties, property, &search->mSearchProperty))
-        return wordError(u"property"_qs, property, propertyWords());
+        return wordError(u"property"_s, property, propertyWords());
     return textError(*search);
 }
 
@@ -159,7 +161,7 @@ qsizetype placeToCut(const QString &text, qsizetype position, int step)
 QString excerptOf(const TVLSearchHit &hit)
 {
     constexpr qsizetype Around = 30;
-    const QString ellipsis = u"…"_qs;
+    const QString ellipsis = u"…"_s;
     const qsizetype begin = placeToCut(hit.text, hit.position - Around, -1);
     const qsizetype end = placeToCut(hit.text, hit.position + hit.length + Around, 1);
     return (begin > 0 ? ellipsis : QString()) + hit.text.mid(begin, end - begin).simplified()
@@ -168,23 +170,23 @@ QString excerptOf(const TVLSearchHit &hit)
 
 QString matchLine(const FoundItem &item)
 {
-    const QString line = QString::number(item.node->mId) + u"  "_qs + shownTitle(item.node);
+    const QString line = QString::number(item.node->mId) + u"  "_s + shownTitle(item.node);
     if (item.hits == 0)
         return oneLine(line);
-    const QString count = item.hits == 1 ? u"1 hit"_qs : u"%1 hits"_qs.arg(item.hits);
-    return oneLine(u"%1  (%2; %3: %4)"_qs.arg(line, count, item.property, item.excerpt));
+    const QString count = item.hits == 1 ? u"1 hit"_s : u"%1 hits"_s.arg(item.hits);
+    return oneLine(u"%1  (%2; %3: %4)"_s.arg(line, count, item.property, item.excerpt));
 }
 
 QJsonObject itemToJson(const FoundItem &item)
 {
     QJsonValue first;
     if (item.hits > 0)
-        first = QJsonObject{{u"property"_qs, item.property}, {u"text"_qs, item.excerpt}};
-    return {{u"id"_qs, idOrNull(item.node->mId)},
-            {u"uuid"_qs, toJson(item.node->mUuid)},
-            {u"title"_qs, item.node->mTitle},
-            {u"hits"_qs, item.hits},
-            {u"first"_qs, first}};
+        first = QJsonObject{{u"property"_s, item.property}, {u"text"_s, item.excerpt}};
+    return {{u"id"_s, idOrNull(item.node->mId)},
+            {u"uuid"_s, toJson(item.node->mUuid)},
+            {u"title"_s, item.node->mTitle},
+            {u"hits"_s, item.hits},
+            {u"first"_s, first}};
 }
 
 void writeJson(const QList<FoundItem> &found, Console *console)
@@ -220,7 +222,7 @@ ExitStatus runSearch(const QCommandLineParser &parser, Console *console)
     // The search index knows items by their ids.
     if (findBinderFiles(path, &error) && isOfLaterFormat(path))
         return console->fail(
-            u"projects of format version 23 can't be searched yet: '%1'"_qs.arg(path));
+            u"projects of format version 23 can't be searched yet: '%1'"_s.arg(path));
     const std::unique_ptr<TVLProjectModel> model =
         openToRead(path, &error, TVLProjectFolderFormat::ItemsAndSearch);
     if (!model)
@@ -240,9 +242,9 @@ ExitStatus runSearch(const QCommandLineParser &parser, Console *console)
 
 Command searchCommand()
 {
-    return {u"search"_qs,
-            u"Finds items by their titles, texts and what else is known of them."_qs,
-            {projectArgument(), {u"TEXT"_qs, u"What to look for."_qs}},
+    return {u"search"_s,
+            u"Finds items by their titles, texts and what else is known of them."_s,
+            {projectArgument(), {u"TEXT"_s, u"What to look for."_s}},
             {operatorOption(), propertyOption(), caseOption(), jsonOption()},
             runSearch};
 }

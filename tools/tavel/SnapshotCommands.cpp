@@ -20,16 +20,18 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QCommandLineOption noBackupOption()
 {
-    return QCommandLineOption(u"no-backup"_qs, u"Takes no snapshot of the present text first."_qs);
+    return QCommandLineOption(u"no-backup"_s, u"Takes no snapshot of the present text first."_s);
 }
 
 CommandArgument whichArgument()
 {
-    return {u"WHICH"_qs, u"A snapshot's number, date or title, as 'snapshot list' tells them."_qs};
+    return {u"WHICH"_s, u"A snapshot's number, date or title, as 'snapshot list' tells them."_s};
 }
 
 QString projectPath(const TVLProjectModel &model)
@@ -50,9 +52,9 @@ std::optional<ItemSnapshots> findItemSnapshots(const TVLProjectModel &model, con
 {
     TVLProjectNode *node = findItem(model, name);
     if (!node)
-        *error = u"there is no item '%1'"_qs.arg(name);
+        *error = u"there is no item '%1'"_s.arg(name);
     else if (!node->canHaveText())
-        *error = u"'%1' has no text of its own"_qs.arg(node->mTitle);
+        *error = u"'%1' has no text of its own"_s.arg(node->mTitle);
     else if (auto snapshots = readSnapshotList(projectPath(model), node->mId, error))
         return ItemSnapshots{node, *snapshots};
     return std::nullopt;
@@ -100,19 +102,19 @@ QString takeSnapshot(TVLProjectModel *model, const ItemSnapshots &item, const QS
     model->dereferenceItem(text);
     if (isTaken)
         return {};
-    return error.isEmpty() ? u"the snapshot could not be written"_qs : error;
+    return error.isEmpty() ? u"the snapshot could not be written"_s : error;
 }
 
 /** A snapshot in words. */
 QString describeSnapshot(const TVLSnapshotInfo &snapshot)
 {
     return snapshot.mTitle.isEmpty() ? dateTextOf(snapshot)
-                                     : u"%1 '%2'"_qs.arg(dateTextOf(snapshot), snapshot.mTitle);
+                                     : u"%1 '%2'"_s.arg(dateTextOf(snapshot), snapshot.mTitle);
 }
 
 QString unreadable(const TVLSnapshotInfo &snapshot)
 {
-    return u"the snapshot can't be read: %1"_qs.arg(describeSnapshot(snapshot));
+    return u"the snapshot can't be read: %1"_s.arg(describeSnapshot(snapshot));
 }
 
 // --- add
@@ -131,7 +133,7 @@ ExitStatus add(const QCommandLineParser &parser, Console *console)
         error = takeSnapshot(project->model(), *item, arguments.value(2));
     if (!error.isEmpty())
         return console->fail(error);
-    console->writeLine(oneLine(u"Took a snapshot of '%1'"_qs.arg(item->node->mTitle)));
+    console->writeLine(oneLine(u"Took a snapshot of '%1'"_s.arg(item->node->mTitle)));
     return ExitStatus::Done;
 }
 
@@ -141,9 +143,9 @@ QJsonArray listToJson(const QList<TVLSnapshotInfo> &snapshots)
 {
     QJsonArray array;
     for (const TVLSnapshotInfo &snapshot : snapshots)
-        array.append(QJsonObject{{u"number"_qs, array.size() + 1},
-                                 {u"date"_qs, toJson(snapshot.mDate)},
-                                 {u"title"_qs, snapshot.mTitle}});
+        array.append(QJsonObject{{u"number"_s, array.size() + 1},
+                                 {u"date"_s, toJson(snapshot.mDate)},
+                                 {u"title"_s, snapshot.mTitle}});
     return array;
 }
 
@@ -161,7 +163,7 @@ ExitStatus list(const QCommandLineParser &parser, Console *console)
     }
     for (qsizetype i = 0; i < item->snapshots.size(); ++i) {
         const TVLSnapshotInfo &snapshot = item->snapshots.at(i);
-        const QString place = u"%1  %2  "_qs.arg(i + 1, 3).arg(dateTextOf(snapshot), 20);
+        const QString place = u"%1  %2  "_s.arg(i + 1, 3).arg(dateTextOf(snapshot), 20);
         console->writeLine(oneLine(place + snapshot.mTitle));
     }
     return ExitStatus::Done;
@@ -219,17 +221,17 @@ ExitStatus restore(const QCommandLineParser &parser, Console *console)
     const TVLSnapshotInfo &snapshot = item->snapshots.at(*which);
     error = presentTextError(*project->model(), item->node);
     if (error.isEmpty() && !parser.isSet(noBackupOption())) {
-        const QString title = u"Before going back to %1"_qs.arg(describeSnapshot(snapshot));
+        const QString title = u"Before going back to %1"_s.arg(describeSnapshot(snapshot));
         error = takeSnapshot(project->model(), *item, title);
         if (error.isEmpty())
-            console->writeLine(u"Took a snapshot of the present text"_qs);
+            console->writeLine(u"Took a snapshot of the present text"_s);
     }
     if (error.isEmpty())
         error = restoreText(project.get(), item->node, snapshot);
     if (!error.isEmpty())
         return console->fail(error);
     console->writeLine(
-        oneLine(u"Restored '%1' as of %2"_qs.arg(item->node->mTitle, describeSnapshot(snapshot))));
+        oneLine(u"Restored '%1' as of %2"_s.arg(item->node->mTitle, describeSnapshot(snapshot))));
     return ExitStatus::Done;
 }
 
@@ -237,26 +239,26 @@ ExitStatus restore(const QCommandLineParser &parser, Console *console)
 
 QList<Command> snapshotCommands()
 {
-    const CommandArgument title{u"TITLE"_qs, u"What to call the snapshot."_qs,
+    const CommandArgument title{u"TITLE"_s, u"What to call the snapshot."_s,
                                 CommandArgument::AtMostOnce};
     return {
-        {u"snapshot add"_qs,
-         u"Takes a snapshot of an item's text."_qs,
+        {u"snapshot add"_s,
+         u"Takes a snapshot of an item's text."_s,
          {projectArgument(), itemArgument(), title},
          {},
          add},
-        {u"snapshot list"_qs,
-         u"Lists the snapshots of an item, the oldest first."_qs,
+        {u"snapshot list"_s,
+         u"Lists the snapshots of an item, the oldest first."_s,
          {projectArgument(), itemArgument()},
          {jsonOption()},
          list},
-        {u"snapshot show"_qs,
-         u"Writes a snapshot as plain text."_qs,
+        {u"snapshot show"_s,
+         u"Writes a snapshot as plain text."_s,
          {projectArgument(), itemArgument(), whichArgument()},
          {},
          show},
-        {u"snapshot restore"_qs,
-         u"Takes an item's text back to a snapshot, and saves the project."_qs,
+        {u"snapshot restore"_s,
+         u"Takes an item's text back to a snapshot, and saves the project."_s,
          {projectArgument(), itemArgument(), whichArgument()},
          {noBackupOption()},
          restore},

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool hasName(const TVLSnapshotInfo &snapshot, qsizetype position, const QString &name)
@@ -24,8 +26,8 @@ std::optional<QList<TVLSnapshotInfo>> readSnapshotList(const QString &projectPat
     if (TVLCoreUtil::IsMissing(TVLProjectFolderFormat::snapshotsPath(projectPath)))
         return snapshots;
     if (!TVLProjectFolderFormat::readSnapshots(projectPath, itemId, &snapshots)) {
-        *error = u"the list of the item's snapshots can't be read: Snapshots/%1.snapshots"_qs.arg(
-            itemId);
+        *error =
+            u"the list of the item's snapshots can't be read: Snapshots/%1.snapshots"_s.arg(itemId);
         return std::nullopt;
     }
     std::stable_sort(snapshots.begin(), snapshots.end(),
@@ -48,7 +50,7 @@ std::optional<qsizetype> findSnapshot(const QList<TVLSnapshotInfo> &snapshots, c
         if (!hasName(snapshots.at(i), i, name))
             continue;
         if (found) {
-            *error = u"'%1' may mean snapshot %2 or %3; give its date"_qs.arg(name)
+            *error = u"'%1' may mean snapshot %2 or %3; give its date"_s.arg(name)
                          .arg(*found + 1)
                          .arg(i + 1);
             return std::nullopt;
@@ -56,6 +58,6 @@ std::optional<qsizetype> findSnapshot(const QList<TVLSnapshotInfo> &snapshots, c
         found = i;
     }
     if (!found)
-        *error = u"there is no snapshot '%1'"_qs.arg(name);
+        *error = u"there is no snapshot '%1'"_s.arg(name);
     return found;
 }

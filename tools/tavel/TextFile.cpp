@@ -11,6 +11,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 std::unique_ptr<QTextDocument> emptyDocument()
@@ -54,7 +56,7 @@ std::optional<QString> decode(const QByteArray &bytes)
 
 void unifyLineEnds(QString *text)
 {
-    text->replace(u"\r\n"_qs, u"\n"_qs);
+    text->replace(u"\r\n"_s, u"\n"_s);
     text->replace(u'\r', u'\n');
     if (text->endsWith(u'\n'))
         text->chop(1);
@@ -69,7 +71,7 @@ std::unique_ptr<QTextDocument> readPlainTextFile(const QString &path, QString *e
         return nullptr;
     std::optional<QString> text = decode(*bytes);
     if (!text) {
-        *error = u"it isn't text in UTF-8, nor in another encoding with a byte order mark"_qs;
+        *error = u"it isn't text in UTF-8, nor in another encoding with a byte order mark"_s;
         return nullptr;
     }
     unifyLineEnds(&*text);

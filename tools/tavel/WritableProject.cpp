@@ -11,21 +11,23 @@
 #include <QFileInfo>
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Whether a lock that names another folder came with a copy, and not by another way to this one.
  */
 bool isLockOfAnotherFolder(const QString &projectPath)
 {
-    const QSettings lock(TVLProjectFolderFormat::filesPath(projectPath) + u"/user.lock"_qs,
+    const QSettings lock(TVLProjectFolderFormat::filesPath(projectPath) + u"/user.lock"_s,
                          QSettings::IniFormat);
-    const QString lockedPath = lock.value(u"project_path"_qs).toString();
+    const QString lockedPath = lock.value(u"project_path"_s).toString();
     return QFileInfo(lockedPath).canonicalFilePath() != QFileInfo(projectPath).canonicalFilePath();
 }
 
 QString orUnknown(const QString &text)
 {
-    return text.isEmpty() ? u"unknown"_qs : text;
+    return text.isEmpty() ? u"unknown"_s : text;
 }
 
 /** Whether a model would take a binder in. */
@@ -55,8 +57,8 @@ QString lockError(const QString &projectPath)
         break;
     }
     return u"'%1' is locked by user %2 on host %3, program %4; if nobody has it open, delete "
-           "Files/user.lock in it"_qs.arg(projectPath, orUnknown(user), orUnknown(host),
-                                          orUnknown(program));
+           "Files/user.lock in it"_s.arg(projectPath, orUnknown(user), orUnknown(host),
+                                         orUnknown(program));
 }
 
 } // namespace
@@ -97,20 +99,20 @@ QString WritableProject::lock()
         return error;
     TVLProjectFolderFormat::removeLock(mPath);
     mIsLocked = TVLProjectFolderFormat::addLock(mPath);
-    return mIsLocked ? QString() : u"'%1' can't be locked"_qs.arg(mPath);
+    return mIsLocked ? QString() : u"'%1' can't be locked"_s.arg(mPath);
 }
 
 QString WritableProject::read(const QString &path, const QString &binderPath)
 {
     if (!binderPath.isEmpty() && !isLoadable(mPath, binderPath))
-        return u"the binder of '%1' is damaged and so is left alone; 'tavel check' tells more"_qs
+        return u"the binder of '%1' is damaged and so is left alone; 'tavel check' tells more"_s
             .arg(path);
     const TVLProjectInfo info = TVLProjectFolderFormat::readBinderFileProjectInfo(binderPath);
     if (!info.mVersion.isEmpty() && info.mBinderVersion == TVL::NoBinderVersion)
-        return u"Project '%1' is incompatible with this version of Tavelinor."_qs.arg(
+        return u"Project '%1' is incompatible with this version of Tavelinor."_s.arg(
             TVLProjectFolderFormat::projectPathToProjectName(path));
     if (isOfLaterFormat(path))
-        return u"projects of format version 23 can't be changed yet: '%1'"_qs.arg(path);
+        return u"projects of format version 23 can't be changed yet: '%1'"_s.arg(path);
     // Not prepared for its end, the model leaves the lock to its owner.
     mModel.reset(TVLProjectFolderFormat::openProject(normalizedPath(path)));
     return mModel ? QString() : unreadableProject(path);
@@ -128,7 +130,7 @@ bool WritableProject::canSave(QString *error) const
     if (lost.isEmpty())
         return true;
     *error =
-        u"a save by this version would drop parts of '%1': %2"_qs.arg(mPath, lost.join(u", "_qs));
+        u"a save by this version would drop parts of '%1': %2"_s.arg(mPath, lost.join(u", "_s));
     return false;
 }
 
@@ -138,6 +140,6 @@ bool WritableProject::save(QString *error)
         mModel->saveAll(false);
         return true;
     }
-    *error = u"the project could not be saved: '%1'"_qs.arg(mPath);
+    *error = u"the project could not be saved: '%1'"_s.arg(mPath);
     return false;
 }

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QStringList commandLineWords(int count, char **words)
@@ -30,7 +32,7 @@ void passMessageOn(QtMsgType type, const QMessageLogContext &context, const QStr
 QString withoutMenus(const QString &text)
 {
     for (const QString &advice :
-         {u"\n\nTo avoid losing your latest changes"_qs, u" You might also try \"Tools >"_qs}) {
+         {u"\n\nTo avoid losing your latest changes"_s, u" You might also try \"Tools >"_s}) {
         if (const qsizetype place = text.indexOf(advice); place >= 0)
             return text.first(place);
     }
@@ -40,7 +42,7 @@ QString withoutMenus(const QString &text)
 /** A message box as a line: what it says, then what it says in small print. */
 QString lineOf(const TVLUnattendedMessageBoxes::Box &box)
 {
-    const QString text = box.title + u": "_qs + withoutMenus(box.text);
+    const QString text = box.title + u": "_s + withoutMenus(box.text);
     return box.informativeText.isEmpty() ? text : text + u' ' + withoutMenus(box.informativeText);
 }
 
@@ -50,7 +52,7 @@ int main(int argc, char **argv)
 {
     // Diagnostics, Qt's own among them, would bury the one line that says why something failed.
     // The environment variable QT_LOGGING_RULES brings them back.
-    QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false"_qs);
+    QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false"_s);
     qtMessages = qInstallMessageHandler(passMessageOn);
     // Nothing is ever shown, and a display that the environment names may be long gone.
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -58,7 +60,7 @@ int main(int argc, char **argv)
     // itself.
     int ownName = 1;
     const QApplication application(ownName, argv);
-    QCoreApplication::setApplicationName(u"tavel"_qs);
+    QCoreApplication::setApplicationName(u"tavel"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVEL_VERSION));
 
     Console console;
@@ -70,6 +72,6 @@ int main(int argc, char **argv)
 
     ExitStatus status = runCommandLine(commandLineWords(argc, argv), &console);
     if (!console.finish() && status == ExitStatus::Done)
-        status = console.fail(u"standard output can't be written"_qs);
+        status = console.fail(u"standard output can't be written"_s);
     return int(status);
 }

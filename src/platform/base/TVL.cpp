@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr TVLWord<TVL::NodeType> NodeTypeWords[] = {
@@ -68,7 +70,7 @@ QString channelText(int channel)
 
 } // namespace
 
-const QString TVL::KeywordsMimeType = u"application/x-tavelinor-keywords"_qs;
+const QString TVL::KeywordsMimeType = u"application/x-tavelinor-keywords"_s;
 
 QString TVL::wordOf(NodeType type)
 {
@@ -193,7 +195,7 @@ QString TVL::stripAutoNumberEnding(const QString &title, int *number)
 QStringList TVL::displayImageFormats()
 {
     static const QStringList extensions = {
-        u"bmp"_qs, u"gif"_qs, u"jpeg"_qs, u"jpg"_qs, u"png"_qs, u"tif"_qs, u"tiff"_qs,
+        u"bmp"_s, u"gif"_s, u"jpeg"_s, u"jpg"_s, u"png"_s, u"tif"_s, u"tiff"_s,
     };
     return extensions;
 }
@@ -203,9 +205,9 @@ QString TVL::toHtmlTooltipFormat(const QString &plainText)
     if (plainText.isEmpty())
         return {};
     QString html = plainText.toHtmlEscaped();
-    html.replace(u"\r\n"_qs, u"\n"_qs);
-    html.replace(u'\n', u"<br/>"_qs);
-    return u"<p>"_qs + html + u"</p>"_qs;
+    html.replace(u"\r\n"_s, u"\n"_s);
+    html.replace(u'\n', u"<br/>"_s);
+    return u"<p>"_s + html + u"</p>"_s;
 }
 
 bool tvlFuzzyCompare(double a, double b)

@@ -11,6 +11,8 @@
 #include <limits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A default that is only known when the application runs. */
@@ -154,7 +156,7 @@ std::unique_ptr<QSettings> openSettings(const QString &path)
 {
     if (path.isEmpty()) {
         return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                           u"Tavelinor"_qs, u"Tavelinor"_qs);
+                                           u"Tavelinor"_s, u"Tavelinor"_s);
     }
     return std::make_unique<QSettings>(tvlSettingsPath(path), QSettings::IniFormat);
 }

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Settings parse a section when something is asked of it. */
@@ -47,12 +49,12 @@ bool hasContent(const QString &path, const QByteArray &content)
  */
 bool keepDamagedFile(const QString &path, const QByteArray &content)
 {
-    QString copyPath = path + u".damaged"_qs;
+    QString copyPath = path + u".damaged"_s;
     for (int number = 2; QFile::exists(copyPath); ++number) {
         // Kept before, if nothing was written since.
         if (hasContent(copyPath, content))
             return true;
-        copyPath = path + u".damaged-"_qs + QString::number(number);
+        copyPath = path + u".damaged-"_s + QString::number(number);
     }
     return QFile::copy(path, copyPath) && hasContent(copyPath, content);
 }

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 std::optional<QString> tvlStoredText(const QVariant &stored)
 {
     switch (stored.typeId()) {
@@ -82,7 +84,7 @@ std::optional<QList<int>> tvlStoredInts(const QVariant &stored)
 QVariant tvlStorableInts(const QList<int> &numbers)
 {
     if (numbers.isEmpty())
-        return u""_qs;
+        return u""_s;
     QStringList texts;
     texts.reserve(numbers.size());
     for (const int number : numbers)

@@ -2,6 +2,8 @@
 
 #include <QXmlStreamReader>
 
+using namespace Qt::StringLiterals;
+
 /**
  * Whether there may be more to read. QXmlStreamReader::atEnd() alone doesn't tell: of a device that
  * fails before its end it says false for ever.
@@ -16,7 +18,7 @@
 class TVLUndeclaredEntities : public QXmlStreamEntityResolver
 {
 public:
-    QString resolveUndeclaredEntity(const QString & /*name*/) override { return u""_qs; }
+    QString resolveUndeclaredEntity(const QString & /*name*/) override { return u""_s; }
 };
 
 /** Reads what is left, so that the reader has met every fault that there is. */

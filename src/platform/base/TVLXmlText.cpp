@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isDroppedControl(char16_t unit)
@@ -51,7 +53,7 @@ void tvlWriteXmlText(QXmlStreamWriter *writer, const QString &clean)
     qsizetype start = 0;
     for (qsizetype end = clean.indexOf(u'\r'); end >= 0; end = clean.indexOf(u'\r', start)) {
         writer->writeCharacters(clean.sliced(start, end - start));
-        writer->writeEntityReference(u"#13"_qs);
+        writer->writeEntityReference(u"#13"_s);
         start = end + 1;
     }
     writer->writeCharacters(start == 0 ? clean : clean.sliced(start));

@@ -17,6 +17,8 @@
 #include <filesystem>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // With System also links that lead nowhere are listed.
@@ -334,7 +336,7 @@ QStringList TVLCoreUtil::fileNames(const QString &path)
 QString TVLCoreUtil::GetNewTempFilePath(const QString &extension)
 {
     const QString folder = GetTavelinorTempPath();
-    const QString dot = extension.isEmpty() || extension.startsWith(u'.') ? QString() : u"."_qs;
+    const QString dot = extension.isEmpty() || extension.startsWith(u'.') ? QString() : u"."_s;
     QString path;
     do {
         path = folder + u'/' + CreateUUID() + dot + extension;
@@ -344,7 +346,7 @@ QString TVLCoreUtil::GetNewTempFilePath(const QString &extension)
 
 QString TVLCoreUtil::GetTavelinorTempPath()
 {
-    const QString path = QDir::tempPath() + u"/Tavelinor"_qs;
+    const QString path = QDir::tempPath() + u"/Tavelinor"_s;
     // A writer's texts pass through here, in a place that all users of the computer share.
     if (!QFileInfo::exists(path))
         QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Style = TVLScreenplayRun::Style;
@@ -140,7 +142,7 @@ void TVLFountainComposer::addLineEnd(quint8 styles)
     }
     // An empty line would end a note.
     if (mLine.size() == mStart && (styles & Style::Boneyard) == 0)
-        mLine += u"  "_qs;
+        mLine += u"  "_s;
     mLine += u'\n';
     mStart = mLine.size();
     mLastLiteral = {};
@@ -156,7 +158,7 @@ void TVLFountainComposer::addComments(qsizetype place)
         TVLScreenplayParagraph note;
         note.append(comment.mText, Style::Note);
         mLine += TVLFountainDirective::ofComment(comment);
-        mLine += note.mText.isEmpty() ? u"[[]]"_qs
+        mLine += note.mText.isEmpty() ? u"[[]]"_s
                                       : TVLFountainComposer().compose(note, AllBlanks).constFirst();
         mLastLiteral = {};
         mIsBehindSign = false;
@@ -217,9 +219,9 @@ void TVLFountainComposer::closeApart()
 {
     if ((mStyles & (Style::Note | Style::Footnote)) != 0)
         // The first two brackets end a note, whatever stands before them.
-        mLine += mLine.endsWith(u']') ? nothing() + u"]]"_qs : u"]]"_qs;
+        mLine += mLine.endsWith(u']') ? nothing() + u"]]"_s : u"]]"_s;
     else if ((mStyles & Style::Boneyard) != 0)
-        mLine += u"*/"_qs;
+        mLine += u"*/"_s;
     mStyles &= quint8(~Style::Apart);
     mLastLiteral = {};
     mIsBehindSign = false;
@@ -233,10 +235,10 @@ void TVLFountainComposer::openApart(quint8 styles)
         escapeLast(u'[');
         if ((styles & Style::Footnote) != 0)
             mLine += TVLFountainDirective::ofFootnote();
-        mLine += u"[["_qs;
+        mLine += u"[["_s;
         mHasText = true;
     } else {
-        mLine += u"/*"_qs;
+        mLine += u"/*"_s;
     }
     mStyles |= styles;
     mLastLiteral = {};

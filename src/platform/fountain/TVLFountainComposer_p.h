@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 /**
  * Composes the text of a paragraph as lines of Fountain, with signs for its styles and backslashes
  * where its characters would be taken for signs. What lines as a whole would be taken for is the
@@ -22,7 +24,7 @@ public:
     [[nodiscard]] QStringList compose(const TVLScreenplayParagraph &paragraph, KeptBlanks kept);
 
     /** A sign for text that nobody sees. */
-    [[nodiscard]] static QString nothing() { return u"\\&"_qs; }
+    [[nodiscard]] static QString nothing() { return u"\\&"_s; }
 
 private:
     void composeRuns();

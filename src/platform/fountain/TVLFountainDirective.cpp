@@ -2,6 +2,8 @@
 
 #include "TVLWordTable_p.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QChar Mark = u':';
@@ -82,7 +84,7 @@ bool readWord(QStringView word, QStringView value, TVLFountainDirective *directi
 
 QString inSigns(const QString &words)
 {
-    return u"/*"_qs + Mark + words + u"*/"_qs;
+    return u"/*"_s + Mark + words + u"*/"_s;
 }
 
 } // namespace
@@ -109,29 +111,29 @@ std::optional<TVLFountainDirective> TVLFountainDirective::read(QStringView conte
 
 QString TVLFountainDirective::ofParagraph(const TVLScreenplayParagraph &paragraph)
 {
-    QString words = u"element "_qs
+    QString words = u"element "_s
         + escapedValue(paragraph.mKind == TVLScreenplayKind::Other
                            ? paragraph.mType
                            : tvlScreenplayWord(paragraph.mKind));
     if (!paragraph.mSceneNumber.isEmpty())
-        words += u";number "_qs + escapedValue(paragraph.mSceneNumber);
+        words += u";number "_s + escapedValue(paragraph.mSceneNumber);
     if (paragraph.mAlignment != 0)
-        words += u";align "_qs
+        words += u";align "_s
             + tvlWordOf(AlignmentNames, paragraph.mAlignment, QStringView(u"Left")).toString();
     if (paragraph.mKind == TVLScreenplayKind::Section)
-        words += u";depth "_qs + QString::number(paragraph.mDepth);
+        words += u";depth "_s + QString::number(paragraph.mDepth);
     if (paragraph.mIsDual)
-        words += u";dual"_qs;
+        words += u";dual"_s;
     return inSigns(words);
 }
 
 QString TVLFountainDirective::ofComment(const TVLScreenplayComment &comment)
 {
-    return inSigns((comment.mIsFootnote ? u"footnote "_qs : u"comment "_qs)
+    return inSigns((comment.mIsFootnote ? u"footnote "_s : u"comment "_s)
                    + QString::number(comment.mLength));
 }
 
 QString TVLFountainDirective::ofFootnote()
 {
-    return inSigns(u"footnote"_qs);
+    return inSigns(u"footnote"_s);
 }

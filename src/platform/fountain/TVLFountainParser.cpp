@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = TVLScreenplayKind;
@@ -15,7 +17,7 @@ QString settled(QString text)
     if (text.startsWith(QChar(QChar::ByteOrderMark)))
         text.remove(0, 1);
     if (text.contains(u'\r')) {
-        text.replace(u"\r\n"_qs, u"\n"_qs);
+        text.replace(u"\r\n"_s, u"\n"_s);
         text.replace(u'\r', u'\n');
     }
     return text;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = TVLScreenplayKind;
@@ -118,7 +120,7 @@ size_t TVLFountainWriter::writeTitlePage()
             break;
         writeLine(first);
         for (const QString &line : lines.sliced(1))
-            writeLine(u"    "_qs + line);
+            writeLine(u"    "_s + line);
     }
     return place;
 }
@@ -236,7 +238,7 @@ bool TVLFountainWriter::writeByKind(size_t place, const QStringList &lines)
         writeLine(u'~' + first);
         return true;
     case Kind::Synopsis:
-        writeLine(u"= "_qs + first);
+        writeLine(u"= "_s + first);
         return true;
     case Kind::Section:
         writeLine(QString(std::max(paragraph.mDepth, 1), u'#') + u' ' + first);
@@ -249,7 +251,7 @@ bool TVLFountainWriter::writeByKind(size_t place, const QStringList &lines)
 void TVLFountainWriter::writeAction(const QStringList &lines)
 {
     const QString &first = lines.constFirst();
-    const QString nothingBefore = Composer::nothing() + u"/*"_qs;
+    const QString nothingBefore = Composer::nothing() + u"/*"_s;
     // All of it was taken out.
     if (lines.size() == 1 && first.startsWith(nothingBefore)) {
         writeLine(QStringView(first).sliced(Composer::nothing().size()));
@@ -265,7 +267,7 @@ void TVLFountainWriter::writeAction(const QStringList &lines)
 void TVLFountainWriter::writeCentered(const QStringList &lines)
 {
     for (const QString &line : lines)
-        writeLine(u"> "_qs + line + u" <"_qs);
+        writeLine(u"> "_s + line + u" <"_s);
 }
 
 bool TVLFountainWriter::writeHeading(const TVLScreenplayParagraph &paragraph, const QString &text)
@@ -279,7 +281,7 @@ bool TVLFountainWriter::writeHeading(const TVLScreenplayParagraph &paragraph, co
         if (formOf(line, true) != Form::ForcedSceneHeading)
             return false;
     }
-    writeLine(number.isEmpty() ? line : line + u" #"_qs + number + u'#');
+    writeLine(number.isEmpty() ? line : line + u" #"_s + number + u'#');
     return true;
 }
 
@@ -290,7 +292,7 @@ void TVLFountainWriter::writeCharacter(size_t place, const QString &text)
         place + 1 < mParagraphs.size() && canFollowCharacter(mParagraphs[place + 1]);
     if (!hasSpeech || formOf(line, false) != Form::Character || isMistakenForTitle(line))
         line.prepend(u'@');
-    writeLine(mParagraphs[place].mIsDual ? line + u" ^"_qs : line);
+    writeLine(mParagraphs[place].mIsDual ? line + u" ^"_s : line);
     mIsInSpeech = true;
 }
 
@@ -299,7 +301,7 @@ void TVLFountainWriter::writeTransition(const QString &text)
     if (formOf(text, true) == Form::Transition)
         writeLine(text);
     else
-        writeLine(u"> "_qs + withoutLastSign(text, u'<'));
+        writeLine(u"> "_s + withoutLastSign(text, u'<'));
 }
 
 void TVLFountainWriter::writeTold(const TVLScreenplayParagraph &paragraph, const QStringList &lines)

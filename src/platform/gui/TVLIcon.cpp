@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPixmapCache>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** The sizes at which lists and menus ask for icons, and their doubles for fine screens. */
@@ -53,7 +55,7 @@ QPixmap TVLIcon::shapePixmap(Shape shape, const QColor &color, int size)
     if (!color.isValid() || size <= 0)
         return {};
     // Lists ask for the same few again with each repaint.
-    const QString key = u"TVLIcon %1 %2 %3"_qs.arg(int(shape)).arg(color.rgba()).arg(size);
+    const QString key = u"TVLIcon %1 %2 %3"_s.arg(int(shape)).arg(color.rgba()).arg(size);
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
         pixmap = paintedShape(shape, color, size);

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <span>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Button = QMessageBox::StandardButton;
@@ -261,7 +263,7 @@ QString shortName(TVLMessageBox::Entity entity, const QString &path)
 /** Not every text has a place for the name. */
 QString withName(const char *text, const QString &name)
 {
-    return text ? TVLMessageBox::tr(text).replace(u"%1"_qs, name) : QString();
+    return text ? TVLMessageBox::tr(text).replace(u"%1"_s, name) : QString();
 }
 
 /** How a message is shown. */
@@ -401,7 +403,7 @@ bool TVLMessageBox::isProjectContents(const QString &path, QWidget *parent, cons
 {
     // A letter of any language makes it another name.
     static const QRegularExpression projectFolder(
-        u"\\.tavel\\b"_qs,
+        u"\\.tavel\\b"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     if (!projectFolder.match(path).hasMatch())
         return false;

@@ -12,6 +12,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LevelHeadings = 9;
@@ -61,7 +63,7 @@ constexpr AlignmentRow AlignmentRows[] = {
 /** A text as one argument of a field's instruction. */
 QString quoted(QString text)
 {
-    return u'"' + text.replace(u'\\', u"\\\\"_qs).replace(u'"', u"\\\""_qs) + u'"';
+    return u'"' + text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s) + u'"';
 }
 
 /** In text from right to left a block's left is where lines start; RTF's is the page's left. */
@@ -477,11 +479,11 @@ void TVLRtfComposer::openLinkGroup(OpenGroup *group, const QString &key, const Q
     *group = {key, mCharWords};
     mBody.append("{\\field{\\*\\fldinst{HYPERLINK ");
     if (address.startsWith(u'#'))
-        tvlAppendRtfText(&mBody, u"\\l "_qs + quoted(address.mid(1)));
+        tvlAppendRtfText(&mBody, u"\\l "_s + quoted(address.mid(1)));
     else
         tvlAppendRtfText(&mBody, quoted(address));
     if (!tip.isEmpty())
-        tvlAppendRtfText(&mBody, u" \\o "_qs + quoted(tip));
+        tvlAppendRtfText(&mBody, u" \\o "_s + quoted(tip));
     mBody.append("}}{\\fldrslt ");
 }
 

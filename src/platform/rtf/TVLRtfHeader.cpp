@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int MaximumLevel = 8;
@@ -91,7 +93,7 @@ QString suffix(const QTextListFormat &format)
 {
     return format.hasProperty(QTextFormat::ListNumberSuffix)
         ? format.numberSuffix().left(MaximumAffix)
-        : u"."_qs;
+        : u"."_s;
 }
 
 void appendHexByte(QByteArray *rtf, int byte)

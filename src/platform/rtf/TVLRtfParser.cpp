@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** Far above what any program writes, far below what would exhaust memory. */
@@ -237,7 +239,7 @@ void TVLRtfParser::apply(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
         mBreakPending = false;
         return;
     case A::PageNumber:
-        return text(u"<$p>"_qs);
+        return text(u"<$p>"_s);
     case A::PictureKind:
         return setPictureKind(token);
     case A::PictureNumber:
@@ -279,7 +281,7 @@ void TVLRtfParser::symbol(char symbol)
     case '_':
         return text(QString(QChar(0x2011)));
     case '\t':
-        return text(u"\t"_qs);
+        return text(u"\t"_s);
     case '\r':
     case '\n':
         return endParagraph();

@@ -2,6 +2,8 @@
 
 #include "TVLTextFormat.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /** A run can be the target of so many bookmarks at once; more are not for reading. */
@@ -162,12 +164,12 @@ void TVLRtfParser::finishDestination(const Group &group)
         mFont.mAlternatives = takeText().split(u',', Qt::SkipEmptyParts);
         break;
     case Destination::FontTable:
-        fontText(u";"_qs);
+        fontText(u";"_s);
         setFont(mGroup.mChars.mFont); // Its bytes may be of another code page now.
         break;
     case Destination::ColorTable:
         if (mColorSet)
-            colorText(u";"_qs);
+            colorText(u";"_s);
         break;
     case Destination::Title:
         mTitle = takeText();
@@ -279,7 +281,7 @@ void TVLRtfParser::finishField()
     if (field.mHasResult)
         return;
     if (instructionWords(field.mInstruction).value(0).toUpper() == u"PAGE")
-        text(u"<$p>"_qs);
+        text(u"<$p>"_s);
     insertSymbol(field.mInstruction);
 }
 
@@ -303,7 +305,7 @@ void TVLRtfParser::applyInstruction(const QString &instruction)
     const QString kind = words.value(0).toUpper();
     if (kind == u"PAGE" && mGroup.mDestination == Destination::Body) {
         // What stands there is the number of one page; the token is that of any.
-        text(u"<$p>"_qs);
+        text(u"<$p>"_s);
         mGroup.mDestination = Destination::Skipped;
     }
     if (kind != u"HYPERLINK")

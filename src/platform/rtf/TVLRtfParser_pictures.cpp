@@ -4,6 +4,8 @@
 
 #include <QCryptographicHash>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int hexDigit(char c)
@@ -18,10 +20,8 @@ int hexDigit(char c)
 QString nameOfPicture(const QByteArray &bytes, const QByteArray &kind)
 {
     const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
-    const QString suffix = kind == "pngblip" ? u"png"_qs
-        : kind == "jpegblip"                 ? u"jpg"_qs
-                                             : u"bin"_qs;
-    return u"picture-%1.%2"_qs.arg(QString::fromLatin1(hash), suffix);
+    const QString suffix = kind == "pngblip" ? u"png"_s : kind == "jpegblip" ? u"jpg"_s : u"bin"_s;
+    return u"picture-%1.%2"_s.arg(QString::fromLatin1(hash), suffix);
 }
 
 /** A picture's width or height as a document has it: in whole twips, so that it can be written. */
@@ -82,7 +82,7 @@ void TVLRtfParser::finishPicture()
         && mPicture.mKind != "tvlblip") {
         // Enough to write the picture again as it came, whatever it holds.
         format.setProperty(TVLTextFormat::PictureKind,
-                           u"\\%1\\picw%2\\pich%3"_qs.arg(QString::fromLatin1(mPicture.mKind))
+                           u"\\%1\\picw%2\\pich%3"_s.arg(QString::fromLatin1(mPicture.mKind))
                                .arg(number(Number::Width))
                                .arg(number(Number::Height)));
     }

@@ -3,6 +3,8 @@
 #include "TVLRtfHeader_p.h"
 #include "TVLTextFormat.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum class ScriptValue : quint8 { Text, Number, Flag };
@@ -27,12 +29,12 @@ constexpr QChar PartEnd = u';';
 /** A text without the character that ends a part. */
 QString guarded(QString text)
 {
-    return text.replace(u'%', u"%25"_qs).replace(PartEnd, u"%3b"_qs);
+    return text.replace(u'%', u"%25"_s).replace(PartEnd, u"%3b"_s);
 }
 
 QString unguarded(QStringView text)
 {
-    return text.toString().replace(u"%3b"_qs, QString(PartEnd)).replace(u"%25"_qs, u"%"_qs);
+    return text.toString().replace(u"%3b"_s, QString(PartEnd)).replace(u"%25"_s, u"%"_s);
 }
 
 QVariant valueOf(ScriptValue kind, QStringView text)

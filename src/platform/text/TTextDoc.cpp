@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr char16_t CellStart = 0xfdd0; ///< How a document's text shows tables and frames.
@@ -35,7 +37,7 @@ struct Stretch
 std::vector<Stretch> separators(const QTextDocument *document, const QString &text,
                                 QString separator)
 {
-    separator.replace(u"\r\n"_qs, u"\n"_qs);
+    separator.replace(u"\r\n"_s, u"\n"_s);
     separator.replace(u'\n', QChar::ParagraphSeparator);
     std::vector<Stretch> found;
     if (separator.isEmpty())

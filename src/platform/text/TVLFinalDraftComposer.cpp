@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using ScriptKind = TVLScreenplayKind;
@@ -92,11 +94,11 @@ QByteArray TVLFinalDraftComposer::compose()
                                    });
     const auto start = size_t(body - paragraphs.begin());
     mXml.setAutoFormatting(false);
-    mXml.writeStartDocument(u"1.0"_qs, false);
-    mXml.writeStartElement(u"FinalDraft"_qs);
-    mXml.writeAttribute(u"DocumentType"_qs, u"Script"_qs);
-    mXml.writeAttribute(u"Template"_qs, u"No"_qs);
-    mXml.writeAttribute(u"Version"_qs, u"1"_qs);
+    mXml.writeStartDocument(u"1.0"_s, false);
+    mXml.writeStartElement(u"FinalDraft"_s);
+    mXml.writeAttribute(u"DocumentType"_s, u"Script"_s);
+    mXml.writeAttribute(u"Template"_s, u"No"_s);
+    mXml.writeAttribute(u"Version"_s, u"1"_s);
     composeBody(start);
     if (start > 0)
         composeTitlePage(start);
@@ -107,7 +109,7 @@ QByteArray TVLFinalDraftComposer::compose()
 
 void TVLFinalDraftComposer::composeBody(size_t start)
 {
-    mXml.writeStartElement(u"Content"_qs);
+    mXml.writeStartElement(u"Content"_s);
     size_t place = start;
     while (place < mScreenplay.mParagraphs.size()) {
         if (const size_t end = composeDual(place); end > place) {
@@ -132,8 +134,8 @@ size_t TVLFinalDraftComposer::composeDual(size_t place)
             return place;
         end = endOfSpeech(end);
     }
-    mXml.writeStartElement(u"Paragraph"_qs);
-    mXml.writeStartElement(u"DualDialogue"_qs);
+    mXml.writeStartElement(u"Paragraph"_s);
+    mXml.writeStartElement(u"DualDialogue"_s);
     for (size_t i = place; i < end; ++i)
         composeParagraph(paragraphs[i]);
     mXml.writeEndElement();
@@ -153,8 +155,8 @@ size_t TVLFinalDraftComposer::endOfSpeech(size_t place) const
 
 void TVLFinalDraftComposer::composeTitlePage(size_t end)
 {
-    mXml.writeStartElement(u"TitlePage"_qs);
-    mXml.writeStartElement(u"Content"_qs);
+    mXml.writeStartElement(u"TitlePage"_s);
+    mXml.writeStartElement(u"Content"_s);
     for (size_t i = 0; i < end; ++i)
         composeEntry(mScreenplay.mParagraphs[i]);
     mXml.writeEndElement();
@@ -164,12 +166,12 @@ void TVLFinalDraftComposer::composeTitlePage(size_t end)
 void TVLFinalDraftComposer::composeEntry(const TVLScreenplayParagraph &paragraph)
 {
     const int keyLength = keyLengthOf(paragraph);
-    mXml.writeStartElement(u"Paragraph"_qs);
+    mXml.writeStartElement(u"Paragraph"_s);
     composeAttributes(paragraph);
     if (keyLength > 0) {
-        mXml.writeAttribute(u"Alignment"_qs, u"Center"_qs);
+        mXml.writeAttribute(u"Alignment"_s, u"Center"_s);
         mXml.writeAttribute(
-            u"Key"_qs, tvlXmlText(withLineFeeds(QStringView(paragraph.mText).first(keyLength))));
+            u"Key"_s, tvlXmlText(withLineFeeds(QStringView(paragraph.mText).first(keyLength))));
     }
     composeRuns(paragraph, keyLength);
     composeNotes(paragraph, keyLength);
@@ -179,8 +181,8 @@ void TVLFinalDraftComposer::composeEntry(const TVLScreenplayParagraph &paragraph
 
 void TVLFinalDraftComposer::composeParagraph(const TVLScreenplayParagraph &paragraph)
 {
-    mXml.writeCharacters(u"\n"_qs);
-    mXml.writeStartElement(u"Paragraph"_qs);
+    mXml.writeCharacters(u"\n"_s);
+    mXml.writeStartElement(u"Paragraph"_s);
     composeAttributes(paragraph);
     composeRuns(paragraph, 0);
     if (!paragraph.mRuns.empty())
@@ -191,14 +193,14 @@ void TVLFinalDraftComposer::composeParagraph(const TVLScreenplayParagraph &parag
 
 void TVLFinalDraftComposer::composeAttributes(const TVLScreenplayParagraph &paragraph)
 {
-    mXml.writeAttribute(u"Type"_qs, tvlXmlText(tvlFinalDraftType(paragraph)));
+    mXml.writeAttribute(u"Type"_s, tvlXmlText(tvlFinalDraftType(paragraph)));
     if (!paragraph.mSceneNumber.isEmpty())
-        mXml.writeAttribute(u"Number"_qs, tvlXmlText(paragraph.mSceneNumber));
+        mXml.writeAttribute(u"Number"_s, tvlXmlText(paragraph.mSceneNumber));
     if (paragraph.mAlignment != 0)
-        mXml.writeAttribute(u"Alignment"_qs,
+        mXml.writeAttribute(u"Alignment"_s,
                             tvlFinalDraftAlignment(paragraph.mAlignment).toString());
     if (paragraph.mStartsPage)
-        mXml.writeAttribute(u"StartsNewPage"_qs, u"Yes"_qs);
+        mXml.writeAttribute(u"StartsNewPage"_s, u"Yes"_s);
 }
 
 void TVLFinalDraftComposer::composeRuns(const TVLScreenplayParagraph &paragraph, int from)
@@ -217,22 +219,22 @@ void TVLFinalDraftComposer::composeRuns(const TVLScreenplayParagraph &paragraph,
 
 void TVLFinalDraftComposer::composeText(QStringView text, quint8 styles, int look)
 {
-    mXml.writeStartElement(u"Text"_qs);
+    mXml.writeStartElement(u"Text"_s);
     if ((styles & ScriptRun::Emphasis) != 0)
-        mXml.writeAttribute(u"Style"_qs, tvlFinalDraftStyle(styles));
+        mXml.writeAttribute(u"Style"_s, tvlFinalDraftStyle(styles));
     if (look != ScriptRun::NoLook) {
         const TVLScreenplayLook &known = mScreenplay.mLooks.at(look);
         if (!known.mFont.isEmpty())
-            mXml.writeAttribute(u"Font"_qs, tvlXmlText(known.mFont));
+            mXml.writeAttribute(u"Font"_s, tvlXmlText(known.mFont));
         if (known.mSize > 0)
-            mXml.writeAttribute(u"Size"_qs, QString::number(known.mSize));
+            mXml.writeAttribute(u"Size"_s, QString::number(known.mSize));
         if (known.mColor.isValid()) {
             // Final Draft has sixteen bits for each part.
             const QString name = known.mColor.name().sliced(1);
             const QString red = name.first(2);
             const QString green = name.sliced(2, 2);
             const QString blue = name.last(2);
-            mXml.writeAttribute(u"Color"_qs, u'#' + red + red + green + green + blue + blue);
+            mXml.writeAttribute(u"Color"_s, u'#' + red + red + green + green + blue + blue);
         }
     }
     tvlWriteXmlCharacters(&mXml, withLineFeeds(text));
@@ -262,7 +264,7 @@ void TVLFinalDraftComposer::composeNotes(const TVLScreenplayParagraph &paragraph
         }
         if (open == ScriptRun::Plain) {
             beginNote(tvlFinalDraftNoteName(apart), place, place);
-            mXml.writeStartElement(u"Paragraph"_qs);
+            mXml.writeStartElement(u"Paragraph"_s);
             open = apart;
         }
         const auto lines = QStringView(paragraph.mText)
@@ -271,7 +273,7 @@ void TVLFinalDraftComposer::composeNotes(const TVLScreenplayParagraph &paragraph
         for (qsizetype i = 0; i < lines.size(); ++i) {
             if (i > 0) {
                 mXml.writeEndElement();
-                mXml.writeStartElement(u"Paragraph"_qs);
+                mXml.writeStartElement(u"Paragraph"_s);
             }
             if (!lines.at(i).isEmpty())
                 composeText(lines.at(i), run.mStyles, ScriptRun::NoLook);
@@ -288,10 +290,10 @@ void TVLFinalDraftComposer::composeComments(const TVLScreenplayParagraph &paragr
                   placeWithoutNotes(paragraph, from, comment.mStart),
                   placeWithoutNotes(paragraph, from, end));
         // Counts the text that is apart from the rest, too.
-        mXml.writeAttribute(u"Place"_qs, u"%1,%2"_qs.arg(comment.mStart).arg(end));
+        mXml.writeAttribute(u"Place"_s, u"%1,%2"_s.arg(comment.mStart).arg(end));
         const auto lines = QStringView(comment.mText).split(QChar(QChar::LineSeparator));
         for (const QStringView line : lines) {
-            mXml.writeStartElement(u"Paragraph"_qs);
+            mXml.writeStartElement(u"Paragraph"_s);
             composeText(line, ScriptRun::Plain, ScriptRun::NoLook);
             mXml.writeEndElement();
         }
@@ -301,7 +303,7 @@ void TVLFinalDraftComposer::composeComments(const TVLScreenplayParagraph &paragr
 
 void TVLFinalDraftComposer::beginNote(QStringView name, int start, int end)
 {
-    mXml.writeStartElement(u"ScriptNote"_qs);
-    mXml.writeAttribute(u"Name"_qs, name.toString());
-    mXml.writeAttribute(u"Range"_qs, u"%1,%2"_qs.arg(start).arg(end));
+    mXml.writeStartElement(u"ScriptNote"_s);
+    mXml.writeAttribute(u"Name"_s, name.toString());
+    mXml.writeAttribute(u"Range"_s, u"%1,%2"_s.arg(start).arg(end));
 }

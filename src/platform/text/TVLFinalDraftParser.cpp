@@ -9,6 +9,8 @@
 #include <limits>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using ScriptKind = TVLScreenplayKind;
@@ -74,7 +76,7 @@ QString textOfCutOff(const QString &text, qint64 done)
         rest.truncate(sign);
     while (rest.endsWith(QChar(QChar::ReplacementCharacter)))
         rest.chop(1);
-    QXmlStreamReader reader(u"<t>"_qs + rest + u"</t>"_qs);
+    QXmlStreamReader reader(u"<t>"_s + rest + u"</t>"_s);
     return reader.readNextStartElement() ? reader.readElementText() : QString();
 }
 
@@ -277,15 +279,15 @@ void TVLFinalDraftParser::beginParagraph()
     const QXmlStreamAttributes attributes = mXml.attributes();
     OpenParagraph open;
     TVLScreenplayParagraph &paragraph = open.mParagraph;
-    tvlSetFinalDraftType(attributes.value(u"Type"_qs), &paragraph);
+    tvlSetFinalDraftType(attributes.value(u"Type"_s), &paragraph);
     if (mIsInTitlePage)
         paragraph = TVLScreenplayParagraph(ScriptKind::TitlePage);
-    paragraph.mSceneNumber = attributes.value(u"Number"_qs).toString();
-    paragraph.mStartsPage = attributes.value(u"StartsNewPage"_qs) == u"Yes";
+    paragraph.mSceneNumber = attributes.value(u"Number"_s).toString();
+    paragraph.mStartsPage = attributes.value(u"StartsNewPage"_s) == u"Yes";
     paragraph.mAlignment =
-        tvlAlignmentOfFinalDraft(attributes.value(u"Alignment"_qs), paragraph.mKind);
-    if (mIsInTitlePage && attributes.hasAttribute(u"Key"_qs)) {
-        open.mKey = withLineSeparators(attributes.value(u"Key"_qs));
+        tvlAlignmentOfFinalDraft(attributes.value(u"Alignment"_s), paragraph.mKind);
+    if (mIsInTitlePage && attributes.hasAttribute(u"Key"_s)) {
+        open.mKey = withLineSeparators(attributes.value(u"Key"_s));
         paragraph.append(open.mKey);
         // Entries stand in the middle of the page unless something else is said.
         paragraph.mAlignment = 0;
@@ -345,7 +347,7 @@ void TVLFinalDraftParser::endDual()
 void TVLFinalDraftParser::beginText()
 {
     const QXmlStreamAttributes attributes = mXml.attributes();
-    mStyles = tvlStylesOfFinalDraft(attributes.value(u"Style"_qs));
+    mStyles = tvlStylesOfFinalDraft(attributes.value(u"Style"_s));
     mLook = mScreenplay.placeOf(lookOf(attributes));
 }
 
@@ -353,14 +355,14 @@ TVLScreenplayLook TVLFinalDraftParser::lookOf(const QXmlStreamAttributes &attrib
 {
     constexpr double AnyScriptsSize = 12;
     TVLScreenplayLook look;
-    const QStringView font = attributes.value(u"Font"_qs);
+    const QStringView font = attributes.value(u"Font"_s);
     // What any script looks like is for its elements to say.
     if (!font.contains(u"Courier"))
         look.mFont = font.toString();
-    const double size = attributes.value(u"Size"_qs).toDouble();
+    const double size = attributes.value(u"Size"_s).toDouble();
     if (size > 0 && size < 1000 && size != AnyScriptsSize)
         look.mSize = size;
-    const QStringView name = attributes.value(u"Color"_qs);
+    const QStringView name = attributes.value(u"Color"_s);
     const QColor color(name.startsWith(u'#') ? name.toString() : QString());
     if (color.isValid() && color != QColor(Qt::black))
         look.mColor = color;
@@ -372,9 +374,9 @@ TVLScreenplayLook TVLFinalDraftParser::lookOf(const QXmlStreamAttributes &attrib
 void TVLFinalDraftParser::beginNote()
 {
     const QXmlStreamAttributes attributes = mXml.attributes();
-    const QStringView name = attributes.value(u"Name"_qs);
+    const QStringView name = attributes.value(u"Name"_s);
     mNote = Note();
-    const bool hasRange = readRange(attributes.value(u"Range"_qs), &mNote.mStart, &mNote.mEnd);
+    const bool hasRange = readRange(attributes.value(u"Range"_s), &mNote.mStart, &mNote.mEnd);
     const quint8 style = tvlStyleOfFinalDraftNote(name);
     const bool isComment = name == FinalDraftComment || name == FinalDraftFootnote;
     mNote.mIsInText = style != ScriptRun::Plain || (hasRange && mNote.mStart == mNote.mEnd);
@@ -383,7 +385,7 @@ void TVLFinalDraftParser::beginNote()
         mNote.mStyle = style;
     if (isComment) {
         mNote.mIsInText = false;
-        mNote.mHasPlace = readRange(attributes.value(u"Place"_qs), &mNote.mStart, &mNote.mEnd);
+        mNote.mHasPlace = readRange(attributes.value(u"Place"_s), &mNote.mStart, &mNote.mEnd);
     } else if (!hasRange) {
         mNote.mEnd = std::numeric_limits<int>::max();
     }

@@ -12,6 +12,8 @@
 #include <functional>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Words = TVLWord<int>;
@@ -133,28 +135,28 @@ struct Row
 const QList<Row> &rows(TVLScriptFormats::Scope scope)
 {
     static const QList<Row> block = {
-        {QTextFormat::BlockAlignment, u"Alignment"_qs, wordKind(AlignmentWords)},
-        {QTextFormat::BlockLeftMargin, u"LeftIndent"_qs, Real},
-        {QTextFormat::BlockRightMargin, u"RightIndent"_qs, Real},
-        {QTextFormat::TextIndent, u"FirstLineIndent"_qs, Real},
-        {QTextFormat::BlockTopMargin, u"SpaceBefore"_qs, Real},
-        {QTextFormat::BlockBottomMargin, u"SpaceAfter"_qs, Real},
-        {QTextFormat::LineHeight, u"LineHeight"_qs, Real},
-        {QTextFormat::LineHeightType, u"LineHeightType"_qs, wordKind(LineHeightWords)},
-        {QTextFormat::BlockNonBreakableLines, u"KeepTogether"_qs, Flag},
-        {TVLTextFormat::KeepWithNext, u"KeepWithNext"_qs, Flag},
-        {QTextFormat::PageBreakPolicy, u"PageBreak"_qs, wordKind(PageBreakWords)},
+        {QTextFormat::BlockAlignment, u"Alignment"_s, wordKind(AlignmentWords)},
+        {QTextFormat::BlockLeftMargin, u"LeftIndent"_s, Real},
+        {QTextFormat::BlockRightMargin, u"RightIndent"_s, Real},
+        {QTextFormat::TextIndent, u"FirstLineIndent"_s, Real},
+        {QTextFormat::BlockTopMargin, u"SpaceBefore"_s, Real},
+        {QTextFormat::BlockBottomMargin, u"SpaceAfter"_s, Real},
+        {QTextFormat::LineHeight, u"LineHeight"_s, Real},
+        {QTextFormat::LineHeightType, u"LineHeightType"_s, wordKind(LineHeightWords)},
+        {QTextFormat::BlockNonBreakableLines, u"KeepTogether"_s, Flag},
+        {TVLTextFormat::KeepWithNext, u"KeepWithNext"_s, Flag},
+        {QTextFormat::PageBreakPolicy, u"PageBreak"_s, wordKind(PageBreakWords)},
     };
     static const QList<Row> character = {
-        {QTextFormat::FontFamilies, u"Font"_qs, Families},
-        {QTextFormat::FontPointSize, u"Size"_qs, Real},
-        {QTextFormat::FontWeight, u"Weight"_qs, Weight},
-        {QTextFormat::FontItalic, u"Italic"_qs, Flag},
-        {QTextFormat::TextUnderlineStyle, u"Underline"_qs, wordKind(UnderlineWords)},
-        {QTextFormat::FontStrikeOut, u"StrikeOut"_qs, Flag},
-        {QTextFormat::FontCapitalization, u"Capitals"_qs, wordKind(CapitalsWords)},
-        {QTextFormat::ForegroundBrush, u"Color"_qs, Color},
-        {QTextFormat::BackgroundBrush, u"Background"_qs, Color},
+        {QTextFormat::FontFamilies, u"Font"_s, Families},
+        {QTextFormat::FontPointSize, u"Size"_s, Real},
+        {QTextFormat::FontWeight, u"Weight"_s, Weight},
+        {QTextFormat::FontItalic, u"Italic"_s, Flag},
+        {QTextFormat::TextUnderlineStyle, u"Underline"_s, wordKind(UnderlineWords)},
+        {QTextFormat::FontStrikeOut, u"StrikeOut"_s, Flag},
+        {QTextFormat::FontCapitalization, u"Capitals"_s, wordKind(CapitalsWords)},
+        {QTextFormat::ForegroundBrush, u"Color"_s, Color},
+        {QTextFormat::BackgroundBrush, u"Background"_s, Color},
     };
     return scope == TVLScriptFormats::BlockScope ? block : character;
 }

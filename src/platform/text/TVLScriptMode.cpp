@@ -11,15 +11,17 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString RootTag = u"ScriptFormat"_qs;
-const QString ElementTag = u"Element"_qs;
-const QString ParagraphTag = u"Paragraph"_qs;
-const QString TextTag = u"Text"_qs;
-const QString VersionAttribute = u"Version"_qs;
-const QString TitleAttribute = u"Title"_qs;
-const QString FileVersion = u"1.0"_qs;
+const QString RootTag = u"ScriptFormat"_s;
+const QString ElementTag = u"Element"_s;
+const QString ParagraphTag = u"Paragraph"_s;
+const QString TextTag = u"Text"_s;
+const QString VersionAttribute = u"Version"_s;
+const QString TitleAttribute = u"Title"_s;
+const QString FileVersion = u"1.0"_s;
 
 // --- The screenplay
 
@@ -70,7 +72,7 @@ TVLScriptElement elementOf(const ElementRow &row)
         block.setProperty(TVLTextFormat::KeepWithNext, true);
 
     QTextCharFormat text;
-    text.setFontFamilies({u"Courier Prime"_qs, u"Courier New"_qs, u"Courier"_qs});
+    text.setFontFamilies({u"Courier Prime"_s, u"Courier New"_s, u"Courier"_s});
     text.setFontPointSize(ScreenplayFontSize);
     if ((row.flags & Capitals) != 0)
         text.setFontCapitalization(QFont::AllUppercase);

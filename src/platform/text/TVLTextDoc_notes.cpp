@@ -11,6 +11,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // --- Brackets around notes
@@ -189,7 +191,7 @@ void TVLTextDoc::embraceInlineNotes(const QTextCharFormat &format, QTextDocument
     if (!document || properties.isEmpty())
         return;
     const TVLMarkOf markOf = [&properties](const QTextFormat &runFormat) {
-        return bearsAll(runFormat, properties) ? u"+"_qs : QString();
+        return bearsAll(runFormat, properties) ? u"+"_s : QString();
     };
     const TVLTextRange scope = scopeOf(document, cursor);
     const int scopeEnd = scope.mLocation + scope.mLength;

@@ -10,6 +10,8 @@
 #include <array>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The marks are found by one scan over the text. Braces and bars are all that can start one:
@@ -99,7 +101,7 @@ void writeParagraph(const QTextBlock &block, TVLTextEdits *edits)
         const int position = block.position() + int(escaped.mStart) + 1 - added;
         while (!fragment.fragment().contains(position))
             ++fragment;
-        edits->insertText(position, u"\\"_qs,
+        edits->insertText(position, u"\\"_s,
                           tvlWithoutNotes(fragment.fragment().charFormat(), Kinds));
     };
     for (const TVLNoteMark &mark : marks) {

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Qt copies rich text by fragments. They leave out the format of the first paragraph now and then,
@@ -83,7 +85,7 @@ QString freePictureName(const QTextDocument *target, const QString &name, const 
         const QVariant present = target->resource(QTextDocument::ImageResource, QUrl(candidate));
         if (!present.isValid() || isSamePicture(present, picture))
             return candidate;
-        candidate = u"%1-%2"_qs.arg(name).arg(number);
+        candidate = u"%1-%2"_s.arg(name).arg(number);
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class RunCollector
@@ -82,7 +84,7 @@ QString tvlCommentMark(const QTextFormat &format)
 TVLMarkOf tvlMarkOfFlag(int property)
 {
     return [property](const QTextFormat &format) {
-        return format.boolProperty(property) ? u"+"_qs : QString();
+        return format.boolProperty(property) ? u"+"_s : QString();
     };
 }
 
