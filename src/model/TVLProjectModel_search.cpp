@@ -109,8 +109,7 @@ void TVLProjectModel::refreshSearchedText(const TVLProjectNode *node,
 
 void TVLProjectModel::invalidateSearchedTexts(const TVLProjectNode *node) const
 {
-    for (const TVL::DocumentType type : SearchedFiles)
-        mSearchIndex->invalidateDocumentNode(node, type);
+    mSearchIndex->invalidateDocuments(node->mId);
 }
 
 void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,

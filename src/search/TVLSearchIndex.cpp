@@ -2,6 +2,7 @@
 
 #include "TVLMatchFunction_p.h"
 #include "TVLSearchSql_p.h"
+#include "TVLSqlStatement_p.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -136,10 +137,8 @@ TVLSearchIndex::~TVLSearchIndex()
 
 void TVLSearchIndex::prepareInserts()
 {
-    mInsertText = std::make_unique<QSqlQuery>(*this);
-    mInsertInt = std::make_unique<QSqlQuery>(*this);
-    if (!mInsertText->prepare(InsertText) || !mInsertInt->prepare(InsertInt))
-        qCritical() << "sql error" << lastError().text();
+    mInsertText = std::make_unique<TVLSqlStatement>(*this, mHandle, InsertText);
+    mInsertInt = std::make_unique<TVLSqlStatement>(*this, mHandle, InsertInt);
 }
 
 bool TVLSearchIndex::createTables()

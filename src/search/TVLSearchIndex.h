@@ -32,6 +32,7 @@ class TVLFiledTexts;
 class TVLNumberedChecksums;
 class TVLProjectNode;
 class TVLSearchedProject;
+class TVLSqlStatement;
 
 /**
  * What a project can be searched by: the texts of its items, which keywords, label and status each
@@ -144,6 +145,8 @@ public:
     /** Notes that the text in a document file may have changed. */
     void invalidateDocumentNode(const TVLProjectNode *node, TVL::DocumentType type);
     void invalidateDocument(int id, TVL::DocumentType type);
+    /** invalidateDocument() for all document files of an item. */
+    void invalidateDocuments(int id);
     /** Confirms a text as it is. */
     void validateProperty(int id, TVL::DocumentProperty property);
 
@@ -276,8 +279,8 @@ private:
     bool mIsModified = false;
     QSet<int> mStoredIds; ///< Of the items in the file.
     bool mIsFileMisleading = false;
-    std::unique_ptr<QSqlQuery> mInsertText; ///< Null until the tables are there.
-    std::unique_ptr<QSqlQuery> mInsertInt; ///< Null until the tables are there.
+    std::unique_ptr<TVLSqlStatement> mInsertText; ///< Null until the tables are there.
+    std::unique_ptr<TVLSqlStatement> mInsertInt; ///< Null until the tables are there.
     bool mHasDocumentInts = false;
     mutable bool mHasDocumentIndexes = false;
     bool mHasConfirmedIndex = false;

@@ -20,6 +20,8 @@ const QString UpdateInt =
     u"UPDATE DocumentIntProperties SET propertyValue = :v WHERE identity = :id AND type = :t"_s;
 const QString UpdateConfirmed =
     u"UPDATE DocumentSearchProperties SET confirmed = :c WHERE identity = :id AND type = :t"_s;
+const QString UnconfirmFiles =
+    u"UPDATE DocumentSearchProperties SET confirmed = 0 WHERE identity = :id AND type IN (2, 3, 4, 9)"_s;
 const QString DeleteTexts = u"DELETE FROM DocumentSearchProperties WHERE identity = :i"_s;
 const QString DeleteInts = u"DELETE FROM DocumentIntProperties WHERE identity = :i"_s;
 const QString SelectConfirmed =
@@ -103,20 +105,21 @@ bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, 
 
 void TVLSearchIndex::insertText(int id, int property, const QString &text, bool confirmed)
 {
-    mInsertText->bindValue(u":i"_s, id);
-    mInsertText->bindValue(u":t"_s, property);
-    mInsertText->bindValue(u":v"_s, textValue(text));
-    mInsertText->bindValue(u":c"_s, confirmed);
-    succeeded(*mInsertText, mInsertText->exec(), __LINE__);
+    const QString stored = storedText(text);
+    mInsertText->bind(0, id);
+    mInsertText->bind(1, property);
+    mInsertText->bind(2, stored);
+    mInsertText->bind(3, int(confirmed));
+    (void)mInsertText->run();
 }
 
 void TVLSearchIndex::insertInt(int id, int property, int value)
 {
     mHasDocumentInts = true;
-    mInsertInt->bindValue(u":i"_s, id);
-    mInsertInt->bindValue(u":t"_s, property);
-    mInsertInt->bindValue(u":v"_s, value);
-    succeeded(*mInsertInt, mInsertInt->exec(), __LINE__);
+    mInsertInt->bind(0, id);
+    mInsertInt->bind(1, property);
+    mInsertInt->bind(2, value);
+    (void)mInsertInt->run();
 }
 
 bool TVLSearchIndex::removeDocument(int id)
@@ -236,6 +239,11 @@ void TVLSearchIndex::invalidateDocumentNode(const TVLProjectNode *node, TVL::Doc
 void TVLSearchIndex::invalidateDocument(int id, TVL::DocumentType type)
 {
     invalidateProperty(id, TVL::toDocumentProperty(type));
+}
+
+void TVLSearchIndex::invalidateDocuments(int id)
+{
+    change(Statement::UnconfirmFiles, {{u":id"_s, id}}, __LINE__);
 }
 
 bool TVLSearchIndex::isConfirmed(int id, TVL::DocumentProperty property, const QString &text) const

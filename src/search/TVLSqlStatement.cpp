@@ -25,7 +25,8 @@ TVLSqlStatement::TVLSqlStatement(const QSqlDatabase &database, sqlite3 *handle,
         sqlite3_prepare_v2(mHandle, text.constData(), int(text.size()), &mStatement, nullptr)
         != SQLITE_OK;
     if (mHasFailed)
-        qCritical() << "sql error" << statement << sqlite3_errmsg(mHandle) << __LINE__;
+        qCritical() << "sql error" << statement << QString::fromUtf8(sqlite3_errmsg(mHandle))
+                    << __LINE__;
 }
 
 TVLSqlStatement::TVLSqlStatement(TVLSqlStatement &&other) noexcept
@@ -76,8 +77,8 @@ bool TVLSqlStatement::next()
     const int result = sqlite3_step(mStatement);
     mHasFailed = result != SQLITE_ROW && result != SQLITE_DONE;
     if (mHasFailed)
-        qCritical() << "sql error" << sqlite3_sql(mStatement) << sqlite3_errmsg(mHandle)
-                    << __LINE__;
+        qCritical() << "sql error" << QString::fromUtf8(sqlite3_sql(mStatement))
+                    << QString::fromUtf8(sqlite3_errmsg(mHandle)) << __LINE__;
     if (result != SQLITE_ROW)
         reset();
     return result == SQLITE_ROW;

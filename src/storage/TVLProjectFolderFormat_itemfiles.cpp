@@ -31,7 +31,7 @@ QStringList fileNames(const QString &path, int id, const TVLNumberedFiles &files
     QStringList names = files.fileNames(id);
     const QStringList textFiles = Format::nodeFilePaths(path, id, QString());
     for (const QString &filePath : textFiles) {
-        const QString name = QFileInfo(filePath).fileName();
+        const QString name = filePath.sliced(filePath.lastIndexOf(u'/') + 1);
         if (!names.contains(name))
             names.append(name);
     }
@@ -49,12 +49,32 @@ QString nameInOwnFolder(const QString &fileName)
 }
 
 /** Copies a file to where none is. The copy can be written to, whatever the source was. */
-bool copyAsWritable(const QString &source, const QString &target)
+bool copyAsWritable(const QFileInfo &source, const QString &target)
 {
-    return QFile::copy(source, target)
-        && QFile::setPermissions(target,
+    if (!QFile::copy(source.filePath(), target))
+        return false;
+    // The copy has the rights of its source, but is ours.
+    return source.permission(QFileDevice::WriteOwner)
+        || QFile::setPermissions(target,
                                  QFile::permissions(target) | QFileDevice::WriteOwner
                                      | QFileDevice::WriteUser);
+}
+
+/** Has those files of a folder copied that are there; false, too, if one can't be seen. */
+template <typename Copy>
+bool copyThoseThere(const QDir &folder, const QStringList &names, Copy copy)
+{
+    bool areCopied = true;
+    QString absent;
+    for (const QString &name : names) {
+        const QString path = folder.filePath(name);
+        if (!tvlIsThere(path))
+            absent = path;
+        else if (!copy(path, name))
+            areCopied = false;
+    }
+    // A folder hides all of its files or none.
+    return areCopied && tvlIsMissing(absent);
 }
 
 /** Makes a folder, or takes out all that is in it. */
@@ -71,12 +91,17 @@ bool ensureEmptyFolder(const QString &path)
 
 bool TVLProjectFolderFormat::replaceFile(const QString &source, const QString &target)
 {
-    // Making room for the copy must not take what is to be copied.
-    if (TVLCoreUtil::IsSameOrInside(target, source))
-        return QFileInfo(source).isFile();
-    if (!QFileInfo(source).isFile() || !TVLCoreUtil::IsReadable(source, nullptr))
+    const QFileInfo sourceFile(source);
+    if (!sourceFile.isFile())
         return false;
-    return TVLCoreUtil::DeleteFile(target) && copyAsWritable(source, target);
+    if (tvlIsThere(target)) {
+        // Making room for the copy must not take what is to be copied.
+        if (TVLCoreUtil::IsSameOrInside(target, source))
+            return true;
+        if (!TVLCoreUtil::IsReadable(source, nullptr) || !TVLCoreUtil::DeleteFile(target))
+            return false;
+    }
+    return copyAsWritable(sourceFile, target);
 }
 
 // --- Into the project
@@ -88,7 +113,7 @@ bool TVLProjectFolderFormat::importProjectFile(const QString &path, const QFileI
     bool ok = false;
     docsDirectory(path, &ok);
     return ok && source.isFile()
-        && copyAsWritable(source.absoluteFilePath(), numberedFilePath(path, id, source.suffix()));
+        && copyAsWritable(source, numberedFilePath(path, id, source.suffix()));
 }
 
 bool TVLProjectFolderFormat::copyFile(const QString &path, int id, const QString &extension,
@@ -166,13 +191,12 @@ bool TVLProjectFolderFormat::cloneProjectFiles(const QString &sourcePath, int so
     const QDir source(filesDocsPath(sourceProject));
     const qsizetype idLength = QString::number(sourceId).size();
     const QStringList names = fileNames(sourceProject, sourceId, sourceFiles);
-    for (const QString &name : names) {
-        const QString targetName = QString::number(targetId) + name.sliced(idLength);
-        // What can't be seen isn't copied either, and that is a failure.
-        if (!tvlIsMissing(source.filePath(name)))
-            ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
-    }
-    return cloneSnapshots(sourcePath, sourceId, targetPath, targetId) && ok;
+    const bool areCopied =
+        copyThoseThere(source, names, [&](const QString &file, const QString &name) {
+            return replaceFile(file,
+                               target.filePath(QString::number(targetId) + name.sliced(idLength)));
+        });
+    return cloneSnapshots(sourcePath, sourceId, targetPath, targetId) && areCopied;
 }
 
 bool TVLProjectFolderFormat::cloneDesktopV18(const QString &path, int sourceId, int targetId)
@@ -244,12 +268,10 @@ bool TVLProjectFolderFormat::copyDesktopV18ToPath(const QString &path, int id,
     const QString projectPath = calcEnclosingPath(path);
     const QDir source(filesDocsPath(projectPath));
     const QStringList names = fileNames(projectPath, id, TVLNumberedFiles(projectPath));
-    for (const QString &name : names) {
+    return copyThoseThere(source, names, [&](const QString &file, const QString &name) {
         const QString targetName = nameInOwnFolder(name);
-        if (!targetName.isEmpty() && !tvlIsMissing(source.filePath(name)))
-            ok = replaceFile(source.filePath(name), target.filePath(targetName)) && ok;
-    }
-    return ok;
+        return targetName.isEmpty() || replaceFile(file, target.filePath(targetName));
+    });
 }
 
 bool TVLProjectFolderFormat::copyDesktopV18ToDesktopV23(const QString &path, int id,

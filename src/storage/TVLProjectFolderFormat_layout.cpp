@@ -200,9 +200,13 @@ QDir TVLProjectFolderFormat::iconsDirectory(const QString &path, bool *ok)
 
 QDir TVLProjectFolderFormat::docsDirectory(const QString &path, bool *ok)
 {
-    bool filesOk = false;
-    QDir directory = filesDirectory(path, &filesOk);
-    setOk(ok, filesOk && enterSubdirectory(&directory, u"Docs"_s));
+    QDir directory = enclosingDirectory(path);
+    bool isThere = directory.cd(u"Files/Docs"_s); // As a rule, and asked for very often.
+    if (!isThere) {
+        directory = filesDirectory(path, &isThere);
+        isThere = isThere && enterSubdirectory(&directory, u"Docs"_s);
+    }
+    setOk(ok, isThere);
     return directory;
 }
 

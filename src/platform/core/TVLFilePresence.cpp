@@ -5,7 +5,7 @@
 bool tvlIsThere(const QString &path)
 {
     const QFileInfo info(path);
-    return info.exists() || info.isSymbolicLink();
+    return info.isSymbolicLink() || info.exists(); // In this order one look answers both.
 }
 
 bool tvlIsMissing(const QString &path)
