@@ -2,6 +2,7 @@
 
 #include "TVLRtfScript_p.h"
 #include "TVLTextFormat.h"
+#include "TVLTextPicture_p.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -501,20 +502,9 @@ void TVLRtfComposer::closeGroup(OpenGroup *group)
 QByteArray TVLRtfComposer::pictureBytes(const QString &name) const
 {
     const QVariant resource = mDocument->resource(QTextDocument::ImageResource, QUrl(name));
-    const bool isBytes = resource.userType() == QMetaType::QByteArray;
-    if (isBytes && !mOptions.mExporting)
+    if (resource.userType() == QMetaType::QByteArray && !mOptions.mExporting)
         return resource.toByteArray();
-    const QByteArray bytes = resource.toByteArray();
-    if (isBytes && (bytes.startsWith("\x89PNG") || bytes.startsWith("\xff\xd8\xff")))
-        return bytes;
-    // Other programs know PNG; and an image in memory has no bytes of its own.
-    const QImage image = isBytes ? QImage::fromData(bytes) : resource.value<QImage>();
-    if (image.isNull())
-        return bytes;
-    QByteArray png;
-    QBuffer buffer(&png);
-    image.save(&buffer, "PNG");
-    return png;
+    return tvlPortablePicture(mDocument, name);
 }
 
 void TVLRtfComposer::picture(const QTextCharFormat &format)
@@ -531,9 +521,7 @@ void TVLRtfComposer::picture(const QTextCharFormat &format)
     if (!kind.isEmpty()) {
         mBody.append(kind.toLatin1());
     } else if (!bytes.isEmpty()) {
-        mBody.append(bytes.startsWith("\x89PNG")            ? "\\pngblip"
-                         : bytes.startsWith("\xff\xd8\xff") ? "\\jpegblip"
-                                                            : "\\tvlblip");
+        mBody.append(tvlIsPng(bytes) ? "\\pngblip" : tvlIsJpeg(bytes) ? "\\jpegblip" : "\\tvlblip");
         QBuffer buffer(&bytes);
         const QSize size = mOptions.mExporting ? QImageReader(&buffer).size() : QSize();
         if (size.isValid()) {
