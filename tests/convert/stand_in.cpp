@@ -55,6 +55,26 @@ void startHangingChild(bool hasOwnSession)
     (void)!read(ready[0], &byte, 1);
 }
 
+/** The argument behind a switch. */
+std::string argumentOf(const char *name, int argc, char **argv)
+{
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (std::strcmp(argv[i], name) == 0)
+            return argv[i + 1];
+    }
+    return {};
+}
+
+/** Writes where an office writes, or pandoc, to which its arguments tell it. */
+void writeResult(int argc, char **argv)
+{
+    const std::string filter = argumentOf("--convert-to", argc, argv);
+    const std::string path = filter.empty()
+        ? argumentOf("-o", argc, argv)
+        : argumentOf("--outdir", argc, argv) + "/source." + filter.substr(0, filter.find(':'));
+    std::ofstream(path) << "converted";
+}
+
 int act(const std::string &mode, int argc, char **argv)
 {
     if (mode == "record" || mode == "leave") {
@@ -64,11 +84,21 @@ int act(const std::string &mode, int argc, char **argv)
         std::ofstream(argv[argc - 1]) << "converted";
         return 0;
     }
+    if (mode == "convert") {
+        recordCall(argc, argv);
+        writeResult(argc, argv);
+        return 0;
+    }
     if (mode == "hang") {
         record(std::to_string(getpid()));
         startHangingChild(false);
         startHangingChild(true);
         std::ofstream(argv[argc - 1]) << "half";
+        hang();
+    }
+    if (mode == "ignore") {
+        std::signal(SIGTERM, SIG_IGN);
+        startHangingChild(true);
         hang();
     }
     if (mode == "mute") {

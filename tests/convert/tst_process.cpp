@@ -52,6 +52,7 @@ private Q_SLOTS:
     void aProgramThatDiesHasCrashed();
     void aProgramThatHangsIsKilledWithItsChildren();
     void aMuteProgramThatHangsIsKilled();
+    void aProgramThatIgnoresTerminationIsKilled();
     void endlessOutputIsCutOffAndKilled();
     void cancellingKills();
     void whatAProgramLeavesBehindIsKilled();
@@ -170,6 +171,14 @@ void TstProcess::aProgramThatHangsIsKilledWithItsChildren()
 void TstProcess::aMuteProgramThatHangsIsKilled()
 {
     QCOMPARE(runStandIn({u"mute"_s}, ShortLimit).error, QProcess::Timedout);
+}
+
+void TstProcess::aProgramThatIgnoresTerminationIsKilled()
+{
+    const StandInRecord record;
+    QCOMPARE(runStandIn({u"ignore"_s}, ShortLimit).error, QProcess::Timedout);
+    QCOMPARE(record.lines().size(), 1);
+    QTRY_COMPARE(record.livingProcesses(), QStringList());
 }
 
 void TstProcess::endlessOutputIsCutOffAndKilled()

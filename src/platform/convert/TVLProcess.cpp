@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int StepMilliseconds = 100;
+constexpr int GraceMilliseconds = 2000;
 
 /** A process that is being waited for. */
 class RunningProcess
@@ -28,6 +29,7 @@ public:
 
 private:
     void waitForEnd();
+    void end();
     void takeOutput();
     [[nodiscard]] bool isToBeKilled();
 
@@ -54,11 +56,12 @@ TVLProcess::Result RunningProcess::run(const QString &program, const QStringList
     }
     mTree.setRoot(mProcess.processId());
     waitForEnd();
-    mResult.exitStatus = mProcess.exitStatus();
-    if (mResult.exitStatus == QProcess::NormalExit)
+    if (!mIsOverTime && !mResult.isCanceled && mProcess.exitStatus() == QProcess::NormalExit) {
+        mResult.exitStatus = QProcess::NormalExit;
         mResult.exitCode = mProcess.exitCode();
-    else
+    } else {
         mResult.error = mIsOverTime ? QProcess::Timedout : QProcess::Crashed;
+    }
     return mResult;
 }
 
@@ -67,9 +70,7 @@ void RunningProcess::waitForEnd()
     mSinceStep.start();
     while (mProcess.state() != QProcess::NotRunning) {
         if (isToBeKilled()) {
-            mTree.killAll();
-            mProcess.kill();
-            mProcess.waitForFinished(-1);
+            end();
             break;
         }
         mProcess.waitForReadyRead(StepMilliseconds);
@@ -81,6 +82,22 @@ void RunningProcess::waitForEnd()
         mTree.killGroup();
     else
         mTree.killAll();
+}
+
+/** Gives the program a moment to clear away what it has made, and then kills it. */
+void RunningProcess::end()
+{
+    mProcess.terminate();
+    const QDeadlineTimer grace(GraceMilliseconds);
+    while (mProcess.state() != QProcess::NotRunning && !grace.hasExpired()) {
+        mProcess.waitForReadyRead(StepMilliseconds);
+        takeOutput();
+    }
+    mTree.killAll();
+    if (mProcess.state() != QProcess::NotRunning) {
+        mProcess.kill();
+        mProcess.waitForFinished(-1);
+    }
 }
 
 void RunningProcess::takeOutput()

@@ -12,9 +12,10 @@ class TVLProgress;
 
 /**
  * Runs a program to its end and waits for that. No shell is in between, the program's standard
- * input is empty, and neither it nor a program that it has started lives longer than the call: what
- * is still there at the time limit, on cancelling, or when the program has ended, is killed. If the
- * caller's own process dies, the program is told to terminate, on Linux.
+ * input is empty, and neither it nor a program that it has started lives longer than the call: at
+ * the time limit and on cancelling it is told to terminate, and a moment later all is killed; so is
+ * what it leaves behind when it ends by itself. If the caller's own process dies, the program is
+ * told to terminate, on Linux.
  */
 class TVL_EXPORT TVLProcess
 {
