@@ -367,6 +367,9 @@ void TstFormats::withoutConvertersThereAreFewerFormats()
     const TVLImportExportConfig officeOnly({.hasOffice = true});
     QCOMPARE(officeOnly.importEngine(TVLFormat::Html), OfficeEngine);
     QVERIFY(!officeOnly.importFormats().contains(TVLFormat::Markdown));
+    const TVLImportExportConfig markupOnly({.hasMarkup = true});
+    QVERIFY(markupOnly.importFormats().contains(TVLFormat::Markdown));
+    QVERIFY(!markupOnly.exportFormats().contains(TVLFormat::Markdown));
 }
 
 void TstFormats::anEngineIsFoundForAPair_data()

@@ -189,9 +189,10 @@ void TstOutsideTools::theDocumentConverterIsCalled()
         const QStringList lines = lineOf(transform);
         const QString place = lines.value(0);
         QVERIFY(place.startsWith(TVLCoreUtil::GetTavelinorTempPath() + u'/'));
-        QCOMPARE(lines,
-                 QStringList({place, u"-engine"_s, QString::number(engine), u"-work"_s, place,
-                              mSource, place + u'/' + resultName}));
+        QCOMPARE(
+            lines,
+            QStringList({place, u"-engine"_s, QString::number(engine), u"-title"_s, u"The target"_s,
+                         u"-work"_s, place, mSource, place + u'/' + resultName}));
         QCOMPARE(readFile(mTarget), "converted");
     }
 }

@@ -169,8 +169,10 @@ TTextTransform::Error TTextTransform::transformFileViaTools(const QString &sourc
     const QString result = QDir::toNativeSeparators(
         workPlace.filePath(u"result."_s + TVLFormat::extension(targetFormat)));
     const QString input = QDir::toNativeSeparators(QFileInfo(source).absoluteFilePath());
-    const QStringList arguments = {u"-engine"_s, QString::number(engine), u"-work"_s, folder, input,
-                                   result};
+    const QStringList arguments = {u"-engine"_s, QString::number(engine),
+                                   u"-title"_s,  QFileInfo(target).completeBaseName(),
+                                   u"-work"_s,   folder,
+                                   input,        result};
     const Error code = transformProcess(doc2AnyPath(), arguments, folder, error, showProgress);
     return code == NoError ? take(result, target, error) : code;
 }

@@ -69,32 +69,34 @@ TVLImportExportConfig::Converters TVLImportExportConfig::installedConverters()
             .hasMarkup = hasConverter && !TVLConverters::markupPath().isEmpty()};
 }
 
-Engine TVLImportExportConfig::served(Engine engine, Engine plainer) const
+bool TVLImportExportConfig::isInstalled(Engine engine) const
 {
-    const auto isServed = [this](Engine asked) {
-        switch (asked) {
-        case OfficeEngine:
-        case PlainOfficeEngine:
-            return mConverters.hasOffice;
-        case MarkupEngine:
-            return mConverters.hasMarkup;
-        default:
-            return true;
-        }
-    };
-    if (isServed(engine))
-        return engine;
-    return isServed(plainer) ? plainer : NoEngine;
+    switch (engine) {
+    case OfficeEngine:
+    case PlainOfficeEngine:
+        return mConverters.hasOffice;
+    case MarkupEngine:
+        return mConverters.hasMarkup;
+    default:
+        return true;
+    }
 }
 
 Engine TVLImportExportConfig::importEngine(Format format) const
 {
-    return served(TVLFormat::tableImportEngine(format), plainerImportEngine(format));
+    const Engine engine = TVLFormat::tableImportEngine(format);
+    if (isInstalled(engine))
+        return engine;
+    const Engine plainer = plainerImportEngine(format);
+    return isInstalled(plainer) ? plainer : NoEngine;
 }
 
 Engine TVLImportExportConfig::exportEngine(Format format) const
 {
-    return served(TVLFormat::tableExportEngine(format), plainerExportEngine(format));
+    const Engine engine = TVLFormat::tableExportEngine(format);
+    // pandoc is given what an office has made of rich text.
+    const bool isServed = isInstalled(engine) && (engine != MarkupEngine || mConverters.hasOffice);
+    return isServed ? engine : plainerExportEngine(format);
 }
 
 Engine TVLImportExportConfig::findEngine(Format from, Format to) const

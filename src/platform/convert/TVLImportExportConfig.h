@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool kindleGenExists() const;
 
 private:
-    [[nodiscard]] Engine served(Engine engine, Engine plainer) const;
+    [[nodiscard]] bool isInstalled(Engine engine) const;
 
     Converters mConverters;
     QSet<Format> mImportFormats;
