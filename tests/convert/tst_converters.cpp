@@ -404,8 +404,8 @@ void TstConverters::theMultiMarkdownConverterCallsPandoc()
     const QString place = record.lines().value(0);
     QCOMPARE(record.lines(),
              QStringList({place, u"--sandbox"_s, u"-f"_s, reader, u"-t"_s, writer,
-                          u"--standalone"_s, u"--metadata=pagetitle:My book"_s, u"-o"_s,
-                          place + u"/result.xml"_s, source}));
+                          u"--standalone"_s, u"--wrap=none"_s, u"--metadata=pagetitle:My book"_s,
+                          u"-o"_s, place + u"/result.xml"_s, source}));
     QCOMPARE(contentOf(path(u"My book."_s + target)), "converted");
     QCOMPARE(names().size(), 2);
 }

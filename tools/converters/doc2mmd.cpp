@@ -24,10 +24,14 @@ namespace {
 QStringList pandocArguments(const MmdCommandLine &line, const QString &headerPath,
                             const QString &result)
 {
-    QStringList arguments = {
-        u"-f"_s,           line.reader,
-        u"-t"_s,           line.writer,
-        u"--standalone"_s, u"--metadata=pagetitle:"_s + QFileInfo(line.target).completeBaseName()};
+    QStringList arguments = {u"-f"_s,
+                             line.reader,
+                             u"-t"_s,
+                             line.writer,
+                             u"--standalone"_s,
+                             u"--wrap=none"_s,
+                             u"--metadata=pagetitle:"_s
+                                 + QFileInfo(line.target).completeBaseName()};
     if (!headerPath.isEmpty())
         arguments += {u"-H"_s, headerPath};
     return arguments += {u"-o"_s, result, line.source};
