@@ -1,5 +1,7 @@
 #include "TVLRtfParser_p.h"
 
+#include "TVLRtfCheck_p.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -8,8 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/** Far above what any program writes, far below what would exhaust memory. */
-constexpr size_t MaximumDepth = 10'000;
 /** More characters than this don't stand in for one. */
 constexpr int MaximumUnicodeSkip = 64;
 
@@ -74,10 +74,7 @@ QString TVLRtfParser::parse()
 
 bool TVLRtfParser::hasTextBehindItsEnd()
 {
-    // A needless brace or the mark that ends a file of DOS has no words.
-    constexpr QByteArrayView NoText(" \t\r\n\0{}\x1a", 8);
-    const QByteArrayView rest = mTokenizer.rest();
-    return std::any_of(rest.begin(), rest.end(), [NoText](char c) { return !NoText.contains(c); });
+    return TVLRtfCheck::hasWords(mTokenizer.rest());
 }
 
 /** What stands behind the brace that ends the text is read as well as it can be. */
@@ -150,7 +147,7 @@ void TVLRtfParser::openGroup()
     flushPending();
     mToSkip = 0;
     mIgnorable = false;
-    if (mGroups.size() >= MaximumDepth) {
+    if (mGroups.size() >= TVLRtfCheck::MaximumDepth) {
         mTooDeep = true;
         mDeepDestinations.push_back(mGroup.mDestination);
         return;

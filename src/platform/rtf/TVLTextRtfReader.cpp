@@ -1,5 +1,6 @@
 #include "TVLTextRtfReader.h"
 
+#include "TVLRtfCheck_p.h"
 #include "TVLRtfParser_p.h"
 
 #include <QIODevice>
@@ -25,15 +26,9 @@ bool TVLTextRtfReader::read(const QByteArray &rtf)
 {
     const bool undoEnabled = mDocument->isUndoRedoEnabled();
     mDocument->setUndoRedoEnabled(false);
-    constexpr QByteArrayView ByteOrderMark = "\xef\xbb\xbf";
-    QByteArrayView input = rtf;
-    if (input.startsWith(ByteOrderMark))
-        input = input.sliced(ByteOrderMark.size());
-    while (!input.isEmpty() && QByteArrayView(" \t\r\n").contains(input.front()))
-        input = input.sliced(1);
     QString title;
     {
-        TVLRtfParser parser(input, mDocument);
+        TVLRtfParser parser(TVLRtfCheck::beginOf(rtf), mDocument);
         mErrorString = parser.parse();
         title = parser.title();
     }
