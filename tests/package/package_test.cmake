@@ -16,6 +16,17 @@ run(${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${WORK_DIR}/build" -G Ninja
 run(${CMAKE_COMMAND} --build "${WORK_DIR}/build")
 run("${WORK_DIR}/build/outside" "${WORK_DIR}/Through CMake.tavel")
 
+# The programs that the library starts lie beside the tool.
+if(EXISTS "${prefix}/bin/tavel")
+    foreach(program IN ITEMS rtfi tavel-doc2any tavel-doc2mmd)
+        # Each says how it is used, and so has found the library.
+        execute_process(COMMAND "${prefix}/bin/${program}" ERROR_VARIABLE words)
+        if(NOT words MATCHES "usage: ${program}")
+            message(FATAL_ERROR "${program} doesn't run: ${words}")
+        endif()
+    endforeach()
+endif()
+
 # Through pkg-config.
 find_program(pkg_config pkg-config REQUIRED)
 set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
