@@ -3,9 +3,15 @@
 
 #include "TTextTransform.h"
 #include "TVLConverters.h"
+#include "TVLFileKinds.h"
 #include "TVLFormat.h"
+#include "TVLGuiUtil.h"
 #include "TVLImportExportConfig.h"
 #include "TVLProcess.h"
+#include "TVLTextFiles.h"
+#include "TvlMedia.h"
+
+#include <QTextDocument>
 
 /** What a program can call of formats, converters and outside programs. */
 class TstConvertInterface : public QObject
@@ -17,6 +23,7 @@ private Q_SLOTS:
     void configuration();
     void transforms();
     void processes();
+    void filesToItems();
 };
 
 void TstConvertInterface::formats()
@@ -88,6 +95,20 @@ void TstConvertInterface::processes()
         gives<QString>(TVLProcess::quoted(text));
         gives<QString>(TVLProcess::toString(result.exitStatus));
         gives<QString>(TVLProcess::toString(result.error));
+    });
+}
+
+void TstConvertInterface::filesToItems()
+{
+    areCallable([](const QString &text, QString *error) {
+        gives<TVL::NodeType>(TVLFileKinds::suffixToNodeType(text));
+        gives<TVLFileKinds::Reader>(TVLFileKinds::textReader(text));
+        gives<bool>(TVLFileKinds::isOutline(text));
+        gives<bool>(TVLFileKinds::becomesText(text, true, false));
+        gives<std::unique_ptr<QTextDocument>>(tvlReadPlainTextFile(text, error));
+        gives<std::unique_ptr<QTextDocument>>(tvlReadRichTextFile(text, error));
+        gives<QStringList>(TvlMedia::displayMediaFormats());
+        gives<QStringList>(TVLGuiUtil::readWriteImageFormats());
     });
 }
 

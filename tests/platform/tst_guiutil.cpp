@@ -38,6 +38,7 @@ private Q_SLOTS:
     void aMoveIsAllowedWhereItChangesSomething();
     void otherActionsThanMovesAreAllowedAnywhere();
     void nothingThatIsNoIndexMayBeMoved();
+    void imagesThatAreWrittenAreReadToo();
 
 private:
     [[nodiscard]] QString path(const QString &name) const
@@ -301,6 +302,16 @@ void TstGuiUtil::nothingThatIsNoIndexMayBeMoved()
 {
     for (const Qt::DropAction action : {Qt::CopyAction, Qt::MoveAction})
         QVERIFY(!TVLGuiUtil::allowMove(QModelIndex(), QModelIndex(), QModelIndex(), 0, action));
+}
+
+void TstGuiUtil::imagesThatAreWrittenAreReadToo()
+{
+    const QStringList both = TVLGuiUtil::readWriteImageFormats();
+    QVERIFY(both.contains(u"png"_s) && both.contains(u"jpg"_s));
+    // What Qt only reads.
+    QVERIFY(TVLGuiUtil::readImageFormats().contains(u"gif"_s) && !both.contains(u"gif"_s));
+    for (const QString &extension : both)
+        QVERIFY(TVLGuiUtil::readImageFormats().contains(extension));
 }
 
 TVL_TEST(TstGuiUtil)

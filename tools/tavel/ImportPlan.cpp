@@ -3,6 +3,7 @@
 #include "NaturalOrder.h"
 
 #include "TVLCoreUtil.h"
+#include "TVLFileKinds.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -13,26 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct SuffixRow
-{
-    QStringView suffix;
-    ImportKind kind;
-};
-
-constexpr SuffixRow SuffixRows[] = {
-    {u"txt", ImportKind::PlainText},
-    {u"rtf", ImportKind::RichText},
-};
-
 /** What a file is by its name. */
 std::optional<ImportKind> kindOf(const QFileInfo &info)
 {
     if (info.isDir())
         return ImportKind::Folder;
-    for (const SuffixRow &row : SuffixRows) {
-        if (info.suffix().compare(row.suffix, Qt::CaseInsensitive) == 0)
-            return row.kind;
-    }
+    if (TVLFileKinds::textReader(info.suffix()))
+        return ImportKind::Text;
     return std::nullopt;
 }
 

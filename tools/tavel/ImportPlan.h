@@ -9,8 +9,7 @@
 /** What becomes of a file or a folder on disk. */
 enum class ImportKind {
     Folder, ///< A folder item.
-    PlainText,
-    RichText,
+    Text, ///< A text item, read as its row in TVLFileKinds says.
 };
 
 /** A file or a folder that is to be imported. */

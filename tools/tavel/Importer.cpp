@@ -1,9 +1,8 @@
 #include "Importer.h"
 
-#include "TextFile.h"
-
 #include "TTextDoc.h"
 #include "TVLDoors.h"
+#include "TVLFileKinds.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
 #include "TVLProjectNode.h"
@@ -88,8 +87,7 @@ void Importer::importFolder(const ImportEntry &entry)
 
 bool Importer::importText(const ImportEntry &entry, QString *error)
 {
-    auto document = entry.kind == ImportKind::PlainText ? readPlainTextFile(entry.path, error)
-                                                        : readRichTextFile(entry.path, error);
+    auto document = TVLFileKinds::textReader(QFileInfo(entry.path).suffix())(entry.path, error);
     if (!document)
         return false;
     QList<TVLProjectNode *> nodes;

@@ -3,11 +3,11 @@
 
 #include "Console.h"
 #include "SnapshotFinder.h"
-#include "TextFile.h"
 
 #include "TVLCoreUtil.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLSnapshotInfo.h"
+#include "TVLTextFiles.h"
 
 #include <QFileInfo>
 #include <QTextDocument>
@@ -101,7 +101,7 @@ void ProjectCheck::checkSnapshot(const QDir &folder, const TVLSnapshotInfo &snap
         return;
     }
     QString error = u"it is no file"_s;
-    if (!QFileInfo(path).isFile() || !readRichTextFile(path, &error))
+    if (!QFileInfo(path).isFile() || !tvlReadRichTextFile(path, &error))
         add(u"unreadableSnapshot"_s, relative(path),
             u"%1 can't be read: %2"_s.arg(what, oneLine(error)));
 }

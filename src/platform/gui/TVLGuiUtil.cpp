@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QImageWriter>
 
 namespace {
 
@@ -30,6 +31,14 @@ bool canWriteFile(const QString &path)
 {
     const QFileInfo info = freshInfo(path);
     return info.exists() ? info.isFile() && info.isWritable() : canWriteFolder(info.absolutePath());
+}
+
+QStringList extensionsOfImages(const QList<QByteArray> &formats)
+{
+    QStringList extensions;
+    for (const QByteArray &format : formats)
+        extensions.append(QString::fromLatin1(format).toLower());
+    return extensions;
 }
 
 } // namespace
@@ -80,12 +89,18 @@ bool TVLGuiUtil::allowMove(const QModelIndex &source, const QModelIndex &sourceP
 
 QStringList TVLGuiUtil::readImageFormats()
 {
+    static const QStringList extensions = extensionsOfImages(QImageReader::supportedImageFormats());
+    return extensions;
+}
+
+QStringList TVLGuiUtil::readWriteImageFormats()
+{
     static const QStringList extensions = [] {
-        QStringList formats;
-        const QList<QByteArray> supported = QImageReader::supportedImageFormats();
-        for (const QByteArray &format : supported)
-            formats.append(QString::fromLatin1(format).toLower());
-        return formats;
+        QStringList both = readImageFormats();
+        const QStringList written = extensionsOfImages(QImageWriter::supportedImageFormats());
+        both.removeIf(
+            [&written](const QString &extension) { return !written.contains(extension); });
+        return both;
     }();
     return extensions;
 }

@@ -38,6 +38,9 @@ public:
     /** The extensions, in lower case and without a dot, of the images that can be read here. */
     [[nodiscard]] static QStringList readImageFormats();
 
+    /** Of these extensions, those of images that can be written here as well. */
+    [[nodiscard]] static QStringList readWriteImageFormats();
+
     /**
      * Whether an index may be dropped before a row of a parent, behind the last for a negative row:
      * a move must not end up where the index is, on it or below it. Other actions leave the index

@@ -1,4 +1,4 @@
-#include "TextFile.h"
+#include "TVLTextFiles.h"
 
 #include "TVLTextDoc.h"
 #include "TVLTextRtfReader.h"
@@ -64,7 +64,7 @@ void unifyLineEnds(QString *text)
 
 } // namespace
 
-std::unique_ptr<QTextDocument> readPlainTextFile(const QString &path, QString *error)
+std::unique_ptr<QTextDocument> tvlReadPlainTextFile(const QString &path, QString *error)
 {
     const std::optional<QByteArray> bytes = readBytes(path, error);
     if (!bytes)
@@ -80,7 +80,7 @@ std::unique_ptr<QTextDocument> readPlainTextFile(const QString &path, QString *e
     return document;
 }
 
-std::unique_ptr<QTextDocument> readRichTextFile(const QString &path, QString *error)
+std::unique_ptr<QTextDocument> tvlReadRichTextFile(const QString &path, QString *error)
 {
     const std::optional<QByteArray> bytes = readBytes(path, error);
     if (!bytes)
