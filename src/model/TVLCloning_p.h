@@ -2,18 +2,18 @@
 
 #include "TVLHeldItem_p.h"
 #include "TVLNumberedFiles_p.h"
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include <functional>
 
 /** The project that is copied from, and what lies in its folder of numbered files. */
-struct TVLProjectModel::CloneSource
+struct TVLProjectModelPrivate::CloneSource
 {
     const TVLProjectModel *model;
     TVLNumberedFiles files;
 };
 
-struct TVLProjectModel::CloneOptions
+struct TVLProjectModelPrivate::CloneOptions
 {
     bool recursive;
     bool checkRules;
@@ -22,7 +22,7 @@ struct TVLProjectModel::CloneOptions
 };
 
 /** What an item has by ids of its project, by those that another project knows the same by. */
-struct TVLProjectModel::AdoptedIds
+struct TVLProjectModelPrivate::AdoptedIds
 {
     QList<int> keywords;
     int labelId;
@@ -30,7 +30,7 @@ struct TVLProjectModel::AdoptedIds
 };
 
 /** How a new item differs from what it is a copy of. */
-struct TVLProjectModel::NewCopies
+struct TVLProjectModelPrivate::NewCopies
 {
     int count = 1;
     QUuid uuid;
@@ -38,14 +38,14 @@ struct TVLProjectModel::NewCopies
     std::function<void(TVLProjectNode *)> finish; ///< Comes behind the copy; or none.
 };
 
-struct TVLProjectModel::Copies
+struct TVLProjectModelPrivate::Copies
 {
     QList<TVLHeldItem> items; ///< None when the source or its place has gone.
     bool areComplete = false;
 };
 
 /** An item below one that is copied. */
-struct TVLProjectModel::Descendant
+struct TVLProjectModelPrivate::Descendant
 {
     TVLHeldItem item;
     qsizetype parent; ///< The position of its parent in the list; -1 for that which is copied.

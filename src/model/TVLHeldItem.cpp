@@ -1,6 +1,6 @@
 #include "TVLHeldItem_p.h"
 
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 #include "TVLProjectNode.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ TVLHeldItem::TVLHeldItem(const TVLProjectModel *model, const TVLProjectNode *nod
     mUuid = node->mUuid;
     if (node == model->binderRoot()) {
         mBy = By::BeingRoot;
-    } else if (model->mUuidMap.value(mUuid) == node) {
+    } else if (model->d->mUuidMap.value(mUuid) == node) {
         mBy = By::Uuid;
     } else {
         // A damaged binder may have a uuid twice.
@@ -51,7 +51,7 @@ TVLProjectNode *TVLHeldItem::node() const
     case By::BeingRoot:
         return mModel->binderRoot();
     case By::Uuid:
-        return mModel->mUuidMap.value(mUuid);
+        return mModel->d->mUuidMap.value(mUuid);
     case By::Index:
         return mIndex.isValid() ? mModel->projectNode(mIndex) : nullptr;
     }

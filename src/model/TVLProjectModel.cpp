@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
@@ -18,115 +18,79 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <functional>
-#include <limits>
-#include <utility>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr int LargestId = std::numeric_limits<int>::max();
-
-/** The smallest id of 0 or more that isn't used. Needed only where a damaged binder used up the
- * top. */
-int firstGap(const QSet<int> &used)
-{
-    int id = 0;
-    while (used.contains(id))
-        ++id;
-    return id;
-}
-
-/** Hands out ids that aren't among those in use: upwards from the largest, then from the gaps. */
-class FreeIds
-{
-public:
-    /** @p isTaken may be true of more ids than those. */
-    FreeIds(const QList<int> &used, const std::function<bool(int)> &isTaken)
-        : mUsed(used.begin(), used.end())
-        , mIsTaken(isTaken)
-        , mNext(TVLProjectModel::findNextFreeId(used))
-    {
-    }
-
-    int take()
-    {
-        while (mUsed.contains(mNext) || mIsTaken(mNext))
-            mNext = mNext < LargestId ? mNext + 1 : 0;
-        mUsed.insert(mNext);
-        return mNext;
-    }
-
-private:
-    QSet<int> mUsed;
-    std::function<bool(int)> mIsTaken;
-    int mNext;
-};
-
-} // namespace
 
 const QString TVLProjectModel::GeneralFormatMode = u"General"_s;
 const QString TVLProjectModel::ScriptFormatMode = u"Script"_s;
 
-QList<QPointer<TVLProjectModel>> TVLProjectModel::mExistingModels;
+QList<QPointer<TVLProjectModel>> TVLProjectModelPrivate::mExistingModels;
+
+TVLProjectModelPrivate::TVLProjectModelPrivate(TVLProjectModel *model, const QString &path,
+                                               bool isMobileProject)
+    : q(model)
+    , mName(QFileInfo(path).completeBaseName())
+    , mPath(path)
+    , mMobileProject(isMobileProject)
+    , mFilesLeft(std::make_unique<TVLFilesLeft>())
+{
+}
+
+TVLProjectModelPrivate::~TVLProjectModelPrivate() = default;
 
 TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobileProject,
                                  TVL::FormatVersion version)
     : QAbstractItemModel(parent)
-    , mName(QFileInfo(path).completeBaseName())
-    , mPath(path)
-    , mMobileProject(mobileProject)
-    , mFilesLeft(std::make_unique<TVLFilesLeft>())
+    , d(std::make_unique<TVLProjectModelPrivate>(this, path, mobileProject))
 {
-    mExistingModels.removeAll(nullptr);
-    mExistingModels.append(this);
+    TVLProjectModelPrivate::mExistingModels.removeAll(nullptr);
+    TVLProjectModelPrivate::mExistingModels.append(this);
     if (version == TVL::NoFormatVersion)
         version = TVLProjectFolderFormat::projectFormatVersion(path);
-    mFolderFormat = new TVLProjectFolderFormat(path, version, this);
+    d->mFolderFormat = new TVLProjectFolderFormat(path, version, this);
     if (!mobileProject) {
-        mFolderMonitor = new TVLProjectFolderMonitor(path, this);
-        connect(mFolderMonitor, &TVLProjectFolderMonitor::externallyModified, this,
+        d->mFolderMonitor = new TVLProjectFolderMonitor(path, this);
+        connect(d->mFolderMonitor, &TVLProjectFolderMonitor::externallyModified, this,
                 &TVLProjectModel::externallyModified);
     }
-    mChecksums = std::make_unique<TVLProjectChecksums>(mFolderFormat);
-    mSearchIndex = std::make_unique<TVLSearchIndex>(this);
-    mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
-    mKeywordModel = new TVLKeywordModel(mSearchIndex.get(), this);
+    d->mChecksums = std::make_unique<TVLProjectChecksums>(d->mFolderFormat);
+    d->mSearchIndex = std::make_unique<TVLSearchIndex>(this);
+    d->mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
+    d->mKeywordModel = new TVLKeywordModel(d->mSearchIndex.get(), this);
     loadOptions();
-    connect(mKeywordModel, &TVLKeywordModel::keywordsAboutToBeRemoved, this,
+    connect(d->mKeywordModel, &TVLKeywordModel::keywordsAboutToBeRemoved, this,
             &TVLProjectModel::removeKeywordsFromDocuments);
-    connect(mKeywordModel, &TVLKeywordModel::dataChanged, this,
+    connect(d->mKeywordModel, &TVLKeywordModel::dataChanged, this,
             &TVLProjectModel::updateKeywordsForDocuments);
-    connect(mKeywordModel, &TVLKeywordModel::modelChanged, this,
+    connect(d->mKeywordModel, &TVLKeywordModel::modelChanged, this,
             [this] { markProjectAsModified(); });
     connect(tvlOptions(), &TVLOptions::groupsChanged, this, &TVLProjectModel::onOptionsChanged);
     // Before anybody else connects; see beginMoveRow().
     connect(this, &QAbstractItemModel::rowsAboutToBeMoved, this,
-            [this] { mIsRootIndexPlain = false; });
+            [this] { d->mIsRootIndexPlain = false; });
     if (QFileInfo::exists(dragAndDropPath()))
         QTimer::singleShot(0, this, [this] {
-            if (!mIsOnlyRead)
+            if (!d->mIsOnlyRead)
                 cleanDragAndDrop();
         });
-    mSettings = newSettings();
-    if (QFileInfo::exists(mSettings->fileName()))
+    d->mSettings = d->newSettings();
+    if (QFileInfo::exists(d->mSettings->fileName()))
         loadProjectSettings();
 }
 
 TVLProjectModel::~TVLProjectModel()
 {
-    delete mKeywordModel; // It holds on to the search index.
-    mSearchIndex.reset();
-    mRootNode.reset();
+    delete d->mKeywordModel; // It holds on to the search index.
+    d->mSearchIndex.reset();
+    d->mRootNode.reset();
 }
 
 TVL::FormatVersion TVLProjectModel::formatVersion() const
 {
-    return mFolderFormat->formatVersion();
+    return d->mFolderFormat->formatVersion();
 }
 
-void TVLProjectModel::setFolderFormatVersion(TVL::FormatVersion version)
+void TVLProjectModelPrivate::setFolderFormatVersion(TVL::FormatVersion version)
 {
     mFolderFormat->setFormatVersion(version);
     mInfo.mBinderVersion = TVL::toBinderVersion(version);
@@ -134,9 +98,9 @@ void TVLProjectModel::setFolderFormatVersion(TVL::FormatVersion version)
 
 void TVLProjectModel::setName(const QString &name)
 {
-    if (name == mName)
+    if (name == d->mName)
         return;
-    mName = name;
+    d->mName = name;
     markProjectAsModified(true);
 }
 
@@ -155,7 +119,7 @@ QModelIndex TVLProjectModel::rootIndex() const
 
 QModelIndex TVLProjectModel::createIndex(const TVLProjectNode *node) const
 {
-    if (node == mRootNode.get())
+    if (node == d->mRootNode.get())
         return rootIndex();
     if (!node || !node->mParent)
         return {};
@@ -165,7 +129,7 @@ QModelIndex TVLProjectModel::createIndex(const TVLProjectNode *node) const
 TVLProjectNode *TVLProjectModel::projectNode(const QModelIndex &index) const
 {
     if (!index.isValid())
-        return mRootNode.get();
+        return d->mRootNode.get();
     if (index.model() != this)
         return nullptr;
     return static_cast<TVLProjectNode *>(index.internalPointer());
@@ -184,7 +148,7 @@ QModelIndex TVLProjectModel::index(int row, int column, const QModelIndex &paren
 QModelIndex TVLProjectModel::parent(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    if (!node || (mIsRootIndexPlain && node->mParent == mRootNode.get()))
+    if (!node || (d->mIsRootIndexPlain && node->mParent == d->mRootNode.get()))
         return {};
     return createIndex(node->mParent);
 }
@@ -308,24 +272,24 @@ bool TVLProjectModel::setData(const QModelIndex &index, const QVariant &value, i
 TVLProjectNode *TVLProjectModel::findNode(int id) const
 {
     if (id < 0)
-        return mRootNode.get();
-    const auto uuid = mIdMap.constFind(id);
-    return uuid == mIdMap.cend() ? nullptr : findNodeByUuid(*uuid);
+        return d->mRootNode.get();
+    const auto uuid = d->mIdMap.constFind(id);
+    return uuid == d->mIdMap.cend() ? nullptr : findNodeByUuid(*uuid);
 }
 
 TVLProjectNode *TVLProjectModel::findNodeByUuid(const QUuid &uuid) const
 {
     if (uuid.isNull())
-        return mRootNode.get();
-    if (TVLProjectNode *node = mUuidMap.value(uuid))
+        return d->mRootNode.get();
+    if (TVLProjectNode *node = d->mUuidMap.value(uuid))
         return node;
     // The map may lag behind a tree that is being built.
-    for (TVLProjectNode *node = mRootNode->nextInPreOrder(mRootNode.get()); node;
-         node = node->nextInPreOrder(mRootNode.get())) {
+    for (TVLProjectNode *node = d->mRootNode->nextInPreOrder(d->mRootNode.get()); node;
+         node = node->nextInPreOrder(d->mRootNode.get())) {
         if (node->mUuid == uuid)
             return node;
     }
-    return mRootNode.get();
+    return d->mRootNode.get();
 }
 
 QModelIndex TVLProjectModel::indexByUuid(const QUuid &uuid) const
@@ -341,72 +305,41 @@ QModelIndex TVLProjectModel::index(int id) const
 
 QUuid TVLProjectModel::findNodeUuidById(int id) const
 {
-    return mIdMap.value(id);
+    return d->mIdMap.value(id);
 }
 
 int TVLProjectModel::findNodeIdByUuid(const QUuid &uuid) const
 {
-    if (const TVLProjectNode *node = mUuidMap.value(uuid))
+    if (const TVLProjectNode *node = d->mUuidMap.value(uuid))
         return node->mId;
     // 0 for an unknown uuid is what callers of old rely on, though it is an item's id as well.
-    return mIdMap.key(uuid, 0);
-}
-
-int TVLProjectModel::findBiggestNodeId() const
-{
-    return mIdMap.isEmpty() ? -1 : mIdMap.lastKey();
-}
-
-int TVLProjectModel::findNextNodeId() const
-{
-    int id = findBiggestNodeId();
-    while (id < LargestId) {
-        if (!isLeftBehind(++id))
-            return id;
-    }
-    id = 0;
-    while (mIdMap.contains(id) || isLeftBehind(id))
-        ++id;
-    return id;
-}
-
-bool TVLProjectModel::isLeftBehind(int id) const
-{
-    return mFilesLeft->has(mPath, id);
-}
-
-int TVLProjectModel::findNextFreeId(const QList<int> &ids)
-{
-    if (ids.isEmpty())
-        return 0;
-    const int biggest = *std::max_element(ids.begin(), ids.end());
-    return biggest < LargestId ? biggest + 1 : firstGap(QSet<int>(ids.begin(), ids.end()));
+    return d->mIdMap.key(uuid, 0);
 }
 
 QList<QUuid> TVLProjectModel::uuidsListBinderOrder() const
 {
     QList<QUuid> uuids;
-    tvlForEachNode(mRootNode.get(),
+    tvlForEachNode(d->mRootNode.get(),
                    [&uuids](const TVLProjectNode *node) { uuids.append(node->mUuid); });
     return uuids;
 }
 
 QSet<QUuid> TVLProjectModel::uniqueUuids() const
 {
-    return QSet<QUuid>(mUuidMap.keyBegin(), mUuidMap.keyEnd());
+    return QSet<QUuid>(d->mUuidMap.keyBegin(), d->mUuidMap.keyEnd());
 }
 
 int TVLProjectModel::totalNodesCount() const
 {
     int count = 0;
-    tvlForEachNode(mRootNode.get(), [&count](const TVLProjectNode *) { ++count; });
+    tvlForEachNode(d->mRootNode.get(), [&count](const TVLProjectNode *) { ++count; });
     return count;
 }
 
 QList<int> TVLProjectModel::orderedChildIDs(const TVLProjectNode *node) const
 {
     QList<int> ids;
-    tvlForEachNode(node ? node : mRootNode.get(),
+    tvlForEachNode(node ? node : d->mRootNode.get(),
                    [&ids](const TVLProjectNode *child) { ids.append(child->mId); });
     return ids;
 }
@@ -457,7 +390,7 @@ QModelIndex TVLProjectModel::findDirectIndexByTitle(const QString &title,
 
 QModelIndex TVLProjectModel::nextIndex(const QModelIndex &index) const
 {
-    const TVLProjectNode *root = mRootNode.get();
+    const TVLProjectNode *root = d->mRootNode.get();
     const TVLProjectNode *node = projectNode(index);
     if (!node || node == root)
         return {};
@@ -468,14 +401,14 @@ QModelIndex TVLProjectModel::nextIndex(const QModelIndex &index) const
 QModelIndex TVLProjectModel::previousIndex(const QModelIndex &index) const
 {
     TVLProjectNode *node = projectNode(index);
-    if (!node || node == mRootNode.get())
+    if (!node || node == d->mRootNode.get())
         return {};
     const int row = node->row();
     if (row > 0)
         return createIndex(node->mParent->mChildren.at(row - 1)->lastInPreOrder());
-    if (node->mParent != mRootNode.get())
+    if (node->mParent != d->mRootNode.get())
         return createIndex(node->mParent);
-    return createIndex(mRootNode->lastInPreOrder());
+    return createIndex(d->mRootNode->lastInPreOrder());
 }
 
 int TVLProjectModel::indexDepth(const QModelIndex &index) const
@@ -486,7 +419,7 @@ int TVLProjectModel::indexDepth(const QModelIndex &index) const
 QModelIndex TVLProjectModel::rootParentIndex(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    while (node && node->mParent && node->mParent != mRootNode.get())
+    while (node && node->mParent && node->mParent != d->mRootNode.get())
         node = node->mParent;
     return createIndex(node);
 }
@@ -494,107 +427,4 @@ QModelIndex TVLProjectModel::rootParentIndex(const QModelIndex &index) const
 TVL::NodeType TVLProjectModel::rootParentType(const QModelIndex &index) const
 {
     return type(rootParentIndex(index));
-}
-
-// --- Ids and uuids
-
-void TVLProjectModel::changeIndexUuid(const QModelIndex &index, const QUuid &uuid)
-{
-    TVLProjectNode *node = projectNode(index);
-    if (!node || node == mRootNode.get())
-        return;
-    mUuidMap.remove(node->mUuid);
-    if (mTemplateFolderUuid == node->mUuid)
-        mTemplateFolderUuid = uuid;
-    node->mUuid = uuid;
-    mUuidMap.insert(uuid, node);
-    if (node->mId >= 0)
-        mIdMap.insert(node->mId, uuid);
-}
-
-void TVLProjectModel::clearIndexId(const QModelIndex &index)
-{
-    TVLProjectNode *node = projectNode(index);
-    if (!node)
-        return;
-    // Without its id the item has no files that its words could still go to.
-    if (!writeDocuments(node, nullptr)) {
-        qWarning("An item keeps its id %d, because its texts can't be written", node->mId);
-        return;
-    }
-    mIdMap.remove(node->mId);
-    (void)mSearchIndex->removeDocument(node->mId);
-    mForgottenIds.insert(node->mId);
-    mFilesLeft->add(mPath, *node);
-    node->mId = -1;
-}
-
-void TVLProjectModel::populateMissingIDs()
-{
-    tvlForEachNode(mRootNode.get(), [this](TVLProjectNode *node) {
-        if (node->mId >= 0)
-            return;
-        takeId(node, findNextNodeId());
-    });
-}
-
-/** Gives an item without id one, and with it files that what is in memory of its texts goes to. */
-void TVLProjectModel::takeId(TVLProjectNode *node, int id)
-{
-    node->mId = id;
-    mIdMap.insert(id, node->mUuid);
-    addToSearchIndex(node);
-    if (!node->mSynopsisDocument)
-        return;
-    enterLoadedNodes(node);
-    for (TVLTextDocument *document :
-         {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
-        if (document && !document->isEmpty())
-            document->setSaved(false);
-    }
-}
-
-void TVLProjectModel::populateMobileProjectMissingIDs(const TVLProjectModel *other)
-{
-    FreeIds freeIds(orderedChildIDs(nullptr) + other->orderedChildIDs(nullptr),
-                    [this](int id) { return isLeftBehind(id); });
-    tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
-        if (node->mId >= 0)
-            return;
-        takeId(node, freeIds.take());
-    });
-}
-
-void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)
-{
-    const QList<TVLProjectNode *> nodes = loadedNodes();
-    for (const TVLProjectNode *node : nodes) {
-        if (uuids.contains(node->mUuid))
-            leaveLoadedNodes(node);
-    }
-}
-
-// --- Binder reading
-
-void TVLProjectModel::beginBinderRead()
-{
-    beginResetModel();
-    mWasSuspended = std::exchange(mSuspendModified, true);
-    mIsReadingBinder = true;
-    mIdMap.clear();
-    mUuidMap.clear();
-    mDocTextChanges.clear();
-}
-
-void TVLProjectModel::endBinderRead()
-{
-    mSuspendModified = mWasSuspended;
-    mIsReadingBinder = false;
-    endResetModel();
-    markProjectAsModified(std::exchange(mIsModifiedByRead, false));
-}
-
-void TVLProjectModel::enterNodes(const QList<TVLProjectNode *> &nodes)
-{
-    tvlEnterNodes(nodes, &mIdMap, &mUuidMap);
 }

@@ -8,43 +8,31 @@
 #include "TVLScriptMode.h"
 #include "TVLSearchedProject.h"
 #include "TVLSnapshotInfo.h"
+#include "TVLSuspendModified.h"
 #include "TVLTargets.h"
 
 #include <QAbstractItemModel>
 #include <QDir>
-#include <QHash>
 #include <QIcon>
 #include <QMap>
 #include <QPersistentModelIndex>
-#include <QPointer>
-#include <QScopedValueRollback>
 #include <QSet>
 #include <QUuid>
 
-#include <functional>
-#include <initializer_list>
 #include <memory>
-#include <utility>
 
 class QImage;
 class QPrinter;
-class QTextCursor;
 class QTextDocument;
 class QUrl;
-class TVLDocumentSave;
-class TVLFilesLeft;
-class TVLHeldItem;
-class TVLHeldPlace;
 class TVLKeywordModel;
-class TVLNumberedFiles;
 class TVLProjectChecksums;
 class TVLProjectFolderFormat;
-class TVLProjectFolderMonitor;
+class TVLProjectModelPrivate;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
 class TVLProjectSettings;
 class TVLSearchIndex;
-class TVLSiblingTitles;
 class TVLTextCommentLink;
 class TVLTextDocument;
 struct TVLTextRange;
@@ -139,9 +127,9 @@ public:
      */
     void setOnlyRead(bool withSearch);
     /** Where the project lies; it lives as long as the model. */
-    [[nodiscard]] const TVLProjectFolderFormat *folderFormat() const { return mFolderFormat; }
+    [[nodiscard]] const TVLProjectFolderFormat *folderFormat() const;
     /** Whether this is the model of a project that is only read. */
-    [[nodiscard]] bool isOnlyRead() const { return mIsOnlyRead; }
+    [[nodiscard]] bool isOnlyRead() const;
     /** Takes over the application's options. */
     void loadOptions();
     /** Takes over what the file of settings() says of the project. */
@@ -178,32 +166,32 @@ public:
     [[nodiscard]] static TVLProjectModel *findProjectModelViaPath(const QString &path);
     /** Folder through which items are dragged between programs, in native separators. */
     [[nodiscard]] static QString dragAndDropPath();
-    [[nodiscard]] bool isSaved() const { return mSaved; }
-    [[nodiscard]] bool isModified() const { return !mSaved; }
+    [[nodiscard]] bool isSaved() const;
+    [[nodiscard]] bool isModified() const;
     /** @} */
 
     /** @name The project @{ */
-    [[nodiscard]] QString name() const { return mName; }
+    [[nodiscard]] QString name() const;
     void setName(const QString &name);
-    [[nodiscard]] QDir path() const { return QDir(mPath); }
-    [[nodiscard]] bool isMobileProject() const override { return mMobileProject; }
+    [[nodiscard]] QDir path() const;
+    [[nodiscard]] bool isMobileProject() const override;
     [[nodiscard]] TVL::FormatVersion formatVersion() const override;
-    [[nodiscard]] TVLProjectInfo info() const override { return mInfo; }
-    void setInfo(const TVLProjectInfo &info) override { mInfo = info; }
+    [[nodiscard]] TVLProjectInfo info() const override;
+    void setInfo(const TVLProjectInfo &info) override;
     /** Name of the device that saved the project last. */
-    [[nodiscard]] QString deviceName() const override { return mInfo.mDevice; }
-    void setDeviceName(const QString &name) { mInfo.mDevice = name; }
+    [[nodiscard]] QString deviceName() const override;
+    void setDeviceName(const QString &name);
     /** Name of this device. */
     [[nodiscard]] static QString platformDeviceName();
-    [[nodiscard]] bool backupIncluded() const override { return mBackupIncluded; }
+    [[nodiscard]] bool backupIncluded() const override;
     void adoptBackupIncluded(bool included) override;
     /** State of the project's user interface, in a file of its own; never null. It belongs to the
      * model, and saveAs() replaces it. */
-    [[nodiscard]] TVLProjectSettings *settings() const { return mSettings; }
-    [[nodiscard]] int autoSaveSeconds() const { return mAutoSaveSeconds; }
+    [[nodiscard]] TVLProjectSettings *settings() const;
+    [[nodiscard]] int autoSaveSeconds() const;
     /** The part of the binder that is kept as raw text. */
-    [[nodiscard]] QString userProjectData() const override { return mUserProjectData; }
-    void setUserProjectData(const QString &data) { mUserProjectData = data; }
+    [[nodiscard]] QString userProjectData() const override;
+    void setUserProjectData(const QString &data);
     /** @} */
 
     /** @name The item model @{ */
@@ -233,7 +221,7 @@ public:
     }
     /** The node of an index: the root's for an invalid one, null for one of another model. */
     [[nodiscard]] TVLProjectNode *projectNode(const QModelIndex &index) const;
-    [[nodiscard]] TVLProjectNode *binderRoot() const override { return mRootNode.get(); }
+    [[nodiscard]] TVLProjectNode *binderRoot() const override;
     /** @} */
 
     /** @name Finding items @{ */
@@ -249,8 +237,8 @@ public:
     [[nodiscard]] QUuid findNodeUuidById(int id) const;
     /** The id of a uuid; 0, which is an item's id in most projects, for an unknown one. */
     [[nodiscard]] int findNodeIdByUuid(const QUuid &uuid) const;
-    [[nodiscard]] bool hasNodeId(int id) const { return mIdMap.contains(id); }
-    [[nodiscard]] bool hasNodeUuid(const QUuid &uuid) const { return mUuidMap.contains(uuid); }
+    [[nodiscard]] bool hasNodeId(int id) const;
+    [[nodiscard]] bool hasNodeUuid(const QUuid &uuid) const;
     /** The indexes of uuids, in their order; those that no item has are passed over. */
     [[nodiscard]] QModelIndexList indexesByUuid(const QList<QUuid> &uuids) const;
     /** Whether one of an item's children, not of what lies below these, has a uuid. */
@@ -261,7 +249,7 @@ public:
     [[nodiscard]] static QMap<TVLTextRange, QString>
     toTavelinorLinkMap(const TVLTextInternalLinkMap &links, const QMap<int, QUuid> &idToUuid);
     /** The uuids of all items that have an id, by that. */
-    [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIdMap; }
+    [[nodiscard]] QMap<int, QUuid> idToUuid() const override;
     /** The largest id in use; -1 for none. */
     [[nodiscard]] int findBiggestNodeId() const;
     /**
@@ -273,7 +261,7 @@ public:
     /** The largest value plus 1; 0 for an empty list. With the largest int used, the first gap. */
     [[nodiscard]] static int findNextFreeId(const QList<int> &ids);
     /** All uuids in the order of uuids. */
-    [[nodiscard]] QList<QUuid> uuidsList() const { return mUuidMap.keys(); }
+    [[nodiscard]] QList<QUuid> uuidsList() const;
     /** All uuids in the order of the binder. */
     [[nodiscard]] QList<QUuid> uuidsListBinderOrder() const;
     [[nodiscard]] QSet<QUuid> uniqueUuids() const;
@@ -755,10 +743,10 @@ public:
     /** @name Project notes
      * A note's document belongs to the model and lives until the note is removed.
      * @{ */
-    [[nodiscard]] const TVLProjectNotes &projectNotes() const { return mProjectNotes; }
+    [[nodiscard]] const TVLProjectNotes &projectNotes() const;
     /** The ids in the order of the notes; that of the first default note when there are none. */
     [[nodiscard]] QList<int> projectNoteIdentities() const;
-    [[nodiscard]] bool hasProjectNoteId(int id) const { return mProjectNotes.hasId(id); }
+    [[nodiscard]] bool hasProjectNoteId(int id) const;
     /** A note's text, never null: an unknown id gives the first note, which is made if there is
      * none. */
     QTextDocument *projectNote(int id);
@@ -886,7 +874,7 @@ public:
     /** @} */
 
     /** @name Keywords @{ */
-    [[nodiscard]] TVLKeywordModel *keywordModel() const { return mKeywordModel; }
+    [[nodiscard]] TVLKeywordModel *keywordModel() const;
     [[nodiscard]] QList<int> keywordIds(const QModelIndex &index) const;
     /** As the other setters of attributes. */
     bool setKeywordIds(const QModelIndex &index, const QList<int> &ids);
@@ -914,14 +902,14 @@ public:
      * The search index knows the texts of all items, and asks for those that have changed before
      * each search; see collectionIndexes().
      * @{ */
-    [[nodiscard]] TVLSearchIndex *searchIndex() const { return mSearchIndex.get(); }
-    [[nodiscard]] TVLProjectChecksums *checksums() const override { return mChecksums.get(); }
+    [[nodiscard]] TVLSearchIndex *searchIndex() const;
+    [[nodiscard]] TVLProjectChecksums *checksums() const override;
     /** Whether a text holds the words of a search; @p flags are those of TVLTextMatcher. */
     [[nodiscard]] static bool matchQString(const QString &text, int flags,
                                            const QStringList &words);
     /** Asks all items for their texts anew, and saves search index and hashes. */
     void rebuildSearchIndexes(bool showProgress, QWidget *parent);
-    [[nodiscard]] QString searchedPath() const override { return mPath; }
+    [[nodiscard]] QString searchedPath() const override;
     [[nodiscard]] QModelIndex searchedIndex(int id) const override { return index(id); }
     /** Lets go again of documents that came into memory for this alone. */
     [[nodiscard]] QStringList
@@ -944,7 +932,7 @@ public:
      * when its file can't be. */
     bool renameCustomIcon(const QString &oldName, const QString &newName);
     bool removeCustomIcon(const QString &name);
-    [[nodiscard]] bool tintIcons() const { return mTintIcons; }
+    [[nodiscard]] bool tintIcons() const;
     /** Whether icons take the colour of the label. Emits dataChanged() for every item. */
     void setTintIcons(bool tint);
 
@@ -996,13 +984,13 @@ public:
      * the value already.
      * @{ */
     [[nodiscard]] QString directoryName() const;
-    [[nodiscard]] bool hasProjectNotes() const { return !mProjectNotes.isEmpty(); }
+    [[nodiscard]] bool hasProjectNotes() const;
     /** Changes the format of folder and binder, in the version file too if there is one; nothing is
      * converted. False when that file couldn't be written, as when it names a higher version. */
     bool setFormatVersion(TVL::FormatVersion version);
 
-    [[nodiscard]] QString defaultProjectTitle() const { return mName; }
-    [[nodiscard]] QString defaultProjectAbbreviatedTitle() const { return mName; }
+    [[nodiscard]] QString defaultProjectTitle() const;
+    [[nodiscard]] QString defaultProjectAbbreviatedTitle() const;
     [[nodiscard]] static QString defaultAuthorFullName();
     [[nodiscard]] static QString defaultAuthorSurname() { return {}; }
     [[nodiscard]] static QString defaultAuthorForename() { return {}; }
@@ -1029,7 +1017,7 @@ public:
 
     /** What is behind the text in full screen: an int, the id of an item, or a text, the path of an
      * image; invalid for nothing. */
-    [[nodiscard]] QVariant fullScreenBackdrop() const override { return mFullScreenBackdrop; }
+    [[nodiscard]] QVariant fullScreenBackdrop() const override;
     void setFullScreenBackdrop(const QVariant &backdrop);
     void setFullScreenBackdrop(const QString &filePath) override;
     void setFullScreenBackdrop(int nodeId) override;
@@ -1038,8 +1026,8 @@ public:
     [[nodiscard]] int fullScreenBackdropNodeId() const; ///< -1 when it isn't an item.
     [[nodiscard]] QPixmap fullScreenBackdropPixmap() const;
 
-    [[nodiscard]] TVLDraftTarget draftTarget() const override { return mDraftTarget; }
-    [[nodiscard]] TVLSessionTarget sessionTarget() const override { return mSessionTarget; }
+    [[nodiscard]] TVLDraftTarget draftTarget() const override;
+    [[nodiscard]] TVLSessionTarget sessionTarget() const override;
     /** These mark the project in any case. */
     void setDraftTarget(const TVLDraftTarget &target) override;
     void setSessionTarget(const TVLSessionTarget &target) override;
@@ -1048,7 +1036,7 @@ public:
     [[nodiscard]] bool notifyTargets() const override;
     void setNotifyTargets(bool notify) override;
 
-    [[nodiscard]] TVLScriptMode scriptMode() const { return mScriptMode; }
+    [[nodiscard]] TVLScriptMode scriptMode() const;
     /** Writes the mode's file at once and emits scriptModeChanged() and metaDataChanged(), in any
      * case. False when the file couldn't be written. */
     bool setScriptMode(const TVLScriptMode &mode);
@@ -1062,11 +1050,8 @@ public:
     bool setReferences(const QModelIndex &index, const QList<TVLReference> &references);
     /** Appends a reference unless the item has it; false for an invalid index. */
     bool addReference(const QModelIndex &index, const TVLReference &reference);
-    [[nodiscard]] QList<TVLReference> projectReferences() const override
-    {
-        return mProjectReferences;
-    }
-    [[nodiscard]] bool hasProjectReferences() const { return !mProjectReferences.isEmpty(); }
+    [[nodiscard]] QList<TVLReference> projectReferences() const override;
+    [[nodiscard]] bool hasProjectReferences() const;
     /** Emits referencesChanged() and marks the project modified, unless it has the list already. */
     void setProjectReferences(const QList<TVLReference> &references) override;
     /** Adds a project reference, unless it is there with its title, type and address. */
@@ -1077,10 +1062,7 @@ public:
      * Fields that the writer defined for the items of the project. A field that an item has nothing
      * in is empty.
      * @{ */
-    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const override
-    {
-        return mCustomMetaDataSettings;
-    }
+    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const override;
     /**
      * Replaces the fields. What items hold in fields that went is removed. Emits
      * customMetaDataSettingsAboutToBeChanged() after that and before the change, and
@@ -1103,10 +1085,7 @@ public:
     /** @name Completion list
      * Words of the project that are offered while typing. Changes emit autoCompleteListChanged().
      * @{ */
-    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const override
-    {
-        return mAutoCompleteList;
-    }
+    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const override;
     void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) override;
     /** Appends a word, unless it is there in any scope. @p id is that of a script's element. */
     void addToAutoCompleteList(const QString &text, TVLAutoCompleteItem::Scope scope, int id);
@@ -1120,16 +1099,16 @@ public:
      * get none. A list without "No Label" gets it.
      */
     void setLabels(const QList<TVLLabel> &labels) override;
-    [[nodiscard]] QString labelTitle() const override { return mLabelTitle; }
+    [[nodiscard]] QString labelTitle() const override;
     void setLabelTitle(const QString &title) override;
-    [[nodiscard]] int defaultLabelIdentity() const override { return mDefaultLabelId; }
+    [[nodiscard]] int defaultLabelIdentity() const override;
     /** Ignored when there is no label of that id. */
     void setDefaultLabelIdentity(int id) override;
     [[nodiscard]] QList<TVLStatusItem> statusItems() const override;
     void setStatusItems(const QList<TVLStatusItem> &items) override;
-    [[nodiscard]] QString statusTitle() const override { return mStatusTitle; }
+    [[nodiscard]] QString statusTitle() const override;
     void setStatusTitle(const QString &title) override;
-    [[nodiscard]] int defaultStatusIdentity() const override { return mDefaultStatusId; }
+    [[nodiscard]] int defaultStatusIdentity() const override;
     void setDefaultStatusIdentity(int id) override;
     /** The largest outline column plus 1: the fixed ones and a column per custom field. */
     [[nodiscard]] int maxOutlineColumns() const;
@@ -1141,7 +1120,7 @@ public:
      * changed is passed over. Changes mark the project modified, and emit collectionChanged() with
      * and without the collection unless something else is said.
      * @{ */
-    [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
+    [[nodiscard]] QList<TVLCollectionMetaData> collections() const override;
     /** Takes over a list without a signal; ids of no item leave it, missing kinds are added. */
     void setCollections(const QList<TVLCollectionMetaData> &collections) override;
     void addDefaultCollections();
@@ -1280,347 +1259,15 @@ private Q_SLOTS:
 
 private:
     friend class TVLHeldItem;
-    friend class TVLSuspendModified;
+    friend class TVLProjectModelPrivate;
     friend class TVLProjectModelTestAccess;
-
-    /** What a change of an item brings with it, beside the project's being modified. */
-    enum class Effects {
-        TouchAndAnnounce, ///< The modification time is set, and dataChanged() emitted.
-        Announce,
-        None,
-    };
+    friend class TVLSuspendModified;
 
     void beginBinderRead() override;
     void endBinderRead() override;
     void enterNodes(const QList<TVLProjectNode *> &nodes) override;
 
-    void setFolderFormatVersion(TVL::FormatVersion version);
-    void addDefaultLabelsAndStatusItems();
-    void addDefaultProjectNotesAndCollections();
-    void addDefaultProjectNotes();
-    void ensureProperProjectNotes();
-    void updateHasSnapshots();
-    void reportItemsWithoutId(QStringList *errors) const;
-    [[nodiscard]] TVLProjectSettings *newSettings();
-    void takeSettingsAlong();
-    void stopAutoSaveTimer();
-    void askEditorsBeforeSave();
-    bool saveNow(bool force);
-    /** Whether the binder is of a version whose ids and uuids could not be read. */
-    [[nodiscard]] bool isIncompatible() const;
-    [[nodiscard]] bool canSaveSearch() const;
-    void fillSearchIndex();
-    void saveBinder(QStringList *failures) const;
-    void saveLoadedDocuments(QStringList *failures) const;
-    void saveProjectNotes(QStringList *failures) const;
-    /** The notes count as saved after a failure too; before the end they are tried once more. */
-    void askForFailedNotesAgain();
-    void readProjectNotes(QStringList *errors);
-    void showSaveErrors(const QStringList &errors) const;
-
-    /** Brings documents into memory that aren't there, and shows no box. */
-    [[nodiscard]] bool loadQuietly(TVLProjectNode *node, QStringList *errors) const;
-    /** Edits a document of an item that nobody has seen yet, and tells nobody; false without one.
-     */
-    static bool editUnseen(TVLProjectNode *node, TVL::DocumentType type,
-                           const std::function<void(QTextCursor)> &edit);
-    /** Puts a text at the beginning of such a document; false, too, for an empty text. */
-    static bool fillDocument(TVLProjectNode *node, TVL::DocumentType type, const QString &text);
-    void createDocuments(TVLProjectNode *node) const;
-    /** As the public one; with @p save, as a part of that. */
-    bool saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
-                       TVLDocumentSave *save) const;
-    bool writeDocuments(TVLProjectNode *node, QStringList *errors,
-                        TVLDocumentSave *save = nullptr) const;
-    void startDocument(TVLTextDocument *document) const;
-    void releaseDocuments(TVLProjectNode *node) const;
-    /** Takes an item's documents out of memory; they are the caller's to delete. */
-    [[nodiscard]] QList<TVLTextDocument *> takeDocuments(TVLProjectNode *node) const;
-    void takeId(TVLProjectNode *node, int id);
-    void enterLoadedNodes(TVLProjectNode *node) const;
-    void leaveLoadedNodes(const TVLProjectNode *node) const;
-    void showLoadErrors(const QString &title, const QStringList &errors) const;
-    void announceDocTextChanges();
-    static void takeSessionCounts(TVLProjectNode *node);
-    [[nodiscard]] int wordCountOf(TVLProjectNode *node, bool withAnnotations,
-                                  bool withFootnotes) const;
-    [[nodiscard]] int characterCountOf(TVLProjectNode *node) const;
-    [[nodiscard]] int sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
-                                         bool withFootnotes) const;
-    [[nodiscard]] int sessionCharacterCountOf(TVLProjectNode *node) const;
-    [[nodiscard]] static bool areCounted(const TVLProjectNode *node);
-    [[nodiscard]] TVLProjectNode *withTexts(TVLProjectNode *node) const;
-    template <typename Visit>
-    void visitForCounts(const QList<TVLProjectNode *> &tops, Visit visit) const;
-    template <typename Count>
-    [[nodiscard]] int totalCount(const QModelIndex &index, Count count) const;
-    void addCounts(TVLProjectNode *node, bool draft, bool session, bool compileOnly,
-                   WordCharSessionCount *sums) const;
-    [[nodiscard]] QTextDocument *newProjectNote(const QString &title);
-    void markProjectNotesAsModified();
-
-    /** Where new items go: a row that is there, of a node that is. */
-    struct InsertPlace
-    {
-        TVLProjectNode *parent;
-        int row;
-    };
-    struct NewItem;
-    using NewTexts = QList<std::pair<TVL::DocumentType, QString>>;
-    struct CloneSource;
-    struct CloneOptions;
-    struct AdoptedIds;
-    struct NewCopies;
-    struct Copies;
-    struct Descendant;
-    struct MergedTexts;
-
-    [[nodiscard]] QModelIndex rowSignalParent(const TVLProjectNode *parent) const;
-    /** Persistent indexes of top-level items, if the root is one of the parents. */
-    [[nodiscard]] QModelIndexList
-    topLevelPersistents(std::initializer_list<const TVLProjectNode *> parents) const;
-    void followRows(const QModelIndexList &indexes);
-    void beginRemoveNodes(const TVLProjectNode *parent, int first, int last);
-    void enterFlags(TVLProjectNode *node);
-    [[nodiscard]] InsertPlace insertPlace(const QModelIndex &parent, int row) const;
-    [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
-    /** Whether files may lie under an id that no item has. */
-    [[nodiscard]] bool isLeftBehind(int id) const;
-    [[nodiscard]] bool givesIds() const;
-    TVLProjectNode *createDefaultNode(TVLProjectNode *parent, int row, const QUuid &uuid);
-    QList<TVLHeldItem> insertItems(const InsertPlace &place, int count,
-                                   const std::function<TVLProjectNode *(int)> &make);
-    QList<TVLHeldItem> insertNewItems(int row, const QModelIndex &parent, int count,
-                                      const NewItem &item);
-    QModelIndex insertWithTexts(int row, const QModelIndex &parent, const NewItem &item,
-                                const NewTexts &texts);
-    QList<TVLHeldItem>
-    insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
-                     const std::function<void(TVLProjectNode *)> &finish = nullptr);
-    TVLHeldItem insertBlankItem(int row, const QModelIndex &parent,
-                                const std::function<void(TVLProjectNode *)> &finish = nullptr);
-    QList<TVLHeldItem> insertClones(const InsertPlace &place, int count, const QModelIndex &source,
-                                    CloneFlags flags, const QUuid &uuid);
-    void startAsScript(TVLProjectNode *node, QStringList *errors);
-
-    /** The nodes of a list of items; empty if one isn't an item of this model. */
-    [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
-    /** Without nodes that lie in another one of the list, and so are moved or removed with it. */
-    [[nodiscard]] static QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes);
-    [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
-                                     const TVLProjectNode *target) const;
-    bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,
-                      int targetRow);
-    bool moveNode(TVLProjectNode *node, TVLHeldPlace *place);
-    bool moveChildrenBehind(TVLProjectNode *node);
-    [[nodiscard]] static QString trSearchResultsTitle();
-    [[nodiscard]] bool isCollectionPos(int position) const;
-    [[nodiscard]] int presentCollectionPos(int position, const QString &identity) const;
-    void announceCollection(int position, const QString &identity);
-    void storeCollection(int position, const TVLCollectionMetaData &collection);
-    void insertCollectionRow(int position, const TVLCollectionMetaData &collection);
-    bool removeCollectionRow(int position);
-    /** Announces the searches that have all bits of a scope. */
-    void announceSearches(int scope);
-    [[nodiscard]] bool isFoundBy(const TVLCollectionMetaData &collection,
-                                 const QSet<const TVLProjectNode *> &context,
-                                 const QModelIndex &item) const;
-    QList<TVLProjectNode *> changeFavorites(const QSet<int> &ids, bool favorite);
-    void removeNodeIdsFromFavorites(const QList<int> &ids);
-    void removeNodeIdsFromDependentStructures(QList<int> ids);
-    void unloadDocuments(TVLProjectNode *node);
-    void forgetNode(TVLProjectNode *node);
-    /** forgetNode() for a node whose files stay. */
-    void forgetNodeWithoutFiles(TVLProjectNode *node);
-    bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
-    void removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files);
-    void removeRow(TVLProjectNode *node);
-
-    [[nodiscard]] static CloneSource cloneSource(const QModelIndex &source);
-    [[nodiscard]] bool canCloneBelow(const QModelIndex &source, const QModelIndex &parent) const;
-    bool copyItem(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target,
-                  const CloneOptions &options, const AdoptedIds *ids);
-    bool cloneFiles(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target);
-    static void takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
-                        TVLProjectNode *target);
-    void markIfReferringChanged(const TVLProjectNodeProperties &before,
-                                const TVLProjectNodeProperties &now);
-    Copies insertCopies(const CloneSource &from, const TVLHeldItem &source,
-                        const TVLHeldPlace &place, const CloneOptions &options,
-                        const NewCopies &copies);
-    [[nodiscard]] static QList<Descendant> descendantsOf(const CloneSource &from,
-                                                         const TVLProjectNode *top,
-                                                         const TVLProjectNode *excluded);
-    bool cloneDescendants(const CloneSource &from, const QList<Descendant> &descendants,
-                          const TVLHeldItem &copy, const CloneOptions &options);
-    TVLHeldItem duplicateOne(const CloneSource &from, const TVLHeldItem &source,
-                             const CloneOptions &options, TVLSiblingTitles *titles,
-                             TVLHeldPlace *place);
-    AdoptedIds adoptIds(const TVLProjectModel &from, const TVLProjectNodeProperties &item,
-                        bool isWanted);
-    QList<int> adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids);
-    int adoptKeyword(const QString &title, const QColor &color);
-    int adoptLabel(const TVLSearchIndex &from, int id);
-    int adoptStatusItem(const TVLSearchIndex &from, int id);
-
-    [[nodiscard]] bool canMerge(const QList<TVLHeldItem> &items) const;
-    [[nodiscard]] bool gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged);
-    [[nodiscard]] bool takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids);
-    [[nodiscard]] bool takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged);
-    void removeMerged(const QList<TVLHeldItem> &items, bool withFiles);
-    [[nodiscard]] bool mergeSnapshots(int id, const QList<int> &sourceIds);
-    bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
-                         void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
-
-    void addToSearchIndex(const TVLProjectNode *node);
-    void warnOfSearchIndex();
-    void updateHasTextSynopsisNotesFromDB();
-    /** Tells the search index what a property of an item is now. */
-    void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
-                        const QVariant &value) const;
-    void forgetChecksums(const TVLProjectNode *node) const;
-    /** Writes texts and, only when they are safe, hashes. */
-    void saveSearch(bool force);
-    void rebuildSearchRows(int id);
-    [[nodiscard]] QString searchedText(const QModelIndex &index,
-                                       TVL::DocumentProperty property) const;
-    /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
-    void letGoOfDocuments(TVLProjectNode *node) const;
-    /** Tells the search index the texts of an item of which documents were just written. */
-    void updateSearchedTexts(const TVLProjectNode *node,
-                             const QList<TVLTextDocument *> &written) const;
-    void updateSearchedText(const TVLProjectNode *node, const TVLTextDocument *document) const;
-    void refreshSearchedText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
-    [[nodiscard]] bool isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                  const QString &text, bool wasLoaded) const;
-    [[nodiscard]] bool fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                 const QString &text) const;
-    /** Has checks know that this project writes documents of an item, that it has written them, and
-     * that it replaces or removes all files of an item that are recorded. */
-    void noteWriting(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
-    void noteWritten(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
-    void noteReplacing(const TVLProjectNode *node) const;
-    void invalidateSearchedTexts(const TVLProjectNode *node) const;
-    void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
-    void updateSearchedCustomMetaData(const TVLProjectNode *node) const;
-    /** All that the index knows of an item but its texts. */
-    void updateSearchedRecord(const TVLProjectNode *node);
-    [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
-
-    // Items may go at each signal; see TVLHeldItem.
-    void announceChange(const QModelIndex &index);
-    void announceChanges(const QList<TVLHeldItem> &items);
-    void markAndAnnounce(const QModelIndex &index);
-    void announceSnapshots(const QModelIndex &index);
-    void announceSubtree(const QModelIndex &index);
-    void markTemplateFolder(const QModelIndex &index, bool isTemplateFolder);
-    void followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects);
-    template <typename Store>
-    bool changeNode(const QModelIndex &index, Effects effects, Store store);
-    template <typename Value>
-    bool setSearchedValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
-                          const Value &value, TVL::DocumentProperty property,
-                          bool equalCounts = true);
-    template <typename Value>
-    bool setNodeValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
-                      const Value &value, Effects effects = Effects::TouchAndAnnounce,
-                      bool equalCounts = true);
-    [[nodiscard]] static TVLTextDocument *documentOf(const TVLProjectNode *node,
-                                                     TVL::DocumentType type);
-    [[nodiscard]] QByteArray storedMd5(const QModelIndex &index, TVL::DocumentType type) const;
-    [[nodiscard]] static bool containsNonTextChildren(const TVLProjectNode *node);
-    template <typename Predicate>
-    [[nodiscard]] bool hasBelow(const QModelIndex &index, Predicate predicate) const;
-    template <typename Predicate>
-    [[nodiscard]] QModelIndexList indexesBelow(const QModelIndex &index, Predicate predicate) const;
-    template <typename Visit>
-    void forEachNodeOutside(TVL::NodeType topLevelType, Visit visit) const;
-    [[nodiscard]] QString indexCardImagePath(const TVLProjectNode *node) const;
-    void replaceCustomIcon(const QString &oldName, const QString &newName);
-    template <typename Predicate>
-    [[nodiscard]] QModelIndex findTopLevel(Predicate predicate) const;
-    template <typename Item, typename SetItems>
-    void replaceItems(QList<Item> items, const QList<Item> &oldItems, const Item &noneItem,
-                      int TVLProjectNodeProperties::*member, TVL::DocumentProperty property,
-                      int *defaultId, SetItems setItems);
-
-    QString mName;
-    QString mPath;
-    bool mSaved = true;
-    bool mIsOnlyRead = false;
-    bool mHasSearch = true; ///< Whether the search index has the items.
-    bool mIsSaving = false; ///< A save, or a Save As, is under way.
-    bool mIsDiskBehind = false; ///< The last save failed, also where mSaved says otherwise.
-    mutable bool mAreNotesBehind = false; ///< The last try to write the project notes failed.
-    quint64 mChangeCount = 0; ///< How often the project was marked as modified.
-    bool mSuspendModified = false;
-    bool mWasSuspended = false; ///< Before a binder was read.
-    bool mIsReadingBinder = false;
-    bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.
-    bool mIsRootIndexPlain = false; ///< parent() gives a default index in place of rootIndex().
-    bool mMobileProject;
-    bool mTintIcons = false;
-    QVariant mFullScreenBackdrop;
-    int mAutoSaveTimer = -1;
-    int mDocTextChangeTimer = -1;
-    QSet<TVLProjectNode *> mDocTextChanges; ///< Waiting for dataChanged(); not owned.
-    int mDefaultLabelId = -1;
-    int mDefaultStatusId = -1;
-    QString mLabelTitle;
-    QString mStatusTitle;
-    QMap<int, QUuid> mIdMap;
-    QMap<QUuid, TVLProjectNode *> mUuidMap;
-    QList<TVLCollectionMetaData> mCollections;
-    TVLCustomMetaDataSettings mCustomMetaDataSettings;
-    QList<TVLAutoCompleteItem> mAutoCompleteList;
-    QList<TVLReference> mProjectReferences;
-    TVLDraftTarget mDraftTarget;
-    TVLSessionTarget mSessionTarget;
-    std::unique_ptr<TVLProjectNode> mRootNode;
-    QList<int> mFavorites;
-    QUuid mTemplateFolderUuid;
-    // Documents come and go behind a project that stays the same to its callers.
-    /** Not owned; in order of first load, with null in place of those that have left. */
-    mutable QList<TVLProjectNode *> mLoadedNodes;
-    mutable QHash<const TVLProjectNode *, qsizetype> mLoadedPositions; ///< In mLoadedNodes.
-    mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
-    TVLScriptMode mScriptMode = TVLScriptMode::factoryDefaults();
-    TVLProjectFolderFormat *mFolderFormat; ///< Child object.
-    TVLProjectFolderMonitor *mFolderMonitor = nullptr; ///< Child object; null in a mobile project.
-    TVLProjectSettings *mSettings = nullptr; ///< Child object.
-    std::unique_ptr<TVLProjectChecksums> mChecksums;
-    std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
-    QSet<int> mForgottenIds; ///< Of items that are gone, whose texts the search index still has.
-    std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
-    TVLKeywordModel *mKeywordModel; ///< Child object.
-    mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
-    mutable QHash<QString, QPixmap> mCustomIcons; ///< Those that were asked for and found.
-    int mAutoSaveSeconds = 10;
-    bool mTreatTextWithChildrenAsFolder = true;
-    bool mBackupIncluded = true;
-    mutable TVLProjectInfo mInfo; ///< Each save stamps it, though saving changes no project.
-    QString mUserProjectData;
-
-    /** Every live model in order of construction; entries of models that were just deleted are
-     * null. */
-    static QList<QPointer<TVLProjectModel>> mExistingModels;
+    std::unique_ptr<TVLProjectModelPrivate> d;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TVLProjectModel::CloneFlags)
-
-/**
- * Keeps a project from being marked as modified for as long as it lives, as for changes that come
- * from its own files. One inside another leaves it as it is.
- */
-class [[nodiscard]] TVLSuspendModified
-{
-public:
-    /** The model has to live as long. */
-    explicit TVLSuspendModified(TVLProjectModel *model)
-        : mSuspended(model->mSuspendModified, true)
-    {
-    }
-
-private:
-    QScopedValueRollback<bool> mSuspended;
-};

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
@@ -65,11 +65,11 @@ bool areAllThere(const QList<TVLHeldItem> &items)
 QModelIndex TVLProjectModel::groupIndexes(const QModelIndexList &indexes)
 {
     const QModelIndexList sorted = sortIndexesStable(indexes);
-    const QList<TVLHeldItem> members = TVLHeldItem::listOf(this, itemNodes(sorted));
+    const QList<TVLHeldItem> members = TVLHeldItem::listOf(this, d->itemNodes(sorted));
     if (members.isEmpty())
         return {};
     const QModelIndex first = sorted.constFirst();
-    const TVLHeldItem group = insertBlankItem(first.row(), first.parent());
+    const TVLHeldItem group = d->insertBlankItem(first.row(), first.parent());
     const bool isMoved =
         group.node() && moveToFolder(group.index(), TVLHeldItem::indexesOf(members), -1);
     return isMoved ? group.index() : QModelIndex();
@@ -80,24 +80,24 @@ bool TVLProjectModel::ungroupIndexes(const QModelIndexList &indexes)
     QModelIndexList sorted = sortIndexesStable(indexes);
     sorted.removeIf(
         [this](const QModelIndex &index) { return !index.isValid() || !hasChildren(index); });
-    const QList<TVLHeldItem> groups = TVLHeldItem::listOf(this, itemNodes(sorted));
+    const QList<TVLHeldItem> groups = TVLHeldItem::listOf(this, d->itemNodes(sorted));
     for (const TVLHeldItem &group : groups) {
         if (TVLProjectNode *node = group.node())
-            (void)moveChildrenBehind(node);
+            (void)d->moveChildrenBehind(node);
     }
     return !groups.isEmpty();
 }
 
-bool TVLProjectModel::moveChildrenBehind(TVLProjectNode *node)
+bool TVLProjectModelPrivate::moveChildrenBehind(TVLProjectNode *node)
 {
     const QList<TVLProjectNode *> children = node->mChildren;
-    return moveToFolder(node->mParent, node->row() + 1, children);
+    return q->moveToFolder(node->mParent, node->row() + 1, children);
 }
 
 // --- Merging
 
 /** What the texts that are merged have together. */
-struct TVLProjectModel::MergedTexts
+struct TVLProjectModelPrivate::MergedTexts
 {
     /** A list to which each value is added once. */
     template <typename Value>
@@ -148,7 +148,7 @@ struct TVLProjectModel::MergedTexts
 };
 
 /** Puts a text behind those that are there, with an empty paragraph between them. */
-void TVLProjectModel::MergedTexts::Joined::append(const QTextDocument *text)
+void TVLProjectModelPrivate::MergedTexts::Joined::append(const QTextDocument *text)
 {
     if (text->isEmpty())
         return;
@@ -162,14 +162,14 @@ void TVLProjectModel::MergedTexts::Joined::append(const QTextDocument *text)
 }
 
 /** False, with no more use for what was gathered, when an item has gone meanwhile. */
-bool TVLProjectModel::gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged)
+bool TVLProjectModelPrivate::gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged)
 {
     for (const TVLHeldItem &item : items) {
         if (!item.node())
             return false;
-        const TVLHeldDocument text(this, item.index(), TVL::MainText);
-        const TVLHeldDocument notes(this, item.index(), TVL::NotesText);
-        const TVLHeldDocument card(this, item.index(), TVL::SynopsisText);
+        const TVLHeldDocument text(q, item.index(), TVL::MainText);
+        const TVLHeldDocument notes(q, item.index(), TVL::NotesText);
+        const TVLHeldDocument card(q, item.index(), TVL::SynopsisText);
         const TVLProjectNode *node = item.node();
         if (!node || !text || !notes || !card)
             return false;
@@ -189,24 +189,23 @@ bool TVLProjectModel::gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *
     return areAllThere(items);
 }
 
-bool TVLProjectModel::takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged)
+bool TVLProjectModelPrivate::takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged)
 {
     // Each step is heard of, and may be the last.
     if (survivor.node()) {
-        const TVLHeldDocument text(this, survivor.index(), TVL::MainText);
+        const TVLHeldDocument text(q, survivor.index(), TVL::MainText);
         replaceContent(text, merged.text.document);
         if (text)
             text->setFiledComments(merged.filedComments);
     }
     if (survivor.node()) {
-        replaceContent(TVLHeldDocument(this, survivor.index(), TVL::NotesText),
-                       merged.notes.document);
+        replaceContent(TVLHeldDocument(q, survivor.index(), TVL::NotesText), merged.notes.document);
     }
     if (survivor.node())
-        setSynopsis(survivor.index(), merged.synopsis);
+        q->setSynopsis(survivor.index(), merged.synopsis);
     if (survivor.node()) {
-        setKeywordIdsPrivate(survivor.node(), merged.keywords.values());
-        setReferences(survivor.index(), merged.references.values());
+        q->setKeywordIdsPrivate(survivor.node(), merged.keywords.values());
+        q->setReferences(survivor.index(), merged.references.values());
     }
     TVLProjectNode *node = survivor.node();
     if (!node)
@@ -217,7 +216,7 @@ bool TVLProjectModel::takeMergedTexts(const TVLHeldItem &survivor, const MergedT
     return node->mId < 0 || writeDocuments(node, nullptr);
 }
 
-bool TVLProjectModel::takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids)
+bool TVLProjectModelPrivate::takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids)
 {
     ids.removeAll(survivor->mId);
     if (ids.isEmpty())
@@ -227,14 +226,14 @@ bool TVLProjectModel::takeMergedSnapshots(TVLProjectNode *survivor, QList<int> i
     return isComplete;
 }
 
-bool TVLProjectModel::canMerge(const QList<TVLHeldItem> &items) const
+bool TVLProjectModelPrivate::canMerge(const QList<TVLHeldItem> &items) const
 {
     const auto canBeJoined = [this](const TVLHeldItem &item) {
         // What can't be read can't be joined, and joined into what can't be read it isn't saved.
         return std::all_of(std::begin(TextTypes), std::end(TextTypes), [&](auto type) {
             if (!item.node() || !item.node()->canHaveText())
                 return false;
-            const TVLHeldDocument document(this, item.index(), type);
+            const TVLHeldDocument document(q, item.index(), type);
             return document && !document->isReadOnly() && !document->areCommentsReadOnly();
         });
     };
@@ -247,37 +246,37 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
         return {};
     if (indexes.size() == 1)
         return indexes.constFirst();
-    MergedTexts::Gathered<TVLProjectNode *> nodes;
-    nodes.add(itemNodes(indexes));
+    TVLProjectModelPrivate::MergedTexts::Gathered<TVLProjectNode *> nodes;
+    nodes.add(d->itemNodes(indexes));
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes.values());
-    MergedTexts merged;
-    if (items.isEmpty() || !canMerge(items) || !gatherTexts(items, &merged))
+    TVLProjectModelPrivate::MergedTexts merged;
+    if (items.isEmpty() || !d->canMerge(items) || !d->gatherTexts(items, &merged))
         return {};
 
     const TVLHeldItem survivor = items.constFirst();
     // First of all: where a snapshot can't come along, nothing has changed but copies that were
     // made.
-    if (!takeMergedSnapshots(survivor.node(), merged.idsWithSnapshots)) {
-        announceSnapshots(survivor.index());
+    if (!d->takeMergedSnapshots(survivor.node(), merged.idsWithSnapshots)) {
+        d->announceSnapshots(survivor.index());
         return {};
     }
-    const bool isSafe = takeMergedTexts(survivor, merged);
+    const bool isSafe = d->takeMergedTexts(survivor, merged);
     // The others keep what there is nobody to take.
     if (!survivor.node())
         return {};
     const QModelIndexList others = sortIndexes(TVLHeldItem::indexesOf(items.sliced(1)));
-    removeNodeIdsFromDependentStructures(nodeIdentityList(others));
-    removeMerged(TVLHeldItem::listOf(this, itemNodes(others)), isSafe);
+    d->removeNodeIdsFromDependentStructures(nodeIdentityList(others));
+    d->removeMerged(TVLHeldItem::listOf(this, d->itemNodes(others)), isSafe);
 
     scheduleDocTextChange(survivor.index());
     markProjectAsModified(true);
     if (survivor.node())
         Q_EMIT snapshotsChanged(survivor.index(), survivor.index());
-    announceChange(survivor.index());
+    d->announceChange(survivor.index());
     return survivor.index();
 }
 
-void TVLProjectModel::removeMerged(const QList<TVLHeldItem> &items, bool withFiles)
+void TVLProjectModelPrivate::removeMerged(const QList<TVLHeldItem> &items, bool withFiles)
 {
     const TVLNumberedFiles files(mPath);
     for (const TVLHeldItem &item : items) {
@@ -294,7 +293,7 @@ void TVLProjectModel::removeMerged(const QList<TVLHeldItem> &items, bool withFil
         else
             forgetNodeWithoutFiles(node);
         removeRow(node);
-        endRemoveRows();
+        q->endRemoveRows();
     }
 }
 
@@ -303,11 +302,11 @@ void TVLProjectModel::removeMerged(const QList<TVLHeldItem> &items, bool withFil
 void TVLProjectModel::flatten()
 {
     // The list grows while it is walked, until no child of a child is left.
-    QList<TVLProjectNode *> &nodes = mRootNode->mChildren;
+    QList<TVLProjectNode *> &nodes = d->mRootNode->mChildren;
     for (qsizetype i = 0; i < nodes.size(); ++i) {
         const QList<TVLProjectNode *> children = std::exchange(nodes.at(i)->mChildren, {});
         for (TVLProjectNode *child : children)
-            child->mParent = mRootNode.get();
+            child->mParent = d->mRootNode.get();
         nodes.append(children);
     }
 }
@@ -381,11 +380,11 @@ TVLProjectNodeProperties TVLProjectModel::nodeProperties(const QModelIndex &inde
     return node ? static_cast<const TVLProjectNodeProperties &>(*node) : TVLProjectNodeProperties();
 }
 
-bool TVLProjectModel::applyAttributes(
+bool TVLProjectModelPrivate::applyAttributes(
     const QModelIndex &index, const TVLProjectNodeProperties &properties,
     void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &))
 {
-    TVLProjectNode *node = projectNode(index);
+    TVLProjectNode *node = q->projectNode(index);
     if (!node)
         return false;
     (node->*apply)(properties);
@@ -398,13 +397,13 @@ bool TVLProjectModel::applyAttributes(
 bool TVLProjectModel::applyMobileAttributes(const QModelIndex &index,
                                             const TVLProjectNodeProperties &properties)
 {
-    return applyAttributes(index, properties, &TVLProjectNodeProperties::applyMobileProperties);
+    return d->applyAttributes(index, properties, &TVLProjectNodeProperties::applyMobileProperties);
 }
 
 bool TVLProjectModel::applyDesktopAttributes(const QModelIndex &index,
                                              const TVLProjectNodeProperties &properties)
 {
-    return applyAttributes(index, properties, &TVLProjectNodeProperties::applyDesktopProperties);
+    return d->applyAttributes(index, properties, &TVLProjectNodeProperties::applyDesktopProperties);
 }
 
 bool TVLProjectModel::applyMobileAttributesFromIndex(const QModelIndex &source,

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -102,12 +102,12 @@ int TVLProjectModel::statusIdentity(const QModelIndex &index) const
 
 TVLLabel TVLProjectModel::label(const QModelIndex &index) const
 {
-    return mSearchIndex->label(labelIdentity(index));
+    return d->mSearchIndex->label(labelIdentity(index));
 }
 
 TVLStatusItem TVLProjectModel::statusItem(const QModelIndex &index) const
 {
-    return mSearchIndex->statusItem(statusIdentity(index));
+    return d->mSearchIndex->statusItem(statusIdentity(index));
 }
 
 bool TVLProjectModel::isTemplateFolder(const QModelIndex &index) const
@@ -223,72 +223,73 @@ bool TVLProjectModel::isReadOnly(const QModelIndex &index, TVL::DocumentType typ
 {
     const TVLProjectNode *node = projectNode(index);
     const TVLTextDocument *document =
-        node && !isSystemFolder(index) ? documentOf(node, type) : nullptr;
+        node && !isSystemFolder(index) ? TVLProjectModelPrivate::documentOf(node, type) : nullptr;
     return document && document->isReadOnly();
 }
 
-QByteArray TVLProjectModel::storedMd5(const QModelIndex &index, TVL::DocumentType type) const
+QByteArray TVLProjectModelPrivate::storedMd5(const QModelIndex &index, TVL::DocumentType type) const
 {
-    const TVLProjectNode *node = projectNode(index);
+    const TVLProjectNode *node = q->projectNode(index);
     return node ? TVLProjectFolderFormat::md5(mPath, node->mId, type) : QByteArray();
 }
 
 QByteArray TVLProjectModel::textMd5(const QModelIndex &index) const
 {
-    return storedMd5(index, TVL::MainText);
+    return d->storedMd5(index, TVL::MainText);
 }
 
 QByteArray TVLProjectModel::noteMd5(const QModelIndex &index) const
 {
-    return storedMd5(index, TVL::NotesText);
+    return d->storedMd5(index, TVL::NotesText);
 }
 
 QByteArray TVLProjectModel::synopsisMd5(const QModelIndex &index) const
 {
-    return storedMd5(index, TVL::SynopsisText);
+    return d->storedMd5(index, TVL::SynopsisText);
 }
 
 // --- Changing
 
-void TVLProjectModel::announceChange(const QModelIndex &index)
+void TVLProjectModelPrivate::announceChange(const QModelIndex &index)
 {
-    const TVLProjectNode *node = index.isValid() ? projectNode(index) : nullptr;
+    const TVLProjectNode *node = index.isValid() ? q->projectNode(index) : nullptr;
     if (!node)
         return;
     // Who kept an index may have kept it over a change of rows.
-    const QModelIndex present = createIndex(node).siblingAtColumn(index.column());
-    Q_EMIT dataChanged(present, present);
+    const QModelIndex present = q->createIndex(node).siblingAtColumn(index.column());
+    Q_EMIT q->dataChanged(present, present);
 }
 
-void TVLProjectModel::announceChanges(const QList<TVLHeldItem> &items)
+void TVLProjectModelPrivate::announceChanges(const QList<TVLHeldItem> &items)
 {
     for (const TVLHeldItem &item : items)
         announceChange(item.index());
 }
 
-void TVLProjectModel::markAndAnnounce(const QModelIndex &index)
+void TVLProjectModelPrivate::markAndAnnounce(const QModelIndex &index)
 {
     // Who hears that the project has changed may remove the item.
     const QPersistentModelIndex changed = index;
-    markProjectAsModified(true);
+    q->markProjectAsModified(true);
     announceChange(changed);
 }
 
-void TVLProjectModel::followChange(TVLProjectNode *node, const QModelIndex &index, Effects effects)
+void TVLProjectModelPrivate::followChange(TVLProjectNode *node, const QModelIndex &index,
+                                          Effects effects)
 {
     if (effects == Effects::TouchAndAnnounce)
         node->updateModified();
     if (effects == Effects::None)
-        markProjectAsModified(true);
+        q->markProjectAsModified(true);
     else
         markAndAnnounce(index);
 }
 
 /** @p store is false, having changed nothing, for a node that has the value already. */
 template <typename Store>
-bool TVLProjectModel::changeNode(const QModelIndex &index, Effects effects, Store store)
+bool TVLProjectModelPrivate::changeNode(const QModelIndex &index, Effects effects, Store store)
 {
-    TVLProjectNode *node = projectNode(index);
+    TVLProjectNode *node = q->projectNode(index);
     if (!node)
         return false;
     if (store(node))
@@ -297,9 +298,9 @@ bool TVLProjectModel::changeNode(const QModelIndex &index, Effects effects, Stor
 }
 
 template <typename Value>
-bool TVLProjectModel::setNodeValue(const QModelIndex &index,
-                                   Value TVLProjectNodeProperties::*member, const Value &value,
-                                   Effects effects, bool equalCounts)
+bool TVLProjectModelPrivate::setNodeValue(const QModelIndex &index,
+                                          Value TVLProjectNodeProperties::*member,
+                                          const Value &value, Effects effects, bool equalCounts)
 {
     return changeNode(index, effects, [&](TVLProjectNode *node) {
         if (equalCounts && node->*member == value)
@@ -310,9 +311,10 @@ bool TVLProjectModel::setNodeValue(const QModelIndex &index,
 }
 
 template <typename Value>
-bool TVLProjectModel::setSearchedValue(const QModelIndex &index,
-                                       Value TVLProjectNodeProperties::*member, const Value &value,
-                                       TVL::DocumentProperty property, bool equalCounts)
+bool TVLProjectModelPrivate::setSearchedValue(const QModelIndex &index,
+                                              Value TVLProjectNodeProperties::*member,
+                                              const Value &value, TVL::DocumentProperty property,
+                                              bool equalCounts)
 {
     return changeNode(index, Effects::TouchAndAnnounce, [&](TVLProjectNode *node) {
         if (equalCounts && node->*member == value)
@@ -325,64 +327,65 @@ bool TVLProjectModel::setSearchedValue(const QModelIndex &index,
 
 bool TVLProjectModel::setTitle(const QModelIndex &index, const QString &title)
 {
-    return setSearchedValue(index, &TVLProjectNode::mTitle, title, TVL::TitleProperty);
+    return d->setSearchedValue(index, &TVLProjectNode::mTitle, title, TVL::TitleProperty);
 }
 
 bool TVLProjectModel::setType(const QModelIndex &index, TVL::NodeType type)
 {
-    return setNodeValue(index, &TVLProjectNode::mNodeType, type);
+    return d->setNodeValue(index, &TVLProjectNode::mNodeType, type);
 }
 
 bool TVLProjectModel::setTargetType(const QModelIndex &index, TVL::TargetType type)
 {
-    return setNodeValue(index, &TVLProjectNode::mTargetType, int(type));
+    return d->setNodeValue(index, &TVLProjectNode::mTargetType, int(type));
 }
 
 bool TVLProjectModel::setCustomIcon(const QModelIndex &index, const QString &name)
 {
-    return setNodeValue(index, &TVLProjectNode::mIconFileName, name);
+    return d->setNodeValue(index, &TVLProjectNode::mIconFileName, name);
 }
 
 bool TVLProjectModel::setIncludeInCompile(const QModelIndex &index, bool include)
 {
-    return setNodeValue(index, &TVLProjectNode::mIncludeInCompile, include);
+    return d->setNodeValue(index, &TVLProjectNode::mIncludeInCompile, include);
 }
 
 bool TVLProjectModel::setPageBreakBefore(const QModelIndex &index, bool pageBreak)
 {
-    return setNodeValue(index, &TVLProjectNode::mPageBreakBefore, pageBreak);
+    return d->setNodeValue(index, &TVLProjectNode::mPageBreakBefore, pageBreak);
 }
 
 bool TVLProjectModel::setPreserveFormatting(const QModelIndex &index, bool preserve)
 {
-    return setNodeValue(index, &TVLProjectNode::mCompileAsIs, preserve);
+    return d->setNodeValue(index, &TVLProjectNode::mCompileAsIs, preserve);
 }
 
 bool TVLProjectModel::setShowIndexCardImage(const QModelIndex &index, bool show)
 {
-    return setNodeValue(index, &TVLProjectNode::mShowSynopsisImage, show);
+    return d->setNodeValue(index, &TVLProjectNode::mShowSynopsisImage, show);
 }
 
 bool TVLProjectModel::setLabelIdentity(const QModelIndex &index, int id)
 {
-    return setSearchedValue(index, &TVLProjectNode::mLabelId, id, TVL::LabelProperty,
-                            mSearchIndex->hasLabel(id));
+    return d->setSearchedValue(index, &TVLProjectNode::mLabelId, id, TVL::LabelProperty,
+                               d->mSearchIndex->hasLabel(id));
 }
 
 bool TVLProjectModel::setStatusIdentity(const QModelIndex &index, int id)
 {
-    return setSearchedValue(index, &TVLProjectNode::mStatusId, id, TVL::StatusProperty,
-                            mSearchIndex->hasStatusItem(id));
+    return d->setSearchedValue(index, &TVLProjectNode::mStatusId, id, TVL::StatusProperty,
+                               d->mSearchIndex->hasStatusItem(id));
 }
 
 bool TVLProjectModel::setWebUrl(const QModelIndex &index, const QUrl &url)
 {
-    return changeNode(index, Effects::TouchAndAnnounce, [&url](TVLProjectNode *node) {
-        if (QUrl(node->mOriginalUrl) == url)
-            return false;
-        node->mOriginalUrl = url.toString();
-        return true;
-    });
+    return d->changeNode(index, TVLProjectModelPrivate::Effects::TouchAndAnnounce,
+                         [&url](TVLProjectNode *node) {
+                             if (QUrl(node->mOriginalUrl) == url)
+                                 return false;
+                             node->mOriginalUrl = url.toString();
+                             return true;
+                         });
 }
 
 bool TVLProjectModel::setActualSize(const QModelIndex &index)
@@ -392,13 +395,15 @@ bool TVLProjectModel::setActualSize(const QModelIndex &index)
 
 bool TVLProjectModel::setScaleFactor(const QModelIndex &index, double factor)
 {
-    return changeNode(index, Effects::TouchAndAnnounce, [factor](TVLProjectNode *node) {
-        if (tvlFuzzyCompare(node->mImageScaleFactor, factor) && !node->mImageScalesProportionally)
-            return false;
-        node->mImageScaleFactor = factor;
-        node->mImageScalesProportionally = false;
-        return true;
-    });
+    return d->changeNode(index, TVLProjectModelPrivate::Effects::TouchAndAnnounce,
+                         [factor](TVLProjectNode *node) {
+                             if (tvlFuzzyCompare(node->mImageScaleFactor, factor)
+                                 && !node->mImageScalesProportionally)
+                                 return false;
+                             node->mImageScaleFactor = factor;
+                             node->mImageScalesProportionally = false;
+                             return true;
+                         });
 }
 
 bool TVLProjectModel::setTextMode(const QModelIndex &index, const QString &mode)
@@ -414,47 +419,52 @@ bool TVLProjectModel::setTextMode(const QModelIndex &index, const QString &mode)
     markProjectAsModified(true);
     if (changed.isValid())
         Q_EMIT formatModeChanged(changed, mode);
-    announceChange(changed);
+    d->announceChange(changed);
     return true;
 }
 
 bool TVLProjectModel::setRotation(const QModelIndex &index, int quarterTurns)
 {
-    return setNodeValue(index, &TVLProjectNode::mImageRotation, quarterTurns, Effects::Announce);
+    return d->setNodeValue(index, &TVLProjectNode::mImageRotation, quarterTurns,
+                           TVLProjectModelPrivate::Effects::Announce);
 }
 
 bool TVLProjectModel::setScaleToFit(const QModelIndex &index, bool fit)
 {
-    return setNodeValue(index, &TVLProjectNode::mImageScalesProportionally, fit, Effects::Announce);
+    return d->setNodeValue(index, &TVLProjectNode::mImageScalesProportionally, fit,
+                           TVLProjectModelPrivate::Effects::Announce);
 }
 
 bool TVLProjectModel::setCountTarget(const QModelIndex &index, int target)
 {
-    return setNodeValue(index, &TVLProjectNode::mTarget, target, Effects::Announce);
+    return d->setNodeValue(index, &TVLProjectNode::mTarget, target,
+                           TVLProjectModelPrivate::Effects::Announce);
 }
 
 bool TVLProjectModel::setLastModified(const QModelIndex &index, const QDateTime &dateTime)
 {
-    return setNodeValue(index, &TVLProjectNode::mModified, dateTime, Effects::Announce);
+    return d->setNodeValue(index, &TVLProjectNode::mModified, dateTime,
+                           TVLProjectModelPrivate::Effects::Announce);
 }
 
 bool TVLProjectModel::setSelection(const QModelIndex &index, const QPair<int, int> &selection)
 {
-    return setNodeValue(index, &TVLProjectNode::mTextSelection, selection, Effects::None);
+    return d->setNodeValue(index, &TVLProjectNode::mTextSelection, selection,
+                           TVLProjectModelPrivate::Effects::None);
 }
 
 bool TVLProjectModel::verifyLabelStatusIdentity(const QModelIndex &index, int label, int status)
 {
     const TVLHeldItem item(this, projectNode(index));
-    const bool hasItem = setLabelIdentity(index, mSearchIndex->hasLabel(label) ? label : -1);
+    const bool hasItem = setLabelIdentity(index, d->mSearchIndex->hasLabel(label) ? label : -1);
     return hasItem && item.node()
-        && setStatusIdentity(item.index(), mSearchIndex->hasStatusItem(status) ? status : -1);
+        && setStatusIdentity(item.index(), d->mSearchIndex->hasStatusItem(status) ? status : -1);
 }
 
 bool TVLProjectModel::verifyLabelStatusIdentity(TVLProjectNodeProperties *properties) const
 {
-    const bool isLabelKnown = mSearchIndex->hasLabel(properties->mLabelId);
-    const bool isStatusKnown = mSearchIndex->hasStatusItem(properties->mStatusId);
+    const bool isLabelKnown = d->mSearchIndex->hasLabel(properties->mLabelId);
+    const bool isStatusKnown = d->mSearchIndex->hasStatusItem(properties->mStatusId);
     if (!isLabelKnown)
         properties->mLabelId = -1;
     if (!isStatusKnown)

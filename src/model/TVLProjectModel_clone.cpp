@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLCloning_p.h"
 #include "TVLDoors.h"
@@ -85,14 +85,15 @@ bool TVLProjectModel::canClone(const QModelIndex &source, const QModelIndex &tar
 }
 
 /** canClone() for a new item in a parent. */
-bool TVLProjectModel::canCloneBelow(const QModelIndex &source, const QModelIndex &parent) const
+bool TVLProjectModelPrivate::canCloneBelow(const QModelIndex &source,
+                                           const QModelIndex &parent) const
 {
     const TVLProjectModel *from = projectModelOf(source);
-    if (!source.isValid() || !from || isTrashChild(parent))
+    if (!source.isValid() || !from || q->isTrashChild(parent))
         return false;
-    if (!from->isEditableText(source) && isDraftChild(parent))
+    if (!from->isEditableText(source) && q->isDraftChild(parent))
         return false;
-    return from != this || !from->isSystemFolder(source);
+    return from != q || !from->isSystemFolder(source);
 }
 
 // --- Files
@@ -108,16 +109,17 @@ bool TVLProjectModel::cloneProjectFilesNode(bool mobile, const QString &sourcePa
 }
 
 /** Snapshots are among the files, asked for or not. */
-bool TVLProjectModel::cloneFiles(const CloneSource &from, const TVLProjectNode *source,
-                                 TVLProjectNode *target)
+bool TVLProjectModelPrivate::cloneFiles(const CloneSource &from, const TVLProjectNode *source,
+                                        TVLProjectNode *target)
 {
     // An editor's text of the target would be written over what is copied here.
     releaseDocuments(target);
     noteReplacing(target);
     invalidateSearchedTexts(target);
     if (mMobileProject)
-        return cloneProjectFilesNode(true, from.model->mPath, source, mPath, target);
-    return TVLProjectFolderFormat::cloneProjectFiles(from.model->mPath, source->mId, from.files,
+        return TVLProjectModel::cloneProjectFilesNode(true, from.model->d->mPath, source, mPath,
+                                                      target);
+    return TVLProjectFolderFormat::cloneProjectFiles(from.model->d->mPath, source->mId, from.files,
                                                      mPath, target->mId);
 }
 
@@ -126,25 +128,25 @@ bool TVLProjectModel::cloneProjectFiles(const QModelIndex &source, const QModelI
 {
     if (target.model() != this || !canClone(source, target))
         return false;
-    const CloneSource from = cloneSource(source);
+    const TVLProjectModelPrivate::CloneSource from = TVLProjectModelPrivate::cloneSource(source);
     const TVLProjectNode *sourceNode = from.model->projectNode(source);
     TVLProjectNode *targetNode = projectNode(target);
-    if (!cloneFiles(from, sourceNode, targetNode))
+    if (!d->cloneFiles(from, sourceNode, targetNode))
         return false;
     copyHasFlags(*sourceNode, targetNode);
     if (snapshots)
         targetNode->mHasSnapshots = sourceNode->mHasSnapshots;
     forgetDerived(targetNode);
-    invalidateSearchedTexts(targetNode);
+    d->invalidateSearchedTexts(targetNode);
     return true;
 }
 
 // --- Whole items
 
-TVLProjectModel::CloneSource TVLProjectModel::cloneSource(const QModelIndex &source)
+TVLProjectModelPrivate::CloneSource TVLProjectModelPrivate::cloneSource(const QModelIndex &source)
 {
     const TVLProjectModel *model = projectModelOf(source);
-    return {model, TVLNumberedFiles(model->mPath)};
+    return {model, TVLNumberedFiles(model->d->mPath)};
 }
 
 bool TVLProjectModel::clone(const QModelIndex &source, const QModelIndex &target, bool recursive,
@@ -157,37 +159,38 @@ bool TVLProjectModel::clone(const QModelIndex &source, const QModelIndex &target
     const bool isAllowed = canClone(source, target);
     if (checkRules && !isAllowed)
         return false;
-    const CloneSource from = cloneSource(source);
+    const TVLProjectModelPrivate::CloneSource from = TVLProjectModelPrivate::cloneSource(source);
     const TVLHeldItem heldSource(from.model, from.model->projectNode(source));
     const TVLHeldItem heldTarget(this, projectNode(target));
-    const AdoptedIds ids = adoptIds(*from.model, *heldSource.node(), files && isAllowed);
+    const TVLProjectModelPrivate::AdoptedIds ids =
+        d->adoptIds(*from.model, *heldSource.node(), files && isAllowed);
     TVLProjectNode *sourceNode = heldSource.node();
     TVLProjectNode *targetNode = heldTarget.node();
     if (!sourceNode || !targetNode)
         return false;
 
     // Taken before the first copy is made: the copies may come to lie below the source.
-    const QList<Descendant> descendants =
-        descendantsOf(from, recursive ? sourceNode : nullptr, targetNode);
-    const CloneOptions options = {recursive, checkRules, snapshots, files};
+    const QList<TVLProjectModelPrivate::Descendant> descendants =
+        TVLProjectModelPrivate::descendantsOf(from, recursive ? sourceNode : nullptr, targetNode);
+    const TVLProjectModelPrivate::CloneOptions options = {recursive, checkRules, snapshots, files};
     (void)from.model->saveDocuments(sourceNode, false, nullptr);
     if (files) {
         const TVLProjectNodeProperties before = *targetNode;
-        invalidateSearchedTexts(targetNode);
-        if (!copyItem(from, sourceNode, targetNode, options, isAllowed ? &ids : nullptr))
+        d->invalidateSearchedTexts(targetNode);
+        if (!d->copyItem(from, sourceNode, targetNode, options, isAllowed ? &ids : nullptr))
             return false;
-        updateSearchedRecord(targetNode);
+        d->updateSearchedRecord(targetNode);
         if (isAllowed)
-            markIfReferringChanged(before, *targetNode);
-        announceChange(heldTarget.index());
+            d->markIfReferringChanged(before, *targetNode);
+        d->announceChange(heldTarget.index());
     }
-    return cloneDescendants(from, descendants, heldTarget, options);
+    return d->cloneDescendants(from, descendants, heldTarget, options);
 }
 
 /** Makes an item's files and record those of another one, and tells nobody. */
-bool TVLProjectModel::copyItem(const CloneSource &from, const TVLProjectNode *source,
-                               TVLProjectNode *target, const CloneOptions &options,
-                               const AdoptedIds *ids)
+bool TVLProjectModelPrivate::copyItem(const CloneSource &from, const TVLProjectNode *source,
+                                      TVLProjectNode *target, const CloneOptions &options,
+                                      const AdoptedIds *ids)
 {
     if (!cloneFiles(from, source, target))
         return false;
@@ -198,8 +201,8 @@ bool TVLProjectModel::copyItem(const CloneSource &from, const TVLProjectNode *so
     return true;
 }
 
-void TVLProjectModel::takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
-                              TVLProjectNode *target)
+void TVLProjectModelPrivate::takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
+                                     TVLProjectNode *target)
 {
     target->mKeywords = ids.keywords;
     target->mReferences = source.mReferences;
@@ -207,11 +210,11 @@ void TVLProjectModel::takeIds(const TVLProjectNodeProperties &source, const Adop
     target->mStatusId = ids.statusId;
 }
 
-void TVLProjectModel::markIfReferringChanged(const TVLProjectNodeProperties &before,
-                                             const TVLProjectNodeProperties &now)
+void TVLProjectModelPrivate::markIfReferringChanged(const TVLProjectNodeProperties &before,
+                                                    const TVLProjectNodeProperties &now)
 {
-    markProjectAsModified(now.mKeywords != before.mKeywords
-                          || now.mReferences != before.mReferences);
+    q->markProjectAsModified(now.mKeywords != before.mKeywords
+                             || now.mReferences != before.mReferences);
 }
 
 bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QModelIndex &target,
@@ -225,13 +228,14 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     const bool isAllowed = canClone(source, target);
     const TVLHeldItem heldSource(from, from->projectNode(source));
     const TVLHeldItem heldTarget(this, projectNode(target));
-    const AdoptedIds ids = adoptIds(*from, *heldSource.node(), isAllowed);
+    const TVLProjectModelPrivate::AdoptedIds ids =
+        d->adoptIds(*from, *heldSource.node(), isAllowed);
     const TVLProjectNode *sourceNode = heldSource.node();
     TVLProjectNode *targetNode = heldTarget.node();
     if (!sourceNode || !targetNode)
         return false;
     if (snapshots) {
-        (void)TVLProjectFolderFormat::cloneSnapshots(from->mPath, sourceNode->mId, mPath,
+        (void)TVLProjectFolderFormat::cloneSnapshots(from->d->mPath, sourceNode->mId, d->mPath,
                                                      targetNode->mId);
     }
     const TVLProjectNodeProperties before = *targetNode;
@@ -239,11 +243,11 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     targetNode->mHasSnapshots = snapshots && sourceNode->mHasSnapshots;
     targetNode->clearIndexCardPixmap();
     if (isAllowed)
-        takeIds(*sourceNode, ids, targetNode);
-    invalidateSearchedTexts(targetNode);
-    updateSearchedRecord(targetNode);
-    markIfReferringChanged(before, *targetNode);
-    announceChange(heldTarget.index());
+        TVLProjectModelPrivate::takeIds(*sourceNode, ids, targetNode);
+    d->invalidateSearchedTexts(targetNode);
+    d->updateSearchedRecord(targetNode);
+    d->markIfReferringChanged(before, *targetNode);
+    d->announceChange(heldTarget.index());
     return true;
 }
 
@@ -251,17 +255,17 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
 
 /** Has what an item of another project refers to by id in this one too, unless nothing is wanted.
  */
-TVLProjectModel::AdoptedIds TVLProjectModel::adoptIds(const TVLProjectModel &from,
-                                                      const TVLProjectNodeProperties &item,
-                                                      bool isWanted)
+TVLProjectModelPrivate::AdoptedIds
+TVLProjectModelPrivate::adoptIds(const TVLProjectModel &from, const TVLProjectNodeProperties &item,
+                                 bool isWanted)
 {
     // Taken first: who hears of what is added here may remove the item.
     const AdoptedIds own = {item.mKeywords, item.mLabelId, item.mStatusId};
-    if (&from == this || !isWanted)
+    if (&from == q || !isWanted)
         return own;
     return {adoptKeywords(*from.keywordModel(), own.keywords),
-            adoptLabel(*from.mSearchIndex, own.labelId),
-            adoptStatusItem(*from.mSearchIndex, own.statusId)};
+            adoptLabel(*from.d->mSearchIndex, own.labelId),
+            adoptStatusItem(*from.d->mSearchIndex, own.statusId)};
 }
 
 bool TVLProjectModel::cloneKeywordsAndReferences(const QModelIndex &source,
@@ -274,12 +278,12 @@ bool TVLProjectModel::cloneKeywordsAndReferences(const QModelIndex &source,
     const QList<TVLReference> references = from->references(source);
     QList<int> ids = from->keywordIds(source);
     if (from != this)
-        ids = adoptKeywords(*from->keywordModel(), ids);
+        ids = d->adoptKeywords(*from->keywordModel(), ids);
     return heldTarget.isValid() && setKeywordIds(heldTarget, ids) && heldTarget.isValid()
         && setReferences(heldTarget, references);
 }
 
-QList<int> TVLProjectModel::adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids)
+QList<int> TVLProjectModelPrivate::adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids)
 {
     QList<std::pair<QString, QColor>> keywords;
     for (const int id : ids)
@@ -294,7 +298,7 @@ QList<int> TVLProjectModel::adoptKeywords(const TVLKeywordModel &from, const QLi
 }
 
 /** The id of a keyword of that title, which is added if there is none; -1 without one. */
-int TVLProjectModel::adoptKeyword(const QString &title, const QColor &color)
+int TVLProjectModelPrivate::adoptKeyword(const QString &title, const QColor &color)
 {
     if (!mKeywordModel->findTitle(title).isValid()
         && mKeywordModel->insertItem(mKeywordModel->rowCount(), QModelIndex(), title))
@@ -315,20 +319,20 @@ bool TVLProjectModel::cloneLabelsAndStatusItems(const QModelIndex &source,
     int labelId = from->labelIdentity(source);
     int statusId = from->statusIdentity(source);
     if (from != this) {
-        labelId = adoptLabel(*from->mSearchIndex, labelId);
-        statusId = adoptStatusItem(*from->mSearchIndex, statusId);
+        labelId = d->adoptLabel(*from->d->mSearchIndex, labelId);
+        statusId = d->adoptStatusItem(*from->d->mSearchIndex, statusId);
     }
     TVLProjectNode *targetNode = heldTarget.node();
     if (!targetNode)
         return false;
     targetNode->mLabelId = labelId;
     targetNode->mStatusId = statusId;
-    updateSearched(targetNode, TVL::LabelProperty, labelId);
-    updateSearched(targetNode, TVL::StatusProperty, statusId);
+    d->updateSearched(targetNode, TVL::LabelProperty, labelId);
+    d->updateSearched(targetNode, TVL::StatusProperty, statusId);
     return true;
 }
 
-int TVLProjectModel::adoptLabel(const TVLSearchIndex &from, int id)
+int TVLProjectModelPrivate::adoptLabel(const TVLSearchIndex &from, int id)
 {
     bool isKnown = false;
     TVLLabel label = from.label(id, &isKnown);
@@ -336,16 +340,16 @@ int TVLProjectModel::adoptLabel(const TVLSearchIndex &from, int id)
         return -1;
     if (!label.mColor.isValid())
         label.mColor = randomColor();
-    return adoptByTitle(label, labels(),
-                        [this](const QList<TVLLabel> &items) { setLabels(items); });
+    return adoptByTitle(label, q->labels(),
+                        [this](const QList<TVLLabel> &items) { q->setLabels(items); });
 }
 
-int TVLProjectModel::adoptStatusItem(const TVLSearchIndex &from, int id)
+int TVLProjectModelPrivate::adoptStatusItem(const TVLSearchIndex &from, int id)
 {
     bool isKnown = false;
     const TVLStatusItem item = from.statusItem(id, &isKnown);
     if (id < 0 || !isKnown)
         return -1;
-    return adoptByTitle(item, statusItems(),
-                        [this](const QList<TVLStatusItem> &items) { setStatusItems(items); });
+    return adoptByTitle(item, q->statusItems(),
+                        [this](const QList<TVLStatusItem> &items) { q->setStatusItems(items); });
 }

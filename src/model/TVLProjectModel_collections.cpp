@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
@@ -92,33 +92,34 @@ bool isInOrBelow(const TVLProjectNode *node, const QSet<const TVLProjectNode *> 
 
 // --- The list
 
-QString TVLProjectModel::trSearchResultsTitle()
+QString TVLProjectModelPrivate::trSearchResultsTitle()
 {
-    return tr("Search Results", "Search results collection");
+    return TVLProjectModel::tr("Search Results", "Search results collection");
 }
 
 void TVLProjectModel::addDefaultCollections()
 {
-    if (!mCollections.isEmpty())
+    if (!d->mCollections.isEmpty())
         return;
-    mCollections.append(newCollection(TVL::BinderCollection, tr("Binder", "Binder collection")));
-    mCollections.append(newCollection(TVL::RecentSearchCollection, trSearchResultsTitle()));
+    d->mCollections.append(newCollection(TVL::BinderCollection, tr("Binder", "Binder collection")));
+    d->mCollections.append(
+        newCollection(TVL::RecentSearchCollection, TVLProjectModelPrivate::trSearchResultsTitle()));
 }
 
 void TVLProjectModel::setCollections(const QList<TVLCollectionMetaData> &collections)
 {
-    mCollections = collections;
-    for (TVLCollectionMetaData &collection : mCollections) {
+    d->mCollections = collections;
+    for (TVLCollectionMetaData &collection : d->mCollections) {
         if (collection.mType == TVL::ArbitraryCollection)
             collection.mIds.removeIf([this](int id) { return !index(id).isValid(); });
     }
     for (const auto type : {TVL::BinderCollection, TVL::RecentSearchCollection}) {
-        if (firstOfType(mCollections, type) < 0)
-            mCollections.append(newCollection(type, QString()));
+        if (firstOfType(d->mCollections, type) < 0)
+            d->mCollections.append(newCollection(type, QString()));
     }
 }
 
-bool TVLProjectModel::isCollectionPos(int position) const
+bool TVLProjectModelPrivate::isCollectionPos(int position) const
 {
     return position >= 0 && position < mCollections.size();
 }
@@ -126,55 +127,56 @@ bool TVLProjectModel::isCollectionPos(int position) const
 // Positions hold from one signal to the next: who hears of one collection may remove it or others.
 
 /** Where a collection is now that was at a position; -1 once it is gone. */
-int TVLProjectModel::presentCollectionPos(int position, const QString &identity) const
+int TVLProjectModelPrivate::presentCollectionPos(int position, const QString &identity) const
 {
     // First where it was: a damaged binder may have an identity twice.
     const bool hasStayed = isCollectionPos(position) && mCollections.at(position).mId == identity;
-    return hasStayed ? position : collectionPos(identity);
+    return hasStayed ? position : q->collectionPos(identity);
 }
 
-void TVLProjectModel::announceCollection(int position, const QString &identity)
+void TVLProjectModelPrivate::announceCollection(int position, const QString &identity)
 {
     const int present = presentCollectionPos(position, identity);
     if (present < 0)
         return;
     // By value: who hears of it may change the list.
     const TVLCollectionMetaData collection = mCollections.at(present);
-    Q_EMIT collectionChanged(present, collection);
-    Q_EMIT collectionChanged();
+    Q_EMIT q->collectionChanged(present, collection);
+    Q_EMIT q->collectionChanged();
 }
 
-void TVLProjectModel::storeCollection(int position, const TVLCollectionMetaData &collection)
+void TVLProjectModelPrivate::storeCollection(int position, const TVLCollectionMetaData &collection)
 {
     const QString identity = collection.mId;
     mCollections[position] = collection;
-    markProjectAsModified(true);
+    q->markProjectAsModified(true);
     announceCollection(position, identity);
 }
 
-void TVLProjectModel::insertCollectionRow(int position, const TVLCollectionMetaData &collection)
+void TVLProjectModelPrivate::insertCollectionRow(int position,
+                                                 const TVLCollectionMetaData &collection)
 {
     const TVLCollectionMetaData inserted = collection;
     position = std::clamp(position, 0, int(mCollections.size()));
-    Q_EMIT collectionAboutToBeInserted(position, inserted);
+    Q_EMIT q->collectionAboutToBeInserted(position, inserted);
     position = std::clamp(position, 0, int(mCollections.size()));
     mCollections.insert(position, inserted);
-    markProjectAsModified(true);
+    q->markProjectAsModified(true);
     const int present = presentCollectionPos(position, inserted.mId);
     if (present >= 0)
-        Q_EMIT collectionInserted(present, inserted);
+        Q_EMIT q->collectionInserted(present, inserted);
 }
 
-bool TVLProjectModel::removeCollectionRow(int position)
+bool TVLProjectModelPrivate::removeCollectionRow(int position)
 {
     const QString identity = mCollections.at(position).mId;
-    Q_EMIT collectionAboutToBeRemoved(position);
+    Q_EMIT q->collectionAboutToBeRemoved(position);
     const int present = presentCollectionPos(position, identity);
     if (present < 0)
         return false;
     mCollections.removeAt(present);
-    markProjectAsModified(true);
-    Q_EMIT collectionRemoved(present);
+    q->markProjectAsModified(true);
+    Q_EMIT q->collectionRemoved(present);
     return true;
 }
 
@@ -182,7 +184,7 @@ void TVLProjectModel::insertCollection(int position, const TVLCollectionMetaData
 {
     if (isBuiltIn(collection))
         return;
-    insertCollectionRow(position, collection);
+    d->insertCollectionRow(position, collection);
     Q_EMIT collectionChanged();
 }
 
@@ -199,23 +201,23 @@ QString TVLProjectModel::insertCollection(int position, const QModelIndexList &i
 
 void TVLProjectModel::removeCollection(int position)
 {
-    if (!isCollectionPos(position) || isBuiltIn(mCollections.at(position)))
+    if (!d->isCollectionPos(position) || isBuiltIn(d->mCollections.at(position)))
         return;
-    if (removeCollectionRow(position))
+    if (d->removeCollectionRow(position))
         Q_EMIT collectionChanged();
 }
 
 void TVLProjectModel::moveCollection(int from, int to)
 {
-    if (!isCollectionPos(from) || to < 0 || to > mCollections.size())
+    if (!d->isCollectionPos(from) || to < 0 || to > d->mCollections.size())
         return;
-    const TVLCollectionMetaData collection = mCollections.at(from);
+    const TVLCollectionMetaData collection = d->mCollections.at(from);
     {
         // Who is told that the project has changed must not find the list without one of its own.
-        const QScopedValueRollback suspend(mSuspendModified, true);
+        const QScopedValueRollback suspend(d->mSuspendModified, true);
         // Out and in again, so that views need no word for a move.
-        if (removeCollectionRow(from))
-            insertCollectionRow(from < to ? to - 1 : to, collection);
+        if (d->removeCollectionRow(from))
+            d->insertCollectionRow(from < to ? to - 1 : to, collection);
     }
     markProjectAsModified(true);
     Q_EMIT collectionChanged();
@@ -225,7 +227,7 @@ void TVLProjectModel::moveCollection(int from, int to)
 
 int TVLProjectModel::collectionPos(const QString &identity) const
 {
-    return firstPosition(mCollections, [&identity](const TVLCollectionMetaData &collection) {
+    return firstPosition(d->mCollections, [&identity](const TVLCollectionMetaData &collection) {
         return collection.mId == identity;
     });
 }
@@ -237,7 +239,7 @@ bool TVLProjectModel::hasCollectionWithId(const QString &identity) const
 
 TVLCollectionMetaData TVLProjectModel::findCollectionByPos(int position) const
 {
-    return isCollectionPos(position) ? mCollections.at(position) : noCollection();
+    return d->isCollectionPos(position) ? d->mCollections.at(position) : noCollection();
 }
 
 TVLCollectionMetaData TVLProjectModel::findCollectionById(const QString &identity) const
@@ -248,22 +250,22 @@ TVLCollectionMetaData TVLProjectModel::findCollectionById(const QString &identit
 TVLCollectionMetaData TVLProjectModel::findCollectionByTitle(const QString &title) const
 {
     return findCollectionByPos(
-        firstPosition(mCollections, [&title](const TVLCollectionMetaData &collection) {
+        firstPosition(d->mCollections, [&title](const TVLCollectionMetaData &collection) {
             return collection.mTitle == title;
         }));
 }
 
 TVLCollectionMetaData TVLProjectModel::binderCollection() const
 {
-    const int position = firstOfType(mCollections, TVL::BinderCollection);
-    return position >= 0 ? mCollections.at(position)
+    const int position = firstOfType(d->mCollections, TVL::BinderCollection);
+    return position >= 0 ? d->mCollections.at(position)
                          : newCollection(TVL::BinderCollection, QString());
 }
 
 TVLCollectionMetaData TVLProjectModel::recentSearch() const
 {
-    const int position = firstOfType(mCollections, TVL::RecentSearchCollection);
-    return position >= 0 ? mCollections.at(position)
+    const int position = firstOfType(d->mCollections, TVL::RecentSearchCollection);
+    return position >= 0 ? d->mCollections.at(position)
                          : newCollection(TVL::RecentSearchCollection, QString());
 }
 
@@ -271,8 +273,8 @@ TVLCollectionMetaData TVLProjectModel::recentSearch() const
 
 void TVLProjectModel::setCollectionByPos(int position, const TVLCollectionMetaData &collection)
 {
-    if (isCollectionPos(position) && !isBuiltIn(mCollections.at(position)))
-        storeCollection(position, collection);
+    if (d->isCollectionPos(position) && !isBuiltIn(d->mCollections.at(position)))
+        d->storeCollection(position, collection);
 }
 
 void TVLProjectModel::setCollectionById(const QString &identity,
@@ -287,7 +289,7 @@ void TVLProjectModel::setCollectionColor(int position, const QColor &color)
     if (isBuiltIn(collection) || collection.mType == TVL::NoCollection || collection.mId.isEmpty())
         return;
     collection.mColor = color;
-    storeCollection(position, collection);
+    d->storeCollection(position, collection);
 }
 
 void TVLProjectModel::setCollectionColor(const QString &identity, const QColor &color)
@@ -297,13 +299,13 @@ void TVLProjectModel::setCollectionColor(const QString &identity, const QColor &
 
 void TVLProjectModel::setRecentSearch(const TVLCollectionMetaData &search)
 {
-    const int position = firstOfType(mCollections, search.mType);
+    const int position = firstOfType(d->mCollections, search.mType);
     if (position < 0)
         return;
     TVLCollectionMetaData collection = search;
-    collection.mTitle = trSearchResultsTitle();
+    collection.mTitle = TVLProjectModelPrivate::trSearchResultsTitle();
     collection.mColor = QColor();
-    storeCollection(position, collection);
+    d->storeCollection(position, collection);
 }
 
 void TVLProjectModel::addToCollection(int position, const QModelIndexList &indexes)
@@ -321,7 +323,7 @@ void TVLProjectModel::addToCollection(int position, const QModelIndexList &index
         collection.mIds.append(id);
     }
     if (collection.mIds.size() != oldCount)
-        storeCollection(position, collection);
+        d->storeCollection(position, collection);
 }
 
 void TVLProjectModel::addToCollection(const QString &identity, const QModelIndexList &indexes)
@@ -331,13 +333,13 @@ void TVLProjectModel::addToCollection(const QString &identity, const QModelIndex
 
 void TVLProjectModel::removeFromCollection(int position, const QModelIndexList &indexes)
 {
-    if (!isCollectionPos(position))
+    if (!d->isCollectionPos(position))
         return;
-    TVLCollectionMetaData collection = mCollections.at(position);
+    TVLCollectionMetaData collection = d->mCollections.at(position);
     const QList<int> ids = nodeIdentityList(indexes);
     const QSet<int> removed(ids.begin(), ids.end());
     collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
-    storeCollection(position, collection);
+    d->storeCollection(position, collection);
 }
 
 void TVLProjectModel::removeFromCollection(const QString &identity, const QModelIndexList &indexes)
@@ -348,7 +350,7 @@ void TVLProjectModel::removeFromCollection(const QString &identity, const QModel
 void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
 {
     const QSet<int> removed(ids.begin(), ids.end());
-    for (TVLCollectionMetaData &collection : mCollections) {
+    for (TVLCollectionMetaData &collection : d->mCollections) {
         if (collection.mType == TVL::ArbitraryCollection)
             collection.mIds.removeIf([&removed](int id) { return removed.contains(id); });
     }
@@ -358,10 +360,10 @@ void TVLProjectModel::removeNodeIdsFromCollections(const QList<int> &ids)
 
 void TVLProjectModel::updateSearchCollections()
 {
-    announceSearches(TVL::AllScope);
+    d->announceSearches(TVL::AllScope);
 }
 
-void TVLProjectModel::announceSearches(int scope)
+void TVLProjectModelPrivate::announceSearches(int scope)
 {
     const QList<TVLCollectionMetaData> collections = mCollections;
     for (qsizetype position = 0; position < collections.size(); ++position) {
@@ -386,32 +388,32 @@ QModelIndexList TVLProjectModel::collectionIndexes(const TVLCollectionMetaData &
         for (const QModelIndex &selected : context)
             selection.append(TVLHeldItem(this, projectNode(selected)));
         // Searching may read texts, and show a box about one that can't be read.
-        const QList<int> ids = mSearchIndex->indexes(collection);
+        const QList<int> ids = d->mSearchIndex->indexes(collection);
         QSet<const TVLProjectNode *> scope;
         for (const TVLHeldItem &selected : std::as_const(selection))
             scope.insert(selected.node());
         for (const int id : ids) {
             const QModelIndex item = index(id);
-            if (isFoundBy(collection, scope, item))
+            if (d->isFoundBy(collection, scope, item))
                 indexes.append(item);
         }
     }
     return indexes;
 }
 
-bool TVLProjectModel::isFoundBy(const TVLCollectionMetaData &collection,
-                                const QSet<const TVLProjectNode *> &context,
-                                const QModelIndex &item) const
+bool TVLProjectModelPrivate::isFoundBy(const TVLCollectionMetaData &collection,
+                                       const QSet<const TVLProjectNode *> &context,
+                                       const QModelIndex &item) const
 {
-    if (!item.isValid() || isSystemFolder(item)
-        || !isCompileMatch(collection.mSearchCompile, includeInCompile(item)))
+    if (!item.isValid() || q->isSystemFolder(item)
+        || !isCompileMatch(collection.mSearchCompile, q->includeInCompile(item)))
         return false;
     if ((collection.mSearchScope & TVL::DraftScope) != 0)
-        return draftContains(item);
-    if ((collection.mSearchScope & TVL::ExcludeTrashScope) != 0 && trashContains(item))
+        return q->draftContains(item);
+    if ((collection.mSearchScope & TVL::ExcludeTrashScope) != 0 && q->trashContains(item))
         return false;
     return (collection.mSearchScope & TVL::SelectionScope) == 0
-        || isInOrBelow(projectNode(item), context);
+        || isInOrBelow(q->projectNode(item), context);
 }
 
 // --- For external folder sync
@@ -421,7 +423,7 @@ TVLCollectionMetaData TVLProjectModel::ensureCollection(const QString &title, co
     const TVLCollectionMetaData collection = findCollectionByTitle(title);
     if (collection.mType != TVL::NoCollection && !collection.mId.isEmpty())
         return collection;
-    return findCollectionById(insertCollection(int(mCollections.size()), {}, title, color));
+    return findCollectionById(insertCollection(int(d->mCollections.size()), {}, title, color));
 }
 
 TVLCollectionMetaData TVLProjectModel::updatedDocumentsCollection()
@@ -455,7 +457,7 @@ bool TVLProjectModel::syncedDocumentsCollectionExists() const
 
 QList<TVLCollectionMetaData> TVLProjectModel::collectionsForExternalFolderSync() const
 {
-    QList<TVLCollectionMetaData> collections = mCollections;
+    QList<TVLCollectionMetaData> collections = d->mCollections;
     collections.removeIf([](const TVLCollectionMetaData &collection) {
         return !collection.isSuitableExternalFolderSync();
     });

@@ -2,7 +2,7 @@
  * New items that are copies of others. Whoever hears of one finds all of it: what it takes from
  * another project is there before it comes, and what lies below it follows with signals of its own.
  */
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLCloning_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -25,16 +25,16 @@ bool isOfAProject(const QModelIndex &index)
  * Inserts copies of an item without what lies below it. What they refer to by ids is taken over
  * before; each copy is whole when it is announced.
  */
-TVLProjectModel::Copies TVLProjectModel::insertCopies(const CloneSource &from,
-                                                      const TVLHeldItem &source,
-                                                      const TVLHeldPlace &place,
-                                                      const CloneOptions &options,
-                                                      const NewCopies &copies)
+TVLProjectModelPrivate::Copies TVLProjectModelPrivate::insertCopies(const CloneSource &from,
+                                                                    const TVLHeldItem &source,
+                                                                    const TVLHeldPlace &place,
+                                                                    const CloneOptions &options,
+                                                                    const NewCopies &copies)
 {
     const TVLProjectNode *original = source.node();
     if (!original || !place.parent())
         return {};
-    const bool isAllowed = canCloneBelow(source.index(), createIndex(place.parent()));
+    const bool isAllowed = canCloneBelow(source.index(), q->createIndex(place.parent()));
     const bool isRefused = options.checkRules && !isAllowed;
     const bool isCopied = options.files && !isRefused;
     const AdoptedIds ids = adoptIds(*from.model, *original, isCopied && isAllowed);
@@ -64,9 +64,9 @@ TVLProjectModel::Copies TVLProjectModel::insertCopies(const CloneSource &from,
 }
 
 /** All below an item but a node and what lies in that; none for null. */
-QList<TVLProjectModel::Descendant> TVLProjectModel::descendantsOf(const CloneSource &from,
-                                                                  const TVLProjectNode *top,
-                                                                  const TVLProjectNode *excluded)
+QList<TVLProjectModelPrivate::Descendant>
+TVLProjectModelPrivate::descendantsOf(const CloneSource &from, const TVLProjectNode *top,
+                                      const TVLProjectNode *excluded)
 {
     QList<Descendant> descendants;
     if (!top)
@@ -85,21 +85,21 @@ QList<TVLProjectModel::Descendant> TVLProjectModel::descendantsOf(const CloneSou
 
 /** Inserts copies of what lies below an item in front of what lies below its copy. Whose original
  * or copied parent has gone meanwhile is passed over. */
-bool TVLProjectModel::cloneDescendants(const CloneSource &from,
-                                       const QList<Descendant> &descendants,
-                                       const TVLHeldItem &copy, const CloneOptions &options)
+bool TVLProjectModelPrivate::cloneDescendants(const CloneSource &from,
+                                              const QList<Descendant> &descendants,
+                                              const TVLHeldItem &copy, const CloneOptions &options)
 {
     if (!copy.node())
         return false;
     const CloneOptions childOptions = {false, options.checkRules, true, true};
     // Where the next copy comes in the copy of each; that of the top comes first.
-    QList<TVLHeldPlace> places = {TVLHeldPlace(this, copy.node(), 0)};
+    QList<TVLHeldPlace> places = {TVLHeldPlace(q, copy.node(), 0)};
     places.reserve(descendants.size() + 1);
     for (const Descendant &descendant : descendants) {
         const Copies made =
             insertCopies(from, descendant.item, places.at(descendant.parent + 1), childOptions, {});
         const TVLProjectNode *node = made.items.value(0).node();
-        places.append(TVLHeldPlace(this, node, 0));
+        places.append(TVLHeldPlace(q, node, 0));
         places[descendant.parent + 1].moveBehind(node);
         if (!made.items.isEmpty() && !made.areComplete)
             return false;
@@ -107,30 +107,31 @@ bool TVLProjectModel::cloneDescendants(const CloneSource &from,
     return true;
 }
 
-QList<TVLHeldItem> TVLProjectModel::insertClones(const InsertPlace &place, int count,
-                                                 const QModelIndex &source, CloneFlags flags,
-                                                 const QUuid &uuid)
+QList<TVLHeldItem> TVLProjectModelPrivate::insertClones(const InsertPlace &place, int count,
+                                                        const QModelIndex &source,
+                                                        TVLProjectModel::CloneFlags flags,
+                                                        const QUuid &uuid)
 {
     if (!isOfAProject(source))
         return insertBlankItems(place, count, uuid);
     const CloneSource from = cloneSource(source);
     const TVLProjectNode *node = from.model->projectNode(source);
-    const bool isRecursive = flags.testFlag(CloneChildren);
-    const CloneOptions options = {isRecursive, !flags.testFlag(SkipCloneRules),
-                                  flags.testFlag(CloneSnapshots),
-                                  !flags.testFlag(CloneWithoutFiles)};
+    const bool isRecursive = flags.testFlag(TVLProjectModel::CloneChildren);
+    const CloneOptions options = {isRecursive, !flags.testFlag(TVLProjectModel::SkipCloneRules),
+                                  flags.testFlag(TVLProjectModel::CloneSnapshots),
+                                  !flags.testFlag(TVLProjectModel::CloneWithoutFiles)};
     const QList<Descendant> descendants =
         descendantsOf(from, isRecursive ? node : nullptr, nullptr);
     NewCopies copies;
     copies.count = count;
     copies.uuid = uuid;
     const Copies made = insertCopies(from, TVLHeldItem(from.model, node),
-                                     TVLHeldPlace(this, place.parent, place.row), options, copies);
+                                     TVLHeldPlace(q, place.parent, place.row), options, copies);
     for (const TVLHeldItem &item : made.items) {
         if (made.areComplete)
             (void)cloneDescendants(from, descendants, item, options);
     }
-    markProjectAsModified(!made.items.isEmpty());
+    q->markProjectAsModified(!made.items.isEmpty());
     return made.items;
 }
 
@@ -138,8 +139,8 @@ QModelIndex TVLProjectModel::createNewProjectIndex(int row, const QModelIndex &p
                                                    const QString &title, const QUuid *uuid,
                                                    const QModelIndex *source)
 {
-    const InsertPlace place = insertPlace(parent, row);
-    NewCopies copies;
+    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    TVLProjectModelPrivate::NewCopies copies;
     copies.uuid = uuid ? *uuid : QUuid();
     copies.begin = [&title](TVLProjectNode *node) {
         node->mLabelId = -1;
@@ -147,19 +148,20 @@ QModelIndex TVLProjectModel::createNewProjectIndex(int row, const QModelIndex &p
         node->mTitle = title;
     };
     if (source && isOfAProject(*source)) {
-        const CloneSource from = cloneSource(*source);
-        const Copies made = insertCopies(
+        const TVLProjectModelPrivate::CloneSource from =
+            TVLProjectModelPrivate::cloneSource(*source);
+        const TVLProjectModelPrivate::Copies made = d->insertCopies(
             from, TVLHeldItem(from.model, from.model->projectNode(*source)),
             TVLHeldPlace(this, place.parent, place.row), {false, false, true, true}, copies);
         return made.items.value(0).index();
     }
     const auto make = [&](int) {
-        TVLProjectNode *node = createDefaultNode(place.parent, place.row, copies.uuid);
+        TVLProjectNode *node = d->createDefaultNode(place.parent, place.row, copies.uuid);
         copies.begin(node);
-        addToSearchIndex(node);
+        d->addToSearchIndex(node);
         return node;
     };
-    return insertItems(place, 1, make).constFirst().index();
+    return d->insertItems(place, 1, make).constFirst().index();
 }
 
 QModelIndex TVLProjectModel::createNewItemInConflictsFolder(const QUuid *uuid, const QString &title,
@@ -178,12 +180,12 @@ QModelIndex TVLProjectModel::createNewItemInConflictsFolder(const QUuid *uuid, c
 
 QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, bool withChildren)
 {
-    QList<TVLProjectNode *> sources = itemNodes(sortIndexes(indexes));
+    QList<TVLProjectNode *> sources = d->itemNodes(sortIndexes(indexes));
     const auto isSystem = [](const TVLProjectNode *node) { return node->mNodeType < TVL::Folder; };
     if (sources.isEmpty() || std::any_of(sources.begin(), sources.end(), isSystem))
         return {};
     if (withChildren)
-        sources = withoutDescendants(sources);
+        sources = TVLProjectModelPrivate::withoutDescendants(sources);
     // Of the topmost ones that with the largest row.
     const auto comesFirst = [](const TVLProjectNode *a, const TVLProjectNode *b) {
         const int depthOfA = TVLProjectNode::childLevel(a);
@@ -202,26 +204,27 @@ QModelIndexList TVLProjectModel::duplicate(const QModelIndexList &indexes, int r
                                            const QModelIndex &parent, bool withChildren,
                                            bool checkRules)
 {
-    if (indexes.isEmpty() || !canInsertRows(row, 1, parent))
+    if (indexes.isEmpty() || !d->canInsertRows(row, 1, parent))
         return {};
-    const QList<TVLHeldItem> sources = TVLHeldItem::listOf(this, itemNodes(indexes));
+    const QList<TVLHeldItem> sources = TVLHeldItem::listOf(this, d->itemNodes(indexes));
     if (sources.isEmpty())
         return {};
-    const CloneSource from = cloneSource(indexes.constFirst());
-    const CloneOptions options = {withChildren, checkRules, true, true};
-    const InsertPlace begin = insertPlace(parent, row);
+    const TVLProjectModelPrivate::CloneSource from =
+        TVLProjectModelPrivate::cloneSource(indexes.constFirst());
+    const TVLProjectModelPrivate::CloneOptions options = {withChildren, checkRules, true, true};
+    const TVLProjectModelPrivate::InsertPlace begin = d->insertPlace(parent, row);
     TVLHeldPlace place(this, begin.parent, begin.row);
     TVLSiblingTitles titles(begin.parent, nullptr);
     QList<TVLHeldItem> duplicates;
     for (const TVLHeldItem &source : sources)
-        duplicates.append(duplicateOne(from, source, options, &titles, &place));
+        duplicates.append(d->duplicateOne(from, source, options, &titles, &place));
     markProjectAsModified(true);
     return TVLHeldItem::indexesOf(duplicates);
 }
 
-TVLHeldItem TVLProjectModel::duplicateOne(const CloneSource &from, const TVLHeldItem &source,
-                                          const CloneOptions &options, TVLSiblingTitles *titles,
-                                          TVLHeldPlace *place)
+TVLHeldItem TVLProjectModelPrivate::duplicateOne(const CloneSource &from, const TVLHeldItem &source,
+                                                 const CloneOptions &options,
+                                                 TVLSiblingTitles *titles, TVLHeldPlace *place)
 {
     const TVLProjectNode *original = source.node();
     if (!original)

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
@@ -37,52 +37,52 @@ bool isInDraft(const TVLProjectNode *node)
 // Counting may bring a text into memory, and with that show a box about one that can't be read, in
 // which the item may go: then its counts are 0.
 
-bool TVLProjectModel::areCounted(const TVLProjectNode *node)
+bool TVLProjectModelPrivate::areCounted(const TVLProjectNode *node)
 {
     return node->mWordCount >= 0 && node->mCharacterCount >= 0;
 }
 
 /** Brings a node's texts into memory, so that nothing happens when it is counted; null if it has
  * gone meanwhile. */
-TVLProjectNode *TVLProjectModel::withTexts(TVLProjectNode *node) const
+TVLProjectNode *TVLProjectModelPrivate::withTexts(TVLProjectNode *node) const
 {
-    if (node->mSynopsisDocument || isSystemFolder(createIndex(node)))
+    if (node->mSynopsisDocument || q->isSystemFolder(q->createIndex(node)))
         return node;
-    const TVLHeldItem item(this, node);
-    loadDocuments(node);
+    const TVLHeldItem item(q, node);
+    q->loadDocuments(node);
     return item.node();
 }
 
-int TVLProjectModel::wordCountOf(TVLProjectNode *node, bool withAnnotations,
-                                 bool withFootnotes) const
+int TVLProjectModelPrivate::wordCountOf(TVLProjectNode *node, bool withAnnotations,
+                                        bool withFootnotes) const
 {
     if (node->mWordCount >= 0)
         return node->mWordCount;
     node = withTexts(node);
     if (!node)
         return 0;
-    const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
+    const TVLHeldDocument text(q, q->createIndex(node), TVL::MainText);
     if (text)
         node->mWordCount =
             std::max(TVLTextDoc::wordCount(text.get(), withAnnotations, withFootnotes), 0);
     return std::max(node->mWordCount, 0);
 }
 
-int TVLProjectModel::characterCountOf(TVLProjectNode *node) const
+int TVLProjectModelPrivate::characterCountOf(TVLProjectNode *node) const
 {
     if (node->mCharacterCount >= 0)
         return node->mCharacterCount;
     node = withTexts(node);
     if (!node)
         return 0;
-    const TVLHeldDocument text(this, createIndex(node), TVL::MainText);
+    const TVLHeldDocument text(q, q->createIndex(node), TVL::MainText);
     if (text)
         node->mCharacterCount = typedCharacters(text.get());
     return std::max(node->mCharacterCount, 0);
 }
 
-int TVLProjectModel::sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
-                                        bool withFootnotes) const
+int TVLProjectModelPrivate::sessionWordCountOf(TVLProjectNode *node, bool withAnnotations,
+                                               bool withFootnotes) const
 {
     // The text comes first: loading it fixes what the session began with.
     if (node->mWordCount < 0)
@@ -92,7 +92,7 @@ int TVLProjectModel::sessionWordCountOf(TVLProjectNode *node, bool withAnnotatio
                 : 0;
 }
 
-int TVLProjectModel::sessionCharacterCountOf(TVLProjectNode *node) const
+int TVLProjectModelPrivate::sessionCharacterCountOf(TVLProjectNode *node) const
 {
     if (node->mCharacterCount < 0)
         node = withTexts(node);
@@ -103,26 +103,26 @@ int TVLProjectModel::wordCount(const QModelIndex &index, bool withAnnotations,
                                bool withFootnotes) const
 {
     TVLProjectNode *node = projectNode(index);
-    return node ? wordCountOf(node, withAnnotations, withFootnotes) : 0;
+    return node ? d->wordCountOf(node, withAnnotations, withFootnotes) : 0;
 }
 
 int TVLProjectModel::characterCount(const QModelIndex &index) const
 {
     TVLProjectNode *node = projectNode(index);
-    return node ? characterCountOf(node) : 0;
+    return node ? d->characterCountOf(node) : 0;
 }
 
 int TVLProjectModel::sessionWordCount(const QModelIndex &index, bool withAnnotations,
                                       bool withFootnotes) const
 {
     TVLProjectNode *node = projectNode(index);
-    return node ? sessionWordCountOf(node, withAnnotations, withFootnotes) : 0;
+    return node ? d->sessionWordCountOf(node, withAnnotations, withFootnotes) : 0;
 }
 
 int TVLProjectModel::sessionCharacterCount(const QModelIndex &index) const
 {
     TVLProjectNode *node = projectNode(index);
-    return node ? sessionCharacterCountOf(node) : 0;
+    return node ? d->sessionCharacterCountOf(node) : 0;
 }
 
 int TVLProjectModel::countActual(const QModelIndex &index, bool withAnnotations,
@@ -162,14 +162,14 @@ double TVLProjectModel::progressPercent(const QModelIndex &index) const
  * memory, nothing happens to the tree.
  */
 template <typename Visit>
-void TVLProjectModel::visitForCounts(const QList<TVLProjectNode *> &tops, Visit visit) const
+void TVLProjectModelPrivate::visitForCounts(const QList<TVLProjectNode *> &tops, Visit visit) const
 {
     QList<TVLHeldItem> uncounted;
     const auto visitIfCounted = [&](TVLProjectNode *node) {
         if (areCounted(node))
             visit(node);
         else
-            uncounted.append(TVLHeldItem(this, node));
+            uncounted.append(TVLHeldItem(q, node));
     };
     for (TVLProjectNode *top : tops) {
         visitIfCounted(top);
@@ -182,9 +182,9 @@ void TVLProjectModel::visitForCounts(const QList<TVLProjectNode *> &tops, Visit 
 }
 
 template <typename Count>
-int TVLProjectModel::totalCount(const QModelIndex &index, Count count) const
+int TVLProjectModelPrivate::totalCount(const QModelIndex &index, Count count) const
 {
-    TVLProjectNode *top = projectNode(index);
+    TVLProjectNode *top = q->projectNode(index);
     if (!top)
         return 0;
     int total = 0;
@@ -195,14 +195,14 @@ int TVLProjectModel::totalCount(const QModelIndex &index, Count count) const
 int TVLProjectModel::totalWordCount(const QModelIndex &index, bool withAnnotations,
                                     bool withFootnotes) const
 {
-    return totalCount(index, [&](TVLProjectNode *node) {
-        return wordCountOf(node, withAnnotations, withFootnotes);
+    return d->totalCount(index, [&](TVLProjectNode *node) {
+        return d->wordCountOf(node, withAnnotations, withFootnotes);
     });
 }
 
 int TVLProjectModel::totalCharacterCount(const QModelIndex &index) const
 {
-    return totalCount(index, [this](TVLProjectNode *node) { return characterCountOf(node); });
+    return d->totalCount(index, [this](TVLProjectNode *node) { return d->characterCountOf(node); });
 }
 
 TVLProjectModel::WordCharSessionCount
@@ -219,14 +219,15 @@ TVLProjectModel::wordCharSessionCount(bool draft, bool session, bool compileOnly
     WordCharSessionCount sums;
     if (!draft && !session)
         return sums;
-    visitForCounts(mRootNode->mChildren, [&](TVLProjectNode *node) {
-        addCounts(node, draft && isInDraft(node), session, compileOnly, &sums);
+    d->visitForCounts(d->mRootNode->mChildren, [&](TVLProjectNode *node) {
+        d->addCounts(node, draft && isInDraft(node), session, compileOnly, &sums);
     });
     return sums;
 }
 
-void TVLProjectModel::addCounts(TVLProjectNode *node, bool draft, bool session, bool compileOnly,
-                                WordCharSessionCount *sums) const
+void TVLProjectModelPrivate::addCounts(TVLProjectNode *node, bool draft, bool session,
+                                       bool compileOnly,
+                                       TVLProjectModel::WordCharSessionCount *sums) const
 {
     if (!areCounted(node))
         node = withTexts(node);
@@ -244,7 +245,7 @@ void TVLProjectModel::addCounts(TVLProjectNode *node, bool draft, bool session, 
 
 // --- The writing session
 
-void TVLProjectModel::takeSessionCounts(TVLProjectNode *node)
+void TVLProjectModelPrivate::takeSessionCounts(TVLProjectNode *node)
 {
     node->mSessionCharacterCount = typedCharacters(node->mTextDocument);
     node->mSessionWordCount = TVLTextDoc::wordCount(node->mTextDocument, false, false);
@@ -252,11 +253,11 @@ void TVLProjectModel::takeSessionCounts(TVLProjectNode *node)
 
 void TVLProjectModel::resetSessionCounts()
 {
-    tvlForEachNode(mRootNode.get(), [](TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [](TVLProjectNode *node) {
         if (node->mSessionCharacterCount == -1)
             return;
         if (node->mTextDocument) {
-            takeSessionCounts(node);
+            TVLProjectModelPrivate::takeSessionCounts(node);
         } else {
             node->mSessionCharacterCount = node->mCharacterCount;
             node->mSessionWordCount = node->mWordCount;

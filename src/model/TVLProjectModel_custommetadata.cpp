@@ -2,7 +2,7 @@
  * What the writer defined for the project as a whole and items refer to or fill in: custom fields,
  * references and completions. Labels and status items have a file of their own.
  */
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLProjectNode.h"
 
@@ -13,18 +13,18 @@
 void TVLProjectModel::setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings)
 {
     // A binder says what items hold beside the fields, in any order.
-    if (mIsReadingBinder) {
-        mCustomMetaDataSettings = settings;
+    if (d->mIsReadingBinder) {
+        d->mCustomMetaDataSettings = settings;
         return;
     }
-    const QStringList oldIds = mCustomMetaDataSettings.ids();
+    const QStringList oldIds = d->mCustomMetaDataSettings.ids();
     const QStringList newIds = settings.ids();
     for (const QString &id : oldIds) {
         if (!settings.hasId(id))
             removeCustomMetaDataFromNodes(id);
     }
     Q_EMIT customMetaDataSettingsAboutToBeChanged(oldIds, newIds);
-    mCustomMetaDataSettings = settings;
+    d->mCustomMetaDataSettings = settings;
     markProjectAsModified(true);
     Q_EMIT customMetaDataSettingsChanged(oldIds, newIds);
 }
@@ -49,13 +49,13 @@ bool TVLProjectModel::setCustomMetaData(const QModelIndex &index, const QString 
     if (node->mCustomMetaData.value(id) == value)
         return true;
     node->mCustomMetaData.insert(id, value);
-    updateSearchedCustomMetaData(node);
+    d->updateSearchedCustomMetaData(node);
     node->updateModified();
     const QPersistentModelIndex changed = index;
     markProjectAsModified(true);
     if (changed.isValid())
         Q_EMIT customMetaDataChanged(changed);
-    announceChange(changed);
+    d->announceChange(changed);
     return true;
 }
 
@@ -64,7 +64,7 @@ QList<TVLCustomMetaDataInfo> TVLProjectModel::customMetaDataInfo(const QModelInd
 {
     const QMap<QString, QString> values = customMetaData(index);
     QList<TVLCustomMetaDataInfo> infos;
-    for (const TVLMetaDataField &field : mCustomMetaDataSettings) {
+    for (const TVLMetaDataField &field : d->mCustomMetaDataSettings) {
         const QString value = values.value(field.mId);
         if (includeEmpty || !value.isEmpty())
             infos.append({field, value});
@@ -75,10 +75,10 @@ QList<TVLCustomMetaDataInfo> TVLProjectModel::customMetaDataInfo(const QModelInd
 void TVLProjectModel::removeCustomMetaDataFromNodes(const QString &id)
 {
     QList<QPersistentModelIndex> indexes;
-    tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&](TVLProjectNode *node) {
         if (node->mCustomMetaData.remove(id) == 0)
             return;
-        updateSearchedCustomMetaData(node);
+        d->updateSearchedCustomMetaData(node);
         node->updateModified();
         indexes.append(createIndex(node));
     });
@@ -106,7 +106,7 @@ bool TVLProjectModel::setReferences(const QModelIndex &index, const QList<TVLRef
     if (node->mReferences == references)
         return true;
     node->mReferences = references;
-    followChange(node, index, Effects::TouchAndAnnounce);
+    d->followChange(node, index, TVLProjectModelPrivate::Effects::TouchAndAnnounce);
     return true;
 }
 
@@ -122,26 +122,26 @@ bool TVLProjectModel::addReference(const QModelIndex &index, const TVLReference 
 
 void TVLProjectModel::setProjectReferences(const QList<TVLReference> &references)
 {
-    if (references == mProjectReferences)
+    if (references == d->mProjectReferences)
         return;
-    mProjectReferences = references;
+    d->mProjectReferences = references;
     Q_EMIT referencesChanged();
     markProjectAsModified(true);
 }
 
 void TVLProjectModel::addProjectReference(const TVLReference &reference)
 {
-    if (!TVLReference::contains(reference, mProjectReferences))
-        setProjectReferences(mProjectReferences + QList<TVLReference>{reference});
+    if (!TVLReference::contains(reference, d->mProjectReferences))
+        setProjectReferences(d->mProjectReferences + QList<TVLReference>{reference});
 }
 
 // --- Completions
 
 void TVLProjectModel::setAutoCompleteList(const QList<TVLAutoCompleteItem> &items)
 {
-    if (items == mAutoCompleteList)
+    if (items == d->mAutoCompleteList)
         return;
-    mAutoCompleteList = items;
+    d->mAutoCompleteList = items;
     Q_EMIT autoCompleteListChanged();
     markProjectAsModified(true);
 }
@@ -149,15 +149,15 @@ void TVLProjectModel::setAutoCompleteList(const QList<TVLAutoCompleteItem> &item
 void TVLProjectModel::addToAutoCompleteList(const QString &text, TVLAutoCompleteItem::Scope scope,
                                             int id)
 {
-    if (TVLAutoCompleteItem::indexOf(text, mAutoCompleteList) >= 0)
+    if (TVLAutoCompleteItem::indexOf(text, d->mAutoCompleteList) >= 0)
         return;
     TVLAutoCompleteItem item;
     item.mScope = TVLAutoCompleteItem::scopeId(scope, id);
     item.mText = text;
-    setAutoCompleteList(mAutoCompleteList + QList<TVLAutoCompleteItem>{item});
+    setAutoCompleteList(d->mAutoCompleteList + QList<TVLAutoCompleteItem>{item});
 }
 
 QStringList TVLProjectModel::autoCompleteStrings() const
 {
-    return TVLAutoCompleteItem::toStringList(mAutoCompleteList);
+    return TVLAutoCompleteItem::toStringList(d->mAutoCompleteList);
 }

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
@@ -89,7 +89,8 @@ QString loadErrorLine(const QString &error)
 
 // --- References
 
-TVLTextDocument *TVLProjectModel::documentOf(const TVLProjectNode *node, TVL::DocumentType type)
+TVLTextDocument *TVLProjectModelPrivate::documentOf(const TVLProjectNode *node,
+                                                    TVL::DocumentType type)
 {
     switch (type) {
     case TVL::MainText:
@@ -113,7 +114,8 @@ TVLTextDocument *TVLProjectModel::referenceItem(const QModelIndex &index,
     loadDocuments(node);
     // A box about a file that can't be read runs the event loop, where the item may go.
     const TVLProjectNode *present = item.node();
-    TVLTextDocument *document = present ? documentOf(present, type) : nullptr;
+    TVLTextDocument *document =
+        present ? TVLProjectModelPrivate::documentOf(present, type) : nullptr;
     if (document)
         document->setReferenceCount(document->referenceCount() + 1);
     return document;
@@ -152,14 +154,14 @@ void TVLProjectModel::loadDocuments(TVLProjectNode *node) const
     QStringList errors;
     // Comes last because the box runs the event loop, where others may want the same documents, or
     // remove the item.
-    if (!loadQuietly(node, &errors))
-        showLoadErrors(title, errors);
+    if (!d->loadQuietly(node, &errors))
+        d->showLoadErrors(title, errors);
 }
 
-bool TVLProjectModel::loadQuietly(TVLProjectNode *node, QStringList *errors) const
+bool TVLProjectModelPrivate::loadQuietly(TVLProjectNode *node, QStringList *errors) const
 {
     createDocuments(node);
-    const bool isRead = node->mId < 0 || mFolderFormat->readDocuments(node, this, errors);
+    const bool isRead = node->mId < 0 || mFolderFormat->readDocuments(node, q, errors);
 
     if (node->mTextDocument)
         startDocument(node->mTextDocument);
@@ -173,8 +175,8 @@ bool TVLProjectModel::loadQuietly(TVLProjectNode *node, QStringList *errors) con
     return isRead;
 }
 
-bool TVLProjectModel::editUnseen(TVLProjectNode *node, TVL::DocumentType type,
-                                 const std::function<void(QTextCursor)> &edit)
+bool TVLProjectModelPrivate::editUnseen(TVLProjectNode *node, TVL::DocumentType type,
+                                        const std::function<void(QTextCursor)> &edit)
 {
     TVLTextDocument *document = documentOf(node, type);
     if (!document)
@@ -186,17 +188,17 @@ bool TVLProjectModel::editUnseen(TVLProjectNode *node, TVL::DocumentType type,
     return true;
 }
 
-bool TVLProjectModel::fillDocument(TVLProjectNode *node, TVL::DocumentType type,
-                                   const QString &text)
+bool TVLProjectModelPrivate::fillDocument(TVLProjectNode *node, TVL::DocumentType type,
+                                          const QString &text)
 {
     return !text.isEmpty()
         && editUnseen(node, type, [&text](QTextCursor cursor) { cursor.insertText(text); });
 }
 
-void TVLProjectModel::createDocuments(TVLProjectNode *node) const
+void TVLProjectModelPrivate::createDocuments(TVLProjectNode *node) const
 {
     // The documents are the model's children, also when they load behind a question to it.
-    auto *self = const_cast<TVLProjectModel *>(this);
+    auto *self = const_cast<TVLProjectModel *>(q);
     const auto create = [self, node](TVL::DocumentType type) {
         auto *document = new TVLTextDocument(self, self, node, type);
         document->updateEditorLayout();
@@ -208,22 +210,22 @@ void TVLProjectModel::createDocuments(TVLProjectNode *node) const
     node->mSynopsisDocument = create(TVL::SynopsisText);
 }
 
-void TVLProjectModel::startDocument(TVLTextDocument *document) const
+void TVLProjectModelPrivate::startDocument(TVLTextDocument *document) const
 {
     document->setModified(false);
     document->setSaved(true);
     if (document->documentType() == TVL::SynopsisText)
         document->convertTextToDefaultFormat();
     document->clearUndoRedoStacks();
-    connect(document, &QTextDocument::contentsChange, this,
-            &TVLProjectModel::onDocumentContentsChange);
-    connect(document, &QTextDocument::contentsChanged, this,
-            &TVLProjectModel::onDocumentContentsChanged);
+    QObject::connect(document, &QTextDocument::contentsChange, q,
+                     &TVLProjectModel::onDocumentContentsChange);
+    QObject::connect(document, &QTextDocument::contentsChanged, q,
+                     &TVLProjectModel::onDocumentContentsChanged);
 }
 
-void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &errors) const
+void TVLProjectModelPrivate::showLoadErrors(const QString &title, const QStringList &errors) const
 {
-    const QString name = title.isEmpty() ? trUntitledTitle() : title;
+    const QString name = title.isEmpty() ? TVLProjectModel::trUntitledTitle() : title;
     QStringList lines;
     for (const QString &error : errors) {
         const QString line = loadErrorLine(error);
@@ -234,18 +236,19 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
     const QString plural = errors.size() > 1 ? u"s"_s : QString();
 
     TVLMessageBox::showMessageBox(
-        QApplication::activeWindow(), tr("Project Document Loader"),
+        QApplication::activeWindow(), TVLProjectModel::tr("Project Document Loader"),
         lines.join(u'\n') + separator + u'\n' + errors.join(separator + u'\n') + separator,
-        tr("If this is the first time you have received this message, please restart %1, then "
-           "restart Tavelinor and try opening this project again.\n\nIf you receive this message "
-           "again for the same file%2, back up your project, then%3copy the file%2 from your "
-           "Tavelinor project at the path%2 above to a safe location and delete the file%2 from "
-           "the project folder. You can then try opening the copied file%2 in another program and "
-           "copying and pasting the contents into a new document in your Tavelinor project. If "
-           "this message recurs after doing so, delete the document from the Tavelinor project, "
-           "then paste first into Notepad to strip all formatting and RTF tags and copy and paste "
-           "from there to Tavelinor.\n\nTo prevent losing work, you will not be able to modify or "
-           "save the affected file%2 in Tavelinor until you restart.")
+        TVLProjectModel::tr(
+            "If this is the first time you have received this message, please restart %1, then "
+            "restart Tavelinor and try opening this project again.\n\nIf you receive this message "
+            "again for the same file%2, back up your project, then%3copy the file%2 from your "
+            "Tavelinor project at the path%2 above to a safe location and delete the file%2 from "
+            "the project folder. You can then try opening the copied file%2 in another program and "
+            "copying and pasting the contents into a new document in your Tavelinor project. If "
+            "this message recurs after doing so, delete the document from the Tavelinor project, "
+            "then paste first into Notepad to strip all formatting and RTF tags and copy and paste "
+            "from there to Tavelinor.\n\nTo prevent losing work, you will not be able to modify or "
+            "save the affected file%2 in Tavelinor until you restart.")
             .arg(u"Linux"_s, plural, QString()),
         QMessageBox::Critical);
 }
@@ -254,12 +257,12 @@ void TVLProjectModel::showLoadErrors(const QString &title, const QStringList &er
 
 QList<TVLProjectNode *> TVLProjectModel::loadedNodes() const
 {
-    QList<TVLProjectNode *> nodes = mLoadedNodes;
+    QList<TVLProjectNode *> nodes = d->mLoadedNodes;
     nodes.removeAll(nullptr);
     return nodes;
 }
 
-void TVLProjectModel::enterLoadedNodes(TVLProjectNode *node) const
+void TVLProjectModelPrivate::enterLoadedNodes(TVLProjectNode *node) const
 {
     if (mLoadedPositions.contains(node))
         return;
@@ -267,7 +270,7 @@ void TVLProjectModel::enterLoadedNodes(TVLProjectNode *node) const
     mLoadedNodes.append(node);
 }
 
-void TVLProjectModel::leaveLoadedNodes(const TVLProjectNode *node) const
+void TVLProjectModelPrivate::leaveLoadedNodes(const TVLProjectNode *node) const
 {
     const auto position = mLoadedPositions.constFind(node);
     if (position == mLoadedPositions.cend())
@@ -287,11 +290,11 @@ void TVLProjectModel::leaveLoadedNodes(const TVLProjectNode *node) const
 bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease,
                                     QStringList *errors) const
 {
-    return saveDocuments(node, forceRelease, errors, nullptr);
+    return d->saveDocuments(node, forceRelease, errors);
 }
 
-bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
-                                    TVLDocumentSave *save) const
+bool TVLProjectModelPrivate::saveDocuments(TVLProjectNode *node, bool forceRelease,
+                                           QStringList *errors, TVLDocumentSave *save) const
 {
     if (!node || !hasDirtyDocument(node))
         return true;
@@ -301,8 +304,8 @@ bool TVLProjectModel::saveDocuments(TVLProjectNode *node, bool forceRelease, QSt
     return result;
 }
 
-bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors,
-                                     TVLDocumentSave *save) const
+bool TVLProjectModelPrivate::writeDocuments(TVLProjectNode *node, QStringList *errors,
+                                            TVLDocumentSave *save) const
 {
     const QList<TVLTextDocument *> dirty = dirtyDocuments(node);
     if (dirty.isEmpty())
@@ -316,7 +319,7 @@ bool TVLProjectModel::writeDocuments(TVLProjectNode *node, QStringList *errors,
     return result;
 }
 
-QList<TVLTextDocument *> TVLProjectModel::takeDocuments(TVLProjectNode *node) const
+QList<TVLTextDocument *> TVLProjectModelPrivate::takeDocuments(TVLProjectNode *node) const
 {
     leaveLoadedNodes(node);
     QList<TVLTextDocument *> documents;
@@ -325,14 +328,14 @@ QList<TVLTextDocument *> TVLProjectModel::takeDocuments(TVLProjectNode *node) co
         TVLTextDocument *released = std::exchange(*document, nullptr);
         if (!released)
             continue;
-        disconnect(released, nullptr, this, nullptr);
+        QObject::disconnect(released, nullptr, q, nullptr);
         released->detach();
         documents.append(released);
     }
     return documents;
 }
 
-void TVLProjectModel::releaseDocuments(TVLProjectNode *node) const
+void TVLProjectModelPrivate::releaseDocuments(TVLProjectNode *node) const
 {
     // Not at once: one of their signals may be on the way right now.
     const QList<TVLTextDocument *> documents = takeDocuments(node);
@@ -340,7 +343,7 @@ void TVLProjectModel::releaseDocuments(TVLProjectNode *node) const
         document->deleteLater();
 }
 
-void TVLProjectModel::letGoOfDocuments(TVLProjectNode *node) const
+void TVLProjectModelPrivate::letGoOfDocuments(TVLProjectNode *node) const
 {
     if (!areDocumentsHeld(node) && !hasDirtyDocument(node))
         qDeleteAll(takeDocuments(node));
@@ -349,7 +352,7 @@ void TVLProjectModel::letGoOfDocuments(TVLProjectNode *node) const
 bool TVLProjectModel::save(const QModelIndex &index)
 {
     TVLProjectNode *node = projectNode(index);
-    return node && node != mRootNode.get() && saveDocuments(node, false, nullptr);
+    return node && node != d->mRootNode.get() && saveDocuments(node, false, nullptr);
 }
 
 void TVLProjectModel::save(TVLTextDocument *document)
@@ -375,9 +378,9 @@ void TVLProjectModel::onDocumentContentsChange(int position, int charsRemoved, i
     node->mCharacterCount = -1;
     const QPersistentModelIndex index = createIndex(node);
     const TVL::DocumentType type = document->documentType();
-    mSearchIndex->invalidateDocumentNode(node, type);
+    d->mSearchIndex->invalidateDocumentNode(node, type);
     if (type == TVL::MainText) // Notes in the margin come and go with the words they stand at.
-        mSearchIndex->invalidatePropertyNode(node, TVL::CommentsProperty);
+        d->mSearchIndex->invalidatePropertyNode(node, TVL::CommentsProperty);
     scheduleDocTextChange(index);
     markProjectAsModified(true);
     // Who hears that the project has changed may remove the item.
@@ -398,20 +401,20 @@ void TVLProjectModel::scheduleDocTextChange(const QModelIndex &index)
     TVLProjectNode *node = projectNode(index);
     if (!index.isValid() || !node)
         return;
-    mDocTextChanges.insert(node);
-    if (mDocTextChangeTimer == -1)
-        mDocTextChangeTimer = startTimer(DocTextChangeMs);
+    d->mDocTextChanges.insert(node);
+    if (d->mDocTextChangeTimer == -1)
+        d->mDocTextChangeTimer = startTimer(DocTextChangeMs);
 }
 
-void TVLProjectModel::announceDocTextChanges()
+void TVLProjectModelPrivate::announceDocTextChanges()
 {
-    killTimer(mDocTextChangeTimer);
+    q->killTimer(mDocTextChangeTimer);
     mDocTextChangeTimer = -1;
     // Views may remove items and schedule others meanwhile.
     QList<QPersistentModelIndex> indexes;
     const QSet<TVLProjectNode *> changes = std::exchange(mDocTextChanges, {});
     for (const TVLProjectNode *node : changes)
-        indexes.append(createIndex(node));
+        indexes.append(q->createIndex(node));
     for (const QPersistentModelIndex &index : std::as_const(indexes))
         announceChange(index);
 }
@@ -513,7 +516,7 @@ bool TVLProjectModel::setInspectorNote(const QModelIndex &index, const TVLTextRa
     if (!node || !text)
         return false;
     text->setSaved(false);
-    updateSearchedComments(node, text.get());
+    d->updateSearchedComments(node, text.get());
     node->updateModified();
     markProjectAsModified(true);
     return true;
@@ -535,7 +538,7 @@ bool TVLProjectModel::removeInspectorNotes(const QModelIndex &index, const QList
             TVLTextDoc::removeComment(run);
     }
     if (item.node() && text)
-        updateSearchedComments(item.node(), text.get());
+        d->updateSearchedComments(item.node(), text.get());
     return true;
 }
 

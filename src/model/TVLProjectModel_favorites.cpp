@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
@@ -10,30 +10,30 @@ bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool 
     TVLProjectNode *node = projectNode(index);
     if (!node)
         return false;
-    if (node->mIsFavorite == favorite && !mFavorites.isEmpty()
-        && node->mId == (atEnd ? mFavorites.constLast() : mFavorites.constFirst()))
+    if (node->mIsFavorite == favorite && !d->mFavorites.isEmpty()
+        && node->mId == (atEnd ? d->mFavorites.constLast() : d->mFavorites.constFirst()))
         return true;
     node->mIsFavorite = favorite;
     node->updateModified();
-    mFavorites.removeAll(node->mId);
+    d->mFavorites.removeAll(node->mId);
     if (favorite)
-        mFavorites.insert(atEnd ? mFavorites.size() : 0, node->mId);
-    markAndAnnounce(index);
+        d->mFavorites.insert(atEnd ? d->mFavorites.size() : 0, node->mId);
+    d->markAndAnnounce(index);
     return true;
 }
 
 QModelIndexList TVLProjectModel::favorites() const
 {
     QModelIndexList indexes;
-    if (mFavorites.isEmpty())
+    if (d->mFavorites.isEmpty())
         return indexes;
     // By the ids that the items have, as one without an id of its own isn't found by it.
     QHash<int, const TVLProjectNode *> nodes;
-    tvlForEachNode(mRootNode.get(), [&nodes](const TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&nodes](const TVLProjectNode *node) {
         if (node->mIsFavorite)
             nodes.insert(node->mId, node);
     });
-    for (const int id : mFavorites) {
+    for (const int id : d->mFavorites) {
         if (const TVLProjectNode *node = nodes.value(id))
             indexes.append(createIndex(node));
     }
@@ -42,7 +42,7 @@ QModelIndexList TVLProjectModel::favorites() const
 
 QList<int> TVLProjectModel::favoriteIds() const
 {
-    QList<int> ids = mFavorites;
+    QList<int> ids = d->mFavorites;
     ids.removeIf([this](int id) { return !hasNodeId(id) || !findNode(id)->mIsFavorite; });
     return ids;
 }
@@ -52,13 +52,13 @@ bool TVLProjectModel::addFavorite(int id)
     const QModelIndex item = index(id);
     if (!item.isValid())
         return false;
-    if (!mIsReadingBinder)
+    if (!d->mIsReadingBinder)
         return addToFavorites(item, true);
     // Opening a project changes none of its items.
     TVLProjectNode *node = projectNode(item);
     if (std::exchange(node->mIsFavorite, true))
-        mFavorites.removeAll(id);
-    mFavorites.append(id);
+        d->mFavorites.removeAll(id);
+    d->mFavorites.append(id);
     return true;
 }
 
@@ -74,25 +74,25 @@ bool TVLProjectModel::removeFromFavorites(const QModelIndex &index)
 
 void TVLProjectModel::setFavorites(const QList<int> &ids)
 {
-    if (ids == mFavorites)
+    if (ids == d->mFavorites)
         return;
-    const QSet<int> oldIds(mFavorites.begin(), mFavorites.end());
+    const QSet<int> oldIds(d->mFavorites.begin(), d->mFavorites.end());
     const QSet<int> newIds(ids.begin(), ids.end());
-    QList<TVLProjectNode *> touched = changeFavorites(oldIds - newIds, false);
-    touched += changeFavorites(newIds - oldIds, true);
+    QList<TVLProjectNode *> touched = d->changeFavorites(oldIds - newIds, false);
+    touched += d->changeFavorites(newIds - oldIds, true);
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
-    mFavorites = ids;
+    d->mFavorites = ids;
     markProjectAsModified(true);
-    announceChanges(items);
+    d->announceChanges(items);
 }
 
-QList<TVLProjectNode *> TVLProjectModel::changeFavorites(const QSet<int> &ids, bool favorite)
+QList<TVLProjectNode *> TVLProjectModelPrivate::changeFavorites(const QSet<int> &ids, bool favorite)
 {
     QList<TVLProjectNode *> nodes;
     for (const int id : ids) {
-        if (!hasNodeId(id))
+        if (!q->hasNodeId(id))
             continue;
-        TVLProjectNode *node = findNode(id);
+        TVLProjectNode *node = q->findNode(id);
         node->mIsFavorite = favorite;
         node->updateModified();
         nodes.append(node);
@@ -103,16 +103,16 @@ QList<TVLProjectNode *> TVLProjectModel::changeFavorites(const QSet<int> &ids, b
 void TVLProjectModel::clearFavorites()
 {
     QList<TVLProjectNode *> touched;
-    tvlForEachNode(mRootNode.get(), [&touched](TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&touched](TVLProjectNode *node) {
         if (!std::exchange(node->mIsFavorite, false))
             return;
         node->updateModified();
         touched.append(node);
     });
-    mFavorites.clear();
+    d->mFavorites.clear();
     if (touched.isEmpty())
         return;
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
     markProjectAsModified(true);
-    announceChanges(items);
+    d->announceChanges(items);
 }

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
@@ -8,16 +8,16 @@
 #include <algorithm>
 
 template <typename Predicate>
-QModelIndex TVLProjectModel::findTopLevel(Predicate predicate) const
+QModelIndex TVLProjectModelPrivate::findTopLevel(Predicate predicate) const
 {
     const QList<TVLProjectNode *> &nodes = mRootNode->mChildren;
     const auto found = std::find_if(nodes.begin(), nodes.end(), predicate);
-    return found == nodes.end() ? QModelIndex() : createIndex(*found);
+    return found == nodes.end() ? QModelIndex() : q->createIndex(*found);
 }
 
 QModelIndex TVLProjectModel::findSystemFolder(TVL::NodeType type) const
 {
-    return findTopLevel([type](const TVLProjectNode *node) { return node->mNodeType == type; });
+    return d->findTopLevel([type](const TVLProjectNode *node) { return node->mNodeType == type; });
 }
 
 bool TVLProjectModel::isSystemFolder(const QModelIndex &index) const
@@ -58,7 +58,7 @@ bool TVLProjectModel::canHaveText(const QModelIndex &index) const
 
 bool TVLProjectModel::treatAsFolder(const QModelIndex &index) const
 {
-    return isFolder(index) || (mTreatTextWithChildrenAsFolder && hasChildren(index));
+    return isFolder(index) || (d->mTreatTextWithChildrenAsFolder && hasChildren(index));
 }
 
 bool TVLProjectModel::draftContains(const QModelIndex &index) const
@@ -88,7 +88,7 @@ bool TVLProjectModel::isTrashChild(const QModelIndex &index) const
 
 QModelIndex TVLProjectModel::findSyncConflictsFolder() const
 {
-    return findTopLevel([title = tr("Sync Conflicts")](const TVLProjectNode *node) {
+    return d->findTopLevel([title = tr("Sync Conflicts")](const TVLProjectNode *node) {
         return node->mTitle == title;
     });
 }
@@ -125,7 +125,7 @@ QModelIndex TVLProjectModel::syncConflictsSubFolderDevice(const QString &device,
 
 QModelIndex TVLProjectModel::syncConflictsSubFolderDevice()
 {
-    return syncConflictsSubFolderDevice(deviceName(), mInfo.mModified);
+    return syncConflictsSubFolderDevice(deviceName(), d->mInfo.mModified);
 }
 
 QString TVLProjectModel::syncConflictsSubfolderNameFromDeviceName(const QString &device,
@@ -143,7 +143,7 @@ QString TVLProjectModel::frontMatterFolderName()
 QModelIndex TVLProjectModel::frontMatterFolder() const
 {
     const QString name = frontMatterFolderName();
-    const TVLProjectNode *root = mRootNode.get();
+    const TVLProjectNode *root = d->mRootNode.get();
     for (const TVLProjectNode *node = root->nextInPreOrder(root); node;
          node = node->nextInPreOrder(root)) {
         if (node->mNodeType != TVL::Folder || node->mTitle != name)
@@ -158,13 +158,13 @@ QModelIndex TVLProjectModel::frontMatterFolder() const
 QModelIndex TVLProjectModel::findTemplateFolder() const
 {
     const TVLProjectNode *node =
-        mTemplateFolderUuid.isNull() ? nullptr : mUuidMap.value(mTemplateFolderUuid);
+        d->mTemplateFolderUuid.isNull() ? nullptr : d->mUuidMap.value(d->mTemplateFolderUuid);
     return createIndex(node);
 }
 
 QUuid TVLProjectModel::templateFolderUuid() const
 {
-    return templateFolder().isValid() ? mTemplateFolderUuid : QUuid();
+    return templateFolder().isValid() ? d->mTemplateFolderUuid : QUuid();
 }
 
 void TVLProjectModel::setTemplateFolder(const QModelIndex &index)
@@ -174,9 +174,9 @@ void TVLProjectModel::setTemplateFolder(const QModelIndex &index)
     if (newIndex == oldIndex || !projectNode(index))
         return;
     if (oldIndex.isValid())
-        markTemplateFolder(oldIndex, false);
+        d->markTemplateFolder(oldIndex, false);
     if (newIndex.isValid())
-        markTemplateFolder(newIndex, true);
+        d->markTemplateFolder(newIndex, true);
     markProjectAsModified(true);
     Q_EMIT templateFolderChanged(newIndex, oldIndex);
 }
@@ -186,9 +186,9 @@ void TVLProjectModel::clearTemplateFolder()
     setTemplateFolder(QModelIndex());
 }
 
-void TVLProjectModel::markTemplateFolder(const QModelIndex &index, bool isTemplateFolder)
+void TVLProjectModelPrivate::markTemplateFolder(const QModelIndex &index, bool isTemplateFolder)
 {
-    TVLProjectNode *node = projectNode(index);
+    TVLProjectNode *node = q->projectNode(index);
     node->mIsTemplateFolder = isTemplateFolder;
     mTemplateFolderUuid = isTemplateFolder ? node->mUuid : QUuid();
     node->updateModified();
@@ -196,11 +196,11 @@ void TVLProjectModel::markTemplateFolder(const QModelIndex &index, bool isTempla
     announceSubtree(index);
 }
 
-void TVLProjectModel::announceSubtree(const QModelIndex &index)
+void TVLProjectModelPrivate::announceSubtree(const QModelIndex &index)
 {
-    QList<TVLHeldItem> items = {TVLHeldItem(this, projectNode(index))};
-    tvlForEachNode(projectNode(index),
-                   [&](const TVLProjectNode *node) { items.append(TVLHeldItem(this, node)); });
+    QList<TVLHeldItem> items = {TVLHeldItem(q, q->projectNode(index))};
+    tvlForEachNode(q->projectNode(index),
+                   [&](const TVLProjectNode *node) { items.append(TVLHeldItem(q, node)); });
     announceChanges(items);
 }
 
@@ -214,12 +214,12 @@ bool TVLProjectModel::templatesContain(const QModelIndex &index) const
 void TVLProjectModel::adoptTemplateFolder(const QUuid &uuid)
 {
     TVLProjectNode *node = findNodeByUuid(uuid);
-    if (node == mRootNode.get())
+    if (node == d->mRootNode.get())
         return;
     // There is one, whatever a binder says.
-    findNodeByUuid(mTemplateFolderUuid)->mIsTemplateFolder = false;
+    findNodeByUuid(d->mTemplateFolderUuid)->mIsTemplateFolder = false;
     node->mIsTemplateFolder = true;
-    mTemplateFolderUuid = node->mUuid;
+    d->mTemplateFolderUuid = node->mUuid;
 }
 
 void TVLProjectModel::adoptTemplateFolder(int id)

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLGuiUtil.h"
 #include "TVLProjectFolderFormat.h"
@@ -49,7 +49,7 @@ QIcon TVLProjectModel::icon(const QModelIndex &index) const
 
 QStringList TVLProjectModel::customIconNames() const
 {
-    return TVLProjectFolderFormat::icons(mPath);
+    return TVLProjectFolderFormat::icons(d->mPath);
 }
 
 QPixmap TVLProjectModel::customIcon(const QString &name) const
@@ -57,19 +57,19 @@ QPixmap TVLProjectModel::customIcon(const QString &name) const
     if (name.isEmpty())
         return {};
     // Views ask for every icon that they show each time that they paint it.
-    const auto known = mCustomIcons.constFind(name);
-    if (known != mCustomIcons.cend())
+    const auto known = d->mCustomIcons.constFind(name);
+    if (known != d->mCustomIcons.cend())
         return *known;
-    const QPixmap pixmap = TVLProjectFolderFormat::icon(mPath, name);
+    const QPixmap pixmap = TVLProjectFolderFormat::icon(d->mPath, name);
     if (!pixmap.isNull())
-        mCustomIcons.insert(name, pixmap);
+        d->mCustomIcons.insert(name, pixmap);
     return pixmap;
 }
 
 bool TVLProjectModel::addCustomIcon(const QString &name, const QImage &image)
 {
-    mCustomIcons.remove(name);
-    if (!TVLProjectFolderFormat::addIcon(mPath, name, image))
+    d->mCustomIcons.remove(name);
+    if (!TVLProjectFolderFormat::addIcon(d->mPath, name, image))
         return false;
     markProjectAsModified(true);
     return true;
@@ -77,21 +77,21 @@ bool TVLProjectModel::addCustomIcon(const QString &name, const QImage &image)
 
 bool TVLProjectModel::renameCustomIcon(const QString &oldName, const QString &newName)
 {
-    if (!TVLProjectFolderFormat::renameIcon(mPath, oldName, newName))
+    if (!TVLProjectFolderFormat::renameIcon(d->mPath, oldName, newName))
         return false;
-    replaceCustomIcon(oldName, newName);
+    d->replaceCustomIcon(oldName, newName);
     return true;
 }
 
 bool TVLProjectModel::removeCustomIcon(const QString &name)
 {
-    if (!TVLProjectFolderFormat::removeIcon(mPath, name))
+    if (!TVLProjectFolderFormat::removeIcon(d->mPath, name))
         return false;
-    replaceCustomIcon(name, QString());
+    d->replaceCustomIcon(name, QString());
     return true;
 }
 
-void TVLProjectModel::replaceCustomIcon(const QString &oldName, const QString &newName)
+void TVLProjectModelPrivate::replaceCustomIcon(const QString &oldName, const QString &newName)
 {
     mCustomIcons.remove(oldName);
     mCustomIcons.remove(newName);
@@ -99,23 +99,23 @@ void TVLProjectModel::replaceCustomIcon(const QString &oldName, const QString &n
     QList<QPersistentModelIndex> indexes;
     tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {
         if (node->mIconFileName == oldName)
-            indexes.append(createIndex(node));
+            indexes.append(q->createIndex(node));
     });
     for (const QPersistentModelIndex &index : std::as_const(indexes)) {
         if (index.isValid())
-            setCustomIcon(index, newName);
+            q->setCustomIcon(index, newName);
     }
 }
 
 void TVLProjectModel::setTintIcons(bool tint)
 {
-    mTintIcons = tint;
-    announceSubtree(rootIndex());
+    d->mTintIcons = tint;
+    d->announceSubtree(rootIndex());
 }
 
 // --- Index cards
 
-QString TVLProjectModel::indexCardImagePath(const TVLProjectNode *node) const
+QString TVLProjectModelPrivate::indexCardImagePath(const TVLProjectNode *node) const
 {
     // Without an id all items would share one file.
     if (node->mId < 0 || node->mIndexCardImageFileExtension.isEmpty())
@@ -127,7 +127,7 @@ QString TVLProjectModel::indexCardImagePath(const TVLProjectNode *node) const
 bool TVLProjectModel::hasIndexCardImage(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    return node && QFileInfo::exists(indexCardImagePath(node));
+    return node && QFileInfo::exists(d->indexCardImagePath(node));
 }
 
 QImage TVLProjectModel::rawDataImage(const QModelIndex &index) const
@@ -135,7 +135,7 @@ QImage TVLProjectModel::rawDataImage(const QModelIndex &index) const
     const TVLProjectNode *node = projectNode(index);
     if (!node)
         return {};
-    const QImage image = imageFrom(indexCardImagePath(node));
+    const QImage image = imageFrom(d->indexCardImagePath(node));
     return image.isNull() ? imageFrom(url(node).toLocalFile()) : image;
 }
 
@@ -154,14 +154,14 @@ bool TVLProjectModel::setIndexCardImage(const QModelIndex &index, const QImage &
     TVLProjectNode *node = projectNode(index);
     // The file comes first: an item must not lose its image to one that the disk didn't take.
     if (!node || node->mId < 0
-        || !TVLProjectFolderFormat::setIndexCardImage(mPath, node->mId, CardExtension, image))
+        || !TVLProjectFolderFormat::setIndexCardImage(d->mPath, node->mId, CardExtension, image))
         return false;
     node->mIndexCardImageFileExtension = CardExtension;
     if (image.isNull())
         node->clearIndexCardPixmap();
     else
         node->setIndexCardPixmap(QPixmap::fromImage(image));
-    followChange(node, index, Effects::TouchAndAnnounce);
+    d->followChange(node, index, TVLProjectModelPrivate::Effects::TouchAndAnnounce);
     return true;
 }
 
@@ -170,7 +170,7 @@ bool TVLProjectModel::setIndexCardImage(const QModelIndex &index, const QImage &
 bool TVLProjectModel::isImage(const TVLProjectNode *node) const
 {
     return node
-        && (isShownImageFile(indexCardImagePath(node), node->mIndexCardImageFileExtension)
+        && (isShownImageFile(d->indexCardImagePath(node), node->mIndexCardImageFileExtension)
             || isShownImageFile(url(node).toLocalFile(), node->mFileExtension));
 }
 

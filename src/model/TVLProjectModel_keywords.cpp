@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLKeywordModel.h"
@@ -29,7 +29,7 @@ void TVLProjectModel::setKeywordIdsPrivate(TVLProjectNode *node, const QList<int
 {
     node->mKeywords = ids;
     if (node->mId >= 0)
-        mSearchIndex->setDocumentKeywords(node->mId, ids);
+        d->mSearchIndex->setDocumentKeywords(node->mId, ids);
     node->updateModified();
 }
 
@@ -41,13 +41,13 @@ bool TVLProjectModel::setKeywordIds(const QModelIndex &index, const QList<int> &
     if (node->mKeywords == ids)
         return true;
     setKeywordIdsPrivate(node, ids);
-    markAndAnnounce(index);
+    d->markAndAnnounce(index);
     return true;
 }
 
 QString TVLProjectModel::keywordTitle(int id) const
 {
-    return mKeywordModel->title(mKeywordModel->index(id));
+    return d->mKeywordModel->title(d->mKeywordModel->index(id));
 }
 
 QStringList TVLProjectModel::keywords(const QModelIndex &index) const
@@ -64,7 +64,7 @@ QList<QColor> TVLProjectModel::keywordColors(const QModelIndex &index) const
     QList<QColor> colors;
     const QList<int> ids = keywordIds(index);
     for (const int id : ids)
-        colors.append(mKeywordModel->color(mKeywordModel->index(id)));
+        colors.append(d->mKeywordModel->color(d->mKeywordModel->index(id)));
     return colors;
 }
 
@@ -73,8 +73,8 @@ QList<QPair<QString, QColor>> TVLProjectModel::keywordsWithColor(const QModelInd
     QList<QPair<QString, QColor>> keywords;
     const QList<int> ids = keywordIds(index);
     for (const int id : ids) {
-        const QModelIndex keyword = mKeywordModel->index(id);
-        keywords.append({mKeywordModel->title(keyword), mKeywordModel->color(keyword)});
+        const QModelIndex keyword = d->mKeywordModel->index(id);
+        keywords.append({d->mKeywordModel->title(keyword), d->mKeywordModel->color(keyword)});
     }
     return keywords;
 }
@@ -87,9 +87,9 @@ bool TVLProjectModel::setKeywords(const QModelIndex &index, const QStringList &t
     QList<int> ids;
     QSet<int> taken;
     for (const QString &title : titles) {
-        QModelIndex keyword = mKeywordModel->findTitle(title);
-        if (!keyword.isValid() && mKeywordModel->insertItem(0, QModelIndex(), title))
-            keyword = mKeywordModel->findTitle(title);
+        QModelIndex keyword = d->mKeywordModel->findTitle(title);
+        if (!keyword.isValid() && d->mKeywordModel->insertItem(0, QModelIndex(), title))
+            keyword = d->mKeywordModel->findTitle(title);
         const int id = keyword.isValid() ? int(keyword.internalId()) : -1;
         if (!keyword.isValid() || taken.contains(id))
             continue;
@@ -121,7 +121,7 @@ bool TVLProjectModel::containsKeywords(const QSet<int> &keywords, const QModelIn
     return !matchKeywords(keywords, 1, parent).isEmpty();
 }
 
-QList<TVLProjectNode *> TVLProjectModel::nodesWithKeywords(const QSet<int> &ids) const
+QList<TVLProjectNode *> TVLProjectModelPrivate::nodesWithKeywords(const QSet<int> &ids) const
 {
     QList<TVLProjectNode *> nodes;
     const auto take = [&](TVLProjectNode *node) {
@@ -137,16 +137,16 @@ QList<TVLProjectNode *> TVLProjectModel::nodesWithKeywords(const QSet<int> &ids)
     for (const int id : ids)
         documents.unite(mSearchIndex->affectedDocuments(id));
     for (const int id : std::as_const(documents))
-        take(findNode(id));
+        take(q->findNode(id));
     return nodes;
 }
 
 void TVLProjectModel::removeKeywordsFromDocuments(const QSet<int> &ids)
 {
-    const QList<TVLProjectNode *> nodes = nodesWithKeywords(ids);
+    const QList<TVLProjectNode *> nodes = d->nodesWithKeywords(ids);
     for (TVLProjectNode *node : nodes)
         node->mKeywords.removeIf([&ids](int id) { return ids.contains(id); });
-    announceChanges(TVLHeldItem::listOf(this, nodes));
+    d->announceChanges(TVLHeldItem::listOf(this, nodes));
     markProjectAsModified(true);
 }
 
@@ -154,31 +154,31 @@ void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
                                                  const QModelIndex &bottomRight)
 {
     // While a binder is read nobody has seen an item yet.
-    if (mSuspendModified)
+    if (d->mSuspendModified)
         return;
     QSet<int> changed;
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
         changed.insert(int(topLeft.siblingAtRow(row).internalId()));
-    announceChanges(TVLHeldItem::listOf(this, nodesWithKeywords(changed)));
+    d->announceChanges(TVLHeldItem::listOf(this, d->nodesWithKeywords(changed)));
 }
 
 // --- The binder's section
 
 QList<TVLBinderKeyword> TVLProjectModel::projectKeywords() const
 {
-    return mKeywordModel->binderKeywords();
+    return d->mKeywordModel->binderKeywords();
 }
 
 void TVLProjectModel::addProjectKeywords(const QList<TVLBinderKeyword> &keywords)
 {
     // Only quicker: each row stands for itself.
-    const bool isBundled = mSearchIndex->transaction();
+    const bool isBundled = d->mSearchIndex->transaction();
     for (const TVLBinderKeyword &keyword : keywords) {
-        (void)mKeywordModel->addChild(keyword.mId, keyword.mParentId);
-        mKeywordModel->setTitle(mKeywordModel->index(keyword.mId), keyword.mTitle);
+        (void)d->mKeywordModel->addChild(keyword.mId, keyword.mParentId);
+        d->mKeywordModel->setTitle(d->mKeywordModel->index(keyword.mId), keyword.mTitle);
         if (keyword.mColor.isValid())
-            mKeywordModel->setColor(mKeywordModel->index(keyword.mId), keyword.mColor);
+            d->mKeywordModel->setColor(d->mKeywordModel->index(keyword.mId), keyword.mColor);
     }
     if (isBundled)
-        mSearchIndex->commit();
+        d->mSearchIndex->commit();
 }

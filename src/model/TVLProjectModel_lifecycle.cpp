@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLCoreUtil.h"
 #include "TVLDocumentSave_p.h"
@@ -82,73 +82,74 @@ void TVLProjectModel::createBlankProjectOnHdd(const QString &path, QObject *pare
 
 void TVLProjectModel::initBlankProject()
 {
-    if (!mRootNode->mChildren.isEmpty())
+    if (!d->mRootNode->mChildren.isEmpty())
         return;
-    const QScopedValueRollback suspend(mSuspendModified, true);
+    const QScopedValueRollback suspend(d->mSuspendModified, true);
 
     // The format decides whether the first items get ids, so it comes first.
-    setFolderFormatVersion(TVL::FormatVersion18);
+    d->setFolderFormatVersion(TVL::FormatVersion18);
     beginInsertRows(QModelIndex(), 0, int(std::size(SystemFolderRows)) - 1);
     for (const SystemFolderRow &row : SystemFolderRows) {
         // Their ids are those, even where files of another project lie: they have none of their
         // own.
-        const int id = mMobileProject ? -1 : int(row.type);
-        TVLProjectNode *node = createProjectNode(mRootNode.get(), -1, QUuid(), id);
+        const int id = d->mMobileProject ? -1 : int(row.type);
+        TVLProjectNode *node = createProjectNode(d->mRootNode.get(), -1, QUuid(), id);
         node->mTitle = tr(row.title);
         node->mNodeType = row.type;
     }
     endInsertRows();
     insertRows(0, 1, draftFolder());
 
-    mLabelTitle = tr("Label");
-    mStatusTitle = tr("Status");
-    addDefaultLabelsAndStatusItems();
-    addDefaultProjectNotesAndCollections();
-    ensureProperProjectNotes();
+    d->mLabelTitle = tr("Label");
+    d->mStatusTitle = tr("Status");
+    d->addDefaultLabelsAndStatusItems();
+    d->addDefaultProjectNotesAndCollections();
+    d->ensureProperProjectNotes();
 }
 
-void TVLProjectModel::addDefaultLabelsAndStatusItems()
+void TVLProjectModelPrivate::addDefaultLabelsAndStatusItems()
 {
     // A binder without items may have brought lists of its own; those stay.
     if (mSearchIndex->labels().isEmpty()) {
         for (const LabelRow &row : LabelRows)
-            mSearchIndex->addLabel(row.id, tr(row.title), row.color ? QColor(row.color) : QColor());
+            mSearchIndex->addLabel(row.id, TVLProjectModel::tr(row.title),
+                                   row.color ? QColor(row.color) : QColor());
     }
     if (mSearchIndex->statusItems().isEmpty()) {
         for (const StatusRow &row : StatusRows)
-            mSearchIndex->addStatusItem(row.id, tr(row.title));
+            mSearchIndex->addStatusItem(row.id, TVLProjectModel::tr(row.title));
     }
 }
 
 void TVLProjectModel::initProject(QStringList *errors)
 {
     // Also when the binder gave nothing: a project that has lost its binder may have its notes.
-    readProjectNotes(errors);
-    if (mRootNode->mChildren.isEmpty()) {
+    d->readProjectNotes(errors);
+    if (d->mRootNode->mChildren.isEmpty()) {
         initBlankProject();
         return;
     }
     // Damaged, the file is left alone until the user chooses another mode.
     QString error;
-    if (!TVLProjectFolderFormat::readScriptSettings(mPath, &mScriptMode, &error))
-        qWarning("Could not read the script mode of '%ls': %ls", qUtf16Printable(mPath),
+    if (!TVLProjectFolderFormat::readScriptSettings(d->mPath, &d->mScriptMode, &error))
+        qWarning("Could not read the script mode of '%ls': %ls", qUtf16Printable(d->mPath),
                  qUtf16Printable(error));
-    reportItemsWithoutId(errors);
-    updateHasSnapshots();
-    if (mHasSearch)
-        fillSearchIndex();
-    addDefaultProjectNotesAndCollections();
-    ensureProperProjectNotes();
+    d->reportItemsWithoutId(errors);
+    d->updateHasSnapshots();
+    if (d->mHasSearch)
+        d->fillSearchIndex();
+    d->addDefaultProjectNotesAndCollections();
+    d->ensureProperProjectNotes();
 }
 
 void TVLProjectModel::setOnlyRead(bool withSearch)
 {
-    mIsOnlyRead = true;
-    mHasSearch = withSearch;
+    d->mIsOnlyRead = true;
+    d->mHasSearch = withSearch;
 }
 
 /** Tells once of all items that have no place for their texts. */
-void TVLProjectModel::reportItemsWithoutId(QStringList *errors) const
+void TVLProjectModelPrivate::reportItemsWithoutId(QStringList *errors) const
 {
     int count = 0;
     QString firstTitle;
@@ -156,15 +157,16 @@ void TVLProjectModel::reportItemsWithoutId(QStringList *errors) const
         if (node->mId >= 0 || node->mNodeType < TVL::Folder)
             return;
         if (++count == 1)
-            firstTitle = node->mTitle.isEmpty() ? trUntitledTitle() : node->mTitle;
+            firstTitle = node->mTitle.isEmpty() ? TVLProjectModel::trUntitledTitle() : node->mTitle;
     });
     if (count > 0 && errors)
-        errors->append(tr("Items without an id have no place for their texts, which can't be read "
-                          "or edited. There are %1, the first of them is '%2'.")
+        errors->append(TVLProjectModel::tr(
+                           "Items without an id have no place for their texts, which can't be read "
+                           "or edited. There are %1, the first of them is '%2'.")
                            .arg(QString::number(count), firstTitle));
 }
 
-void TVLProjectModel::updateHasSnapshots()
+void TVLProjectModelPrivate::updateHasSnapshots()
 {
     // Few items of a large project have snapshots, so the folder is listed once and only what it
     // names is looked into.
@@ -179,31 +181,32 @@ void TVLProjectModel::updateHasSnapshots()
     });
 }
 
-void TVLProjectModel::addDefaultProjectNotesAndCollections()
+void TVLProjectModelPrivate::addDefaultProjectNotesAndCollections()
 {
     addDefaultProjectNotes();
-    addDefaultCollections();
+    q->addDefaultCollections();
 }
 
 void TVLProjectModel::loadOptions()
 {
-    mTreatTextWithChildrenAsFolder = tvlOptions()->value(TVLOptions::TreatTextWithChildrenAsFolder);
-    mAutoSaveSeconds = tvlOptions()->value(TVLOptions::AutoSaveSeconds);
+    d->mTreatTextWithChildrenAsFolder =
+        tvlOptions()->value(TVLOptions::TreatTextWithChildrenAsFolder);
+    d->mAutoSaveSeconds = tvlOptions()->value(TVLOptions::AutoSaveSeconds);
 }
 
-TVLProjectSettings *TVLProjectModel::newSettings()
+TVLProjectSettings *TVLProjectModelPrivate::newSettings()
 {
     // Put together here, because asking for the file's path would make a folder for a project that
     // has none yet.
-    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_s, this);
+    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_s, q);
 }
 
 void TVLProjectModel::loadProjectSettings()
 {
-    mTintIcons = mSettings->value(TVLSettings::TintBinderIcons);
+    d->mTintIcons = d->mSettings->value(TVLSettings::TintBinderIcons);
     // Only older projects have it there.
-    if (mSettings->contains(mSettings->keyText(TVLSettings::ExcludeFromBackups)))
-        mBackupIncluded = !mSettings->value(TVLSettings::ExcludeFromBackups);
+    if (d->mSettings->contains(d->mSettings->keyText(TVLSettings::ExcludeFromBackups)))
+        d->mBackupIncluded = !d->mSettings->value(TVLSettings::ExcludeFromBackups);
 }
 
 void TVLProjectModel::onOptionsChanged(const QStringList &groups)
@@ -224,34 +227,34 @@ void TVLProjectModel::onOptionsChanged(const QStringList &groups)
 
 void TVLProjectModel::markProjectAsModified(bool set)
 {
-    if (!set || mSuspendModified)
+    if (!set || d->mSuspendModified)
         return;
-    const bool wasSaved = mSaved;
-    mSaved = false;
-    ++mChangeCount;
+    const bool wasSaved = d->mSaved;
+    d->mSaved = false;
+    ++d->mChangeCount;
     if (wasSaved)
         Q_EMIT modifiedChanged(true);
-    stopAutoSaveTimer();
-    mAutoSaveTimer = startTimer(mAutoSaveSeconds * 1000);
+    d->stopAutoSaveTimer();
+    d->mAutoSaveTimer = startTimer(d->mAutoSaveSeconds * 1000);
 }
 
-void TVLProjectModel::stopAutoSaveTimer()
+void TVLProjectModelPrivate::stopAutoSaveTimer()
 {
     if (mAutoSaveTimer != -1)
-        killTimer(mAutoSaveTimer);
+        q->killTimer(mAutoSaveTimer);
     mAutoSaveTimer = -1;
 }
 
 void TVLProjectModel::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == mAutoSaveTimer) {
-        stopAutoSaveTimer();
-        if (mIsSaving)
-            mAutoSaveTimer = startTimer(mAutoSaveSeconds * 1000);
+    if (event->timerId() == d->mAutoSaveTimer) {
+        d->stopAutoSaveTimer();
+        if (d->mIsSaving)
+            d->mAutoSaveTimer = startTimer(d->mAutoSaveSeconds * 1000);
         else
             save(false);
-    } else if (event->timerId() == mDocTextChangeTimer) {
-        announceDocTextChanges();
+    } else if (event->timerId() == d->mDocTextChangeTimer) {
+        d->announceDocTextChanges();
     } else {
         QAbstractItemModel::timerEvent(event);
     }
@@ -259,25 +262,25 @@ void TVLProjectModel::timerEvent(QTimerEvent *event)
 
 void TVLProjectModel::setExcludeFromBackup(bool exclude)
 {
-    mBackupIncluded = !exclude;
+    d->mBackupIncluded = !exclude;
     markProjectAsModified(true);
 }
 
 bool TVLProjectModel::save(bool force)
 {
-    if (mIsOnlyRead)
+    if (d->mIsOnlyRead)
         return false;
     // Boxes and progress dialogs run the event loop, where others may ask for a save.
-    if (mIsSaving) {
+    if (d->mIsSaving) {
         // Who insists has changed something that the save under way may be past already.
         markProjectAsModified(force);
         return false;
     }
-    const QScopedValueRollback saving(mIsSaving, true);
-    return saveNow(force);
+    const QScopedValueRollback saving(d->mIsSaving, true);
+    return d->saveNow(force);
 }
 
-bool TVLProjectModel::saveNow(bool force)
+bool TVLProjectModelPrivate::saveNow(bool force)
 {
     askEditorsBeforeSave();
     stopAutoSaveTimer();
@@ -287,79 +290,80 @@ bool TVLProjectModel::saveNow(bool force)
     if (mSearchIndex->isFileMisleading())
         saveSearch(true);
     const quint64 changeCount = mChangeCount;
-    const bool result = saveChanges(nullptr);
+    const bool result = q->saveChanges(nullptr);
     mIsDiskBehind = !result || mChangeCount != changeCount;
     // What was changed while a box was up isn't on disk, nor has the user seen an error for it.
     if (mChangeCount != changeCount)
         return result;
     // Also after a failure: the user has seen the error, and the next change asks again.
     mSaved = true;
-    Q_EMIT modifiedChanged(false);
+    Q_EMIT q->modifiedChanged(false);
     return result;
 }
 
-void TVLProjectModel::askEditorsBeforeSave()
+void TVLProjectModelPrivate::askEditorsBeforeSave()
 {
     // What an editor does now may load and remove items.
     QList<QPersistentModelIndex> indexes;
-    const QList<TVLProjectNode *> nodes = loadedNodes();
+    const QList<TVLProjectNode *> nodes = q->loadedNodes();
     indexes.reserve(nodes.size());
     for (const TVLProjectNode *node : nodes)
-        indexes.append(createIndex(node));
+        indexes.append(q->createIndex(node));
     for (const QPersistentModelIndex &index : std::as_const(indexes)) {
         if (index.isValid())
-            Q_EMIT aboutToSave(index);
+            Q_EMIT q->aboutToSave(index);
     }
 }
 
 bool TVLProjectModel::saveChanges(QStringList *errors) const
 {
-    if (mPath.isEmpty() || mIsOnlyRead
-        || !TVLGuiUtil::CanWriteLocation(mPath, true, true, QApplication::activeWindow()))
+    if (d->mPath.isEmpty() || d->mIsOnlyRead
+        || !TVLGuiUtil::CanWriteLocation(d->mPath, true, true, QApplication::activeWindow()))
         return false;
 
-    if (isIncompatible()) {
+    if (d->isIncompatible()) {
         // Its ids and uuids could not be read, so the texts would belong to no item afterwards.
         const QStringList failures(
-            tr("Project '%1' is incompatible with this version of Tavelinor.").arg(mName));
-        showSaveErrors(failures);
+            tr("Project '%1' is incompatible with this version of Tavelinor.").arg(d->mName));
+        d->showSaveErrors(failures);
         if (errors)
             *errors = failures;
         return false;
     }
-    mInfo.mModId = tvlNewUuid();
-    mInfo.mModified = tvlNow().toUTC();
-    mInfo.mDevice = platformDeviceName();
+    d->mInfo.mModId = tvlNewUuid();
+    d->mInfo.mModified = tvlNow().toUTC();
+    d->mInfo.mDevice = platformDeviceName();
     // A kill while it was being written leaves it empty.
-    if (QFileInfo(TVLProjectFolderFormat::versionFilePath(mPath)).size() == 0)
-        TVLProjectFolderFormat::writeFormatVersion(mPath, formatVersion());
+    if (QFileInfo(TVLProjectFolderFormat::versionFilePath(d->mPath)).size() == 0)
+        TVLProjectFolderFormat::writeFormatVersion(d->mPath, formatVersion());
 
     QStringList failures;
-    saveBinder(&failures);
-    saveLoadedDocuments(&failures);
-    saveProjectNotes(&failures);
+    d->saveBinder(&failures);
+    d->saveLoadedDocuments(&failures);
+    d->saveProjectNotes(&failures);
 
     if (!failures.isEmpty())
-        showSaveErrors(failures);
+        d->showSaveErrors(failures);
     if (errors)
         *errors = failures;
     return failures.isEmpty();
 }
 
-void TVLProjectModel::saveBinder(QStringList *failures) const
+void TVLProjectModelPrivate::saveBinder(QStringList *failures) const
 {
     QString error;
-    if (TVLProjectFolderFormat::writeBinder(mPath, this, &error)) {
+    if (TVLProjectFolderFormat::writeBinder(mPath, q, &error)) {
         // The binder has it now.
         mSettings->remove(mSettings->keyText(TVLSettings::ExcludeFromBackups));
         return;
     }
-    failures->append(tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
+    failures->append(
+        TVLProjectModel::tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
 }
 
-void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
+void TVLProjectModelPrivate::saveLoadedDocuments(QStringList *failures) const
 {
-    const QList<TVLProjectNode *> nodes = loadedNodes();
+    const QList<TVLProjectNode *> nodes = q->loadedNodes();
     TVLDocumentSave save(mPath);
     for (const TVLProjectNode *node : nodes)
         save.add(node);
@@ -368,45 +372,46 @@ void TVLProjectModel::saveLoadedDocuments(QStringList *failures) const
         const QString title = node->mTitle;
         QStringList errors;
         if (!saveDocuments(node, false, &errors, &save))
-            failures->append(
-                tr("Could not save project document '%1'\n%2").arg(title, errors.join(u'\n')));
+            failures->append(TVLProjectModel::tr("Could not save project document '%1'\n%2")
+                                 .arg(title, errors.join(u'\n')));
     }
 }
 
-void TVLProjectModel::showSaveErrors(const QStringList &errors) const
+void TVLProjectModelPrivate::showSaveErrors(const QStringList &errors) const
 {
-    TVLMessageBox::showMessageBox(QApplication::activeWindow(), u"Project Writer"_s,
-                                  tr("The following errors occurred while saving your project."),
-                                  errors.join(u"\n--------------------\n")
-                                      + tr("\n\nTo avoid losing your latest changes, make sure you "
-                                           "have enough space and write "
-                                           "access "
-                                           "on your storage device.\nYou can create a copy of your "
-                                           "project into another location "
-                                           "using the menu File > SaveAs.\nYou might also try to "
-                                           "Compile and Save to RTF or DOC "
-                                           "format to avoid losing your latest changes."),
-                                  QMessageBox::Critical);
+    TVLMessageBox::showMessageBox(
+        QApplication::activeWindow(), u"Project Writer"_s,
+        TVLProjectModel::tr("The following errors occurred while saving your project."),
+        errors.join(u"\n--------------------\n")
+            + TVLProjectModel::tr("\n\nTo avoid losing your latest changes, make sure you "
+                                  "have enough space and write "
+                                  "access "
+                                  "on your storage device.\nYou can create a copy of your "
+                                  "project into another location "
+                                  "using the menu File > SaveAs.\nYou might also try to "
+                                  "Compile and Save to RTF or DOC "
+                                  "format to avoid losing your latest changes."),
+        QMessageBox::Critical);
 }
 
 void TVLProjectModel::saveAll(bool force)
 {
     save(force);
-    saveSearch(force);
+    d->saveSearch(force);
 }
 
-bool TVLProjectModel::isIncompatible() const
+bool TVLProjectModelPrivate::isIncompatible() const
 {
     return !mInfo.mVersion.isEmpty() && mInfo.mBinderVersion == TVL::NoBinderVersion;
 }
 
 bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool removeOldLock)
 {
-    if (path.isEmpty() || mIsSaving || mIsOnlyRead)
+    if (path.isEmpty() || d->mIsSaving || d->mIsOnlyRead)
         return false;
-    const QScopedValueRollback saving(mIsSaving, true);
+    const QScopedValueRollback saving(d->mIsSaving, true);
     const QString target = TVLProjectFolderFormat::calcEnclosingPath(path);
-    const QString source = TVLProjectFolderFormat::calcEnclosingPath(mPath);
+    const QString source = TVLProjectFolderFormat::calcEnclosingPath(d->mPath);
     // Clearing the way for the copy must never take the project itself.
     if (TVLCoreUtil::IsSameOrInside(target, source) || TVLCoreUtil::IsSameOrInside(source, target))
         return false;
@@ -416,25 +421,25 @@ bool TVLProjectModel::saveAs(const QString &path, bool showProgress, bool remove
                                                      showProgress, QApplication::activeWindow()))
         return false;
 
-    if (mFolderMonitor)
-        mFolderMonitor->stopMonitor();
+    if (d->mFolderMonitor)
+        d->mFolderMonitor->stopMonitor();
     if (removeOldLock)
-        TVLProjectFolderFormat::removeLock(mPath);
+        TVLProjectFolderFormat::removeLock(d->mPath);
     // A lock that was copied along still names the old folder.
     TVLProjectFolderFormat::removeLock(target);
-    mPath = target;
-    mFolderFormat->setProjectPath(target);
-    mName = TVLProjectFolderFormat::projectPathToProjectName(target);
+    d->mPath = target;
+    d->mFolderFormat->setProjectPath(target);
+    d->mName = TVLProjectFolderFormat::projectPathToProjectName(target);
     TVLProjectFolderFormat::addLock(target);
-    takeSettingsAlong();
-    askForFailedNotesAgain();
-    saveNow(mIsDiskBehind);
-    if (mFolderMonitor)
-        mFolderMonitor->startMonitor(target);
+    d->takeSettingsAlong();
+    d->askForFailedNotesAgain();
+    d->saveNow(d->mIsDiskBehind);
+    if (d->mFolderMonitor)
+        d->mFolderMonitor->startMonitor(target);
     return true;
 }
 
-void TVLProjectModel::takeSettingsAlong()
+void TVLProjectModelPrivate::takeSettingsAlong()
 {
     TVLProjectSettings *old = mSettings;
     // The copy of the project may have an older state of the file. What can't be kept of it is how
@@ -449,25 +454,26 @@ void TVLProjectModel::takeSettingsAlong()
 
 void TVLProjectModel::prepareToDestroy()
 {
-    askForFailedNotesAgain();
-    save(mIsDiskBehind);
+    d->askForFailedNotesAgain();
+    save(d->mIsDiskBehind);
     // A change made while a box was up.
     save(false);
-    saveSearch(false);
+    d->saveSearch(false);
     // Until the project is opened again, others may change what lies in its folder.
-    TVLProjectFolderFormat::clearSnapshotsCache(mPath);
-    if (!mIsOnlyRead) {
-        TVLProjectFolderFormat::removeLock(mPath);
+    TVLProjectFolderFormat::clearSnapshotsCache(d->mPath);
+    if (!d->mIsOnlyRead) {
+        TVLProjectFolderFormat::removeLock(d->mPath);
         cleanDragAndDrop();
     }
-    mExistingModels.removeAll(this);
+    TVLProjectModelPrivate::mExistingModels.removeAll(this);
 }
 
 TVLProjectModel *TVLProjectModel::findProjectModelViaPath(const QString &path)
 {
     const QString canonicalPath = TVLProjectFolderFormat::canonicalPath(path);
-    for (const QPointer<TVLProjectModel> &model : std::as_const(mExistingModels)) {
-        if (model && model->mPath == canonicalPath)
+    for (const QPointer<TVLProjectModel> &model :
+         std::as_const(TVLProjectModelPrivate::mExistingModels)) {
+        if (model && model->d->mPath == canonicalPath)
             return model;
     }
     return nullptr;

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
@@ -40,10 +40,11 @@ bool containsId(const QList<Item> &items, int id)
  * every item that shows a row which went or looks different now has to be drawn anew.
  */
 template <typename Item, typename SetItems>
-void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItems,
-                                   const Item &noneItem, int TVLProjectNodeProperties::*member,
-                                   TVL::DocumentProperty property, int *defaultId,
-                                   SetItems setItems)
+void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &oldItems,
+                                          const Item &noneItem,
+                                          int TVLProjectNodeProperties::*member,
+                                          TVL::DocumentProperty property, int *defaultId,
+                                          SetItems setItems)
 {
     const QMap<int, Item> byId = tidyItems(&items, noneItem);
     QSet<int> changedIds;
@@ -70,12 +71,12 @@ void TVLProjectModel::replaceItems(QList<Item> items, const QList<Item> &oldItem
         }
         node->updateModified();
     }
-    announceChanges(TVLHeldItem::listOf(this, touched));
+    announceChanges(TVLHeldItem::listOf(q, touched));
 }
 
 QList<TVLLabel> TVLProjectModel::labels() const
 {
-    return mSearchIndex->labels();
+    return d->mSearchIndex->labels();
 }
 
 void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
@@ -86,70 +87,71 @@ void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
         if (label.mColor.isValid())
             label.mColor = QColor(label.mColor.rgb());
     }
-    replaceItems(plainLabels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
-                 &TVLProjectNodeProperties::mLabelId, TVL::LabelProperty, &mDefaultLabelId,
-                 [this](const QList<TVLLabel> &items) { mSearchIndex->setLabels(items); });
+    d->replaceItems(plainLabels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
+                    &TVLProjectNodeProperties::mLabelId, TVL::LabelProperty, &d->mDefaultLabelId,
+                    [this](const QList<TVLLabel> &items) { d->mSearchIndex->setLabels(items); });
     Q_EMIT labelsChanged();
     markProjectAsModified(true);
 }
 
 void TVLProjectModel::setLabelTitle(const QString &title)
 {
-    if (title == mLabelTitle)
+    if (title == d->mLabelTitle)
         return;
     markProjectAsModified(true);
-    mLabelTitle = title;
+    d->mLabelTitle = title;
     Q_EMIT labelTitleChanged(title);
     Q_EMIT metaDataChanged();
 }
 
 void TVLProjectModel::setDefaultLabelIdentity(int id)
 {
-    if (id == mDefaultLabelId)
+    if (id == d->mDefaultLabelId)
         return;
     if (containsId(labels(), id)) {
         markProjectAsModified(true);
-        mDefaultLabelId = id;
+        d->mDefaultLabelId = id;
     }
     Q_EMIT metaDataChanged();
 }
 
 QList<TVLStatusItem> TVLProjectModel::statusItems() const
 {
-    return mSearchIndex->statusItems();
+    return d->mSearchIndex->statusItems();
 }
 
 void TVLProjectModel::setStatusItems(const QList<TVLStatusItem> &items)
 {
-    replaceItems(items, statusItems(), TVLStatusItem{-1, tr("No Status")},
-                 &TVLProjectNodeProperties::mStatusId, TVL::StatusProperty, &mDefaultStatusId,
-                 [this](const QList<TVLStatusItem> &tidy) { mSearchIndex->setStatusItems(tidy); });
+    d->replaceItems(
+        items, statusItems(), TVLStatusItem{-1, tr("No Status")},
+        &TVLProjectNodeProperties::mStatusId, TVL::StatusProperty, &d->mDefaultStatusId,
+        [this](const QList<TVLStatusItem> &tidy) { d->mSearchIndex->setStatusItems(tidy); });
     Q_EMIT statusItemsChanged();
     markProjectAsModified(true);
 }
 
 void TVLProjectModel::setStatusTitle(const QString &title)
 {
-    if (title == mStatusTitle)
+    if (title == d->mStatusTitle)
         return;
     markProjectAsModified(true);
-    mStatusTitle = title;
+    d->mStatusTitle = title;
     Q_EMIT statusTitleChanged(title);
     Q_EMIT metaDataChanged();
 }
 
 void TVLProjectModel::setDefaultStatusIdentity(int id)
 {
-    if (id == mDefaultStatusId)
+    if (id == d->mDefaultStatusId)
         return;
     if (containsId(statusItems(), id)) {
         markProjectAsModified(true);
-        mDefaultStatusId = id;
+        d->mDefaultStatusId = id;
     }
     Q_EMIT metaDataChanged();
 }
 
 int TVLProjectModel::maxOutlineColumns() const
 {
-    return TVL::FirstCustomColumn + int(mCustomMetaDataSettings.size());
+    return TVL::FirstCustomColumn + int(d->mCustomMetaDataSettings.size());
 }

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLFilesLeft_p.h"
 #include "TVLHeldItem_p.h"
@@ -42,12 +42,12 @@ bool isInSubtree(const TVLProjectNode *node, const TVLProjectNode *top)
 
 // --- Moving
 
-QList<TVLProjectNode *> TVLProjectModel::itemNodes(const QModelIndexList &indexes) const
+QList<TVLProjectNode *> TVLProjectModelPrivate::itemNodes(const QModelIndexList &indexes) const
 {
     QList<TVLProjectNode *> nodes;
     nodes.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
-        TVLProjectNode *node = projectNode(index);
+        TVLProjectNode *node = q->projectNode(index);
         if (!node || node == mRootNode.get())
             return {};
         nodes.append(node);
@@ -55,7 +55,7 @@ QList<TVLProjectNode *> TVLProjectModel::itemNodes(const QModelIndexList &indexe
     return nodes;
 }
 
-QList<TVLProjectNode *> TVLProjectModel::withoutDescendants(QList<TVLProjectNode *> nodes)
+QList<TVLProjectNode *> TVLProjectModelPrivate::withoutDescendants(QList<TVLProjectNode *> nodes)
 {
     const QSet<const TVLProjectNode *> all(nodes.begin(), nodes.end());
     nodes.removeIf([&all](const TVLProjectNode *node) {
@@ -69,11 +69,12 @@ QList<TVLProjectNode *> TVLProjectModel::withoutDescendants(QList<TVLProjectNode
     return nodes;
 }
 
-bool TVLProjectModel::isMoveRefused(const TVLProjectNode *node, const TVLProjectNode *target) const
+bool TVLProjectModelPrivate::isMoveRefused(const TVLProjectNode *node,
+                                           const TVLProjectNode *target) const
 {
     if (node->mNodeType < TVL::Folder)
         return target != mRootNode.get();
-    if (!isDraftChild(createIndex(target)))
+    if (!q->isDraftChild(q->createIndex(target)))
         return false;
     return !node->canHaveText() || containsNonTextChildren(node);
 }
@@ -84,7 +85,8 @@ bool TVLProjectModel::moveToFolder(const QModelIndex &folder, const QModelIndexL
     if (indexes.isEmpty())
         return true;
     TVLProjectNode *target = projectNode(folder);
-    const QList<TVLProjectNode *> nodes = withoutDescendants(itemNodes(indexes));
+    const QList<TVLProjectNode *> nodes =
+        TVLProjectModelPrivate::withoutDescendants(d->itemNodes(indexes));
     return target && !nodes.isEmpty() && moveToFolder(target, row, nodes);
 }
 
@@ -92,7 +94,7 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
                                    const QList<TVLProjectNode *> &nodes)
 {
     if (std::any_of(nodes.begin(), nodes.end(), [this, target](const TVLProjectNode *node) {
-            return isMoveRefused(node, target);
+            return d->isMoveRefused(node, target);
         }))
         return false;
     const int count = int(target->mChildren.size());
@@ -102,7 +104,7 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
     for (const TVLHeldItem &item : items) {
         TVLProjectNode *node = item.node();
         if (node && place.parent())
-            isMoved = moveNode(node, &place) || isMoved;
+            isMoved = d->moveNode(node, &place) || isMoved;
     }
     if (isMoved)
         markProjectAsModified(true);
@@ -114,26 +116,26 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
  * has shifted. For both it compares parents with those that it is given, so the top level must be a
  * default index to it until it has done so; the first slot to hear of the move ends that.
  */
-bool TVLProjectModel::beginMoveRow(const TVLProjectNode *source, int row,
-                                   const TVLProjectNode *target, int targetRow)
+bool TVLProjectModelPrivate::beginMoveRow(const TVLProjectNode *source, int row,
+                                          const TVLProjectNode *target, int targetRow)
 {
     mIsRootIndexPlain = true;
     const bool isAllowed =
-        beginMoveRows(rowSignalParent(source), row, row, rowSignalParent(target), targetRow);
+        q->beginMoveRows(rowSignalParent(source), row, row, rowSignalParent(target), targetRow);
     mIsRootIndexPlain = false;
     return isAllowed;
 }
 
-void TVLProjectModel::beginRemoveNodes(const TVLProjectNode *parent, int first, int last)
+void TVLProjectModelPrivate::beginRemoveNodes(const TVLProjectNode *parent, int first, int last)
 {
     // Who hears of it compares the parents of what it keeps with that of the signal, as selection
     // models do with their current item, and Qt with its persistent indexes.
     mIsRootIndexPlain = true;
-    beginRemoveRows(rowSignalParent(parent), first, last);
+    q->beginRemoveRows(rowSignalParent(parent), first, last);
     mIsRootIndexPlain = false;
 }
 
-bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
+bool TVLProjectModelPrivate::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
 {
     TVLProjectNode *source = node->mParent;
     TVLProjectNode *target = place->parent();
@@ -141,20 +143,20 @@ bool TVLProjectModel::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
     const int oldRow = node->row();
     const int count = int(target->mChildren.size());
     if (source == target && (oldRow == row || oldRow == row - 1)) {
-        *place = TVLHeldPlace(this, target, std::min(row + 1, count));
+        *place = TVLHeldPlace(q, target, std::min(row + 1, count));
         return false;
     }
     const bool isFromBefore = source == target && oldRow < row;
     const int position = std::clamp(isFromBefore ? row - 1 : row, 0, count);
     if (!beginMoveRow(source, oldRow, target, row)) {
-        *place = TVLHeldPlace(this, target, position);
+        *place = TVLHeldPlace(q, target, position);
         return false;
     }
     const QModelIndexList topLevel = topLevelPersistents({source, target});
     target->insertChild(position, source->takeChild(oldRow));
     followRows(topLevel);
-    *place = TVLHeldPlace(this, target, position + 1);
-    endMoveRows();
+    *place = TVLHeldPlace(q, target, position + 1);
+    q->endMoveRows();
     return true;
 }
 
@@ -168,7 +170,7 @@ bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
         return false;
     if (!moveToFolder(trash, indexes, -1))
         return false;
-    announceSearches(TVL::ExcludeTrashScope);
+    d->announceSearches(TVL::ExcludeTrashScope);
     return true;
 }
 
@@ -177,35 +179,35 @@ bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
 void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
 {
     const QSet<int> removed(ids.begin(), ids.end());
-    tvlForEachNode(mRootNode.get(), [&removed](TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&removed](TVLProjectNode *node) {
         if (removed.contains(node->mDefaultChildTemplateId))
             node->mDefaultChildTemplateId = -1;
     });
 }
 
-void TVLProjectModel::removeNodeIdsFromFavorites(const QList<int> &ids)
+void TVLProjectModelPrivate::removeNodeIdsFromFavorites(const QList<int> &ids)
 {
     const QSet<int> removed(ids.begin(), ids.end());
     mFavorites.removeIf([&removed](int id) { return removed.contains(id); });
 }
 
-void TVLProjectModel::removeNodeIdsFromDependentStructures(QList<int> ids)
+void TVLProjectModelPrivate::removeNodeIdsFromDependentStructures(QList<int> ids)
 {
     // Items of newer formats have no ids, and -1 stands for "none" wherever an id does.
     ids.removeAll(-1);
     if (ids.isEmpty())
         return;
-    removeNodeIdsFromCollections(ids);
-    removeNodeIdsFromDefaultTemplateId(ids);
+    q->removeNodeIdsFromCollections(ids);
+    q->removeNodeIdsFromDefaultTemplateId(ids);
     removeNodeIdsFromFavorites(ids);
 }
 
 void TVLProjectModel::removeIndexesFromDependentStructures(const QModelIndexList &indexes)
 {
-    removeNodeIdsFromDependentStructures(nodeIdentityList(indexes));
+    d->removeNodeIdsFromDependentStructures(nodeIdentityList(indexes));
 }
 
-void TVLProjectModel::unloadDocuments(TVLProjectNode *node)
+void TVLProjectModelPrivate::unloadDocuments(TVLProjectNode *node)
 {
     for (TVLTextDocument *document :
          {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
@@ -217,7 +219,7 @@ void TVLProjectModel::unloadDocuments(TVLProjectNode *node)
     releaseDocuments(node);
 }
 
-void TVLProjectModel::forgetNode(TVLProjectNode *node)
+void TVLProjectModelPrivate::forgetNode(TVLProjectNode *node)
 {
     unloadDocuments(node);
     mDocTextChanges.remove(node);
@@ -229,7 +231,7 @@ void TVLProjectModel::forgetNode(TVLProjectNode *node)
     mForgottenIds.insert(node->mId);
 }
 
-void TVLProjectModel::forgetNodeWithoutFiles(TVLProjectNode *node)
+void TVLProjectModelPrivate::forgetNodeWithoutFiles(TVLProjectNode *node)
 {
     forgetNode(node);
     mFilesLeft->add(mPath, *node);
@@ -237,10 +239,10 @@ void TVLProjectModel::forgetNodeWithoutFiles(TVLProjectNode *node)
 
 bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
 {
-    return node && removeFilesForNode(node, TVLNumberedFiles(mPath));
+    return node && d->removeFilesForNode(node, TVLNumberedFiles(d->mPath));
 }
 
-bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
+bool TVLProjectModelPrivate::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
 {
     forgetNode(node);
     noteReplacing(node);
@@ -254,31 +256,31 @@ void TVLProjectModel::removeChildrenForIndex(const QModelIndex &index)
 {
     TVLProjectNode *top = projectNode(index);
     // Not the whole binder on account of an index that just isn't valid.
-    if (!top || top == mRootNode.get() || top->mChildren.isEmpty())
+    if (!top || top == d->mRootNode.get() || top->mChildren.isEmpty())
         return;
-    const TVLNumberedFiles files(mPath);
+    const TVLNumberedFiles files(d->mPath);
     const TVLHeldItem heldTop(this, top);
     const QList<TVLHeldItem> parents = TVLHeldItem::listOf(this, parentsDeepestFirst(top));
     for (const TVLHeldItem &parent : parents) {
         TVLProjectNode *node = parent.node();
         // Who hears of one removal may take an item to safety from the next.
         if (node && isInSubtree(node, heldTop.node()))
-            removeChildren(node, files);
+            d->removeChildren(node, files);
     }
 }
 
 /** There is nothing below the children, unless somebody has put it there on the way. */
-void TVLProjectModel::removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files)
+void TVLProjectModelPrivate::removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files)
 {
     if (parent->mChildren.isEmpty())
         return;
     beginRemoveNodes(parent, 0, int(parent->mChildren.size()) - 1);
     tvlForEachNode(parent, [&](TVLProjectNode *node) { (void)removeFilesForNode(node, files); });
     qDeleteAll(std::exchange(parent->mChildren, {}));
-    endRemoveRows();
+    q->endRemoveRows();
 }
 
-void TVLProjectModel::removeRow(TVLProjectNode *node)
+void TVLProjectModelPrivate::removeRow(TVLProjectNode *node)
 {
     // Those below go with it; their texts stay on disk, the latest words with them.
     QList<int> ids;
@@ -293,11 +295,11 @@ void TVLProjectModel::removeRow(TVLProjectNode *node)
 void TVLProjectModel::removeIndexFromModel(const QModelIndex &index)
 {
     TVLProjectNode *node = projectNode(index);
-    if (!node || node == mRootNode.get())
+    if (!node || node == d->mRootNode.get())
         return;
-    beginRemoveNodes(node->mParent, node->row(), node->row());
+    d->beginRemoveNodes(node->mParent, node->row(), node->row());
     (void)removeFilesForNode(node);
-    removeRow(node);
+    d->removeRow(node);
     endRemoveRows();
 }
 
@@ -324,6 +326,6 @@ bool TVLProjectModel::emptyTrash()
     removeChildrenForIndex(trash);
     markProjectAsModified(true);
     save(false);
-    announceChange(trash);
+    d->announceChange(trash);
     return true;
 }

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLDoors.h"
 #include "TVLHeldItem_p.h"
@@ -18,81 +18,83 @@ using namespace Qt::StringLiterals;
 TVLProjectNode *TVLProjectModel::createProjectNode(TVLProjectNode *parent, int row, QUuid uuid,
                                                    int id)
 {
-    if (uuid.isNull() || mUuidMap.contains(uuid))
+    if (uuid.isNull() || d->mUuidMap.contains(uuid))
         uuid = tvlNewUuid();
-    if (id == -1 || mIdMap.contains(id))
-        id = givesIds() ? findNextNodeId() : -1;
+    if (id == -1 || d->mIdMap.contains(id))
+        id = d->givesIds() ? findNextNodeId() : -1;
     if (id != -1)
-        mIdMap.insert(id, uuid);
+        d->mIdMap.insert(id, uuid);
     auto *node = row < 0 ? new TVLProjectNode({id, uuid}, parent)
                          : new TVLProjectNode({id, uuid}, parent, row);
-    mUuidMap.insert(uuid, node);
+    d->mUuidMap.insert(uuid, node);
     return node;
 }
 
 /** Whether new items get ids; those of newer formats have uuids alone. */
-bool TVLProjectModel::givesIds() const
+bool TVLProjectModelPrivate::givesIds() const
 {
-    return formatVersion() <= TVL::FormatVersion18 && !mMobileProject;
+    return q->formatVersion() <= TVL::FormatVersion18 && !mMobileProject;
 }
 
-TVLProjectNode *TVLProjectModel::createDefaultNode(TVLProjectNode *parent, int row,
-                                                   const QUuid &uuid)
+TVLProjectNode *TVLProjectModelPrivate::createDefaultNode(TVLProjectNode *parent, int row,
+                                                          const QUuid &uuid)
 {
-    TVLProjectNode *node = createProjectNode(parent, row, uuid, -1);
+    TVLProjectNode *node = q->createProjectNode(parent, row, uuid, -1);
     node->mLabelId = mDefaultLabelId;
     node->mStatusId = mDefaultStatusId;
     return node;
 }
 
-QModelIndex TVLProjectModel::rowSignalParent(const TVLProjectNode *parent) const
+QModelIndex TVLProjectModelPrivate::rowSignalParent(const TVLProjectNode *parent) const
 {
     // Qt wants a default index for the root in its row signals.
-    return parent == mRootNode.get() ? QModelIndex() : createIndex(parent);
+    return parent == mRootNode.get() ? QModelIndex() : q->createIndex(parent);
 }
 
 // Qt finds the persistent indexes that a change of rows concerns by their parents. At the top level
 // it is told of a default index, which the root index isn't, so those are seen to here.
 
-QModelIndexList
-TVLProjectModel::topLevelPersistents(std::initializer_list<const TVLProjectNode *> parents) const
+QModelIndexList TVLProjectModelPrivate::topLevelPersistents(
+    std::initializer_list<const TVLProjectNode *> parents) const
 {
     const TVLProjectNode *root = mRootNode.get();
     if (std::find(parents.begin(), parents.end(), root) == parents.end())
         return {};
-    QModelIndexList indexes = persistentIndexList();
+    QModelIndexList indexes = q->persistentIndexList();
     indexes.removeIf(
-        [this, root](const QModelIndex &index) { return projectNode(index)->mParent != root; });
+        [this, root](const QModelIndex &index) { return q->projectNode(index)->mParent != root; });
     return indexes;
 }
 
-void TVLProjectModel::followRows(const QModelIndexList &indexes)
+void TVLProjectModelPrivate::followRows(const QModelIndexList &indexes)
 {
     for (const QModelIndex &index : indexes)
-        changePersistentIndex(index, createIndex(projectNode(index)));
+        q->changePersistentIndex(index, q->createIndex(q->projectNode(index)));
 }
 
 /**
  * Inserts items side by side. Views see them for the first time at the end of it, so @p make, which
  * is given the number of each, hands them over as they will stay, and emits nothing.
  */
-QList<TVLHeldItem> TVLProjectModel::insertItems(const InsertPlace &place, int count,
-                                                const std::function<TVLProjectNode *(int)> &make)
+QList<TVLHeldItem>
+TVLProjectModelPrivate::insertItems(const InsertPlace &place, int count,
+                                    const std::function<TVLProjectNode *(int)> &make)
 {
-    beginInsertRows(rowSignalParent(place.parent), place.row, place.row + count - 1);
+    q->beginInsertRows(rowSignalParent(place.parent), place.row, place.row + count - 1);
     const QModelIndexList topLevel = topLevelPersistents({place.parent});
     QList<TVLHeldItem> items;
     items.reserve(count);
     for (int i = 0; i < count; ++i)
-        items.append(TVLHeldItem(this, make(i)));
+        items.append(TVLHeldItem(q, make(i)));
     followRows(topLevel);
-    endInsertRows();
+    q->endInsertRows();
     return items;
 }
 
-TVLProjectModel::InsertPlace TVLProjectModel::insertPlace(const QModelIndex &parent, int row) const
+TVLProjectModelPrivate::InsertPlace TVLProjectModelPrivate::insertPlace(const QModelIndex &parent,
+                                                                        int row) const
 {
-    TVLProjectNode *node = projectNode(parent);
+    TVLProjectNode *node = q->projectNode(parent);
     if (!node)
         node = mRootNode.get();
     const int end = int(node->mChildren.size());
@@ -102,7 +104,7 @@ TVLProjectModel::InsertPlace TVLProjectModel::insertPlace(const QModelIndex &par
 // --- Items with a given content
 
 /** What a new item is to be; more than one are all the same. */
-struct TVLProjectModel::NewItem
+struct TVLProjectModelPrivate::NewItem
 {
     TVL::NodeType type;
     QString extension;
@@ -110,8 +112,8 @@ struct TVLProjectModel::NewItem
     std::function<void(TVLProjectNode *)> fill; ///< Comes with the documents in memory; or none.
 };
 
-QList<TVLHeldItem> TVLProjectModel::insertNewItems(int row, const QModelIndex &parent, int count,
-                                                   const NewItem &item)
+QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelIndex &parent,
+                                                          int count, const NewItem &item)
 {
     const InsertPlace place = insertPlace(parent, row);
     QList<std::pair<QString, QStringList>> failures;
@@ -119,7 +121,7 @@ QList<TVLHeldItem> TVLProjectModel::insertNewItems(int row, const QModelIndex &p
         TVLProjectNode *node = createDefaultNode(place.parent, place.row + number, QUuid());
         node->mFileExtension = item.extension;
         node->mNodeType = item.type;
-        node->mTitle = item.title.isEmpty() ? trUntitledTitle() : item.title;
+        node->mTitle = item.title.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.title;
         addToSearchIndex(node);
         QStringList errors;
         if (!loadQuietly(node, &errors))
@@ -138,7 +140,7 @@ QList<TVLHeldItem> TVLProjectModel::insertNewItems(int row, const QModelIndex &p
 TVLProjectNode *TVLProjectModel::insertNode(int row, const QModelIndex &parent, TVL::NodeType type,
                                             const QString &extension, const QString &title)
 {
-    return insertNewItems(row, parent, 1, {type, extension, title, {}}).constFirst().node();
+    return d->insertNewItems(row, parent, 1, {type, extension, title, {}}).constFirst().node();
 }
 
 QList<TVLProjectNode *> TVLProjectModel::insertMultipleNodes(int row, const QModelIndex &parent,
@@ -148,7 +150,7 @@ QList<TVLProjectNode *> TVLProjectModel::insertMultipleNodes(int row, const QMod
 {
     QList<TVLProjectNode *> nodes;
     const QList<TVLHeldItem> items =
-        insertNewItems(row, parent, std::max(count, 1), {type, extension, title, {}});
+        d->insertNewItems(row, parent, std::max(count, 1), {type, extension, title, {}});
     for (const TVLHeldItem &item : items)
         nodes.append(item.node());
     nodes.removeAll(nullptr);
@@ -167,8 +169,8 @@ QList<QModelIndex> TVLProjectModel::insertMultipleTextNodes(int row, const QMode
     return indexes;
 }
 
-QModelIndex TVLProjectModel::insertWithTexts(int row, const QModelIndex &parent,
-                                             const NewItem &item, const NewTexts &texts)
+QModelIndex TVLProjectModelPrivate::insertWithTexts(int row, const QModelIndex &parent,
+                                                    const NewItem &item, const NewTexts &texts)
 {
     NewItem filled = item;
     bool hasWords = false;
@@ -180,8 +182,8 @@ QModelIndex TVLProjectModel::insertWithTexts(int row, const QModelIndex &parent,
     };
     const TVLHeldItem inserted = insertNewItems(row, parent, 1, filled).constFirst();
     if (hasWords) {
-        scheduleDocTextChange(inserted.index());
-        markProjectAsModified(true);
+        q->scheduleDocTextChange(inserted.index());
+        q->markProjectAsModified(true);
     }
     return inserted.index();
 }
@@ -190,7 +192,7 @@ QModelIndex TVLProjectModel::insertTextNode(int row, const QModelIndex &parent,
                                             const QString &title, const QString &text,
                                             const QString &synopsis, const QString &notes)
 {
-    return insertWithTexts(
+    return d->insertWithTexts(
         row, parent, {TVL::Text, u"rtf"_s, title, {}},
         {{TVL::MainText, text}, {TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
@@ -199,16 +201,16 @@ QModelIndex TVLProjectModel::insertImageNode(int row, const QModelIndex &parent,
                                              const QString &title, const QImage &image,
                                              const QString &synopsis, const QString &notes)
 {
-    if (!image.isNull() && !givesIds())
+    if (!image.isNull() && !d->givesIds())
         return {};
     const auto addImage = [&](TVLProjectNode *node) {
         if (image.isNull())
             return;
-        (void)TVLProjectFolderFormat::writeImageFile(mPath, node->mId, u"png"_s, image);
+        (void)TVLProjectFolderFormat::writeImageFile(d->mPath, node->mId, u"png"_s, image);
         node->mShowSynopsisImage = true;
     };
-    return insertWithTexts(row, parent, {TVL::Image, u"png"_s, title, addImage},
-                           {{TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
+    return d->insertWithTexts(row, parent, {TVL::Image, u"png"_s, title, addImage},
+                              {{TVL::SynopsisText, synopsis}, {TVL::NotesText, notes}});
 }
 
 QModelIndex TVLProjectModel::insertUserFolder(int row, const QModelIndex &parent,
@@ -222,31 +224,31 @@ QModelIndex TVLProjectModel::createSyncConflictsFolder()
     const QModelIndex research = researchFolder();
     const auto setIcon = [](TVLProjectNode *node) { node->mIconFileName = u"Warning.tiff"_s; };
     const TVLHeldItem folder =
-        insertNewItems(research.isValid() ? research.row() + 1 : -1, rootIndex(), 1,
-                       {TVL::Folder, QString(), tr("Sync Conflicts"), setIcon})
+        d->insertNewItems(research.isValid() ? research.row() + 1 : -1, rootIndex(), 1,
+                          {TVL::Folder, QString(), tr("Sync Conflicts"), setIcon})
             .constFirst();
-    markAndAnnounce(folder.index());
+    d->markAndAnnounce(folder.index());
     return folder.index();
 }
 
 TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const QModelIndex &parent)
 {
-    const InsertPlace place = insertPlace(parent, row);
+    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
     const auto make = [&](int) {
-        TVLProjectNode *node = createDefaultNode(place.parent, place.row, QUuid());
+        TVLProjectNode *node = d->createDefaultNode(place.parent, place.row, QUuid());
         node->mNodeType = TVL::WebArchive;
         node->mTitle = url.host();
         node->mOriginalUrl = url.toString();
         node->mHasText = true;
-        addToSearchIndex(node);
+        d->addToSearchIndex(node);
         return node;
     };
-    return insertItems(place, 1, make).constFirst().node();
+    return d->insertItems(place, 1, make).constFirst().node();
 }
 
 /** Makes the flags of a record that has come from elsewhere agree with what the project has: one
  * template folder, and the list of favorites. */
-void TVLProjectModel::enterFlags(TVLProjectNode *node)
+void TVLProjectModelPrivate::enterFlags(TVLProjectNode *node)
 {
     if (node->mUuid != mTemplateFolderUuid)
         node->mIsTemplateFolder = false;
@@ -260,16 +262,16 @@ TVLProjectNode *
 TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
                                           const TVLProjectNodeProperties &properties)
 {
-    const InsertPlace place = insertPlace(parent, row);
+    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
     const auto make = [&](int) {
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
         node->applyAllPreserveIDs(properties);
-        enterFlags(node);
-        addToSearchIndex(node);
+        d->enterFlags(node);
+        d->addToSearchIndex(node);
         return node;
     };
-    return insertItems(place, 1, make).constFirst().node();
+    return d->insertItems(place, 1, make).constFirst().node();
 }
 
 QModelIndex TVLProjectModel::insertRowWithProperties(int row, const QModelIndex &parent,
@@ -280,16 +282,16 @@ QModelIndex TVLProjectModel::insertRowWithProperties(int row, const QModelIndex 
 
 // --- Rows
 
-bool TVLProjectModel::canInsertRows(int row, int count, const QModelIndex &parent) const
+bool TVLProjectModelPrivate::canInsertRows(int row, int count, const QModelIndex &parent) const
 {
-    const TVLProjectNode *node = projectNode(parent);
+    const TVLProjectNode *node = q->projectNode(parent);
     return node && row >= -1 && row <= node->mChildren.size() && count >= 1
-        && !isTrashChild(parent);
+        && !q->isTrashChild(parent);
 }
 
 QList<TVLHeldItem>
-TVLProjectModel::insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
-                                  const std::function<void(TVLProjectNode *)> &finish)
+TVLProjectModelPrivate::insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
+                                         const std::function<void(TVLProjectNode *)> &finish)
 {
     const auto make = [&](int) {
         TVLProjectNode *node = createDefaultNode(place.parent, place.row, uuid);
@@ -299,29 +301,29 @@ TVLProjectModel::insertBlankItems(const InsertPlace &place, int count, const QUu
         return node;
     };
     const QList<TVLHeldItem> items = insertItems(place, count, make);
-    markProjectAsModified(true);
+    q->markProjectAsModified(true);
     return items;
 }
 
 bool TVLProjectModel::insertRowsAndClone(int row, int count, const QModelIndex &parent,
                                          const QModelIndex &source, CloneFlags flags)
 {
-    if (!canInsertRows(row, count, parent))
+    if (!d->canInsertRows(row, count, parent))
         return false;
-    const InsertPlace place = insertPlace(parent, row);
-    return source.isValid() ? !insertClones(place, count, source, flags, QUuid()).isEmpty()
-                            : !insertBlankItems(place, count, QUuid()).isEmpty();
+    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    return source.isValid() ? !d->insertClones(place, count, source, flags, QUuid()).isEmpty()
+                            : !d->insertBlankItems(place, count, QUuid()).isEmpty();
 }
 
 QModelIndex TVLProjectModel::insertRowAndClone(int row, const QModelIndex &parent,
                                                const QModelIndex &source, CloneFlags flags,
                                                const QUuid &uuid)
 {
-    if (!canInsertRows(row, 1, parent))
+    if (!d->canInsertRows(row, 1, parent))
         return {};
-    const InsertPlace place = insertPlace(parent, row);
-    return (source.isValid() ? insertClones(place, 1, source, flags, uuid)
-                             : insertBlankItems(place, 1, uuid))
+    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    return (source.isValid() ? d->insertClones(place, 1, source, flags, uuid)
+                             : d->insertBlankItems(place, 1, uuid))
         .value(0)
         .index();
 }
@@ -331,8 +333,9 @@ bool TVLProjectModel::insertRows(int row, int count, const QModelIndex &parent)
     return insertRowsAndClone(row, count, parent, QModelIndex(), NoCloneFlag);
 }
 
-TVLHeldItem TVLProjectModel::insertBlankItem(int row, const QModelIndex &parent,
-                                             const std::function<void(TVLProjectNode *)> &finish)
+TVLHeldItem
+TVLProjectModelPrivate::insertBlankItem(int row, const QModelIndex &parent,
+                                        const std::function<void(TVLProjectNode *)> &finish)
 {
     if (!canInsertRows(row, 1, parent))
         return {};
@@ -341,14 +344,14 @@ TVLHeldItem TVLProjectModel::insertBlankItem(int row, const QModelIndex &parent,
 
 QModelIndex TVLProjectModel::createNewItem(int row, const QModelIndex &parent)
 {
-    return insertBlankItem(row, parent).index();
+    return d->insertBlankItem(row, parent).index();
 }
 
 QModelIndex TVLProjectModel::createNewFolder(int row, const QModelIndex &parent)
 {
-    const TVLHeldItem folder =
-        insertBlankItem(row, parent, [](TVLProjectNode *node) { node->mNodeType = TVL::Folder; });
-    announceChange(folder.index());
+    const TVLHeldItem folder = d->insertBlankItem(
+        row, parent, [](TVLProjectNode *node) { node->mNodeType = TVL::Folder; });
+    d->announceChange(folder.index());
     return folder.index();
 }
 
@@ -359,21 +362,21 @@ QModelIndex TVLProjectModel::createNewText(int row, const QModelIndex &parent,
     const QString siblingMode = hasSibling ? textMode(sibling) : QString();
     const QString mode = siblingMode == GeneralFormatMode ? QString() : siblingMode;
     QStringList errors;
-    const TVLHeldItem text = insertBlankItem(row, parent, [&](TVLProjectNode *node) {
+    const TVLHeldItem text = d->insertBlankItem(row, parent, [&](TVLProjectNode *node) {
         node->mTextMode = mode;
         if (mode == ScriptFormatMode)
-            startAsScript(node, &errors);
+            d->startAsScript(node, &errors);
     });
     if (!errors.isEmpty())
-        showLoadErrors(QString(), errors);
+        d->showLoadErrors(QString(), errors);
     if (text.node() && !mode.isEmpty()) {
         Q_EMIT formatModeChanged(text.index(), mode);
-        announceChange(text.index());
+        d->announceChange(text.index());
     }
     return text.index();
 }
 
-void TVLProjectModel::startAsScript(TVLProjectNode *node, QStringList *errors)
+void TVLProjectModelPrivate::startAsScript(TVLProjectNode *node, QStringList *errors)
 {
     if (mScriptMode.mElements.isEmpty())
         return;

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -20,19 +20,19 @@ constexpr char NotifyTargetsProperty[] = "notifyTargets";
 
 QString TVLProjectModel::directoryName() const
 {
-    return TVLProjectFolderFormat::directoryName(mPath);
+    return TVLProjectFolderFormat::directoryName(d->mPath);
 }
 
 bool TVLProjectModel::setFormatVersion(TVL::FormatVersion version)
 {
     if (version == formatVersion())
         return true;
-    setFolderFormatVersion(version);
+    d->setFolderFormatVersion(version);
     // Asking for the version file's path would make a folder for a project that has none yet.
-    if (mMobileProject || !QFileInfo::exists(mPath)
-        || !QFileInfo::exists(TVLProjectFolderFormat::versionFilePath(mPath)))
+    if (d->mMobileProject || !QFileInfo::exists(d->mPath)
+        || !QFileInfo::exists(TVLProjectFolderFormat::versionFilePath(d->mPath)))
         return true;
-    return TVLProjectFolderFormat::writeFormatVersion(mPath, version);
+    return TVLProjectFolderFormat::writeFormatVersion(d->mPath, version);
 }
 
 // --- Titles and authors
@@ -109,15 +109,15 @@ void TVLProjectModel::setAuthorForename(const QString &name)
 
 QPrinter *TVLProjectModel::printer() const
 {
-    if (!mPrinter)
-        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
-    return mPrinter.get();
+    if (!d->mPrinter)
+        d->mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+    return d->mPrinter.get();
 }
 
 void TVLProjectModel::setPrinter(QPrinter *printer)
 {
-    if (printer != mPrinter.get())
-        mPrinter.reset(printer);
+    if (printer != d->mPrinter.get())
+        d->mPrinter.reset(printer);
 }
 
 QRectF TVLProjectModel::printerPageRect() const
@@ -136,9 +136,10 @@ QSizeF TVLProjectModel::printerPageSize() const
 void TVLProjectModel::setFullScreenBackdrop(const QVariant &backdrop)
 {
     // A number and its text count as equal otherwise.
-    if (mFullScreenBackdrop.metaType() == backdrop.metaType() && mFullScreenBackdrop == backdrop)
+    if (d->mFullScreenBackdrop.metaType() == backdrop.metaType()
+        && d->mFullScreenBackdrop == backdrop)
         return;
-    mFullScreenBackdrop = backdrop;
+    d->mFullScreenBackdrop = backdrop;
     markProjectAsModified(true);
 }
 
@@ -159,19 +160,19 @@ void TVLProjectModel::clearFullScreenBackdrop()
 
 bool TVLProjectModel::fullScreenBackdropIsNodeId() const
 {
-    return mFullScreenBackdrop.typeId() == QMetaType::Int;
+    return d->mFullScreenBackdrop.typeId() == QMetaType::Int;
 }
 
 int TVLProjectModel::fullScreenBackdropNodeId() const
 {
-    return fullScreenBackdropIsNodeId() ? mFullScreenBackdrop.toInt() : -1;
+    return fullScreenBackdropIsNodeId() ? d->mFullScreenBackdrop.toInt() : -1;
 }
 
 QPixmap TVLProjectModel::fullScreenBackdropPixmap() const
 {
     if (fullScreenBackdropIsNodeId())
         return QPixmap::fromImage(rawDataImage(index(fullScreenBackdropNodeId())));
-    const QString filePath = mFullScreenBackdrop.toString();
+    const QString filePath = d->mFullScreenBackdrop.toString();
     return QFileInfo::exists(filePath) ? QPixmap(filePath) : QPixmap();
 }
 
@@ -179,9 +180,9 @@ QPixmap TVLProjectModel::fullScreenBackdropPixmap() const
 
 void TVLProjectModel::adoptBackupIncluded(bool included)
 {
-    mBackupIncluded = included;
+    d->mBackupIncluded = included;
     // Projects count as modified after opening since this stands in binders.
-    mIsModifiedByRead = true;
+    d->mIsModifiedByRead = true;
 }
 
 bool TVLProjectModel::notifyTargets() const
@@ -199,20 +200,20 @@ void TVLProjectModel::setNotifyTargets(bool notify)
 
 void TVLProjectModel::setDraftTarget(const TVLDraftTarget &target)
 {
-    mDraftTarget = target;
+    d->mDraftTarget = target;
     markProjectAsModified(true);
 }
 
 void TVLProjectModel::setSessionTarget(const TVLSessionTarget &target)
 {
-    mSessionTarget = target;
+    d->mSessionTarget = target;
     markProjectAsModified(true);
 }
 
 bool TVLProjectModel::setScriptMode(const TVLScriptMode &mode)
 {
-    mScriptMode = mode;
-    const bool isWritten = TVLProjectFolderFormat::writeScriptSettings(mPath, mode);
+    d->mScriptMode = mode;
+    const bool isWritten = TVLProjectFolderFormat::writeScriptSettings(d->mPath, mode);
     markProjectAsModified(true);
     Q_EMIT scriptModeChanged(mode);
     Q_EMIT metaDataChanged();

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNoteFiles_p.h"
@@ -55,34 +55,34 @@ bool writeNotes(const QString &path, const TVLProjectNotes &notes, QStringList *
 
 // --- What a project can't be without
 
-void TVLProjectModel::addDefaultProjectNotes()
+void TVLProjectModelPrivate::addDefaultProjectNotes()
 {
     if (!mProjectNotes.isEmpty())
         return;
     const QScopedValueRollback suspend(mSuspendModified, true);
     const int id = freeNoteId(mPath, mProjectNotes);
-    QTextDocument *document = newProjectNote(tr("General"));
+    QTextDocument *document = newProjectNote(TVLProjectModel::tr("General"));
     keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(mPath, id), mProjectNotes);
     mProjectNotes.mNotes.append({id, document});
 }
 
-QTextDocument *TVLProjectModel::newProjectNote(const QString &title)
+QTextDocument *TVLProjectModelPrivate::newProjectNote(const QString &title)
 {
-    auto *document = new QTextDocument(this);
+    auto *document = new QTextDocument(q);
     TVLTextFormat::setDefaultCharFormat(document);
     if (!title.isEmpty())
         document->setMetaInformation(QTextDocument::DocumentTitle, title);
     return document;
 }
 
-void TVLProjectModel::ensureProperProjectNotes()
+void TVLProjectModelPrivate::ensureProperProjectNotes()
 {
     const auto notes = mProjectNotes.mNotes;
     for (const auto &[id, document] : notes) {
-        document->setParent(this);
+        document->setParent(q);
         document->setModified(false);
-        connect(document, &QTextDocument::modificationChanged, this,
-                &TVLProjectModel::onProjectNoteModifiedChanged, Qt::UniqueConnection);
+        QObject::connect(document, &QTextDocument::modificationChanged, q,
+                         &TVLProjectModel::onProjectNoteModifiedChanged, Qt::UniqueConnection);
     }
 }
 
@@ -91,12 +91,12 @@ void TVLProjectModel::onProjectNoteModifiedChanged(bool modified)
     markProjectAsModified(modified);
 }
 
-void TVLProjectModel::readProjectNotes(QStringList *errors)
+void TVLProjectModelPrivate::readProjectNotes(QStringList *errors)
 {
     const QScopedValueRollback suspend(mSuspendModified, true);
     QStringList failures;
     const bool isRead =
-        TVLProjectFolderFormat::readProjectNotes(mPath, &mProjectNotes.mNotes, this, &failures);
+        TVLProjectFolderFormat::readProjectNotes(mPath, &mProjectNotes.mNotes, q, &failures);
     // A note that can't be read is in the list all the same.
     if (!isRead && mProjectNotes.isEmpty())
         mProjectNotes.mIndexError = failures.join(u'\n');
@@ -104,14 +104,15 @@ void TVLProjectModel::readProjectNotes(QStringList *errors)
         errors->append(failures);
 }
 
-void TVLProjectModel::saveProjectNotes(QStringList *failures) const
+void TVLProjectModelPrivate::saveProjectNotes(QStringList *failures) const
 {
     if (!mProjectNotes.isModified())
         return;
     QStringList errors;
     mAreNotesBehind = !writeNotes(mPath, mProjectNotes, &errors);
     if (mAreNotesBehind)
-        failures->append(tr("Could not save project notes.\n%1").arg(errors.join(u'\n')));
+        failures->append(
+            TVLProjectModel::tr("Could not save project notes.\n%1").arg(errors.join(u'\n')));
     // Also after a failure: the user has seen the error, and the next change asks again.
     const auto notes = mProjectNotes.mNotes;
     for (const auto &[id, document] : notes)
@@ -119,7 +120,7 @@ void TVLProjectModel::saveProjectNotes(QStringList *failures) const
     mProjectNotes.setModified(false);
 }
 
-void TVLProjectModel::askForFailedNotesAgain()
+void TVLProjectModelPrivate::askForFailedNotesAgain()
 {
     if (mAreNotesBehind)
         mProjectNotes.setModified(true);
@@ -129,25 +130,25 @@ void TVLProjectModel::askForFailedNotesAgain()
 
 QList<int> TVLProjectModel::projectNoteIdentities() const
 {
-    if (mProjectNotes.isEmpty())
+    if (d->mProjectNotes.isEmpty())
         return {FirstProjectNoteId};
     QList<int> ids;
-    for (const auto &[id, document] : std::as_const(mProjectNotes.mNotes))
+    for (const auto &[id, document] : std::as_const(d->mProjectNotes.mNotes))
         ids.append(id);
     return ids;
 }
 
 QTextDocument *TVLProjectModel::projectNote(int id)
 {
-    if (mProjectNotes.isEmpty()) {
-        addDefaultProjectNotes();
-        ensureProperProjectNotes();
+    if (d->mProjectNotes.isEmpty()) {
+        d->addDefaultProjectNotes();
+        d->ensureProperProjectNotes();
     }
-    for (const auto &[noteId, document] : std::as_const(mProjectNotes.mNotes)) {
+    for (const auto &[noteId, document] : std::as_const(d->mProjectNotes.mNotes)) {
         if (noteId == id)
             return document;
     }
-    return mProjectNotes.mNotes.constFirst().second;
+    return d->mProjectNotes.mNotes.constFirst().second;
 }
 
 QString TVLProjectModel::projectNoteTitle(int id)
@@ -157,16 +158,16 @@ QString TVLProjectModel::projectNoteTitle(int id)
 
 int TVLProjectModel::addProjectNote(const QString &title)
 {
-    int id = freeNoteId(mPath, mProjectNotes);
+    int id = freeNoteId(d->mPath, d->mProjectNotes);
     Q_EMIT projectNoteAboutToBeAdded(id);
     // Who heard of it may have added a note of his own.
-    id = freeNoteId(mPath, mProjectNotes);
-    QTextDocument *document = newProjectNote(title);
-    keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(mPath, id), mProjectNotes);
+    id = freeNoteId(d->mPath, d->mProjectNotes);
+    QTextDocument *document = d->newProjectNote(title);
+    keepOffUnseenFile(document, TVLProjectNoteFiles::filePath(d->mPath, id), d->mProjectNotes);
     connect(document, &QTextDocument::modificationChanged, this,
             &TVLProjectModel::onProjectNoteModifiedChanged);
     document->setModified(true);
-    mProjectNotes.mNotes.append({id, document});
+    d->mProjectNotes.mNotes.append({id, document});
     markProjectAsModified(true);
     Q_EMIT projectNoteAdded(id);
     return id;
@@ -181,7 +182,7 @@ bool TVLProjectModel::renameProjectNote(int id, const QString &title)
         return true;
     document->setMetaInformation(QTextDocument::DocumentTitle, title);
     document->setModified(true);
-    markProjectNotesAsModified();
+    d->markProjectNotesAsModified();
     Q_EMIT projectNoteRenamed(id);
     return true;
 }
@@ -189,18 +190,18 @@ bool TVLProjectModel::renameProjectNote(int id, const QString &title)
 bool TVLProjectModel::moveProjectNote(int from, int to)
 {
     const auto isPosition = [this](int position) {
-        return position >= 0 && position < mProjectNotes.mNotes.size();
+        return position >= 0 && position < d->mProjectNotes.mNotes.size();
     };
     if (from == to || !isPosition(from) || !isPosition(to))
         return false;
-    const int id = mProjectNotes.mNotes.at(from).first;
+    const int id = d->mProjectNotes.mNotes.at(from).first;
     Q_EMIT projectNoteAboutToBeMoved(from, to);
     if (!hasProjectNoteId(id))
         return false;
     from = int(projectNoteIdentities().indexOf(id));
-    to = std::min(to, int(mProjectNotes.mNotes.size()) - 1);
-    mProjectNotes.mNotes.move(from, to);
-    markProjectNotesAsModified();
+    to = std::min(to, int(d->mProjectNotes.mNotes.size()) - 1);
+    d->mProjectNotes.mNotes.move(from, to);
+    d->markProjectNotesAsModified();
     Q_EMIT projectNoteMoved(from, to);
     return true;
 }
@@ -209,23 +210,23 @@ bool TVLProjectModel::removeProjectNote(int id, QStringList *errors)
 {
     if (!hasProjectNoteId(id))
         return true;
-    if (!TVLProjectFolderFormat::removeProjectNote(mPath, id, errors))
+    if (!TVLProjectFolderFormat::removeProjectNote(d->mPath, id, errors))
         return false;
     Q_EMIT projectNoteAboutToBeRemoved(id);
     // Instead of a note that has gone already, projectNote() would give another one.
     if (!hasProjectNoteId(id))
         return true;
     QTextDocument *document = projectNote(id);
-    mProjectNotes.mNotes.removeIf([id](const auto &note) { return note.first == id; });
+    d->mProjectNotes.mNotes.removeIf([id](const auto &note) { return note.first == id; });
     disconnect(document, nullptr, this, nullptr);
     document->deleteLater();
-    markProjectNotesAsModified();
+    d->markProjectNotesAsModified();
     Q_EMIT projectNoteRemoved(id);
     return true;
 }
 
-void TVLProjectModel::markProjectNotesAsModified()
+void TVLProjectModelPrivate::markProjectNotesAsModified()
 {
     mProjectNotes.setModified(true);
-    markProjectAsModified(true);
+    q->markProjectAsModified(true);
 }

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLBasicNodeInfo.h"
 #include "TVLProjectFolderFormat.h"
@@ -34,7 +34,7 @@ bool hasNodeBelow(const TVLProjectNode *top, Predicate predicate)
 QString TVLProjectModel::rootPathTitle(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    if (!node || node == mRootNode.get())
+    if (!node || node == d->mRootNode.get())
         return {};
     QList<TVLProjectNode *> ancestors = TVLProjectNode::ancestors(node);
     ancestors.removeLast();
@@ -49,7 +49,7 @@ bool TVLProjectModel::isLocalNode(const TVLProjectNode *node) const
 {
     while (node && node->mParent)
         node = node->mParent;
-    return node == mRootNode.get();
+    return node == d->mRootNode.get();
 }
 
 QUrl TVLProjectModel::url(const TVLProjectNode *node) const
@@ -57,7 +57,7 @@ QUrl TVLProjectModel::url(const TVLProjectNode *node) const
     if (node && node->mNodeType == TVL::WebArchive && !node->mOriginalUrl.isEmpty())
         return QUrl(node->mOriginalUrl);
     if (node && !node->mFileExtension.isEmpty())
-        return TVLProjectFolderFormat::url(mPath, node->mId, node->mFileExtension);
+        return TVLProjectFolderFormat::url(d->mPath, node->mId, node->mFileExtension);
     return {};
 }
 
@@ -65,7 +65,7 @@ QUrl TVLProjectModel::nodeUrl(const QModelIndex &index, bool search)
 {
     TVLProjectNode *node = projectNode(index);
     if (node && search && node->mFileExtension.isEmpty()
-        && TVLProjectFolderFormat::findExtension(mPath, node->mId) == RtfExtension)
+        && TVLProjectFolderFormat::findExtension(d->mPath, node->mId) == RtfExtension)
         node->mFileExtension = RtfExtension;
     return url(node);
 }
@@ -84,26 +84,27 @@ bool TVLProjectModel::isHtmlWebNode(const QModelIndex &index) const
 // --- What is below an index
 
 template <typename Predicate>
-bool TVLProjectModel::hasBelow(const QModelIndex &index, Predicate predicate) const
+bool TVLProjectModelPrivate::hasBelow(const QModelIndex &index, Predicate predicate) const
 {
-    const TVLProjectNode *top = projectNode(index);
+    const TVLProjectNode *top = q->projectNode(index);
     return top && hasNodeBelow(top, predicate);
 }
 
 template <typename Predicate>
-QModelIndexList TVLProjectModel::indexesBelow(const QModelIndex &index, Predicate predicate) const
+QModelIndexList TVLProjectModelPrivate::indexesBelow(const QModelIndex &index,
+                                                     Predicate predicate) const
 {
     QModelIndexList indexes;
-    if (const TVLProjectNode *top = projectNode(index)) {
+    if (const TVLProjectNode *top = q->projectNode(index)) {
         tvlForEachNode(top, [&](const TVLProjectNode *node) {
             if (predicate(node))
-                indexes.append(createIndex(node));
+                indexes.append(q->createIndex(node));
         });
     }
     return indexes;
 }
 
-bool TVLProjectModel::containsNonTextChildren(const TVLProjectNode *node)
+bool TVLProjectModelPrivate::containsNonTextChildren(const TVLProjectNode *node)
 {
     return hasNodeBelow(node, [](const TVLProjectNode *below) { return !below->canHaveText(); });
 }
@@ -111,45 +112,46 @@ bool TVLProjectModel::containsNonTextChildren(const TVLProjectNode *node)
 bool TVLProjectModel::containsNonTextChildren(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    return node && containsNonTextChildren(node);
+    return node && TVLProjectModelPrivate::containsNonTextChildren(node);
 }
 
 bool TVLProjectModel::containsFoldersAndTextOnly(const QModelIndex &index) const
 {
-    return !hasBelow(index, [](const TVLProjectNode *node) { return node->mNodeType > TVL::Text; });
+    return !d->hasBelow(index,
+                        [](const TVLProjectNode *node) { return node->mNodeType > TVL::Text; });
 }
 
 bool TVLProjectModel::containsDynamicWebNode(const QModelIndex &index) const
 {
-    return hasBelow(index, isDynamicWebNode);
+    return d->hasBelow(index, isDynamicWebNode);
 }
 
 QModelIndexList TVLProjectModel::imageIndexes(const QModelIndex &index) const
 {
-    return indexesBelow(index, [this](const TVLProjectNode *node) { return isImage(node); });
+    return d->indexesBelow(index, [this](const TVLProjectNode *node) { return isImage(node); });
 }
 
 QModelIndexList TVLProjectModel::scriptIndexes(const QModelIndex &index) const
 {
-    return indexesBelow(
+    return d->indexesBelow(
         index, [](const TVLProjectNode *node) { return node->mTextMode == ScriptFormatMode; });
 }
 
 QModelIndexList TVLProjectModel::indexesViaType(TVL::NodeType type, const QModelIndex &index) const
 {
-    return indexesBelow(index,
-                        [type](const TVLProjectNode *node) { return node->mNodeType == type; });
+    return d->indexesBelow(index,
+                           [type](const TVLProjectNode *node) { return node->mNodeType == type; });
 }
 
 QModelIndexList TVLProjectModel::textIndexes() const
 {
-    return indexesBelow(rootIndex(),
-                        [](const TVLProjectNode *node) { return node->canHaveText(); });
+    return d->indexesBelow(rootIndex(),
+                           [](const TVLProjectNode *node) { return node->canHaveText(); });
 }
 
 /** Visits all nodes but the top-level ones of a type and what is below them. */
 template <typename Visit>
-void TVLProjectModel::forEachNodeOutside(TVL::NodeType topLevelType, Visit visit) const
+void TVLProjectModelPrivate::forEachNodeOutside(TVL::NodeType topLevelType, Visit visit) const
 {
     for (const TVLProjectNode *top : std::as_const(mRootNode->mChildren)) {
         if (top->mNodeType == topLevelType)
@@ -162,7 +164,7 @@ void TVLProjectModel::forEachNodeOutside(TVL::NodeType topLevelType, Visit visit
 QModelIndexList TVLProjectModel::nonDraftTextChildrenAndSubChildren() const
 {
     QModelIndexList indexes;
-    forEachNodeOutside(TVL::DraftFolder, [&](const TVLProjectNode *node) {
+    d->forEachNodeOutside(TVL::DraftFolder, [&](const TVLProjectNode *node) {
         if (node->canHaveText())
             indexes.append(createIndex(node));
     });
@@ -172,8 +174,8 @@ QModelIndexList TVLProjectModel::nonDraftTextChildrenAndSubChildren() const
 QModelIndexList TVLProjectModel::nonDraftChildrenAndSubChildren() const
 {
     QModelIndexList indexes;
-    forEachNodeOutside(TVL::DraftFolder,
-                       [&](const TVLProjectNode *node) { indexes.append(createIndex(node)); });
+    d->forEachNodeOutside(TVL::DraftFolder,
+                          [&](const TVLProjectNode *node) { indexes.append(createIndex(node)); });
     return indexes;
 }
 
@@ -190,9 +192,9 @@ QList<TVLBasicNodeInfo> TVLProjectModel::findBasicNodeInfo(bool foldersAndGroups
         infos.append({node->mUuid, indentation + node->mTitle, icon(createIndex(node))});
     };
     if (includeTrash)
-        tvlForEachNode(mRootNode.get(), visit);
+        tvlForEachNode(d->mRootNode.get(), visit);
     else
-        forEachNodeOutside(TVL::TrashFolder, visit);
+        d->forEachNodeOutside(TVL::TrashFolder, visit);
     return infos;
 }
 
@@ -209,14 +211,14 @@ QModelIndexList TVLProjectModel::indexesByUuid(const QList<QUuid> &uuids) const
 
 bool TVLProjectModel::hasChildWithUuid(const QModelIndex &parent, const QUuid &uuid) const
 {
-    const TVLProjectNode *child = mUuidMap.value(uuid);
+    const TVLProjectNode *child = d->mUuidMap.value(uuid);
     return child && child->mParent && child->mParent == projectNode(parent);
 }
 
 QList<TVLProjectNode *> TVLProjectModel::allNodesWithReferences() const
 {
     QList<TVLProjectNode *> nodes;
-    tvlForEachNode(mRootNode.get(), [&nodes](TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&nodes](TVLProjectNode *node) {
         if (!node->mReferences.isEmpty())
             nodes.append(node);
     });

@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLDialogProgress.h"
 #include "TVLMessageBox.h"
@@ -54,7 +54,7 @@ bool TVLProjectModel::matchQString(const QString &text, int flags, const QString
 
 // --- What the search index is told
 
-void TVLProjectModel::addToSearchIndex(const TVLProjectNode *node)
+void TVLProjectModelPrivate::addToSearchIndex(const TVLProjectNode *node)
 {
     // The texts of an item that is gone stay in the index under its id.
     if (mForgottenIds.remove(node->mId))
@@ -64,14 +64,15 @@ void TVLProjectModel::addToSearchIndex(const TVLProjectNode *node)
         updateSearchedCustomMetaData(node);
 }
 
-void TVLProjectModel::updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                     const QVariant &value) const
+void TVLProjectModelPrivate::updateSearched(const TVLProjectNode *node,
+                                            TVL::DocumentProperty property,
+                                            const QVariant &value) const
 {
     mSearchIndex->updatePropertyNode(node, property, value, true);
 }
 
-void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
-                                          const QList<TVLTextDocument *> &written) const
+void TVLProjectModelPrivate::updateSearchedTexts(const TVLProjectNode *node,
+                                                 const QList<TVLTextDocument *> &written) const
 {
     for (const TVL::DocumentType type : {TVL::NotesText, TVL::SynopsisText, TVL::MainText}) {
         const TVLTextDocument *document = documentOf(node, type);
@@ -89,8 +90,8 @@ void TVLProjectModel::updateSearchedTexts(const TVLProjectNode *node,
 }
 
 /** Of a document that was just written. */
-void TVLProjectModel::updateSearchedText(const TVLProjectNode *node,
-                                         const TVLTextDocument *document) const
+void TVLProjectModelPrivate::updateSearchedText(const TVLProjectNode *node,
+                                                const TVLTextDocument *document) const
 {
     updateSearched(node, TVL::toDocumentProperty(document->documentType()),
                    document->toPlainText());
@@ -99,32 +100,32 @@ void TVLProjectModel::updateSearchedText(const TVLProjectNode *node,
 }
 
 /** Of a document that wasn't: its file may have been changed since it was read. */
-void TVLProjectModel::refreshSearchedText(const TVLProjectNode *node,
-                                          TVL::DocumentProperty property) const
+void TVLProjectModelPrivate::refreshSearchedText(const TVLProjectNode *node,
+                                                 TVL::DocumentProperty property) const
 {
-    const QModelIndex index = createIndex(node);
+    const QModelIndex index = q->createIndex(node);
     if (!mSearchIndex->isConfirmed(node->mId, property, searchedText(index, property)))
         mSearchIndex->updateIndexProperties(index, {property}, false);
 }
 
-void TVLProjectModel::invalidateSearchedTexts(const TVLProjectNode *node) const
+void TVLProjectModelPrivate::invalidateSearchedTexts(const TVLProjectNode *node) const
 {
     mSearchIndex->invalidateDocuments(node->mId);
 }
 
-void TVLProjectModel::updateSearchedComments(const TVLProjectNode *node,
-                                             const QTextDocument *text) const
+void TVLProjectModelPrivate::updateSearchedComments(const TVLProjectNode *node,
+                                                    const QTextDocument *text) const
 {
     // They are not on disk yet.
     mSearchIndex->updatePropertyNode(node, TVL::CommentsProperty, commentsText(text), false);
 }
 
-void TVLProjectModel::updateSearchedCustomMetaData(const TVLProjectNode *node) const
+void TVLProjectModelPrivate::updateSearchedCustomMetaData(const TVLProjectNode *node) const
 {
     updateSearched(node, TVL::CustomMetaDataProperty, TVLSearchIndex::customMetaDataText(node));
 }
 
-void TVLProjectModel::updateSearchedRecord(const TVLProjectNode *node)
+void TVLProjectModelPrivate::updateSearchedRecord(const TVLProjectNode *node)
 {
     updateSearched(node, TVL::TitleProperty, node->mTitle);
     updateSearched(node, TVL::LabelProperty, node->mLabelId);
@@ -134,7 +135,7 @@ void TVLProjectModel::updateSearchedRecord(const TVLProjectNode *node)
         mSearchIndex->setDocumentKeywords(node->mId, node->mKeywords);
 }
 
-void TVLProjectModel::forgetChecksums(const TVLProjectNode *node) const
+void TVLProjectModelPrivate::forgetChecksums(const TVLProjectNode *node) const
 {
     for (const TVL::DocumentType type : SearchedFiles)
         mChecksums->updateHashSumNode(node, type);
@@ -142,15 +143,15 @@ void TVLProjectModel::forgetChecksums(const TVLProjectNode *node) const
 
 // --- What checks are told
 
-void TVLProjectModel::noteWriting(const TVLProjectNode *node,
-                                  const QList<TVLTextDocument *> &documents) const
+void TVLProjectModelPrivate::noteWriting(const TVLProjectNode *node,
+                                         const QList<TVLTextDocument *> &documents) const
 {
     if (!mMobileProject)
         mChecksums->noteWriting(node, fileTypesOf(documents));
 }
 
-void TVLProjectModel::noteWritten(const TVLProjectNode *node,
-                                  const QList<TVLTextDocument *> &documents) const
+void TVLProjectModelPrivate::noteWritten(const TVLProjectNode *node,
+                                         const QList<TVLTextDocument *> &documents) const
 {
     QList<TVLTextDocument *> saved = documents;
     saved.removeIf([](const TVLTextDocument *document) { return !document->isSaved(); });
@@ -158,7 +159,7 @@ void TVLProjectModel::noteWritten(const TVLProjectNode *node,
         mChecksums->noteWritten(node, fileTypesOf(saved));
 }
 
-void TVLProjectModel::noteReplacing(const TVLProjectNode *node) const
+void TVLProjectModelPrivate::noteReplacing(const TVLProjectNode *node) const
 {
     QList<TVL::DocumentType> recorded;
     for (const TVL::DocumentType type : SearchedFiles) {
@@ -191,20 +192,20 @@ TVLProjectModel::searchedFileTexts(const QModelIndex &index,
     // Found anew each time: a box about a file that can't be read runs the event loop.
     for (const TVL::DocumentProperty property : properties) {
         TVLSearchedText text;
-        text.text = searchedText(this->index(id), property);
+        text.text = d->searchedText(this->index(id), property);
         text.isOfFile = TVL::canConvertToDocType(property) && hasNodeId(id)
-            && isAsInFile(findNode(id), property, text.text, wasLoaded);
+            && d->isAsInFile(findNode(id), property, text.text, wasLoaded);
         texts.append(text);
     }
     if (!wasLoaded && hasNodeId(id))
-        letGoOfDocuments(findNode(id));
+        d->letGoOfDocuments(findNode(id));
     return texts;
 }
 
 /** Whether a document's text, which is in memory, is that of its file: it was just read, or the
  * file gives the same when it is read once more. */
-bool TVLProjectModel::isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                 const QString &text, bool wasLoaded) const
+bool TVLProjectModelPrivate::isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                        const QString &text, bool wasLoaded) const
 {
     const TVLTextDocument *document = documentOf(node, documentTypeOf(property));
     if (!document || document->isReadOnly() || !document->isSaved()
@@ -213,8 +214,8 @@ bool TVLProjectModel::isAsInFile(const TVLProjectNode *node, TVL::DocumentProper
     return !wasLoaded || fileGives(node, property, text);
 }
 
-bool TVLProjectModel::fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                const QString &text) const
+bool TVLProjectModelPrivate::fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
+                                       const QString &text) const
 {
     const TVL::DocumentType type = documentTypeOf(property);
     TVLTextDocument document(nullptr, nullptr, nullptr, type);
@@ -223,28 +224,28 @@ bool TVLProjectModel::fileGives(const TVLProjectNode *node, TVL::DocumentPropert
     (type == TVL::MainText        ? reader.mTextDocument
          : type == TVL::NotesText ? reader.mNotesDocument
                                   : reader.mSynopsisDocument) = &document;
-    const bool isRead = mFolderFormat->readDocuments(&reader, this, nullptr);
+    const bool isRead = mFolderFormat->readDocuments(&reader, q, nullptr);
     return isRead
         && text
         == (property == TVL::CommentsProperty ? commentsText(&document) : document.toPlainText());
 }
 
-QString TVLProjectModel::searchedText(const QModelIndex &index,
-                                      TVL::DocumentProperty property) const
+QString TVLProjectModelPrivate::searchedText(const QModelIndex &index,
+                                             TVL::DocumentProperty property) const
 {
     switch (property) {
     case TVL::TitleProperty:
-        return title(index, false);
+        return q->title(index, false);
     case TVL::TextProperty:
-        return documentPlainText(index, false);
+        return q->documentPlainText(index, false);
     case TVL::NotesProperty:
-        return documentNoteAsPlainText(index);
+        return q->documentNoteAsPlainText(index);
     case TVL::SynopsisProperty:
-        return synopsis(index);
+        return q->synopsis(index);
     case TVL::CustomMetaDataProperty:
-        return TVLSearchIndex::customMetaDataText(projectNode(index));
+        return TVLSearchIndex::customMetaDataText(q->projectNode(index));
     case TVL::CommentsProperty:
-        return inspectorNotesToPlainText(index).join(u'\n');
+        return q->inspectorNotesToPlainText(index).join(u'\n');
     default:
         return {};
     }
@@ -252,7 +253,7 @@ QString TVLProjectModel::searchedText(const QModelIndex &index,
 
 // --- Between sessions
 
-void TVLProjectModel::fillSearchIndex()
+void TVLProjectModelPrivate::fillSearchIndex()
 {
     QList<const TVLProjectNode *> nodes;
     tvlForEachNode(mRootNode.get(), [&nodes](const TVLProjectNode *node) { nodes.append(node); });
@@ -267,20 +268,21 @@ void TVLProjectModel::fillSearchIndex()
     updateHasTextSynopsisNotesFromDB();
 }
 
-void TVLProjectModel::warnOfSearchIndex()
+void TVLProjectModelPrivate::warnOfSearchIndex()
 {
-    TVLMessageBox::showMessageBox(QApplication::activeWindow(), tr("Loading Search Index"),
-                                  tr("Search Index was not fully loaded. Your first project search "
-                                     "might be slow."
-                                     "This might be caused by non-standard characters within the "
-                                     "document contents. "
-                                     "You might also try \"Tools > Save and Rebuild Search "
-                                     "Indexes\" to fix the "
-                                     "problem."),
-                                  QString(), QMessageBox::Warning);
+    TVLMessageBox::showMessageBox(
+        QApplication::activeWindow(), TVLProjectModel::tr("Loading Search Index"),
+        TVLProjectModel::tr("Search Index was not fully loaded. Your first project search "
+                            "might be slow."
+                            "This might be caused by non-standard characters within the "
+                            "document contents. "
+                            "You might also try \"Tools > Save and Rebuild Search "
+                            "Indexes\" to fix the "
+                            "problem."),
+        QString(), QMessageBox::Warning);
 }
 
-void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
+void TVLProjectModelPrivate::updateHasTextSynopsisNotesFromDB()
 {
     const QHash<TVL::DocumentProperty, QSet<int>> ids = mSearchIndex->idsWithTexts();
     const QSet<int> texts = ids.value(TVL::TextProperty);
@@ -295,65 +297,66 @@ void TVLProjectModel::updateHasTextSynopsisNotesFromDB()
 
 /** Not of a project of which nothing is saved, nor what belongs to the desktop project of a mobile
  * one. */
-bool TVLProjectModel::canSaveSearch() const
+bool TVLProjectModelPrivate::canSaveSearch() const
 {
     return !mMobileProject && !mIsOnlyRead && !isIncompatible();
 }
 
 void TVLProjectModel::saveSearchIndex(bool force)
 {
-    if (!canSaveSearch() || !(force || mSearchIndex->isModified()))
+    if (!d->canSaveSearch() || !(force || d->mSearchIndex->isModified()))
         return;
     // Beside hashes, a text that has none isn't taken for that of its file.
-    mChecksums->makeFile();
-    mSearchIndex->save();
+    d->mChecksums->makeFile();
+    d->mSearchIndex->save();
 }
 
 void TVLProjectModel::saveChecksums(bool force)
 {
-    if (!canSaveSearch() || !(force || mChecksums->isModified()))
+    if (!d->canSaveSearch() || !(force || d->mChecksums->isModified()))
         return;
     // New hashes would vouch for the old texts, which are still in the file when this fails.
     saveSearchIndex(false);
-    if (!mSearchIndex->isModified())
-        (void)mChecksums->saveChecksums();
+    if (!d->mSearchIndex->isModified())
+        (void)d->mChecksums->saveChecksums();
 }
 
-void TVLProjectModel::saveSearch(bool force)
+void TVLProjectModelPrivate::saveSearch(bool force)
 {
     // A project that isn't on disk has no place for them.
     if (!QFileInfo::exists(TVLProjectFolderFormat::filesPath(mPath)))
         return;
-    saveSearchIndex(force);
+    q->saveSearchIndex(force);
     if (!mSearchIndex->isModified())
-        saveChecksums(force);
+        q->saveChecksums(force);
 }
 
 void TVLProjectModel::rebuildSearchIndexes(bool showProgress, QWidget *parent)
 {
     QList<int> ids;
-    tvlForEachNode(mRootNode.get(), [&ids](const TVLProjectNode *node) { ids.append(node->mId); });
+    tvlForEachNode(d->mRootNode.get(),
+                   [&ids](const TVLProjectNode *node) { ids.append(node->mId); });
     const auto progress = TVLDialogProgress::make(
         showProgress, {.modality = Qt::ApplicationModal, .isShownAtOnce = true}, parent);
     progress->begin(tr("Rebuilding search indexes. Please wait."), int(ids.size()));
     // By id: the dialog, or a box about a file that can't be read, runs the event loop.
     for (const int id : std::as_const(ids)) {
-        rebuildSearchRows(id);
+        d->rebuildSearchRows(id);
         progress->advance();
     }
-    mChecksums->dropChangedFilesDocsChecksums();
-    saveSearch(true);
+    d->mChecksums->dropChangedFilesDocsChecksums();
+    d->saveSearch(true);
 }
 
-void TVLProjectModel::rebuildSearchRows(int id)
+void TVLProjectModelPrivate::rebuildSearchRows(int id)
 {
-    if (!hasNodeId(id))
+    if (!q->hasNodeId(id))
         return;
     // In place of the rows that are there, which would refuse others beside them.
     (void)mSearchIndex->removeDocument(id);
     mSearchIndex->forgetTexts(id);
-    addToSearchIndex(findNode(id));
-    mSearchIndex->updateIndexProperties(index(id),
+    addToSearchIndex(q->findNode(id));
+    mSearchIndex->updateIndexProperties(q->index(id),
                                         {TVL::SynopsisProperty, TVL::TextProperty,
                                          TVL::NotesProperty, TVL::CustomMetaDataProperty,
                                          TVL::CommentsProperty},

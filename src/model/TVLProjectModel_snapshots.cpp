@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLDoors.h"
 #include "TVLErrorText_p.h"
@@ -76,7 +76,7 @@ QList<TVLSnapshotInfo> TVLProjectModel::snapshots(const QModelIndex &index) cons
 {
     QList<TVLSnapshotInfo> snapshots;
     if (index.isValid() && canHaveText(index))
-        (void)TVLProjectFolderFormat::readSnapshots(mPath, nodeIdentity(index), &snapshots);
+        (void)TVLProjectFolderFormat::readSnapshots(d->mPath, nodeIdentity(index), &snapshots);
     return snapshots;
 }
 
@@ -113,17 +113,17 @@ bool TVLProjectModel::addSnapshotWithDocument(const QModelIndex &index, const TV
     const QString failure = snapshotError(node, document);
     if (!failure.isEmpty())
         return tvlFail(error, failure);
-    if (!TVLProjectFolderFormat::addSnapshot(mPath, node->mId, info, document, error))
+    if (!TVLProjectFolderFormat::addSnapshot(d->mPath, node->mId, info, document, error))
         return false;
     node->mHasSnapshots = true;
-    announceSnapshots(index);
+    d->announceSnapshots(index);
     return true;
 }
 
-void TVLProjectModel::announceSnapshots(const QModelIndex &index)
+void TVLProjectModelPrivate::announceSnapshots(const QModelIndex &index)
 {
     const QPersistentModelIndex changed = index;
-    Q_EMIT snapshotsChanged(index, index);
+    Q_EMIT q->snapshotsChanged(index, index);
     announceChange(changed);
 }
 
@@ -139,8 +139,8 @@ bool TVLProjectModel::loadSnapshot(const QModelIndex &index, const TVLSnapshotIn
 {
     if (!index.isValid() || !canHaveText(index))
         return false;
-    const bool isRead =
-        TVLProjectFolderFormat::readSnapshot(mPath, nodeIdentity(index), info, document, mIdMap);
+    const bool isRead = TVLProjectFolderFormat::readSnapshot(d->mPath, nodeIdentity(index), info,
+                                                             document, d->mIdMap);
     markDocumentContentsDirty(document);
     return isRead;
 }
@@ -157,7 +157,7 @@ bool TVLProjectModel::loadSnapshotIntoMainText(const QModelIndex &index,
     const TVLHeldItem item(this, projectNode(index));
     const TVLHeldDocument text(this, index, TVL::MainText);
     if (!text || text->isReadOnly()
-        || !TVLProjectFolderFormat::readSnapshot(mPath, id, info, &snapshot, mIdMap))
+        || !TVLProjectFolderFormat::readSnapshot(d->mPath, id, info, &snapshot, d->mIdMap))
         return false;
     replaceText(text.get(), &snapshot);
     TVLProjectNode *node = item.node();
@@ -172,19 +172,19 @@ bool TVLProjectModel::setSnapshotTitle(const QModelIndex &index, const QDateTime
                                        const QString &title)
 {
     if (!index.isValid() || !canHaveText(index)
-        || !TVLProjectFolderFormat::setSnapshotTitle(mPath, nodeIdentity(index), date, title))
+        || !TVLProjectFolderFormat::setSnapshotTitle(d->mPath, nodeIdentity(index), date, title))
         return false;
-    announceSnapshots(index);
+    d->announceSnapshots(index);
     return true;
 }
 
 bool TVLProjectModel::removeSnapshot(const QModelIndex &index, const TVLSnapshotInfo &info)
 {
     if (!index.isValid() || !canHaveText(index)
-        || !TVLProjectFolderFormat::removeSnapshot(mPath, nodeIdentity(index), info))
+        || !TVLProjectFolderFormat::removeSnapshot(d->mPath, nodeIdentity(index), info))
         return false;
     projectNode(index)->mHasSnapshots = !snapshots(index).isEmpty();
-    announceChange(index);
+    d->announceChange(index);
     return true;
 }
 
@@ -192,7 +192,7 @@ bool TVLProjectModel::removeSnapshot(const QModelIndex &index, const TVLSnapshot
  * Gives an item the snapshots of others. Those that were taken in one and the same second, as when
  * all of a selection get one, are given the next seconds that are free.
  */
-bool TVLProjectModel::mergeSnapshots(int id, const QList<int> &sourceIds)
+bool TVLProjectModelPrivate::mergeSnapshots(int id, const QList<int> &sourceIds)
 {
     QSet<qint64> taken;
     QList<std::pair<int, TVLSnapshotInfo>> crowded;

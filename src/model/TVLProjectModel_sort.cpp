@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TVLDoors.h"
 #include "TVLModel.h"
@@ -198,7 +198,7 @@ QModelIndexList TVLProjectModel::sortIndexesHash(const QModelIndexList &indexes)
     }
     QModelIndexList sorted;
     sorted.reserve(wanted.size());
-    tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&](const TVLProjectNode *node) {
         if (wanted.contains(node))
             sorted.append(createIndex(node));
     });

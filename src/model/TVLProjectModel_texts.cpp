@@ -1,4 +1,4 @@
-#include "TVLProjectModel.h"
+#include "TVLProjectModel_p.h"
 
 #include "TTextDoc.h"
 #include "TVLHeldDocument_p.h"
@@ -82,7 +82,7 @@ QList<QModelIndex> TVLProjectModel::searchInSynopsis(const QString &text, bool r
 {
     const QRegExp expression(text, Qt::CaseSensitive);
     QList<QModelIndex> found;
-    tvlForEachNode(mRootNode.get(), [&](const TVLProjectNode *node) {
+    tvlForEachNode(d->mRootNode.get(), [&](const TVLProjectNode *node) {
         if (node->mNodeType < TVL::Folder || !node->mSynopsisDocument)
             return;
         const QString synopsis = node->mSynopsisDocument->toPlainText();

@@ -1,12 +1,23 @@
 #include "TestProject.h"
 
 #include "TVLProjectFolderFormat.h"
+#include "TVLProjectModel_p.h"
 
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
+
+void TVLProjectModelTestAccess::setSaved(TVLProjectModel *model)
+{
+    model->d->mSaved = true;
+}
+
+TVLProjectNotes &TVLProjectModelTestAccess::projectNotes(TVLProjectModel *model)
+{
+    return model->d->mProjectNotes;
+}
 
 TestProject::TestProject(const QString &name)
     : mPath(mDirectory.filePath(name + u".tavel"_s))

@@ -17,12 +17,12 @@ public:
         model->markProjectAsModified(set);
     }
     /** As after a save, without one. */
-    static void setSaved(TVLProjectModel *model) { model->mSaved = true; }
+    static void setSaved(TVLProjectModel *model);
     static const TVLSearchIndex &searchIndex(const TVLProjectModel *model)
     {
-        return *model->mSearchIndex;
+        return *model->searchIndex();
     }
-    static TVLProjectNotes &projectNotes(TVLProjectModel *model) { return model->mProjectNotes; }
+    static TVLProjectNotes &projectNotes(TVLProjectModel *model);
 };
 
 /** A folder for one project, gone with the object. */
