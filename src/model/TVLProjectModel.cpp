@@ -9,6 +9,7 @@
 #include "TVLProjectFolderMonitor.h"
 #include "TVLProjectNode.h"
 #include "TVLProjectSettings.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
@@ -55,6 +56,8 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     }
     d->mChecksums = std::make_unique<TVLProjectChecksums>(d->mFolderFormat);
     d->mSearchIndex = std::make_unique<TVLSearchIndex>(this);
+    d->mSearchFeed =
+        std::make_unique<TVLSearchFeed>(this, d->mSearchIndex.get(), d->mChecksums.get());
     d->mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
     d->mKeywordModel = new TVLKeywordModel(d->mSearchIndex.get(), this);
     loadOptions();

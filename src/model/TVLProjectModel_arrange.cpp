@@ -6,6 +6,7 @@
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSiblingTitles_p.h"
 #include "TVLTextCopy_p.h"
 #include "TVLTextDoc.h"
@@ -389,7 +390,7 @@ bool TVLProjectModelPrivate::applyAttributes(
         return false;
     (node->*apply)(properties);
     node->clearIndexCardPixmap();
-    updateSearchedRecord(node);
+    mSearchFeed->updateRecord(node);
     markAndAnnounce(index);
     return true;
 }

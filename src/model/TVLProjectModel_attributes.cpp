@@ -1,8 +1,10 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLHeldItem_p.h"
+#include "TVLNodeDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
@@ -223,7 +225,7 @@ bool TVLProjectModel::isReadOnly(const QModelIndex &index, TVL::DocumentType typ
 {
     const TVLProjectNode *node = projectNode(index);
     const TVLTextDocument *document =
-        node && !isSystemFolder(index) ? TVLProjectModelPrivate::documentOf(node, type) : nullptr;
+        node && !isSystemFolder(index) ? tvlDocumentOf(node, type) : nullptr;
     return document && document->isReadOnly();
 }
 
@@ -320,7 +322,7 @@ bool TVLProjectModelPrivate::setSearchedValue(const QModelIndex &index,
         if (equalCounts && node->*member == value)
             return false;
         node->*member = value;
-        updateSearched(node, property, value);
+        mSearchFeed->updateValue(node, property, value);
         return true;
     });
 }

@@ -6,6 +6,7 @@
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLRecordList_p.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 
 #include <utility>
@@ -114,8 +115,8 @@ bool TVLProjectModelPrivate::cloneFiles(const CloneSource &from, const TVLProjec
 {
     // An editor's text of the target would be written over what is copied here.
     releaseDocuments(target);
-    noteReplacing(target);
-    invalidateSearchedTexts(target);
+    mSearchFeed->noteReplacing(target);
+    mSearchFeed->invalidateTexts(target);
     if (mMobileProject)
         return TVLProjectModel::cloneProjectFilesNode(true, from.model->d->mPath, source, mPath,
                                                       target);
@@ -137,7 +138,7 @@ bool TVLProjectModel::cloneProjectFiles(const QModelIndex &source, const QModelI
     if (snapshots)
         targetNode->mHasSnapshots = sourceNode->mHasSnapshots;
     forgetDerived(targetNode);
-    d->invalidateSearchedTexts(targetNode);
+    d->mSearchFeed->invalidateTexts(targetNode);
     return true;
 }
 
@@ -176,10 +177,10 @@ bool TVLProjectModel::clone(const QModelIndex &source, const QModelIndex &target
     (void)from.model->saveDocuments(sourceNode, false, nullptr);
     if (files) {
         const TVLProjectNodeProperties before = *targetNode;
-        d->invalidateSearchedTexts(targetNode);
+        d->mSearchFeed->invalidateTexts(targetNode);
         if (!d->copyItem(from, sourceNode, targetNode, options, isAllowed ? &ids : nullptr))
             return false;
-        d->updateSearchedRecord(targetNode);
+        d->mSearchFeed->updateRecord(targetNode);
         if (isAllowed)
             d->markIfReferringChanged(before, *targetNode);
         d->announceChange(heldTarget.index());
@@ -244,8 +245,8 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     targetNode->clearIndexCardPixmap();
     if (isAllowed)
         TVLProjectModelPrivate::takeIds(*sourceNode, ids, targetNode);
-    d->invalidateSearchedTexts(targetNode);
-    d->updateSearchedRecord(targetNode);
+    d->mSearchFeed->invalidateTexts(targetNode);
+    d->mSearchFeed->updateRecord(targetNode);
     d->markIfReferringChanged(before, *targetNode);
     d->announceChange(heldTarget.index());
     return true;
@@ -327,8 +328,8 @@ bool TVLProjectModel::cloneLabelsAndStatusItems(const QModelIndex &source,
         return false;
     targetNode->mLabelId = labelId;
     targetNode->mStatusId = statusId;
-    d->updateSearched(targetNode, TVL::LabelProperty, labelId);
-    d->updateSearched(targetNode, TVL::StatusProperty, statusId);
+    d->mSearchFeed->updateValue(targetNode, TVL::LabelProperty, labelId);
+    d->mSearchFeed->updateValue(targetNode, TVL::StatusProperty, statusId);
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include "TVLCloning_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSiblingTitles_p.h"
 
 #include <algorithm>
@@ -56,7 +57,7 @@ TVLProjectModelPrivate::Copies TVLProjectModelPrivate::insertCopies(const CloneS
             made.areComplete = false;
         if (copies.finish)
             copies.finish(node);
-        addToSearchIndex(node);
+        mSearchFeed->add(node);
         return node;
     };
     made.items = insertItems({parent, row}, copies.count, make);
@@ -158,7 +159,7 @@ QModelIndex TVLProjectModel::createNewProjectIndex(int row, const QModelIndex &p
     const auto make = [&](int) {
         TVLProjectNode *node = d->createDefaultNode(place.parent, place.row, copies.uuid);
         copies.begin(node);
-        d->addToSearchIndex(node);
+        d->mSearchFeed->add(node);
         return node;
     };
     return d->insertItems(place, 1, make).constFirst().index();

@@ -5,6 +5,7 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 
 #include <utility>
 
@@ -49,7 +50,7 @@ bool TVLProjectModel::setCustomMetaData(const QModelIndex &index, const QString 
     if (node->mCustomMetaData.value(id) == value)
         return true;
     node->mCustomMetaData.insert(id, value);
-    d->updateSearchedCustomMetaData(node);
+    d->mSearchFeed->updateCustomMetaData(node);
     node->updateModified();
     const QPersistentModelIndex changed = index;
     markProjectAsModified(true);
@@ -78,7 +79,7 @@ void TVLProjectModel::removeCustomMetaDataFromNodes(const QString &id)
     tvlForEachNode(d->mRootNode.get(), [&](TVLProjectNode *node) {
         if (node->mCustomMetaData.remove(id) == 0)
             return;
-        d->updateSearchedCustomMetaData(node);
+        d->mSearchFeed->updateCustomMetaData(node);
         node->updateModified();
         indexes.append(createIndex(node));
     });

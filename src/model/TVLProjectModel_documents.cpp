@@ -3,8 +3,10 @@
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLMessageBox.h"
+#include "TVLNodeDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFinder.h"
@@ -89,21 +91,6 @@ QString loadErrorLine(const QString &error)
 
 // --- References
 
-TVLTextDocument *TVLProjectModelPrivate::documentOf(const TVLProjectNode *node,
-                                                    TVL::DocumentType type)
-{
-    switch (type) {
-    case TVL::MainText:
-        return node->mTextDocument;
-    case TVL::NotesText:
-        return node->mNotesDocument;
-    case TVL::SynopsisText:
-        return node->mSynopsisDocument;
-    default:
-        return nullptr;
-    }
-}
-
 TVLTextDocument *TVLProjectModel::referenceItem(const QModelIndex &index,
                                                 TVL::DocumentType type) const
 {
@@ -114,8 +101,7 @@ TVLTextDocument *TVLProjectModel::referenceItem(const QModelIndex &index,
     loadDocuments(node);
     // A box about a file that can't be read runs the event loop, where the item may go.
     const TVLProjectNode *present = item.node();
-    TVLTextDocument *document =
-        present ? TVLProjectModelPrivate::documentOf(present, type) : nullptr;
+    TVLTextDocument *document = present ? tvlDocumentOf(present, type) : nullptr;
     if (document)
         document->setReferenceCount(document->referenceCount() + 1);
     return document;
@@ -178,7 +164,7 @@ bool TVLProjectModelPrivate::loadQuietly(TVLProjectNode *node, QStringList *erro
 bool TVLProjectModelPrivate::editUnseen(TVLProjectNode *node, TVL::DocumentType type,
                                         const std::function<void(QTextCursor)> &edit)
 {
-    TVLTextDocument *document = documentOf(node, type);
+    TVLTextDocument *document = tvlDocumentOf(node, type);
     if (!document)
         return false;
     const QSignalBlocker blocker(document);
@@ -310,12 +296,12 @@ bool TVLProjectModelPrivate::writeDocuments(TVLProjectNode *node, QStringList *e
     const QList<TVLTextDocument *> dirty = dirtyDocuments(node);
     if (dirty.isEmpty())
         return true;
-    noteWriting(node, dirty);
+    mSearchFeed->noteWriting(node, dirty);
     const bool result = save ? mFolderFormat->writeDocuments(node, save, errors)
                              : mFolderFormat->writeDocuments(node, errors);
     updateHasFlags(node);
-    updateSearchedTexts(node, dirty);
-    noteWritten(node, dirty);
+    mSearchFeed->updateTexts(node, dirty);
+    mSearchFeed->noteWritten(node, dirty);
     return result;
 }
 
@@ -378,9 +364,7 @@ void TVLProjectModel::onDocumentContentsChange(int position, int charsRemoved, i
     node->mCharacterCount = -1;
     const QPersistentModelIndex index = createIndex(node);
     const TVL::DocumentType type = document->documentType();
-    d->mSearchIndex->invalidateDocumentNode(node, type);
-    if (type == TVL::MainText) // Notes in the margin come and go with the words they stand at.
-        d->mSearchIndex->invalidatePropertyNode(node, TVL::CommentsProperty);
+    d->mSearchFeed->invalidateText(node, type);
     scheduleDocTextChange(index);
     markProjectAsModified(true);
     // Who hears that the project has changed may remove the item.
@@ -516,7 +500,7 @@ bool TVLProjectModel::setInspectorNote(const QModelIndex &index, const TVLTextRa
     if (!node || !text)
         return false;
     text->setSaved(false);
-    d->updateSearchedComments(node, text.get());
+    d->mSearchFeed->updateComments(node, text.get());
     node->updateModified();
     markProjectAsModified(true);
     return true;
@@ -538,7 +522,7 @@ bool TVLProjectModel::removeInspectorNotes(const QModelIndex &index, const QList
             TVLTextDoc::removeComment(run);
     }
     if (item.node() && text)
-        d->updateSearchedComments(item.node(), text.get());
+        d->mSearchFeed->updateComments(item.node(), text.get());
     return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include "TVLFilesLeft_p.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
@@ -115,8 +116,7 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
         return;
     }
     d->mIdMap.remove(node->mId);
-    (void)d->mSearchIndex->removeDocument(node->mId);
-    d->mForgottenIds.insert(node->mId);
+    d->mSearchFeed->forget(node);
     d->mFilesLeft->add(d->mPath, *node);
     node->mId = -1;
 }
@@ -135,7 +135,7 @@ void TVLProjectModelPrivate::takeId(TVLProjectNode *node, int id)
 {
     node->mId = id;
     mIdMap.insert(id, node->mUuid);
-    addToSearchIndex(node);
+    mSearchFeed->add(node);
     if (!node->mSynopsisDocument)
         return;
     enterLoadedNodes(node);

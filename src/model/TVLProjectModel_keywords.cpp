@@ -3,6 +3,7 @@
 #include "TVLHeldItem_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 
 #include <algorithm>
@@ -28,8 +29,7 @@ QList<int> TVLProjectModel::keywordIds(const QModelIndex &index) const
 void TVLProjectModel::setKeywordIdsPrivate(TVLProjectNode *node, const QList<int> &ids)
 {
     node->mKeywords = ids;
-    if (node->mId >= 0)
-        d->mSearchIndex->setDocumentKeywords(node->mId, ids);
+    d->mSearchFeed->updateKeywords(node);
     node->updateModified();
 }
 

@@ -2,6 +2,7 @@
 
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 
 #include <algorithm>
@@ -67,7 +68,7 @@ void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &
     for (TVLProjectNode *node : std::as_const(touched)) {
         if (!byId.contains(node->*member)) {
             node->*member = -1;
-            updateSearched(node, property, -1);
+            mSearchFeed->updateValue(node, property, -1);
         }
         node->updateModified();
     }

@@ -6,6 +6,7 @@
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
@@ -227,8 +228,7 @@ void TVLProjectModelPrivate::forgetNode(TVLProjectNode *node)
         mIdMap.remove(node->mId);
     if (mUuidMap.value(node->mUuid) == node)
         mUuidMap.remove(node->mUuid);
-    (void)mSearchIndex->removeDocument(node->mId);
-    mForgottenIds.insert(node->mId);
+    mSearchFeed->forget(node);
 }
 
 void TVLProjectModelPrivate::forgetNodeWithoutFiles(TVLProjectNode *node)
@@ -245,10 +245,10 @@ bool TVLProjectModel::removeFilesForNode(TVLProjectNode *node)
 bool TVLProjectModelPrivate::removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files)
 {
     forgetNode(node);
-    noteReplacing(node);
+    mSearchFeed->noteReplacing(node);
     const bool result = TVLProjectFolderFormat::removeProjectFiles(mPath, node->mId, files);
     mFilesLeft->remove(node->mId, result);
-    forgetChecksums(node);
+    mSearchFeed->forgetChecksums(node);
     return result;
 }
 

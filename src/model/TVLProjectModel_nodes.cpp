@@ -4,6 +4,7 @@
 #include "TVLHeldItem_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
+#include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
 
 #include <QImage>
@@ -122,7 +123,7 @@ QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelI
         node->mFileExtension = item.extension;
         node->mNodeType = item.type;
         node->mTitle = item.title.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.title;
-        addToSearchIndex(node);
+        mSearchFeed->add(node);
         QStringList errors;
         if (!loadQuietly(node, &errors))
             failures.append({node->mTitle, errors});
@@ -240,7 +241,7 @@ TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const Q
         node->mTitle = url.host();
         node->mOriginalUrl = url.toString();
         node->mHasText = true;
-        d->addToSearchIndex(node);
+        d->mSearchFeed->add(node);
         return node;
     };
     return d->insertItems(place, 1, make).constFirst().node();
@@ -268,7 +269,7 @@ TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
         node->applyAllPreserveIDs(properties);
         d->enterFlags(node);
-        d->addToSearchIndex(node);
+        d->mSearchFeed->add(node);
         return node;
     };
     return d->insertItems(place, 1, make).constFirst().node();
@@ -297,7 +298,7 @@ TVLProjectModelPrivate::insertBlankItems(const InsertPlace &place, int count, co
         TVLProjectNode *node = createDefaultNode(place.parent, place.row, uuid);
         if (finish)
             finish(node);
-        addToSearchIndex(node);
+        mSearchFeed->add(node);
         return node;
     };
     const QList<TVLHeldItem> items = insertItems(place, count, make);

@@ -26,6 +26,7 @@ class TVLProjectFolderMonitor;
 class TVLProjectNode;
 class TVLProjectNodeProperties;
 class TVLProjectSettings;
+class TVLSearchFeed;
 class TVLSearchIndex;
 class TVLSiblingTitles;
 
@@ -225,39 +226,11 @@ public:
     bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
                          void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
 
-    void addToSearchIndex(const TVLProjectNode *node);
     void warnOfSearchIndex();
-    void updateHasTextSynopsisNotesFromDB();
-    /** Tells the search index what a property of an item is now. */
-    void updateSearched(const TVLProjectNode *node, TVL::DocumentProperty property,
-                        const QVariant &value) const;
-    void forgetChecksums(const TVLProjectNode *node) const;
     /** Writes texts and, only when they are safe, hashes. */
     void saveSearch(bool force);
-    void rebuildSearchRows(int id);
-    [[nodiscard]] QString searchedText(const QModelIndex &index,
-                                       TVL::DocumentProperty property) const;
     /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
     void letGoOfDocuments(TVLProjectNode *node) const;
-    /** Tells the search index the texts of an item of which documents were just written. */
-    void updateSearchedTexts(const TVLProjectNode *node,
-                             const QList<TVLTextDocument *> &written) const;
-    void updateSearchedText(const TVLProjectNode *node, const TVLTextDocument *document) const;
-    void refreshSearchedText(const TVLProjectNode *node, TVL::DocumentProperty property) const;
-    [[nodiscard]] bool isAsInFile(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                  const QString &text, bool wasLoaded) const;
-    [[nodiscard]] bool fileGives(const TVLProjectNode *node, TVL::DocumentProperty property,
-                                 const QString &text) const;
-    /** Has checks know that this project writes documents of an item, that it has written them, and
-     * that it replaces or removes all files of an item that are recorded. */
-    void noteWriting(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
-    void noteWritten(const TVLProjectNode *node, const QList<TVLTextDocument *> &documents) const;
-    void noteReplacing(const TVLProjectNode *node) const;
-    void invalidateSearchedTexts(const TVLProjectNode *node) const;
-    void updateSearchedComments(const TVLProjectNode *node, const QTextDocument *text) const;
-    void updateSearchedCustomMetaData(const TVLProjectNode *node) const;
-    /** All that the index knows of an item but its texts. */
-    void updateSearchedRecord(const TVLProjectNode *node);
     [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
 
     // Items may go at each signal; see TVLHeldItem.
@@ -278,8 +251,6 @@ public:
     bool setNodeValue(const QModelIndex &index, Value TVLProjectNodeProperties::*member,
                       const Value &value, Effects effects = Effects::TouchAndAnnounce,
                       bool equalCounts = true);
-    [[nodiscard]] static TVLTextDocument *documentOf(const TVLProjectNode *node,
-                                                     TVL::DocumentType type);
     [[nodiscard]] QByteArray storedMd5(const QModelIndex &index, TVL::DocumentType type) const;
     [[nodiscard]] static bool containsNonTextChildren(const TVLProjectNode *node);
     template <typename Predicate>
@@ -344,7 +315,7 @@ public:
     TVLProjectSettings *mSettings = nullptr; ///< Child object.
     std::unique_ptr<TVLProjectChecksums> mChecksums;
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
-    QSet<int> mForgottenIds; ///< Of items that are gone, whose texts the search index still has.
+    std::unique_ptr<TVLSearchFeed> mSearchFeed;
     std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
