@@ -3,6 +3,7 @@
 #include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLKeywordModel.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLOptions.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
@@ -11,7 +12,6 @@
 #include "TVLProjectSettings.h"
 #include "TVLSearchFeed_p.h"
 #include "TVLSearchIndex.h"
-#include "TVLTextDocument.h"
 
 #include <QFileInfo>
 #include <QHostInfo>
@@ -58,6 +58,8 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     d->mSearchIndex = std::make_unique<TVLSearchIndex>(this);
     d->mSearchFeed =
         std::make_unique<TVLSearchFeed>(this, d->mSearchIndex.get(), d->mChecksums.get());
+    d->mDocuments =
+        std::make_unique<TVLLoadedDocuments>(this, d->mFolderFormat, d->mSearchFeed.get());
     d->mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
     d->mKeywordModel = new TVLKeywordModel(d->mSearchIndex.get(), this);
     loadOptions();

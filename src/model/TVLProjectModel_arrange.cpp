@@ -1,7 +1,9 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -214,7 +216,7 @@ bool TVLProjectModelPrivate::takeMergedTexts(const TVLHeldItem &survivor, const 
     node->mSessionWordCount = merged.sessionWordCount;
     node->mSessionCharacterCount = merged.sessionCharacterCount;
     // The words of the others are in their files only as long as these are there.
-    return node->mId < 0 || writeDocuments(node, nullptr);
+    return node->mId < 0 || mDocuments->write(node, nullptr);
 }
 
 bool TVLProjectModelPrivate::takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids)
@@ -273,7 +275,7 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
     markProjectAsModified(true);
     if (survivor.node())
         Q_EMIT snapshotsChanged(survivor.index(), survivor.index());
-    d->announceChange(survivor.index());
+    tvlAnnounceChange(this, survivor.index());
     return survivor.index();
 }
 
@@ -391,7 +393,7 @@ bool TVLProjectModelPrivate::applyAttributes(
     (node->*apply)(properties);
     node->clearIndexCardPixmap();
     mSearchFeed->updateRecord(node);
-    markAndAnnounce(index);
+    tvlMarkAndAnnounce(q, index);
     return true;
 }
 

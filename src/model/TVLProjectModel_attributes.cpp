@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLNodeDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -252,30 +253,6 @@ QByteArray TVLProjectModel::synopsisMd5(const QModelIndex &index) const
 
 // --- Changing
 
-void TVLProjectModelPrivate::announceChange(const QModelIndex &index)
-{
-    const TVLProjectNode *node = index.isValid() ? q->projectNode(index) : nullptr;
-    if (!node)
-        return;
-    // Who kept an index may have kept it over a change of rows.
-    const QModelIndex present = q->createIndex(node).siblingAtColumn(index.column());
-    Q_EMIT q->dataChanged(present, present);
-}
-
-void TVLProjectModelPrivate::announceChanges(const QList<TVLHeldItem> &items)
-{
-    for (const TVLHeldItem &item : items)
-        announceChange(item.index());
-}
-
-void TVLProjectModelPrivate::markAndAnnounce(const QModelIndex &index)
-{
-    // Who hears that the project has changed may remove the item.
-    const QPersistentModelIndex changed = index;
-    q->markProjectAsModified(true);
-    announceChange(changed);
-}
-
 void TVLProjectModelPrivate::followChange(TVLProjectNode *node, const QModelIndex &index,
                                           Effects effects)
 {
@@ -284,7 +261,7 @@ void TVLProjectModelPrivate::followChange(TVLProjectNode *node, const QModelInde
     if (effects == Effects::None)
         q->markProjectAsModified(true);
     else
-        markAndAnnounce(index);
+        tvlMarkAndAnnounce(q, index);
 }
 
 /** @p store is false, having changed nothing, for a node that has the value already. */
@@ -421,7 +398,7 @@ bool TVLProjectModel::setTextMode(const QModelIndex &index, const QString &mode)
     markProjectAsModified(true);
     if (changed.isValid())
         Q_EMIT formatModeChanged(changed, mode);
-    d->announceChange(changed);
+    tvlAnnounceChange(this, changed);
     return true;
 }
 

@@ -1,8 +1,10 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLCloning_p.h"
 #include "TVLDoors.h"
 #include "TVLKeywordModel.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLRecordList_p.h"
@@ -114,7 +116,7 @@ bool TVLProjectModelPrivate::cloneFiles(const CloneSource &from, const TVLProjec
                                         TVLProjectNode *target)
 {
     // An editor's text of the target would be written over what is copied here.
-    releaseDocuments(target);
+    mDocuments->release(target);
     mSearchFeed->noteReplacing(target);
     mSearchFeed->invalidateTexts(target);
     if (mMobileProject)
@@ -183,7 +185,7 @@ bool TVLProjectModel::clone(const QModelIndex &source, const QModelIndex &target
         d->mSearchFeed->updateRecord(targetNode);
         if (isAllowed)
             d->markIfReferringChanged(before, *targetNode);
-        d->announceChange(heldTarget.index());
+        tvlAnnounceChange(this, heldTarget.index());
     }
     return d->cloneDescendants(from, descendants, heldTarget, options);
 }
@@ -248,7 +250,7 @@ bool TVLProjectModel::cloneDesktopProperties(const QModelIndex &source, const QM
     d->mSearchFeed->invalidateTexts(targetNode);
     d->mSearchFeed->updateRecord(targetNode);
     d->markIfReferringChanged(before, *targetNode);
-    d->announceChange(heldTarget.index());
+    tvlAnnounceChange(this, heldTarget.index());
     return true;
 }
 

@@ -3,18 +3,13 @@
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
+#include "TVLTextCounts_p.h"
 #include "TVLTextDoc.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace {
-
-/** A document ends in a paragraph separator that nobody typed. */
-int typedCharacters(const QTextDocument *document)
-{
-    return std::max(document->characterCount() - 1, 0);
-}
 
 int sinceSessionBegan(int count, int base)
 {
@@ -77,7 +72,7 @@ int TVLProjectModelPrivate::characterCountOf(TVLProjectNode *node) const
         return 0;
     const TVLHeldDocument text(q, q->createIndex(node), TVL::MainText);
     if (text)
-        node->mCharacterCount = typedCharacters(text.get());
+        node->mCharacterCount = tvlTypedCharacters(text.get());
     return std::max(node->mCharacterCount, 0);
 }
 
@@ -245,19 +240,13 @@ void TVLProjectModelPrivate::addCounts(TVLProjectNode *node, bool draft, bool se
 
 // --- The writing session
 
-void TVLProjectModelPrivate::takeSessionCounts(TVLProjectNode *node)
-{
-    node->mSessionCharacterCount = typedCharacters(node->mTextDocument);
-    node->mSessionWordCount = TVLTextDoc::wordCount(node->mTextDocument, false, false);
-}
-
 void TVLProjectModel::resetSessionCounts()
 {
     tvlForEachNode(d->mRootNode.get(), [](TVLProjectNode *node) {
         if (node->mSessionCharacterCount == -1)
             return;
         if (node->mTextDocument) {
-            TVLProjectModelPrivate::takeSessionCounts(node);
+            tvlBeginSession(node);
         } else {
             node->mSessionCharacterCount = node->mCharacterCount;
             node->mSessionWordCount = node->mWordCount;

@@ -4,6 +4,7 @@
  */
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
 
@@ -56,7 +57,7 @@ bool TVLProjectModel::setCustomMetaData(const QModelIndex &index, const QString 
     markProjectAsModified(true);
     if (changed.isValid())
         Q_EMIT customMetaDataChanged(changed);
-    d->announceChange(changed);
+    tvlAnnounceChange(this, changed);
     return true;
 }
 

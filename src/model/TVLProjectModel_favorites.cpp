@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 
@@ -18,7 +19,7 @@ bool TVLProjectModel::setFavorite(const QModelIndex &index, bool favorite, bool 
     d->mFavorites.removeAll(node->mId);
     if (favorite)
         d->mFavorites.insert(atEnd ? d->mFavorites.size() : 0, node->mId);
-    d->markAndAnnounce(index);
+    tvlMarkAndAnnounce(this, index);
     return true;
 }
 
@@ -83,7 +84,7 @@ void TVLProjectModel::setFavorites(const QList<int> &ids)
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
     d->mFavorites = ids;
     markProjectAsModified(true);
-    d->announceChanges(items);
+    tvlAnnounceChanges(this, items);
 }
 
 QList<TVLProjectNode *> TVLProjectModelPrivate::changeFavorites(const QSet<int> &ids, bool favorite)
@@ -114,5 +115,5 @@ void TVLProjectModel::clearFavorites()
         return;
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, touched);
     markProjectAsModified(true);
-    d->announceChanges(items);
+    tvlAnnounceChanges(this, items);
 }

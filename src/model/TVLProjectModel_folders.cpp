@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 
@@ -201,7 +202,7 @@ void TVLProjectModelPrivate::announceSubtree(const QModelIndex &index)
     QList<TVLHeldItem> items = {TVLHeldItem(q, q->projectNode(index))};
     tvlForEachNode(q->projectNode(index),
                    [&](const TVLProjectNode *node) { items.append(TVLHeldItem(q, node)); });
-    announceChanges(items);
+    tvlAnnounceChanges(q, items);
 }
 
 bool TVLProjectModel::templatesContain(const QModelIndex &index) const

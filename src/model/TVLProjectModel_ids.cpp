@@ -4,9 +4,9 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLFilesLeft_p.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
-#include "TVLSearchIndex.h"
 #include "TVLTextDocument.h"
 
 #include <QSet>
@@ -111,7 +111,7 @@ void TVLProjectModel::clearIndexId(const QModelIndex &index)
     if (!node)
         return;
     // Without its id the item has no files that its words could still go to.
-    if (!d->writeDocuments(node, nullptr)) {
+    if (!d->mDocuments->write(node, nullptr)) {
         qWarning("An item keeps its id %d, because its texts can't be written", node->mId);
         return;
     }
@@ -138,7 +138,7 @@ void TVLProjectModelPrivate::takeId(TVLProjectNode *node, int id)
     mSearchFeed->add(node);
     if (!node->mSynopsisDocument)
         return;
-    enterLoadedNodes(node);
+    mDocuments->enter(node);
     for (TVLTextDocument *document :
          {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
         if (document && !document->isEmpty())
@@ -162,7 +162,7 @@ void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)
     const QList<TVLProjectNode *> nodes = loadedNodes();
     for (const TVLProjectNode *node : nodes) {
         if (uuids.contains(node->mUuid))
-            d->leaveLoadedNodes(node);
+            d->mDocuments->leave(node);
     }
 }
 
@@ -175,7 +175,7 @@ void TVLProjectModel::beginBinderRead()
     d->mIsReadingBinder = true;
     d->mIdMap.clear();
     d->mUuidMap.clear();
-    d->mDocTextChanges.clear();
+    d->mDocuments->forgetChanges();
 }
 
 void TVLProjectModel::endBinderRead()

@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLProjectNode.h"
@@ -41,7 +42,7 @@ bool TVLProjectModel::setKeywordIds(const QModelIndex &index, const QList<int> &
     if (node->mKeywords == ids)
         return true;
     setKeywordIdsPrivate(node, ids);
-    d->markAndAnnounce(index);
+    tvlMarkAndAnnounce(this, index);
     return true;
 }
 
@@ -146,7 +147,7 @@ void TVLProjectModel::removeKeywordsFromDocuments(const QSet<int> &ids)
     const QList<TVLProjectNode *> nodes = d->nodesWithKeywords(ids);
     for (TVLProjectNode *node : nodes)
         node->mKeywords.removeIf([&ids](int id) { return ids.contains(id); });
-    d->announceChanges(TVLHeldItem::listOf(this, nodes));
+    tvlAnnounceChanges(this, TVLHeldItem::listOf(this, nodes));
     markProjectAsModified(true);
 }
 
@@ -159,7 +160,7 @@ void TVLProjectModel::updateKeywordsForDocuments(const QModelIndex &topLeft,
     QSet<int> changed;
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
         changed.insert(int(topLeft.siblingAtRow(row).internalId()));
-    d->announceChanges(TVLHeldItem::listOf(this, d->nodesWithKeywords(changed)));
+    tvlAnnounceChanges(this, TVLHeldItem::listOf(this, d->nodesWithKeywords(changed)));
 }
 
 // --- The binder's section

@@ -4,6 +4,7 @@
 #include "TVLDocumentSave_p.h"
 #include "TVLDoors.h"
 #include "TVLGuiUtil.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLMessageBox.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
@@ -253,8 +254,6 @@ void TVLProjectModel::timerEvent(QTimerEvent *event)
             d->mAutoSaveTimer = startTimer(d->mAutoSaveSeconds * 1000);
         else
             save(false);
-    } else if (event->timerId() == d->mDocTextChangeTimer) {
-        d->announceDocTextChanges();
     } else {
         QAbstractItemModel::timerEvent(event);
     }
@@ -282,7 +281,7 @@ bool TVLProjectModel::save(bool force)
 
 bool TVLProjectModelPrivate::saveNow(bool force)
 {
-    askEditorsBeforeSave();
+    mDocuments->askEditors();
     stopAutoSaveTimer();
     if (mSaved && !force)
         return true;
@@ -299,20 +298,6 @@ bool TVLProjectModelPrivate::saveNow(bool force)
     mSaved = true;
     Q_EMIT q->modifiedChanged(false);
     return result;
-}
-
-void TVLProjectModelPrivate::askEditorsBeforeSave()
-{
-    // What an editor does now may load and remove items.
-    QList<QPersistentModelIndex> indexes;
-    const QList<TVLProjectNode *> nodes = q->loadedNodes();
-    indexes.reserve(nodes.size());
-    for (const TVLProjectNode *node : nodes)
-        indexes.append(q->createIndex(node));
-    for (const QPersistentModelIndex &index : std::as_const(indexes)) {
-        if (index.isValid())
-            Q_EMIT q->aboutToSave(index);
-    }
 }
 
 bool TVLProjectModel::saveChanges(QStringList *errors) const
@@ -339,7 +324,7 @@ bool TVLProjectModel::saveChanges(QStringList *errors) const
 
     QStringList failures;
     d->saveBinder(&failures);
-    d->saveLoadedDocuments(&failures);
+    d->mDocuments->saveAll(&failures);
     d->saveProjectNotes(&failures);
 
     if (!failures.isEmpty())
@@ -359,22 +344,6 @@ void TVLProjectModelPrivate::saveBinder(QStringList *failures) const
     }
     failures->append(
         TVLProjectModel::tr("Could not save Binder.\nError: %1\nLocation: '%2'").arg(error, mPath));
-}
-
-void TVLProjectModelPrivate::saveLoadedDocuments(QStringList *failures) const
-{
-    const QList<TVLProjectNode *> nodes = q->loadedNodes();
-    TVLDocumentSave save(mPath);
-    for (const TVLProjectNode *node : nodes)
-        save.add(node);
-    save.begin();
-    for (TVLProjectNode *node : nodes) {
-        const QString title = node->mTitle;
-        QStringList errors;
-        if (!saveDocuments(node, false, &errors, &save))
-            failures->append(TVLProjectModel::tr("Could not save project document '%1'\n%2")
-                                 .arg(title, errors.join(u'\n')));
-    }
 }
 
 void TVLProjectModelPrivate::showSaveErrors(const QStringList &errors) const

@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
@@ -72,7 +73,7 @@ void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &
         }
         node->updateModified();
     }
-    announceChanges(TVLHeldItem::listOf(q, touched));
+    tvlAnnounceChanges(q, TVLHeldItem::listOf(q, touched));
 }
 
 QList<TVLLabel> TVLProjectModel::labels() const

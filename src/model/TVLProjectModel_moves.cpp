@@ -1,14 +1,14 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
-#include "TVLSearchIndex.h"
-#include "TVLTextDocument.h"
 
 #include <algorithm>
 #include <utility>
@@ -208,22 +208,10 @@ void TVLProjectModel::removeIndexesFromDependentStructures(const QModelIndexList
     d->removeNodeIdsFromDependentStructures(nodeIdentityList(indexes));
 }
 
-void TVLProjectModelPrivate::unloadDocuments(TVLProjectNode *node)
-{
-    for (TVLTextDocument *document :
-         {node->mTextDocument, node->mNotesDocument, node->mSynopsisDocument}) {
-        if (document)
-            document->setModified(false);
-    }
-    (void)saveDocuments(node, true, nullptr);
-    // Saving lets go only of what it had to write.
-    releaseDocuments(node);
-}
-
 void TVLProjectModelPrivate::forgetNode(TVLProjectNode *node)
 {
-    unloadDocuments(node);
-    mDocTextChanges.remove(node);
+    mDocuments->unload(node);
+    mDocuments->forgetChange(node);
     if (mIdMap.value(node->mId) == node->mUuid)
         mIdMap.remove(node->mId);
     if (mUuidMap.value(node->mUuid) == node)
@@ -326,6 +314,6 @@ bool TVLProjectModel::emptyTrash()
     removeChildrenForIndex(trash);
     markProjectAsModified(true);
     save(false);
-    d->announceChange(trash);
+    tvlAnnounceChange(this, trash);
     return true;
 }

@@ -1,11 +1,12 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLDoors.h"
 #include "TVLHeldItem_p.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
-#include "TVLSearchIndex.h"
 
 #include <QImage>
 #include <QTextCursor>
@@ -125,7 +126,7 @@ QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelI
         node->mTitle = item.title.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.title;
         mSearchFeed->add(node);
         QStringList errors;
-        if (!loadQuietly(node, &errors))
+        if (!mDocuments->loadQuietly(node, &errors))
             failures.append({node->mTitle, errors});
         if (item.fill)
             item.fill(node);
@@ -134,7 +135,7 @@ QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelI
     const QList<TVLHeldItem> items = insertItems(place, count, make);
     // Only now: a file that is in the way and can't be read is told in a box, where views go on.
     for (const auto &[title, errors] : std::as_const(failures))
-        showLoadErrors(title, errors);
+        TVLLoadedDocuments::showErrors(title, errors);
     return items;
 }
 
@@ -179,7 +180,7 @@ QModelIndex TVLProjectModelPrivate::insertWithTexts(int row, const QModelIndex &
         if (item.fill)
             item.fill(node);
         for (const auto &[type, text] : texts)
-            hasWords = fillDocument(node, type, text) || hasWords;
+            hasWords = TVLLoadedDocuments::fill(node, type, text) || hasWords;
     };
     const TVLHeldItem inserted = insertNewItems(row, parent, 1, filled).constFirst();
     if (hasWords) {
@@ -228,7 +229,7 @@ QModelIndex TVLProjectModel::createSyncConflictsFolder()
         d->insertNewItems(research.isValid() ? research.row() + 1 : -1, rootIndex(), 1,
                           {TVL::Folder, QString(), tr("Sync Conflicts"), setIcon})
             .constFirst();
-    d->markAndAnnounce(folder.index());
+    tvlMarkAndAnnounce(this, folder.index());
     return folder.index();
 }
 
@@ -352,7 +353,7 @@ QModelIndex TVLProjectModel::createNewFolder(int row, const QModelIndex &parent)
 {
     const TVLHeldItem folder = d->insertBlankItem(
         row, parent, [](TVLProjectNode *node) { node->mNodeType = TVL::Folder; });
-    d->announceChange(folder.index());
+    tvlAnnounceChange(this, folder.index());
     return folder.index();
 }
 
@@ -369,10 +370,10 @@ QModelIndex TVLProjectModel::createNewText(int row, const QModelIndex &parent,
             d->startAsScript(node, &errors);
     });
     if (!errors.isEmpty())
-        d->showLoadErrors(QString(), errors);
+        TVLLoadedDocuments::showErrors(QString(), errors);
     if (text.node() && !mode.isEmpty()) {
         Q_EMIT formatModeChanged(text.index(), mode);
-        d->announceChange(text.index());
+        tvlAnnounceChange(this, text.index());
     }
     return text.index();
 }
@@ -382,8 +383,8 @@ void TVLProjectModelPrivate::startAsScript(TVLProjectNode *node, QStringList *er
     if (mScriptMode.mElements.isEmpty())
         return;
     const TVLScriptElement &first = mScriptMode.mElements.constFirst();
-    (void)loadQuietly(node, errors);
-    (void)editUnseen(node, TVL::MainText, [&first](QTextCursor cursor) {
+    (void)mDocuments->loadQuietly(node, errors);
+    (void)TVLLoadedDocuments::editUnseen(node, TVL::MainText, [&first](QTextCursor cursor) {
         cursor.setBlockCharFormat(first.charFormat());
         cursor.setCharFormat(first.charFormat());
         cursor.setBlockFormat(first.blockFormat());

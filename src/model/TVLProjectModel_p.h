@@ -16,10 +16,9 @@
 #include <utility>
 
 class QPrinter;
-class QTextCursor;
-class TVLDocumentSave;
 class TVLFilesLeft;
 class TVLKeywordModel;
+class TVLLoadedDocuments;
 class TVLNumberedFiles;
 class TVLProjectChecksums;
 class TVLProjectFolderMonitor;
@@ -58,44 +57,19 @@ public:
     [[nodiscard]] TVLProjectSettings *newSettings();
     void takeSettingsAlong();
     void stopAutoSaveTimer();
-    void askEditorsBeforeSave();
     bool saveNow(bool force);
     /** Whether the binder is of a version whose ids and uuids could not be read. */
     [[nodiscard]] bool isIncompatible() const;
     [[nodiscard]] bool canSaveSearch() const;
     void fillSearchIndex();
     void saveBinder(QStringList *failures) const;
-    void saveLoadedDocuments(QStringList *failures) const;
     void saveProjectNotes(QStringList *failures) const;
     /** The notes count as saved after a failure too; before the end they are tried once more. */
     void askForFailedNotesAgain();
     void readProjectNotes(QStringList *errors);
     void showSaveErrors(const QStringList &errors) const;
 
-    /** Brings documents into memory that aren't there, and shows no box. */
-    [[nodiscard]] bool loadQuietly(TVLProjectNode *node, QStringList *errors) const;
-    /** Edits a document of an item that nobody has seen yet, and tells nobody; false without one.
-     */
-    static bool editUnseen(TVLProjectNode *node, TVL::DocumentType type,
-                           const std::function<void(QTextCursor)> &edit);
-    /** Puts a text at the beginning of such a document; false, too, for an empty text. */
-    static bool fillDocument(TVLProjectNode *node, TVL::DocumentType type, const QString &text);
-    void createDocuments(TVLProjectNode *node) const;
-    /** As the model's; with @p save, as a part of that. */
-    bool saveDocuments(TVLProjectNode *node, bool forceRelease, QStringList *errors,
-                       TVLDocumentSave *save = nullptr) const;
-    bool writeDocuments(TVLProjectNode *node, QStringList *errors,
-                        TVLDocumentSave *save = nullptr) const;
-    void startDocument(TVLTextDocument *document) const;
-    void releaseDocuments(TVLProjectNode *node) const;
-    /** Takes an item's documents out of memory; they are the caller's to delete. */
-    [[nodiscard]] QList<TVLTextDocument *> takeDocuments(TVLProjectNode *node) const;
     void takeId(TVLProjectNode *node, int id);
-    void enterLoadedNodes(TVLProjectNode *node) const;
-    void leaveLoadedNodes(const TVLProjectNode *node) const;
-    void showLoadErrors(const QString &title, const QStringList &errors) const;
-    void announceDocTextChanges();
-    static void takeSessionCounts(TVLProjectNode *node);
     [[nodiscard]] int wordCountOf(TVLProjectNode *node, bool withAnnotations,
                                   bool withFootnotes) const;
     [[nodiscard]] int characterCountOf(TVLProjectNode *node) const;
@@ -182,7 +156,6 @@ public:
     QList<TVLProjectNode *> changeFavorites(const QSet<int> &ids, bool favorite);
     void removeNodeIdsFromFavorites(const QList<int> &ids);
     void removeNodeIdsFromDependentStructures(QList<int> ids);
-    void unloadDocuments(TVLProjectNode *node);
     void forgetNode(TVLProjectNode *node);
     /** forgetNode() for a node whose files stay. */
     void forgetNodeWithoutFiles(TVLProjectNode *node);
@@ -229,14 +202,9 @@ public:
     void warnOfSearchIndex();
     /** Writes texts and, only when they are safe, hashes. */
     void saveSearch(bool force);
-    /** Deletes documents that nobody else has seen yet, unless somebody holds or edits them. */
-    void letGoOfDocuments(TVLProjectNode *node) const;
     [[nodiscard]] QList<TVLProjectNode *> nodesWithKeywords(const QSet<int> &ids) const;
 
     // Items may go at each signal; see TVLHeldItem.
-    void announceChange(const QModelIndex &index);
-    void announceChanges(const QList<TVLHeldItem> &items);
-    void markAndAnnounce(const QModelIndex &index);
     void announceSnapshots(const QModelIndex &index);
     void announceSubtree(const QModelIndex &index);
     void markTemplateFolder(const QModelIndex &index, bool isTemplateFolder);
@@ -287,8 +255,6 @@ public:
     bool mTintIcons = false;
     QVariant mFullScreenBackdrop;
     int mAutoSaveTimer = -1;
-    int mDocTextChangeTimer = -1;
-    QSet<TVLProjectNode *> mDocTextChanges; ///< Waiting for dataChanged(); not owned.
     int mDefaultLabelId = -1;
     int mDefaultStatusId = -1;
     QString mLabelTitle;
@@ -304,10 +270,6 @@ public:
     std::unique_ptr<TVLProjectNode> mRootNode;
     QList<int> mFavorites;
     QUuid mTemplateFolderUuid;
-    // Documents come and go behind a project that stays the same to its callers.
-    /** Not owned; in order of first load, with null in place of those that have left. */
-    mutable QList<TVLProjectNode *> mLoadedNodes;
-    mutable QHash<const TVLProjectNode *, qsizetype> mLoadedPositions; ///< In mLoadedNodes.
     mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
     TVLScriptMode mScriptMode = TVLScriptMode::factoryDefaults();
     TVLProjectFolderFormat *mFolderFormat; ///< Child object.
@@ -316,6 +278,7 @@ public:
     std::unique_ptr<TVLProjectChecksums> mChecksums;
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
     std::unique_ptr<TVLSearchFeed> mSearchFeed;
+    std::unique_ptr<TVLLoadedDocuments> mDocuments;
     std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.

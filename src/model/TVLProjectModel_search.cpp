@@ -1,12 +1,12 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLDialogProgress.h"
+#include "TVLLoadedDocuments_p.h"
 #include "TVLMessageBox.h"
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
 #include "TVLSearchFeed_p.h"
-#include "TVLSearchIndex.h"
 #include "TVLTextMatcher.h"
 
 #include <QApplication>
@@ -37,7 +37,7 @@ TVLProjectModel::searchedFileTexts(const QModelIndex &index,
     const bool wasLoaded = hasNodeId(id) && findNode(id)->mSynopsisDocument;
     const QList<TVLSearchedText> texts = d->mSearchFeed->texts(id, properties, wasLoaded);
     if (!wasLoaded && hasNodeId(id))
-        d->letGoOfDocuments(findNode(id));
+        d->mDocuments->letGo(findNode(id));
     return texts;
 }
 

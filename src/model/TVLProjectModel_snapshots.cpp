@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLAnnouncing_p.h"
 #include "TVLDoors.h"
 #include "TVLErrorText_p.h"
 #include "TVLHeldDocument_p.h"
@@ -124,7 +125,7 @@ void TVLProjectModelPrivate::announceSnapshots(const QModelIndex &index)
 {
     const QPersistentModelIndex changed = index;
     Q_EMIT q->snapshotsChanged(index, index);
-    announceChange(changed);
+    tvlAnnounceChange(q, changed);
 }
 
 bool TVLProjectModel::addSnapshotWithExternalDocument(const QModelIndex &index,
@@ -184,7 +185,7 @@ bool TVLProjectModel::removeSnapshot(const QModelIndex &index, const TVLSnapshot
         || !TVLProjectFolderFormat::removeSnapshot(d->mPath, nodeIdentity(index), info))
         return false;
     projectNode(index)->mHasSnapshots = !snapshots(index).isEmpty();
-    d->announceChange(index);
+    tvlAnnounceChange(this, index);
     return true;
 }
 

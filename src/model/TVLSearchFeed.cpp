@@ -4,8 +4,10 @@
 #include "TVLProjectChecksums.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectModel.h"
+#include "TVLProjectNode.h"
 #include "TVLSearchIndex.h"
 #include "TVLTextDoc.h"
+#include "TVLTextDocument.h"
 
 #include <algorithm>
 #include <utility>
