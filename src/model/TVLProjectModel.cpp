@@ -1,5 +1,6 @@
 #include "TVLProjectModel_p.h"
 
+#include "TVLCollectionList_p.h"
 #include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLKeywordModel.h"
@@ -33,6 +34,7 @@ TVLProjectModelPrivate::TVLProjectModelPrivate(TVLProjectModel *model, const QSt
     , mName(QFileInfo(path).completeBaseName())
     , mPath(path)
     , mMobileProject(isMobileProject)
+    , mCollectionList(std::make_unique<TVLCollectionList>(model))
     , mFilesLeft(std::make_unique<TVLFilesLeft>())
 {
 }

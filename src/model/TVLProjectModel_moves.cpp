@@ -1,6 +1,7 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLAnnouncing_p.h"
+#include "TVLCollectionList_p.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLHeldItem_p.h"
 #include "TVLLoadedDocuments_p.h"
@@ -171,7 +172,7 @@ bool TVLProjectModel::moveToTrash(const QModelIndexList &indexes)
         return false;
     if (!moveToFolder(trash, indexes, -1))
         return false;
-    d->announceSearches(TVL::ExcludeTrashScope);
+    d->mCollectionList->announceSearches(TVL::ExcludeTrashScope);
     return true;
 }
 
@@ -186,12 +187,6 @@ void TVLProjectModel::removeNodeIdsFromDefaultTemplateId(const QList<int> &ids)
     });
 }
 
-void TVLProjectModelPrivate::removeNodeIdsFromFavorites(const QList<int> &ids)
-{
-    const QSet<int> removed(ids.begin(), ids.end());
-    mFavorites.removeIf([&removed](int id) { return removed.contains(id); });
-}
-
 void TVLProjectModelPrivate::removeNodeIdsFromDependentStructures(QList<int> ids)
 {
     // Items of newer formats have no ids, and -1 stands for "none" wherever an id does.
@@ -200,7 +195,7 @@ void TVLProjectModelPrivate::removeNodeIdsFromDependentStructures(QList<int> ids
         return;
     q->removeNodeIdsFromCollections(ids);
     q->removeNodeIdsFromDefaultTemplateId(ids);
-    removeNodeIdsFromFavorites(ids);
+    mCollectionList->removeFavorites(ids);
 }
 
 void TVLProjectModel::removeIndexesFromDependentStructures(const QModelIndexList &indexes)

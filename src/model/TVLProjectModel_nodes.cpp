@@ -1,6 +1,7 @@
 #include "TVLProjectModel_p.h"
 
 #include "TVLAnnouncing_p.h"
+#include "TVLCollectionList_p.h"
 #include "TVLDoors.h"
 #include "TVLHeldItem_p.h"
 #include "TVLLoadedDocuments_p.h"
@@ -254,10 +255,7 @@ void TVLProjectModelPrivate::enterFlags(TVLProjectNode *node)
 {
     if (node->mUuid != mTemplateFolderUuid)
         node->mIsTemplateFolder = false;
-    if (node->mId < 0)
-        node->mIsFavorite = false;
-    else if (node->mIsFavorite && !mFavorites.contains(node->mId))
-        mFavorites.append(node->mId);
+    mCollectionList->enterFlag(node);
 }
 
 TVLProjectNode *

@@ -16,6 +16,7 @@
 #include <utility>
 
 class QPrinter;
+class TVLCollectionList;
 class TVLFilesLeft;
 class TVLKeywordModel;
 class TVLLoadedDocuments;
@@ -141,20 +142,6 @@ public:
                       int targetRow);
     bool moveNode(TVLProjectNode *node, TVLHeldPlace *place);
     bool moveChildrenBehind(TVLProjectNode *node);
-    [[nodiscard]] static QString trSearchResultsTitle();
-    [[nodiscard]] bool isCollectionPos(int position) const;
-    [[nodiscard]] int presentCollectionPos(int position, const QString &identity) const;
-    void announceCollection(int position, const QString &identity);
-    void storeCollection(int position, const TVLCollectionMetaData &collection);
-    void insertCollectionRow(int position, const TVLCollectionMetaData &collection);
-    bool removeCollectionRow(int position);
-    /** Announces the searches that have all bits of a scope. */
-    void announceSearches(int scope);
-    [[nodiscard]] bool isFoundBy(const TVLCollectionMetaData &collection,
-                                 const QSet<const TVLProjectNode *> &context,
-                                 const QModelIndex &item) const;
-    QList<TVLProjectNode *> changeFavorites(const QSet<int> &ids, bool favorite);
-    void removeNodeIdsFromFavorites(const QList<int> &ids);
     void removeNodeIdsFromDependentStructures(QList<int> ids);
     void forgetNode(TVLProjectNode *node);
     /** forgetNode() for a node whose files stay. */
@@ -261,14 +248,13 @@ public:
     QString mStatusTitle;
     QMap<int, QUuid> mIdMap;
     QMap<QUuid, TVLProjectNode *> mUuidMap;
-    QList<TVLCollectionMetaData> mCollections;
+    std::unique_ptr<TVLCollectionList> mCollectionList;
     TVLCustomMetaDataSettings mCustomMetaDataSettings;
     QList<TVLAutoCompleteItem> mAutoCompleteList;
     QList<TVLReference> mProjectReferences;
     TVLDraftTarget mDraftTarget;
     TVLSessionTarget mSessionTarget;
     std::unique_ptr<TVLProjectNode> mRootNode;
-    QList<int> mFavorites;
     QUuid mTemplateFolderUuid;
     mutable TVLProjectNotes mProjectNotes; ///< Each save clears the flags of what has changed.
     TVLScriptMode mScriptMode = TVLScriptMode::factoryDefaults();

@@ -1,6 +1,7 @@
 // What the model holds and gives out as it is.
 #include "TVLProjectModel_p.h"
 
+#include "TVLCollectionList_p.h"
 const TVLProjectFolderFormat *TVLProjectModel::folderFormat() const
 {
     return d->mFolderFormat;
@@ -218,5 +219,5 @@ int TVLProjectModel::defaultStatusIdentity() const
 
 QList<TVLCollectionMetaData> TVLProjectModel::collections() const
 {
-    return d->mCollections;
+    return d->mCollectionList->collections();
 }
