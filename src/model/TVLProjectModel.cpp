@@ -3,6 +3,8 @@
 #include "TVLCollectionList_p.h"
 #include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
+#include "TVLItemCloner_p.h"
+#include "TVLItemRows_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLLoadedDocuments_p.h"
 #include "TVLOptions.h"
@@ -34,6 +36,7 @@ TVLProjectModelPrivate::TVLProjectModelPrivate(TVLProjectModel *model, const QSt
     , mName(QFileInfo(path).completeBaseName())
     , mPath(path)
     , mMobileProject(isMobileProject)
+    , mRows(std::make_unique<TVLItemRows>(model))
     , mCollectionList(std::make_unique<TVLCollectionList>(model))
     , mFilesLeft(std::make_unique<TVLFilesLeft>())
 {
@@ -62,6 +65,8 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
         std::make_unique<TVLSearchFeed>(this, d->mSearchIndex.get(), d->mChecksums.get());
     d->mDocuments =
         std::make_unique<TVLLoadedDocuments>(this, d->mFolderFormat, d->mSearchFeed.get());
+    d->mCloner = std::make_unique<TVLItemCloner>(this, d->mRows.get(), d->mDocuments.get(),
+                                                 d->mSearchFeed.get());
     d->mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
     d->mKeywordModel = new TVLKeywordModel(d->mSearchIndex.get(), this);
     loadOptions();
@@ -72,9 +77,6 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
     connect(d->mKeywordModel, &TVLKeywordModel::modelChanged, this,
             [this] { markProjectAsModified(); });
     connect(tvlOptions(), &TVLOptions::groupsChanged, this, &TVLProjectModel::onOptionsChanged);
-    // Before anybody else connects; see beginMoveRow().
-    connect(this, &QAbstractItemModel::rowsAboutToBeMoved, this,
-            [this] { d->mIsRootIndexPlain = false; });
     if (QFileInfo::exists(dragAndDropPath()))
         QTimer::singleShot(0, this, [this] {
             if (!d->mIsOnlyRead)
@@ -155,7 +157,7 @@ QModelIndex TVLProjectModel::index(int row, int column, const QModelIndex &paren
 QModelIndex TVLProjectModel::parent(const QModelIndex &index) const
 {
     const TVLProjectNode *node = projectNode(index);
-    if (!node || (d->mIsRootIndexPlain && node->mParent == d->mRootNode.get()))
+    if (!node || (d->mRows->isRootIndexPlain() && node->mParent == d->mRootNode.get()))
         return {};
     return createIndex(node->mParent);
 }

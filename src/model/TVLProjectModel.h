@@ -1259,6 +1259,7 @@ private Q_SLOTS:
 
 private:
     friend class TVLHeldItem;
+    friend class TVLItemRows;
     friend class TVLLoadedDocuments;
     friend class TVLProjectModelPrivate;
     friend class TVLProjectModelTestAccess;

@@ -3,12 +3,13 @@
 #include "TVLAnnouncing_p.h"
 #include "TVLHeldDocument_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLItemCloner_p.h"
+#include "TVLItemRows_p.h"
 #include "TVLLoadedDocuments_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
-#include "TVLSearchFeed_p.h"
 #include "TVLSiblingTitles_p.h"
 #include "TVLTextCopy_p.h"
 #include "TVLTextDoc.h"
@@ -68,7 +69,7 @@ bool areAllThere(const QList<TVLHeldItem> &items)
 QModelIndex TVLProjectModel::groupIndexes(const QModelIndexList &indexes)
 {
     const QModelIndexList sorted = sortIndexesStable(indexes);
-    const QList<TVLHeldItem> members = TVLHeldItem::listOf(this, d->itemNodes(sorted));
+    const QList<TVLHeldItem> members = TVLHeldItem::listOf(this, d->mRows->itemNodes(sorted));
     if (members.isEmpty())
         return {};
     const QModelIndex first = sorted.constFirst();
@@ -83,7 +84,7 @@ bool TVLProjectModel::ungroupIndexes(const QModelIndexList &indexes)
     QModelIndexList sorted = sortIndexesStable(indexes);
     sorted.removeIf(
         [this](const QModelIndex &index) { return !index.isValid() || !hasChildren(index); });
-    const QList<TVLHeldItem> groups = TVLHeldItem::listOf(this, d->itemNodes(sorted));
+    const QList<TVLHeldItem> groups = TVLHeldItem::listOf(this, d->mRows->itemNodes(sorted));
     for (const TVLHeldItem &group : groups) {
         if (TVLProjectNode *node = group.node())
             (void)d->moveChildrenBehind(node);
@@ -250,7 +251,7 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
     if (indexes.size() == 1)
         return indexes.constFirst();
     TVLProjectModelPrivate::MergedTexts::Gathered<TVLProjectNode *> nodes;
-    nodes.add(d->itemNodes(indexes));
+    nodes.add(d->mRows->itemNodes(indexes));
     const QList<TVLHeldItem> items = TVLHeldItem::listOf(this, nodes.values());
     TVLProjectModelPrivate::MergedTexts merged;
     if (items.isEmpty() || !d->canMerge(items) || !d->gatherTexts(items, &merged))
@@ -269,7 +270,7 @@ QModelIndex TVLProjectModel::mergeIndexes(const QModelIndexList &indexes)
         return {};
     const QModelIndexList others = sortIndexes(TVLHeldItem::indexesOf(items.sliced(1)));
     d->removeNodeIdsFromDependentStructures(nodeIdentityList(others));
-    d->removeMerged(TVLHeldItem::listOf(this, d->itemNodes(others)), isSafe);
+    d->removeMerged(TVLHeldItem::listOf(this, d->mRows->itemNodes(others)), isSafe);
 
     scheduleDocTextChange(survivor.index());
     markProjectAsModified(true);
@@ -290,13 +291,13 @@ void TVLProjectModelPrivate::removeMerged(const QList<TVLHeldItem> &items, bool 
         if (!node || !node->mChildren.isEmpty())
             continue;
         const int row = node->row();
-        beginRemoveNodes(node->mParent, row, row);
+        mRows->beginRemove(node->mParent, row, row);
         if (withFiles)
             (void)removeFilesForNode(node, files);
         else
             forgetNodeWithoutFiles(node);
         removeRow(node);
-        q->endRemoveRows();
+        mRows->endRemove();
     }
 }
 
@@ -388,13 +389,11 @@ bool TVLProjectModelPrivate::applyAttributes(
     void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &))
 {
     TVLProjectNode *node = q->projectNode(index);
-    if (!node)
-        return false;
-    (node->*apply)(properties);
-    node->clearIndexCardPixmap();
-    mSearchFeed->updateRecord(node);
-    tvlMarkAndAnnounce(q, index);
-    return true;
+    const auto take = [&](TVLProjectNode *target) {
+        (target->*apply)(properties);
+        return true;
+    };
+    return node && mCloner->takeRecord(node, index, TVLItemCloner::Marks::Always, take);
 }
 
 bool TVLProjectModel::applyMobileAttributes(const QModelIndex &index,

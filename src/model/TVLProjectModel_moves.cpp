@@ -4,6 +4,7 @@
 #include "TVLCollectionList_p.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLHeldItem_p.h"
+#include "TVLItemRows_p.h"
 #include "TVLLoadedDocuments_p.h"
 #include "TVLModel.h"
 #include "TVLNumberedFiles_p.h"
@@ -44,33 +45,6 @@ bool isInSubtree(const TVLProjectNode *node, const TVLProjectNode *top)
 
 // --- Moving
 
-QList<TVLProjectNode *> TVLProjectModelPrivate::itemNodes(const QModelIndexList &indexes) const
-{
-    QList<TVLProjectNode *> nodes;
-    nodes.reserve(indexes.size());
-    for (const QModelIndex &index : indexes) {
-        TVLProjectNode *node = q->projectNode(index);
-        if (!node || node == mRootNode.get())
-            return {};
-        nodes.append(node);
-    }
-    return nodes;
-}
-
-QList<TVLProjectNode *> TVLProjectModelPrivate::withoutDescendants(QList<TVLProjectNode *> nodes)
-{
-    const QSet<const TVLProjectNode *> all(nodes.begin(), nodes.end());
-    nodes.removeIf([&all](const TVLProjectNode *node) {
-        for (const TVLProjectNode *ancestor = node->mParent; ancestor;
-             ancestor = ancestor->mParent) {
-            if (all.contains(ancestor))
-                return true;
-        }
-        return false;
-    });
-    return nodes;
-}
-
 bool TVLProjectModelPrivate::isMoveRefused(const TVLProjectNode *node,
                                            const TVLProjectNode *target) const
 {
@@ -88,7 +62,7 @@ bool TVLProjectModel::moveToFolder(const QModelIndex &folder, const QModelIndexL
         return true;
     TVLProjectNode *target = projectNode(folder);
     const QList<TVLProjectNode *> nodes =
-        TVLProjectModelPrivate::withoutDescendants(d->itemNodes(indexes));
+        TVLItemRows::withoutDescendants(d->mRows->itemNodes(indexes));
     return target && !nodes.isEmpty() && moveToFolder(target, row, nodes);
 }
 
@@ -106,59 +80,10 @@ bool TVLProjectModel::moveToFolder(TVLProjectNode *target, int row,
     for (const TVLHeldItem &item : items) {
         TVLProjectNode *node = item.node();
         if (node && place.parent())
-            isMoved = d->moveNode(node, &place) || isMoved;
+            isMoved = d->mRows->move(node, &place) || isMoved;
     }
     if (isMoved)
         markProjectAsModified(true);
-    return true;
-}
-
-/**
- * Qt refuses to move an item into itself, and tells afterwards of parents whose own rows the move
- * has shifted. For both it compares parents with those that it is given, so the top level must be a
- * default index to it until it has done so; the first slot to hear of the move ends that.
- */
-bool TVLProjectModelPrivate::beginMoveRow(const TVLProjectNode *source, int row,
-                                          const TVLProjectNode *target, int targetRow)
-{
-    mIsRootIndexPlain = true;
-    const bool isAllowed =
-        q->beginMoveRows(rowSignalParent(source), row, row, rowSignalParent(target), targetRow);
-    mIsRootIndexPlain = false;
-    return isAllowed;
-}
-
-void TVLProjectModelPrivate::beginRemoveNodes(const TVLProjectNode *parent, int first, int last)
-{
-    // Who hears of it compares the parents of what it keeps with that of the signal, as selection
-    // models do with their current item, and Qt with its persistent indexes.
-    mIsRootIndexPlain = true;
-    q->beginRemoveRows(rowSignalParent(parent), first, last);
-    mIsRootIndexPlain = false;
-}
-
-bool TVLProjectModelPrivate::moveNode(TVLProjectNode *node, TVLHeldPlace *place)
-{
-    TVLProjectNode *source = node->mParent;
-    TVLProjectNode *target = place->parent();
-    const int row = place->row();
-    const int oldRow = node->row();
-    const int count = int(target->mChildren.size());
-    if (source == target && (oldRow == row || oldRow == row - 1)) {
-        *place = TVLHeldPlace(q, target, std::min(row + 1, count));
-        return false;
-    }
-    const bool isFromBefore = source == target && oldRow < row;
-    const int position = std::clamp(isFromBefore ? row - 1 : row, 0, count);
-    if (!beginMoveRow(source, oldRow, target, row)) {
-        *place = TVLHeldPlace(q, target, position);
-        return false;
-    }
-    const QModelIndexList topLevel = topLevelPersistents({source, target});
-    target->insertChild(position, source->takeChild(oldRow));
-    followRows(topLevel);
-    *place = TVLHeldPlace(q, target, position + 1);
-    q->endMoveRows();
     return true;
 }
 
@@ -257,10 +182,10 @@ void TVLProjectModelPrivate::removeChildren(TVLProjectNode *parent, const TVLNum
 {
     if (parent->mChildren.isEmpty())
         return;
-    beginRemoveNodes(parent, 0, int(parent->mChildren.size()) - 1);
+    mRows->beginRemove(parent, 0, int(parent->mChildren.size()) - 1);
     tvlForEachNode(parent, [&](TVLProjectNode *node) { (void)removeFilesForNode(node, files); });
     qDeleteAll(std::exchange(parent->mChildren, {}));
-    q->endRemoveRows();
+    mRows->endRemove();
 }
 
 void TVLProjectModelPrivate::removeRow(TVLProjectNode *node)
@@ -280,10 +205,10 @@ void TVLProjectModel::removeIndexFromModel(const QModelIndex &index)
     TVLProjectNode *node = projectNode(index);
     if (!node || node == d->mRootNode.get())
         return;
-    d->beginRemoveNodes(node->mParent, node->row(), node->row());
+    d->mRows->beginRemove(node->mParent, node->row(), node->row());
     (void)removeFilesForNode(node);
     d->removeRow(node);
-    endRemoveRows();
+    d->mRows->endRemove();
 }
 
 bool TVLProjectModel::removeIndex(const QModelIndex &index)

@@ -4,6 +4,7 @@
 #include "TVLCollectionList_p.h"
 #include "TVLDoors.h"
 #include "TVLHeldItem_p.h"
+#include "TVLItemRows_p.h"
 #include "TVLLoadedDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNode.h"
@@ -39,71 +40,6 @@ bool TVLProjectModelPrivate::givesIds() const
     return q->formatVersion() <= TVL::FormatVersion18 && !mMobileProject;
 }
 
-TVLProjectNode *TVLProjectModelPrivate::createDefaultNode(TVLProjectNode *parent, int row,
-                                                          const QUuid &uuid)
-{
-    TVLProjectNode *node = q->createProjectNode(parent, row, uuid, -1);
-    node->mLabelId = mDefaultLabelId;
-    node->mStatusId = mDefaultStatusId;
-    return node;
-}
-
-QModelIndex TVLProjectModelPrivate::rowSignalParent(const TVLProjectNode *parent) const
-{
-    // Qt wants a default index for the root in its row signals.
-    return parent == mRootNode.get() ? QModelIndex() : q->createIndex(parent);
-}
-
-// Qt finds the persistent indexes that a change of rows concerns by their parents. At the top level
-// it is told of a default index, which the root index isn't, so those are seen to here.
-
-QModelIndexList TVLProjectModelPrivate::topLevelPersistents(
-    std::initializer_list<const TVLProjectNode *> parents) const
-{
-    const TVLProjectNode *root = mRootNode.get();
-    if (std::find(parents.begin(), parents.end(), root) == parents.end())
-        return {};
-    QModelIndexList indexes = q->persistentIndexList();
-    indexes.removeIf(
-        [this, root](const QModelIndex &index) { return q->projectNode(index)->mParent != root; });
-    return indexes;
-}
-
-void TVLProjectModelPrivate::followRows(const QModelIndexList &indexes)
-{
-    for (const QModelIndex &index : indexes)
-        q->changePersistentIndex(index, q->createIndex(q->projectNode(index)));
-}
-
-/**
- * Inserts items side by side. Views see them for the first time at the end of it, so @p make, which
- * is given the number of each, hands them over as they will stay, and emits nothing.
- */
-QList<TVLHeldItem>
-TVLProjectModelPrivate::insertItems(const InsertPlace &place, int count,
-                                    const std::function<TVLProjectNode *(int)> &make)
-{
-    q->beginInsertRows(rowSignalParent(place.parent), place.row, place.row + count - 1);
-    const QModelIndexList topLevel = topLevelPersistents({place.parent});
-    QList<TVLHeldItem> items;
-    items.reserve(count);
-    for (int i = 0; i < count; ++i)
-        items.append(TVLHeldItem(q, make(i)));
-    followRows(topLevel);
-    q->endInsertRows();
-    return items;
-}
-
-TVLProjectModelPrivate::InsertPlace TVLProjectModelPrivate::insertPlace(const QModelIndex &parent,
-                                                                        int row) const
-{
-    TVLProjectNode *node = q->projectNode(parent);
-    if (!node)
-        node = mRootNode.get();
-    const int end = int(node->mChildren.size());
-    return {node, row < 0 || row > end ? end : row};
-}
-
 // --- Items with a given content
 
 /** What a new item is to be; more than one are all the same. */
@@ -118,10 +54,10 @@ struct TVLProjectModelPrivate::NewItem
 QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelIndex &parent,
                                                           int count, const NewItem &item)
 {
-    const InsertPlace place = insertPlace(parent, row);
+    const TVLInsertPlace place = mRows->insertPlace(parent, row);
     QList<std::pair<QString, QStringList>> failures;
     const auto make = [&](int number) {
-        TVLProjectNode *node = createDefaultNode(place.parent, place.row + number, QUuid());
+        TVLProjectNode *node = mRows->createDefaultNode(place.parent, place.row + number, QUuid());
         node->mFileExtension = item.extension;
         node->mNodeType = item.type;
         node->mTitle = item.title.isEmpty() ? TVLProjectModel::trUntitledTitle() : item.title;
@@ -133,7 +69,7 @@ QList<TVLHeldItem> TVLProjectModelPrivate::insertNewItems(int row, const QModelI
             item.fill(node);
         return node;
     };
-    const QList<TVLHeldItem> items = insertItems(place, count, make);
+    const QList<TVLHeldItem> items = mRows->insert(place, count, make);
     // Only now: a file that is in the way and can't be read is told in a box, where views go on.
     for (const auto &[title, errors] : std::as_const(failures))
         TVLLoadedDocuments::showErrors(title, errors);
@@ -236,9 +172,9 @@ QModelIndex TVLProjectModel::createSyncConflictsFolder()
 
 TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const QModelIndex &parent)
 {
-    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    const TVLInsertPlace place = d->mRows->insertPlace(parent, row);
     const auto make = [&](int) {
-        TVLProjectNode *node = d->createDefaultNode(place.parent, place.row, QUuid());
+        TVLProjectNode *node = d->mRows->createDefaultNode(place.parent, place.row, QUuid());
         node->mNodeType = TVL::WebArchive;
         node->mTitle = url.host();
         node->mOriginalUrl = url.toString();
@@ -246,7 +182,7 @@ TVLProjectNode *TVLProjectModel::createUrlNode(const QUrl &url, int row, const Q
         d->mSearchFeed->add(node);
         return node;
     };
-    return d->insertItems(place, 1, make).constFirst().node();
+    return d->mRows->insert(place, 1, make).constFirst().node();
 }
 
 /** Makes the flags of a record that has come from elsewhere agree with what the project has: one
@@ -262,7 +198,7 @@ TVLProjectNode *
 TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
                                           const TVLProjectNodeProperties &properties)
 {
-    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    const TVLInsertPlace place = d->mRows->insertPlace(parent, row);
     const auto make = [&](int) {
         TVLProjectNode *node =
             createProjectNode(place.parent, place.row, properties.mUuid, properties.mId);
@@ -271,7 +207,7 @@ TVLProjectModel::insertNodeWithProperties(int row, const QModelIndex &parent,
         d->mSearchFeed->add(node);
         return node;
     };
-    return d->insertItems(place, 1, make).constFirst().node();
+    return d->mRows->insert(place, 1, make).constFirst().node();
 }
 
 QModelIndex TVLProjectModel::insertRowWithProperties(int row, const QModelIndex &parent,
@@ -282,25 +218,18 @@ QModelIndex TVLProjectModel::insertRowWithProperties(int row, const QModelIndex 
 
 // --- Rows
 
-bool TVLProjectModelPrivate::canInsertRows(int row, int count, const QModelIndex &parent) const
-{
-    const TVLProjectNode *node = q->projectNode(parent);
-    return node && row >= -1 && row <= node->mChildren.size() && count >= 1
-        && !q->isTrashChild(parent);
-}
-
 QList<TVLHeldItem>
-TVLProjectModelPrivate::insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
+TVLProjectModelPrivate::insertBlankItems(const TVLInsertPlace &place, int count, const QUuid &uuid,
                                          const std::function<void(TVLProjectNode *)> &finish)
 {
     const auto make = [&](int) {
-        TVLProjectNode *node = createDefaultNode(place.parent, place.row, uuid);
+        TVLProjectNode *node = mRows->createDefaultNode(place.parent, place.row, uuid);
         if (finish)
             finish(node);
         mSearchFeed->add(node);
         return node;
     };
-    const QList<TVLHeldItem> items = insertItems(place, count, make);
+    const QList<TVLHeldItem> items = mRows->insert(place, count, make);
     q->markProjectAsModified(true);
     return items;
 }
@@ -308,9 +237,9 @@ TVLProjectModelPrivate::insertBlankItems(const InsertPlace &place, int count, co
 bool TVLProjectModel::insertRowsAndClone(int row, int count, const QModelIndex &parent,
                                          const QModelIndex &source, CloneFlags flags)
 {
-    if (!d->canInsertRows(row, count, parent))
+    if (!d->mRows->canInsert(row, count, parent))
         return false;
-    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    const TVLInsertPlace place = d->mRows->insertPlace(parent, row);
     return source.isValid() ? !d->insertClones(place, count, source, flags, QUuid()).isEmpty()
                             : !d->insertBlankItems(place, count, QUuid()).isEmpty();
 }
@@ -319,9 +248,9 @@ QModelIndex TVLProjectModel::insertRowAndClone(int row, const QModelIndex &paren
                                                const QModelIndex &source, CloneFlags flags,
                                                const QUuid &uuid)
 {
-    if (!d->canInsertRows(row, 1, parent))
+    if (!d->mRows->canInsert(row, 1, parent))
         return {};
-    const TVLProjectModelPrivate::InsertPlace place = d->insertPlace(parent, row);
+    const TVLInsertPlace place = d->mRows->insertPlace(parent, row);
     return (source.isValid() ? d->insertClones(place, 1, source, flags, uuid)
                              : d->insertBlankItems(place, 1, uuid))
         .value(0)
@@ -337,9 +266,9 @@ TVLHeldItem
 TVLProjectModelPrivate::insertBlankItem(int row, const QModelIndex &parent,
                                         const std::function<void(TVLProjectNode *)> &finish)
 {
-    if (!canInsertRows(row, 1, parent))
+    if (!mRows->canInsert(row, 1, parent))
         return {};
-    return insertBlankItems(insertPlace(parent, row), 1, QUuid(), finish).constFirst();
+    return insertBlankItems(mRows->insertPlace(parent, row), 1, QUuid(), finish).constFirst();
 }
 
 QModelIndex TVLProjectModel::createNewItem(int row, const QModelIndex &parent)

@@ -11,13 +11,14 @@
 #include <QUuid>
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <utility>
 
 class QPrinter;
 class TVLCollectionList;
 class TVLFilesLeft;
+class TVLItemCloner;
+class TVLItemRows;
 class TVLKeywordModel;
 class TVLLoadedDocuments;
 class TVLNumberedFiles;
@@ -28,7 +29,7 @@ class TVLProjectNodeProperties;
 class TVLProjectSettings;
 class TVLSearchFeed;
 class TVLSearchIndex;
-class TVLSiblingTitles;
+struct TVLInsertPlace;
 
 /**
  * What a project model holds, and what it does for itself: nobody outside needs to know of either,
@@ -88,59 +89,30 @@ public:
     [[nodiscard]] QTextDocument *newProjectNote(const QString &title);
     void markProjectNotesAsModified();
 
-    /** Where new items go: a row that is there, of a node that is. */
-    struct InsertPlace
-    {
-        TVLProjectNode *parent;
-        int row;
-    };
     struct NewItem;
     using NewTexts = QList<std::pair<TVL::DocumentType, QString>>;
-    struct CloneSource;
-    struct CloneOptions;
-    struct AdoptedIds;
-    struct NewCopies;
-    struct Copies;
-    struct Descendant;
     struct MergedTexts;
 
-    [[nodiscard]] QModelIndex rowSignalParent(const TVLProjectNode *parent) const;
-    /** Persistent indexes of top-level items, if the root is one of the parents. */
-    [[nodiscard]] QModelIndexList
-    topLevelPersistents(std::initializer_list<const TVLProjectNode *> parents) const;
-    void followRows(const QModelIndexList &indexes);
-    void beginRemoveNodes(const TVLProjectNode *parent, int first, int last);
     void enterFlags(TVLProjectNode *node);
-    [[nodiscard]] InsertPlace insertPlace(const QModelIndex &parent, int row) const;
-    [[nodiscard]] bool canInsertRows(int row, int count, const QModelIndex &parent) const;
     /** Whether files may lie under an id that no item has. */
     [[nodiscard]] bool isLeftBehind(int id) const;
     [[nodiscard]] bool givesIds() const;
-    TVLProjectNode *createDefaultNode(TVLProjectNode *parent, int row, const QUuid &uuid);
-    QList<TVLHeldItem> insertItems(const InsertPlace &place, int count,
-                                   const std::function<TVLProjectNode *(int)> &make);
     QList<TVLHeldItem> insertNewItems(int row, const QModelIndex &parent, int count,
                                       const NewItem &item);
     QModelIndex insertWithTexts(int row, const QModelIndex &parent, const NewItem &item,
                                 const NewTexts &texts);
     QList<TVLHeldItem>
-    insertBlankItems(const InsertPlace &place, int count, const QUuid &uuid,
+    insertBlankItems(const TVLInsertPlace &place, int count, const QUuid &uuid,
                      const std::function<void(TVLProjectNode *)> &finish = nullptr);
     TVLHeldItem insertBlankItem(int row, const QModelIndex &parent,
                                 const std::function<void(TVLProjectNode *)> &finish = nullptr);
-    QList<TVLHeldItem> insertClones(const InsertPlace &place, int count, const QModelIndex &source,
-                                    TVLProjectModel::CloneFlags flags, const QUuid &uuid);
+    QList<TVLHeldItem> insertClones(const TVLInsertPlace &place, int count,
+                                    const QModelIndex &source, TVLProjectModel::CloneFlags flags,
+                                    const QUuid &uuid);
     void startAsScript(TVLProjectNode *node, QStringList *errors);
 
-    /** The nodes of a list of items; empty if one isn't an item of this model. */
-    [[nodiscard]] QList<TVLProjectNode *> itemNodes(const QModelIndexList &indexes) const;
-    /** Without nodes that lie in another one of the list, and so are moved or removed with it. */
-    [[nodiscard]] static QList<TVLProjectNode *> withoutDescendants(QList<TVLProjectNode *> nodes);
     [[nodiscard]] bool isMoveRefused(const TVLProjectNode *node,
                                      const TVLProjectNode *target) const;
-    bool beginMoveRow(const TVLProjectNode *source, int row, const TVLProjectNode *target,
-                      int targetRow);
-    bool moveNode(TVLProjectNode *node, TVLHeldPlace *place);
     bool moveChildrenBehind(TVLProjectNode *node);
     void removeNodeIdsFromDependentStructures(QList<int> ids);
     void forgetNode(TVLProjectNode *node);
@@ -149,33 +121,6 @@ public:
     bool removeFilesForNode(TVLProjectNode *node, const TVLNumberedFiles &files);
     void removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files);
     void removeRow(TVLProjectNode *node);
-
-    [[nodiscard]] static CloneSource cloneSource(const QModelIndex &source);
-    [[nodiscard]] bool canCloneBelow(const QModelIndex &source, const QModelIndex &parent) const;
-    bool copyItem(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target,
-                  const CloneOptions &options, const AdoptedIds *ids);
-    bool cloneFiles(const CloneSource &from, const TVLProjectNode *source, TVLProjectNode *target);
-    static void takeIds(const TVLProjectNodeProperties &source, const AdoptedIds &ids,
-                        TVLProjectNode *target);
-    void markIfReferringChanged(const TVLProjectNodeProperties &before,
-                                const TVLProjectNodeProperties &now);
-    Copies insertCopies(const CloneSource &from, const TVLHeldItem &source,
-                        const TVLHeldPlace &place, const CloneOptions &options,
-                        const NewCopies &copies);
-    [[nodiscard]] static QList<Descendant> descendantsOf(const CloneSource &from,
-                                                         const TVLProjectNode *top,
-                                                         const TVLProjectNode *excluded);
-    bool cloneDescendants(const CloneSource &from, const QList<Descendant> &descendants,
-                          const TVLHeldItem &copy, const CloneOptions &options);
-    TVLHeldItem duplicateOne(const CloneSource &from, const TVLHeldItem &source,
-                             const CloneOptions &options, TVLSiblingTitles *titles,
-                             TVLHeldPlace *place);
-    AdoptedIds adoptIds(const TVLProjectModel &from, const TVLProjectNodeProperties &item,
-                        bool isWanted);
-    QList<int> adoptKeywords(const TVLKeywordModel &from, const QList<int> &ids);
-    int adoptKeyword(const QString &title, const QColor &color);
-    int adoptLabel(const TVLSearchIndex &from, int id);
-    int adoptStatusItem(const TVLSearchIndex &from, int id);
 
     [[nodiscard]] bool canMerge(const QList<TVLHeldItem> &items) const;
     [[nodiscard]] bool gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged);
@@ -237,7 +182,6 @@ public:
     bool mWasSuspended = false; ///< Before a binder was read.
     bool mIsReadingBinder = false;
     bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.
-    bool mIsRootIndexPlain = false; ///< parent() gives a default index in place of rootIndex().
     bool mMobileProject;
     bool mTintIcons = false;
     QVariant mFullScreenBackdrop;
@@ -248,6 +192,7 @@ public:
     QString mStatusTitle;
     QMap<int, QUuid> mIdMap;
     QMap<QUuid, TVLProjectNode *> mUuidMap;
+    std::unique_ptr<TVLItemRows> mRows;
     std::unique_ptr<TVLCollectionList> mCollectionList;
     TVLCustomMetaDataSettings mCustomMetaDataSettings;
     QList<TVLAutoCompleteItem> mAutoCompleteList;
@@ -265,6 +210,7 @@ public:
     std::unique_ptr<TVLSearchIndex> mSearchIndex; ///< Also the store of labels and status items.
     std::unique_ptr<TVLSearchFeed> mSearchFeed;
     std::unique_ptr<TVLLoadedDocuments> mDocuments;
+    std::unique_ptr<TVLItemCloner> mCloner;
     std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.

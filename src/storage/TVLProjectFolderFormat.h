@@ -679,6 +679,7 @@ public:
 
 private:
     friend class TVLProjectModel; // It removes, copies and writes many items at once.
+    friend class TVLItemCloner;
     friend class TVLLoadedDocuments;
     friend class TVLProjectModelPrivate;
     friend class TVLProjectFolderFormatTestAccess;
