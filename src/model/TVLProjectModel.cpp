@@ -4,6 +4,7 @@
 #include "TVLDoors.h"
 #include "TVLFilesLeft_p.h"
 #include "TVLItemCloner_p.h"
+#include "TVLItemMerger_p.h"
 #include "TVLItemRows_p.h"
 #include "TVLKeywordModel.h"
 #include "TVLLoadedDocuments_p.h"
@@ -67,6 +68,7 @@ TVLProjectModel::TVLProjectModel(const QString &path, QObject *parent, bool mobi
         std::make_unique<TVLLoadedDocuments>(this, d->mFolderFormat, d->mSearchFeed.get());
     d->mCloner = std::make_unique<TVLItemCloner>(this, d->mRows.get(), d->mDocuments.get(),
                                                  d->mSearchFeed.get());
+    d->mMerger = std::make_unique<TVLItemMerger>(this, d->mDocuments.get());
     d->mRootNode = std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, tvlNewUuid()), nullptr);
     d->mKeywordModel = new TVLKeywordModel(d->mSearchIndex.get(), this);
     loadOptions();

@@ -18,6 +18,7 @@ class QPrinter;
 class TVLCollectionList;
 class TVLFilesLeft;
 class TVLItemCloner;
+class TVLItemMerger;
 class TVLItemRows;
 class TVLKeywordModel;
 class TVLLoadedDocuments;
@@ -91,7 +92,6 @@ public:
 
     struct NewItem;
     using NewTexts = QList<std::pair<TVL::DocumentType, QString>>;
-    struct MergedTexts;
 
     void enterFlags(TVLProjectNode *node);
     /** Whether files may lie under an id that no item has. */
@@ -122,12 +122,7 @@ public:
     void removeChildren(TVLProjectNode *parent, const TVLNumberedFiles &files);
     void removeRow(TVLProjectNode *node);
 
-    [[nodiscard]] bool canMerge(const QList<TVLHeldItem> &items) const;
-    [[nodiscard]] bool gatherTexts(const QList<TVLHeldItem> &items, MergedTexts *merged);
-    [[nodiscard]] bool takeMergedSnapshots(TVLProjectNode *survivor, QList<int> ids);
-    [[nodiscard]] bool takeMergedTexts(const TVLHeldItem &survivor, const MergedTexts &merged);
     void removeMerged(const QList<TVLHeldItem> &items, bool withFiles);
-    [[nodiscard]] bool mergeSnapshots(int id, const QList<int> &sourceIds);
     bool applyAttributes(const QModelIndex &index, const TVLProjectNodeProperties &properties,
                          void (TVLProjectNodeProperties::*apply)(const TVLProjectNodeProperties &));
 
@@ -211,6 +206,7 @@ public:
     std::unique_ptr<TVLSearchFeed> mSearchFeed;
     std::unique_ptr<TVLLoadedDocuments> mDocuments;
     std::unique_ptr<TVLItemCloner> mCloner;
+    std::unique_ptr<TVLItemMerger> mMerger;
     std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
     std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.

@@ -11,14 +11,10 @@
 #include "TVLTextDoc.h"
 
 #include <QApplication>
-#include <QSet>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
-
 #include <QTextList>
-#include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -61,14 +57,6 @@ QString snapshotError(const TVLProjectNode *node, const QTextDocument *document)
                    "The comments of '%1' could not be read, so there is no snapshot of it.")
             .arg(title);
     return {};
-}
-
-/** A second after a snapshot's own of which there is none yet; dates are exact to the second. */
-QDateTime freeSecond(QDateTime date, const QSet<qint64> &taken)
-{
-    while (taken.contains(date.toSecsSinceEpoch()))
-        date = date.addSecs(1);
-    return date;
 }
 
 } // namespace
@@ -186,42 +174,5 @@ bool TVLProjectModel::removeSnapshot(const QModelIndex &index, const TVLSnapshot
         return false;
     projectNode(index)->mHasSnapshots = !snapshots(index).isEmpty();
     tvlAnnounceChange(this, index);
-    return true;
-}
-
-/**
- * Gives an item the snapshots of others. Those that were taken in one and the same second, as when
- * all of a selection get one, are given the next seconds that are free.
- */
-bool TVLProjectModelPrivate::mergeSnapshots(int id, const QList<int> &sourceIds)
-{
-    QSet<qint64> taken;
-    QList<std::pair<int, TVLSnapshotInfo>> crowded;
-    const auto gather = [&](int itemId) {
-        QList<TVLSnapshotInfo> snapshots;
-        if (!TVLProjectFolderFormat::readSnapshots(mPath, itemId, &snapshots))
-            return false;
-        for (const TVLSnapshotInfo &snapshot : std::as_const(snapshots)) {
-            const qint64 second = snapshot.mDate.toSecsSinceEpoch();
-            if (taken.contains(second))
-                crowded.append({itemId, snapshot});
-            taken.insert(second);
-        }
-        return true;
-    };
-    if (!gather(id) || !std::all_of(sourceIds.begin(), sourceIds.end(), gather)
-        || !TVLProjectFolderFormat::mergeSnapshots(mPath, id, sourceIds))
-        return false;
-
-    for (const auto &[sourceId, snapshot] : std::as_const(crowded)) {
-        QTextDocument text;
-        text.setUndoRedoEnabled(false);
-        TVLSnapshotInfo moved = snapshot;
-        moved.mDate = freeSecond(snapshot.mDate, taken);
-        taken.insert(moved.mDate.toSecsSinceEpoch());
-        if (!TVLProjectFolderFormat::readSnapshot(mPath, sourceId, snapshot, &text, mIdMap)
-            || !TVLProjectFolderFormat::addSnapshot(mPath, id, moved, &text, nullptr))
-            return false;
-    }
     return true;
 }
