@@ -910,6 +910,8 @@ public:
     /** Asks all items for their texts anew, and saves search index and hashes. */
     void rebuildSearchIndexes(bool showProgress, QWidget *parent);
     [[nodiscard]] QString searchedPath() const override;
+    [[nodiscard]] const TVLProjectNode *searchedNode(int id) const override;
+    [[nodiscard]] const TVLProjectNode *searchedNode(const QModelIndex &index) const override;
     [[nodiscard]] QModelIndex searchedIndex(int id) const override { return index(id); }
     /** Lets go again of documents that came into memory for this alone. */
     [[nodiscard]] QStringList

@@ -19,6 +19,17 @@ bool TVLProjectModel::matchQString(const QString &text, int flags, const QString
 
 // --- What the search index asks
 
+const TVLProjectNode *TVLProjectModel::searchedNode(int id) const
+{
+    const TVLProjectNode *node = findNode(id);
+    return node == binderRoot() ? nullptr : node;
+}
+
+const TVLProjectNode *TVLProjectModel::searchedNode(const QModelIndex &index) const
+{
+    return index.isValid() ? projectNode(index) : nullptr;
+}
+
 QStringList TVLProjectModel::searchedTexts(const QModelIndex &index,
                                            const QList<TVL::DocumentProperty> &properties) const
 {

@@ -65,11 +65,6 @@ QString matchCalls(const QList<QStringList> &portions, int flags)
     return u'(' + calls.join(flags & TVLTextMatcher::EveryWord ? u" AND "_s : u" OR "_s) + u')';
 }
 
-const TVLProjectNode *nodeOf(const QModelIndex &index)
-{
-    return static_cast<const TVLProjectNode *>(index.internalPointer());
-}
-
 /** The hash of the file that a text of an item has; empty for none. */
 QByteArray fileHash(const TVLProjectChecksums *checksums, const TVLProjectNode *node,
                     TVL::DocumentProperty property)
@@ -214,8 +209,8 @@ void TVLSearchIndex::updateIndexProperties(const QModelIndex &index,
                                            const QList<TVL::DocumentProperty> &properties,
                                            bool useChecksums)
 {
-    const TVLProjectNode *node = nodeOf(index);
-    if (!mProject || properties.isEmpty() || !node || node->mId < 0)
+    const TVLProjectNode *node = mProject ? mProject->searchedNode(index) : nullptr;
+    if (properties.isEmpty() || !node || node->mId < 0)
         return;
     if (useChecksums && !canLookIntoDocs())
         return;
@@ -242,13 +237,14 @@ void TVLSearchIndex::refreshTexts(const QModelIndex &index,
                                   const QList<TVL::DocumentProperty> &properties)
 {
     TVLProjectChecksums *checksums = mProject->checksums();
-    const int id = nodeOf(index)->mId;
+    const TVLProjectNode *asked = mProject->searchedNode(index);
+    const int id = asked->mId;
     QList<QByteArray> hashes;
     for (const TVL::DocumentProperty property : properties)
-        hashes.append(fileHash(checksums, nodeOf(index), property));
+        hashes.append(fileHash(checksums, asked, property));
     const QList<TVLSearchedText> texts = mProject->searchedFileTexts(index, properties);
     // Found anew: a box about a file that can't be read runs the event loop.
-    const TVLProjectNode *node = nodeOf(mProject->searchedIndex(id));
+    const TVLProjectNode *node = mProject->searchedNode(id);
     for (qsizetype i = 0; i < properties.size(); ++i) {
         const TVL::DocumentProperty property = properties.at(i);
         const TVLSearchedText text = texts.value(i);
@@ -267,7 +263,7 @@ void TVLSearchIndex::refreshTexts(const QModelIndex &index,
 /** Whether a text that is stored is still that of its file, and not being edited. */
 bool TVLSearchIndex::isUpToDate(const QModelIndex &index, TVL::DocumentProperty property) const
 {
-    const int id = nodeOf(index)->mId;
+    const int id = mProject->searchedNode(index)->mId;
     const bool isEmpty = !hasText(id, property);
     if (!TVL::canConvertToDocType(property) || mProject->referenced(index)
         || !tvlIsVouchedFor(*mProject->checksums(), id, property, isEmpty))

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 class TVLProjectChecksums;
+class TVLProjectNode;
 
 /** A text of an item. */
 struct TVLSearchedText
@@ -18,8 +19,7 @@ struct TVLSearchedText
 
 /**
  * What the search index asks a project for: the texts of items, when it has none that it can trust.
- *
- * An item's index has its TVLProjectNode as internal pointer. TVLProjectModel implements it.
+ * TVLProjectModel implements it.
  */
 class TVL_EXPORT TVLSearchedProject
 {
@@ -32,6 +32,10 @@ public:
     [[nodiscard]] virtual QString searchedPath() const = 0;
     /** Hashes of the texts on disk; never null. They belong to the project. */
     [[nodiscard]] virtual TVLProjectChecksums *checksums() const = 0;
+    /** The record of an id or of an index, null when no item has it. It may go in each question for
+     * texts. */
+    [[nodiscard]] virtual const TVLProjectNode *searchedNode(int id) const = 0;
+    [[nodiscard]] virtual const TVLProjectNode *searchedNode(const QModelIndex &index) const = 0;
     /** The index of an id; an invalid one for an id that no item has. */
     [[nodiscard]] virtual QModelIndex searchedIndex(int id) const = 0;
     /** Whether a document of the item is in memory, where it may differ from the one on disk. */

@@ -114,6 +114,7 @@ class TstModelSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void theRecordOfAnIdIsHandedOut();
     // Edits
     void itemsAreFoundByEachProperty_data();
     void itemsAreFoundByEachProperty();
@@ -161,6 +162,21 @@ private Q_SLOTS:
 
     void matchingIsOpenToAll();
 };
+
+void TstModelSearch::theRecordOfAnIdIsHandedOut()
+{
+    const TestProject project;
+    makeProject(project);
+    const auto model = project.open();
+    const TVLSearchedProject *searched = model.get();
+    QCOMPARE(searched->searchedNode(4), model->findNode(4));
+    QCOMPARE(searched->searchedNode(model->index(4)), model->findNode(4));
+    // The root is nobody's record, whatever leads to it elsewhere.
+    QVERIFY(!searched->searchedNode(-1));
+    QVERIFY(!searched->searchedNode(4711));
+    QVERIFY(!searched->searchedNode(model->rootIndex()));
+    QVERIFY(!searched->searchedNode(QModelIndex()));
+}
 
 // --- Edits
 

@@ -56,6 +56,16 @@ TestSearchedProject::TestSearchedProject()
 
 TestSearchedProject::~TestSearchedProject() = default;
 
+const TVLProjectNode *TestSearchedProject::searchedNode(int id) const
+{
+    return mById.value(id);
+}
+
+const TVLProjectNode *TestSearchedProject::searchedNode(const QModelIndex &index) const
+{
+    return static_cast<const TVLProjectNode *>(index.internalPointer());
+}
+
 QModelIndex TestSearchedProject::searchedIndex(int id) const
 {
     TVLProjectNode *node = mById.value(id);

@@ -30,6 +30,8 @@ public:
 
     [[nodiscard]] QString searchedPath() const override { return mPath; }
     [[nodiscard]] TVLProjectChecksums *checksums() const override { return &mChecksums; }
+    [[nodiscard]] const TVLProjectNode *searchedNode(int id) const override;
+    [[nodiscard]] const TVLProjectNode *searchedNode(const QModelIndex &index) const override;
     [[nodiscard]] QModelIndex searchedIndex(int id) const override;
     [[nodiscard]] bool referenced(const QModelIndex &index) const override;
     [[nodiscard]] QStringList searchedTexts(const QModelIndex &index,
