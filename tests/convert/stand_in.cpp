@@ -72,7 +72,7 @@ void writeResult(int argc, char **argv)
     const std::string path = filter.empty()
         ? argumentOf("-o", argc, argv)
         : argumentOf("--outdir", argc, argv) + "/source." + filter.substr(0, filter.find(':'));
-    std::ofstream(path) << "converted";
+    std::ofstream(path) << (argumentOf("-t", argc, argv) == "json" ? "{}" : "converted");
 }
 
 int act(const std::string &mode, int argc, char **argv)

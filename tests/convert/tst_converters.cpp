@@ -62,6 +62,8 @@ private Q_SLOTS:
     void theOfficeHasAProfileOfItsOwn();
     void pandocIsCalled_data();
     void pandocIsCalled();
+    void pandocMakesRichTextInTwoSteps_data();
+    void pandocMakesRichTextInTwoSteps();
     void aWayMayHaveSteps_data();
     void aWayMayHaveSteps();
     void whatHasNoWayIsUnsupported_data();
@@ -174,19 +176,6 @@ void TstConverters::pandocIsCalled_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("target");
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("Markdown to rich text")
-        << u"md"_s << u"rtf"_s
-        << QStringList({u"--sandbox"_s, u"-f"_s, u"markdown-smart"_s, u"-t"_s, u"rtf"_s,
-                        u"--wrap=none"_s, u"--template=PLACE/template.rtf"_s,
-                        u"--variable=has-frontmatter"_s});
-    QTest::newRow("a book to rich text")
-        << u"epub"_s << u"rtf"_s
-        << QStringList({u"--sandbox"_s, u"-f"_s, u"epub"_s, u"-t"_s, u"rtf"_s, u"--wrap=none"_s,
-                        u"--template=PLACE/template.rtf"_s});
-    QTest::newRow("a page to rich text")
-        << u"html"_s << u"rtf"_s
-        << QStringList({u"--sandbox"_s, u"-f"_s, u"html"_s, u"-t"_s, u"rtf"_s, u"--wrap=none"_s,
-                        u"--template=PLACE/template.rtf"_s, u"--variable=has-frontmatter"_s});
     QTest::newRow("a page to Markdown") << u"html"_s << u"md"_s
                                         << QStringList({u"--sandbox"_s, u"-f"_s, u"html"_s, u"-t"_s,
                                                         u"markdown-smart"_s, u"--wrap=none"_s});
@@ -216,6 +205,49 @@ void TstConverters::pandocIsCalled()
     QCOMPARE(record.lines(),
              QStringList(place) + arguments
                  + QStringList({u"-o"_s, result, path(u"My text."_s + source)}));
+}
+
+void TstConverters::pandocMakesRichTextInTwoSteps_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("reader");
+    QTest::addColumn<QStringList>("switches");
+    const QStringList head = {u"--variable=has-frontmatter"_s};
+    QTest::newRow("Markdown") << u"md"_s << u"markdown-smart"_s << head;
+    QTest::newRow("MultiMarkdown") << u"mmd"_s << u"markdown_mmd-smart"_s << head;
+    QTest::newRow("a page") << u"html"_s << u"html"_s << head;
+    QTest::newRow("an XML page") << u"xhtml"_s << u"html"_s << head;
+    QTest::newRow("a book") << u"epub"_s << u"epub"_s << QStringList();
+}
+
+void TstConverters::pandocMakesRichTextInTwoSteps()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, reader);
+    QFETCH(QStringList, switches);
+    const StandInRecord record("convert");
+    const QString sourcePath = path(u"My text."_s + source);
+    writeSource(sourcePath);
+    QCOMPARE(TTextTransform::transformFileViaTools(sourcePath, path(u"Out.rtf"_s), TVLFormat::Rtf,
+                                                   MarkupEngine, nullptr, false),
+             TTextTransform::NoError);
+    QCOMPARE(contentOf(path(u"Out.rtf"_s)), "converted");
+    const QString place = record.lines().value(0);
+    const QStringList reading = {place,
+                                 u"--sandbox"_s,
+                                 u"-f"_s,
+                                 reader,
+                                 u"-t"_s,
+                                 u"json"_s,
+                                 u"--extract-media="_s + place + u"/media"_s,
+                                 u"-o"_s,
+                                 place + u"/read.json"_s,
+                                 sourcePath};
+    const QStringList writing = {place,   u"-f"_s,  u"json"_s,
+                                 u"-t"_s, u"rtf"_s, u"--template="_s + place + u"/template.rtf"_s};
+    const QString result = QFileInfo(place).path() + u"/result.rtf"_s;
+    QCOMPARE(record.lines(),
+             reading + writing + switches + QStringList({u"-o"_s, result, place + u"/own.json"_s}));
 }
 
 void TstConverters::aWayMayHaveSteps_data()
@@ -250,7 +282,7 @@ void TstConverters::aWayMayHaveSteps()
     for (qsizetype i = 1; i < lines.size(); ++i) {
         if (lines.at(i - 1) == u"--convert-to")
             made.append(lines.at(i).section(u':', 0, 0));
-        else if (lines.at(i - 1) == u"-o")
+        else if (lines.at(i - 1) == u"-o" && !lines.at(i).endsWith(u".json"))
             made.append(QFileInfo(lines.at(i)).suffix());
     }
     QCOMPARE(made, steps);

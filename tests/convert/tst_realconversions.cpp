@@ -7,8 +7,10 @@
 #include "TVLTextRtfReader.h"
 #include "TVLTextRtfWriter.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -135,7 +137,8 @@ private Q_SLOTS:
     void aTextComesBackEqual();
     void whatIsNoDocumentIsTold_data();
     void whatIsNoDocumentIsTold();
-    void aPageIsReadWithoutWhatItLinksTo();
+    void aPageHasItsOwnPicturesOnly();
+    void aBookKeepsItsPictures();
     void theHeadOfAMarkdownFileIsText();
     void multiMarkdownIsConverted_data();
     void multiMarkdownIsConverted();
@@ -228,19 +231,51 @@ void TstRealConversions::whatIsNoDocumentIsTold()
     QVERIFY(!QFile::exists(path(u"b.rtf"_s)));
 }
 
-void TstRealConversions::aPageIsReadWithoutWhatItLinksTo()
+void TstRealConversions::aPageHasItsOwnPicturesOnly()
 {
-    write(u"secret.txt"_s, "secret words");
-    write(u"a.html"_s,
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QDir().mkpath(path(u"pages/in here"_s));
+    QVERIFY(image.save(path(u"outside.png"_s)));
+    QVERIFY(image.save(path(u"pages/a.png"_s)));
+    QVERIFY(image.save(path(u"pages/in here/b.bmp"_s)));
+    write(u"pages/words.png"_s, "secret words");
+    QBuffer buffer;
+    QVERIFY(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png"));
+    write(u"pages/page.html"_s,
           "<html><head><title>T</title></head><body><h1>Head</h1><p>One <b>bold</b> and "
-          "<i>italic</i> word, \xc3\xbc.</p><img src=\"file://"
-              + path(u"secret.txt"_s).toUtf8()
-              + "\" alt=\"a picture\"><iframe src=\"secret.txt\"></iframe></body></html>");
-    QCOMPARE(convert(u"a.html"_s, u"b.rtf"_s), QString());
-    const QString text = describedRtf(path(u"b.rtf"_s));
-    QVERIFY(text.contains(u"One {b}bold {}and {i}italic {}word, \u00fc."_s));
+          "<i>italic</i> word, \xc3\xbc.</p><p><img src=\"a.png\" alt=\"first\">"
+          "<img src=\"in%20here/b.bmp\" alt=\"second\"><img src=\"data:image/png;base64,"
+              + buffer.data().toBase64()
+              + "\" alt=\"third\"></p><p><img src=\"../outside.png\" alt=\"fourth\"> <img "
+                "src=\"file://"
+              + path(u"outside.png"_s).toUtf8()
+              + "\" alt=\"fifth\"> <img src=\"http://127.0.0.1:9/x.png\" alt=\"sixth\"> <img "
+                "src=\"words.png\" alt=\"seventh\"></p><iframe src=\"words.png\"></iframe></body>");
+    QCOMPARE(convert(u"pages/page.html"_s, u"b.rtf"_s), QString());
+    QString text = describedRtf(path(u"b.rtf"_s));
     QVERIFY(text.contains(u"{b}Head"_s));
-    QVERIFY(!text.contains(u"secret words"_s));
+    QVERIFY(text.contains(u"One {b}bold {}and {i}italic {}word, \u00fc."_s));
+    QVERIFY2(text.contains(u"fourth fifth sixth seventh"_s), qPrintable(text));
+    QCOMPARE(text.count(QChar::ObjectReplacementCharacter), 3);
+    QVERIFY(!text.contains(u"secret"_s) && !text.contains(u"image:"_s)
+            && !text.contains(u"first"_s));
+}
+
+void TstRealConversions::aBookKeepsItsPictures()
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    cursor.insertText(u"Before "_s);
+    cursor.insertImage(image);
+    cursor.insertText(u" behind."_s);
+    QVERIFY(writeRtf(path(u"a.rtf"_s), document));
+    QCOMPARE(convert(u"a.rtf"_s, u"b.epub"_s), QString());
+    QCOMPARE(convert(u"b.epub"_s, u"c.rtf"_s), QString());
+    const QString text = describedRtf(path(u"c.rtf"_s));
+    QVERIFY2(text.contains(u"Before \ufffc behind."_s), qPrintable(text));
 }
 
 void TstRealConversions::theHeadOfAMarkdownFileIsText()

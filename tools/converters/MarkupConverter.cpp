@@ -1,5 +1,7 @@
 #include "MarkupConverter.h"
 
+#include "OwnPictures.h"
+
 #include "TVLConverters.h"
 #include "TVLCoreUtil.h"
 #include "TVLProcess.h"
@@ -68,14 +70,6 @@ $endif$$endif$$body$
 }
 )";
 
-Outcome writeRtfTemplate(const QString &path)
-{
-    QString error;
-    if (TVLCoreUtil::WriteBinaryFile(RtfTemplate, path, &error))
-        return {};
-    return {WritingFailed, error};
-}
-
 } // namespace
 
 MarkupConverter::MarkupConverter(QString workFolder, TVLProgress *progress)
@@ -96,30 +90,44 @@ bool MarkupConverter::canConvert(TVLFormat::Format from, TVLFormat::Format to)
 Outcome MarkupConverter::convert(const QString &source, TVLFormat::Format from,
                                  const QString &target, TVLFormat::Format to, const QString &title)
 {
+    if (to == TVLFormat::Rtf)
+        return toRichText(source, from, target);
     QStringList arguments = {u"-f"_s, markupRow(from)->reader.toString(), u"-t"_s,
                              markupRow(to)->writer.toString(), u"--wrap=none"_s};
-    switch (to) {
-    case TVLFormat::Rtf: {
-        const QString templatePath = mWorkFolder + u"/template.rtf"_s;
-        if (const Outcome written = writeRtfTemplate(templatePath); !written.isDone())
-            return written;
-        arguments += u"--template="_s + templatePath;
-        if (from != TVLFormat::EPubBook)
-            arguments += u"--variable=has-frontmatter"_s;
-        break;
-    }
-    case TVLFormat::Html:
-    case TVLFormat::Xhtml:
+    if (to == TVLFormat::Html || to == TVLFormat::Xhtml)
         arguments += {u"--standalone"_s, u"--metadata=pagetitle:"_s + title};
-        break;
-    case TVLFormat::EPubBook:
+    else if (to == TVLFormat::EPubBook)
         arguments += u"--metadata=title:"_s + title;
-        break;
-    default:
-        break;
-    }
     arguments += {u"-o"_s, target, source};
     return to == TVLFormat::EPubBook ? runFreely(arguments, target) : run(arguments, target);
+}
+
+/** Reads confined, and writes freely what then holds nothing to be opened but files of ours. */
+Outcome MarkupConverter::toRichText(const QString &source, TVLFormat::Format from,
+                                    const QString &target)
+{
+    const QString readPath = mWorkFolder + u"/read.json"_s;
+    const Outcome read =
+        run({u"-f"_s, markupRow(from)->reader.toString(), u"-t"_s, u"json"_s,
+             u"--extract-media="_s + mWorkFolder + u"/media"_s, u"-o"_s, readPath, source},
+            readPath);
+    if (!read.isDone())
+        return read;
+    const QByteArray document = withOwnPictures(TVLCoreUtil::ReadBinaryFile(readPath),
+                                                QFileInfo(source).absolutePath(), mWorkFolder);
+    const QString ownPath = mWorkFolder + u"/own.json"_s;
+    const QString templatePath = mWorkFolder + u"/template.rtf"_s;
+    if (document.isEmpty())
+        return {InputNotParsed};
+    QString error;
+    if (!TVLCoreUtil::WriteBinaryFile(document, ownPath, &error)
+        || !TVLCoreUtil::WriteBinaryFile(RtfTemplate, templatePath, &error))
+        return {WritingFailed, error};
+    QStringList arguments = {u"-f"_s, u"json"_s, u"-t"_s, u"rtf"_s,
+                             u"--template="_s + templatePath};
+    if (from != TVLFormat::EPubBook)
+        arguments += u"--variable=has-frontmatter"_s;
+    return runFreely(arguments += {u"-o"_s, target, ownPath}, target);
 }
 
 Outcome MarkupConverter::run(const QStringList &arguments, const QString &result)

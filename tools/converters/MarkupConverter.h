@@ -7,7 +7,9 @@
 class TVLProgress;
 
 /**
- * Converts by pandoc, which then opens no other file and no address than what it is to convert.
+ * Converts by pandoc, which reads its input and opens no other file and no address. On the way to
+ * rich text the pictures that belong to a document are put where pandoc finds them; see
+ * withOwnPictures().
  *
  * Rich text isn't read by it, because it loses letters behind characters beyond ASCII: an office
  * makes DOCX of it first. Books are made of DOCX only: for them pandoc needs files of its own, and
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] Outcome run(const QStringList &arguments, const QString &result);
 
 private:
+    [[nodiscard]] Outcome toRichText(const QString &source, TVLFormat::Format from,
+                                     const QString &target);
     [[nodiscard]] Outcome runFreely(const QStringList &arguments, const QString &result);
 
     QString mWorkFolder;
