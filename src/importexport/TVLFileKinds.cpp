@@ -6,8 +6,6 @@
 
 #include <QTextDocument>
 
-#include <optional>
-
 namespace {
 
 /** When the words of a file become a text. */

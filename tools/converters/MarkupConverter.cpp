@@ -8,6 +8,8 @@
 
 #include <QFileInfo>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace TTextTransform;
 

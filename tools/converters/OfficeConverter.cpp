@@ -8,11 +8,15 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QUrl>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace TTextTransform;

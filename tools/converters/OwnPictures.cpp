@@ -73,7 +73,7 @@ QJsonValue PictureKeeper::kept(const QJsonValue &value)
     if (value.isArray()) {
         QJsonArray array;
         const QJsonArray parts = value.toArray();
-        for (const QJsonValue &part : parts)
+        for (const auto &part : parts)
             array.append(kept(part));
         return array;
     }

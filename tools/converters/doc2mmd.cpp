@@ -16,6 +16,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using namespace TTextTransform;
 

@@ -6,6 +6,8 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
