@@ -89,6 +89,11 @@ int act(const std::string &mode, int argc, char **argv)
         writeResult(argc, argv);
         return 0;
     }
+    if (mode == "place") {
+        record(environmentValue("TMPDIR"));
+        writeResult(argc, argv);
+        return 0;
+    }
     if (mode == "hang") {
         record(std::to_string(getpid()));
         startHangingChild(false);

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void theOfficeIsCalled_data();
     void theOfficeIsCalled();
     void theOfficeHasAProfileOfItsOwn();
+    void theOfficeHasItsTemporaryFilesThere();
     void pandocIsCalled_data();
     void pandocIsCalled();
     void pandocMakesRichTextInTwoSteps_data();
@@ -169,6 +170,18 @@ void TstConverters::theOfficeHasAProfileOfItsOwn()
         places.append(record.lines().value(1));
     }
     QVERIFY(places.constFirst() != places.constLast());
+}
+
+void TstConverters::theOfficeHasItsTemporaryFilesThere()
+{
+    const StandInRecord record("place");
+    writeSource(path(u"a.doc"_s));
+    QCOMPARE(TTextTransform::transformFileViaTools(path(u"a.doc"_s), path(u"b.rtf"_s),
+                                                   TVLFormat::Rtf, OfficeEngine, nullptr, false),
+             TTextTransform::NoError);
+    QCOMPARE(record.lines().size(), 1);
+    QVERIFY(record.lines().constFirst().startsWith(TVLCoreUtil::GetTavelinorTempPath()
+                                                   + u"/convert-"_s));
 }
 
 void TstConverters::pandocIsCalled_data()

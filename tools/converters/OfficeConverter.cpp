@@ -69,6 +69,28 @@ constexpr ProfileRow ProfileRows[] = {
     {u"/org.openoffice.Office.Common/Misc", u"FirstRun", u"false"},
 };
 
+/** Has temporary files made elsewhere for as long as it lives. */
+class TemporaryPlace
+{
+public:
+    explicit TemporaryPlace(const QString &folder)
+        : mBefore(qgetenv("TMPDIR"))
+    {
+        qputenv("TMPDIR", QFile::encodeName(folder));
+    }
+    ~TemporaryPlace()
+    {
+        if (mBefore.isEmpty())
+            qunsetenv("TMPDIR");
+        else
+            qputenv("TMPDIR", mBefore);
+    }
+    Q_DISABLE_COPY_MOVE(TemporaryPlace)
+
+private:
+    QByteArray mBefore;
+};
+
 /** Waits until no other run has the lock. */
 std::optional<Outcome> waitFor(QLockFile *lock, const TVLProgress &progress)
 {
@@ -139,6 +161,8 @@ Outcome OfficeConverter::run(const QString &source, const QString &filter, const
                                    u"--outdir"_s,
                                    QFileInfo(result).path(),
                                    source};
+    // An office that is killed leaves its own temporary files where it made them.
+    const TemporaryPlace place(mWorkFolder);
     const TVLProcess::Result ended = TVLProcess::execute(TVLConverters::officePath(), arguments,
                                                          LimitMilliseconds, mWorkFolder, mProgress);
     if (const Outcome outcome = outcomeOf(ended, OfficeName); !outcome.isDone())
