@@ -60,7 +60,8 @@ private:
             if (mOptions.mLists && once(3))
                 joinList();
             runs();
-            if (mOptions.mTables && depth < 3 && once(depth == 0 ? 8 : 14))
+            if (mOptions.mTables && depth < (mOptions.mNestedTables ? 3 : 1)
+                && once(depth == 0 ? 8 : 14))
                 table(depth);
         }
     }
@@ -100,7 +101,7 @@ private:
         const int rows = 1 + below(4);
         const int columns = 1 + below(4);
         QTextTable *table = mCursor.insertTable(rows, columns, tableFormat(columns));
-        for (int i = below(3); i > 0; --i)
+        for (int i = mOptions.mMergedCells ? below(3) : 0; i > 0; --i)
             merge(table, rows, columns);
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {

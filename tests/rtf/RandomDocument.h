@@ -13,6 +13,8 @@ struct RandomDocumentOptions
 {
     int mMaximumBlocks = 12;
     bool mTables = true;
+    bool mNestedTables = true;
+    bool mMergedCells = true;
     bool mLists = true;
     bool mPictures = true;
     bool mBrokenPictures = true; ///< Whether some of the pictures have bytes that nobody can show.

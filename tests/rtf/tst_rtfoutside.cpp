@@ -88,7 +88,8 @@ private:
         const qsizetype before = mText.size();
         // Beside those that hang on a word, all elements end the word before them.
         const bool isInWord = name == u"text:span" || name == u"text:a"
-            || name.startsWith(u"text:bookmark") || name.startsWith(u"draw:");
+            || name == u"text:soft-page-break" || name.startsWith(u"text:bookmark")
+            || name.startsWith(u"draw:");
         const bool isNote = name == u"text:note" || name == u"office:annotation";
         if (!isInWord)
             mText += u' ';
@@ -289,9 +290,11 @@ void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
     QStringList paths;
     QStringList expected;
     for (int i = testCases(500); i > 0; --i) {
-        // Tables with merged cells or with tables in them bring the office itself down.
-        const auto document =
-            makeRandomDocument(&random, {.mTables = false, .mBrokenPictures = false});
+        // Of merged cells in nested tables the office loses words, and sometimes dies.
+        const bool isNested = i % 2 == 0;
+        const auto document = makeRandomDocument(
+            &random,
+            {.mNestedTables = isNested, .mMergedCells = !isNested, .mBrokenPictures = false});
         paths.append(directory.filePath(u"%1.rtf"_s.arg(i)));
         QString error;
         QVERIFY2(TVLTextRtf::toRtfFile(paths.constLast(), document.get(), &error, false, exporting),
