@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString DefaultTextEncodingKey = u"ImportExport/DefaultTextEncoding"_s;
+
 /** A default that is only known when the application runs. */
 using FontDefault = QFont (*)();
 
@@ -250,6 +252,17 @@ QString TVLOptions::keyText(Int number)
 QString TVLOptions::keyText(Font font)
 {
     return rowOf(FontRows, font).key.toString();
+}
+
+QByteArray TVLOptions::defaultTextEncoding() const
+{
+    return value(DefaultTextEncodingKey).toByteArray();
+}
+
+void TVLOptions::setDefaultTextEncoding(const QByteArray &codec)
+{
+    if (codec != defaultTextEncoding())
+        setValue(DefaultTextEncodingKey, codec);
 }
 
 QVariant TVLOptions::value(const QString &key, const QVariant &defaultValue) const

@@ -2,6 +2,7 @@
 
 #include "TvlExport.h"
 
+#include <QByteArray>
 #include <QFont>
 #include <QObject>
 #include <QStringList>
@@ -87,6 +88,11 @@ public:
     [[nodiscard]] static QString keyText(Flag flag);
     [[nodiscard]] static QString keyText(Int number);
     [[nodiscard]] static QString keyText(Font font);
+
+    /** The encoding of text files that the user has chosen once for all; empty if none. */
+    [[nodiscard]] QByteArray defaultTextEncoding() const;
+    /** Announces the group `ImportExport` if it was another one before; empty to be asked again. */
+    void setDefaultTextEncoding(const QByteArray &codec);
 
     /**
      * The value stored under a key, or @p defaultValue when there is none. Simple values come back

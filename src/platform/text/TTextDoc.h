@@ -74,4 +74,14 @@ public:
 
     /** The names of the pictures in the text, each once, in the order of the text. */
     [[nodiscard]] static QStringList imageResourceIds(const QTextDocument *document);
+
+    /** @name MultiMarkdown, whose signs become part of the text @{ */
+    /**
+     * Writes the pictures to files of a folder and puts their names in MultiMarkdown's form in
+     * their places; a picture that can't be written becomes the words that stand for it.
+     */
+    static void exportImagesToMmd(QTextDocument *document, const QString &directory);
+    /** Puts MultiMarkdown's signs around bold, italic, superscript and subscript text. */
+    static void charFormatToMmd(QTextDocument *document);
+    /** @} */
 };

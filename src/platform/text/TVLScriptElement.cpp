@@ -19,3 +19,13 @@ void TVLScriptElement::setCharFormat(const QTextCharFormat &format)
 {
     mCharFormat = TVLScriptFormats::kept(format, TVLScriptFormats::CharScope).toCharFormat();
 }
+
+QVariant TVLScriptElement::toVariant(const QList<TVLScriptElement> &elements)
+{
+    return QVariant::fromValue(elements);
+}
+
+QList<TVLScriptElement> TVLScriptElement::toScriptElementList(const QVariant &variant)
+{
+    return variant.value<QList<TVLScriptElement>>();
+}

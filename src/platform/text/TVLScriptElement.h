@@ -2,9 +2,11 @@
 
 #include "TvlExport.h"
 
+#include <QList>
 #include <QString>
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
+#include <QVariant>
 
 /**
  * One kind of paragraph in a script, such as a scene heading: its name and its look.
@@ -26,6 +28,11 @@ public:
     void setBlockFormat(const QTextBlockFormat &format);
     [[nodiscard]] QTextCharFormat charFormat() const { return mCharFormat; }
     void setCharFormat(const QTextCharFormat &format);
+
+    /** A list of elements as an option of a conversion. */
+    [[nodiscard]] static QVariant toVariant(const QList<TVLScriptElement> &elements);
+    /** What toVariant() took; empty for any other value. */
+    [[nodiscard]] static QList<TVLScriptElement> toScriptElementList(const QVariant &variant);
 
     friend bool operator==(const TVLScriptElement &, const TVLScriptElement &) = default;
 
