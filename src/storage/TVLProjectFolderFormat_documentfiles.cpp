@@ -11,6 +11,7 @@
 #include "TVLErrorText_p.h"
 #include "TVLFileWriting_p.h"
 #include "TVLOptions.h"
+#include "TVLRtfCheck_p.h"
 #include "TVLTextDoc.h"
 #include "TVLTextFormat.h"
 #include "TVLTextRtfReader.h"
@@ -102,10 +103,14 @@ QString TVLProjectFolderFormat::openForReading(const TVLProjectFile &file,
         return tr("Error: Trying to read directory as a file: '%1'").arg(file.path());
     QString reason;
     // A file that brought the last run down must not do the same to this one.
-    if (!previousRunEndedNormally() && document->documentType() != TVL::SynopsisText
-        && !TVLCoreUtil::IsReadable(file.path(), &reason))
-        return tr("RTF Inspector could not read %1 location: '%2'\nError: %3")
-            .arg(docTypeDescr(document->documentType()), file.path(), reason);
+    if (!previousRunEndedNormally() && document->documentType() != TVL::SynopsisText) {
+        const QString type = docTypeDescr(document->documentType());
+        if (!TVLCoreUtil::IsReadable(file.path(), &reason))
+            return tr("RTF Inspector could not read %1 location: '%2'\nError: %3")
+                .arg(type, file.path(), reason);
+        if (!tvlIsRtfSafeToLoad(file.path(), true))
+            return tr("RTF Inspector could not load %1 file: '%2'").arg(type, file.path());
+    }
     *device = file.open(&reason);
     return *device ? QString() : openFailure(file, document, reason);
 }

@@ -1,9 +1,11 @@
 #include "DocumentFixtures.h"
 #include "TVLOptions.h"
 #include "TVLProjectFolderFormat.h"
+#include "TVLUnattendedMessageBoxes.h"
 #include "TestMain.h"
 #include "TestProject.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +22,7 @@ private Q_SLOTS:
     void aTextIsLookedAtBeforeItIsOpened_data();
     void aTextIsLookedAtBeforeItIsOpened();
     void aSynopsisIsNot();
+    void aTextWithErrorsIsOnlyReadIfTheUserWantsIt();
     void aTextThatIsWholeIsRead();
     void aMissingTextIsNoError();
     void aFolderIsStillReportedAsOne();
@@ -57,6 +60,29 @@ void TstDocumentsAfterCrash::aSynopsisIsNot()
              u"Could not open synopsis file for reading: '%1'\nError: %2"_s.arg(
                  project.path(docsPath(TVL::SynopsisText)), UnopenableFile::errorText()));
     QVERIFY(item.synopsis()->isReadOnly());
+}
+
+void TstDocumentsAfterCrash::aTextWithErrorsIsOnlyReadIfTheUserWantsIt()
+{
+    const TestProject project;
+    project.writeFile(u"inspector"_s, "#!/bin/sh\nexit 1\n");
+    QFile::setPermissions(project.path(u"inspector"_s),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("TAVEL_RTFI", project.path(u"inspector"_s).toUtf8());
+    project.writeFile(docsPath(TVL::MainText), rtfOf("Once"));
+    TVLUnattendedMessageBoxes boxes;
+    LoadedItem item;
+    QString error;
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
+    QCOMPARE(error,
+             u"RTF Inspector could not load document file: '%1'"_s.arg(
+                 project.path(docsPath(TVL::MainText))));
+    QVERIFY(item.text()->isReadOnly());
+    QCOMPARE(boxes.takeBoxes().size(), 1);
+    // The answer holds for this run.
+    QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
+    QCOMPARE(boxes.takeBoxes().size(), 0);
+    qunsetenv("TAVEL_RTFI");
 }
 
 void TstDocumentsAfterCrash::aTextThatIsWholeIsRead()
