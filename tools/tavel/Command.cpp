@@ -132,7 +132,7 @@ ExitStatus runCommandLine(const QStringList &arguments, Console *console)
 {
     const QList<Command> commands = QList<Command>{newCommand(), infoCommand(),   outlineCommand(),
                                                    catCommand(), importCommand(), searchCommand()}
-        + snapshotCommands() + QList<Command>{checkCommand()};
+        + snapshotCommands() + QList<Command>{checkCommand(), convertCommand()};
 
     QCommandLineParser parser;
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);

@@ -45,6 +45,7 @@ struct Command
 [[nodiscard]] Command searchCommand();
 [[nodiscard]] QList<Command> snapshotCommands();
 [[nodiscard]] Command checkCommand();
+[[nodiscard]] Command convertCommand();
 
 /** Runs what the command line asks for; @p arguments begin with the program's name. */
 [[nodiscard]] ExitStatus runCommandLine(const QStringList &arguments, Console *console);
