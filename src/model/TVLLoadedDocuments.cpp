@@ -2,6 +2,7 @@
 
 #include "TVLAnnouncing_p.h"
 #include "TVLDocumentSave_p.h"
+#include "TVLHeldItem_p.h"
 #include "TVLMessageBox.h"
 #include "TVLNodeDocuments_p.h"
 #include "TVLProjectFolderFormat.h"
@@ -137,6 +138,10 @@ void TVLLoadedDocuments::leave(const TVLProjectNode *node)
 void TVLLoadedDocuments::load(TVLProjectNode *node)
 {
     if (!node || node->mSynopsisDocument)
+        return;
+    const TVLHeldItem held(mModel, node);
+    mFolder->inspectTexts(node->mId);
+    if (held.node() != node || node->mSynopsisDocument)
         return;
     const QString title = node->mTitle;
     QStringList errors;

@@ -369,6 +369,12 @@ public:
      * @{
      */
     /**
+     * In the run behind one that came to no regular end, has an item's texts looked through and
+     * asks about errors in them, so that readDocuments() needs to ask nothing. Boxes run the event
+     * loop.
+     */
+    void inspectTexts(int id) const;
+    /**
      * Reads a document's file, if there is one. On failure the document becomes read-only, so that
      * nothing is ever written over what could not be read.
      */

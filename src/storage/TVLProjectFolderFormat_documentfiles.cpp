@@ -81,6 +81,14 @@ bool TVLProjectFolderFormat::readDocument(const QString &path, const TVLProjectN
     return file.isMissing() || readDocumentFile(file, document, error);
 }
 
+void TVLProjectFolderFormat::inspectTexts(int id) const
+{
+    if (id < 0 || previousRunEndedNormally())
+        return;
+    for (const TVL::DocumentType type : {TVL::MainText, TVL::NotesText})
+        (void)tvlIsRtfSafeToLoad(TVLProjectFile(mProjectPath, id, type).path(), true);
+}
+
 bool TVLProjectFolderFormat::readDocumentFile(const TVLProjectFile &file, TVLTextDocument *document,
                                               QString *error)
 {
@@ -240,6 +248,7 @@ bool TVLProjectFolderFormat::readDocuments(TVLProjectNode *node, const TVLBinder
 {
     // A folder that was there and isn't now has not lost its texts for that: it is on a disk that
     // is away, or a program that keeps folders in step is about to put it back.
+    const TVLSilentRtfCheck silent; // The node must not go meanwhile; see inspectTexts().
     const bool isFolderThere = hasDocumentsFolder();
     const bool isFolderAway = mHadDocuments && !isFolderThere;
     mHadDocuments = mHadDocuments || isFolderThere;

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aTextIsLookedAtBeforeItIsOpened();
     void aSynopsisIsNot();
     void aTextWithErrorsIsOnlyReadIfTheUserWantsIt();
+    void readingAllTextsOfAnItemAsksNothing();
     void aTextThatIsWholeIsRead();
     void aMissingTextIsNoError();
     void aFolderIsStillReportedAsOne();
@@ -82,6 +83,31 @@ void TstDocumentsAfterCrash::aTextWithErrorsIsOnlyReadIfTheUserWantsIt()
     // The answer holds for this run.
     QVERIFY(!Format::readDocument(project.path(), item.node(), item.text(), &error));
     QCOMPARE(boxes.takeBoxes().size(), 0);
+    qunsetenv("TAVEL_RTFI");
+}
+
+void TstDocumentsAfterCrash::readingAllTextsOfAnItemAsksNothing()
+{
+    const TestProject project;
+    project.writeFile(u"inspector"_s, "#!/bin/sh\nexit 1\n");
+    QFile::setPermissions(project.path(u"inspector"_s),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("TAVEL_RTFI", project.path(u"inspector"_s).toUtf8());
+    project.writeFile(docsPath(TVL::MainText), rtfOf("Once"));
+    TVLUnattendedMessageBoxes boxes;
+    boxes.setAnswer(QMessageBox::Yes);
+    LoadedItem item;
+    QStringList errors;
+    const Format format(project.path(), TVL::FormatVersion18);
+    QVERIFY(!format.readDocuments(item.node(), nullptr, &errors));
+    QCOMPARE(boxes.takeBoxes().size(), 0);
+    QCOMPARE(errors,
+             QStringList(u"RTF Inspector could not load document file: '%1'"_s.arg(
+                 project.path(docsPath(TVL::MainText)))));
+    // Once the user wants it, it is read.
+    format.inspectTexts(item.node()->mId);
+    QCOMPARE(boxes.takeBoxes().size(), 1);
+    QVERIFY(format.readDocuments(item.node(), nullptr, nullptr));
     qunsetenv("TAVEL_RTFI");
 }
 

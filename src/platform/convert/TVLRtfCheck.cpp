@@ -18,6 +18,8 @@ constexpr int MillisecondsPerFile = 15'000;
 
 enum class Verdict { Sound, HasErrors, Failed };
 
+int silentChecks = 0; ///< How many TVLSilentRtfCheck live.
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("TVLTextTransform", text);
@@ -69,18 +71,14 @@ bool isWantedAllTheSame(const QString &path)
     return answer == QMessageBox::Yes;
 }
 
-bool isSafe(const QFileInfo &tool, const QString &path)
+/** What the program finds or, where it finds errors, the user wants. */
+bool isSafe(Verdict verdict, const QString &path)
 {
-    switch (inspect(tool, path)) {
-    case Verdict::Sound:
-        return true;
-    case Verdict::HasErrors:
+    if (verdict == Verdict::HasErrors)
         return isWantedAllTheSame(path);
-    case Verdict::Failed:
-        break;
-    }
-    tellOfFailure(path);
-    return false;
+    if (verdict == Verdict::Failed)
+        tellOfFailure(path);
+    return verdict == Verdict::Sound;
 }
 
 } // namespace
@@ -95,8 +93,21 @@ bool tvlIsRtfSafeToLoad(const QString &path, bool remember)
     if (!QFileInfo::exists(path))
         return false;
     const QFileInfo tool = inspector();
-    const bool verdict = !tool.isFile() || isSafe(tool, path);
+    const Verdict found = tool.isFile() ? inspect(tool, path) : Verdict::Sound;
+    if (silentChecks > 0 && found != Verdict::Sound)
+        return false;
+    const bool verdict = isSafe(found, path);
     if (remember)
         verdicts.insert(path, verdict);
     return verdict;
+}
+
+TVLSilentRtfCheck::TVLSilentRtfCheck()
+{
+    ++silentChecks;
+}
+
+TVLSilentRtfCheck::~TVLSilentRtfCheck()
+{
+    --silentChecks;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 class QString;
 
 /**
@@ -8,3 +10,15 @@ class QString;
  * TVLTextTransform::isRtfSafeToLoad().
  */
 [[nodiscard]] bool tvlIsRtfSafeToLoad(const QString &path, bool remember);
+
+/**
+ * Keeps checks from showing boxes while it lives, for work that no event loop may run in: a text
+ * with errors isn't safe then, unless the user has said otherwise before, and isn't remembered.
+ */
+class TVLSilentRtfCheck
+{
+public:
+    TVLSilentRtfCheck();
+    ~TVLSilentRtfCheck();
+    Q_DISABLE_COPY_MOVE(TVLSilentRtfCheck)
+};
