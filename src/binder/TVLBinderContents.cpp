@@ -6,6 +6,24 @@
 #include <QFile>
 #include <QPrinter>
 
+#include <variant>
+
+namespace {
+
+/** The last name of one of the two kinds. */
+template <typename Name>
+std::optional<Name> lastName(const QList<TVLBinderSections::ItemName> &names)
+{
+    std::optional<Name> last;
+    for (const TVLBinderSections::ItemName &name : names) {
+        if (const Name *found = std::get_if<Name>(&name))
+            last = *found;
+    }
+    return last;
+}
+
+} // namespace
+
 TVLBinderContents::TVLBinderContents()
     : mRoot(std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid()), nullptr))
 {
@@ -37,23 +55,35 @@ void TVLBinderContents::enterNodes(const QList<TVLProjectNode *> &nodes)
     tvlEnterNodes(nodes, &mIds, &mUuids);
 }
 
-bool TVLBinderContents::addFavorite(int id)
+std::optional<QUuid> TVLBinderContents::namedTemplateFolderUuid() const
 {
+    return lastName<QUuid>(mSections.mTemplateFolderNames);
+}
+
+std::optional<int> TVLBinderContents::namedTemplateFolderId() const
+{
+    return lastName<int>(mSections.mTemplateFolderNames);
+}
+
+bool TVLBinderContents::adoptSection(TVLBinderSection section)
+{
+    if (section != TVLBinderSection::Favorites)
+        return true;
     // As a model finds an item by its id: through the uuid.
-    const QUuid uuid = mIds.value(id);
-    const bool isItem = id >= 0 && !uuid.isNull() && mUuids.contains(uuid);
-    (isItem ? mFavoriteIds : mDeadFavorites).append(id);
+    mSections.mFavorites.removeIf([this](int id) {
+        const QUuid uuid = mIds.value(id);
+        const bool isItem = id >= 0 && !uuid.isNull() && mUuids.contains(uuid);
+        if (!isItem)
+            mDeadFavorites.append(id);
+        return !isItem;
+    });
     return true;
 }
 
-QPrinter *TVLBinderContents::printer() const
+TVLBinderSections TVLBinderContents::binderSections() const
 {
-    if (!mPrinter)
-        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
-    return mPrinter.get();
-}
-
-void TVLBinderContents::setPrinter(QPrinter *printer)
-{
-    mPrinter.reset(printer);
+    TVLBinderSections sections = mSections;
+    if (!sections.mPrinter)
+        sections.mPrinter = std::make_shared<QPrinter>(QPrinter::PrinterResolution);
+    return sections;
 }

@@ -35,122 +35,28 @@ public:
      */
     [[nodiscard]] QList<int> deadFavorites() const { return mDeadFavorites; }
     /** What the binder names the template folder by; nothing when it names none. */
-    [[nodiscard]] std::optional<QUuid> namedTemplateFolderUuid() const
-    {
-        return mTemplateFolderUuid;
-    }
-    [[nodiscard]] std::optional<int> namedTemplateFolderId() const { return mTemplateFolderId; }
+    [[nodiscard]] std::optional<QUuid> namedTemplateFolderUuid() const;
+    [[nodiscard]] std::optional<int> namedTemplateFolderId() const;
+    /** What the binder says beside its items. */
+    [[nodiscard]] const TVLBinderSections &sections() const { return mSections; }
 
     [[nodiscard]] TVLProjectNode *binderRoot() const override { return mRoot.get(); }
     [[nodiscard]] bool isMobileProject() const override { return false; }
     [[nodiscard]] TVL::FormatVersion formatVersion() const override { return TVL::NoFormatVersion; }
-    [[nodiscard]] QString deviceName() const override { return mInfo.mDevice; }
-    [[nodiscard]] TVLProjectInfo info() const override { return mInfo; }
-
-    [[nodiscard]] QString labelTitle() const override { return mLabelTitle; }
-    [[nodiscard]] int defaultLabelIdentity() const override { return mDefaultLabelId; }
-    [[nodiscard]] QList<TVLLabel> labels() const override { return mLabels; }
-    [[nodiscard]] QString statusTitle() const override { return mStatusTitle; }
-    [[nodiscard]] int defaultStatusIdentity() const override { return mDefaultStatusId; }
-    [[nodiscard]] QList<TVLStatusItem> statusItems() const override { return mStatusItems; }
-    [[nodiscard]] QUuid templateFolderUuid() const override { return {}; }
-    [[nodiscard]] QList<TVLCollectionMetaData> collections() const override { return mCollections; }
-    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override { return mKeywords; }
-    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const override
-    {
-        return mFields;
-    }
-    [[nodiscard]] QString projectProperty(const QString &tag) const override
-    {
-        return mProperties.value(tag);
-    }
-    [[nodiscard]] TVLDraftTarget draftTarget() const override { return mDraftTarget; }
-    [[nodiscard]] TVLSessionTarget sessionTarget() const override { return mSessionTarget; }
-    [[nodiscard]] bool notifyTargets() const override { return mNotifyTargets; }
-    [[nodiscard]] QList<int> favoriteIds() const override { return mFavoriteIds; }
-    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const override
-    {
-        return mAutoCompleteList;
-    }
-    [[nodiscard]] bool backupIncluded() const override { return mBackupIncluded; }
-    [[nodiscard]] QVariant fullScreenBackdrop() const override { return mBackdrop; }
-    [[nodiscard]] QList<TVLReference> projectReferences() const override { return mReferences; }
-    [[nodiscard]] QPrinter *printer() const override;
-    [[nodiscard]] QString userProjectData() const override { return {}; }
-
     [[nodiscard]] QMap<int, QUuid> idToUuid() const override { return mIds; }
+    [[nodiscard]] TVLBinderSections binderSections() const override;
 
-    void beginBinderRead() override { }
+    TVLBinderSections *beginBinderRead() override { return &mSections; }
     void endBinderRead() override { }
+    void setInfo(const TVLProjectInfo &info) override { mSections.mInfo = info; }
     void enterNodes(const QList<TVLProjectNode *> &nodes) override;
-    void setInfo(const TVLProjectInfo &info) override { mInfo = info; }
-    void setLabels(const QList<TVLLabel> &labels) override { mLabels = labels; }
-    void setDefaultLabelIdentity(int id) override { mDefaultLabelId = id; }
-    void setLabelTitle(const QString &title) override { mLabelTitle = title; }
-    void setStatusItems(const QList<TVLStatusItem> &items) override { mStatusItems = items; }
-    void setDefaultStatusIdentity(int id) override { mDefaultStatusId = id; }
-    void setStatusTitle(const QString &title) override { mStatusTitle = title; }
-    void adoptTemplateFolder(const QUuid &uuid) override { mTemplateFolderUuid = uuid; }
-    void adoptTemplateFolder(int id) override { mTemplateFolderId = id; }
-    void setCollections(const QList<TVLCollectionMetaData> &collections) override
-    {
-        mCollections = collections;
-    }
-    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override
-    {
-        mKeywords += keywords;
-    }
-    void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) override
-    {
-        mFields = settings;
-    }
-    void setProjectProperty(const QString &tag, const QString &value) override
-    {
-        mProperties.insert(tag, value);
-    }
-    void setDraftTarget(const TVLDraftTarget &target) override { mDraftTarget = target; }
-    void setSessionTarget(const TVLSessionTarget &target) override { mSessionTarget = target; }
-    void setNotifyTargets(bool notify) override { mNotifyTargets = notify; }
     /** Always true: what can't be a favorite is told by deadFavorites(). */
-    [[nodiscard]] bool addFavorite(int id) override;
-    void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) override
-    {
-        mAutoCompleteList = items;
-    }
-    void adoptBackupIncluded(bool included) override { mBackupIncluded = included; }
-    void setFullScreenBackdrop(int nodeId) override { mBackdrop = nodeId; }
-    void setFullScreenBackdrop(const QString &filePath) override { mBackdrop = filePath; }
-    void setProjectReferences(const QList<TVLReference> &references) override
-    {
-        mReferences = references;
-    }
-    void setPrinter(QPrinter *printer) override;
+    [[nodiscard]] bool adoptSection(TVLBinderSection section) override;
 
 private:
     std::unique_ptr<TVLProjectNode> mRoot;
     QMap<int, QUuid> mIds;
     QMap<QUuid, TVLProjectNode *> mUuids;
-    TVLProjectInfo mInfo;
-    QString mLabelTitle;
-    int mDefaultLabelId = -1;
-    QList<TVLLabel> mLabels;
-    QString mStatusTitle;
-    int mDefaultStatusId = -1;
-    QList<TVLStatusItem> mStatusItems;
-    std::optional<QUuid> mTemplateFolderUuid;
-    std::optional<int> mTemplateFolderId;
-    QList<TVLCollectionMetaData> mCollections;
-    QList<TVLBinderKeyword> mKeywords;
-    TVLCustomMetaDataSettings mFields;
-    QMap<QString, QString> mProperties;
-    TVLDraftTarget mDraftTarget;
-    TVLSessionTarget mSessionTarget;
-    bool mNotifyTargets = false;
-    QList<int> mFavoriteIds;
+    TVLBinderSections mSections;
     QList<int> mDeadFavorites;
-    QList<TVLAutoCompleteItem> mAutoCompleteList;
-    bool mBackupIncluded = true;
-    QVariant mBackdrop;
-    QList<TVLReference> mReferences;
-    mutable std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
 };

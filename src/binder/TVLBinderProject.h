@@ -16,13 +16,71 @@
 #include <QUuid>
 #include <QVariant>
 
+#include <memory>
+#include <variant>
+
 class QPrinter;
 class TVLProjectNode;
 
+/** The parts of a binder that a project takes over from its reader, each as a whole. */
+enum class TVLBinderSection {
+    Labels,
+    StatusItems,
+    TemplateFolder,
+    Collections,
+    Keywords,
+    CustomMetaDataSettings,
+    Properties,
+    Targets,
+    Favorites,
+    AutoCompleteList,
+    Backup,
+    FullScreenBackdrop,
+    ProjectReferences,
+    Printer,
+};
+
 /**
- * What the binder's reader and writer know of a project: the writer asks it, the reader fills it.
+ * What a binder says beside its items: the reader fills it, the writer writes it. Nothing in it
+ * acts by itself.
+ */
+struct TVLBinderSections
+{
+    /** A template folder as a binder names it: by its uuid, or by its id in older ones. */
+    using ItemName = std::variant<QUuid, int>;
+
+    TVLProjectInfo mInfo; ///< What the root element says.
+    QString mLabelTitle;
+    int mDefaultLabelId = -1;
+    QList<TVLLabel> mLabels;
+    QString mStatusTitle;
+    int mDefaultStatusId = -1;
+    QList<TVLStatusItem> mStatusItems;
+    QUuid mTemplateFolderUuid; ///< What is written; null for none. The reader leaves it alone.
+    QList<ItemName> mTemplateFolderNames; ///< What was read; the last one of an item counts.
+    QList<TVLCollectionMetaData> mCollections;
+    /** Each behind the one that it is part of. Of those with the same identity the last counts. */
+    QList<TVLBinderKeyword> mKeywords;
+    TVLCustomMetaDataSettings mCustomMetaDataSettings;
+    QMap<QString, QString> mProperties; ///< By the tags of `ProjectProperties`.
+    TVLDraftTarget mDraftTarget;
+    TVLSessionTarget mSessionTarget;
+    bool mNotifyTargets = false; ///< Whether the user is told when a target is reached.
+    QList<int> mFavorites; ///< Ids in their order.
+    QList<TVLAutoCompleteItem> mAutoCompleteList;
+    bool mBackupIncluded = true; ///< Whether automatic backups take the project.
+    /** An int, the id of an item, or a QString, the path of an image; invalid for nothing. */
+    QVariant mFullScreenBackdrop;
+    QList<TVLReference> mProjectReferences;
+    std::shared_ptr<QPrinter> mPrinter; ///< The page set-up; null only where none is written.
+    QString mUserProjectData; ///< Raw text with its tags; empty for none. The reader skips it.
+};
+
+/**
+ * What the binder's reader and writer know of a project: the writer asks it for a record of
+ * sections, the reader fills one and tells when.
  *
- * TVLProjectModel implements it.
+ * TVLProjectModel implements it, and TVLBinderContents does, which holds a binder as it stands.
  */
 class TVL_EXPORT TVLBinderProject
 {
@@ -33,95 +91,33 @@ public:
 
     /** The hidden root of the tree. */
     [[nodiscard]] virtual TVLProjectNode *binderRoot() const = 0;
-
     /** Whether this is the mobile copy of a project, whose binder says less. */
     [[nodiscard]] virtual bool isMobileProject() const = 0;
     [[nodiscard]] virtual TVL::FormatVersion formatVersion() const = 0;
-    [[nodiscard]] virtual QString deviceName() const = 0;
-    [[nodiscard]] virtual TVLProjectInfo info() const = 0;
-
-    [[nodiscard]] virtual QString labelTitle() const = 0;
-    [[nodiscard]] virtual int defaultLabelIdentity() const = 0;
-    [[nodiscard]] virtual QList<TVLLabel> labels() const = 0;
-    [[nodiscard]] virtual QString statusTitle() const = 0;
-    [[nodiscard]] virtual int defaultStatusIdentity() const = 0;
-    [[nodiscard]] virtual QList<TVLStatusItem> statusItems() const = 0;
-
-    /** Uuid of the template folder; null when there is none in the tree. */
-    [[nodiscard]] virtual QUuid templateFolderUuid() const = 0;
-    [[nodiscard]] virtual QList<TVLCollectionMetaData> collections() const = 0;
-    /** All keywords, each behind the one that it is part of. */
-    [[nodiscard]] virtual QList<TVLBinderKeyword> projectKeywords() const = 0;
-
-    [[nodiscard]] virtual TVLCustomMetaDataSettings customMetaDataSettings() const = 0;
-    /** What the project says under one of the tags of `ProjectProperties`; empty for nothing. */
-    [[nodiscard]] virtual QString projectProperty(const QString &tag) const = 0;
-    [[nodiscard]] virtual TVLDraftTarget draftTarget() const = 0;
-    [[nodiscard]] virtual TVLSessionTarget sessionTarget() const = 0;
-    /** Whether the user is told when a target is reached. */
-    [[nodiscard]] virtual bool notifyTargets() const = 0;
-    /** Ids of the favorite items in their order; only of items that are there. */
-    [[nodiscard]] virtual QList<int> favoriteIds() const = 0;
-    [[nodiscard]] virtual QList<TVLAutoCompleteItem> autoCompleteList() const = 0;
-    /** Whether automatic backups take the project. */
-    [[nodiscard]] virtual bool backupIncluded() const = 0;
-    /** An int, the id of an item, or a QString, the path of an image; invalid for nothing. */
-    [[nodiscard]] virtual QVariant fullScreenBackdrop() const = 0;
-    [[nodiscard]] virtual QList<TVLReference> projectReferences() const = 0;
-    /** The page set-up, never null; the project's own. */
-    [[nodiscard]] virtual QPrinter *printer() const = 0;
-
-    /** The part of the binder that is kept as raw text, with its tags; empty for none. */
-    [[nodiscard]] virtual QString userProjectData() const = 0;
-
     /** Which item an id stands for; only items that have an id are in it. */
     [[nodiscard]] virtual QMap<int, QUuid> idToUuid() const = 0;
+    /** What is to be written. That of a mobile project may lack what its binder doesn't say. */
+    [[nodiscard]] virtual TVLBinderSections binderSections() const = 0;
 
-    /** A read begins: changes don't count as the user's, and the node maps become empty. */
-    virtual void beginBinderRead() = 0;
+    /**
+     * A read begins: changes don't count as the user's, and the node maps become empty. Gives the
+     * record that the reader puts each section into once it has read the whole of it; the record is
+     * the project's and stays until endBinderRead().
+     */
+    virtual TVLBinderSections *beginBinderRead() = 0;
     /** The read is over, successful or not. */
     virtual void endBinderRead() = 0;
-
     virtual void setInfo(const TVLProjectInfo &info) = 0;
-
     /**
      * Enters the nodes that the reader made, in binder order, in the maps by uuid and, if they have
      * one, by id; see tvlEnterNodes(). Comes once all items have been read, or as many as could be.
      */
     virtual void enterNodes(const QList<TVLProjectNode *> &nodes) = 0;
-
-    virtual void setLabels(const QList<TVLLabel> &labels) = 0;
-    virtual void setDefaultLabelIdentity(int id) = 0;
-    virtual void setLabelTitle(const QString &title) = 0;
-    virtual void setStatusItems(const QList<TVLStatusItem> &items) = 0;
-    virtual void setDefaultStatusIdentity(int id) = 0;
-    virtual void setStatusTitle(const QString &title) = 0;
-
-    /** The item becomes the template folder; ignored when no item has the uuid. */
-    virtual void adoptTemplateFolder(const QUuid &uuid) = 0;
-    /** The item with the id becomes the template folder, as older binders name it;
-     * ignored when no item has it. */
-    virtual void adoptTemplateFolder(int id) = 0;
-    virtual void setCollections(const QList<TVLCollectionMetaData> &collections) = 0;
-    /** Adds keywords, each behind the one that it is part of. Of those with the same identity the
-     * last counts. */
-    virtual void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) = 0;
-
-    virtual void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) = 0;
-    virtual void setProjectProperty(const QString &tag, const QString &value) = 0;
-    virtual void setDraftTarget(const TVLDraftTarget &target) = 0;
-    virtual void setSessionTarget(const TVLSessionTarget &target) = 0;
-    virtual void setNotifyTargets(bool notify) = 0;
-    /** Makes an item the last favorite; false when no item has the id. */
-    [[nodiscard]] virtual bool addFavorite(int id) = 0;
-    virtual void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) = 0;
-    /** Takes over what a binder says of backups; the project counts as modified after the read. */
-    virtual void adoptBackupIncluded(bool included) = 0;
-    virtual void setFullScreenBackdrop(int nodeId) = 0;
-    virtual void setFullScreenBackdrop(const QString &filePath) = 0;
-    virtual void setProjectReferences(const QList<TVLReference> &references) = 0;
-    /** Takes ownership of @p printer. */
-    virtual void setPrinter(QPrinter *printer) = 0;
+    /**
+     * A section stands in the record. Those that name items come once all items have been entered.
+     * False when the project can't take it, with which the read fails.
+     */
+    [[nodiscard]] virtual bool adoptSection(TVLBinderSection section) = 0;
 };
 
 /**

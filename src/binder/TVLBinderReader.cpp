@@ -21,11 +21,13 @@ using namespace TVLBinderTags;
 namespace Attribute = TVLBinderAttributes;
 namespace Words = TVLBinderWords;
 
-/** A project-level element and what reads it. */
+/** A project-level element, what reads it, and as what the project takes it over at once; nothing
+ * is taken over of what waits for all items, see settleSections(). */
 struct TVLBinderReader::Section
 {
     const QString &tag;
     SectionReader read;
+    std::optional<TVLBinderSection> section;
 };
 
 TVLBinderReader::TVLBinderReader()
@@ -43,9 +45,10 @@ TVLBinderReader::TVLBinderReader(QIODevice *device)
 bool TVLBinderReader::readProject(TVLBinderProject *project, TVLProjectNode *root)
 {
     mProject = project;
-    mProject->beginBinderRead();
+    mSections = mProject->beginBinderRead();
     const bool ok = readProjectPrivate(root);
     mProject->endBinderRead();
+    mSections = nullptr;
     mProject = nullptr;
     return ok;
 }
@@ -90,22 +93,25 @@ bool TVLBinderReader::readStartDocument(TVLBinderProject *project)
 bool TVLBinderReader::readProjectPrivate(TVLProjectNode *root)
 {
     static const Section sections[] = {
-        {LabelSettings, &TVLBinderReader::readLabels},
-        {StatusSettings, &TVLBinderReader::readStatusItems},
-        {TemplateFolderUUID, &TVLBinderReader::readTemplateFolderUuid},
-        {TemplateFolderID, &TVLBinderReader::readTemplateFolderId},
-        {Collections, &TVLBinderReader::readProjectCollections},
-        {Keywords, &TVLBinderReader::readProjectKeywords},
-        {CustomMetaDataSettings, &TVLBinderReader::readCustomMetaDataSettings},
-        {ProjectProperties, &TVLBinderReader::readProjectProperties},
-        {ProjectTargets, &TVLBinderReader::readProjectTargets},
-        {Favorites, &TVLBinderReader::readFavorites},
-        {AutoCompleteList, &TVLBinderReader::readAutoCompleteList},
-        {BackupSettings, &TVLBinderReader::readBackupSettings},
-        {FullScreenBackdrop, &TVLBinderReader::readFullScreenBackdrop},
-        {ProjectReferences, &TVLBinderReader::readReferencesOfProject},
-        {PrintSettings, &TVLBinderReader::readPrintSettings},
-        {UserProjectData, &TVLBinderReader::readUserProjectData},
+        {LabelSettings, &TVLBinderReader::readLabels, TVLBinderSection::Labels},
+        {StatusSettings, &TVLBinderReader::readStatusItems, TVLBinderSection::StatusItems},
+        {TemplateFolderUUID, &TVLBinderReader::readTemplateFolderUuid, {}},
+        {TemplateFolderID, &TVLBinderReader::readTemplateFolderId, {}},
+        {Collections, &TVLBinderReader::readProjectCollections, {}},
+        {Keywords, &TVLBinderReader::readProjectKeywords, TVLBinderSection::Keywords},
+        {CustomMetaDataSettings, &TVLBinderReader::readCustomMetaDataSettings, {}},
+        {ProjectProperties, &TVLBinderReader::readProjectProperties, TVLBinderSection::Properties},
+        {ProjectTargets, &TVLBinderReader::readProjectTargets, TVLBinderSection::Targets},
+        {Favorites, &TVLBinderReader::readFavorites, {}},
+        {AutoCompleteList, &TVLBinderReader::readAutoCompleteList,
+         TVLBinderSection::AutoCompleteList},
+        {BackupSettings, &TVLBinderReader::readBackupSettings, {}},
+        {FullScreenBackdrop, &TVLBinderReader::readFullScreenBackdrop,
+         TVLBinderSection::FullScreenBackdrop},
+        {ProjectReferences, &TVLBinderReader::readReferencesOfProject,
+         TVLBinderSection::ProjectReferences},
+        {PrintSettings, &TVLBinderReader::readPrintSettings, TVLBinderSection::Printer},
+        {UserProjectData, &TVLBinderReader::readUserProjectData, {}},
     };
 
     if (!readStartDocument(mProject) || !expectElement(TavelinorProject, __LINE__))
@@ -122,7 +128,8 @@ bool TVLBinderReader::readProjectPrivate(TVLProjectNode *root)
         if (section == std::end(sections)) {
             qDebug() << "Skipped Binder XML tag:" << name().toString();
             skipCurrentElement();
-        } else if (!(this->*section->read)()) {
+        } else if (!(this->*section->read)()
+                   || (section->section && !mProject->adoptSection(*section->section))) {
             return false;
         }
     }

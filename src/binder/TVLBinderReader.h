@@ -9,7 +9,6 @@
 #include <QXmlStreamReader>
 
 #include <optional>
-#include <variant>
 
 class TVLProjectNodeProperties;
 
@@ -177,7 +176,7 @@ private:
     [[nodiscard]] bool readPrintSettings();
     void readPageSetupElement(PageSetup *setup);
     [[nodiscard]] bool readUserProjectData();
-    /** Does what had to wait for all items. */
+    /** Hands over what had to wait for all items. */
     [[nodiscard]] bool settleSections();
     [[nodiscard]] TVLCollectionMetaData readCollection();
     void readSearchSettings(TVLCollectionMetaData *collection);
@@ -194,12 +193,10 @@ private:
     [[nodiscard]] bool readSnapshot(TVLSnapshotInfo *snapshot);
     [[nodiscard]] bool readProjectNote(QPair<int, TVLTextInternalLinkMap> *note);
 
-    // A template folder as the binder names it.
-    using ItemName = std::variant<QUuid, int>;
-
     TVLBinderProject *mProject = nullptr;
+    TVLBinderSections *mSections = nullptr; ///< The project's.
     // What refers to items waits for all of them.
-    QList<ItemName> mTemplateFolders;
+    QList<TVLBinderSections::ItemName> mTemplateFolders;
     std::optional<QList<TVLCollectionMetaData>> mCollections;
     std::optional<TVLCustomMetaDataSettings> mCustomMetaDataSettings;
     QList<int> mFavorites;

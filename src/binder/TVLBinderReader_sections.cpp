@@ -40,9 +40,9 @@ bool TVLBinderReader::readLabels()
     }
     if (hasError())
         return false;
-    mProject->setLabels(labels);
-    mProject->setDefaultLabelIdentity(defaultId);
-    mProject->setLabelTitle(title);
+    mSections->mLabels = labels;
+    mSections->mDefaultLabelId = defaultId;
+    mSections->mLabelTitle = title;
     return true;
 }
 
@@ -79,9 +79,9 @@ bool TVLBinderReader::readStatusItems()
     }
     if (hasError())
         return false;
-    mProject->setStatusItems(items);
-    mProject->setDefaultStatusIdentity(defaultId);
-    mProject->setStatusTitle(title);
+    mSections->mStatusItems = items;
+    mSections->mDefaultStatusId = defaultId;
+    mSections->mStatusTitle = title;
     return true;
 }
 
@@ -210,7 +210,7 @@ bool TVLBinderReader::readProjectKeywords()
     QList<TVLBinderKeyword> keywords;
     if (!readKeywordTree(&keywords))
         return false;
-    mProject->addProjectKeywords(keywords);
+    mSections->mKeywords += keywords;
     return true;
 }
 

@@ -126,8 +126,7 @@ bool TVLBinderReader::readProjectProperties()
     }
     if (hasError())
         return false;
-    for (auto property = properties.cbegin(); property != properties.cend(); ++property)
-        mProject->setProjectProperty(property.key(), property.value());
+    mSections->mProperties.insert(properties);
     return true;
 }
 
@@ -146,9 +145,9 @@ bool TVLBinderReader::readProjectTargets()
     }
     if (hasError())
         return false;
-    mProject->setDraftTarget(draft);
-    mProject->setSessionTarget(session);
-    mProject->setNotifyTargets(notify);
+    mSections->mDraftTarget = draft;
+    mSections->mSessionTarget = session;
+    mSections->mNotifyTargets = notify;
     return true;
 }
 
@@ -212,7 +211,7 @@ bool TVLBinderReader::readAutoCompleteList()
     }
     if (hasError())
         return false;
-    mProject->setAutoCompleteList(items);
+    mSections->mAutoCompleteList = items;
     return true;
 }
 
@@ -241,9 +240,9 @@ bool TVLBinderReader::readFullScreenBackdrop()
         bool ok = false;
         const int id = text.toInt(&ok);
         if (ok && id >= 0)
-            mProject->setFullScreenBackdrop(id);
+            mSections->mFullScreenBackdrop = id;
     } else if (type == Words::ImageBackdrop && !text.isEmpty()) {
-        mProject->setFullScreenBackdrop(text);
+        mSections->mFullScreenBackdrop = text;
     }
     return true;
 }
@@ -253,7 +252,7 @@ bool TVLBinderReader::readReferencesOfProject()
     QList<TVLReference> references;
     if (!readProjectReferences(&references))
         return false;
-    mProject->setProjectReferences(references);
+    mSections->mProjectReferences = references;
     return true;
 }
 
@@ -267,14 +266,14 @@ bool TVLBinderReader::readProjectReferences(QList<TVLReference> *references)
 
 bool TVLBinderReader::readPrintSettings()
 {
-    auto printer = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+    auto printer = std::make_shared<QPrinter>(QPrinter::PrinterResolution);
     PageSetup setup(*printer);
     while (readNextStartElement())
         readPageSetupElement(&setup);
     if (hasError())
         return false;
     setup.applyTo(printer.get());
-    mProject->setPrinter(printer.release());
+    mSections->mPrinter = std::move(printer);
     return true;
 }
 
@@ -302,17 +301,28 @@ void TVLBinderReader::readPageSetupElement(PageSetup *setup)
 
 bool TVLBinderReader::settleSections()
 {
-    for (const ItemName &folder : std::as_const(mTemplateFolders))
-        std::visit([this](const auto &item) { mProject->adoptTemplateFolder(item); }, folder);
-    if (mCollections)
-        mProject->setCollections(*mCollections);
-    if (mCustomMetaDataSettings)
-        mProject->setCustomMetaDataSettings(*mCustomMetaDataSettings);
-    if (!std::all_of(mFavorites.cbegin(), mFavorites.cend(),
-                     [this](int id) { return mProject->addFavorite(id); }))
-        return false;
+    const auto adopt = [this](TVLBinderSection section) { return mProject->adoptSection(section); };
+    bool ok = true;
+    if (!mTemplateFolders.isEmpty()) {
+        mSections->mTemplateFolderNames = mTemplateFolders;
+        ok = adopt(TVLBinderSection::TemplateFolder);
+    }
+    if (ok && mCollections) {
+        mSections->mCollections = *mCollections;
+        ok = adopt(TVLBinderSection::Collections);
+    }
+    if (ok && mCustomMetaDataSettings) {
+        mSections->mCustomMetaDataSettings = *mCustomMetaDataSettings;
+        ok = adopt(TVLBinderSection::CustomMetaDataSettings);
+    }
+    if (ok && !mFavorites.isEmpty()) {
+        mSections->mFavorites = mFavorites;
+        ok = adopt(TVLBinderSection::Favorites);
+    }
     // The project counts as changed by it, which one that was read in part must not.
-    if (mBackupIncluded)
-        mProject->adoptBackupIncluded(*mBackupIncluded);
-    return true;
+    if (ok && mBackupIncluded) {
+        mSections->mBackupIncluded = *mBackupIncluded;
+        ok = adopt(TVLBinderSection::Backup);
+    }
+    return ok;
 }

@@ -87,32 +87,32 @@ void TVLBinderWriter::writeDateAttribute(const QString &name, const QDateTime &d
 
 void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLProjectNode *root)
 {
-    const TVL::BinderVersion version = project->info().mBinderVersion;
+    const TVLBinderSections sections = project->binderSections();
+    const TVL::BinderVersion version = sections.mInfo.mBinderVersion;
     mBinderVersion = version == TVL::NoBinderVersion ? TVL::BinderVersion2 : version;
     if (project->formatVersion() == TVL::FormatVersion23)
         mBinderVersion = TVL::BinderVersion3;
 
     const bool mobile = project->isMobileProject();
-    writeStartTavelinorProjectTag(project, false);
+    writeRootStart(sections.mInfo, mobile, false);
     writeNodeList(root, mobile);
-    writeLabels(project->labelTitle(), project->defaultLabelIdentity(), project->labels());
-    writeStatusItems(project->statusTitle(), project->defaultStatusIdentity(),
-                     project->statusItems());
-    writeTemplateFolderId(project);
+    writeLabels(sections.mLabelTitle, sections.mDefaultLabelId, sections.mLabels);
+    writeStatusItems(sections.mStatusTitle, sections.mDefaultStatusId, sections.mStatusItems);
+    writeTemplateFolder(sections.mTemplateFolderUuid);
     if (!mobile) {
-        writeCollections(project->collections());
-        writeKeywords(project->projectKeywords());
-        writeCustomMetaDataSettings(project->customMetaDataSettings());
-        writeProjectProperties(project);
-        writeProjectTargets(project->draftTarget(), project->sessionTarget(),
-                            project->notifyTargets());
-        writeFavorites(project);
-        writeAutoCompleteList(project->autoCompleteList());
-        writeBackupSettings(project->backupIncluded());
-        writeFullScreenBackdrop(project->fullScreenBackdrop());
-        writeProjectReferences(project->projectReferences());
-        writePrintSettings(project->printer());
-        writeUserProjectData(project->userProjectData());
+        writeCollections(sections.mCollections);
+        writeKeywords(sections.mKeywords);
+        writeCustomMetaDataSettings(sections.mCustomMetaDataSettings);
+        writeProperties(sections.mProperties);
+        writeProjectTargets(sections.mDraftTarget, sections.mSessionTarget,
+                            sections.mNotifyTargets);
+        writeFavorites(sections.mFavorites, project->idToUuid());
+        writeAutoCompleteList(sections.mAutoCompleteList);
+        writeBackupSettings(sections.mBackupIncluded);
+        writeFullScreenBackdrop(sections.mFullScreenBackdrop);
+        writeProjectReferences(sections.mProjectReferences);
+        writePrintSettings(sections.mPrinter.get());
+        writeUserProjectData(sections.mUserProjectData);
     }
     writeEndTavelinorProjectTag();
 }
@@ -120,15 +120,19 @@ void TVLBinderWriter::writeProject(const TVLBinderProject *project, const TVLPro
 void TVLBinderWriter::writeStartTavelinorProjectTag(const TVLBinderProject *project,
                                                     bool isTemplate)
 {
-    const TVLProjectInfo info = project->info();
+    writeRootStart(project->binderSections().mInfo, project->isMobileProject(), isTemplate);
+}
+
+void TVLBinderWriter::writeRootStart(const TVLProjectInfo &info, bool mobile, bool isTemplate)
+{
     writeStartDocument();
     writeStartElement(TavelinorProject);
     writeAttribute(Attribute::Template, Words::yesOrNo(isTemplate));
     writeAttribute(Attribute::Version, TVL::toString(mBinderVersion));
     writeAttribute(Attribute::Creator, u"TVLLIN-%1"_s.arg(QCoreApplication::applicationVersion()));
-    writeAttribute(Attribute::Device, project->deviceName());
+    writeAttribute(Attribute::Device, info.mDevice);
     writeAttribute(Attribute::Modified, tvlDateTimeToString(info.mModified, false));
-    if (project->isMobileProject()) {
+    if (mobile) {
         writeUuidAttribute(Attribute::SyncID, info.mSyncId);
         writeUuidAttribute(Attribute::Checksums, info.mChecksumsId);
     } else {

@@ -58,7 +58,7 @@ public:
     void writeLabels(const QString &title, int defaultId, const QList<TVLLabel> &labels);
     void writeStatusItems(const QString &title, int defaultId, const QList<TVLStatusItem> &items);
     void writeTemplateFolderId(const TVLBinderProject *project);
-    /** Writes the tree of all keywords, which come as TVLBinderProject::projectKeywords() tells. */
+    /** Writes the tree of all keywords, which come as TVLBinderSections tells. */
     void writeKeywords(const QList<TVLBinderKeyword> &keywords);
     /** Writes the tree of all keywords of a keyword model. */
     void writeKeywords(const TVLKeywordModel *keywords);
@@ -102,6 +102,10 @@ private:
     // and the time that it takes, grow with the square of its depth.
     static constexpr int DeepestIndentedItem = 100;
 
+    void writeRootStart(const TVLProjectInfo &info, bool mobile, bool isTemplate);
+    void writeTemplateFolder(const QUuid &uuid);
+    void writeProperties(const QMap<QString, QString> &properties);
+    void writeFavorites(QList<int> ids, const QMap<int, QUuid> &items);
     void writeItemStart(const TVLProjectNode *node, bool mobile);
     void writeMetaData(const TVLProjectNodeProperties &properties, bool mobile);
     void writeTextSettings(const TVLProjectNodeProperties &properties);

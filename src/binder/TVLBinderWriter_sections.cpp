@@ -73,7 +73,11 @@ void TVLBinderWriter::writeStatusItems(const QString &title, int defaultId,
 
 void TVLBinderWriter::writeTemplateFolderId(const TVLBinderProject *project)
 {
-    const QUuid uuid = project->templateFolderUuid();
+    writeTemplateFolder(project->binderSections().mTemplateFolderUuid);
+}
+
+void TVLBinderWriter::writeTemplateFolder(const QUuid &uuid)
+{
     if (!uuid.isNull())
         writeTextElement(TemplateFolderUUID, TUuid::toStringNoBraces(uuid, true));
 }

@@ -36,9 +36,14 @@ void TVLBinderWriter::writeCustomMetaDataSettings(const TVLCustomMetaDataSetting
 
 void TVLBinderWriter::writeProjectProperties(const TVLBinderProject *project)
 {
+    writeProperties(project->binderSections().mProperties);
+}
+
+void TVLBinderWriter::writeProperties(const QMap<QString, QString> &properties)
+{
     bool hasStarted = false;
     for (const QString &tag : tvlProjectPropertyTags()) {
-        const QString value = xmlText(project->projectProperty(tag));
+        const QString value = xmlText(properties.value(tag));
         if (value.isEmpty())
             continue;
         if (!std::exchange(hasStarted, true))
@@ -98,11 +103,14 @@ void TVLBinderWriter::writeSessionTarget(const TVLSessionTarget &target)
 
 void TVLBinderWriter::writeFavorites(const TVLBinderProject *project)
 {
+    writeFavorites(project->binderSections().mFavorites, project->idToUuid());
+}
+
+void TVLBinderWriter::writeFavorites(QList<int> ids, const QMap<int, QUuid> &items)
+{
     // The third grammar has no ids: whatever is written here, no item would be found by it.
     const bool hasIds = mBinderVersion != TVL::BinderVersion3;
-    const QMap<int, QUuid> items = hasIds ? project->idToUuid() : QMap<int, QUuid>();
-    QList<int> ids = project->favoriteIds();
-    const auto dead = ids.removeIf([&items](int id) { return !items.contains(id); });
+    const auto dead = ids.removeIf([&](int id) { return !hasIds || !items.contains(id); });
     if (dead > 0)
         tellLeftOut(u"%1 favorites that no item would be found by"_s.arg(dead));
     if (ids.isEmpty())

@@ -176,21 +176,21 @@ public:
     [[nodiscard]] QDir path() const;
     [[nodiscard]] bool isMobileProject() const override;
     [[nodiscard]] TVL::FormatVersion formatVersion() const override;
-    [[nodiscard]] TVLProjectInfo info() const override;
+    [[nodiscard]] TVLProjectInfo info() const;
     void setInfo(const TVLProjectInfo &info) override;
     /** Name of the device that saved the project last. */
-    [[nodiscard]] QString deviceName() const override;
+    [[nodiscard]] QString deviceName() const;
     void setDeviceName(const QString &name);
     /** Name of this device. */
     [[nodiscard]] static QString platformDeviceName();
-    [[nodiscard]] bool backupIncluded() const override;
-    void adoptBackupIncluded(bool included) override;
+    [[nodiscard]] bool backupIncluded() const;
+    void adoptBackupIncluded(bool included);
     /** State of the project's user interface, in a file of its own; never null. It belongs to the
      * model, and saveAs() replaces it. */
     [[nodiscard]] TVLProjectSettings *settings() const;
     [[nodiscard]] int autoSaveSeconds() const;
     /** The part of the binder that is kept as raw text. */
-    [[nodiscard]] QString userProjectData() const override;
+    [[nodiscard]] QString userProjectData() const;
     void setUserProjectData(const QString &data);
     /** @} */
 
@@ -344,9 +344,9 @@ public:
     void clearTemplateFolder();
     /** Whether an ancestor of the item is a template folder. */
     [[nodiscard]] bool templatesContain(const QModelIndex &index) const;
-    [[nodiscard]] QUuid templateFolderUuid() const override;
-    void adoptTemplateFolder(const QUuid &uuid) override;
-    void adoptTemplateFolder(int id) override;
+    [[nodiscard]] QUuid templateFolderUuid() const;
+    void adoptTemplateFolder(const QUuid &uuid);
+    void adoptTemplateFolder(int id);
     /** @} */
 
     /** @name Making items
@@ -894,8 +894,8 @@ public:
                                                 const QModelIndex &parent) const;
     /** Whether an item below @p parent has one of the keywords. */
     [[nodiscard]] bool containsKeywords(const QSet<int> &keywords, const QModelIndex &parent) const;
-    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const override;
-    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords) override;
+    [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const;
+    void addProjectKeywords(const QList<TVLBinderKeyword> &keywords);
     /** @} */
 
     /** @name Searching
@@ -997,8 +997,8 @@ public:
     [[nodiscard]] static QString defaultAuthorSurname() { return {}; }
     [[nodiscard]] static QString defaultAuthorForename() { return {}; }
     // These are dynamic properties of the object, named by the binder's tags.
-    [[nodiscard]] QString projectProperty(const QString &tag) const override;
-    void setProjectProperty(const QString &tag, const QString &value) override;
+    [[nodiscard]] QString projectProperty(const QString &tag) const;
+    void setProjectProperty(const QString &tag, const QString &value);
     [[nodiscard]] QString projectTitle() const;
     void setProjectTitle(const QString &title);
     [[nodiscard]] QString projectAbbreviatedTitle() const;
@@ -1011,32 +1011,32 @@ public:
     void setAuthorForename(const QString &name);
 
     /** The page set-up, never null. It is made on the first call, which takes its time. */
-    [[nodiscard]] QPrinter *printer() const override;
+    [[nodiscard]] QPrinter *printer() const;
     /** Takes ownership and deletes the old one; null has the default made anew. Marks nothing. */
-    void setPrinter(QPrinter *printer) override;
+    void setPrinter(QPrinter *printer);
     [[nodiscard]] QRectF printerPageRect() const; ///< The page within its margins, in points.
     [[nodiscard]] QSizeF printerPageSize() const; ///< Its size; never empty.
 
     /** What is behind the text in full screen: an int, the id of an item, or a text, the path of an
      * image; invalid for nothing. */
-    [[nodiscard]] QVariant fullScreenBackdrop() const override;
+    [[nodiscard]] QVariant fullScreenBackdrop() const;
     void setFullScreenBackdrop(const QVariant &backdrop);
-    void setFullScreenBackdrop(const QString &filePath) override;
-    void setFullScreenBackdrop(int nodeId) override;
+    void setFullScreenBackdrop(const QString &filePath);
+    void setFullScreenBackdrop(int nodeId);
     void clearFullScreenBackdrop();
     [[nodiscard]] bool fullScreenBackdropIsNodeId() const;
     [[nodiscard]] int fullScreenBackdropNodeId() const; ///< -1 when it isn't an item.
     [[nodiscard]] QPixmap fullScreenBackdropPixmap() const;
 
-    [[nodiscard]] TVLDraftTarget draftTarget() const override;
-    [[nodiscard]] TVLSessionTarget sessionTarget() const override;
+    [[nodiscard]] TVLDraftTarget draftTarget() const;
+    [[nodiscard]] TVLSessionTarget sessionTarget() const;
     /** These mark the project in any case. */
-    void setDraftTarget(const TVLDraftTarget &target) override;
-    void setSessionTarget(const TVLSessionTarget &target) override;
+    void setDraftTarget(const TVLDraftTarget &target);
+    void setSessionTarget(const TVLSessionTarget &target);
     /** Whether the user is told when one of them is reached; a dynamic property of the object,
      * `notifyTargets`. */
-    [[nodiscard]] bool notifyTargets() const override;
-    void setNotifyTargets(bool notify) override;
+    [[nodiscard]] bool notifyTargets() const;
+    void setNotifyTargets(bool notify);
 
     [[nodiscard]] TVLScriptMode scriptMode() const;
     /** Writes the mode's file at once and emits scriptModeChanged() and metaDataChanged(), in any
@@ -1052,10 +1052,10 @@ public:
     bool setReferences(const QModelIndex &index, const QList<TVLReference> &references);
     /** Appends a reference unless the item has it; false for an invalid index. */
     bool addReference(const QModelIndex &index, const TVLReference &reference);
-    [[nodiscard]] QList<TVLReference> projectReferences() const override;
+    [[nodiscard]] QList<TVLReference> projectReferences() const;
     [[nodiscard]] bool hasProjectReferences() const;
     /** Emits referencesChanged() and marks the project modified, unless it has the list already. */
-    void setProjectReferences(const QList<TVLReference> &references) override;
+    void setProjectReferences(const QList<TVLReference> &references);
     /** Adds a project reference, unless it is there with its title, type and address. */
     void addProjectReference(const TVLReference &reference);
     /** @} */
@@ -1064,13 +1064,13 @@ public:
      * Fields that the writer defined for the items of the project. A field that an item has nothing
      * in is empty.
      * @{ */
-    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const override;
+    [[nodiscard]] TVLCustomMetaDataSettings customMetaDataSettings() const;
     /**
      * Replaces the fields. What items hold in fields that went is removed. Emits
      * customMetaDataSettingsAboutToBeChanged() after that and before the change, and
      * customMetaDataSettingsChanged() after it.
      */
-    void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) override;
+    void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings);
     /** Values of an item by the ids of their fields. */
     [[nodiscard]] QMap<QString, QString> customMetaData(const QModelIndex &index) const;
     [[nodiscard]] QString customMetaData(const QModelIndex &index, const QString &id) const;
@@ -1087,31 +1087,31 @@ public:
     /** @name Completion list
      * Words of the project that are offered while typing. Changes emit autoCompleteListChanged().
      * @{ */
-    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const override;
-    void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items) override;
+    [[nodiscard]] QList<TVLAutoCompleteItem> autoCompleteList() const;
+    void setAutoCompleteList(const QList<TVLAutoCompleteItem> &items);
     /** Appends a word, unless it is there in any scope. @p id is that of a script's element. */
     void addToAutoCompleteList(const QString &text, TVLAutoCompleteItem::Scope scope, int id);
     [[nodiscard]] QStringList autoCompleteStrings() const;
     /** @} */
 
     /** @name Labels and status items @{ */
-    [[nodiscard]] QList<TVLLabel> labels() const override;
+    [[nodiscard]] QList<TVLLabel> labels() const;
     /**
      * Replaces all labels. Items whose label went or changed are touched; those whose label went
      * get none. A list without "No Label" gets it.
      */
-    void setLabels(const QList<TVLLabel> &labels) override;
-    [[nodiscard]] QString labelTitle() const override;
-    void setLabelTitle(const QString &title) override;
-    [[nodiscard]] int defaultLabelIdentity() const override;
+    void setLabels(const QList<TVLLabel> &labels);
+    [[nodiscard]] QString labelTitle() const;
+    void setLabelTitle(const QString &title);
+    [[nodiscard]] int defaultLabelIdentity() const;
     /** Ignored when there is no label of that id. */
-    void setDefaultLabelIdentity(int id) override;
-    [[nodiscard]] QList<TVLStatusItem> statusItems() const override;
-    void setStatusItems(const QList<TVLStatusItem> &items) override;
-    [[nodiscard]] QString statusTitle() const override;
-    void setStatusTitle(const QString &title) override;
-    [[nodiscard]] int defaultStatusIdentity() const override;
-    void setDefaultStatusIdentity(int id) override;
+    void setDefaultLabelIdentity(int id);
+    [[nodiscard]] QList<TVLStatusItem> statusItems() const;
+    void setStatusItems(const QList<TVLStatusItem> &items);
+    [[nodiscard]] QString statusTitle() const;
+    void setStatusTitle(const QString &title);
+    [[nodiscard]] int defaultStatusIdentity() const;
+    void setDefaultStatusIdentity(int id);
     /** The largest outline column plus 1: the fixed ones and a column per custom field. */
     [[nodiscard]] int maxOutlineColumns() const;
     /** @} */
@@ -1122,9 +1122,9 @@ public:
      * changed is passed over. Changes mark the project modified, and emit collectionChanged() with
      * and without the collection unless something else is said.
      * @{ */
-    [[nodiscard]] QList<TVLCollectionMetaData> collections() const override;
+    [[nodiscard]] QList<TVLCollectionMetaData> collections() const;
     /** Takes over a list without a signal; ids of no item leave it, missing kinds are added. */
-    void setCollections(const QList<TVLCollectionMetaData> &collections) override;
+    void setCollections(const QList<TVLCollectionMetaData> &collections);
     void addDefaultCollections();
     /** Inserts a collection at a position or the nearest one; see collectionInserted(). */
     void insertCollection(int position, const TVLCollectionMetaData &collection);
@@ -1183,8 +1183,8 @@ public:
     bool removeFromFavorites(const QModelIndex &index);
     /** The favorites in their order. */
     [[nodiscard]] QModelIndexList favorites() const;
-    [[nodiscard]] QList<int> favoriteIds() const override;
-    [[nodiscard]] bool addFavorite(int id) override;
+    [[nodiscard]] QList<int> favoriteIds() const;
+    [[nodiscard]] bool addFavorite(int id);
     /** Replaces all; each id must be that of an item. */
     void setFavorites(const QList<int> &ids);
     void clearFavorites();
@@ -1267,8 +1267,10 @@ private:
     friend class TVLProjectModelTestAccess;
     friend class TVLSuspendModified;
 
-    void beginBinderRead() override;
+    [[nodiscard]] TVLBinderSections binderSections() const override;
+    TVLBinderSections *beginBinderRead() override;
     void endBinderRead() override;
+    [[nodiscard]] bool adoptSection(TVLBinderSection section) override;
     void enterNodes(const QList<TVLProjectNode *> &nodes) override;
 
     std::unique_ptr<TVLProjectModelPrivate> d;

@@ -228,12 +228,7 @@ QList<int> TVLProjectModel::favoriteIds() const
 bool TVLProjectModel::addFavorite(int id)
 {
     const QModelIndex item = index(id);
-    if (!item.isValid())
-        return false;
-    if (!d->mIsReadingBinder)
-        return addToFavorites(item, true);
-    d->mCollectionList->adoptFavorite(projectNode(item), id);
-    return true;
+    return item.isValid() && addToFavorites(item, true);
 }
 
 bool TVLProjectModel::addToFavorites(const QModelIndex &index, bool atEnd)

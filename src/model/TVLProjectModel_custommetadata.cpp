@@ -14,11 +14,6 @@
 
 void TVLProjectModel::setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings)
 {
-    // A binder says what items hold beside the fields, in any order.
-    if (d->mIsReadingBinder) {
-        d->mCustomMetaDataSettings = settings;
-        return;
-    }
     const QStringList oldIds = d->mCustomMetaDataSettings.ids();
     const QStringList newIds = settings.ids();
     for (const QString &id : oldIds) {

@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -164,29 +163,4 @@ void TVLProjectModel::reloadCachedUuids(const QSet<QUuid> &uuids)
         if (uuids.contains(node->mUuid))
             d->mDocuments->leave(node);
     }
-}
-
-// --- Binder reading
-
-void TVLProjectModel::beginBinderRead()
-{
-    beginResetModel();
-    d->mWasSuspended = std::exchange(d->mSuspendModified, true);
-    d->mIsReadingBinder = true;
-    d->mIdMap.clear();
-    d->mUuidMap.clear();
-    d->mDocuments->forgetChanges();
-}
-
-void TVLProjectModel::endBinderRead()
-{
-    d->mSuspendModified = d->mWasSuspended;
-    d->mIsReadingBinder = false;
-    endResetModel();
-    markProjectAsModified(std::exchange(d->mIsModifiedByRead, false));
-}
-
-void TVLProjectModel::enterNodes(const QList<TVLProjectNode *> &nodes)
-{
-    tvlEnterNodes(nodes, &d->mIdMap, &d->mUuidMap);
 }

@@ -46,7 +46,7 @@ void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &
                                           const Item &noneItem,
                                           int TVLProjectNodeProperties::*member,
                                           TVL::DocumentProperty property, int *defaultId,
-                                          SetItems setItems)
+                                          SetItems setItems, ListEffect effect)
 {
     const QMap<int, Item> byId = tidyItems(&items, noneItem);
     QSet<int> changedIds;
@@ -56,8 +56,7 @@ void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &
             changedIds.insert(old.mId);
     }
     QList<TVLProjectNode *> touched;
-    // What a binder says of items stays as it stands, whatever else it says.
-    if (!changedIds.isEmpty() && !mIsReadingBinder) {
+    if (!changedIds.isEmpty() && effect == ListEffect::ItemsFollow) {
         tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
             if (changedIds.contains(node->*member))
                 touched.append(node);
@@ -83,17 +82,23 @@ QList<TVLLabel> TVLProjectModel::labels() const
 
 void TVLProjectModel::setLabels(const QList<TVLLabel> &labels)
 {
+    d->replaceLabels(labels, TVLProjectModelPrivate::ListEffect::ItemsFollow);
+}
+
+void TVLProjectModelPrivate::replaceLabels(const QList<TVLLabel> &labels, ListEffect effect)
+{
     QList<TVLLabel> plainLabels = labels;
     for (TVLLabel &label : plainLabels) {
         // As it is stored; the same colour in another notation is no change.
         if (label.mColor.isValid())
             label.mColor = QColor(label.mColor.rgb());
     }
-    d->replaceItems(plainLabels, this->labels(), TVLLabel{-1, tr("No Label"), QColor()},
-                    &TVLProjectNodeProperties::mLabelId, TVL::LabelProperty, &d->mDefaultLabelId,
-                    [this](const QList<TVLLabel> &items) { d->mSearchIndex->setLabels(items); });
-    Q_EMIT labelsChanged();
-    markProjectAsModified(true);
+    replaceItems(
+        plainLabels, q->labels(), TVLLabel{-1, TVLProjectModel::tr("No Label"), QColor()},
+        &TVLProjectNodeProperties::mLabelId, TVL::LabelProperty, &mDefaultLabelId,
+        [this](const QList<TVLLabel> &items) { mSearchIndex->setLabels(items); }, effect);
+    Q_EMIT q->labelsChanged();
+    q->markProjectAsModified(true);
 }
 
 void TVLProjectModel::setLabelTitle(const QString &title)
@@ -124,12 +129,18 @@ QList<TVLStatusItem> TVLProjectModel::statusItems() const
 
 void TVLProjectModel::setStatusItems(const QList<TVLStatusItem> &items)
 {
-    d->replaceItems(
-        items, statusItems(), TVLStatusItem{-1, tr("No Status")},
-        &TVLProjectNodeProperties::mStatusId, TVL::StatusProperty, &d->mDefaultStatusId,
-        [this](const QList<TVLStatusItem> &tidy) { d->mSearchIndex->setStatusItems(tidy); });
-    Q_EMIT statusItemsChanged();
-    markProjectAsModified(true);
+    d->replaceStatusItems(items, TVLProjectModelPrivate::ListEffect::ItemsFollow);
+}
+
+void TVLProjectModelPrivate::replaceStatusItems(const QList<TVLStatusItem> &items,
+                                                ListEffect effect)
+{
+    replaceItems(
+        items, q->statusItems(), TVLStatusItem{-1, TVLProjectModel::tr("No Status")},
+        &TVLProjectNodeProperties::mStatusId, TVL::StatusProperty, &mDefaultStatusId,
+        [this](const QList<TVLStatusItem> &tidy) { mSearchIndex->setStatusItems(tidy); }, effect);
+    Q_EMIT q->statusItemsChanged();
+    q->markProjectAsModified(true);
 }
 
 void TVLProjectModel::setStatusTitle(const QString &title)

@@ -50,6 +50,12 @@ public:
         None,
     };
 
+    /** What a new list of labels or status items brings with it. */
+    enum class ListEffect {
+        ItemsFollow, ///< Items whose label or status item went or changed are touched.
+        ItemsStay, ///< What a binder says of items stays as it stands, whatever else it says.
+    };
+
     void setFolderFormatVersion(TVL::FormatVersion version);
     void addDefaultLabelsAndStatusItems();
     void addDefaultProjectNotesAndCollections();
@@ -161,7 +167,10 @@ public:
     template <typename Item, typename SetItems>
     void replaceItems(QList<Item> items, const QList<Item> &oldItems, const Item &noneItem,
                       int TVLProjectNodeProperties::*member, TVL::DocumentProperty property,
-                      int *defaultId, SetItems setItems);
+                      int *defaultId, SetItems setItems, ListEffect effect);
+    void replaceLabels(const QList<TVLLabel> &labels, ListEffect effect);
+    void replaceStatusItems(const QList<TVLStatusItem> &items, ListEffect effect);
+    [[nodiscard]] bool adoptFavorites(const QList<int> &ids);
 
     TVLProjectModel *const q; ///< Whose these are.
     QString mName;
@@ -175,7 +184,7 @@ public:
     quint64 mChangeCount = 0; ///< How often the project was marked as modified.
     bool mSuspendModified = false;
     bool mWasSuspended = false; ///< Before a binder was read.
-    bool mIsReadingBinder = false;
+    TVLBinderSections mRead; ///< What the binder says that is being read; empty otherwise.
     bool mIsModifiedByRead = false; ///< What the binder says leaves the project modified.
     bool mMobileProject;
     bool mTintIcons = false;
@@ -209,7 +218,7 @@ public:
     std::unique_ptr<TVLItemMerger> mMerger;
     std::unique_ptr<TVLFilesLeft> mFilesLeft; ///< Asking it for an id lists the folder.
     TVLKeywordModel *mKeywordModel; ///< Child object.
-    std::unique_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
+    std::shared_ptr<QPrinter> mPrinter; ///< Null until somebody asks for it.
     QHash<QString, QPixmap> mCustomIcons; ///< Those that were asked for and found.
     int mAutoSaveSeconds = 10;
     bool mTreatTextWithChildrenAsFolder = true;

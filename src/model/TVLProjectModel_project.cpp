@@ -110,7 +110,7 @@ void TVLProjectModel::setAuthorForename(const QString &name)
 QPrinter *TVLProjectModel::printer() const
 {
     if (!d->mPrinter)
-        d->mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
+        d->mPrinter = std::make_shared<QPrinter>(QPrinter::PrinterResolution);
     return d->mPrinter.get();
 }
 

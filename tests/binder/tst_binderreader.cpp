@@ -21,10 +21,10 @@ using Properties = TVLProjectNodeProperties;
 class SpyProject : public TestBinderProject
 {
 public:
-    void beginBinderRead() override
+    TVLBinderSections *beginBinderRead() override
     {
         mCalls.append(u"begin"_s);
-        TestBinderProject::beginBinderRead();
+        return TestBinderProject::beginBinderRead();
     }
     void endBinderRead() override
     {

@@ -88,11 +88,13 @@ void addSectionRows(const QList<QByteArray> &except = {})
 class CountingProject : public TestBinderProject
 {
 public:
-    void setCustomMetaDataSettings(const TVLCustomMetaDataSettings &settings) override
+    [[nodiscard]] bool adoptSection(TVLBinderSection section) override
     {
-        ++mFieldChanges;
-        mHadItems = !mUuidMap.isEmpty();
-        TestBinderProject::setCustomMetaDataSettings(settings);
+        if (section == TVLBinderSection::CustomMetaDataSettings) {
+            ++mFieldChanges;
+            mHadItems = !mUuidMap.isEmpty();
+        }
+        return TestBinderProject::adoptSection(section);
     }
 
     int mFieldChanges = 0;

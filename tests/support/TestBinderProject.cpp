@@ -6,6 +6,9 @@
 #include <QBuffer>
 #include <QPrinter>
 
+#include <algorithm>
+#include <utility>
+
 TestBinderProject::TestBinderProject()
     : TestBinderProject(
         std::make_unique<TVLProjectNode>(QPair<int, QUuid>(-1, QUuid::createUuid()), nullptr))
@@ -19,11 +22,31 @@ TestBinderProject::TestBinderProject(std::unique_ptr<TVLProjectNode> root)
 
 TestBinderProject::~TestBinderProject() = default;
 
-void TestBinderProject::beginBinderRead()
+TVLBinderSections *TestBinderProject::beginBinderRead()
 {
     mIsReading = true;
     mIdMap.clear();
     mUuidMap.clear();
+    return this;
+}
+
+bool TestBinderProject::adoptSection(TVLBinderSection section)
+{
+    switch (section) {
+    case TVLBinderSection::TemplateFolder:
+        for (const ItemName &name : std::as_const(mTemplateFolderNames))
+            std::visit([this](const auto &item) { adoptTemplateFolder(item); }, name);
+        return true;
+    case TVLBinderSection::Favorites: {
+        const QList<int> ids = std::exchange(mFavorites, {});
+        return std::all_of(ids.cbegin(), ids.cend(), [this](int id) { return addFavorite(id); });
+    }
+    case TVLBinderSection::Backup:
+        mIsModified = true;
+        return true;
+    default:
+        return true;
+    }
 }
 
 void TestBinderProject::enterNodes(const QList<TVLProjectNode *> &nodes)
@@ -66,17 +89,24 @@ bool TestBinderProject::addFavorite(int id)
     return true;
 }
 
-void TestBinderProject::adoptBackupIncluded(bool included)
-{
-    mBackupIncluded = included;
-    mIsModified = true;
-}
-
 QPrinter *TestBinderProject::printer() const
 {
-    if (!mPrinter)
-        mPrinter = std::make_unique<QPrinter>(QPrinter::PrinterResolution);
-    return mPrinter.get();
+    if (mPrinter)
+        return mPrinter.get();
+    if (!mDefaultPrinter)
+        mDefaultPrinter = std::make_shared<QPrinter>(QPrinter::PrinterResolution);
+    return mDefaultPrinter.get();
+}
+
+TVLBinderSections TestBinderProject::binderSections() const
+{
+    TVLBinderSections sections = *this;
+    if (!mIsMobile) {
+        (void)printer(); // Makes it.
+        if (!mPrinter)
+            sections.mPrinter = mDefaultPrinter;
+    }
+    return sections;
 }
 
 void TestBinderProject::setPrinter(QPrinter *printer)

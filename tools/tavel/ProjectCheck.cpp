@@ -74,7 +74,7 @@ QList<Problem> ProjectCheck::run()
         checkTables();
         checkDefaults();
         checkWhatItemsReferTo();
-        checkReferences(mProject->projectReferences(), u"ProjectReferences"_s);
+        checkReferences(mProject->sections().mProjectReferences, u"ProjectReferences"_s);
         checkBackdrop();
         checkTemplateFolder();
         checkCollections();
@@ -168,7 +168,7 @@ void ProjectCheck::take(std::unique_ptr<TVLBinderContents> project, const QStrin
 {
     mProject = std::move(project);
     mProjectSource = source;
-    const TVL::BinderVersion version = mProject->info().mBinderVersion;
+    const TVL::BinderVersion version = mProject->sections().mInfo.mBinderVersion;
     mHasIds = version == TVL::BinderVersion1 || version == TVL::BinderVersion2;
 }
 
@@ -191,7 +191,7 @@ void ProjectCheck::checkBinderNames()
 
 void ProjectCheck::checkVersions()
 {
-    const TVLProjectInfo info = mProject ? mProject->info() : TVLProjectInfo();
+    const TVLProjectInfo info = mProject ? mProject->sections().mInfo : TVLProjectInfo();
     if (mProject && info.mBinderVersion == TVL::NoBinderVersion)
         add(u"binderVersionUnknown"_s, relative(mProjectSource),
             u"the binder's version '%1' is unknown"_s.arg(info.mVersion));

@@ -48,31 +48,32 @@ void ProjectCheck::checkIdsOf(const QList<Record> &records, const QString &kind,
 
 void ProjectCheck::checkTables()
 {
-    checkIdsOf(mProject->labels(), u"duplicateLabel"_s, u"LabelSettings"_s);
-    checkIdsOf(mProject->statusItems(), u"duplicateStatus"_s, u"StatusSettings"_s);
-    checkIdsOf(mProject->projectKeywords(), u"duplicateKeyword"_s, u"Keywords"_s);
-    checkIdsOf<TVLMetaDataField>(mProject->customMetaDataSettings(), u"duplicateField"_s,
+    checkIdsOf(mProject->sections().mLabels, u"duplicateLabel"_s, u"LabelSettings"_s);
+    checkIdsOf(mProject->sections().mStatusItems, u"duplicateStatus"_s, u"StatusSettings"_s);
+    checkIdsOf(mProject->sections().mKeywords, u"duplicateKeyword"_s, u"Keywords"_s);
+    checkIdsOf<TVLMetaDataField>(mProject->sections().mCustomMetaDataSettings, u"duplicateField"_s,
                                  u"CustomMetaDataSettings"_s);
 }
 
 void ProjectCheck::checkDefaults()
 {
-    const int label = mProject->defaultLabelIdentity();
-    if (label != -1 && !idsOf(mProject->labels()).contains(label))
+    const int label = mProject->sections().mDefaultLabelId;
+    if (label != -1 && !idsOf(mProject->sections().mLabels).contains(label))
         add(u"unknownDefaultLabel"_s, u"LabelSettings"_s,
             u"new items are to get the label %1, which doesn't exist"_s.arg(label));
-    const int status = mProject->defaultStatusIdentity();
-    if (status != -1 && !idsOf(mProject->statusItems()).contains(status))
+    const int status = mProject->sections().mDefaultStatusId;
+    if (status != -1 && !idsOf(mProject->sections().mStatusItems).contains(status))
         add(u"unknownDefaultStatus"_s, u"StatusSettings"_s,
             u"new items are to get the status %1, which doesn't exist"_s.arg(status));
 }
 
 void ProjectCheck::checkWhatItemsReferTo()
 {
-    const QSet<int> labels = idsOf(mProject->labels());
-    const QSet<int> statusItems = idsOf(mProject->statusItems());
-    const QSet<int> keywords = idsOf(mProject->projectKeywords());
-    const QSet<QString> fields = idsOf<TVLMetaDataField>(mProject->customMetaDataSettings());
+    const QSet<int> labels = idsOf(mProject->sections().mLabels);
+    const QSet<int> statusItems = idsOf(mProject->sections().mStatusItems);
+    const QSet<int> keywords = idsOf(mProject->sections().mKeywords);
+    const QSet<QString> fields =
+        idsOf<TVLMetaDataField>(mProject->sections().mCustomMetaDataSettings);
     tvlForEachNode(mProject->binderRoot(), [&](const TVLProjectNode *node) {
         const auto addUnknown = [&](const QString &kind, const QString &what, const QString &id) {
             add(kind, identityOf(node),
@@ -111,7 +112,7 @@ void ProjectCheck::checkReferences(const QList<TVLReference> &references, const 
 
 void ProjectCheck::checkBackdrop()
 {
-    const QVariant backdrop = mProject->fullScreenBackdrop();
+    const QVariant backdrop = mProject->sections().mFullScreenBackdrop;
     if (backdrop.typeId() == QMetaType::Int && !mById.contains(backdrop.toInt()))
         add(u"unknownBackdrop"_s, u"FullScreenBackdrop"_s,
             u"the backdrop is the item of the id %1, which no item has"_s.arg(backdrop.toInt()));
@@ -132,7 +133,7 @@ void ProjectCheck::checkTemplateFolder()
 
 void ProjectCheck::checkCollections()
 {
-    for (const TVLCollectionMetaData &collection : mProject->collections()) {
+    for (const TVLCollectionMetaData &collection : mProject->sections().mCollections) {
         for (const int id : collection.mIds) {
             if (!mById.contains(id))
                 add(u"unknownCollectionMember"_s, collection.mTitle,
