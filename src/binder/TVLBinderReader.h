@@ -126,6 +126,7 @@ public:
 private:
     using SectionReader = bool (TVLBinderReader::*)();
     struct Section;
+    struct ListTags;
     struct PageSetup;
 
     [[nodiscard]] bool readProjectPrivate(TVLProjectNode *root);
@@ -153,9 +154,12 @@ private:
 
     // Project sections
     [[nodiscard]] bool readLabels();
-    [[nodiscard]] bool readLabelList(QList<TVLLabel> *labels);
     [[nodiscard]] bool readStatusItems();
-    [[nodiscard]] bool readStatusItemList(QList<TVLStatusItem> *items);
+    template <typename Item>
+    [[nodiscard]] bool readListSection(const ListTags &tags, Item (TVLBinderReader::*readItem)(),
+                                       QString *title, int *defaultId, QList<Item> *items);
+    [[nodiscard]] TVLLabel readLabel();
+    [[nodiscard]] TVLStatusItem readStatusItem();
     [[nodiscard]] bool readTemplateFolderUuid();
     [[nodiscard]] bool readTemplateFolderId();
     [[nodiscard]] bool readProjectCollections();

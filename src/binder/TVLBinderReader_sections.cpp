@@ -23,79 +23,75 @@ int idAttribute(const QXmlStreamAttributes &attributes)
 
 } // namespace
 
-bool TVLBinderReader::readLabels()
+/** The elements of a section that holds a title, an id and a list. */
+struct TVLBinderReader::ListTags
 {
-    QString title;
-    int defaultId = -1;
-    QList<TVLLabel> labels;
+    const QString &defaultId;
+    const QString &list;
+    const QString &item;
+};
+
+template <typename Item>
+bool TVLBinderReader::readListSection(const ListTags &tags, Item (TVLBinderReader::*readItem)(),
+                                      QString *title, int *defaultId, QList<Item> *items)
+{
+    QString readTitle;
+    int readId = -1;
+    QList<Item> readItems;
     while (readNextStartElement()) {
-        if (name() == Title)
-            title = readText();
-        else if (name() == DefaultLabelID)
-            readNumber(&defaultId);
-        else if (name() != Labels)
+        if (name() == Title) {
+            readTitle = readText();
+        } else if (name() == tags.defaultId) {
+            readNumber(&readId);
+        } else if (name() != tags.list) {
             skipCurrentElement();
-        else if (!readLabelList(&labels))
-            return false;
+        } else {
+            while (readNextStartElement()) {
+                if (!expectElement(tags.item, __LINE__))
+                    return false;
+                readItems.append((this->*readItem)());
+            }
+        }
     }
     if (hasError())
         return false;
-    mSections->mLabels = labels;
-    mSections->mDefaultLabelId = defaultId;
-    mSections->mLabelTitle = title;
+    *title = readTitle;
+    *defaultId = readId;
+    *items = readItems;
     return true;
 }
 
-bool TVLBinderReader::readLabelList(QList<TVLLabel> *labels)
+bool TVLBinderReader::readLabels()
 {
-    while (readNextStartElement()) {
-        if (!expectElement(Label, __LINE__))
-            return false;
-        TVLLabel label;
-        label.mId = idAttribute(attributes());
-        label.mColor = TVL::floatStringToColor(attributes().value(Attribute::Color));
-        if (!label.mColor.isValid() && label.mId != -1)
-            label.mColor = QColor(QRgb(tvlRandom(16777215)));
-        label.mTitle = readText();
-        labels->append(label);
-    }
-    return !hasError();
+    return readListSection({DefaultLabelID, Labels, Label}, &TVLBinderReader::readLabel,
+                           &mSections->mLabelTitle, &mSections->mDefaultLabelId,
+                           &mSections->mLabels);
+}
+
+TVLLabel TVLBinderReader::readLabel()
+{
+    TVLLabel label;
+    label.mId = idAttribute(attributes());
+    label.mColor = TVL::floatStringToColor(attributes().value(Attribute::Color));
+    if (!label.mColor.isValid() && label.mId != -1)
+        label.mColor = QColor(QRgb(tvlRandom(16777215)));
+    label.mTitle = readText();
+    return label;
 }
 
 bool TVLBinderReader::readStatusItems()
 {
-    QString title;
-    int defaultId = -1;
-    QList<TVLStatusItem> items;
-    while (readNextStartElement()) {
-        if (name() == Title)
-            title = readText();
-        else if (name() == DefaultStatusID)
-            readNumber(&defaultId);
-        else if (name() != StatusItems)
-            skipCurrentElement();
-        else if (!readStatusItemList(&items))
-            return false;
-    }
-    if (hasError())
-        return false;
-    mSections->mStatusItems = items;
-    mSections->mDefaultStatusId = defaultId;
-    mSections->mStatusTitle = title;
-    return true;
+    return readListSection({DefaultStatusID, StatusItems, Status}, &TVLBinderReader::readStatusItem,
+                           &mSections->mStatusTitle, &mSections->mDefaultStatusId,
+                           &mSections->mStatusItems);
 }
 
-bool TVLBinderReader::readStatusItemList(QList<TVLStatusItem> *items)
+TVLStatusItem TVLBinderReader::readStatusItem()
 {
-    while (readNextStartElement()) {
-        if (!expectElement(Status, __LINE__))
-            return false;
-        TVLStatusItem item;
-        item.mId = idAttribute(attributes());
-        item.mTitle = readText();
-        items->append(item);
-    }
-    return !hasError();
+    TVLStatusItem item;
+    item.mId = idAttribute(attributes());
+    item.mTitle = readText();
+    return item;
 }
 
 bool TVLBinderReader::readTemplateFolderUuid()

@@ -102,6 +102,10 @@ private:
     // and the time that it takes, grow with the square of its depth.
     static constexpr int DeepestIndentedItem = 100;
 
+    struct ListTags;
+    template <typename Item>
+    void writeListSection(const ListTags &tags, const QString &title, int defaultId,
+                          const QList<Item> &items);
     void writeRootStart(const TVLProjectInfo &info, bool mobile, bool isTemplate);
     void writeTemplateFolder(const QUuid &uuid);
     void writeProperties(const QMap<QString, QString> &properties);

@@ -35,40 +35,48 @@ bool leavesBinderReadable(const QByteArray &bytes)
 
 } // namespace
 
-void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
-                                  const QList<TVLLabel> &labels)
+/** The elements of a section that holds a title, an id and a list. */
+struct TVLBinderWriter::ListTags
 {
-    writeStartElement(LabelSettings);
+    const QString &section;
+    const QString &defaultId;
+    const QString &list;
+    const QString &item;
+};
+
+template <typename Item>
+void TVLBinderWriter::writeListSection(const ListTags &tags, const QString &title, int defaultId,
+                                       const QList<Item> &items)
+{
+    writeStartElement(tags.section);
     writeTextElement(Title, title);
-    writeTextElement(DefaultLabelID, QString::number(defaultId));
-    writeStartElement(Labels);
-    for (const TVLLabel &label : labels) {
-        writeStartElement(Label);
-        writeAttribute(Attribute::ID, QString::number(label.mId));
-        if (label.mColor.isValid())
-            writeAttribute(Attribute::Color, TVL::colorToFloatString(label.mColor));
-        writeCharacters(label.mTitle);
+    writeTextElement(tags.defaultId, QString::number(defaultId));
+    writeStartElement(tags.list);
+    for (const Item &item : items) {
+        writeStartElement(tags.item);
+        writeAttribute(Attribute::ID, QString::number(item.mId));
+        if constexpr (requires { item.mColor; }) {
+            if (item.mColor.isValid())
+                writeAttribute(Attribute::Color, TVL::colorToFloatString(item.mColor));
+        }
+        writeCharacters(item.mTitle);
         writeEndElement();
     }
     writeEndElement();
     writeEndElement();
 }
 
+void TVLBinderWriter::writeLabels(const QString &title, int defaultId,
+                                  const QList<TVLLabel> &labels)
+{
+    writeListSection({LabelSettings, DefaultLabelID, Labels, Label}, title, defaultId, labels);
+}
+
 void TVLBinderWriter::writeStatusItems(const QString &title, int defaultId,
                                        const QList<TVLStatusItem> &items)
 {
-    writeStartElement(StatusSettings);
-    writeTextElement(Title, title);
-    writeTextElement(DefaultStatusID, QString::number(defaultId));
-    writeStartElement(StatusItems);
-    for (const TVLStatusItem &item : items) {
-        writeStartElement(Status);
-        writeAttribute(Attribute::ID, QString::number(item.mId));
-        writeCharacters(item.mTitle);
-        writeEndElement();
-    }
-    writeEndElement();
-    writeEndElement();
+    writeListSection({StatusSettings, DefaultStatusID, StatusItems, Status}, title, defaultId,
+                     items);
 }
 
 void TVLBinderWriter::writeTemplateFolderId(const TVLBinderProject *project)

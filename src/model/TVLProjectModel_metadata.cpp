@@ -75,6 +75,29 @@ void TVLProjectModelPrivate::replaceItems(QList<Item> items, const QList<Item> &
     tvlAnnounceChanges(q, TVLHeldItem::listOf(q, touched));
 }
 
+void TVLProjectModelPrivate::setListTitle(QString *stored, const QString &title,
+                                          void (TVLProjectModel::*changed)(QString))
+{
+    if (title == *stored)
+        return;
+    q->markProjectAsModified(true);
+    *stored = title;
+    Q_EMIT(q->*changed)(title);
+    Q_EMIT q->metaDataChanged();
+}
+
+template <typename Item>
+void TVLProjectModelPrivate::setDefaultIdentity(int *stored, int id, const QList<Item> &items)
+{
+    if (id == *stored)
+        return;
+    if (containsId(items, id)) {
+        q->markProjectAsModified(true);
+        *stored = id;
+    }
+    Q_EMIT q->metaDataChanged();
+}
+
 QList<TVLLabel> TVLProjectModel::labels() const
 {
     return d->mSearchIndex->labels();
@@ -103,23 +126,12 @@ void TVLProjectModelPrivate::replaceLabels(const QList<TVLLabel> &labels, ListEf
 
 void TVLProjectModel::setLabelTitle(const QString &title)
 {
-    if (title == d->mLabelTitle)
-        return;
-    markProjectAsModified(true);
-    d->mLabelTitle = title;
-    Q_EMIT labelTitleChanged(title);
-    Q_EMIT metaDataChanged();
+    d->setListTitle(&d->mLabelTitle, title, &TVLProjectModel::labelTitleChanged);
 }
 
 void TVLProjectModel::setDefaultLabelIdentity(int id)
 {
-    if (id == d->mDefaultLabelId)
-        return;
-    if (containsId(labels(), id)) {
-        markProjectAsModified(true);
-        d->mDefaultLabelId = id;
-    }
-    Q_EMIT metaDataChanged();
+    d->setDefaultIdentity(&d->mDefaultLabelId, id, labels());
 }
 
 QList<TVLStatusItem> TVLProjectModel::statusItems() const
@@ -145,23 +157,12 @@ void TVLProjectModelPrivate::replaceStatusItems(const QList<TVLStatusItem> &item
 
 void TVLProjectModel::setStatusTitle(const QString &title)
 {
-    if (title == d->mStatusTitle)
-        return;
-    markProjectAsModified(true);
-    d->mStatusTitle = title;
-    Q_EMIT statusTitleChanged(title);
-    Q_EMIT metaDataChanged();
+    d->setListTitle(&d->mStatusTitle, title, &TVLProjectModel::statusTitleChanged);
 }
 
 void TVLProjectModel::setDefaultStatusIdentity(int id)
 {
-    if (id == d->mDefaultStatusId)
-        return;
-    if (containsId(statusItems(), id)) {
-        markProjectAsModified(true);
-        d->mDefaultStatusId = id;
-    }
-    Q_EMIT metaDataChanged();
+    d->setDefaultIdentity(&d->mDefaultStatusId, id, statusItems());
 }
 
 int TVLProjectModel::maxOutlineColumns() const

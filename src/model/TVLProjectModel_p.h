@@ -168,6 +168,10 @@ public:
     void replaceItems(QList<Item> items, const QList<Item> &oldItems, const Item &noneItem,
                       int TVLProjectNodeProperties::*member, TVL::DocumentProperty property,
                       int *defaultId, SetItems setItems, ListEffect effect);
+    void setListTitle(QString *stored, const QString &title,
+                      void (TVLProjectModel::*changed)(QString));
+    template <typename Item>
+    void setDefaultIdentity(int *stored, int id, const QList<Item> &items);
     void replaceLabels(const QList<TVLLabel> &labels, ListEffect effect);
     void replaceStatusItems(const QList<TVLStatusItem> &items, ListEffect effect);
     [[nodiscard]] bool adoptFavorites(const QList<int> &ids);
