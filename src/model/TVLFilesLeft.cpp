@@ -2,6 +2,7 @@
 
 #include "TVLFilePresence_p.h"
 #include "TVLNumberedFiles_p.h"
+#include "TVLProjectFileNames_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectNodeProperties.h"
 
@@ -10,13 +11,9 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using Format = TVLProjectFolderFormat;
-
-const QString SnapshotsEnd = u".snapshots"_s;
 
 /** Whether a listing of a folder says all there is to say of it. */
 bool canBeListed(const QString &folderPath)
@@ -30,11 +27,12 @@ QSet<int> idsWithSnapshots(const QString &snapshotsPath)
     QSet<int> ids;
     const QStringList names =
         QDir(snapshotsPath)
-            .entryList({u'*' + SnapshotsEnd},
+            .entryList({u'*' + TVLProjectFileNames::SnapshotsEnd},
                        QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
         bool isNumber = false;
-        const int id = QStringView(name).chopped(SnapshotsEnd.size()).toInt(&isNumber);
+        const int id =
+            QStringView(name).chopped(TVLProjectFileNames::SnapshotsEnd.size()).toInt(&isNumber);
         if (isNumber)
             ids.insert(id);
     }
@@ -47,7 +45,8 @@ bool mayHaveFiles(const QString &path, const TVLProjectNodeProperties &item)
     QStringList filePaths = Format::nodeFilePaths(path, item.mId, item.mFileExtension);
     filePaths.append(Format::constructMainNodeFilePath(path, item.mId, QString()));
     filePaths.append(Format::indexCardImagePath(path, item.mId, item.mIndexCardImageFileExtension));
-    filePaths.append(Format::snapshotsPath(path) + u'/' + QString::number(item.mId) + SnapshotsEnd);
+    filePaths.append(Format::snapshotsPath(path) + u'/'
+                     + TVLProjectFileNames::snapshotsFolder(item.mId));
     return !std::all_of(filePaths.begin(), filePaths.end(), tvlIsMissing);
 }
 

@@ -5,6 +5,7 @@
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLMessageBox.h"
+#include "TVLProjectFileNames_p.h"
 #include "TVLProjectModel.h"
 #include "TVLRedoJournal_p.h"
 #include "TVLRegularFile.h"
@@ -15,8 +16,6 @@
 
 #include <functional>
 #include <memory>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -112,7 +111,7 @@ TVLProjectModel *TVLProjectFolderFormat::openProject(const QString &path,
     if (!binder.model)
         return nullptr;
     if (binder.filePath == binderPath)
-        compressBinder(path, u"binder.backup"_s, binderPath);
+        compressBinder(path, TVLProjectFileNames::BinderBackup, binderPath);
     return initialized(std::move(binder.model));
 }
 

@@ -7,6 +7,7 @@
 #include "TVLLoadedDocuments_p.h"
 #include "TVLMessageBox.h"
 #include "TVLOptions.h"
+#include "TVLProjectFileNames_p.h"
 #include "TVLProjectFolderFormat.h"
 #include "TVLProjectFolderMonitor.h"
 #include "TVLProjectNode.h"
@@ -172,12 +173,12 @@ void TVLProjectModelPrivate::updateHasSnapshots()
     // Few items of a large project have snapshots, so the folder is listed once and only what it
     // names is looked into.
     const QDir directory(TVLProjectFolderFormat::snapshotsPath(mPath));
-    const QStringList names =
-        directory.entryList({u"*.snapshots"_s}, QDir::Dirs | QDir::NoDotAndDotDot);
+    const QStringList names = directory.entryList({u'*' + TVLProjectFileNames::SnapshotsEnd},
+                                                  QDir::Dirs | QDir::NoDotAndDotDot);
     const QSet<QString> present(names.begin(), names.end());
     tvlForEachNode(mRootNode.get(), [&](TVLProjectNode *node) {
         node->mHasSnapshots = !present.isEmpty()
-            && present.contains(u"%1.snapshots"_s.arg(node->mId))
+            && present.contains(TVLProjectFileNames::snapshotsFolder(node->mId))
             && TVLProjectFolderFormat::hasSnapshotsViaSnapshotsDir(directory, node->mId);
     });
 }
@@ -199,7 +200,9 @@ TVLProjectSettings *TVLProjectModelPrivate::newSettings()
 {
     // Put together here, because asking for the file's path would make a folder for a project that
     // has none yet.
-    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u"/ui.ini"_s, q);
+    return new TVLProjectSettings(TVLProjectFolderFormat::settingsPath(mPath) + u'/'
+                                      + TVLProjectFileNames::WindowSettings,
+                                  q);
 }
 
 void TVLProjectModel::loadProjectSettings()

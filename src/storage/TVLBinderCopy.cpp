@@ -1,6 +1,7 @@
 #include "TVLBinderCopy_p.h"
 
 #include "TVLBinderContents.h"
+#include "TVLProjectFileNames_p.h"
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLCoreUtil.h"
@@ -9,8 +10,6 @@
 #include <QHash>
 
 #include <filesystem>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -93,7 +92,7 @@ bool tvlHasAutosaveOf(const QString &projectPath, const QString &binderFile)
 bool tvlMakeAutosaveOf(const QString &projectPath, const QString &binderFile)
 {
     verifiedCopies().remove(binderFile);
-    return Format::compressBinder(projectPath, u"binder.autosave"_s, binderFile)
+    return Format::compressBinder(projectPath, TVLProjectFileNames::BinderAutosave, binderFile)
         && tvlHasAutosaveOf(projectPath, binderFile);
 }
 

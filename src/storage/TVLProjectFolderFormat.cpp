@@ -4,6 +4,7 @@
 #include "TVLBinderText.h"
 #include "TVLCoreUtil.h"
 #include "TVLFileWriting_p.h"
+#include "TVLProjectFileNames_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -42,7 +43,8 @@ int TVLProjectFolderFormat::extractVersionNumber(const QString &text)
 
 TVL::FormatVersion TVLProjectFolderFormat::projectFormatVersion(const QString &path)
 {
-    const QString filePath = filesPath(calcEnclosingPath(path)) + u"/version.txt"_s;
+    const QString filePath =
+        filesPath(calcEnclosingPath(path)) + u'/' + TVLProjectFileNames::Version;
     if (QFileInfo::exists(filePath))
         return TVL::FormatVersion(
             extractVersionNumber(TVLCoreUtil::ReadUnicodeTextFile(filePath, nullptr)));
@@ -96,7 +98,7 @@ bool TVLProjectFolderFormat::isCompatible(QIODevice::OpenMode mode, const QStrin
 bool TVLProjectFolderFormat::hasSnapshotsViaSnapshotsDir(const QDir &snapshotsDir, int id)
 {
     QDir itemDir = snapshotsDir;
-    return itemDir.cd(u"%1.snapshots"_s.arg(id)) && itemDir.exists(u"index.xml"_s);
+    return itemDir.cd(TVLProjectFileNames::snapshotsFolder(id)) && itemDir.exists(u"index.xml"_s);
 }
 
 QString TVLProjectFolderFormat::dateTimeToString(const QDateTime &dateTime, bool isFileName)

@@ -4,6 +4,7 @@
 #include "TVLCoreUtil.h"
 #include "TVLFilePresence_p.h"
 #include "TVLNumberedFiles_p.h"
+#include "TVLProjectFileNames_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -147,7 +148,8 @@ bool TVLProjectFolderFormat::removeProjectFiles(const QString &path, int id,
     for (const QString &name : names)
         areGone = TVLCoreUtil::DeleteFile(filesDocsPath(projectPath) + u'/' + name) && areGone;
     forgetSnapshots(projectPath, id);
-    return removeDirectory(QDir(snapshotsPath(projectPath) + u"/%1.snapshots"_s.arg(id)))
+    return removeDirectory(
+               QDir(snapshotsPath(projectPath) + u'/' + TVLProjectFileNames::snapshotsFolder(id)))
         && areGone;
 }
 

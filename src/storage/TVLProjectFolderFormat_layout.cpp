@@ -2,6 +2,7 @@
 
 #include "TUuid.h"
 #include "TVLErrorText_p.h"
+#include "TVLProjectFileNames_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -160,12 +161,12 @@ QString TVLProjectFolderFormat::externalFolderSyncFilePath(const QString &path)
 
 QString TVLProjectFolderFormat::binderAutosaveFilePath(const QString &path)
 {
-    return filesPath(path) + u"/binder.autosave"_s;
+    return filesPath(path) + u'/' + TVLProjectFileNames::BinderAutosave;
 }
 
 QString TVLProjectFolderFormat::binderBackupFilePath(const QString &path)
 {
-    return filesPath(path) + u"/binder.backup"_s;
+    return filesPath(path) + u'/' + TVLProjectFileNames::BinderBackup;
 }
 
 bool TVLProjectFolderFormat::filesDataNodePathExists(const QString &path, const QUuid &uuid)
@@ -240,12 +241,12 @@ QDir TVLProjectFolderFormat::ensurePathExists(const QString &path, bool *ok, QSt
 
 QString TVLProjectFolderFormat::versionFilePath(const QString &path)
 {
-    return filesDirectory(path).filePath(u"version.txt"_s);
+    return filesDirectory(path).filePath(TVLProjectFileNames::Version);
 }
 
 QString TVLProjectFolderFormat::settingsUiFilePath(const QString &path)
 {
-    return settingsDirectory(path).filePath(u"ui.ini"_s);
+    return settingsDirectory(path).filePath(TVLProjectFileNames::WindowSettings);
 }
 
 QString TVLProjectFolderFormat::scriptformatXmlFilePath(const QString &path)

@@ -3,6 +3,7 @@
 #include "TVLBinderReader.h"
 #include "TVLBinderText.h"
 #include "TVLBinderWriter.h"
+#include "TVLProjectFileNames_p.h"
 #include "TVLRedoJournal_p.h"
 #include "TVLTextDocument.h"
 
@@ -35,15 +36,11 @@ using Format = TVLProjectFolderFormat;
 
 const QString SnapshotIndexName = u"index.xml"_s;
 
-QString folderName(int id)
-{
-    return u"%1.snapshots"_s.arg(id);
-}
-
 /** Where an item's snapshots lie, if it has any. */
 QString folderOfSnapshots(const QString &path, int id)
 {
-    return Format::snapshotsPath(Format::calcEnclosingPath(path)) + u'/' + folderName(id);
+    return Format::snapshotsPath(Format::calcEnclosingPath(path)) + u'/'
+        + TVLProjectFileNames::snapshotsFolder(id);
 }
 
 /** The name of a snapshot's file, which is also what identifies it; empty for no date. */
@@ -157,7 +154,7 @@ QString TVLProjectFolderFormat::snapshotFilePath(const QString &path, int id, co
     const QString name = fileName(date);
     if (!ok || name.isEmpty())
         return {};
-    const QString folder = folderName(id);
+    const QString folder = TVLProjectFileNames::snapshotsFolder(id);
     if (!directory.exists(folder) && !directory.mkdir(folder))
         return {};
     return directory.cd(folder) ? directory.filePath(name) : QString();
@@ -182,10 +179,11 @@ bool TVLProjectFolderFormat::readSnapshots(const QString &path, int id,
     }
     QDir directory(snapshotsPath(calcEnclosingPath(path)));
     // Most items have no folder, which isn't the same as one that can't be looked into.
-    const QString folder = directory.filePath(folderName(id));
+    const QString folder = directory.filePath(TVLProjectFileNames::snapshotsFolder(id));
     if (tvlIsMissing(folder))
         return true;
-    if (!QFileInfo(folder).isExecutable() || !directory.cd(folderName(id)))
+    if (!QFileInfo(folder).isExecutable()
+        || !directory.cd(TVLProjectFileNames::snapshotsFolder(id)))
         return false;
     if (!directory.exists(SnapshotIndexName))
         return true;
@@ -200,7 +198,7 @@ bool TVLProjectFolderFormat::readSnapshots(const QString &path, int id,
 bool TVLProjectFolderFormat::writeSnapshots(const QString &path, int id,
                                             const QList<TVLSnapshotInfo> &snapshots)
 {
-    const QString folder = folderName(id);
+    const QString folder = TVLProjectFileNames::snapshotsFolder(id);
     bool ok = false;
     QDir directory = snapshotsDirectory(path, &ok);
     if (!ok || (!directory.exists(folder) && !directory.mkdir(folder))) {
