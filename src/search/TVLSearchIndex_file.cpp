@@ -113,10 +113,8 @@ bool TVLSearchIndex::readFile(const TakeTexts &take, QString *error)
     if (!mProject || tvlIsMissing(searchIndexesFilePath()))
         return true;
     TVLRegularFile file(searchIndexesFilePath());
-    if (!file.open(QIODevice::ReadOnly)) {
-        tvlSetError(error, QCoreApplication::translate("TVLSearchIndex", CannotOpen));
-        return false;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return tvlFail(error, QCoreApplication::translate("TVLSearchIndex", CannotOpen));
 
     TVLProjectChecksums *checksums = mProject->checksums();
     // Texts of a project that never had hashes are taken as they are. Beside hashes, a text without

@@ -87,10 +87,7 @@ bool TVLProjectFolderFormat::readBinder(QIODevice *device, TVLBinderProject *pro
                                         QString *error)
 {
     TVLBinderReader reader(device);
-    const bool ok = reader.readProject(project, project->binderRoot());
-    if (!ok)
-        tvlSetError(error, QString());
-    return ok;
+    return reader.readProject(project, project->binderRoot()) || tvlFail(error, QString());
 }
 
 bool TVLProjectFolderFormat::readZippedBinderFilePath(const QString &zipPath,

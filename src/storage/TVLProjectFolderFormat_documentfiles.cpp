@@ -99,8 +99,7 @@ bool TVLProjectFolderFormat::readDocumentFile(const TVLProjectFile &file, TVLTex
         return true;
     // What could not be read must never be written over.
     document->setReadOnly(true);
-    tvlSetError(error, failure);
-    return false;
+    return tvlFail(error, failure);
 }
 
 QString TVLProjectFolderFormat::openForReading(const TVLProjectFile &file,
