@@ -298,3 +298,14 @@ QList<QUuid> TVLProjectFolderFormat::folderUUIDs(const QString &path)
     }
     return uuids;
 }
+
+bool TVLProjectFolderFormat::removeDirectory(const QDir &directory)
+{
+    return TVLCoreUtil::DeleteFolderAndFiles(directory.absolutePath());
+}
+
+bool TVLProjectFolderFormat::removeProject(const QString &path)
+{
+    forgetSnapshots(path);
+    return removeDirectory(enclosingDirectory(path));
+}

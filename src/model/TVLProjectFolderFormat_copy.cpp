@@ -1,3 +1,7 @@
+/*
+ * Copying a project is told here and not with the rest of the folder's class, because it shows its
+ * progress and tells of places that can't be read or written: what keeps files knows no windows.
+ */
 #include "TVLProjectFolderFormat.h"
 
 #include "TVLCoreUtil.h"
@@ -99,15 +103,4 @@ bool TVLProjectFolderFormat::copyProjectProgress(const QString &sourcePath,
     if (showProgress)
         progress->begin(QString(), TVLCoreUtil::getFileAndDirCount(calcEnclosingPath(sourcePath)));
     return copyProject(sourcePath, targetPath, renameBinder, *progress, clearLock, replaceTarget);
-}
-
-bool TVLProjectFolderFormat::removeDirectory(const QDir &directory)
-{
-    return TVLCoreUtil::DeleteFolderAndFiles(directory.absolutePath());
-}
-
-bool TVLProjectFolderFormat::removeProject(const QString &path)
-{
-    forgetSnapshots(path);
-    return removeDirectory(enclosingDirectory(path));
 }
