@@ -4,6 +4,10 @@
 
 using namespace Qt::StringLiterals;
 
+/** How deep elements may lie in a file of another program: what goes through a tree of them calls
+ * itself for each. */
+constexpr size_t DeepestXmlElement = 500;
+
 /**
  * Whether there may be more to read. QXmlStreamReader::atEnd() alone doesn't tell: of a device that
  * fails before its end it says false for ever.

@@ -16,8 +16,6 @@ namespace {
 using ScriptKind = TVLScreenplayKind;
 using ScriptRun = TVLScreenplayRun;
 
-constexpr size_t DeepestElement = 500;
-
 QString finalDraftText(const char *text)
 {
     return QCoreApplication::translate("TVLFinalDraftReader", text);
@@ -130,7 +128,7 @@ void TVLFinalDraftParser::startElement()
         mXml.raiseError(finalDraftText("This is not a Final Draft file."));
         return;
     }
-    if (mRoles.size() >= DeepestElement) {
+    if (mRoles.size() >= DeepestXmlElement) {
         mXml.raiseError(finalDraftText("The file is nested too deeply."));
         return;
     }
