@@ -44,6 +44,12 @@ private Q_SLOTS:
     void aSeparatorMayHoldLineEndsAndBackslashes_data();
     void aSeparatorMayHoldLineEndsAndBackslashes();
     void aSeparatorThatDoesNotOccurGivesOneItem();
+    void outlinesAndMindMapsBecomeTrees();
+    void anOutlineWithoutATitleHasThatOfItsFile();
+    void notesOfOutlinesGoWhereTheyAreWanted_data();
+    void notesOfOutlinesGoWhereTheyAreWanted();
+    void aPlaceForNotesThatIsNotKnownIsRefused();
+    void aBrokenOutlineIsLeftOutWhole();
     void whatCannotBeImportedIsToldBeforeAnythingChanges_data();
     void whatCannotBeImportedIsToldBeforeAnythingChanges();
     void aBrokenFileIsLeftOutAndTheOthersAreImported_data();
@@ -404,6 +410,101 @@ void TstToolImport::aSeparatorThatDoesNotOccurGivesOneItem()
     QCOMPARE(import(project, {file, u"--split"_s, u"#"_s}).status, 0);
     QCOMPARE(draftTreeOf(project), u"Call me"_s);
     QCOMPARE(catOf(project, u"Draft/Call me"_s), QByteArray("Call me\nIshmael\n"));
+}
+
+void TstToolImport::outlinesAndMindMapsBecomeTrees()
+{
+    const TestProject project;
+    writeEmptyProject(project);
+    const Source source(project);
+    source.write(u"f/1.opml"_s,
+                 "<opml><head><title>Book</title></head><body><outline text='a' _note='words'>"
+                 "<outline text='b'/></outline><outline text='c'/></body></opml>");
+    source.write(u"f/2.mm"_s,
+                 "<map><node TEXT='d'><node TEXT='e'><richcontent><p>more</p></richcontent></node>"
+                 "<node TEXT='g'/></node></map>");
+    source.write(u"f/3.txt"_s, "x");
+    const ProgramResult result = import(project, {source.path(u"f"_s)});
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, QByteArray("Imported 7 texts and 2 folders into 'Draft'\n"));
+    QCOMPARE(draftTreeOf(project), u"f(Book(a(b) c) d(e g) 3)"_s);
+    QCOMPARE(catOf(project, u"Draft/f/Book/a"_s), QByteArray("words\n"));
+    QCOMPARE(catOf(project, u"Draft/f/d/e"_s), QByteArray("more\n"));
+    QCOMPARE(runTool({u"check"_s, project.path()}).status, 0);
+}
+
+void TstToolImport::anOutlineWithoutATitleHasThatOfItsFile()
+{
+    const TestProject project;
+    writeEmptyProject(project);
+    const Source source(project);
+    const QString file = source.write(u"My.Book.opml"_s, "<opml><body/></opml>");
+    QCOMPARE(import(project, {file}).status, 0);
+    QCOMPARE(draftTreeOf(project), u"My.Book()"_s);
+}
+
+void TstToolImport::notesOfOutlinesGoWhereTheyAreWanted_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("notes");
+    QTest::addColumn<QByteArray>("synopsis");
+    const QByteArray words = "words\n";
+    const auto row = [](const char *word, const QByteArray &text, const QByteArray &notes,
+                        const QByteArray &synopsis) {
+        QTest::newRow(word) << QStringList{u"--outline-notes"_s, QString::fromLatin1(word)} << text
+                            << notes << synopsis;
+    };
+    row("text", words, {}, words);
+    row("notes", {}, words, words);
+    row("synopsis", {}, {}, words);
+    row("none", {}, {}, {});
+    QTest::newRow("nothing said") << QStringList() << words << QByteArray() << words;
+}
+
+void TstToolImport::notesOfOutlinesGoWhereTheyAreWanted()
+{
+    QFETCH(QStringList, options);
+    const TestProject project;
+    writeEmptyProject(project);
+    const Source source(project);
+    const QString file =
+        source.write(u"a.opml"_s, "<opml><body><outline text='b' _note='words'/></body></opml>");
+    const ProgramResult result = import(project, QStringList{file} + options);
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    const QString item = u"Draft/a/b"_s;
+    QTEST(catOf(project, item), "text");
+    QTEST(runTool({u"cat"_s, project.path(), item, u"--notes"_s}).output, "notes");
+    QTEST(runTool({u"cat"_s, project.path(), item, u"--synopsis"_s}).output, "synopsis");
+}
+
+void TstToolImport::aPlaceForNotesThatIsNotKnownIsRefused()
+{
+    const TestProject project;
+    writeEmptyProject(project);
+    const auto before = everythingBelow(project.path());
+    const ProgramResult result =
+        import(project, {u"--outline-notes"_s, u"Text"_s, project.binderPath()});
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.errors, QByteArray("tavel: --outline-notes knows no 'Text'\n"));
+    QCOMPARE(everythingBelow(project.path()), before);
+}
+
+void TstToolImport::aBrokenOutlineIsLeftOutWhole()
+{
+    const TestProject project;
+    writeEmptyProject(project);
+    const Source source(project);
+    const QString broken =
+        source.write(u"a.opml"_s, "<opml><body><outline text='b'/><outline text='c'>");
+    const ProgramResult result = import(project, {broken, source.write(u"d.txt"_s, "x")});
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errors,
+             QByteArray("tavel: '" + broken.toUtf8()
+                        + "' is not imported: Premature end of document.\n"));
+    QCOMPARE(draftTreeOf(project), u"d"_s);
 }
 
 void TstToolImport::whatCannotBeImportedIsToldBeforeAnythingChanges_data()

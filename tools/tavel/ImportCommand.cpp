@@ -11,6 +11,8 @@
 
 #include <QCommandLineParser>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -28,6 +30,37 @@ QCommandLineOption splitOption()
         u"Makes an item of each part of a file between two of these texts. A \\n in it is the end "
         "of a line, a \\\\ a backslash."_s,
         u"TEXT"_s);
+}
+
+/** What becomes of the notes of outlines, by its word. */
+struct OutlineNotes
+{
+    QStringView word;
+    TVL::OpmlImportType type;
+};
+
+constexpr OutlineNotes OutlineNotesWords[] = {
+    {u"text", TVL::OpmlNoteAsText},
+    {u"notes", TVL::OpmlNoteAsNotes},
+    {u"synopsis", TVL::OpmlNoteAsSynopsis},
+    {u"none", TVL::OpmlTitlesOnly},
+};
+
+QCommandLineOption outlineNotesOption()
+{
+    return QCommandLineOption(
+        u"outline-notes"_s,
+        u"What becomes of the notes of outlines and mind maps: text, notes, synopsis or none."_s,
+        u"WHAT"_s, OutlineNotesWords[0].word.toString());
+}
+
+std::optional<TVL::OpmlImportType> outlineNotes(const QString &word)
+{
+    for (const OutlineNotes &notes : OutlineNotesWords) {
+        if (notes.word == word)
+            return notes.type;
+    }
+    return std::nullopt;
 }
 
 /** A text in which a backslash and a letter stand for what can't be typed on a command line. */
@@ -95,6 +128,11 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
     if (parser.isSet(splitOption()) && separator.isEmpty())
         return console->refuse(u"the text of --split is empty"_s);
 
+    const QString notesWord = parser.value(outlineNotesOption());
+    const auto notes = outlineNotes(notesWord);
+    if (!notes)
+        return console->refuse(u"--outline-notes knows no '%1'"_s.arg(notesWord));
+
     // Before the project is touched.
     QString error;
     const auto plan = planImport(
@@ -111,6 +149,7 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
         return console->fail(error);
 
     Importer importer(project->model(), target, separator);
+    importer.setOutlineNotes(*notes);
     const bool isComplete = importAll(*plan, &importer, console);
     const bool isChanged = importer.textCount() + importer.folderCount() > 0;
     if (isChanged && !project->save(&error))
@@ -126,10 +165,12 @@ ExitStatus runImport(const QCommandLineParser &parser, Console *console)
 Command importCommand()
 {
     return {u"import"_s,
-            u"Puts text files, and folders of them, into a project as new items."_s,
+            u"Puts text files, outlines, and folders of them, into a project as new items."_s,
             {projectArgument(),
-             {u"FILE"_s, u"Plain text (.txt), rich text (.rtf), or a folder of such files."_s,
+             {u"FILE"_s,
+              u"Plain text (.txt), rich text (.rtf), an outline (.opml), a mind map (.mm), or a "
+              "folder of such files."_s,
               CommandArgument::OnceOrMore}},
-            {intoOption(), splitOption()},
+            {intoOption(), splitOption(), outlineNotesOption()},
             runImport};
 }

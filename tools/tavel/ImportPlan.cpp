@@ -21,6 +21,8 @@ std::optional<ImportKind> kindOf(const QFileInfo &info)
         return ImportKind::Folder;
     if (TVLFileKinds::textReader(info.suffix()))
         return ImportKind::Text;
+    if (TVLFileKinds::isOutline(info.suffix()))
+        return ImportKind::Outline;
     return std::nullopt;
 }
 

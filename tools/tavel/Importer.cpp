@@ -74,7 +74,8 @@ bool Importer::import(const ImportEntry &entry, QString *error)
         importFolder(entry);
         return true;
     }
-    const bool isImported = importText(entry, error);
+    const bool isImported =
+        entry.kind == ImportKind::Outline ? importOutline(entry, error) : importText(entry, error);
     letEventsPass();
     return isImported;
 }
@@ -101,6 +102,32 @@ bool Importer::importText(const ImportEntry &entry, QString *error)
     }
     mTextCount += int(nodes.size());
     return true;
+}
+
+bool Importer::importOutline(const ImportEntry &entry, QString *error)
+{
+    TVLProjectNode *parent = mWay.constLast();
+    const qsizetype firstNew = parent->mChildren.size();
+    const bool withRoot = true;
+    const int atEnd = -1;
+    TVLOpmlReader reader(mModel);
+    if (!reader.read(entry.path, mOutlineNotes, withRoot, mModel->createIndex(parent), atEnd)) {
+        *error = reader.errorString();
+        return false;
+    }
+    TVLProjectNode *root = parent->mChildren.value(firstNew);
+    if (!root)
+        return true;
+    if (root->mTitle == TVLProjectModel::trUntitledTitle() && !entry.title.isEmpty())
+        (void)mModel->setTitle(mModel->createIndex(root), entry.title);
+    count(root);
+    tvlForEachNode(root, [this](const TVLProjectNode *node) { count(node); });
+    return true;
+}
+
+void Importer::count(const TVLProjectNode *node)
+{
+    ++(node->mNodeType == TVL::Folder ? mFolderCount : mTextCount);
 }
 
 std::vector<Importer::Part> Importer::partsOf(const ImportEntry &entry,

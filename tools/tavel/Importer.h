@@ -3,6 +3,7 @@
 #include "ImportPlan.h"
 
 #include "TVL.h"
+#include "TVLOpmlReader.h"
 
 #include <QStringList>
 
@@ -24,6 +25,9 @@ public:
     /** With a @p separator, each file becomes an item for each part between two of them. */
     Importer(TVLProjectModel *model, TVLProjectNode *target, const QString &separator);
 
+    /** What becomes of the notes of outlines; they become texts if nothing else is said. */
+    void setOutlineNotes(TVL::OpmlImportType type) { mOutlineNotes = type; }
+
     /** The next entry of a plan. False, with a line in @p error, if nothing of it was imported. */
     [[nodiscard]] bool import(const ImportEntry &entry, QString *error);
 
@@ -39,6 +43,8 @@ private:
 
     void importFolder(const ImportEntry &entry);
     [[nodiscard]] bool importText(const ImportEntry &entry, QString *error);
+    [[nodiscard]] bool importOutline(const ImportEntry &entry, QString *error);
+    void count(const TVLProjectNode *node);
     [[nodiscard]] std::vector<Part> partsOf(const ImportEntry &entry,
                                             std::unique_ptr<QTextDocument> document) const;
     [[nodiscard]] TVLProjectNode *makeItem(TVL::NodeType type, const QString &title);
@@ -48,6 +54,7 @@ private:
     TVLProjectModel *mModel;
     QList<TVLProjectNode *> mWay; ///< The items around the next entry, the outermost first.
     QString mSeparator;
+    TVL::OpmlImportType mOutlineNotes = TVL::OpmlNoteAsText;
     int mFirstId; ///< No new item has a smaller id.
     int mTextCount = 0;
     int mFolderCount = 0;
