@@ -89,6 +89,7 @@ public:
     [[nodiscard]] bool isModified() const { return mModified; }
     /** Whether they ever did, saved or not. */
     [[nodiscard]] bool wasEverModified() const { return mWasEverModified; }
+    /** A save clears the flag; set, it has the next save write the records. */
     void setModified(bool modified);
     /** @} */
 
@@ -121,6 +122,8 @@ public:
     /** Refreshes the record of a uuid from the mobile copy. */
     void updateHashSumMobile(const QUuid &uuid, TVL::DocumentType type);
 
+    /** These three ask nothing of the type: they refresh the record of a numbered file, of one in
+     * an item's own folder and of one of the mobile copy. */
     void updateLoadedCheckSums(int id, TVL::DocumentType type);
     void updateLoadedCheckSumsData(const QUuid &uuid, TVL::DocumentType type);
     void updateLoadedCheckSumsMobile(const QUuid &uuid, TVL::DocumentType type);

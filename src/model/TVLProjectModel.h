@@ -176,6 +176,7 @@ public:
     [[nodiscard]] QDir path() const;
     [[nodiscard]] bool isMobileProject() const override;
     [[nodiscard]] TVL::FormatVersion formatVersion() const override;
+    /** What the binder's root element says: versions, and the stamp of the last save. */
     [[nodiscard]] TVLProjectInfo info() const;
     void setInfo(const TVLProjectInfo &info) override;
     /** Name of the device that saved the project last. */
@@ -183,11 +184,14 @@ public:
     void setDeviceName(const QString &name);
     /** Name of this device. */
     [[nodiscard]] static QString platformDeviceName();
+    /** Whether automatic backups take the project; see setExcludeFromBackup(). */
     [[nodiscard]] bool backupIncluded() const;
+    /** What a binder says of it; the project counts as modified once the binder is read. */
     void adoptBackupIncluded(bool included);
     /** State of the project's user interface, in a file of its own; never null. It belongs to the
      * model, and saveAs() replaces it. */
     [[nodiscard]] TVLProjectSettings *settings() const;
+    /** How long nothing may happen, in seconds, before a modified project saves itself. */
     [[nodiscard]] int autoSaveSeconds() const;
     /** The part of the binder that is kept as raw text. */
     [[nodiscard]] QString userProjectData() const;
@@ -344,7 +348,9 @@ public:
     void clearTemplateFolder();
     /** Whether an ancestor of the item is a template folder. */
     [[nodiscard]] bool templatesContain(const QModelIndex &index) const;
+    /** Null when there is none. */
     [[nodiscard]] QUuid templateFolderUuid() const;
+    /** What a binder says of it: emits and marks nothing; nothing for what no item has. */
     void adoptTemplateFolder(const QUuid &uuid);
     void adoptTemplateFolder(int id);
     /** @} */
@@ -894,7 +900,10 @@ public:
                                                 const QModelIndex &parent) const;
     /** Whether an item below @p parent has one of the keywords. */
     [[nodiscard]] bool containsKeywords(const QSet<int> &keywords, const QModelIndex &parent) const;
+    /** All keywords of the project, each behind the one that it is part of. */
     [[nodiscard]] QList<TVLBinderKeyword> projectKeywords() const;
+    /** Adds keywords that come in such an order; of those with the same identity the last counts.
+     */
     void addProjectKeywords(const QList<TVLBinderKeyword> &keywords);
     /** @} */
 
@@ -1184,6 +1193,7 @@ public:
     /** The favorites in their order. */
     [[nodiscard]] QModelIndexList favorites() const;
     [[nodiscard]] QList<int> favoriteIds() const;
+    /** Makes an item the last favorite; false when no item has the id. */
     [[nodiscard]] bool addFavorite(int id);
     /** Replaces all; each id must be that of an item. */
     void setFavorites(const QList<int> &ids);
@@ -1210,42 +1220,79 @@ public Q_SLOTS:
     /** Removes all in the Trash, with its files, and saves the project. */
     bool emptyTrash();
 
+    // Who hears a signal may change the project, and so may others who hear it first; what a signal
+    // tells is done when it comes, unless its name says otherwise.
 Q_SIGNALS:
-    /** The item's documents are about to be looked through for what to write. */
+    /** A save is about to look for what to write; comes for each item with documents in memory, in
+     * the order of their first load, also if the project isn't modified. Who holds edits back puts
+     * them into the documents now. */
     void aboutToSave(QModelIndex index);
-    /** A document was edited: at a position, so many characters went and so many came. */
+    /** A document was edited: at a position, so many characters went and so many came. It is
+     * unsaved by now. */
     void documentContentsChange(QModelIndex index, TVL::DocumentType docType, int position,
                                 int charsRemoved, int charsAdded);
-    /** Follows documentContentsChange(), once for each edit block. */
+    /** Follows documentContentsChange(), once for each edit block; dataChanged() of the item comes
+     * within a second. */
     void documentContentsChanged(QModelIndex index, TVL::DocumentType docType);
+    /** There is another list of labels. dataChanged() of the items that show one which went or
+     * looks different came before; the project is marked as modified after it. */
     void labelsChanged();
+    /** As labelsChanged(), of status items. */
     void statusItemsChanged();
+    /** The references of the project, not those of an item; it is marked as modified after it. */
     void referencesChanged();
+    /** One of both is invalid if there was or is none. Comes after dataChanged() of both folders
+     * and of all below them. */
     void templateFolderChanged(QModelIndex newIndex, QModelIndex oldIndex);
+    /** What the user calls labels; metaDataChanged() follows. */
     void labelTitleChanged(QString title);
+    /** What the user calls status items; metaDataChanged() follows. */
     void statusTitleChanged(QString title);
+    /** Comes also if the mode's file couldn't be written; metaDataChanged() follows. */
     void scriptModeChanged(TVLScriptMode mode);
+    /** An item has another text mode, or a new one has its sibling's; dataChanged() follows. */
     void formatModeChanged(QModelIndex index, QString mode);
+    /** True comes with the first change after a save, false at the end of a save, a failed one too,
+     * unless something was changed meanwhile. */
     void modifiedChanged(bool modified);
+    /** A folder of the project, whose path it is, has gone or can't be written any more. Comes once
+     * until the next saveAs(), and never for a mobile project. */
     void externallyModified(QString path);
+    /** An item has got snapshots, or one of them has another title; both indexes are the item's.
+     * dataChanged() follows. A snapshot that is removed is told by dataChanged() alone. */
     void snapshotsChanged(QModelIndex first, QModelIndex last);
+    /** The note is still there, its file isn't. */
     void projectNoteAboutToBeRemoved(int noteId);
     void projectNoteRemoved(int noteId);
+    /** The id is that of projectNoteAdded(), unless who hears this adds a note too. */
     void projectNoteAboutToBeAdded(int noteId);
     void projectNoteAdded(int noteId);
+    /** @name Positions in the list of notes; those of the second are of where it was and is. @{ */
     void projectNoteAboutToBeMoved(int from, int to);
     void projectNoteMoved(int from, int to);
+    /** @} */
     void projectNoteRenamed(int noteId);
+    /** What views show of the project beside its items may have changed: titles and defaults of
+     * labels and status items, the script mode, or the counts of the writing session. */
     void metaDataChanged();
+    /** An item holds something else in a custom field. dataChanged() follows, but for items that
+     * lose what they hold in a field that goes. */
     void customMetaDataChanged(QModelIndex index);
+    /** The fields are the old ones, and no item holds anything any more in one that will go. */
     void customMetaDataSettingsAboutToBeChanged(QStringList oldIds, QStringList newIds);
     void customMetaDataSettingsChanged(QStringList oldIds, QStringList newIds);
+    /** Follows each of the other signals of collections that tells what is done; for a collection
+     * that moves, once behind the four. */
     void collectionChanged();
+    /** A collection has another record, or has to be shown anew because its search may find
+     * something else. */
     void collectionChanged(int position, TVLCollectionMetaData collection);
     void collectionAboutToBeInserted(int position, TVLCollectionMetaData collection);
     void collectionInserted(int position, TVLCollectionMetaData collection);
+    /** The collection is still in the list. */
     void collectionAboutToBeRemoved(int position);
     void collectionRemoved(int position);
+    /** The project is marked as modified after it. */
     void autoCompleteListChanged();
 
 protected:

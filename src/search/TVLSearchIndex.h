@@ -81,7 +81,10 @@ public:
     /** The TVL::DocumentProperty values that are texts. */
     [[nodiscard]] static const QSet<int> &stringDocumentProperties();
 
+    /** Makes the tables, as the constructor does. False, with a message at critical level, when one
+     * couldn't be made; those before it are there then. */
     bool createTables();
+    /** Drops all tables, with what they hold; false as createTables(). */
     bool dropTables();
 
     /** @name The file of the texts @{ */
@@ -120,6 +123,7 @@ public:
     [[nodiscard]] static QString customMetaDataText(const TVLProjectNode *node);
     /** Adds an item; false for null and for the three root folders, which are never searched. */
     bool addProjectNode(const TVLProjectNode *node);
+    /** addProjectNode() of the item of an index of a project model. */
     bool addDocument(const QModelIndex &index);
     /** Adds an item with a title and no confirmed texts. False for a negative id. */
     bool addDocumentData(int id, const QString &title, int labelId, int statusId,
@@ -141,9 +145,11 @@ public:
                             const QVariant &value, bool confirmed);
     /** Notes that a text may have changed. */
     void invalidatePropertyNode(const TVLProjectNode *node, TVL::DocumentProperty property);
+    /** invalidatePropertyNode() of the item of an id. */
     void invalidateProperty(int id, TVL::DocumentProperty property);
     /** Notes that the text in a document file may have changed. */
     void invalidateDocumentNode(const TVLProjectNode *node, TVL::DocumentType type);
+    /** invalidateDocumentNode() of the item of an id. */
     void invalidateDocument(int id, TVL::DocumentType type);
     /** invalidateDocument() for all document files of an item. */
     void invalidateDocuments(int id);
@@ -216,6 +222,7 @@ public:
     bool updateKeyword(int id, const QString &title);
 
     /** @name Keywords of documents, which are known by their node id @{ */
+    /** False, with a "sql error" in the log, when it couldn't be stored. */
     bool addDocumentKeyword(int id, int keywordId);
     bool removeDocumentKeyword(int id, int keywordId);
     /** Replaces the keywords of a document; what comes behind a failure is missing then. */

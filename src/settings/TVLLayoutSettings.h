@@ -20,10 +20,14 @@ class TVL_EXPORT TVLLayoutSettings : public TVLSettings
     Q_OBJECT
 
 public:
+    /** Settings of the ini file at @p path, which is read at once if it is there, and made with the
+     * first value that is stored. */
     explicit TVLLayoutSettings(const QString &path, QObject *parent = nullptr);
     ~TVLLayoutSettings() override;
     Q_DISABLE_COPY_MOVE(TVLLayoutSettings)
 
+    /** @name Defaults and keys of the settings that a layout has; those of TVLSettings for others
+     * @{ */
     using TVLSettings::defaultValue;
     [[nodiscard]] bool defaultValue(FlagSetting setting) const override;
     [[nodiscard]] int defaultValue(IntSetting setting) const override;
@@ -33,6 +37,7 @@ public:
     [[nodiscard]] QString keyText(FlagSetting setting) const override;
     [[nodiscard]] QString keyText(IntSetting setting) const override;
     [[nodiscard]] QString keyText(IntListSetting setting) const override;
+    /** @} */
 
     /** @name The layout in the user's list @{ */
     [[nodiscard]] QString name() const;
@@ -48,6 +53,7 @@ public:
     [[nodiscard]] QRect windowGeometry(const QWidget *widget) const;
     void setWindowPosition(const QPoint &position);
     void setWindowSize(const QSize &size, bool maximized);
+    /** As it was stored; without that, whether a low screen asks for it. */
     [[nodiscard]] bool windowMaximized(const QWidget *widget) const;
     /** Which parts of the window are shown; the bits are the application's. */
     [[nodiscard]] int visibilityFlags(const QWidget *widget) const;

@@ -31,7 +31,9 @@ public:
      * False, with nothing watched, if the project has no folder or one of the two can't be used.
      */
     bool startMonitor();
+    /** setMonitorPath() and startMonitor(). */
     bool startMonitor(const QString &path);
+    /** Nothing is watched any more until startMonitor(); the path stays. */
     void stopMonitor();
 
     /** Whether a path is at this moment a folder that can be written to. */
