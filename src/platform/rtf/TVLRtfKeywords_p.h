@@ -2,9 +2,11 @@
 
 #include <QByteArrayView>
 
-/** What a control word does to the reader. */
-enum class TVLRtfAction : quint8 {
-    // Formats of characters; the argument tells more where it says so.
+#include <variant>
+
+/** What a control word does to the formats of characters; the argument tells more where it says so.
+ */
+enum class TVLRtfCharAction : quint8 {
     Bold,
     Italic,
     Underline, ///< Argument: a QTextCharFormat::UnderlineStyle; a parameter of 0 ends it.
@@ -19,7 +21,10 @@ enum class TVLRtfAction : quint8 {
     Weight,
     CharNumber, ///< Argument: a TVLRtfCharNumber.
     Plain,
-    // Formats of paragraphs.
+};
+
+/** What it does to the formats of paragraphs. */
+enum class TVLRtfParagraphAction : quint8 {
     Alignment, ///< Argument: a Qt::AlignmentFlag.
     ParagraphNumber, ///< Argument: a TVLRtfParagraphNumber.
     ParagraphFlag, ///< Argument: a TVLRtfParagraphFlag.
@@ -29,7 +34,10 @@ enum class TVLRtfAction : quint8 {
     Tab,
     TabKind, ///< Argument: a QTextOption::TabType; -1 for a tab that belongs to a list's marker.
     ParagraphDefault,
-    // Text.
+};
+
+/** What it adds to the text, or where it has the text go. */
+enum class TVLRtfTextAction : quint8 {
     Character, ///< Argument: a UTF-16 unit.
     Unicode,
     UnicodeSkip,
@@ -37,16 +45,25 @@ enum class TVLRtfAction : quint8 {
     PageBreak,
     ContinuousSection,
     PageNumber,
-    // The file.
+    PictureKind, ///< The word itself says what the bytes are.
+    PictureNumber, ///< Argument: a TVLRtfPictureNumber.
+    Destination,
+};
+
+/** What it says of the file, its fonts and its colours. */
+enum class TVLRtfHeaderAction : quint8 {
     Rtf,
     DefaultFont,
     Cocoa, ///< The file comes from a text system whose first colour is that of its paper.
     CodePage,
     NamedCodePage, ///< Argument: a code page.
-    // Fonts, colours, lists.
     FontCharset,
     FontCodePage,
     ColorPart, ///< Argument: 0 red, 1 green, 2 blue, 3 alpha.
+};
+
+/** What it says of lists. */
+enum class TVLRtfListAction : quint8 {
     ListId,
     ListRestart,
     LevelNumbering,
@@ -57,7 +74,10 @@ enum class TVLRtfAction : quint8 {
     OldListGoesOn,
     OldListLevel, ///< Argument: -1 for the parameter, else a level.
     OldListStyle, ///< Argument: a QTextListFormat::Style.
-    // Tables.
+};
+
+/** What it does to tables. */
+enum class TVLRtfTableAction : quint8 {
     RowDefaults,
     CellEdge,
     CellEnd,
@@ -71,12 +91,11 @@ enum class TVLRtfAction : quint8 {
     RowAlignment, ///< Argument: a Qt::AlignmentFlag.
     BorderOwner, ///< Argument: whether the borders that follow are a table's.
     BorderWidth,
-    // Pictures.
-    PictureKind, ///< The word itself says what the bytes are.
-    PictureNumber, ///< Argument: a TVLRtfPictureNumber.
-    // Destinations; argument: a TVLRtfDestination.
-    Destination,
 };
+
+/** What a control word does to the reader: each kind has a function of its own there. */
+using TVLRtfAction = std::variant<TVLRtfCharAction, TVLRtfParagraphAction, TVLRtfTextAction,
+                                  TVLRtfHeaderAction, TVLRtfListAction, TVLRtfTableAction>;
 
 enum class TVLRtfCharNumber : quint8 {
     Font,

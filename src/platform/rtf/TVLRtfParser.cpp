@@ -197,10 +197,10 @@ void TVLRtfParser::word(const TVLRtfToken &token)
         --mToSkip;
         // Only a character can stand in for one; some programs forget what stands in, and a
         // paragraph's end must not go with it.
-        if (keyword && keyword->action == TVLRtfAction::Character)
+        if (keyword && keyword->action == TVLRtfAction(TVLRtfTextAction::Character))
             return;
     }
-    if (ignorable && (!keyword || keyword->action != TVLRtfAction::Destination))
+    if (ignorable && (!keyword || keyword->action != TVLRtfAction(TVLRtfTextAction::Destination)))
         mGroup.mDestination = Destination::Skipped;
     else if (keyword)
         apply(*keyword, token);
@@ -208,20 +208,15 @@ void TVLRtfParser::word(const TVLRtfToken &token)
 
 void TVLRtfParser::apply(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
 {
-    using A = TVLRtfAction;
-    if (keyword.action <= A::Plain)
-        return applyCharWord(keyword, token);
-    if (keyword.action <= A::ParagraphDefault)
-        return applyParagraphWord(keyword, token);
-    if (keyword.action >= A::Rtf && keyword.action <= A::ColorPart)
-        return applyHeaderWord(keyword, token);
-    if (keyword.action >= A::ListId && keyword.action <= A::OldListStyle)
-        return applyListWord(keyword, token);
-    if (keyword.action >= A::RowDefaults && keyword.action <= A::BorderWidth)
-        return applyTableWord(keyword, token);
-    switch (keyword.action) {
+    std::visit([&](auto action) { applyWord(action, keyword.argument, token); }, keyword.action);
+}
+
+void TVLRtfParser::applyWord(TVLRtfTextAction action, int argument, const TVLRtfToken &token)
+{
+    using A = TVLRtfTextAction;
+    switch (action) {
     case A::Character:
-        return text(QString(QChar(keyword.argument)));
+        return text(QString(QChar(argument)));
     case A::Unicode:
         return unicode(token.mParameter);
     case A::UnicodeSkip:
@@ -240,12 +235,10 @@ void TVLRtfParser::apply(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
     case A::PictureKind:
         return setPictureKind(token);
     case A::PictureNumber:
-        mPicture.mNumbers[keyword.argument] = token.mParameter;
+        mPicture.mNumbers[argument] = token.mParameter;
         return;
     case A::Destination:
-        return openDestination(static_cast<Destination>(keyword.argument));
-    default:
-        return;
+        return openDestination(static_cast<Destination>(argument));
     }
 }
 
@@ -289,42 +282,40 @@ void TVLRtfParser::symbol(char symbol)
 
 // --- Tables of the file
 
-void TVLRtfParser::applyHeaderWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyWord(TVLRtfHeaderAction action, int argument, const TVLRtfToken &token)
 {
-    switch (keyword.action) {
-    case TVLRtfAction::Rtf:
+    switch (action) {
+    case TVLRtfHeaderAction::Rtf:
         if (mIsBehindEnd && !mParagraph.mText.isEmpty())
             endParagraph();
         break;
-    case TVLRtfAction::DefaultFont:
+    case TVLRtfHeaderAction::DefaultFont:
         mFormats.mDefaultFont = qMax(token.mParameter, -1);
         forgetFormats();
         break;
-    case TVLRtfAction::Cocoa:
+    case TVLRtfHeaderAction::Cocoa:
         mFirstColorIsPaper = true;
         break;
-    case TVLRtfAction::CodePage:
+    case TVLRtfHeaderAction::CodePage:
         if (token.mParameter > 0)
             setCodePage(TVLRtfCodePage::page(token.mParameter));
         break;
-    case TVLRtfAction::NamedCodePage:
-        setCodePage(TVLRtfCodePage::page(keyword.argument));
+    case TVLRtfHeaderAction::NamedCodePage:
+        setCodePage(TVLRtfCodePage::page(argument));
         break;
-    case TVLRtfAction::FontCharset:
+    case TVLRtfHeaderAction::FontCharset:
         if (mGroup.mDestination == Destination::FontTable) {
             mFont.mCharset = token.mParameter;
             mFont.mCodePage = TVLRtfCodePage::pageOfCharset(token.mParameter);
             mGroup.mPage = mFont.mCodePage ? mFont.mCodePage : mDocumentPage;
         }
         break;
-    case TVLRtfAction::FontCodePage:
+    case TVLRtfHeaderAction::FontCodePage:
         if (mGroup.mDestination == Destination::FontTable && token.mParameter > 0)
             mFont.mCodePage = mGroup.mPage = TVLRtfCodePage::page(token.mParameter);
         break;
-    case TVLRtfAction::ColorPart:
-        setColorPart(keyword.argument, token.mParameter);
-        break;
-    default:
+    case TVLRtfHeaderAction::ColorPart:
+        setColorPart(argument, token.mParameter);
         break;
     }
 }

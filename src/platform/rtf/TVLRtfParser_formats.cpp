@@ -33,11 +33,11 @@ void switchTo(quint8 *value, int own, bool on)
 
 } // namespace
 
-void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyWord(TVLRtfCharAction action, int argument, const TVLRtfToken &token)
 {
-    using A = TVLRtfAction;
+    using A = TVLRtfCharAction;
     TVLRtfCharState &chars = mGroup.mChars;
-    switch (keyword.action) {
+    switch (action) {
     case A::Bold:
         chars.mWeight = isOn(token) ? int(QFont::Bold) : -1;
         break;
@@ -48,7 +48,7 @@ void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken
         chars.mItalic = isOn(token);
         break;
     case A::Underline:
-        chars.mUnderline = isOn(token) ? quint8(keyword.argument) : 0;
+        chars.mUnderline = isOn(token) ? quint8(argument) : 0;
         chars.mDoubleUnderline = false;
         break;
     case A::UnderlineDouble:
@@ -65,14 +65,14 @@ void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken
         chars.mHidden = isOn(token);
         break;
     case A::Capitalization:
-        switchTo(&chars.mCapitalization, keyword.argument, isOn(token));
+        switchTo(&chars.mCapitalization, argument, isOn(token));
         break;
     case A::VerticalAlignment:
-        switchTo(&chars.mVerticalAlignment, keyword.argument, isOn(token));
+        switchTo(&chars.mVerticalAlignment, argument, isOn(token));
         break;
     case A::VerticalShift: {
-        const int shift = keyword.argument * (token.mHasParameter ? token.mParameter : 6);
-        const bool isUp = shift > 0 || (shift == 0 && keyword.argument > 0);
+        const int shift = argument * (token.mHasParameter ? token.mParameter : 6);
+        const bool isUp = shift > 0 || (shift == 0 && argument > 0);
         switchTo(&chars.mVerticalAlignment,
                  isUp ? QTextCharFormat::AlignSuperScript : QTextCharFormat::AlignSubScript,
                  shift != 0);
@@ -83,13 +83,11 @@ void TVLRtfParser::applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken
             chars.mVerticalAlignment = quint8(token.mParameter);
         break;
     case A::CharNumber:
-        setCharNumber(static_cast<TVLRtfCharNumber>(keyword.argument), token);
+        setCharNumber(static_cast<TVLRtfCharNumber>(argument), token);
         break;
     case A::Plain:
         chars.reset();
         setFont(-1);
-        break;
-    default:
         break;
     }
 }
@@ -148,21 +146,21 @@ void TVLRtfParser::setFont(int number)
     mGroup.mPage = page ? page : mDocumentPage;
 }
 
-void TVLRtfParser::applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyWord(TVLRtfParagraphAction action, int argument, const TVLRtfToken &token)
 {
-    using A = TVLRtfAction;
+    using A = TVLRtfParagraphAction;
     // In the table of lists the indents are those of a level.
-    if (mGroup.mDestination == Destination::ListLevel && keyword.action == A::ParagraphNumber) {
-        if (keyword.argument == int(TVLRtfParagraphNumber::LeftIndent))
+    if (mGroup.mDestination == Destination::ListLevel && action == A::ParagraphNumber) {
+        if (argument == int(TVLRtfParagraphNumber::LeftIndent))
             mListLevel.mLeft = boundedTwips(token.mParameter);
-        else if (keyword.argument == int(TVLRtfParagraphNumber::FirstIndent))
+        else if (argument == int(TVLRtfParagraphNumber::FirstIndent))
             mListLevel.mFirst = boundedTwips(token.mParameter);
         return;
     }
     if (mGroup.mDestination == Destination::StyleSheet)
-        return applyStyleWord(keyword, token);
-    if (mGroup.mDestination == Destination::ListOverride && keyword.action == A::ParagraphNumber
-        && keyword.argument == int(TVLRtfParagraphNumber::List)) {
+        return applyStyleWord(action, argument, token);
+    if (mGroup.mDestination == Destination::ListOverride && action == A::ParagraphNumber
+        && argument == int(TVLRtfParagraphNumber::List)) {
         mOverrides.insert(token.mParameter, mOverride);
         return;
     }
@@ -170,22 +168,22 @@ void TVLRtfParser::applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtf
     if (mGroup.mDestination != Destination::Body || mNoteDepth > 0)
         return;
     TVLRtfParagraphState &paragraph = mGroup.mParagraph;
-    switch (keyword.action) {
+    switch (action) {
     case A::ParagraphDefault:
         paragraph = {};
         break;
     case A::Alignment:
-        paragraph.mAlignment = keyword.argument;
+        paragraph.mAlignment = argument;
         break;
     case A::ParagraphNumber:
-        setParagraphNumber(static_cast<TVLRtfParagraphNumber>(keyword.argument), token.mParameter);
+        setParagraphNumber(static_cast<TVLRtfParagraphNumber>(argument), token.mParameter);
         break;
     case A::ParagraphFlag: {
         constexpr bool TVLRtfParagraphState::*Flags[] = {
             &TVLRtfParagraphState::mInTable, &TVLRtfParagraphState::mBreakBefore,
             &TVLRtfParagraphState::mBreakAfter, &TVLRtfParagraphState::mKeep,
             &TVLRtfParagraphState::mKeepWithNext};
-        paragraph.*Flags[keyword.argument] = isOn(token);
+        paragraph.*Flags[argument] = isOn(token);
         break;
     }
     case A::LineHeightMultiple:
@@ -195,15 +193,13 @@ void TVLRtfParser::applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtf
         paragraph.mHeadingLevel = headingLevel(token);
         break;
     case A::Direction:
-        paragraph.mDirection = keyword.argument;
+        paragraph.mDirection = argument;
         break;
     case A::Tab:
         addTab(token.mParameter);
         break;
     case A::TabKind:
-        paragraph.mTabType = keyword.argument;
-        break;
-    default:
+        paragraph.mTabType = argument;
         break;
     }
 }
@@ -273,15 +269,16 @@ void TVLRtfParser::addTab(int twips)
 
 // --- Style sheet
 
-void TVLRtfParser::applyStyleWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyStyleWord(TVLRtfParagraphAction action, int argument,
+                                  const TVLRtfToken &token)
 {
-    if (keyword.action == TVLRtfAction::OutlineLevel)
+    if (action == TVLRtfParagraphAction::OutlineLevel)
         mStyle.mHeadingLevel = headingLevel(token);
-    else if (keyword.action != TVLRtfAction::ParagraphNumber)
+    else if (action != TVLRtfParagraphAction::ParagraphNumber)
         return;
-    else if (keyword.argument == int(TVLRtfParagraphNumber::Style))
+    else if (argument == int(TVLRtfParagraphNumber::Style))
         mStyle.mNumber = token.mParameter;
-    else if (keyword.argument == int(TVLRtfParagraphNumber::StyleBase))
+    else if (argument == int(TVLRtfParagraphNumber::StyleBase))
         mStyle.mBase = token.mParameter;
 }
 

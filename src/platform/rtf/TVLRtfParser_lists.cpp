@@ -85,48 +85,46 @@ QTextListFormat listFormat(int style, int indent, int start, const QString &befo
 
 } // namespace
 
-void TVLRtfParser::applyListWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyWord(TVLRtfListAction action, int argument, const TVLRtfToken &token)
 {
-    switch (keyword.action) {
-    case TVLRtfAction::ListId:
+    switch (action) {
+    case TVLRtfListAction::ListId:
         if (mGroup.mDestination == Destination::ListOverride)
             mOverride.mId = token.mParameter;
         else
             mList.mId = token.mParameter;
         break;
-    case TVLRtfAction::ListRestart:
+    case TVLRtfListAction::ListRestart:
         mOverride.mRestarts = true;
         break;
-    case TVLRtfAction::OverrideLevel:
+    case TVLRtfListAction::OverrideLevel:
         ++mOverride.mLevel;
         break;
-    case TVLRtfAction::LevelStart:
+    case TVLRtfListAction::LevelStart:
         if (mGroup.mDestination != Destination::ListOverride)
             mListLevel.mStart = boundedStart(token.mParameter);
         else if (mOverride.mLevel >= 0 && mOverride.mLevel < MaximumListLevels)
             mOverride.mStarts.insert(mOverride.mLevel, boundedStart(token.mParameter));
         break;
-    case TVLRtfAction::LevelNumbering:
+    case TVLRtfListAction::LevelNumbering:
         mListLevel.mStyle = styleOfNumbering(token.mParameter);
         break;
-    case TVLRtfAction::LevelIndent:
+    case TVLRtfListAction::LevelIndent:
         mListLevel.mIndent = qBound(0, token.mParameter, 1000);
         mListLevel.mIsExact = true;
         break;
-    case TVLRtfAction::OldListLevel:
+    case TVLRtfListAction::OldListLevel:
         mOldList.mLevel =
-            qBound(0, (keyword.argument < 0 ? token.mParameter : 1) - 1, MaximumListLevels - 1);
+            qBound(0, (argument < 0 ? token.mParameter : 1) - 1, MaximumListLevels - 1);
         break;
-    case TVLRtfAction::OldListStart:
+    case TVLRtfListAction::OldListStart:
         mOldList.mStart = boundedStart(token.mParameter);
         break;
-    case TVLRtfAction::OldListGoesOn:
+    case TVLRtfListAction::OldListGoesOn:
         mOldList.mGoesOn = true;
         break;
-    case TVLRtfAction::OldListStyle:
-        mOldList.mStyle = keyword.argument;
-        break;
-    default:
+    case TVLRtfListAction::OldListStyle:
+        mOldList.mStyle = argument;
         break;
     }
 }

@@ -147,6 +147,7 @@ private:
     void finishText();
     void word(const TVLRtfToken &token);
     void apply(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfTextAction action, int argument, const TVLRtfToken &token);
     void symbol(char symbol);
 
     // Destinations
@@ -189,20 +190,20 @@ private:
     void keepLooseMarker();
 
     // Formats
-    void applyCharWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfCharAction action, int argument, const TVLRtfToken &token);
     void setCharNumber(TVLRtfCharNumber number, const TVLRtfToken &token);
     void setFont(int number);
-    void applyParagraphWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfParagraphAction action, int argument, const TVLRtfToken &token);
     void setParagraphNumber(TVLRtfParagraphNumber number, int value);
     void addTab(int twips);
 
     // Style sheet
-    void applyStyleWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyStyleWord(TVLRtfParagraphAction action, int argument, const TVLRtfToken &token);
     void finishStyle();
     [[nodiscard]] int headingLevelOfStyle(int number) const;
 
     // Tables of the file
-    void applyHeaderWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfHeaderAction action, int argument, const TVLRtfToken &token);
     void forgetFormats();
     void setCodePage(const TVLRtfCodePage *page);
     void fontText(const QString &text);
@@ -211,7 +212,7 @@ private:
     void setColorPart(int part, int value);
 
     // Lists
-    void applyListWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfListAction action, int argument, const TVLRtfToken &token);
     void finishListLevel();
     void finishOldList();
     [[nodiscard]] int paragraphList(int *left, int *first);
@@ -222,7 +223,7 @@ private:
     [[nodiscard]] const ListLevel *listLevel(int number, int level) const;
 
     // Tables of the text
-    void applyTableWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token);
+    void applyWord(TVLRtfTableAction action, int argument, const TVLRtfToken &token);
     void setRowNumber(TVLRtfRowNumber number, int value);
     void setCellFlag(TVLRtfCellFlag flag);
     [[nodiscard]] int tableDepth() const;

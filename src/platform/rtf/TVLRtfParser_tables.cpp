@@ -24,14 +24,15 @@ TVLRtfRowProperties TVLRtfParser::propertiesOfRow(int depth, size_t cellCount)
     return properties;
 }
 
-void TVLRtfParser::applyTableWord(const TVLRtfKeyword &keyword, const TVLRtfToken &token)
+void TVLRtfParser::applyWord(TVLRtfTableAction action, int argument, const TVLRtfToken &token)
 {
-    using A = TVLRtfAction;
+    using A = TVLRtfTableAction;
     // A note's tables become lines of text; only their ends matter.
-    const bool isEnd = keyword.action >= A::CellEnd && keyword.action <= A::NestedRowEnd;
+    const bool isEnd = action == A::CellEnd || action == A::RowEnd || action == A::NestedCellEnd
+        || action == A::NestedRowEnd;
     if (mGroup.mDestination != Destination::Body || (mNoteDepth > 0 && !isEnd))
         return;
-    switch (keyword.action) {
+    switch (action) {
     case A::RowDefaults:
         if (!mGroup.mInNestedRow)
             leaveUndecided(0);
@@ -57,33 +58,30 @@ void TVLRtfParser::applyTableWord(const TVLRtfKeyword &keyword, const TVLRtfToke
         endRow(qMax(2, tableDepth()));
         break;
     case A::CellFlag:
-        setCellFlag(static_cast<TVLRtfCellFlag>(keyword.argument));
+        setCellFlag(static_cast<TVLRtfCellFlag>(argument));
         break;
     case A::CellAlignment:
         // Cells are aligned at the top anyway.
-        mCellProperties.mVerticalAlignment =
-            keyword.argument == QTextCharFormat::AlignTop ? 0 : keyword.argument;
+        mCellProperties.mVerticalAlignment = argument == QTextCharFormat::AlignTop ? 0 : argument;
         break;
     case A::CellNumber:
         mCellProperties.mBackground = token.mParameter;
         break;
     case A::RowNumber:
-        setRowNumber(static_cast<TVLRtfRowNumber>(keyword.argument),
+        setRowNumber(static_cast<TVLRtfRowNumber>(argument),
                      token.mHasParameter ? token.mParameter : 1);
         break;
     case A::RowAlignment:
-        rowProperties().mAlignment = keyword.argument;
+        rowProperties().mAlignment = argument;
         break;
     case A::BorderOwner:
-        mBorderIsOfTable = keyword.argument != 0;
+        mBorderIsOfTable = argument != 0;
         break;
     case A::BorderWidth:
         if (!mBorderIsOfTable)
             break;
         rowProperties().mBorderSeen =
             qMax(rowProperties().mBorderSeen, qMin(token.mParameter, 1000));
-        break;
-    default:
         break;
     }
 }
