@@ -32,6 +32,8 @@ private Q_SLOTS:
     void itemsLieAtTheRow();
     void whatIsNotANoteBoardChangesNothing_data();
     void whatIsNotANoteBoardChangesNothing();
+    void hostileContentsDoNoHarm_data();
+    void hostileContentsDoNoHarm();
     void anErrorIsToldInTheDebugOutput();
     void withoutAModelThereIsNoProject();
     void aListenerMayRemoveWhatIsMade();
@@ -65,6 +67,14 @@ QImage somePicture()
 QByteArray picture(const QByteArray &name)
 {
     return "<outline type='image' text='" + name + "'>" + streamed(somePicture()) + "</outline>";
+}
+
+/** The beginning of a picture that needs 3 GB. */
+QByteArray hugePicture()
+{
+    QByteArray bytes;
+    QDataStream(&bytes, QIODevice::WriteOnly) << qint32(1);
+    return (bytes + "P6\n32767 32767\n255\n").toBase64();
 }
 
 /** The items of a note-board; the text of an item in braces. */
@@ -261,6 +271,39 @@ void TstNoteBoards::whatIsNotANoteBoardChangesNothing()
     QCOMPARE(model->rowCount(), 0);
     QVERIFY(parser.parse(QString::fromUtf8(opml("")), -1, QModelIndex()));
     QCOMPARE(parser.errorString(), QString());
+}
+
+void TstNoteBoards::hostileContentsDoNoHarm_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("items");
+    for (const char *tag : {"div", "b", "ul", "ol", "table", "blockquote", "p", "a href='x'"}) {
+        const QString page = u'<' + QString::fromLatin1(tag) + u'>';
+        QTest::addRow("nested %s", tag) << note("n", page.repeated(5'000) + u"words"_s) << 1;
+    }
+    QTest::newRow("nested tables")
+        << note("n", u"<table><tr><td>"_s.repeated(3'000) + u"words"_s) << 1;
+    QTest::newRow("a wide cell") << note("n", u"<table><tr><td colspan='999999999'>a</table>"_s)
+                                 << 1;
+    QTest::newRow("a file of this machine") << note("n", u"<img src='file:///etc/passwd'>a"_s) << 1;
+    QTest::newRow("a picture of any size")
+        << "<outline type='image' text='x'>" + hugePicture() + "</outline>" << 0;
+    const auto lyingText = [](quint32 length) {
+        QByteArray bytes;
+        QDataStream(&bytes, QIODevice::WriteOnly) << length << quint16('a');
+        return "<outline type='text' text='n'>" + bytes.toBase64() + "</outline>";
+    };
+    QTest::newRow("a text of any length") << lyingText(0xfffffffc) << 1;
+    QTest::newRow("a text of half a character") << lyingText(3) << 1;
+}
+
+void TstNoteBoards::hostileContentsDoNoHarm()
+{
+    QFETCH(QByteArray, body);
+    const TestModel model = emptyModel();
+    TVLBrumbleOpmlParser parser(model.get());
+    QVERIFY(parser.parse(QString::fromUtf8(opml(body)), -1, QModelIndex()));
+    QTEST(model->rowCount(), "items");
 }
 
 void TstNoteBoards::anErrorIsToldInTheDebugOutput()

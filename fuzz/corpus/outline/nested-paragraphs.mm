@@ -1,0 +1,1 @@
+<map><node><richcontent><p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a<p>a</p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></p></richcontent></node></map>

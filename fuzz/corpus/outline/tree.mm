@@ -1,0 +1,1 @@
+<map version="1.0.1"><node TEXT="A"><richcontent TYPE="NOTE"><html><body><p>one <b>two</b> <i>three</i></p><p/></body></html></richcontent><node TEXT="B"><node TEXT="C"/></node><node TEXT="D"/></node></map>
