@@ -129,8 +129,9 @@ unsigned int exportPostScript(const QTextDocument *document, const QString &path
         return TTextTransform::ConverterNotFound;
     const TVLTemporaryFile pdf(u"pdf"_s);
     (void)TVLTextTransform::exportPdfPsViaQt(document, QPrinter::PdfFormat, pdf.path());
-    return TTextTransform::transformProcess(program, {pdf.path(), path}, QDir::tempPath(), error,
-                                            showProgress);
+    return TTextTransform::transformProcess(program,
+                                            {pdf.path(), QFileInfo(path).absoluteFilePath()},
+                                            QDir::tempPath(), error, showProgress);
 }
 
 // --- What went wrong

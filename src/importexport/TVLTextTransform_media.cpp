@@ -68,7 +68,7 @@ unsigned int TVLTextTransform::wavToMp3(const QString &wav, const QString &mp3,
                              u"Audio Note created by Tavelinor"_s};
     if (!title.isEmpty())
         arguments += {u"--tl"_s, title.left(LongestTag)};
-    arguments += {wav, target};
+    arguments += {source.absoluteFilePath(), QFileInfo(target).absoluteFilePath()};
     const QString program = QDir::toNativeSeparators(QCoreApplication::applicationDirPath()
                                                      + u"/tools/lame/lame.exe"_s);
     return TTextTransform::transformProcess(program, arguments, source.absolutePath(), nullptr,

@@ -2,7 +2,6 @@
 
 #include "TVLMatchFunction_p.h"
 #include "TVLSearchSql_p.h"
-#include "TVLSqlStatement_p.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -137,8 +136,10 @@ TVLSearchIndex::~TVLSearchIndex()
 
 void TVLSearchIndex::prepareInserts()
 {
-    mInsertText = std::make_unique<TVLSqlStatement>(*this, mHandle, InsertText);
-    mInsertInt = std::make_unique<TVLSqlStatement>(*this, mHandle, InsertInt);
+    mInsertText = std::make_unique<QSqlQuery>(*this);
+    mInsertInt = std::make_unique<QSqlQuery>(*this);
+    if (!mInsertText->prepare(InsertText) || !mInsertInt->prepare(InsertInt))
+        qCritical() << "sql error" << lastError().text();
 }
 
 bool TVLSearchIndex::createTables()

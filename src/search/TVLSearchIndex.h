@@ -32,7 +32,6 @@ class TVLFiledTexts;
 class TVLNumberedChecksums;
 class TVLProjectNode;
 class TVLSearchedProject;
-class TVLSqlStatement;
 
 /**
  * What a project can be searched by: the texts of its items, which keywords, label and status each
@@ -286,8 +285,8 @@ private:
     bool mIsModified = false;
     QSet<int> mStoredIds; ///< Of the items in the file.
     bool mIsFileMisleading = false;
-    std::unique_ptr<TVLSqlStatement> mInsertText; ///< Null until the tables are there.
-    std::unique_ptr<TVLSqlStatement> mInsertInt; ///< Null until the tables are there.
+    std::unique_ptr<QSqlQuery> mInsertText; ///< Null until the tables are there.
+    std::unique_ptr<QSqlQuery> mInsertInt; ///< Null until the tables are there.
     bool mHasDocumentInts = false;
     mutable bool mHasDocumentIndexes = false;
     bool mHasConfirmedIndex = false;

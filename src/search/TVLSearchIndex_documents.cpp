@@ -105,21 +105,20 @@ bool TVLSearchIndex::addDocumentData(int id, const QString &title, int labelId, 
 
 void TVLSearchIndex::insertText(int id, int property, const QString &text, bool confirmed)
 {
-    const QString stored = storedText(text);
-    mInsertText->bind(0, id);
-    mInsertText->bind(1, property);
-    mInsertText->bind(2, stored);
-    mInsertText->bind(3, int(confirmed));
-    (void)mInsertText->run();
+    mInsertText->bindValue(u":i"_s, id);
+    mInsertText->bindValue(u":t"_s, property);
+    mInsertText->bindValue(u":v"_s, textValue(text));
+    mInsertText->bindValue(u":c"_s, confirmed);
+    succeeded(*mInsertText, mInsertText->exec(), __LINE__);
 }
 
 void TVLSearchIndex::insertInt(int id, int property, int value)
 {
     mHasDocumentInts = true;
-    mInsertInt->bind(0, id);
-    mInsertInt->bind(1, property);
-    mInsertInt->bind(2, value);
-    (void)mInsertInt->run();
+    mInsertInt->bindValue(u":i"_s, id);
+    mInsertInt->bindValue(u":t"_s, property);
+    mInsertInt->bindValue(u":v"_s, value);
+    succeeded(*mInsertInt, mInsertInt->exec(), __LINE__);
 }
 
 bool TVLSearchIndex::removeDocument(int id)

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void aMissingFileIsNotSafeAndNotTold();
     void withoutTheProgramAllIsSafe();
     void aSoundFileIsSafe();
+    void anyNameAndRelativePathsReachTheProgram();
     void errorsAreAskedAbout();
     void theQuestionComesAgainUnlessTheAnswerIsRemembered();
     void aProgramThatDiesIsTold();
@@ -102,6 +103,18 @@ void TstRtfSafety::aSoundFileIsSafe()
         QDir(QString::fromUtf8(TVLCoreUtil::ReadBinaryFile(path(u"inspector.place"_s)).trimmed()))
             .canonicalPath(),
         QDir(mFolder->path()).canonicalPath());
+}
+
+void TstRtfSafety::anyNameAndRelativePathsReachTheProgram()
+{
+    const EnvironmentValue inspector("TAVEL_RTFI", program("test -f \"$1\""));
+    QVERIFY(TVLTextTransform::isRtfSafeToLoad(file(u"a \"quoted\" name.rtf"_s), false));
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(mFolder->path()));
+    (void)file(u"relative.rtf"_s);
+    const bool isSafe = TVLTextTransform::isRtfSafeToLoad(u"relative.rtf"_s, false);
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(isSafe);
 }
 
 void TstRtfSafety::errorsAreAskedAbout()

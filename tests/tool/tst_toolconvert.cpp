@@ -31,6 +31,8 @@ private Q_SLOTS:
 
     void aFileBecomesAnother_data();
     void aFileBecomesAnother();
+    void pathsMayBeRelative_data();
+    void pathsMayBeRelative();
     void suffixesMayBeGiven();
     void encodingsMayBeGiven();
     void aFolderIsConvertedFileByFile();
@@ -86,6 +88,28 @@ void TstToolConvert::aFileBecomesAnother()
     QCOMPARE(result.output, QByteArray());
     const QByteArray content = contentOf(path(target));
     QVERIFY2(content.contains(part), content);
+}
+
+void TstToolConvert::pathsMayBeRelative_data()
+{
+    QTest::addColumn<QString>("target");
+
+    for (const QString &target : {u"b.txt"_s, u"b.html"_s, u"b.pdf"_s, u"b.mmd"_s})
+        QTest::newRow(qPrintable(target)) << target;
+    if (!QStandardPaths::findExecutable(u"pdftops"_s).isEmpty())
+        QTest::newRow("b.ps") << u"b.ps"_s;
+    if (!QStandardPaths::findExecutable(u"pandoc"_s).isEmpty())
+        QTest::newRow("b.tex") << u"b.tex"_s;
+}
+
+void TstToolConvert::pathsMayBeRelative()
+{
+    QFETCH(QString, target);
+    ProgramPlace place;
+    place.workingDirectory = mFolder->path();
+    const ProgramResult result = runTool({u"convert"_s, u"a.rtf"_s, target}, place);
+    QCOMPARE(result.errors, QByteArray());
+    QVERIFY(!contentOf(path(target)).isEmpty());
 }
 
 void TstToolConvert::suffixesMayBeGiven()

@@ -35,7 +35,9 @@ QFileInfo inspector()
 
 Verdict inspect(const QFileInfo &tool, const QString &path)
 {
-    QString command = u"\"%1\" \"%2\""_s.arg(tool.absoluteFilePath(), path);
+    // The program runs in its own folder.
+    QString command = TVLProcess::quoted(tool.absoluteFilePath()) + u' '
+        + TVLProcess::quoted(QFileInfo(path).absoluteFilePath());
     if (tvlOptions()->value(TVLOptions::RemoveInvalidRtfCharacters))
         command += u" --removeinvalidchar"_s;
     const TVLProcess::Result result =

@@ -80,11 +80,13 @@ void appendRuns(const QTextBlock &block, const Sign &sign, std::vector<Insertion
     QTextCharFormat first;
     QTextCharFormat last;
     const auto endRun = [&] {
-        while (start >= 0 && start < end && text.at(start).isSpace())
+        if (start < 0)
+            return;
+        while (start < end && text.at(start).isSpace())
             ++start;
         while (end > start && text.at(end - 1).isSpace())
             --end;
-        if (start >= 0 && start < end) {
+        if (start < end) {
             insertions->push_back({block.position() + start, 0, sign.text.toString(), first});
             insertions->push_back({block.position() + end, 0, sign.text.toString(), last});
         }
