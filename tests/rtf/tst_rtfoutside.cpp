@@ -290,11 +290,14 @@ void TstRtfOutside::randomDocumentsHaveTheirWordsInAnOffice()
     QStringList paths;
     QStringList expected;
     for (int i = testCases(500); i > 0; --i) {
-        // Of merged cells in nested tables the office loses words, and sometimes dies.
+        // Of merged cells in nested tables the office loses words, and sometimes dies; with some
+        // exported tables it doesn't come to an end.
         const bool isNested = i % 2 == 0;
-        const auto document = makeRandomDocument(
-            &random,
-            {.mNestedTables = isNested, .mMergedCells = !isNested, .mBrokenPictures = false});
+        const auto document = makeRandomDocument(&random,
+                                                 {.mTables = !exporting,
+                                                  .mNestedTables = isNested,
+                                                  .mMergedCells = !isNested,
+                                                  .mBrokenPictures = false});
         paths.append(directory.filePath(u"%1.rtf"_s.arg(i)));
         QString error;
         QVERIFY2(TVLTextRtf::toRtfFile(paths.constLast(), document.get(), &error, false, exporting),
